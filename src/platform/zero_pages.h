@@ -1,0 +1,16 @@
+// Memory for the large arrays of the stores.
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+namespace zelvane {
+
+/// Takes `count` floats, all 0, whose pages cost nothing until they are written. The memory lives until the
+/// process ends. Ends the process with a message on standard error when the address space is exhausted.
+std::span<float> TakeZeroPages(std::size_t count);
+
+/// Sets all of `floats`, which came from TakeZeroPages, back to 0 and gives its pages back to the system.
+void ReleaseZeroPages(std::span<float> floats);
+
+}  // namespace zelvane

@@ -1,0 +1,255 @@
+// Values of controls, and the one rule of what a click, a commit and a right click do.
+#include <algorithm>
+#include <cmath>
+
+#include "screen/internal/announce.h"
+#include "screen/screen.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char NotANumber[] = "not a number";
+constexpr char NotAChoice[] = "not one of the choices";
+constexpr char NotFinite[] = "not a finite number";
+constexpr char NotSuitable[] = "not a whole number, or too large for this field";
+constexpr char IsDimmed[] = "dimmed";
+constexpr char RunInProgress[] = "a run is in progress";
+constexpr char ReadOnly[] = "not editable";
+
+bool HoldsNumber(const Control& control) {
+  return control.kind == ControlKind::Number || control.kind == ControlKind::Switch ||
+         control.kind == ControlKind::Choice;
+}
+
+bool EditsField(const Control& control) {
+  return control.field && (HoldsNumber(control) || control.kind == ControlKind::Text);
+}
+
+void StoreControl(Control& control) {
+  if (!EditsField(control)) return;
+  if (control.field.field->type == FieldType::Text) {
+    SetFieldText(control.field, control.text);
+  } else {
+    SetFieldNumber(control.field, control.number);
+  }
+}
+
+void LoadControl(Control& control) {
+  if (!control.field) return;
+  if (control.field.field->type == FieldType::Text) {
+    control.text = FieldText(control.field);
+  } else {
+    control.number = FieldNumber(control.field);
+    if (control.kind == ControlKind::Readout) control.text = FormatNumber(control.format, control.number);
+  }
+}
+
+/// Runs an action with the screen marked busy, then the dimming rules.
+template <typename Function>
+void RunBusy(Function&& action) {
+  ++Screen.busy;
+  action();
+  --Screen.busy;
+  UpdateDimming();
+}
+
+Refusal TypeChoice(Control& control, std::string_view text) {
+  const auto word = std::find(control.choices.begin(), control.choices.end(), text);
+  if (word != control.choices.end()) {
+    control.number = control.choiceBase + static_cast<double>(word - control.choices.begin());
+    return {};
+  }
+  const auto value = ParseNumber(text);
+  if (!value) return control.choices.empty() ? NotANumber : NotAChoice;
+  const double count = control.choices.empty() ? 2.0 : static_cast<double>(control.choices.size());
+  if (!std::isfinite(*value)) return NotFinite;
+  if (*value != std::trunc(*value) || *value < control.choiceBase || *value >= control.choiceBase + count) {
+    return NotAChoice;
+  }
+  control.number = *value;
+  return {};
+}
+
+}  // namespace
+
+void ReadControls(std::string_view panelName, std::string_view group) {
+  for (Control* control : PanelNamed(panelName).controls) {
+    if (control->group == group) StoreControl(*control);
+  }
+}
+
+void WriteControls(std::string_view panelName, std::string_view group) {
+  Panel& panel = PanelNamed(panelName);
+  for (Control* control : panel.controls) {
+    if (control->group == group) LoadControl(*control);
+  }
+  UpdateDimming();
+  AnnouncePanel(panel);
+}
+
+void WriteAllControls() {
+  for (Control& control : Screen.controls) LoadControl(control);
+  UpdateDimming();
+  for (Panel& panel : Screen.panels) AnnouncePanel(panel);
+}
+
+void ShowNumber(std::string_view name, double value) {
+  Control& control = ControlNamed(name);
+  control.number = value;
+  if (control.kind == ControlKind::Readout) control.text = FormatNumber(control.format, value);
+  AnnouncePanel(*control.panel);
+}
+
+void ShowText(std::string_view name, std::string_view text) {
+  Control& control = ControlNamed(name);
+  control.text = text;
+  AnnouncePanel(*control.panel);
+}
+
+double ControlNumber(std::string_view name) { return ControlNamed(name).number; }
+
+void SetDimmed(std::string_view name, bool dimmed) { ControlNamed(name).dimmed = dimmed; }
+
+void SetVisible(std::string_view name, bool visible) { ControlNamed(name).visible = visible; }
+
+void SetColour(std::string_view name, std::string_view colour) { ControlNamed(name).colour = colour; }
+
+std::string ShownText(const Control& control) {
+  switch (control.kind) {
+    case ControlKind::Number:
+      return FormatNumber(control.format, control.number);
+    case ControlKind::Switch:
+    case ControlKind::Choice: {
+      const double word = control.number - control.choiceBase;
+      if (word >= 0.0 && word < static_cast<double>(control.choices.size())) {
+        return control.choices[static_cast<std::size_t>(word)];
+      }
+      return FormatNumber("%g", control.number);
+    }
+    case ControlKind::Text:
+    case ControlKind::Readout:
+      return control.text;
+    case ControlKind::Button:
+      break;
+  }
+  return control.label;
+}
+
+void UpdateDimming() {
+  for (Panel& panel : Screen.panels) {
+    if (panel.dim != nullptr) panel.dim();
+  }
+}
+
+Refusal TypeInto(Control& control, std::string_view text) {
+  switch (control.kind) {
+    case ControlKind::Number: {
+      const auto value = ParseNumber(text);
+      if (!value) return NotANumber;
+      if (!std::isfinite(*value)) return NotFinite;
+      if (control.field && !NumberSuits(control.field.field->type, *value)) return NotSuitable;
+      control.number = *value;
+      return {};
+    }
+    case ControlKind::Switch:
+    case ControlKind::Choice:
+      return TypeChoice(control, text);
+    case ControlKind::Text:
+      control.text = text.substr(0, text.find_first_of("\r\n"));
+      if (control.field && control.field.field->textBytes > 0) {
+        control.text.resize(std::min(control.text.size(), static_cast<std::size_t>(control.field.field->textBytes) - 1));
+      }
+      return {};
+    case ControlKind::Button:
+    case ControlKind::Readout:
+      break;
+  }
+  return ReadOnly;
+}
+
+Refusal Commit(Control& control) {
+  if (Screen.busy > 0 && !control.whileBusy) return RunInProgress;
+  if (control.dimmed) return IsDimmed;
+  ControlEvent event{&control, control.index, control.field ? FieldNumber(control.field) : 0.0};
+  RunBusy([&] {
+    StoreControl(control);
+    if (control.action != nullptr) control.action(event);
+  });
+  AnnouncePanel(*control.panel);
+  return {};
+}
+
+Refusal Press(Control& control) {
+  if (Screen.busy > 0 && !control.whileBusy) return RunInProgress;
+  if (control.dimmed) return IsDimmed;
+  if (control.kind == ControlKind::Switch) {
+    control.number = control.number == 0.0 ? 1.0 : 0.0;
+  } else if (control.kind == ControlKind::Choice) {
+    const double count = static_cast<double>(control.choices.size());
+    control.number = control.number + 1.0 < control.choiceBase + count ? control.number + 1.0 : control.choiceBase;
+  }
+  return Commit(control);
+}
+
+Refusal PressMenu(MenuItem& item) {
+  if (Screen.busy > 0) return RunInProgress;
+  if (item.dimmed) return IsDimmed;
+  RunBusy([&] {
+    if (item.action != nullptr) item.action();
+  });
+  return {};
+}
+
+void RightClick(const Control& control) { MessagePopup(HelpTitle, control.help); }
+
+void ClosePanel(Panel& panel) {
+  RunBusy([&] {
+    if (panel.close != nullptr) panel.close();
+    else HidePanel(panel.name);
+  });
+}
+
+void PressKey(Panel& panel, std::string_view key) {
+  if (panel.key == nullptr) return;
+  RunBusy([&] { panel.key(key); });
+}
+
+Refusal EnterCell(Table& table, int row, int column, std::string_view text) {
+  if (!table.editable) return ReadOnly;
+  if (Screen.busy > 0) return RunInProgress;
+  if (row < 1 || row > table.rows || column < 1 || column > table.columns) return "no such cell";
+  if (table.numeric) {
+    const auto value = ParseNumber(text);
+    if (!value) return NotANumber;
+    if (!std::isfinite(*value)) return NotFinite;
+  }
+  RunBusy([&] {
+    SetCell(table, row, column, text);
+    if (table.committed != nullptr) table.committed(table, row, column);
+  });
+  return {};
+}
+
+Refusal MoveCursor(Graph& graph, int cursor, double x, std::optional<double> y) {
+  if (cursor < 1 || cursor > static_cast<int>(graph.cursors.size())) return "no such cursor";
+  if (!std::isfinite(x) || (y && !std::isfinite(*y))) return NotFinite;
+  Cursor& moved = graph.cursors[static_cast<std::size_t>(cursor) - 1];
+  if (!moved.enabled) return IsDimmed;
+  moved.x = x;
+  if (y) moved.y = *y;
+  if (graph.cursorMoved != nullptr) RunBusy([&] { graph.cursorMoved(graph, cursor); });
+  AnnounceGraph(graph);
+  return {};
+}
+
+bool RunModalPanel(std::string_view name, std::string_view text) {
+  Panel& panel = PanelNamed(name);
+  panel.visible = true;
+  AnnouncePanel(panel);
+  const bool accepted = AskModal(panel, std::string(text).c_str());
+  panel.visible = false;
+  AnnouncePanel(panel);
+  return accepted;
+}
+
+}  // namespace zelvane

@@ -1,0 +1,182 @@
+#include "screen/fields.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <map>
+
+namespace zelvane {
+namespace {
+
+using FieldMap = std::map<std::string, Field, std::less<>>;
+
+FieldMap& Registry() {
+  static FieldMap fields;
+  return fields;
+}
+
+const Field* FieldByKey(std::string_view key) {
+  const auto it = Registry().find(key);
+  return it != Registry().end() ? &it->second : nullptr;
+}
+
+/// Address after the given indices, or nullptr when one is out of range.
+std::byte* Walk(const Field& field, std::span<const int> indices) {
+  std::byte* address = field.base;
+  for (std::size_t k = 0; k < indices.size(); ++k) {
+    const FieldIndex& dimension = field.index[k];
+    if (indices[k] < dimension.first || indices[k] > dimension.last) return nullptr;
+    address += dimension.step * indices[k];
+  }
+  return address;
+}
+
+}  // namespace
+
+Field SpanField(std::string name, std::span<float> values, int first) {
+  return {std::move(name), FieldType::Float, reinterpret_cast<std::byte*>(values.data()), 1,
+          {{{first, static_cast<int>(values.size()) - 1, sizeof(float)}}}, 0};
+}
+
+void RegisterFields(std::vector<Field> fields) {
+  for (Field& field : fields) {
+    std::string name = field.name;
+    Registry().insert_or_assign(std::move(name), std::move(field));
+  }
+}
+
+const std::map<std::string, Field, std::less<>>& AllFields() { return Registry(); }
+
+std::optional<FieldName> ParseFieldName(std::string_view name) {
+  FieldName parsed;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    parsed.key += name[i];
+    if (name[i] != '[') continue;
+    int value = 0;
+    const auto [end, error] = std::from_chars(name.data() + i + 1, name.data() + name.size(), value);
+    if (error != std::errc{} || end == name.data() + name.size() || *end != ']') return std::nullopt;
+    parsed.indices.push_back(value);
+    parsed.key += ']';
+    i = static_cast<std::size_t>(end - name.data());
+  }
+  return parsed;
+}
+
+FieldRef FindField(std::string_view name) {
+  const auto parsed = ParseFieldName(name);
+  if (!parsed) return {};
+  const Field* field = FieldByKey(parsed->key);
+  if (field == nullptr || static_cast<int>(parsed->indices.size()) != field->rank) return {};
+  std::byte* address = Walk(*field, parsed->indices);
+  return address != nullptr ? FieldRef{field, address} : FieldRef{};
+}
+
+FieldRun FindFieldRun(std::string_view name) {
+  const auto parsed = ParseFieldName(name);
+  if (!parsed) return {};
+  // The free index may be the last of several ("TableRate[2]") and its bracket is not written; after it a member
+  // can follow ("RateConstraint.value" stands for all rows), so every field of one rank more is tried.
+  for (const auto& [fieldName, field] : Registry()) {
+    if (field.rank != static_cast<int>(parsed->indices.size()) + 1) continue;
+    const std::size_t bracket = fieldName.rfind("[]");
+    std::string key = fieldName;
+    key.erase(bracket, 2);
+    if (key != parsed->key) continue;
+    std::byte* base = Walk(field, parsed->indices);
+    if (base == nullptr) return {};
+    return {&field, base, field.index[static_cast<std::size_t>(field.rank) - 1]};
+  }
+  return {};
+}
+
+FieldRef RunElement(const FieldRun& run, int index) { return {run.field, run.base + run.index.step * index}; }
+
+double FieldNumber(FieldRef ref) {
+  switch (ref.field->type) {
+    case FieldType::Int:
+      return *reinterpret_cast<const int*>(ref.address);
+    case FieldType::Float:
+      return static_cast<double>(*reinterpret_cast<const float*>(ref.address));
+    case FieldType::Double:
+      return *reinterpret_cast<const double*>(ref.address);
+    case FieldType::Text:
+      break;
+  }
+  return 0.0;
+}
+
+bool NumberSuits(FieldType type, double value) {
+  if (!std::isfinite(value)) return false;
+  switch (type) {
+    case FieldType::Int:
+      return value == std::trunc(value) && std::abs(value) <= static_cast<double>(std::numeric_limits<int>::max());
+    case FieldType::Float:
+      return std::abs(value) <= static_cast<double>(std::numeric_limits<float>::max());
+    case FieldType::Double:
+    case FieldType::Text:
+      break;
+  }
+  return true;
+}
+
+void SetFieldNumber(FieldRef ref, double value) {
+  switch (ref.field->type) {
+    case FieldType::Int:
+      *reinterpret_cast<int*>(ref.address) = static_cast<int>(value);
+      break;
+    case FieldType::Float:
+      *reinterpret_cast<float*>(ref.address) = static_cast<float>(value);
+      break;
+    case FieldType::Double:
+      *reinterpret_cast<double*>(ref.address) = value;
+      break;
+    case FieldType::Text:
+      break;
+  }
+}
+
+std::string FieldText(FieldRef ref) {
+  if (ref.field->type == FieldType::Text) return *reinterpret_cast<const std::string*>(ref.address);
+  char buffer[32];
+  const double value = FieldNumber(ref);
+  std::to_chars_result result{};
+  if (ref.field->type == FieldType::Float) {
+    result = std::to_chars(buffer, buffer + sizeof buffer, static_cast<float>(value), std::chars_format::general, 9);
+  } else {
+    result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 17);
+  }
+  return {buffer, result.ptr};
+}
+
+bool SetFieldText(FieldRef ref, std::string_view text) {
+  if (ref.field->type == FieldType::Text) {
+    text = text.substr(0, text.find_first_of("\r\n"));
+    if (ref.field->textBytes > 0) text = text.substr(0, static_cast<std::size_t>(ref.field->textBytes) - 1);
+    *reinterpret_cast<std::string*>(ref.address) = text;
+    return true;
+  }
+  const auto value = ParseNumber(text);
+  if (!value || !NumberSuits(ref.field->type, *value)) return false;
+  SetFieldNumber(ref, *value);
+  return true;
+}
+
+std::optional<double> ParseNumber(std::string_view text) {
+  const auto begin = text.find_first_not_of(" \t");
+  if (begin == std::string_view::npos) return std::nullopt;
+  text = text.substr(begin, text.find_last_not_of(" \t") - begin + 1);
+  if (text.size() > 1 && text.front() == '+' && text[1] != '-') text.remove_prefix(1);
+  double value = 0.0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (end != text.data() + text.size()) return std::nullopt;
+  if (error == std::errc::result_out_of_range) {
+    // from_chars leaves the value alone: a huge number is infinite, a tiny one 0.
+    const auto exponent = text.find_first_of("eE");
+    const bool tiny = exponent != std::string_view::npos && text.find('-', exponent) != std::string_view::npos;
+    return tiny ? 0.0 : std::numeric_limits<double>::infinity();
+  }
+  if (error != std::errc{}) return std::nullopt;
+  return value;
+}
+
+}  // namespace zelvane

@@ -1,0 +1,126 @@
+// Plots, axes, tables and text boxes.
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+
+#include "screen/internal/announce.h"
+#include "screen/screen.h"
+
+namespace zelvane {
+namespace {
+
+Axis& AxisOf(Graph& graph, char axis) { return axis == 'x' ? graph.x : graph.y; }
+const Axis& AxisOf(const Graph& graph, char axis) { return axis == 'x' ? graph.x : graph.y; }
+
+std::size_t CellIndex(const Table& table, int row, int column) {
+  assert(row >= 1 && row <= table.rows && column >= 1 && column <= table.columns);
+  return static_cast<std::size_t>(row - 1) * static_cast<std::size_t>(table.columns) + static_cast<std::size_t>(column - 1);
+}
+
+void Changed(Graph& graph) {
+  ++graph.revision;
+  AnnounceGraph(graph);
+}
+
+template <typename Values>
+std::optional<DataRange> FiniteRange(const Values& values) {
+  std::optional<DataRange> range;
+  for (const auto raw : values) {
+    const auto v = static_cast<double>(raw);
+    if (!std::isfinite(v)) continue;
+    if (!range) range = DataRange{v, v};
+    range->min = std::min(range->min, v);
+    range->max = std::max(range->max, v);
+  }
+  return range;
+}
+
+}  // namespace
+
+void ClearPlots(Graph& graph) {
+  graph.plots.clear();
+  Changed(graph);
+}
+
+void PlotWave(Graph& graph, PlotStyle style, Colour colour, std::span<const float> y, double start, double step) {
+  graph.plots.push_back({style, colour, start, step, {}, {y.begin(), y.end()}});
+  Changed(graph);
+}
+
+void PlotPoints(Graph& graph, PlotStyle style, Colour colour, std::span<const double> x, std::span<const float> y) {
+  assert(x.size() == y.size());
+  graph.plots.push_back({style, colour, 0.0, 1.0, {x.begin(), x.end()}, {y.begin(), y.end()}});
+  Changed(graph);
+}
+
+void SetAxisTitle(Graph& graph, char axis, std::string_view title) {
+  AxisOf(graph, axis).title = title;
+  AnnounceGraph(graph);
+}
+
+void SetAxisRange(Graph& graph, char axis, double min, double max) {
+  Axis& changed = AxisOf(graph, axis);
+  changed.automatic = false;
+  changed.min = min;
+  changed.max = max;
+  AnnounceGraph(graph);
+}
+
+void SetAxisAuto(Graph& graph, char axis) {
+  AxisOf(graph, axis).automatic = true;
+  AnnounceGraph(graph);
+}
+
+void SetAxisLog(Graph& graph, char axis, bool log) {
+  AxisOf(graph, axis).log = log;
+  AnnounceGraph(graph);
+}
+
+std::optional<DataRange> PlotRange(const Plot& plot, char axis) {
+  if (axis == 'y') return FiniteRange(plot.y);
+  if (!plot.x.empty()) return FiniteRange(plot.x);
+  if (plot.y.empty()) return std::nullopt;
+  const double end = plot.start + plot.step * static_cast<double>(plot.y.size() - 1);
+  return DataRange{std::min(plot.start, end), std::max(plot.start, end)};
+}
+
+std::optional<DataRange> DataRangeOf(const Graph& graph, char axis) {
+  std::optional<DataRange> all;
+  for (const Plot& plot : graph.plots) {
+    const auto one = PlotRange(plot, axis);
+    if (!one) continue;
+    if (!all) all = one;
+    all->min = std::min(all->min, one->min);
+    all->max = std::max(all->max, one->max);
+  }
+  return all;
+}
+
+DataRange ViewRange(const Graph& graph, char axis) {
+  const Axis& seen = AxisOf(graph, axis);
+  if (seen.automatic) {
+    if (const auto data = DataRangeOf(graph, axis)) return *data;
+  }
+  return {seen.min, seen.max};
+}
+
+void SetCell(Table& table, int row, int column, std::string_view text) {
+  table.cells[CellIndex(table, row, column)] = text;
+  AnnouncePanel(*table.panel);
+}
+
+const std::string& CellText(const Table& table, int row, int column) {
+  return table.cells[CellIndex(table, row, column)];
+}
+
+void InsertLine(TextBox& box, std::string_view line) {
+  box.lines.emplace_back(line);
+  AnnouncePanel(*box.panel);
+}
+
+void ClearLines(TextBox& box) {
+  box.lines.clear();
+  AnnouncePanel(*box.panel);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,131 @@
+#include "screen/popups.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <utility>
+
+#include "screen/internal/announce.h"
+
+namespace zelvane {
+namespace {
+
+FrontEnd& Current() {
+  static FrontEnd frontEnd;
+  return frontEnd;
+}
+
+struct FileErrorText {
+  int code;
+  std::string_view text;
+};
+constexpr FileErrorText FileErrorTexts[] = {
+    {FileOpenFailed, "IO Error 100: FileOpen failed"},
+    {HeaderClearFailed, "IO Error 101: HeaderClear failed"},
+    {FileMoveFailed, "IO Error 102: FileMove failed"},
+    {WrongFileFormat, "IO Error 103: Wrong File Format"},
+};
+
+/// The conversion letter of the first % in a format, or 0.
+char ConversionLetter(std::string_view format) {
+  for (std::size_t i = format.find('%'); i != std::string_view::npos; i = format.find('%', i + 1)) {
+    if (i + 1 < format.size() && format[i + 1] == '%') {
+      ++i;
+      continue;
+    }
+    const std::size_t letter = format.find_first_of("diuxXfFeEgGaAs", i + 1);
+    return letter == std::string_view::npos ? '\0' : format[letter];
+  }
+  return '\0';
+}
+
+}  // namespace
+
+FrontEnd SetFrontEnd(FrontEnd frontEnd) { return std::exchange(Current(), std::move(frontEnd)); }
+
+void MessagePopup(std::string_view title, std::string_view text) {
+  if (Current().message) Current().message(title, text);
+}
+
+bool ConfirmPopup(std::string_view title, std::string_view text) {
+  return Current().confirm && Current().confirm(title, text);
+}
+
+std::optional<std::string> FileSelectPopup(const FileRequest& request) {
+  if (!Current().files) return std::nullopt;
+  std::vector<std::string> chosen = Current().files(request);
+  if (chosen.empty()) return std::nullopt;
+  return std::move(chosen.front());
+}
+
+std::vector<std::string> MultiFileSelectPopup(FileRequest request) {
+  request.multiple = true;
+  return Current().files ? Current().files(request) : std::vector<std::string>{};
+}
+
+void ProcessSystemEvents() {
+  if (Current().pump) Current().pump();
+}
+
+void ConsoleLine(std::string_view text) {
+  if (Current().console) Current().console(text);
+}
+
+void ShowProgress(double fraction, std::string_view text) {
+  if (Current().progress) Current().progress(fraction, text);
+}
+
+void ResetProgress() { ShowProgress(-1.0); }
+
+void QuitUserInterface() {
+  if (Current().quit) Current().quit();
+}
+
+void AnnouncePanel(Panel& panel) {
+  if (Current().panelChanged) Current().panelChanged(panel);
+}
+
+void AnnounceGraph(Graph& graph) {
+  if (Current().graphChanged) Current().graphChanged(graph);
+}
+
+bool AskModal(Panel& panel, const char* text) { return Current().modal && Current().modal(panel, text); }
+
+void FileErrorPopup(int code) {
+  for (const FileErrorText& row : FileErrorTexts) {
+    if (row.code == code) MessagePopup(FileErrorTitle, row.text);
+  }
+}
+
+std::string FormatText(const char* format, ...) {
+  std::va_list arguments;
+  va_start(arguments, format);
+  std::va_list again;
+  va_copy(again, arguments);
+  const int length = std::vsnprintf(nullptr, 0, format, arguments);
+  va_end(arguments);
+  std::string text(static_cast<std::size_t>(length > 0 ? length : 0), '\0');
+  if (length > 0) std::vsnprintf(text.data(), text.size() + 1, format, again);
+  va_end(again);
+  return text;
+}
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+std::string FormatNumber(std::string_view format, double value) {
+  const std::string pattern(format);
+  switch (ConversionLetter(format)) {
+    case 'd':
+    case 'i': {
+      const bool fits = value > -2147483649.0 && value < 2147483648.0;
+      return FormatText(pattern.c_str(), fits ? static_cast<int>(value) : 0);
+    }
+    case '\0':
+    case 's':
+      return pattern;
+    default:
+      return FormatText(pattern.c_str(), value);
+  }
+}
+#pragma GCC diagnostic pop
+
+}  // namespace zelvane

@@ -1,0 +1,65 @@
+// What a computation may ask of the screen: modal popups, file dialogs, the event pump and the progress bar.
+// Panels and controls are out of its reach (screen.h is for panel files).
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "screen/front_end.h"
+
+namespace zelvane {
+
+/// Makes `frontEnd` the one that shows everything from here on; the former one is returned.
+FrontEnd SetFrontEnd(FrontEnd frontEnd);
+
+// -- Titles of popups: the first characters tell the kind --
+inline constexpr std::string_view ErrorTitle = "! Error";
+inline constexpr std::string_view WarningTitle = "! Warning";
+inline constexpr std::string_view FileErrorTitle = "! File error";
+inline constexpr std::string_view NoticeTitle = "!";
+inline constexpr std::string_view HelpTitle = "? Help";
+
+/// Shows a message and waits until the user has seen it.
+void MessagePopup(std::string_view title, std::string_view text);
+
+/// Asks a question; true = yes. Without a front end the answer is no.
+bool ConfirmPopup(std::string_view title, std::string_view text);
+
+/// Asks for one file. Nothing when the user cancels: then nothing may happen.
+std::optional<std::string> FileSelectPopup(const FileRequest& request);
+
+/// Asks for any number of files. Empty when the user cancels.
+std::vector<std::string> MultiFileSelectPopup(FileRequest request);
+
+/// Lets user events that wait run: a stop button can work. Called by long loops at fixed moments.
+void ProcessSystemEvents();
+
+/// Writes a line to the program's console.
+void ConsoleLine(std::string_view text);
+
+/// Moves the progress bar, from 0 to 1, with a text beside it. ResetProgress empties it.
+void ShowProgress(double fraction, std::string_view text = {});
+void ResetProgress();
+
+/// Ends the event loop with result 0.
+void QuitUserInterface();
+
+// -- File errors: four fixed texts --
+inline constexpr int FileOpenFailed = 100;
+inline constexpr int HeaderClearFailed = 101;
+inline constexpr int FileMoveFailed = 102;
+inline constexpr int WrongFileFormat = 103;
+
+/// Shows the text of a file error under "! File error"; any other code shows nothing.
+void FileErrorPopup(int code);
+
+/// printf into a string.
+[[gnu::format(printf, 1, 2)]] std::string FormatText(const char* format, ...);
+
+/// One number through a display format of a control ("%.3ems", "%g"); an int where the format asks for one.
+std::string FormatNumber(std::string_view format, double value);
+
+}  // namespace zelvane

@@ -1,0 +1,27 @@
+// Start-up, the main commands, shutdown.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zelvane {
+
+struct StartOptions {
+  std::string folder;                          // program's folder; empty = where the installed data lie
+  std::vector<std::string> files;              // files named on the command line
+  std::optional<std::array<double, 3>> seeds;  // of the generators, in place of the clock
+};
+
+/// Brings the program up in its fixed order: banner, generators, stores, panels, "config.mod", stimulus, main panel,
+/// the files named. Needs a front end (SetFrontEnd) and may be called once in a process, or again after it in tests.
+void StartApplication(const StartOptions& options);
+
+/// Declares every panel on an empty screen.
+void AddAllPanels();
+
+/// The quit button and its companions ask their question; yes ends the event loop.
+void AskToQuit();
+
+}  // namespace zelvane
