@@ -22,8 +22,8 @@ struct RateConstraint {
 
 /// A cycle of states in which one rate keeps the products of both directions equal.
 struct LoopConstraint {
-  int Enabled = 0;                              // not 0 = the row is applied
-  std::array<int, MaxLoopStates + 1> State{};   // from index 1; the list ends at the first 0
+  int Enabled = 0;                             // not 0 = the row is applied
+  std::array<int, MaxLoopStates + 1> State{};  // from index 1; the list ends at the first 0
   int RateFrom = 1;
   int RateTo = 1;
 };

@@ -5,7 +5,7 @@
 namespace zelvane {
 
 // -- Declared once at start-up, in this order --
-void AddMainPanel();               // the panel itself, the grid's controls, labels, drug names, Kd readouts
+void AddMainPanel();  // the panel itself, the grid's controls, labels, drug names, Kd readouts
 void AddDependencePanel();
 void AddConductancePanel();
 void AddInitialConditionsPanel();
@@ -19,7 +19,8 @@ void ReadTableRates();   // all 380 cells into TableRate
 void WriteTableRates();  // cells, marks, buttons and labels
 void GetTableNames();    // the table's label fields into TableStateLabel
 
-/// Shows the whole scheme again on every panel of this folder: grid, table, conductances, start occupancies, labels.
+/// Shows the whole scheme again on every panel of this folder: grid, table, conductances, start occupancies,
+/// labels.
 void RefreshModelPanels();
 
 /// Colours the links of the grid that depend on stimulus and shows their dissociation constants.

@@ -7,16 +7,16 @@
 
 namespace zelvane {
 
-inline constexpr int MaxStates = 20;            // states are numbered 1..MaxStates
-inline constexpr int MaxLinks = 31;             // links of the grid are numbered 1..MaxLinks
-inline constexpr int MaxDrugs = 6;              // drugs are numbered 1..MaxDrugs
-inline constexpr int MaxPoints = 5'000'000;     // points in a run that was cut to the limit
-inline constexpr int MaxStimPoints = 5'000'001; // samples of a stimulus profile, and the largest NumPoints
-inline constexpr int MaxConnections = 5;        // exits of a state that Monte Carlo takes
-inline constexpr int StateLabelBytes = 20;      // terminator included
-inline constexpr int DrugLabelBytes = 32;       // terminator included
-inline constexpr int TitleBytes = 300;          // terminator included
-inline constexpr int GridColumns = 5;           // the grid: four rows of five states
+inline constexpr int MaxStates = 20;             // states are numbered 1..MaxStates
+inline constexpr int MaxLinks = 31;              // links of the grid are numbered 1..MaxLinks
+inline constexpr int MaxDrugs = 6;               // drugs are numbered 1..MaxDrugs
+inline constexpr int MaxPoints = 5'000'000;      // points in a run that was cut to the limit
+inline constexpr int MaxStimPoints = 5'000'001;  // samples of a stimulus profile, and the largest NumPoints
+inline constexpr int MaxConnections = 5;         // exits of a state that Monte Carlo takes
+inline constexpr int StateLabelBytes = 20;       // terminator included
+inline constexpr int DrugLabelBytes = 32;        // terminator included
+inline constexpr int TitleBytes = 300;           // terminator included
+inline constexpr int GridColumns = 5;            // the grid: four rows of five states
 
 /// Tables over ordered pairs of states are indexed [from][to] from 1; row and column 0 carry nothing.
 template <typename T>
@@ -25,9 +25,9 @@ using StateTable = std::array<std::array<T, MaxStates + 1>, MaxStates + 1>;
 /// What a rate depends on, for every ordered pair of states.
 struct DependenceTables {
   std::array<StateTable<int>, MaxDrugs + 1> Drug{};  // [drug][from][to], not 0 = times that concentration
-  StateTable<int> Volt{};                            // 1 = depends on voltage; 2 can stand in a file, selects nothing
-  StateTable<float> Steepness{};                     // elementary charges
-  StateTable<float> Range{};                         // saved with the model, enters no rate
+  StateTable<int> Volt{};         // 1 = depends on voltage; 2 can stand in a file, selects nothing
+  StateTable<float> Steepness{};  // elementary charges
+  StateTable<float> Range{};      // saved with the model, enters no rate
 };
 
 /// Codes of ModelStore::SimulatorKind.
@@ -41,7 +41,8 @@ inline constexpr int UnitsConductance = 1;  // pS
 inline constexpr int UnitsCurrent = 2;      // pA
 inline constexpr int UnitsProbability = 3;
 
-/// Arrays over states, links and drugs are indexed from 1; element 0 carries nothing unless its comment says so.
+/// Arrays over states, links and drugs are indexed from 1; element 0 carries nothing unless its comment says
+/// so.
 struct ModelStore {
   // -- Scheme: grid form --
   std::array<double, MaxLinks + 1> KOn{};   // 1/s or 1/(M s), lower-numbered state to higher
@@ -61,33 +62,34 @@ struct ModelStore {
   }();
 
   // -- Scheme: common to both forms --
-  StateTable<float> RateMatrix{};                       // as the simulators take it; rebuilt before each run
-  std::array<int, MaxStates + 1> StateMonitored{};      // 1 = summed into the displayed trace
-  std::array<float, MaxStates + 1> StateConductance{};  // pS; element 0 is a line of its own in the model file
-  std::array<float, MaxStates + 1> StartOccupancy{};    // proportion of channels at time 0
+  StateTable<float> RateMatrix{};                   // as the simulators take it; rebuilt before each run
+  std::array<int, MaxStates + 1> StateMonitored{};  // 1 = summed into the displayed trace
+  std::array<float, MaxStates + 1>
+      StateConductance{};                             // pS; element 0 is a line of its own in the model file
+  std::array<float, MaxStates + 1> StartOccupancy{};  // proportion of channels at time 0
   std::array<std::string, MaxDrugs + 1> DrugLabel{};
 
   // -- Run --
-  int ModelIs2D = 1;          // 1 = the grid is active, 0 = the table
+  int ModelIs2D = 1;  // 1 = the grid is active, 0 = the table
   int SimulatorKind = MonteCarlo;
-  int NumPoints = 10240;      // points in a run, at most MaxStimPoints
-  float ADInterval = 0.01F;   // ms between points
+  int NumPoints = 10240;     // points in a run, at most MaxStimPoints
+  float ADInterval = 0.01F;  // ms between points
   int NumRuns = 1;
-  int NumIntervals = 1;       // interstimulus intervals after each run
-  int NumChannels = 1;        // channels, or subunits with MultiSubunit
-  int ChannelsGaussian = 0;   // 1 = draw the number of channels of each run
-  float ChannelsSTD = 0.0F;   // channels
-  int MultiSubunit = 1;       // 1 = cooperative subunits of one channel
-  int OpenState = 3;          // state whose exits a Monte Carlo run counts
-  int StartState = 1;         // stored in the file, read by nothing else
-  int ReseedSimulation = 1;   // 1 = final occupancies start the next run
+  int NumIntervals = 1;      // interstimulus intervals after each run
+  int NumChannels = 1;       // channels, or subunits with MultiSubunit
+  int ChannelsGaussian = 0;  // 1 = draw the number of channels of each run
+  float ChannelsSTD = 0.0F;  // channels
+  int MultiSubunit = 1;      // 1 = cooperative subunits of one channel
+  int OpenState = 3;         // state whose exits a Monte Carlo run counts
+  int StartState = 1;        // stored in the file, read by nothing else
+  int ReseedSimulation = 1;  // 1 = final occupancies start the next run
   int StartAtEquilibrium = 0;
   int FitStartAtEquilibrium = 1;
   int DisplayUnits = UnitsConductance;
   int ShowAllTraces = 1;
   int AutoAnalyze = 0;
   int Autosave = 0;
-  int AutosaveFormat = 1;     // 0 single-column text, 1 ABF
+  int AutosaveFormat = 1;  // 0 single-column text, 1 ABF
   int AutoFilter = 0;
   float AutoFilterFc = 2.0F;  // kHz
   int AutoNoise = 0;
@@ -125,7 +127,8 @@ inline constexpr std::array<Link, MaxLinks + 1> LinkTable = [] {
   std::array<Link, MaxLinks + 1> links{};
   int n = 0;
   for (int rowStart = 1; rowStart <= MaxStates; rowStart += GridColumns) {
-    for (int s = rowStart; s < rowStart + GridColumns - 1; ++s) links[static_cast<std::size_t>(++n)] = {s, s + 1};
+    for (int s = rowStart; s < rowStart + GridColumns - 1; ++s)
+      links[static_cast<std::size_t>(++n)] = {s, s + 1};
     if (rowStart + GridColumns > MaxStates) break;
     for (int s = rowStart; s < rowStart + GridColumns; ++s) {
       links[static_cast<std::size_t>(++n)] = {s, s + GridColumns};

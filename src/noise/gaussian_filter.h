@@ -10,13 +10,16 @@ namespace zelvane {
 /// @param trace  one sample per `Model.ADInterval`, any unit
 /// @param fc     -3 dB corner, kHz
 ///
-/// The kernel is cut at four standard deviations on each side (sigma = 0.132505 / (fc x ADInterval) samples); below
-/// sigma 0.62 three coefficients serve. The first and last samples, which it does not cover, keep their values.
-/// Sums are 32-bit and run in rising order of samples. A corner at or below 0, or nan, leaves the trace unchanged.
+/// The kernel is cut at four standard deviations on each side (sigma = 0.132505 / (fc x ADInterval) samples);
+/// below sigma 0.62 three coefficients serve. The first and last samples, which it does not cover, keep their
+/// values. Sums are 32-bit and run in rising order of samples. A corner at or below 0, or nan, leaves the
+/// trace unchanged.
 ///
 /// Reads:   `Model.ADInterval`, `Model.FitActive`, `Noise.RecordPoints`.
-/// Tells:   "! Warning" at a corner above half the sampling rate (and goes on), and for a kernel of more than 1000
-///          coefficients a side or one too long for the record (the trace is then as it was). Silent during a fit.
+/// Tells:   "! Warning" at a corner above half the sampling rate (and goes on), and for a kernel of more than
+/// 1000
+///          coefficients a side or one too long for the record (the trace is then as it was). Silent during a
+///          fit.
 /// Source:  Colquhoun & Sigworth (1995), in Single-Channel Recording, 2nd ed., chapter 19.
 void GaussianFilter(std::span<float> trace, float fc);
 

@@ -5,8 +5,8 @@
 
 namespace zelvane {
 
-/// Folder of the data installed beside the program ("config.mod", models): share/zelvane of an installation, data/ of a
-/// build tree. Empty when neither is found.
+/// Folder of the data installed beside the program ("config.mod", models): share/zelvane of an installation,
+/// data/ of a build tree. Empty when neither is found.
 std::string ProgramDataFolder();
 
 /// The user's configuration folder for this program; it need not exist. Empty when the system names none.

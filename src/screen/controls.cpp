@@ -106,13 +106,21 @@ void ShowText(std::string_view name, std::string_view text) {
   AnnouncePanel(*control.panel);
 }
 
-double ControlNumber(std::string_view name) { return ControlNamed(name).number; }
+double ControlNumber(std::string_view name) {
+  return ControlNamed(name).number;
+}
 
-void SetDimmed(std::string_view name, bool dimmed) { ControlNamed(name).dimmed = dimmed; }
+void SetDimmed(std::string_view name, bool dimmed) {
+  ControlNamed(name).dimmed = dimmed;
+}
 
-void SetVisible(std::string_view name, bool visible) { ControlNamed(name).visible = visible; }
+void SetVisible(std::string_view name, bool visible) {
+  ControlNamed(name).visible = visible;
+}
 
-void SetColour(std::string_view name, std::string_view colour) { ControlNamed(name).colour = colour; }
+void SetColour(std::string_view name, std::string_view colour) {
+  ControlNamed(name).colour = colour;
+}
 
 std::string ShownText(const Control& control) {
   switch (control.kind) {
@@ -157,7 +165,8 @@ Refusal TypeInto(Control& control, std::string_view text) {
     case ControlKind::Text:
       control.text = text.substr(0, text.find_first_of("\r\n"));
       if (control.field && control.field.field->textBytes > 0) {
-        control.text.resize(std::min(control.text.size(), static_cast<std::size_t>(control.field.field->textBytes) - 1));
+        control.text.resize(
+            std::min(control.text.size(), static_cast<std::size_t>(control.field.field->textBytes) - 1));
       }
       return {};
     case ControlKind::Button:
@@ -186,7 +195,8 @@ Refusal Press(Control& control) {
     control.number = control.number == 0.0 ? 1.0 : 0.0;
   } else if (control.kind == ControlKind::Choice) {
     const double count = static_cast<double>(control.choices.size());
-    control.number = control.number + 1.0 < control.choiceBase + count ? control.number + 1.0 : control.choiceBase;
+    control.number =
+        control.number + 1.0 < control.choiceBase + count ? control.number + 1.0 : control.choiceBase;
   }
   return Commit(control);
 }
@@ -200,12 +210,16 @@ Refusal PressMenu(MenuItem& item) {
   return {};
 }
 
-void RightClick(const Control& control) { MessagePopup(HelpTitle, control.help); }
+void RightClick(const Control& control) {
+  MessagePopup(HelpTitle, control.help);
+}
 
 void ClosePanel(Panel& panel) {
   RunBusy([&] {
-    if (panel.close != nullptr) panel.close();
-    else HidePanel(panel.name);
+    if (panel.close != nullptr)
+      panel.close();
+    else
+      HidePanel(panel.name);
   });
 }
 

@@ -34,8 +34,12 @@ std::byte* Walk(const Field& field, std::span<const int> indices) {
 }  // namespace
 
 Field SpanField(std::string name, std::span<float> values, int first) {
-  return {std::move(name), FieldType::Float, reinterpret_cast<std::byte*>(values.data()), 1,
-          {{{first, static_cast<int>(values.size()) - 1, sizeof(float)}}}, 0};
+  return {std::move(name),
+          FieldType::Float,
+          reinterpret_cast<std::byte*>(values.data()),
+          1,
+          {{{first, static_cast<int>(values.size()) - 1, sizeof(float)}}},
+          0};
 }
 
 void RegisterFields(std::vector<Field> fields) {
@@ -45,7 +49,9 @@ void RegisterFields(std::vector<Field> fields) {
   }
 }
 
-const std::map<std::string, Field, std::less<>>& AllFields() { return Registry(); }
+const std::map<std::string, Field, std::less<>>& AllFields() {
+  return Registry();
+}
 
 std::optional<FieldName> ParseFieldName(std::string_view name) {
   FieldName parsed;
@@ -74,8 +80,8 @@ FieldRef FindField(std::string_view name) {
 FieldRun FindFieldRun(std::string_view name) {
   const auto parsed = ParseFieldName(name);
   if (!parsed) return {};
-  // The free index may be the last of several ("TableRate[2]") and its bracket is not written; after it a member
-  // can follow ("RateConstraint.value" stands for all rows), so every field of one rank more is tried.
+  // The free index may be the last of several ("TableRate[2]") and its bracket is not written; after it a
+  // member can follow ("RateConstraint.value" stands for all rows), so every field of one rank more is tried.
   for (const auto& [fieldName, field] : Registry()) {
     if (field.rank != static_cast<int>(parsed->indices.size()) + 1) continue;
     const std::size_t bracket = fieldName.rfind("[]");
@@ -89,7 +95,9 @@ FieldRun FindFieldRun(std::string_view name) {
   return {};
 }
 
-FieldRef RunElement(const FieldRun& run, int index) { return {run.field, run.base + run.index.step * index}; }
+FieldRef RunElement(const FieldRun& run, int index) {
+  return {run.field, run.base + run.index.step * index};
+}
 
 double FieldNumber(FieldRef ref) {
   switch (ref.field->type) {
@@ -109,7 +117,8 @@ bool NumberSuits(FieldType type, double value) {
   if (!std::isfinite(value)) return false;
   switch (type) {
     case FieldType::Int:
-      return value == std::trunc(value) && std::abs(value) <= static_cast<double>(std::numeric_limits<int>::max());
+      return value == std::trunc(value) &&
+             std::abs(value) <= static_cast<double>(std::numeric_limits<int>::max());
     case FieldType::Float:
       return std::abs(value) <= static_cast<double>(std::numeric_limits<float>::max());
     case FieldType::Double:
@@ -141,7 +150,8 @@ std::string FieldText(FieldRef ref) {
   const double value = FieldNumber(ref);
   std::to_chars_result result{};
   if (ref.field->type == FieldType::Float) {
-    result = std::to_chars(buffer, buffer + sizeof buffer, static_cast<float>(value), std::chars_format::general, 9);
+    result = std::to_chars(buffer, buffer + sizeof buffer, static_cast<float>(value),
+                           std::chars_format::general, 9);
   } else {
     result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 17);
   }
@@ -172,7 +182,8 @@ std::optional<double> ParseNumber(std::string_view text) {
   if (error == std::errc::result_out_of_range) {
     // from_chars leaves the value alone: a huge number is infinite, a tiny one 0.
     const auto exponent = text.find_first_of("eE");
-    const bool tiny = exponent != std::string_view::npos && text.find('-', exponent) != std::string_view::npos;
+    const bool tiny =
+        exponent != std::string_view::npos && text.find('-', exponent) != std::string_view::npos;
     return tiny ? 0.0 : std::numeric_limits<double>::infinity();
   }
   if (error != std::errc{}) return std::nullopt;

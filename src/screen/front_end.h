@@ -1,5 +1,5 @@
-// What the program asks of whatever shows it. A front end fills this struct of functions; the logic calls them
-// through popups.h and the screen.
+// What the program asks of whatever shows it. A front end fills this struct of functions; the logic calls
+// them through popups.h and the screen.
 #pragma once
 
 #include <functional>
@@ -26,14 +26,14 @@ struct FileRequest {
 struct FrontEnd {
   std::function<void(std::string_view title, std::string_view text)> message;
   std::function<bool(std::string_view title, std::string_view text)> confirm;
-  std::function<std::vector<std::string>(const FileRequest&)> files;        // empty = cancelled
-  std::function<bool(Panel&, std::string_view text)> modal;                 // true = ok, false = cancelled
-  std::function<void()> pump;                                               // lets waiting user events run
+  std::function<std::vector<std::string>(const FileRequest&)> files;  // empty = cancelled
+  std::function<bool(Panel&, std::string_view text)> modal;           // true = ok, false = cancelled
+  std::function<void()> pump;                                         // lets waiting user events run
   std::function<void(std::string_view line)> console;
-  std::function<void(double fraction, std::string_view text)> progress;     // 0..1; below 0 = no run
-  std::function<void(Panel&)> panelChanged;                                 // shown, hidden, controls changed
+  std::function<void(double fraction, std::string_view text)> progress;  // 0..1; below 0 = no run
+  std::function<void(Panel&)> panelChanged;                              // shown, hidden, controls changed
   std::function<void(Graph&)> graphChanged;
-  std::function<void()> quit;                                               // the event loop ends
+  std::function<void()> quit;  // the event loop ends
 };
 
 }  // namespace zelvane

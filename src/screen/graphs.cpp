@@ -9,12 +9,17 @@
 namespace zelvane {
 namespace {
 
-Axis& AxisOf(Graph& graph, char axis) { return axis == 'x' ? graph.x : graph.y; }
-const Axis& AxisOf(const Graph& graph, char axis) { return axis == 'x' ? graph.x : graph.y; }
+Axis& AxisOf(Graph& graph, char axis) {
+  return axis == 'x' ? graph.x : graph.y;
+}
+const Axis& AxisOf(const Graph& graph, char axis) {
+  return axis == 'x' ? graph.x : graph.y;
+}
 
 std::size_t CellIndex(const Table& table, int row, int column) {
   assert(row >= 1 && row <= table.rows && column >= 1 && column <= table.columns);
-  return static_cast<std::size_t>(row - 1) * static_cast<std::size_t>(table.columns) + static_cast<std::size_t>(column - 1);
+  return static_cast<std::size_t>(row - 1) * static_cast<std::size_t>(table.columns) +
+         static_cast<std::size_t>(column - 1);
 }
 
 void Changed(Graph& graph) {
@@ -42,12 +47,14 @@ void ClearPlots(Graph& graph) {
   Changed(graph);
 }
 
-void PlotWave(Graph& graph, PlotStyle style, Colour colour, std::span<const float> y, double start, double step) {
+void PlotWave(Graph& graph, PlotStyle style, Colour colour, std::span<const float> y, double start,
+              double step) {
   graph.plots.push_back({style, colour, start, step, {}, {y.begin(), y.end()}});
   Changed(graph);
 }
 
-void PlotPoints(Graph& graph, PlotStyle style, Colour colour, std::span<const double> x, std::span<const float> y) {
+void PlotPoints(Graph& graph, PlotStyle style, Colour colour, std::span<const double> x,
+                std::span<const float> y) {
   assert(x.size() == y.size());
   graph.plots.push_back({style, colour, 0.0, 1.0, {x.begin(), x.end()}, {y.begin(), y.end()}});
   Changed(graph);

@@ -40,7 +40,9 @@ char ConversionLetter(std::string_view format) {
 
 }  // namespace
 
-FrontEnd SetFrontEnd(FrontEnd frontEnd) { return std::exchange(Current(), std::move(frontEnd)); }
+FrontEnd SetFrontEnd(FrontEnd frontEnd) {
+  return std::exchange(Current(), std::move(frontEnd));
+}
 
 void MessagePopup(std::string_view title, std::string_view text) {
   if (Current().message) Current().message(title, text);
@@ -74,7 +76,9 @@ void ShowProgress(double fraction, std::string_view text) {
   if (Current().progress) Current().progress(fraction, text);
 }
 
-void ResetProgress() { ShowProgress(-1.0); }
+void ResetProgress() {
+  ShowProgress(-1.0);
+}
 
 void QuitUserInterface() {
   if (Current().quit) Current().quit();
@@ -88,7 +92,9 @@ void AnnounceGraph(Graph& graph) {
   if (Current().graphChanged) Current().graphChanged(graph);
 }
 
-bool AskModal(Panel& panel, const char* text) { return Current().modal && Current().modal(panel, text); }
+bool AskModal(Panel& panel, const char* text) {
+  return Current().modal && Current().modal(panel, text);
+}
 
 void FileErrorPopup(int code) {
   for (const FileErrorText& row : FileErrorTexts) {

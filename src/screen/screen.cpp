@@ -24,14 +24,16 @@ NameIndex& Names() {
 
 template <typename Record>
 Record* FindByName(std::deque<Record>& records, std::string_view name) {
-  const auto it = std::find_if(records.begin(), records.end(), [&](const Record& r) { return r.name == name; });
+  const auto it =
+      std::find_if(records.begin(), records.end(), [&](const Record& r) { return r.name == name; });
   return it != records.end() ? &*it : nullptr;
 }
 
 template <typename Record>
 Record& Existing(Record* record, std::string_view name) {
   if (record == nullptr) {
-    std::fprintf(stderr, "zelvane: nothing on the screen is named %.*s\n", static_cast<int>(name.size()), name.data());
+    std::fprintf(stderr, "zelvane: nothing on the screen is named %.*s\n", static_cast<int>(name.size()),
+                 name.data());
     std::abort();
   }
   return *record;
@@ -42,7 +44,8 @@ std::string Expanded(const char* pattern, int index) {
   std::string text = pattern;
   for (const std::string_view mark : {"%04d", "%d"}) {
     const std::string number = mark == "%d" ? FormatText("%d", index) : FormatText("%04d", index);
-    for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + number.size())) {
+    for (std::size_t at = text.find(mark); at != std::string::npos;
+         at = text.find(mark, at + number.size())) {
       text.replace(at, mark.size(), number);
     }
   }
@@ -104,8 +107,8 @@ void AddControls(std::string_view panel, std::string_view group, std::span<const
   }
 }
 
-Graph& AddGraph(std::string_view panelName, std::string_view name, std::string_view xTitle, std::string_view yTitle,
-                int cursors) {
+Graph& AddGraph(std::string_view panelName, std::string_view name, std::string_view xTitle,
+                std::string_view yTitle, int cursors) {
   Panel& panel = PanelNamed(panelName);
   Graph& graph = Screen.graphs.emplace_back();
   graph.name = name;
@@ -149,10 +152,18 @@ void ClearScreen() {
   Names() = NameIndex{};
 }
 
-Panel* FindPanel(std::string_view name) { return FindByName(Screen.panels, name); }
-Graph* FindGraph(std::string_view name) { return FindByName(Screen.graphs, name); }
-Table* FindTable(std::string_view name) { return FindByName(Screen.tables, name); }
-TextBox* FindTextBox(std::string_view name) { return FindByName(Screen.textBoxes, name); }
+Panel* FindPanel(std::string_view name) {
+  return FindByName(Screen.panels, name);
+}
+Graph* FindGraph(std::string_view name) {
+  return FindByName(Screen.graphs, name);
+}
+Table* FindTable(std::string_view name) {
+  return FindByName(Screen.tables, name);
+}
+TextBox* FindTextBox(std::string_view name) {
+  return FindByName(Screen.textBoxes, name);
+}
 
 Control* FindControl(std::string_view name) {
   const auto it = Names().controls.find(std::string(name));
@@ -170,11 +181,21 @@ MenuItem* FindMenu(std::string_view command) {
   return it != Screen.menu.end() ? &*it : nullptr;
 }
 
-Panel& PanelNamed(std::string_view name) { return Existing(FindPanel(name), name); }
-Control& ControlNamed(std::string_view name) { return Existing(FindControl(name), name); }
-Graph& GraphNamed(std::string_view name) { return Existing(FindGraph(name), name); }
-Table& TableNamed(std::string_view name) { return Existing(FindTable(name), name); }
-TextBox& TextBoxNamed(std::string_view name) { return Existing(FindTextBox(name), name); }
+Panel& PanelNamed(std::string_view name) {
+  return Existing(FindPanel(name), name);
+}
+Control& ControlNamed(std::string_view name) {
+  return Existing(FindControl(name), name);
+}
+Graph& GraphNamed(std::string_view name) {
+  return Existing(FindGraph(name), name);
+}
+Table& TableNamed(std::string_view name) {
+  return Existing(FindTable(name), name);
+}
+TextBox& TextBoxNamed(std::string_view name) {
+  return Existing(FindTextBox(name), name);
+}
 
 void ShowPanel(std::string_view name) {
   Panel& panel = PanelNamed(name);
@@ -188,7 +209,9 @@ void HidePanel(std::string_view name) {
   AnnouncePanel(panel);
 }
 
-bool PanelVisible(std::string_view name) { return PanelNamed(name).visible; }
+bool PanelVisible(std::string_view name) {
+  return PanelNamed(name).visible;
+}
 
 void ShowTask(std::string_view name) {
   const Panel& front = PanelNamed(name);

@@ -1,15 +1,16 @@
-// The toolkit-neutral screen: plain records of all that a user sees, and the one dispatcher of what a user does.
+// The toolkit-neutral screen: plain records of all that a user sees, and the one dispatcher of what a user
+// does.
 //
 //   Declaring            AddPanel  AddControls  AddGraph  AddTable  AddTextBox  AddMenu
 //   Panels               ShowPanel  HidePanel  ShowTask  RunModalPanel
-//   Controls             FindControl  FindCommand  ReadControls  WriteControls  ShowNumber  ShowText  SetDimmed
-//   What a user does     TypeInto  Commit  RightClick  ClosePanel  PressKey  MoveCursor  EnterCell
+//   Controls             FindControl  FindCommand  ReadControls  WriteControls  ShowNumber  ShowText
+//   SetDimmed What a user does     TypeInto  Commit  RightClick  ClosePanel  PressKey  MoveCursor  EnterCell
 //   Graphs               ClearPlots  PlotWave  PlotPoints  SetAxisTitle  SetAxisRange  SetAxisAuto
 //   Tables, text boxes   SetCell  CellText  InsertLine  ClearLines
 //
-// A control holds what the panel shows, apart from its store: a typed value reaches the store when the control is
-// committed or when a command reads its panel (ReadControls). Only panel files may use this header; computations
-// use popups.h.
+// A control holds what the panel shows, apart from its store: a typed value reaches the store when the
+// control is committed or when a command reads its panel (ReadControls). Only panel files may use this
+// header; computations use popups.h.
 #pragma once
 
 #include <cstddef>
@@ -42,23 +43,23 @@ struct ControlEvent {
 };
 using Action = void (*)(const ControlEvent&);
 
-/// A row of a panel's table of controls. One row can stand for a family: %d in name, label, command and help then
-/// runs from `first` to `last`, and reaches the action as event.index. %04d likewise.
-/// A control whose name is a registered field edits that field: a commit stores the value before the action runs.
+/// A row of a panel's table of controls. One row can stand for a family: %d in name, label, command and help
+/// then runs from `first` to `last`, and reaches the action as event.index. %04d likewise. A control whose
+/// name is a registered field edits that field: a commit stores the value before the action runs.
 struct ControlDecl {
   const char* name = "";
   ControlKind kind = ControlKind::Number;
   const char* label = "";
   const char* unit = "";
-  const char* format = "%g";     // how a number is shown; it never decides what is stored
-  const char* command = "";      // name of the callback
+  const char* format = "%g";  // how a number is shown; it never decides what is stored
+  const char* command = "";   // name of the callback
   Action action = nullptr;
-  const char* help = "";         // shown on a right click under "? Help"
+  const char* help = "";  // shown on a right click under "? Help"
   int first = 0;
   int last = 0;
-  const char* choices = "";      // words of a Choice, or of a Switch's two positions, split by '|'
-  int choiceBase = 0;            // value of the first word
-  bool whileBusy = false;        // may act while a run has the stores in use (the stop button)
+  const char* choices = "";  // words of a Choice, or of a Switch's two positions, split by '|'
+  int choiceBase = 0;        // value of the first word
+  bool whileBusy = false;    // may act while a run has the stores in use (the stop button)
 };
 
 /// A control as the user sees it.
@@ -77,9 +78,9 @@ struct Control {
   std::vector<std::string> choices;
   int choiceBase = 0;
   bool whileBusy = false;
-  FieldRef field;      // empty for a control of its own
-  double number = 0.0; // value of a Number, Switch or Choice
-  std::string text;    // value of a Text or Readout
+  FieldRef field;       // empty for a control of its own
+  double number = 0.0;  // value of a Number, Switch or Choice
+  std::string text;     // value of a Text or Readout
   bool dimmed = false;
   bool visible = true;
   std::string colour;  // "" = the panel's own
@@ -96,7 +97,8 @@ inline constexpr Colour Black{0, 0, 0};
 inline constexpr Colour DarkBlue{0, 0, 128};
 inline constexpr Colour DarkRed{128, 0, 0};
 
-/// One plot with its own copy of the data. Evenly sampled: x is empty and sample i stands at start + i x step.
+/// One plot with its own copy of the data. Evenly sampled: x is empty and sample i stands at start + i x
+/// step.
 struct Plot {
   PlotStyle style = PlotStyle::Line;
   Colour colour;
@@ -130,11 +132,11 @@ struct Graph {
   Axis y;
   std::vector<Cursor> cursors;  // cursor 1 is element 0
   void (*cursorMoved)(Graph&, int cursor) = nullptr;
-  bool zooms = false;           // has strips, bars and span buttons: zoom_graph.h
+  bool zooms = false;  // has strips, bars and span buttons: zoom_graph.h
   double fullXMin = 0.0, fullXMax = 1.0;
   double fullYMin = 0.0, fullYMax = 1.0;
   void (*axisChanged)(Graph&) = nullptr;
-  std::uint64_t revision = 0;   // rises with every change of the plots
+  std::uint64_t revision = 0;  // rises with every change of the plots
 };
 
 struct Table {
@@ -146,8 +148,8 @@ struct Table {
   std::vector<std::string> columnTitles;
   std::vector<std::string> cells;  // row after row
   bool editable = false;
-  bool numeric = true;             // a typed cell must be a number
-  std::string command;             // name of the callback of a cell's commit
+  bool numeric = true;  // a typed cell must be a number
+  std::string command;  // name of the callback of a cell's commit
   std::string help;
   void (*committed)(Table&, int row, int column) = nullptr;
 };
@@ -162,11 +164,11 @@ struct TextBox {
 struct PanelDecl {
   const char* name = "";
   const char* title = "";
-  const char* tag = "";                 // task in front while it shows; "" for an auxiliary panel
-  void (*dim)() = nullptr;              // sets dimming from the stores; runs after every commit and every read
-  void (*close)() = nullptr;            // the user closes the panel; without one it is hidden
+  const char* tag = "";       // task in front while it shows; "" for an auxiliary panel
+  void (*dim)() = nullptr;    // sets dimming from the stores; runs after every commit and every read
+  void (*close)() = nullptr;  // the user closes the panel; without one it is hidden
   void (*key)(std::string_view) = nullptr;
-  const char* help = "";                // what the panel is for
+  const char* help = "";  // what the panel is for
 };
 
 struct Panel {
@@ -209,9 +211,9 @@ struct ScreenStore {
   std::deque<Table> tables;
   std::deque<TextBox> textBoxes;
   std::deque<MenuItem> menu;
-  std::string PanelTag;          // task in front
+  std::string PanelTag;  // task in front
   std::string PreviousPanelTag;
-  int busy = 0;                  // above 0 while a command runs
+  int busy = 0;  // above 0 while a command runs
   bool quit = false;
 };
 inline ScreenStore Screen;
@@ -227,8 +229,8 @@ void AddControls(std::string_view panel, std::string_view group, std::span<const
 /// Adds one control built by hand (families with two indices). Returns it for further settings.
 Control& AddControl(std::string_view panel, std::string_view group, const ControlDecl& decl, int index = 0);
 
-Graph& AddGraph(std::string_view panel, std::string_view name, std::string_view xTitle, std::string_view yTitle,
-                int cursors = 0);
+Graph& AddGraph(std::string_view panel, std::string_view name, std::string_view xTitle,
+                std::string_view yTitle, int cursors = 0);
 Table& AddTable(std::string_view panel, std::string_view name, int rows, int columns);
 TextBox& AddTextBox(std::string_view panel, std::string_view name);
 void AddMenu(std::span<const MenuDecl> decls);
@@ -236,7 +238,8 @@ void AddMenu(std::span<const MenuDecl> decls);
 /// Takes everything off the screen again; start-up and tests call it.
 void ClearScreen();
 
-// -- Finding. Nullptr when there is none; the ...Named forms end the program on a name that no code declared --
+// -- Finding. Nullptr when there is none; the ...Named forms end the program on a name that no code declared
+// --
 
 Panel* FindPanel(std::string_view name);
 Control* FindControl(std::string_view name);
@@ -264,7 +267,8 @@ void ShowTask(std::string_view panel);
 /// Hides a task panel and puts PreviousPanelTag back in front.
 void LeaveTask(std::string_view panel);
 
-/// Shows a panel modally with a message. True when the user leaves it with ok; typed values stand in its controls.
+/// Shows a panel modally with a message. True when the user leaves it with ok; typed values stand in its
+/// controls.
 bool RunModalPanel(std::string_view name, std::string_view text);
 
 // -- Controls --
@@ -296,11 +300,12 @@ void UpdateDimming();
 /// Why a typed value was refused; empty when it was taken.
 using Refusal = std::string;
 
-/// The user types into a control, without a commit. A Choice or Switch takes a word or a number that it offers.
+/// The user types into a control, without a commit. A Choice or Switch takes a word or a number that it
+/// offers.
 Refusal TypeInto(Control& control, std::string_view text);
 
-/// Commit event: stores the value in the field it edits, runs the action, then the dimming rules. While another
-/// command runs only controls marked whileBusy act, as does one that is dimmed: the refusal says so.
+/// Commit event: stores the value in the field it edits, runs the action, then the dimming rules. While
+/// another command runs only controls marked whileBusy act, as does one that is dimmed: the refusal says so.
 Refusal Commit(Control& control);
 
 /// A press: a switch flips and a choice steps on before the commit; anything else is committed as it stands.
@@ -318,8 +323,10 @@ Refusal MoveCursor(Graph& graph, int cursor, double x, std::optional<double> y);
 // -- Graphs --
 
 void ClearPlots(Graph& graph);
-void PlotWave(Graph& graph, PlotStyle style, Colour colour, std::span<const float> y, double start, double step);
-void PlotPoints(Graph& graph, PlotStyle style, Colour colour, std::span<const double> x, std::span<const float> y);
+void PlotWave(Graph& graph, PlotStyle style, Colour colour, std::span<const float> y, double start,
+              double step);
+void PlotPoints(Graph& graph, PlotStyle style, Colour colour, std::span<const double> x,
+                std::span<const float> y);
 void SetAxisTitle(Graph& graph, char axis, std::string_view title);
 void SetAxisRange(Graph& graph, char axis, double min, double max);
 void SetAxisAuto(Graph& graph, char axis);

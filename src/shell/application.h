@@ -14,8 +14,9 @@ struct StartOptions {
   std::optional<std::array<double, 3>> seeds;  // of the generators, in place of the clock
 };
 
-/// Brings the program up in its fixed order: banner, generators, stores, panels, "config.mod", stimulus, main panel,
-/// the files named. Needs a front end (SetFrontEnd) and may be called once in a process, or again after it in tests.
+/// Brings the program up in its fixed order: banner, generators, stores, panels, "config.mod", stimulus, main
+/// panel, the files named. Needs a front end (SetFrontEnd) and may be called once in a process, or again
+/// after it in tests.
 void StartApplication(const StartOptions& options);
 
 /// Declares every panel on an empty screen.

@@ -3,11 +3,12 @@
 
 namespace zelvane {
 
-/// Takes the memory of the large arrays and registers every field. The first call counts, later ones do nothing.
+/// Takes the memory of the large arrays and registers every field. The first call counts, later ones do
+/// nothing.
 void AllocateStores();
 
-/// Brings every store back to its start-up state, arrays and default fit limits included. What the screen shows is
-/// not touched. Needs AllocateStores.
+/// Brings every store back to its start-up state, arrays and default fit limits included. What the screen
+/// shows is not touched. Needs AllocateStores.
 void ResetStores();
 
 }  // namespace zelvane

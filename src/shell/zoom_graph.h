@@ -1,4 +1,5 @@
-// Zoom, scroll and span rules of a graph with strips, bars and span buttons. They work on the axis ranges alone.
+// Zoom, scroll and span rules of a graph with strips, bars and span buttons. They work on the axis ranges
+// alone.
 //
 // Lengths along a strip or bar are pixels; without a window a plot area measures 1000 by 500.
 #pragma once
@@ -18,8 +19,8 @@ void ZoomGraphCreate(Graph& graph);
 /// Sets the full range of an axis ('x' or 'y').
 void ZoomSetFullRange(Graph& graph, char axis, double min, double max);
 
-/// A drag on a strip from pixel `a` to pixel `b`, button released. A drag of 5 pixels or less zooms nothing, nor does
-/// an x zoom to a span below 10.
+/// A drag on a strip from pixel `a` to pixel `b`, button released. A drag of 5 pixels or less zooms nothing,
+/// nor does an x zoom to a span below 10.
 void ZoomStrip(Graph& graph, char axis, double a, double b);
 
 /// One press of "xexpand", "xcontract", "yexpand", "ycontract", "left", "right", "up" or "down".

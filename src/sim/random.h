@@ -6,8 +6,8 @@
 
 namespace zelvane {
 
-/// One value in the open interval (0, 1): the Wichmann-Hill generator AS 183 (Applied Statistics 31, 188, 1982)
-/// over the three seeds of the process. A result of exactly 0 is thrown away.
+/// One value in the open interval (0, 1): the Wichmann-Hill generator AS 183 (Applied Statistics 31, 188,
+/// 1982) over the three seeds of the process. A result of exactly 0 is thrown away.
 double UniformRandom();
 
 /// One value of a normal distribution with mean 0 and standard deviation 1, by the polar Box-Muller method

@@ -14,8 +14,8 @@ inline constexpr int ResultUniform = 0;     // points of the fixed-step integrat
 inline constexpr int ResultMonteCarlo = 1;  // Monte Carlo, or a trace read from a file
 inline constexpr int ResultSavedSteps = 2;  // saved steps of a completed adaptive run
 
-/// Room of one state in Occupancy: a run of MaxStimPoints writes points 1..MaxStimPoints + 1. The row is a bit
-/// longer so that rows do not fall on the same sets of the cache.
+/// Room of one state in Occupancy: a run of MaxStimPoints writes points 1..MaxStimPoints + 1. The row is a
+/// bit longer so that rows do not fall on the same sets of the cache.
 inline constexpr int OccupancyPoints = MaxStimPoints + 47;
 
 struct ResultStore {
@@ -33,13 +33,13 @@ struct ResultStore {
 
   // -- Run driver --
   int StopRequested = 0;
-  float EffectiveChannels = 1.0F;  // channels that scale the trace
-  float ChannelUnit = 1.0F;        // what one channel adds to Occupancy
+  float EffectiveChannels = 1.0F;               // channels that scale the trace
+  float ChannelUnit = 1.0F;                     // what one channel adds to Occupancy
   std::array<int, MaxStates + 1> StateClass{};  // ordinal of each state's conductance
   std::array<int, MaxStates + 1> ConnectionCount{};
-  StateTable<int> Connection{};    // [state][k], k from 1: the states that it can leave to, rising
+  StateTable<int> Connection{};  // [state][k], k from 1: the states that it can leave to, rising
   std::string ResultsFileName;
-  std::string RunText;             // "Run 1 of 3 with ..." as last shown
+  std::string RunText;  // "Run 1 of 3 with ..." as last shown
 };
 
 inline ResultStore Result;

@@ -15,8 +15,8 @@ namespace zelvane {
 /// connections is refused with "! Error", as is a state with more than MaxConnections exits for Monte Carlo.
 void RunSimulation(int numPoints);
 
-/// Turns `Result.Occupancy` into `Trace.SimTrace` by `Model.DisplayUnits`, adds noise and filter if asked, and plots.
-/// With `erase` the plots already on the graph are removed first.
+/// Turns `Result.Occupancy` into `Trace.SimTrace` by `Model.DisplayUnits`, adds noise and filter if asked,
+/// and plots. With `erase` the plots already on the graph are removed first.
 void ConvertTrace(bool erase);
 
 /// Converts the occupancies of the last run again with the present monitored states and units, and plots.

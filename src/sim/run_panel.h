@@ -3,12 +3,12 @@
 
 namespace zelvane {
 
-void AddRunControls();       // onto MainPanel, with the monitored-response graph
+void AddRunControls();  // onto MainPanel, with the monitored-response graph
 void AddValuesTablePanel();
 void AddRunMenu();
 
-/// Copies the run settings from MainPanel into the store; NumPoints is held to its limit, MultiSubunit forces its
-/// fields.
+/// Copies the run settings from MainPanel into the store; NumPoints is held to its limit, MultiSubunit forces
+/// its fields.
 void ReadRunParameters();
 
 /// Writes the run settings of the store to MainPanel.

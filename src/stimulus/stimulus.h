@@ -36,7 +36,8 @@ void EraseStim();
 /// Low-pass filters the target's NumPoints samples with the corner FilterFc, then plots.
 void FilterStim();
 
-/// Sets samples first..last - 1 of the voltage profile to VHold / 1000 (volts). Bounds are held to the profile.
+/// Sets samples first..last - 1 of the voltage profile to VHold / 1000 (volts). Bounds are held to the
+/// profile.
 void FillVoltage(int first, int last);
 
 }  // namespace zelvane

@@ -21,7 +21,8 @@ inline constexpr int MultiStimFields = 6;
 /// Amplitudes are volts or molar according to the target profile; times are ms.
 struct StimulusStore {
   // -- Profiles: MaxStimPoints samples each, set once by AllocateStores --
-  // Sample i stands for time i x ADInterval. Index 0 of Profile is the voltage (volts), 1..6 the drugs (molar).
+  // Sample i stands for time i x ADInterval. Index 0 of Profile is the voltage (volts), 1..6 the drugs
+  // (molar).
   std::array<std::span<float>, MaxDrugs + 1> Profile{};
 
   int StimMode = StimAutomatic;

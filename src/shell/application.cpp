@@ -1,0 +1,135 @@
+#include "shell/application.h"
+
+#include <chrono>
+#include <filesystem>
+
+#include "io/model_file.h"
+#include "io/trace_store.h"
+#include "model/model_panels.h"
+#include "model/model_store.h"
+#include "platform/folders.h"
+#include "screen/screen.h"
+#include "shell/about_panel.h"
+#include "shell/stores.h"
+#include "shell/zoom_graph.h"
+#include "sim/random.h"
+#include "sim/run_panel.h"
+#include "stimulus/stimulus.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char ConfigFileName[] = "config.mod";
+constexpr char QuitQuestion[] = "Are you ready to exit Zelvane?";
+constexpr char CloseQuestion[] = "Are you ready to exit Zelvane ?";
+constexpr char QuitHelp[] = "Terminates the program";
+constexpr char NotAModelFile[] = "This version opens model files only, and this is none: ";
+
+bool Exists(const std::filesystem::path& path) {
+  std::error_code error;
+  return std::filesystem::is_regular_file(path, error);
+}
+
+/// The "config.mod" of this start: the one of the folder asked for, else the user's own, else the program's.
+std::string ConfigFile(const StartOptions& options) {
+  if (!options.folder.empty()) return (std::filesystem::path(options.folder) / ConfigFileName).string();
+  const std::string own = UserConfigFolder();
+  if (!own.empty() && Exists(std::filesystem::path(own) / ConfigFileName)) {
+    return (std::filesystem::path(own) / ConfigFileName).string();
+  }
+  const std::string folder = ProgramDataFolder();
+  return folder.empty() ? std::string{} : (std::filesystem::path(folder) / ConfigFileName).string();
+}
+
+void SeedAtStart(const StartOptions& options) {
+  if (options.seeds) return;
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  SeedGenerators(static_cast<std::uint32_t>(std::chrono::duration_cast<std::chrono::seconds>(now).count()));
+}
+
+/// Without a readable "config.mod" the program stands at its initial values and asks for no file.
+void ReadConfig(const StartOptions& options) {
+  const std::string path = ConfigFile(options);
+  if (path.empty() || !Exists(path)) return;
+  ModelFileReadNamed(path);
+}
+
+void ShowStores() {
+  RefreshModelPanels();
+  WriteRunParameters();
+  StimPanelRefresh();
+}
+
+void OpenNamedFiles(const StartOptions& options) {
+  for (const std::string& file : options.files) {
+    if (!Exists(file)) continue;  // an argument that names no file is passed over
+    if (!ModelFileReadNamed(file)) MessagePopup(FileErrorTitle, NotAModelFile + file);
+  }
+}
+
+void AskToClose() {
+  if (ConfirmPopup("", CloseQuestion)) QuitUserInterface();
+}
+
+void Shutdown(const ControlEvent&) {
+  AskToQuit();
+}
+
+// clang-format off
+constexpr ControlDecl ShellControls[] = {
+    // name     kind                 label   unit format command     action    help
+    {"Quit",    ControlKind::Button, "Quit", "",  "",    "Shutdown", Shutdown, QuitHelp},
+};
+constexpr MenuDecl ShellMenu[] = {{"File/Quit", "ShutDown", AskToClose, "Ctrl+Q"}};
+// clang-format on
+
+}  // namespace
+
+void AskToQuit() {
+  if (ConfirmPopup("", QuitQuestion)) QuitUserInterface();
+}
+
+void AddAllPanels() {
+  AddMainPanel();
+  AddModelFileMenu();
+  AddModelMenu();
+  AddRunControls();
+  AddRunMenu();
+  AddControls("MainPanel", "shell", ShellControls);
+  AddStimulusPanel();
+  AddDependencePanel();
+  AddConductancePanel();
+  AddInitialConditionsPanel();
+  AddValuesTablePanel();
+  AddTableModelPanel();
+  AddMenu(ShellMenu);
+  Panel& main = PanelNamed("MainPanel");
+  main.close = AskToClose;
+  main.maximised = true;
+  ZoomGraphCreate(GraphNamed("MainPanel"));
+}
+
+void StartApplication(const StartOptions& options) {
+  // The order is fixed: later steps read what earlier ones set.
+  ClearScreen();
+  AllocateStores();
+  AddAboutPanel();
+  SetVisible("CloseAbout", false);
+  ShowPanel("AboutPanel");
+  SeedAtStart(options);
+  ResetStores();
+  AddAllPanels();
+  Screen.PanelTag = "MN";
+  ShowStores();
+  ReadConfig(options);
+  WriteGridRates();
+  RefreshLinks();
+  StimRebuild();
+  HidePanel("AboutPanel");
+  SetVisible("CloseAbout", true);
+  ShowPanel("MainPanel");
+  OpenNamedFiles(options);
+  if (options.seeds) SetSeeds(*options.seeds);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,283 @@
+#include "shell/store_fields.h"
+
+#include "analysis/analysis_store.h"
+#include "fit/fit_store.h"
+#include "io/trace_store.h"
+#include "model/constraints_store.h"
+#include "model/model_store.h"
+#include "noise/noise_store.h"
+#include "rscm/rscm_store.h"
+#include "screen/fields.h"
+#include "sim/result_store.h"
+#include "singlechannel/dwell_fit_store.h"
+#include "stimulus/stimulus_store.h"
+
+namespace zelvane {
+namespace {
+
+/// A dependence cube offered from drug 1, state 1.
+Field DrugField(const char* name, DependenceTables& tables) {
+  return CubeField(name, tables.Drug);
+}
+
+void RegisterModel() {
+  RegisterFields({
+      ArrayField("KOn[]", Model.KOn),
+      ArrayField("KOff[]", Model.KOff),
+      ArrayField("StateOn[]", Model.StateOn),
+      ArrayField("StateLabel[]", Model.StateLabel, 1, StateLabelBytes),
+      DrugField("DrugDepend[][][]", Model.Depend),
+      TableField("VoltDepend[][]", Model.Depend.Volt),
+      TableField("VoltSteepness[][]", Model.Depend.Steepness),
+      TableField("VoltRange[][]", Model.Depend.Range),
+      TableField("TableRate[][]", Model.TableRate),
+      DrugField("TableDrugDepend[][][]", Model.TableDepend),
+      TableField("TableVoltDepend[][]", Model.TableDepend.Volt),
+      TableField("TableVoltSteepness[][]", Model.TableDepend.Steepness),
+      TableField("TableVoltRange[][]", Model.TableDepend.Range),
+      ArrayField("TableStateOn[]", Model.TableStateOn),
+      ArrayField("TableStateLabel[]", Model.TableStateLabel, 1, StateLabelBytes),
+      TableField("RateMatrix[][]", Model.RateMatrix),
+      ArrayField("StateMonitored[]", Model.StateMonitored),
+      ArrayField("StateConductance[]", Model.StateConductance, 0),
+      ArrayField("StartOccupancy[]", Model.StartOccupancy),
+      ArrayField("DrugLabel[]", Model.DrugLabel, 1, DrugLabelBytes),
+  });
+}
+
+void RegisterRunSettings() {
+  RegisterFields({
+      ScalarField("ModelIs2D", Model.ModelIs2D),
+      ScalarField("SimulatorKind", Model.SimulatorKind),
+      ScalarField("NumPoints", Model.NumPoints),
+      ScalarField("ADInterval", Model.ADInterval),
+      ScalarField("NumRuns", Model.NumRuns),
+      ScalarField("NumIntervals", Model.NumIntervals),
+      ScalarField("NumChannels", Model.NumChannels),
+      ScalarField("ChannelsGaussian", Model.ChannelsGaussian),
+      ScalarField("ChannelsSTD", Model.ChannelsSTD),
+      ScalarField("MultiSubunit", Model.MultiSubunit),
+      ScalarField("OpenState", Model.OpenState),
+      ScalarField("StartState", Model.StartState),
+      ScalarField("ReseedSimulation", Model.ReseedSimulation),
+      ScalarField("StartAtEquilibrium", Model.StartAtEquilibrium),
+      ScalarField("FitStartAtEquilibrium", Model.FitStartAtEquilibrium),
+      ScalarField("DisplayUnits", Model.DisplayUnits),
+      ScalarField("ShowAllTraces", Model.ShowAllTraces),
+      ScalarField("AutoAnalyze", Model.AutoAnalyze),
+      ScalarField("Autosave", Model.Autosave),
+      ScalarField("AutosaveFormat", Model.AutosaveFormat),
+      ScalarField("AutoFilter", Model.AutoFilter),
+      ScalarField("AutoFilterFc", Model.AutoFilterFc),
+      ScalarField("AutoNoise", Model.AutoNoise),
+      ScalarField("AutoNoiseSTD", Model.AutoNoiseSTD),
+      ScalarField("VHold", Model.VHold),
+      ScalarField("VRev", Model.VRev),
+      ScalarField("Valence", Model.Valence),
+      ScalarField("Temperature", Model.Temperature),
+      ScalarField("MaxStepSize", Model.MaxStepSize),
+      ScalarField("Precision", Model.Precision),
+      ScalarField("ModelTitle", Model.ModelTitle, TitleBytes),
+      ScalarField("ModelFileName", Model.ModelFileName),
+      ScalarField("FitActive", Model.FitActive),
+  });
+}
+
+void RegisterConstraints() {
+  Field loopState{"LoopConstraint[].state[]",
+                  FieldType::Int,
+                  reinterpret_cast<std::byte*>(Constraints.Loop[0].State.data()),
+                  2,
+                  {{{1, MaxLoopConstraints, sizeof(LoopConstraint)}, {1, MaxLoopStates, sizeof(int)}}},
+                  0};
+  RegisterFields({
+      RowField("RateConstraint[].enabled", Constraints.Rate, &RateConstraint::Enabled),
+      RowField("RateConstraint[].targetFrom", Constraints.Rate, &RateConstraint::TargetFrom),
+      RowField("RateConstraint[].targetTo", Constraints.Rate, &RateConstraint::TargetTo),
+      RowField("RateConstraint[].sourceFrom", Constraints.Rate, &RateConstraint::SourceFrom),
+      RowField("RateConstraint[].sourceTo", Constraints.Rate, &RateConstraint::SourceTo),
+      RowField("RateConstraint[].operation", Constraints.Rate, &RateConstraint::Operation),
+      RowField("RateConstraint[].value", Constraints.Rate, &RateConstraint::Value),
+      RowField("LoopConstraint[].enabled", Constraints.Loop, &LoopConstraint::Enabled),
+      loopState,
+      RowField("LoopConstraint[].rateFrom", Constraints.Loop, &LoopConstraint::RateFrom),
+      RowField("LoopConstraint[].rateTo", Constraints.Loop, &LoopConstraint::RateTo),
+  });
+}
+
+void RegisterStimulus() {
+  const std::span<float> voltage = Stimulus.Profile[0];
+  const std::span<float> drug1 = Stimulus.Profile[1];
+  const std::ptrdiff_t profileStep =
+      (drug1.data() - voltage.data()) * static_cast<std::ptrdiff_t>(sizeof(float));
+  Field drugs{"DrugProfile[][]",
+              FieldType::Float,
+              reinterpret_cast<std::byte*>(voltage.data()),
+              2,
+              {{{1, MaxDrugs, profileStep}, {0, MaxStimPoints - 1, sizeof(float)}}},
+              0};
+  RegisterFields({
+      SpanField("VoltageProfile[]", voltage),
+      drugs,
+      ScalarField("StimMode", Stimulus.StimMode),
+      ScalarField("StimTarget", Stimulus.StimTarget),
+      ScalarField("StimFromFile", Stimulus.StimFromFile),
+      ScalarField("AutoValue", Stimulus.AutoValue),
+      ScalarField("AutoStart", Stimulus.AutoStart),
+      ScalarField("AutoStop", Stimulus.AutoStop),
+      ScalarField("AutoDrugOrVolt", Stimulus.AutoDrugOrVolt),
+      ScalarField("AutoFilterOn", Stimulus.AutoFilterOn),
+      ScalarField("StepAmp", Stimulus.StepAmp),
+      ScalarField("StepStart", Stimulus.StepStart),
+      ScalarField("StepStop", Stimulus.StepStop),
+      ScalarField("StepRamp", Stimulus.StepRamp),
+      ScalarField("StepRiseTau", Stimulus.StepRiseTau),
+      ScalarField("StepDecayTau", Stimulus.StepDecayTau),
+      ScalarField("ExpStart", Stimulus.ExpStart),
+      ScalarField("ExpAmp1", Stimulus.ExpAmp1),
+      ScalarField("ExpAmp2", Stimulus.ExpAmp2),
+      ScalarField("ExpTau1", Stimulus.ExpTau1),
+      ScalarField("ExpTau2", Stimulus.ExpTau2),
+      ScalarField("ExpRiseTau", Stimulus.ExpRiseTau),
+      ScalarField("ExpOffset", Stimulus.ExpOffset),
+      ScalarField("ExpComponents", Stimulus.ExpComponents),
+      ScalarField("ExpRiseFlag", Stimulus.ExpRiseFlag),
+      ScalarField("TrainCount", Stimulus.TrainCount),
+      ScalarField("TrainDelay", Stimulus.TrainDelay),
+      ScalarField("TrainInterval", Stimulus.TrainInterval),
+      ScalarField("TrainExpFlag", Stimulus.TrainExpFlag),
+      ScalarField("TrainRiseFlag", Stimulus.TrainRiseFlag),
+      ScalarField("FilterFc", Stimulus.FilterFc),
+      ScalarField("FilterPoles", Stimulus.FilterPoles),
+      ScalarField("StimLogAxis", Stimulus.StimLogAxis),
+      TableField("MultiStimTable[][]", Stimulus.MultiStimTable, 0),
+  });
+}
+
+void RegisterResults() {
+  const std::span<float> row0 = Result.Occupancy[0];
+  const std::ptrdiff_t rowStep =
+      (Result.Occupancy[1].data() - row0.data()) * static_cast<std::ptrdiff_t>(sizeof(float));
+  Field occupancy{"Occupancy[][]",
+                  FieldType::Float,
+                  reinterpret_cast<std::byte*>(row0.data()),
+                  2,
+                  {{{1, MaxStates, rowStep}, {0, OccupancyPoints - 1, sizeof(float)}}},
+                  0};
+  RegisterFields({
+      occupancy,
+      SpanField("SavedTime[]", Result.SavedTime),
+      SpanField("SimTrace[]", Trace.SimTrace),
+      ScalarField("ResultKind", Result.ResultKind),
+      ScalarField("KeptSteps", Result.KeptSteps),
+      ScalarField("IntegrationOffset", Result.IntegrationOffset),
+      ScalarField("ReductionCount", Result.ReductionCount),
+      ScalarField("StopRequested", Result.StopRequested),
+      ScalarField("EffectiveChannels", Result.EffectiveChannels),
+      ArrayField("StateClass[]", Result.StateClass),
+      ScalarField("ResultsFileName", Result.ResultsFileName),
+      ScalarField("TraceValid", Trace.TraceValid),
+      ScalarField("TraceParsed", Trace.TraceParsed),
+      ScalarField("RsCorrected", Trace.RsCorrected),
+      ScalarField("TraceUnits", Trace.TraceUnits),
+      ScalarField("EpisodeCount", Trace.EpisodeCount),
+      ScalarField("EpisodeIndex", Trace.EpisodeIndex),
+      ScalarField("TraceFileName", Trace.TraceFileName),
+      ScalarField("RecordPoints", Noise.RecordPoints),
+  });
+}
+
+void RegisterAnalysis() {
+  RegisterFields({
+      ScalarField("BaselineStart", Analysis.BaselineStart),
+      ScalarField("BaselinePts", Analysis.BaselinePts),
+      ScalarField("StartAnalysis", Analysis.StartAnalysis),
+      ScalarField("PeakSearchPts", Analysis.PeakSearchPts),
+      ScalarField("PeakAvePts", Analysis.PeakAvePts),
+      ScalarField("PeakOption", Analysis.PeakOption),
+      ScalarField("RiseStartFrac", Analysis.RiseStartFrac),
+      ScalarField("RiseEndFrac", Analysis.RiseEndFrac),
+      ScalarField("FracDecay", Analysis.FracDecay),
+      ScalarField("LatencyPos", Analysis.LatencyPos),
+      ScalarField("LatencyFrac", Analysis.LatencyFrac),
+      ScalarField("AutoSaveMeasures", Analysis.AutoSaveMeasures),
+      ScalarField("VerifyMeasures", Analysis.VerifyMeasures),
+      ArrayField("AnalysisDisplay[]", Analysis.AnalysisDisplay),
+      ScalarField("RsCmAuto", RsCm.RsCmAuto),
+      ScalarField("ScTolerance", DwellFit.ScTolerance),
+  });
+}
+
+void RegisterLimits(const char* table, FitLimitTable& limits) {
+  RegisterFields({RowField(std::string(table) + "[].lo", limits, &FitLimit::lo),
+                  RowField(std::string(table) + "[].hi", limits, &FitLimit::hi)});
+}
+
+void RegisterFit() {
+  RegisterLimits("AnalysisFitLimits", Fit.AnalysisFitLimits);
+  RegisterLimits("WaveFitLimits", Fit.WaveFitLimits);
+  RegisterLimits("DwellFitLimits", Fit.DwellFitLimits);
+  RegisterLimits("ExpFitLimits", Fit.ExpFitLimits);
+  RegisterLimits("SublevelFitLimits", Fit.SublevelFitLimits);
+  RegisterLimits("VarFitLimits", Fit.VarFitLimits);
+  RegisterLimits("SpecFitLimits", Fit.SpecFitLimits);
+  RegisterLimits("DoseFitLimits", Fit.DoseFitLimits);
+  RegisterFields({
+      ScalarField("FitMode", Fit.FitMode),
+      ArrayField("WaveFitFixed[]", Fit.WaveFitFixed),
+      ArrayField("AnalysisFitFixed[]", Fit.AnalysisFitFixed),
+      ArrayField("WaveFitSeed[]", Fit.WaveFitSeed),
+      ArrayField("AnalysisFitSeed[]", Fit.AnalysisFitSeed),
+      ScalarField("WaveFitLimitsOn", Fit.WaveFitLimitsOn),
+      ScalarField("WaveFitAutoSeed", Fit.WaveFitAutoSeed),
+      ScalarField("WaveFitFixOn", Fit.WaveFitFixOn),
+      ScalarField("AnalysisLimitsOn", Fit.AnalysisLimitsOn),
+      ScalarField("AnalysisAutoSeed", Fit.AnalysisAutoSeed),
+      ScalarField("AnalysisFixOn", Fit.AnalysisFixOn),
+      ScalarField("AutoGenFitLims", Fit.AutoGenFitLims),
+      ScalarField("FitLimsXFold", Fit.FitLimsXFold),
+      ScalarField("FitModelIs2D", Fit.FitModelIs2D),
+      ScalarField("FitAlign", Fit.FitAlign),
+      ScalarField("FitAlignChoice", Fit.FitAlignChoice),
+      ScalarField("AlignRange", Fit.AlignRange),
+      ScalarField("FitPeakSearchPts", Fit.FitPeakSearchPts),
+      ScalarField("FitPeakAve", Fit.FitPeakAve),
+      ScalarField("FitDualSpeed", Fit.FitDualSpeed),
+      ScalarField("FitNormalized", Fit.FitNormalized),
+      ScalarField("FitFilterOn", Fit.FitFilterOn),
+      ScalarField("FitFilterFc", Fit.FitFilterFc),
+      ScalarField("FitNumIterations", Fit.FitNumIterations),
+      ScalarField("FitNumRestarts", Fit.FitNumRestarts),
+      ScalarField("FitStepSize", Fit.FitStepSize),
+      ScalarField("FitSeedSpread", Fit.FitSeedSpread),
+      ScalarField("FitTolerance", Fit.FitTolerance),
+      RowField("DataBaselineStart[]", Fit.Waveform, &FitWindow::DataBaselineStart),
+      RowField("DataFitStart[]", Fit.Waveform, &FitWindow::DataFitStart),
+      RowField("SimBaselineStart[]", Fit.Waveform, &FitWindow::SimBaselineStart),
+      RowField("SimFitStart[]", Fit.Waveform, &FitWindow::SimFitStart),
+      RowField("NumBaselinePts[]", Fit.Waveform, &FitWindow::NumBaselinePts),
+      RowField("NumAlignPts[]", Fit.Waveform, &FitWindow::NumAlignPts),
+      RowField("NumFitPts[]", Fit.Waveform, &FitWindow::NumFitPts),
+      ScalarField("AnalysisParse", Fit.AnalysisParse),
+      ScalarField("AnalysisFitPts", Fit.AnalysisFitPts),
+      ScalarField("AnalysisNumIterations", Fit.AnalysisNumIterations),
+      ScalarField("AnalysisNumRestarts", Fit.AnalysisNumRestarts),
+      ScalarField("AnalysisTolerance", Fit.AnalysisTolerance),
+      ScalarField("DualSpeedPts", Fit.DualSpeedPts),
+      ScalarField("FitStartPts", Fit.FitStartPts),
+  });
+}
+
+}  // namespace
+
+void RegisterStoreFields() {
+  RegisterModel();
+  RegisterRunSettings();
+  RegisterConstraints();
+  RegisterStimulus();
+  RegisterResults();
+  RegisterAnalysis();
+  RegisterFit();
+}
+
+}  // namespace zelvane

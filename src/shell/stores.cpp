@@ -1,0 +1,119 @@
+#include "shell/stores.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "analysis/analysis_store.h"
+#include "fit/fit_store.h"
+#include "io/trace_store.h"
+#include "model/constraints_store.h"
+#include "model/model_store.h"
+#include "noise/noise_store.h"
+#include "platform/zero_pages.h"
+#include "rscm/rscm_store.h"
+#include "shell/store_fields.h"
+#include "sim/result_store.h"
+#include "singlechannel/dwell_fit_store.h"
+#include "stimulus/stimulus_store.h"
+
+namespace zelvane {
+namespace {
+
+/// Room of one stimulus profile: a bit more than it holds, so that the seven do not fall on the same sets of
+/// the cache.
+constexpr std::size_t ProfileRoom = MaxStimPoints + 47;
+
+struct LargeArrays {
+  std::span<float> profiles;
+  std::span<float> occupancy;
+  std::span<float> savedTime;
+  std::span<float> trace;
+};
+
+LargeArrays& Arrays() {
+  static LargeArrays arrays{TakeZeroPages(ProfileRoom * (MaxDrugs + 1)),
+                            TakeZeroPages(static_cast<std::size_t>(OccupancyPoints) * (MaxStates + 1)),
+                            TakeZeroPages(OccupancyPoints), TakeZeroPages(MaxStimPoints)};
+  return arrays;
+}
+
+/// Points the stores to their arrays.
+void AttachArrays() {
+  LargeArrays& arrays = Arrays();
+  for (std::size_t k = 0; k < Stimulus.Profile.size(); ++k) {
+    Stimulus.Profile[k] = arrays.profiles.subspan(k * ProfileRoom, MaxStimPoints);
+  }
+  for (std::size_t s = 0; s < Result.Occupancy.size(); ++s) {
+    Result.Occupancy[s] = arrays.occupancy.subspan(s * OccupancyPoints, OccupancyPoints);
+  }
+  Result.SavedTime = arrays.savedTime;
+  Trace.SimTrace = arrays.trace;
+}
+
+// -- Default limits of the fits --
+
+struct LimitRow {
+  int first;
+  int last;
+  int step;
+  FitLimit limit;
+};
+
+constexpr LimitRow SublevelLimits[] = {{1, 4, 1, {0, 1}}, {5, 7, 1, {0, 100}}, {8, 8, 1, {0, 10000}}};
+constexpr LimitRow VarLimits[] = {{1, 1, 1, {-10, 10}}, {2, 2, 1, {0, 5000}}, {3, 3, 1, {0, 10}}};
+constexpr LimitRow SpecLimits[] = {{1, 3, 2, {0.001, 1}}, {2, 4, 2, {1e-12, 1}}};
+constexpr LimitRow DwellLimits[] = {{1, 9, 2, {0.01, 100000}},     // time constants 1 to 5
+                                    {2, 10, 2, {0.001, 100}},      // areas
+                                    {11, 11, 1, {0.05, 100000}}};  // time constant 6
+constexpr LimitRow ExpLimits[] = {{1, 1, 1, {0.01, 100000}},
+                                  {2, 2, 1, {0.01, 10000}},
+                                  {3, 3, 1, {0.01, 1000}},
+                                  {4, 4, 1, {0.001, 100000}},
+                                  {5, 5, 1, {0.01, 10000}}};
+
+void SetLimits(FitLimitTable& table, std::span<const LimitRow> rows) {
+  for (const LimitRow& row : rows) {
+    for (int r = row.first; r <= row.last; r += row.step) table[static_cast<std::size_t>(r)] = row.limit;
+  }
+}
+
+void SetDefaultFitLimits() {
+  SetLimits(Fit.SublevelFitLimits, SublevelLimits);
+  SetLimits(Fit.VarFitLimits, VarLimits);
+  SetLimits(Fit.SpecFitLimits, SpecLimits);
+  SetLimits(Fit.DwellFitLimits, DwellLimits);
+  SetLimits(Fit.ExpFitLimits, ExpLimits);
+}
+
+}  // namespace
+
+void AllocateStores() {
+  static const bool done = [] {
+    AttachArrays();
+    SetDefaultFitLimits();
+    RegisterStoreFields();
+    return true;
+  }();
+  static_cast<void>(done);
+}
+
+void ResetStores() {
+  for (const std::span<float> array :
+       {Arrays().profiles, Arrays().occupancy, Arrays().savedTime, Arrays().trace}) {
+    ReleaseZeroPages(array);
+  }
+  Model = ModelStore{};
+  Constraints = ConstraintsStore{};
+  Stimulus = StimulusStore{};
+  Result = ResultStore{};
+  Trace = TraceStore{};
+  Analysis = AnalysisStore{};
+  RsCm = RsCmStore{};
+  Noise = NoiseStore{};
+  DwellFit = DwellFitStore{};
+  Fit = FitStore{};
+  AttachArrays();
+  SetDefaultFitLimits();
+}
+
+}  // namespace zelvane

@@ -1,0 +1,23 @@
+#include "support/drive_test.h"
+
+#include <sstream>
+
+#include "headless/drive.h"
+
+namespace zelvane {
+
+std::vector<nlohmann::json> Drive(const std::string& script, const std::string& folder, int* status) {
+  StartOptions options;
+  options.folder = folder;
+  options.seeds = {{1234.0, 5678.0, 9012.0}};
+  std::istringstream in(script);
+  std::ostringstream out;
+  const int result = RunDrive(in, out, options);
+  if (status != nullptr) *status = result;
+  std::vector<nlohmann::json> objects;
+  std::istringstream lines(out.str());
+  for (std::string line; std::getline(lines, line);) objects.push_back(nlohmann::json::parse(line));
+  return objects;
+}
+
+}  // namespace zelvane

@@ -1,0 +1,33 @@
+// Pressing the whole program as a user of the command language does.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "support/store_test.h"
+
+namespace zelvane {
+
+/// Starts the application anew (seeds 1234,5678,9012, program folder `folder`), runs the lines of `script`,
+/// and gives the objects that it wrote. `status` receives the exit status.
+std::vector<nlohmann::json> Drive(const std::string& script, const std::string& folder,
+                                  int* status = nullptr);
+
+/// Tests in which each Drive starts from the initial values: the program folder holds no "config.mod".
+class DriveTest : public StoreTest {
+ protected:
+  std::vector<nlohmann::json> Run(const std::string& script) {
+    return Drive(script, folder.Path().string(), &status);
+  }
+
+  /// The value of the last `get` in what a script wrote.
+  static nlohmann::json LastValue(const std::vector<nlohmann::json>& lines) {
+    return lines.back().at("value");
+  }
+
+  TemporaryFolder folder;
+  int status = 0;
+};
+
+}  // namespace zelvane
