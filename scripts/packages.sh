@@ -1,0 +1,24 @@
+# Installs Debian packages that are missing. Sourced by run, test and .ci/run.
+#
+# need_packages NAME...: says what it installs, uses sudo where the user is not root, ends the script when it cannot.
+need_packages() {
+  local missing=()
+  local name
+  for name in "$@"; do
+    dpkg-query -W -f='${Status}' "$name" 2>/dev/null | grep -q 'ok installed' || missing+=("$name")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  if ! command -v apt-get >/dev/null; then
+    echo "These Debian packages or their like are needed: ${missing[*]}" >&2
+    exit 1
+  fi
+  local as_root=()
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+  echo "Installing: ${missing[*]}"
+  "${as_root[@]}" apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# What building takes, and what the tests take beside it.
+build_packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev)
+test_packages=(libgtest-dev libbenchmark-dev)
