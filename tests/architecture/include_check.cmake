@@ -3,6 +3,7 @@
 # Only *_panel.cpp files and the folders above the subsystems may know controls (screen/screen.h).
 # Usage: cmake -DSOURCE_DIR=... -P include_check.cmake
 
+cmake_minimum_required(VERSION 3.23)
 set(faults "")
 file(GLOB folders LIST_DIRECTORIES true ${SOURCE_DIR}/*)
 foreach(folder IN LISTS folders)

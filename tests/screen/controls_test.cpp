@@ -1,0 +1,157 @@
+// The one rule of every control: a right click explains, a commit stores and acts, nothing else does
+// anything.
+#include "model/model_store.h"
+#include "screen/screen.h"
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+int commits = 0;
+double previousSeen = 0.0;
+int indexSeen = 0;
+
+void Note(const ControlEvent& event) {
+  ++commits;
+  previousSeen = event.previous;
+  indexSeen = event.index;
+}
+
+Refusal nestedRefusal;
+void PressWhileBusy(const ControlEvent&) {
+  nestedRefusal = Press(ControlNamed("Plain"));
+  Press(ControlNamed("Stop"));
+}
+
+void DimPrecision() {
+  SetDimmed("Precision", Model.SimulatorKind != AdaptiveIntegrator);
+}
+
+// clang-format off
+constexpr ControlDecl Controls[] = {
+    {"NumPoints",     ControlKind::Number, "Points",   "", "%d",   "FxnNumPoints", Note, "Number of time points."},
+    {"Precision",     ControlKind::Number, "Tol.",     "", "%.2e", "FxnPrecision", Note, "Tolerance."},
+    {"SimulatorKind", ControlKind::Choice, "Simulator", "", "%d",  "FxnKind",      Note, "Which.", 0, 0, "fixed|mc|adaptive"},
+    {"StateOn[%d]",   ControlKind::Switch, "On %d",    "", "",     "OnOff_State_%d", Note, "Make State %d available", 1, 20},
+    {"ModelTitle",    ControlKind::Text,   "Title",    "", "",     "FxnTitle",     Note, "Title."},
+    {"Plain",         ControlKind::Button, "Plain",    "", "",     "FxnPlain",     Note, "A button."},
+    {"Busy",          ControlKind::Button, "Busy",     "", "",     "FxnBusy",      PressWhileBusy, "A long command."},
+    {"Stop",          ControlKind::Button, "Stop",     "", "",     "FxnStop",      Note, "Stops.", 0, 0, "", 0, true},
+};
+// clang-format on
+
+class ControlsTest : public StoreTest {
+ protected:
+  ControlsTest() {
+    AddPanel({"TestPanel", "Test", "", DimPrecision});
+    AddControls("TestPanel", "run", Controls);
+    WriteAllControls();
+    commits = 0;
+  }
+};
+
+TEST_F(ControlsTest, ARightClickShowsHelpAndChangesNothing) {
+  Control& control = ControlNamed("StateOn[7]");
+  ASSERT_EQ(TypeInto(control, "1"), "");
+  RightClick(control);
+  EXPECT_EQ(popups, (std::vector<SeenPopup>{{"? Help", "Make State 7 available"}}));
+  EXPECT_EQ(Model.StateOn[7], 0);
+  EXPECT_EQ(commits, 0);
+}
+
+TEST_F(ControlsTest, ATypedValueWaitsForACommitOrForACommandThatReadsThePanel) {
+  Control& control = ControlNamed("NumPoints");
+  ASSERT_EQ(TypeInto(control, "500"), "");
+  EXPECT_EQ(Model.NumPoints, 10240);
+  ReadControls("TestPanel", "run");
+  EXPECT_EQ(Model.NumPoints, 500);
+  EXPECT_EQ(commits, 0) << "reading a panel runs nothing";
+  ASSERT_EQ(TypeInto(control, "600"), "");
+  Commit(control);
+  EXPECT_EQ(Model.NumPoints, 600);
+  EXPECT_EQ(commits, 1);
+  EXPECT_EQ(previousSeen, 500.0);
+}
+
+TEST_F(ControlsTest, ARefusedValueLeavesWhatTheFieldShowed) {
+  Control& control = ControlNamed("NumPoints");
+  for (const char* bad : {"ten", "", "nan", "inf", "1e99", "2.5"}) {
+    EXPECT_NE(TypeInto(control, bad), "") << bad;
+    EXPECT_EQ(control.number, 10240.0);
+  }
+  EXPECT_NE(TypeInto(ControlNamed("SimulatorKind"), "3"), "");
+  EXPECT_NE(TypeInto(ControlNamed("StateOn[1]"), "2"), "");
+  EXPECT_NE(TypeInto(ControlNamed("Plain"), "1"), "");
+}
+
+TEST_F(ControlsTest, ShowingAndReadingBackLosesNoDigit) {
+  Model.Precision = 0.00012345678F;
+  const float exact = Model.Precision;
+  WriteControls("TestPanel", "run");
+  EXPECT_EQ(ShownText(ControlNamed("Precision")), "1.23e-04");
+  ReadControls("TestPanel", "run");
+  EXPECT_EQ(Model.Precision, exact);
+}
+
+TEST_F(ControlsTest, APressFlipsASwitchAndStepsAChoice) {
+  Press(*FindCommand("OnOff_State_7"));
+  EXPECT_EQ(Model.StateOn[7], 1);
+  EXPECT_EQ(indexSeen, 7);
+  Press(*FindCommand("OnOff_State_7"));
+  EXPECT_EQ(Model.StateOn[7], 0);
+  Press(*FindCommand("FxnKind"));
+  EXPECT_EQ(Model.SimulatorKind, AdaptiveIntegrator);
+  Press(*FindCommand("FxnKind"));
+  EXPECT_EQ(Model.SimulatorKind, FixedStepIntegrator);
+  EXPECT_EQ(ShownText(ControlNamed("SimulatorKind")), "fixed");
+}
+
+TEST_F(ControlsTest, DimmingFollowsTheStoreAndADimmedControlRefuses) {
+  EXPECT_TRUE(ControlNamed("Precision").dimmed);
+  EXPECT_EQ(Commit(ControlNamed("Precision")), "dimmed");
+  EXPECT_EQ(commits, 0);
+  ASSERT_EQ(TypeInto(ControlNamed("SimulatorKind"), "adaptive"), "");
+  Commit(ControlNamed("SimulatorKind"));
+  EXPECT_FALSE(ControlNamed("Precision").dimmed);
+  Model.SimulatorKind = FixedStepIntegrator;
+  WriteControls("TestPanel", "run");
+  EXPECT_TRUE(ControlNamed("Precision").dimmed);
+}
+
+TEST_F(ControlsTest, WhileACommandRunsOnlyTheStopButtonActs) {
+  Press(ControlNamed("Busy"));
+  EXPECT_EQ(nestedRefusal, "a run is in progress");
+  EXPECT_EQ(commits, 1);
+  EXPECT_EQ(Screen.busy, 0);
+}
+
+TEST_F(ControlsTest, TextsStayOneLine) {
+  ASSERT_EQ(TypeInto(ControlNamed("ModelTitle"), "two\nlines"), "");
+  Commit(ControlNamed("ModelTitle"));
+  EXPECT_EQ(Model.ModelTitle, "two");
+}
+
+TEST_F(ControlsTest, FileErrorsHaveFourFixedTexts) {
+  for (const int code : {100, 101, 102, 103, 99, 104}) FileErrorPopup(code);
+  const std::vector<SeenPopup> expected = {{"! File error", "IO Error 100: FileOpen failed"},
+                                           {"! File error", "IO Error 101: HeaderClear failed"},
+                                           {"! File error", "IO Error 102: FileMove failed"},
+                                           {"! File error", "IO Error 103: Wrong File Format"}};
+  EXPECT_EQ(popups, expected);
+}
+
+TEST_F(ControlsTest, TaskPanelsReplaceOneAnotherAndComeBack) {
+  AddPanel({"MainPanel", "Main", "MN"});
+  AddPanel({"StimulusPanel", "Stimulus", "ST"});
+  ShowTask("MainPanel");
+  ShowTask("StimulusPanel");
+  EXPECT_EQ(Screen.PanelTag, "ST");
+  EXPECT_FALSE(PanelVisible("MainPanel"));
+  LeaveTask("StimulusPanel");
+  EXPECT_EQ(Screen.PanelTag, "MN");
+  EXPECT_TRUE(PanelVisible("MainPanel"));
+  EXPECT_FALSE(PanelVisible("StimulusPanel"));
+}
+
+}  // namespace
+}  // namespace zelvane

@@ -1,0 +1,84 @@
+// The registry of store fields: names, bounds, and what may be stored.
+#include "screen/fields.h"
+
+#include "model/model_store.h"
+#include "sim/result_store.h"
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+using FieldsTest = StoreTest;
+
+TEST_F(FieldsTest, FindsElementsByTheirBracketedNames) {
+  Model.KOn[5] = 3.5;
+  Model.TableRate[1][7] = 2.25F;
+  Model.DrugLabel[2] = "glycine";
+  EXPECT_EQ(FieldText(FindField("KOn[5]")), "3.5");
+  EXPECT_EQ(FieldText(FindField("TableRate[1][7]")), "2.25");
+  EXPECT_EQ(FieldText(FindField("DrugLabel[2]")), "glycine");
+  EXPECT_TRUE(FindField("LoopConstraint[40].state[8]"));
+  EXPECT_TRUE(FindField("DrugProfile[6][5000000]"));
+}
+
+TEST_F(FieldsTest, FindsNothingBeyondAFieldsBounds) {
+  for (const char* name :
+       {"KOn[0]", "KOn[32]", "KOn", "KOn[1", "KOn[x]", "KOn[1]x", "KOn[1][1]", "KOn[99999999999]",
+        "TableRate[0][1]", "TableRate[21][1]", "DrugProfile[1][5000001]", "DrugProfile[0][1]", "", "[1]",
+        "NoSuchField", "KOn[-1]"}) {
+    EXPECT_FALSE(FindField(name)) << name;
+  }
+}
+
+TEST_F(FieldsTest, RunsAlongTheIndexThatIsLeftOut) {
+  const FieldRun row = FindFieldRun("Occupancy[3]");
+  ASSERT_TRUE(row);
+  Result.Occupancy[3][5] = 0.5F;
+  EXPECT_EQ(FieldNumber(RunElement(row, 5)), 0.5);
+  EXPECT_TRUE(FindFieldRun("KOn"));
+  EXPECT_TRUE(FindFieldRun("RateConstraint.value"));
+  EXPECT_FALSE(FindFieldRun("NumPoints"));
+  EXPECT_FALSE(FindFieldRun("Occupancy[21]"));
+}
+
+TEST_F(FieldsTest, RefusesWhatDoesNotSuitTheType) {
+  struct Case {
+    const char* name;
+    const char* text;
+    bool taken;
+  };
+  for (const Case& c : {Case{"NumPoints", "1e5", true}, Case{"NumPoints", "2.5", false},
+                        Case{"NumPoints", "3000000000", false}, Case{"NumPoints", "", false},
+                        Case{"NumPoints", "12 points", false}, Case{"ADInterval", "nan", false},
+                        Case{"ADInterval", "inf", false}, Case{"ADInterval", "1e39", false},
+                        Case{"ADInterval", " +2.5e-3 ", true}, Case{"KOn[1]", "1e999", false},
+                        Case{"KOn[1]", "1e300", true}, Case{"KOn[1]", "1e-999", true}}) {
+    SCOPED_TRACE(std::string(c.name) + " <- " + c.text);
+    const FieldRef field = FindField(c.name);
+    const std::string before = FieldText(field);
+    EXPECT_EQ(SetFieldText(field, c.text), c.taken);
+    if (!c.taken) {
+      EXPECT_EQ(FieldText(field), before);
+    }
+  }
+}
+
+TEST_F(FieldsTest, NumbersReadBackToTheSameValue) {
+  const float odd = 0.1F;
+  Model.ADInterval = odd;
+  Model.KOff[31] = 1.0 / 3.0;
+  ASSERT_TRUE(SetFieldText(FindField("ADInterval"), FieldText(FindField("ADInterval"))));
+  ASSERT_TRUE(SetFieldText(FindField("KOff[31]"), FieldText(FindField("KOff[31]"))));
+  EXPECT_EQ(Model.ADInterval, odd);
+  EXPECT_EQ(Model.KOff[31], 1.0 / 3.0);
+}
+
+TEST_F(FieldsTest, CutsTextsToTheirRoomAndLine) {
+  ASSERT_TRUE(SetFieldText(FindField("StateLabel[1]"), "open\nclosed"));
+  EXPECT_EQ(Model.StateLabel[1], "open");
+  ASSERT_TRUE(SetFieldText(FindField("StateLabel[1]"), std::string(50, 'x')));
+  EXPECT_EQ(Model.StateLabel[1].size(), StateLabelBytes - 1U);
+}
+
+}  // namespace
+}  // namespace zelvane
