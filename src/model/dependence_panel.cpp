@@ -1,0 +1,142 @@
+// DependencePanel: what the stimulus does to one rate, of the grid or of the table.
+#include <algorithm>
+#include <limits>
+#include <string>
+
+#include "model/internal/scheme_panels.h"
+#include "model/model.h"
+#include "model/model_panels.h"
+#include "model/rate_dependence.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char DependencePanelName[] = "DependencePanel";
+constexpr char LabelsGroup[] = "labels";
+constexpr char SettingsGroup[] = "settings";
+
+/// The rate that the panel is open for; from is 0 while it is closed.
+struct OpenRate {
+  int from = 0;
+  int to = 0;
+  bool ofTable = false;
+};
+OpenRate Open;
+
+DependenceTables& OpenTables() {
+  return Open.ofTable ? Model.TableDepend : Model.Depend;
+}
+
+std::string DrugControl(int drug) {
+  return "DependDrug[" + std::to_string(drug) + "]";
+}
+
+/// A number of the panel as the store keeps it. A typed value beyond the range of a float is held to its
+/// bound.
+float FloatOnPanel(std::string_view control) {
+  constexpr auto largest = static_cast<double>(std::numeric_limits<float>::max());
+  return static_cast<float>(std::clamp(ControlNumber(control), -largest, largest));
+}
+
+void ShowCoefficient() {
+  const double c = VoltageCoefficient(FloatOnPanel("DependSteepness"), FloatOnPanel("DependTemperature"));
+  ShowNumber("DependGrowth", c);
+  ShowNumber("DependEfold", 1.0 / c);
+}
+
+void FxnVolt(const ControlEvent& /*event*/) {
+  Model.Temperature = FloatOnPanel("DependTemperature");
+  ShowCoefficient();
+}
+
+// clang-format off
+constexpr ControlDecl LabelControls[] = {
+    {"DrugLabel[%d]", ControlKind::Text, "Drug %d", "", "", "FxnDrugLabel%d", nullptr,
+     "Name of drug %d, up to 31 characters, common to all rates.", 1, MaxDrugs},
+};
+
+// DependVolt stands for two switches of which one at most is on. The second can be on out of a file only; it
+// selects nothing, and a rate keeps it until its panel is closed.
+constexpr ControlDecl SettingControls[] = {
+    {"DependDrug[%d]",    ControlKind::Switch,  "Drug %d", "M", "%g", "FxnDependDrug%d", nullptr,
+     "Multiply the rate by the concentration of drug %d.", 1, MaxDrugs, "off|on"},
+    {"DependVolt",        ControlKind::Choice,  "Voltage", "", "%g", "FxnDependVolt", nullptr,
+     "Multiply the rate by an exponential of the voltage.", 0, 0, "none|exponential|second switch, without effect"},
+    {"DependSteepness",   ControlKind::Number,  "Steepness", "e", "%g", "FxnVolt", FxnVolt,
+     "Constant to define voltage dependence."},
+    {"DependTemperature", ControlKind::Number,  "Temperature", "\u00b0C", "%g", "FxnVolt", FxnVolt,
+     "Constant to define voltage dependence."},
+    {"DependGrowth",      ControlKind::Readout, "", "", "Voltage    kv=k exp(%.5f Vh)", "", nullptr,
+     "The rate at voltage Vh (volts), by the coefficient of the voltage."},
+    {"DependEfold",       ControlKind::Readout, "", "", "Voltage    kv=k exp(Vh / %.5f)", "", nullptr,
+     "The rate at voltage Vh (volts), by the voltage that changes it e-fold."},
+    {"DependCode",        ControlKind::Readout, "Rate", "", "%.0f", "", nullptr,
+     "Code of the rate: 100 times the state it leaves plus the state it enters."},
+    {"CloseDependence",   ControlKind::Button,  "Close", "", "", "FxnExitConc", AsAction<CloseDependencePanel>,
+     "Return to Main Modelling Panel."},
+};
+// clang-format on
+
+void OpenFor(const OpenRate& rate) {
+  CloseDependencePanel();
+  Open = rate;
+  ReloadDependencePanel();
+  ShowPanel(DependencePanelName);
+}
+
+}  // namespace
+
+void AddDependencePanel() {
+  Open = OpenRate{};
+  AddPanel({.name = DependencePanelName,
+            .title = "Dependence of a rate on the stimulus",
+            .close = CloseDependencePanel,
+            .help = "Drugs and voltage that one rate depends on."});
+  AddControls(DependencePanelName, LabelsGroup, LabelControls);
+  AddControls(DependencePanelName, SettingsGroup, SettingControls);
+}
+
+void OpenDependenceOfGrid(int from, int to) {
+  OpenFor({from, to, false});
+}
+
+void OpenDependenceOfTable(int from, int to) {
+  OpenFor({from, to, true});
+}
+
+void ReloadDependencePanel() {
+  WriteControls(DependencePanelName, LabelsGroup);
+  if (Open.from == 0) return;
+  const DependenceTables& tables = OpenTables();
+  for (int drug = 1; drug <= MaxDrugs; ++drug) {
+    ShowNumber(DrugControl(drug), tables.Drug[drug][Open.from][Open.to] != 0 ? 1.0 : 0.0);
+  }
+  ShowNumber("DependVolt", std::clamp(tables.Volt[Open.from][Open.to], 0, 2));
+  ShowNumber("DependSteepness", static_cast<double>(tables.Steepness[Open.from][Open.to]));
+  ShowNumber("DependTemperature", static_cast<double>(Model.Temperature));
+  ShowNumber("DependCode", RateCode(Open.from, Open.to));
+  ShowCoefficient();
+}
+
+void CloseDependencePanel() {
+  HidePanel(DependencePanelName);
+  if (Open.from == 0) return;
+  const auto [from, to, ofTable] = Open;
+  DependenceTables& tables = OpenTables();
+  for (int drug = 1; drug <= MaxDrugs; ++drug) {
+    tables.Drug[drug][from][to] = ControlNumber(DrugControl(drug)) != 0.0 ? 1 : 0;
+  }
+  tables.Volt[from][to] = ControlNumber("DependVolt") == 1.0 ? 1 : 0;
+  tables.Steepness[from][to] = FloatOnPanel("DependSteepness");
+  tables.Range[from][to] = FloatOnPanel("DependTemperature");  // its place in the file; no rate reads it
+  ReadControls(DependencePanelName, LabelsGroup);
+  Open = OpenRate{};
+  if (ofTable) {
+    Model.Temperature = FloatOnPanel("DependTemperature");
+    ShowTableDependence(from, to);
+  } else {
+    RefreshLinks();
+  }
+}
+
+}  // namespace zelvane

@@ -1,0 +1,105 @@
+// Commands on the scheme as a whole: which form is shown, transfers between the forms, clearing. And their
+// menu.
+#include "model/internal/scheme_panels.h"
+#include "model/model.h"
+#include "model/model_panels.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char MainPanelName[] = "MainPanel";
+constexpr char TablePanelName[] = "TableModelPanel";
+
+// -- Questions --
+constexpr char NoTitle[] = "";
+constexpr char ClearBothQuestion[] = "Clear all parameters in BOTH 2D and 3D models?";
+constexpr char ClearGridQuestion[] = "Clear all parameters in 2D model?";
+constexpr char ClearTableQuestion[] =
+    "Are you sure you want to clear all Table rate constants and concentation dependence?";
+
+constexpr char RatesLeftBehind[] = "All rate constants for 3D model do not transfer to 2D model.";
+
+// clang-format off
+constexpr MenuDecl ModelMenu[] = {
+    {"Model/Grid Model",                "FxnMainModel",     FxnMainModel},
+    {"Model/Table Model",               "FxnTableModel",    FxnTableModel},
+    {"Model/Copy Grid to Table",        "FxnGetGraphModel", FxnGetGraphModel},
+    {"Model/Copy Table to Grid",        "FxnSetGraphModel", FxnSetGraphModel},
+    {"Model/Conductances...",           "FxnConductance",   FxnConductance},
+    {"Model/Starting Occupancies...",   "FxnStartState",    FxnStartState},
+    {"Model/Clear Grid and Table...",   "FxnClearModel",    FxnClearModel},
+    {"Model/Clear Grid...",             "FxnClear2DModel",  FxnClear2DModel},
+    {"Model/Clear Table...",            "FxnClearTModel",   FxnClearTModel},
+};
+// clang-format on
+
+void RefreshGrid() {
+  WriteGridRates();
+  ShowGridConductances();
+}
+
+}  // namespace
+
+void FxnMainModel() {
+  CloseDependencePanel();
+  if (Model.ModelIs2D == 0) {
+    ReadTableRates();
+    Model.ModelIs2D = 1;
+    RefreshGrid();
+  }
+  HidePanel(TablePanelName);
+  ShowTask(MainPanelName);
+}
+
+void FxnTableModel() {
+  CloseDependencePanel();
+  if (Model.ModelIs2D == 1) {
+    ReadGridRates();
+    Model.ModelIs2D = 0;
+    WriteTableRates();
+  }
+  ShowTask(MainPanelName);  // run settings and response stay in view below the table
+  ShowPanel(TablePanelName);
+}
+
+void FxnGetGraphModel() {
+  CloseDependencePanel();
+  ReadGridRates();
+  CopyGridToTable();
+  WriteTableRates();
+}
+
+void FxnSetGraphModel() {
+  CloseDependencePanel();
+  GetTableNames();
+  ReadTableRates();
+  const bool ratesLeft = CopyTableToGrid();
+  if (ratesLeft) MessagePopup(WarningTitle, RatesLeftBehind);
+  Model.ModelIs2D = 1;
+  HidePanel(TablePanelName);
+  RefreshModelPanels();
+}
+
+void FxnClearModel() {
+  if (!ConfirmPopup(NoTitle, ClearBothQuestion)) return;
+  ClearModel();
+  RefreshModelPanels();
+}
+
+void FxnClear2DModel() {
+  if (!ConfirmPopup(NoTitle, ClearGridQuestion)) return;
+  ClearGridModel();
+  RefreshModelPanels();
+}
+
+void FxnClearTModel() {
+  if (!ConfirmPopup(NoTitle, ClearTableQuestion)) return;
+  ClearTableModel();
+  RefreshModelPanels();
+}
+
+void AddModelMenu() {
+  AddMenu(ModelMenu);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,64 @@
+// InitialConditionsPanel: the proportion of channels in each state at time 0.
+#include <numeric>
+
+#include "model/internal/scheme_panels.h"
+#include "model/model_panels.h"
+#include "model/model_store.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char InitialConditionsPanelName[] = "InitialConditionsPanel";
+constexpr char OccupanciesGroup[] = "occupancies";
+
+constexpr char SumAboveOne[] = "Initial state starting proportions >1.0";
+
+// Proportions are floats: ten times 0.1 and the final occupancies of a run add up to 1 within a few 1e-6
+// only.
+constexpr double SumTolerance = 1e-5;
+
+void CloseInitialConditions() {
+  ReadControls(InitialConditionsPanelName, OccupanciesGroup);
+  HidePanel(InitialConditionsPanelName);
+}
+
+void ClearInitialConditions() {
+  Model.StartOccupancy = {};
+  WriteStartOccupancy();
+}
+
+// clang-format off
+constexpr ControlDecl OccupancyControls[] = {
+    {"StartOccupancy[%d]", ControlKind::Number, "State %d", "", "%g", "FxnStartOccupancy%d", nullptr,
+     "Proportion of channels in state %d at the start of a simulation.", 1, MaxStates},
+    {"CloseStartOccupancy", ControlKind::Button, "Close", "", "", "CloseInitialConditions",
+     AsAction<CloseInitialConditions>, "Keep the proportions and return to the model."},
+    {"ClearStartOccupancy", ControlKind::Button, "Clear", "", "", "ClearInitialConditions",
+     AsAction<ClearInitialConditions>, "Set the proportions of all states to 0."},
+};
+// clang-format on
+
+}  // namespace
+
+void AddInitialConditionsPanel() {
+  AddPanel(
+      {.name = InitialConditionsPanelName,
+       .title = "Starting occupancies",
+       .close = CloseInitialConditions,
+       .help =
+           "Proportion of channels in each state at time 0. The proportions should add up to 1 at most."});
+  AddControls(InitialConditionsPanelName, OccupanciesGroup, OccupancyControls);
+}
+
+void WriteStartOccupancy() {
+  WriteControls(InitialConditionsPanelName, OccupanciesGroup);
+}
+
+void FxnStartState() {
+  WriteStartOccupancy();
+  ShowPanel(InitialConditionsPanelName);
+  const double sum = std::accumulate(Model.StartOccupancy.begin() + 1, Model.StartOccupancy.end(), 0.0);
+  if (sum > 1.0 + SumTolerance && Model.MultiSubunit == 0) MessagePopup(ErrorTitle, SumAboveOne);
+}
+
+}  // namespace zelvane

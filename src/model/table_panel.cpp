@@ -1,0 +1,145 @@
+// TableModelPanel: the free table of 380 rates, with what each depends on.
+#include <string>
+
+#include "model/internal/scheme_panels.h"
+#include "model/model.h"
+#include "model/model_panels.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char TablePanelName[] = "TableModelPanel";
+constexpr char RatesGroup[] = "rates";
+constexpr char ButtonsGroup[] = "dependences";
+constexpr char LabelsGroup[] = "labels";
+constexpr char CommandsGroup[] = "commands";
+
+constexpr char MarkedColour[] = "mark";
+constexpr char DependentColour[] = "green";
+
+// Filled when the panel is declared, for the dimming rule. The diagonal has no cell.
+StateTable<Control*> Cells{};
+StateTable<Control*> Buttons{};
+
+template <typename Function>
+void ForEachCell(Function&& function) {
+  for (int from = 1; from <= MaxStates; ++from) {
+    for (int to = 1; to <= MaxStates; ++to) {
+      if (from != to) function(from, to);
+    }
+  }
+}
+
+void FxnTableRate(const ControlEvent& /*event*/) {
+  ReadTableRates();
+}
+
+void FxnTableDepend(const ControlEvent& event) {
+  OpenDependenceOfTable(event.index / 100, event.index % 100);
+}
+
+void HideTable() {
+  HidePanel(TablePanelName);
+}
+
+/// The two controls of one cell, fxnkIIJJ and fxndepIIJJ. They carry the rate's code as their index.
+void AddCell(int from, int to) {
+  const int code = RateCode(from, to);
+  const std::string pair = FormatText("[%d][%d]", from, to);
+  const std::string label = FormatText("%d to %d", from, to);
+  const std::string rateName = "TableRate" + pair;
+  const std::string rateHelp = "Rate constant from state " + std::to_string(from) + " to state " +
+                               std::to_string(to) + " in s-1 or M-1s-1; 0 means no transition.";
+  Cells[from][to] = &AddControl(TablePanelName, RatesGroup,
+                                {.name = rateName.c_str(),
+                                 .kind = ControlKind::Number,
+                                 .label = label.c_str(),
+                                 .unit = "/s",
+                                 .command = "fxnk%04d",
+                                 .action = FxnTableRate,
+                                 .help = rateHelp.c_str()},
+                                code);
+  const std::string buttonName = "TableDepend" + pair;
+  Buttons[from][to] = &AddControl(TablePanelName, ButtonsGroup,
+                                  {.name = buttonName.c_str(),
+                                   .kind = ControlKind::Button,
+                                   .command = "fxndep%04d",
+                                   .action = FxnTableDepend,
+                                   .help = DependHelp},
+                                  code);
+}
+
+/// A cell that holds a rate is marked.
+void DimTablePanel() {
+  ForEachCell([](int from, int to) {
+    std::string& colour = Cells[from][to]->colour;
+    const bool marked = Model.TableRate[from][to] != 0.0F;
+    if (marked == colour.empty()) colour = marked ? MarkedColour : "";
+  });
+}
+
+// clang-format off
+constexpr ControlDecl LabelControls[] = {
+    {"TableStateLabel[%d]", ControlKind::Text, "State %d", "", "", "FxnTableStateLabel%d", nullptr,
+     "Label of state %d of the table, up to 19 characters.", 1, MaxStates},
+};
+
+constexpr ControlDecl CommandControls[] = {
+    {"QuitTable",         ControlKind::Button, "Close",               "", "", "fxnquit",          AsAction<HideTable>,
+     "Hide the table. It stays the model that is run."},
+    {"TableToMain",       ControlKind::Button, "Grid model",          "", "", "FxnMainModel",     AsAction<FxnMainModel>,
+     "Show the grid and run it from now on."},
+    {"GetGraphModel",     ControlKind::Button, "Copy from grid",      "", "", "FxnGetGraphModel", AsAction<FxnGetGraphModel>,
+     "Copy rates, dependences and labels of the grid into the table."},
+    {"SetGraphModel",     ControlKind::Button, "Copy to grid",        "", "", "FxnSetGraphModel", AsAction<FxnSetGraphModel>,
+     "Copy rates, dependences and labels of the table into the grid. Rates between states that are no neighbours "
+     "on the grid stay behind."},
+    {"ClearTable",        ControlKind::Button, "Clear table",         "", "", "FxnClearTModel",   AsAction<FxnClearTModel>,
+     "Clear rates, dependences and labels of the table, and all conductances."},
+    {"TableConductance",  ControlKind::Button, "Conductances...",     "", "", "FxnConductance",   AsAction<FxnConductance>,
+     "Single channel conductance (pS)."},
+    {"TableStartState",   ControlKind::Button, "Start state...",      "", "", "FxnStartState",    AsAction<FxnStartState>,
+     "Set proportion of receptors in each state at start of simulation."},
+};
+// clang-format on
+
+}  // namespace
+
+void AddTableModelPanel() {
+  Panel& panel = AddPanel({.name = TablePanelName,
+                           .title = "Table model",
+                           .close = HideTable,
+                           .help = "The scheme as a table: rows lead from a state, columns into one."});
+  AddControls(TablePanelName, LabelsGroup, LabelControls);
+  ForEachCell(AddCell);
+  AddControls(TablePanelName, CommandsGroup, CommandControls);
+  panel.dim = DimTablePanel;  // from here on: the rule needs the cells
+}
+
+void ShowTableDependence(int from, int to) {
+  const DependenceTables& tables = Model.TableDepend;
+  std::string what;
+  for (int drug = 1; drug <= MaxDrugs; ++drug) {
+    if (tables.Drug[drug][from][to] != 0) what += std::to_string(drug);
+  }
+  if (tables.Volt[from][to] != 0) what += "V";
+  Control& button = *Buttons[from][to];
+  button.colour = what.empty() ? "" : DependentColour;
+  button.label = what.empty() ? "-" : what;
+}
+
+void ReadTableRates() {
+  ReadControls(TablePanelName, RatesGroup);
+}
+
+void WriteTableRates() {
+  ForEachCell(ShowTableDependence);
+  WriteControls(TablePanelName, LabelsGroup);
+  WriteControls(TablePanelName, RatesGroup);
+}
+
+void GetTableNames() {
+  ReadControls(TablePanelName, LabelsGroup);
+}
+
+}  // namespace zelvane
