@@ -3,6 +3,8 @@
 #include <cmath>
 
 #include "screen/internal/announce.h"
+#include "screen/internal/observe.h"
+#include "screen/observer.h"
 #include "screen/screen.h"
 
 namespace zelvane {
@@ -44,13 +46,41 @@ void LoadControl(Control& control) {
   }
 }
 
-/// Runs an action with the screen marked busy, then the dimming rules.
+/// Runs what a user did with the screen marked busy, then the dimming rules. `line` repeats it in the command
+/// language; observers are told of the outermost action alone.
 template <typename Function>
-void RunBusy(Function&& action) {
+void RunAction(const std::string& line, Function&& action) {
+  const bool outermost = Screen.busy == 0;
+  if (outermost) {
+    RestartPumpCount();
+    ObserveBefore();
+  } else {
+    ObserveQueued(FormatText("during %d ", PumpsOfAction()) + line);
+  }
   ++Screen.busy;
   action();
   --Screen.busy;
   UpdateDimming();
+  if (outermost) ObserveDid(line);
+}
+
+/// The command language's words for a press of a control.
+std::string PressLine(const Control& control) {
+  return control.command.empty() ? "commit " + QuoteWord(control.name) : "press " + control.command;
+}
+
+void CommitControl(Control& control, const std::string& line) {
+  ControlEvent event{&control, control.index, control.field ? FieldNumber(control.field) : 0.0};
+  RunAction(line, [&] {
+    StoreControl(control);
+    if (control.action != nullptr) control.action(event);
+  });
+  AnnouncePanel(*control.panel);
+}
+
+Refusal WhyNotNow(const Control& control) {
+  if (Screen.busy > 0 && !control.whileBusy) return RunInProgress;
+  return control.dimmed ? IsDimmed : "";
 }
 
 Refusal TypeChoice(Control& control, std::string_view text) {
@@ -149,26 +179,35 @@ void UpdateDimming() {
   }
 }
 
-Refusal TypeInto(Control& control, std::string_view text) {
+namespace {
+
+Refusal TypeNumber(Control& control, std::string_view text) {
+  const auto value = ParseNumber(text);
+  if (!value) return NotANumber;
+  if (!std::isfinite(*value)) return NotFinite;
+  if (control.field && !NumberSuits(control.field.field->type, *value)) return NotSuitable;
+  control.number = *value;
+  return {};
+}
+
+Refusal TypeText(Control& control, std::string_view text) {
+  control.text = text.substr(0, text.find_first_of("\r\n"));
+  if (control.field && control.field.field->textBytes > 0) {
+    control.text.resize(
+        std::min(control.text.size(), static_cast<std::size_t>(control.field.field->textBytes) - 1));
+  }
+  return {};
+}
+
+Refusal TypeByKind(Control& control, std::string_view text) {
   switch (control.kind) {
-    case ControlKind::Number: {
-      const auto value = ParseNumber(text);
-      if (!value) return NotANumber;
-      if (!std::isfinite(*value)) return NotFinite;
-      if (control.field && !NumberSuits(control.field.field->type, *value)) return NotSuitable;
-      control.number = *value;
-      return {};
-    }
+    case ControlKind::Number:
+      return TypeNumber(control, text);
     case ControlKind::Switch:
     case ControlKind::Choice:
       return TypeChoice(control, text);
     case ControlKind::Text:
-      control.text = text.substr(0, text.find_first_of("\r\n"));
-      if (control.field && control.field.field->textBytes > 0) {
-        control.text.resize(
-            std::min(control.text.size(), static_cast<std::size_t>(control.field.field->textBytes) - 1));
-      }
-      return {};
+      return TypeText(control, text);
     case ControlKind::Button:
     case ControlKind::Readout:
       break;
@@ -176,21 +215,26 @@ Refusal TypeInto(Control& control, std::string_view text) {
   return ReadOnly;
 }
 
-Refusal Commit(Control& control) {
-  if (Screen.busy > 0 && !control.whileBusy) return RunInProgress;
+}  // namespace
+
+Refusal TypeInto(Control& control, std::string_view text) {
   if (control.dimmed) return IsDimmed;
-  ControlEvent event{&control, control.index, control.field ? FieldNumber(control.field) : 0.0};
-  RunBusy([&] {
-    StoreControl(control);
-    if (control.action != nullptr) control.action(event);
-  });
-  AnnouncePanel(*control.panel);
-  return {};
+  const Refusal refusal = TypeByKind(control, text);
+  if (refusal.empty() && Screen.busy == 0) {
+    ObserveDid("set " + QuoteWord(control.name) + ' ' + QuoteWord(text));
+  }
+  return refusal;
+}
+
+Refusal Commit(Control& control) {
+  const Refusal refusal = WhyNotNow(control);
+  if (refusal.empty()) CommitControl(control, "commit " + QuoteWord(control.name));
+  return refusal;
 }
 
 Refusal Press(Control& control) {
-  if (Screen.busy > 0 && !control.whileBusy) return RunInProgress;
-  if (control.dimmed) return IsDimmed;
+  const Refusal refusal = WhyNotNow(control);
+  if (!refusal.empty()) return refusal;
   if (control.kind == ControlKind::Switch) {
     control.number = control.number == 0.0 ? 1.0 : 0.0;
   } else if (control.kind == ControlKind::Choice) {
@@ -198,13 +242,14 @@ Refusal Press(Control& control) {
     control.number =
         control.number + 1.0 < control.choiceBase + count ? control.number + 1.0 : control.choiceBase;
   }
-  return Commit(control);
+  CommitControl(control, PressLine(control));
+  return {};
 }
 
 Refusal PressMenu(MenuItem& item) {
   if (Screen.busy > 0) return RunInProgress;
   if (item.dimmed) return IsDimmed;
-  RunBusy([&] {
+  RunAction("press " + item.command, [&] {
     if (item.action != nullptr) item.action();
   });
   return {};
@@ -215,7 +260,8 @@ void RightClick(const Control& control) {
 }
 
 void ClosePanel(Panel& panel) {
-  RunBusy([&] {
+  if (Screen.busy > 0) return;
+  RunAction("close " + panel.name, [&] {
     if (panel.close != nullptr)
       panel.close();
     else
@@ -224,8 +270,8 @@ void ClosePanel(Panel& panel) {
 }
 
 void PressKey(Panel& panel, std::string_view key) {
-  if (panel.key == nullptr) return;
-  RunBusy([&] { panel.key(key); });
+  if (panel.key == nullptr || Screen.busy > 0) return;
+  RunAction("key " + panel.name + ' ' + QuoteWord(key), [&] { panel.key(key); });
 }
 
 Refusal EnterCell(Table& table, int row, int column, std::string_view text) {
@@ -237,7 +283,9 @@ Refusal EnterCell(Table& table, int row, int column, std::string_view text) {
     if (!value) return NotANumber;
     if (!std::isfinite(*value)) return NotFinite;
   }
-  RunBusy([&] {
+  const std::string line =
+      FormatText("enter-cell %s %d %d ", table.name.c_str(), row, column) + QuoteWord(text);
+  RunAction(line, [&] {
     SetCell(table, row, column, text);
     if (table.committed != nullptr) table.committed(table, row, column);
   });
@@ -249,9 +297,14 @@ Refusal MoveCursor(Graph& graph, int cursor, double x, std::optional<double> y) 
   if (!std::isfinite(x) || (y && !std::isfinite(*y))) return NotFinite;
   Cursor& moved = graph.cursors[static_cast<std::size_t>(cursor) - 1];
   if (!moved.enabled) return IsDimmed;
-  moved.x = x;
-  if (y) moved.y = *y;
-  if (graph.cursorMoved != nullptr) RunBusy([&] { graph.cursorMoved(graph, cursor); });
+  if (Screen.busy > 0) return RunInProgress;
+  const std::string line = FormatText(y ? "cursor %s %d %.17g %.17g" : "cursor %s %d %.17g",
+                                      graph.name.c_str(), cursor, x, y.value_or(0.0));
+  RunAction(line, [&] {
+    moved.x = x;
+    if (y) moved.y = *y;
+    if (graph.cursorMoved != nullptr) graph.cursorMoved(graph, cursor);
+  });
   AnnounceGraph(graph);
   return {};
 }

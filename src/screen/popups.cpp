@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "screen/internal/announce.h"
+#include "screen/internal/observe.h"
+#include "screen/observer.h"
 
 namespace zelvane {
 namespace {
@@ -49,22 +51,50 @@ void MessagePopup(std::string_view title, std::string_view text) {
 }
 
 bool ConfirmPopup(std::string_view title, std::string_view text) {
-  return Current().confirm && Current().confirm(title, text);
+  const bool yes = Current().confirm && Current().confirm(title, text);
+  ObserveQueued(yes ? "answer yes" : "answer no");
+  return yes;
 }
 
+namespace {
+
+std::vector<std::string> AskFiles(const FileRequest& request) {
+  std::vector<std::string> chosen;
+  if (Current().files) chosen = Current().files(request);
+  std::string line = "choose";
+  for (const std::string& path : chosen) line += ' ' + QuoteWord(path);
+  ObserveQueued(chosen.empty() ? "choose cancel" : line);
+  return chosen;
+}
+
+int& PumpCount() {
+  static int count = 0;
+  return count;
+}
+
+}  // namespace
+
 std::optional<std::string> FileSelectPopup(const FileRequest& request) {
-  if (!Current().files) return std::nullopt;
-  std::vector<std::string> chosen = Current().files(request);
+  std::vector<std::string> chosen = AskFiles(request);
   if (chosen.empty()) return std::nullopt;
   return std::move(chosen.front());
 }
 
 std::vector<std::string> MultiFileSelectPopup(FileRequest request) {
   request.multiple = true;
-  return Current().files ? Current().files(request) : std::vector<std::string>{};
+  return AskFiles(request);
+}
+
+int PumpsOfAction() {
+  return PumpCount();
+}
+
+void RestartPumpCount() {
+  PumpCount() = 0;
 }
 
 void ProcessSystemEvents() {
+  ++PumpCount();
   if (Current().pump) Current().pump();
 }
 
