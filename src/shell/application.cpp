@@ -8,9 +8,11 @@
 #include "model/model_panels.h"
 #include "model/model_store.h"
 #include "platform/folders.h"
+#include "screen/observer.h"
 #include "screen/screen.h"
 #include "shell/about_panel.h"
 #include "shell/stores.h"
+#include "shell/undo.h"
 #include "shell/zoom_graph.h"
 #include "sim/random.h"
 #include "sim/run_panel.h"
@@ -92,6 +94,7 @@ void AskToQuit() {
 void AddAllPanels() {
   AddMainPanel();
   AddModelFileMenu();
+  AddUndoMenu();
   AddModelMenu();
   AddRunControls();
   AddRunMenu();
@@ -112,6 +115,7 @@ void AddAllPanels() {
 void StartApplication(const StartOptions& options) {
   // The order is fixed: later steps read what earlier ones set.
   ClearScreen();
+  RemoveUserObservers();
   AllocateStores();
   AddAboutPanel();
   SetVisible("CloseAbout", false);
@@ -129,6 +133,7 @@ void StartApplication(const StartOptions& options) {
   SetVisible("CloseAbout", true);
   ShowPanel("MainPanel");
   OpenNamedFiles(options);
+  StartUndo();
   if (options.seeds) SetSeeds(*options.seeds);
 }
 

@@ -1,0 +1,171 @@
+#include "shell/undo.h"
+
+#include <algorithm>
+#include <cstring>
+#include <deque>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "analysis/analysis_store.h"
+#include "fit/fit_store.h"
+#include "model/constraints_store.h"
+#include "model/model_panels.h"
+#include "model/model_store.h"
+#include "screen/fields.h"
+#include "screen/observer.h"
+#include "screen/screen.h"
+#include "sim/run_panel.h"
+#include "stimulus/stimulus.h"
+
+namespace zelvane {
+namespace {
+
+/// Fields that are results or working values of a run and no settings.
+constexpr std::string_view NotSettings[] = {
+    "RateMatrix[][]", "TableStateOn[]",  "ResultKind",   "KeptSteps",         "IntegrationOffset",
+    "ReductionCount", "StopRequested",   "StateClass[]", "EffectiveChannels", "TraceValid",
+    "TraceParsed",    "RsCorrected",     "EpisodeCount", "EpisodeIndex",      "TraceFileName",
+    "RecordPoints",   "ResultsFileName", "FitActive",    "StimFromFile"};
+
+/// Arrays with more elements than this hold samples, not settings.
+constexpr int MaxSettingElements = 4096;
+
+bool IsSetting(const Field& field) {
+  for (int k = 0; k < field.rank; ++k) {
+    if (field.index[static_cast<std::size_t>(k)].last > MaxSettingElements) return false;
+  }
+  return std::find(std::begin(NotSettings), std::end(NotSettings), field.name) == std::end(NotSettings);
+}
+
+/// Calls `visit` with the address of every element of a field.
+template <typename Visit>
+void ForEachElement(const Field& field, std::byte* address, int depth, Visit&& visit) {
+  if (depth == field.rank) {
+    visit(address);
+    return;
+  }
+  const FieldIndex& index = field.index[static_cast<std::size_t>(depth)];
+  for (int i = index.first; i <= index.last; ++i)
+    ForEachElement(field, address + index.step * i, depth + 1, visit);
+}
+
+std::size_t SizeOf(FieldType type) {
+  return type == FieldType::Double ? sizeof(double) : sizeof(float);
+}
+
+/// All settings at one moment.
+struct Settings {
+  std::vector<std::byte> numbers;
+  std::vector<std::string> texts;
+  bool operator==(const Settings&) const = default;
+};
+
+Settings CopySettings() {
+  Settings copy;
+  for (const auto& [name, field] : AllFields()) {
+    if (!IsSetting(field)) continue;
+    ForEachElement(field, field.base, 0, [&, type = field.type](std::byte* address) {
+      if (type == FieldType::Text) {
+        copy.texts.push_back(*reinterpret_cast<std::string*>(address));
+      } else {
+        copy.numbers.insert(copy.numbers.end(), address, address + SizeOf(type));
+      }
+    });
+  }
+  return copy;
+}
+
+void RestoreSettings(const Settings& copy) {
+  std::size_t number = 0;
+  std::size_t text = 0;
+  for (const auto& [name, field] : AllFields()) {
+    if (!IsSetting(field)) continue;
+    ForEachElement(field, field.base, 0, [&, type = field.type](std::byte* address) {
+      if (type == FieldType::Text) {
+        *reinterpret_cast<std::string*>(address) = copy.texts[text++];
+      } else {
+        std::memcpy(address, copy.numbers.data() + number, SizeOf(type));
+        number += SizeOf(type);
+      }
+    });
+  }
+  WriteAllControls();
+  RefreshModelPanels();
+  RefreshLinks();
+  WriteRunParameters();
+  StimPanelRefresh();
+  StimRebuild();
+  StimPlot();
+}
+
+struct UndoState {
+  Settings before;              // as the action under way found them
+  std::deque<Settings> undone;  // newest at the back
+  std::deque<Settings> redone;
+  bool restoring = false;
+};
+
+UndoState& State() {
+  static UndoState state;
+  return state;
+}
+
+void KeepIfChanged() {
+  UndoState& state = State();
+  if (state.restoring) {
+    state.restoring = false;
+    return;
+  }
+  const Settings before = std::exchange(state.before, Settings{});
+  if (before.numbers.empty() || CopySettings() == before) return;
+  state.undone.push_back(before);
+  if (state.undone.size() > MaxUndoSteps) state.undone.pop_front();
+  state.redone.clear();
+}
+
+/// Goes from one pile to the other. The menu press that runs this is no edit itself.
+void Step(std::deque<Settings>& from, std::deque<Settings>& to) {
+  State().restoring = true;
+  if (from.empty()) return;
+  to.push_back(CopySettings());
+  RestoreSettings(from.back());
+  from.pop_back();
+}
+
+// clang-format off
+constexpr MenuDecl UndoMenu[] = {
+    {"Edit/Undo", "FxnUndo", Undo, "Ctrl+Z"},
+    {"Edit/Redo", "FxnRedo", Redo, "Ctrl+Shift+Z"},
+};
+// clang-format on
+
+}  // namespace
+
+void StartUndo() {
+  State() = UndoState{};
+  AddUserObserver(
+      {[] { State().before = CopySettings(); }, [](const std::string&) { KeepIfChanged(); }, nullptr});
+}
+
+void AddUndoMenu() {
+  AddMenu(UndoMenu);
+}
+
+void Undo() {
+  Step(State().undone, State().redone);
+}
+
+void Redo() {
+  Step(State().redone, State().undone);
+}
+
+bool CanUndo() {
+  return !State().undone.empty();
+}
+
+bool CanRedo() {
+  return !State().redone.empty();
+}
+
+}  // namespace zelvane

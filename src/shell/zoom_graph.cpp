@@ -1,0 +1,162 @@
+#include "shell/zoom_graph.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zelvane {
+namespace {
+
+constexpr double MinDragPixels = 5.0;    // a drag must be longer than this to zoom
+constexpr double MinXSpan = 10.0;        // units of the x axis
+constexpr double SmallestHalvedX = 13.0; // spans below this one are cut to MinXSpan, not halved
+constexpr double MinThumbPixels = 10.0;
+constexpr double MinThumbShare = 0.01;   // of the bar
+constexpr double ButtonShift = 0.1;      // of the span
+
+Axis& AxisOf(Graph& graph, char axis) {
+  return axis == 'x' ? graph.x : graph.y;
+}
+
+double BarLength(char axis) {
+  return axis == 'x' ? PlotAreaWidth : PlotAreaHeight;
+}
+
+DataRange FullRange(const Graph& graph, char axis) {
+  return axis == 'x' ? DataRange{graph.fullXMin, graph.fullXMax} : DataRange{graph.fullYMin, graph.fullYMax};
+}
+
+/// Fixes an axis at a new range and tells the owner. False when that is the range in view already, or no range.
+bool ChangeView(Graph& graph, char axis, double min, double max) {
+  const DataRange view = ViewRange(graph, axis);
+  if (!std::isfinite(min) || !std::isfinite(max) || (min == view.min && max == view.max)) return false;
+  SetAxisRange(graph, axis, min, max);
+  if (graph.axisChanged != nullptr) graph.axisChanged(graph);
+  return true;
+}
+
+/// Shifts the view and keeps its span; the limits stop at the full range. A limit that lies beyond it already
+/// stays where it is.
+bool ShiftView(Graph& graph, char axis, double shift) {
+  const DataRange view = ViewRange(graph, axis);
+  const DataRange full = FullRange(graph, axis);
+  const double span = view.max - view.min;
+  if (shift > 0.0 && view.max + shift >= full.max) {
+    return view.max < full.max && ChangeView(graph, axis, full.max - span, full.max);
+  }
+  if (shift < 0.0 && view.min + shift <= full.min) {
+    return view.min > full.min && ChangeView(graph, axis, full.min, full.min + span);
+  }
+  return shift != 0.0 && ChangeView(graph, axis, view.min + shift, view.max + shift);
+}
+
+/// Direction in axis units of a move to the right or down: y falls on the way down.
+double Downward(char axis) {
+  return axis == 'x' ? 1.0 : -1.0;
+}
+
+void ExpandX(Graph& graph) {
+  const DataRange view = ViewRange(graph, 'x');
+  const double span = view.max - view.min;
+  if (span < MinXSpan) return;
+  ChangeView(graph, 'x', view.min, view.min + (span < SmallestHalvedX ? MinXSpan : span * 0.5));
+}
+
+void ContractX(Graph& graph) {
+  const DataRange view = ViewRange(graph, 'x');
+  const double max = std::min(view.min + 2.0 * (view.max - view.min), graph.fullXMax);
+  if (max > view.min) ChangeView(graph, 'x', view.min, max);
+}
+
+void ExpandY(Graph& graph) {
+  const DataRange view = ViewRange(graph, 'y');
+  ChangeView(graph, 'y', (view.max + 3.0 * view.min) / 4.0, (view.min + 3.0 * view.max) / 4.0);
+}
+
+void ContractY(Graph& graph) {
+  const DataRange view = ViewRange(graph, 'y');
+  const double min = (3.0 * view.min - view.max) / 2.0;
+  const double max = (3.0 * view.max - view.min) / 2.0;
+  if (!std::isfinite(min) || !std::isfinite(max)) return;
+  ZoomSetFullRange(graph, 'y', min, max);
+  ChangeView(graph, 'y', min, max);
+}
+
+void PressShift(Graph& graph, char axis, double direction) {
+  const DataRange view = ViewRange(graph, axis);
+  ShiftView(graph, axis, direction * ButtonShift * (view.max - view.min));
+}
+
+}  // namespace
+
+void ZoomGraphCreate(Graph& graph) {
+  graph.zooms = true;
+  if (graph.x.title.empty()) graph.x.title = "Time (ms)";
+  if (graph.y.title.empty()) graph.y.title = "Amplitude (pA)";
+  for (const char axis : {'x', 'y'}) {
+    const DataRange view = ViewRange(graph, axis);
+    ZoomSetFullRange(graph, axis, view.min, view.max);
+  }
+}
+
+void ZoomSetFullRange(Graph& graph, char axis, double min, double max) {
+  (axis == 'x' ? graph.fullXMin : graph.fullYMin) = min;
+  (axis == 'x' ? graph.fullXMax : graph.fullYMax) = max;
+}
+
+void ZoomStrip(Graph& graph, char axis, double a, double b) {
+  const double length = BarLength(axis);
+  const double from = std::clamp(std::min(a, b), 0.0, length);  // the mouse is held within the strip
+  const double to = std::clamp(std::max(a, b), 0.0, length);
+  if (!(to - from > MinDragPixels)) return;
+  const DataRange view = ViewRange(graph, axis);
+  const double span = view.max - view.min;
+  if (axis == 'y') {
+    ChangeView(graph, 'y', view.min + span * (length - to) / length, view.min + span * (length - from) / length);
+    return;
+  }
+  const double min = view.min + span * from / length;
+  const double max = view.min + span * to / length;
+  if (max - min < MinXSpan) return;
+  ChangeView(graph, 'x', min, max);
+}
+
+bool ZoomButton(Graph& graph, std::string_view button) {
+  if (button == "xexpand") ExpandX(graph);
+  else if (button == "xcontract") ContractX(graph);
+  else if (button == "yexpand") ExpandY(graph);
+  else if (button == "ycontract") ContractY(graph);
+  else if (button == "left") PressShift(graph, 'x', -1.0);
+  else if (button == "right") PressShift(graph, 'x', 1.0);
+  else if (button == "up") PressShift(graph, 'y', 1.0);
+  else if (button == "down") PressShift(graph, 'y', -1.0);
+  else return false;
+  return true;
+}
+
+void ZoomThumb(Graph& graph, char axis, double pixels) {
+  const DataRange full = FullRange(graph, axis);
+  ShiftView(graph, axis, Downward(axis) * (full.max - full.min) * pixels / BarLength(axis));
+}
+
+void ZoomPage(Graph& graph, char axis, int pages) {
+  const double direction = pages < 0 ? -Downward(axis) : Downward(axis);
+  for (int page = 0; page != pages; page += pages < 0 ? -1 : 1) {
+    const DataRange view = ViewRange(graph, axis);
+    if (!ShiftView(graph, axis, direction * (view.max - view.min))) return;
+    ProcessSystemEvents();  // a redraw of the owner may come between two pages
+  }
+}
+
+Thumb ZoomThumbOf(const Graph& graph, char axis) {
+  const DataRange view = ViewRange(graph, axis);
+  const DataRange full = FullRange(graph, axis);
+  const double length = BarLength(axis);
+  const double range = full.max - full.min;
+  if (!(range > 0.0)) return {0.0, length};  // without a range the whole bar is thumb
+  const double before = axis == 'x' ? view.min - full.min : full.max - view.max;
+  Thumb thumb{std::trunc(length * before / range), std::trunc(length * (view.max - view.min) / range)};
+  if (thumb.length < MinThumbPixels) thumb.length = std::max(MinThumbPixels, MinThumbShare * length);
+  return thumb;
+}
+
+}  // namespace zelvane
