@@ -1,0 +1,115 @@
+#include "io/model_file.h"
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+
+#include "io/internal/model_file_panels.h"
+#include "io/model_text.h"
+#include "model/model_store.h"
+#include "platform/safe_file.h"
+#include "screen/popups.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char ReadTitle[] = "Read Parameters";
+constexpr char SaveTitle[] = "Save Parameters";
+constexpr char ModelFilter[] = "*.mod";
+constexpr char CannotWrite[] =
+    "Either file cannot be created (e.g. no space on disk) or cannot overwrite Read-only file.";
+
+constexpr int OpenAttempts = 2;  // names asked for while a file cannot be opened
+
+/// A model file takes some 60 KB. Of a larger one this much is read, as if it had been cut off there, so that
+/// a wrong name costs neither the memory nor the time that its file would.
+constexpr std::size_t MaxModelBytes = 16 * 1024 * 1024;
+
+/// The bytes of a file. Nothing when it cannot be opened and read: missing, no right, a folder, a pipe, a
+/// device.
+std::optional<std::string> ReadBytes(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error))
+    return std::nullopt;  // opening a pipe might never return
+  std::ifstream file(path, std::ios::binary);
+  std::string bytes;
+  std::array<char, 64 * 1024> block;
+  while (file && bytes.size() < MaxModelBytes) {
+    file.read(block.data(), block.size());
+    bytes.append(block.data(), static_cast<std::size_t>(file.gcount()));
+  }
+  if (file.bad() || !(file || file.eof())) return std::nullopt;
+  return bytes;
+}
+
+std::optional<std::string> AskForModel(const char* title, bool save) {
+  FileRequest request;
+  request.title = title;
+  request.defaultName = ModelFilter;
+  request.filter = ModelFilter;
+  request.save = save;
+  return FileSelectPopup(request);
+}
+
+/// Reads the bytes of the file `path`; while that cannot be done, asks for another name and changes `path` to
+/// it.
+std::optional<std::string> ReadBytesAsking(std::string& path) {
+  auto bytes = ReadBytes(path);
+  for (int attempt = 0; !bytes && attempt < OpenAttempts; ++attempt) {
+    const auto chosen = AskForModel(ReadTitle, false);
+    if (!chosen) return std::nullopt;
+    path = *chosen;
+    bytes = ReadBytes(path);
+  }
+  return bytes;
+}
+
+/// Takes the model out of a file's bytes. The name becomes the model's only together with its content.
+bool TakeModel(const std::string& bytes, const std::string& path) {
+  if (!ReadModelText(bytes)) return false;
+  Model.ModelFileName = path;
+  ShowModelOfFile();
+  return true;
+}
+
+bool ReadAsking(std::string path) {
+  const auto bytes = ReadBytesAsking(path);
+  return bytes && TakeModel(*bytes, path);
+}
+
+bool WriteTo(const std::string& path) {
+  ReadPanelsOfModelFile();
+  if (!ReplaceFile(path, ModelText())) {
+    MessagePopup(FileErrorTitle, CannotWrite);
+    return false;
+  }
+  Model.ModelFileName = path;
+  ShowModelFileName();
+  return true;
+}
+
+}  // namespace
+
+bool ModelFileRead() {
+  return ReadAsking(Model.ModelFileName);
+}
+
+bool ModelFileReadNamed(const std::string& path) {
+  const auto bytes = ReadBytes(path);
+  return bytes && TakeModel(*bytes, path);
+}
+
+bool ModelFileWrite() {
+  return WriteTo(Model.ModelFileName);
+}
+
+void OpenParameterFile() {
+  if (const auto path = AskForModel(ReadTitle, false)) ReadAsking(*path);
+}
+
+void SaveParameters() {
+  if (const auto path = AskForModel(SaveTitle, true)) WriteTo(*path);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,55 @@
+// Menu commands of the model file, and the panels that follow it.
+#include "io/internal/model_file_panels.h"
+#include "io/model_file.h"
+#include "model/model_panels.h"
+#include "model/model_store.h"
+#include "screen/screen.h"
+#include "sim/run_panel.h"
+#include "stimulus/stimulus.h"
+
+namespace zelvane {
+namespace {
+
+// clang-format off
+constexpr MenuDecl ModelFileMenu[] = {
+    // path                      command              action             shortcut
+    {"File/Read Parameters...", "OpenParameterFile", OpenParameterFile, "Ctrl+O"},
+    {"File/Save Parameters...", "SaveParameters",    SaveParameters,    "Ctrl+S"},
+};
+// clang-format on
+
+bool PanelsStand() {
+  return FindPanel("MainPanel") != nullptr && FindPanel("StimulusPanel") != nullptr;
+}
+
+}  // namespace
+
+void AddModelFileMenu() {
+  AddMenu(ModelFileMenu);
+}
+
+void ReadPanelsOfModelFile() {
+  if (!PanelsStand()) return;
+  GetTableNames();
+  ReadGridRates();
+  ReadTableRates();
+  ReadRunParameters();
+  StimReadControls();
+}
+
+void ShowModelOfFile() {
+  if (!PanelsStand()) return;
+  // Whatever has no routine of its own below follows its field here; StimRebuild reads what its panel shows,
+  // and so comes after it.
+  WriteAllControls();
+  RefreshModelPanels();
+  WriteRunParameters();
+  StimPanelRefresh();
+  StimRebuild();
+}
+
+void ShowModelFileName() {
+  if (FindControl("ModelFileName") != nullptr) ShowText("ModelFileName", Model.ModelFileName);
+}
+
+}  // namespace zelvane

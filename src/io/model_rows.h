@@ -1,0 +1,68 @@
+// The lines of a model file, told once for the reader and the writer.
+//
+// WalkModelFile goes through the file's lines in order and tells a visitor what stands on each: a header, a
+// text, numbers. The reader visits a file's text with it, the writer an empty page.
+#pragma once
+
+#include <limits>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace zelvane {
+
+/// Formats of a model file. Older ones are read only.
+inline constexpr int NewestFileVersion = 4;
+
+/// Characters of a line at most, its line end not counted.
+inline constexpr int MaxLineBytes = 299;
+
+/// What becomes of a value read from a file that lies outside its range. Applied after the line was scanned.
+struct ValueCheck {
+  double least = -std::numeric_limits<double>::infinity();
+  double most = std::numeric_limits<double>::infinity();
+  double belowBecomes = 0.0;
+  double aboveBecomes = 0.0;
+  bool leastIsBelow = false;  // `least` itself is outside
+  bool absolute = false;      // the sign is dropped first
+};
+
+/// How a number is written, in the words of printf: %d for an int, else %f, %e or %.4e.
+enum class NumberForm { Plain, Exponent, ShortExponent };
+
+/// A number on a line: the field that it belongs to, or an int that is written for the human eye (the states
+/// of a rate) and passed over on reading.
+struct Cell {
+  std::variant<int*, float*, double*, int> field;
+  ValueCheck check{};
+  NumberForm form = NumberForm::Plain;
+  std::optional<double> missing{};        // taken when a whole line holds no such number
+  const double* insteadOfZero = nullptr;  // a 0 takes this field's value
+};
+
+struct ModelFileVisitor {
+  virtual ~ModelFileVisitor() = default;
+
+  /// A line that readers pass over.
+  virtual void Header(std::string_view text) = 0;
+  /// A line that begins with a whole number; a reader passes over all lines before it.
+  virtual void NumberedHeader(int number, std::string_view text) = 0;
+  /// A text of at most `bytes` - 1 bytes. The table's label follows the grid's where a file has the latter
+  /// alone.
+  virtual void Text(std::string& field, int bytes, std::string* follower) = 0;
+  /// A line of numbers. Some lines have ended in a blank since the first format.
+  virtual void Numbers(std::span<const Cell> cells, bool blankAtEnd) = 0;
+  /// Lines that carry nothing.
+  virtual void Reserved(int lines, std::string_view text) = 0;
+  /// The next line is the last one.
+  virtual void LastLine() = 0;
+};
+
+/// Walks through the lines that follow the magic, from `Model.ModelTitle` on, in the format `version` (1 to
+/// 4). The cells point into the stores: `Model`, `Constraints`, `Stimulus`, `Analysis`, `Fit`, `DwellFit`,
+/// `RsCm`.
+void WalkModelFile(int version, ModelFileVisitor& visitor);
+
+}  // namespace zelvane

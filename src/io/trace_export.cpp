@@ -1,0 +1,192 @@
+#include "io/trace_export.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <filesystem>
+#include <functional>
+#include <vector>
+
+#include "model/model_store.h"
+#include "platform/safe_file.h"
+#include "sim/result_store.h"
+
+namespace zelvane {
+namespace {
+
+constexpr std::size_t BlockBytes = 1 << 20;
+constexpr double MsPerSecond = 1000.0;
+
+/// Appends a number as printf's "%.*e" would in the C locale.
+void AppendExponent(std::string& text, double value) {
+  std::array<char, 32> buffer;
+  const auto result =
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific, 6);
+  text.append(buffer.data(), result.ptr);
+}
+
+/// Appends a number as "%.9g" would: enough digits to read a float back to the bit.
+void AppendNineDigits(std::string& text, double value) {
+  std::array<char, 32> buffer;
+  const auto result =
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::general, 9);
+  text.append(buffer.data(), result.ptr);
+}
+
+/// A float as the decimal that its user typed: the shortest one that stands for it. 0.01F gives 0.01.
+double AsTyped(float value) {
+  if (!std::isfinite(value)) return static_cast<double>(value);
+  std::array<char, 32> buffer;
+  const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  double typed = 0.0;
+  std::from_chars(buffer.data(), written.ptr, typed);
+  return typed;
+}
+
+/// A name that stands between double quotes: none of its own, and no tabs or line breaks.
+std::string WithoutQuotes(std::string_view name) {
+  std::string plain(name);
+  std::replace(plain.begin(), plain.end(), '"', '\'');
+  std::replace_if(
+      plain.begin(), plain.end(), [](char c) { return c == '\t' || c == '\r' || c == '\n'; }, ' ');
+  return plain;
+}
+
+/// A CSV field, quoted where it has to be (RFC 4180).
+std::string CsvField(std::string_view name) {
+  if (name.find_first_of(",\"\r\n") == std::string_view::npos) return std::string(name);
+  std::string quoted = "\"";
+  for (const char c : name) {
+    if (c == '"') quoted += '"';
+    quoted += c;
+  }
+  return quoted += '"';
+}
+
+/// Writes a header and then `rows` rows, each appended by `appendRow(text, row)`.
+template <typename AppendRow>
+bool WriteRows(const std::string& path, const std::string& header, std::size_t rows, AppendRow appendRow) {
+  std::string block = header;
+  std::size_t row = 0;
+  bool headerGiven = false;
+  return ReplaceFileInBlocks(path, [&]() -> std::string_view {
+    if (headerGiven) block.clear();
+    headerGiven = true;
+    for (; row < rows && block.size() < BlockBytes; ++row) appendRow(block, row);
+    return block;
+  });
+}
+
+bool WriteSingleColumn(const std::string& path, std::span<const float> samples, double intervalMs) {
+  std::string header;
+  AppendExponent(header, intervalMs);
+  header += '\n';
+  return WriteRows(path, header, samples.size(), [samples](std::string& text, std::size_t i) {
+    AppendExponent(text, static_cast<double>(samples[i]));
+    text += '\n';
+  });
+}
+
+bool WriteAtf(const std::string& path, std::span<const float> samples, double intervalMs,
+              std::string_view signalName) {
+  const std::string name = WithoutQuotes(signalName);
+  const std::string header = "ATF\t1.0\n3\t2\n\"Type=\"\n\"Comment=\"\n\"SignalsExported=" + name +
+                             "\"\n\"Time (s)\"\t\"" + name + "\"\n";
+  return WriteRows(path, header, samples.size(), [samples, intervalMs](std::string& text, std::size_t i) {
+    AppendExponent(text, static_cast<double>(i) * intervalMs / MsPerSecond);
+    text += '\t';
+    AppendExponent(text, static_cast<double>(samples[i]));
+    text += '\n';
+  });
+}
+
+/// A column of a CSV file.
+struct CsvColumn {
+  std::string title;
+  std::span<const float> values;
+};
+
+/// Writes rows of a time (ms), which `timeOf` gives for a row, and a value of each column.
+template <typename TimeOf>
+bool WriteCsv(const std::string& path, std::size_t rows, std::span<const CsvColumn> columns, TimeOf timeOf) {
+  std::string header = "time_ms";
+  for (const CsvColumn& column : columns) header += ',' + CsvField(column.title);
+  header += '\n';
+  return WriteRows(path, header, rows, [columns, timeOf](std::string& text, std::size_t row) {
+    AppendNineDigits(text, timeOf(row));
+    for (const CsvColumn& column : columns) {
+      text += ',';
+      AppendNineDigits(text, static_cast<double>(column.values[row]));
+    }
+    text += '\n';
+  });
+}
+
+/// Columns of the states that are on, `rows` values each from point 1.
+std::vector<CsvColumn> OccupancyColumns(std::size_t rows) {
+  const auto& on = Model.ModelIs2D == 1 ? Model.StateOn : Model.TableStateOn;
+  const auto& labels = Model.ModelIs2D == 1 ? Model.StateLabel : Model.TableStateLabel;
+  std::vector<CsvColumn> columns;
+  for (std::size_t s = 1; s <= MaxStates; ++s) {
+    if (on[s] == 0) continue;
+    columns.push_back(
+        {labels[s].empty() ? std::to_string(s) : labels[s], Result.Occupancy[s].subspan(1, rows)});
+  }
+  return columns;
+}
+
+/// Rows of the last run's occupancies: its points, or the saved steps of an adaptive run.
+std::size_t OccupancyRows() {
+  const bool savedSteps = Result.ResultKind == ResultSavedSteps;
+  const auto count = static_cast<std::size_t>(std::max(savedSteps ? Result.KeptSteps : Model.NumPoints, 0));
+  std::size_t room = Result.Occupancy[1].size();
+  if (savedSteps) room = std::min(room, Result.SavedTime.size());
+  return std::min(count, room > 0 ? room - 1 : 0);
+}
+
+}  // namespace
+
+std::optional<TraceFormat> TraceFormatOf(const std::string& path) {
+  std::string extension = std::filesystem::path(path).extension().string();
+  for (char& c : extension) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  if (extension == ".txt") return TraceFormat::SingleColumn;
+  if (extension == ".atf") return TraceFormat::Atf;
+  if (extension == ".csv") return TraceFormat::Csv;
+  return std::nullopt;
+}
+
+bool WriteTraceFile(const std::string& path, std::span<const float> samples, float intervalMs,
+                    std::string_view signalName) {
+  const auto format = TraceFormatOf(path);
+  if (!format) return false;
+  const double interval = AsTyped(intervalMs);
+  switch (*format) {
+    case TraceFormat::SingleColumn:
+      return WriteSingleColumn(path, samples, interval);
+    case TraceFormat::Atf:
+      return WriteAtf(path, samples, interval, signalName);
+    case TraceFormat::Csv:
+      break;
+  }
+  const CsvColumn column{std::string(signalName), samples};
+  return WriteCsv(path, samples.size(), {&column, 1},
+                  [interval](std::size_t i) { return static_cast<double>(i) * interval; });
+}
+
+bool WriteOccupancyCsv(const std::string& path) {
+  const std::size_t rows = OccupancyRows();
+  const std::vector<CsvColumn> columns = OccupancyColumns(rows);
+  const double interval = AsTyped(Model.ADInterval);
+  if (Result.ResultKind == ResultSavedSteps) {
+    const double start = Result.IntegrationOffset * interval;
+    return WriteCsv(path, rows, columns,
+                    [start](std::size_t i) { return start + static_cast<double>(Result.SavedTime[i + 1]); });
+  }
+  // Point 1 is time 0 after an integrator, the end of the first interval after Monte Carlo.
+  const double first = Result.ResultKind == ResultMonteCarlo ? interval : 0.0;
+  return WriteCsv(path, rows, columns,
+                  [first, interval](std::size_t i) { return first + static_cast<double>(i) * interval; });
+}
+
+}  // namespace zelvane
