@@ -3,9 +3,12 @@
 //   Panel          AddStimulusPanel  StimReadControls  StimPanelRefresh  StimPlot
 //   Building       StimRebuild  CreateStim  CreateExpStim  CreateExp  CreateTrain  EraseStim  FilterStim
 //   Holding level  FillVoltage
+//   USER mode      SetStimFileReader
 //
 // Every creator first reads the panel (StimReadControls). Indices follow from times by truncation.
 #pragma once
+
+#include <string>
 
 namespace zelvane {
 
@@ -39,5 +42,12 @@ void FilterStim();
 /// Sets samples first..last - 1 of the voltage profile to VHold / 1000 (volts). Bounds are held to the
 /// profile.
 void FillVoltage(int first, int last);
+
+/// Reads a stimulus file into the profiles; false, with the user told, when it could not.
+using StimFileReader = bool (*)(const std::string& path);
+
+/// Makes `reader` the one that USER mode uses and returns the former one. Until one is set, and with nullptr,
+/// a message says that stimulus files are not read.
+StimFileReader SetStimFileReader(StimFileReader reader);
 
 }  // namespace zelvane

@@ -1,0 +1,108 @@
+#include "noise/gaussian_filter.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+#include <cstdlib>
+
+#include "model/model_store.h"
+#include "noise/noise_store.h"
+#include "screen/popups.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char Aliasing[] = "Aliasing in data record at selecting filter frequency.";
+constexpr char TooHeavy[] = "Requested filtering is too heavy; too many points to filter.";
+constexpr char TooLight[] = "Requested filtering is too light; too few points to filter.";
+
+/// sqrt(ln 2) / (2 pi): the standard deviation of a Gaussian kernel, in samples, times the normalised corner.
+constexpr float SigmaTimesCorner = 0.132505F;
+/// Below this standard deviation the kernel is narrower than the samples lie apart, and three coefficients
+/// serve.
+constexpr float NarrowSigma = 0.62F;
+constexpr float SigmasCovered = 4.0F;  // the kernel is cut here, on each side
+constexpr int MarginPoints = 10;       // a record must be this much longer than twice the kernel's half
+
+void Warn(const char* text) {
+  if (Model.FitActive == 0) MessagePopup(WarningTitle, text);
+}
+
+/// Three coefficients with the variance of the Gaussian.
+void SetNarrowKernel(GaussianKernel& kernel, float sigma) {
+  kernel.half = 1;
+  kernel.coefficient[1] = sigma * sigma / 2.0F;
+  kernel.coefficient[0] = 1.0F - 2.0F * kernel.coefficient[1];
+}
+
+void SetSampledKernel(GaussianKernel& kernel, float sigma) {
+  const auto sides = std::span(kernel.coefficient).first(static_cast<std::size_t>(kernel.half) + 1);
+  const float b = -1.0F / (2.0F * sigma * sigma);
+  float sum = 0.5F;
+  sides[0] = 1.0F;
+  for (std::size_t i = 1; i < sides.size(); ++i) {
+    const auto distance = static_cast<float>(i);
+    // The double exponential, narrowed: libraries agree on it where their 32-bit ones differ in the last bit.
+    sides[i] = static_cast<float>(std::exp(static_cast<double>(b * distance * distance)));
+    sum += sides[i];
+  }
+  for (float& coefficient : sides) coefficient /= 2.0F * sum;
+}
+
+float SumAround(std::span<const float> trace, int centre, const GaussianKernel& kernel) {
+  float sum = 0.0F;
+  for (int j = centre - kernel.half; j <= centre + kernel.half; ++j) {
+    sum += kernel.coefficient[static_cast<std::size_t>(std::abs(j - centre))] *
+           trace[static_cast<std::size_t>(j)];
+  }
+  return sum;
+}
+
+}  // namespace
+
+GaussianKernel MakeGaussianKernel(float corner) {
+  GaussianKernel kernel;
+  const float sigma = SigmaTimesCorner / corner;
+  if (sigma < NarrowSigma) {
+    SetNarrowKernel(kernel, sigma);
+    return kernel;
+  }
+  constexpr auto beyond = static_cast<float>(MaxKernelHalf + 1);
+  kernel.half = static_cast<int>(std::min(SigmasCovered * sigma, beyond));
+  if (kernel.half <= MaxKernelHalf) SetSampledKernel(kernel, sigma);
+  return kernel;
+}
+
+void ConvolveInPlace(std::span<float> trace, const GaussianKernel& kernel) {
+  assert(kernel.half >= 1 && kernel.half <= MaxKernelHalf);
+  const int c = kernel.half;
+  const int last = static_cast<int>(trace.size()) - 1 - c;
+  // A filtered sample waits in the ring until no sum needs the unfiltered one any more, c samples later.
+  std::array<float, MaxKernelHalf> ring;
+  const auto slot = [&](int i) -> float& { return ring[static_cast<std::size_t>(i % c)]; };
+  for (int i = c; i <= last; ++i) {
+    const float sum = SumAround(trace, i, kernel);
+    if (i - c >= c) trace[static_cast<std::size_t>(i - c)] = slot(i);
+    slot(i) = sum;
+  }
+  for (int i = std::max(c, last - c + 1); i <= last; ++i) trace[static_cast<std::size_t>(i)] = slot(i);
+}
+
+void GaussianFilter(std::span<float> trace, float fc) {
+  if (!(fc > 0.0F) || !(Model.ADInterval > 0.0F)) return;
+  const float corner = fc / (1.0F / Model.ADInterval);
+  if (corner > 0.5F) Warn(Aliasing);
+  const GaussianKernel kernel = MakeGaussianKernel(corner);
+  if (kernel.half > MaxKernelHalf) {
+    Warn(TooHeavy);
+    return;
+  }
+  // The narrow kernel of three coefficients fits every record.
+  if (kernel.half > 1 && 2 * kernel.half + MarginPoints > Noise.RecordPoints) {
+    Warn(TooLight);
+    return;
+  }
+  ConvolveInPlace(trace, kernel);
+}
+
+}  // namespace zelvane

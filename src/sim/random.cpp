@@ -1,0 +1,118 @@
+#include "sim/random.h"
+
+#include <cmath>
+#include <cstddef>
+#include <optional>
+
+#include "model/model.h"
+
+namespace zelvane {
+namespace {
+
+/// Multipliers and moduli of AS 183.
+struct Congruence {
+  std::uint32_t multiplier;
+  std::uint32_t modulus;
+};
+constexpr std::array<Congruence, 3> Generators{{{171, 30269}, {172, 30307}, {170, 30323}}};
+
+struct GeneratorState {
+  std::array<std::uint32_t, 3> seed{1, 2, 3};  // until SeedGenerators or SetSeeds is called
+  std::optional<float> held;                   // second value of a Gaussian pair
+  std::uint32_t coarse = 1;                    // state of CoarseRandom
+};
+GeneratorState State;
+
+constexpr int CoarseMax = 32767;
+constexpr std::size_t SeedTableSize = 100;
+constexpr int LastDrawnEntry = 99;  // indices are drawn as trunc(99 u): the last entry is never taken
+using SeedTable = std::array<double, SeedTableSize>;
+
+/// 0..32767: the example generator of the C standard (ISO/IEC 9899:1999, 7.20.2.2). It spreads the bits of
+/// the clock, and unlike the rand() of a library it does so alike on every machine.
+int CoarseRandom() {
+  State.coarse = State.coarse * 1103515245U + 12345U;
+  return static_cast<int>(State.coarse / 65536U % 32768U);
+}
+
+/// A seed that its generator does not stick at: whole and 1..modulus - 1.
+std::uint32_t ValidSeed(double seed, std::uint32_t modulus) {
+  if (!std::isfinite(seed)) return 1;
+  double rest = std::fmod(std::trunc(seed), modulus);
+  if (rest < 0.0) rest += modulus;
+  return rest == 0.0 ? 1 : static_cast<std::uint32_t>(rest);
+}
+
+std::size_t DrawnEntry(double u) {
+  return static_cast<std::size_t>(LastDrawnEntry * u);
+}
+
+void SeedFromClock(std::uint32_t clock) {
+  State.coarse = clock;
+  SeedTable table;
+  for (double& entry : table) entry = CoarseRandom();
+  std::array<double, 3> seeds;
+  for (double& seed : seeds) seed = table[DrawnEntry(CoarseRandom() / static_cast<double>(CoarseMax))];
+  SetSeeds(seeds);
+}
+
+/// Three different entries of a table of the generators' own first numbers.
+void SeedFromOwnNumbers() {
+  SeedTable table;
+  for (double& entry : table) entry = RoundCount(1.0 + 32764.0 * UniformRandom());
+  const std::size_t first = DrawnEntry(UniformRandom());
+  std::size_t second = first;
+  while (second == first) second = DrawnEntry(UniformRandom());
+  std::size_t third = first;
+  while (third == first || third == second) third = DrawnEntry(UniformRandom());
+  SetSeeds({table[first], table[second], table[third]});
+}
+
+}  // namespace
+
+double UniformRandom() {
+  double u = 0.0;
+  while (u == 0.0) {
+    double sum = 0.0;
+    for (std::size_t k = 0; k < Generators.size(); ++k) {
+      const auto [multiplier, modulus] = Generators[k];
+      // Seeds are whole numbers below 2^15: 32-bit integers hold every product, as doubles would.
+      State.seed[k] = multiplier * State.seed[k] % modulus;
+      sum += static_cast<double>(State.seed[k]) / modulus;
+    }
+    u = sum - std::trunc(sum);
+  }
+  return u;
+}
+
+float GaussianNoise() {
+  if (State.held) {
+    const float value = *State.held;
+    State.held.reset();
+    return value;
+  }
+  double a = 0.0;
+  double b = 0.0;
+  double r = 0.0;
+  do {
+    a = 2.0 * UniformRandom() - 1.0;
+    b = 2.0 * UniformRandom() - 1.0;
+    r = a * a + b * b;
+  } while (r >= 1.0 || r == 0.0);  // the centre has no direction
+  const double f = std::sqrt(-2.0 * std::log(r) / r);
+  State.held = static_cast<float>(f * a);
+  return static_cast<float>(f * b);
+}
+
+void SetSeeds(const std::array<double, 3>& seeds) {
+  for (std::size_t k = 0; k < seeds.size(); ++k) State.seed[k] = ValidSeed(seeds[k], Generators[k].modulus);
+  State.held.reset();
+}
+
+void SeedGenerators(std::uint32_t clock) {
+  SeedFromClock(clock);
+  SeedFromOwnNumbers();
+  State.coarse = static_cast<std::uint32_t>(RoundCount(CoarseMax * UniformRandom()));
+}
+
+}  // namespace zelvane

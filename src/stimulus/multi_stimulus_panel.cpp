@@ -1,0 +1,85 @@
+// The table of multi-sweep voltage and concentration waveforms on the stimulus panel. It is kept with the
+// model.
+#include "screen/screen.h"
+#include "stimulus/internal/stimulus_views.h"
+#include "stimulus/stimulus.h"
+#include "stimulus/stimulus_store.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char TableName[] = "MultiStimTable";
+constexpr char ValueTooLarge[] = "This value is too large for the table.";
+constexpr char ClearHelp[] = "Set all values of the multi-stimulus table to zero.";
+constexpr char TableHelp[] =
+    "Voltage and concentration waveforms for many sweeps, one group a column. The table is stored with the "
+    "model.";
+
+constexpr int TitleColumn = 1;
+constexpr int FirstGroupColumn = 2;  // group 0
+constexpr const char* RowTitles[MultiStimFields] = {"Concentration (M)", "Change/sweep (M)", "Drug# (1-6)",
+                                                    "Voltage (V)",       "Change/sweep (V)", "Duration (ms)"};
+
+/// The value behind a cell of a group's column.
+float& CellValue(int row, int column) {
+  return Stimulus
+      .MultiStimTable[static_cast<std::size_t>(column - FirstGroupColumn)][static_cast<std::size_t>(row - 1)];
+}
+
+void ShowCell(Table& table, int row, int column) {
+  SetCell(table, row, column,
+          column == TitleColumn ? RowTitles[row - 1]
+                                : FormatText("%g", static_cast<double>(CellValue(row, column))));
+}
+
+/// A value typed over a row's title, or too large for a 32-bit float, leaves the cell as it was.
+void FxnMultiStimTable(Table& table, int row, int column) {
+  if (column >= FirstGroupColumn) {
+    const double typed = ParseNumber(CellText(table, row, column)).value_or(0.0);
+    if (NumberSuits(FieldType::Float, typed)) {
+      CellValue(row, column) = static_cast<float>(typed);
+    } else {
+      MessagePopup(ErrorTitle, ValueTooLarge);
+    }
+  }
+  ShowCell(table, row, column);
+  StimRebuild();
+  StimPlot();
+}
+
+void FxnClearMultiStim(const ControlEvent&) {
+  Stimulus.MultiStimTable = {};
+  ShowMultiStimTable();
+}
+
+constexpr ControlDecl ClearButton[] = {{.name = "ClearMultiStim",
+                                        .kind = ControlKind::Button,
+                                        .label = "Clear table",
+                                        .command = "FxnClearMultiStim",
+                                        .action = FxnClearMultiStim,
+                                        .help = ClearHelp}};
+
+}  // namespace
+
+void AddMultiStimTable() {
+  Table& table =
+      AddTable("StimulusPanel", TableName, MultiStimFields, FirstGroupColumn - 1 + MultiStimGroups);
+  table.editable = true;
+  table.command = "FxnMultiStimTable";
+  table.help = TableHelp;
+  table.committed = FxnMultiStimTable;
+  table.columnTitles.emplace_back("");
+  for (int group = 1; group <= MultiStimGroups; ++group)
+    table.columnTitles.push_back(FormatText("Group %d", group));
+  ShowMultiStimTable();
+  AddControls("StimulusPanel", "buttons", ClearButton);
+}
+
+void ShowMultiStimTable() {
+  Table& table = TableNamed(TableName);
+  for (int row = 1; row <= table.rows; ++row) {
+    for (int column = 1; column <= table.columns; ++column) ShowCell(table, row, column);
+  }
+}
+
+}  // namespace zelvane

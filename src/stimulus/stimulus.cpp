@@ -1,0 +1,212 @@
+#include "stimulus/stimulus.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <utility>
+
+#include "model/model_store.h"
+#include "noise/gaussian_filter.h"
+#include "platform/zero_pages.h"
+#include "screen/popups.h"
+#include "sim/result_store.h"
+#include "stimulus/internal/stimulus_views.h"
+#include "stimulus/profile_builder.h"
+#include "stimulus/stimulus_store.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char StopBeyondEnd[] = "Stop position is past end of arra; increase number of simulated points.";
+constexpr char ModeUnavailable[] =
+    "This option will be available soon/it is undergoing development and testing.";
+constexpr char NoStimulusReader[] = "This version of the program does not read stimulus files yet.";
+
+bool RefuseStimulusFile(const std::string&) {
+  MessagePopup(FileErrorTitle, NoStimulusReader);
+  return false;
+}
+
+StimFileReader ReadStimulusFile = RefuseStimulusFile;
+
+int RunSamples() {
+  return std::clamp(Model.NumPoints, 0, MaxStimPoints);
+}
+
+/// The samples of a run of the profile that is shown and edited.
+std::span<float> TargetSamples() {
+  const auto profile = static_cast<std::size_t>(std::clamp(Stimulus.StimTarget, 0, MaxDrugs));
+  return Stimulus.Profile[profile].first(static_cast<std::size_t>(RunSamples()));
+}
+
+std::int64_t IndexOf(float timeMs) {
+  return TimeIndex(timeMs, Model.ADInterval);
+}
+
+float HoldingVolts() {
+  return Model.VHold / 1000.0F;
+}
+
+/// The step of voltage or Drug1, over all samples, so that a longer run finds it right.
+void BuildAutomaticStep() {
+  const std::int64_t start = IndexOf(Stimulus.AutoStart);
+  const std::int64_t stop = IndexOf(Stimulus.AutoStop);
+  const float hold = HoldingVolts();
+  if (Stimulus.AutoDrugOrVolt == 1) {
+    BuildStep(Stimulus.Profile[0], hold, hold + Stimulus.AutoValue, start, stop);
+  } else {
+    FillLevel(Stimulus.Profile[0], hold);
+    BuildStep(Stimulus.Profile[1], 0.0F, Stimulus.AutoValue, start, stop);
+    if (Stimulus.AutoFilterOn != 0 && Stimulus.StimTarget == 1) {
+      GaussianFilter(Stimulus.Profile[1].first(static_cast<std::size_t>(RunSamples())), Stimulus.FilterFc);
+    }
+  }
+  Stimulus.StimFromFile = 0;
+}
+
+/// Asks for a stimulus file and reads it. False when there is none to use.
+bool ReadUserStimulus() {
+  FileRequest request;
+  request.title = "Read Stimulus Profile";
+  request.filter = "*.stm";
+  const auto path = FileSelectPopup(request);
+  return path && ReadStimulusFile(*path);
+}
+
+/// USER mode needs profiles from a file; without one the mode goes back to AUTOMATIC.
+void RebuildUserStimulus() {
+  if (Stimulus.StimFromFile != 0 || Model.FitActive != 0) return;
+  if (ReadUserStimulus()) {
+    Stimulus.StimFromFile = 1;
+    StimPanelRefresh();
+    return;
+  }
+  Stimulus.StimMode = StimAutomatic;
+  StimPanelRefresh();
+  BuildAutomaticStep();
+}
+
+void LeaveUnavailableMode() {
+  if (Model.FitActive == 0) MessagePopup(NoticeTitle, ModeUnavailable);
+  Stimulus.StimMode = StimUser;
+  StimPanelRefresh();
+}
+
+EdgedPulse EdgedStep(std::int64_t samples) {
+  return {Stimulus.StepAmp, Stimulus.StepRiseTau, Stimulus.StepDecayTau, samples};
+}
+
+ExponentialPulse ExponentialWave() {
+  return {.offset = Stimulus.ExpOffset,
+          .amp1 = Stimulus.ExpAmp1,
+          .amp2 = Stimulus.ExpAmp2,
+          .tau1 = Stimulus.ExpTau1,
+          .tau2 = Stimulus.ExpTau2,
+          .riseTau = Stimulus.ExpRiseTau,
+          .components = Stimulus.ExpComponents,
+          .rises = Stimulus.ExpRiseFlag != 0};
+}
+
+/// Length of a step pulse of a train. It is one quotient, so that a pulse keeps its length wherever it
+/// starts.
+std::int64_t TrainStepSamples() {
+  const double length = static_cast<double>(Stimulus.StepStop) - static_cast<double>(Stimulus.StepStart);
+  return SampleIndex(length / static_cast<double>(Model.ADInterval));
+}
+
+Pulse TrainPulse() {
+  if (Stimulus.TrainExpFlag != 0) return ExponentialWave();
+  if (Stimulus.TrainRiseFlag != 0) return EdgedStep(TrainStepSamples());
+  return SquarePulse{Stimulus.StepAmp, TrainStepSamples()};
+}
+
+/// Lets the stop button work and moves the progress bar during a train of very many samples.
+bool PollStop(double fraction) {
+  if (Model.FitActive != 0) return true;
+  ShowProgress(fraction);
+  ProcessSystemEvents();
+  return Result.StopRequested == 0;
+}
+
+void AddToTarget(const Pulse& pulse, const PulseTrain& train) {
+  // Room for one pulse, taken once for the life of the program; between uses its pages belong to the system.
+  static const std::span<float> room = TakeZeroPages(MaxStimPoints);
+  const std::span<float> target = TargetSamples();
+  if (target.empty()) return;
+  Result.StopRequested = 0;
+  AddTrain(target, pulse, train, Model.ADInterval, room.first(target.size()), PollStop);
+  ReleaseZeroPages(room.first(target.size()));
+  if (Model.FitActive == 0) ResetProgress();
+}
+
+}  // namespace
+
+StimFileReader SetStimFileReader(StimFileReader reader) {
+  return std::exchange(ReadStimulusFile, reader != nullptr ? reader : RefuseStimulusFile);
+}
+
+void StimRebuild() {
+  StimReadControls();
+  if (Stimulus.StimMode == StimUnavailable) LeaveUnavailableMode();
+  if (Stimulus.StimMode == StimAutomatic && Model.FitActive == 0) BuildAutomaticStep();
+  if (Stimulus.StimMode == StimUser) RebuildUserStimulus();
+  ShowStimulusFacts();
+}
+
+void CreateStim() {
+  StimReadControls();
+  Stimulus.StimFromFile = 0;
+  const auto add = Stimulus.StepRamp != 0 ? AddRamp : AddStep;
+  add(TargetSamples(), Stimulus.StepAmp, IndexOf(Stimulus.StepStart), IndexOf(Stimulus.StepStop));
+  StimPlot();
+}
+
+void CreateExpStim() {
+  StimReadControls();
+  Stimulus.StimFromFile = 0;
+  const std::int64_t start = IndexOf(Stimulus.StepStart);
+  const std::int64_t stop = IndexOf(Stimulus.StepStop);
+  if (stop >= RunSamples()) {
+    MessagePopup(ErrorTitle, StopBeyondEnd);
+    return;
+  }
+  AddToTarget(EdgedStep(stop - start), {.first = static_cast<double>(start)});
+  StimPlot();
+}
+
+void CreateExp() {
+  StimReadControls();
+  Stimulus.StimFromFile = 0;
+  AddToTarget(ExponentialWave(), {.first = static_cast<double>(IndexOf(Stimulus.ExpStart))});
+  StimPlot();
+}
+
+void CreateTrain() {
+  StimReadControls();
+  const double interval = Model.ADInterval;
+  AddToTarget(TrainPulse(), {.first = static_cast<double>(Stimulus.TrainDelay) / interval,
+                             .step = static_cast<double>(Stimulus.TrainInterval) / interval,
+                             .count = Stimulus.TrainCount});
+  StimPlot();
+}
+
+void EraseStim() {
+  StimReadControls();
+  FillLevel(TargetSamples(), 0.0F);
+  StimRebuild();
+  StimPlot();
+}
+
+void FilterStim() {
+  StimReadControls();
+  GaussianFilter(TargetSamples(), Stimulus.FilterFc);
+  StimPlot();
+}
+
+void FillVoltage(int first, int last) {
+  const int from = std::clamp(first, 0, MaxStimPoints);
+  const int to = std::clamp(last, from, MaxStimPoints);
+  FillLevel(Stimulus.Profile[0].subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from)),
+            HoldingVolts());
+}
+
+}  // namespace zelvane
