@@ -1,9 +1,10 @@
 // The run driver: the one road from a committed scheme to a result.
 //
 //   Running     RunSimulation
-//   The trace   ConvertTrace  RefreshTrace  AxisDecimals
+//   The trace   ConvertTrace  RefreshTrace  ClearTrace  AxisDecimals
+//   Clearing    ClearOccupancy  ClearSamples
 //
-// Panels and commands are in run_panel.h, the integrators in integrator.h, Monte Carlo in monte_carlo.h.
+// Panels and commands are in run_panel.h, the integrators in integrator.h, Monte Carlo in monte_carlo_loop.h.
 #pragma once
 
 namespace zelvane {
@@ -12,17 +13,37 @@ namespace zelvane {
 ///
 /// Unless `Model.FitActive`, rates and run settings are read from the panels first. The result is left in
 /// `Result.Occupancy` and `Trace.SimTrace`; `Trace.TraceValid` is 1 when the run completed. A scheme without
-/// connections is refused with "! Error", as is a state with more than MaxConnections exits for Monte Carlo.
+/// connections is refused with "! Error", as is a state with more than MaxConnections exits for Monte Carlo,
+/// and a run without points or without time between them.
 void RunSimulation(int numPoints);
 
 /// Turns `Result.Occupancy` into `Trace.SimTrace` by `Model.DisplayUnits`, adds noise and filter if asked,
-/// and plots. With `erase` the plots already on the graph are removed first.
+/// and plots. With `erase` the plots already on the graph are removed first. While a fit runs nothing is
+/// plotted.
+///
+/// Sample p - 1 is the sum over the monitored states of a factor times the occupancy at point p, in 32-bit
+/// floats, state after state. The factor is the number of channels, times the conductance (pS), times driving
+/// force (V) and valence (pA), or 1 for a probability. Saved steps of an adaptive run go through their
+/// spline.
 void ConvertTrace(bool erase);
 
-/// Converts the occupancies of the last run again with the present monitored states and units, and plots.
+/// Converts the occupancies of the last run again with the present monitored states and units, and plots them
+/// in place of what the graph showed. Refuses a resampled trace; asks before it gives up a correction for
+/// series resistance; plots the trace of cooperative subunits as it stands.
 void RefreshTrace();
 
 /// Empties the trace: SimTrace 0, TraceValid 0, the main graph without plots.
 void ClearTrace();
+
+/// Decimals of the numbers along the time axis of a trace `lengthMs` long: 2 below 10 ms, 1 below 100 ms,
+/// else 0.
+int AxisDecimals(float lengthMs);
+
+/// Sets points 0..`points` of every state in `Result.Occupancy` to 0. Pages that no run has written stay
+/// untouched, and `Result.OccupancyUsed` falls where nothing but zeros is left.
+void ClearOccupancy(int points);
+
+/// Sets samples 0..`samples` - 1 of `Trace.SimTrace` to 0, likewise with `Trace.SimTraceUsed`.
+void ClearSamples(int samples);
 
 }  // namespace zelvane

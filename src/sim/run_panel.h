@@ -1,4 +1,9 @@
 // Run settings, run and stop on MainPanel, and the table of values of a result.
+//
+//   Declaring        AddRunControls  AddValuesTablePanel  AddRunMenu
+//   Panel and store  ReadRunParameters  WriteRunParameters
+//   Commands         AcquireData
+//   What is shown    PlotTrace  RemoveTracePlots  ShowDisplayUnits  ShowDataName  ShowRunText
 #pragma once
 
 namespace zelvane {
@@ -8,7 +13,7 @@ void AddValuesTablePanel();
 void AddRunMenu();
 
 /// Copies the run settings from MainPanel into the store; NumPoints is held to its limit, MultiSubunit forces
-/// its fields.
+/// its fields. Without that panel the store stays as it is.
 void ReadRunParameters();
 
 /// Writes the run settings of the store to MainPanel.
@@ -17,7 +22,20 @@ void WriteRunParameters();
 /// The run button: reads rates and run settings from the panels and runs NumPoints points.
 void AcquireData();
 
+/// Plots NumPoints samples of the trace against time on the main graph, in the colour of the simulator. With
+/// `erase` the plots already there are removed first. Does nothing while a fit runs or without MainPanel.
+void PlotTrace(bool erase);
+
+/// Removes the plots of the main graph.
+void RemoveTracePlots();
+
 /// Shows the unit of DisplayUnits on the y axis of the main graph.
 void ShowDisplayUnits();
+
+/// Shows the model's file as the name of the present data.
+void ShowDataName();
+
+/// Shows how far a Monte Carlo simulation has come: `Result.RunText`.
+void ShowRunText();
 
 }  // namespace zelvane

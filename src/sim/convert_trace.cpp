@@ -1,0 +1,111 @@
+// From occupancies to the displayed trace.
+#include <algorithm>
+#include <cstddef>
+#include <span>
+
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "noise/gaussian_filter.h"
+#include "screen/popups.h"
+#include "sim/internal/ohmic_drive.h"
+#include "sim/random.h"
+#include "sim/result_store.h"
+#include "sim/run.h"
+#include "sim/run_panel.h"
+#include "sim/saved_steps.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char ParsedText[] = "Cannot refresh since data has been parsed (resampled).";
+constexpr char RemovesCorrection[] = "Refreshing will remove RsCm correction. Do you want to continue?";
+
+/// Sets elements 0..end - 1 of `values` to 0, as far as `used` says that anything stands there. `used` falls
+/// to 0 when nothing but zeros is left.
+void ClearUsed(std::span<float> values, int& used, int end) {
+  const int stop = std::clamp(end, 0, used);
+  std::fill_n(values.begin(), stop, 0.0F);
+  if (stop == used) used = 0;
+}
+
+/// Adds one monitored state to the trace: samples and points in the order of memory.
+void AddState(std::size_t state, std::span<float> trace) {
+  const std::size_t written = static_cast<std::size_t>(std::max(0, Result.OccupancyUsed[state] - 1));
+  const std::size_t count = std::min(trace.size(), written);  // the rest holds 0 and adds nothing
+  const float* occupancy = Result.Occupancy[state].data() + 1;
+  const float conductance = Model.StateConductance[state];
+  const float channels = Result.EffectiveChannels;
+  if (Model.DisplayUnits == UnitsCurrent) {
+    for (std::size_t i = 0; i < count; ++i) {
+      const float factor = OhmicDrive(static_cast<int>(i) + 1) * conductance * channels;
+      trace[i] += factor * occupancy[i];
+    }
+    return;
+  }
+  float factor = 1.0F;
+  if (Model.DisplayUnits == UnitsChannels) factor = channels;
+  if (Model.DisplayUnits == UnitsConductance) factor = conductance * channels;
+  for (std::size_t i = 0; i < count; ++i) trace[i] += factor * occupancy[i];
+}
+
+void AddNoise(std::span<float> trace) {
+  for (float& sample : trace) sample += Model.AutoNoiseSTD * GaussianNoise();
+}
+
+}  // namespace
+
+void ClearOccupancy(int points) {
+  for (std::size_t s = 1; s <= MaxStates; ++s) {
+    ClearUsed(Result.Occupancy[s], Result.OccupancyUsed[s], points + 1);
+  }
+}
+
+void ClearSamples(int samples) {
+  ClearUsed(Trace.SimTrace, Trace.SimTraceUsed, samples);
+}
+
+void ConvertTrace(bool erase) {
+  if (Model.FitActive == 0) ReadRunParameters();
+  ClearSamples(Trace.SimTraceUsed);
+  const int samples = std::clamp(Model.NumPoints, 0, MaxStimPoints);
+  const std::span<float> trace = Trace.SimTrace.first(static_cast<std::size_t>(samples));
+  Trace.SimTraceUsed = samples;
+  if (Result.ResultKind == ResultSavedSteps) {
+    SavedStepsToTrace();
+  } else {
+    for (std::size_t s = 1; s <= MaxStates; ++s) {
+      if (Model.StateMonitored[s] != 0) AddState(s, trace);
+    }
+  }
+  if (Model.AutoNoise != 0) AddNoise(trace);
+  if (Model.AutoFilter != 0) GaussianFilter(trace, Model.AutoFilterFc);
+  PlotTrace(erase);
+}
+
+void RefreshTrace() {
+  if (Trace.TraceParsed != 0) {
+    MessagePopup(WarningTitle, ParsedText);
+    return;
+  }
+  if (Model.MultiSubunit != 0 && Result.ResultKind == ResultMonteCarlo) {
+    PlotTrace(true);  // occupancies hold the last subunit alone
+    return;
+  }
+  if (Trace.RsCorrected != 0 && !ConfirmPopup(WarningTitle, RemovesCorrection)) return;
+  ConvertTrace(true);
+  Trace.RsCorrected = 0;
+  Trace.TraceUnits = Model.DisplayUnits;
+}
+
+void ClearTrace() {
+  ClearSamples(Trace.SimTraceUsed);
+  Trace.TraceValid = 0;
+  RemoveTracePlots();
+}
+
+int AxisDecimals(float lengthMs) {
+  if (lengthMs < 10.0F) return 2;
+  return lengthMs < 100.0F ? 1 : 0;
+}
+
+}  // namespace zelvane

@@ -1,0 +1,136 @@
+#include "sim/run.h"
+
+#include "io/trace_store.h"
+#include "model/model.h"
+#include "model/model_panels.h"
+#include "model/model_store.h"
+#include "noise/noise_store.h"
+#include "screen/popups.h"
+#include "sim/integrator.h"
+#include "sim/monte_carlo_loop.h"
+#include "sim/result_store.h"
+#include "sim/run_panel.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char TooManyConnections[] =
+    "No state can connect to more than five other states for Monte Carlo simulations.";
+constexpr char NoConnections[] = "No states connected.";
+constexpr char NoSubunitIntegration[] = "Cannot run integrator for cooperative multi-subunit receptors.";
+constexpr char NoLength[] = "A run needs at least one point and a time interval above 0.";
+constexpr char NoEquilibrium[] =
+    "This version cannot compute equilibrium occupancies. The run starts from the starting occupancies of "
+    "the model.";
+
+bool TalksToUser() {
+  return Model.FitActive == 0;
+}
+
+/// Fills `Result.StateClass`: state 1 has level 1, each new conductance the next. Floats are compared
+/// exactly.
+void ClassifyConductances() {
+  int levels = 0;
+  for (int s = 1; s <= MaxStates; ++s) {
+    int level = 0;
+    for (int former = 1; former < s && level == 0; ++former) {
+      if (Model.StateConductance[former] == Model.StateConductance[s]) level = Result.StateClass[former];
+    }
+    Result.StateClass[s] = level != 0 ? level : ++levels;
+  }
+}
+
+/// Whether there is something to run: a panel or a file can bring no points, or points without time.
+bool HasLength() {
+  if (Model.NumPoints >= 1 && Model.ADInterval > 0.0F) return true;
+  if (TalksToUser()) MessagePopup(ErrorTitle, NoLength);
+  return false;
+}
+
+void TellOfEquilibrium() {
+  if (TalksToUser() && Model.StartAtEquilibrium != 0) MessagePopup(WarningTitle, NoEquilibrium);
+}
+
+void ReadRates() {
+  if (Model.ModelIs2D != 0) {
+    ReadGridRates();
+  } else {
+    ReadTableRates();
+  }
+}
+
+/// Fills the connection table: the states that each state can leave to, in rising order.
+/// @return the number of connections of the whole scheme
+int BuildConnections() {
+  int sum = 0;
+  for (int from = 1; from <= MaxStates; ++from) {
+    int count = 0;
+    for (int to = 1; to <= MaxStates; ++to) {
+      if (to != from && Model.RateMatrix[from][to] > 0.0F) Result.Connection[from][++count] = to;
+    }
+    Result.ConnectionCount[from] = count;
+    sum += count;
+  }
+  return sum;
+}
+
+/// Whether the scheme can run; else the user is told why.
+bool SchemeIsConnected() {
+  const int sum = BuildConnections();
+  if (Model.SimulatorKind == MonteCarlo) {
+    for (int s = 1; s <= MaxStates; ++s) {
+      if (Result.ConnectionCount[s] <= MaxConnections) continue;
+      if (TalksToUser()) MessagePopup(ErrorTitle, TooManyConnections);
+      return false;
+    }
+  }
+  if (sum != 0) return true;
+  if (TalksToUser()) MessagePopup(ErrorTitle, NoConnections);
+  return false;
+}
+
+void RunIntegrator() {
+  Result.EffectiveChannels = static_cast<float>(Model.NumChannels);
+  const bool weighted = Model.DisplayUnits == UnitsConductance || Model.DisplayUnits == UnitsCurrent;
+  if (Model.MultiSubunit != 0 && weighted) {
+    if (TalksToUser()) MessagePopup(WarningTitle, NoSubunitIntegration);
+    return;
+  }
+  IntegrateModel();
+  Trace.TraceValid = 1;
+  Trace.TraceParsed = 0;
+  Trace.RsCorrected = 0;
+  if (TalksToUser()) ResetProgress();
+  Result.StopRequested = 0;
+}
+
+}  // namespace
+
+void RunSimulation(int numPoints) {
+  Model.NumPoints = numPoints;
+  if (TalksToUser()) {
+    ClassifyConductances();
+    ReadRunParameters();
+  }
+  LimitNumPoints();
+  if (!HasLength()) return;
+  Result.StopRequested = 0;
+  Noise.RecordPoints = Model.NumPoints;
+  TellOfEquilibrium();
+  if (TalksToUser()) ReadRates();
+  if (Model.ModelIs2D == 0) ActivateTableModel();
+  Trace.TraceUnits = Model.DisplayUnits;
+  ClearSamples(Model.NumPoints);
+  ClearOccupancy(Model.NumPoints);
+  if (Model.ModelIs2D != 0) RatesFromGrid();
+  if (!SchemeIsConnected()) return;
+  Trace.TraceValid = 0;
+  if (TalksToUser()) ShowDataName();
+  if (Model.SimulatorKind == MonteCarlo) {
+    RunMonteCarlo();
+  } else {
+    RunIntegrator();
+  }
+}
+
+}  // namespace zelvane
