@@ -14,10 +14,10 @@ struct Graph;
 
 /// A file dialog.
 struct FileRequest {
-  std::string title;
-  std::string directory;    // where it opens; empty = the last folder used
-  std::string defaultName;  // name or pattern it offers
-  std::string filter;       // "*.mod", or several split by ";"
+  std::string title{};
+  std::string directory{};    // where it opens; empty = the last folder used
+  std::string defaultName{};  // name or pattern it offers
+  std::string filter{};       // "*.mod", or several split by ";"
   bool save = false;
   bool multiple = false;
 };
