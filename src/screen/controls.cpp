@@ -255,8 +255,12 @@ Refusal PressMenu(MenuItem& item) {
   return {};
 }
 
-void RightClick(const Control& control) {
-  MessagePopup(HelpTitle, control.help);
+void RightClick(Control& control) {
+  if (!control.helpActs) {
+    MessagePopup(HelpTitle, control.help);
+  } else if (Screen.busy == 0) {
+    CommitControl(control, PressLine(control));
+  }
 }
 
 void ClosePanel(Panel& panel) {

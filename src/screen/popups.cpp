@@ -16,6 +16,8 @@ FrontEnd& Current() {
   return frontEnd;
 }
 
+constexpr std::string_view NoHelpFile = "The help file is missing beside the program.";
+
 struct FileErrorText {
   int code;
   std::string_view text;
@@ -110,6 +112,14 @@ void ResetProgress() {
   ShowProgress(-1.0);
 }
 
+void Breathe() {
+  if (Current().breathe) Current().breathe();
+}
+
+void SystemHelp(int topic) {
+  if (Current().help && !Current().help(topic)) MessagePopup(FileErrorTitle, NoHelpFile);
+}
+
 void QuitUserInterface() {
   if (Current().quit) Current().quit();
 }
@@ -120,6 +130,10 @@ void AnnouncePanel(Panel& panel) {
 
 void AnnounceGraph(Graph& graph) {
   if (Current().graphChanged) Current().graphChanged(graph);
+}
+
+void AnnouncePrint(Panel& panel) {
+  if (Current().print) Current().print(panel);
 }
 
 bool AskModal(Panel& panel, const char* text) {

@@ -37,12 +37,23 @@ std::vector<std::string> MultiFileSelectPopup(FileRequest request);
 /// Lets user events that wait run: a stop button can work. Called by long loops at fixed moments.
 void ProcessSystemEvents();
 
+/// Lets a window repaint and take a click on the stop button within a stretch that pumps no events. Unlike
+/// ProcessSystemEvents it is called at moments of the clock, so nothing that a run computes may rest on it.
+void Breathe();
+
 /// Writes a line to the program's console.
 void ConsoleLine(std::string_view text);
 
 /// Moves the progress bar, from 0 to 1, with a text beside it. ResetProgress empties it.
 void ShowProgress(double fraction, std::string_view text = {});
 void ResetProgress();
+
+/// Opens the help at a topic; HelpContents is its table of contents. A missing help file is told.
+inline constexpr int HelpContents = 0;
+void SystemHelp(int topic);
+
+/// Prints a panel with its present content, through the system's print dialog.
+void PrintPanel(std::string_view panel);
 
 /// Ends the event loop with result 0.
 void QuitUserInterface();

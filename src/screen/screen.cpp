@@ -94,6 +94,7 @@ Control& AddControl(std::string_view panelName, std::string_view group, const Co
   control.choices = Words(decl.choices);
   control.choiceBase = decl.choiceBase;
   control.whileBusy = decl.whileBusy;
+  control.helpActs = decl.helpActs;
   control.field = FindField(control.name);
   panel.controls.push_back(&control);
   Names().controls.emplace(control.name, &control);
@@ -211,6 +212,10 @@ void HidePanel(std::string_view name) {
 
 bool PanelVisible(std::string_view name) {
   return PanelNamed(name).visible;
+}
+
+void PrintPanel(std::string_view name) {
+  AnnouncePrint(PanelNamed(name));
 }
 
 void ShowTask(std::string_view name) {

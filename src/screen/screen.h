@@ -60,6 +60,7 @@ struct ControlDecl {
   const char* choices = "";  // words of a Choice, or of a Switch's two positions, split by '|'
   int choiceBase = 0;        // value of the first word
   bool whileBusy = false;    // may act while a run has the stores in use (the stop button)
+  bool helpActs = false;     // a right click runs the action too: buttons that ask whether to open the help
 };
 
 /// A control as the user sees it.
@@ -78,6 +79,7 @@ struct Control {
   std::vector<std::string> choices;
   int choiceBase = 0;
   bool whileBusy = false;
+  bool helpActs = false;
   FieldRef field;       // empty for a control of its own
   double number = 0.0;  // value of a Number, Switch or Choice
   std::string text;     // value of a Text or Readout
@@ -312,8 +314,9 @@ Refusal Commit(Control& control);
 Refusal Press(Control& control);
 Refusal PressMenu(MenuItem& item);
 
-/// Right click: shows the control's help under "? Help" and does nothing else.
-void RightClick(const Control& control);
+/// Right click: shows the control's help under "? Help" and does nothing else. A help button acts as on a
+/// commit.
+void RightClick(Control& control);
 
 void ClosePanel(Panel& panel);
 void PressKey(Panel& panel, std::string_view key);

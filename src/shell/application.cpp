@@ -11,6 +11,8 @@
 #include "screen/observer.h"
 #include "screen/screen.h"
 #include "shell/about_panel.h"
+#include "shell/help.h"
+#include "shell/recorder.h"
 #include "shell/stores.h"
 #include "shell/undo.h"
 #include "shell/zoom_graph.h"
@@ -105,6 +107,8 @@ void AddAllPanels() {
   AddInitialConditionsPanel();
   AddValuesTablePanel();
   AddTableModelPanel();
+  AddHelp();
+  AddRecorderMenu();
   AddMenu(ShellMenu);
   Panel& main = PanelNamed("MainPanel");
   main.close = AskToClose;
@@ -134,6 +138,7 @@ void StartApplication(const StartOptions& options) {
   ShowPanel("MainPanel");
   OpenNamedFiles(options);
   StartUndo();
+  WatchForRecorder();
   if (options.seeds) SetSeeds(*options.seeds);
 }
 

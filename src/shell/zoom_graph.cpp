@@ -6,12 +6,12 @@
 namespace zelvane {
 namespace {
 
-constexpr double MinDragPixels = 5.0;    // a drag must be longer than this to zoom
-constexpr double MinXSpan = 10.0;        // units of the x axis
-constexpr double SmallestHalvedX = 13.0; // spans below this one are cut to MinXSpan, not halved
+constexpr double MinDragPixels = 5.0;     // a drag must be longer than this to zoom
+constexpr double MinXSpan = 10.0;         // units of the x axis
+constexpr double SmallestHalvedX = 13.0;  // spans below this one are cut to MinXSpan, not halved
 constexpr double MinThumbPixels = 10.0;
-constexpr double MinThumbShare = 0.01;   // of the bar
-constexpr double ButtonShift = 0.1;      // of the span
+constexpr double MinThumbShare = 0.01;  // of the bar
+constexpr double ButtonShift = 0.1;     // of the span
 
 Axis& AxisOf(Graph& graph, char axis) {
   return axis == 'x' ? graph.x : graph.y;
@@ -25,7 +25,8 @@ DataRange FullRange(const Graph& graph, char axis) {
   return axis == 'x' ? DataRange{graph.fullXMin, graph.fullXMax} : DataRange{graph.fullYMin, graph.fullYMax};
 }
 
-/// Fixes an axis at a new range and tells the owner. False when that is the range in view already, or no range.
+/// Fixes an axis at a new range and tells the owner. False when that is the range in view already, or no
+/// range.
 bool ChangeView(Graph& graph, char axis, double min, double max) {
   const DataRange view = ViewRange(graph, axis);
   if (!std::isfinite(min) || !std::isfinite(max) || (min == view.min && max == view.max)) return false;
@@ -111,7 +112,8 @@ void ZoomStrip(Graph& graph, char axis, double a, double b) {
   const DataRange view = ViewRange(graph, axis);
   const double span = view.max - view.min;
   if (axis == 'y') {
-    ChangeView(graph, 'y', view.min + span * (length - to) / length, view.min + span * (length - from) / length);
+    ChangeView(graph, 'y', view.min + span * (length - to) / length,
+               view.min + span * (length - from) / length);
     return;
   }
   const double min = view.min + span * from / length;
@@ -121,15 +123,24 @@ void ZoomStrip(Graph& graph, char axis, double a, double b) {
 }
 
 bool ZoomButton(Graph& graph, std::string_view button) {
-  if (button == "xexpand") ExpandX(graph);
-  else if (button == "xcontract") ContractX(graph);
-  else if (button == "yexpand") ExpandY(graph);
-  else if (button == "ycontract") ContractY(graph);
-  else if (button == "left") PressShift(graph, 'x', -1.0);
-  else if (button == "right") PressShift(graph, 'x', 1.0);
-  else if (button == "up") PressShift(graph, 'y', 1.0);
-  else if (button == "down") PressShift(graph, 'y', -1.0);
-  else return false;
+  if (button == "xexpand")
+    ExpandX(graph);
+  else if (button == "xcontract")
+    ContractX(graph);
+  else if (button == "yexpand")
+    ExpandY(graph);
+  else if (button == "ycontract")
+    ContractY(graph);
+  else if (button == "left")
+    PressShift(graph, 'x', -1.0);
+  else if (button == "right")
+    PressShift(graph, 'x', 1.0);
+  else if (button == "up")
+    PressShift(graph, 'y', 1.0);
+  else if (button == "down")
+    PressShift(graph, 'y', -1.0);
+  else
+    return false;
   return true;
 }
 

@@ -104,11 +104,11 @@ TEST_F(ApplicationTest, ResetBringsEveryFieldBack) {
 TEST_F(ApplicationTest, ARightClickOnAnyControlExplainsItAndChangesNothing) {
   Start();
   const std::string before = StoreDigest();
-  for (const Control& control : Screen.controls) {
+  for (Control& control : Screen.controls) {
     popups.clear();
     RightClick(control);
     ASSERT_EQ(popups.size(), 1U) << control.name;
-    EXPECT_EQ(popups[0].title, "? Help") << control.name;
+    EXPECT_EQ(popups[0].title, control.helpActs ? "? Main Panel Help" : "? Help") << control.name;
     EXPECT_FALSE(popups[0].text.empty()) << control.name << " (" << control.command << ") has no help";
   }
   EXPECT_EQ(StoreDigest(), before);

@@ -9,6 +9,8 @@ struct Graph;
 void AnnouncePanel(Panel& panel);
 void AnnounceGraph(Graph& graph);
 
+void AnnouncePrint(Panel& panel);
+
 /// Runs a panel modally through the front end; false when cancelled or when there is none.
 bool AskModal(Panel& panel, const char* text);
 

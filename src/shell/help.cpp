@@ -1,0 +1,90 @@
+#include "shell/help.h"
+
+#include "screen/screen.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char MainHelpTitle[] = "? Main Panel Help";
+
+constexpr char MainHelp[] =
+    "Build a kinetic scheme: switch states on, enter the rate constants of the links between them, and say "
+    "which "
+    "rates depend on voltage or on a drug.\nSet the states to be monitored, the number of points and the "
+    "time "
+    "interval, and press Run.\nThe stimulus that drives the scheme is built on the stimulus panel.\n\n"
+    "ON LINE HELP AVAILABLE by clicking right mouse button on item in question. \n\nView System Help Now? ";
+
+constexpr char StimulusHelp[] =
+    "Choose a mode and the profile to be shown: the voltage or one of six drugs.\nAUTOMATIC keeps one step "
+    "up to date; "
+    "MANUAL and EXPONENTIAL add steps, trains and waveforms to what the profile holds. Erase first for a new "
+    "stimulus.\nTimes are in ms, concentrations in M, voltages in V.\n\n"
+    "ON LINE HELP AVAILABLE by clicking right mouse button on item in question. \n\nView System Help Now? ";
+
+void HelpMainScreen(const ControlEvent&) {
+  if (ConfirmPopup(MainHelpTitle, MainHelp)) SystemHelp(HelpContents);
+}
+
+void StimHelp(const ControlEvent&) {
+  if (ConfirmPopup(MainHelpTitle, StimulusHelp)) SystemHelp(HelpStimulus);
+}
+
+void FxnHelp() {
+  SystemHelp(HelpContents);
+}
+
+void FxnHotKey() {
+  SystemHelp(HelpHotKeys);
+}
+
+// Print commands stand beside the help buttons: both are commands on a whole panel.
+constexpr char PrintMainHelp[] =
+    "Print Modeling Panel. Print from menu to access setup options.\nUses default Windows Printer settings.";
+constexpr char PrintStimHelp[] =
+    "Print Stimulus Panel as it appears on screen.\nUses default Windows Printer settings.";
+
+void PrintMainScreen(const ControlEvent&) {
+  PrintPanel("MainPanel");
+}
+void PrintStim(const ControlEvent&) {
+  PrintPanel("StimulusPanel");
+}
+
+void PrintFront() {
+  for (const Panel& panel : Screen.panels) {
+    if (!panel.tag.empty() && panel.visible) {
+      PrintPanel(panel.name);
+      return;
+    }
+  }
+}
+
+// clang-format off
+constexpr ControlDecl MainControls[] = {
+    // name          kind                 label    unit format command            action           help
+    {"MainHelp",     ControlKind::Button, "Help",  "",  "",    "HelpMainScreen",  HelpMainScreen,  MainHelp,
+     0, 0, "", 0, false, true},
+    {"PrintMain",    ControlKind::Button, "Print", "",  "",    "PrintMainScreen", PrintMainScreen, PrintMainHelp},
+};
+constexpr ControlDecl StimulusControls[] = {
+    {"StimulusHelp", ControlKind::Button, "Help",  "",  "",    "StimHelp",        StimHelp,        StimulusHelp,
+     0, 0, "", 0, false, true},
+    {"PrintStimulus", ControlKind::Button, "Print", "", "",    "PrintStim",       PrintStim,       PrintStimHelp},
+};
+constexpr MenuDecl HelpMenu[] = {
+    {"File/Print...",    "FxnPrint",  PrintFront, "Ctrl+P"},
+    {"Help/Contents",    "FxnHelp",   FxnHelp,    "F1"},
+    {"Help/Keyboard",    "FxnHotKey", FxnHotKey},
+};
+// clang-format on
+
+}  // namespace
+
+void AddHelp() {
+  AddControls("MainPanel", "shell", MainControls);
+  AddControls("StimulusPanel", "shell", StimulusControls);
+  AddMenu(HelpMenu);
+}
+
+}  // namespace zelvane

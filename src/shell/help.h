@@ -1,0 +1,13 @@
+// Longer help: the questions that lead to the help file, and the file's topics.
+#pragma once
+
+namespace zelvane {
+
+// -- Topics of the help file --
+inline constexpr int HelpHotKeys = 1001;
+inline constexpr int HelpStimulus = 22000;
+
+/// Adds the help buttons to their panels and the Help menu. Needs MainPanel and StimulusPanel.
+void AddHelp();
+
+}  // namespace zelvane
