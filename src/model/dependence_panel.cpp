@@ -15,6 +15,10 @@ constexpr char DependencePanelName[] = "DependencePanel";
 constexpr char LabelsGroup[] = "labels";
 constexpr char SettingsGroup[] = "settings";
 
+// DependVolt stands for two switches of which one at most is on. The second can be on out of a file only; it
+// selects nothing, and a rate keeps it until its panel is closed.
+constexpr int SecondVoltSwitch = 2;
+
 /// The rate that the panel is open for; from is 0 while it is closed.
 struct OpenRate {
   int from = 0;
@@ -28,7 +32,7 @@ DependenceTables& OpenTables() {
 }
 
 std::string DrugControl(int drug) {
-  return "DependDrug[" + std::to_string(drug) + "]";
+  return FormatText("DependDrug[%d]", drug);
 }
 
 /// A number of the panel as the store keeps it. A typed value beyond the range of a float is held to its
@@ -55,8 +59,6 @@ constexpr ControlDecl LabelControls[] = {
      "Name of drug %d, up to 31 characters, common to all rates.", 1, MaxDrugs},
 };
 
-// DependVolt stands for two switches of which one at most is on. The second can be on out of a file only; it
-// selects nothing, and a rate keeps it until its panel is closed.
 constexpr ControlDecl SettingControls[] = {
     {"DependDrug[%d]",    ControlKind::Switch,  "Drug %d", "M", "%g", "FxnDependDrug%d", nullptr,
      "Multiply the rate by the concentration of drug %d.", 1, MaxDrugs, "off|on"},
@@ -111,7 +113,8 @@ void ReloadDependencePanel() {
   for (int drug = 1; drug <= MaxDrugs; ++drug) {
     ShowNumber(DrugControl(drug), tables.Drug[drug][Open.from][Open.to] != 0 ? 1.0 : 0.0);
   }
-  ShowNumber("DependVolt", std::clamp(tables.Volt[Open.from][Open.to], 0, 2));
+  const int volt = tables.Volt[Open.from][Open.to];
+  ShowNumber("DependVolt", volt == 0 || volt == 1 ? volt : SecondVoltSwitch);
   ShowNumber("DependSteepness", static_cast<double>(tables.Steepness[Open.from][Open.to]));
   ShowNumber("DependTemperature", static_cast<double>(Model.Temperature));
   ShowNumber("DependCode", RateCode(Open.from, Open.to));

@@ -33,6 +33,13 @@ constexpr MenuDecl ModelMenu[] = {
 };
 // clang-format on
 
+/// Takes over what is typed on both forms, so that showing the store again loses nothing.
+void ReadBothForms() {
+  ReadGridRates();
+  ReadTableRates();
+  GetTableNames();
+}
+
 void RefreshGrid() {
   WriteGridRates();
   ShowGridConductances();
@@ -71,8 +78,7 @@ void FxnGetGraphModel() {
 
 void FxnSetGraphModel() {
   CloseDependencePanel();
-  GetTableNames();
-  ReadTableRates();
+  ReadBothForms();
   const bool ratesLeft = CopyTableToGrid();
   if (ratesLeft) MessagePopup(WarningTitle, RatesLeftBehind);
   Model.ModelIs2D = 1;
@@ -82,18 +88,21 @@ void FxnSetGraphModel() {
 
 void FxnClearModel() {
   if (!ConfirmPopup(NoTitle, ClearBothQuestion)) return;
+  ReadBothForms();
   ClearModel();
   RefreshModelPanels();
 }
 
 void FxnClear2DModel() {
   if (!ConfirmPopup(NoTitle, ClearGridQuestion)) return;
+  ReadBothForms();
   ClearGridModel();
   RefreshModelPanels();
 }
 
 void FxnClearTModel() {
   if (!ConfirmPopup(NoTitle, ClearTableQuestion)) return;
+  ReadBothForms();
   ClearTableModel();
   RefreshModelPanels();
 }

@@ -75,7 +75,7 @@ constexpr ControlDecl LinkRowControls[] = {
      1, MaxLinks},
     {"DependOff[%d]", ControlKind::Button,  "K%d off...", "", "", "FxnDepend%dOff", FxnDependOff, DependHelp,
      1, MaxLinks},
-    {"Kd[%d]",        ControlKind::Readout, "",           "M", "Kd=%.1eM", "", nullptr,
+    {"Kd[%d]",        ControlKind::Readout, "Kd%d",       "M", "Kd=%.1eM", "", nullptr,
      "Dissociation constant of link K%d, shown when one of its rates depends on the stimulus.", 1, MaxLinks},
 };
 
@@ -112,7 +112,7 @@ constexpr ControlDecl CommandControls[] = {
 void FindDimmedControls() {
   FormOnPanel = &ControlNamed("ModelForm");
   for (int n = 1; n <= MaxLinks; ++n) {
-    const std::string index = "[" + std::to_string(n) + "]";
+    const std::string index = FormatText("[%d]", n);
     LinksOnPanel[n] = {&ControlNamed("KOn" + index), &ControlNamed("KOff" + index),
                        &ControlNamed("Kd" + index), &ControlNamed("DependOn" + index),
                        &ControlNamed("DependOff" + index)};
@@ -142,7 +142,7 @@ void ClearLinkReadouts() {
 /// The switches of the monitored states stand beside the graph and are declared with it.
 void ShowMonitoredStates() {
   for (int s = 1; s <= MaxStates; ++s) {
-    const std::string name = "StateMonitored[" + std::to_string(s) + "]";
+    const std::string name = FormatText("StateMonitored[%d]", s);
     if (FindControl(name) != nullptr) ShowNumber(name, Model.StateMonitored[s]);
   }
 }
@@ -192,7 +192,7 @@ void RefreshLinks() {
 
 void ShowGridConductances() {
   for (int s = 1; s <= MaxStates; ++s) {
-    Control& readout = ControlNamed("GridConductance[" + std::to_string(s) + "]");
+    Control& readout = ControlNamed(FormatText("GridConductance[%d]", s));
     readout.number = static_cast<double>(Model.StateConductance[s]);
     readout.text = readout.number > 0.0 ? FormatNumber(readout.format, readout.number) : std::string{};
   }

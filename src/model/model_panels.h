@@ -13,7 +13,7 @@ void AddTableModelPanel();
 void AddModelMenu();
 
 // -- Panel to store and back --
-void ReadGridRates();
+void ReadGridRates();   // KOn and KOff, and with them the title and the labels typed beside them
 void WriteGridRates();
 void ReadTableRates();   // all 380 cells into TableRate
 void WriteTableRates();  // cells, marks, buttons and labels

@@ -48,8 +48,8 @@ void AddCell(int from, int to) {
   const std::string pair = FormatText("[%d][%d]", from, to);
   const std::string label = FormatText("%d to %d", from, to);
   const std::string rateName = "TableRate" + pair;
-  const std::string rateHelp = "Rate constant from state " + std::to_string(from) + " to state " +
-                               std::to_string(to) + " in s-1 or M-1s-1; 0 means no transition.";
+  const std::string rateHelp = FormatText(
+      "Rate constant from state %d to state %d in s-1 or M-1s-1; 0 means no transition.", from, to);
   Cells[from][to] = &AddControl(TablePanelName, RatesGroup,
                                 {.name = rateName.c_str(),
                                  .kind = ControlKind::Number,

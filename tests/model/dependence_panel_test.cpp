@@ -1,0 +1,116 @@
+// The panel on which one rate's dependence is set.
+#include "model/model.h"
+#include "model/model_panels.h"
+#include "pressing.h"
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+using DependencePanelTest = PanelTest;
+
+TEST_F(DependencePanelTest, OpensForTheRateOfItsButton) {
+  struct Case {
+    const char* command;
+    const char* code;
+  };
+  for (const Case& c :
+       {Case{"FxnDepend1On", "102"}, Case{"FxnDepend31Off", "2019"}, Case{"FxnDepend15On", "712"},
+        Case{"fxndep1207", "1207"}, Case{"fxndep0120", "120"}}) {
+    PressCommand(c.command);
+    EXPECT_TRUE(PanelVisible("DependencePanel"));
+    EXPECT_EQ(Shown("DependCode"), c.code);
+  }
+}
+
+TEST_F(DependencePanelTest, StoresTheSettingsOfAGridRateWhenClosed) {
+  PressCommand("FxnDepend1Off");
+  Enter("DependDrug[4]", "1");
+  Enter("DependVolt", "1");
+  TypeOnly("DependSteepness", "-0.5");
+  TypeOnly("DependTemperature", "37");
+  TypeOnly("DrugLabel[4]", "Glycine");
+  EXPECT_EQ(Model.Depend.Drug[4][2][1], 0);
+  PressCommand("FxnExitConc");
+  EXPECT_FALSE(PanelVisible("DependencePanel"));
+  EXPECT_EQ(Model.Depend.Drug[4][2][1], 1);
+  EXPECT_EQ(Model.Depend.Volt[2][1], 1);
+  EXPECT_EQ(Model.Depend.Steepness[2][1], -0.5F);
+  EXPECT_EQ(Model.Depend.Range[2][1], 37.0F);
+  EXPECT_EQ(Model.Temperature, 25.0F) << "the temperature of the program follows its own field's commit";
+  EXPECT_EQ(Model.DrugLabel[4], "Glycine");
+  EXPECT_EQ(Model.Depend.Drug[4][1][2], 0);
+  EXPECT_EQ(Model.TableDepend.Drug[4][2][1], 0);
+}
+
+TEST_F(DependencePanelTest, StoresTheSettingsOfATableRateAndMarksItsButton) {
+  PressCommand("FxnTableModel");
+  PressCommand("fxndep0107");
+  Enter("DependDrug[2]", "1");
+  Enter("DependVolt", "1");
+  TypeOnly("DependTemperature", "37");
+  PressCommand("FxnExitConc");
+  EXPECT_EQ(Model.TableDepend.Drug[2][1][7], 1);
+  EXPECT_EQ(Model.TableDepend.Range[1][7], 37.0F);
+  EXPECT_EQ(Model.Temperature, 37.0F);
+  EXPECT_EQ(Model.Depend.Drug[2][1][7], 0);
+  EXPECT_EQ(ControlNamed("TableDepend[1][7]").colour, "green");
+  EXPECT_EQ(ControlNamed("TableDepend[1][7]").label, "2V");
+  PressCommand("fxndep0107");
+  EXPECT_EQ(ControlNumber("DependDrug[2]"), 1.0);
+  EXPECT_EQ(ControlNumber("DependDrug[1]"), 0.0);
+  Enter("DependDrug[2]", "0");
+  Enter("DependVolt", "0");
+  PressCommand("FxnExitConc");
+  EXPECT_EQ(Model.TableDepend.Volt[1][7], 0);
+  EXPECT_EQ(ControlNamed("TableDepend[1][7]").colour, "");
+}
+
+TEST_F(DependencePanelTest, ShowsTheCoefficientInBothForms) {
+  PressCommand("FxnDepend1On");
+  Enter("DependSteepness", "1");
+  EXPECT_EQ(Shown("DependGrowth"), "Voltage    kv=k exp(38.91535 Vh)");
+  EXPECT_EQ(Shown("DependEfold"), "Voltage    kv=k exp(Vh / 0.02570)");
+  Enter("DependTemperature", "10");
+  EXPECT_EQ(Model.Temperature, 10.0F);
+  EXPECT_EQ(Shown("DependGrowth"), "Voltage    kv=k exp(40.97683 Vh)");  // 11603 / 283.16
+}
+
+TEST_F(DependencePanelTest, AFlagOfTwoShowsTheSecondSwitchAndGoesWithTheNextClose) {
+  Model.Depend.Volt[1][2] = 2;
+  RefreshModelPanels();
+  EXPECT_EQ(ControlNamed("KOn[1]").colour, "green");
+  PressCommand("FxnDepend1On");
+  EXPECT_EQ(ControlNumber("DependVolt"), 2.0);
+  PressCommand("FxnExitConc");
+  EXPECT_EQ(Model.Depend.Volt[1][2], 0);
+}
+
+TEST_F(DependencePanelTest, OpeningAnotherRateKeepsWhatWasSetForTheFirst) {
+  PressCommand("FxnDepend1On");
+  Enter("DependDrug[1]", "1");
+  PressCommand("FxnDepend1Off");
+  EXPECT_EQ(ControlNumber("DependDrug[1]"), 0.0);
+  ClosePanel(PanelNamed("DependencePanel"));
+  EXPECT_EQ(Model.Depend.Drug[1][1][2], 1);
+  EXPECT_EQ(Model.Depend.Drug[1][2][1], 0);
+}
+
+TEST_F(DependencePanelTest, AnotherModelIsNotOverwrittenByAnOpenPanel) {
+  PressCommand("FxnDepend1On");
+  Model.Depend.Steepness[1][2] = 2.0F;  // as a file read meanwhile would
+  RefreshModelPanels();
+  EXPECT_EQ(ControlNumber("DependSteepness"), 2.0);
+  PressCommand("FxnExitConc");
+  EXPECT_EQ(Model.Depend.Steepness[1][2], 2.0F);
+}
+
+TEST_F(DependencePanelTest, AValueBeyondAFloatIsHeldToItsBound) {
+  PressCommand("FxnDepend1On");
+  TypeOnly("DependSteepness", "1e300");
+  PressCommand("FxnExitConc");
+  EXPECT_EQ(Model.Depend.Steepness[1][2], std::numeric_limits<float>::max());
+}
+
+}  // namespace
+}  // namespace zelvane

@@ -1,0 +1,118 @@
+// The table's panel, the switch between the forms and the transfers.
+#include "model/model.h"
+#include "model/model_panels.h"
+#include "pressing.h"
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+using FormsPanelTest = PanelTest;
+
+TEST_F(FormsPanelTest, ThereAre380CellsWithTheirButtonsAndNoDiagonal) {
+  int cells = 0;
+  for (const Control* control : PanelNamed("TableModelPanel").controls) {
+    if (control->name.starts_with("TableRate[")) ++cells;
+  }
+  EXPECT_EQ(cells, 380);
+  EXPECT_EQ(FindCommand("fxnk1920"), FindControl("TableRate[19][20]"));
+  EXPECT_EQ(FindCommand("fxndep1319"), FindControl("TableDepend[13][19]"));
+  EXPECT_EQ(FindCommand("fxnk0707"), nullptr);
+  EXPECT_EQ(FindControl("TableRate[7][7]"), nullptr);
+}
+
+TEST_F(FormsPanelTest, ACellTakesOverAllCellsAndIsMarkedUnlessZero) {
+  PressCommand("FxnTableModel");
+  TypeOnly("TableRate[20][19]", "12");
+  Enter("TableRate[1][7]", "3.5");
+  EXPECT_EQ(Model.TableRate[1][7], 3.5F);
+  EXPECT_EQ(Model.TableRate[20][19], 12.0F);
+  EXPECT_EQ(ControlNamed("TableRate[1][7]").colour, "mark");
+  EXPECT_EQ(ControlNamed("TableRate[20][19]").colour, "mark");
+  Enter("TableRate[1][7]", "0");
+  EXPECT_EQ(ControlNamed("TableRate[1][7]").colour, "");
+}
+
+TEST_F(FormsPanelTest, SwitchingMovesNoRateAndKeepsWhatWasTyped) {
+  TypeOnly("KOn[1]", "11");
+  PressCommand("FxnTableModel");
+  EXPECT_EQ(Model.ModelIs2D, 0);
+  EXPECT_TRUE(PanelVisible("TableModelPanel"));
+  EXPECT_EQ(Model.KOn[1], 11.0);
+  EXPECT_EQ(Model.TableRate[1][2], 0.0F);
+  TypeOnly("TableRate[3][1]", "31");
+  PressCommand("FxnMainModel");
+  EXPECT_EQ(Model.ModelIs2D, 1);
+  EXPECT_FALSE(PanelVisible("TableModelPanel"));
+  EXPECT_EQ(Screen.PanelTag, "MN");
+  EXPECT_EQ(Model.TableRate[3][1], 31.0F);
+  EXPECT_EQ(Model.KOn[1], 11.0);
+  EXPECT_EQ(ControlNamed("KOn[1]").number, 11.0);
+}
+
+TEST_F(FormsPanelTest, ClosingTheTableLeavesItTheModelThatRuns) {
+  PressCommand("FxnTableModel");
+  PressCommand("fxnquit");
+  EXPECT_FALSE(PanelVisible("TableModelPanel"));
+  EXPECT_EQ(Model.ModelIs2D, 0);
+}
+
+TEST_F(FormsPanelTest, TheGridIsCopiedIntoTheTableAsItStandsOnThePanel) {
+  for (const char* state : {"StateOn[1]", "StateOn[2]"}) Enter(state, "1");
+  TypeOnly("KOn[1]", "5");
+  TypeOnly("KOn[2]", "6");  // state 3 is off
+  TypeOnly("StateLabel[1]", "C0");
+  Model.Depend.Drug[3][1][2] = 1;
+  PressCommand("FxnGetGraphModel");
+  EXPECT_EQ(ControlNamed("TableRate[1][2]").number, 5.0);
+  EXPECT_EQ(ControlNamed("TableRate[1][2]").colour, "mark");
+  EXPECT_EQ(Model.TableRate[2][3], 0.0F);
+  EXPECT_EQ(Model.TableStateLabel[1], "C0");
+  EXPECT_EQ(Shown("TableStateLabel[1]"), "C0");
+  EXPECT_EQ(ControlNamed("TableDepend[1][2]").colour, "green");
+  EXPECT_EQ(ControlNamed("TableDepend[2][1]").colour, "");
+}
+
+TEST_F(FormsPanelTest, TheTableIsCopiedIntoTheGridWithAWarningForWhatStaysBehind) {
+  PressCommand("FxnTableModel");
+  TypeOnly("TableStateLabel[2]", "Open");
+  TypeOnly("TableRate[1][2]", "5");
+  PressCommand("FxnSetGraphModel");
+  EXPECT_TRUE(popups.empty());
+  EXPECT_EQ(Model.ModelIs2D, 1);
+  EXPECT_FALSE(PanelVisible("TableModelPanel"));
+  EXPECT_EQ(ControlNamed("KOn[1]").number, 5.0);
+  EXPECT_EQ(Shown("StateLabel[2]"), "Open");
+  EXPECT_EQ(ControlNamed("StateOn[2]").number, 1.0);
+  Enter("TableRate[1][7]", "1");
+  PressCommand("FxnSetGraphModel");
+  EXPECT_EQ(popups.back(),
+            (SeenPopup{"! Warning", "All rate constants for 3D model do not transfer to 2D model."}));
+  EXPECT_EQ(Model.KOn[1], 5.0);
+}
+
+TEST_F(FormsPanelTest, ClearingTheTableLeavesTheGrid) {
+  Enter("KOn[1]", "5");
+  Enter("TableRate[1][2]", "6");
+  answers = {true};
+  PressCommand("FxnClearTModel");
+  EXPECT_EQ(popups.back().text,
+            "Are you sure you want to clear all Table rate constants and concentation dependence?");
+  EXPECT_EQ(Model.KOn[1], 5.0);
+  EXPECT_EQ(ControlNamed("TableRate[1][2]").number, 0.0);
+  EXPECT_EQ(ControlNamed("TableRate[1][2]").colour, "");
+  EXPECT_EQ(Shown("TableStateLabel[1]"), "");
+}
+
+TEST_F(FormsPanelTest, ClearingTheGridLeavesTheTableAndWhatIsTypedThere) {
+  Enter("KOn[1]", "5");
+  TypeOnly("TableRate[1][2]", "6");
+  answers = {true};
+  PressCommand("FxnClear2DModel");
+  EXPECT_EQ(Model.KOn[1], 0.0);
+  EXPECT_EQ(Model.TableRate[1][2], 6.0F);
+  EXPECT_EQ(Model.TableStateLabel[1], "1");
+}
+
+}  // namespace
+}  // namespace zelvane
