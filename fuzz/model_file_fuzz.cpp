@@ -1,0 +1,72 @@
+// Any bytes as a model file: reading them must not fail, and what was read can be written and read back.
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "analysis/analysis_store.h"
+#include "fit/fit_store.h"
+#include "io/model_rows.h"
+#include "io/model_text.h"
+#include "model/constraints_store.h"
+#include "model/model_store.h"
+#include "rscm/rscm_store.h"
+#include "singlechannel/dwell_fit_store.h"
+#include "stimulus/stimulus_store.h"
+
+namespace zelvane {
+namespace {
+
+void ResetModelStores() {
+  // One set of initial values for all runs: building them anew would cost more than a small input does.
+  static const ModelStore model;
+  static const FitStore fit;
+  Model = model;
+  Fit = fit;
+  Constraints = ConstraintsStore{};
+  Stimulus = StimulusStore{};
+  Analysis = AnalysisStore{};
+  DwellFit = DwellFitStore{};
+  RsCm = RsCmStore{};
+}
+
+[[noreturn]] void Fault(const char* what) {
+  std::fprintf(stderr, "%s\n", what);
+  std::abort();
+}
+
+void CheckLineLengths(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t end = text.find('\n');
+    if (end == std::string_view::npos) Fault("the last line has no end");
+    if (end > MaxLineBytes) Fault("a line is too long to be read back");
+    text.remove_prefix(end + 1);
+  }
+}
+
+/// The stores after a model was saved and loaded, as text.
+std::string Reloaded(const std::string& text) {
+  CheckLineLengths(text);
+  ResetModelStores();
+  if (!ReadModelText(text)) Fault("a written model is not taken as one");
+  return ModelText();
+}
+
+void CheckOne(std::string_view bytes) {
+  ResetModelStores();
+  if (!ReadModelText(bytes)) return;
+  // The first saving may round to six decimals, and a field that the bytes did not hold may have stood
+  // outside the range of a loaded one. From there on nothing may change.
+  const std::string loaded = Reloaded(ModelText());
+  if (Reloaded(loaded) != loaded) Fault("a written model reads back as another one");
+}
+
+}  // namespace
+}  // namespace zelvane
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  zelvane::CheckOne({reinterpret_cast<const char*>(data), size});
+  return 0;
+}
