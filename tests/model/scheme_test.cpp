@@ -33,8 +33,8 @@ void FillBothForms() {
   Model.StateMonitored[3] = 1;
   Model.StateConductance[0] = 5.0F;
   Model.StateConductance[3] = 50.0F;
-  Model.StateLabel[1] = "C";
-  Model.TableStateLabel[1] = "T";
+  Model.StateLabel[1] = "Closed";
+  Model.TableStateLabel[1] = "Table";
   Model.DrugLabel[2] = "Glutamate";
   Model.ModelTitle = "A scheme";
   Model.ModelFileName = "a.mod";
