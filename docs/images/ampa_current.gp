@@ -24,9 +24,9 @@ set style arrow 2 heads filled size 0.09, 22 linewidth 1.3 linecolor rgb "#33333
 set arrow 1 from 0.23, 1 to 0.77, 1 arrowstyle 1
 set arrow 2 from 1.23, 1 to 1.77, 1 arrowstyle 1
 set arrow 3 from 2.23, 1 to 2.77, 1 arrowstyle 2
-set arrow 4 from 1, 0.73 to 1, 0.27 arrowstyle 2
-set arrow 5 from 2, 0.73 to 2, 0.27 arrowstyle 2
-set arrow 6 from 3, 0.73 to 3, 0.27 arrowstyle 2
+set arrow 4 from 1, 0.82 to 1, 0.18 arrowstyle 2
+set arrow 5 from 2, 0.82 to 2, 0.18 arrowstyle 2
+set arrow 6 from 3, 0.82 to 3, 0.18 arrowstyle 2
 set arrow 7 from 1.23, 0 to 1.77, 0 arrowstyle 1
 set arrow 8 from 2.23, 0 to 2.77, 0 arrowstyle 2
 set label 11 "green: glutamate binds" at 1.5, -0.42 center textcolor rgb "#2e8b57"
@@ -41,12 +41,20 @@ set tmargin at screen 0.95; set bmargin at screen 0.83
 set yrange [0:1.15]
 unset border; unset xtics; unset ytics
 set label 1 "1 mM glutamate, 1 ms" at 7, 0.6
-plot "+" using 1:($1 >= 5 && $1 < 6 ? 1 : 0) with steps linewidth 2 linecolor rgb "#2e8b57" notitle
+$pulse << END
+0,0
+5,0
+5,1
+6,1
+6,0
+40,0
+END
+plot $pulse using 1:2 with lines linewidth 2 linecolor rgb "#2e8b57" notitle
 unset label
-set border 3; set xtics nomirror 10; set ytics nomirror
+set border 3; set xtics nomirror 10; set ytics nomirror 10
 set tmargin at screen 0.78; set bmargin at screen 0.17
 set yrange [-45:3]
 set xlabel "Time (ms)"
 set ylabel "Macroscopic current (pA)"
-plot "out/trace.csv" using 1:2 every 20 with lines linewidth 2 linecolor rgb "#000080" notitle
+plot "out/trace.csv" using 1:2 every 50 with lines linewidth 2 linecolor rgb "#000080" notitle
 unset multiplot
