@@ -167,6 +167,7 @@ void AddMainPanel() {
 }
 
 void ReadGridRates() {
+  if (FindPanel(MainPanelName) == nullptr) return;
   ReadControls(MainPanelName, RatesGroup);
   ReadControls(MainPanelName, TextsGroup);
 }
@@ -200,6 +201,7 @@ void ShowGridConductances() {
 }
 
 void ShowSweepLength() {
+  if (FindPanel(MainPanelName) == nullptr) return;
   ShowNumber("SweepLength", static_cast<double>(Model.NumPoints) * static_cast<double>(Model.ADInterval));
 }
 
