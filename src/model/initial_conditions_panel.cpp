@@ -51,6 +51,7 @@ void AddInitialConditionsPanel() {
 }
 
 void WriteStartOccupancy() {
+  if (FindPanel(InitialConditionsPanelName) == nullptr) return;
   WriteControls(InitialConditionsPanelName, OccupanciesGroup);
 }
 

@@ -129,7 +129,7 @@ void ShowTableDependence(int from, int to) {
 }
 
 void ReadTableRates() {
-  ReadControls(TablePanelName, RatesGroup);
+  if (FindPanel(TablePanelName) != nullptr) ReadControls(TablePanelName, RatesGroup);
 }
 
 void WriteTableRates() {
@@ -139,7 +139,7 @@ void WriteTableRates() {
 }
 
 void GetTableNames() {
-  ReadControls(TablePanelName, LabelsGroup);
+  if (FindPanel(TablePanelName) != nullptr) ReadControls(TablePanelName, LabelsGroup);
 }
 
 }  // namespace zelvane
