@@ -1,0 +1,168 @@
+// GaussianFilter: kernel, gain, ends and refusals. Gains are the closed form exp(-(ln 2 / 2)(f / fc)^2).
+#include "noise/gaussian_filter.h"
+
+#include <cmath>
+#include <limits>
+#include <numbers>
+#include <random>
+
+#include "model/model_store.h"
+#include "noise/noise_store.h"
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+using GaussianFilterTest = StoreTest;
+
+constexpr char Aliasing[] = "Aliasing in data record at selecting filter frequency.";
+constexpr char TooHeavy[] = "Requested filtering is too heavy; too many points to filter.";
+constexpr char TooLight[] = "Requested filtering is too light; too few points to filter.";
+
+std::vector<float> Ramp(std::size_t size) {
+  std::vector<float> trace(size);
+  for (std::size_t i = 0; i < size; ++i) trace[i] = static_cast<float>(i % 17);
+  return trace;
+}
+
+// Coefficients worked out by hand for an interval of 0.01 ms: corner 2, 10 and 50 kHz.
+TEST_F(GaussianFilterTest, KernelsHaveTheirWorkedCoefficientsAndUnitSum) {
+  struct Case {
+    float corner;
+    int half;
+    double a0, a1;
+  };
+  for (const Case& c : {Case{0.02F, 26, 0.060219, 0.059537}, Case{0.1F, 5, 0.301084, 0.226470},
+                        Case{0.5F, 1, 0.929770, 0.035115}, Case{0.0006F, 883, 0.0, 0.0}}) {
+    SCOPED_TRACE(c.corner);
+    const GaussianKernel kernel = MakeGaussianKernel(c.corner);
+    EXPECT_EQ(kernel.half, c.half);
+    if (c.a0 > 0.0) {
+      EXPECT_NEAR(kernel.coefficient[0], c.a0, 1e-6);
+      EXPECT_NEAR(kernel.coefficient[1], c.a1, 1e-6);
+    }
+    double sum = kernel.coefficient[0];
+    for (int i = 1; i <= c.half; ++i) sum += 2.0 * kernel.coefficient[static_cast<std::size_t>(i)];
+    EXPECT_NEAR(sum, 1.0, 1e-5);
+  }
+  EXPECT_GT(MakeGaussianKernel(0.0005F).half, MaxKernelHalf);
+}
+
+TEST_F(GaussianFilterTest, AttenuatesSinesAsTheClosedFormSays) {
+  Model.ADInterval = 0.01F;
+  for (const double kHz : {0.5, 1.0, 2.0}) {
+    SCOPED_TRACE(kHz);
+    std::vector<float> trace(8000);
+    const auto sine = [&](std::size_t i) {
+      return std::sin(2.0 * std::numbers::pi * kHz * 0.01 * static_cast<double>(i));
+    };
+    for (std::size_t i = 0; i < trace.size(); ++i) trace[i] = static_cast<float>(sine(i));
+    GaussianFilter(trace, 1.0F);
+    const double gain = std::exp(-0.5 * std::numbers::ln2 * kHz * kHz);
+    // The kernel ends at 4 standard deviations.
+    for (std::size_t i = 1000; i < 7000; ++i) ASSERT_NEAR(trace[i], gain * sine(i), 2e-4) << i;
+  }
+}
+
+TEST_F(GaussianFilterTest, EqualsAConvolutionOfTheInputBitForBit) {
+  Model.ADInterval = 0.01F;
+  std::mt19937 random(7);
+  std::normal_distribution<float> normal;
+  for (const float fc : {0.5F, 2.0F, 10.0F, 50.0F}) {
+    std::vector<float> in(700);
+    for (float& sample : in) sample = normal(random);
+    std::vector<float> out = in;
+    GaussianFilter(out, fc);
+    const GaussianKernel kernel = MakeGaussianKernel(fc / 100.0F);
+    const int n = static_cast<int>(in.size());
+    for (int i = 0; i < n; ++i) {
+      float expected = in[static_cast<std::size_t>(i)];
+      if (i >= kernel.half && i < n - kernel.half) {
+        expected = 0.0F;
+        for (int j = i - kernel.half; j <= i + kernel.half; ++j) {
+          expected +=
+              kernel.coefficient[static_cast<std::size_t>(std::abs(j - i))] * in[static_cast<std::size_t>(j)];
+        }
+      }
+      ASSERT_EQ(out[static_cast<std::size_t>(i)], expected) << fc << " kHz, sample " << i;
+    }
+  }
+}
+
+TEST_F(GaussianFilterTest, KeepsAConstantAndTheCentreOfAStep) {
+  std::vector<float> constant(2000, -3.5F);
+  GaussianFilter(constant, 2.0F);
+  for (const float sample : constant) ASSERT_NEAR(sample, -3.5F, 1e-5F);
+  std::vector<float> step(2001, 0.0F);
+  for (std::size_t i = 1001; i < step.size(); ++i) step[i] = 1.0F;
+  step[1000] = 0.5F;
+  GaussianFilter(step, 2.0F);
+  for (std::size_t k = 0; k < 1000; ++k) ASSERT_NEAR(step[1000 - k] + step[1000 + k], 1.0F, 1e-5F) << k;
+}
+
+TEST_F(GaussianFilterTest, WarnsOfAliasingAboveHalfTheSamplingRateAndFilters) {
+  Model.ADInterval = 0.01F;
+  std::vector<float> trace = Ramp(100);
+  GaussianFilter(trace, 50.0F);
+  EXPECT_TRUE(popups.empty());
+  EXPECT_EQ(trace.front(), 0.0F);
+  EXPECT_NE(trace[17], 0.0F);
+  EXPECT_EQ(trace.back(), 14.0F);
+  GaussianFilter(trace, 51.0F);
+  EXPECT_EQ(popups, (std::vector<SeenPopup>{{"! Warning", Aliasing}}));
+}
+
+TEST_F(GaussianFilterTest, RefusesKernelsThatAreTooLongAndLeavesTheTrace) {
+  Model.ADInterval = 0.01F;
+  struct Case {
+    float fc;
+    int recordPoints;
+    const char* warning;
+  };
+  // Corners of 4.6 and 5.0 kHz make kernels of 11 and 10 coefficients a side.
+  for (const Case& c : {Case{0.05F, 10240, TooHeavy}, Case{1e-30F, 10240, TooHeavy}, Case{4.6F, 30, TooLight},
+                        Case{5.0F, 30, nullptr}, Case{0.06F, 10240, nullptr}, Case{60.0F, 1, Aliasing}}) {
+    SCOPED_TRACE(c.fc);
+    popups.clear();
+    Noise.RecordPoints = c.recordPoints;
+    std::vector<float> trace = Ramp(4000);
+    GaussianFilter(trace, c.fc);
+    EXPECT_EQ(PopupTexts(),
+              c.warning != nullptr ? std::vector<std::string>{c.warning} : std::vector<std::string>{});
+    EXPECT_EQ(trace == Ramp(4000), c.warning == TooHeavy || c.warning == TooLight);
+  }
+}
+
+TEST_F(GaussianFilterTest, IsSilentWhileAFitRuns) {
+  Model.FitActive = 1;
+  for (const float fc : {0.05F, 4.6F, 60.0F}) {
+    Noise.RecordPoints = 30;
+    std::vector<float> trace = Ramp(40);
+    GaussianFilter(trace, fc);
+    EXPECT_EQ(trace == Ramp(40), fc < 50.0F) << "the refusals stay in force";
+  }
+  EXPECT_TRUE(popups.empty());
+}
+
+TEST_F(GaussianFilterTest, LeavesTheTraceWholeForCornersThatAreNoneAndShortTraces) {
+  constexpr float Infinite = std::numeric_limits<float>::infinity();
+  for (const float fc : {0.0F, -1.0F, -Infinite, std::numeric_limits<float>::quiet_NaN()}) {
+    std::vector<float> trace = Ramp(200);
+    GaussianFilter(trace, fc);
+    EXPECT_EQ(trace, Ramp(200)) << fc;
+  }
+  for (std::size_t size = 0; size <= 52; ++size) {  // 2 kHz: 26 coefficients a side
+    std::vector<float> trace = Ramp(size);
+    GaussianFilter(trace, 2.0F);
+    EXPECT_EQ(trace, Ramp(size)) << size;
+  }
+  for (const float interval : {0.0F, -0.01F, std::numeric_limits<float>::quiet_NaN()}) {
+    Model.ADInterval = interval;
+    std::vector<float> trace = Ramp(200);
+    GaussianFilter(trace, 2.0F);
+    EXPECT_EQ(trace, Ramp(200)) << interval;
+  }
+}
+
+}  // namespace
+}  // namespace zelvane

@@ -1,0 +1,233 @@
+// The stimulus panel, pressed as a user does.
+#include <cmath>
+
+#include "model/model_store.h"
+#include "screen/screen.h"
+#include "stimulus/stimulus.h"
+#include "stimulus/stimulus_store.h"
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+class StimulusPanelTest : public PanelTest {
+ protected:
+  StimulusPanelTest() {
+    ShowTask("MainPanel");
+    StimPanelRefresh();
+    StimRebuild();
+  }
+
+  static void Enter(std::string_view control, std::string_view value) {
+    ASSERT_EQ(TypeInto(ControlNamed(control), value), "") << control;
+    ASSERT_EQ(Commit(ControlNamed(control)), "") << control;
+  }
+  static void PressCommand(std::string_view command) {
+    ASSERT_NE(FindCommand(command), nullptr) << command;
+    ASSERT_EQ(Press(*FindCommand(command)), "") << command;
+  }
+  static const Plot& Shown() { return GraphNamed("StimulusPanel").plots.front(); }
+};
+
+TEST_F(StimulusPanelTest, OnlyTheParametersOfTheModeCanBeEdited) {
+  struct Case {
+    const char* control;
+    bool automatic, manual, exponential;
+  };
+  const Case cases[] = {{"AutoValue", true, false, false},     {"AutoStart", true, false, false},
+                        {"AutoStop", true, false, false},      {"AutoDrugOrVolt", true, false, false},
+                        {"AutoFilterOn", true, false, false},  {"StepAmp", false, true, false},
+                        {"StepStart", false, true, false},     {"StepStop", false, true, false},
+                        {"StepDuration", false, true, false},  {"StepRamp", false, true, false},
+                        {"StepRiseTau", false, true, false},   {"StepDecayTau", false, true, false},
+                        {"TrainCount", false, true, false},    {"TrainDelay", false, true, false},
+                        {"TrainInterval", false, true, false}, {"TrainExpFlag", false, true, false},
+                        {"TrainRiseFlag", false, true, false}, {"ExpStart", false, false, true},
+                        {"ExpOffset", false, false, true},     {"ExpAmp1", false, false, true},
+                        {"ExpTau1", false, false, true},       {"ExpComponents", false, false, true},
+                        {"ExpRiseFlag", false, false, true},   {"ExpAmp2", false, false, false},
+                        {"ExpTau2", false, false, false},      {"ExpRiseTau", false, false, false},
+                        {"FilterFc", true, true, true}};
+  Stimulus.StimFromFile = 1;
+  for (const char* mode : {"USER", "EXPONENTIAL", "MANUAL", "AUTOMATIC"}) {
+    Enter("StimMode", mode);
+    for (const Case& c : cases) {
+      const bool open = (c.automatic && Stimulus.StimMode == StimAutomatic) ||
+                        (c.manual && Stimulus.StimMode == StimManual) ||
+                        (c.exponential && Stimulus.StimMode == StimExponential);
+      EXPECT_EQ(ControlNamed(c.control).dimmed, !open) << c.control << " in mode " << mode;
+    }
+    EXPECT_FALSE(ControlNamed("StimMode").dimmed);
+    EXPECT_FALSE(ControlNamed("StimTarget").dimmed);
+  }
+}
+
+TEST_F(StimulusPanelTest, RiseAndSecondComponentOpenWithTheirSwitches) {
+  Enter("StimMode", "3");
+  Enter("ExpComponents", "2");
+  EXPECT_FALSE(ControlNamed("ExpAmp2").dimmed);
+  EXPECT_FALSE(ControlNamed("ExpTau2").dimmed);
+  EXPECT_TRUE(ControlNamed("ExpRiseTau").dimmed);
+  PressCommand("ExpRise");
+  EXPECT_FALSE(ControlNamed("ExpRiseTau").dimmed);
+}
+
+TEST_F(StimulusPanelTest, OpeningShowsTheProfileOfTheAutomaticStep) {
+  Stimulus.AutoDrugOrVolt = 1;
+  Stimulus.StimTarget = 4;
+  PressCommand("FxnStimulusButton");
+  EXPECT_TRUE(PanelVisible("StimulusPanel"));
+  EXPECT_EQ(Screen.PanelTag, "ST");
+  EXPECT_EQ(Stimulus.StimTarget, 0);
+  EXPECT_EQ(ShownText(ControlNamed("StimTarget")), "Voltage");
+  EXPECT_EQ(GraphNamed("StimulusPanel").y.title, "Voltage (V)");
+  EXPECT_EQ(Shown().y.size(), 10240U);
+  EXPECT_NEAR(Shown().step, 0.01, 1e-9);
+  EXPECT_EQ(ShownText(ControlNamed("StimSweepLength")), "1.024e+02ms");
+  EXPECT_EQ(ShownText(ControlNamed("SweepLength")), "1.024e+02ms");
+  PressCommand("FxnStimDone");
+  EXPECT_FALSE(PanelVisible("StimulusPanel"));
+  EXPECT_EQ(Screen.PanelTag, "MN");
+}
+
+TEST_F(StimulusPanelTest, TheAutomaticStepFollowsEveryField) {
+  PressCommand("FxnStimulusButton");
+  Enter("AutoValue", "0.001");
+  Enter("AutoStart", "2");
+  Enter("AutoStop", "3");
+  EXPECT_EQ(Shown().y[199], 0.0F);
+  EXPECT_EQ(Shown().y[200], 0.001F);
+  EXPECT_EQ(Shown().y[300], 0.0F);
+  ASSERT_EQ(TypeInto(ControlNamed("AutoValue"), "0.1"), "");
+  PressCommand("AutoDrugVoltage");
+  EXPECT_EQ(Stimulus.StimTarget, 0);
+  EXPECT_EQ(Shown().y[200], 0.1F) << "a typed value reaches the next command";
+}
+
+TEST_F(StimulusPanelTest, TheTargetNamesTheAxis) {
+  Model.DrugLabel[2] = "GABA";
+  for (const auto& [target, title] :
+       {std::pair("Drug1", "Drug1 (M)"), std::pair("Drug2", "GABA (M)"), std::pair("0", "Voltage (V)")}) {
+    Enter("StimTarget", target);
+    EXPECT_EQ(GraphNamed("StimulusPanel").y.title, title);
+  }
+  Enter("StimLogAxis", "1");
+  EXPECT_TRUE(GraphNamed("StimulusPanel").y.log);
+}
+
+TEST_F(StimulusPanelTest, DurationAndStopFollowEachOther) {
+  Enter("StimMode", "MANUAL");
+  Enter("StepStart", "10");
+  EXPECT_EQ(ControlNumber("StepDuration"), 89.0);
+  Enter("StepDuration", "5");
+  EXPECT_EQ(Stimulus.StepStop, 15.0F);
+  EXPECT_EQ(ControlNumber("StepStop"), 15.0);
+  Enter("StepDuration", "1e300");
+  EXPECT_EQ(PopupTexts(), std::vector<std::string>{"This duration is too long."});
+  EXPECT_EQ(ControlNumber("StepDuration"), 5.0);
+}
+
+TEST_F(StimulusPanelTest, TrainReadoutsFollowTheFields) {
+  Enter("StimMode", "MANUAL");
+  Enter("TrainCount", "20");
+  Enter("TrainInterval", "25");
+  EXPECT_EQ(ShownText(ControlNamed("TrainLength")), "500");
+  EXPECT_EQ(ShownText(ControlNamed("TrainFrequency")), "40");
+  Enter("TrainInterval", "-1");
+  EXPECT_EQ(ShownText(ControlNamed("TrainFrequency")), "");
+  for (const float interval : {0.0F, -1.0F, std::nanf("")}) {
+    Stimulus.TrainInterval = interval;
+    StimPanelRefresh();
+    EXPECT_EQ(Stimulus.TrainInterval, 1.0F);
+    EXPECT_EQ(ControlNumber("TrainInterval"), 1.0);
+  }
+}
+
+// -- USER mode --
+
+bool ReadTwos(const std::string& path) {
+  Stimulus.Profile[1][0] = 2.0F;
+  return path == "good.stm";
+}
+
+class UserModeTest : public StimulusPanelTest {
+ protected:
+  UserModeTest() : former_(SetStimFileReader(nullptr)) {}
+  ~UserModeTest() override { SetStimFileReader(former_); }
+
+ private:
+  StimFileReader former_;
+};
+
+TEST_F(UserModeTest, WithoutAFileTheModeGoesBackToAutomatic) {
+  Enter("StimMode", "USER");
+  ASSERT_EQ(fileRequests.size(), 1U);
+  EXPECT_EQ(fileRequests[0].title, "Read Stimulus Profile");
+  EXPECT_EQ(fileRequests[0].filter, "*.stm");
+  EXPECT_TRUE(popups.empty()) << "a cancelled dialog says nothing";
+  EXPECT_EQ(Stimulus.StimMode, StimAutomatic);
+  EXPECT_EQ(ShownText(ControlNamed("StimMode")), "AUTOMATIC");
+  EXPECT_FALSE(ControlNamed("AutoValue").dimmed);
+}
+
+TEST_F(UserModeTest, AChosenFileIsRefusedByAVersionThatReadsNone) {
+  choices = {"any.stm"};
+  Enter("StimMode", "USER");
+  ASSERT_EQ(popups.size(), 1U);
+  EXPECT_EQ(popups[0].title, "! File error");
+  EXPECT_EQ(Stimulus.StimMode, StimAutomatic);
+}
+
+TEST_F(UserModeTest, AReadFileIsKeptAndAskedForOnce) {
+  SetStimFileReader(ReadTwos);
+  choices = {"bad.stm", "good.stm"};
+  Enter("StimMode", "USER");
+  EXPECT_EQ(Stimulus.StimMode, StimAutomatic);
+  EXPECT_EQ(Stimulus.Profile[1][0], 0.0F);
+  Enter("StimMode", "USER");
+  EXPECT_EQ(Stimulus.StimMode, StimUser);
+  EXPECT_EQ(Stimulus.StimFromFile, 1);
+  StimRebuild();
+  EXPECT_EQ(Stimulus.Profile[1][0], 2.0F);
+  EXPECT_EQ(fileRequests.size(), 2U);
+}
+
+TEST_F(UserModeTest, TheFifthModeSaysSoAndBecomesUser) {
+  Stimulus.StimFromFile = 1;
+  Enter("StimMode", "5");
+  EXPECT_EQ(PopupTexts(),
+            std::vector<std::string>{
+                "This option will be available soon/it is undergoing development and testing."});
+  EXPECT_EQ(Stimulus.StimMode, StimUser);
+  EXPECT_EQ(ShownText(ControlNamed("StimMode")), "USER");
+}
+
+// -- The table --
+
+TEST_F(StimulusPanelTest, TheTableHoldsAGroupAColumnFromColumnTwo) {
+  Table& table = TableNamed("MultiStimTable");
+  EXPECT_EQ(CellText(table, 1, 1), "Concentration (M)");
+  EXPECT_EQ(CellText(table, 6, 1), "Duration (ms)");
+  ASSERT_EQ(EnterCell(table, 6, 50, "12.5"), "");
+  EXPECT_EQ(Stimulus.MultiStimTable[48][5], 12.5F);
+  ASSERT_EQ(EnterCell(table, 1, 2, "1e300"), "");
+  EXPECT_EQ(popups.size(), 1U);
+  EXPECT_EQ(CellText(table, 1, 2), "0");
+  ASSERT_EQ(EnterCell(table, 2, 1, "5"), "");
+  EXPECT_EQ(CellText(table, 2, 1), "Change/sweep (M)");
+  PressCommand("FxnClearMultiStim");
+  EXPECT_EQ(CellText(table, 6, 50), "0");
+  EXPECT_EQ(Stimulus.MultiStimTable[48][5], 0.0F);
+}
+
+TEST_F(StimulusPanelTest, EveryControlExplainsItself) {
+  for (const Control* control : PanelNamed("StimulusPanel").controls)
+    EXPECT_NE(control->help, "") << control->name;
+  for (const char* creator : {"CreateStim", "CreateExpStim", "CreateExp", "CreateTrain"}) {
+    EXPECT_EQ(FindCommand(creator)->help,
+              "New stimulus will be added to existing stimulus protocol.\nErase first for new stimulus.");
+  }
+}
+
+}  // namespace
+}  // namespace zelvane

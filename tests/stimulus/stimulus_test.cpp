@@ -1,0 +1,296 @@
+// The operations on the profiles: what each mode rebuilds, what each creator adds.
+#include "stimulus/stimulus.h"
+
+#include <cmath>
+
+#include "model/model_store.h"
+#include "noise/noise_store.h"
+#include "screen/screen.h"
+#include "sim/result_store.h"
+#include "stimulus/stimulus_store.h"
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+/// The panels show the stores: Show() after a change of a store stands for the user's typing.
+class StimulusTest : public PanelTest {
+ protected:
+  StimulusTest() { Show(); }
+  static void Show() { WriteAllControls(); }
+  static std::span<float> Voltage() { return Stimulus.Profile[0]; }
+  static std::span<float> Drug(std::size_t drug) { return Stimulus.Profile[drug]; }
+
+  static void Manual(int numPoints) {
+    Stimulus.StimMode = StimManual;
+    Model.NumPoints = numPoints;
+    Show();
+  }
+};
+
+/// First and last index at which the profile differs from `level`; -1, -1 when none does.
+std::pair<int, int> Span(std::span<const float> profile, float level) {
+  std::pair<int, int> span{-1, -1};
+  for (std::size_t i = 0; i < profile.size(); ++i) {
+    if (profile[i] == level) continue;
+    if (span.first < 0) span.first = static_cast<int>(i);
+    span.second = static_cast<int>(i);
+  }
+  return span;
+}
+
+TEST_F(StimulusTest, TheAutomaticDrugStepFillsAllSamplesAndNothingElse) {
+  Drug(1)[MaxStimPoints - 1] = 7.0F;
+  Drug(2)[3] = 8.0F;
+  Voltage()[MaxStimPoints - 1] = 9.0F;
+  Model.VHold = -60.0F;
+  Stimulus.StimFromFile = 1;
+  StimRebuild();
+  EXPECT_EQ(Span(Drug(1), 0.0F), std::pair(100, 9899));
+  EXPECT_EQ(Drug(1)[100], 0.005F);
+  EXPECT_EQ(Span(Voltage(), -60.0F / 1000.0F), std::pair(-1, -1));
+  EXPECT_EQ(Drug(2)[3], 8.0F);
+  EXPECT_EQ(Stimulus.StimFromFile, 0);
+}
+
+TEST_F(StimulusTest, TheAutomaticVoltageStepStandsOnTheHoldingPotential) {
+  Model.VHold = -70.0F;
+  Stimulus.AutoDrugOrVolt = 1;
+  Stimulus.AutoValue = 0.1F;
+  Drug(1)[5] = 1.0F;
+  Show();
+  StimRebuild();
+  const float hold = -70.0F / 1000.0F;
+  EXPECT_EQ(Span(Voltage(), hold), std::pair(100, 9899));
+  EXPECT_EQ(Voltage()[5000], hold + 0.1F);
+  EXPECT_EQ(Drug(1)[5], 1.0F) << "Drug1 stays as it was";
+}
+
+TEST_F(StimulusTest, IndicesFollowFromTimesByTruncation) {
+  struct Case {
+    float interval, start, stop;
+    int first, last;
+  };
+  for (const Case& c :
+       {Case{0.01F, 1.0F, 99.0F, 100, 9899}, Case{0.1F, 1.0F, 2.0F, 9, 18}, Case{0.01F, 5.0F, 5.0F, -1, -1},
+        Case{0.01F, 9.0F, 3.0F, -1, -1}, Case{0.01F, -5.0F, 1.0F, 0, 99}, Case{0.0F, 0.0F, 0.0F, -1, -1},
+        Case{-0.01F, -1.0F, -2.0F, 100, 199}, Case{0.01F, 1.0F, 1e30F, 100, MaxStimPoints - 1},
+        Case{std::nanf(""), 1.0F, 2.0F, -1, -1}}) {
+    SCOPED_TRACE(c.interval);
+    Model.ADInterval = c.interval;
+    Stimulus.AutoStart = c.start;
+    Stimulus.AutoStop = c.stop;
+    Show();
+    StimRebuild();
+    EXPECT_EQ(Span(Drug(1), 0.0F), std::pair(c.first, c.last));
+  }
+}
+
+TEST_F(StimulusTest, TheAutomaticStepIsFilteredOnlyWhileDrug1IsShown) {
+  Stimulus.AutoFilterOn = 1;
+  for (const int target : {0, 1}) {
+    Stimulus.StimTarget = target;
+    Show();
+    StimRebuild();
+    EXPECT_EQ(Drug(1)[99] > 0.0F, target == 1);
+    EXPECT_NEAR(Drug(1)[5000], 0.005F, 1e-7F);
+  }
+}
+
+TEST_F(StimulusTest, ARunningFitKeepsTheProfiles) {
+  Model.FitActive = 1;
+  Drug(1)[0] = 2.0F;
+  StimRebuild();
+  EXPECT_EQ(Drug(1)[0], 2.0F);
+  EXPECT_EQ(Drug(1)[5000], 0.0F);
+}
+
+TEST_F(StimulusTest, StepsAreAddedToWhatTheTargetHoldsUpToNumPoints) {
+  Stimulus.StimTarget = 3;
+  Manual(5000);
+  Drug(3)[5000] = 4.0F;
+  CreateStim();
+  CreateStim();
+  EXPECT_EQ(Span(Drug(3), 0.0F), std::pair(100, 5000)) << "clipped without a message";
+  EXPECT_EQ(Drug(3)[4999], 0.01F);
+  EXPECT_EQ(Drug(3)[5000], 4.0F);
+  Stimulus.StepStop = 0.5F;
+  Show();
+  CreateStim();
+  EXPECT_EQ(Drug(3)[200], 0.01F) << "a stop before the start adds nothing";
+  EXPECT_TRUE(popups.empty());
+}
+
+TEST_F(StimulusTest, ARampRunsFromZeroToOneIncrementBelowItsAmplitude) {
+  Stimulus.StepRamp = 1;
+  Stimulus.StepAmp = 98.0F;
+  Manual(10240);
+  CreateStim();
+  EXPECT_EQ(Drug(1)[100], 0.0F);
+  EXPECT_FLOAT_EQ(Drug(1)[9899], 98.0F * 9799.0F / 9800.0F);
+  EXPECT_EQ(Drug(1)[9900], 0.0F);
+}
+
+TEST_F(StimulusTest, AnEdgedStepRisesAndDecaysFromItsFullAmplitude) {
+  Stimulus.StepStop = 3.0F;
+  Manual(1000);
+  CreateExpStim();
+  for (int i = 0; i < 1000; ++i) {
+    const double t = (i - 100) * 0.01;
+    const double expected = i < 100   ? 0.0
+                            : i < 300 ? 0.005 * (1.0 - std::exp(-t / 5.0))
+                                      : 0.005 * std::exp(-(t - 2.0) / 5.0);
+    ASSERT_NEAR(Drug(1)[static_cast<std::size_t>(i)], expected, 3e-8)
+        << i;  // the running sum departs by 4e-5 of 10 ms
+  }
+}
+
+TEST_F(StimulusTest, AnEdgedStepMustStopInsideTheRecord) {
+  constexpr char Text[] = "Stop position is past end of arra; increase number of simulated points.";
+  Manual(9900);
+  CreateExpStim();
+  EXPECT_EQ(PopupTexts(), std::vector<std::string>{Text});
+  EXPECT_EQ(Span(Drug(1), 0.0F), std::pair(-1, -1));
+  Manual(9901);
+  CreateExpStim();
+  EXPECT_EQ(popups.size(), 1U);
+  EXPECT_FLOAT_EQ(Drug(1)[9900], 0.005F);
+}
+
+TEST_F(StimulusTest, ExponentialWaveformsFollowTheirTable) {
+  Stimulus.StimMode = StimExponential;
+  Stimulus.ExpAmp2 = 3.0F;
+  Stimulus.ExpTau2 = 4.0F;
+  Model.NumPoints = 2000;
+  for (const int components : {1, 2, 3}) {
+    for (const int rise : {0, 1}) {
+      SCOPED_TRACE(testing::Message() << components << " components, rise " << rise);
+      Stimulus.ExpComponents = components;
+      Stimulus.ExpRiseFlag = rise;
+      Show();
+      EraseStim();
+      CreateExp();
+      const double amp2 = components == 2 ? 3.0 : 0.0;
+      EXPECT_EQ(Drug(1)[999], 0.0F) << "the offset begins with the waveform";
+      const double t = 1.0;  // ms after the start
+      const double expected =
+          1.0 + std::exp(-t) + amp2 * std::exp(-t / 4.0) - rise * (1.0 + amp2) * std::exp(-t / 0.1);
+      EXPECT_NEAR(Drug(1)[1100], components == 3 ? 0.0 : expected, 1e-5);
+      EXPECT_EQ(Drug(1)[2000], 0.0F);
+    }
+  }
+}
+
+TEST_F(StimulusTest, ARiseWithoutTimeConstantOrAStartBeyondTheEndAddsNothing) {
+  Stimulus.StimMode = StimExponential;
+  Stimulus.ExpRiseTau = 0.0F;
+  Stimulus.ExpRiseFlag = 1;
+  Show();
+  CreateExp();
+  EXPECT_EQ(Span(Drug(1), 0.0F), std::pair(-1, -1));
+  Stimulus.ExpRiseFlag = 0;
+  for (const float start : {102.4F, 1e30F}) {
+    Stimulus.ExpStart = start;
+    Show();
+    CreateExp();
+  }
+  EXPECT_EQ(Span(Drug(1), 0.0F), std::pair(-1, -1));
+  EXPECT_TRUE(popups.empty());
+}
+
+TEST_F(StimulusTest, TrainsPlaceTheirPulsesWithoutDriftAndSkipThoseThatDoNotFit) {
+  Stimulus.TrainExpFlag = 0;
+  Stimulus.TrainRiseFlag = 0;
+  Stimulus.TrainCount = 3;
+  Manual(10240);
+  CreateTrain();
+  EXPECT_EQ(Span(Drug(1), 0.0F), std::pair(-1, -1)) << "pulses of the default length reach beyond the end";
+  Manual(20000);
+  CreateTrain();
+  EXPECT_EQ(Span(Drug(1), 0.0F), std::pair(10000, 19899)) << "the third pulse would end at the last point";
+  EXPECT_EQ(Drug(1)[10099], 0.005F);
+  EXPECT_EQ(Drug(1)[10100], 0.005F + 0.005F);
+  // The last of 100 pulses of two samples starts at trunc(99 x 9.9999998); intervals truncated one by one
+  // would put it at 99 x 9.
+  Stimulus.StepStop = Stimulus.StepStart + 0.2F;
+  Stimulus.TrainDelay = 0.0F;
+  Stimulus.TrainCount = 100;
+  Model.ADInterval = 0.1F;
+  Stimulus.StimTarget = 2;
+  Manual(2000);
+  CreateTrain();
+  EXPECT_EQ(Span(Drug(2), 0.0F).second, 990);
+}
+
+TEST_F(StimulusTest, TailsOfExponentialPulsesAddUp) {
+  Stimulus.TrainCount = 2;
+  Stimulus.TrainDelay = 1.0F;
+  Stimulus.TrainInterval = 2.0F;
+  Stimulus.ExpOffset = 0.0F;
+  Manual(1000);
+  CreateTrain();
+  EXPECT_NEAR(Drug(1)[500], std::exp(-4.0) + std::exp(-2.0), 1e-5);
+}
+
+TEST_F(StimulusTest, ALongTrainMovesTheProgressAndStopsOnRequest) {
+  Stimulus.TrainCount = 1'000'000;
+  Stimulus.TrainDelay = 0.0F;
+  Stimulus.TrainInterval = 0.01F;
+  Stimulus.ExpTau1 = 1e-3F;
+  Result.StopRequested = 1;  // of an earlier run
+  Manual(1'000'000);
+  onPump = [](int pump) { Result.StopRequested = pump == 2 ? 1 : 0; };
+  CreateTrain();
+  EXPECT_EQ(pumps, 2);
+  EXPECT_GT(Drug(1)[999'999], 1.0F);
+  EXPECT_LT(Drug(1)[999'999], 100.0F);
+}
+
+TEST_F(StimulusTest, EraseClearsTheRunAndRebuilds) {
+  Model.NumPoints = 1000;
+  for (const std::size_t drug : {1U, 2U}) {
+    Stimulus.StimTarget = static_cast<int>(drug);
+    Drug(drug)[10] = 3.0F;
+    Drug(drug)[1000] = 5.0F;
+    Show();
+    EraseStim();
+    EXPECT_EQ(Drug(drug)[10], 0.0F);
+    EXPECT_EQ(Drug(drug)[1000], drug == 1 ? 0.005F : 5.0F) << "the automatic step of Drug1 is back";
+  }
+}
+
+TEST_F(StimulusTest, CreatorsOtherThanTheTrainEndAProtocolFromAFile) {
+  struct Case {
+    void (*create)();
+    int fromFile;
+  };
+  Manual(10240);
+  for (const Case& c :
+       {Case{CreateStim, 0}, Case{CreateExpStim, 0}, Case{CreateExp, 0}, Case{CreateTrain, 1}}) {
+    Stimulus.StimFromFile = 1;
+    c.create();
+    EXPECT_EQ(Stimulus.StimFromFile, c.fromFile);
+  }
+}
+
+TEST_F(StimulusTest, NumPointsOnThePanelIsHeldToItsLimit) {
+  for (const auto& [typed, held] : {std::pair("5000001", 5'000'001), std::pair("5000002", 5'000'000)}) {
+    ASSERT_EQ(TypeInto(ControlNamed("NumPoints"), typed), "");
+    StimReadControls();
+    EXPECT_EQ(Model.NumPoints, held);
+  }
+}
+
+TEST_F(StimulusTest, TheHoldingPotentialFillsWhatLiesInsideTheProfile) {
+  Model.VHold = 50.0F;
+  FillVoltage(-5, 3);
+  FillVoltage(MaxStimPoints - 2, MaxStimPoints + 100);
+  FillVoltage(10, 5);
+  EXPECT_EQ(Voltage()[2], 0.05F);
+  EXPECT_EQ(Voltage()[3], 0.0F);
+  EXPECT_EQ(Voltage()[10], 0.0F);
+  EXPECT_EQ(Voltage()[MaxStimPoints - 1], 0.05F);
+}
+
+}  // namespace
+}  // namespace zelvane
