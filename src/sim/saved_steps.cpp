@@ -1,0 +1,154 @@
+#include "sim/saved_steps.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <vector>
+
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "sim/internal/ohmic_drive.h"
+#include "sim/result_store.h"
+
+namespace zelvane {
+namespace {
+
+/// Second derivatives at the knots of the spline with the given slopes at its ends.
+std::vector<double> SecondDerivatives(std::span<const double> x, std::span<const double> y, double firstSlope,
+                                      double lastSlope) {
+  const std::size_t n = x.size();
+  std::vector<double> second(n);
+  std::vector<double> right(n);
+  second[0] = -0.5;
+  right[0] = 3.0 / (x[1] - x[0]) * ((y[1] - y[0]) / (x[1] - x[0]) - firstSlope);
+  for (std::size_t i = 1; i + 1 < n; ++i) {
+    const double share = (x[i] - x[i - 1]) / (x[i + 1] - x[i - 1]);
+    const double pivot = share * second[i - 1] + 2.0;
+    const double bend = (y[i + 1] - y[i]) / (x[i + 1] - x[i]) - (y[i] - y[i - 1]) / (x[i] - x[i - 1]);
+    second[i] = (share - 1.0) / pivot;
+    right[i] = (6.0 * bend / (x[i + 1] - x[i - 1]) - share * right[i - 1]) / pivot;
+  }
+  const double width = x[n - 1] - x[n - 2];
+  const double rightEnd = 3.0 / width * (lastSlope - (y[n - 1] - y[n - 2]) / width);
+  second[n - 1] = (rightEnd - 0.5 * right[n - 2]) / (0.5 * second[n - 2] + 1.0);
+  for (std::size_t i = n - 1; i-- > 0;) second[i] = second[i] * second[i + 1] + right[i];
+  return second;
+}
+
+/// What one channel in each state adds to the trace at point `p` of the stimulus; 0 for states not monitored
+/// and for those that are off, whose occupancy counts as 0.
+std::array<float, MaxStates + 1> TraceFactors(int p) {
+  const auto& on = Model.ModelIs2D != 0 ? Model.StateOn : Model.TableStateOn;
+  const float channels = Result.EffectiveChannels;
+  std::array<float, MaxStates + 1> factor{};
+  for (std::size_t s = 1; s <= MaxStates; ++s) {
+    if (Model.StateMonitored[s] == 0 || on[s] == 0) continue;
+    const float conductance = Model.StateConductance[s];
+    switch (Model.DisplayUnits) {
+      case UnitsChannels:
+        factor[s] = channels;
+        break;
+      case UnitsConductance:
+        factor[s] = conductance * channels;
+        break;
+      case UnitsCurrent:
+        factor[s] = OhmicDrive(p) * conductance * channels;
+        break;
+      default:
+        factor[s] = 1.0F;
+        break;
+    }
+  }
+  return factor;
+}
+
+/// Sum over the monitored states at saved step `q`.
+float ValueOfStep(std::size_t q) {
+  const double points = static_cast<double>(Result.SavedTime[q]) / static_cast<double>(Model.ADInterval);
+  const double point = std::clamp(points, 0.0, static_cast<double>(MaxStimPoints));
+  const auto factor = TraceFactors(static_cast<int>(point) + Result.IntegrationOffset);
+  float value = 0.0F;
+  for (std::size_t s = 1; s <= MaxStates; ++s) {
+    if (factor[s] != 0.0F) value += factor[s] * Result.Occupancy[s][q];
+  }
+  return value;
+}
+
+/// The samples before integration starts: the start occupancies. Only a current follows the voltage there.
+void FillStart(std::span<float> samples) {
+  float value = 0.0F;
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    if (i == 0 || Model.DisplayUnits == UnitsCurrent) {
+      const auto factor = TraceFactors(static_cast<int>(i));
+      value = 0.0F;
+      for (std::size_t s = 1; s <= MaxStates; ++s) value += factor[s] * Model.StartOccupancy[s];
+    }
+    samples[i] = value;
+  }
+}
+
+/// Finds the last saved step: the time behind it is smaller. Sets KeptSteps to it.
+void FindLastStep() {
+  const int room = static_cast<int>(Result.SavedTime.size()) - 1;
+  Result.KeptSteps = std::clamp(Result.KeptSteps, 1, room);
+  for (int q = 2; q <= Result.KeptSteps; ++q) {
+    const auto here = static_cast<std::size_t>(q);
+    if (Result.SavedTime[here] >= Result.SavedTime[here - 1]) continue;
+    Result.SavedTime[here] = static_cast<float>(Model.NumPoints) * Model.ADInterval;
+    Result.KeptSteps = q - 1;
+    return;
+  }
+}
+
+}  // namespace
+
+void SplineToSamples(std::span<const double> times, std::span<const double> values, double interval,
+                     std::span<float> samples) {
+  const std::size_t n = times.size();
+  if (n == 1) {
+    std::fill(samples.begin(), samples.end(), static_cast<float>(values[0]));
+    return;
+  }
+  const std::vector<double> second = SecondDerivatives(times, values, (values[1] - values[0]) / interval,
+                                                       (values[n - 1] - values[n - 2]) / interval);
+  std::size_t piece = 0;  // between knots piece and piece + 1
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    const double t = std::min(static_cast<double>(i) * interval, times[n - 1]);
+    while (piece + 2 < n && t > times[piece + 1]) ++piece;
+    const double width = times[piece + 1] - times[piece];
+    const double a = (times[piece + 1] - t) / width;
+    const double b = (t - times[piece]) / width;
+    const double bend = (a * a * a - a) * second[piece] + (b * b * b - b) * second[piece + 1];
+    samples[i] = static_cast<float>(a * values[piece] + b * values[piece + 1] + bend * (width * width) / 6.0);
+  }
+}
+
+std::vector<float> SavedStepValues() {
+  const auto steps = static_cast<std::size_t>(std::max(0, Result.KeptSteps));
+  std::vector<float> values(std::min(steps, Result.SavedTime.size() - 1));
+  for (std::size_t i = 0; i < values.size(); ++i) values[i] = ValueOfStep(i + 1);
+  return values;
+}
+
+void SavedStepsToTrace() {
+  FindLastStep();
+  const std::vector<float> saved = SavedStepValues();
+  std::vector<double> times;
+  std::vector<double> values;
+  times.reserve(saved.size());
+  values.reserve(saved.size());
+  for (std::size_t i = 0; i < saved.size(); ++i) {
+    const auto time = static_cast<double>(Result.SavedTime[i + 1]);
+    if (!times.empty() && !(time > times.back())) continue;  // one float cannot tell the two apart
+    times.push_back(time);
+    values.push_back(static_cast<double>(saved[i]));
+  }
+  const auto points = static_cast<std::size_t>(std::clamp(Model.NumPoints, 0, MaxStimPoints));
+  const std::size_t before =
+      std::min(points, static_cast<std::size_t>(std::max(0, Result.IntegrationOffset)));
+  FillStart(Trace.SimTrace.first(before));
+  SplineToSamples(times, values, static_cast<double>(Model.ADInterval),
+                  Trace.SimTrace.subspan(before, points - before));
+}
+
+}  // namespace zelvane
