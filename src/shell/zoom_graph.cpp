@@ -10,15 +10,14 @@ constexpr double MinDragPixels = 5.0;     // a drag must be longer than this to 
 constexpr double MinXSpan = 10.0;         // units of the x axis
 constexpr double SmallestHalvedX = 13.0;  // spans below this one are cut to MinXSpan, not halved
 constexpr double MinThumbPixels = 10.0;
-constexpr double MinThumbShare = 0.01;  // of the bar
-constexpr double ButtonShift = 0.1;     // of the span
+constexpr double MinThumbShare = 0.01;         // of the bar
+constexpr double ButtonShift = 0.1;            // of the span
+constexpr double AutoMargin = 1.0 / 18.0;      // of the data's span, above and below it
+constexpr double SmallestLogShare = 1e-6;      // of the largest value, where a range reaches 0
+constexpr double SmallestShareOfValue = 1e-9;  // of the limits: closer in, doubles and labels give out
 
-Axis& AxisOf(Graph& graph, char axis) {
-  return axis == 'x' ? graph.x : graph.y;
-}
-
-double BarLength(char axis) {
-  return axis == 'x' ? PlotAreaWidth : PlotAreaHeight;
+double BarLength(char axis, PlotArea area) {
+  return axis == 'x' ? area.width : area.height;
 }
 
 DataRange FullRange(const Graph& graph, char axis) {
@@ -87,6 +86,35 @@ void PressShift(Graph& graph, char axis, double direction) {
   ShiftView(graph, axis, direction * ButtonShift * (view.max - view.min));
 }
 
+/// Ranges are moved and stretched where the axis is even: on a logarithmic one among the exponents.
+double ToScale(const Axis& axis, double value) {
+  return axis.log ? std::log10(value) : value;
+}
+double FromScale(const Axis& axis, double value) {
+  return axis.log ? std::pow(10.0, value) : value;
+}
+
+/// A range of positive numbers for a logarithmic axis.
+DataRange Positive(DataRange range) {
+  if (!(range.max > 0.0)) return {0.1, 1.0};
+  if (!(range.min > 0.0)) range.min = range.max * SmallestLogShare;
+  return range;
+}
+
+/// A range with room: one number stands in the middle of a span of its own size.
+DataRange NotEmpty(DataRange range, bool log) {
+  if (range.max > range.min) return range;
+  if (log) return {range.min / 10.0, range.max * 10.0};
+  const double half = range.min != 0.0 ? std::abs(range.min) * 0.5 : 0.5;
+  return {range.min - half, range.max + half};
+}
+
+/// Whether a view is held within the full range: the x range of a zoom graph, once it lies there.
+bool StopsAtFull(const Graph& graph, char axis, DataRange view) {
+  const DataRange full = FullRange(graph, axis);
+  return axis == 'x' && graph.zooms && view.min >= full.min && view.max <= full.max;
+}
+
 }  // namespace
 
 void ZoomGraphCreate(Graph& graph) {
@@ -104,8 +132,8 @@ void ZoomSetFullRange(Graph& graph, char axis, double min, double max) {
   (axis == 'x' ? graph.fullXMax : graph.fullYMax) = max;
 }
 
-void ZoomStrip(Graph& graph, char axis, double a, double b) {
-  const double length = BarLength(axis);
+void ZoomStrip(Graph& graph, char axis, double a, double b, PlotArea area) {
+  const double length = BarLength(axis, area);
   const double from = std::clamp(std::min(a, b), 0.0, length);  // the mouse is held within the strip
   const double to = std::clamp(std::max(a, b), 0.0, length);
   if (!(to - from > MinDragPixels)) return;
@@ -144,9 +172,9 @@ bool ZoomButton(Graph& graph, std::string_view button) {
   return true;
 }
 
-void ZoomThumb(Graph& graph, char axis, double pixels) {
+void ZoomThumb(Graph& graph, char axis, double pixels, PlotArea area) {
   const DataRange full = FullRange(graph, axis);
-  ShiftView(graph, axis, Downward(axis) * (full.max - full.min) * pixels / BarLength(axis));
+  ShiftView(graph, axis, Downward(axis) * (full.max - full.min) * pixels / BarLength(axis, area));
 }
 
 void ZoomPage(Graph& graph, char axis, int pages) {
@@ -158,16 +186,63 @@ void ZoomPage(Graph& graph, char axis, int pages) {
   }
 }
 
-Thumb ZoomThumbOf(const Graph& graph, char axis) {
+Thumb ZoomThumbOf(const Graph& graph, char axis, PlotArea area) {
   const DataRange view = ViewRange(graph, axis);
   const DataRange full = FullRange(graph, axis);
-  const double length = BarLength(axis);
+  const double length = BarLength(axis, area);
   const double range = full.max - full.min;
   if (!(range > 0.0)) return {0.0, length};  // without a range the whole bar is thumb
   const double before = axis == 'x' ? view.min - full.min : full.max - view.max;
   Thumb thumb{std::trunc(length * before / range), std::trunc(length * (view.max - view.min) / range)};
   if (thumb.length < MinThumbPixels) thumb.length = std::max(MinThumbPixels, MinThumbShare * length);
   return thumb;
+}
+
+DataRange PictureRange(const Graph& graph, char axis) {
+  const Axis& seen = axis == 'x' ? graph.x : graph.y;
+  DataRange range = ViewRange(graph, axis);
+  if (seen.log) range = Positive(range);
+  range = NotEmpty(range, seen.log);
+  if (axis == 'x' || !seen.automatic) return range;
+  const double low = ToScale(seen, range.min);
+  const double high = ToScale(seen, range.max);
+  const double margin = (high - low) * AutoMargin;
+  return {FromScale(seen, low - margin), FromScale(seen, high + margin)};
+}
+
+void ZoomAbout(Graph& graph, char axis, double at, double factor) {
+  const Axis& seen = axis == 'x' ? graph.x : graph.y;
+  const DataRange from = PictureRange(graph, axis);
+  const double fixed = ToScale(seen, at);
+  const auto stretched = [&](double limit) {
+    return FromScale(seen, fixed + (ToScale(seen, limit) - fixed) * factor);
+  };
+  DataRange to{stretched(from.min), stretched(from.max)};
+  if (StopsAtFull(graph, axis, from)) {
+    const DataRange full = FullRange(graph, axis);
+    to = {std::max(to.min, full.min), std::min(to.max, full.max)};
+  }
+  const double size = std::max(std::abs(to.min), std::abs(to.max));
+  if (to.max - to.min > size * SmallestShareOfValue) ChangeView(graph, axis, to.min, to.max);
+}
+
+void ZoomPan(Graph& graph, char axis, DataRange from, double share) {
+  const Axis& seen = axis == 'x' ? graph.x : graph.y;
+  const double low = ToScale(seen, from.min);
+  const double high = ToScale(seen, from.max);
+  double shift = (high - low) * share;
+  if (StopsAtFull(graph, axis, from)) {
+    const DataRange full = FullRange(graph, axis);
+    shift = std::clamp(shift, ToScale(seen, full.min) - low, ToScale(seen, full.max) - high);
+  }
+  ChangeView(graph, axis, FromScale(seen, low + shift), FromScale(seen, high + shift));
+}
+
+void ZoomFullScale(Graph& graph) {
+  if (graph.x.automatic && graph.y.automatic) return;
+  SetAxisAuto(graph, 'x');
+  SetAxisAuto(graph, 'y');
+  if (graph.axisChanged != nullptr) graph.axisChanged(graph);
 }
 
 }  // namespace zelvane

@@ -1,0 +1,78 @@
+#include "headless/internal/nearest_names.h"
+
+#include <algorithm>
+#include <cctype>
+#include <set>
+
+#include "screen/fields.h"
+
+namespace zelvane {
+namespace {
+
+constexpr std::size_t LongestName = 60;  // a longer word is no slip of the keyboard
+constexpr std::size_t MaxSuggestions = 3;
+
+/// Lower case, with what stands between brackets left out.
+std::string Plain(std::string_view name) {
+  std::string plain;
+  bool inside = false;
+  for (const char c : name) {
+    if (c == ']') inside = false;
+    if (!inside) plain += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (c == '[') inside = true;
+  }
+  return plain;
+}
+
+/// Insertions, deletions and replacements that turn `a` into `b` (Levenshtein 1966).
+std::size_t EditDistance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
+  for (std::size_t i = 1; i <= a.size(); ++i) {
+    std::size_t diagonal = row[0];
+    row[0] = i;
+    for (std::size_t j = 1; j <= b.size(); ++j) {
+      const std::size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0U : 1U);
+      diagonal = row[j];
+      row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});
+    }
+  }
+  return row[b.size()];
+}
+
+}  // namespace
+
+std::vector<std::string> NearestNames(std::string_view name, const std::vector<std::string>& candidates) {
+  if (name.empty() || name.size() > LongestName) return {};
+  const std::string wanted = Plain(name);
+  const std::size_t bound = std::max<std::size_t>(1, wanted.size() / 3);
+  std::set<std::pair<std::size_t, std::string>> near;
+  for (const std::string& candidate : candidates) {
+    const std::string plain = Plain(candidate);
+    const std::size_t longer = std::max(plain.size(), wanted.size());
+    if (longer - std::min(plain.size(), wanted.size()) > bound) continue;
+    const std::size_t distance = EditDistance(wanted, plain);
+    if (distance <= bound) near.emplace(distance, candidate);
+  }
+  std::vector<std::string> names;
+  for (const auto& [distance, candidate] : near) {
+    if (names.size() == MaxSuggestions) break;
+    names.push_back(candidate);
+  }
+  return names;
+}
+
+std::string DidYouMean(const std::vector<std::string>& names) {
+  if (names.empty()) return {};
+  std::string text = "; did you mean ";
+  for (std::size_t i = 0; i < names.size(); ++i) text += (i > 0 ? ", " : "") + names[i];
+  return text + "?";
+}
+
+std::vector<std::string> FieldNames() {
+  std::vector<std::string> names;
+  for (const auto& [name, field] : AllFields()) names.push_back(name);
+  return names;
+}
+
+}  // namespace zelvane

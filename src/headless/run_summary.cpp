@@ -1,0 +1,153 @@
+#include "headless/internal/run_summary.h"
+
+#include <cmath>
+#include <ostream>
+
+#include "headless/internal/json_values.h"
+#include "headless/one_job.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "screen/screen.h"
+#include "sim/result_store.h"
+
+namespace zelvane {
+namespace {
+
+/// The row of Occupancy that ends the sweep, and its time in the sweep.
+struct LastRow {
+  int point = 0;
+  double timeMs = 0.0;
+};
+
+/// After an adaptive run that began late the saved steps go on beyond the sweep: the last one inside counts.
+LastRow LastRowOfRun() {
+  const auto interval = static_cast<double>(Model.ADInterval);
+  if (Result.ResultKind != ResultSavedSteps) return {Model.NumPoints, interval * (Model.NumPoints - 1)};
+  const double start = interval * Result.IntegrationOffset;
+  const double end = interval * Model.NumPoints * (1.0 + 1e-6);  // times are 32-bit sums
+  int step = Result.KeptSteps;
+  const auto time = [&](int q) {
+    return start + static_cast<double>(Result.SavedTime[static_cast<std::size_t>(q)]);
+  };
+  while (step > 1 && time(step) > end) --step;
+  return {step, time(step)};
+}
+
+void FindPeak(RunSummary& summary) {
+  for (int p = 0; p < Model.NumPoints; ++p) {
+    const auto sample = static_cast<double>(Trace.SimTrace[static_cast<std::size_t>(p)]);
+    if (!(std::abs(sample) > std::abs(summary.peak))) continue;
+    summary.peak = sample;
+    summary.peakMs = p * static_cast<double>(Model.ADInterval);
+  }
+}
+
+std::string Number(double value) {
+  return FormatText("%.6g", value);
+}
+
+}  // namespace
+
+std::vector<int> StatesOn() {
+  const auto& on = Model.ModelIs2D != 0 ? Model.StateOn : Model.TableStateOn;
+  std::vector<int> states;
+  for (int s = 1; s <= MaxStates; ++s) {
+    if (on[static_cast<std::size_t>(s)] != 0) states.push_back(s);
+  }
+  return states;
+}
+
+const char* SimulatorWord(int simulator) {
+  switch (simulator) {
+    case FixedStepIntegrator:
+      return "fixed";
+    case MonteCarlo:
+      return "montecarlo";
+    default:
+      return "adaptive";
+  }
+}
+
+const char* UnitsWord(int units) {
+  switch (units) {
+    case UnitsChannels:
+      return "channels";
+    case UnitsConductance:
+      return "pS";
+    case UnitsCurrent:
+      return "pA";
+    default:
+      return "probability";
+  }
+}
+
+RunSummary SummariseRun(double wallSeconds) {
+  RunSummary summary;
+  summary.title = Model.ModelTitle;
+  summary.points = Model.NumPoints;
+  summary.intervalMs = static_cast<double>(Model.ADInterval);
+  summary.simulator = Model.SimulatorKind;
+  summary.control =
+      static_cast<double>(Model.SimulatorKind == FixedStepIntegrator ? Model.MaxStepSize : Model.Precision);
+  summary.units = Model.DisplayUnits;
+  summary.axisTitle = GraphNamed("MainPanel").y.title;
+  summary.wallSeconds = wallSeconds;
+  if (Result.ResultKind == ResultSavedSteps) summary.savedSteps = Result.KeptSteps;
+  FindPeak(summary);
+  const LastRow last = LastRowOfRun();
+  summary.lastMs = last.timeMs;
+  const auto& labels = Model.ModelIs2D != 0 ? Model.StateLabel : Model.TableStateLabel;
+  for (const int s : StatesOn()) {
+    const auto index = static_cast<std::size_t>(s);
+    summary.last.push_back(
+        {s, StateName(s, labels[index]), Result.Occupancy[index][static_cast<std::size_t>(last.point)]});
+  }
+  return summary;
+}
+
+void WriteSummary(const RunSummary& summary, std::ostream& out) {
+  const bool fixed = summary.simulator == FixedStepIntegrator;
+  out << "Scheme       " << (summary.title.empty() ? "(no title)" : summary.title) << '\n';
+  out << "States on    " << summary.last.size() << ':';
+  for (const FinalOccupancy& state : summary.last) out << ' ' << state.name;
+  out << "\nSweep        " << summary.points << " points, one every " << Number(summary.intervalMs) << " ms ("
+      << Number(summary.intervalMs * summary.points) << " ms)\n";
+  out << "Simulator    "
+      << (fixed ? "fixed step, at most " + Number(summary.control) + " ms"
+                : "adaptive, tolerance " + Number(summary.control) + ", " +
+                      std::to_string(summary.savedSteps) + " steps saved")
+      << '\n';
+  out << "Trace        " << summary.axisTitle << '\n';
+  out << "Peak         " << Number(summary.peak) << " at " << Number(summary.peakMs) << " ms\n";
+  out << "Occupancy at " << Number(summary.lastMs) << " ms\n";
+  for (const FinalOccupancy& state : summary.last) {
+    out << FormatText("  %-12s %.6f\n", state.name.c_str(), static_cast<double>(state.value));
+  }
+  out << "Wall time    " << FormatText("%.3f s", summary.wallSeconds) << '\n';
+}
+
+void WriteSummaryJson(const RunSummary& summary, const std::string& model, std::ostream& out) {
+  Json json;
+  json["model"] = model;
+  json["title"] = summary.title;
+  json["points"] = summary.points;
+  json["interval"] = FloatJson(static_cast<float>(summary.intervalMs));
+  json["simulator"] = SimulatorWord(summary.simulator);
+  json[summary.simulator == FixedStepIntegrator ? "step" : "tolerance"] =
+      FloatJson(static_cast<float>(summary.control));
+  if (summary.savedSteps > 0) json["savedSteps"] = summary.savedSteps;
+  json["units"] = UnitsWord(summary.units);
+  json["axis"] = summary.axisTitle;
+  json["peak"]["value"] = FloatJson(static_cast<float>(summary.peak));
+  json["peak"]["time"] = NumberJson(summary.peakMs);
+  json["final"]["time"] = NumberJson(summary.lastMs);
+  json["final"]["states"] = Json::array();
+  for (const FinalOccupancy& state : summary.last) {
+    json["final"]["states"].push_back(
+        {{"state", state.state}, {"label", state.name}, {"occupancy", FloatJson(state.value)}});
+  }
+  json["wallTime"] = NumberJson(summary.wallSeconds);
+  out << JsonLine(json) << '\n';
+}
+
+}  // namespace zelvane

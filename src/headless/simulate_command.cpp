@@ -1,0 +1,143 @@
+#include "headless/simulate_command.h"
+
+#include <chrono>
+#include <cmath>
+#include <ostream>
+
+#include "headless/internal/nearest_names.h"
+#include "headless/internal/run_summary.h"
+#include "headless/internal/words.h"
+#include "io/trace_export.h"
+#include "io/trace_store.h"
+#include "model/model_panels.h"
+#include "model/model_store.h"
+#include "screen/screen.h"
+#include "sim/result_store.h"
+#include "sim/run.h"
+#include "sim/run_panel.h"
+#include "stimulus/stimulus.h"
+#include "stimulus/stimulus_store.h"
+
+namespace zelvane {
+namespace {
+
+/// Sets one "NAME=VALUE". False, told, when the name is no field or the value does not suit it.
+bool ApplySetting(const std::string& setting, std::ostream& err) {
+  const std::size_t equals = setting.find('=');
+  if (equals == std::string::npos) {
+    err << "--set takes NAME=VALUE, not " << Shortened(setting) << '\n';
+    return false;
+  }
+  const std::string name = setting.substr(0, equals);
+  const FieldRef field = FindField(name);
+  if (!field) {
+    err << "--set " << Shortened(name) << ": no such field" << DidYouMean(NearestNames(name, FieldNames()))
+        << '\n';
+    return false;
+  }
+  if (!SetFieldText(field, setting.substr(equals + 1))) {
+    err << "--set " << name << ": " << Shortened(setting.substr(equals + 1))
+        << (field.field->type == FieldType::Int ? " is no whole number that the field can hold\n"
+                                                : " is no finite number that the field can hold\n");
+    return false;
+  }
+  return true;
+}
+
+/// Sets all that the options say in the stores; false when they ask for something that cannot be.
+bool ApplyOptions(const SimulateOptions& options, std::ostream& err) {
+  for (const std::string& setting : options.settings) {
+    if (!ApplySetting(setting, err)) return false;
+  }
+  if (options.simulator) Model.SimulatorKind = *options.simulator;
+  if (options.points) Model.NumPoints = *options.points;
+  if (options.intervalMs) Model.ADInterval = static_cast<float>(*options.intervalMs);
+  if (options.units) Model.DisplayUnits = *options.units;
+  if (Model.NumPoints < 1 || Model.NumPoints > MaxPoints) {
+    err << "points: " << Model.NumPoints << " is not between 1 and " << MaxPoints << '\n';
+    return false;
+  }
+  if (!(Model.ADInterval > 0.0F) || !std::isfinite(Model.ADInterval)) {
+    err << "interval: must be above 0 ms\n";
+    return false;
+  }
+  return true;
+}
+
+/// A run reads the panels, so that they must show what the stores hold.
+void ShowStores() {
+  RefreshModelPanels();
+  WriteRunParameters();
+  StimPanelRefresh();
+  WriteAllControls();
+}
+
+void WarnOfEmptyStimulus(std::ostream& err) {
+  if (Stimulus.StimMode == StimAutomatic || Stimulus.StimFromFile != 0) return;
+  err << "note: this model's stimulus is built by hand (StimMode " << Stimulus.StimMode
+      << ") and a model file does not hold it; the run sees none. --set StimMode=" << StimAutomatic
+      << " takes the automatic step.\n";
+}
+
+/// Whether the run left a whole trace; the reason is told when the program has not told it.
+bool RunSucceeded(const JobScreen& screen, const JobStreams& streams) {
+  if (streams.stop != nullptr && streams.stop->load()) return false;
+  if (Model.SimulatorKind == MonteCarlo) {
+    streams.err << "choose an integrator for this model: --simulator fixed or --simulator adaptive\n";
+    return false;
+  }
+  if (screen.ErrorShown()) return false;
+  if (Trace.TraceValid == 0) {
+    streams.err << "the run left no trace\n";
+    return false;
+  }
+  if (Model.SimulatorKind == AdaptiveIntegrator && Result.ResultKind != ResultSavedSteps) {
+    streams.err << "the adaptive integrator did not reach the end of the sweep; raise Precision (now "
+                << FormatText("%g", static_cast<double>(Model.Precision)) << ") or use --simulator fixed\n";
+    return false;
+  }
+  return true;
+}
+
+bool WriteFiles(const SimulateOptions& options, std::ostream& err) {
+  const std::span<const float> trace = Trace.SimTrace.first(static_cast<std::size_t>(Model.NumPoints));
+  if (!options.traceFile.empty() &&
+      !WriteTraceFile(options.traceFile, trace, Model.ADInterval, GraphNamed("MainPanel").y.title)) {
+    err << options.traceFile << ": cannot be written\n";
+    return false;
+  }
+  if (!options.occupancyFile.empty() && !WriteOccupancyCsv(options.occupancyFile)) {
+    err << options.occupancyFile << ": cannot be written\n";
+    return false;
+  }
+  return true;
+}
+
+double RunTimed() {
+  const auto begin = std::chrono::steady_clock::now();
+  RunSimulation(Model.NumPoints);
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+}  // namespace
+
+int SimulateCommand(const SimulateOptions& options, const JobStreams& streams) {
+  const JobScreen screen(streams);
+  StartJob(options.seeds);
+  if (!ReadJobModel(options.model, streams)) return JobFailed;
+  if (!ApplyOptions(options, streams.err)) return JobMisused;
+  ShowStores();
+  StimRebuild();
+  WarnOfEmptyStimulus(streams.err);
+  const double wallSeconds = RunTimed();
+  if (!RunSucceeded(screen, streams)) return JobFailed;
+  if (!WriteFiles(options, streams.err)) return JobFailed;
+  const RunSummary summary = SummariseRun(wallSeconds);
+  if (options.json)
+    WriteSummaryJson(summary, options.model, streams.out);
+  else
+    WriteSummary(summary, streams.out);
+  return JobDone;
+}
+
+}  // namespace zelvane

@@ -1,0 +1,32 @@
+// `zelvane-cli simulate`: one run of a model file.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "headless/one_job.h"
+
+namespace zelvane {
+
+struct SimulateOptions {
+  std::string model;             // path
+  std::optional<int> simulator;  // FixedStepIntegrator or AdaptiveIntegrator
+  std::optional<int> points;
+  std::optional<double> intervalMs;
+  std::optional<int> units;           // codes of ModelStore::DisplayUnits
+  std::vector<std::string> settings;  // "NAME=VALUE", any store field
+  std::optional<Seeds> seeds;         // of the noise
+  std::string traceFile;              // .txt, .asc, .atf or .csv; empty = none
+  std::string occupancyFile;          // .csv; empty = none
+  bool json = false;
+};
+
+/// Reads the model, sets what the options say in the stores and on the panels, rebuilds the stimulus, runs,
+/// and writes the files asked for and a summary. Nothing is written when the run failed or was stopped.
+/// @return JobDone, JobFailed with the reason on `streams.err`, or JobMisused for a name or value that no
+/// field
+///         takes
+int SimulateCommand(const SimulateOptions& options, const JobStreams& streams);
+
+}  // namespace zelvane
