@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -57,6 +58,9 @@ std::string Reloaded(const std::string& text) {
 void CheckOne(std::string_view bytes) {
   ResetModelStores();
   if (!ReadModelText(bytes)) return;
+  // Writing takes several times as long as reading most inputs, and one in eight finds its faults as well.
+  // Which ones depends on the input alone, so that a finding repeats.
+  if (std::hash<std::string_view>{}(bytes) % 8 != 0) return;
   // The first saving may round to six decimals, and a field that the bytes did not hold may have stood
   // outside the range of a loaded one. From there on nothing may change.
   const std::string loaded = Reloaded(ModelText());

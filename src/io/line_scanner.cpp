@@ -9,7 +9,10 @@
 namespace zelvane {
 namespace {
 
-constexpr std::string_view Blanks = " \t\n\v\f\r";
+/// What isspace takes in the C locale.
+bool IsBlank(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
 /// What stands before the digits of every kind of number.
 struct Sign {
@@ -18,7 +21,7 @@ struct Sign {
 };
 
 Sign SkipToDigits(std::string_view& rest) {
-  rest.remove_prefix(std::min(rest.find_first_not_of(Blanks), rest.size()));
+  while (!rest.empty() && IsBlank(rest.front())) rest.remove_prefix(1);
   Sign sign;
   sign.any = !rest.empty() && (rest.front() == '+' || rest.front() == '-');
   sign.minus = sign.any && rest.front() == '-';
@@ -102,8 +105,9 @@ std::optional<TextLine> NextLine(std::string_view& rest) {
 }
 
 std::string_view FirstWord(std::string_view& rest, std::size_t longest) {
-  rest.remove_prefix(std::min(rest.find_first_not_of(Blanks), rest.size()));
-  const std::string_view word = rest.substr(0, std::min(rest.find_first_of(Blanks), longest));
+  while (!rest.empty() && IsBlank(rest.front())) rest.remove_prefix(1);
+  const auto end = static_cast<std::size_t>(std::find_if(rest.begin(), rest.end(), IsBlank) - rest.begin());
+  const std::string_view word = rest.substr(0, std::min(end, longest));
   rest.remove_prefix(word.size());
   return word;
 }

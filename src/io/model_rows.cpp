@@ -14,29 +14,39 @@
 namespace zelvane {
 namespace {
 
-constexpr double Unbounded = std::numeric_limits<double>::infinity();
+// -- Numbers with a rule of their own --
+constexpr CellRule SwitchOr0{.least = 0, .most = 1};
+constexpr CellRule SwitchOr1{.least = 0, .most = 1, .belowBecomes = 1, .aboveBecomes = 1};
+constexpr CellRule Magnitude{.absolute = true};
+constexpr CellRule PointsOfRun{
+    .least = 100'000, .most = MaxStimPoints, .belowBecomes = 100'000, .aboveBecomes = MaxPoints};
+constexpr CellRule AtLeast0{.least = 0};
+constexpr CellRule AtLeast1{.least = 1, .belowBecomes = 1};
+constexpr CellRule AtLeast10{.least = 10, .belowBecomes = 10};
+constexpr CellRule AtLeast500{.least = 500, .belowBecomes = 500};
+constexpr CellRule AtLeastHalf{.least = 0.5, .belowBecomes = 0.5};
+constexpr CellRule AtMost1{.most = 1, .aboveBecomes = 1};
+constexpr CellRule LimitFactor{.least = 2, .most = 1e6, .belowBecomes = 2, .aboveBecomes = 2};
+constexpr CellRule CornerTo50{.least = 0, .most = 50, .belowBecomes = 5, .aboveBecomes = 5};
+constexpr CellRule CornerTo20{
+    .least = 0, .most = 20, .belowBecomes = 10, .aboveBecomes = 10, .leastIsBelow = true};
+constexpr CellRule TimeConstant{.least = 0, .belowBecomes = 5};
+constexpr CellRule TrainRange{.least = 0, .most = 1e6, .belowBecomes = 1, .aboveBecomes = 1};
+constexpr CellRule FractionOfPeak{.least = 0, .most = 1, .belowBecomes = 0.1, .aboveBecomes = 0.1};
+constexpr CellRule InExponentForm{.form = NumberForm::Exponent};
+constexpr CellRule InShortExponentForm{.form = NumberForm::ShortExponent};
 
-// -- Ranges of values read from a file --
-constexpr ValueCheck SwitchOr0{0, 1, 0, 0};
-constexpr ValueCheck SwitchOr1{0, 1, 1, 1};
-constexpr ValueCheck Magnitude{.absolute = true};
-constexpr ValueCheck PointsOfRun{100'000, MaxStimPoints, 100'000, MaxPoints};
-constexpr ValueCheck PrecisionRange{1e-9, 1000, 1e-5, 1e-5, true};
-constexpr ValueCheck LimitFactor{2, 1e6, 2, 2};
-constexpr ValueCheck SecondHalfUp{0.5, Unbounded, 0.5, 0};
-constexpr ValueCheck CornerTo50{0, 50, 5, 5};
-constexpr ValueCheck CornerTo20{0, 20, 10, 10, true};
-constexpr ValueCheck TimeConstant{0, Unbounded, 5, 0};
-constexpr ValueCheck TrainRange{0, 1e6, 1, 1};
-constexpr ValueCheck FractionOfPeak{0, 1, 0.1, 0.1};
-constexpr ValueCheck AtMost1{-Unbounded, 1, 0, 1};
-
-/// A value below `least` becomes `least`.
-constexpr ValueCheck AtLeast(double least) {
-  return {least, Unbounded, least, 0};
-}
-
-constexpr double PrecisionOfOldFiles = 5e-5;  // their lines hold a step size alone
+// Lines of the oldest files end before these.
+constexpr CellRule SubunitSwitch{.missing = 0.0};
+constexpr CellRule VoltageSwitch{.least = 0, .most = 1, .missing = 0.0};
+constexpr CellRule PrecisionRule{.least = 1e-9,
+                                 .most = 1000,
+                                 .belowBecomes = 1e-5,
+                                 .aboveBecomes = 1e-5,
+                                 .leastIsBelow = true,
+                                 .missing = 5e-5,
+                                 .form = NumberForm::Exponent};
+const CellRule ToleranceOfDwellFit{.insteadOfZero = &Fit.FitTolerance};
 
 constexpr int FitRowsOfFirstFormat = 36;
 constexpr int WaveformsOfOldFormats = 5;
@@ -63,7 +73,7 @@ std::size_t At(int i) {
 void StateRows(const Walk& walk) {
   walk.Header("[State1-20: onoff]");
   for (std::size_t s = 1; s <= MaxStates; ++s) {
-    walk.Line({{&Model.StateOn[s], SwitchOr1},
+    walk.Line({{&Model.StateOn[s], &SwitchOr1},
                {&Model.StateMonitored[s]},
                {&Model.StateConductance[s]},
                {&Model.StartOccupancy[s]}});
@@ -94,7 +104,7 @@ void LinkRows(const Walk& walk, const LinkTitles& titles, std::array<double, Max
   const auto fromOf = [forward](std::size_t n) { return At(forward ? LinkTable[n].low : LinkTable[n].high); };
   const auto toOf = [forward](std::size_t n) { return At(forward ? LinkTable[n].high : LinkTable[n].low); };
   walk.Header(titles.rates);
-  for (std::size_t n = 1; n <= MaxLinks; ++n) walk.Line({{&rates[n], Magnitude}});
+  for (std::size_t n = 1; n <= MaxLinks; ++n) walk.Line({{&rates[n], &Magnitude}});
   walk.Header(titles.dependence);
   for (std::size_t n = 1; n <= MaxLinks; ++n) {
     const std::size_t from = fromOf(n);
@@ -172,44 +182,43 @@ void RunRows(const Walk& walk) {
   walk.Header("[QMatrixMonteCarlo,#passes,#pts,#start,#channels,openstate,startstate,pApS,mVmM]");
   walk.Line({{&Model.SimulatorKind}});
   walk.Line({{&Model.NumRuns}});
-  walk.Line({{&Model.NumPoints, PointsOfRun}});
+  walk.Line({{&Model.NumPoints, &PointsOfRun}});
   walk.Line({{&Model.NumIntervals}});
   walk.Line({{&Model.NumChannels}});
   walk.Line({{&Model.OpenState}});
   walk.Line({{&Model.StartState}});
-  walk.Line({{&Model.ReseedSimulation}, {.field = &Model.MultiSubunit, .missing = 0.0}});
+  walk.Line({{&Model.ReseedSimulation}, {&Model.MultiSubunit, &SubunitSwitch}});
   walk.Line({{&Model.DisplayUnits}}, true);
   walk.visitor.Reserved(1, "0");
   walk.Line({{&Model.ShowAllTraces}});
-  walk.Line({{&Model.AutoAnalyze}, {&Model.Autosave, SwitchOr0}, {&Model.AutosaveFormat, SwitchOr0}});
+  walk.Line({{&Model.AutoAnalyze}, {&Model.Autosave, &SwitchOr0}, {&Model.AutosaveFormat, &SwitchOr0}});
 }
 
 void IntegratorAndFitRows(const Walk& walk) {
   walk.Header("[extra storage space]");
-  walk.Line({{.field = &Model.MaxStepSize, .form = NumberForm::Exponent},
-             {&Model.Precision, PrecisionRange, NumberForm::Exponent, PrecisionOfOldFiles}});
+  walk.Line({{&Model.MaxStepSize, &InExponentForm}, {&Model.Precision, &PrecisionRule}});
   walk.Line({{&Model.Temperature}});
-  walk.Line({{.field = &Fit.AnalysisTolerance, .form = NumberForm::ShortExponent}});
+  walk.Line({{&Fit.AnalysisTolerance, &InShortExponentForm}});
   walk.Line({{&Fit.FitAlign},
              {&Fit.FitModelIs2D},
-             {&Fit.WaveFitFixOn, SwitchOr0},
-             {&Fit.WaveFitLimitsOn, SwitchOr0},
-             {&Fit.WaveFitAutoSeed, SwitchOr0},
-             {&Fit.AutoGenFitLims, SwitchOr0},
-             {&Fit.FitLimsXFold, LimitFactor}});
-  walk.Line({{&Fit.FitPeakSearchPts, AtLeast(500)},
-             {&Fit.FitNumIterations, AtLeast(10)},
-             {&Fit.FitNumRestarts, AtLeast(1)},
-             {&Fit.FitPeakAve, AtLeast(1)},
-             {&Fit.FitDualSpeed, AtLeast(0)},
-             {&Fit.FitStepSize, SecondHalfUp}});
-  walk.Line({{&Model.StartAtEquilibrium, SwitchOr0}, {&Model.FitStartAtEquilibrium, SwitchOr0}});
+             {&Fit.WaveFitFixOn, &SwitchOr0},
+             {&Fit.WaveFitLimitsOn, &SwitchOr0},
+             {&Fit.WaveFitAutoSeed, &SwitchOr0},
+             {&Fit.AutoGenFitLims, &SwitchOr0},
+             {&Fit.FitLimsXFold, &LimitFactor}});
+  walk.Line({{&Fit.FitPeakSearchPts, &AtLeast500},
+             {&Fit.FitNumIterations, &AtLeast10},
+             {&Fit.FitNumRestarts, &AtLeast1},
+             {&Fit.FitPeakAve, &AtLeast1},
+             {&Fit.FitDualSpeed, &AtLeast0},
+             {&Fit.FitStepSize, &AtLeastHalf}});
+  walk.Line({{&Model.StartAtEquilibrium, &SwitchOr0}, {&Model.FitStartAtEquilibrium, &SwitchOr0}});
   walk.Line({{&Model.AutoFilter},
-             {&Model.AutoFilterFc, CornerTo50},
+             {&Model.AutoFilterFc, &CornerTo50},
              {&Model.AutoNoise},
-             {&Model.AutoNoiseSTD, AtLeast(0)},
+             {&Model.AutoNoiseSTD, &AtLeast0},
              {&Model.ChannelsGaussian},
-             {&Model.ChannelsSTD, AtLeast(0)}});
+             {&Model.ChannelsSTD, &AtLeast0}});
   walk.visitor.Reserved(13, "1");
 }
 
@@ -225,15 +234,15 @@ void ElectricalRows(const Walk& walk) {
 void StimulusRows(const Walk& walk) {
   walk.Header("[Stimulus: Mode,AutoStep,ManualStep,Exp,Fc,pole,autofilt]");
   walk.Line({{&Stimulus.StimMode}});
-  walk.Line({{.field = &Stimulus.AutoValue, .form = NumberForm::Exponent}});
+  walk.Line({{&Stimulus.AutoValue, &InExponentForm}});
   walk.Line({{&Stimulus.AutoStart}});
   walk.Line({{&Stimulus.AutoStop}});
-  walk.Line({{.field = &Stimulus.StepAmp, .form = NumberForm::Exponent}, {&Stimulus.StepRamp, SwitchOr0}});
-  walk.Line({{&Stimulus.StepStart}, {&Stimulus.StepRiseTau, TimeConstant}});
-  walk.Line({{&Stimulus.StepStop}, {&Stimulus.StepDecayTau, TimeConstant}});
+  walk.Line({{&Stimulus.StepAmp, &InExponentForm}, {&Stimulus.StepRamp, &SwitchOr0}});
+  walk.Line({{&Stimulus.StepStart}, {&Stimulus.StepRiseTau, &TimeConstant}});
+  walk.Line({{&Stimulus.StepStop}, {&Stimulus.StepDecayTau, &TimeConstant}});
   walk.Line({{&Stimulus.ExpStart}});
-  walk.Line({{.field = &Stimulus.ExpAmp1, .form = NumberForm::Exponent}});
-  walk.Line({{.field = &Stimulus.ExpAmp2, .form = NumberForm::Exponent}});
+  walk.Line({{&Stimulus.ExpAmp1, &InExponentForm}});
+  walk.Line({{&Stimulus.ExpAmp2, &InExponentForm}});
   walk.Line({{&Stimulus.ExpTau1}});
   walk.Line({{&Stimulus.ExpTau2}});
   walk.Line({{&Stimulus.ExpRiseTau}});
@@ -242,13 +251,12 @@ void StimulusRows(const Walk& walk) {
   walk.Line({{&Stimulus.ExpComponents}});
   walk.Line({{&Stimulus.FilterFc}});
   walk.Line({{&Stimulus.FilterPoles},
-             {&Stimulus.TrainExpFlag, SwitchOr1},
-             {&Stimulus.TrainCount, TrainRange},
-             {&Stimulus.TrainRiseFlag, SwitchOr1},
+             {&Stimulus.TrainExpFlag, &SwitchOr1},
+             {&Stimulus.TrainCount, &TrainRange},
+             {&Stimulus.TrainRiseFlag, &SwitchOr1},
              {&Stimulus.TrainDelay},
-             {&Stimulus.TrainInterval, TrainRange}});
-  walk.Line(
-      {{&Stimulus.AutoFilterOn}, {.field = &Stimulus.AutoDrugOrVolt, .check = SwitchOr0, .missing = 0.0}});
+             {&Stimulus.TrainInterval, &TrainRange}});
+  walk.Line({{&Stimulus.AutoFilterOn}, {&Stimulus.AutoDrugOrVolt, &VoltageSwitch}});
   walk.Line({{&Stimulus.StimLogAxis}});
 }
 
@@ -267,16 +275,16 @@ void MeasureRows(const Walk& walk) {
   walk.Header("[Analysis: pksrch,pkave,basepts,basepos,startpos,risebeg,riseend]");
   walk.Line({{&Analysis.PeakSearchPts}});
   walk.Line({{&Analysis.PeakAvePts},
-             {&Analysis.AutoSaveMeasures, SwitchOr0},
-             {&Analysis.VerifyMeasures, SwitchOr0},
-             {&Analysis.AnalysisDisplay[1], SwitchOr0},
-             {&Analysis.AnalysisDisplay[2], SwitchOr0},
-             {&Analysis.AnalysisDisplay[3], SwitchOr0},
-             {&RsCm.RsCmAuto, SwitchOr0}});
+             {&Analysis.AutoSaveMeasures, &SwitchOr0},
+             {&Analysis.VerifyMeasures, &SwitchOr0},
+             {&Analysis.AnalysisDisplay[1], &SwitchOr0},
+             {&Analysis.AnalysisDisplay[2], &SwitchOr0},
+             {&Analysis.AnalysisDisplay[3], &SwitchOr0},
+             {&RsCm.RsCmAuto, &SwitchOr0}});
   walk.Line({{&Analysis.BaselinePts}});
   walk.Line({{&Analysis.BaselineStart}});
-  walk.Line({{&Analysis.StartAnalysis}, {&Analysis.LatencyPos, AtLeast(0)}});
-  walk.Line({{&Analysis.RiseStartFrac}, {&Analysis.LatencyFrac, FractionOfPeak}});
+  walk.Line({{&Analysis.StartAnalysis}, {&Analysis.LatencyPos, &AtLeast0}});
+  walk.Line({{&Analysis.RiseStartFrac}, {&Analysis.LatencyFrac, &FractionOfPeak}});
   walk.Line({{&Analysis.RiseEndFrac}});
 }
 
@@ -287,7 +295,7 @@ void AnalysisFitRows(const Walk& walk) {
   walk.Line({{&Fit.AnalysisFitPts}});
   walk.Line({{&Fit.AnalysisNumIterations}});
   walk.Line({{&Fit.AnalysisNumRestarts}});
-  walk.Line({{&Fit.FitTolerance}, {.field = &DwellFit.ScTolerance, .insteadOfZero = &Fit.FitTolerance}});
+  walk.Line({{&Fit.FitTolerance}, {&DwellFit.ScTolerance, &ToleranceOfDwellFit}});
   walk.Line({{&Fit.DualSpeedPts}});
   walk.Line({{&Fit.FitStartPts}});
 }
@@ -334,9 +342,9 @@ void WaveformFitRows(const Walk& walk) {
   walk.Line({{&Fit.FitNormalized}});
   walk.Line({{&Fit.FitSeedSpread}});
   walk.Line({{&Fit.FitFilterOn},
-             {&Fit.AlignRange, AtMost1},
-             {&Fit.FitAlignChoice, SwitchOr0},
-             {&Fit.FitFilterFc, CornerTo20}});
+             {&Fit.AlignRange, &AtMost1},
+             {&Fit.FitAlignChoice, &SwitchOr0},
+             {&Fit.FitFilterFc, &CornerTo20}});
   for (auto field : {&FitWindow::DataBaselineStart, &FitWindow::DataFitStart, &FitWindow::SimBaselineStart,
                      &FitWindow::SimFitStart}) {
     WindowRow(walk, field);

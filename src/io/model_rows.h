@@ -19,27 +19,30 @@ inline constexpr int NewestFileVersion = 4;
 /// Characters of a line at most, its line end not counted.
 inline constexpr int MaxLineBytes = 299;
 
-/// What becomes of a value read from a file that lies outside its range. Applied after the line was scanned.
-struct ValueCheck {
+/// How a number is written, in the words of printf: %d for an int, else %f, %e or %.4e.
+enum class NumberForm { Plain, Exponent, ShortExponent };
+
+/// What a number of a file goes through beside being scanned and printed.
+struct CellRule {
+  // -- A value read that lies outside its range is replaced --
   double least = -std::numeric_limits<double>::infinity();
   double most = std::numeric_limits<double>::infinity();
   double belowBecomes = 0.0;
   double aboveBecomes = 0.0;
-  bool leastIsBelow = false;  // `least` itself is outside
-  bool absolute = false;      // the sign is dropped first
-};
+  bool leastIsBelow = false;              // `least` itself is outside
+  bool absolute = false;                  // the sign is dropped first
+  const double* insteadOfZero = nullptr;  // a 0 takes this field's value
+  std::optional<double> missing{};        // taken when a whole line holds no such number
 
-/// How a number is written, in the words of printf: %d for an int, else %f, %e or %.4e.
-enum class NumberForm { Plain, Exponent, ShortExponent };
+  NumberForm form = NumberForm::Plain;
+};
+inline constexpr CellRule AsItStands{};
 
 /// A number on a line: the field that it belongs to, or an int that is written for the human eye (the states
 /// of a rate) and passed over on reading.
 struct Cell {
   std::variant<int*, float*, double*, int> field;
-  ValueCheck check{};
-  NumberForm form = NumberForm::Plain;
-  std::optional<double> missing{};        // taken when a whole line holds no such number
-  const double* insteadOfZero = nullptr;  // a 0 takes this field's value
+  const CellRule* rule = &AsItStands;
 };
 
 struct ModelFileVisitor {

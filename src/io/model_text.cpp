@@ -34,10 +34,10 @@ std::string_view OneLine(std::string_view text, int bytes) {
 
 // -- Reading --
 
-double Checked(const ValueCheck& check, double value) {
-  if (check.absolute && value < 0.0) value = -value;
-  if (value < check.least || (check.leastIsBelow && value == check.least)) return check.belowBecomes;
-  if (value > check.most) return check.aboveBecomes;
+double Checked(const CellRule& rule, double value) {
+  if (rule.absolute && value < 0.0) value = -value;
+  if (value < rule.least || (rule.leastIsBelow && value == rule.least)) return rule.belowBecomes;
+  if (value > rule.most) return rule.aboveBecomes;
   return value;
 }
 
@@ -89,10 +89,12 @@ struct Reader final : ModelFileVisitor {
     if (line.text.empty() && !line.ended) scan = Scan::Missing;
     if constexpr (std::is_pointer_v<T>) {
       if (scan == Scan::Taken) {
-        *field = static_cast<Number>(Checked(cell.check, static_cast<double>(value)));
-        if (cell.insteadOfZero != nullptr && *field == 0) *field = static_cast<Number>(*cell.insteadOfZero);
+        *field = static_cast<Number>(Checked(*cell.rule, static_cast<double>(value)));
+        if (cell.rule->insteadOfZero != nullptr && *field == 0)
+          *field = static_cast<Number>(*cell.rule->insteadOfZero);
       }
-      if (scan == Scan::Missing && cell.missing && line.ended) *field = static_cast<Number>(*cell.missing);
+      if (scan == Scan::Missing && cell.rule->missing && line.ended)
+        *field = static_cast<Number>(*cell.rule->missing);
     }
     return scan != Scan::Missing;
   }
@@ -148,7 +150,7 @@ struct Writer final : ModelFileVisitor {
  private:
   void AppendCells(std::span<const Cell> cells, bool blankAtEnd, Digits digits) {
     for (const Cell& cell : cells) {
-      std::visit([&](auto field) { AppendCell(cell.form, field, digits); }, cell.field);
+      std::visit([&](auto field) { AppendCell(cell.rule->form, field, digits); }, cell.field);
       text += ' ';
     }
     if (!blankAtEnd) text.pop_back();
