@@ -18,6 +18,8 @@ struct AnalysisStore {
   float LatencyPos = 1.0F;  // ms
   float LatencyFrac = 0.1F;
 
+  int ViewedPoints = 10240;  // samples across the x axis of the graph in front
+
   int AutoSaveMeasures = 0;
   int VerifyMeasures = 0;
   std::array<int, 4> AnalysisDisplay{};  // display switches of the analysis panel, from index 1

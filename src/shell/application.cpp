@@ -11,6 +11,7 @@
 #include "screen/observer.h"
 #include "screen/screen.h"
 #include "shell/about_panel.h"
+#include "shell/graph_properties.h"
 #include "shell/help.h"
 #include "shell/recorder.h"
 #include "shell/stores.h"
@@ -107,6 +108,8 @@ void AddAllPanels() {
   AddInitialConditionsPanel();
   AddValuesTablePanel();
   AddTableModelPanel();
+  AddGraphPropertiesPanel();
+  AddGraphMenu();
   AddHelp();
   AddRecorderMenu();
   AddMenu(ShellMenu);

@@ -200,6 +200,7 @@ void RegisterAnalysis() {
       ScalarField("FracDecay", Analysis.FracDecay),
       ScalarField("LatencyPos", Analysis.LatencyPos),
       ScalarField("LatencyFrac", Analysis.LatencyFrac),
+      ScalarField("ViewedPoints", Analysis.ViewedPoints),
       ScalarField("AutoSaveMeasures", Analysis.AutoSaveMeasures),
       ScalarField("VerifyMeasures", Analysis.VerifyMeasures),
       ArrayField("AnalysisDisplay[]", Analysis.AnalysisDisplay),
