@@ -67,6 +67,21 @@ bool TooSmall(std::string_view number, char mark, std::int64_t exponentPerDigit)
   return std::clamp(exponent, -Bound, Bound) + (point - first) * exponentPerDigit < 0;
 }
 
+bool BeginsWithDigits(std::string_view text, bool hexadecimal) {
+  if (text.empty()) return false;
+  const char c = Lower(text.front());
+  return IsDigit(c) || c == '.' || (hexadecimal && c >= 'a' && c <= 'f');
+}
+
+/// Passes over the mark and sign of an exponent without digits behind `number`, as scanf does. So a number
+/// that was cut off within its exponent reaches to the end of its line, too.
+void PassOpenExponent(std::string_view& rest, std::string_view number, char mark) {
+  const auto isMark = [mark](char c) { return Lower(c) == mark; };
+  if (rest.empty() || !isMark(rest.front()) || std::any_of(number.begin(), number.end(), isMark)) return;
+  rest.remove_prefix(1);
+  if (!rest.empty() && (rest.front() == '+' || rest.front() == '-')) rest.remove_prefix(1);
+}
+
 template <typename Real>
 Scan ScanReal(std::string_view& rest, Real& value) {
   std::string_view at = rest;
@@ -76,14 +91,15 @@ Scan ScanReal(std::string_view& rest, Real& value) {
     return Scan::Refused;
   }
   const bool hexadecimal = TakeWord(at, "0x");
-  // from_chars has a sign, "inf" and "nan" of its own, which have had their turn.
-  if (!hexadecimal && (at.empty() || !(IsDigit(at.front()) || at.front() == '.'))) return Scan::Missing;
+  // from_chars has a sign and words of its own, which have had their turn.
+  if (!BeginsWithDigits(at, hexadecimal)) return Scan::Missing;
   const auto format = hexadecimal ? std::chars_format::hex : std::chars_format::general;
   Real scanned = 0;
   const auto [stop, error] = std::from_chars(at.data(), at.data() + at.size(), scanned, format);
   if (error == std::errc::invalid_argument) return Scan::Missing;
   const std::string_view number = at.substr(0, static_cast<std::size_t>(stop - at.data()));
   rest = at.substr(number.size());
+  PassOpenExponent(rest, number, hexadecimal ? 'p' : 'e');
   if (error == std::errc::result_out_of_range) {
     if (!TooSmall(number, hexadecimal ? 'p' : 'e', hexadecimal ? 4 : 1)) return Scan::Refused;
     scanned = 0;
