@@ -75,16 +75,16 @@ constexpr ControlDecl LinkRowControls[] = {
      1, MaxLinks},
     {"DependOff[%d]", ControlKind::Button,  "K%d off...", "", "", "FxnDepend%dOff", FxnDependOff, DependHelp,
      1, MaxLinks},
-    {"Kd[%d]",        ControlKind::Readout, "Kd%d",       "M", "Kd=%.1eM", "", nullptr,
+    {"Kd[%d]",        ControlKind::Readout, "Kd%d",       "", "Kd=%.1eM", "", nullptr,
      "Dissociation constant of link K%d, shown when one of its rates depends on the stimulus.", 1, MaxLinks},
 };
 
 constexpr ControlDecl ReadoutControls[] = {
-    {"GridConductance[%d]", ControlKind::Readout, "", "pS", "%.0fpS\n", "", nullptr,
+    {"GridConductance[%d]", ControlKind::Readout, "", "", "%.0fpS\n", "", nullptr,
      "Conductance of state %d, shown when it is above 0.", 1, MaxStates},
     {"ModelForm",   ControlKind::Readout, "Form",   "",   "",       "", nullptr,
      "The form of the scheme that the next run takes: the grid (2D) or the table (3D)."},
-    {"SweepLength", ControlKind::Readout, "Length", "ms", "%.3ems", "", nullptr,
+    {"SweepLength", ControlKind::Readout, "Length", "",   "%.3ems", "", nullptr,
      "Total length of the sweep: number of points times their interval."},
 };
 

@@ -12,9 +12,9 @@ void AddInitialConditionsPanel();
 void AddTableModelPanel();
 void AddModelMenu();
 
-// -- Panel to store and back. What a run calls (the reads, WriteStartOccupancy, ShowSweepLength) does nothing where
-// the panel is not on the screen, so that a run needs none --
-void ReadGridRates();   // KOn and KOff, and with them the title and the labels typed beside them
+// -- Panel to store and back. What a run calls (the reads, WriteStartOccupancy, ShowSweepLength) does nothing
+// where the panel is not on the screen, so that a run needs none --
+void ReadGridRates();  // KOn and KOff, and with them the title and the labels typed beside them
 void WriteGridRates();
 void ReadTableRates();   // all 380 cells into TableRate
 void WriteTableRates();  // cells, marks, buttons and labels
