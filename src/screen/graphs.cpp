@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "screen/internal/announce.h"
+#include "screen/pyramid.h"
 #include "screen/screen.h"
 
 namespace zelvane {
@@ -27,17 +28,27 @@ void Changed(Graph& graph) {
   AnnounceGraph(graph);
 }
 
-template <typename Values>
-std::optional<DataRange> FiniteRange(const Values& values) {
+std::optional<DataRange> RangeOf(std::span<const float> samples) {
+  const MinMax range = RangeOfSamples(samples);
+  if (range.empty) return std::nullopt;
+  return DataRange{static_cast<double>(range.min), static_cast<double>(range.max)};
+}
+
+std::optional<DataRange> RangeOf(std::span<const double> values) {
   std::optional<DataRange> range;
-  for (const auto raw : values) {
-    const auto v = static_cast<double>(raw);
+  for (const double v : values) {
     if (!std::isfinite(v)) continue;
     if (!range) range = DataRange{v, v};
     range->min = std::min(range->min, v);
     range->max = std::max(range->max, v);
   }
   return range;
+}
+
+std::optional<DataRange> RangeOfTimes(double start, double step, std::size_t count) {
+  if (count == 0) return std::nullopt;
+  const double end = start + step * static_cast<double>(count - 1);
+  return DataRange{std::min(start, end), std::max(start, end)};
 }
 
 }  // namespace
@@ -49,14 +60,22 @@ void ClearPlots(Graph& graph) {
 
 void PlotWave(Graph& graph, PlotStyle style, Colour colour, std::span<const float> y, double start,
               double step) {
-  graph.plots.push_back({style, colour, start, step, {}, {y.begin(), y.end()}});
+  graph.plots.push_back({style,
+                         colour,
+                         start,
+                         step,
+                         {},
+                         {y.begin(), y.end()},
+                         RangeOfTimes(start, step, y.size()),
+                         RangeOf(y)});
   Changed(graph);
 }
 
 void PlotPoints(Graph& graph, PlotStyle style, Colour colour, std::span<const double> x,
                 std::span<const float> y) {
   assert(x.size() == y.size());
-  graph.plots.push_back({style, colour, 0.0, 1.0, {x.begin(), x.end()}, {y.begin(), y.end()}});
+  graph.plots.push_back(
+      {style, colour, 0.0, 1.0, {x.begin(), x.end()}, {y.begin(), y.end()}, RangeOf(x), RangeOf(y)});
   Changed(graph);
 }
 
@@ -84,11 +103,7 @@ void SetAxisLog(Graph& graph, char axis, bool log) {
 }
 
 std::optional<DataRange> PlotRange(const Plot& plot, char axis) {
-  if (axis == 'y') return FiniteRange(plot.y);
-  if (!plot.x.empty()) return FiniteRange(plot.x);
-  if (plot.y.empty()) return std::nullopt;
-  const double end = plot.start + plot.step * static_cast<double>(plot.y.size() - 1);
-  return DataRange{std::min(plot.start, end), std::max(plot.start, end)};
+  return axis == 'x' ? plot.xRange : plot.yRange;
 }
 
 std::optional<DataRange> DataRangeOf(const Graph& graph, char axis) {

@@ -1,6 +1,7 @@
 #include "screen/pyramid.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace zelvane {
@@ -19,9 +20,39 @@ void Take(MinMax& into, const MinMax& other) {
   Take(into, other.max);
 }
 
-MinMax OfSamples(std::span<const float> samples) {
+MinMax OneByOne(std::span<const float> samples) {
   MinMax range;
   for (const float value : samples) Take(range, value);
+  return range;
+}
+
+// Samples in lanes side by side become vector instructions; blocks are short, so that one sample that is not
+// finite sends few others the slow way.
+constexpr std::size_t Lanes = 8;
+constexpr std::size_t FastBlock = 1024;
+
+/// `samples` holds at least one whole set of lanes.
+MinMax OfBlock(std::span<const float> samples) {
+  std::array<float, Lanes> low{};
+  std::array<float, Lanes> high{};
+  std::array<float, Lanes> notFinite{};  // 0 x value is 0 for a finite value and nan for any other
+  std::copy_n(samples.begin(), Lanes, low.begin());
+  high = low;
+  std::size_t i = 0;
+  for (; i + Lanes <= samples.size(); i += Lanes) {
+    const float* const values = samples.data() + i;
+    for (std::size_t k = 0; k < Lanes; ++k) {
+      low[k] = values[k] < low[k] ? values[k] : low[k];
+      high[k] = values[k] > high[k] ? values[k] : high[k];
+      notFinite[k] += values[k] * 0.0F;
+    }
+  }
+  for (const float flag : notFinite) {
+    if (!(flag == 0.0F)) return OneByOne(samples);
+  }
+  MinMax range = OneByOne(samples.subspan(i));
+  Take(range,
+       {*std::min_element(low.begin(), low.end()), *std::max_element(high.begin(), high.end()), false});
   return range;
 }
 
@@ -33,13 +64,24 @@ std::vector<MinMax> Halved(const std::vector<MinMax>& fine) {
 
 }  // namespace
 
+MinMax RangeOfSamples(std::span<const float> samples) {
+  MinMax range;
+  while (samples.size() >= Lanes) {
+    const std::size_t block = std::min(FastBlock, samples.size());
+    Take(range, OfBlock(samples.first(block)));
+    samples = samples.subspan(block);
+  }
+  Take(range, OneByOne(samples));
+  return range;
+}
+
 Pyramid BuildPyramid(std::span<const float> samples) {
   Pyramid pyramid;
   pyramid.count = samples.size();
   std::vector<MinMax> level;
   level.reserve(samples.size() / PyramidBase + 1);
   for (std::size_t i = 0; i < samples.size(); i += PyramidBase) {
-    level.push_back(OfSamples(samples.subspan(i, std::min(PyramidBase, samples.size() - i))));
+    level.push_back(RangeOfSamples(samples.subspan(i, std::min(PyramidBase, samples.size() - i))));
   }
   while (!level.empty()) {
     pyramid.levels.push_back(std::move(level));
@@ -54,9 +96,9 @@ MinMax RangeOf(const Pyramid& pyramid, std::span<const float> samples, std::size
   // Whole blocks of the finest level, with the samples before and after them taken one by one.
   std::size_t firstBlock = (first + PyramidBase - 1) / PyramidBase;
   std::size_t lastBlock = last / PyramidBase;
-  if (firstBlock >= lastBlock) return OfSamples(samples.subspan(first, last - first));
-  range = OfSamples(samples.subspan(first, firstBlock * PyramidBase - first));
-  Take(range, OfSamples(samples.subspan(lastBlock * PyramidBase, last - lastBlock * PyramidBase)));
+  if (firstBlock >= lastBlock) return RangeOfSamples(samples.subspan(first, last - first));
+  range = RangeOfSamples(samples.subspan(first, firstBlock * PyramidBase - first));
+  Take(range, RangeOfSamples(samples.subspan(lastBlock * PyramidBase, last - lastBlock * PyramidBase)));
   // Upward: an odd block at either end is taken here, the even rest one level higher.
   for (std::size_t k = 0; firstBlock < lastBlock; ++k) {
     const std::vector<MinMax>& level = pyramid.levels[k];

@@ -14,6 +14,9 @@ struct MinMax {
   bool empty = true;  // no finite sample
 };
 
+/// Minimum and maximum of samples; those that are not finite are passed over.
+MinMax RangeOfSamples(std::span<const float> samples);
+
 /// Level k holds one pair for each run of PyramidBase x 2^k samples. The samples themselves stay outside.
 inline constexpr std::size_t PyramidBase = 64;
 

@@ -99,8 +99,14 @@ inline constexpr Colour Black{0, 0, 0};
 inline constexpr Colour DarkBlue{0, 0, 128};
 inline constexpr Colour DarkRed{128, 0, 0};
 
+/// From a smallest to a largest coordinate.
+struct DataRange {
+  double min = 0.0;
+  double max = 0.0;
+};
+
 /// One plot with its own copy of the data. Evenly sampled: x is empty and sample i stands at start + i x
-/// step.
+/// step. PlotWave and PlotPoints fill all of it.
 struct Plot {
   PlotStyle style = PlotStyle::Line;
   Colour colour;
@@ -108,6 +114,8 @@ struct Plot {
   double step = 1.0;
   std::vector<double> x;
   std::vector<float> y;
+  std::optional<DataRange> xRange;  // of the finite coordinates; nothing without one
+  std::optional<DataRange> yRange;
 };
 
 struct Axis {
@@ -335,11 +343,7 @@ void SetAxisRange(Graph& graph, char axis, double min, double max);
 void SetAxisAuto(Graph& graph, char axis);
 void SetAxisLog(Graph& graph, char axis, bool log);
 
-/// Smallest and largest finite coordinate over all plots; nothing without one.
-struct DataRange {
-  double min = 0.0;
-  double max = 0.0;
-};
+/// Smallest and largest finite coordinate, of one plot and over all plots; nothing without one.
 std::optional<DataRange> PlotRange(const Plot& plot, char axis);
 std::optional<DataRange> DataRangeOf(const Graph& graph, char axis);
 

@@ -1,7 +1,10 @@
-// Zoom, scroll and span rules of a graph with strips, bars and span buttons. They work on the axis ranges
-// alone.
+// Zoom, scroll and span rules of a graph. They work on the axis ranges alone.
 //
-// Lengths along a strip or bar are pixels; without a window a plot area measures 1000 by 500.
+//   Strips, bars, buttons   ZoomGraphCreate  ZoomSetFullRange  ZoomStrip  ZoomButton  ZoomThumb  ZoomPage
+//                           ZoomThumbOf
+//   Wheel, drag, keys       PictureRange  ZoomAbout  ZoomPan  ZoomFullScale
+//
+// Lengths along a strip or bar are pixels. Every change of a range calls the owner's axisChanged.
 #pragma once
 
 #include <string_view>
@@ -10,8 +13,13 @@
 
 namespace zelvane {
 
-inline constexpr double PlotAreaWidth = 1000.0;  // pixels, where no window gives another
-inline constexpr double PlotAreaHeight = 500.0;
+/// Size of the plot area, pixels; its strips and bars are as long. Without a window it is this one.
+struct PlotArea {
+  double width = 1000.0;
+  double height = 500.0;
+};
+
+inline constexpr std::string_view ZoomStripHelp = "Click and drag to zoom the axis to the highlighted area";
 
 /// Makes `graph` a zoom graph: its full ranges start from its present axis ranges.
 void ZoomGraphCreate(Graph& graph);
@@ -21,14 +29,14 @@ void ZoomSetFullRange(Graph& graph, char axis, double min, double max);
 
 /// A drag on a strip from pixel `a` to pixel `b`, button released. A drag of 5 pixels or less zooms nothing,
 /// nor does an x zoom to a span below 10.
-void ZoomStrip(Graph& graph, char axis, double a, double b);
+void ZoomStrip(Graph& graph, char axis, double a, double b, PlotArea area = {});
 
 /// One press of "xexpand", "xcontract", "yexpand", "ycontract", "left", "right", "up" or "down".
 /// False when there is no such button.
 bool ZoomButton(Graph& graph, std::string_view button);
 
 /// Drags the thumb of a bar by `pixels` (right and down positive).
-void ZoomThumb(Graph& graph, char axis, double pixels);
+void ZoomThumb(Graph& graph, char axis, double pixels, PlotArea area = {});
 
 /// Pages beside the thumb: negative to the left and up. Each page shifts the view by one span.
 void ZoomPage(Graph& graph, char axis, int pages);
@@ -38,6 +46,21 @@ struct Thumb {
   double start = 0.0;
   double length = 0.0;
 };
-Thumb ZoomThumbOf(const Graph& graph, char axis);
+Thumb ZoomThumbOf(const Graph& graph, char axis, PlotArea area = {});
+
+/// Range that a picture of the graph shows: that of ViewRange, an automatic y widened on each side by 1/18 of
+/// it, so that a trace does not run along the frame. Never empty; above 0 on a logarithmic axis.
+DataRange PictureRange(const Graph& graph, char axis);
+
+/// Multiplies the span of an axis by `factor`; coordinate `at` keeps its place in the picture. The x range of
+/// a zoom graph grows no further than its full range.
+void ZoomAbout(Graph& graph, char axis, double at, double factor);
+
+/// Shows `from` moved by `share` of its span, upward for a positive one. The x range of a zoom graph stops at
+/// its full range.
+void ZoomPan(Graph& graph, char axis, DataRange from, double share);
+
+/// Shows all data: both axes become automatic.
+void ZoomFullScale(Graph& graph);
 
 }  // namespace zelvane
