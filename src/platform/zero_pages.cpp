@@ -1,14 +1,26 @@
 #include "platform/zero_pages.h"
 
-#include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 
 #if defined(__linux__)
 #include <sys/mman.h>
+#include <unistd.h>
 #endif
 
 namespace zelvane {
+namespace {
+
+/// Writes only where something other than 0 stands, so that untouched pages stay so.
+void ClearInPlace(std::span<float> floats) {
+  for (float& value : floats) {
+    if (std::bit_cast<std::uint32_t>(value) != 0) value = 0.0F;
+  }
+}
+
+}  // namespace
 
 std::span<float> TakeZeroPages(std::size_t count) {
 #if defined(__linux__)
@@ -28,9 +40,19 @@ std::span<float> TakeZeroPages(std::size_t count) {
 
 void ReleaseZeroPages(std::span<float> floats) {
 #if defined(__linux__)
-  if (madvise(floats.data(), floats.size_bytes(), MADV_DONTNEED) == 0) return;
+  // Only whole pages can be given back; a page shared with neighbours of the span is cleared in part.
+  const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+  const auto begin = reinterpret_cast<std::uintptr_t>(floats.data());
+  const std::uintptr_t firstPage = (begin + page - 1) / page * page;
+  const std::uintptr_t endPage = (begin + floats.size_bytes()) / page * page;
+  if (firstPage < endPage &&
+      madvise(reinterpret_cast<void*>(firstPage), endPage - firstPage, MADV_DONTNEED) == 0) {
+    ClearInPlace(floats.first((firstPage - begin) / sizeof(float)));
+    ClearInPlace(floats.subspan((endPage - begin) / sizeof(float)));
+    return;
+  }
 #endif
-  std::fill(floats.begin(), floats.end(), 0.0F);
+  ClearInPlace(floats);
 }
 
 }  // namespace zelvane

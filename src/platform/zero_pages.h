@@ -10,7 +10,8 @@ namespace zelvane {
 /// process ends. Ends the process with a message on standard error when the address space is exhausted.
 std::span<float> TakeZeroPages(std::size_t count);
 
-/// Sets all of `floats`, which came from TakeZeroPages, back to 0 and gives its pages back to the system.
+/// Sets all of `floats`, the whole or any part of what came from TakeZeroPages, back to 0 and gives the pages
+/// that lie inside it back to the system. Costs next to nothing where nothing was written.
 void ReleaseZeroPages(std::span<float> floats);
 
 }  // namespace zelvane
