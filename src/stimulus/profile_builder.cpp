@@ -15,16 +15,8 @@ constexpr std::int64_t LastIndex = std::int64_t{1} << 53;
 constexpr std::int64_t WorkBetweenPolls = std::int64_t{1} << 24;
 constexpr std::int64_t WorkPerPulse = 64;
 
-/// The part of first..last that lies inside the samples.
-std::span<float> Inside(std::span<float> samples, std::int64_t first, std::int64_t last) {
-  const auto size = static_cast<std::int64_t>(samples.size());
-  const std::int64_t from = std::clamp<std::int64_t>(first, 0, size);
-  const std::int64_t to = std::clamp<std::int64_t>(last, from, size);
-  return samples.subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
-}
-
 std::span<float> From(std::span<float> samples, std::int64_t first) {
-  return Inside(samples, first, LastIndex);
+  return SamplesWithin(samples, first, LastIndex);
 }
 
 /// exp(-t / tau), and 0 at every t for a tau of 0.
@@ -44,13 +36,13 @@ void SampleTerm(std::span<float> out, float intervalMs, std::int64_t skip, Term 
 
 void Sample(const SquarePulse& pulse, float, std::int64_t skip, std::span<float> out) {
   std::ranges::fill(out, 0.0F);
-  std::ranges::fill(Inside(out, 0, pulse.samples - skip), pulse.amplitude);
+  std::ranges::fill(SamplesWithin(out, 0, pulse.samples - skip), pulse.amplitude);
 }
 
 void Sample(const EdgedPulse& pulse, float intervalMs, std::int64_t skip, std::span<float> out) {
   const double amplitude = pulse.amplitude;
   const std::int64_t rise = std::max<std::int64_t>(pulse.samples, 0);
-  SampleTerm(Inside(out, 0, rise - skip), intervalMs, skip,
+  SampleTerm(SamplesWithin(out, 0, rise - skip), intervalMs, skip,
              [&](float t) { return amplitude * (1.0 - Decay(t, pulse.riseTau)); });
   SampleTerm(From(out, rise - skip), intervalMs, std::max<std::int64_t>(skip - rise, 0),
              [&](float t) { return amplitude * Decay(t, pulse.decayTau); });
@@ -122,6 +114,13 @@ std::int64_t TimeIndex(float timeMs, float intervalMs) {
   return SampleIndex(static_cast<double>(timeMs) / static_cast<double>(intervalMs));
 }
 
+std::span<float> SamplesWithin(std::span<float> profile, std::int64_t first, std::int64_t last) {
+  const auto size = static_cast<std::int64_t>(profile.size());
+  const std::int64_t from = std::clamp<std::int64_t>(first, 0, size);
+  const std::int64_t to = std::clamp<std::int64_t>(last, from, size);
+  return profile.subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
+}
+
 void FillLevel(std::span<float> profile, float level) {
   std::array<float, 1024> pattern;  // one page: the unit in which the system hands out memory
   pattern.fill(level);
@@ -132,22 +131,15 @@ void FillLevel(std::span<float> profile, float level) {
   }
 }
 
-void BuildStep(std::span<float> profile, float outside, float inside, std::int64_t first, std::int64_t last) {
-  const std::span<float> step = Inside(profile, first, last);
-  const auto before = static_cast<std::size_t>(step.data() - profile.data());
-  FillLevel(profile.first(before), outside);
-  FillLevel(step, inside);
-  FillLevel(profile.subspan(before + step.size()), outside);
-}
-
 void AddStep(std::span<float> profile, float amplitude, std::int64_t first, std::int64_t last) {
-  for (float& sample : Inside(profile, first, last)) sample += amplitude;
+  for (float& sample : SamplesWithin(profile, first, last)) sample += amplitude;
 }
 
 void AddRamp(std::span<float> profile, float amplitude, std::int64_t first, std::int64_t last) {
   const auto length = static_cast<float>(last - first);
   int k = 0;
-  for (float& sample : Inside(profile, first, last)) sample += amplitude * static_cast<float>(k++) / length;
+  for (float& sample : SamplesWithin(profile, first, last))
+    sample += amplitude * static_cast<float>(k++) / length;
 }
 
 bool AddsNothing(const Pulse& pulse) {
@@ -188,7 +180,7 @@ void AddTrain(std::span<float> profile, const Pulse& pulse, const PulseTrain& tr
     } else {
       const std::int64_t begin = start + lead;
       const std::span<float> touched = std::holds_alternative<SquarePulse>(pulse)
-                                           ? Inside(profile, begin, start + body)
+                                           ? SamplesWithin(profile, begin, start + body)
                                            : From(profile, begin);
       if (!touched.empty()) {
         AddScaled(touched, sampled.Skipping(std::max<std::int64_t>(-begin, 0)), static_cast<float>(together));

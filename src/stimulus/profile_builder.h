@@ -1,7 +1,7 @@
 // Building a stimulus profile: functions of samples and plain parameters.
 //
 //   Times and indices  SampleIndex  TimeIndex
-//   Levels             FillLevel  BuildStep  AddStep  AddRamp
+//   Levels             SamplesWithin  FillLevel  AddStep  AddRamp
 //   Pulses             SquarePulse  EdgedPulse  ExponentialPulse  SamplePulse  AddsNothing
 //   Trains             PulseTrain  PulseStart  AddTrain
 //
@@ -24,13 +24,12 @@ std::int64_t SampleIndex(double quotient);
 /// 32-bit floats. 1 ms at 0.1 ms gives 9, since the float 0.1 lies above 0.1.
 std::int64_t TimeIndex(float timeMs, float intervalMs);
 
+/// The samples of first..last that exist; none where last lies before first.
+std::span<float> SamplesWithin(std::span<float> profile, std::int64_t first, std::int64_t last);
+
 /// Sets all samples to `level`. Compares before it writes, so that memory which already holds the level is
 /// not touched.
 void FillLevel(std::span<float> profile, float level);
-
-/// Sets all samples: `inside` over first..last, `outside` elsewhere. Like FillLevel it writes only what
-/// differs.
-void BuildStep(std::span<float> profile, float outside, float inside, std::int64_t first, std::int64_t last);
 
 /// Adds `amplitude` over first..last.
 void AddStep(std::span<float> profile, float amplitude, std::int64_t first, std::int64_t last);

@@ -1,6 +1,7 @@
 #include "stimulus/stimulus.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <utility>
 
@@ -46,16 +47,33 @@ float HoldingVolts() {
   return Model.VHold / 1000.0F;
 }
 
+/// A level of 0 gives the memory of the samples back to the system in place of writing to it.
+void SetLevel(std::span<float> samples, float level) {
+  if (std::bit_cast<std::uint32_t>(level) == 0) {
+    ReleaseZeroPages(samples);
+  } else {
+    FillLevel(samples, level);
+  }
+}
+
+void SetStep(std::span<float> profile, float outside, float inside, std::int64_t first, std::int64_t last) {
+  const std::span<float> step = SamplesWithin(profile, first, last);
+  const auto before = static_cast<std::size_t>(step.data() - profile.data());
+  SetLevel(profile.first(before), outside);
+  SetLevel(step, inside);
+  SetLevel(profile.subspan(before + step.size()), outside);
+}
+
 /// The step of voltage or Drug1, over all samples, so that a longer run finds it right.
 void BuildAutomaticStep() {
   const std::int64_t start = IndexOf(Stimulus.AutoStart);
   const std::int64_t stop = IndexOf(Stimulus.AutoStop);
   const float hold = HoldingVolts();
   if (Stimulus.AutoDrugOrVolt == 1) {
-    BuildStep(Stimulus.Profile[0], hold, hold + Stimulus.AutoValue, start, stop);
+    SetStep(Stimulus.Profile[0], hold, hold + Stimulus.AutoValue, start, stop);
   } else {
-    FillLevel(Stimulus.Profile[0], hold);
-    BuildStep(Stimulus.Profile[1], 0.0F, Stimulus.AutoValue, start, stop);
+    SetLevel(Stimulus.Profile[0], hold);
+    SetStep(Stimulus.Profile[1], 0.0F, Stimulus.AutoValue, start, stop);
     if (Stimulus.AutoFilterOn != 0 && Stimulus.StimTarget == 1) {
       GaussianFilter(Stimulus.Profile[1].first(static_cast<std::size_t>(RunSamples())), Stimulus.FilterFc);
     }
@@ -191,7 +209,7 @@ void CreateTrain() {
 
 void EraseStim() {
   StimReadControls();
-  FillLevel(TargetSamples(), 0.0F);
+  SetLevel(TargetSamples(), 0.0F);
   StimRebuild();
   StimPlot();
 }
@@ -203,10 +221,7 @@ void FilterStim() {
 }
 
 void FillVoltage(int first, int last) {
-  const int from = std::clamp(first, 0, MaxStimPoints);
-  const int to = std::clamp(last, from, MaxStimPoints);
-  FillLevel(Stimulus.Profile[0].subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from)),
-            HoldingVolts());
+  SetLevel(SamplesWithin(Stimulus.Profile[0], first, last), HoldingVolts());
 }
 
 }  // namespace zelvane

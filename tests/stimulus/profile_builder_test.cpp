@@ -39,20 +39,21 @@ TEST(TimeIndexTest, TruncatesTheQuotientOfThe32BitFloats) {
   }
 }
 
-TEST(LevelsTest, AStepReplacesWhateverTheProfileHeld) {
+TEST(LevelsTest, ALevelReplacesWhateverTheProfileHeld) {
   std::vector<float> profile(5000, NotANumber);
-  BuildStep(profile, -0.0F, 3.0F, 1500, 3000);
-  BuildStep(profile, 0.0F, 2.0F, 1000, 2000);
+  FillLevel(SamplesWithin(profile, 1500, 3000), 3.0F);
+  FillLevel(SamplesWithin(profile, 0, 1500), -0.0F);
+  FillLevel(SamplesWithin(profile, 0, 2000), 0.0F);
   for (std::size_t i = 0; i < profile.size(); ++i) {
-    ASSERT_EQ(profile[i], i >= 1000 && i < 2000 ? 2.0F : 0.0F) << i;
-    ASSERT_FALSE(std::signbit(profile[i])) << i;
+    const bool cleared = profile[i] == 0.0F && !std::signbit(profile[i]);
+    ASSERT_TRUE(i < 2000 ? cleared : i < 3000 ? profile[i] == 3.0F : std::isnan(profile[i])) << i;
   }
 }
 
 TEST(LevelsTest, WhatLiesOutsideTheProfileIsLeftOut) {
   const std::int64_t far = std::int64_t{1} << 53;
   std::vector<float> profile(10, 0.0F);
-  BuildStep(profile, 0.0F, 1.0F, -far, 3);
+  AddStep(profile, 1.0F, -far, 3);
   AddStep(profile, 2.0F, 7, far);
   AddStep(profile, 4.0F, 5, 5);
   AddStep(profile, 8.0F, 6, 2);
