@@ -1,5 +1,5 @@
 4ZV
-AMPA receptor, hippocampal CA3 pyramidal cell, 22 C: Jonas, Major & Sakmann (1993) J Physiol 472:615; conductance (10 pS) and holding potential are not from the paper's scheme
+AMPA receptor, CA3 pyramidal cell, 22 C: Jonas, Major & Sakmann (1993) J Physiol 472:615 (10 pS assumed)
 [State1-20: onoff]
 1 0 0.000000 1.000000
 1 0 0.000000 0.000000

@@ -1,5 +1,5 @@
 4ZV
-AMPA receptor: scheme of Patneau & Mayer (1991) Neuron 6:785, rates of Destexhe, Mainen & Sejnowski (1994) J Comput Neurosci 1:195; conductance (10 pS) is not from the papers
+AMPA receptor: scheme of Patneau & Mayer (1991) Neuron 6:785, rates of Destexhe, Mainen & Sejnowski (1994) J Comput Neurosci 1:195 (10 pS assumed)
 [State1-20: onoff]
 0 0 0.000000 0.000000
 1 0 0.000000 0.000000

@@ -1,5 +1,5 @@
 4ZV
-GABA-A receptor, hippocampal granule cells: Busch & Sakmann (1990) Cold Spring Harb Symp Quant Biol 55:69, as given by Destexhe, Mainen & Sejnowski (1994) J Comput Neurosci 1:195; conductance (28 pS) is not from the papers
+GABA-A receptor, hippocampal granule cells: Busch & Sakmann (1990) Cold Spring Harb Symp Quant Biol 55:69, as given by Destexhe, Mainen & Sejnowski (1994) J Comput Neurosci 1:195 (28 pS assumed)
 [State1-20: onoff]
 0 0 0.000000 0.000000
 1 1 28.000000 0.000000

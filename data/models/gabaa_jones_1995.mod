@@ -1,5 +1,5 @@
 4ZV
-GABA-A receptor, hippocampal neurones: Jones & Westbrook (1995) Neuron 15:181; rate Ds to Df from microscopic reversibility; conductance (28 pS) is not part of the paper's scheme
+GABA-A receptor, hippocampal neurones: Jones & Westbrook (1995) Neuron 15:181; rate Ds to Df from microscopic reversibility (28 pS assumed)
 [State1-20: onoff]
 0 0 0.000000 0.000000
 1 1 28.000000 0.000000

@@ -1,5 +1,5 @@
 4ZV
-Nicotinic receptor, five-state example: Colquhoun & Hawkes (1982) Phil Trans R Soc Lond B 300:1; conductance (30 pS) is not from the paper
+Nicotinic receptor, five-state example: Colquhoun & Hawkes (1982) Phil Trans R Soc Lond B 300:1 (30 pS assumed)
 [State1-20: onoff]
 1 0 0.000000 1.000000
 1 0 0.000000 0.000000

@@ -1,5 +1,5 @@
 4ZV
-Muscle nicotinic receptor, frog end-plate, ACh, 11 C, -130 mV: Colquhoun & Sakmann (1985) J Physiol 369:501; binding 1E8 /M/s per site assumed, singly liganded opening after Colquhoun & Hawkes (1982)
+Muscle nicotinic receptor, frog end-plate, ACh, 11 C, -130 mV: Colquhoun & Sakmann (1985) J Physiol 369:501; binding 1e8 /(M s) per site and 30 pS assumed, singly liganded opening after Colquhoun & Hawkes (1982)
 [State1-20: onoff]
 1 0 0.000000 1.000000
 1 0 0.000000 0.000000

@@ -1,5 +1,5 @@
 4ZV
-NMDA receptor, L-glutamate, glycine saturating, no Mg: Lester & Jahr (1992) J Neurosci 12:635; conductance (50 pS) is not part of the paper's scheme
+NMDA receptor, L-glutamate, glycine saturating, no Mg: Lester & Jahr (1992) J Neurosci 12:635 (50 pS assumed)
 [State1-20: onoff]
 1 0 0.000000 1.000000
 1 0 0.000000 0.000000
