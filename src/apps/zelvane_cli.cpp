@@ -1,11 +1,11 @@
 // The program without a display: the command language, and jobs of one line.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <map>
 
 #include "headless/drive.h"
 #include "headless/model_command.h"
@@ -16,29 +16,36 @@
 namespace zelvane {
 namespace {
 
-constexpr char Description[] =
-    "Kinetic schemes of ion channels: simulate them, look into model files, and drive the whole program\n"
-    "from a script, all without a display.";
+constexpr char Description[] = "Kinetic schemes of ion channels, without a display.";
 
 constexpr char Examples[] =
     "Examples\n"
-    "  zelvane-cli simulate ampa.mod --simulator fixed --units pA --out current.atf\n"
+    "  zelvane-cli simulate ampa.mod --units pA --out current.atf\n"
     "  zelvane-cli model ampa.mod\n"
-    "  echo 'press AcquireData' | zelvane-cli drive\n\n"
-    "zelvane-cli COMMAND --help tells more of a command. Exit status: 0 done, 1 failed (the reason is on\n"
-    "standard error), 2 wrong usage.";
+    "  echo 'get ModelTitle' | zelvane-cli drive\n\n"
+    "zelvane-cli COMMAND --help tells more of a command.\n"
+    "Exit status: 0 done, 1 failed (the reason is on standard error), 2 wrong usage.";
 
-constexpr char DriveText[] =
-    "Runs the program without a window: commands from SCRIPT or standard input, one a line, and one JSON\n"
-    "object a line on standard output. docs/drive.md tells the commands.";
+constexpr char DriveText[] = "Run the whole program from a script";
+constexpr char SimulateText[] = "Run a model file and sum up the response";
+constexpr char ModelText[] = "Tell what a model file holds, or bring it to the newest format";
 
-constexpr char SimulateText[] =
-    "Reads a model file, rebuilds its stimulus, runs it, and writes a summary.\n"
-    "A file never brings fewer than 100000 points: --points makes the run shorter.";
+constexpr char DriveFooter[] =
+    "Commands come from SCRIPT or standard input, one a line; what the program shows goes to standard\n"
+    "output, one JSON object a line. docs/drive.md tells the commands. Example:\n"
+    "  printf 'enter NumPoints 20000\\npress AcquireData\\ngraph MainPanel\\n' | zelvane-cli drive\n"
+    "Exit status: 0, or 2 when a line was no command or named nothing.";
 
-constexpr char ModelText[] =
-    "Tells what a model file holds: states, rates with units and dependences, run settings, stimulus.\n"
-    "With --upgrade it reads OLD.mod, of any format, and writes NEW.mod in the newest one.";
+constexpr char SimulateFooter[] =
+    "A model file brings at least 100000 points; --points makes the run shorter or longer. Names for --set\n"
+    "are those of the store fields (docs/drive.md): KOn[2], StartOccupancy[1], AutoValue, ModelIs2D (0 runs\n"
+    "the table). Ctrl-C stops the run and nothing is written. Example:\n"
+    "  zelvane-cli simulate ampa.mod --simulator adaptive --set AutoValue=1e-4 --out dose.csv";
+
+constexpr char ModelFooter[] =
+    "Example\n"
+    "  zelvane-cli model --upgrade old.mod new.mod\n"
+    "reads old.mod, of any of the four formats, and writes new.mod in the newest one.";
 
 /// Set by Ctrl-C; a run looks at it when it lets user events through.
 std::atomic<bool> StopAsked{false};
@@ -95,46 +102,63 @@ int RunModelCommand(const ModelArguments& arguments) {
   return ModelCommand(arguments.files[0], arguments.json, Streams());
 }
 
+/// One of a few words.
+CLI::Option* AddWords(CLI::App& app, const char* name, std::string& value,
+                      const std::vector<std::string>& words, const char* help) {
+  std::string list;
+  for (const std::string& word : words) list += (list.empty() ? "" : "|") + word;
+  return app.add_option(name, value, help)->check(CLI::IsMember(words).description(""))->type_name(list);
+}
+
+/// Position of a word among others that hold it.
+int IndexOf(const std::vector<std::string>& words, const std::string& word) {
+  return static_cast<int>(std::find(words.begin(), words.end(), word) - words.begin());
+}
+
 CLI::App* AddDrive(CLI::App& app, DriveArguments& arguments) {
-  CLI::App* drive = app.add_subcommand("drive", DriveText);
+  CLI::App* drive = app.add_subcommand("drive", DriveText)->footer(DriveFooter);
   drive->add_option("--seed", arguments.seeds, "seeds of the generators in place of the clock")
       ->type_name("S1,S2,S3");
   drive->add_option("--dir", arguments.start.folder, "program's folder, where config.mod lies")
       ->type_name("FOLDER")
-      ->check(CLI::ExistingDirectory);
+      ->check(CLI::ExistingDirectory.description(""));
   drive->add_option("--open", arguments.start.files, "open a file at the start (may be repeated)")
       ->type_name("FILE")
       ->allow_extra_args(false);
-  drive->add_option("SCRIPT", arguments.script, "file of commands; standard input without it");
+  drive->add_option("SCRIPT", arguments.script, "file of commands; standard input without it")->type_name("");
   return drive;
 }
 
-CLI::App* AddSimulate(CLI::App& app, SimulateOptions& options, std::string& seeds) {
-  CLI::App* simulate = app.add_subcommand("simulate", SimulateText);
-  const std::map<std::string, int> simulators = {{"fixed", FixedStepIntegrator},
-                                                 {"adaptive", AdaptiveIntegrator}};
-  const std::map<std::string, int> units = {{"channels", UnitsChannels},
-                                            {"pS", UnitsConductance},
-                                            {"pA", UnitsCurrent},
-                                            {"probability", UnitsProbability}};
-  simulate->add_option("MODEL", options.model, "model file (.mod)")->required();
-  simulate->add_option("--simulator", options.simulator, "fixed or adaptive; else what the model says")
-      ->transform(CLI::CheckedTransformer(simulators, CLI::ignore_case))
-      ->type_name("");
+/// What the words of `simulate` stand for is settled after the parse.
+struct SimulateArguments {
+  SimulateOptions options;
+  std::string simulator;
+  std::string units;
+  std::string seeds;
+};
+
+const std::vector<std::string> SimulatorWords = {"fixed", "adaptive"};
+constexpr int SimulatorCodes[] = {FixedStepIntegrator, AdaptiveIntegrator};
+const std::vector<std::string> UnitWords = {"channels", "pS", "pA", "probability"};
+constexpr int UnitCodes[] = {UnitsChannels, UnitsConductance, UnitsCurrent, UnitsProbability};
+
+CLI::App* AddSimulate(CLI::App& app, SimulateArguments& arguments) {
+  CLI::App* simulate = app.add_subcommand("simulate", SimulateText)->footer(SimulateFooter);
+  SimulateOptions& options = arguments.options;
+  simulate->add_option("MODEL", options.model, "model file (.mod)")->required()->type_name("");
+  AddWords(*simulate, "--simulator", arguments.simulator, SimulatorWords,
+           "integrator; else as the model says");
   simulate->add_option("--points", options.points, "points of the run")
-      ->check(CLI::Range(1, MaxPoints))
+      ->check(CLI::Range(1, MaxPoints).description(""))
       ->type_name("N");
   simulate->add_option("--interval", options.intervalMs, "time between points")
-      ->check(CLI::PositiveNumber)
+      ->check(CLI::PositiveNumber.description(""))
       ->type_name("MS");
-  simulate->add_option("--units", options.units, "of the trace")
-      ->transform(CLI::CheckedTransformer(units, CLI::ignore_case))
-      ->type_name("");
-  simulate
-      ->add_option("--set", options.settings, "set any store field, such as KOn[2]=4.2e6 (may be repeated)")
+  AddWords(*simulate, "--units", arguments.units, UnitWords, "of the trace");
+  simulate->add_option("--set", options.settings, "set any store field (may be repeated)")
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false);
-  simulate->add_option("--seed", seeds, "seeds of the generators in place of the clock")
+  simulate->add_option("--seed", arguments.seeds, "seeds of the generators in place of the clock")
       ->type_name("S1,S2,S3");
   simulate->add_option("--out", options.traceFile, "write the trace: .txt, .atf or .csv")->type_name("FILE");
   simulate
@@ -144,9 +168,21 @@ CLI::App* AddSimulate(CLI::App& app, SimulateOptions& options, std::string& seed
   return simulate;
 }
 
+int RunSimulateCommand(SimulateArguments& arguments) {
+  SimulateOptions& options = arguments.options;
+  options.seeds = SeedsOf(arguments.seeds);
+  if (!arguments.simulator.empty()) {
+    options.simulator = SimulatorCodes[IndexOf(SimulatorWords, arguments.simulator)];
+  }
+  if (!arguments.units.empty()) options.units = UnitCodes[IndexOf(UnitWords, arguments.units)];
+  return SimulateCommand(options, Streams());
+}
+
 CLI::App* AddModel(CLI::App& app, ModelArguments& arguments) {
-  CLI::App* model = app.add_subcommand("model", ModelText);
-  model->add_option("MODEL", arguments.files, "MODEL.mod, or with --upgrade OLD.mod NEW.mod")->required();
+  CLI::App* model = app.add_subcommand("model", ModelText)->footer(ModelFooter);
+  model->add_option("MODEL", arguments.files, "MODEL.mod, or with --upgrade OLD.mod NEW.mod")
+      ->required()
+      ->type_name("");
   model->add_flag("--upgrade", arguments.upgrade, "write the newest format");
   model->add_flag("--json", arguments.json, "account as one JSON object");
   return model;
@@ -158,19 +194,20 @@ int RunCli(int argc, char** argv) {
   app.footer(Examples);
   app.require_subcommand(1);
   DriveArguments driveArguments;
-  SimulateOptions simulateOptions;
-  std::string simulateSeeds;
+  SimulateArguments simulateArguments;
   ModelArguments modelArguments;
   const CLI::App* drive = AddDrive(app, driveArguments);
-  const CLI::App* simulate = AddSimulate(app, simulateOptions, simulateSeeds);
+  const CLI::App* simulate = AddSimulate(app, simulateArguments);
   AddModel(app, modelArguments);
+  if (argc < 2) {
+    std::cerr << app.help();
+    return JobMisused;
+  }
   try {
     app.parse(argc, argv);
     if (drive->parsed()) return RunDriveCommand(driveArguments);
     std::signal(SIGINT, OnInterrupt);
-    if (!simulate->parsed()) return RunModelCommand(modelArguments);
-    simulateOptions.seeds = SeedsOf(simulateSeeds);
-    return SimulateCommand(simulateOptions, Streams());
+    return simulate->parsed() ? RunSimulateCommand(simulateArguments) : RunModelCommand(modelArguments);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? JobDone : JobMisused;
   }

@@ -98,6 +98,19 @@ Json FloatJson(float value) {
   return NumberJson(rounded);
 }
 
+double AsTyped(float value) {
+  if (!std::isfinite(value)) return static_cast<double>(value);
+  char digits[32];
+  const auto written = std::to_chars(digits, digits + sizeof digits, value);
+  double typed = 0.0;
+  std::from_chars(digits, written.ptr, typed);
+  return typed;
+}
+
+Json TypedJson(float value) {
+  return NumberJson(AsTyped(value));
+}
+
 Json FieldJson(FieldRef ref) {
   switch (ref.field->type) {
     case FieldType::Text:

@@ -27,9 +27,7 @@ int UpgradeModelCommand(const std::string& oldPath, const std::string& newPath, 
   StartJob({});
   if (!ReadJobModel(oldPath, streams)) return JobFailed;
   Model.ModelFileName = newPath;
-  if (ModelFileWrite()) return JobDone;
-  streams.err << newPath << ": cannot be written" << std::endl;
-  return JobFailed;
+  return ModelFileWrite() ? JobDone : JobFailed;  // a failure has been told
 }
 
 }  // namespace zelvane

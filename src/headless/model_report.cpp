@@ -13,10 +13,20 @@
 namespace zelvane {
 namespace {
 
+using Labels = std::array<std::string, MaxStates + 1>;
+
 constexpr double MillivoltsPerVolt = 1000.0;
 
 std::size_t At(int index) {
   return static_cast<std::size_t>(index);
+}
+
+std::vector<int> GridStatesOn() {
+  std::vector<int> states;
+  for (int s = 1; s <= MaxStates; ++s) {
+    if (Model.StateOn[At(s)] != 0) states.push_back(s);
+  }
+  return states;
 }
 
 RateAccount Account(int from, int to, double rate, const DependenceTables& depend) {
@@ -46,25 +56,22 @@ std::string DependenceText(const RateAccount& rate) {
   return text + FormatText(" x exp(V / %.4g mV)", rate.efoldMillivolts);
 }
 
-void WriteStates(std::ostream& out, const std::vector<int>& states,
-                 const std::array<std::string, MaxStates + 1>& labels) {
-  out << "  state  label                conductance (pS)  start   monitored\n";
-  for (const int s : states) {
-    out << FormatText("  %5d  %-20s %16g  %-6g  %s\n", s, labels[At(s)].c_str(),
+void WriteStates(std::ostream& out) {
+  out << "  state  label                conductance      start  monitored\n";
+  for (const int s : GridStatesOn()) {
+    out << FormatText("  %5d  %-20s %8g pS %10g", s, Model.StateLabel[At(s)].c_str(),
                       static_cast<double>(Model.StateConductance[At(s)]),
-                      static_cast<double>(Model.StartOccupancy[At(s)]),
-                      Model.StateMonitored[At(s)] != 0 ? "yes" : "");
+                      static_cast<double>(Model.StartOccupancy[At(s)]))
+        << (Model.StateMonitored[At(s)] != 0 ? "  yes\n" : "\n");
   }
 }
 
-void WriteRates(std::ostream& out, const std::vector<RateAccount>& rates,
-                const std::array<std::string, MaxStates + 1>& labels) {
+void WriteRates(std::ostream& out, const std::vector<RateAccount>& rates, const Labels& labels) {
   for (const RateAccount& rate : rates) {
     const std::string way =
         StateName(rate.from, labels[At(rate.from)]) + " -> " + StateName(rate.to, labels[At(rate.to)]);
-    out << FormatText("  %2d -> %-2d  %-28s %12g %-9s", rate.from, rate.to, way.c_str(), rate.rate,
-                      RateUnit(rate).c_str())
-        << DependenceText(rate) << '\n';
+    out << FormatText("  %2d -> %-2d  %-24s %12g ", rate.from, rate.to, way.c_str(), rate.rate)
+        << RateUnit(rate) << DependenceText(rate) << '\n';
   }
 }
 
@@ -120,7 +127,7 @@ Json RatesJson(const std::vector<RateAccount>& rates) {
     json["unit"] = RateUnit(rate);
     json["drugs"] = rate.drugs;
     if (rate.onVoltage) {
-      json["voltage"]["steepness"] = FloatJson(static_cast<float>(rate.steepness));
+      json["voltage"]["steepness"] = TypedJson(static_cast<float>(rate.steepness));
       json["voltage"]["efold_mV"] = NumberJson(rate.efoldMillivolts);
     }
     list.push_back(std::move(json));
@@ -130,13 +137,12 @@ Json RatesJson(const std::vector<RateAccount>& rates) {
 
 Json StatesJson() {
   Json list = Json::array();
-  for (int s = 1; s <= MaxStates; ++s) {
-    if (Model.StateOn[At(s)] == 0) continue;
+  for (const int s : GridStatesOn()) {
     Json json;
     json["state"] = s;
     json["label"] = Model.StateLabel[At(s)];
-    json["conductance"] = FloatJson(Model.StateConductance[At(s)]);
-    json["start"] = FloatJson(Model.StartOccupancy[At(s)]);
+    json["conductance"] = TypedJson(Model.StateConductance[At(s)]);
+    json["start"] = TypedJson(Model.StartOccupancy[At(s)]);
     json["monitored"] = Model.StateMonitored[At(s)] != 0;
     list.push_back(std::move(json));
   }
@@ -147,18 +153,18 @@ Json RunJson() {
   Json json;
   json["simulator"] = SimulatorWord(Model.SimulatorKind);
   json["points"] = Model.NumPoints;
-  json["interval"] = FloatJson(Model.ADInterval);
-  json["step"] = FloatJson(Model.MaxStepSize);
-  json["tolerance"] = FloatJson(Model.Precision);
+  json["interval"] = TypedJson(Model.ADInterval);
+  json["step"] = TypedJson(Model.MaxStepSize);
+  json["tolerance"] = TypedJson(Model.Precision);
   json["runs"] = Model.NumRuns;
   json["intervals"] = Model.NumIntervals;
   json["channels"] = Model.NumChannels;
   json["subunits"] = Model.MultiSubunit != 0;
   json["units"] = UnitsWord(Model.DisplayUnits);
-  json["holding"] = FloatJson(Model.VHold);
-  json["reversal"] = FloatJson(Model.VRev);
+  json["holding"] = TypedJson(Model.VHold);
+  json["reversal"] = TypedJson(Model.VRev);
   json["valence"] = Model.Valence;
-  json["temperature"] = FloatJson(Model.Temperature);
+  json["temperature"] = TypedJson(Model.Temperature);
   return json;
 }
 
@@ -167,18 +173,10 @@ Json StimulusJson() {
   json["mode"] = StimModeWord();
   if (Stimulus.StimMode != StimAutomatic) return json;
   json["target"] = Stimulus.AutoDrugOrVolt != 0 ? Json("voltage") : Json(1);
-  json["value"] = FloatJson(Stimulus.AutoValue);
-  json["start"] = FloatJson(Stimulus.AutoStart);
-  json["stop"] = FloatJson(Stimulus.AutoStop);
+  json["value"] = TypedJson(Stimulus.AutoValue);
+  json["start"] = TypedJson(Stimulus.AutoStart);
+  json["stop"] = TypedJson(Stimulus.AutoStop);
   return json;
-}
-
-std::vector<int> GridStatesOn() {
-  std::vector<int> states;
-  for (int s = 1; s <= MaxStates; ++s) {
-    if (Model.StateOn[At(s)] != 0) states.push_back(s);
-  }
-  return states;
 }
 
 }  // namespace
@@ -214,7 +212,8 @@ std::string RateUnit(const RateAccount& rate) {
 
 void WriteModelReport(std::ostream& out) {
   out << (Model.ModelTitle.empty() ? "(no title)" : Model.ModelTitle) << "\n\nGrid\n";
-  WriteStates(out, GridStatesOn(), Model.StateLabel);
+  WriteStates(out);
+  out << '\n';
   WriteRates(out, GridRates(), Model.StateLabel);
   if (const auto rates = TableRates(); !rates.empty()) {
     out << "\nTable\n";

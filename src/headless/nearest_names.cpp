@@ -12,16 +12,42 @@ namespace {
 constexpr std::size_t LongestName = 60;  // a longer word is no slip of the keyboard
 constexpr std::size_t MaxSuggestions = 3;
 
-/// Lower case, with what stands between brackets left out.
-std::string Plain(std::string_view name) {
+/// The name with nothing between its brackets.
+std::string WithoutIndices(std::string_view name) {
   std::string plain;
   bool inside = false;
   for (const char c : name) {
     if (c == ']') inside = false;
-    if (!inside) plain += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (!inside) plain += c;
     if (c == '[') inside = true;
   }
   return plain;
+}
+
+/// What stands between the brackets of a name, bracket by bracket.
+std::vector<std::string> Indices(std::string_view name) {
+  std::vector<std::string> indices;
+  for (std::size_t open = name.find('['); open != std::string_view::npos; open = name.find('[', open + 1)) {
+    indices.emplace_back(name.substr(open + 1, name.find(']', open) - open - 1));
+  }
+  return indices;
+}
+
+/// A name with empty brackets under the indices of another one, where it has as many.
+std::string WithIndices(const std::string& plain, const std::vector<std::string>& indices) {
+  if (static_cast<std::size_t>(std::count(plain.begin(), plain.end(), '[')) != indices.size()) return plain;
+  std::string name;
+  std::size_t next = 0;
+  for (const char c : plain) {
+    name += c;
+    if (c == '[') name += indices[next++];
+  }
+  return name;
+}
+
+std::string Lower(std::string text) {
+  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return text;
 }
 
 /// Insertions, deletions and replacements that turn `a` into `b` (Levenshtein 1966).
@@ -44,20 +70,20 @@ std::size_t EditDistance(std::string_view a, std::string_view b) {
 
 std::vector<std::string> NearestNames(std::string_view name, const std::vector<std::string>& candidates) {
   if (name.empty() || name.size() > LongestName) return {};
-  const std::string wanted = Plain(name);
+  const std::string wanted = Lower(WithoutIndices(name));
   const std::size_t bound = std::max<std::size_t>(1, wanted.size() / 3);
-  std::set<std::pair<std::size_t, std::string>> near;
+  std::set<std::pair<std::size_t, std::string>> near;  // a family of names counts once
   for (const std::string& candidate : candidates) {
-    const std::string plain = Plain(candidate);
+    std::string plain = WithoutIndices(candidate);
     const std::size_t longer = std::max(plain.size(), wanted.size());
     if (longer - std::min(plain.size(), wanted.size()) > bound) continue;
-    const std::size_t distance = EditDistance(wanted, plain);
-    if (distance <= bound) near.emplace(distance, candidate);
+    const std::size_t distance = EditDistance(wanted, Lower(plain));
+    if (distance <= bound) near.emplace(distance, std::move(plain));
   }
   std::vector<std::string> names;
-  for (const auto& [distance, candidate] : near) {
+  for (const auto& [distance, plain] : near) {
     if (names.size() == MaxSuggestions) break;
-    names.push_back(candidate);
+    names.push_back(WithIndices(plain, Indices(name)));
   }
   return names;
 }

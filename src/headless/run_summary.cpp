@@ -21,7 +21,7 @@ struct LastRow {
 
 /// After an adaptive run that began late the saved steps go on beyond the sweep: the last one inside counts.
 LastRow LastRowOfRun() {
-  const auto interval = static_cast<double>(Model.ADInterval);
+  const auto interval = AsTyped(Model.ADInterval);
   if (Result.ResultKind != ResultSavedSteps) return {Model.NumPoints, interval * (Model.NumPoints - 1)};
   const double start = interval * Result.IntegrationOffset;
   const double end = interval * Model.NumPoints * (1.0 + 1e-6);  // times are 32-bit sums
@@ -38,8 +38,13 @@ void FindPeak(RunSummary& summary) {
     const auto sample = static_cast<double>(Trace.SimTrace[static_cast<std::size_t>(p)]);
     if (!(std::abs(sample) > std::abs(summary.peak))) continue;
     summary.peak = sample;
-    summary.peakMs = p * static_cast<double>(Model.ADInterval);
+    summary.peakMs = p * AsTyped(Model.ADInterval);
   }
+}
+
+/// An occupancy for six decimals: what rounds to zero has no sign.
+float Shown(float occupancy) {
+  return std::abs(occupancy) < 5e-7F ? 0.0F : occupancy;
 }
 
 std::string Number(double value) {
@@ -85,10 +90,9 @@ RunSummary SummariseRun(double wallSeconds) {
   RunSummary summary;
   summary.title = Model.ModelTitle;
   summary.points = Model.NumPoints;
-  summary.intervalMs = static_cast<double>(Model.ADInterval);
+  summary.intervalMs = AsTyped(Model.ADInterval);
   summary.simulator = Model.SimulatorKind;
-  summary.control =
-      static_cast<double>(Model.SimulatorKind == FixedStepIntegrator ? Model.MaxStepSize : Model.Precision);
+  summary.control = AsTyped(Model.SimulatorKind == FixedStepIntegrator ? Model.MaxStepSize : Model.Precision);
   summary.units = Model.DisplayUnits;
   summary.axisTitle = GraphNamed("MainPanel").y.title;
   summary.wallSeconds = wallSeconds;
@@ -121,7 +125,7 @@ void WriteSummary(const RunSummary& summary, std::ostream& out) {
   out << "Peak         " << Number(summary.peak) << " at " << Number(summary.peakMs) << " ms\n";
   out << "Occupancy at " << Number(summary.lastMs) << " ms\n";
   for (const FinalOccupancy& state : summary.last) {
-    out << FormatText("  %-12s %.6f\n", state.name.c_str(), static_cast<double>(state.value));
+    out << FormatText("  %-12s %.6f\n", state.name.c_str(), static_cast<double>(Shown(state.value)));
   }
   out << "Wall time    " << FormatText("%.3f s", summary.wallSeconds) << '\n';
 }
@@ -131,10 +135,9 @@ void WriteSummaryJson(const RunSummary& summary, const std::string& model, std::
   json["model"] = model;
   json["title"] = summary.title;
   json["points"] = summary.points;
-  json["interval"] = FloatJson(static_cast<float>(summary.intervalMs));
+  json["interval"] = NumberJson(summary.intervalMs);
   json["simulator"] = SimulatorWord(summary.simulator);
-  json[summary.simulator == FixedStepIntegrator ? "step" : "tolerance"] =
-      FloatJson(static_cast<float>(summary.control));
+  json[summary.simulator == FixedStepIntegrator ? "step" : "tolerance"] = NumberJson(summary.control);
   if (summary.savedSteps > 0) json["savedSteps"] = summary.savedSteps;
   json["units"] = UnitsWord(summary.units);
   json["axis"] = summary.axisTitle;

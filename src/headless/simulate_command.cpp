@@ -122,6 +122,10 @@ double RunTimed() {
 }  // namespace
 
 int SimulateCommand(const SimulateOptions& options, const JobStreams& streams) {
+  if (!options.traceFile.empty() && !TraceFormatOf(options.traceFile)) {
+    streams.err << options.traceFile << ": the name of a trace ends in .txt, .atf or .csv\n";
+    return JobMisused;
+  }
   const JobScreen screen(streams);
   StartJob(options.seeds);
   if (!ReadJobModel(options.model, streams)) return JobFailed;

@@ -17,7 +17,7 @@ struct SimulateOptions {
   std::optional<int> units;           // codes of ModelStore::DisplayUnits
   std::vector<std::string> settings;  // "NAME=VALUE", any store field
   std::optional<Seeds> seeds;         // of the noise
-  std::string traceFile;              // .txt, .asc, .atf or .csv; empty = none
+  std::string traceFile;              // .txt, .atf or .csv; empty = none
   std::string occupancyFile;          // .csv; empty = none
   bool json = false;
 };

@@ -17,6 +17,11 @@ Json NumberJson(double value);
 /// A 32-bit float in 9 significant digits.
 Json FloatJson(float value);
 
+/// A 32-bit float as the decimal that a user would type for it: the shortest that reads back to it. 0.001F
+/// gives 0.001. For times and settings in accounts that people read.
+double AsTyped(float value);
+Json TypedJson(float value);
+
 /// The element of a store field: number or text.
 Json FieldJson(FieldRef ref);
 

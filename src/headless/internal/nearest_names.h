@@ -7,8 +7,8 @@
 
 namespace zelvane {
 
-/// The candidates most like `name`, best first, at most three, each at once; empty when none is near. Letter
-/// case does not count, and indices in brackets are compared only by being there.
+/// The candidates most like `name`, best first, at most three; empty when none is near. Letter case does not
+/// count. Names that differ in their indices alone are one candidate, shown with the indices of `name`.
 std::vector<std::string> NearestNames(std::string_view name, const std::vector<std::string>& candidates);
 
 /// "; did you mean A, B?", or nothing for an empty list.
