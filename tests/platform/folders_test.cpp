@@ -1,0 +1,61 @@
+#include "platform/folders.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+/// Sets an environment variable for one test; nullptr takes it away.
+class Environment {
+ public:
+  Environment(const char* name, const char* value) : name_(name) {
+    const char* former = std::getenv(name);
+    if (former != nullptr) former_ = former;
+    Set(value);
+  }
+  ~Environment() { Set(former_ ? former_->c_str() : nullptr); }
+  Environment(const Environment&) = delete;
+  Environment& operator=(const Environment&) = delete;
+
+ private:
+  void Set(const char* value) const { value != nullptr ? setenv(name_, value, 1) : unsetenv(name_); }
+
+  const char* name_;
+  std::optional<std::string> former_;
+};
+
+TEST(Folders, ABuildTreeFindsTheDataOfItsSources) {
+  const Environment none("ZELVANE_DATA_DIR", nullptr);
+  EXPECT_TRUE(std::filesystem::equivalent(ProgramDataFolder(), ZELVANE_DATA)) << ProgramDataFolder();
+}
+
+TEST(Folders, TheEnvironmentNamesAnotherDataFolder) {
+  const Environment other("ZELVANE_DATA_DIR", "/some/where");
+  EXPECT_EQ(ProgramDataFolder(), "/some/where");
+}
+
+TEST(Folders, TheUsersFolderFollowsTheDesktopsConvention) {
+#if defined(__linux__)
+  const Environment home("HOME", "/home/someone");
+  {
+    const Environment config("XDG_CONFIG_HOME", "/conf");
+    EXPECT_EQ(UserConfigFolder(), "/conf/zelvane");
+  }
+  {
+    const Environment relative("XDG_CONFIG_HOME", "conf");
+    EXPECT_EQ(UserConfigFolder(), "/home/someone/.config/zelvane");
+  }
+  const Environment config("XDG_CONFIG_HOME", nullptr);
+  const Environment homeless("HOME", nullptr);
+  EXPECT_EQ(UserConfigFolder(), "");
+#else
+  GTEST_SKIP() << "another system's convention";
+#endif
+}
+
+}  // namespace
+}  // namespace zelvane

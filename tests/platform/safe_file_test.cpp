@@ -1,0 +1,158 @@
+#include "platform/safe_file.h"
+
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+class SafeFileTest : public ::testing::Test {
+ protected:
+  std::size_t FileCount() const {
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder.Path()), {}));
+  }
+
+  TemporaryFolder folder;
+  std::string path = folder.File("model.mod");
+};
+
+TEST_F(SafeFileTest, CreatesAFileAndReplacesItWithItsPermissions) {
+  ASSERT_TRUE(ReplaceFile(path, "first"));
+  EXPECT_EQ(ReadWholeFile(path), "first");
+  fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+  ASSERT_TRUE(ReplaceFile(path, ""));
+  EXPECT_EQ(ReadWholeFile(path), "");
+  EXPECT_EQ(fs::status(path).permissions(),
+            fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+  EXPECT_EQ(FileCount(), 1U);
+}
+
+TEST_F(SafeFileTest, ANewFileHasThePermissionsOfAnyNewFile) {
+  const mode_t mask = ::umask(027);
+  ASSERT_TRUE(ReplaceFile(path, "x"));
+  ::umask(mask);
+  EXPECT_EQ(static_cast<unsigned>(fs::status(path).permissions()), 0640U);
+}
+
+TEST_F(SafeFileTest, FollowsASymbolicLink) {
+  fs::create_directory(folder.Path() / "real");
+  fs::create_symlink("real/model.mod", path);
+  for (const char* content : {"through a link to nothing", "through a link to a file"}) {
+    ASSERT_TRUE(ReplaceFile(path, content));
+    EXPECT_TRUE(fs::is_symlink(path));
+    EXPECT_EQ(ReadWholeFile(folder.File("real/model.mod")), content);
+  }
+  fs::create_symlink("circle", folder.Path() / "circle");
+  EXPECT_FALSE(ReplaceFile(folder.File("circle"), "x"));
+}
+
+TEST_F(SafeFileTest, RefusesWhatMayNotBeWrittenAndLeavesNothingBehind) {
+  ASSERT_TRUE(ReplaceFile(path, "old"));
+  fs::permissions(path, fs::perms::owner_read);
+  EXPECT_FALSE(ReplaceFile(path, "new")) << "a read-only file";
+  EXPECT_EQ(ReadWholeFile(path), "old");
+  EXPECT_FALSE(ReplaceFile(folder.Path().string(), "new")) << "a folder";
+  EXPECT_FALSE(ReplaceFile(folder.Path().string() + "/", "new")) << "a folder";
+  EXPECT_FALSE(ReplaceFile(folder.File("missing/model.mod"), "new")) << "no such folder";
+  EXPECT_FALSE(ReplaceFile(path + "/model.mod", "new")) << "a file as a folder";
+  EXPECT_FALSE(ReplaceFile("", "new"));
+  EXPECT_FALSE(ReplaceFile(std::string("a\0b", 3), "new"));
+  EXPECT_FALSE(ReplaceFile("/dev/full", "new")) << "a device";
+  ASSERT_EQ(::mkfifo(folder.File("pipe").c_str(), 0600), 0);
+  EXPECT_FALSE(ReplaceFile(folder.File("pipe"), "new")) << "a pipe";
+  EXPECT_EQ(FileCount(), 2U);
+}
+
+TEST_F(SafeFileTest, RefusesAReadOnlyFolder) {
+  ASSERT_TRUE(ReplaceFile(path, "old"));
+  fs::permissions(folder.Path(), fs::perms::owner_read | fs::perms::owner_exec);
+  EXPECT_FALSE(ReplaceFile(path, "new"));
+  EXPECT_FALSE(ReplaceFile(folder.File("other.mod"), "new"));
+  EXPECT_EQ(ReadWholeFile(path), "old");
+  EXPECT_EQ(FileCount(), 1U);
+}
+
+TEST_F(SafeFileTest, TakesANameAsLongAsTheSystemAllows) {
+  const std::string name(255, 'n');
+  ASSERT_TRUE(ReplaceFile(folder.File(name), "x"));
+  EXPECT_EQ(ReadWholeFile(folder.File(name)), "x");
+  EXPECT_FALSE(ReplaceFile(folder.File(name + "n"), "x"));
+  EXPECT_EQ(FileCount(), 1U);
+}
+
+TEST_F(SafeFileTest, WritesBlockAfterBlock) {
+  int blocks = 0;
+  const std::string block(100'000, 'b');
+  ASSERT_TRUE(ReplaceFileInBlocks(path, [&] { return std::string_view(++blocks > 30 ? "" : block); }));
+  EXPECT_EQ(ReadWholeFile(path), std::string(3'000'000, 'b'));
+}
+
+TEST_F(SafeFileTest, AWriteThatFailsHalfWayLeavesTheOldFile) {
+  ASSERT_TRUE(ReplaceFile(path, "old"));
+  const std::string content(1 << 20, 'n');
+  // A limit on the size of files fails a write as a full disk does.
+  rlimit former{};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &former), 0);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit limit{1 << 16, former.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+  const bool replaced = ReplaceFile(path, content);
+  ::setrlimit(RLIMIT_FSIZE, &former);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_FALSE(replaced);
+  EXPECT_EQ(ReadWholeFile(path), "old");
+  EXPECT_EQ(FileCount(), 1U);
+}
+
+TEST_F(SafeFileTest, AFullDiskLeavesTheOldFile) {
+  if (::mount("tmpfs", folder.Path().c_str(), "tmpfs", 0, "size=64k") != 0) {
+    GTEST_SKIP() << "a small disk can only be mounted by the superuser";
+  }
+  const bool first = ReplaceFile(path, "old");
+  const bool second = ReplaceFile(path, std::string(1 << 20, 'n'));
+  const std::string content = ReadWholeFile(path);
+  const std::size_t files = FileCount();
+  ::umount(folder.Path().c_str());
+  EXPECT_TRUE(first);
+  EXPECT_FALSE(second);
+  EXPECT_EQ(content, "old");
+  EXPECT_EQ(files, 1U);
+}
+
+TEST_F(SafeFileTest, AProcessKilledInTheMiddleLeavesTheOldFile) {
+  const std::string old(200'000, 'o');
+  ASSERT_TRUE(ReplaceFile(path, old));
+  for (const int blocksBefore : {0, 1, 5}) {
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      int blocks = 0;
+      const std::string block(50'000, 'n');
+      ReplaceFileInBlocks(path, [&] {
+        if (blocks++ == blocksBefore) ::raise(SIGKILL);
+        return std::string_view(block);
+      });
+      ::_exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_TRUE(ReadWholeFile(path) == old);
+  }
+  EXPECT_TRUE(ReplaceFile(path, "next")) << "what the killed process left does not stand in the way";
+  EXPECT_EQ(ReadWholeFile(path), "next");
+}
+
+}  // namespace
+}  // namespace zelvane
