@@ -72,7 +72,7 @@ void AddMultiStimTable() {
   for (int group = 1; group <= MultiStimGroups; ++group)
     table.columnTitles.push_back(FormatText("Group %d", group));
   ShowMultiStimTable();
-  AddControls("StimulusPanel", "buttons", ClearButton);
+  AddControls("StimulusPanel", "table", ClearButton);
 }
 
 void ShowMultiStimTable() {

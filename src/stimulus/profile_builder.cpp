@@ -88,20 +88,6 @@ void AddScaled(std::span<float> profile, std::span<const float> values, float ti
   for (std::size_t i = 0; i < profile.size(); ++i) profile[i] += times * values[i];
 }
 
-/// The samples of one pulse, kept from start to start as long as the same of its samples are wanted.
-struct SampledPulse {
-  const Pulse& pulse;
-  float intervalMs;
-  std::span<float> room;
-  std::int64_t skip = -1;
-
-  std::span<const float> Skipping(std::int64_t samples) {
-    if (samples != skip) SamplePulse(pulse, intervalMs, samples, room);
-    skip = samples;
-    return room;
-  }
-};
-
 }  // namespace
 
 std::int64_t SampleIndex(double quotient) {
@@ -168,7 +154,8 @@ void AddTrain(std::span<float> profile, const Pulse& pulse, const PulseTrain& tr
 
   // No pulse needs more samples than the one that begins first.
   const std::int64_t earliest = std::min(PulseStart(train, 0), PulseStart(train, train.count - 1)) + lead;
-  SampledPulse sampled{pulse, intervalMs, scratch.first(From(profile, earliest).size())};
+  const std::span<float> samples = scratch.first(From(profile, earliest).size());
+  std::int64_t sampledFrom = -1;  // sample of the pulse that samples[0] holds
 
   std::int64_t work = 0;
   for (int p = 0, together = 0; p < train.count; p += together) {
@@ -182,9 +169,12 @@ void AddTrain(std::span<float> profile, const Pulse& pulse, const PulseTrain& tr
       const std::span<float> touched = std::holds_alternative<SquarePulse>(pulse)
                                            ? SamplesWithin(profile, begin, start + body)
                                            : From(profile, begin);
-      if (!touched.empty()) {
-        AddScaled(touched, sampled.Skipping(std::max<std::int64_t>(-begin, 0)), static_cast<float>(together));
+      const std::int64_t skip = std::max<std::int64_t>(-begin, 0);
+      if (!touched.empty() && skip != sampledFrom) {
+        SamplePulse(pulse, intervalMs, skip, samples);
+        sampledFrom = skip;
       }
+      AddScaled(touched, samples, static_cast<float>(together));
       work += static_cast<std::int64_t>(touched.size());
     }
     if (work >= WorkBetweenPolls) {

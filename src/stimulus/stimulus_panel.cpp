@@ -1,5 +1,7 @@
 // The stimulus panel: its controls, what they show, and which of them the mode in force leaves open.
 #include <algorithm>
+#include <span>
+#include <string>
 
 #include "model/model.h"
 #include "model/model_panels.h"
@@ -12,7 +14,6 @@ namespace zelvane {
 namespace {
 
 constexpr char StimulusPanelName[] = "StimulusPanel";
-constexpr char Parameters[] = "stimulus";  // the group of controls that edit the store
 
 constexpr char DurationTooLong[] = "This duration is too long.";
 
@@ -161,107 +162,123 @@ constexpr ControlKind Button = ControlKind::Button;
 constexpr ControlKind Readout = ControlKind::Readout;
 
 // clang-format off
-constexpr ControlDecl StimulusControls[] = {
-    // name             kind    label                    unit        format  command                action
-    {"StimMode",        Choice, "Mode",                  "",         "%g",   "ChangeStimMode",      RebuildAndPlot,
+constexpr ControlDecl DisplayControls[] = {
+    // name             kind     label                   unit      format    command                action
+    {"StimMode",        Choice,  "Mode",                 "",       "%g",     "ChangeStimMode",      RebuildAndPlot,
      ModeHelp, 0, 0, "AUTOMATIC|MANUAL|EXPONENTIAL|USER|NOT AVAILABLE", StimAutomatic},
-    {"StimTarget",      Choice, "Stimulus shown",        "",         "%g",   "FxnCurrentStim",      RebuildAndPlot,
+    {"StimTarget",      Choice,  "Stimulus shown",       "",       "%g",     "FxnCurrentStim",      RebuildAndPlot,
      TargetHelp, 0, 0, "Voltage|Drug1|Drug2|Drug3|Drug4|Drug5|Drug6"},
-    {"StimLogAxis",     Switch, "Y axis",                "",         "%g",   "FxnLogLin",           FxnLogLin,
+    {"StimLogAxis",     Switch,  "Y axis",               "",       "%g",     "FxnLogLin",           FxnLogLin,
      "Linear or logarithmic axis of the stimulus.", 0, 0, "Linear|Logarithmic"},
-
-    // -- Automatic step --
-    {"AutoDrugOrVolt",  Switch, "Step of",               "",         "%g",   "AutoDrugVoltage",     AutoDrugVoltage,
-     AutoTargetHelp, 0, 0, "Drug1|Voltage"},
-    {"AutoValue",       Number, "Amplitude",             "V or M",   "%g",   "FxnAutoStepAmp",      RebuildAndPlot,
-     "Amplitude of the automatic step, in volts or molar."},
-    {"AutoStart",       Number, "Start",                 "ms",       "%g",   "FxnAutoStepStart",    RebuildAndPlot,
-     "Time (ms) at which the automatic step starts."},
-    {"AutoStop",        Number, "Stop",                  "ms",       "%g",   "FxnAutoStepStop",     RebuildAndPlot,
-     "Time (ms) at which the automatic step stops."},
-    {"AutoFilterOn",    Switch, "Filter Drug1",          "",         "%g",   "AutoFilterOn",        RebuildAndPlot,
-     AutoFilterHelp, 0, 0, "Off|On"},
-
-    // -- Manual step --
-    {"StepAmp",         Number, "Amplitude",             "V or M",   "%g",   "FxnManualStepAmp",    Rebuild,
-     "Amplitude of the step, in volts or molar."},
-    {"StepStart",       Number, "Start",                 "ms",       "%g",   "FxnManualStepStart",  FxnManualStepEdge,
-     "Time (ms) at which the step starts."},
-    {"StepStop",        Number, "Stop",                  "ms",       "%g",   "FxnManualStepStop",   FxnManualStepEdge,
-     "Time (ms) at which the step stops."},
-    {"StepDuration",    Number, "Duration",              "ms",       "%g",   "FxnManualDuration",   FxnManualDuration,
-     "Length (ms) of the step. A new length moves its stop."},
-    {"StepRamp",        Switch, "Shape",                 "",         "%g",   "FxnManualRamp",       Rebuild,
-     "Step with a flat top, or linear ramp from zero to the amplitude.", 0, 0, "Flat|Ramp"},
-    {"StepRiseTau",     Number, "Rise time constant",    "ms",       "%g",   "FxnManualRiseTau",    Rebuild,
-     RiseTauHelp},
-    {"StepDecayTau",    Number, "Decay time constant",   "ms",       "%g",   "FxnManualDecayTau",   Rebuild,
-     DecayTauHelp},
-
-    // -- Exponential waveform --
-    {"ExpStart",        Number, "Start",                 "ms",       "%g",   "FxnExpStart",         Rebuild,
-     "Time (ms) at which the waveform starts."},
-    {"ExpOffset",       Number, "Offset",                "V or M",   "%g",   "FxnExpOffset",        Rebuild,
-     "Offset or steady-state value, from the start of the waveform to the end of the record."},
-    {"ExpComponents",   Choice, "Decay components",      "",         "%g",   "ExpComponents",       Rebuild,
-     "Number of exponential components of the decay.", 0, 0, "1|2", 1},
-    {"ExpAmp1",         Number, "Amplitude 1",           "V or M",   "%g",   "FxnExpAmp1",          Rebuild,
-     "Amplitude of the first decay component, in volts or molar."},
-    {"ExpTau1",         Number, "Decay time constant 1", "ms",       "%g",   "FxnExpTau1",          Rebuild,
-     "Time constant (ms) of the first decay component. With 0 nothing is added."},
-    {"ExpAmp2",         Number, "Amplitude 2",           "V or M",   "%g",   "FxnExpAmp2",          Rebuild,
-     "Amplitude of the second decay component, in volts or molar."},
-    {"ExpTau2",         Number, "Decay time constant 2", "ms",       "%g",   "FxnExpTau2",          Rebuild,
-     "Time constant (ms) of the second decay component. With 0 nothing is added."},
-    {"ExpRiseFlag",     Switch, "Rise",                  "",         "%g",   "ExpRise",             Rebuild,
-     "Instantaneous or exponential rise of the waveform.", 0, 0, "Instantaneous|Exponential"},
-    {"ExpRiseTau",      Number, "Rise time constant",    "ms",       "%g",   "FxnExpRiseTau",       Rebuild,
-     "Time constant (ms) of the exponential rise. With 0 nothing is added."},
-
-    // -- Train --
-    {"TrainCount",      Number, "Pulses",                "",         "%g",   "FxnTrainUpdate",      FxnTrainUpdate,
-     "Number of pulses of the train."},
-    {"TrainDelay",      Number, "First pulse at",        "ms",       "%g",   "FxnTrainUpdate",      FxnTrainUpdate,
-     "Time (ms) at which the first pulse starts."},
-    {"TrainInterval",   Number, "Interval",              "ms",       "%g",   "FxnTrainUpdate",      FxnTrainUpdate,
-     "Time (ms) from the start of one pulse to the start of the next."},
-    {"TrainExpFlag",    Switch, "Pulses",                "",         "%g",   "FxnTrainExp",         Rebuild,
-     "Pulses of the train: steps, or exponential waveforms.", 0, 0, "Steps|Exponentials"},
-    {"TrainRiseFlag",   Switch, "Edges of steps",        "",         "%g",   "FxnTrainRise",        Rebuild,
-     "Square or exponentially edged steps in the train.", 0, 0, "Square|Exponential"},
-
-    {"FilterFc",        Number, "Filter corner",         "kHz",      "%g",   "FxnStimFc",           RebuildAndPlot,
-     "-3 dB corner (kHz) of the Gaussian filter."},
-};
-
-constexpr ControlDecl StimulusButtons[] = {
-    // name             kind    label                    unit format command           action
-    {"CreateStim",      Button, "Add step",               "", "",    "CreateStim",     Run<CreateStim>,    CreatorHelp},
-    {"CreateExpStim",   Button, "Add edged step",         "", "",    "CreateExpStim",  Run<CreateExpStim>, CreatorHelp},
-    {"CreateExp",       Button, "Add exponential",        "", "",    "CreateExp",      Run<CreateExp>,     CreatorHelp},
-    {"CreateTrain",     Button, "Add train",              "", "",    "CreateTrain",    Run<CreateTrain>,   CreatorHelp},
-    {"EraseStim",       Button, "Erase",                  "", "",    "EraseStim",      Run<EraseStim>,
+    {"StimSweepLength", Readout, "Length of sweep",      "",       "%.3ems", "",                    nullptr,
+     "Length of the simulation."},
+    {"StimConfigFile",  Readout, "Model file",           "",       "",       "",                    nullptr,
+     ConfigFileHelp},
+    {"EraseStim",       Button,  "Erase",                "",       "",       "EraseStim",           Run<EraseStim>,
      "Set the stimulus shown to zero over the length of the simulation."},
-    {"FilterStim",      Button, "Filter",                 "", "",    "FilterStim",     Run<FilterStim>,
-     "Filter the stimulus shown with the Gaussian filter."},
-    {"StimDone",        Button, "Done",                   "", "",    "FxnStimDone",    FxnStimDone,
+    {"StimDone",        Button,  "Done",                 "",       "",       "FxnStimDone",         FxnStimDone,
      "Close Stimulus Panel"},
 };
 
-constexpr ControlDecl StimulusReadouts[] = {
-    // name             kind     label               unit  format    command action
-    {"TrainLength",     Readout, "Length of train",  "ms", "%g",     "", nullptr, "Number of pulses times their interval."},
-    {"TrainFrequency",  Readout, "Frequency",        "Hz", "%g",     "", nullptr, "Pulses per second of the train."},
-    {"StimSweepLength", Readout, "Length of sweep",  "",   "%.3ems", "", nullptr, "Length of the simulation."},
-    {"StimConfigFile",  Readout, "Model file",       "",   "",       "", nullptr, ConfigFileHelp},
+constexpr ControlDecl AutomaticControls[] = {
+    {"AutoDrugOrVolt",  Switch,  "Step of",              "",       "%g",     "AutoDrugVoltage",     AutoDrugVoltage,
+     AutoTargetHelp, 0, 0, "Drug1|Voltage"},
+    {"AutoValue",       Number,  "Amplitude",            "V or M", "%g",     "FxnAutoStepAmp",      RebuildAndPlot,
+     "Amplitude of the automatic step, in volts or molar."},
+    {"AutoStart",       Number,  "Start",                "ms",     "%g",     "FxnAutoStepStart",    RebuildAndPlot,
+     "Time (ms) at which the automatic step starts."},
+    {"AutoStop",        Number,  "Stop",                 "ms",     "%g",     "FxnAutoStepStop",     RebuildAndPlot,
+     "Time (ms) at which the automatic step stops."},
+    {"AutoFilterOn",    Switch,  "Filter Drug1",         "",       "%g",     "AutoFilterOn",        RebuildAndPlot,
+     AutoFilterHelp, 0, 0, "Off|On"},
+};
+
+constexpr ControlDecl ManualControls[] = {
+    {"StepAmp",         Number,  "Amplitude",            "V or M", "%g",     "FxnManualStepAmp",    Rebuild,
+     "Amplitude of the step, in volts or molar."},
+    {"StepStart",       Number,  "Start",                "ms",     "%g",     "FxnManualStepStart",  FxnManualStepEdge,
+     "Time (ms) at which the step starts."},
+    {"StepStop",        Number,  "Stop",                 "ms",     "%g",     "FxnManualStepStop",   FxnManualStepEdge,
+     "Time (ms) at which the step stops."},
+    {"StepDuration",    Number,  "Duration",             "ms",     "%g",     "FxnManualDuration",   FxnManualDuration,
+     "Length (ms) of the step. A new length moves its stop."},
+    {"StepRamp",        Switch,  "Shape",                "",       "%g",     "FxnManualRamp",       Rebuild,
+     "Step with a flat top, or linear ramp from zero to the amplitude.", 0, 0, "Flat|Ramp"},
+    {"CreateStim",      Button,  "Add step",             "",       "",       "CreateStim",          Run<CreateStim>,
+     CreatorHelp},
+    {"StepRiseTau",     Number,  "Rise time constant",   "ms",     "%g",     "FxnManualRiseTau",    Rebuild,
+     RiseTauHelp},
+    {"StepDecayTau",    Number,  "Decay time constant",  "ms",     "%g",     "FxnManualDecayTau",   Rebuild,
+     DecayTauHelp},
+    {"CreateExpStim",   Button,  "Add edged step",       "",       "",       "CreateExpStim",       Run<CreateExpStim>,
+     CreatorHelp},
+};
+
+constexpr ControlDecl ExponentialControls[] = {
+    {"ExpStart",        Number,  "Start",                "ms",     "%g",     "FxnExpStart",         Rebuild,
+     "Time (ms) at which the waveform starts."},
+    {"ExpOffset",       Number,  "Offset",               "V or M", "%g",     "FxnExpOffset",        Rebuild,
+     "Offset or steady-state value, from the start of the waveform to the end of the record."},
+    {"ExpComponents",   Choice,  "Decay components",     "",       "%g",     "ExpComponents",       Rebuild,
+     "Number of exponential components of the decay.", 0, 0, "1|2", 1},
+    {"ExpAmp1",         Number,  "Amplitude 1",          "V or M", "%g",     "FxnExpAmp1",          Rebuild,
+     "Amplitude of the first decay component, in volts or molar."},
+    {"ExpTau1",         Number,  "Decay time constant 1", "ms",    "%g",     "FxnExpTau1",          Rebuild,
+     "Time constant (ms) of the first decay component. With 0 nothing is added."},
+    {"ExpAmp2",         Number,  "Amplitude 2",          "V or M", "%g",     "FxnExpAmp2",          Rebuild,
+     "Amplitude of the second decay component, in volts or molar."},
+    {"ExpTau2",         Number,  "Decay time constant 2", "ms",    "%g",     "FxnExpTau2",          Rebuild,
+     "Time constant (ms) of the second decay component. With 0 nothing is added."},
+    {"ExpRiseFlag",     Switch,  "Rise",                 "",       "%g",     "ExpRise",             Rebuild,
+     "Instantaneous or exponential rise of the waveform.", 0, 0, "Instantaneous|Exponential"},
+    {"ExpRiseTau",      Number,  "Rise time constant",   "ms",     "%g",     "FxnExpRiseTau",       Rebuild,
+     "Time constant (ms) of the exponential rise. With 0 nothing is added."},
+    {"CreateExp",       Button,  "Add exponential",      "",       "",       "CreateExp",           Run<CreateExp>,
+     CreatorHelp},
+};
+
+constexpr ControlDecl TrainControls[] = {
+    {"TrainCount",      Number,  "Pulses",               "",       "%g",     "FxnTrainUpdate",      FxnTrainUpdate,
+     "Number of pulses of the train."},
+    {"TrainDelay",      Number,  "First pulse at",       "ms",     "%g",     "FxnTrainUpdate",      FxnTrainUpdate,
+     "Time (ms) at which the first pulse starts."},
+    {"TrainInterval",   Number,  "Interval",             "ms",     "%g",     "FxnTrainUpdate",      FxnTrainUpdate,
+     "Time (ms) from the start of one pulse to the start of the next."},
+    {"TrainExpFlag",    Switch,  "Shape of pulses",      "",       "%g",     "FxnTrainExp",         Rebuild,
+     "Pulses of the train: steps, or exponential waveforms.", 0, 0, "Steps|Exponentials"},
+    {"TrainRiseFlag",   Switch,  "Edges of steps",       "",       "%g",     "FxnTrainRise",        Rebuild,
+     "Square or exponentially edged steps in the train.", 0, 0, "Square|Exponential"},
+    {"TrainLength",     Readout, "Length of train",      "ms",     "%g",     "",                    nullptr,
+     "Number of pulses times their interval."},
+    {"TrainFrequency",  Readout, "Frequency",            "Hz",     "%g",     "",                    nullptr,
+     "Pulses per second of the train."},
+    {"CreateTrain",     Button,  "Add train",            "",       "",       "CreateTrain",         Run<CreateTrain>,
+     CreatorHelp},
+};
+
+constexpr ControlDecl FilterControls[] = {
+    {"FilterFc",        Number,  "Corner",               "kHz",    "%g",     "FxnStimFc",           RebuildAndPlot,
+     "-3 dB corner (kHz) of the Gaussian filter."},
+    {"FilterStim",      Button,  "Filter",               "",       "",       "FilterStim",          Run<FilterStim>,
+     "Filter the stimulus shown with the Gaussian filter."},
 };
 
 constexpr ControlDecl MainPanelButton[] = {
-    {"StimulusButton",  Button, "Stimulus...", "", "", "FxnStimulusButton", FxnStimulusButton, StimulusButtonHelp},
+    {"StimulusButton",  Button,  "Stimulus...",          "",       "",       "FxnStimulusButton",   FxnStimulusButton,
+     StimulusButtonHelp},
 };
 
 constexpr MenuDecl StimulusMenu[] = {{"Stimulus/Edit Stimulus...", "Stimulus", OpenStimulusPanel}};
 // clang-format on
+
+/// The sections of the panel, in their order.
+struct Section {
+  const char* group;
+  std::span<const ControlDecl> controls;
+};
+constexpr Section Sections[] = {{"display", DisplayControls}, {"automatic", AutomaticControls},
+                                {"manual", ManualControls},   {"exponential", ExponentialControls},
+                                {"train", TrainControls},     {"filter", FilterControls}};
 
 std::string TargetTitle(int target) {
   if (target == 0) return "Voltage (V)";
@@ -280,13 +297,13 @@ void ReadNumPoints() {
 }  // namespace
 
 void StimReadControls() {
-  ReadControls(StimulusPanelName, Parameters);
+  for (const Section& section : Sections) ReadControls(StimulusPanelName, section.group);
   ReadNumPoints();
 }
 
 void StimPanelRefresh() {
   if (!(Stimulus.TrainInterval > 0.0F)) Stimulus.TrainInterval = 1.0F;
-  WriteControls(StimulusPanelName, Parameters);
+  for (const Section& section : Sections) WriteControls(StimulusPanelName, section.group);
   ShowNumber("StepDuration", StepDuration());
   ShowTrain();
   ShowMultiStimTable();
@@ -319,12 +336,10 @@ void AddStimulusPanel() {
             .dim = DimStimulusPanel,
             .close = CloseStimulusPanel,
             .help = PanelHelp});
-  AddControls(StimulusPanelName, Parameters, StimulusControls);
-  AddControls(StimulusPanelName, "buttons", StimulusButtons);
-  AddControls(StimulusPanelName, "readouts", StimulusReadouts);
+  for (const Section& section : Sections) AddControls(StimulusPanelName, section.group, section.controls);
   AddGraph(StimulusPanelName, StimulusPanelName, "Time (ms)", TargetTitle(Stimulus.StimTarget));
   AddMultiStimTable();
-  AddControls("MainPanel", Parameters, MainPanelButton);
+  AddControls("MainPanel", "stimulus", MainPanelButton);
   AddMenu(StimulusMenu);
 }
 
