@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "sim/internal/adaptive_kernels.h"
 #include "sim/internal/cash_karp.h"
@@ -35,6 +36,11 @@ struct Stepper {
   LaneValues slope;
   LaneValues scale;
 };
+
+/// Makes the tolerance ten times coarser. It stays a number however often that happens.
+void LoosenPrecision(Stepper& stepper) {
+  stepper.workingPrecision = std::min(stepper.workingPrecision * 10.0F, std::numeric_limits<float>::max());
+}
 
 const StimulusStretch& StretchAtTime(Stepper& stepper, float t) {
   return StretchAt(stepper.cursor, stepper.run.scheme, stepper.run.stimulus,
@@ -74,7 +80,7 @@ bool ControlledStep(Stepper& stepper, float tolerance) {
         static_cast<float>(Safety * full * std::pow(static_cast<double>(worst), ShrinkPower));
     h = std::max(shorter, static_cast<float>(MostShrinking * full));
     if (stepper.x + h == stepper.x) {
-      stepper.workingPrecision *= 10.0F;
+      LoosenPrecision(stepper);
       stepper.reduced = true;
     }
     if (h == 0.0F) return false;
@@ -182,7 +188,7 @@ AdaptiveResult IntegrateAdaptive(const AdaptiveRun& run, std::span<float> savedT
   stepper.workingPrecision = result.precision;
   RunLoop(stepper, savedTime, rows, hook, result);
   if (stepper.reduced && !result.finished && !result.stopped) {
-    stepper.workingPrecision *= 10.0F;
+    LoosenPrecision(stepper);
     RunLoop(stepper, savedTime, rows, hook, result);
   }
   result.precision = stepper.workingPrecision;

@@ -135,7 +135,7 @@ bool PlainControlledStep(const SchemeTables& tables, const StimulusView& stimulu
         static_cast<float>(0.9 * static_cast<double>(h) * std::pow(static_cast<double>(worst), -0.25));
     h = std::max(shorter, static_cast<float>(0.1 * static_cast<double>(h)));
     if (x + h == x) {
-      control.precision *= 10.0F;
+      control.precision = std::min(control.precision * 10.0F, std::numeric_limits<float>::max());
       control.reduced = true;
     }
     if (h == 0.0F) return false;
@@ -223,7 +223,7 @@ AdaptiveResult PlainAdaptive(const SchemeTables& tables, const StimulusView& sti
   PlainControl control{std::max(precision, FinestPrecision), false};
   PlainLoop(tables, stimulus, start, numPoints, savedTime, rows, control, result);
   if (control.reduced && !result.finished) {
-    control.precision *= 10.0F;
+    control.precision = std::min(control.precision * 10.0F, std::numeric_limits<float>::max());
     PlainLoop(tables, stimulus, start, numPoints, savedTime, rows, control, result);
   }
   result.precisionReduced = control.reduced;

@@ -41,7 +41,7 @@ using Lanes = float __attribute__((vector_size(32)));
 using LaneIndex = std::int32_t __attribute__((vector_size(32)));
 
 ZELVANE_INLINE Lanes Spread(float value) {
-  return Lanes{} + value;
+  return Lanes{value, value, value, value, value, value, value, value};
 }
 
 /// Lane k becomes y[index[k]], index from 0 to 7; with two or three vectors to 15 or 23.

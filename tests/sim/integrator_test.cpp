@@ -1,0 +1,248 @@
+// IntegrateModel: from the stores to the trace, with its messages and questions.
+#include "sim/integrator.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "sim/run_fixtures.h"
+#include "sim/saved_steps.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char StepDecreased[] = "Max Step Size was decreased during integration.";
+constexpr char StepFailed[] =
+    "Integration has failed. You need to decrease Max Step Size or increase Time Interval.";
+
+/// Two states of the grid: closed (1) opens at 1000/s, open (2) of 50 pS closes at 500/s. 1000 points of 0.01
+/// ms.
+class IntegrateModelTest : public RunTest {
+ protected:
+  IntegrateModelTest() {
+    Model.NumPoints = 1000;
+    Model.Precision = 1e-8F;  // the end slopes of the spline fit steps of about one interval only
+  }
+
+  static double Open(double ms) { return 2.0 / 3.0 * (1.0 - std::exp(-1.5 * ms)); }
+
+  static void Integrate(int simulator) {
+    Model.SimulatorKind = simulator;
+    Show();
+    Result.EffectiveChannels = static_cast<float>(Model.NumChannels);
+    IntegrateModel();
+  }
+};
+
+TEST_F(IntegrateModelTest, GivesTheClosedFormInAllUnits) {
+  Model.NumChannels = 40;
+  Model.VRev = 10.0F;
+  Model.Valence = 2;
+  std::fill_n(Stimulus.Profile[0].begin(), 1001, -0.06F);
+  struct Row {
+    int units;
+    double factor;
+  };
+  for (const Row& row : {Row{UnitsChannels, 40.0}, Row{UnitsConductance, 2000.0},
+                         Row{UnitsCurrent, -0.07 * 2 * 2000.0}, Row{UnitsProbability, 1.0}}) {
+    Model.DisplayUnits = row.units;
+    for (const int simulator : {FixedStepIntegrator, AdaptiveIntegrator}) {
+      SCOPED_TRACE(testing::Message() << "units " << row.units << " simulator " << simulator);
+      Integrate(simulator);
+      EXPECT_EQ(Trace.TraceValid, 1);
+      const double tolerance =
+          simulator == FixedStepIntegrator ? 3e-6 : 1e-3;  // roundings; precision and spline
+      for (std::size_t i = 0; i < 1000; i += 37) {
+        const double expected = row.factor * Open(0.01 * static_cast<double>(i));
+        EXPECT_NEAR(Trace.SimTrace[i], expected, tolerance * std::fabs(row.factor)) << i;
+      }
+    }
+  }
+  EXPECT_TRUE(popups.empty());
+}
+
+TEST_F(IntegrateModelTest, StartsTheAdaptiveRunAtALateStep) {
+  Model.Depend.Drug[1][1][2] = 1;
+  Model.KOn[1] = 1e6;
+  Model.NumPoints = 800;
+  Model.DisplayUnits = UnitsProbability;
+  Model.StartOccupancy[1] = 1.0F;
+  std::fill_n(Stimulus.Profile[1].begin() + 300, 700, 1e-3F);
+  Integrate(AdaptiveIntegrator);
+  EXPECT_EQ(Result.IntegrationOffset, 300);
+  EXPECT_EQ(Result.ResultKind, ResultSavedSteps);
+  for (std::size_t i = 0; i <= 300; ++i) EXPECT_EQ(Trace.SimTrace[i], 0.0F) << i;
+  EXPECT_NEAR(Trace.SimTrace[400], Open(1.0), 1e-3);
+  EXPECT_EQ(Model.StartOccupancy[1], 1.0F);
+}
+
+TEST_F(IntegrateModelTest, GivesTheSameTraceWhenSavedStepsAreConvertedAgain) {
+  Integrate(AdaptiveIntegrator);
+  const std::vector<float> first(Trace.SimTrace.begin(), Trace.SimTrace.begin() + 1000);
+  const int kept = Result.KeptSteps;
+  EXPECT_NEAR(Result.SavedTime[static_cast<std::size_t>(kept)], 10.0F, 1e-4);
+  EXPECT_EQ(SavedStepValues().size(), static_cast<std::size_t>(kept));
+  ConvertTrace(false);
+  EXPECT_EQ(Result.KeptSteps, kept);
+  EXPECT_TRUE(std::equal(first.begin(), first.end(), Trace.SimTrace.begin()));
+}
+
+TEST_F(IntegrateModelTest, ForgetsTheStepsOfALongerRun) {
+  Integrate(AdaptiveIntegrator);
+  Model.NumPoints = 30;
+  Integrate(AdaptiveIntegrator);
+  const auto last = static_cast<std::size_t>(Result.KeptSteps);
+  EXPECT_NEAR(Result.SavedTime[last], 0.3F, 1e-5);
+  EXPECT_LE(Result.SavedTime[last + 2], 0.0F);
+  EXPECT_NEAR(Trace.SimTrace[29], 50.0 * Open(0.29), 0.05);
+}
+
+TEST_F(IntegrateModelTest, HalvesTheStepAndSaysSo) {
+  Model.KOn[1] = 2e5;
+  Model.KOff[1] = 2e5;
+  Model.MaxStepSize = 0.01F;
+  Integrate(FixedStepIntegrator);
+  EXPECT_FLOAT_EQ(Model.MaxStepSize, 0.005F);
+  EXPECT_EQ(Result.ReductionCount, 1);
+  EXPECT_EQ(popups, (std::vector<SeenPopup>{{"! Integration Warning", StepDecreased}}));
+  EXPECT_EQ(ControlNamed("MaxStepSize").number, static_cast<double>(Model.MaxStepSize));
+}
+
+TEST_F(IntegrateModelTest, GivesUpAfterFivePasses) {
+  Model.KOn[1] = 1e7;
+  Model.KOff[1] = 1e7;
+  Model.MaxStepSize = 0.0025F;
+  Integrate(FixedStepIntegrator);
+  EXPECT_FLOAT_EQ(Model.MaxStepSize, 0.0025F / 32.0F);
+  EXPECT_EQ(popups, (std::vector<SeenPopup>{{"! Integration Warning", StepDecreased},
+                                            {"! Integration Error", StepFailed}}));
+  EXPECT_EQ(Trace.TraceValid, 1);
+}
+
+TEST_F(IntegrateModelTest, IsSilentWhileAFitRuns) {
+  Model.KOn[1] = 1e7;
+  Model.FitActive = 1;
+  Result.EffectiveChannels = 1.0F;
+  IntegrateModel();
+  EXPECT_TRUE(popups.empty());
+  EXPECT_EQ(pumps, 0);
+  EXPECT_EQ(Result.ReductionCount, 5);
+}
+
+TEST_F(IntegrateModelTest, AsksBeforeALongRunWithAReducedStep) {
+  Model.NumPoints = 20001;
+  Model.MaxStepSize = 0.0009F;
+  Result.ReductionCount = 1;
+  Integrate(FixedStepIntegrator);  // the user says no
+  ASSERT_EQ(popups.size(), 1U);
+  EXPECT_EQ(popups[0].title, "! Slow Integration");
+  EXPECT_EQ(Result.Occupancy[1][1], 0.0F);
+  Model.NumPoints = 20000;
+  Integrate(FixedStepIntegrator);
+  EXPECT_EQ(popups.size(), 1U);
+  EXPECT_EQ(Result.Occupancy[1][1], 1.0F);
+}
+
+TEST_F(IntegrateModelTest, ReadsAStepOfZeroAsTheSmallest) {
+  Model.MaxStepSize = 0.0F;
+  Model.NumPoints = 1;
+  Model.ADInterval = 1e-4F;
+  Integrate(FixedStepIntegrator);
+  EXPECT_EQ(Model.MaxStepSize, 0.0F);
+  EXPECT_NEAR(Result.Occupancy[2][2], 1e-4, 1e-7);
+}
+
+TEST_F(IntegrateModelTest, StopsAtTheButtonAndConvertsWhatAFixedRunHas) {
+  onPump = [](int call) {
+    if (call == 10) Result.StopRequested = 1;
+  };
+  Integrate(FixedStepIntegrator);
+  EXPECT_EQ(popups, (std::vector<SeenPopup>{{"!", "Simulation Interrupted by User"}}));
+  EXPECT_GT(Trace.SimTrace[450], 0.0F);
+  EXPECT_EQ(Trace.SimTrace[550], 0.0F);
+}
+
+TEST_F(IntegrateModelTest, LooksForTheButtonAtTwentyMoments) {
+  Integrate(FixedStepIntegrator);
+  EXPECT_EQ(pumps, 20);
+}
+
+TEST_F(IntegrateModelTest, KeepsAStateThatIsOffAtZero) {
+  Model.StartOccupancy[7] = 0.25F;
+  Model.StateMonitored[7] = 1;
+  Model.DisplayUnits = UnitsProbability;
+  for (const int simulator : {FixedStepIntegrator, AdaptiveIntegrator}) {
+    Integrate(simulator);
+    for (std::size_t p = 1; p <= 1001; ++p) ASSERT_EQ(Result.Occupancy[7][p], 0.0F);
+    EXPECT_EQ(Trace.SimTrace[0], 0.0F);
+  }
+}
+
+TEST_F(IntegrateModelTest, LeavesNothingOfAnEarlierRunBehind) {
+  Integrate(FixedStepIntegrator);
+  Model.StateOn[2] = 0;
+  Model.StateOn[6] = 1;  // state 1 now reaches state 6 instead
+  Model.KOn[5] = 100.0;
+  Integrate(FixedStepIntegrator);
+  for (std::size_t p = 1; p <= 1001; ++p) ASSERT_EQ(Result.Occupancy[2][p], 0.0F);
+  EXPECT_GT(Result.Occupancy[6][1000], 0.5F);
+}
+
+TEST_F(IntegrateModelTest, TellsThatThePrecisionWasReduced) {
+  // From 5 s on state 1 asks for steps that no longer move the time; state 6 lets the run start at 0.
+  Model.KOn[1] = 1e12;
+  Model.KOff[1] = 1e12;
+  Model.Depend.Drug[1][1][2] = 1;
+  Model.StateOn[6] = Model.StateOn[7] = 1;
+  Model.KOn[10] = 1e-3;
+  Model.StartOccupancy[6] = 0.1F;
+  Model.NumPoints = 20;
+  Model.ADInterval = 1000.0F;
+  Model.Precision = 1e-9F;
+  std::fill_n(Stimulus.Profile[1].begin() + 5, 100, 1.0F);
+  Integrate(AdaptiveIntegrator);
+  EXPECT_GT(Model.Precision, 1e-9F);
+  ASSERT_FALSE(popups.empty());
+  EXPECT_EQ(popups[0], (SeenPopup{"!", "Precision reduced during integration."}));
+}
+
+TEST_F(IntegrateModelTest, SaysOnceAPassThatAStepIsTooSmall) {
+  // 40 million steps: after 2^25 at the latest a float no longer tells the time of one step from the next.
+  // Without the drug nothing opens, so only the time moves.
+  Model.Depend.Drug[1][1][2] = 1;
+  Model.NumPoints = 2000;
+  Model.ADInterval = 2e-4F;
+  Model.MaxStepSize = 0.0F;
+  Integrate(FixedStepIntegrator);
+  EXPECT_EQ(consoleLines, std::vector<std::string>{"Step size too small in routine rkdumb"});
+}
+
+TEST(SplineToSamplesTest, ReproducesACubicWithItsEndSlopes) {
+  // The end slopes are differences over one interval; knots one interval apart at the ends of a straight line
+  // fit it.
+  const std::vector<double> times{0.0, 0.5, 1.25, 2.0, 4.0, 4.5};
+  std::vector<double> values;
+  for (const double t : times) values.push_back(3.0 - 2.0 * t);
+  std::vector<float> samples(10);
+  SplineToSamples(times, values, 0.5, samples);
+  for (std::size_t i = 0; i < samples.size(); ++i)
+    EXPECT_NEAR(samples[i], 3.0 - static_cast<double>(i), 1e-6);
+}
+
+TEST(SplineToSamplesTest, MatchesAHandComputedPiece) {
+  // Knots (0, 0), (1, 1), interval 1: both slopes 1, a straight line. With interval 2 both slopes are 1/2,
+  // and the cubic through both is t / 2 + 3 t^2 / 2 - t^3, so t = 0 and t = 1 hold and t = 2 takes the last
+  // knot.
+  const std::vector<double> times{0.0, 1.0};
+  const std::vector<double> values{0.0, 1.0};
+  std::vector<float> samples(3);
+  SplineToSamples(times, values, 0.25, samples);
+  // Slopes 4 at both ends: 4 t - 9 t^2 + 6 t^3 at 0.25 and 0.5.
+  EXPECT_NEAR(samples[1], 4 * 0.25 - 9 * 0.0625 + 6 * 0.015625, 1e-6);
+  EXPECT_NEAR(samples[2], 0.5, 1e-6);
+  SplineToSamples(std::vector<double>{0.0}, std::vector<double>{0.7}, 1.0, samples);
+  EXPECT_FLOAT_EQ(samples[2], 0.7F);
+}
+
+}  // namespace
+}  // namespace zelvane
