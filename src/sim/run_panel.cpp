@@ -259,6 +259,18 @@ void WidenFullRange(Graph& graph) {
   widen(graph.fullYMin, graph.fullYMax, PlotRange(newest, 'y'));
 }
 
+/// Traces pile up run after run. The oldest go when all together hold more samples than this.
+constexpr std::size_t MaxPlottedSamples = 4U * MaxStimPoints;
+
+void DropOldestPlots(Graph& graph, std::size_t toCome) {
+  std::size_t samples = toCome;
+  for (const Plot& plot : graph.plots) samples += plot.y.size();
+  while (!graph.plots.empty() && samples > MaxPlottedSamples) {
+    samples -= graph.plots.front().y.size();
+    graph.plots.erase(graph.plots.begin());
+  }
+}
+
 void AddMainGraph() {
   Graph& graph = AddGraph(MainPanelName, MainPanelName, "Time (ms)", "", 2);
   graph.x.max = 100.0;
@@ -308,6 +320,7 @@ void PlotTrace(bool erase) {
   if (erase) ClearPlots(graph);
   ShowTimeAxis();
   const auto samples = static_cast<std::size_t>(std::clamp(Model.NumPoints, 0, MaxStimPoints));
+  DropOldestPlots(graph, samples);
   PlotWave(graph, PlotStyle::Line, SimulatorColour(), Trace.SimTrace.first(samples), 0.0,
            static_cast<double>(Model.ADInterval));
   WidenFullRange(graph);
