@@ -1,6 +1,7 @@
 // Start-up, what every control owes its user, and the end of the program.
 #include "shell/application.h"
 
+#include <map>
 #include <set>
 
 #include "fit/fit_store.h"
@@ -114,18 +115,18 @@ TEST_F(ApplicationTest, ARightClickOnAnyControlExplainsItAndChangesNothing) {
   EXPECT_EQ(StoreDigest(), before);
 }
 
-TEST_F(ApplicationTest, NamesOnTheScreenAreUnique) {
+TEST_F(ApplicationTest, NamesAreUniqueAndEveryCommandLeadsSomewhere) {
   Start();
   std::set<std::string> names;
-  std::set<std::string> commands;
+  std::map<std::string, Action> actions;
   for (const Control& control : Screen.controls) {
     EXPECT_TRUE(names.insert(control.name).second) << control.name;
+    const auto [known, isNew] = actions.try_emplace(control.command, control.action);
     if (!control.command.empty()) {
-      EXPECT_TRUE(commands.insert(control.command).second) << control.command;
+      EXPECT_EQ(known->second, control.action) << control.command << " does two things";
     }
-    if (control.kind == ControlKind::Button) {
-      EXPECT_NE(control.action, nullptr) << control.name << " is a button that does nothing";
-    }
+    const bool deadButton = control.kind == ControlKind::Button && control.action == nullptr;
+    EXPECT_FALSE(deadButton) << control.name << " is a button that does nothing";
   }
   for (const MenuItem& item : Screen.menu) EXPECT_NE(item.action, nullptr) << item.path;
   for (const Panel& panel : Screen.panels) EXPECT_FALSE(panel.help.empty()) << panel.name << " has no help";
