@@ -75,7 +75,7 @@ void RunLine(DriveSession& session, std::string_view line) {
   RunCommand(session, *command, rest);
 }
 
-void RunLines(DriveSession& session, std::istream& in) {
+void RunLines(DriveSession& session, std::istream& in, const DriveHost& host) {
   std::string line;
   bool tooLong = false;
   bool first = true;
@@ -86,18 +86,29 @@ void RunLines(DriveSession& session, std::istream& in) {
       RunLine(session, first && line.starts_with(Utf8Mark) ? line.substr(Utf8Mark.size()) : line);
     first = false;
     session.out->flush();  // whoever holds the other end of a pipe waits for the answer
+    if (host.afterLine) host.afterLine();
   }
 }
 
 }  // namespace
 
-int RunDrive(std::istream& in, std::ostream& out, const StartOptions& options) {
+int RunDrive(std::istream& in, std::ostream& out, const StartOptions& options, const DriveHost& host) {
   DriveSession session;
   session.out = &out;
-  FrontEnd former = SetFrontEnd(DriveFrontEnd(session));
+  FrontEnd former = SetFrontEnd(DriveFrontEnd(session, host.frontEnd));
   StartApplication(options);
   out.flush();
-  RunLines(session, in);
+  if (host.started) host.started();
+  RunLines(session, in, host);
+  SetFrontEnd(std::move(former));
+  return session.misunderstood ? Misunderstood : 0;
+}
+
+int PlayDrive(std::istream& in, std::ostream& out, const DriveHost& host) {
+  DriveSession session;
+  session.out = &out;
+  FrontEnd former = SetFrontEnd(DriveFrontEnd(session, host.frontEnd));
+  RunLines(session, in, host);
   SetFrontEnd(std::move(former));
   return session.misunderstood ? Misunderstood : 0;
 }

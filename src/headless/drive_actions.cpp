@@ -4,6 +4,7 @@
 #include "headless/internal/drive_session.h"
 #include "headless/internal/nearest_names.h"
 #include "headless/internal/words.h"
+#include "shell/application.h"
 #include "shell/zoom_graph.h"
 
 namespace zelvane {
@@ -206,6 +207,10 @@ void Page(DriveSession& session, Words words) {
   if (const auto pages = Whole(session, words[2])) ZoomPage(*graph, axis, *pages);
 }
 
+void Open(DriveSession&, Words words) {
+  OpenFileByName(words[0]);
+}
+
 // -- Queues --
 
 void Answer(DriveSession& session, Words words) {
@@ -264,6 +269,7 @@ constexpr DriveCommand Actions[] = {
     {"press",      1, 1,         "press CALLBACK",                        PressWord},
     {"help",       1, 1,         "help CALLBACK",                         Help},
     {"close",      1, 1,         "close PANEL",                           Close},
+    {"open",       1, 1,         "open PATH",                             Open},
     {"key",        2, 2,         "key PANEL KEY",                         Key},
     {"cursor",     3, 4,         "cursor GRAPH N X [Y]",                  MoveCursorTo},
     {"strip",      4, 4,         "strip GRAPH x|y A B",                   Strip},

@@ -114,6 +114,18 @@ void WriteConsole(DriveSession& session, std::string_view line) {
   WriteObject(session, event);
 }
 
+void WriteHelp(DriveSession& session, int topic) {
+  Json event;
+  event["help"] = topic;
+  WriteObject(session, event);
+}
+
+void WritePrint(DriveSession& session, const Panel& panel) {
+  Json event;
+  event["print"] = panel.name;
+  WriteObject(session, event);
+}
+
 void WriteError(DriveSession& session, std::string_view text) {
   Json event;
   event["error"] = text;
@@ -141,8 +153,8 @@ void WriteUnknownName(DriveSession& session, std::string_view kind, std::string_
                                   DidYouMean(NearestNames(name, candidates)));
 }
 
-FrontEnd DriveFrontEnd(DriveSession& session) {
-  FrontEnd frontEnd;
+FrontEnd DriveFrontEnd(DriveSession& session, const FrontEnd& shown) {
+  FrontEnd frontEnd = shown;
   frontEnd.message = [&session](std::string_view title, std::string_view text) {
     ShowMessage(session, title, text);
   };
@@ -151,7 +163,18 @@ FrontEnd DriveFrontEnd(DriveSession& session) {
   };
   frontEnd.files = [&session](const FileRequest& request) { return ChooseFiles(session, request); };
   frontEnd.modal = [&session](Panel& panel, std::string_view text) { return RunModal(session, panel, text); };
-  frontEnd.pump = [&session] { Pump(session); };
+  frontEnd.pump = [&session, shownPump = shown.pump] {
+    Pump(session);
+    if (shownPump) shownPump();
+  };
+  frontEnd.help = [&session, shownHelp = shown.help](int topic) {
+    WriteHelp(session, topic);
+    return !shownHelp || shownHelp(topic);
+  };
+  frontEnd.print = [&session, shownPrint = shown.print](Panel& panel) {
+    WritePrint(session, panel);
+    if (shownPrint) shownPrint(panel);
+  };
   frontEnd.console = [&session](std::string_view line) { WriteConsole(session, line); };
   frontEnd.quit = [&session] { session.ended = true; };
   return frontEnd;

@@ -255,6 +255,12 @@ Refusal PressMenu(MenuItem& item) {
   return {};
 }
 
+Refusal Perform(const std::string& line, const std::function<void()>& action) {
+  if (Screen.busy > 0) return RunInProgress;
+  RunAction(line, action);
+  return {};
+}
+
 void RightClick(Control& control) {
   if (!control.helpActs) {
     MessagePopup(HelpTitle, control.help);

@@ -16,6 +16,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -321,6 +322,10 @@ Refusal Commit(Control& control);
 /// A press: a switch flips and a choice steps on before the commit; anything else is committed as it stands.
 Refusal Press(Control& control);
 Refusal PressMenu(MenuItem& item);
+
+/// An action of the user that no control stands for, such as dropping a file on the window; `line` repeats it
+/// in the command language. Refused while another command runs.
+Refusal Perform(const std::string& line, const std::function<void()>& action);
 
 /// Right click: shows the control's help under "? Help" and does nothing else. A help button acts as on a
 /// commit.

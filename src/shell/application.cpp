@@ -65,10 +65,13 @@ void ShowStores() {
   StimPanelRefresh();
 }
 
+void OpenNamedFile(const std::string& file) {
+  if (!ModelFileReadNamed(file)) MessagePopup(FileErrorTitle, NotAModelFile + file);
+}
+
 void OpenNamedFiles(const StartOptions& options) {
   for (const std::string& file : options.files) {
-    if (!Exists(file)) continue;  // an argument that names no file is passed over
-    if (!ModelFileReadNamed(file)) MessagePopup(FileErrorTitle, NotAModelFile + file);
+    if (Exists(file)) OpenNamedFile(file);  // an argument that names no file is passed over
   }
 }
 
@@ -92,6 +95,10 @@ constexpr MenuDecl ShellMenu[] = {{"File/Quit", "ShutDown", AskToClose, "Ctrl+Q"
 
 void AskToQuit() {
   if (ConfirmPopup("", QuitQuestion)) QuitUserInterface();
+}
+
+void OpenFileByName(const std::string& path) {
+  Perform("open " + QuoteWord(path), [&] { OpenNamedFile(path); });
 }
 
 void AddAllPanels() {

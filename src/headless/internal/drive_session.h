@@ -71,8 +71,9 @@ void WriteUnknownName(DriveSession& session, std::string_view kind, std::string_
 
 // -- The program's side --
 
-/// The functions that write events of the program to the session and answer from its queues.
-FrontEnd DriveFrontEnd(DriveSession& session);
+/// The functions that write events of the program to the session and answer from its queues. What a script
+/// does not answer is passed on to `shown`, the front end that shows the program meanwhile.
+FrontEnd DriveFrontEnd(DriveSession& session, const FrontEnd& shown);
 
 /// The control, menu command or, where no callback has that name, control of a name is pressed.
 void PressNamed(DriveSession& session, const std::string& name);
