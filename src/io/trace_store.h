@@ -8,7 +8,7 @@ namespace zelvane {
 
 struct TraceStore {
   std::span<float> SimTrace;  // MaxStimPoints samples from index 0, set once by AllocateStores
-  int SimTraceUsed = 0;       // samples at and beyond this one have never been written
+  int SimTraceUsed = 0;       // samples at and beyond this one hold 0
 
   int TraceValid = 0;   // 1 = SimTrace holds a completed simulation or a file
   int TraceParsed = 0;  // 1 = resampled in place

@@ -13,6 +13,7 @@
 #include "sim/run.h"
 #include "sim/run_panel.h"
 #include "sim/saved_steps.h"
+#include "stimulus/stimulus_store.h"
 
 namespace zelvane {
 namespace {
@@ -28,23 +29,36 @@ void ClearUsed(std::span<float> values, int& used, int end) {
   if (stop == used) used = 0;
 }
 
+/// Adds one monitored state as a current: point p goes with point p of the voltage, to sample p - 1.
+void AddCurrent(std::span<const float> occupancy, float conductance, std::span<float> trace) {
+  // Copies, since a write to the trace could be one to the store for all that the compiler knows.
+  const std::span<const float> volts = Stimulus.Profile[0].subspan(1);
+  const float reversal = Model.VRev / 1000.0F;
+  const float valence = static_cast<float>(Model.Valence);
+  const float channels = Result.EffectiveChannels;
+  const std::size_t inside = std::min(occupancy.size(), volts.size());
+  for (std::size_t i = 0; i < inside; ++i) {
+    trace[i] += (volts[i] - reversal) * valence * conductance * channels * occupancy[i];
+  }
+  for (std::size_t i = inside; i < occupancy.size();
+       ++i) {  // the longest run is one point longer than the voltage
+    trace[i] += OhmicDrive(static_cast<int>(i) + 1) * conductance * channels * occupancy[i];
+  }
+}
+
 /// Adds one monitored state to the trace: samples and points in the order of memory.
 void AddState(std::size_t state, std::span<float> trace) {
   const std::size_t written = static_cast<std::size_t>(std::max(0, Result.OccupancyUsed[state] - 1));
   const std::size_t count = std::min(trace.size(), written);  // the rest holds 0 and adds nothing
-  const float* occupancy = Result.Occupancy[state].data() + 1;
+  const std::span<const float> occupancy = Result.Occupancy[state].subspan(1, count);
   const float conductance = Model.StateConductance[state];
-  const float channels = Result.EffectiveChannels;
   if (Model.DisplayUnits == UnitsCurrent) {
-    for (std::size_t i = 0; i < count; ++i) {
-      const float factor = OhmicDrive(static_cast<int>(i) + 1) * conductance * channels;
-      trace[i] += factor * occupancy[i];
-    }
+    AddCurrent(occupancy, conductance, trace);
     return;
   }
   float factor = 1.0F;
-  if (Model.DisplayUnits == UnitsChannels) factor = channels;
-  if (Model.DisplayUnits == UnitsConductance) factor = conductance * channels;
+  if (Model.DisplayUnits == UnitsChannels) factor = Result.EffectiveChannels;
+  if (Model.DisplayUnits == UnitsConductance) factor = conductance * Result.EffectiveChannels;
   for (std::size_t i = 0; i < count; ++i) trace[i] += factor * occupancy[i];
 }
 

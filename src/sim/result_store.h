@@ -23,7 +23,7 @@ struct ResultStore {
   // Occupancy[state][point], states from 1, OccupancyPoints each. After an integrator point 1 is time 0;
   // after Monte Carlo point p is time p x ADInterval.
   std::array<std::span<float>, MaxStates + 1> Occupancy{};
-  std::array<int, MaxStates + 1> OccupancyUsed{};  // points at and beyond this one have never been written
+  std::array<int, MaxStates + 1> OccupancyUsed{};  // points at and beyond this one hold 0
   std::span<float> SavedTime;                      // ms, saved steps of an adaptive run, from index 1
 
   int ResultKind = ResultUniform;

@@ -121,7 +121,7 @@ void RunSimulation(int numPoints) {
   if (Model.ModelIs2D == 0) ActivateTableModel();
   Trace.TraceUnits = Model.DisplayUnits;
   ClearSamples(Model.NumPoints);
-  ClearOccupancy(Model.NumPoints);
+  ClearOccupancy(Model.NumPoints + 1);  // the fixed-step integrator also fills the point behind the last
   if (Model.ModelIs2D != 0) RatesFromGrid();
   if (!SchemeIsConnected()) return;
   Trace.TraceValid = 0;
