@@ -1,0 +1,200 @@
+// The integrators against their plain form, in one program, so that whatever else the machine does slows both
+// alike.
+//
+// Each line is one workload. Time is the processor time of the program's own form; the counters are the plain
+// form's time for the same work (plain_ms) and how many times faster the program is (times_faster). Before
+// the clock starts the two results are compared bit for bit.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstring>
+#include <ctime>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "bench_models.h"
+#include "shell/application.h"
+#include "shell/stores.h"
+#include "sim/adaptive_step.h"
+#include "sim/fixed_step.h"
+#include "sim/integrator_cases.h"
+#include "sim/plain_integrator.h"
+#include "sim/result_store.h"
+
+#if defined(__linux__)
+#include <sys/resource.h>
+#endif
+
+namespace zelvane {
+namespace {
+
+constexpr int Points = 10240;
+constexpr int LongPoints = 5'000'000;
+constexpr float StepMs = 0.005F;  // two substeps a point
+constexpr float Precision = 0.0005F;
+constexpr int PlainRuns = 3;
+
+/// Processor time of `work`: other programs on the machine would stretch the longer of two wall times the
+/// more.
+double Seconds(const std::function<void()>& work) {
+  const std::clock_t start = std::clock();
+  work();
+  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+double Median(std::vector<double> values) {
+  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2),
+                   values.end());
+  return values[values.size() / 2];
+}
+
+/// Times `fast` for the benchmark and `plain` beside it; `share` is the part of the fast work that the plain
+/// does.
+void Compare(benchmark::State& state, const std::function<void()>& fast, const std::function<void()>& plain,
+             double share = 1.0) {
+  std::vector<double> fastTimes;
+  std::vector<double> plainTimes;
+  for (int run = 0; run < PlainRuns; ++run) plainTimes.push_back(Seconds(plain) / share);
+  for (auto _ : state) {
+    fastTimes.push_back(Seconds(fast));
+    state.SetIterationTime(fastTimes.back());
+  }
+  state.counters["plain_ms"] = Median(plainTimes) * 1e3;
+  state.counters["times_faster"] = Median(plainTimes) / Median(fastTimes);
+}
+
+bool SameRows(const IntegratorOutput& plain, int points) {
+  for (std::size_t s = 1; s <= MaxStates; ++s) {
+    const auto bytes = (static_cast<std::size_t>(points) + 1) * sizeof(float);
+    if (std::memcmp(plain.room[s].data() + 1, Result.Occupancy[s].data() + 1, bytes) != 0) return false;
+  }
+  return true;
+}
+
+/// The compiled form as IntegrateModel uses it: compiling is part of every run.
+void FastFixed(const BenchScheme& scheme, int points) {
+  const CompiledScheme compiled = CompileScheme(scheme.Tables());
+  const StimulusView view = StoreStimulus();
+  IntegrateFixedStep({compiled, view, scheme.start, points, StepMs}, Result.Occupancy);
+}
+
+AdaptiveResult FastAdaptive(const BenchScheme& scheme, int points) {
+  const CompiledScheme compiled = CompileScheme(scheme.Tables());
+  const StimulusView view = StoreStimulus();
+  return IntegrateAdaptive({compiled, view, scheme.start, points, Precision}, Result.SavedTime,
+                           Result.Occupancy);
+}
+
+void ClearRows(int points) {
+  for (auto& row : Result.Occupancy) std::fill_n(row.begin(), points + 2, 0.0F);
+}
+
+void FixedPath(benchmark::State& state, const BenchScheme& scheme, BenchStimulus stimulus) {
+  ClearRows(Points);
+  SetStimulus(stimulus, Points);
+  const StimulusView view = StoreStimulus();
+  IntegratorOutput plain(Points);
+  const auto runPlain = [&] {
+    PlainFixedStep(scheme.Tables(), view, scheme.start, Points, StepMs, plain.rows);
+  };
+  runPlain();
+  FastFixed(scheme, Points);
+  if (!SameRows(plain, Points)) state.SkipWithError("the two forms differ");
+  Compare(
+      state, [&] { FastFixed(scheme, Points); }, runPlain);
+}
+
+void AdaptivePath(benchmark::State& state, const BenchScheme& scheme, BenchStimulus stimulus) {
+  ClearRows(Points);
+  SetStimulus(stimulus, Points);
+  const StimulusView view = StoreStimulus();
+  IntegratorOutput plain(Points);
+  const auto runPlain = [&] {
+    PlainAdaptive(scheme.Tables(), view, scheme.start, Points, Precision, plain.saved, plain.rows);
+  };
+  runPlain();
+  const AdaptiveResult result = FastAdaptive(scheme, Points);
+  const auto bytes = (static_cast<std::size_t>(result.saved) + 1) * sizeof(float);
+  const bool same =
+      SameRows(plain, Points) && std::memcmp(plain.saved.data(), Result.SavedTime.data(), bytes) == 0;
+  if (!same || !result.finished) state.SkipWithError("the two forms differ");
+  Compare(
+      state, [&] { FastAdaptive(scheme, Points); }, runPlain);
+  state.counters["saved_steps"] = result.saved;
+}
+
+/// 5,000,000 points. The plain form, whose cost per point is constant, runs 10,240 of them and is scaled up.
+void LongRun(benchmark::State& state, const BenchScheme& scheme) {
+  SetStimulus(BenchStimulus::Pulse, Points);  // beyond it both profiles are 0
+  const StimulusView view = StoreStimulus();
+  IntegratorOutput plain(Points);
+  Compare(
+      state, [&] { FastFixed(scheme, LongPoints); },
+      [&] { PlainFixedStep(scheme.Tables(), view, scheme.start, Points, StepMs, plain.rows); },
+      static_cast<double>(Points) / LongPoints);
+#if defined(__linux__)
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  state.counters["peak_resident_MB"] = static_cast<double>(usage.ru_maxrss) / 1024.0;
+#endif
+}
+
+/// What ten times the points cost.
+void TenTimesThePoints(benchmark::State& state, const BenchScheme& scheme) {
+  SetStimulus(BenchStimulus::Pulse, 10 * Points);
+  std::vector<double> once;
+  std::vector<double> tenfold;
+  for (auto _ : state) {
+    once.push_back(Seconds([&] { FastFixed(scheme, Points); }));
+    tenfold.push_back(Seconds([&] { FastFixed(scheme, 10 * Points); }));
+    state.SetIterationTime(tenfold.back());
+  }
+  state.counters["times_the_cost"] = Median(tenfold) / Median(once);
+}
+
+template <typename Work>
+void Add(const std::string& name, Work work) {
+  benchmark::RegisterBenchmark(name.c_str(), work)
+      ->UseManualTime()
+      ->Unit(benchmark::kMillisecond)
+      ->MinTime(0.5);
+}
+
+}  // namespace
+
+/// Benchmarks against CVODE, where it is installed.
+void AddCvodeBenchmarks(const BenchScheme& ampa, const BenchScheme& sodium);
+
+}  // namespace zelvane
+
+int main(int argc, char** argv) {
+  using namespace zelvane;
+  AllocateStores();
+  ResetStores();
+  AddAllPanels();
+  const BenchScheme ampa = SchemeOfFile("config.mod");
+  const BenchScheme sodium = SchemeOfFile("models/sodium_hodgkin_1952.mod");
+  const BenchScheme table = FullTable();
+  ResetStores();
+  // The longest run first: the peak of resident memory is then its own.
+  Add("fixed/ampa/5000000_points", [&](benchmark::State& s) { LongRun(s, ampa); });
+  Add("fixed/ampa", [&](benchmark::State& s) { FixedPath(s, ampa, BenchStimulus::Pulse); });
+  Add("fixed/sodium", [&](benchmark::State& s) { FixedPath(s, sodium, BenchStimulus::VoltageStep); });
+  Add("fixed/table_step", [&](benchmark::State& s) { FixedPath(s, table, BenchStimulus::VoltageStep); });
+  Add("fixed/table_ramp", [&](benchmark::State& s) { FixedPath(s, table, BenchStimulus::VoltageRamp); });
+  Add("adaptive/ampa", [&](benchmark::State& s) { AdaptivePath(s, ampa, BenchStimulus::Pulse); });
+  Add("adaptive/sodium", [&](benchmark::State& s) { AdaptivePath(s, sodium, BenchStimulus::VoltageStep); });
+  Add("adaptive/table_step",
+      [&](benchmark::State& s) { AdaptivePath(s, table, BenchStimulus::VoltageStep); });
+  Add("adaptive/table_ramp",
+      [&](benchmark::State& s) { AdaptivePath(s, table, BenchStimulus::VoltageRamp); });
+  Add("fixed/ampa/ten_times_the_points", [&](benchmark::State& s) { TenTimesThePoints(s, ampa); });
+#if defined(ZELVANE_HAS_CVODE)
+  AddCvodeBenchmarks(ampa, sodium);
+#endif
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}
