@@ -13,6 +13,7 @@ namespace {
 
 constexpr int ProgressMoments = 20;
 constexpr int RoundsPerPoint = 10;
+constexpr int BreathRounds = 4096;  // a round is a step of six stages
 constexpr long long LastRoundAtSmallestStep = 1'000'001;
 
 // Step control of rkqs: an error of 1 is tolerated; below SmallError the next step is five times this one.
@@ -123,6 +124,10 @@ void RunLoop(Stepper& stepper, std::span<float> savedTime, const OccupancyRows& 
   for (result.rounds = 1; result.rounds <= rounds; ++result.rounds) {
     if (hook && result.rounds % moment == 0 &&
         hook(static_cast<double>(stepper.x) / static_cast<double>(end))) {
+      result.stopped = true;
+      return;
+    }
+    if (run.breathe && result.rounds % BreathRounds == 0 && run.breathe()) {
       result.stopped = true;
       return;
     }

@@ -17,6 +17,7 @@ struct AdaptiveRun {
   const std::array<float, MaxStates + 1>& start;  // occupancies at time 0
   int numPoints = 0;                              // the run lasts numPoints intervals from the offset on
   float precision = 0.0005F;                      // below FinestPrecision it is read as that
+  BreathHook breathe{};
 };
 
 struct AdaptiveResult {

@@ -85,16 +85,27 @@ bool AdvanceTo(long long limit, const FixedStepRun& run, StimulusCursor& cursor,
   return true;
 }
 
+/// The same with a breath every BreathSteps steps.
+PassEnded AdvanceBreathing(long long limit, const FixedStepRun& run, StimulusCursor& cursor,
+                           FixedPass& pass) {
+  while (pass.step < limit) {
+    const long long next = run.breathe ? std::min(limit, pass.step + BreathSteps) : limit;
+    if (!AdvanceTo(next, run, cursor, pass)) return PassEnded::OutOfRange;
+    if (run.breathe && run.breathe()) return PassEnded::Stopped;
+  }
+  return PassEnded::Finished;
+}
+
 /// One pass from time 0 to the end. `hook` is asked before the steps to every 1/20 of the points.
 PassEnded RunPass(const FixedStepRun& run, FixedPass& pass, StimulusCursor& cursor, const RunHook& hook) {
   StartCursor(cursor, run.scheme);
   const int interval = std::max(1, run.numPoints / ProgressMoments);
   for (int next = interval; next <= run.numPoints; next += interval) {
-    if (!AdvanceTo((next - 1) * pass.substeps, run, cursor, pass)) return PassEnded::OutOfRange;
+    const PassEnded ended = AdvanceBreathing((next - 1) * pass.substeps, run, cursor, pass);
+    if (ended != PassEnded::Finished) return ended;
     if (hook && hook(static_cast<double>(next) / run.numPoints)) return PassEnded::Stopped;
   }
-  return AdvanceTo(run.numPoints * pass.substeps, run, cursor, pass) ? PassEnded::Finished
-                                                                     : PassEnded::OutOfRange;
+  return AdvanceBreathing(run.numPoints * pass.substeps, run, cursor, pass);
 }
 
 }  // namespace

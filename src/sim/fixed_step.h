@@ -18,12 +18,18 @@ using OccupancyRows = std::array<std::span<float>, MaxStates + 1>;
 /// Told at about 20 moments of a run which part of it is done; true stops the run. May be empty.
 using RunHook = std::function<bool(double fraction)>;
 
+/// Asked every BreathSteps steps, so that a window can repaint and a stop take hold within a long stretch;
+/// true stops the run. What a run computes does not depend on it. May be empty.
+using BreathHook = std::function<bool()>;
+inline constexpr int BreathSteps = 16384;  // some milliseconds of work
+
 struct FixedStepRun {
   const CompiledScheme& scheme;
   const StimulusView& stimulus;                   // offset 0
   const std::array<float, MaxStates + 1>& start;  // occupancies at time 0
   int numPoints = 0;
   float maxStepMs = 0.005F;  // below SmallestStepMs it is read as that
+  BreathHook breathe{};
 };
 
 struct FixedStepResult {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstddef>
 
 #include "io/trace_store.h"
@@ -33,6 +34,7 @@ constexpr char Interrupted[] = "Simulation Interrupted by User";
 
 constexpr int ManyPoints = 20001;  // a run that can take time
 constexpr double ManySubsteps = 10.0;
+constexpr std::chrono::milliseconds BreathInterval{30};
 
 SchemeTables ActiveTables() {
   return {Model.RateMatrix, Model.Depend, Model.ModelIs2D != 0 ? Model.StateOn : Model.TableStateOn,
@@ -53,6 +55,20 @@ RunHook ProgressHook() {
   return [](double fraction) {
     ShowProgress(fraction);
     ProcessSystemEvents();
+    return Result.StopRequested != 0;
+  };
+}
+
+/// Lets a window live between the moments of progress, some 30 times a second.
+BreathHook WindowBreath() {
+  if (Model.FitActive != 0) return {};
+  using Clock = std::chrono::steady_clock;
+  return [last = Clock::now()]() mutable {
+    const Clock::time_point now = Clock::now();
+    if (now - last >= BreathInterval) {
+      Breathe();
+      last = Clock::now();
+    }
     return Result.StopRequested != 0;
   };
 }
@@ -86,7 +102,8 @@ void TellFixedStep(const FixedStepResult& run) {
 void IntegrateFixed(const CompiledScheme& scheme) {
   Result.IntegrationOffset = 0;
   const StimulusView stimulus = ActiveStimulus(0);
-  const FixedStepRun run{scheme, stimulus, Model.StartOccupancy, Model.NumPoints, Model.MaxStepSize};
+  const FixedStepRun run{scheme,          stimulus,          Model.StartOccupancy,
+                         Model.NumPoints, Model.MaxStepSize, WindowBreath()};
   MarkOccupancy(scheme, Model.NumPoints + 2);
   const FixedStepResult result = IntegrateFixedStep(run, Result.Occupancy, ProgressHook());
   Result.ReductionCount = result.reductions;
@@ -117,7 +134,8 @@ void IntegrateAdaptively(const SchemeTables& tables, const CompiledScheme& schem
   Result.IntegrationOffset =
       FirstActivePoint(tables, Model.StartOccupancy, ActiveStimulus(0), Model.NumPoints);
   const StimulusView stimulus = ActiveStimulus(Result.IntegrationOffset);
-  const AdaptiveRun run{scheme, stimulus, Model.StartOccupancy, Model.NumPoints, Model.Precision};
+  const AdaptiveRun run{scheme,          stimulus,        Model.StartOccupancy,
+                        Model.NumPoints, Model.Precision, WindowBreath()};
   MarkOccupancy(scheme, Model.NumPoints + 1);
   const AdaptiveResult result = IntegrateAdaptive(run, Result.SavedTime, Result.Occupancy, ProgressHook());
   // A finished run has one step more than rounds at most: each round saves its start, the end adds itself.
