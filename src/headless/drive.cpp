@@ -75,6 +75,8 @@ void RunLine(DriveSession& session, std::string_view line) {
   RunCommand(session, *command, rest);
 }
 
+}  // namespace
+
 void RunLines(DriveSession& session, std::istream& in, const DriveHost& host) {
   std::string line;
   bool tooLong = false;
@@ -89,8 +91,6 @@ void RunLines(DriveSession& session, std::istream& in, const DriveHost& host) {
     if (host.afterLine) host.afterLine();
   }
 }
-
-}  // namespace
 
 int RunDrive(std::istream& in, std::ostream& out, const StartOptions& options, const DriveHost& host) {
   DriveSession session;

@@ -171,8 +171,8 @@ std::optional<CellAddress> FindCell(DriveSession& session, Words words) {
   const int row = WholeNumber(words[1]).value_or(0);
   const int column = WholeNumber(words[2]).value_or(0);
   if (row < 1 || row > table->rows || column < 1 || column > table->columns) {
-    WriteMisunderstood(session, FormatText("%s: rows 1 to %d, columns 1 to %d", table->name.c_str(),
-                                           table->rows, table->columns));
+    WriteMisunderstood(session, FormatText("%s: no such cell; the table has %d rows and %d columns",
+                                           table->name.c_str(), table->rows, table->columns));
     return std::nullopt;
   }
   return CellAddress{table, row, column};

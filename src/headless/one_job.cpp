@@ -65,6 +65,7 @@ JobScreen::~JobScreen() {
 
 void JobScreen::Message(std::string_view title, std::string_view text) {
   ClearBar();
+  lastText_ = text;
   if (title.find("rror") != std::string_view::npos) errorShown_ = true;
   streams_.err << title << (title.empty() ? "" : ": ") << text << std::endl;
 }

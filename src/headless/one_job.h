@@ -39,6 +39,9 @@ class JobScreen {
   /// Whether a message has been shown whose title tells of an error.
   bool ErrorShown() const { return errorShown_; }
 
+  /// Text of the last message; empty when there was none.
+  const std::string& LastText() const { return lastText_; }
+
  private:
   void Message(std::string_view title, std::string_view text);
   void Progress(double fraction, std::string_view text);
@@ -46,6 +49,7 @@ class JobScreen {
 
   const JobStreams& streams_;
   FrontEnd former_;
+  std::string lastText_;
   bool errorShown_ = false;
   bool barShown_ = false;
 };

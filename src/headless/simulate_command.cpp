@@ -21,6 +21,8 @@
 namespace zelvane {
 namespace {
 
+constexpr char Interrupted[] = "Simulation Interrupted by User";
+
 /// Sets one "NAME=VALUE". False, told, when the name is no field or the value does not suit it.
 bool ApplySetting(const std::string& setting, std::ostream& err) {
   const std::size_t equals = setting.find('=');
@@ -81,7 +83,10 @@ void WarnOfEmptyStimulus(std::ostream& err) {
 
 /// Whether the run left a whole trace; the reason is told when the program has not told it.
 bool RunSucceeded(const JobScreen& screen, const JobStreams& streams) {
-  if (streams.stop != nullptr && streams.stop->load()) return false;
+  if (streams.stop != nullptr && streams.stop->load()) {
+    if (screen.LastText() != Interrupted) streams.err << Interrupted << '\n';  // it came after the last look
+    return false;
+  }
   if (Model.SimulatorKind == MonteCarlo) {
     streams.err << "choose an integrator for this model: --simulator fixed or --simulator adaptive\n";
     return false;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <istream>
 #include <ostream>
 #include <span>
 #include <string>
@@ -9,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "headless/drive.h"
 #include "headless/internal/json_values.h"
 #include "screen/front_end.h"
 
@@ -54,6 +56,9 @@ std::span<const DriveCommand> ActionCommands();
 std::span<const DriveCommand> QueryCommands();
 
 inline constexpr std::size_t AnyNumber = 1'000'000;  // of words
+
+/// Runs the lines of `in` until its end or until the session has ended.
+void RunLines(DriveSession& session, std::istream& in, const DriveHost& host = {});
 
 // -- Output --
 

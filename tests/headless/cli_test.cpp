@@ -1,0 +1,102 @@
+// The program as a shell sees it: exit status, standard output, Ctrl-C.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+struct Outcome {
+  int status = -1;
+  std::string out;
+};
+
+/// Runs the program through the shell.
+Outcome Shell(const std::string& command) {
+  Outcome outcome;
+  FILE* pipe = popen(command.c_str(), "r");
+  std::array<char, 4096> block{};
+  while (const std::size_t got = std::fread(block.data(), 1, block.size(), pipe))
+    outcome.out.append(block.data(), got);
+  const int status = pclose(pipe);
+  outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return outcome;
+}
+
+const std::string Cli = std::string("'") + ZELVANE_CLI + "' ";
+const std::string Ampa = "'" ZELVANE_DATA "/models/ampa_jonas_1993.mod' ";
+
+TEST(CliTest, ExitStatusTellsDoneFailedAndMisused) {
+  struct Case {
+    std::string arguments;
+    int status;
+  };
+  for (const Case& c : {Case{"--version", 0},
+                        Case{"--help", 0},
+                        Case{"simulate --help", 0},
+                        Case{"", 2},
+                        Case{"nothing", 2},
+                        Case{"simulate", 2},
+                        Case{"simulate absent.mod", 1},
+                        Case{"simulate " + Ampa + "--points 1000", 0},
+                        Case{"simulate " + Ampa + "--points 0", 2},
+                        Case{"simulate " + Ampa + "--points many", 2},
+                        Case{"simulate " + Ampa + "--interval -1", 2},
+                        Case{"simulate " + Ampa + "--units mV", 2},
+                        Case{"simulate " + Ampa + "--simulator montecarlo", 2},
+                        Case{"simulate " + Ampa + "--set Foo=1", 2},
+                        Case{"simulate " + Ampa + "--seed 1,2", 2},
+                        Case{"model " + Ampa, 0},
+                        Case{"model absent.mod", 1},
+                        Case{"model " + Ampa + Ampa, 2},
+                        Case{"model --upgrade " + Ampa, 2},
+                        Case{"drive /", 1},
+                        Case{"drive absent.txt", 1},
+                        Case{"drive --seed x", 2},
+                        Case{"drive --dir absent", 2},
+                        Case{"drive < /dev/null", 0}}) {
+    EXPECT_EQ(Shell(Cli + c.arguments + (c.arguments.find('<') == std::string::npos ? " < /dev/null" : "") +
+                    " 2>/dev/null")
+                  .status,
+              c.status)
+        << c.arguments;
+  }
+}
+
+TEST(CliTest, DriveReadsAScriptOrStandardInput) {
+  const TemporaryFolder folder;
+  const std::string script = folder.File("a script.txt");
+  WriteWholeFile(script, "get NumPoints\nfrobnicate\nget Valence");
+  const std::string expected =
+      "{\"name\":\"NumPoints\",\"value\":10240}\n{\"error\":\"unknown command: frobnicate\"}\n"
+      "{\"name\":\"Valence\",\"value\":1}\n";
+  const std::string drive = Cli + "drive --dir '" + folder.Path().string() + "' ";
+  const Outcome fromFile = Shell(drive + "'" + script + "'");
+  EXPECT_EQ(fromFile.out, expected);
+  EXPECT_EQ(fromFile.status, 2);
+  EXPECT_EQ(Shell(drive + "< '" + script + "'").out, expected);
+}
+
+TEST(CliTest, DriveOpensNamedFilesAndPassesOverThoseThatAreNone) {
+  const Outcome outcome =
+      Shell("echo 'get StateLabel[4]' | " + Cli + "drive --dir / --open absent.mod --open " + Ampa);
+  EXPECT_EQ(outcome.out, "{\"name\":\"StateLabel[4]\",\"value\":\"O\"}\n");
+  EXPECT_EQ(outcome.status, 0);
+}
+
+TEST(CliTest, CtrlCStopsARunAndWritesNothing) {
+  const TemporaryFolder folder;
+  // 200 substeps a point make this run last for half a minute if it is not stopped.
+  const Outcome outcome = Shell("timeout -s INT 1 " + Cli + "simulate " + Ampa +
+                                "--points 2000000 --set MaxStepSize=5e-6 --out '" + folder.File("trace.txt") +
+                                "' 2>&1; echo done");
+  EXPECT_EQ(outcome.out, "!: Simulation Interrupted by User\ndone\n");
+  EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
+}
+
+}  // namespace
+}  // namespace zelvane

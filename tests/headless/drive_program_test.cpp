@@ -1,0 +1,71 @@
+// The command language over the whole program: start-up, seeds, a run from typed values to its trace.
+#include "headless/drive.h"
+#include "support/drive_test.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char TwoStates[] =
+    "enter SimulatorKind 0\n"
+    "set MultiSubunit 0\ncommit MultiSubunit\n"
+    "press OnOff_State_1\npress OnOff_State_2\n"
+    "enter KOn[1] 300\nenter KOff[1] 100\n"
+    "enter StartOccupancy[1] 1\nset StateMonitored[2] 1\ncommit StateMonitored[2]\n"
+    "enter DisplayUnits 3\nenter NumPoints 1000\n";
+
+TEST_F(DriveTest, StartsAtTheInitialValuesWithMainPanelInFront) {
+  const auto lines = Run("panels\nget NumPoints\nget ADInterval\nget ModelTitle");
+  EXPECT_EQ(status, 0);
+  ASSERT_EQ(lines.size(), 4U);
+  EXPECT_EQ(lines[0], nlohmann::json::parse(R"({"panels":["MainPanel"],"tag":"MN"})"));
+  EXPECT_EQ(lines[1].at("value"), 10240);
+  EXPECT_EQ(lines[3].at("value"), "");
+}
+
+TEST_F(DriveTest, AnUnknownNameEndsInStatus2AndTheRunGoesOn) {
+  const auto lines = Run("get NumPoint\nget NumPoints");
+  EXPECT_EQ(status, 2);
+  EXPECT_EQ(lines.at(0).at("error"), "unknown name: NumPoint; did you mean NumPoints?");
+  EXPECT_EQ(lines.at(1).at("value"), 10240);
+}
+
+// Occupancy of the open state is 0.75 (1 - exp(-400 t)), t in s: sample p of the trace is at p x 0.01 ms.
+TEST_F(DriveTest, TypedRatesRunToATraceOnTheGraph) {
+  const auto lines = Run(std::string(TwoStates) +
+                         "press AcquireData\nget TraceValid\nslice SimTrace 500 1\ngraph MainPanel");
+  ASSERT_GE(lines.size(), 3U);
+  const auto& graph = lines.back();
+  EXPECT_EQ(lines[lines.size() - 3].at("value"), 1);
+  EXPECT_NEAR(lines[lines.size() - 2].at("value").at(0).get<double>(),
+              0.75 * (1.0 - std::exp(-400.0 * 0.005)), 1e-5);
+  ASSERT_EQ(graph.at("plots").size(), 1U);
+  EXPECT_EQ(graph["plots"][0]["count"], 1000);
+  EXPECT_EQ(graph["plots"][0]["colour"], nlohmann::json({0, 0, 128}));
+  EXPECT_EQ(graph["axes"]["y"]["title"], "Probability");
+  EXPECT_EQ(status, 0);
+}
+
+TEST_F(DriveTest, TheStopButtonWorksInTheMiddleOfARun) {
+  const auto lines = Run(std::string(TwoStates) + "during 3 press FxnStopRun\npress AcquireData\n");
+  ASSERT_FALSE(lines.empty());
+  EXPECT_EQ(lines.back().at("text"), "Simulation Interrupted by User");
+}
+
+TEST_F(DriveTest, SeedsMakeNoiseRepeat) {
+  const std::string noisy =
+      std::string(TwoStates) + "enter AutoNoise 1\npress AcquireData\nslice SimTrace 0 20";
+  const auto once = Run(noisy);
+  EXPECT_EQ(once, Run(noisy));
+  EXPECT_NE(once.back()["value"][0], once.back()["value"][1]);
+}
+
+TEST_F(DriveTest, AScriptOfGarbageNeverEndsTheProgramEarly) {
+  std::string script;
+  for (int i = 0; i < 2000; ++i) script += static_cast<char>(1 + (i * 7919) % 255);
+  const auto lines = Run(script + "\nget NumPoints\n");
+  EXPECT_EQ(lines.back().at("value"), 10240);
+  EXPECT_EQ(status, 2);
+}
+
+}  // namespace
+}  // namespace zelvane

@@ -1,0 +1,223 @@
+// `zelvane-cli simulate`: what reaches the run, what is written, and every way to fail.
+#include "headless/simulate_command.h"
+
+#include <algorithm>
+#include <cmath>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "model/model_store.h"
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+using nlohmann::json;
+
+class SimulateTest : public StoreTest {
+ protected:
+  SimulateTest() {
+    options.model = ZELVANE_DATA "/models/ampa_jonas_1993.mod";
+    options.simulator = FixedStepIntegrator;
+    options.units = UnitsCurrent;
+    options.points = 10000;
+    options.json = true;
+  }
+
+  int Run() {
+    out.str("");
+    err.str("");
+    return SimulateCommand(options, {out, err, &stop, false});
+  }
+
+  json Summary() {
+    EXPECT_EQ(Run(), JobDone) << err.str();
+    return json::parse(out.str(), nullptr, false);
+  }
+
+  bool Told(const std::string& text) const { return err.str().find(text) != std::string::npos; }
+
+  SimulateOptions options;
+  TemporaryFolder folder;
+  std::ostringstream out;
+  std::ostringstream err;
+  std::atomic<bool> stop{false};
+};
+
+TEST_F(SimulateTest, SumsUpTheRun) {
+  const json summary = Summary();
+  EXPECT_EQ(summary["points"], 10000);
+  EXPECT_EQ(summary["interval"], 0.001);
+  EXPECT_EQ(summary["simulator"], "fixed");
+  EXPECT_EQ(summary["units"], "pA");
+  EXPECT_LT(summary["peak"]["value"], 0.0);  // inward at -70 mV
+  EXPECT_GT(summary["peak"]["time"], 5.0);   // glutamate from 5 to 6 ms
+  EXPECT_LT(summary["peak"]["time"], 7.0);
+  EXPECT_EQ(summary["final"]["time"], 9.999);
+  double sum = 0.0;
+  for (const json& state : summary["final"]["states"]) sum += state["occupancy"].get<double>();
+  EXPECT_NEAR(sum, 1.0, 1e-4);
+}
+
+TEST_F(SimulateTest, TellsPeopleTheSameInWords) {
+  options.json = false;
+  ASSERT_EQ(Run(), JobDone);
+  for (const char* part :
+       {"Scheme       AMPA", "10000 points, one every 0.001 ms (10 ms)", "fixed step, at most 0.001 ms",
+        "Macroscopic Current pA", "Occupancy at 9.999 ms\n  C0 ", "Wall time"}) {
+    EXPECT_NE(out.str().find(part), std::string::npos) << part << "\n" << out.str();
+  }
+  EXPECT_EQ(err.str(), "");
+}
+
+TEST_F(SimulateTest, BothIntegratorsAgree) {
+  const json fixed = Summary();
+  options.simulator = AdaptiveIntegrator;
+  const json adaptive = Summary();
+  EXPECT_NEAR(adaptive["peak"]["value"], fixed["peak"]["value"].get<double>(), 0.05);
+  EXPECT_NEAR(adaptive["peak"]["time"], fixed["peak"]["time"].get<double>(), 0.02);
+  EXPECT_GT(adaptive["savedSteps"], 10);
+  EXPECT_NEAR(adaptive["final"]["time"], 10.0, 0.5);  // the last saved step inside the sweep
+}
+
+TEST_F(SimulateTest, SettingsReachTheRun) {
+  const double before = Summary()["peak"]["value"];
+  options.settings = {"NumChannels=200"};  // 100 in the file
+  EXPECT_NEAR(Summary()["peak"]["value"].get<double>() / before, 2.0, 1e-6);
+  options.settings = {"KOn[1]=0"};  // no binding, no current
+  EXPECT_EQ(Summary()["peak"]["value"], 0);
+  options.settings = {"ModelTitle=two words = a title"};
+  EXPECT_EQ(Summary()["title"], "two words = a title");
+}
+
+TEST_F(SimulateTest, ANewIntervalMovesTheSamplesOfTheStimulusNotItsTimes) {
+  options.intervalMs = 0.01;
+  options.points = 1000;
+  const json summary = Summary();
+  EXPECT_EQ(summary["interval"], 0.01);
+  EXPECT_NEAR(summary["peak"]["time"], 6.05, 0.06);
+}
+
+TEST_F(SimulateTest, WritesTheTraceAndTheOccupancies) {
+  options.points = 500;
+  options.intervalMs = 0.02;
+  options.traceFile = folder.File("out.csv");
+  options.occupancyFile = folder.File("occupancy.csv");
+  const json summary = Summary();
+  const std::string trace = ReadWholeFile(options.traceFile);
+  const std::string occupancy = ReadWholeFile(options.occupancyFile);
+  EXPECT_EQ(std::count(trace.begin(), trace.end(), '\n'), 501);  // a line of titles
+  EXPECT_EQ(std::count(occupancy.begin(), occupancy.end(), '\n'), 501);
+  std::istringstream lastRow(occupancy.substr(occupancy.rfind('\n', occupancy.size() - 2) + 1));
+  for (std::size_t column = 0; column <= summary["final"]["states"].size(); ++column) {
+    std::string cell;
+    std::getline(lastRow, cell, ',');
+    const json& expected =
+        column == 0 ? summary["final"]["time"] : summary["final"]["states"][column - 1]["occupancy"];
+    EXPECT_NEAR(std::stod(cell), expected.get<double>(), 1e-8) << column;
+  }
+}
+
+TEST_F(SimulateTest, SavedStepsStandAtTheirTimesInTheSweep) {
+  options.simulator = AdaptiveIntegrator;
+  options.occupancyFile = folder.File("steps.csv");
+  const json summary = Summary();
+  std::istringstream rows(ReadWholeFile(options.occupancyFile));
+  std::string row;
+  std::getline(rows, row);
+  std::getline(rows, row);
+  EXPECT_NEAR(std::stod(row), 5.0, 0.01);  // nothing can happen before the glutamate
+  double last = 0.0;
+  while (std::getline(rows, row)) {
+    EXPECT_GT(std::stod(row), last);
+    last = std::stod(row);
+  }
+  EXPECT_NEAR(last, 15.0, 0.01);  // the integrator goes its full length from where it began
+}
+
+TEST_F(SimulateTest, AFileThatIsNoModelIsNamedAndFails) {
+  const std::string junk = folder.File("junk.mod");
+  WriteWholeFile(junk, "this is no model\n");
+  WriteWholeFile(folder.File("empty.mod"), "");
+  for (const std::string& path :
+       {junk, folder.File("empty.mod"), folder.File("absent.mod"), folder.Path().string()}) {
+    options.model = path;
+    EXPECT_EQ(Run(), JobFailed);
+    EXPECT_EQ(err.str().substr(0, path.size() + 2), path + ": ");
+    EXPECT_EQ(out.str(), "");
+  }
+}
+
+TEST_F(SimulateTest, WrongUsageIsToldWithWhatWouldBeRight) {
+  struct Case {
+    const char* setting;
+    const char* told;
+  };
+  for (const Case& c : {Case{"KOnn[2]=1", "did you mean KOn[2]"}, Case{"NumPoints", "NAME=VALUE"},
+                        Case{"NumPoints=x", "whole number"}, Case{"NumPoints=1.5", "whole number"},
+                        Case{"Temperature=warm", "finite number"}, Case{"Temperature=nan", "finite"},
+                        Case{"KOn[32]=1", "no such field"}, Case{"NumChannels=1e10", "whole number"},
+                        Case{"ADInterval=0", "above 0"}, Case{"ADInterval=-1", "above 0"}}) {
+    options.settings = {c.setting};
+    EXPECT_EQ(Run(), JobMisused) << c.setting;
+    EXPECT_TRUE(Told(c.told)) << c.setting << ": " << err.str();
+    EXPECT_EQ(out.str(), "");
+  }
+  options.settings = {};
+  options.traceFile = folder.File("trace.wav");
+  EXPECT_EQ(Run(), JobMisused);
+  EXPECT_TRUE(Told(".atf"));
+}
+
+TEST_F(SimulateTest, AStopEndsTheRunAndWritesNothing) {
+  options.traceFile = folder.File("trace.txt");
+  stop = true;
+  for (const int simulator : {FixedStepIntegrator, AdaptiveIntegrator}) {
+    options.simulator = simulator;
+    EXPECT_EQ(Run(), JobFailed);
+    EXPECT_TRUE(Told("Simulation Interrupted by User"));
+    EXPECT_EQ(out.str(), "");
+    EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
+  }
+}
+
+TEST_F(SimulateTest, ARunThatCannotBeTellsWhy) {
+  options.simulator.reset();
+  options.settings = {"SimulatorKind=1"};
+  EXPECT_EQ(Run(), JobFailed);
+  EXPECT_TRUE(Told("--simulator fixed"));
+  options.simulator = FixedStepIntegrator;
+  options.settings = {"MultiSubunit=1"};
+  EXPECT_EQ(Run(), JobFailed);
+  EXPECT_TRUE(Told("! Warning: Cannot run integrator for cooperative multi-subunit receptors."));
+  options.settings = {"ModelIs2D=0"};  // the file's table is empty
+  EXPECT_EQ(Run(), JobFailed);
+  EXPECT_TRUE(Told("! Error: No states connected."));
+}
+
+TEST_F(SimulateTest, AFileThatCannotBeWrittenFailsTheJob) {
+  options.traceFile = folder.File("absent/trace.txt");
+  EXPECT_EQ(Run(), JobFailed);
+  EXPECT_TRUE(Told("absent/trace.txt"));
+  options.traceFile = "";
+  options.occupancyFile = folder.Path().string();
+  EXPECT_EQ(Run(), JobFailed);
+}
+
+TEST_F(SimulateTest, AStimulusThatIsNotInTheFileIsPointedOut) {
+  options.settings = {"StimMode=2"};
+  Summary();
+  EXPECT_TRUE(Told("StimMode=1"));
+}
+
+TEST(ParseSeedsTest, TakesThreeWholeNumbersThatMoveTheGenerator) {
+  EXPECT_EQ(ParseSeeds("1,22,333"), (Seeds{1.0, 22.0, 333.0}));
+  EXPECT_EQ(ParseSeeds("0,0,1"), (Seeds{0.0, 0.0, 1.0}));
+  for (const char* text : {"", "1", "1,2", "1,2,3,4", "1,2,x", "1,,3", "1.5,2,3", "-1,2,3", "0,0,0",
+                           "30269,30307,30323", "nan,1,2", "1,2,1e300"}) {
+    EXPECT_FALSE(ParseSeeds(text)) << text;
+  }
+}
+
+}  // namespace
+}  // namespace zelvane
