@@ -94,7 +94,7 @@ TEST_F(SafeFileTest, TakesANameAsLongAsTheSystemAllows) {
 TEST_F(SafeFileTest, WritesBlockAfterBlock) {
   int blocks = 0;
   const std::string block(100'000, 'b');
-  ASSERT_TRUE(ReplaceFileInBlocks(path, [&] { return std::string_view(++blocks > 30 ? "" : block); }));
+  ASSERT_TRUE(ReplaceFileInBlocks(path, [&] { return ++blocks > 30 ? std::string_view{} : block; }));
   EXPECT_EQ(ReadWholeFile(path), std::string(3'000'000, 'b'));
 }
 
