@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "shell/graph_text.h"
+
 namespace zelvane {
 namespace {
 
@@ -243,6 +245,20 @@ void ZoomFullScale(Graph& graph) {
   SetAxisAuto(graph, 'x');
   SetAxisAuto(graph, 'y');
   if (graph.axisChanged != nullptr) graph.axisChanged(graph);
+}
+
+void ZoomBringCursors(Graph& graph) {
+  const DataRange x = PictureRange(graph, 'x');
+  const DataRange y = PictureRange(graph, 'y');
+  const auto enabled =
+      std::count_if(graph.cursors.begin(), graph.cursors.end(), [](const Cursor& c) { return c.enabled; });
+  int place = 0;
+  for (std::size_t k = 0; k < graph.cursors.size(); ++k) {
+    if (!graph.cursors[k].enabled) continue;
+    const double at = x.min + (x.max - x.min) * ++place / static_cast<double>(enabled + 1);
+    const auto height = graph.plots.empty() ? std::nullopt : HeightAt(graph.plots.front(), at);
+    MoveCursor(graph, static_cast<int>(k) + 1, at, height.value_or((y.min + y.max) / 2.0));
+  }
 }
 
 }  // namespace zelvane

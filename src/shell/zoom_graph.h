@@ -2,7 +2,7 @@
 //
 //   Strips, bars, buttons   ZoomGraphCreate  ZoomSetFullRange  ZoomStrip  ZoomButton  ZoomThumb  ZoomPage
 //                           ZoomThumbOf
-//   Wheel, drag, keys       PictureRange  ZoomAbout  ZoomPan  ZoomFullScale
+//   Wheel, drag, keys       PictureRange  ZoomAbout  ZoomPan  ZoomFullScale  ZoomBringCursors
 //
 // Lengths along a strip or bar are pixels. Every change of a range calls the owner's axisChanged.
 #pragma once
@@ -62,5 +62,9 @@ void ZoomPan(Graph& graph, char axis, DataRange from, double share);
 
 /// Shows all data: both axes become automatic.
 void ZoomFullScale(Graph& graph);
+
+/// Moves the enabled cursors into the view, at even distances (two at one third and two thirds of the x
+/// range) and at the height of the first plot there, or half-way up without one.
+void ZoomBringCursors(Graph& graph);
 
 }  // namespace zelvane

@@ -30,7 +30,7 @@ foreach(folder IN LISTS folders)
       if(NOT from IN_LIST allowed AND NOT header MATCHES "_store\\.h$")
         string(APPEND faults "${shown} includes ${header}, but ${name} does not declare ${from}\n")
       endif()
-      if(header STREQUAL "screen/screen.h" AND NOT name MATCHES "^(screen|shell|headless|apps)$"
+      if(header STREQUAL "screen/screen.h" AND NOT name MATCHES "^(screen|shell|headless|desktop|apps)$"
          AND NOT shown MATCHES "_panels?\\.(cpp|h)$")
         string(APPEND faults "${shown} includes screen/screen.h and is no panel file\n")
       endif()

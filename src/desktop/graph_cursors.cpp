@@ -1,0 +1,102 @@
+#include "desktop/graph_cursors.h"
+
+#include <cmath>
+
+#include "shell/graph_text.h"
+
+namespace zelvane {
+namespace {
+
+constexpr double Reach = 6.0;       // pixels to both sides of a cursor's line
+constexpr double MarkLength = 7.0;  // pixels, of the cross at a cursor's height
+constexpr double TagHeight = 14.0;  // pixels, of the number at its top
+
+}  // namespace
+
+GraphCursors::GraphCursors(Graph& graph, QCustomPlot* plot) : QCPLayerable(plot), graph_(graph) {}
+
+int GraphCursors::at(const QPointF& pixel) const {
+  if (!mParentPlot->axisRect()->rect().contains(pixel.toPoint())) return 0;
+  int nearest = 0;
+  double reach = Reach;
+  for (std::size_t k = 0; k < graph_.cursors.size(); ++k) {
+    const Cursor& cursor = graph_.cursors[k];
+    const double distance = std::abs(mParentPlot->xAxis->coordToPixel(cursor.x) - pixel.x());
+    if (!cursor.enabled || distance > reach) continue;
+    nearest = static_cast<int>(k) + 1;
+    reach = distance;
+  }
+  return nearest;
+}
+
+/// Height of the plot that passes nearest to (x, y).
+std::optional<double> GraphCursors::heightNear(double x, double y) const {
+  std::optional<double> nearest;
+  for (const Plot& plot : graph_.plots) {
+    const auto height = HeightAt(plot, x);
+    if (height && (!nearest || std::abs(*height - y) < std::abs(*nearest - y))) nearest = height;
+  }
+  return nearest;
+}
+
+void GraphCursors::drag(int cursor, const QPointF& pixel, bool follows) {
+  const QRectF area = mParentPlot->axisRect()->rect();
+  dragged_ = cursor;
+  x_ = mParentPlot->xAxis->pixelToCoord(std::clamp(pixel.x(), area.left(), area.right()));
+  y_ = mParentPlot->yAxis->pixelToCoord(std::clamp(pixel.y(), area.top(), area.bottom()));
+  if (follows) y_ = heightNear(x_, y_).value_or(y_);
+}
+
+Refusal GraphCursors::drop() {
+  const int cursor = dragged_;
+  dragged_ = 0;
+  return cursor != 0 ? MoveCursor(graph_, cursor, x_, y_) : Refusal{};
+}
+
+std::vector<Cursor> GraphCursors::shown() const {
+  std::vector<Cursor> cursors = graph_.cursors;
+  if (dragged_ != 0) {
+    cursors[static_cast<std::size_t>(dragged_) - 1].x = x_;
+    cursors[static_cast<std::size_t>(dragged_) - 1].y = y_;
+  }
+  return cursors;
+}
+
+void GraphCursors::applyDefaultAntialiasingHint(QCPPainter* painter) const {
+  applyAntialiasingHint(painter, true, QCP::aeItems);
+}
+
+QRect GraphCursors::clipRect() const {
+  return mParentPlot->axisRect()->rect();
+}
+
+void GraphCursors::draw(QCPPainter* painter) {
+  const QRectF area = clipRect();
+  const std::vector<Cursor> cursors = shown();
+  for (std::size_t k = 0; k < cursors.size(); ++k) {
+    if (!cursors[k].enabled) continue;
+    const double x = mParentPlot->xAxis->coordToPixel(cursors[k].x);
+    if (!(x >= area.left() && x <= area.right())) continue;
+    const double y = mParentPlot->yAxis->coordToPixel(cursors[k].y);
+    const QColor colour = Adapted(cursors[k].colour, colours_);
+    const bool dragged = dragged_ == static_cast<int>(k) + 1;
+    painter->setPen(QPen(colour, dragged ? 1.5 : 1.0, Qt::DashLine));
+    painter->setAntialiasing(false);
+    painter->drawLine(QPointF(x, area.top() + TagHeight), QPointF(x, area.bottom()));
+    painter->setAntialiasing(true);
+    if (y >= area.top() && y <= area.bottom()) {
+      painter->setPen(QPen(colour, 1.5));
+      painter->drawLine(QPointF(x - MarkLength, y), QPointF(x + MarkLength, y));
+      painter->drawLine(QPointF(x, y - MarkLength), QPointF(x, y + MarkLength));
+    }
+    const QRectF tag(x - TagHeight / 2.0, area.top(), TagHeight, TagHeight);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(colour);
+    painter->drawRoundedRect(tag, 3.0, 3.0);
+    painter->setBrush(Qt::NoBrush);
+    painter->setPen(colours_.background);
+    painter->drawText(tag, Qt::AlignCenter, QString::number(k + 1));
+  }
+}
+
+}  // namespace zelvane

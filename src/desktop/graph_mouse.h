@@ -1,0 +1,45 @@
+// What the mouse does on the plot area of a graph.
+#pragma once
+
+#include <qcustomplot.h>
+
+#include <QObject>
+#include <optional>
+
+#include "screen/screen.h"
+
+namespace zelvane {
+
+class GraphWidget;
+
+/// Wheel zooms at the pointer (with Ctrl x alone, with Shift y alone), a drag pans, a drag of a cursor moves
+/// it, a double click shows all. The right button is left to the menu.
+class GraphMouse : public QObject {
+  Q_OBJECT
+ public:
+  explicit GraphMouse(GraphWidget& widget);
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  bool press(const QMouseEvent& event);
+  bool move(const QMouseEvent& event);
+  bool release(const QMouseEvent& event);
+  bool wheel(const QWheelEvent& event);
+  void showPointer(const QPointF& position);
+
+  /// A pan under way: where it began and what the picture showed then.
+  struct Pan {
+    QPointF from;
+    DataRange x;
+    DataRange y;
+    bool moved = false;
+  };
+
+  GraphWidget& widget_;
+  QCustomPlot& plot_;
+  std::optional<Pan> pan_;
+  int cursor_ = 0;  // number of the cursor being dragged
+  QPointF pressed_;
+};
+
+}  // namespace zelvane

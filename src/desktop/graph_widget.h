@@ -1,0 +1,101 @@
+// A graph record as a widget.
+#pragma once
+
+#include <QSharedPointer>
+#include <QWidget>
+#include <vector>
+
+#include "screen/screen.h"
+
+class QCustomPlot;
+class QLabel;
+
+namespace zelvane {
+
+class GraphCursors;
+class GraphPicture;
+class NumberTicker;
+class ZoomBar;
+class ZoomGraphButton;
+class ZoomStripArea;
+
+/// Draws one graph record: plots, axes, cursors with their readout, and for a zoom graph its strips, bars and
+/// buttons. The mouse zooms, pans and moves cursors; the keys do the same:
+///
+///   arrows            scroll by a tenth      + -          zoom x
+///   Page Up, Down     scroll by a page       Ctrl + -     zoom y
+///   Home              show all               Ctrl arrow   move the cursor last moved
+///   Escape            let a dragged cursor go back
+class GraphWidget : public QWidget {
+  Q_OBJECT
+ public:
+  explicit GraphWidget(Graph& graph, QWidget* parent = nullptr);
+
+  /// Shows what the record holds now, at the next turn of the event loop. Cheap when little has changed:
+  /// plots are taken up when the record's revision rose.
+  void refresh();
+
+  Graph& graph() { return graph_; }
+  const Graph& graph() const { return graph_; }
+  QCustomPlot& plot() { return *plot_; }
+  GraphCursors& cursors() { return *cursors_; }
+
+  /// Whether a moved cursor takes the height of the trace.
+  bool cursorsFollow() const { return cursorsFollow_; }
+  void setCursorsFollow(bool follow) { cursorsFollow_ = follow; }
+
+  // -- What mouse, keys and menu do --
+  void showAll();
+  void zoomAt(const QPointF& pixel, double factor, bool x, bool y);
+  void dragCursor(int cursor, const QPointF& pixel);
+  void dropCursor();
+  void bringCursors();
+  void copyPicture();
+  void copyData();
+  void saveAs(const QString& ending);
+
+  QSize sizeHint() const override { return {720, 320}; }
+  QSize minimumSizeHint() const override { return {240, 140}; }
+
+ protected:
+  void changeEvent(QEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  void addZoomControls();
+  void applyColours(bool forPaper);
+  void applyAxes();
+  void placePlot();
+  void keepMargin();
+  void placeZoomControls();
+  void showReadout();
+  bool scrollKey(int key);
+  bool zoomKey(int key, bool y);
+  void shiftCursor(int key);
+  template <typename Function>
+  auto onPaper(Function&& function);
+
+  Graph& graph_;
+  QCustomPlot* plot_;
+  GraphPicture* picture_;
+  GraphCursors* cursors_;
+  QLabel* readout_;
+  QSharedPointer<NumberTicker> xTicker_;
+  QSharedPointer<NumberTicker> yTicker_;
+  bool cursorsFollow_ = true;
+  int lastCursor_ = 0;  // moved by the keys
+
+  // -- of a zoom graph --
+  std::vector<ZoomGraphButton*> buttons_;
+  ZoomStripArea* xStrip_ = nullptr;
+  ZoomStripArea* yStrip_ = nullptr;
+  ZoomBar* xBar_ = nullptr;
+  ZoomBar* yBar_ = nullptr;
+};
+
+}  // namespace zelvane

@@ -1,0 +1,47 @@
+// The scroll bar of an axis: a thumb that shows where the view lies in the full range.
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+#include <optional>
+
+#include "screen/screen.h"
+#include "shell/zoom_graph.h"
+
+namespace zelvane {
+
+inline constexpr int ZoomBarThickness = 15;  // pixels
+
+/// A drag of the thumb scrolls; a press beside it pages, again and again while it is held.
+class ZoomBar : public QWidget {
+  Q_OBJECT
+ public:
+  ZoomBar(Graph& graph, char axis, QWidget* parent);
+
+  /// The thumb as drawn, widget coordinates.
+  QRectF thumb() const;
+
+ signals:
+  void scrolled();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+
+ private:
+  void page();
+  double along(const QPointF& position) const { return axis_ == 'x' ? position.x() : position.y(); }
+  double length() const { return axis_ == 'x' ? width() : height(); }
+  PlotArea area() const { return {static_cast<double>(width()), static_cast<double>(height())}; }
+
+  Graph& graph_;
+  char axis_;
+  std::optional<double> grip_;  // where the mouse holds the thumb, pixels from its start
+  int pages_ = 0;               // direction of the paging under way, 0 = none
+  double pressedAt_ = 0.0;
+  QTimer repeat_;
+};
+
+}  // namespace zelvane
