@@ -11,7 +11,6 @@
 #include "headless/model_command.h"
 #include "headless/simulate_command.h"
 #include "model/model_store.h"
-#include "platform/terminal.h"
 
 namespace zelvane {
 namespace {
@@ -57,7 +56,7 @@ extern "C" void OnInterrupt(int) {
 }
 
 JobStreams Streams() {
-  return {std::cout, std::cerr, &StopAsked, ErrorStreamIsTerminal()};
+  return StandardStreams(StopAsked);
 }
 
 struct DriveArguments {

@@ -4,9 +4,10 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
-#include <ostream>
+#include <iostream>
 
 #include "io/model_file.h"
+#include "platform/terminal.h"
 #include "screen/screen.h"
 #include "shell/application.h"
 #include "shell/stores.h"
@@ -31,6 +32,10 @@ std::string WhyUnreadable(const std::string& path) {
 }
 
 }  // namespace
+
+JobStreams StandardStreams(const std::atomic<bool>& stop) {
+  return {std::cout, std::cerr, &stop, ErrorStreamIsTerminal()};
+}
 
 JobScreen::JobScreen(const JobStreams& streams) : streams_(streams) {
   FrontEnd frontEnd;

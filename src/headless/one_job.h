@@ -26,6 +26,9 @@ struct JobStreams {
   bool progressBar = false;                 // `err` is a terminal
 };
 
+/// Standard output and error, with a progress bar where a user sees it.
+JobStreams StandardStreams(const std::atomic<bool>& stop);
+
 using Seeds = std::array<double, 3>;
 
 /// Shows popups on `streams.err` while it lives: a question is answered no, a dialog cancelled.
