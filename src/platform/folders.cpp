@@ -55,7 +55,7 @@ std::string UserConfigFolder() {
 #if defined(__APPLE__)
   const fs::path own = home.empty() ? "" : fs::path(home) / "Library" / "Application Support";
 #else
-  // The XDG base directory specification: a path that is not absolute is not to be used.
+  // As the XDG base directories are defined: a path that is not absolute is not to be used.
   fs::path own = Environment("XDG_CONFIG_HOME");
   if (!own.is_absolute()) own = home.empty() ? fs::path{} : fs::path(home) / ".config";
 #endif
