@@ -19,6 +19,7 @@ need_packages() {
   DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# What building takes, and what the tests take beside it.
+# What building takes, what the desktop program takes beside it, and what the tests take.
 build_packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev)
-test_packages=(libgtest-dev libbenchmark-dev)
+desktop_packages=(qt6-base-dev libqcustomplot-dev qt6-svg-dev fonts-dejavu-core)
+test_packages=(xvfb libgtest-dev libbenchmark-dev)

@@ -1,0 +1,174 @@
+// The desktop program.
+#include <CLI/CLI.hpp>
+#include <QApplication>
+#include <QTimer>
+#include <clocale>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
+
+#include "desktop/desktop_front_end.h"
+#include "desktop/grabs.h"
+#include "desktop/main_window.h"
+#include "desktop/settings.h"
+#include "desktop/text.h"
+#include "desktop/theme.h"
+#include "headless/drive.h"
+#include "headless/one_job.h"
+#include "screen/screen.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char Description[] = "Kinetic schemes of ion channels: build, simulate, measure.";
+constexpr char Footer[] =
+    "Files are opened at the start, as are files dropped on the window. With --drive the program runs a "
+    "script\n"
+    "of the command language (docs/drive.md) against its window, writes what it shows to standard output as\n"
+    "zelvane-cli drive does, and ends with the script.";
+
+struct Arguments {
+  StartOptions start;
+  std::string seeds;
+  std::string script;
+  std::string grabFolder;
+  std::string theme;
+  std::string size;
+};
+
+void AddOptions(CLI::App& app, Arguments& arguments) {
+  app.set_version_flag("--version", "zelvane " ZELVANE_VERSION);
+  app.footer(Footer);
+  app.add_option("--drive", arguments.script, "run a script against the window")
+      ->type_name("SCRIPT")
+      ->check(CLI::ExistingFile.description(""));
+  app.add_option("--grab", arguments.grabFolder, "save a picture of every visible panel, then quit")
+      ->type_name("FOLDER");
+  app.add_option("--seed", arguments.seeds, "seeds of the generators in place of the clock")
+      ->type_name("S1,S2,S3");
+  app.add_option("--dir", arguments.start.folder, "program's folder, where config.mod lies")
+      ->type_name("FOLDER")
+      ->check(CLI::ExistingDirectory.description(""));
+  app.add_option("--theme", arguments.theme, "colours of the window")
+      ->check(CLI::IsMember({"light", "dark", "system"}).description(""))
+      ->type_name("light|dark|system");
+  app.add_option("--size", arguments.size, "size of the window, in place of the whole screen")
+      ->type_name("WIDTHxHEIGHT");
+  app.add_option("FILE", arguments.start.files, "files to open")->type_name("");
+}
+
+/// Parts of "1280x720"; wrong usage is told by an exception of the parser.
+QSize SizeOf(const std::string& text) {
+  const QStringList parts = ToQt(text).split('x');
+  const QSize size(parts.value(0).toInt(), parts.value(1).toInt());
+  if (parts.size() != 2 || size.width() < 1 || size.height() < 1 || size.width() > 16384 ||
+      size.height() > 16384) {
+    throw CLI::ValidationError("--size", "two numbers, such as 1280x720");
+  }
+  return size;
+}
+
+/// The program with its window.
+class Desktop {
+ public:
+  Desktop(const Arguments& arguments, QSize size)
+      : arguments_(arguments), size_(size), settings_(!IsScripted()), frontEnd_(settings_) {}
+
+  int run() {
+    const QString remembered = settings_.value("window/theme", "system").toString();
+    const QString theme = arguments_.theme.empty() ? remembered : ToQt(arguments_.theme);
+    ApplyTheme(ThemeNamed(theme).value_or(Theme::System));
+    const int status = arguments_.script.empty() ? runWithUser() : runScript();
+    window_.reset();
+    SetFrontEnd({});
+    return status;
+  }
+
+ private:
+  bool IsScripted() const { return !arguments_.script.empty() || !arguments_.grabFolder.empty(); }
+
+  void openWindow() {
+    window_ = std::make_unique<MainWindow>(frontEnd_, settings_);
+    if (size_.isValid()) {
+      window_->setWindowState(Qt::WindowNoState);
+      window_->resize(size_);
+    }
+    window_->show();
+  }
+
+  bool grab() {
+    if (arguments_.grabFolder.empty()) return true;
+    if (GrabPanels(*window_, ToQt(arguments_.grabFolder))) return true;
+    std::cerr << arguments_.grabFolder << ": a picture could not be written\n";
+    return false;
+  }
+
+  int runScript() {
+    std::ifstream script(arguments_.script, std::ios::binary);
+    frontEnd_.setUnattended(true);
+    const int status = RunDrive(script, std::cout, arguments_.start,
+                                {.frontEnd = frontEnd_.functions(),
+                                 .started = [this] { openWindow(); },
+                                 .afterLine =
+                                     [this] {
+                                       frontEnd_.refreshNow();
+                                       QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+                                     }});
+    return grab() ? status : JobFailed;
+  }
+
+  int runWithUser() {
+    SetFrontEnd(frontEnd_.functions());
+    StartApplication(arguments_.start);
+    openWindow();
+    bool grabbed = true;
+    if (!arguments_.grabFolder.empty()) {
+      QTimer::singleShot(0, [&] {
+        grabbed = grab();
+        QCoreApplication::exit(0);
+      });
+    } else if (arguments_.start.files.empty() && !settings_.value("welcome/shown", false).toBool()) {
+      settings_.setValue("welcome/shown", true);
+      QTimer::singleShot(0, window_.get(), &MainWindow::showWelcome);
+    }
+    const int status = QCoreApplication::exec();
+    return grabbed ? status : JobFailed;
+  }
+
+  const Arguments& arguments_;
+  QSize size_;
+  Settings settings_;
+  DesktopFrontEnd frontEnd_;
+  std::unique_ptr<MainWindow> window_;
+};
+
+int RunProgram(int argc, char** argv) {
+  QApplication application(argc, argv);  // takes the toolkit's own options out of argv
+  std::setlocale(LC_NUMERIC, "C");       // numbers in files have a full stop whatever the user's locale
+  QApplication::setApplicationName("Zelvane");
+  QApplication::setDesktopFileName("zelvane");
+  CLI::App app(Description, "zelvane");
+  Arguments arguments;
+  AddOptions(app, arguments);
+  try {
+    app.parse(argc, argv);
+    if (!arguments.seeds.empty()) {
+      arguments.start.seeds = ParseSeeds(arguments.seeds);
+      if (!arguments.start.seeds) {
+        throw CLI::ValidationError("--seed", "three whole numbers split by commas, such as 1234,5678,9012");
+      }
+    }
+    const QSize size = arguments.size.empty() ? QSize() : SizeOf(arguments.size);
+    return Desktop(arguments, size).run();
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? JobDone : JobMisused;
+  }
+}
+
+}  // namespace
+}  // namespace zelvane
+
+int main(int argc, char** argv) {
+  return zelvane::RunProgram(argc, argv);
+}

@@ -1,0 +1,67 @@
+// What the program asks of the window: message boxes, dialogs, progress, repainting.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+#include <QWidget>
+#include <functional>
+#include <set>
+#include <string>
+
+#include "screen/front_end.h"
+
+namespace zelvane {
+
+class Settings;
+
+/// Fills the FrontEnd of the program with Qt dialogs. Changes of records are gathered: one signal at the next
+/// turn of the event loop stands for however many.
+class DesktopFrontEnd : public QObject {
+  Q_OBJECT
+ public:
+  explicit DesktopFrontEnd(Settings& settings);
+
+  /// The functions; they hold this object, which must outlive them.
+  FrontEnd functions();
+
+  /// Parent of all dialogs from here on.
+  void setWindow(QWidget* window) { window_ = window; }
+
+  /// A script runs the program: nothing may wait for the user.
+  void setUnattended(bool unattended) { unattended_ = unattended; }
+
+  /// Something changed that no record tells.
+  void scheduleRefresh();
+
+  /// Sends what has gathered, now.
+  void refreshNow();
+
+  /// A panel that runs modally at this moment.
+  bool runsModally(const Panel& panel) const { return modal_.contains(&panel); }
+
+  std::function<bool(int topic)> openHelp;  // false = no such page
+
+ signals:
+  void recordsChanged(const std::set<zelvane::Graph*>& graphs);
+  void progressed(double fraction, const QString& text);
+  void printWanted(zelvane::Panel* panel);
+
+ private:
+  void showMessage(std::string_view title, std::string_view text);
+  bool ask(std::string_view title, std::string_view text);
+  std::vector<std::string> chooseFiles(const FileRequest& request);
+  bool runModal(Panel& panel, std::string_view text);
+  void breathe();
+
+  Settings& settings_;
+  QPointer<QWidget> window_;
+  QTimer refreshTimer_;
+  QElapsedTimer sinceBreath_;
+  std::set<Graph*> changedGraphs_;
+  std::set<const Panel*> modal_;
+  bool unattended_ = false;
+};
+
+}  // namespace zelvane

@@ -1,0 +1,37 @@
+#include "desktop/grabs.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QPixmap>
+
+#include "desktop/main_window.h"
+#include "desktop/panel_dialog.h"
+#include "desktop/task_page.h"
+#include "desktop/text.h"
+
+namespace zelvane {
+namespace {
+
+bool Save(QWidget& widget, const QDir& folder, const QString& name) {
+  return widget.grab().save(folder.filePath(name + ".png"));
+}
+
+}  // namespace
+
+bool GrabPanels(MainWindow& window, const QString& folder) {
+  const QDir directory(folder);
+  if (!directory.mkpath(".")) return false;
+  QCoreApplication::processEvents();  // what has changed is shown and painted
+  bool saved = Save(window, directory, ToQt(window.page()->panel().name));
+  for (PanelDialog* dialog : window.openDialogs()) {
+    saved = Save(*dialog, directory, ToQt(dialog->panel().name)) && saved;
+  }
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (widget->objectName() == "Welcome" && widget->isVisible()) {
+      saved = Save(*widget, directory, "Welcome") && saved;
+    }
+  }
+  return saved;
+}
+
+}  // namespace zelvane

@@ -1,0 +1,64 @@
+#include "desktop/help_window.h"
+
+#include <QAction>
+#include <QDir>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QTextBrowser>
+#include <QToolBar>
+#include <QUrl>
+#include <QVBoxLayout>
+
+#include "screen/popups.h"
+
+namespace zelvane {
+namespace {
+
+constexpr QSize WindowSize{760, 640};
+constexpr int PageMargin = 20;
+
+}  // namespace
+
+HelpWindow::HelpWindow(const QString& folder) : folder_(folder), browser_(new QTextBrowser(this)) {
+  setWindowTitle("Zelvane help");
+  resize(WindowSize);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  auto* bar = new QToolBar(this);
+  QAction* back = bar->addAction("Back", browser_, &QTextBrowser::backward);
+  QAction* forward = bar->addAction("Forward", browser_, &QTextBrowser::forward);
+  bar->addAction("Contents", this, [this] { open(HelpContents); });
+  back->setShortcut(QKeySequence::Back);
+  forward->setShortcut(QKeySequence::Forward);
+  back->setEnabled(false);
+  forward->setEnabled(false);
+  connect(browser_, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
+  connect(browser_, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
+  connect(browser_, &QTextBrowser::sourceChanged, this,
+          [this] { browser_->document()->setDocumentMargin(PageMargin); });
+  browser_->setFrameShape(QFrame::NoFrame);
+  browser_->setOpenExternalLinks(true);
+  layout->addWidget(bar);
+  layout->addWidget(browser_);
+}
+
+bool HelpWindow::open(int topic) {
+  const QString name = topic == HelpContents ? QStringLiteral("contents") : QString::number(topic);
+  const QString path = QDir(folder_).filePath(name + ".md");
+  if (!QFileInfo(path).isFile()) return false;
+  browser_->setSource(QUrl::fromLocalFile(path));
+  show();
+  raise();
+  activateWindow();
+  return true;
+}
+
+void HelpWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape)
+    close();
+  else
+    QWidget::keyPressEvent(event);
+}
+
+}  // namespace zelvane

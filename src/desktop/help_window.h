@@ -1,0 +1,28 @@
+// The help: pages by topic number, in a window of their own.
+#pragma once
+
+#include <QWidget>
+
+class QTextBrowser;
+
+namespace zelvane {
+
+/// Shows the Markdown pages "help/<topic>.md" of the data folder; topic 0 is "contents.md".
+class HelpWindow : public QWidget {
+  Q_OBJECT
+ public:
+  /// `folder` holds the pages.
+  explicit HelpWindow(const QString& folder);
+
+  /// Opens a topic. False, with nothing shown, when there is no such page.
+  bool open(int topic);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  QString folder_;
+  QTextBrowser* browser_;
+};
+
+}  // namespace zelvane

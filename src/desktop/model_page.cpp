@@ -1,0 +1,162 @@
+#include "desktop/model_page.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "desktop/control_widget.h"
+#include "desktop/graph_widget.h"
+#include "desktop/rate_table_view.h"
+#include "desktop/scheme_view.h"
+#include "desktop/side_form.h"
+#include "desktop/text.h"
+#include "model/model_store.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char TablePanelName[] = "TableModelPanel";
+constexpr int SchemeShare = 11;  // of the page's height, against the response's
+constexpr int ResponseShare = 9;
+constexpr int HeaderGap = 6;
+
+QToolButton* FormButton(const QString& text, const char* command, QWidget* parent) {
+  auto* button = new QToolButton(parent);
+  button->setText(text);
+  button->setCheckable(true);
+  button->setFocusPolicy(Qt::TabFocus);
+  button->setProperty("role", "segment");
+  QObject::connect(button, &QToolButton::clicked, button, [button, command] {
+    button->setChecked(!button->isChecked());  // shown by refresh() when the program has changed the form
+    if (MenuItem* item = FindMenu(command)) PressMenu(*item);
+  });
+  return button;
+}
+
+bool TableShows() {
+  const Panel* table = FindPanel(TablePanelName);
+  return table != nullptr && table->visible;
+}
+
+}  // namespace
+
+ModelPage::ModelPage(Panel& panel, QWidget* parent) : TaskPage(panel, parent) {
+  auto* layout = new QHBoxLayout(this);
+  layout->setContentsMargins(10, 8, 0, 6);
+  layout->setSpacing(10);
+  auto* splitter = new QSplitter(Qt::Vertical, this);
+  splitter->setChildrenCollapsible(false);
+  splitter->addWidget(makeScheme());
+  splitter->addWidget(makeResponse());
+  splitter->setStretchFactor(0, SchemeShare);
+  splitter->setStretchFactor(1, ResponseShare);
+  settings_ = new SideForm(panel, this);
+  layout->addWidget(splitter, 1);
+  layout->addWidget(settings_);
+}
+
+ControlWidget* ModelPage::add(QHBoxLayout* row, const char* control, int stretch) {
+  Control* record = FindControl(control);
+  if (record == nullptr) return nullptr;
+  controls_.push_back(new ControlWidget(*record, this));
+  row->addWidget(controls_.back(), stretch);
+  return controls_.back();
+}
+
+QWidget* ModelPage::makeScheme() {
+  auto* part = new QWidget(this);
+  auto* layout = new QVBoxLayout(part);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(HeaderGap);
+  auto* header = new QHBoxLayout;
+  header->setSpacing(8);
+  header->addWidget(makeFormSwitch());
+  add(header, "ModelTitle", 1);
+  add(header, "OpenConductance");
+  add(header, "OpenStartState");
+  scheme_ = new SchemeView(part);
+  forms_ = new QStackedWidget(part);
+  forms_->addWidget(scheme_);
+  forms_->addWidget(makeTable());
+  layout->addLayout(header);
+  layout->addWidget(forms_, 1);
+  return part;
+}
+
+QWidget* ModelPage::makeFormSwitch() {
+  auto* part = new QWidget(this);
+  auto* layout = new QHBoxLayout(part);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  gridButton_ = FormButton("Grid", "FxnMainModel", part);
+  tableButton_ = FormButton("Table", "FxnTableModel", part);
+  gridButton_->setToolTip("The scheme as states on a grid; runs take it.");
+  tableButton_->setToolTip("The scheme as a table of rates from any state to any other; runs take it.");
+  layout->addWidget(gridButton_);
+  layout->addWidget(tableButton_);
+  return part;
+}
+
+QWidget* ModelPage::makeTable() {
+  auto* part = new QWidget(this);
+  auto* layout = new QVBoxLayout(part);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(HeaderGap);
+  auto* buttons = new QHBoxLayout;
+  for (const char* control : {"GetGraphModel", "SetGraphModel", "ClearTable"}) add(buttons, control);
+  buttons->addStretch();
+  table_ = new RateTableView(part);
+  layout->addWidget(table_, 1);
+  layout->addLayout(buttons);
+  return part;
+}
+
+QWidget* ModelPage::makeResponse() {
+  auto* part = new QWidget(this);
+  auto* layout = new QVBoxLayout(part);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(HeaderGap);
+  auto* header = new QHBoxLayout;
+  header->setSpacing(4);
+  auto* label = new QLabel("Monitored states", part);
+  label->setProperty("role", "section");
+  header->addWidget(label);
+  header->addSpacing(6);
+  for (int state = 1; state <= MaxStates; ++state) {
+    Control& control = ControlNamed(FormatText("StateMonitored[%d]", state));
+    monitors_.push_back(new ControlWidget(control, part, ControlWidget::Look::Chip));
+    header->addWidget(monitors_.back());
+  }
+  header->addStretch();
+  add(header, "RunText");
+  add(header, "SimRefresh");
+  graph_ = new GraphWidget(GraphNamed("MainPanel"), part);
+  layout->addLayout(header);
+  layout->addWidget(graph_, 1);
+  return part;
+}
+
+void ModelPage::refresh(const std::set<Graph*>& changed) {
+  const bool table = TableShows();
+  gridButton_->setChecked(!table);
+  tableButton_->setChecked(table);
+  forms_->setCurrentIndex(table ? 1 : 0);
+  if (table)
+    table_->refresh();
+  else
+    scheme_->refresh();
+  for (ControlWidget* control : controls_) control->refresh();
+  for (ControlWidget* monitor : monitors_) {
+    monitor->refresh();
+    // A state that is off and not monitored has nothing to show.
+    const auto state = static_cast<std::size_t>(monitor->control().index);
+    monitor->setVisible(table || Model.StateOn[state] != 0 || monitor->control().number != 0.0);
+  }
+  settings_->form().refresh();
+  if (changed.contains(&graph_->graph())) graph_->refresh();
+}
+
+}  // namespace zelvane

@@ -1,0 +1,15 @@
+// A page of the window on paper or as PDF.
+#pragma once
+
+class QWidget;
+class QString;
+
+namespace zelvane {
+
+/// Prints a page through the system's dialog, over the whole width of the paper.
+void PrintPage(QWidget& page);
+
+/// Writes a page as PDF. False when the file cannot be written.
+bool WritePagePdf(QWidget& page, const QString& path);
+
+}  // namespace zelvane

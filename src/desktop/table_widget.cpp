@@ -1,0 +1,119 @@
+#include "desktop/table_widget.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+
+#include "desktop/text.h"
+#include "screen/number_entry.h"
+
+namespace zelvane {
+namespace {
+
+constexpr int MaxCopiedRows = 1'000'000;  // a clipboard of more chokes the programs that take it
+
+}  // namespace
+
+TableRecordModel::TableRecordModel(Table& table, QObject* parent)
+    : QAbstractTableModel(parent), table_(table), rows_(table.rows) {}
+
+void TableRecordModel::refresh() {
+  if (rows_ != table_.rows) {
+    beginResetModel();
+    rows_ = table_.rows;
+    endResetModel();
+  } else if (rows_ > 0) {
+    emit dataChanged(index(0, 0), index(rows_ - 1, table_.columns - 1));
+  }
+}
+
+int TableRecordModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : rows_;
+}
+
+int TableRecordModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : table_.columns;
+}
+
+QVariant TableRecordModel::data(const QModelIndex& index, int role) const {
+  if (index.row() >= table_.rows) return {};  // the record has shrunk and the view does not know yet
+  switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+      return ToQt(CellText(table_, index.row() + 1, index.column() + 1));
+    case Qt::TextAlignmentRole:
+      return QVariant(ParseNumber(CellText(table_, index.row() + 1, index.column() + 1))
+                          ? Qt::AlignRight | Qt::AlignVCenter
+                          : Qt::AlignLeft | Qt::AlignVCenter);
+    default:
+      return {};
+  }
+}
+
+QVariant TableRecordModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (role != Qt::DisplayRole) return {};
+  const auto& titles = orientation == Qt::Horizontal ? table_.columnTitles : table_.rowTitles;
+  if (static_cast<std::size_t>(section) < titles.size())
+    return ToQt(titles[static_cast<std::size_t>(section)]);
+  return section + 1;
+}
+
+Qt::ItemFlags TableRecordModel::flags(const QModelIndex& index) const {
+  const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+  return table_.editable ? flags | Qt::ItemIsEditable : flags;
+}
+
+bool TableRecordModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (role != Qt::EditRole) return false;
+  std::string typed = value.toString().toStdString();
+  if (table_.numeric) {
+    if (const auto number = ParseEntry(typed, "")) typed = EntryText(*number);  // a comma is a decimal mark
+  }
+  return EnterCell(table_, index.row() + 1, index.column() + 1, typed).empty();
+}
+
+TableWidget::TableWidget(Table& table, QWidget* parent)
+    : QTableView(parent), table_(table), model_(new TableRecordModel(table, this)) {
+  setObjectName(ToQt(table.name));
+  setModel(model_);
+  setAlternatingRowColors(true);
+  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);  // millions of rows: none is measured
+  horizontalHeader()->setHighlightSections(false);
+  setToolTip(ToQt(table.help));
+}
+
+void TableWidget::refresh() {
+  model_->refresh();
+}
+
+void TableWidget::contextMenuEvent(QContextMenuEvent* event) {
+  MessagePopup(HelpTitle, table_.help);
+  event->accept();
+}
+
+void TableWidget::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy))
+    copy();
+  else
+    QTableView::keyPressEvent(event);
+}
+
+void TableWidget::copy() {
+  QString text;
+  for (const QItemSelectionRange& range : selectionModel()->selection()) {
+    const int last = std::min(range.bottom(), range.top() + MaxCopiedRows - 1);
+    for (int row = range.top(); row <= last; ++row) {
+      for (int column = range.left(); column <= range.right(); ++column) {
+        if (column > range.left()) text += '\t';
+        text += ToQt(CellText(table_, row + 1, column + 1));
+      }
+      text += '\n';
+    }
+  }
+  if (!text.isEmpty()) QApplication::clipboard()->setText(text);
+}
+
+}  // namespace zelvane

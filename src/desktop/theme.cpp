@@ -1,0 +1,193 @@
+#include "desktop/theme.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QStyleFactory>
+#include <QSvgRenderer>
+#include <array>
+
+namespace zelvane {
+namespace {
+
+struct Colours {
+  QColor window, base, alternate, text, muted, button, border, accent, refused;
+};
+
+const Colours& LightColours() {
+  static const Colours colours{0xf4f5f7, 0xffffff, 0xf0f2f5, 0x1d2127, 0x8a919c,
+                               0xffffff, 0xc9ced6, 0x2563a8, 0xc0392b};
+  return colours;
+}
+
+const Colours& DarkColours() {
+  static const Colours colours{0x23262b, 0x1a1d21, 0x2a2e34, 0xe3e6ea, 0x7d8590,
+                               0x30353c, 0x454c56, 0x5b9bd8, 0xe5746a};
+  return colours;
+}
+
+/// The palette that the desktop gave, before any of ours.
+const QPalette& SystemPalette() {
+  static const QPalette palette = QApplication::palette();
+  return palette;
+}
+
+bool& DarkNow() {
+  static bool dark = false;
+  return dark;
+}
+
+const Colours& Now() {
+  return DarkNow() ? DarkColours() : LightColours();
+}
+
+QPalette PaletteOf(const Colours& c) {
+  QPalette palette(c.text, c.button, c.base.lighter(110), c.border.darker(120), c.border, c.text,
+                   c.base.lighter(150), c.base, c.window);
+  palette.setColor(QPalette::AlternateBase, c.alternate);
+  palette.setColor(QPalette::ToolTipBase, c.base);
+  palette.setColor(QPalette::ToolTipText, c.text);
+  palette.setColor(QPalette::PlaceholderText, c.muted);
+  palette.setColor(QPalette::Highlight, c.accent);
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  palette.setColor(QPalette::Link, c.accent);
+  palette.setColor(QPalette::LinkVisited, c.accent);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, c.muted);
+  }
+  palette.setColor(QPalette::Disabled, QPalette::Base, c.window);
+  return palette;
+}
+
+// %1 text, %2 muted, %3 base, %4 border, %5 accent, %6 refused, %7 alternate, %8 button
+constexpr char StyleSheet[] = R"(
+QToolTip { color: %1; background: %3; border: 1px solid %4; padding: 4px; }
+QLabel[role="section"] { color: %5; font-weight: 600; padding-top: 2px; }
+QLabel[role="unit"] { color: %2; }
+QLabel[role="muted"] { color: %2; }
+QLabel[role="title"] { font-size: 18pt; font-weight: 600; }
+QFrame[role="line"] { background: %4; border: none; max-height: 1px; min-height: 1px; }
+QLineEdit { background: %3; border: 1px solid %4; border-radius: 4px; padding: 2px 6px; min-height: 18px; }
+QLineEdit:focus { border: 1px solid %5; }
+QLineEdit:disabled { color: %2; background: transparent; }
+QLineEdit[refused="true"] { border: 1px solid %6; color: %6; }
+QPushButton { background: %8; border: 1px solid %4; border-radius: 4px; padding: 3px 12px; min-height: 18px; }
+QPushButton:hover { border-color: %5; }
+QPushButton:focus { border-color: %5; }
+QPushButton:pressed { background: %7; }
+QPushButton:disabled { color: %2; }
+QPushButton:default { border-color: %5; }
+QToolButton[role="segment"] { background: %8; border: 1px solid %4; padding: 3px 10px; min-height: 18px; margin: 0; }
+QToolButton[role="segment"]:checked { background: %5; color: white; border-color: %5; }
+QToolButton[role="segment"]:disabled { color: %2; }
+QToolButton[role="segment"]:focus { border-color: %5; }
+QToolButton[role="chip"] { background: transparent; border: 1px solid %4; border-radius: 9px; padding: 0; }
+QToolButton[role="chip"]:hover, QToolButton[role="chip"]:focus { border-color: %5; }
+QToolButton[role="chip"]:checked { background: %5; color: white; border-color: %5; }
+QToolButton[role="task"] { border: none; border-radius: 6px; padding: 8px 4px; }
+QToolButton[role="task"]:hover { background: %7; }
+QToolButton[role="task"]:checked { background: %7; color: %5; font-weight: 600; }
+QWidget#TaskBar { background: %3; border-right: 1px solid %4; }
+QToolBar { border: none; border-bottom: 1px solid %4; spacing: 2px; padding: 3px 6px; }
+QToolBar QToolButton { border: 1px solid transparent; border-radius: 4px; padding: 3px 8px; }
+QToolBar QToolButton:hover { background: %7; border-color: %4; }
+QStatusBar { border-top: 1px solid %4; }
+QStatusBar::item { border: none; }
+QScrollArea { border: none; background: transparent; }
+QSplitter::handle { background: transparent; }
+QSplitter::handle:hover { background: %4; }
+QTableView { background: %3; alternate-background-color: %7; gridline-color: %4; border: 1px solid %4; }
+QHeaderView::section { background: %7; border: none; border-right: 1px solid %4; border-bottom: 1px solid %4;
+                       padding: 3px 6px; }
+QProgressBar { border: 1px solid %4; border-radius: 4px; background: %3; text-align: center; max-height: 16px; }
+QProgressBar::chunk { background: %5; border-radius: 3px; }
+)";
+
+void ApplySheet(const Colours& c) {
+  QString sheet = StyleSheet;
+  for (const QColor& colour :
+       {c.text, c.muted, c.base, c.border, c.accent, c.refused, c.alternate, c.button}) {
+    sheet = sheet.arg(colour.name());
+  }
+  qApp->setStyleSheet(sheet);
+}
+
+// -- Drawings: 24 by 24, strokes in the text colour ("currentColor"), one accent ("accent") --
+
+struct Drawing {
+  const char* name;
+  const char* svg;
+};
+constexpr std::array Drawings = {
+    Drawing{
+        "model",
+        R"(<rect x="2.5" y="3" width="7" height="6" rx="1.5"/><rect x="14.5" y="3" width="7" height="6" rx="1.5"/>
+<rect x="14.5" y="15" width="7" height="6" rx="1.5" fill="accent" stroke="accent"/>
+<path d="M10 5h4M14 7h-4M17 9.5v5M19 14.5v-5"/>)"},
+    Drawing{"stimulus", R"(<path d="M2 18h5V7h8v11h7"/><path d="M2 21.5h20" stroke="accent"/>)"},
+    Drawing{"run", R"(<path d="M7 4.5v15l12-7.5z" fill="accent" stroke="accent"/>)"},
+    Drawing{"stop", R"(<rect x="6" y="6" width="12" height="12" rx="1.5" fill="currentColor"/>)"},
+    Drawing{"open",
+            R"(<path d="M3 18.5V5.5h6l2 2.5h8v3"/><path d="M3 18.5l3-7.5h15.5l-3 7.5z" stroke="accent"/>)"},
+    Drawing{
+        "save",
+        R"(<path d="M4 4h13l3 3v13H4z"/><path d="M8 4v5h7V4"/><path d="M7.5 20v-6.5h9V20" stroke="accent"/>)"},
+    Drawing{"undo", R"(<path d="M8 4L4 8l4 4"/><path d="M4 8h9a6 6 0 0 1 0 12H8"/>)"},
+    Drawing{"redo", R"(<path d="M16 4l4 4-4 4"/><path d="M20 8h-9a6 6 0 0 0 0 12h5"/>)"},
+    Drawing{"", R"(<circle cx="12" cy="12" r="7"/>)"},
+};
+
+QPixmap Drawn(const QString& name, const QColor& stroke, const QColor& accent) {
+  const auto drawing = std::find_if(Drawings.begin(), Drawings.end() - 1,
+                                    [&](const Drawing& d) { return name == QLatin1String(d.name); });
+  QString svg =
+      QStringLiteral(
+          R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 24 24" fill="none" stroke="currentColor" stroke-width="1.7" stroke-linecap="round" stroke-linejoin="round">%1</svg>)")
+          .arg(QLatin1String(drawing->svg));
+  svg.replace("currentColor", stroke.name()).replace("\"accent\"", '"' + accent.name() + '"');
+  QPixmap pixmap(96, 96);  // enough for 24 pixels at four times the density
+  pixmap.fill(Qt::transparent);
+  QPainter painter(&pixmap);
+  QSvgRenderer(svg.toUtf8()).render(&painter);
+  return pixmap;
+}
+
+}  // namespace
+
+std::optional<Theme> ThemeNamed(const QString& word) {
+  if (word == "light") return Theme::Light;
+  if (word == "dark") return Theme::Dark;
+  if (word == "system") return Theme::System;
+  return std::nullopt;
+}
+
+QString ThemeWord(Theme theme) {
+  return theme == Theme::Light ? "light" : theme == Theme::Dark ? "dark" : "system";
+}
+
+void ApplyTheme(Theme theme) {
+  const bool systemIsDark = SystemPalette().color(QPalette::Window).lightness() < 128;
+  DarkNow() = theme == Theme::Dark || (theme == Theme::System && systemIsDark);
+  if (QApplication::style()->name() != "fusion") QApplication::setStyle(QStyleFactory::create("Fusion"));
+  QApplication::setPalette(PaletteOf(Now()));
+  ApplySheet(Now());
+}
+
+bool IsDark() {
+  return DarkNow();
+}
+
+QColor AccentColour() {
+  return Now().accent;
+}
+
+QColor RefusedColour() {
+  return Now().refused;
+}
+
+QIcon ThemedIcon(const QString& name) {
+  QIcon icon(Drawn(name, Now().text, Now().accent));
+  icon.addPixmap(Drawn(name, Now().muted, Now().muted), QIcon::Disabled);
+  return icon;
+}
+
+}  // namespace zelvane
