@@ -43,7 +43,7 @@ void ZoomBar::paintEvent(QPaintEvent* /*event*/) {
   painter.fillRect(rect(), ground);
   painter.setRenderHint(QPainter::Antialiasing);
   QColor fill = palette().color(QPalette::WindowText);
-  fill.setAlpha(grip_ ? 150 : 95);
+  fill.setAlpha(grip_ ? 130 : 70);
   painter.setPen(Qt::NoPen);
   painter.setBrush(fill);
   painter.drawRoundedRect(thumb().adjusted(1.0, 3.0, -1.0, -3.0), 4.0, 4.0);

@@ -1,0 +1,132 @@
+// A graph of 5,000,000 samples, from the simulated trace to the painted widget, and each step of a pan or
+// zoom after it. Drawn into memory: QT_QPA_PLATFORM=offscreen.
+#include <benchmark/benchmark.h>
+#include <qcustomplot.h>
+
+#include <QApplication>
+#include <cmath>
+#include <random>
+
+#include "desktop/graph_widget.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "screen/pyramid.h"
+#include "shell/application.h"
+#include "shell/stores.h"
+#include "shell/zoom_graph.h"
+#include "sim/run_panel.h"
+
+namespace zelvane {
+namespace {
+
+constexpr QSize WindowSize(1280, 420);
+
+/// What the trace holds.
+enum Shape { Calm, Noisy };
+
+void FillTrace(Shape shape) {
+  std::mt19937 random(20240501);
+  std::normal_distribution<float> noise(0.0F, 5.0F);
+  Model.NumPoints = MaxPoints;
+  Trace.SimTraceUsed = MaxPoints;
+  for (int i = 0; i < MaxPoints; ++i) {
+    const auto time = static_cast<float>(i % 1'000'000) * 1e-5F;
+    const float wave = -300.0F * (1.0F - std::exp(-time * 3.0F)) * std::exp(-time);
+    Trace.SimTrace[static_cast<std::size_t>(i)] = wave + (shape == Noisy ? noise(random) : 0.0F);
+  }
+}
+
+/// The main graph in a window of its own, which counts its paints.
+class Window : public QObject {
+ public:
+  Window() : widget_(GraphNamed("MainPanel")) {
+    widget_.plot().installEventFilter(this);
+    widget_.resize(WindowSize);
+    widget_.show();
+    paint();
+  }
+
+  GraphWidget& widget() { return widget_; }
+
+  /// Lets the event loop turn until the plot is on the widget.
+  void paint() {
+    const int before = paints_;
+    widget_.refresh();
+    while (paints_ == before) QApplication::processEvents();
+  }
+
+ private:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    paints_ += event->type() == QEvent::Paint;
+    return false;
+  }
+
+  int paints_ = 0;
+  GraphWidget widget_;
+};
+
+void TraceToPaintedGraph(benchmark::State& state) {
+  FillTrace(static_cast<Shape>(state.range(0)));
+  Window window;
+  for (auto _ : state) {
+    PlotTrace(true);
+    window.paint();
+  }
+}
+BENCHMARK(TraceToPaintedGraph)->Arg(Calm)->Arg(Noisy)->ArgName("noisy")->Unit(benchmark::kMillisecond);
+
+/// `step` changes the view by a little, back and forth by the sign of its argument.
+template <typename Step>
+void TimeSteps(benchmark::State& state, Step&& step) {
+  FillTrace(static_cast<Shape>(state.range(0)));
+  Window window;
+  PlotTrace(true);
+  Graph& graph = window.widget().graph();
+  const DataRange full = PictureRange(graph, 'x');
+  SetAxisRange(graph, 'x', full.max * 0.1, full.max * 0.6);
+  window.paint();
+  int count = 0;
+  for (auto _ : state) {
+    step(graph, ++count % 20 < 10 ? 1.0 : -1.0);
+    window.paint();
+  }
+}
+
+void PanStep(benchmark::State& state) {
+  TimeSteps(state, [](Graph& graph, double direction) {
+    ZoomPan(graph, 'x', PictureRange(graph, 'x'), 0.01 * direction);
+    ZoomPan(graph, 'y', PictureRange(graph, 'y'), 0.01 * direction);
+  });
+}
+BENCHMARK(PanStep)->Arg(Calm)->Arg(Noisy)->ArgName("noisy")->Unit(benchmark::kMillisecond);
+
+void ZoomStep(benchmark::State& state) {
+  TimeSteps(state, [](Graph& graph, double direction) {
+    const DataRange x = PictureRange(graph, 'x');
+    ZoomAbout(graph, 'x', (x.min + x.max) / 2.0, direction > 0.0 ? 0.8 : 1.25);
+  });
+}
+BENCHMARK(ZoomStep)->Arg(Calm)->Arg(Noisy)->ArgName("noisy")->Unit(benchmark::kMillisecond);
+
+void PyramidOfTrace(benchmark::State& state) {
+  FillTrace(Noisy);
+  const std::span<const float> samples = Trace.SimTrace.first(MaxPoints);
+  for (auto _ : state) benchmark::DoNotOptimize(BuildPyramid(samples));
+}
+BENCHMARK(PyramidOfTrace)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace zelvane
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  benchmark::Initialize(&argc, argv);
+  zelvane::AllocateStores();
+  zelvane::ResetStores();
+  zelvane::ClearScreen();
+  zelvane::AddAllPanels();
+  zelvane::WriteAllControls();
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}
