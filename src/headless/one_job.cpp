@@ -52,9 +52,11 @@ JobScreen::JobScreen(const JobStreams& streams) : streams_(streams) {
     Message(panel.title, std::string(text) + " (cancelled)");
     return false;
   };
-  frontEnd.pump = [this] {
+  const auto takeStop = [this] {
     if (streams_.stop != nullptr && streams_.stop->load()) Result.StopRequested = 1;
   };
+  frontEnd.pump = takeStop;
+  frontEnd.breathe = takeStop;  // a point of a run can take minutes
   frontEnd.console = [this](std::string_view line) {
     ClearBar();
     streams_.err << line << '\n';
