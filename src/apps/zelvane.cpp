@@ -7,6 +7,8 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <span>
+#include <string_view>
 
 #include "desktop/desktop_front_end.h"
 #include "desktop/grabs.h"
@@ -143,7 +145,32 @@ class Desktop {
   std::unique_ptr<MainWindow> window_;
 };
 
+/// Without a display a script still gets its window, in memory; a user is told in place of the toolkit's
+/// abort.
+bool FindDisplay(std::span<char*> arguments) {
+#if defined(__linux__)
+  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+    if (qEnvironmentVariableIsSet(name)) return true;
+  }
+  bool forUser = true;
+  for (const std::string_view word : arguments) {
+    if (word == "-platform") return true;
+    for (const std::string_view option : {"--drive", "--grab", "--help", "-h", "--version"}) {
+      if (word == option || word.starts_with(std::string(option) + '=')) forUser = false;
+    }
+  }
+  if (!forUser) qputenv("QT_QPA_PLATFORM", "offscreen");
+  return !forUser;
+#else
+  return !arguments.empty();
+#endif
+}
+
 int RunProgram(int argc, char** argv) {
+  if (!FindDisplay({argv, static_cast<std::size_t>(argc)})) {
+    std::cerr << "zelvane: there is no display (DISPLAY, WAYLAND_DISPLAY). zelvane-cli needs none.\n";
+    return JobFailed;
+  }
   QApplication application(argc, argv);  // takes the toolkit's own options out of argv
   std::setlocale(LC_NUMERIC, "C");       // numbers in files have a full stop whatever the user's locale
   QApplication::setApplicationName("Zelvane");

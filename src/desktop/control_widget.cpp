@@ -19,10 +19,11 @@
 namespace zelvane {
 namespace {
 
-constexpr int FieldDigits = 7;  // as many as a 32-bit float has
-constexpr int ChipSize = 26;    // pixels
-constexpr int UnitMargin = 7;   // between unit and the field's right edge
-constexpr int WidestField = 150;
+constexpr char NotOffered[] = "NOT AVAILABLE";  // a word that only a file can choose
+constexpr int FieldDigits = 7;                  // as many as a 32-bit float has
+constexpr int ChipSize = 26;                    // pixels
+constexpr int UnitMargin = 7;                   // between unit and the field's right edge
+constexpr int WidestField = 190;
 
 /// A switch whose two words say no more than off and on.
 bool IsOnOff(const Control& control) {
@@ -105,8 +106,12 @@ void ControlWidget::place(QWidget* widget) {
 void ControlWidget::makeField() {
   field_ = new EntryField(this);
   field_->setAcceptDrops(false);  // a dropped file is the window's
-  if (control_.kind == ControlKind::Number) field_->setMaximumWidth(WidestField);
   place(field_);
+  if (control_.kind == ControlKind::Number) {
+    field_->setMaximumWidth(WidestField);
+    static_cast<QHBoxLayout*>(layout())->addStretch();
+    static_cast<QHBoxLayout*>(layout())->setStretch(0, 100);  // the rest is for what the field may not take
+  }
   connect(field_, &QLineEdit::editingFinished, this, &ControlWidget::enterTyped);
   connect(field_, &QLineEdit::textEdited, this, [this](const QString& text) {
     if (refused_) markRefused(CheckTyped(control_, text.toStdString()));
@@ -192,7 +197,10 @@ void ControlWidget::refresh() {
   const int word = static_cast<int>(control_.number) - control_.choiceBase;
   if (field_ != nullptr) {
     const bool typing = field_->isModified() && (field_->hasFocus() || refused_);
-    if (!typing && field_->text() != shown()) field_->setText(shown());
+    if (!typing && field_->text() != shown()) {
+      field_->setText(shown());
+      if (!field_->hasFocus()) field_->setCursorPosition(0);  // a long text shows its beginning
+    }
     field_->setEnabled(open);
     if (unit_ != nullptr) unit_->setEnabled(open);
   } else if (check_ != nullptr) {
@@ -204,6 +212,7 @@ void ControlWidget::refresh() {
   } else if (segments_ != nullptr) {
     for (QAbstractButton* segment : segments_->buttons()) {
       segment->setChecked(segments_->id(segment) == word);
+      if (segment->text() == NotOffered) segment->setVisible(segments_->id(segment) == word);
       segment->setEnabled(open);
     }
   } else if (chip_ != nullptr) {
@@ -213,7 +222,8 @@ void ControlWidget::refresh() {
     if (button_->text() != ToQt(control_.label)) button_->setText(ToQt(control_.label));
     button_->setEnabled(open);
   } else {
-    readout_->setText(ToQt(ShownText(control_)).trimmed());
+    const QString text = ToQt(ShownText(control_)).trimmed();
+    readout_->setText(text.isEmpty() || control_.unit.empty() ? text : text + ' ' + ToQt(control_.unit));
     readout_->setEnabled(open);
   }
 }

@@ -30,10 +30,13 @@ FormPage::FormPage(QWidget* parent) : QWidget(parent), grid_(new QGridLayout(thi
 
 void FormPage::addSection(const FormSection& section) {
   Section added;
-  if (nextRow_ > 0) grid_->setRowMinimumHeight(nextRow_++, SectionGap);
+  if (nextRow_ > 0 && section.title.isEmpty()) grid_->setRowMinimumHeight(nextRow_++, SectionGap);
   if (!section.title.isEmpty()) {
     added.title = new QLabel(section.title, this);
     added.title->setProperty("role", "section");
+    added.title->setIndent(0);
+    if (nextRow_ > 0)
+      added.title->setContentsMargins(0, SectionGap, 0, 0);  // goes with a section out of sight
     grid_->addWidget(added.title, nextRow_++, 0, 1, -1);
   }
   const int lines = static_cast<int>(section.rows.size());

@@ -9,6 +9,7 @@
 #include "desktop/text.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
+#include "shell/entry.h"
 
 namespace zelvane {
 namespace {
@@ -44,7 +45,7 @@ void MainStatus::refresh() {
   const QString path = ToQt(Model.ModelFileName);
   file_->setText(path.isEmpty() ? QStringLiteral("No model file") : QFileInfo(path).fileName());
   file_->setToolTip(path);
-  length_->setText("Sweep " + ToQt(ShownText(ControlNamed("SweepLength"))));
+  length_->setText("Sweep " + ToQt(CompactNumber(ControlNamed("SweepLength").number, 6)) + " ms");
   form_->setText(ToQt(ShownText(ControlNamed("ModelForm"))));
 }
 

@@ -123,6 +123,7 @@ QWidget* ModelPage::makeResponse() {
   header->setSpacing(4);
   auto* label = new QLabel("Monitored states", part);
   label->setProperty("role", "section");
+  label->setIndent(0);
   header->addWidget(label);
   header->addSpacing(6);
   for (int state = 1; state <= MaxStates; ++state) {

@@ -21,6 +21,7 @@ namespace zelvane {
 namespace {
 
 constexpr int Margin = 14;
+constexpr int TableWidth = 360;
 constexpr int TableHeight = 360;
 
 /// A page of sections, by the name of its tab.
@@ -84,7 +85,7 @@ void PanelDialog::addRecords(QVBoxLayout* layout) {
   }
   for (Table* table : panel_.tables) {
     tables_.push_back(new TableWidget(*table, this));
-    tables_.back()->setMinimumHeight(TableHeight);
+    tables_.back()->setMinimumSize(TableWidth, TableHeight);
     layout->addWidget(tables_.back(), 1);
   }
   for (Graph* graph : panel_.graphs) {

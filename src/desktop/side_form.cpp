@@ -5,7 +5,7 @@
 namespace zelvane {
 namespace {
 
-constexpr int FormWidth = 300;  // pixels, with the scroll bar
+constexpr int FormWidth = 346;  // pixels, with the scroll bar
 
 }  // namespace
 

@@ -8,7 +8,7 @@
 namespace zelvane {
 
 /// The named sections of a panel as one form that scrolls when the window is low.
-class SideForm : public QScrollArea {
+class SideForm : public QScrollArea {  // zelvane::Panel: a QFrame has a Panel of its own
   Q_OBJECT
  public:
   SideForm(const zelvane::Panel& panel, QWidget* parent);

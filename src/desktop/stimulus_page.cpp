@@ -23,6 +23,7 @@ constexpr int CreatorColumns = 2;
 QLabel* SectionLabel(const QString& text, QWidget* parent) {
   auto* label = new QLabel(text, parent);
   label->setProperty("role", "section");
+  label->setIndent(0);
   return label;
 }
 
@@ -70,10 +71,12 @@ QWidget* StimulusPage::makeHeader() {
   auto* part = new QWidget(this);
   auto* row = new QHBoxLayout(part);
   row->setContentsMargins(0, 0, 0, 0);
+  controls_.push_back(new ControlWidget(ControlNamed("StimMode"), part, ControlWidget::Look::Segmented));
+  row->addWidget(controls_.back());
+  row->addSpacing(Gap);
   add(row, "StimTarget");
-  add(row, "StimLogAxis");
   row->addStretch();
-  for (const char* button : {"EraseStim", "FilterStim", "StimDone"}) row->addWidget(make(button));
+  add(row, "StimLogAxis");
   return part;
 }
 
@@ -88,6 +91,7 @@ QWidget* StimulusPage::makeTable() {
   row->addWidget(make("ClearMultiStim"));
   table_ = new TableWidget(TableNamed("MultiStimTable"), part);
   table_->verticalHeader()->hide();
+  table_->setWordWrap(false);
   FitHeight(*table_);
   layout->addLayout(row);
   layout->addWidget(table_);
@@ -101,7 +105,8 @@ QWidget* StimulusPage::makeCreators() {
   grid->setSpacing(6);
   grid->addWidget(SectionLabel("Add to the stimulus shown", part), 0, 0, 1, CreatorColumns);
   int i = CreatorColumns;
-  for (const char* button : {"CreateStim", "CreateExpStim", "CreateExp", "CreateTrain"}) {
+  for (const char* button :
+       {"CreateStim", "CreateExpStim", "CreateExp", "CreateTrain", "FilterStim", "EraseStim"}) {
     grid->addWidget(make(button), i / CreatorColumns, i % CreatorColumns);
     ++i;
   }
@@ -113,16 +118,15 @@ QWidget* StimulusPage::makeSide() {
   auto* layout = new QVBoxLayout(part);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(12);
-  Control& mode = ControlNamed("StimMode");
-  auto* modeRow = new QHBoxLayout;
-  modeRow->setContentsMargins(4, 0, 10, 0);
-  controls_.push_back(new ControlWidget(mode, part, ControlWidget::Look::Segmented));
-  modeRow->addWidget(controls_.back());
   settings_ = new SideForm(panel(), part);
   settings_->form().setHidesDimmed(true);
-  layout->addLayout(modeRow);
   layout->addWidget(makeCreators());
   layout->addWidget(settings_, 1);
+  auto* done = new QHBoxLayout;
+  done->setContentsMargins(4, 0, 10, 0);
+  done->addStretch();
+  done->addWidget(make("StimDone"));
+  layout->addLayout(done);
   return part;
 }
 

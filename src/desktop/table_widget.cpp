@@ -12,6 +12,7 @@
 namespace zelvane {
 namespace {
 
+constexpr int FewColumns = 4;             // that share the width
 constexpr int MaxCopiedRows = 1'000'000;  // a clipboard of more chokes the programs that take it
 
 }  // namespace
@@ -82,6 +83,7 @@ TableWidget::TableWidget(Table& table, QWidget* parent)
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);  // millions of rows: none is measured
   horizontalHeader()->setHighlightSections(false);
+  if (table.columns <= FewColumns) horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   setToolTip(ToQt(table.help));
 }
 

@@ -2,7 +2,8 @@
 
 #include <QApplication>
 #include <QPainter>
-#include <QStyleFactory>
+#include <QProxyStyle>
+#include <QStyleOption>
 #include <QSvgRenderer>
 #include <array>
 
@@ -39,6 +40,37 @@ bool& DarkNow() {
 const Colours& Now() {
   return DarkNow() ? DarkColours() : LightColours();
 }
+
+/// Check boxes of the same weight on light and dark ground.
+class CalmStyle : public QProxyStyle {
+ public:
+  CalmStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    if (element != PE_IndicatorCheckBox) {
+      QProxyStyle::drawPrimitive(element, option, painter, widget);
+      return;
+    }
+    const bool on = option->state.testFlag(State_On);
+    const bool enabled = option->state.testFlag(State_Enabled);
+    const QColor edge = option->state.testFlag(State_HasFocus) ? Now().accent : Now().muted;
+    const QRectF box = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(on && enabled ? Now().accent : enabled ? edge : Now().border);
+    painter->setBrush(!on ? Now().base : enabled ? Now().accent : Now().border);
+    painter->drawRoundedRect(box, 3, 3);
+    if (on) {
+      painter->setPen(QPen(Now().base, box.width() / 7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+      const auto at = [&](double x, double y) {
+        return QPointF(box.left() + x * box.width(), box.top() + y * box.height());
+      };
+      painter->drawPolyline(QPolygonF{at(0.24, 0.52), at(0.43, 0.71), at(0.77, 0.3)});
+    }
+    painter->restore();
+  }
+};
 
 QPalette PaletteOf(const Colours& c) {
   QPalette palette(c.text, c.button, c.base.lighter(110), c.border.darker(120), c.border, c.text,
@@ -77,12 +109,12 @@ QPushButton:pressed { background: %7; }
 QPushButton:disabled { color: %2; }
 QPushButton:default { border-color: %5; }
 QToolButton[role="segment"] { background: %8; border: 1px solid %4; padding: 3px 10px; min-height: 18px; margin: 0; }
-QToolButton[role="segment"]:checked { background: %5; color: white; border-color: %5; }
+QToolButton[role="segment"]:checked { background: %5; color: %3; border-color: %5; }
 QToolButton[role="segment"]:disabled { color: %2; }
 QToolButton[role="segment"]:focus { border-color: %5; }
 QToolButton[role="chip"] { background: transparent; border: 1px solid %4; border-radius: 9px; padding: 0; }
 QToolButton[role="chip"]:hover, QToolButton[role="chip"]:focus { border-color: %5; }
-QToolButton[role="chip"]:checked { background: %5; color: white; border-color: %5; }
+QToolButton[role="chip"]:checked { background: %5; color: %3; border-color: %5; }
 QToolButton[role="task"] { border: none; border-radius: 6px; padding: 8px 4px; }
 QToolButton[role="task"]:hover { background: %7; }
 QToolButton[role="task"]:checked { background: %7; color: %5; font-weight: 600; }
@@ -167,7 +199,9 @@ QString ThemeWord(Theme theme) {
 void ApplyTheme(Theme theme) {
   const bool systemIsDark = SystemPalette().color(QPalette::Window).lightness() < 128;
   DarkNow() = theme == Theme::Dark || (theme == Theme::System && systemIsDark);
-  if (QApplication::style()->name() != "fusion") QApplication::setStyle(QStyleFactory::create("Fusion"));
+  static bool dressed = false;
+  if (!dressed) QApplication::setStyle(new CalmStyle);  // the application owns it
+  dressed = true;
   QApplication::setPalette(PaletteOf(Now()));
   ApplySheet(Now());
 }

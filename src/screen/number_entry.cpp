@@ -53,6 +53,11 @@ std::size_t NumberLength(std::string_view text) {
 /// the suffix does not suit the unit.
 std::optional<int> SuffixExponent(std::string_view suffix, std::string_view unit) {
   if (suffix.empty() || suffix == unit) return 0;
+  constexpr std::string_view either = " or ";  // "V or M": a stimulus of voltage or of a drug
+  if (const std::size_t at = unit.find(either); at != std::string_view::npos) {
+    const auto exponent = SuffixExponent(suffix, unit.substr(0, at));
+    return exponent ? exponent : SuffixExponent(suffix, unit.substr(at + either.size()));
+  }
   if (unit.empty() || PrefixedUnits.find(unit.back()) == std::string_view::npos) return std::nullopt;
   std::string_view fieldPrefix = unit.substr(0, unit.size() - 1);
   const int fieldExponent = TakePrefix(fieldPrefix);

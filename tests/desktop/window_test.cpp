@@ -1,0 +1,395 @@
+// The whole window, pressed as a user presses it.
+#include <QAction>
+#include <QCheckBox>
+#include <QDropEvent>
+#include <QImage>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTimer>
+#include <QToolButton>
+#include <fstream>
+#include <sstream>
+
+#include "desktop/control_widget.h"
+#include "desktop/desktop_front_end.h"
+#include "desktop/grabs.h"
+#include "desktop/graph_widget.h"
+#include "desktop/main_window.h"
+#include "desktop/panel_dialog.h"
+#include "desktop/settings.h"
+#include "desktop/task_page.h"
+#include "desktop/theme.h"
+#include "headless/drive.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "shell/application.h"
+#include "shell/recorder.h"
+#include "stimulus/stimulus_store.h"
+#include "widget_test.h"
+
+namespace zelvane {
+namespace {
+
+/// Every field of the registry but the samples of the large arrays, as one text.
+std::string StoreDigest() {
+  std::string digest;
+  for (const auto& [name, field] : AllFields()) {
+    digest += name + '=';
+    std::byte* element = field.base;
+    int last = 0;
+    std::ptrdiff_t step = 0;
+    for (int k = 0; k < field.rank; ++k) {
+      const FieldIndex& index = field.index[static_cast<std::size_t>(k)];
+      element += index.step * index.first;
+      last = std::min(index.last - index.first, 200);
+      step = index.step;
+    }
+    for (int i = 0; i <= last; ++i) digest += FieldText({&field, element + step * i}) + ' ';
+    digest += '\n';
+  }
+  return digest;
+}
+
+/// The program with its window, from data/config.mod. Popups are recorded and answered by the fixture.
+class WindowTest : public StoreTest {
+ protected:
+  WindowTest() {
+    std::filesystem::copy_file(ZELVANE_DATA "/config.mod", folder.File("config.mod"));
+    ApplyTheme(Theme::Light);
+    open();
+  }
+  ~WindowTest() override {
+    window.reset();
+    SetFrontEnd({});
+  }
+
+  void open() {
+    FrontEnd shown = frontEnd.functions();
+    shown.message = [this](std::string_view title, std::string_view text) {
+      popups.push_back({std::string(title), std::string(text)});
+    };
+    shown.confirm = [this](std::string_view, std::string_view) {
+      const bool answer = !answers.empty() && answers.front();
+      if (!answers.empty()) answers.pop_front();
+      return answer;
+    };
+    shown.files = [this](const FileRequest&) {
+      std::vector<std::string> chosen;
+      if (!choices.empty()) {
+        chosen.push_back(choices.front());
+        choices.pop_front();
+      }
+      return chosen;
+    };
+    shown.quit = [this] { quit = true; };
+    SetFrontEnd(shown);
+    StartApplication(options());
+    window = std::make_unique<MainWindow>(frontEnd, settings);
+    window->setWindowState(Qt::WindowNoState);
+    ShowAt(*window, {1280, 720});
+  }
+
+  StartOptions options() const { return {folder.Path().string(), {}, {{1.0, 2.0, 3.0}}}; }
+
+  ControlWidget* widget(const QString& control, QWidget* within = nullptr) {
+    for (auto* found : (within != nullptr ? within : window.get())->findChildren<ControlWidget*>(control)) {
+      if (found->isVisible()) return found;
+    }
+    ADD_FAILURE() << control.toStdString() << " does not show";
+    return nullptr;
+  }
+
+  void click(QWidget* target) {
+    QTest::mouseClick(target, Qt::LeftButton);
+    Settle();
+  }
+
+  /// Clicks the button, check box or segment of a text within a control.
+  void clickWord(const QString& control, const QString& word) {
+    for (auto* button : widget(control)->findChildren<QAbstractButton*>()) {
+      if (button->text() == word) click(button);
+    }
+  }
+
+  void clickControl(const QString& control) {
+    auto* button = widget(control)->findChild<QAbstractButton*>();
+    if (qobject_cast<QCheckBox*>(button) != nullptr) {
+      QTest::mouseClick(button, Qt::LeftButton, {}, {8, button->height() / 2});
+      Settle();
+    } else {
+      click(button);
+    }
+  }
+
+  QLineEdit* field(const QString& control) { return widget(control)->findChild<QLineEdit*>(); }
+
+  void type(const QString& control, const QString& text, bool enter = true) {
+    QLineEdit* edit = field(control);
+    edit->setFocus();
+    edit->selectAll();
+    QTest::keyClicks(edit, text);
+    if (enter) QTest::keyClick(edit, Qt::Key_Return);
+    Settle();
+  }
+
+  void clickTool(const char* text) {
+    for (auto* button : window->findChildren<QToolButton*>()) {
+      if (button->text() == text && button->isVisible()) return click(button);
+    }
+    ADD_FAILURE() << text << " is no tool";
+  }
+
+  void key(int key, Qt::KeyboardModifiers modifiers = {}) {
+    QWidget* target = QApplication::focusWidget() != nullptr ? QApplication::focusWidget() : window.get();
+    QTest::keyClick(target, static_cast<Qt::Key>(key), modifiers);
+    Settle();
+  }
+
+  GraphWidget* graph() { return window->page()->findChild<GraphWidget*>(); }
+
+  TemporaryFolder folder;
+  Settings settings{false};
+  DesktopFrontEnd frontEnd{settings};
+  std::unique_ptr<MainWindow> window;
+  bool quit = false;
+};
+
+TEST_F(WindowTest, ThePressOfRunShowsTheResponse) {
+  EXPECT_TRUE(GraphNamed("MainPanel").plots.empty());
+  clickTool("Run");
+  ASSERT_EQ(GraphNamed("MainPanel").plots.size(), 1U);
+  EXPECT_EQ(GraphNamed("MainPanel").plots[0].y.size(), static_cast<std::size_t>(Model.NumPoints));
+  EXPECT_EQ(Trace.TraceValid, 1);
+}
+
+TEST_F(WindowTest, StopEndsALongRunWithinATenthOfASecond) {
+  type("NumPoints", "5000000");
+  type("MaxStepSize", "1e-5");
+  QElapsedTimer sinceStop;
+  bool refusedMeanwhile = false;
+  QTimer::singleShot(150, [&] {
+    refusedMeanwhile = !Press(ControlNamed("EraseStim")).empty();
+    sinceStop.start();
+    clickTool("Stop");
+  });
+  clickTool("Run");
+  ASSERT_TRUE(sinceStop.isValid()) << "the run has ended before the stop";
+#ifndef ZELVANE_SANITIZED
+  EXPECT_LT(sinceStop.elapsed(), 300) << "0.1 s, and room for a machine that others use";
+#endif
+  EXPECT_TRUE(refusedMeanwhile);
+  EXPECT_EQ(Screen.busy, 0);
+}
+
+TEST_F(WindowTest, ANumberIsEnteredByEnterAndTakenBackByUndo) {
+  type("NumChannels", "250");
+  EXPECT_EQ(Model.NumChannels, 250);
+  key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Model.NumChannels, 100);
+  EXPECT_EQ(field("NumChannels")->text(), "100");
+  key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(Model.NumChannels, 250);
+}
+
+TEST_F(WindowTest, ATextThatIsNoNumberIsMarkedAndTheValueStays) {
+  type("NumChannels", "many");
+  EXPECT_EQ(Model.NumChannels, 100);
+  EXPECT_TRUE(field("NumChannels")->property("refused").toBool());
+  EXPECT_EQ(field("NumChannels")->toolTip(), "not a number");
+  key(Qt::Key_Escape);
+  EXPECT_EQ(field("NumChannels")->text(), "100");
+  EXPECT_FALSE(field("NumChannels")->property("refused").toBool());
+  type("VHold", "-60,5");
+  EXPECT_EQ(Model.VHold, -60.5F);
+}
+
+TEST_F(WindowTest, ARunTakesWhatIsBeingTyped) {
+  type("NumChannels", "7", false);
+  key(Qt::Key_F5);
+  EXPECT_EQ(Model.NumChannels, 7);
+  EXPECT_EQ(Trace.TraceValid, 1);
+}
+
+TEST_F(WindowTest, TheDependencePanelOpensAsADialogAndKeepsWhatIsSwitched) {
+  Press(*FindCommand("FxnDepend1Off"));
+  Settle();
+  ASSERT_EQ(window->openDialogs().size(), 1U);
+  ASSERT_EQ(Model.Depend.Drug[2][2][1], 0);
+  auto* check = widget("DependDrug[2]")->findChild<QCheckBox*>();
+  QTest::mouseClick(check, Qt::LeftButton, {}, {8, check->height() / 2});
+  clickControl("CloseDependence");
+  EXPECT_TRUE(window->openDialogs().empty());
+  EXPECT_EQ(Model.Depend.Drug[2][2][1], 1);
+}
+
+TEST_F(WindowTest, ClosingADialogIsItsPanelsOwnClose) {
+  Press(*FindCommand("FxnConductance"));
+  Settle();
+  ASSERT_EQ(window->openDialogs().size(), 1U);
+  type("StateConductance[4]", "33");
+  window->openDialogs().front()->close();
+  Settle();
+  EXPECT_FALSE(PanelVisible("ConductancePanel"));
+  EXPECT_EQ(Model.StateConductance[4], 33.0F);
+}
+
+TEST_F(WindowTest, TheTableFormComesInPlaceOfTheGridAndGoes) {
+  clickTool("Table");
+  EXPECT_EQ(Model.ModelIs2D, 0);
+  EXPECT_TRUE(PanelVisible("TableModelPanel"));
+  EXPECT_TRUE(window->openDialogs().empty()) << "the table is part of the page";
+  widget("GetGraphModel");
+  clickTool("Grid");
+  EXPECT_EQ(Model.ModelIs2D, 1);
+  EXPECT_FALSE(PanelVisible("TableModelPanel"));
+}
+
+TEST_F(WindowTest, AStepIsBuiltOnTheStimulusPage) {
+  clickTool("Stimulus");
+  EXPECT_EQ(Screen.PanelTag, "ST");
+  EXPECT_EQ(window->page()->panel().name, "StimulusPanel");
+  EXPECT_TRUE(widget("AutoValue")->isVisible());
+  clickWord("StimMode", "MANUAL");
+  EXPECT_EQ(Stimulus.StimMode, StimManual);
+  clickControl("EraseStim");
+  type("StepAmp", "2m");
+  type("StepStart", "1");
+  type("StepStop", "3");
+  clickControl("CreateStim");
+  const auto at = [](double ms) {
+    return Stimulus.Profile[static_cast<std::size_t>(Stimulus.StimTarget)]
+                           [static_cast<std::size_t>(ms / static_cast<double>(Model.ADInterval))];
+  };
+  EXPECT_EQ(at(0.5), 0.0F);
+  EXPECT_EQ(at(2.0), 0.002F);
+  EXPECT_EQ(at(4.0), 0.0F);
+  clickTool("Model");
+  EXPECT_EQ(Screen.PanelTag, "MN");
+  EXPECT_EQ(window->page()->panel().name, "MainPanel");
+}
+
+TEST_F(WindowTest, ARightClickTellsTheHelpAndChangesNothing) {
+  const std::string before = StoreDigest();
+  ControlWidget* run = widget("NumPoints");
+  QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5}, run->mapToGlobal(QPoint(5, 5)));
+  QApplication::sendEvent(run->findChild<QLineEdit*>(), &event);
+  ASSERT_EQ(popups.size(), 1U);
+  EXPECT_EQ(popups[0], (SeenPopup{"? Help", "Number of time points to simulate."}));
+  EXPECT_EQ(StoreDigest(), before);
+}
+
+TEST_F(WindowTest, TheWheelZoomsTheResponseAndADragMovesACursor) {
+  clickTool("Run");
+  Graph& record = GraphNamed("MainPanel");
+  const DataRange all = ViewRange(record, 'x');
+  GraphWidget* shown = graph();
+  Wheel(shown->findChild<QWidget*>(), {300, 100}, 2);
+  const DataRange view = ViewRange(record, 'x');
+  EXPECT_LT(view.max - view.min, 0.9 * (all.max - all.min));
+}
+
+TEST_F(WindowTest, APictureOfTheResponseIsExported) {
+  clickTool("Run");
+  choices.push_back(folder.File("response.png"));
+  graph()->saveAs(".png");
+  EXPECT_FALSE(QImage(QString::fromStdString(folder.File("response.png"))).isNull());
+}
+
+TEST_F(WindowTest, ADroppedModelOpensAndAnythingElseIsTold) {
+  const auto drop = [&](const std::string& path) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
+    QDragEnterEvent enter({40, 40}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent event({40, 40}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &event);
+    Settle();
+  };
+  drop(ZELVANE_DATA "/models/nmda_lester_1992.mod");
+  EXPECT_TRUE(popups.empty());
+  EXPECT_TRUE(Model.ModelTitle.starts_with("NMDA"));
+  EXPECT_TRUE(window->windowTitle().startsWith("nmda_lester_1992.mod"));
+  EXPECT_EQ(settings.recentFiles().size(), 1);
+  key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_TRUE(Model.ModelTitle.starts_with("AMPA")) << "opening a file can be undone";
+
+  WriteWholeFile(folder.File("junk.abf"), std::string("ABF2\0\1\2", 7));
+  for (const std::string& path : {folder.File("junk.abf"), folder.File(""), folder.File("absent")}) {
+    popups.clear();
+    drop(path);
+    ASSERT_EQ(popups.size(), 1U) << path;
+    EXPECT_EQ(popups[0].title, "! File error");
+  }
+}
+
+TEST_F(WindowTest, ARecordedSessionReplayedWithoutAWindowLeavesTheSameStores) {
+  StartRecording();
+  type("NumPoints", "4000");
+  answers = {true};
+  type("VHold", "-61,5");  // "Replace voltage protocol with new Vhold?"
+  clickControl("ChannelsGaussian");
+  clickTool("Stimulus");
+  clickWord("StimMode", "MANUAL");
+  type("StepAmp", "2m");
+  clickControl("CreateStim");
+  clickTool("Model");
+  Press(*FindCommand("FxnDepend2On"));
+  Settle();
+  clickControl("DependDrug[3]");
+  clickControl("CloseDependence");
+  clickTool("Table");
+  clickTool("Run");
+  std::string script;
+  for (const std::string& line : StopRecording()) script += line + '\n';
+  const std::string live = StoreDigest();
+  const std::vector<float> trace(Trace.SimTrace.begin(), Trace.SimTrace.begin() + 4000);
+  EXPECT_EQ(Model.VHold, -61.5F);
+  window.reset();
+
+  std::istringstream in(script);
+  std::ostringstream out;
+  EXPECT_EQ(RunDrive(in, out, options()), 0) << script << out.str();
+  EXPECT_EQ(StoreDigest(), live) << script;
+  EXPECT_TRUE(std::equal(trace.begin(), trace.end(), Trace.SimTrace.begin()));
+}
+
+TEST_F(WindowTest, ClosingAsksAndNoLeavesEverythingRunning) {
+  answers = {false};
+  window->close();
+  Settle();
+  EXPECT_FALSE(quit);
+  EXPECT_TRUE(window->isVisible());
+  answers = {true};
+  window->close();
+  EXPECT_TRUE(quit);
+}
+
+TEST_F(WindowTest, AScriptPlaysAgainstTheWindowAndTellsWhatItCouldNotDo) {
+  WriteWholeFile(folder.File("good.drive"),
+                 "enter NumPoints 3000\npress AcquireData\npress FxnConductance\n");
+  window->playScript(QString::fromStdString(folder.File("good.drive")));
+  Settle();
+  EXPECT_EQ(Model.NumPoints, 3000);
+  EXPECT_EQ(field("NumPoints")->text(), "3000");
+  EXPECT_EQ(window->openDialogs().size(), 1U);
+  EXPECT_TRUE(popups.empty());
+  WriteWholeFile(folder.File("bad.drive"), "enter NoSuchControl 1\n");
+  window->playScript(QString::fromStdString(folder.File("bad.drive")));
+  ASSERT_EQ(popups.size(), 1U);
+  EXPECT_NE(popups[0].text.find("NoSuchControl"), std::string::npos);
+}
+
+TEST_F(WindowTest, PicturesOfEveryVisiblePanelAreSaved) {
+  Press(*FindCommand("FxnConductance"));
+  ASSERT_TRUE(GrabPanels(*window, QString::fromStdString(folder.File("pictures"))));
+  const QImage page(QString::fromStdString(folder.File("pictures/MainPanel.png")));
+  EXPECT_EQ(page.size(), QSize(1280, 720));
+  EXPECT_FALSE(QImage(QString::fromStdString(folder.File("pictures/ConductancePanel.png"))).isNull());
+  EXPECT_FALSE(GrabPanels(*window, QString::fromStdString(folder.File("config.mod")) + "/within"));
+}
+
+}  // namespace
+}  // namespace zelvane
