@@ -78,8 +78,9 @@ void ClearSamples(int samples) {
   ClearUsed(Trace.SimTrace, Trace.SimTraceUsed, samples);
 }
 
-void ConvertTrace(bool erase) {
+bool ConvertTrace(bool erase) {
   if (Model.FitActive == 0) ReadRunParameters();
+  if (!RunHasLength()) return false;
   ClearSamples(Trace.SimTraceUsed);
   const int samples = std::clamp(Model.NumPoints, 0, MaxStimPoints);
   const std::span<float> trace = Trace.SimTrace.first(static_cast<std::size_t>(samples));
@@ -94,6 +95,7 @@ void ConvertTrace(bool erase) {
   if (Model.AutoNoise != 0) AddNoise(trace);
   if (Model.AutoFilter != 0) GaussianFilter(trace, Model.AutoFilterFc);
   PlotTrace(erase);
+  return true;
 }
 
 void RefreshTrace() {
@@ -106,7 +108,7 @@ void RefreshTrace() {
     return;
   }
   if (Trace.RsCorrected != 0 && !ConfirmPopup(WarningTitle, RemovesCorrection)) return;
-  ConvertTrace(true);
+  if (!ConvertTrace(true)) return;
   Trace.RsCorrected = 0;
   Trace.TraceUnits = Model.DisplayUnits;
 }

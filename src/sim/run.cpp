@@ -40,13 +40,6 @@ void ClassifyConductances() {
   }
 }
 
-/// Whether there is something to run: a panel or a file can bring no points, or points without time.
-bool HasLength() {
-  if (Model.NumPoints >= 1 && Model.ADInterval > 0.0F) return true;
-  if (TalksToUser()) MessagePopup(ErrorTitle, NoLength);
-  return false;
-}
-
 void TellOfEquilibrium() {
   if (TalksToUser() && Model.StartAtEquilibrium != 0) MessagePopup(WarningTitle, NoEquilibrium);
 }
@@ -106,6 +99,12 @@ void RunIntegrator() {
 
 }  // namespace
 
+bool RunHasLength() {
+  if (Model.NumPoints >= 1 && Model.ADInterval > 0.0F) return true;
+  if (TalksToUser()) MessagePopup(ErrorTitle, NoLength);
+  return false;
+}
+
 void RunSimulation(int numPoints) {
   Model.NumPoints = numPoints;
   if (TalksToUser()) {
@@ -113,18 +112,18 @@ void RunSimulation(int numPoints) {
     ReadRunParameters();
   }
   LimitNumPoints();
-  if (!HasLength()) return;
+  if (!RunHasLength()) return;
   Result.StopRequested = 0;
   Noise.RecordPoints = Model.NumPoints;
   TellOfEquilibrium();
   if (TalksToUser()) ReadRates();
   if (Model.ModelIs2D == 0) ActivateTableModel();
   Trace.TraceUnits = Model.DisplayUnits;
+  Trace.TraceValid = 0;  // from here on the trace is empty, also after a refusal
   ClearSamples(Model.NumPoints);
   ClearOccupancy(Model.NumPoints + 1);  // the fixed-step integrator also fills the point behind the last
   if (Model.ModelIs2D != 0) RatesFromGrid();
   if (!SchemeIsConnected()) return;
-  Trace.TraceValid = 0;
   if (TalksToUser()) ShowDataName();
   if (Model.SimulatorKind == MonteCarlo) {
     RunMonteCarlo();

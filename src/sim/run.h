@@ -1,6 +1,6 @@
 // The run driver: the one road from a committed scheme to a result.
 //
-//   Running     RunSimulation
+//   Running     RunSimulation  RunHasLength
 //   The trace   ConvertTrace  RefreshTrace  ClearTrace  AxisDecimals
 //   Clearing    ClearOccupancy  ClearSamples
 //
@@ -19,18 +19,23 @@ void RunSimulation(int numPoints);
 
 /// Turns `Result.Occupancy` into `Trace.SimTrace` by `Model.DisplayUnits`, adds noise and filter if asked,
 /// and plots. With `erase` the plots already on the graph are removed first. While a fit runs nothing is
-/// plotted.
+/// plotted. False when the panels hold no points or no time between them: the user is told and the trace
+/// stays.
 ///
 /// Sample p - 1 is the sum over the monitored states of a factor times the occupancy at point p, in 32-bit
 /// floats, state after state. The factor is the number of channels, times the conductance (pS), times driving
 /// force (V) and valence (pA), or 1 for a probability. Saved steps of an adaptive run go through their
 /// spline.
-void ConvertTrace(bool erase);
+bool ConvertTrace(bool erase);
 
 /// Converts the occupancies of the last run again with the present monitored states and units, and plots them
 /// in place of what the graph showed. Refuses a resampled trace; asks before it gives up a correction for
 /// series resistance; plots the trace of cooperative subunits as it stands.
 void RefreshTrace();
+
+/// Whether the run settings have points and time between them: a panel or a file can bring neither. If not,
+/// the user is told, unless a fit runs.
+bool RunHasLength();
 
 /// Empties the trace: SimTrace 0, TraceValid 0, the main graph without plots.
 void ClearTrace();
