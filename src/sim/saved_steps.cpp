@@ -35,14 +35,12 @@ std::vector<double> SecondDerivatives(std::span<const double> x, std::span<const
   return second;
 }
 
-/// What one channel in each state adds to the trace at point `p` of the stimulus; 0 for states not monitored
-/// and for those that are off, whose occupancy counts as 0.
+/// What one channel in each state adds to the trace at point `p` of the stimulus; 0 for states not monitored.
 std::array<float, MaxStates + 1> TraceFactors(int p) {
-  const auto& on = Model.ModelIs2D != 0 ? Model.StateOn : Model.TableStateOn;
   const float channels = Result.EffectiveChannels;
   std::array<float, MaxStates + 1> factor{};
   for (std::size_t s = 1; s <= MaxStates; ++s) {
-    if (Model.StateMonitored[s] == 0 || on[s] == 0) continue;
+    if (Model.StateMonitored[s] == 0) continue;
     const float conductance = Model.StateConductance[s];
     switch (Model.DisplayUnits) {
       case UnitsChannels:
@@ -62,11 +60,9 @@ std::array<float, MaxStates + 1> TraceFactors(int p) {
   return factor;
 }
 
-/// Sum over the monitored states at saved step `q`.
-float ValueOfStep(std::size_t q) {
-  const double points = static_cast<double>(Result.SavedTime[q]) / static_cast<double>(Model.ADInterval);
-  const double point = std::clamp(points, 0.0, static_cast<double>(MaxStimPoints));
-  const auto factor = TraceFactors(static_cast<int>(point) + Result.IntegrationOffset);
+/// Sum over the monitored states at saved step `q`, with the voltage of point `p`.
+float SumAtStep(std::size_t q, int p) {
+  const auto factor = TraceFactors(p);
   float value = 0.0F;
   for (std::size_t s = 1; s <= MaxStates; ++s) {
     if (factor[s] != 0.0F) value += factor[s] * Result.Occupancy[s][q];
@@ -74,15 +70,19 @@ float ValueOfStep(std::size_t q) {
   return value;
 }
 
-/// The samples before integration starts: the start occupancies. Only a current follows the voltage there.
+float ValueOfStep(std::size_t q) {
+  const double points = static_cast<double>(Result.SavedTime[q]) / static_cast<double>(Model.ADInterval);
+  const double point =
+      points > 0.0 ? std::min(points, static_cast<double>(MaxStimPoints)) : 0.0;  // nan as well
+  return SumAtStep(q, static_cast<int>(point) + Result.IntegrationOffset);
+}
+
+/// The samples before integration starts: the start occupancies of the run, as its first step holds them,
+/// whatever the panels have become since. Only a current follows the voltage there.
 void FillStart(std::span<float> samples) {
   float value = 0.0F;
   for (std::size_t i = 0; i < samples.size(); ++i) {
-    if (i == 0 || Model.DisplayUnits == UnitsCurrent) {
-      const auto factor = TraceFactors(static_cast<int>(i));
-      value = 0.0F;
-      for (std::size_t s = 1; s <= MaxStates; ++s) value += factor[s] * Model.StartOccupancy[s];
-    }
+    if (i == 0 || Model.DisplayUnits == UnitsCurrent) value = SumAtStep(1, static_cast<int>(i));
     samples[i] = value;
   }
 }
