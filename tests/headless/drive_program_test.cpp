@@ -1,4 +1,6 @@
 // The command language over the whole program: start-up, seeds, a run from typed values to its trace.
+#include <sstream>
+
 #include "headless/drive.h"
 #include "support/drive_test.h"
 
@@ -57,6 +59,53 @@ TEST_F(DriveTest, SeedsMakeNoiseRepeat) {
   const auto once = Run(noisy);
   EXPECT_EQ(once, Run(noisy));
   EXPECT_NE(once.back()["value"][0], once.back()["value"][1]);
+}
+
+TEST_F(DriveTest, HelpAndPrintingAreTold) {
+  const auto lines = Run("press FxnHotKey\nanswer yes\npress StimHelp\npress PrintMainScreen\n");
+  ASSERT_EQ(lines.size(), 4U);
+  EXPECT_EQ(lines[0], nlohmann::json::parse(R"({"help":1001})"));
+  EXPECT_EQ(lines[1].at("popup"), "confirm");
+  EXPECT_EQ(lines[2], nlohmann::json::parse(R"({"help":22000})"));
+  EXPECT_EQ(lines[3], nlohmann::json::parse(R"({"print":"MainPanel"})"));
+}
+
+TEST_F(DriveTest, AFileOpensByNameAndWhatIsNoModelIsTold) {
+  const auto lines = Run("open " ZELVANE_DATA
+                         "/models/nmda_lester_1992.mod\nget ModelTitle\n"
+                         "press FxnUndo\nget ModelTitle\nopen /no/such/file\n");
+  ASSERT_EQ(lines.size(), 3U);
+  EXPECT_TRUE(lines[0].at("value").get<std::string>().starts_with("NMDA"));
+  EXPECT_EQ(lines[1].at("value"), "");
+  EXPECT_EQ(lines[2].at("title"), "! File error");
+}
+
+TEST_F(DriveTest, AScriptRunsUnderAWindowWhichIsToldOfEveryChange) {
+  int changes = 0;
+  int lines = 0;
+  int shownHelp = -1;
+  DriveHost host;
+  host.frontEnd.panelChanged = [&](Panel&) { ++changes; };
+  host.frontEnd.help = [&](int topic) {
+    shownHelp = topic;
+    return true;
+  };
+  host.frontEnd.message = [](std::string_view, std::string_view) { ADD_FAILURE() << "a script answers"; };
+  host.afterLine = [&] { ++lines; };
+  bool started = false;
+  host.started = [&] { started = true; };
+  std::istringstream script("help NumPoints\nenter NumPoints 300\npress FxnHotKey\n");
+  std::ostringstream out;
+  EXPECT_EQ(RunDrive(script, out, {folder.Path().string(), {}, {}}, host), 0);
+  EXPECT_TRUE(started);
+  EXPECT_EQ(lines, 3);
+  EXPECT_GT(changes, 0);
+  EXPECT_EQ(shownHelp, 1001);
+
+  std::istringstream more("get NumPoints\n");  // within the program that runs
+  std::ostringstream answer;
+  EXPECT_EQ(PlayDrive(more, answer, {}), 0);
+  EXPECT_EQ(answer.str(), "{\"name\":\"NumPoints\",\"value\":300}\n");
 }
 
 TEST_F(DriveTest, AScriptOfGarbageNeverEndsTheProgramEarly) {
