@@ -164,9 +164,10 @@ StimFileReader SetStimFileReader(StimFileReader reader) {
 
 void StimRebuild() {
   StimReadControls();
-  if (Stimulus.StimMode == StimUnavailable) LeaveUnavailableMode();
   if (Stimulus.StimMode == StimAutomatic && Model.FitActive == 0) BuildAutomaticStep();
   if (Stimulus.StimMode == StimUser) RebuildUserStimulus();
+  // Comes last: the USER mode that it leads to asks for its file at the next rebuild.
+  if (Stimulus.StimMode == StimUnavailable) LeaveUnavailableMode();
   ShowStimulusFacts();
 }
 
