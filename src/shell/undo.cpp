@@ -26,7 +26,8 @@ constexpr std::string_view NotSettings[] = {
     "RateMatrix[][]", "TableStateOn[]",  "ResultKind",   "KeptSteps",         "IntegrationOffset",
     "ReductionCount", "StopRequested",   "StateClass[]", "EffectiveChannels", "TraceValid",
     "TraceParsed",    "RsCorrected",     "EpisodeCount", "EpisodeIndex",      "TraceFileName",
-    "RecordPoints",   "ResultsFileName", "FitActive",    "StimFromFile",      "ViewedPoints"};
+    "RecordPoints",   "ResultsFileName", "FitActive",    "StimFromFile",      "ViewedPoints",
+    "TraceUnits"};
 
 /// Arrays with more elements than this hold samples, not settings.
 constexpr int MaxSettingElements = 4096;
