@@ -6,11 +6,13 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <limits>
 
 #include "headless/drive.h"
 #include "headless/model_command.h"
 #include "headless/simulate_command.h"
 #include "model/model_store.h"
+#include "screen/fields.h"
 
 namespace zelvane {
 namespace {
@@ -141,6 +143,14 @@ constexpr int SimulatorCodes[] = {FixedStepIntegrator, AdaptiveIntegrator};
 const std::vector<std::string> UnitWords = {"channels", "pS", "pA", "probability"};
 constexpr int UnitCodes[] = {UnitsChannels, UnitsConductance, UnitsCurrent, UnitsProbability};
 
+/// Why a word is no time between points; empty when it is one. It is kept as a 32-bit float.
+std::string IntervalFault(const std::string& word) {
+  const auto intervalMs = ParseNumber(word);
+  const bool good = intervalMs && static_cast<float>(*intervalMs) > 0.0F &&
+                    *intervalMs <= static_cast<double>(std::numeric_limits<float>::max());
+  return good ? "" : word + " is no time above 0 ms";
+}
+
 CLI::App* AddSimulate(CLI::App& app, SimulateArguments& arguments) {
   CLI::App* simulate = app.add_subcommand("simulate", SimulateText)->footer(SimulateFooter);
   SimulateOptions& options = arguments.options;
@@ -151,7 +161,7 @@ CLI::App* AddSimulate(CLI::App& app, SimulateArguments& arguments) {
       ->check(CLI::Range(1, MaxPoints).description(""))
       ->type_name("N");
   simulate->add_option("--interval", options.intervalMs, "time between points")
-      ->check(CLI::PositiveNumber.description(""))
+      ->check(CLI::Validator(IntervalFault, ""))
       ->type_name("MS");
   AddWords(*simulate, "--units", arguments.units, UnitWords, "of the trace");
   simulate->add_option("--set", options.settings, "set any store field (may be repeated)")
