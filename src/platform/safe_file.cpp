@@ -97,14 +97,39 @@ void FlushFolder(const fs::path& folder) {
   ::close(handle);
 }
 
-/// A new file, open for writing, with the permissions that a new file has here.
+/// The name under which the system shows an open file of this process.
+std::string DescriptorPath(int file) {
+  return "/proc/self/fd/" + std::to_string(file);
+}
+
+/// A new file, open for writing, with the permissions that a new file has here. Where the system can, it has
+/// no name yet, and `name` stays empty: a process killed now leaves nothing behind.
 int CreateTemporary(const fs::path& target, fs::path& name) {
+#if defined(O_TMPFILE)
+  const int unnamed = ::open(FolderOf(target).c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0666);
+  if (unnamed >= 0 && ::access(DescriptorPath(unnamed).c_str(), F_OK) == 0) return unnamed;
+  if (unnamed >= 0) ::close(unnamed);
+#endif
   for (int attempt = 0; attempt < NameAttempts; ++attempt) {
     name = TemporaryName(target);
     const int file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (file >= 0 || errno != EEXIST) return file;
   }
   return -1;
+}
+
+/// Gives a file from CreateTemporary a name where it has none. Only a file with a name can take the place of
+/// another one.
+bool NameTemporary(int file, const fs::path& target, fs::path& name) {
+  for (int attempt = 0; name.empty() && attempt < NameAttempts; ++attempt) {
+    const fs::path chosen = TemporaryName(target);
+    const std::string source = DescriptorPath(file);
+    if (::linkat(AT_FDCWD, source.c_str(), AT_FDCWD, chosen.c_str(), AT_SYMLINK_FOLLOW) == 0)
+      name = chosen;
+    else if (errno != EEXIST)
+      return false;
+  }
+  return !name.empty();
 }
 
 bool Replace(const fs::path& target, const NextBlock& nextBlock) {
@@ -117,12 +142,12 @@ bool Replace(const fs::path& target, const NextBlock& nextBlock) {
   for (std::string_view block = nextBlock(); good && !block.empty(); block = nextBlock())
     good = WriteAll(file, block);
   TakeOverRights(file, target);
-  good = ::fsync(file) == 0 && good;
+  good = good && ::fsync(file) == 0 && NameTemporary(file, target, temporary);
   good = ::close(file) == 0 && good;
   good = good && ::rename(temporary.c_str(), target.c_str()) == 0;
   if (good) {
     FlushFolder(FolderOf(target));
-  } else {
+  } else if (!temporary.empty()) {
     ::unlink(temporary.c_str());
   }
   return good;
