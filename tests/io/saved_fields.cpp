@@ -32,39 +32,20 @@ struct Range {
 };
 
 /// Ranges of the fields that a file's reader holds to one.
-const std::map<std::string, Range> Ranges{{"StateOn[]", {0, 1}},
-                                          {"NumPoints", {100'000, 5'000'001}},
-                                          {"Autosave", {0, 1}},
-                                          {"AutosaveFormat", {0, 1}},
-                                          {"Precision", {0.125, 1000}},
-                                          {"AutoGenFitLims", {0, 1}},
-                                          {"WaveFitFixOn", {0, 1}},
-                                          {"WaveFitLimitsOn", {0, 1}},
-                                          {"WaveFitAutoSeed", {0, 1}},
-                                          {"FitLimsXFold", {2, 100}},
-                                          {"FitPeakSearchPts", {500, 5000}},
-                                          {"FitNumIterations", {10, 500}},
-                                          {"FitNumRestarts", {1, 50}},
-                                          {"FitPeakAve", {1, 50}},
-                                          {"FitDualSpeed", {0, 50}},
-                                          {"FitStepSize", {0.5, 8}},
-                                          {"StartAtEquilibrium", {0, 1}},
-                                          {"FitStartAtEquilibrium", {0, 1}},
-                                          {"AutoFilterFc", {0, 50}},
-                                          {"StepRamp", {0, 1}},
-                                          {"TrainExpFlag", {0, 1}},
-                                          {"TrainRiseFlag", {0, 1}},
-                                          {"TrainCount", {0, 1'000'000}},
-                                          {"AutoDrugOrVolt", {0, 1}},
-                                          {"AutoSaveMeasures", {0, 1}},
-                                          {"VerifyMeasures", {0, 1}},
-                                          {"AnalysisDisplay[]", {0, 1}},
-                                          {"RsCmAuto", {0, 1}},
-                                          {"LatencyFrac", {0, 1}},
-                                          {"FitFilterFc", {0.125, 20}},
-                                          {"AlignRange", {-9, 1}},
-                                          {"AnalysisTolerance", {0.125, 8}},
-                                          {"FitAlignChoice", {0, 1}}};
+// clang-format off
+const std::map<std::string, Range> Ranges{
+    {"StateOn[]", {0, 1}}, {"NumPoints", {100'000, 5'000'001}}, {"Autosave", {0, 1}},
+    {"AutosaveFormat", {0, 1}}, {"Precision", {0.125, 1000}}, {"AutoGenFitLims", {0, 1}},
+    {"WaveFitFixOn", {0, 1}}, {"WaveFitLimitsOn", {0, 1}}, {"WaveFitAutoSeed", {0, 1}},
+    {"FitLimsXFold", {2, 100}}, {"FitPeakSearchPts", {500, 5000}}, {"FitNumIterations", {10, 500}},
+    {"FitNumRestarts", {1, 50}}, {"FitPeakAve", {1, 50}}, {"FitDualSpeed", {0, 50}},
+    {"FitStepSize", {0.5, 8}}, {"StartAtEquilibrium", {0, 1}}, {"FitStartAtEquilibrium", {0, 1}},
+    {"AutoFilterFc", {0, 50}}, {"StepRamp", {0, 1}}, {"TrainExpFlag", {0, 1}}, {"TrainRiseFlag", {0, 1}},
+    {"TrainCount", {0, 1'000'000}}, {"AutoDrugOrVolt", {0, 1}}, {"AutoSaveMeasures", {0, 1}},
+    {"VerifyMeasures", {0, 1}}, {"AnalysisDisplay[]", {0, 1}}, {"RsCmAuto", {0, 1}},
+    {"LatencyFrac", {0, 1}}, {"FitFilterFc", {0.125, 20}}, {"AlignRange", {-9, 1}},
+    {"AnalysisTolerance", {0.125, 8}}, {"FitAlignChoice", {0, 1}}};
+// clang-format on
 
 constexpr std::ptrdiff_t LargeArray = 100'000;
 
