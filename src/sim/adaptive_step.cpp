@@ -25,6 +25,7 @@ constexpr float SmallError = 0.000189F;
 constexpr float MostGrowth = 5.0F;
 
 /// Where the stepping loop stands. Times are seconds.
+// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): there is one a run; its order is for readers
 struct Stepper {
   const AdaptiveRun& run;
   StimulusCursor cursor;

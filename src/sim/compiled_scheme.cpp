@@ -71,7 +71,7 @@ struct Term {
 };
 
 struct TermList {
-  std::array<Term, 2 * MaxRates> term{};
+  std::array<Term, MaxTerms> term{};
   int count = 0;
 };
 

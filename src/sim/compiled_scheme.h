@@ -19,6 +19,7 @@ namespace zelvane {
 inline constexpr int MaxLanes = 24;     // MaxStates, filled up to whole vectors of 8
 inline constexpr int MaxTermRows = 40;  // an inflow and an outflow for each of 20 states
 inline constexpr int MaxRates = MaxStates * (MaxStates - 1);
+inline constexpr std::size_t MaxTerms = std::size_t{2} * MaxRates;
 
 /// Rows of terms over lanes, in the layout that vectors are loaded from.
 template <typename T>
@@ -47,6 +48,7 @@ struct FactorSlot {
   int kind = 0;
 };
 
+// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): there is one a run; its order is for readers
 struct CompiledScheme {
   // -- Lanes: the states that are on, and states that are off but feed one that is on, in rising order --
   int lanes = 0;
@@ -66,7 +68,7 @@ struct CompiledScheme {
   int slots = 0;
   int coefficients = 0;
   std::array<FactorKind, MaxRates> kind{};
-  std::array<FactorSlot, 2 * MaxRates> slot{};
+  std::array<FactorSlot, MaxTerms> slot{};
   std::array<double, MaxRates> coefficient{};  // 1/V, each once
 };
 
@@ -89,7 +91,7 @@ struct StimulusStretch {
   int first = 0;  // points first..end - 1
   int end = 0;
   float endTime =
-      0;  // s, the earliest time whose point is not below `end`; infinity at the end of the profiles
+      0.0F;  // s, the earliest whose point is not below `end`; infinity at the end of the profiles
   std::int64_t lastUse = 0;
   TermTable<float> factor;
 };

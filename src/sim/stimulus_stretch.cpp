@@ -25,10 +25,12 @@ int ConstantUntil(std::span<const float> profile, int first, int end) {
   const float* p = profile.data();
   int i = first + 1;
   // A block that equals itself moved by one point holds one value.
-  while (end - i >= block && SameBits(p[i - 1], p[i]) &&
-         std::memcmp(p + i - 1, p + i, block * sizeof(float)) == 0) {
-    i += block;
-  }
+  const auto wholeBlock = [&] {
+    const void* here = p + i - 1;
+    const void* moved = p + i;
+    return SameBits(p[i - 1], p[i]) && std::memcmp(here, moved, block * sizeof(float)) == 0;
+  };
+  while (end - i >= block && wholeBlock()) i += block;
   while (i < end && SameBits(p[i - 1], p[i])) ++i;
   return i;
 }

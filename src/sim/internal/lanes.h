@@ -116,7 +116,7 @@ ZELVANE_INLINE bool AnyOutside(const Lanes& y, float low, float high) {
 }
 
 ZELVANE_INLINE bool AnyBitDiffers(const Lanes& a, const Lanes& b) {
-  return std::memcmp(&a, &b, sizeof a) != 0;
+  return std::memcmp(&a, &b, sizeof a) != 0;  // NOLINT(bugprone-suspicious-memory-comparison): bits are meant
 }
 
 #endif

@@ -47,11 +47,11 @@ ZELVANE_INLINE void Derivatives(const CompiledScheme& scheme, const TermTable<fl
 /// Loads W vectors from the lanes of a state vector, and back.
 template <int W>
 ZELVANE_INLINE void Load(const float* from, Lanes (&y)[W]) {
-  for (int w = 0; w < W; ++w) y[w] = LoadLanes<Lanes>(from + w * LanesPerVector);
+  for (std::size_t w = 0; w < W; ++w) y[w] = LoadLanes<Lanes>(from + w * LanesPerVector);
 }
 template <int W>
 ZELVANE_INLINE void Store(float* to, const Lanes (&y)[W]) {
-  for (int w = 0; w < W; ++w) StoreLanes(to + w * LanesPerVector, y[w]);
+  for (std::size_t w = 0; w < W; ++w) StoreLanes(to + w * LanesPerVector, y[w]);
 }
 
 /// The occupancies `start`, indexed by state, in lanes. Adding 0 turns -0 to 0.
