@@ -22,4 +22,4 @@ need_packages() {
 # What building takes, what the desktop program takes beside it, and what the tests take.
 build_packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev)
 desktop_packages=(qt6-base-dev libqcustomplot-dev qt6-svg-dev fonts-dejavu-core)
-test_packages=(xvfb libgtest-dev libbenchmark-dev)
+test_packages=(xvfb xauth libgtest-dev libbenchmark-dev)

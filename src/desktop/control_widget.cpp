@@ -23,7 +23,7 @@ constexpr char NotOffered[] = "NOT AVAILABLE";  // a word that only a file can c
 constexpr int FieldDigits = 7;                  // as many as a 32-bit float has
 constexpr int ChipSize = 26;                    // pixels
 constexpr int UnitMargin = 7;                   // between unit and the field's right edge
-constexpr int WidestField = 190;
+constexpr int WidestField = 210;
 
 /// A switch whose two words say no more than off and on.
 bool IsOnOff(const Control& control) {

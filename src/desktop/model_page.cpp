@@ -19,7 +19,7 @@ namespace zelvane {
 namespace {
 
 constexpr char TablePanelName[] = "TableModelPanel";
-constexpr int SchemeShare = 11;  // of the page's height, against the response's
+constexpr int SchemeShare = 10;  // of the page's height, against the response's
 constexpr int ResponseShare = 9;
 constexpr int HeaderGap = 6;
 
@@ -51,6 +51,7 @@ ModelPage::ModelPage(Panel& panel, QWidget* parent) : TaskPage(panel, parent) {
   splitter->setChildrenCollapsible(false);
   splitter->addWidget(makeScheme());
   splitter->addWidget(makeResponse());
+  splitter->setSizes({100 * SchemeShare, 100 * ResponseShare});
   splitter->setStretchFactor(0, SchemeShare);
   splitter->setStretchFactor(1, ResponseShare);
   settings_ = new SideForm(panel, this);

@@ -76,7 +76,7 @@ QWidget* StimulusPage::makeHeader() {
   row->addSpacing(Gap);
   add(row, "StimTarget");
   row->addStretch();
-  add(row, "StimLogAxis");
+  row->addWidget(make("StimLogAxis"));  // its words say what it is
   return part;
 }
 
