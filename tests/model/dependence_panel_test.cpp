@@ -1,7 +1,7 @@
 // The panel on which one rate's dependence is set.
 #include "model/model.h"
 #include "model/model_panels.h"
-#include "pressing.h"
+#include "support/pressing.h"
 #include "support/store_test.h"
 
 namespace zelvane {
@@ -10,16 +10,14 @@ namespace {
 using DependencePanelTest = PanelTest;
 
 TEST_F(DependencePanelTest, OpensForTheRateOfItsButton) {
-  struct Case {
-    const char* command;
-    const char* code;
-  };
-  for (const Case& c :
-       {Case{"FxnDepend1On", "102"}, Case{"FxnDepend31Off", "2019"}, Case{"FxnDepend15On", "712"},
-        Case{"fxndep1207", "1207"}, Case{"fxndep0120", "120"}}) {
-    PressCommand(c.command);
+  for (const auto& [command, code] : {std::pair{"FxnDepend1On", "102"},
+                                      {"FxnDepend31Off", "2019"},
+                                      {"FxnDepend15On", "712"},
+                                      {"fxndep1207", "1207"},
+                                      {"fxndep0120", "120"}}) {
+    PressCommand(command);
     EXPECT_TRUE(PanelVisible("DependencePanel"));
-    EXPECT_EQ(Shown("DependCode"), c.code);
+    EXPECT_EQ(Shown("DependCode"), code);
   }
 }
 
@@ -76,14 +74,17 @@ TEST_F(DependencePanelTest, ShowsTheCoefficientInBothForms) {
   EXPECT_EQ(Shown("DependGrowth"), "Voltage    kv=k exp(40.97683 Vh)");  // 11603 / 283.16
 }
 
-TEST_F(DependencePanelTest, AFlagOfTwoShowsTheSecondSwitchAndGoesWithTheNextClose) {
+TEST_F(DependencePanelTest, WhatAFileBringsIsShownAndClosedAway) {
+  PressCommand("FxnDepend1On");
   Model.Depend.Volt[1][2] = 2;
+  Model.Depend.Steepness[1][2] = 2.0F;
   RefreshModelPanels();
   EXPECT_EQ(ControlNamed("KOn[1]").colour, "green");
-  PressCommand("FxnDepend1On");
   EXPECT_EQ(ControlNumber("DependVolt"), 2.0);
+  EXPECT_EQ(ControlNumber("DependSteepness"), 2.0);
   PressCommand("FxnExitConc");
-  EXPECT_EQ(Model.Depend.Volt[1][2], 0);
+  EXPECT_EQ(Model.Depend.Steepness[1][2], 2.0F) << "an open panel does not overwrite the file's";
+  EXPECT_EQ(Model.Depend.Volt[1][2], 0) << "a flag of two goes with the next close";
 }
 
 TEST_F(DependencePanelTest, OpeningAnotherRateKeepsWhatWasSetForTheFirst) {
@@ -94,15 +95,6 @@ TEST_F(DependencePanelTest, OpeningAnotherRateKeepsWhatWasSetForTheFirst) {
   ClosePanel(PanelNamed("DependencePanel"));
   EXPECT_EQ(Model.Depend.Drug[1][1][2], 1);
   EXPECT_EQ(Model.Depend.Drug[1][2][1], 0);
-}
-
-TEST_F(DependencePanelTest, AnotherModelIsNotOverwrittenByAnOpenPanel) {
-  PressCommand("FxnDepend1On");
-  Model.Depend.Steepness[1][2] = 2.0F;  // as a file read meanwhile would
-  RefreshModelPanels();
-  EXPECT_EQ(ControlNumber("DependSteepness"), 2.0);
-  PressCommand("FxnExitConc");
-  EXPECT_EQ(Model.Depend.Steepness[1][2], 2.0F);
 }
 
 TEST_F(DependencePanelTest, AValueBeyondAFloatIsHeldToItsBound) {

@@ -1,7 +1,7 @@
 // The table's panel, the switch between the forms and the transfers.
 #include "model/model.h"
 #include "model/model_panels.h"
-#include "pressing.h"
+#include "support/pressing.h"
 #include "support/store_test.h"
 
 namespace zelvane {
@@ -21,18 +21,6 @@ TEST_F(FormsPanelTest, ThereAre380CellsWithTheirButtonsAndNoDiagonal) {
   EXPECT_EQ(FindControl("TableRate[7][7]"), nullptr);
 }
 
-TEST_F(FormsPanelTest, ACellTakesOverAllCellsAndIsMarkedUnlessZero) {
-  PressCommand("FxnTableModel");
-  TypeOnly("TableRate[20][19]", "12");
-  Enter("TableRate[1][7]", "3.5");
-  EXPECT_EQ(Model.TableRate[1][7], 3.5F);
-  EXPECT_EQ(Model.TableRate[20][19], 12.0F);
-  EXPECT_EQ(ControlNamed("TableRate[1][7]").colour, "mark");
-  EXPECT_EQ(ControlNamed("TableRate[20][19]").colour, "mark");
-  Enter("TableRate[1][7]", "0");
-  EXPECT_EQ(ControlNamed("TableRate[1][7]").colour, "");
-}
-
 TEST_F(FormsPanelTest, SwitchingMovesNoRateAndKeepsWhatWasTyped) {
   TypeOnly("KOn[1]", "11");
   PressCommand("FxnTableModel");
@@ -41,20 +29,38 @@ TEST_F(FormsPanelTest, SwitchingMovesNoRateAndKeepsWhatWasTyped) {
   EXPECT_EQ(Model.KOn[1], 11.0);
   EXPECT_EQ(Model.TableRate[1][2], 0.0F);
   TypeOnly("TableRate[3][1]", "31");
+  Enter("TableRate[1][7]", "3.5");
+  EXPECT_EQ(Model.TableRate[3][1], 31.0F) << "a cell takes over all that is typed";
+  EXPECT_EQ(ControlNamed("TableRate[3][1]").colour, "mark");
+  Enter("TableRate[1][7]", "0");
+  EXPECT_EQ(ControlNamed("TableRate[1][7]").colour, "");
+  PressCommand("fxnquit");
+  EXPECT_FALSE(PanelVisible("TableModelPanel"));
+  EXPECT_EQ(Model.ModelIs2D, 0) << "a closed table is still the model that runs";
   PressCommand("FxnMainModel");
   EXPECT_EQ(Model.ModelIs2D, 1);
   EXPECT_FALSE(PanelVisible("TableModelPanel"));
   EXPECT_EQ(Screen.PanelTag, "MN");
-  EXPECT_EQ(Model.TableRate[3][1], 31.0F);
   EXPECT_EQ(Model.KOn[1], 11.0);
   EXPECT_EQ(ControlNamed("KOn[1]").number, 11.0);
 }
 
-TEST_F(FormsPanelTest, ClosingTheTableLeavesItTheModelThatRuns) {
-  PressCommand("FxnTableModel");
-  PressCommand("fxnquit");
-  EXPECT_FALSE(PanelVisible("TableModelPanel"));
-  EXPECT_EQ(Model.ModelIs2D, 0);
+TEST_F(FormsPanelTest, EachClearLeavesTheOtherFormAndWhatIsTypedThere) {
+  Enter("KOn[1]", "5");
+  TypeOnly("TableRate[1][2]", "6");
+  answers = {true, true};
+  PressCommand("FxnClear2DModel");
+  EXPECT_EQ(Model.KOn[1], 0.0);
+  EXPECT_EQ(Model.TableRate[1][2], 6.0F);
+  EXPECT_EQ(Model.TableStateLabel[1], "1");
+  TypeOnly("KOn[1]", "7");
+  PressCommand("FxnClearTModel");
+  EXPECT_EQ(popups.back().text,
+            "Are you sure you want to clear all Table rate constants and concentation dependence?");
+  EXPECT_EQ(Model.KOn[1], 7.0);
+  EXPECT_EQ(ControlNamed("TableRate[1][2]").number, 0.0);
+  EXPECT_EQ(ControlNamed("TableRate[1][2]").colour, "");
+  EXPECT_EQ(Shown("TableStateLabel[1]"), "");
 }
 
 TEST_F(FormsPanelTest, TheGridIsCopiedIntoTheTableAsItStandsOnThePanel) {
@@ -89,29 +95,6 @@ TEST_F(FormsPanelTest, TheTableIsCopiedIntoTheGridWithAWarningForWhatStaysBehind
   EXPECT_EQ(popups.back(),
             (SeenPopup{"! Warning", "All rate constants for 3D model do not transfer to 2D model."}));
   EXPECT_EQ(Model.KOn[1], 5.0);
-}
-
-TEST_F(FormsPanelTest, ClearingTheTableLeavesTheGrid) {
-  Enter("KOn[1]", "5");
-  Enter("TableRate[1][2]", "6");
-  answers = {true};
-  PressCommand("FxnClearTModel");
-  EXPECT_EQ(popups.back().text,
-            "Are you sure you want to clear all Table rate constants and concentation dependence?");
-  EXPECT_EQ(Model.KOn[1], 5.0);
-  EXPECT_EQ(ControlNamed("TableRate[1][2]").number, 0.0);
-  EXPECT_EQ(ControlNamed("TableRate[1][2]").colour, "");
-  EXPECT_EQ(Shown("TableStateLabel[1]"), "");
-}
-
-TEST_F(FormsPanelTest, ClearingTheGridLeavesTheTableAndWhatIsTypedThere) {
-  Enter("KOn[1]", "5");
-  TypeOnly("TableRate[1][2]", "6");
-  answers = {true};
-  PressCommand("FxnClear2DModel");
-  EXPECT_EQ(Model.KOn[1], 0.0);
-  EXPECT_EQ(Model.TableRate[1][2], 6.0F);
-  EXPECT_EQ(Model.TableStateLabel[1], "1");
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // The grid on MainPanel: states, links, rates and what is read beside them.
 #include "model/model.h"
 #include "model/model_panels.h"
-#include "pressing.h"
+#include "support/pressing.h"
 #include "support/store_test.h"
 
 namespace zelvane {
@@ -82,37 +82,6 @@ TEST_F(GridPanelTest, ClearingAsksFirstAndEmptiesTheScreen) {
   for (const char* name : {"ModelTitle", "Kd[1]", "GridConductance[2]", "ModelFileName"})
     EXPECT_EQ(Shown(name), "");
   EXPECT_FALSE(ControlNamed("KOn[1]").visible);
-}
-
-TEST_F(GridPanelTest, EveryControlExplainsItself) {
-  struct Case {
-    const char* command;
-    const char* help;
-  };
-  for (const Case& c :
-       {Case{"OnOff_State_17", "Make State 17 available for occupancy"},
-        Case{"FxnK31on", "Forward rate constant in s-1 or M-1s-1"},
-        Case{"FxnK1off", "Backward rate constant in s-1 or M-1s-1"},
-        Case{"FxnDepend8Off",
-             "Displays a panel that alows you to impose concentrations and voltage dependence."},
-        Case{"fxndep1319",
-             "Displays a panel that alows you to impose concentrations and voltage dependence."},
-        Case{"FxnConductance", "Single channel conductance (pS)."},
-        Case{"FxnStartState", "Set proportion of receptors in each state at start of simulation."},
-        Case{"FxnVolt", "Constant to define voltage dependence."},
-        Case{"FxnExitConc", "Return to Main Modelling Panel."},
-        Case{"FxnConfigFilename", "Name of configuration file currently loaded (blank if none loaded)."}}) {
-    Control* control = FindCommand(c.command);
-    ASSERT_NE(control, nullptr) << c.command;
-    RightClick(*control);
-    EXPECT_EQ(popups.back(), (SeenPopup{"? Help", c.help})) << c.command;
-  }
-  for (const Control& control : Screen.controls) EXPECT_NE(control.help, "") << control.name;
-}
-
-TEST_F(GridPanelTest, TheLengthOfTheSweepIsShownInMilliseconds) {
-  ShowSweepLength();
-  EXPECT_EQ(Shown("SweepLength"), "1.024e+02ms");
 }
 
 }  // namespace

@@ -19,28 +19,6 @@ void SetFirstRow() {
   for (int n = 1; n <= 4; ++n) SetLink(n, 10.0 * n, 10.0 * n + 1.0);
 }
 
-/// Sets something in every field that a clear can reach.
-void FillBothForms() {
-  SetFirstRow();
-  RatesFromGrid();
-  Model.Depend.Drug[2][1][2] = 1;
-  Model.Depend.Volt[2][1] = 1;
-  Model.Depend.Steepness[2][1] = 1.5F;
-  Model.Depend.Range[2][1] = 25.0F;
-  Model.TableRate[3][17] = 7.0F;
-  Model.TableDepend = Model.Depend;
-  UpdateTableStates();
-  Model.StateMonitored[3] = 1;
-  Model.StateConductance[0] = 5.0F;
-  Model.StateConductance[3] = 50.0F;
-  Model.StateLabel[1] = "Closed";
-  Model.TableStateLabel[1] = "Table";
-  Model.DrugLabel[2] = "Glutamate";
-  Model.ModelTitle = "A scheme";
-  Model.ModelFileName = "a.mod";
-  Model.StartOccupancy[1] = 1.0F;
-}
-
 /// What belongs to the grid, and what to the table, for comparisons.
 auto GridPart(const ModelStore& m) {
   const DependenceTables& d = m.Depend;
@@ -113,20 +91,14 @@ TEST_F(SchemeTest, AGridOfPositiveRatesSurvivesTheWayThroughTheTable) {
   EXPECT_TRUE(GridPart(Model) == GridPart(before));
 }
 
-TEST_F(SchemeTest, AfterTheTransferOnlyStatesThatARateLeadsIntoAreOn) {
-  Model.TableRate[1][2] = 4.0F;
-  EXPECT_FALSE(CopyTableToGrid());
-  EXPECT_EQ(Model.KOn[1], 4.0);
-  EXPECT_EQ(Model.KOff[1], 0.0);
-  EXPECT_EQ(Model.StateOn[1], 0);
-  EXPECT_EQ(Model.StateOn[2], 1);
-}
-
 TEST_F(SchemeTest, ARateBetweenStatesThatAreNoNeighboursStaysInTheTable) {
   Model.TableRate[1][2] = 4.0F;
   Model.TableRate[1][7] = 5.0F;
   EXPECT_TRUE(CopyTableToGrid());
   EXPECT_EQ(Model.KOn[1], 4.0);
+  EXPECT_EQ(Model.KOff[1], 0.0);
+  EXPECT_EQ(Model.StateOn[1], 0) << "no rate leads into it";
+  EXPECT_EQ(Model.StateOn[2], 1);
   EXPECT_EQ(Model.RateMatrix[1][7], 0.0F);
   EXPECT_EQ(Model.StateOn[7], 0);
   EXPECT_EQ(Model.TableRate[1][7], 5.0F);
@@ -136,24 +108,33 @@ TEST_F(SchemeTest, ARateBetweenStatesThatAreNoNeighboursStaysInTheTable) {
 }
 
 TEST_F(SchemeTest, EachClearReachesItsFormAndNoMore) {
+  SetFirstRow();
+  RatesFromGrid();
+  Model.Depend.Drug[2][1][2] = Model.Depend.Volt[2][1] = 1;
+  Model.Depend.Steepness[2][1] = Model.Depend.Range[2][1] = 25.0F;
+  Model.TableRate[3][17] = Model.StateConductance[0] = Model.StateConductance[3] = 7.0F;
+  Model.TableDepend = Model.Depend;
+  UpdateTableStates();
+  Model.StateMonitored[3] = 1;
+  Model.StateLabel[1] = Model.TableStateLabel[1] = Model.DrugLabel[2] = "A label";
+  Model.ModelTitle = Model.ModelFileName = "a.mod";
+  Model.StartOccupancy[1] = 1.0F;
+  const ModelStore filled = Model;
+  ModelStore empty;
+  empty.TableStateLabel = {};  // a clear takes the numbers of the start away too
   struct Case {
     const char* name;
     void (*clear)();
     bool grid, table;
   };
-  ModelStore empty;
-  empty.TableStateLabel = {};  // a clear takes the numbers of the start away too
   for (const Case& c : {Case{"both", ClearModel, true, true}, Case{"grid", ClearGridModel, true, false},
                         Case{"table", ClearTableModel, false, true}}) {
-    SCOPED_TRACE(c.name);
-    Model = ModelStore{};
-    FillBothForms();
-    const ModelStore before = Model;
+    Model = filled;
     c.clear();
-    EXPECT_TRUE(GridPart(Model) == GridPart(c.grid ? empty : before));
-    EXPECT_TRUE(TablePart(Model) == TablePart(c.table ? empty : before));
-    EXPECT_EQ(Model.StateConductance, empty.StateConductance);
-    EXPECT_EQ(Model.StartOccupancy, before.StartOccupancy);
+    EXPECT_TRUE(GridPart(Model) == GridPart(c.grid ? empty : filled)) << c.name;
+    EXPECT_TRUE(TablePart(Model) == TablePart(c.table ? empty : filled)) << c.name;
+    EXPECT_EQ(Model.StateConductance, empty.StateConductance) << c.name;
+    EXPECT_EQ(Model.StartOccupancy, filled.StartOccupancy) << c.name;
   }
 }
 
@@ -170,12 +151,6 @@ TEST_F(SchemeTest, TheDissociationConstantDividesByTheRateThatDepends) {
   EXPECT_EQ(LinkKd(1), std::nullopt);
   SetLink(1, 0.0, 100.0);
   EXPECT_EQ(LinkKd(1), std::nullopt);
-}
-
-TEST(RateCodeTest, CarriesTheStateLeftAndTheStateEntered) {
-  EXPECT_EQ(RateCode(1, 2), 102);
-  EXPECT_EQ(RateCode(12, 7), 1207);
-  EXPECT_EQ(RateCode(20, 19), 2019);
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // Conductances and starting occupancies of the states.
 #include "model/model.h"
 #include "model/model_panels.h"
-#include "pressing.h"
+#include "support/pressing.h"
 #include "support/store_test.h"
 
 namespace zelvane {
@@ -39,21 +39,17 @@ TEST_F(StatePanelsTest, StartingProportionsAreEditedAndCleared) {
 
 TEST_F(StatePanelsTest, ProportionsAboveOneAreToldWhenThePanelOpens) {
   struct Case {
-    const char* name;
     float each;  // in ten states
     int subunits;
-    bool told;
+    std::vector<SeenPopup> told;
   };
-  for (const Case& c : {Case{"one within rounding", 0.1F, 0, false}, Case{"above one", 0.1001F, 0, true},
-                        Case{"above one, subunits", 0.1001F, 1, false}}) {
-    SCOPED_TRACE(c.name);
+  for (const Case& c : {Case{0.1F, 0, {}}, Case{0.1001F, 1, {}},
+                        Case{0.1001F, 0, {{"! Error", "Initial state starting proportions >1.0"}}}}) {
     popups.clear();
     Model.MultiSubunit = c.subunits;
     for (int s = 1; s <= 10; ++s) Model.StartOccupancy[s] = c.each;
     PressCommand("FxnStartState");
-    EXPECT_EQ(popups, c.told
-                          ? (std::vector<SeenPopup>{{"! Error", "Initial state starting proportions >1.0"}})
-                          : std::vector<SeenPopup>{});
+    EXPECT_EQ(popups, c.told) << c.each << " with " << c.subunits;
     EXPECT_EQ(Model.StartOccupancy[1], c.each) << "nothing is changed by itself";
   }
 }
