@@ -25,20 +25,6 @@ std::vector<float> Train(std::size_t size, const Pulse& pulse, const PulseTrain&
   return profile;
 }
 
-TEST(TimeIndexTest, TruncatesTheQuotientOfThe32BitFloats) {
-  struct Case {
-    float time, interval;
-    std::int64_t index;
-  };
-  for (const Case& c :
-       {Case{1.0F, 0.01F, 100}, Case{99.0F, 0.01F, 9900}, Case{1.0F, 0.1F, 9}, Case{0.019F, 0.01F, 1},
-        Case{-0.5F, 0.01F, -50}, Case{-0.009F, 0.01F, 0}, Case{0.0F, 0.0F, 0}, Case{1.0F, NotANumber, 0},
-        Case{1.0F, 0.0F, std::int64_t{1} << 53}, Case{-Infinite, 0.01F, -(std::int64_t{1} << 53)},
-        Case{1.0F, -0.01F, -100}}) {
-    EXPECT_EQ(TimeIndex(c.time, c.interval), c.index) << c.time << " / " << c.interval;
-  }
-}
-
 TEST(LevelsTest, ALevelReplacesWhateverTheProfileHeld) {
   std::vector<float> profile(5000, NotANumber);
   FillLevel(SamplesWithin(profile, 1500, 3000), 3.0F);
@@ -170,19 +156,16 @@ TEST(TrainTest, PulsesOnOneSampleAreAddedTogetherAtOnce) {
   for (std::size_t i = 0; i < fine.size(); ++i) EXPECT_EQ(fine[i], i >= 10 && i < 13 ? 4.25F : 0.25F) << i;
 }
 
-TEST(TrainTest, ATailFromBeforeTheRecordEntersIt) {
+TEST(TrainTest, TailsEnterFromBeforeTheRecordAndFromAStopBeforeTheStart) {
   const std::vector<float> tail = Train(300, EdgedPulse{2.0F, 0.5F, 1.0F, 50}, {-150.0, 0.0, 1});
   for (std::size_t i = 0; i < tail.size(); ++i) {
     ASSERT_NEAR(tail[i], 0.25 + 2.0 * std::exp(-(static_cast<double>(i) + 100.0) * 0.01), 1e-5) << i;
   }
   EXPECT_EQ(Train(50, SquarePulse{1.0F, 20}, {-30.0, 0.0, 1}), std::vector<float>(50, 0.25F));
-}
-
-TEST(TrainTest, ADecayAheadOfItsStartIsWhatAStopBeforeTheStartLeaves) {
-  const std::vector<float> profile = Train(300, EdgedPulse{2.0F, 0.5F, 1.0F, -50}, {150.0, 0.0, 1});
-  EXPECT_EQ(profile[99], 0.25F);
-  EXPECT_EQ(profile[100], 2.25F);
-  EXPECT_NEAR(profile[200], 0.25 + 2.0 * std::exp(-1.0), 1e-5);
+  const std::vector<float> early = Train(300, EdgedPulse{2.0F, 0.5F, 1.0F, -50}, {150.0, 0.0, 1});
+  EXPECT_EQ(early[99], 0.25F);
+  EXPECT_EQ(early[100], 2.25F);
+  EXPECT_NEAR(early[200], 0.25 + 2.0 * std::exp(-1.0), 1e-5);
 }
 
 TEST(TrainTest, NothingIsAddedForIntervalsThatAreNone) {
@@ -191,23 +174,6 @@ TEST(TrainTest, NothingIsAddedForIntervalsThatAreNone) {
     EXPECT_EQ(Train(50, SquarePulse{1.0F, TimeIndex(1.0F, interval)}, {step, step, 1'000'000}, interval),
               std::vector<float>(50, 0.25F));
   }
-}
-
-TEST(TrainTest, LongWorkAsksWhetherToGoOnAndKeepsWholePulses) {
-  std::vector<float> profile(1 << 20, 0.0F);
-  std::vector<float> scratch(profile.size());
-  int asked = 0;
-  AddTrain(profile, ExponentialPulse{1.0F, 0.0F, 0.0F, 1.0F, 1.0F, 1.0F, 1, false}, {0.0, 1.0, 1'000'000},
-           Interval, scratch, [&](double fraction) {
-             EXPECT_GE(fraction, 0.0);
-             EXPECT_LE(fraction, 1.0);
-             return ++asked < 3;
-           });
-  EXPECT_EQ(asked, 3);
-  const float pulses = profile.back();
-  EXPECT_EQ(pulses, std::trunc(pulses));
-  EXPECT_GE(pulses, 16.0F);
-  EXPECT_LE(pulses, 64.0F);
 }
 
 }  // namespace

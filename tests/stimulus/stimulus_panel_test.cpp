@@ -1,10 +1,12 @@
 // The stimulus panel, pressed as a user does.
 #include <cmath>
+#include <set>
 
 #include "model/model_store.h"
 #include "screen/screen.h"
 #include "stimulus/stimulus.h"
 #include "stimulus/stimulus_store.h"
+#include "support/pressing.h"
 #include "support/store_test.h"
 
 namespace zelvane {
@@ -18,52 +20,33 @@ class StimulusPanelTest : public PanelTest {
     StimRebuild();
   }
 
-  static void Enter(std::string_view control, std::string_view value) {
-    ASSERT_EQ(TypeInto(ControlNamed(control), value), "") << control;
-    ASSERT_EQ(Commit(ControlNamed(control)), "") << control;
-  }
-  static void PressCommand(std::string_view command) {
-    ASSERT_NE(FindCommand(command), nullptr) << command;
-    ASSERT_EQ(Press(*FindCommand(command)), "") << command;
-  }
-  static const Plot& Shown() { return GraphNamed("StimulusPanel").plots.front(); }
+  static const Plot& ShownPlot() { return GraphNamed("StimulusPanel").plots.front(); }
 };
 
 TEST_F(StimulusPanelTest, OnlyTheParametersOfTheModeCanBeEdited) {
-  struct Case {
-    const char* control;
-    bool automatic, manual, exponential;
-  };
-  const Case cases[] = {{"AutoValue", true, false, false},     {"AutoStart", true, false, false},
-                        {"AutoStop", true, false, false},      {"AutoDrugOrVolt", true, false, false},
-                        {"AutoFilterOn", true, false, false},  {"StepAmp", false, true, false},
-                        {"StepStart", false, true, false},     {"StepStop", false, true, false},
-                        {"StepDuration", false, true, false},  {"StepRamp", false, true, false},
-                        {"StepRiseTau", false, true, false},   {"StepDecayTau", false, true, false},
-                        {"TrainCount", false, true, false},    {"TrainDelay", false, true, false},
-                        {"TrainInterval", false, true, false}, {"TrainExpFlag", false, true, false},
-                        {"TrainRiseFlag", false, true, false}, {"ExpStart", false, false, true},
-                        {"ExpOffset", false, false, true},     {"ExpAmp1", false, false, true},
-                        {"ExpTau1", false, false, true},       {"ExpComponents", false, false, true},
-                        {"ExpRiseFlag", false, false, true},   {"ExpAmp2", false, false, false},
-                        {"ExpTau2", false, false, false},      {"ExpRiseTau", false, false, false},
-                        {"FilterFc", true, true, true}};
+  using Names = std::set<std::string>;
+  const Names automatic{"AutoValue", "AutoStart", "AutoStop", "AutoDrugOrVolt", "AutoFilterOn"};
+  const Names manual{"StepAmp",    "StepStart",     "StepStop",     "StepDuration",
+                     "StepRamp",   "StepRiseTau",   "StepDecayTau", "TrainCount",
+                     "TrainDelay", "TrainInterval", "TrainExpFlag", "TrainRiseFlag"};
+  const Names exponential{"ExpStart", "ExpOffset", "ExpAmp1", "ExpTau1", "ExpComponents", "ExpRiseFlag"};
+  const Names none{"ExpAmp2", "ExpTau2", "ExpRiseTau"};
   Stimulus.StimFromFile = 1;
-  for (const char* mode : {"USER", "EXPONENTIAL", "MANUAL", "AUTOMATIC"}) {
+  for (const auto& [mode, open] : {std::pair{"USER", Names{}},
+                                   {"EXPONENTIAL", exponential},
+                                   {"MANUAL", manual},
+                                   {"AUTOMATIC", automatic}}) {
     Enter("StimMode", mode);
-    for (const Case& c : cases) {
-      const bool open = (c.automatic && Stimulus.StimMode == StimAutomatic) ||
-                        (c.manual && Stimulus.StimMode == StimManual) ||
-                        (c.exponential && Stimulus.StimMode == StimExponential);
-      EXPECT_EQ(ControlNamed(c.control).dimmed, !open) << c.control << " in mode " << mode;
+    for (const Names& names : {automatic, manual, exponential, none}) {
+      for (const std::string& name : names) {
+        EXPECT_EQ(ControlNamed(name).dimmed, !open.contains(name)) << name << " in mode " << mode;
+      }
     }
+    EXPECT_EQ(ControlNamed("FilterFc").dimmed, mode == std::string("USER"));
     EXPECT_FALSE(ControlNamed("StimMode").dimmed);
     EXPECT_FALSE(ControlNamed("StimTarget").dimmed);
   }
-}
-
-TEST_F(StimulusPanelTest, RiseAndSecondComponentOpenWithTheirSwitches) {
-  Enter("StimMode", "3");
+  Enter("StimMode", "EXPONENTIAL");
   Enter("ExpComponents", "2");
   EXPECT_FALSE(ControlNamed("ExpAmp2").dimmed);
   EXPECT_FALSE(ControlNamed("ExpTau2").dimmed);
@@ -81,8 +64,8 @@ TEST_F(StimulusPanelTest, OpeningShowsTheProfileOfTheAutomaticStep) {
   EXPECT_EQ(Stimulus.StimTarget, 0);
   EXPECT_EQ(ShownText(ControlNamed("StimTarget")), "Voltage");
   EXPECT_EQ(GraphNamed("StimulusPanel").y.title, "Voltage (V)");
-  EXPECT_EQ(Shown().y.size(), 10240U);
-  EXPECT_NEAR(Shown().step, 0.01, 1e-9);
+  EXPECT_EQ(ShownPlot().y.size(), 10240U);
+  EXPECT_NEAR(ShownPlot().step, 0.01, 1e-9);
   EXPECT_EQ(ShownText(ControlNamed("StimSweepLength")), "1.024e+02ms");
   EXPECT_EQ(ShownText(ControlNamed("SweepLength")), "1.024e+02ms");
   PressCommand("FxnStimDone");
@@ -95,13 +78,13 @@ TEST_F(StimulusPanelTest, TheAutomaticStepFollowsEveryField) {
   Enter("AutoValue", "0.001");
   Enter("AutoStart", "2");
   Enter("AutoStop", "3");
-  EXPECT_EQ(Shown().y[199], 0.0F);
-  EXPECT_EQ(Shown().y[200], 0.001F);
-  EXPECT_EQ(Shown().y[300], 0.0F);
+  EXPECT_EQ(ShownPlot().y[199], 0.0F);
+  EXPECT_EQ(ShownPlot().y[200], 0.001F);
+  EXPECT_EQ(ShownPlot().y[300], 0.0F);
   ASSERT_EQ(TypeInto(ControlNamed("AutoValue"), "0.1"), "");
   PressCommand("AutoDrugVoltage");
   EXPECT_EQ(Stimulus.StimTarget, 0);
-  EXPECT_EQ(Shown().y[200], 0.1F) << "a typed value reaches the next command";
+  EXPECT_EQ(ShownPlot().y[200], 0.1F) << "a typed value reaches the next command";
 }
 
 TEST_F(StimulusPanelTest, TheTargetNamesTheAxis) {
@@ -170,17 +153,13 @@ TEST_F(UserModeTest, WithoutAFileTheModeGoesBackToAutomatic) {
   EXPECT_FALSE(ControlNamed("AutoValue").dimmed);
 }
 
-TEST_F(UserModeTest, AChosenFileIsRefusedByAVersionThatReadsNone) {
-  choices = {"any.stm"};
+TEST_F(UserModeTest, ReadingEndsInAutomaticModeWithoutAReaderAndElseKeepsTheFile) {
+  choices = {"any.stm", "bad.stm", "good.stm"};
   Enter("StimMode", "USER");
   ASSERT_EQ(popups.size(), 1U);
   EXPECT_EQ(popups[0].title, "! File error");
   EXPECT_EQ(Stimulus.StimMode, StimAutomatic);
-}
-
-TEST_F(UserModeTest, AReadFileIsKeptAndAskedForOnce) {
   SetStimFileReader(ReadTwos);
-  choices = {"bad.stm", "good.stm"};
   Enter("StimMode", "USER");
   EXPECT_EQ(Stimulus.StimMode, StimAutomatic);
   EXPECT_EQ(Stimulus.Profile[1][0], 0.0F);
@@ -189,7 +168,7 @@ TEST_F(UserModeTest, AReadFileIsKeptAndAskedForOnce) {
   EXPECT_EQ(Stimulus.StimFromFile, 1);
   StimRebuild();
   EXPECT_EQ(Stimulus.Profile[1][0], 2.0F);
-  EXPECT_EQ(fileRequests.size(), 2U);
+  EXPECT_EQ(fileRequests.size(), 3U) << "a read file is asked for once";
 }
 
 TEST_F(UserModeTest, TheFifthModeSaysSoAndBecomesUser) {
@@ -218,15 +197,6 @@ TEST_F(StimulusPanelTest, TheTableHoldsAGroupAColumnFromColumnTwo) {
   PressCommand("FxnClearMultiStim");
   EXPECT_EQ(CellText(table, 6, 50), "0");
   EXPECT_EQ(Stimulus.MultiStimTable[48][5], 0.0F);
-}
-
-TEST_F(StimulusPanelTest, EveryControlExplainsItself) {
-  for (const Control* control : PanelNamed("StimulusPanel").controls)
-    EXPECT_NE(control->help, "") << control->name;
-  for (const char* creator : {"CreateStim", "CreateExpStim", "CreateExp", "CreateTrain"}) {
-    EXPECT_EQ(FindCommand(creator)->help,
-              "New stimulus will be added to existing stimulus protocol.\nErase first for new stimulus.");
-  }
 }
 
 }  // namespace
