@@ -89,29 +89,6 @@ TEST_F(GaussianFilterTest, EqualsAConvolutionOfTheInputBitForBit) {
   }
 }
 
-TEST_F(GaussianFilterTest, KeepsAConstantAndTheCentreOfAStep) {
-  std::vector<float> constant(2000, -3.5F);
-  GaussianFilter(constant, 2.0F);
-  for (const float sample : constant) ASSERT_NEAR(sample, -3.5F, 1e-5F);
-  std::vector<float> step(2001, 0.0F);
-  for (std::size_t i = 1001; i < step.size(); ++i) step[i] = 1.0F;
-  step[1000] = 0.5F;
-  GaussianFilter(step, 2.0F);
-  for (std::size_t k = 0; k < 1000; ++k) ASSERT_NEAR(step[1000 - k] + step[1000 + k], 1.0F, 1e-5F) << k;
-}
-
-TEST_F(GaussianFilterTest, WarnsOfAliasingAboveHalfTheSamplingRateAndFilters) {
-  Model.ADInterval = 0.01F;
-  std::vector<float> trace = Ramp(100);
-  GaussianFilter(trace, 50.0F);
-  EXPECT_TRUE(popups.empty());
-  EXPECT_EQ(trace.front(), 0.0F);
-  EXPECT_NE(trace[17], 0.0F);
-  EXPECT_EQ(trace.back(), 14.0F);
-  GaussianFilter(trace, 51.0F);
-  EXPECT_EQ(popups, (std::vector<SeenPopup>{{"! Warning", Aliasing}}));
-}
-
 TEST_F(GaussianFilterTest, RefusesKernelsThatAreTooLongAndLeavesTheTrace) {
   Model.ADInterval = 0.01F;
   struct Case {
@@ -121,7 +98,8 @@ TEST_F(GaussianFilterTest, RefusesKernelsThatAreTooLongAndLeavesTheTrace) {
   };
   // Corners of 4.6 and 5.0 kHz make kernels of 11 and 10 coefficients a side.
   for (const Case& c : {Case{0.05F, 10240, TooHeavy}, Case{1e-30F, 10240, TooHeavy}, Case{4.6F, 30, TooLight},
-                        Case{5.0F, 30, nullptr}, Case{0.06F, 10240, nullptr}, Case{60.0F, 1, Aliasing}}) {
+                        Case{5.0F, 30, nullptr}, Case{0.06F, 10240, nullptr}, Case{50.0F, 1, nullptr},
+                        Case{51.0F, 1, Aliasing}}) {
     SCOPED_TRACE(c.fc);
     popups.clear();
     Noise.RecordPoints = c.recordPoints;

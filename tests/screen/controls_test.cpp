@@ -50,15 +50,6 @@ class ControlsTest : public StoreTest {
   }
 };
 
-TEST_F(ControlsTest, ARightClickShowsHelpAndChangesNothing) {
-  Control& control = ControlNamed("StateOn[7]");
-  ASSERT_EQ(TypeInto(control, "1"), "");
-  RightClick(control);
-  EXPECT_EQ(popups, (std::vector<SeenPopup>{{"? Help", "Make State 7 available"}}));
-  EXPECT_EQ(Model.StateOn[7], 0);
-  EXPECT_EQ(commits, 0);
-}
-
 TEST_F(ControlsTest, ATypedValueWaitsForACommitOrForACommandThatReadsThePanel) {
   Control& control = ControlNamed("NumPoints");
   ASSERT_EQ(TypeInto(control, "500"), "");
@@ -123,12 +114,6 @@ TEST_F(ControlsTest, WhileACommandRunsOnlyTheStopButtonActs) {
   EXPECT_EQ(nestedRefusal, "a run is in progress");
   EXPECT_EQ(commits, 1);
   EXPECT_EQ(Screen.busy, 0);
-}
-
-TEST_F(ControlsTest, TextsStayOneLine) {
-  ASSERT_EQ(TypeInto(ControlNamed("ModelTitle"), "two\nlines"), "");
-  Commit(ControlNamed("ModelTitle"));
-  EXPECT_EQ(Model.ModelTitle, "two");
 }
 
 TEST_F(ControlsTest, FileErrorsHaveFourFixedTexts) {

@@ -63,16 +63,6 @@ TEST_F(FieldsTest, RefusesWhatDoesNotSuitTheType) {
   }
 }
 
-TEST_F(FieldsTest, NumbersReadBackToTheSameValue) {
-  const float odd = 0.1F;
-  Model.ADInterval = odd;
-  Model.KOff[31] = 1.0 / 3.0;
-  ASSERT_TRUE(SetFieldText(FindField("ADInterval"), FieldText(FindField("ADInterval"))));
-  ASSERT_TRUE(SetFieldText(FindField("KOff[31]"), FieldText(FindField("KOff[31]"))));
-  EXPECT_EQ(Model.ADInterval, odd);
-  EXPECT_EQ(Model.KOff[31], 1.0 / 3.0);
-}
-
 TEST_F(FieldsTest, CutsTextsToTheirRoomAndLine) {
   ASSERT_TRUE(SetFieldText(FindField("StateLabel[1]"), "open\nclosed"));
   EXPECT_EQ(Model.StateLabel[1], "open");

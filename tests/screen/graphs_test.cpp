@@ -41,14 +41,6 @@ TEST_F(GraphsTest, RangesPassOverWhatIsNotFinite) {
   EXPECT_EQ(ViewRange(*graph, 'y').max, 1.0) << "an axis without data keeps its own range";
 }
 
-TEST_F(GraphsTest, AFixedAxisKeepsItsRangeUntilItIsAutomaticAgain) {
-  PlotWave(*graph, PlotStyle::Line, Black, std::vector<float>{0.0F, 10.0F}, 0.0, 1.0);
-  SetAxisRange(*graph, 'y', 2.0, 3.0);
-  EXPECT_EQ(ViewRange(*graph, 'y').min, 2.0);
-  SetAxisAuto(*graph, 'y');
-  EXPECT_EQ(ViewRange(*graph, 'y').max, 10.0);
-}
-
 TEST_F(GraphsTest, OnlyEnabledCursorsWithinTheGraphMove) {
   EXPECT_EQ(MoveCursor(*graph, 2, 5.0, std::nullopt), "");
   EXPECT_EQ(movedCursor, 2);
