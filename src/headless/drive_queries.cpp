@@ -25,8 +25,12 @@ Json Named(const std::string& name) {
   return object;
 }
 
+/// Told of a name that is no array.
 void UnknownField(DriveSession& session, const std::string& name) {
-  WriteUnknownName(session, "name", name, FieldNames());
+  if (FindField(name))
+    WriteMisunderstood(session, name + ": one value, not an array");
+  else
+    WriteUnknownName(session, "name", name, FieldNames());
 }
 
 Json ElementsJson(const FieldRun& run, int first, int count) {

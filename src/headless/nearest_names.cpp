@@ -83,7 +83,8 @@ std::vector<std::string> NearestNames(std::string_view name, const std::vector<s
   std::vector<std::string> names;
   for (const auto& [distance, plain] : near) {
     if (names.size() == MaxSuggestions) break;
-    names.push_back(WithIndices(plain, Indices(name)));
+    std::string suggestion = WithIndices(plain, Indices(name));
+    if (suggestion != name) names.push_back(std::move(suggestion));  // its indices may be what is wrong
   }
   return names;
 }
