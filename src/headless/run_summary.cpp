@@ -64,12 +64,12 @@ std::vector<int> StatesOn() {
 
 const char* SimulatorWord(int simulator) {
   switch (simulator) {
-    case FixedStepIntegrator:
-      return "fixed";
     case MonteCarlo:
       return "montecarlo";
-    default:
+    case AdaptiveIntegrator:
       return "adaptive";
+    default:  // whatever else a file holds runs so
+      return "fixed";
   }
 }
 
@@ -92,7 +92,7 @@ RunSummary SummariseRun(double wallSeconds) {
   summary.points = Model.NumPoints;
   summary.intervalMs = AsTyped(Model.ADInterval);
   summary.simulator = Model.SimulatorKind;
-  summary.control = AsTyped(Model.SimulatorKind == FixedStepIntegrator ? Model.MaxStepSize : Model.Precision);
+  summary.control = AsTyped(Model.SimulatorKind == AdaptiveIntegrator ? Model.Precision : Model.MaxStepSize);
   summary.units = Model.DisplayUnits;
   summary.axisTitle = GraphNamed("MainPanel").y.title;
   summary.wallSeconds = wallSeconds;
@@ -110,7 +110,7 @@ RunSummary SummariseRun(double wallSeconds) {
 }
 
 void WriteSummary(const RunSummary& summary, std::ostream& out) {
-  const bool fixed = summary.simulator == FixedStepIntegrator;
+  const bool fixed = summary.simulator != AdaptiveIntegrator;
   out << "Scheme       " << (summary.title.empty() ? "(no title)" : summary.title) << '\n';
   out << "States on    " << summary.last.size() << ':';
   for (const FinalOccupancy& state : summary.last) out << ' ' << state.name;
@@ -137,7 +137,7 @@ void WriteSummaryJson(const RunSummary& summary, const std::string& model, std::
   json["points"] = summary.points;
   json["interval"] = NumberJson(summary.intervalMs);
   json["simulator"] = SimulatorWord(summary.simulator);
-  json[summary.simulator == FixedStepIntegrator ? "step" : "tolerance"] = NumberJson(summary.control);
+  json[summary.simulator == AdaptiveIntegrator ? "tolerance" : "step"] = NumberJson(summary.control);
   if (summary.savedSteps > 0) json["savedSteps"] = summary.savedSteps;
   json["units"] = UnitsWord(summary.units);
   json["axis"] = summary.axisTitle;
