@@ -75,7 +75,7 @@ ZELVANE_INLINE StepsEnded Steps(const CompiledScheme& scheme, const StageFactors
   StepsEnded ended = StepsEnded::Limit;
   while (pass.step < limit) {
     const float next = pass.t + h;
-    if (!(next < endTime)) {
+    if (next >= endTime) {
       ended = StepsEnded::Edge;
       break;
     }

@@ -10,7 +10,8 @@ namespace zelvane {
 namespace {
 
 constexpr int ProgressMoments = 20;
-constexpr float Never = std::numeric_limits<float>::infinity();
+/// No time is at or after it, not even the infinite one that a huge interval makes.
+constexpr float Never = std::numeric_limits<float>::quiet_NaN();
 
 enum class PassEnded { Finished, OutOfRange, Stopped };
 
