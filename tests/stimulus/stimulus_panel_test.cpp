@@ -172,7 +172,6 @@ TEST_F(UserModeTest, ReadingEndsInAutomaticModeWithoutAReaderAndElseKeepsTheFile
 }
 
 TEST_F(UserModeTest, TheFifthModeSaysSoAndBecomesUser) {
-  Stimulus.StimFromFile = 1;
   Enter("StimMode", "5");
   EXPECT_EQ(PopupTexts(),
             std::vector<std::string>{
