@@ -2,45 +2,31 @@
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <cstdint>
 #include <cstring>
 #include <limits>
 
 #include "sim/integrator_cases.h"
-#include "sim/internal/lanes.h"
 
 namespace zelvane {
 namespace {
 
-using Matrix = std::vector<std::vector<double>>;
+using Slopes = std::array<std::array<double, 3>, 3>;
 
-Matrix Times(const Matrix& a, const Matrix& b) {
-  Matrix c(a.size(), std::vector<double>(a.size()));
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    for (std::size_t j = 0; j < a.size(); ++j) {
-      for (std::size_t k = 0; k < a.size(); ++k) c[i][j] += a[i][k] * b[k][j];
+/// exp(a t) y: a thousand Taylor series of small steps, in double precision.
+std::array<double, 3> Propagated(const Slopes& a, std::array<double, 3> y, double seconds) {
+  const double h = seconds / 1000.0;
+  for (int step = 0; step < 1000; ++step) {
+    std::array<double, 3> term = y;
+    for (int k = 1; k <= 8; ++k) {
+      std::array<double, 3> next{};
+      for (std::size_t i = 0; i < 3; ++i) {
+        for (std::size_t j = 0; j < 3; ++j) next[i] += a[i][j] * term[j] * h / k;
+      }
+      term = next;
+      for (std::size_t i = 0; i < 3; ++i) y[i] += term[i];
     }
   }
-  return c;
-}
-
-/// exp(a) by scaling, the Taylor series and squaring.
-Matrix Exponential(Matrix a) {
-  constexpr int squarings = 12;
-  for (auto& row : a) {
-    for (double& x : row) x = std::ldexp(x, -squarings);
-  }
-  Matrix sum(a.size(), std::vector<double>(a.size()));
-  for (std::size_t i = 0; i < a.size(); ++i) sum[i][i] = 1.0;
-  Matrix term = sum;
-  for (int k = 1; k <= 14; ++k) {
-    term = Times(term, a);
-    for (std::size_t i = 0; i < a.size(); ++i) {
-      for (std::size_t j = 0; j < a.size(); ++j) sum[i][j] += (term[i][j] /= k);
-    }
-  }
-  for (int k = 0; k < squarings; ++k) sum = Times(sum, sum);
-  return sum;
+  return y;
 }
 
 /// Two states, closed and open; all channels closed at time 0.
@@ -75,8 +61,8 @@ void RandomProfile(std::mt19937& random, float scale, std::vector<float>& profil
 /// A scheme of the grid or the table with a stimulus. Some step is coarse enough that passes fail.
 IntegratorCase RandomCase(unsigned seed) {
   std::mt19937 random(seed);
-  IntegratorCase c(700);
-  c.numPoints = 400;
+  IntegratorCase c(450);
+  c.numPoints = 250;
   c.intervalMs = Chance(random, 0.5) ? 0.01F : 0.013F;
   c.maxStepMs = c.intervalMs / static_cast<float>(std::uniform_int_distribution<int>(1, 4)(random));
   c.temperature = Uniform(random, 5.0F, 37.0F);
@@ -110,19 +96,7 @@ void ExpectSameRows(const IntegratorOutput& a, const IntegratorOutput& b) {
   for (std::size_t s = 1; s <= MaxStates; ++s) EXPECT_TRUE(SameBits(a.room[s], b.room[s])) << "state " << s;
 }
 
-TEST(FixedStepTest, RelaxesBetweenTwoStatesAsTheClosedFormSays) {
-  const IntegratorCase c = TwoStates(1000.0F, 500.0F);
-  IntegratorOutput out(c.numPoints);
-  RunFixed(c, out);
-  for (int p = 1; p <= c.numPoints + 1; p += 50) {
-    const double t = (p - 1) * 1e-5;
-    const double open = 1000.0 / 1500.0 * (1.0 - std::exp(-1500.0 * t));
-    EXPECT_NEAR(out.room[2][static_cast<std::size_t>(p)], open, 5e-6) << p;  // 2000 float roundings
-    EXPECT_NEAR(out.room[1][static_cast<std::size_t>(p)], 1.0 - open, 5e-6) << p;
-  }
-}
-
-TEST(FixedStepTest, FollowsTheMatrixExponentialUnderAConstantStimulus) {
+TEST(IntegratorsTest, FollowTheMatrixExponentialUnderAConstantStimulus) {
   IntegratorCase c;
   c.SetRate(1, 2, 2e6F);
   c.WithDrug(1, 1, 2);
@@ -136,66 +110,56 @@ TEST(FixedStepTest, FollowsTheMatrixExponentialUnderAConstantStimulus) {
   std::fill(c.profiles[0].begin(), c.profiles[0].end(), 0.04F);
   const double binding = 2e6 * 1e-3;
   const double opening = 300.0 * std::exp(0.04 * 0.7 * 11603.0 / 298.16);
-  IntegratorOutput fixed(c.numPoints);
-  IntegratorOutput adaptive(c.numPoints);
-  RunFixed(c, fixed);
-  const AdaptiveResult steps = RunAdaptive(c, adaptive);
-  const auto expected = [&](double t) {
-    const Matrix e = Exponential({{-binding * t, 800.0 * t, 0.0},
-                                  {binding * t, (-800.0 - opening) * t, 1500.0 * t},
-                                  {0.0, opening * t, -1500.0 * t}});
-    std::array<double, 4> y{};
-    for (std::size_t s = 1; s <= 3; ++s) y[s] = 0.9 * e[s - 1][0] + 0.1 * e[s - 1][2];
-    return y;
+  const Slopes a{{{-binding, 800.0, 0.0}, {binding, -800.0 - opening, 1500.0}, {0.0, opening, -1500.0}}};
+  const auto expectAt = [&a](const IntegratorOutput& out, std::size_t point, double seconds,
+                             double tolerance) {
+    const auto y = Propagated(a, {0.9, 0.0, 0.1}, seconds);
+    for (std::size_t s = 1; s <= 3; ++s) EXPECT_NEAR(out.room[s][point], y[s - 1], tolerance) << point;
   };
-  for (std::size_t p = 1; p <= 1001; p += 100) {
-    const auto y = expected(static_cast<double>(p - 1) * 1e-5);
-    for (std::size_t s = 1; s <= 3; ++s) EXPECT_NEAR(fixed.room[s][p], y[s], 1e-5) << p;
-  }
+  IntegratorOutput fixed(c.numPoints);
+  RunFixed(c, fixed);
+  for (std::size_t p = 1; p <= 1001; p += 100) expectAt(fixed, p, static_cast<double>(p - 1) * 1e-5, 1e-5);
+  IntegratorOutput adaptive(c.numPoints);
+  const AdaptiveResult steps = RunAdaptive(c, adaptive);
   ASSERT_TRUE(steps.finished);
   for (std::size_t q = 1; q <= static_cast<std::size_t>(steps.saved); ++q) {
-    const auto y = expected(static_cast<double>(adaptive.saved[q]) * 1e-3);
-    for (std::size_t s = 1; s <= 3; ++s) EXPECT_NEAR(adaptive.room[s][q], y[s], 5e-4) << q;  // its precision
+    expectAt(adaptive, q, static_cast<double>(adaptive.saved[q]) * 1e-3, 5e-4);  // its precision
   }
 }
 
-TEST(FixedStepTest, SettlesWhereEveryFlowEqualsTheFlowBack) {
-  // A cycle of four states whose rates have equal products both ways round.
-  IntegratorCase c(6000);
-  c.numPoints = 5000;
-  const std::array<float, 5> forward{0, 4000, 900, 2500, 1200};
-  const std::array<float, 5> back{0, 1500, 3000, 600, 4000};
-  for (std::size_t s = 1; s <= 4; ++s) {
-    c.SetRate(s, s % 4 + 1, forward[s]);
-    c.SetRate(s % 4 + 1, s, back[s]);
-  }
-  c.start[2] = 1.0F;
-  IntegratorOutput out(c.numPoints);
-  RunFixed(c, out);
-  double sum = 0.0;
-  for (std::size_t s = 1; s <= 4; ++s) {
-    const double there = static_cast<double>(out.room[s][5001]) * static_cast<double>(forward[s]);
-    const double here = static_cast<double>(out.room[s % 4 + 1][5001]) * static_cast<double>(back[s]);
-    EXPECT_NEAR(there / here, 1.0, 1e-5) << s;
-    sum += static_cast<double>(out.room[s][5001]);
-  }
-  EXPECT_NEAR(sum, 1.0, 1e-5);
+/// Holds IntegrateFixedStep to the plain form; gives the number of passes that failed.
+int ExpectPlainFixedStep(const IntegratorCase& c) {
+  IntegratorOutput plain(c.numPoints);
+  IntegratorOutput fast(c.numPoints);
+  const auto expected = PlainFixedStep(c.Tables(), c.View(), c.start, c.numPoints, c.maxStepMs, plain.rows);
+  const FixedStepResult result = RunFixed(c, fast);
+  EXPECT_EQ(result.reductions, expected.reductions);
+  EXPECT_EQ(result.stalledPasses, expected.stalledPasses);
+  ExpectSameRows(fast, plain);
+  return result.reductions;
+}
+
+/// The same for IntegrateAdaptive, from point `offset` of the profiles.
+AdaptiveResult ExpectPlainAdaptive(const IntegratorCase& c, int offset = 0) {
+  IntegratorOutput plain(c.numPoints);
+  IntegratorOutput fast(c.numPoints);
+  const AdaptiveResult expected =
+      PlainAdaptive(c.Tables(), c.View(offset), c.start, c.numPoints, c.precision, plain.saved, plain.rows);
+  const AdaptiveResult result = RunAdaptive(c, fast, offset);
+  EXPECT_EQ(result.finished, expected.finished);
+  EXPECT_EQ(result.rounds, expected.rounds);
+  EXPECT_EQ(result.saved, expected.saved);
+  EXPECT_EQ(result.precision, expected.precision);
+  EXPECT_TRUE(SameBits(fast.saved, plain.saved));
+  ExpectSameRows(fast, plain);
+  return result;
 }
 
 TEST(FixedStepTest, EqualsThePlainFormBitForBit) {
   int failedPasses = 0;
-  for (unsigned seed = 1; seed <= 40; ++seed) {
+  for (unsigned seed = 1; seed <= 30; ++seed) {
     SCOPED_TRACE(seed);
-    const IntegratorCase c = RandomCase(seed);
-    IntegratorOutput plain(c.numPoints);
-    IntegratorOutput fast(c.numPoints);
-    const FixedStepResult expected =
-        PlainFixedStep(c.Tables(), c.View(), c.start, c.numPoints, c.maxStepMs, plain.rows);
-    const FixedStepResult result = RunFixed(c, fast);
-    EXPECT_EQ(result.reductions, expected.reductions);
-    EXPECT_EQ(result.stalledPasses, expected.stalledPasses);
-    failedPasses += result.reductions;
-    ExpectSameRows(fast, plain);
+    failedPasses += ExpectPlainFixedStep(RandomCase(seed));
   }
   EXPECT_GT(failedPasses, 0);  // the range test was met as well
 }
@@ -206,88 +170,55 @@ TEST(FixedStepTest, EqualsThePlainFormWhenNothingMovesAnyMore) {
   c.numPoints = 900;
   c.maxStepMs = 0.004F;
   std::fill(c.profiles[1].begin() + 300, c.profiles[1].begin() + 603, 0.7F);
-  IntegratorOutput plain(c.numPoints);
-  IntegratorOutput fast(c.numPoints);
-  PlainFixedStep(c.Tables(), c.View(), c.start, c.numPoints, c.maxStepMs, plain.rows);
-  RunFixed(c, fast);
-  ExpectSameRows(fast, plain);
-  EXPECT_EQ(fast.room[2][250], 0.0F);
-  EXPECT_GT(fast.room[2][600], 0.7F);
+  ExpectPlainFixedStep(c);
 }
 
 TEST(FixedStepTest, HalvesTheStepUntilOccupanciesStayInRange) {
+  const float noNumber = std::numeric_limits<float>::quiet_NaN();
   struct Row {
     float perSecond;  // of both rates: a step is stable up to h x 2 x rate = 2.785
+    float start;      // of state 2
     int reductions;
   };
-  for (const Row& row : {Row{1e5F, 0}, Row{2e5F, 1}, Row{4e5F, 2}, Row{1e7F, MaxReductions}}) {
+  for (const Row& row : {Row{1e5F, 0, 0}, Row{2e5F, 0, 1}, Row{4e5F, 0, 2}, Row{1e7F, 0, MaxReductions},
+                         Row{1e3F, noNumber, MaxReductions}}) {
     SCOPED_TRACE(row.perSecond);
     IntegratorCase c = TwoStates(row.perSecond, row.perSecond);
+    c.start[2] = row.start;
     c.maxStepMs = 0.01F;
     IntegratorOutput out(c.numPoints);
     EXPECT_EQ(RunFixed(c, out).reductions, row.reductions);
   }
 }
 
-TEST(FixedStepTest, TakesAnOccupancyThatIsNoNumberForOneOutOfRange) {
-  IntegratorCase c = TwoStates(1000.0F, 500.0F);
-  c.start[2] = std::numeric_limits<float>::quiet_NaN();
-  IntegratorOutput out(c.numPoints);
-  EXPECT_EQ(RunFixed(c, out).reductions, MaxReductions);
-}
-
 TEST(FixedStepTest, TakesTruncatedQuotientOfIntervalAndStepAsSubsteps) {
-  struct Row {
-    float intervalMs, stepMs;
-    long long substeps;
-  };
-  for (const Row& row :
-       {Row{0.01F, 0.005F, 2}, Row{0.01F, 0.0025F, 4}, Row{0.01F, 0.01F, 1}, Row{0.01F, 1.0F, 1},
-        Row{0.01F, 0.007F, 1}, Row{0.01F, 0.001F, 9}, Row{0.01F, 1e-8F, 999999}}) {
-    EXPECT_EQ(SubstepsPerPoint(row.intervalMs, row.stepMs), row.substeps) << row.stepMs;
+  for (const auto& [stepMs, substeps] : {std::pair{0.005F, 2},
+                                         {0.0025F, 4},
+                                         {0.01F, 1},
+                                         {1.0F, 1},
+                                         {0.007F, 1},
+                                         {0.001F, 9},
+                                         {1e-8F, 999999}}) {
+    EXPECT_EQ(SubstepsPerPoint(0.01F, stepMs), substeps) << stepMs;
   }
 }
 
 TEST(FixedStepTest, RunsOfFewPointsReportAtEachPoint) {
-  struct Row {
-    int numPoints, calls;
-  };
-  for (const Row& row : {Row{1, 1}, Row{2, 2}, Row{19, 19}, Row{20, 20}, Row{1000, 20}}) {
+  for (const auto& [numPoints, expected] :
+       {std::pair{0, 0}, {1, 1}, {2, 2}, {19, 19}, {20, 20}, {1000, 20}}) {
     IntegratorCase c = TwoStates(1000.0F, 500.0F);
-    c.numPoints = row.numPoints;
+    c.numPoints = numPoints;
     IntegratorOutput out(c.numPoints);
     int calls = 0;
-    const auto result = RunFixed(c, out, [&](double) { return ++calls < 0; });
-    EXPECT_EQ(calls, row.calls);
-    EXPECT_FALSE(result.stopped);
-    EXPECT_GT(out.room[2][static_cast<std::size_t>(row.numPoints) + 1], 0.0F);
+    RunFixed(c, out, [&](double) { return ++calls < 0; });
+    EXPECT_EQ(calls, expected);
+    EXPECT_EQ(out.room[2][static_cast<std::size_t>(numPoints) + 1] > 0.0F, numPoints > 0);
   }
 }
 
-TEST(FixedStepTest, StopsWhereTheHookSays) {
-  const IntegratorCase c = TwoStates(1000.0F, 500.0F);
-  IntegratorOutput out(c.numPoints);
-  EXPECT_TRUE(RunFixed(c, out, [](double fraction) { return fraction >= 0.5; }).stopped);
-  EXPECT_GT(out.room[2][500], 0.0F);
-  EXPECT_EQ(out.room[2][502], 0.0F);
-}
-
-TEST(FixedStepTest, LeavesRowsOfStatesThatAreOffAlone) {
-  IntegratorCase c = TwoStates(1000.0F, 0.0F);
-  c.on[1] = 0;  // a constant source
-  c.start[1] = 0.5F;
-  IntegratorOutput out(c.numPoints);
-  out.rows[1] = {};
-  RunFixed(c, out);
-  EXPECT_NEAR(out.room[2][101], 0.5 * 1000.0 * 1e-3, 2e-5);  // 200 float roundings of the sum
-}
-
-TEST(FixedStepTest, DoesNothingWithoutPointsOrTime) {
+TEST(FixedStepTest, DoesNothingWithoutTime) {
   IntegratorCase c = TwoStates(1000.0F, 500.0F);
-  IntegratorOutput out(10);
-  c.numPoints = 0;
-  EXPECT_EQ(RunFixed(c, out).reductions, 0);
-  c.numPoints = 10;
+  IntegratorOutput out(c.numPoints);
   for (const float interval : {0.0F, -1.0F, std::numeric_limits<float>::quiet_NaN()}) {
     c.intervalMs = interval;
     EXPECT_EQ(RunFixed(c, out).reductions, 0);
@@ -299,34 +230,8 @@ TEST(AdaptiveStepTest, EqualsThePlainFormBitForBit) {
   for (unsigned seed = 101; seed <= 130; ++seed) {
     SCOPED_TRACE(seed);
     IntegratorCase c = RandomCase(seed);
-    const int offset = seed % 3 == 0 ? 450 : 0;  // runs off the end of the profiles
-    IntegratorOutput plain(c.numPoints);
-    IntegratorOutput fast(c.numPoints);
-    const AdaptiveResult expected =
-        PlainAdaptive(c.Tables(), c.View(offset), c.start, c.numPoints, c.precision, plain.saved, plain.rows);
-    const AdaptiveResult result = RunAdaptive(c, fast, offset);
-    EXPECT_EQ(result.finished, expected.finished);
-    EXPECT_EQ(result.rounds, expected.rounds);
-    EXPECT_EQ(result.saved, expected.saved);
-    EXPECT_EQ(result.precision, expected.precision);
-    EXPECT_TRUE(SameBits(fast.saved, plain.saved));
-    ExpectSameRows(fast, plain);
-  }
-}
-
-TEST(AdaptiveStepTest, SavesTimesThatRiseFromZeroToTheEnd) {
-  IntegratorCase c = TwoStates(1000.0F, 500.0F);
-  for (const int numPoints : {1, 2, 19, 1000}) {
-    SCOPED_TRACE(numPoints);
-    c.numPoints = numPoints;
-    IntegratorOutput out(numPoints);
-    const AdaptiveResult result = RunAdaptive(c, out);
-    ASSERT_TRUE(result.finished);
-    EXPECT_LE(result.saved, numPoints);
-    const auto last = static_cast<std::size_t>(result.saved);
-    for (std::size_t q = 2; q <= last; ++q) EXPECT_GT(out.saved[q], out.saved[q - 1]);
-    EXPECT_NEAR(out.saved[last], static_cast<float>(numPoints) * c.intervalMs, 1e-5);
-    EXPECT_NEAR(out.room[2][last], 2.0 / 3.0 * (1.0 - std::exp(-1.5 * 0.01 * numPoints)), 1e-3);
+    if (seed > 125) c.numPoints = static_cast<int>(seed) - 125;
+    ExpectPlainAdaptive(c, seed % 3 == 0 ? 450 : 0);  // runs off the end of the profiles
   }
 }
 
@@ -338,15 +243,9 @@ TEST(AdaptiveStepTest, LoosensAPrecisionThatNoStepCanReach) {
   c.numPoints = 20;
   c.precision = 1e-9F;
   std::fill(c.profiles[1].begin() + 5, c.profiles[1].end(), 1.0F);
-  IntegratorOutput out(c.numPoints);
-  IntegratorOutput plain(c.numPoints);
-  const AdaptiveResult result = RunAdaptive(c, out);
+  const AdaptiveResult result = ExpectPlainAdaptive(c);
   EXPECT_TRUE(result.precisionReduced);
   EXPECT_GT(result.precision, c.precision);
-  const AdaptiveResult expected =
-      PlainAdaptive(c.Tables(), c.View(), c.start, c.numPoints, c.precision, plain.saved, plain.rows);
-  EXPECT_EQ(result.precision, expected.precision);
-  ExpectSameRows(out, plain);
 }
 
 TEST(AdaptiveStepTest, GivesUpWhenSlopesAreNoNumbers) {
@@ -386,39 +285,6 @@ TEST(PointIndexTest, TruncatesAndStaysInsideTheProfiles) {
   EXPECT_EQ(index(1e30F, 0), 49);
   EXPECT_EQ(index(std::numeric_limits<float>::infinity(), 60), 49);
   EXPECT_EQ(index(-1.0F, 3), 3);
-}
-
-TEST(StimulusStretchTest, EndsWhereAProfileThatMattersChanges) {
-  IntegratorCase c(40000);
-  c.SetRate(1, 2, 1000.0F);
-  c.WithDrug(1, 1, 2);
-  std::fill(c.profiles[1].begin() + 700, c.profiles[1].begin() + 1213, 1e-3F);
-  c.profiles[2][5] = 1.0F;  // enters no rate
-  const CompiledScheme scheme = CompileScheme(c.Tables());
-  const StimulusView view = c.View();
-  StimulusCursor cursor;
-  StartCursor(cursor, scheme);
-  EXPECT_EQ(StretchAt(cursor, scheme, view, 0).end, 700);
-  const StimulusStretch& step = StretchAt(cursor, scheme, view, 705);
-  EXPECT_EQ(step.end, 1213);
-  EXPECT_EQ(PointIndex(view, step.endTime), 1213);
-  EXPECT_EQ(PointIndex(view, std::nextafter(step.endTime, 0.0F)), 1212);
-  EXPECT_EQ(StretchAt(cursor, scheme, view, 39999).endTime, std::numeric_limits<float>::infinity());
-}
-
-TEST(LanesTest, PicksAcrossVectorsAndTellsBits) {
-  std::array<float, MaxLanes> y;
-  std::array<std::int32_t, LanesPerVector> index{23, 0, 15, 8, 7, 16, 9, 1};
-  for (std::size_t k = 0; k < y.size(); ++k) y[k] = static_cast<float>(k);
-  const Lanes vectors[3] = {LoadLanes<Lanes>(&y[0]), LoadLanes<Lanes>(&y[8]), LoadLanes<Lanes>(&y[16])};
-  std::array<float, LanesPerVector> picked;
-  StoreLanes(picked.data(), Pick(vectors, LoadLanes<LaneIndex>(index.data())));
-  for (std::size_t k = 0; k < picked.size(); ++k) EXPECT_EQ(picked[k], static_cast<float>(index[k]));
-  EXPECT_FALSE(AnyOutside(vectors[0], 0.0F, 7.0F));
-  EXPECT_TRUE(AnyOutside(vectors[0], 0.0F, 6.5F));
-  EXPECT_TRUE(AnyOutside(Spread(std::numeric_limits<float>::quiet_NaN()), 0.0F, 1.0F));
-  EXPECT_TRUE(AnyBitDiffers(Spread(0.0F), Spread(-0.0F)));
-  EXPECT_FALSE(AnyBitDiffers(vectors[1], vectors[1]));
 }
 
 }  // namespace

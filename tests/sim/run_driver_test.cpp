@@ -22,66 +22,57 @@ TEST_F(RunDriverTest, RefusesAGridWithoutStatesAndLeavesNoOccupancy) {
 }
 
 TEST_F(RunDriverTest, RefusesSixExitsForMonteCarloAlone) {
-  UseTableWithExits(6);
-  for (const int kind : {FixedStepIntegrator, AdaptiveIntegrator, MonteCarlo}) {
-    SCOPED_TRACE(kind);
+  struct Case {
+    int kind, exits;
+    bool refused;
+  };
+  for (const Case& c : {Case{FixedStepIntegrator, 6, false}, Case{AdaptiveIntegrator, 6, false},
+                        Case{MonteCarlo, 5, false}, Case{MonteCarlo, 6, true}}) {
+    SCOPED_TRACE(testing::Message() << c.kind << " with " << c.exits);
     popups.clear();
-    Trace.TraceValid = 0;
-    Model.SimulatorKind = kind;
+    SimulatedChannels.clear();
+    Model.SimulatorKind = c.kind;
+    Model.TableRate = {};
+    UseTableWithExits(c.exits);
     RunAsSet();
-    if (kind == MonteCarlo) {
-      ASSERT_EQ(popups.size(), 1U);
-      EXPECT_EQ(popups[0], (SeenPopup{"! Error",
-                                      "No state can connect to more than five other states for Monte Carlo "
-                                      "simulations."}));
-    }
-    EXPECT_EQ(Trace.TraceValid, kind == MonteCarlo ? 0 : 1);
+    const SeenPopup refusal{
+        "! Error", "No state can connect to more than five other states for Monte Carlo simulations."};
+    EXPECT_EQ(std::count(popups.begin(), popups.end(), refusal), c.refused ? 1 : 0);
+    EXPECT_EQ(SimulatedChannels.size(), c.kind == MonteCarlo && !c.refused ? 1U : 0U);
   }
 }
 
-TEST_F(RunDriverTest, TakesFiveExitsForMonteCarlo) {
-  UseTableWithExits(5);
-  Model.SimulatorKind = MonteCarlo;
-  RunAsSet();
-  EXPECT_TRUE(popups.empty());
-  EXPECT_EQ(SimulatedChannels.size(), 1U);
-}
-
-TEST_F(RunDriverTest, ListsTheExitsOfEachStateInRisingOrder) {
+TEST_F(RunDriverTest, ListsTheExitsOfEachStateInRisingOrderAndNumbersDistinctConductances) {
   Model.ModelIs2D = 0;
   Model.TableRate[3][20] = Model.TableRate[3][1] = Model.TableRate[3][7] = 1.0F;
   Model.TableRate[3][3] = 9.0F;  // the diagonal is no exit
+  const std::vector<float> conductances{0.0F, 50.0F, 0.0F, 20.0F, 50.0F};
+  std::copy(conductances.begin(), conductances.end(), Model.StateConductance.begin() + 1);
   RunAsSet();
   ASSERT_EQ(Result.ConnectionCount[3], 3);
-  EXPECT_EQ(Result.Connection[3][1], 1);
-  EXPECT_EQ(Result.Connection[3][2], 7);
-  EXPECT_EQ(Result.Connection[3][3], 20);
+  const auto& exits = Result.Connection[3];
+  EXPECT_EQ(std::vector<int>(exits.begin() + 1, exits.begin() + 4), (std::vector<int>{1, 7, 20}));
   EXPECT_EQ(Result.ConnectionCount[1], 0);
+  const auto& classes = Result.StateClass;
+  EXPECT_EQ(std::vector<int>(classes.begin() + 1, classes.begin() + 7), (std::vector<int>{1, 2, 1, 3, 2, 1}));
 }
 
 TEST_F(RunDriverTest, IntegratesSubunitsOnlyAsChannelsOrProbability) {
-  for (const int units : {UnitsChannels, UnitsConductance, UnitsCurrent, UnitsProbability}) {
-    SCOPED_TRACE(units);
+  Model.MultiSubunit = 1;
+  for (const auto& [units, refused] : {std::pair{UnitsChannels, false},
+                                       {UnitsConductance, true},
+                                       {UnitsCurrent, true},
+                                       {UnitsProbability, false}}) {
     popups.clear();
     Trace.TraceValid = 0;
-    Model.MultiSubunit = 1;
     Model.DisplayUnits = units;
     RunAsSet();
-    const bool refused = units == UnitsConductance || units == UnitsCurrent;
-    EXPECT_EQ(Trace.TraceValid, refused ? 0 : 1);
-    EXPECT_EQ(PopupTexts(),
-              refused ? std::vector<std::string>{"Cannot run integrator for cooperative multi-subunit "
-                                                 "receptors."}
-                      : std::vector<std::string>{});
+    EXPECT_EQ(Trace.TraceValid, refused ? 0 : 1) << units;
+    EXPECT_EQ(popups.size(), refused ? 1U : 0U) << units;
+    if (refused) {
+      EXPECT_EQ(popups[0].text, "Cannot run integrator for cooperative multi-subunit receptors.");
+    }
   }
-}
-
-TEST_F(RunDriverTest, NumbersTheDistinctConductances) {
-  const float conductances[] = {0.0F, 50.0F, 0.0F, 20.0F, 50.0F};
-  for (int s = 1; s <= 5; ++s) Model.StateConductance[s] = conductances[s - 1];
-  RunAsSet();
-  const int expected[] = {1, 2, 1, 3, 2, 1};
-  for (int s = 1; s <= 6; ++s) EXPECT_EQ(Result.StateClass[s], expected[s - 1]) << s;
 }
 
 TEST_F(RunDriverTest, TellsOnceThatItCannotComputeEquilibriumAndRuns) {
@@ -93,21 +84,16 @@ TEST_F(RunDriverTest, TellsOnceThatItCannotComputeEquilibriumAndRuns) {
 }
 
 TEST_F(RunDriverTest, RefusesARunWithoutLength) {
-  struct Case {
-    const char* field;
-    const char* value;
-  };
-  for (const Case& c : {Case{"NumPoints", "0"}, Case{"NumPoints", "-5"}, Case{"ADInterval", "0"},
-                        Case{"ADInterval", "-0.01"}}) {
-    SCOPED_TRACE(c.field);
-    Show();
+  for (const auto& [field, value] :
+       {std::pair{"NumPoints", "0"}, {"NumPoints", "-5"}, {"ADInterval", "0"}, {"ADInterval", "-0.01"}}) {
     popups.clear();
-    TypeInto(ControlNamed(c.field), c.value);
+    TypeInto(ControlNamed(field), value);
     AcquireData();
-    ASSERT_EQ(popups.size(), 1U);
+    ASSERT_EQ(popups.size(), 1U) << field;
     EXPECT_EQ(popups[0].title, "! Error");
     Model.NumPoints = 200;
     Model.ADInterval = 0.01F;
+    Show();
   }
 }
 
@@ -131,12 +117,6 @@ TEST_F(RunDriverTest, ReadsNoPanelAndSaysNothingDuringAFit) {
   Model.StateOn[1] = 0;
   RunSimulation(150);
   EXPECT_TRUE(popups.empty());
-}
-
-TEST_F(RunDriverTest, ClearsTheMarksOfAResampledOrCorrectedTrace) {
-  Trace.TraceParsed = Trace.RsCorrected = 1;
-  RunAsSet();
-  EXPECT_EQ(Trace.TraceParsed + Trace.RsCorrected, 0);
 }
 
 }  // namespace

@@ -26,9 +26,8 @@ TEST(MonteCarloRules, ChannelsStartInProportionToOccupancy) {
     float occupancy;
     int starting;
   };
-  for (const Case& c :
-       {Case{3, 0.5F, 2}, Case{3, 0.49F, 1}, Case{1, 0.5F, 1}, Case{1, 0.49F, 0}, Case{10, 1.0F, 10},
-        Case{10, 0.0F, 0}, Case{10, -0.3F, 0}, Case{10, NAN, 0}, Case{2, 1e30F, INT_MAX}}) {
+  for (const Case& c : {Case{3, 0.5F, 2}, Case{3, 0.49F, 1}, Case{1, 0.5F, 1}, Case{10, 0.0F, 0},
+                        Case{10, -0.3F, 0}, Case{10, NAN, 0}, Case{2, 1e30F, INT_MAX}}) {
     EXPECT_EQ(ChannelsStartingIn(c.channels, c.occupancy), c.starting) << c.channels << " x " << c.occupancy;
   }
 }
@@ -51,19 +50,6 @@ TEST(MonteCarloRules, TheNextSweepStartsFrom100PointsBeforeTheEnd) {
   EXPECT_EQ(ReseedPoint(99), 99);
 }
 
-TEST(MonteCarloRules, ProgressIsToldInRunsAndSweeps) {
-  EXPECT_EQ(RunProgressText(2, 3, 0.2048F, 1), "Run 2 of 3 with 0.20s interval (sec 1)");
-}
-
-TEST(MonteCarloRules, TheUserIsAskedMoreSeldomTheMoreChannelsThereAre) {
-  EXPECT_FALSE(PollIsDue(20, 0, 20, 0, false));
-  EXPECT_TRUE(PollIsDue(200, 10, 200, 3, false));
-  EXPECT_FALSE(PollIsDue(200, 11, 200, 0, false));
-  EXPECT_FALSE(PollIsDue(200, 10, 200, 3, true));
-  EXPECT_TRUE(PollIsDue(1000, 7, 1000, 50, true));
-  EXPECT_FALSE(PollIsDue(1000, 50, 1000, 7, false));
-}
-
 TEST_F(RunMonteCarloTest, EveryRunButTheLastIsFollowedByItsIntervals) {
   Model.NumRuns = 3;
   Model.NumIntervals = 2;
@@ -81,44 +67,22 @@ TEST_F(RunMonteCarloTest, ChannelsStartSortedByState) {
   EXPECT_EQ(Result.EffectiveChannels, 3.0F);
 }
 
-std::vector<float> RatesSeen;
-ChannelOutcome RateWatcher(int /*startState*/) {
-  RatesSeen.push_back(Model.RateMatrix[1][2]);
-  RatesSeen.push_back(Model.RateMatrix[2][1]);
-  return ChannelOutcome::Unmonitored;
-}
-
-TEST_F(RunMonteCarloTest, IntervalsRunWithoutAgonistOnly) {
-  RatesSeen.clear();
-  SimulateChannel = RateWatcher;
-  Model.Depend.Drug[3][1][2] = 1;
-  Model.Depend.Volt[2][1] = 1;
-  Model.NumRuns = 2;
-  Model.NumIntervals = 1;
-  Model.StateOn[3] = 1;
-  Model.StartOccupancy[1] = 1.0F;
-  RunAsSet();  // the watcher leaves no occupancy, so no channel starts once the first sweep is over
-  EXPECT_EQ(RatesSeen, (std::vector<float>{1000.0F, 500.0F}));
-  RatesSeen.clear();
-  Model.NumIntervals = 0;
-  Model.StartOccupancy[1] = 1.0F;
-  RunAsSet();
-  EXPECT_EQ(RatesSeen, (std::vector<float>{1000.0F, 500.0F, 1000.0F, 500.0F}));
-}
-
+std::vector<std::array<float, 2>> RatesSeen;
 ChannelOutcome StayingRateWatcher(int startState) {
-  RatesSeen.push_back(Model.RateMatrix[1][2]);
+  RatesSeen.push_back({Model.RateMatrix[1][2], Model.RateMatrix[2][1]});
   return StayingChannel(startState);
 }
 
-TEST_F(RunMonteCarloTest, RatesComeBackAfterTheIntervals) {
+TEST_F(RunMonteCarloTest, IntervalsRunWithoutAgonistAndItsRatesComeBack) {
   RatesSeen.clear();
   SimulateChannel = StayingRateWatcher;
   Model.Depend.Drug[3][1][2] = 1;
+  Model.Depend.Volt[2][1] = 1;
   Model.NumRuns = 2;
   Model.NumIntervals = 2;
   RunAsSet();
-  EXPECT_EQ(RatesSeen, (std::vector<float>{1000.0F, 0.0F, 0.0F, 1000.0F}));
+  const std::array<float, 2> during{1000.0F, 500.0F}, between{0.0F, 500.0F};
+  EXPECT_EQ(RatesSeen, (std::vector<std::array<float, 2>>{during, between, between, during}));
 }
 
 /// Moves from state 1 to state 2 at the end of a sweep.
@@ -132,17 +96,7 @@ ChannelOutcome MovingChannel(int startState) {
   return ChannelOutcome::Unmonitored;
 }
 
-TEST_F(RunMonteCarloTest, FinalOccupanciesStartTheNextRunWhenReseeded) {
-  SimulateChannel = MovingChannel;
-  Model.NumRuns = 2;
-  Model.ReseedSimulation = 1;
-  RunAsSet();
-  EXPECT_EQ(SimulatedChannels, (std::vector<int>{1, 2}));
-  EXPECT_EQ(Model.StartOccupancy[2], 1.0F);
-  EXPECT_EQ(Trace.TraceValid, 0);  // no channel reached a monitored state
-}
-
-TEST_F(RunMonteCarloTest, StartOccupanciesComeBackWithoutReseeding) {
+TEST_F(RunMonteCarloTest, FinalOccupanciesStartTheNextRunWhenReseededAndElseOnlyTheIntervals) {
   SimulateChannel = MovingChannel;
   Model.NumRuns = 2;
   Model.NumIntervals = 1;
@@ -150,6 +104,13 @@ TEST_F(RunMonteCarloTest, StartOccupanciesComeBackWithoutReseeding) {
   EXPECT_EQ(SimulatedChannels, (std::vector<int>{1, 2, 2}));
   EXPECT_EQ(Model.StartOccupancy[1], 1.0F);
   EXPECT_EQ(Model.StartOccupancy[2], 0.0F);
+  SimulatedChannels.clear();
+  Model.NumIntervals = 0;
+  Model.ReseedSimulation = 1;
+  RunAsSet();
+  EXPECT_EQ(SimulatedChannels, (std::vector<int>{1, 2}));
+  EXPECT_EQ(Model.StartOccupancy[2], 1.0F);
+  EXPECT_EQ(Trace.TraceValid, 0);  // no channel reached a monitored state
 }
 
 TEST_F(RunMonteCarloTest, AStopLeavesTheTraceInvalid) {
@@ -182,25 +143,21 @@ TEST_F(RunMonteCarloTest, TracesOfManyRunsAreSuperimposedOnlyWhenAskedFor) {
 }
 
 TEST_F(RunMonteCarloTest, SubunitsAddUpToOneTrace) {
-  struct Case {
-    int units;
-    float expected;
-  };
   // Three subunits in state 2, each alone at its point: k = 1, so conductance 1 counts (20 pS) three times.
-  for (const Case& c : {Case{UnitsChannels, 3.0F}, Case{UnitsProbability, 1.0F},
-                        Case{UnitsConductance, 60.0F}, Case{UnitsCurrent, 60.0F * -0.06F}}) {
-    SCOPED_TRACE(c.units);
-    Model.MultiSubunit = 1;
-    Model.NumChannels = 3;
-    Model.DisplayUnits = c.units;
-    Model.StateConductance[0] = 7.0F;
-    Model.StateConductance[1] = 20.0F;
-    Model.StartOccupancy[1] = 0.0F;
-    Model.StartOccupancy[2] = 1.0F;
-    std::fill_n(Stimulus.Profile[0].begin(), 300, -0.06F);
+  Model.StateConductance[0] = 7.0F;
+  Model.StateConductance[1] = 20.0F;
+  Model.MultiSubunit = 1;
+  Model.NumChannels = 3;
+  Model.StartOccupancy[1] = 0.0F;
+  Model.StartOccupancy[2] = 1.0F;
+  std::fill_n(Stimulus.Profile[0].begin(), 300, -0.06F);
+  for (const auto& [units, expected] : {std::pair{UnitsChannels, 3.0F},
+                                        {UnitsProbability, 1.0F},
+                                        {UnitsConductance, 60.0F},
+                                        {UnitsCurrent, 60.0F * -0.06F}}) {
+    Model.DisplayUnits = units;
     RunAsSet();
-    for (int p = 0; p < Model.NumPoints; ++p) ASSERT_NEAR(Trace.SimTrace[p], c.expected, 1e-5F) << p;
-    EXPECT_EQ(Result.ChannelUnit, 1.0F / 3.0F);
+    for (int p = 0; p < Model.NumPoints; ++p) ASSERT_NEAR(Trace.SimTrace[p], expected, 1e-5F) << units;
     EXPECT_EQ(Model.NumRuns, 1);
     EXPECT_EQ(Model.NumChannels, 3);
     EXPECT_EQ(GraphNamed("MainPanel").plots.size(), 1U);
