@@ -25,10 +25,12 @@ TEST_F(DriveTest, StartsAtTheInitialValuesWithMainPanelInFront) {
 }
 
 TEST_F(DriveTest, AnUnknownNameEndsInStatus2AndTheRunGoesOn) {
-  const auto lines = Run("get NumPoint\nget NumPoints");
+  const auto lines = Run("get NumPoint\nget NumPoints\nget KOn[99]\nslice NumPoints 0 1");
   EXPECT_EQ(status, 2);
   EXPECT_EQ(lines.at(0).at("error"), "unknown name: NumPoint; did you mean NumPoints?");
   EXPECT_EQ(lines.at(1).at("value"), 10240);
+  EXPECT_EQ(lines.at(2).at("error"), "unknown name: KOn[99]");
+  EXPECT_EQ(lines.at(3).at("error"), "NumPoints: one value, not an array");
 }
 
 // Occupancy of the open state is 0.75 (1 - exp(-400 t)), t in s: sample p of the trace is at p x 0.01 ms.
