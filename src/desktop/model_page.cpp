@@ -75,13 +75,18 @@ QWidget* ModelPage::makeScheme() {
   auto* header = new QHBoxLayout;
   header->setSpacing(8);
   header->addWidget(makeFormSwitch());
-  add(header, "ModelTitle", 1);
+  title_ = add(header, "ModelTitle", 1);
+  for (const char* control : {"GetGraphModel", "SetGraphModel", "ClearTable"}) {
+    tableCommands_.push_back(add(header, control));
+  }
+  header->addStretch();  // where the title goes out of sight
   add(header, "OpenConductance");
   add(header, "OpenStartState");
   scheme_ = new SchemeView(part);
+  table_ = new RateTableView(part);
   forms_ = new QStackedWidget(part);
   forms_->addWidget(scheme_);
-  forms_->addWidget(makeTable());
+  forms_->addWidget(table_);
   layout->addLayout(header);
   layout->addWidget(forms_, 1);
   return part;
@@ -98,20 +103,6 @@ QWidget* ModelPage::makeFormSwitch() {
   tableButton_->setToolTip("The scheme as a table of rates from any state to any other; runs take it.");
   layout->addWidget(gridButton_);
   layout->addWidget(tableButton_);
-  return part;
-}
-
-QWidget* ModelPage::makeTable() {
-  auto* part = new QWidget(this);
-  auto* layout = new QVBoxLayout(part);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(HeaderGap);
-  auto* buttons = new QHBoxLayout;
-  for (const char* control : {"GetGraphModel", "SetGraphModel", "ClearTable"}) add(buttons, control);
-  buttons->addStretch();
-  table_ = new RateTableView(part);
-  layout->addWidget(table_, 1);
-  layout->addLayout(buttons);
   return part;
 }
 
@@ -151,6 +142,9 @@ void ModelPage::refresh(const std::set<Graph*>& changed) {
   else
     scheme_->refresh();
   for (ControlWidget* control : controls_) control->refresh();
+  // The table's commands take the place of the title, so that its rows have the height.
+  title_->setVisible(!table);
+  for (ControlWidget* command : tableCommands_) command->setVisible(table);
   for (ControlWidget* monitor : monitors_) {
     monitor->refresh();
     // A state that is off and not monitored has nothing to show.

@@ -29,7 +29,6 @@ class ModelPage : public TaskPage {
   QWidget* makeScheme();
   QWidget* makeResponse();
   QWidget* makeFormSwitch();
-  QWidget* makeTable();
   ControlWidget* add(QHBoxLayout* row, const char* control, int stretch = 0);
 
   QToolButton* gridButton_ = nullptr;
@@ -39,6 +38,8 @@ class ModelPage : public TaskPage {
   RateTableView* table_ = nullptr;
   GraphWidget* graph_ = nullptr;
   SideForm* settings_ = nullptr;
+  ControlWidget* title_ = nullptr;
+  std::vector<ControlWidget*> tableCommands_;
   std::vector<ControlWidget*> controls_;  // outside the settings
   std::vector<ControlWidget*> monitors_;  // by state, from 1
 };
