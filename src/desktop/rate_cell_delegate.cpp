@@ -24,12 +24,12 @@ void RateCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
   const QRect cell = option.rect;
   const QPalette& palette = option.palette;
   painter->save();
-  if (!index.flags().testFlag(Qt::ItemIsEnabled)) {
-    painter->fillRect(cell, palette.brush(QPalette::Midlight));
+  const bool selected = option.state.testFlag(QStyle::State_Selected);
+  if (!index.flags().testFlag(Qt::ItemIsEditable)) {
+    painter->fillRect(cell, palette.brush(selected ? QPalette::Highlight : QPalette::Midlight));
     painter->restore();
     return;
   }
-  const bool selected = option.state.testFlag(QStyle::State_Selected);
   const QString number = index.data(Qt::DisplayRole).toString();
   const QString depends = index.data(RateTableModel::DependenceRole).toString();
   const bool refused = index.data(RateTableModel::RefusedRole).toBool();

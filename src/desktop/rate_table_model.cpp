@@ -92,8 +92,8 @@ QVariant RateTableModel::headerData(int section, Qt::Orientation orientation, in
 }
 
 Qt::ItemFlags RateTableModel::flags(const QModelIndex& index) const {
-  if (rate(index.row() + 1, index.column() + 1) == nullptr) return Qt::NoItemFlags;
-  return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable;
+  const Qt::ItemFlags place = Qt::ItemIsEnabled | Qt::ItemIsSelectable;  // a block may begin on the diagonal
+  return rate(index.row() + 1, index.column() + 1) == nullptr ? place : place | Qt::ItemIsEditable;
 }
 
 bool RateTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {

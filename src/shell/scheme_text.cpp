@@ -38,7 +38,7 @@ std::string DependenceText(const DependenceTables& tables, int from, int to) {
 
 std::string RateText(double rate) {
   const double size = std::abs(rate);
-  if (size >= 9999.5 && size < 99999.5) return CompactNumber(rate, 5);
+  if (size >= 9999.5 && size < 99999.5) return FormatText("%.0f", rate);
   return CompactNumber(rate, size == 0.0 || (size >= 0.01 && size < 1e4) ? 4 : 3);
 }
 

@@ -205,7 +205,7 @@ DataRange PictureRange(const Graph& graph, char axis) {
   DataRange range = ViewRange(graph, axis);
   if (seen.log) range = Positive(range);
   range = NotEmpty(range, seen.log);
-  if (axis == 'x' || !seen.automatic) return range;
+  if (axis == 'x' || !seen.automatic || !DataRangeOf(graph, axis)) return range;
   const double low = ToScale(seen, range.min);
   const double high = ToScale(seen, range.max);
   const double margin = (high - low) * AutoMargin;
