@@ -52,11 +52,12 @@ Welcome::Welcome(const QString& modelsFolder, QWidget* parent) : QDialog(parent)
     item->setData(PathRole, model.path);
     item->setToolTip(model.path);
   }
-  list->setMinimumSize(560, 200);
+  list->setMinimumSize(660, 232);
   list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   list->setTextElideMode(Qt::ElideRight);
   list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   const auto choose = [this](const QListWidgetItem* item) {
+    if (!isVisible()) return;  // a click has chosen already
     const QString path = item->data(PathRole).toString();
     accept();
     emit modelChosen(path);

@@ -1,12 +1,15 @@
 // The whole window, pressed as a user presses it.
+#include <qcustomplot.h>
+
 #include <QAction>
 #include <QCheckBox>
 #include <QDropEvent>
 #include <QImage>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMimeData>
 #include <QPushButton>
-#include <QTabWidget>
+#include <QTextBrowser>
 #include <QTimer>
 #include <QToolButton>
 #include <fstream>
@@ -18,6 +21,7 @@
 #include "desktop/graph_widget.h"
 #include "desktop/main_window.h"
 #include "desktop/panel_dialog.h"
+#include "desktop/scheme_view.h"
 #include "desktop/settings.h"
 #include "desktop/task_page.h"
 #include "desktop/theme.h"
@@ -280,14 +284,77 @@ TEST_F(WindowTest, ARightClickTellsTheHelpAndChangesNothing) {
   EXPECT_EQ(StoreDigest(), before);
 }
 
+TEST_F(WindowTest, AStateIsSwitchedAndARateEditedOnTheScheme) {
+  auto* scheme = window->page()->findChild<SchemeView*>();
+  const auto clickItem = [&](SchemeItem::Kind kind, int number) {
+    const SchemeItem* item = scheme->scheme().find({kind, number, {}, nullptr});
+    ASSERT_NE(item, nullptr);
+    QTest::mouseClick(scheme, Qt::LeftButton, {}, item->rect.center().toPoint());
+    Settle();
+  };
+  ASSERT_EQ(Model.StateOn[5], 0);
+  clickItem(SchemeItem::Kind::State, 5);
+  EXPECT_EQ(Model.StateOn[5], 1);
+  clickItem(SchemeItem::Kind::RateOn, 4);  // the link that the state has brought
+  auto* editor = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+  ASSERT_NE(editor, nullptr);
+  editor->selectAll();
+  QTest::keyClicks(editor, "1234,5");
+  QTest::keyClick(editor, Qt::Key_Return);
+  Settle();
+  EXPECT_EQ(Model.KOn[4], 1234.5);
+  clickItem(SchemeItem::Kind::DependOff, 4);
+  ASSERT_EQ(window->openDialogs().size(), 1U);
+  EXPECT_EQ(window->openDialogs()[0]->panel().name, "DependencePanel");
+}
+
 TEST_F(WindowTest, TheWheelZoomsTheResponseAndADragMovesACursor) {
   clickTool("Run");
   Graph& record = GraphNamed("MainPanel");
+  QCustomPlot& plot = graph()->plot();
+  const auto pixel = [&](double x) {
+    return QPoint(static_cast<int>(plot.xAxis->coordToPixel(x)), plot.axisRect()->center().y());
+  };
+  Drag(&plot, pixel(record.cursors[0].x), pixel(50.0));
+  EXPECT_NEAR(record.cursors[0].x, 50.0, 0.5);
   const DataRange all = ViewRange(record, 'x');
-  GraphWidget* shown = graph();
-  Wheel(shown->findChild<QWidget*>(), {300, 100}, 2);
+  Wheel(&plot, pixel(20.0), 2);
   const DataRange view = ViewRange(record, 'x');
-  EXPECT_LT(view.max - view.min, 0.9 * (all.max - all.min));
+  EXPECT_NEAR((view.max - view.min) / (all.max - all.min), 0.64, 1e-6);
+  QAction* full = window->findChild<QAction*>("FxnScaleAxes");
+  ASSERT_NE(full, nullptr);
+  full->trigger();
+  EXPECT_EQ(ViewRange(record, 'x').max, all.max);
+}
+
+TEST_F(WindowTest, TheWelcomeOpensAnExampleModel) {
+  window->showWelcome();
+  Settle();
+  auto* list = window->findChild<QListWidget*>();
+  ASSERT_NE(list, nullptr);
+  ASSERT_EQ(list->count(), 9);
+  const QString title = list->item(0)->text();
+  QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(0)).center());
+  Settle();
+  EXPECT_TRUE(QString::fromStdString(Model.ModelTitle).startsWith(title.left(40)));
+  EXPECT_EQ(window->findChild<QListWidget*>(), nullptr) << "the welcome has gone";
+}
+
+TEST_F(WindowTest, HelpOpensAtItsTopicsAndALackOfPagesIsTold) {
+  for (const int topic : {HelpContents, 1001, 22000}) {
+    SystemHelp(topic);
+    Settle();
+    QTextBrowser* browser = nullptr;
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+      if (top->isVisible() && browser == nullptr) browser = top->findChild<QTextBrowser*>();
+    }
+    ASSERT_NE(browser, nullptr);
+    EXPECT_GT(browser->toPlainText().size(), 400);
+  }
+  EXPECT_TRUE(popups.empty());
+  SystemHelp(99);
+  ASSERT_EQ(popups.size(), 1U);
+  EXPECT_EQ(popups[0].text, "The help file is missing beside the program.");
 }
 
 TEST_F(WindowTest, APictureOfTheResponseIsExported) {
