@@ -155,6 +155,29 @@ AdaptiveResult ExpectPlainAdaptive(const IntegratorCase& c, int offset = 0) {
   return result;
 }
 
+TEST(FixedStepTest, SettlesWhereEveryFlowEqualsTheFlowBack) {
+  // A cycle of four states whose rates have equal products both ways round.
+  IntegratorCase c(6000);
+  c.numPoints = 5000;
+  const std::array<float, 5> forward{0, 4000, 900, 2500, 1200};
+  const std::array<float, 5> back{0, 1500, 3000, 600, 4000};
+  for (std::size_t s = 1; s <= 4; ++s) {
+    c.SetRate(s, s % 4 + 1, forward[s]);
+    c.SetRate(s % 4 + 1, s, back[s]);
+  }
+  c.start[2] = 1.0F;
+  IntegratorOutput out(c.numPoints);
+  RunFixed(c, out);
+  double sum = 0.0;
+  for (std::size_t s = 1; s <= 4; ++s) {
+    const double there = static_cast<double>(out.room[s][5001]) * static_cast<double>(forward[s]);
+    const double here = static_cast<double>(out.room[s % 4 + 1][5001]) * static_cast<double>(back[s]);
+    EXPECT_NEAR(there / here, 1.0, 1e-5) << s;  // some 100 roundings of a float
+    sum += static_cast<double>(out.room[s][5001]);
+  }
+  EXPECT_NEAR(sum, 1.0, 1e-5);
+}
+
 TEST(FixedStepTest, EqualsThePlainFormBitForBit) {
   int failedPasses = 0;
   for (unsigned seed = 1; seed <= 30; ++seed) {
@@ -224,6 +247,13 @@ TEST(FixedStepTest, DoesNothingWithoutTime) {
     EXPECT_EQ(RunFixed(c, out).reductions, 0);
   }
   EXPECT_EQ(out.room[1][1], 0.0F);
+}
+
+TEST(FixedStepTest, EndsWhenTheTimeOverflows) {
+  IntegratorCase c = TwoStates(1000.0F, 500.0F);
+  c.intervalMs = c.maxStepMs = 3e38F;
+  IntegratorOutput out(c.numPoints);
+  EXPECT_EQ(RunFixed(c, out).reductions, MaxReductions);
 }
 
 TEST(AdaptiveStepTest, EqualsThePlainFormBitForBit) {

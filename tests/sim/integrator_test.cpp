@@ -82,6 +82,10 @@ TEST_F(IntegrateModelTest, ConvertsSavedStepsAgainAndForgetsThoseOfALongerRun) {
   EXPECT_NEAR(Result.SavedTime[static_cast<std::size_t>(Result.KeptSteps)], 10.0F, 1e-4);
   ConvertTrace(false);
   EXPECT_TRUE(std::equal(first.begin(), first.end(), Trace.SimTrace.begin()));
+  Model.ModelIs2D = 0;  // the table on show is not the form that ran
+  ConvertTrace(false);
+  EXPECT_TRUE(std::equal(first.begin(), first.end(), Trace.SimTrace.begin()));
+  Model.ModelIs2D = 1;
   Model.NumPoints = 30;
   Integrate(AdaptiveIntegrator);
   const auto last = static_cast<std::size_t>(Result.KeptSteps);
