@@ -1,14 +1,18 @@
 #include "desktop/help_window.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QKeyEvent>
+#include <QTextBlock>
 #include <QTextBrowser>
+#include <QTextTable>
 #include <QToolBar>
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include "desktop/theme.h"
 #include "screen/popups.h"
 
 namespace zelvane {
@@ -16,6 +20,34 @@ namespace {
 
 constexpr QSize WindowSize{760, 640};
 constexpr int PageMargin = 20;
+constexpr int HeadingGap = 14;
+constexpr int CellPadding = 4;
+
+/// Air around headings and in tables, which Markdown comes without.
+void SetOut(QTextDocument& page) {
+  page.setDocumentMargin(PageMargin);
+  for (QTextBlock block = page.begin(); block.isValid(); block = block.next()) {
+    QTextBlockFormat format = block.blockFormat();
+    if (format.headingLevel() == 0) continue;
+    format.setTopMargin(HeadingGap);
+    format.setBottomMargin(HeadingGap / 2);
+    QTextCursor(block).setBlockFormat(format);
+  }
+  const QPalette palette = QApplication::palette();
+  for (QTextFrame* frame : page.rootFrame()->childFrames()) {
+    auto* table = qobject_cast<QTextTable*>(frame);
+    if (table == nullptr) continue;
+    QTextTableFormat format = table->format();
+    format.setBorderCollapse(true);
+    format.setBorder(1);
+    format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
+    format.setBorderBrush(palette.color(QPalette::AlternateBase).darker(IsDark() ? 60 : 110));
+    format.setCellPadding(CellPadding);
+    format.setCellSpacing(0);
+    format.setBottomMargin(HeadingGap);
+    table->setFormat(format);
+  }
+}
 
 }  // namespace
 
@@ -35,8 +67,7 @@ HelpWindow::HelpWindow(const QString& folder) : folder_(folder), browser_(new QT
   forward->setEnabled(false);
   connect(browser_, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
   connect(browser_, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
-  connect(browser_, &QTextBrowser::sourceChanged, this,
-          [this] { browser_->document()->setDocumentMargin(PageMargin); });
+  connect(browser_, &QTextBrowser::sourceChanged, this, [this] { SetOut(*browser_->document()); });
   browser_->setFrameShape(QFrame::NoFrame);
   browser_->setOpenExternalLinks(true);
   layout->addWidget(bar);
