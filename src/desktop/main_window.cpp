@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QMimeData>
+#include <QScreen>
 #include <QStackedWidget>
 #include <QToolBar>
 #include <QToolButton>
@@ -218,6 +219,7 @@ void MainWindow::connectFrontEnd() {
 }
 
 void MainWindow::restore() {
+  resize(sizeHint().boundedTo(screen()->availableSize()));
   if (!restoreGeometry(settings_.value("window/geometry").toByteArray())) {
     setWindowState(windowState() | Qt::WindowMaximized);
   }
