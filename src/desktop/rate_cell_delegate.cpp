@@ -10,8 +10,10 @@
 namespace zelvane {
 namespace {
 
-constexpr int MarkWidth = 15;  // pixels, at the left of a cell
-constexpr int Padding = 4;     // pixels, right of the number
+constexpr int MarkWidth = 15;      // pixels, at the left of a cell
+constexpr int DiagonalAlpha = 30;  // there is no rate from a state to itself
+constexpr int RateAlpha = 34;      // a rate stands out among the empty cells
+constexpr int Padding = 4;         // pixels, right of the number
 
 }  // namespace
 
@@ -26,7 +28,9 @@ void RateCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
   painter->save();
   const bool selected = option.state.testFlag(QStyle::State_Selected);
   if (!index.flags().testFlag(Qt::ItemIsEditable)) {
-    painter->fillRect(cell, palette.brush(selected ? QPalette::Highlight : QPalette::Midlight));
+    QColor shade = palette.color(selected ? QPalette::Highlight : QPalette::Text);
+    shade.setAlpha(selected ? 255 : DiagonalAlpha);
+    painter->fillRect(cell, shade);
     painter->restore();
     return;
   }
@@ -36,9 +40,9 @@ void RateCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
   QColor colour = palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
   if (selected) {
     painter->fillRect(cell, palette.brush(QPalette::Highlight));
-  } else if (!number.isEmpty()) {  // a rate stands out among the empty cells
+  } else if (!number.isEmpty()) {
     QColor tint = palette.color(QPalette::Highlight);
-    tint.setAlpha(34);
+    tint.setAlpha(RateAlpha);
     painter->fillRect(cell, tint);
   }
   if (!depends.isEmpty() && !selected) colour = DependentColour(palette);

@@ -86,6 +86,7 @@ void RateTableView::addAction(QHBoxLayout* row, const char* name, const QKeySequ
   QWidget::addAction(action);
   if (name == nullptr) return;
   action->setText(QString::fromLatin1(name));
+  action->setIconText(action->text());  // with its dots
   action->setToolTip(action->text() + QStringLiteral(" (%1)").arg(key.toString(QKeySequence::NativeText)));
   auto* button = new QToolButton(this);
   button->setDefaultAction(action);
