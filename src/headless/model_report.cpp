@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 #include <ostream>
+#include <set>
 
 #include "headless/internal/run_summary.h"
 #include "headless/one_job.h"
@@ -21,12 +22,19 @@ std::size_t At(int index) {
   return static_cast<std::size_t>(index);
 }
 
+/// States that take part: of the grid those that are on, of the table those with a rate into or out of them.
 std::vector<int> GridStatesOn() {
   std::vector<int> states;
   for (int s = 1; s <= MaxStates; ++s) {
     if (Model.StateOn[At(s)] != 0) states.push_back(s);
   }
   return states;
+}
+
+std::vector<int> TableStates() {
+  std::set<int> states;
+  for (const RateAccount& rate : TableRates()) states.insert({rate.from, rate.to});
+  return {states.begin(), states.end()};
 }
 
 RateAccount Account(int from, int to, double rate, const DependenceTables& depend) {
@@ -56,10 +64,10 @@ std::string DependenceText(const RateAccount& rate) {
   return text + FormatText(" x exp(V / %.4g mV)", rate.efoldMillivolts);
 }
 
-void WriteStates(std::ostream& out) {
+void WriteStates(std::ostream& out, const std::vector<int>& states, const Labels& labels) {
   out << "  state  label                conductance      start  monitored\n";
-  for (const int s : GridStatesOn()) {
-    out << FormatText("  %5d  %-20s %8g pS %10g", s, Model.StateLabel[At(s)].c_str(),
+  for (const int s : states) {
+    out << FormatText("  %5d  %-20s %8g pS %10g", s, labels[At(s)].c_str(),
                       static_cast<double>(Model.StateConductance[At(s)]),
                       static_cast<double>(Model.StartOccupancy[At(s)]))
         << (Model.StateMonitored[At(s)] != 0 ? "  yes\n" : "\n");
@@ -135,12 +143,12 @@ Json RatesJson(const std::vector<RateAccount>& rates) {
   return list;
 }
 
-Json StatesJson() {
+Json StatesJson(const std::vector<int>& states, const Labels& labels) {
   Json list = Json::array();
-  for (const int s : GridStatesOn()) {
+  for (const int s : states) {
     Json json;
     json["state"] = s;
-    json["label"] = Model.StateLabel[At(s)];
+    json["label"] = labels[At(s)];
     json["conductance"] = TypedJson(Model.StateConductance[At(s)]);
     json["start"] = TypedJson(Model.StartOccupancy[At(s)]);
     json["monitored"] = Model.StateMonitored[At(s)] != 0;
@@ -212,11 +220,13 @@ std::string RateUnit(const RateAccount& rate) {
 
 void WriteModelReport(std::ostream& out) {
   out << (Model.ModelTitle.empty() ? "(no title)" : Model.ModelTitle) << "\n\nGrid\n";
-  WriteStates(out);
+  WriteStates(out, GridStatesOn(), Model.StateLabel);
   out << '\n';
   WriteRates(out, GridRates(), Model.StateLabel);
   if (const auto rates = TableRates(); !rates.empty()) {
     out << "\nTable\n";
+    WriteStates(out, TableStates(), Model.TableStateLabel);
+    out << '\n';
     WriteRates(out, rates, Model.TableStateLabel);
   }
   WriteRunSettings(out);
@@ -228,8 +238,9 @@ Json ModelReportJson() {
   json["title"] = Model.ModelTitle;
   json["drugs"] = Json::array();
   for (int d = 1; d <= MaxDrugs; ++d) json["drugs"].push_back(Model.DrugLabel[At(d)]);
-  json["states"] = StatesJson();
+  json["states"] = StatesJson(GridStatesOn(), Model.StateLabel);
   json["rates"] = RatesJson(GridRates());
+  json["tableStates"] = StatesJson(TableStates(), Model.TableStateLabel);
   json["table"] = RatesJson(TableRates());
   json["run"] = RunJson();
   json["stimulus"] = StimulusJson();
