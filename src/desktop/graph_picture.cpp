@@ -12,8 +12,8 @@ constexpr double VectorColumnsPerPixel = 4;  // columns of a picture for print
 constexpr std::size_t MostMarks = 20'000;    // points or crosses; more are drawn as columns
 constexpr double MarkRadius = 2.0;           // pixels
 constexpr double SmoothTravel = 12.0;        // heights of the plot that a smooth line may run up and down
-constexpr double LevelColumn = 0.5;          // pixels; a column no higher is one point of a smooth line
-constexpr double Beyond = 10.0;              // pixels outside the plot area where lines are cut
+constexpr double Excursion = 0.5;  // pixels; what goes less far beyond the ends of a column is not drawn
+constexpr double Beyond = 10.0;    // pixels outside the plot area where lines are cut
 
 double XOf(const Plot& plot, std::size_t i) {
   return plot.x.empty() ? plot.start + plot.step * static_cast<double>(i) : plot.x[i];
@@ -227,9 +227,9 @@ void GraphPicture::drawMarks(QCPPainter* painter, const Plot& plot, Stretch samp
   }
 }
 
-/// One upright line per column of the device, from the largest to the smallest value that the plot takes
-/// there on its way from the last sample before the column. Columns without a finite sample are left out.
-std::vector<QLineF> GraphPicture::columnsOf(const Plot& plot, const Trace& trace) const {
+/// The columns of the device, each with the values that the plot takes there on its way from the last sample
+/// before it. Columns without a finite sample are left out.
+std::vector<GraphPicture::Column> GraphPicture::columnsOf(const Plot& plot, const Trace& trace) const {
   const QRectF area = clipRect();
   const double width = 1.0 / columnsPerPixel_;
   const auto count = static_cast<std::size_t>(std::ceil(area.width() * columnsPerPixel_));
@@ -237,53 +237,67 @@ std::vector<QLineF> GraphPicture::columnsOf(const Plot& plot, const Trace& trace
     return std::clamp(mValueAxis->coordToPixel(static_cast<double>(value)), area.top() - Beyond,
                       area.bottom() + Beyond);
   };
-  std::vector<QLineF> lines;
-  lines.reserve(count);
+  std::vector<Column> columns;
+  columns.reserve(count);
   std::size_t first = FirstFrom(plot, mKeyAxis->pixelToCoord(area.left()));
   for (std::size_t c = 0; c < count; ++c) {
     const double left = area.left() + static_cast<double>(c) * width;
     const std::size_t last = std::max(first, FirstFrom(plot, mKeyAxis->pixelToCoord(left + width)));
     if (last > first) {
-      const MinMax range = zelvane::RangeOf(trace.pyramid, plot.y, first > 0 ? first - 1 : 0, last);
+      const MinMax range = RangeOf(trace.pyramid, plot.y, first > 0 ? first - 1 : 0, last);
       const double middle = left + width / 2.0;
-      if (!range.empty) lines.emplace_back(middle, inside(range.max), middle, inside(range.min));
+      const float end = plot.y[last - 1];
+      if (!range.empty) {
+        columns.push_back({QLineF(middle, inside(range.max), middle, inside(range.min)),
+                           QPointF(left + width, inside(std::isfinite(end) ? end : range.min))});
+      }
     }
     first = last;
   }
-  return lines;
+  return columns;
 }
 
-/// Columns as one smooth line where the plot is calm, else as what they are, without smoothing: a dense
-/// trace gains nothing by it and would cost ten times as much.
+/// Smoothly where the plot is calm, else without smoothing: a dense trace gains nothing by it and would cost
+/// ten times as much.
 void GraphPicture::drawColumns(QCPPainter* painter, const Plot& plot, const Trace& trace) const {
-  std::vector<QLineF> lines = columnsOf(plot, trace);
+  const std::vector<Column> columns = columnsOf(plot, trace);
   double travel = 0.0;
-  for (const QLineF& line : lines) travel += line.dy();
-  const QRectF area = clipRect();
-  if (plot.style == PlotStyle::Stair || travel > SmoothTravel * area.height()) {
-    painter->setAntialiasing(false);
-    painter->setPen(QPen(painter->pen().color(), 0.0));
-    const double shortest = 1.0 / columnsPerPixel_;  // so that a level stretch shows
-    for (QLineF& line : lines) {
-      if (line.dy() < shortest) line.setP2(line.p1() + QPointF(0.0, shortest));
-    }
-    painter->drawLines(lines.data(), static_cast<int>(lines.size()));
-    return;
+  for (const Column& column : columns) travel += column.extent.dy();
+  if (plot.style == PlotStyle::Stair || travel > SmoothTravel * clipRect().height()) {
+    drawDense(painter, columns);
+  } else {
+    drawCalm(painter, columns);
   }
+}
+
+void GraphPicture::drawDense(QCPPainter* painter, const std::vector<Column>& columns) const {
+  painter->setAntialiasing(false);
+  painter->setPen(QPen(painter->pen().color(), 0.0));
+  const double shortest = 1.0 / columnsPerPixel_;  // so that a level stretch shows
+  std::vector<QLineF> lines;
+  lines.reserve(columns.size());
+  for (const Column& column : columns) {
+    lines.push_back(column.extent);
+    if (lines.back().dy() < shortest) lines.back().setP2(lines.back().p1() + QPointF(0.0, shortest));
+  }
+  painter->drawLines(lines.data(), static_cast<int>(lines.size()));
+}
+
+/// One line through the last samples of the columns, by way of what lies beyond them in between.
+void GraphPicture::drawCalm(QCPPainter* painter, const std::vector<Column>& columns) const {
   painter->setAntialiasing(true);
-  CutLine smooth(painter, area.adjusted(-Beyond, -Beyond, Beyond, Beyond));
+  CutLine line(painter, QRectF(clipRect()).adjusted(-Beyond, -Beyond, Beyond, Beyond));
   const double gap = 1.5 / columnsPerPixel_;
-  QLineF former;
-  for (const QLineF& line : lines) {
-    if (!former.isNull() && line.x1() - former.x1() > gap) smooth.lift();
-    if (line.dy() < LevelColumn) {
-      smooth.to(line.center());
-    } else {  // up or down, as the trace goes
-      const bool rises = line.center().y() < former.center().y();
-      smooth.to(rises ? line.p2() : line.p1());
-      smooth.to(rises ? line.p1() : line.p2());
-    }
-    former = line;
+  const Column* former = nullptr;
+  for (const Column& column : columns) {
+    if (former != nullptr && column.end.x() - former->end.x() > gap) line.lift();
+    const double from = former != nullptr ? former->end.y() : column.end.y();
+    const double highest = std::min(from, column.end.y());
+    const double lowest = std::max(from, column.end.y());
+    if (column.extent.y1() < highest - Excursion) line.to(column.extent.p1());
+    if (column.extent.y2() > lowest + Excursion) line.to(column.extent.p2());
+    line.to(column.end);
+    former = &column;
   }
 }
 

@@ -47,11 +47,19 @@ class GraphPicture : public QCPAbstractPlottable {
     std::size_t count() const { return last - first; }
   };
 
+  /// What a plot does within one pixel column.
+  struct Column {
+    QLineF extent;  // upright, from its largest value to its smallest
+    QPointF end;    // the last sample
+  };
+
   void drawPlot(QCPPainter* painter, const Plot& plot, const Trace& trace) const;
   void drawEach(QCPPainter* painter, const Plot& plot, Stretch samples) const;
   void drawMarks(QCPPainter* painter, const Plot& plot, Stretch samples) const;
   void drawColumns(QCPPainter* painter, const Plot& plot, const Trace& trace) const;
-  std::vector<QLineF> columnsOf(const Plot& plot, const Trace& trace) const;
+  void drawDense(QCPPainter* painter, const std::vector<Column>& columns) const;
+  void drawCalm(QCPPainter* painter, const std::vector<Column>& columns) const;
+  std::vector<Column> columnsOf(const Plot& plot, const Trace& trace) const;
   QPointF pointOf(const Plot& plot, std::size_t i) const;
   Stretch inView(const Plot& plot, const Trace& trace) const;
 

@@ -2,6 +2,7 @@
 
 #include <qcustomplot.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "desktop/graph_cursors.h"
@@ -19,7 +20,7 @@ namespace zelvane {
 namespace {
 
 constexpr int RightMargin = 14;                          // pixels; half of the last number along x
-constexpr QMargins LeastMargins(74, 8, RightMargin, 0);  // the left one takes most numbers
+constexpr QMargins LeastMargins(66, 8, RightMargin, 0);  // the left one takes most numbers
 constexpr int XStripThickness = 20;                      // pixels
 constexpr int YStripThickness = 40;                      // pixels
 constexpr double KeyZoom = 0.8;                          // factor of the span
@@ -150,7 +151,8 @@ void GraphWidget::placePlot() {
   const int top = readout_->text().isEmpty() ? 0 : fontMetrics().height() + 4;
   const int bar = graph_.zooms ? ZoomBarThickness : 0;
   readout_->setGeometry(0, 0, width() - bar - RightMargin, top);
-  plot_->setGeometry(0, top, width() - bar, height() - top - bar);
+  // Before a layout has given room the widget is tiny; nothing can be drawn on an empty plot.
+  plot_->setGeometry(0, top, std::max(width() - bar, 1), std::max(height() - top - bar, 1));
 }
 
 /// Once longer numbers have moved the plot area it stays there: it must not jump under the mouse.

@@ -10,11 +10,12 @@ namespace zelvane {
 namespace {
 
 // Lengths in pixels at scale 1.
-constexpr QSizeF DesignPitch(138.0, 88.0);  // from state to state
+constexpr QSizeF DesignPitch(138.0, 72.0);  // from state to state, at the least
 constexpr double LeastScale = 0.75;
 constexpr double LargestScale = 1.9;
 constexpr QSizeF BoxSize(58.0, 38.0);
-constexpr double BesideBox = 4.0;  // between a box and the numbers of a horizontal link
+constexpr double LargestBoxShare = 0.44;  // of the height from state to state
+constexpr double BesideBox = 4.0;         // between a box and the numbers of a horizontal link
 constexpr double LabelPixels = 13.0;
 constexpr double NumberPixels = 11.5;
 constexpr double SmallPixels = 9.5;
@@ -84,7 +85,8 @@ void SchemeLayout::place(const QSizeF& size, const QFont& font) {
 }
 
 QRectF SchemeLayout::box(int state) const {
-  const QSizeF size = BoxSize * scale_;
+  const QSizeF size(BoxSize.width() * scale_,
+                    std::min(BoxSize.height() * scale_, pitch_.height() * LargestBoxShare));
   const QPointF centre((ColumnOf(state) + 0.5) * pitch_.width(), (RowOf(state) + 0.5) * pitch_.height());
   return {centre - QPointF(size.width() / 2.0, size.height() / 2.0), size};
 }

@@ -56,7 +56,7 @@ void ZoomBar::mousePressEvent(QMouseEvent* event) {
   const double start = along(held.topLeft());
   const double end = along(held.bottomRight());
   if (pressedAt_ >= start && pressedAt_ < end) {
-    grip_ = pressedAt_ - start;
+    grip_ = Grip{-start, length() - end, 0.0};
     update();
     return;
   }
@@ -73,12 +73,10 @@ void ZoomBar::page() {
 
 void ZoomBar::mouseMoveEvent(QMouseEvent* event) {
   if (!grip_) return;
-  const QRectF now = thumb();
-  const double start = along(now.topLeft());
-  const double size = along(now.bottomRight()) - start;
-  const double wanted = std::clamp(along(event->position()) - *grip_, 0.0, length() - size);
-  if (wanted == start) return;
-  ZoomThumb(graph_, axis_, wanted - start, area());
+  const double way = std::clamp(along(event->position()) - pressedAt_, grip_->least, grip_->most);
+  if (way == grip_->moved) return;
+  ZoomThumb(graph_, axis_, way - grip_->moved, area());
+  grip_->moved = way;
   update();
   emit scrolled();
 }

@@ -36,10 +36,17 @@ class ZoomBar : public QWidget {
   double length() const { return axis_ == 'x' ? width() : height(); }
   PlotArea area() const { return {static_cast<double>(width()), static_cast<double>(height())}; }
 
+  /// A drag of the thumb, pixels from where it began.
+  struct Grip {
+    double least = 0.0;  // at the start of the bar
+    double most = 0.0;   // at its end
+    double moved = 0.0;
+  };
+
   Graph& graph_;
   char axis_;
-  std::optional<double> grip_;  // where the mouse holds the thumb, pixels from its start
-  int pages_ = 0;               // direction of the paging under way, 0 = none
+  std::optional<Grip> grip_;
+  int pages_ = 0;  // direction of the paging under way, 0 = none
   double pressedAt_ = 0.0;
   QTimer repeat_;
 };

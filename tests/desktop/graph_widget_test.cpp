@@ -214,6 +214,29 @@ TEST_F(GraphWidgetTest, TheMenuExportsPicturesAndData) {
   EXPECT_EQ(PopupTexts(), std::vector<std::string>{"IO Error 100: FileOpen failed"});
 }
 
+TEST_F(GraphWidgetTest, ARightClickOpensTheMenu) {
+  SetAxisRange(*graph, 'x', 300.0, 500.0);
+  const QPoint at = Area().center();
+  QContextMenuEvent event(QContextMenuEvent::Mouse, at, Plot().mapToGlobal(at));
+  QApplication::sendEvent(&Plot(), &event);
+  auto* menu = widget->findChild<QMenu*>("graphMenu");
+  ASSERT_NE(menu, nullptr);
+  menu->actions().front()->trigger();  // full scale
+  EXPECT_TRUE(graph->x.automatic);
+  menu->close();
+}
+
+TEST_F(GraphWidgetTest, EscapeLetsADraggedCursorGoBack) {
+  QTest::mousePress(&Plot(), Qt::LeftButton, {}, PixelOf(200.0, 0.0));
+  QMouseEvent move(QEvent::MouseMove, PixelOf(300.0, 0.0), Plot().mapToGlobal(PixelOf(300.0, 0.0)),
+                   Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&Plot(), &move);
+  EXPECT_TRUE(widget->findChild<QLabel*>()->text().startsWith("1: 300"));
+  QTest::keyClick(widget.get(), Qt::Key_Escape);
+  QTest::mouseRelease(&Plot(), Qt::LeftButton, {}, PixelOf(300.0, 0.0));
+  EXPECT_EQ(graph->cursors[0].x, 200.0);
+}
+
 TEST_F(GraphWidgetTest, CopiesTheDataInView) {
   SetAxisRange(*graph, 'x', 0.0, 0.25);
   widget->copyData();

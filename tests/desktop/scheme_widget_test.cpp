@@ -185,7 +185,7 @@ TEST_F(SchemeViewTest, NothingOverlapsInAFullScheme) {
   for (int n = 1; n <= MaxLinks; ++n) Model.KOn[n] = Model.KOff[n] = 1.234e-5;
   RefreshModelPanels();
   UpdateDimming();
-  for (const QSize size : {QSize(700, 360), QSize(1500, 800)}) {
+  for (const QSize size : {QSize(700, 360), QSize(830, 285), QSize(1500, 800)}) {
     view->resize(size);
     view->refresh();
     const std::vector<SchemeItem>& items = view->scheme().items();
