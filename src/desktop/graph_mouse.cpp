@@ -31,6 +31,9 @@ bool GraphMouse::eventFilter(QObject* /*watched*/, QEvent* event) {
     case QEvent::MouseButtonDblClick:
       if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) widget_.showAll();
       return true;
+    case QEvent::ContextMenu:  // a plot keeps mouse events from its parent
+      widget_.openMenu(static_cast<QContextMenuEvent*>(event)->globalPos());
+      return true;
     case QEvent::Wheel:
       return wheel(*static_cast<QWheelEvent*>(event));
     default:

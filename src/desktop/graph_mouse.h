@@ -13,7 +13,7 @@ namespace zelvane {
 class GraphWidget;
 
 /// Wheel zooms at the pointer (with Ctrl x alone, with Shift y alone), a drag pans, a drag of a cursor moves
-/// it, a double click shows all. The right button is left to the menu.
+/// it, a double click shows all, the right button opens the menu.
 class GraphMouse : public QObject {
   Q_OBJECT
  public:

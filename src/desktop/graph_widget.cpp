@@ -202,6 +202,10 @@ void GraphWidget::showAll() {
   refresh();
 }
 
+void GraphWidget::openMenu(const QPoint& globalPosition) {
+  NewGraphMenu(*this)->popup(globalPosition);
+}
+
 void GraphWidget::zoomAt(const QPointF& pixel, double factor, bool x, bool y) {
   if (x) ZoomAbout(graph_, 'x', plot_->xAxis->pixelToCoord(pixel.x()), factor);
   if (y) ZoomAbout(graph_, 'y', plot_->yAxis->pixelToCoord(pixel.y()), factor);
@@ -318,7 +322,7 @@ void GraphWidget::shiftCursor(int key) {
 }
 
 void GraphWidget::contextMenuEvent(QContextMenuEvent* event) {
-  NewGraphMenu(*this)->popup(event->globalPos());
+  openMenu(event->globalPos());
 }
 
 void GraphWidget::changeEvent(QEvent* event) {

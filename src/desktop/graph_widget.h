@@ -46,6 +46,7 @@ class GraphWidget : public QWidget {
 
   // -- What mouse, keys and menu do --
   void showAll();
+  void openMenu(const QPoint& globalPosition);
   void zoomAt(const QPointF& pixel, double factor, bool x, bool y);
   void dragCursor(int cursor, const QPointF& pixel);
   void dropCursor();
