@@ -128,7 +128,6 @@ QScrollArea { border: none; background: transparent; }
 QSplitter::handle { background: transparent; }
 QSplitter::handle:hover { background: %4; }
 QListWidget { background: %3; border: 1px solid %4; border-radius: 4px; }
-QListWidget::item { padding: 4px 6px; }
 QListWidget::item:hover { background: %7; color: %1; }
 QTableView { background: %3; alternate-background-color: %7; gridline-color: %4; border: 1px solid %4; }
 QHeaderView::section { background: %7; border: none; border-right: 1px solid %4; border-bottom: 1px solid %4;

@@ -52,9 +52,11 @@ Welcome::Welcome(const QString& modelsFolder, QWidget* parent) : QDialog(parent)
     item->setData(PathRole, model.path);
     item->setToolTip(model.path);
   }
-  list->setMinimumSize(660, 232);
+  list->setMinimumSize(680, 330);
+  list->setSpacing(3);
   list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-  list->setTextElideMode(Qt::ElideRight);
+  list->setWordWrap(true);  // titles name their sources: none is cut
+  list->setTextElideMode(Qt::ElideNone);
   list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   const auto choose = [this](const QListWidgetItem* item) {
     if (!isVisible()) return;  // a click has chosen already
