@@ -52,7 +52,7 @@ Welcome::Welcome(const QString& modelsFolder, QWidget* parent) : QDialog(parent)
     item->setData(PathRole, model.path);
     item->setToolTip(model.path);
   }
-  list->setMinimumSize(680, 330);
+  list->setMinimumSize(720, 330);
   list->setSpacing(3);
   list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   list->setWordWrap(true);  // titles name their sources: none is cut
