@@ -2,7 +2,6 @@
 
 #include <clocale>
 #include <limits>
-#include <regex>
 
 #include "analysis/analysis_store.h"
 #include "fit/fit_store.h"
@@ -201,13 +200,18 @@ TEST_F(ModelTextTest, EveryFieldOfTheFileSurvivesAndNoOtherIsTouched) {
 
 /// Whether a format lacks a field of the newest: rows of the fit tables, or waveforms.
 bool MissingBefore(int version, const std::string& name) {
-  static const std::regex row(
-      R"((?:Analysis|Wave|Dwell|Exp|Sublevel|Var|Spec)Fit(?:Limits|Fixed|Seed)\[(\d+)\].*)");
-  static const std::regex waveform(
-      R"((?:DataBaselineStart|DataFitStart|SimBaselineStart|SimFitStart|Num(?:Baseline|Align|Fit)Pts)\[(\d+)\])");
-  std::smatch found;
-  if (std::regex_match(name, found, row)) return version == 1 && std::stoi(found[1]) > 36;
-  return std::regex_match(name, found, waveform) && version < 3 && std::stoi(found[1]) > 5;
+  const auto parsed = ParseFieldName(name);
+  if (!parsed || parsed->indices.empty()) return false;
+  const std::string base = parsed->key.substr(0, parsed->key.find('['));
+  const int row = parsed->indices[0];
+  for (const char* table : {"FitLimits", "FitFixed", "FitSeed"}) {
+    if (base.ends_with(table)) return version == 1 && row > 36;
+  }
+  for (const char* window : {"DataBaselineStart", "DataFitStart", "SimBaselineStart", "SimFitStart",
+                             "NumBaselinePts", "NumAlignPts", "NumFitPts"}) {
+    if (base == window) return version < 3 && row > 5;
+  }
+  return false;
 }
 
 TEST_F(ModelTextTest, OlderFormatsBringWhatTheyHoldAndTheGridsLabelsToTheTable) {
