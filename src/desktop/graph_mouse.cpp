@@ -46,6 +46,7 @@ bool GraphMouse::press(const QMouseEvent& event) {
   widget_.setFocus(Qt::MouseFocusReason);
   pressed_ = event.position();
   cursor_ = widget_.cursors().at(pressed_);
+  dragged_ = false;
   if (cursor_ == 0 && plot_.axisRect()->rect().contains(pressed_.toPoint())) {
     pan_ = Pan{pressed_, PictureRange(widget_.graph(), 'x'), PictureRange(widget_.graph(), 'y')};
   }
@@ -56,7 +57,9 @@ bool GraphMouse::move(const QMouseEvent& event) {
   const QPointF way = event.position() - pressed_;
   const bool far = std::hypot(way.x(), way.y()) >= DragThreshold;
   if (cursor_ != 0) {
-    if (far || widget_.cursors().dragging()) widget_.dragCursor(cursor_, event.position());
+    const bool gone = dragged_ && !widget_.cursors().dragging();  // Escape let it go back
+    if (!gone && (far || dragged_)) widget_.dragCursor(cursor_, event.position());
+    dragged_ = dragged_ || far;
   } else if (pan_) {
     if (!pan_->moved && !far) return true;
     pan_->moved = true;

@@ -39,6 +39,7 @@ class GraphMouse : public QObject {
   QCustomPlot& plot_;
   std::optional<Pan> pan_;
   int cursor_ = 0;  // number of the cursor being dragged
+  bool dragged_ = false;
   QPointF pressed_;
 };
 

@@ -233,6 +233,7 @@ TEST_F(GraphWidgetTest, EscapeLetsADraggedCursorGoBack) {
   QApplication::sendEvent(&Plot(), &move);
   EXPECT_TRUE(widget->findChild<QLabel*>()->text().startsWith("1: 300"));
   QTest::keyClick(widget.get(), Qt::Key_Escape);
+  QApplication::sendEvent(&Plot(), &move);
   QTest::mouseRelease(&Plot(), Qt::LeftButton, {}, PixelOf(300.0, 0.0));
   EXPECT_EQ(graph->cursors[0].x, 200.0);
 }
