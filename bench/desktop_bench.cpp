@@ -10,6 +10,7 @@
 #include "desktop/graph_widget.h"
 #include "io/trace_store.h"
 #include "model/model_store.h"
+#include "paint_count.h"
 #include "screen/pyramid.h"
 #include "shell/application.h"
 #include "shell/stores.h"
@@ -36,11 +37,10 @@ void FillTrace(Shape shape) {
   }
 }
 
-/// The main graph in a window of its own, which counts its paints.
-class Window : public QObject {
+/// The main graph in a window of its own.
+class Window {
  public:
-  Window() : widget_(GraphNamed("MainPanel")) {
-    widget_.plot().installEventFilter(this);
+  Window() : widget_(GraphNamed("MainPanel")), count_(widget_.plot()) {
     widget_.resize(WindowSize);
     widget_.show();
     paint();
@@ -50,19 +50,13 @@ class Window : public QObject {
 
   /// Lets the event loop turn until the plot is on the widget.
   void paint() {
-    const int before = paints_;
     widget_.refresh();
-    while (paints_ == before) QApplication::processEvents();
+    count_.await();
   }
 
  private:
-  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-    paints_ += event->type() == QEvent::Paint;
-    return false;
-  }
-
-  int paints_ = 0;
   GraphWidget widget_;
+  PaintCount count_;
 };
 
 void TraceToPaintedGraph(benchmark::State& state) {

@@ -14,31 +14,13 @@
 #include "desktop/settings.h"
 #include "desktop/task_page.h"
 #include "desktop/theme.h"
+#include "paint_count.h"
 #include "screen/screen.h"
 #include "shell/application.h"
 #include "shell/entry.h"
 
 namespace zelvane {
 namespace {
-
-/// Counts the paints of a widget.
-class PaintCount : public QObject {
- public:
-  explicit PaintCount(QWidget& widget) { widget.installEventFilter(this); }
-
-  /// Lets the event loop turn until the widget has been painted again.
-  void await() {
-    const int before = paints_;
-    while (paints_ == before) QApplication::processEvents();
-  }
-
- private:
-  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-    paints_ += event->type() == QEvent::Paint;
-    return false;
-  }
-  int paints_ = 0;
-};
 
 /// The program with its window, as after a start.
 struct Program {
