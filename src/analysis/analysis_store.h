@@ -1,9 +1,39 @@
-// Settings of the measures of a response. Data only.
+// Settings and results of the measures of a response, and the table that gathers them. Data only.
 #pragma once
 
 #include <array>
+#include <string>
+#include <vector>
 
 namespace zelvane {
+
+inline constexpr int MaxAnalysisRows = 1000;  // of the results table; the last one is never filled
+
+/// What was measured of one response. A measure writes its own fields and leaves the others.
+struct ResponseMeasures {
+  float Baseline = 0.0F;     // trace units
+  float BaselineVar = 0.0F;  // squared units
+  float PeakValue = 0.0F;    // trace units, not less the baseline
+  int PeakPos = 0;           // sample
+  float RiseTime = 0.0F;     // ms
+  int RisePoints = 0;        // samples between the rise levels
+  int RiseStartPos = 0;      // sample
+  int RiseEndPos = 0;        // sample
+  float RiseSlope = 0.0F;    // trace units per ms
+  float DecayTime = 0.0F;    // ms
+  float FracWidth = 0.0F;    // ms
+  float LatencyRise = 0.0F;  // ms
+  float LatencyPeak = 0.0F;  // ms
+  float Integral = 0.0F;     // trace units x ms
+  float Coastline = 0.0F;    // trace units
+};
+
+/// A row of the results table.
+struct AnalysisRow {
+  std::string fileName;  // without its folder
+  int episode = 1;
+  std::array<float, 22> value{};  // columns 4 to 21
+};
 
 struct AnalysisStore {
   float BaselineStart = 1.0F;  // ms
@@ -23,6 +53,21 @@ struct AnalysisStore {
   int AutoSaveMeasures = 0;
   int VerifyMeasures = 0;
   std::array<int, 4> AnalysisDisplay{};  // display switches of the analysis panel, from index 1
+
+  ResponseMeasures Measures;  // of the response analysed last
+
+  // -- Results table and measures file --
+  std::vector<AnalysisRow> Rows = std::vector<AnalysisRow>(MaxAnalysisRows + 1);  // from 1
+  int TableRow = 1;                                                               // next row to fill
+  std::string MeasuresFileName;
+  int MeasuresFileOpen = 0;  // 1 = a measures file is in use and its header is written
+  int MeasuresCount = 0;     // rows written to it
+  int StopAnalysis = 0;      // stop switch of the automatic analysis
+
+  // -- Views --
+  int AutoRescale = 1;    // the y axis follows the samples in view
+  float YMinGain = 1.0F;  // multiply the y range that stood when AutoRescale went off
+  float YMaxGain = 1.0F;
 };
 
 inline AnalysisStore Analysis;

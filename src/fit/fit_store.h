@@ -3,11 +3,14 @@
 #pragma once
 
 #include <array>
+#include <span>
+#include <string>
 
 namespace zelvane {
 
-inline constexpr int MaxFitRows = 72;       // rows of a fit are numbered 1..MaxFitRows
-inline constexpr int MaxFitWaveforms = 15;  // waveforms are numbered 1..MaxFitWaveforms
+inline constexpr int MaxFitRows = 72;                // rows of a fit are numbered 1..MaxFitRows
+inline constexpr int MaxFitWaveforms = 15;           // waveforms are numbered 1..MaxFitWaveforms
+inline constexpr int MaxWaveformPoints = 1'000'001;  // samples of a waveform and of its stimulus
 
 /// Codes of FitStore::FitMode.
 inline constexpr int FitDecay = 1;
@@ -36,6 +39,21 @@ struct FitWindow {
   int NumBaselinePts = 30;
   int NumAlignPts = 40;
   int NumFitPts = 500;
+};
+
+/// One recording of a waveform fit and the stimulus that it was made with.
+struct FitWaveform {
+  std::span<float> WaveData;                 // MaxWaveformPoints samples, set once by AllocateStores
+  std::array<std::span<float>, 7> WaveStim;  // voltage (V), then drugs 1 to 6 (M), likewise
+  int WaveLoaded = 0;                        // 1 = it takes part in the fit
+  int DataOn = 0;                            // switches of its line on the panel
+  int StimOn = 0;
+  int DataLength = 0;             // samples
+  int StimLength = 0;             // samples
+  float WaveDataInterval = 0.0F;  // ms
+  float WaveStimInterval = 0.0F;  // ms
+  std::string DataName;           // without its folder
+  std::string StimName;
 };
 
 /// Rows and waveforms are indexed from 1.
@@ -84,6 +102,10 @@ struct FitStore {
   float FitSeedSpread = 0.05F;
   double FitTolerance = 1e-5;
   std::array<FitWindow, MaxFitWaveforms + 1> Waveform{};
+  std::array<FitWaveform, MaxFitWaveforms + 1> Wave{};
+  int FitWaveCount = 0;     // waveforms loaded
+  int FitListOn = 0;        // 1 = the set came from a list file
+  std::string FitListName;  // path of the list
 
   // -- Exponential fits of a response --
   int AnalysisParse = 20;

@@ -3,8 +3,24 @@
 
 #include <span>
 #include <string>
+#include <vector>
 
 namespace zelvane {
+
+/// Codes of TraceStore::OperationMode, as recordings carry them.
+inline constexpr int GapFreeMode = 3;
+inline constexpr int EpisodicMode = 5;
+
+/// Codes of TraceStore::TraceUnits. The first four are also the codes of Model.DisplayUnits.
+inline constexpr int TraceNoUnits = 0;
+inline constexpr int TracePicosiemens = 1;
+inline constexpr int TracePicoamps = 2;
+inline constexpr int TraceProbability = 3;
+inline constexpr int TraceMicrovolts = 4;
+inline constexpr int TraceMillivolts = 5;
+inline constexpr int TraceNanoamps = 6;
+
+inline constexpr int MaxParseCount = 5'000'000;  // samples that a subsampled read keeps at most
 
 struct TraceStore {
   std::span<float> SimTrace;  // MaxStimPoints samples from index 0, set once by AllocateStores
@@ -13,10 +29,42 @@ struct TraceStore {
   int TraceValid = 0;   // 1 = SimTrace holds a completed simulation or a file
   int TraceParsed = 0;  // 1 = resampled in place
   int RsCorrected = 0;  // 1 = corrected for series resistance
+  int RcFiltered = 0;   // 1 = filtered by series resistance and capacitance
   int TraceUnits = 1;   // 0 #, 1 pS, 2 pA, 3 Po, 4 uV, 5 mV, 6 nA
-  int EpisodeCount = 1;
-  int EpisodeIndex = 1;
+
+  // -- The file --
   std::string TraceFileName;  // path of the file read last
+  int TraceIsText = 0;        // 1 = read by the text reader; a re-read takes the same one
+  int EpisodeCount = 1;       // 1 for gap-free and single-column files
+  int EpisodeIndex = 1;
+  int SweepSamples = 0;      // samples of one episode of the channel read
+  int TotalSamples = 0;      // of all channels and episodes
+  int RecordedChannels = 1;  // channels in the file
+  int RecordedChannel = 0;   // the one that was read; a re-read takes it again
+  int OperationMode = 0;
+  float FinalGain = 1.0F;
+  float AdcResolution = 2048.0F;      // counts of full scale
+  float AdcRange = 10.0F;             // volts of full scale
+  std::vector<std::string> FileInfo;  // lines of the information panel, top to bottom
+
+  // -- Subsampled read --
+  int ParseRequested = 0;          // 1 = the parse panel is to be shown
+  int ParseSkip = 1;               // keep every n-th sample
+  int ParseCount = MaxParseCount;  // samples to keep
+  int ParseStart = 0;              // first sample to read
+  float ParseStartTime = 0.0F;     // the same in ms
+  float ParseInterval = 0.01F;     // ms between kept samples
+  float ParseDuration = 1.0F;      // ms
+  int ParseMaxPoints = 0;          // 1 = always try to read MaxParseCount points
+  int ParseResult = 0;             // 0 pending, 1 accepted, 2 cancelled
+  float ScaleFactor = 1.0F;        // of a single-column text whose interval was typed
+
+  // -- Changes of the waveform --
+  float AddConstant = 0.0F;
+  float MultiplyConstant = 1.0F;
+  int ParseConstant = 1;  // keep every n-th sample
+
+  std::string AutosaveFileName;
 };
 
 inline TraceStore Trace;

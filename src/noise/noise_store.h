@@ -1,10 +1,17 @@
-// Settings of the filters and the noise analysis. Data only.
+// Settings of the filters, the noise generators and the noise analysis. Data only.
 #pragma once
+
+#include <span>
 
 namespace zelvane {
 
 struct NoiseStore {
-  int RecordPoints = 10240;  // length of the record last made
+  int RecordPoints = 10240;        // length of the record last made
+  float NoiseMean = 0.0F;          // of noise added to the trace, in its units
+  double HighPassFc = 1.0;         // Hz
+  double LowPassFc = 4000.0;       // Hz
+  int LowPassOn = 0;               // 1 = FilteredTrace is band-limited
+  std::span<float> FilteredTrace;  // filtered copy of the trace, set once by AllocateStores
 };
 
 inline NoiseStore Noise;

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "io/model_file.h"
+#include "io/trace_hooks.h"
 #include "io/trace_store.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
@@ -18,6 +19,7 @@
 #include "shell/undo.h"
 #include "shell/zoom_graph.h"
 #include "sim/random.h"
+#include "sim/run_hooks.h"
 #include "sim/run_panel.h"
 #include "stimulus/stimulus.h"
 
@@ -91,6 +93,12 @@ constexpr ControlDecl ShellControls[] = {
 constexpr MenuDecl ShellMenu[] = {{"File/Quit", "ShutDown", AskToClose, "Ctrl+Q"}};
 // clang-format on
 
+/// Connects what lower folders hand on to higher ones.
+void ConnectHooks() {
+  AfterRun = RunHooks{};
+  AfterRead = TraceHooks{};
+}
+
 }  // namespace
 
 void AskToQuit() {
@@ -136,6 +144,7 @@ void StartApplication(const StartOptions& options) {
   ShowPanel("AboutPanel");
   SeedAtStart(options);
   ResetStores();
+  ConnectHooks();
   AddAllPanels();
   Screen.PanelTag = "MN";
   ShowStores();

@@ -1,15 +1,10 @@
 #include "shell/store_fields.h"
 
-#include "analysis/analysis_store.h"
-#include "fit/fit_store.h"
-#include "io/trace_store.h"
 #include "model/constraints_store.h"
 #include "model/model_store.h"
-#include "noise/noise_store.h"
-#include "rscm/rscm_store.h"
 #include "screen/fields.h"
+#include "shell/internal/field_groups.h"
 #include "sim/result_store.h"
-#include "singlechannel/dwell_fit_store.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {
@@ -167,7 +162,6 @@ void RegisterResults() {
   RegisterFields({
       occupancy,
       SpanField("SavedTime[]", Result.SavedTime),
-      SpanField("SimTrace[]", Trace.SimTrace),
       ScalarField("ResultKind", Result.ResultKind),
       ScalarField("KeptSteps", Result.KeptSteps),
       ScalarField("IntegrationOffset", Result.IntegrationOffset),
@@ -176,96 +170,6 @@ void RegisterResults() {
       ScalarField("EffectiveChannels", Result.EffectiveChannels),
       ArrayField("StateClass[]", Result.StateClass),
       ScalarField("ResultsFileName", Result.ResultsFileName),
-      ScalarField("TraceValid", Trace.TraceValid),
-      ScalarField("TraceParsed", Trace.TraceParsed),
-      ScalarField("RsCorrected", Trace.RsCorrected),
-      ScalarField("TraceUnits", Trace.TraceUnits),
-      ScalarField("EpisodeCount", Trace.EpisodeCount),
-      ScalarField("EpisodeIndex", Trace.EpisodeIndex),
-      ScalarField("TraceFileName", Trace.TraceFileName),
-      ScalarField("RecordPoints", Noise.RecordPoints),
-  });
-}
-
-void RegisterAnalysis() {
-  RegisterFields({
-      ScalarField("BaselineStart", Analysis.BaselineStart),
-      ScalarField("BaselinePts", Analysis.BaselinePts),
-      ScalarField("StartAnalysis", Analysis.StartAnalysis),
-      ScalarField("PeakSearchPts", Analysis.PeakSearchPts),
-      ScalarField("PeakAvePts", Analysis.PeakAvePts),
-      ScalarField("PeakOption", Analysis.PeakOption),
-      ScalarField("RiseStartFrac", Analysis.RiseStartFrac),
-      ScalarField("RiseEndFrac", Analysis.RiseEndFrac),
-      ScalarField("FracDecay", Analysis.FracDecay),
-      ScalarField("LatencyPos", Analysis.LatencyPos),
-      ScalarField("LatencyFrac", Analysis.LatencyFrac),
-      ScalarField("ViewedPoints", Analysis.ViewedPoints),
-      ScalarField("AutoSaveMeasures", Analysis.AutoSaveMeasures),
-      ScalarField("VerifyMeasures", Analysis.VerifyMeasures),
-      ArrayField("AnalysisDisplay[]", Analysis.AnalysisDisplay),
-      ScalarField("RsCmAuto", RsCm.RsCmAuto),
-      ScalarField("ScTolerance", DwellFit.ScTolerance),
-  });
-}
-
-void RegisterLimits(const char* table, FitLimitTable& limits) {
-  RegisterFields({RowField(std::string(table) + "[].lo", limits, &FitLimit::lo),
-                  RowField(std::string(table) + "[].hi", limits, &FitLimit::hi)});
-}
-
-void RegisterFit() {
-  RegisterLimits("AnalysisFitLimits", Fit.AnalysisFitLimits);
-  RegisterLimits("WaveFitLimits", Fit.WaveFitLimits);
-  RegisterLimits("DwellFitLimits", Fit.DwellFitLimits);
-  RegisterLimits("ExpFitLimits", Fit.ExpFitLimits);
-  RegisterLimits("SublevelFitLimits", Fit.SublevelFitLimits);
-  RegisterLimits("VarFitLimits", Fit.VarFitLimits);
-  RegisterLimits("SpecFitLimits", Fit.SpecFitLimits);
-  RegisterLimits("DoseFitLimits", Fit.DoseFitLimits);
-  RegisterFields({
-      ScalarField("FitMode", Fit.FitMode),
-      ArrayField("WaveFitFixed[]", Fit.WaveFitFixed),
-      ArrayField("AnalysisFitFixed[]", Fit.AnalysisFitFixed),
-      ArrayField("WaveFitSeed[]", Fit.WaveFitSeed),
-      ArrayField("AnalysisFitSeed[]", Fit.AnalysisFitSeed),
-      ScalarField("WaveFitLimitsOn", Fit.WaveFitLimitsOn),
-      ScalarField("WaveFitAutoSeed", Fit.WaveFitAutoSeed),
-      ScalarField("WaveFitFixOn", Fit.WaveFitFixOn),
-      ScalarField("AnalysisLimitsOn", Fit.AnalysisLimitsOn),
-      ScalarField("AnalysisAutoSeed", Fit.AnalysisAutoSeed),
-      ScalarField("AnalysisFixOn", Fit.AnalysisFixOn),
-      ScalarField("AutoGenFitLims", Fit.AutoGenFitLims),
-      ScalarField("FitLimsXFold", Fit.FitLimsXFold),
-      ScalarField("FitModelIs2D", Fit.FitModelIs2D),
-      ScalarField("FitAlign", Fit.FitAlign),
-      ScalarField("FitAlignChoice", Fit.FitAlignChoice),
-      ScalarField("AlignRange", Fit.AlignRange),
-      ScalarField("FitPeakSearchPts", Fit.FitPeakSearchPts),
-      ScalarField("FitPeakAve", Fit.FitPeakAve),
-      ScalarField("FitDualSpeed", Fit.FitDualSpeed),
-      ScalarField("FitNormalized", Fit.FitNormalized),
-      ScalarField("FitFilterOn", Fit.FitFilterOn),
-      ScalarField("FitFilterFc", Fit.FitFilterFc),
-      ScalarField("FitNumIterations", Fit.FitNumIterations),
-      ScalarField("FitNumRestarts", Fit.FitNumRestarts),
-      ScalarField("FitStepSize", Fit.FitStepSize),
-      ScalarField("FitSeedSpread", Fit.FitSeedSpread),
-      ScalarField("FitTolerance", Fit.FitTolerance),
-      RowField("DataBaselineStart[]", Fit.Waveform, &FitWindow::DataBaselineStart),
-      RowField("DataFitStart[]", Fit.Waveform, &FitWindow::DataFitStart),
-      RowField("SimBaselineStart[]", Fit.Waveform, &FitWindow::SimBaselineStart),
-      RowField("SimFitStart[]", Fit.Waveform, &FitWindow::SimFitStart),
-      RowField("NumBaselinePts[]", Fit.Waveform, &FitWindow::NumBaselinePts),
-      RowField("NumAlignPts[]", Fit.Waveform, &FitWindow::NumAlignPts),
-      RowField("NumFitPts[]", Fit.Waveform, &FitWindow::NumFitPts),
-      ScalarField("AnalysisParse", Fit.AnalysisParse),
-      ScalarField("AnalysisFitPts", Fit.AnalysisFitPts),
-      ScalarField("AnalysisNumIterations", Fit.AnalysisNumIterations),
-      ScalarField("AnalysisNumRestarts", Fit.AnalysisNumRestarts),
-      ScalarField("AnalysisTolerance", Fit.AnalysisTolerance),
-      ScalarField("DualSpeedPts", Fit.DualSpeedPts),
-      ScalarField("FitStartPts", Fit.FitStartPts),
   });
 }
 
@@ -277,8 +181,10 @@ void RegisterStoreFields() {
   RegisterConstraints();
   RegisterStimulus();
   RegisterResults();
-  RegisterAnalysis();
-  RegisterFit();
+  RegisterTraceFields();
+  RegisterAnalysisFields();
+  RegisterDwellFields();
+  RegisterFitFields();
 }
 
 }  // namespace zelvane

@@ -14,6 +14,7 @@
 #include "shell/store_fields.h"
 #include "sim/result_store.h"
 #include "singlechannel/dwell_fit_store.h"
+#include "singlechannel/dwell_store.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {
@@ -28,13 +29,48 @@ struct LargeArrays {
   std::span<float> occupancy;
   std::span<float> savedTime;
   std::span<float> trace;
+  std::span<float> filtered;
+  std::span<float> dwells;
+  std::span<float> ideal;
+  std::span<float> waveforms;
 };
+
+/// Working lists, the copy of the open times, the class lists and the latencies.
+constexpr std::size_t DwellLists = 4 + MaxAmplitudeClasses;
+constexpr std::size_t IdealRows = 3;  // duration, class, amplitude
+constexpr std::size_t SpansOfWaveform = 1 + MaxDrugs + 1;
 
 LargeArrays& Arrays() {
   static LargeArrays arrays{TakeZeroPages(ProfileRoom * (MaxDrugs + 1)),
                             TakeZeroPages(static_cast<std::size_t>(OccupancyPoints) * (MaxStates + 1)),
-                            TakeZeroPages(OccupancyPoints), TakeZeroPages(MaxStimPoints)};
+                            TakeZeroPages(OccupancyPoints),
+                            TakeZeroPages(MaxStimPoints),
+                            TakeZeroPages(MaxStimPoints),
+                            TakeZeroPages(DwellLists * MaxDwells),
+                            TakeZeroPages(IdealRows * MaxIdealEvents),
+                            TakeZeroPages(MaxFitWaveforms * SpansOfWaveform * MaxWaveformPoints)};
   return arrays;
+}
+
+void AttachDwellLists(std::span<float> dwells, std::span<float> ideal) {
+  const auto list = [dwells](std::size_t k) { return dwells.subspan(k * MaxDwells, MaxDwells); };
+  Dwell.OpenTimes = list(0);
+  Dwell.ClosedTimes = list(1);
+  Dwell.RawOpenTimes = list(2);
+  Dwell.Latencies = list(3);
+  for (std::size_t c = 1; c <= MaxAmplitudeClasses; ++c) Dwell.ClassOpenTimes[c] = list(3 + c);
+  Dwell.IdealDuration = ideal.subspan(0, MaxIdealEvents);
+  Dwell.IdealClass = ideal.subspan(MaxIdealEvents, MaxIdealEvents);
+  Dwell.IdealAmplitude = ideal.subspan(2 * MaxIdealEvents, MaxIdealEvents);
+}
+
+void AttachWaveforms(std::span<float> waveforms) {
+  std::size_t k = 0;
+  const auto next = [&] { return waveforms.subspan(k++ * MaxWaveformPoints, MaxWaveformPoints); };
+  for (std::size_t w = 1; w <= MaxFitWaveforms; ++w) {
+    Fit.Wave[w].WaveData = next();
+    for (std::span<float>& profile : Fit.Wave[w].WaveStim) profile = next();
+  }
 }
 
 /// Points the stores to their arrays.
@@ -48,6 +84,9 @@ void AttachArrays() {
   }
   Result.SavedTime = arrays.savedTime;
   Trace.SimTrace = arrays.trace;
+  Noise.FilteredTrace = arrays.filtered;
+  AttachDwellLists(arrays.dwells, arrays.ideal);
+  AttachWaveforms(arrays.waveforms);
 }
 
 // -- Default limits of the fits --
@@ -99,7 +138,8 @@ void AllocateStores() {
 
 void ResetStores() {
   for (const std::span<float> array :
-       {Arrays().profiles, Arrays().occupancy, Arrays().savedTime, Arrays().trace}) {
+       {Arrays().profiles, Arrays().occupancy, Arrays().savedTime, Arrays().trace, Arrays().filtered,
+        Arrays().dwells, Arrays().ideal, Arrays().waveforms}) {
     ReleaseZeroPages(array);
   }
   Model = ModelStore{};
@@ -111,6 +151,7 @@ void ResetStores() {
   RsCm = RsCmStore{};
   Noise = NoiseStore{};
   DwellFit = DwellFitStore{};
+  Dwell = DwellStore{};
   Fit = FitStore{};
   AttachArrays();
   SetDefaultFitLimits();

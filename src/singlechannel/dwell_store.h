@@ -1,0 +1,58 @@
+// Lists of dwell times and the idealised record. Data only.
+#pragma once
+
+#include <array>
+#include <span>
+
+namespace zelvane {
+
+inline constexpr int MaxDwells = 1'000'000;         // entries of a list
+inline constexpr int MaxFileDwells = 999'999;       // entries that readers of files fill
+inline constexpr int MaxIdealEvents = 3'000'000;    // entries of the idealised record
+inline constexpr int MaxAmplitudeClasses = 5;       // open classes with a list of their own, from 1
+inline constexpr float SegmentMarker = -999999.0F;  // class of an entry that begins a sweep
+inline constexpr float RecordEnd = -2000000.0F;     // class of the entry behind the last
+inline constexpr float ClosedClass = 1.0F;          // class of a closed dwell in the idealised record
+
+/// Durations in ms, from index 0. The lists are set once by AllocateStores; the counts of the working lists
+/// are 32-bit floats that hold whole numbers.
+struct DwellStore {
+  std::span<float> OpenTimes;     // working list: histograms, fits and the runs test use it
+  std::span<float> ClosedTimes;   // working list
+  std::span<float> RawOpenTimes;  // copy of OpenTimes as a read or a run left it
+  std::array<std::span<float>, MaxAmplitudeClasses + 1> ClassOpenTimes{};  // as read, by amplitude class
+  std::span<float> Latencies;                                              // first opening of each sweep
+  float NumOpenTimes = 0.0F;
+  float NumClosedTimes = 0.0F;
+  int NumRawOpenTimes = 0;
+  std::array<int, MaxAmplitudeClasses + 1> NumClassOpenTimes{};
+  float NumLatencies = 0.0F;
+
+  // -- Idealised record of a simulation or a converted file: MaxIdealEvents entries --
+  std::span<float> IdealDuration;   // ms; of a segment marker its number, of the end the count
+  std::span<float> IdealClass;      // 1 closed, 2 and above open; SegmentMarker, RecordEnd
+  std::span<float> IdealAmplitude;  // only where a file brought amplitudes
+  int NumIdealEvents = 0;           // goes on counting when the record is full
+  int SegmentCounter = 1;           // next segment number
+
+  // -- Event statistics of the last Monte Carlo run --
+  int OpenStateExits = 0;     // exits from Model.OpenState
+  int MonitoredChannels = 0;  // channels that reached a monitored state
+
+  // -- Reading --
+  float ResolutionOpen = 0.1F;       // ms
+  float ResolutionClosed = 0.1F;     // ms
+  int LastDwellKind = -1;            // last accepted dwell: -1 none, 0 closed, 1 open
+  int OpenListSelector = 0;          // 0 raw list, 1..5 class list
+  float CondClosedMin = 0.1F;        // ms, inclusive
+  float CondClosedMax = 1.0F;        // ms, exclusive
+  float CondOpenResolution = 0.05F;  // ms
+  int CondUsePreceding = 1;          // 1 = openings that follow the closed time, 0 = that precede it
+  int ChoiceOpen = 1;                // boxes of the list choice
+  int ChoiceClosed = 0;
+  int ListReplace = 1;  // 1 = a list that is read replaces the present one
+};
+
+inline DwellStore Dwell;
+
+}  // namespace zelvane
