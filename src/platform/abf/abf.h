@@ -35,17 +35,24 @@ struct AbfHeader {
   double sampleInterval = 0.0;         // us between two samples of one channel
   std::int64_t acquisitionLength = 0;  // samples of all channels and sweeps
   int episodes = 1;
-  int samplesPerEpisode = 0;                           // all channels
-  int startDate = 0;                                   // YYYYMMDD
+  int samplesPerEpisode = 0;                           // all channels; of the longest one
+  int startDate = 0;                                   // YYYYMMDD; 0 unknown
   int startTime = 0;                                   // s since midnight
   int adcResolution = 32768;                           // counts of full scale
   float adcRange = 10.0F;                              // volts of full scale
   std::array<int, AbfMaxChannels> samplingSequence{};  // physical inputs in order; -1 ends it
+  // UTF-8 without blanks at the ends. Micro is its sign (U+00B5, "\xC2\xB5" here) or a plain u, as the
+  // recording program wrote it.
   std::array<std::string, AbfMaxChannels> channelName{};
   std::array<std::string, AbfMaxChannels> channelUnits{};
-  std::array<float, AbfMaxChannels> scale{};   // user units per count
-  std::array<float, AbfMaxChannels> offset{};  // user units
-  std::array<float, AbfMaxChannels> gain{};    // product of all gains, telegraphs included
+  std::array<float, AbfMaxChannels> scale{};   // user units per count; 1 where the samples are floats
+  std::array<float, AbfMaxChannels> offset{};  // user units; 0 where the samples are floats
+  std::array<float, AbfMaxChannels> gain{};    // product of all gains, telegraphs included; never 0
+  // The factors of `gain` as the file has them.
+  std::array<float, AbfMaxChannels> programmableGain{};
+  std::array<float, AbfMaxChannels> instrumentGain{};  // V per user unit
+  std::array<float, AbfMaxChannels> signalGain{};
+  std::array<float, AbfMaxChannels> additionalGain{};  // told by the amplifier; 1 without one
   std::string creator;
 };
 
@@ -56,14 +63,17 @@ struct AbfFileCloser {
 };
 using AbfHandle = std::unique_ptr<AbfFile, AbfFileCloser>;
 
-/// Whether the file at `path` is one that OpenABFFile takes; its data format comes out in `dataFormat`.
+/// Whether the file at `path` begins as an Axon Binary File; its data format comes out in `dataFormat`,
+/// integers where it cannot be told. OpenABFFile may still refuse it, for a damaged header or for want of
+/// samples.
 bool IsABFFile(const std::string& path, int& dataFormat);
 
 /// Prepares a header record: one channel of floats, input 0, gap-free.
 void InitializeHeader(AbfHeader& header);
 
-/// Opens a recording and fills `header`. Nothing when it cannot be read; `why`, where given, then tells the
-/// reason in one sentence.
+/// Opens a recording and fills `header`, with lengths and sweeps as the file truly holds them. Nothing when
+/// it cannot be read or holds no samples; `why`, where given, then tells the reason in one sentence, and the
+/// other arguments are as they were.
 /// @param samplesPerSweep  samples of one channel in the longest sweep
 /// @param sweepCount       sweeps, at least 1
 AbfHandle OpenABFFile(const std::string& path, AbfHeader& header, int& samplesPerSweep, int& sweepCount,
@@ -76,6 +86,7 @@ bool GetActualSamples(const AbfFile& file, std::int64_t& samples);
 int SweepLength(const AbfFile& file, int sweep);
 
 /// Reads one sweep, or a part of it, of one channel, in user units. Only the bytes of that part are read.
+/// Samples of float files come as they stand, also where they are no numbers.
 /// @param channel  physical input, one of the sampling sequence
 /// @param sweep    from 1
 /// @param first    sample of the channel within the sweep to begin with

@@ -1,0 +1,91 @@
+// What the reader of Axon Binary Files keeps of a file beside its header record: where the samples lie and
+// how they fall into sweeps. The header readers fill it; abf_file.cpp reads samples by it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/abf/abf.h"
+#include "platform/abf/byte_source.h"
+
+namespace zelvane {
+
+inline constexpr std::int64_t AbfBlockBytes = 512;  // every section pointer counts blocks
+
+inline constexpr int AbfGapFree = 3;  // code of AbfHeader::operationMode
+
+/// One sweep in the multiplexed data, counted in samples of all channels.
+struct AbfSweep {
+  std::int64_t first = 0;
+  std::int64_t length = 0;
+};
+
+struct AbfLayout {
+  std::int64_t dataPosition = 0;  // bytes
+  std::int64_t samples = 0;       // of all channels, all of them inside the file
+  // Sweeps of equal length need no list; a file can claim more of them than a list should hold.
+  std::int64_t equalLength = 0;    // used while `sweeps` is empty; the last sweep may be shorter
+  std::vector<AbfSweep> sweeps{};  // from a synch array, none empty and none beyond `samples`
+};
+
+/// A table of pairs (start, length) that tells the sweeps apart.
+struct AbfSynchArray {
+  std::int64_t block = 0;  // 0: none
+  std::int64_t itemBytes = 8;
+  std::int64_t items = 0;
+};
+
+/// What a header says about its sweeps. Nothing of it is believed unseen.
+struct AbfSweepClaims {
+  std::int64_t episodes = 0;
+  std::int64_t samplesPerEpisode = 0;  // of all channels
+  AbfSynchArray synch{};
+};
+
+/// Gains and offsets of one input as the header has them.
+struct AbfInputGains {
+  float programmable = 1.0F;
+  float instrument = 1.0F;  // V per user unit
+  float signal = 1.0F;
+  float additional = 1.0F;        // telegraph or auto-sample
+  float instrumentOffset = 0.0F;  // user units
+  float signalOffset = 0.0F;      // user units
+};
+
+/// Up to `count` samples that the data section at `layout.dataPosition` truly holds; all it can hold for a
+/// count below 1, as a recording that was broken off leaves it.
+std::int64_t HeldSamples(const ByteSource& source, const AbfLayout& layout, int dataFormat,
+                         std::int64_t count);
+
+/// Divides `layout.samples` into sweeps: one in gap-free files, else by the synch array, else sweeps of
+/// equal length. A synch array that does not lie inside the file or has negative lengths is passed over.
+void PlanSweeps(const ByteSource& source, const AbfHeader& header, const AbfSweepClaims& claims,
+                AbfLayout& layout);
+
+/// Sets gain, scale and offset of one input; range and resolution have to stand in `header` already.
+/// A product of gains of 0, or one that is no number, counts as 1.
+void SetInputScale(AbfHeader& header, int input, const AbfInputGains& gains);
+
+/// Range and resolution of the converter, with the customary values where a header has none.
+void SetConverter(AbfHeader& header, float range, std::int32_t resolution);
+
+/// Seconds since midnight; 0 for what is no time of day.
+int AbfTimeOfDay(std::int64_t seconds);
+
+/// A date as YYYYMMDD, from that form or from YYMMDD; 0 for what is no date.
+int AbfDate(std::int64_t date);
+
+/// Fill `header` and `layout`, the header reader of each version. Samples are not touched.
+/// @return empty, or one sentence that says why the file cannot be read
+std::string ReadAbf1Header(const ByteSource& source, AbfHeader& header, AbfLayout& layout);
+std::string ReadAbf2Header(const ByteSource& source, AbfHeader& header, AbfLayout& layout);
+
+/// Opens a recording from any source; OpenABFFile is this on a file.
+AbfHandle OpenAbfSource(std::unique_ptr<ByteSource> source, AbfHeader& header, int& samplesPerSweep,
+                        int& sweepCount, std::string* why);
+
+}  // namespace zelvane
