@@ -157,6 +157,17 @@ void Key(DriveSession& session, Words words) {
   if (Panel* panel = KnownPanel(session, words[0])) PressKey(*panel, words[1]);
 }
 
+void Click(DriveSession& session, Words words) {
+  Table* table = FindTable(words[0]);
+  if (table == nullptr) {
+    WriteUnknownName(session, "table", words[0], NamesOf(Screen.tables));
+    return;
+  }
+  const auto row = Whole(session, words[1]);
+  const auto column = Whole(session, words[2]);
+  if (row && column) WriteIfRefused(session, table->name, ClickCell(*table, *row, *column));
+}
+
 // -- Graphs --
 
 void MoveCursorTo(DriveSession& session, Words words) {
@@ -280,6 +291,7 @@ constexpr DriveCommand Actions[] = {
     {"choose",     1, AnyNumber, "choose PATH... | choose cancel",        Choose, true},
     {"reply",      1, AnyNumber, "reply [FIELD VALUE]... ok|cancel",      Reply,  true},
     {"during",     3, 3,         "during N press CALLBACK",               During, true},
+    {"click",      3, 3,         "click TABLE ROW COLUMN",                Click},
     {"quit",       0, 0,         "quit",                                  Quit},
 };
 // clang-format on

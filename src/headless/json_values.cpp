@@ -48,6 +48,7 @@ Json AxisJson(const Graph& graph, char which) {
   json["min"] = NumberJson(view.min);
   json["max"] = NumberJson(view.max);
   json["log"] = axis.log;
+  if (axis.gain != 1.0) json["gain"] = NumberJson(axis.gain);
   return json;
 }
 
@@ -129,7 +130,8 @@ Json ControlValueJson(const Control& control) {
     case ControlKind::Number:
     case ControlKind::Switch:
     case ControlKind::Choice: {
-      const bool single = control.field && control.field.field->type == FieldType::Float;
+      const bool single =
+          control.field && (control.field.field->type == FieldType::Float || control.toShown != nullptr);
       return single ? FloatJson(static_cast<float>(control.number)) : NumberJson(control.number);
     }
     case ControlKind::Text:

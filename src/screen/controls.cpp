@@ -17,6 +17,7 @@ constexpr char NotSuitable[] = "not a whole number, or too large for this field"
 constexpr char IsDimmed[] = "dimmed";
 constexpr char RunInProgress[] = "a run is in progress";
 constexpr char ReadOnly[] = "not editable";
+constexpr char NoSuchCell[] = "no such cell";
 
 bool HoldsNumber(const Control& control) {
   return control.kind == ControlKind::Number || control.kind == ControlKind::Switch ||
@@ -27,10 +28,27 @@ bool EditsField(const Control& control) {
   return control.field && (HoldsNumber(control) || control.kind == ControlKind::Text);
 }
 
+/// Number of the store's field as the panel shows it.
+double ShownNumber(const Control& control) {
+  const double stored = FieldNumber(control.field);
+  return control.toShown != nullptr ? control.toShown(stored) : stored;
+}
+
+/// Takes over a value shown in another unit only where the user typed it: the way to the panel and back may
+/// round.
+void StoreConverted(Control& control) {
+  if (!control.typed) return;
+  control.typed = false;
+  SetFieldNumber(control.field, control.toStored(control.number));
+  control.number = ShownNumber(control);
+}
+
 void StoreControl(Control& control) {
   if (!EditsField(control)) return;
   if (control.field.field->type == FieldType::Text) {
     SetFieldText(control.field, control.text);
+  } else if (control.toStored != nullptr) {
+    StoreConverted(control);
   } else {
     SetFieldNumber(control.field, control.number);
   }
@@ -38,10 +56,11 @@ void StoreControl(Control& control) {
 
 void LoadControl(Control& control) {
   if (!control.field) return;
+  control.typed = false;
   if (control.field.field->type == FieldType::Text) {
     control.text = FieldText(control.field);
   } else {
-    control.number = FieldNumber(control.field);
+    control.number = ShownNumber(control);
     if (control.kind == ControlKind::Readout) control.text = FormatNumber(control.format, control.number);
   }
 }
@@ -185,8 +204,10 @@ Refusal TypeNumber(Control& control, std::string_view text) {
   const auto value = ParseNumber(text);
   if (!value) return NotANumber;
   if (!std::isfinite(*value)) return NotFinite;
-  if (control.field && !NumberSuits(control.field.field->type, *value)) return NotSuitable;
+  const double stored = control.toStored != nullptr ? control.toStored(*value) : *value;
+  if (control.field && !NumberSuits(control.field.field->type, stored)) return NotSuitable;
   control.number = *value;
+  control.typed = true;
   return {};
 }
 
@@ -284,10 +305,19 @@ void PressKey(Panel& panel, std::string_view key) {
   RunAction("key " + panel.name + ' ' + QuoteWord(key), [&] { panel.key(key); });
 }
 
+Refusal ClickCell(Table& table, int row, int column) {
+  if (Screen.busy > 0) return RunInProgress;
+  if (row < 1 || row > table.rows || column < 1 || column > table.columns) return NoSuchCell;
+  if (table.clicked == nullptr) return {};
+  RunAction(FormatText("click %s %d %d", table.name.c_str(), row, column),
+            [&] { table.clicked(table, row, column); });
+  return {};
+}
+
 Refusal EnterCell(Table& table, int row, int column, std::string_view text) {
   if (!table.editable) return ReadOnly;
   if (Screen.busy > 0) return RunInProgress;
-  if (row < 1 || row > table.rows || column < 1 || column > table.columns) return "no such cell";
+  if (row < 1 || row > table.rows || column < 1 || column > table.columns) return NoSuchCell;
   if (table.numeric) {
     const auto value = ParseNumber(text);
     if (!value) return NotANumber;

@@ -131,6 +131,17 @@ void SetCell(Table& table, int row, int column, std::string_view text) {
   AnnouncePanel(*table.panel);
 }
 
+void MarkRow(Table& table, int row) {
+  table.markedRow = row;
+  AnnouncePanel(*table.panel);
+}
+
+void ScrollTable(Table& table, int topRow, int leftColumn) {
+  table.topRow = std::clamp(topRow, 1, std::max(table.rows, 1));
+  table.leftColumn = std::clamp(leftColumn, 1, std::max(table.columns, 1));
+  AnnouncePanel(*table.panel);
+}
+
 const std::string& CellText(const Table& table, int row, int column) {
   return table.cells[CellIndex(table, row, column)];
 }

@@ -95,6 +95,8 @@ Control& AddControl(std::string_view panelName, std::string_view group, const Co
   control.choiceBase = decl.choiceBase;
   control.whileBusy = decl.whileBusy;
   control.helpActs = decl.helpActs;
+  control.toShown = decl.toShown;
+  control.toStored = decl.toStored;
   control.field = FindField(control.name);
   panel.controls.push_back(&control);
   Names().controls.emplace(control.name, &control);

@@ -5,8 +5,8 @@
 //   Panels               ShowPanel  HidePanel  ShowTask  RunModalPanel
 //   Controls             FindControl  FindCommand  ReadControls  WriteControls  ShowNumber  ShowText
 //   SetDimmed What a user does     TypeInto  Commit  RightClick  ClosePanel  PressKey  MoveCursor  EnterCell
-//   Graphs               ClearPlots  PlotWave  PlotPoints  SetAxisTitle  SetAxisRange  SetAxisAuto
-//   Tables, text boxes   SetCell  CellText  InsertLine  ClearLines
+//   ClickCell Graphs               ClearPlots  PlotWave  PlotPoints  SetAxisTitle  SetAxisRange  SetAxisAuto
+//   Tables, text boxes   SetCell  CellText  MarkRow  ScrollTable  InsertLine  ClearLines
 //
 // A control holds what the panel shows, apart from its store: a typed value reaches the store when the
 // control is committed or when a command reads its panel (ReadControls). Only panel files may use this
@@ -62,6 +62,8 @@ struct ControlDecl {
   int choiceBase = 0;        // value of the first word
   bool whileBusy = false;    // may act while a run has the stores in use (the stop button)
   bool helpActs = false;     // a right click runs the action too: buttons that ask whether to open the help
+  double (*toShown)(double stored) = nullptr;  // a field shown in another unit than its store's
+  double (*toStored)(double shown) = nullptr;  // and back; only a value that the user typed is taken
 };
 
 /// A control as the user sees it.
@@ -81,6 +83,9 @@ struct Control {
   int choiceBase = 0;
   bool whileBusy = false;
   bool helpActs = false;
+  double (*toShown)(double stored) = nullptr;
+  double (*toStored)(double shown) = nullptr;
+  bool typed = false;   // holds a value that the user typed and no command has read yet
   FieldRef field;       // empty for a control of its own
   double number = 0.0;  // value of a Number, Switch or Choice
   std::string text;     // value of a Text or Readout
@@ -126,6 +131,7 @@ struct Axis {
   double max = 1.0;
   bool log = false;
   int decimals = -1;  // of the numbers along the axis; -1 = as they come
+  double gain = 1.0;  // the numbers along the axis are coordinate x gain: samples shown as times
 };
 
 struct Cursor {
@@ -163,6 +169,10 @@ struct Table {
   std::string command;  // name of the callback of a cell's commit
   std::string help;
   void (*committed)(Table&, int row, int column) = nullptr;
+  void (*clicked)(Table&, int row, int column) = nullptr;  // a click or double click on a cell
+  int markedRow = 0;                                       // shown in colour; 0 = none
+  int topRow = 1;                                          // first row and column in view
+  int leftColumn = 1;
 };
 
 struct TextBox {
@@ -334,6 +344,9 @@ void RightClick(Control& control);
 void ClosePanel(Panel& panel);
 void PressKey(Panel& panel, std::string_view key);
 Refusal EnterCell(Table& table, int row, int column, std::string_view text);
+
+/// A click or double click on a cell.
+Refusal ClickCell(Table& table, int row, int column);
 Refusal MoveCursor(Graph& graph, int cursor, double x, std::optional<double> y);
 
 // -- Graphs --
@@ -358,6 +371,12 @@ DataRange ViewRange(const Graph& graph, char axis);
 // -- Tables and text boxes. Rows and columns count from 1 --
 
 void SetCell(Table& table, int row, int column, std::string_view text);
+
+/// Marks a row as the current one, in place of any other; 0 marks none.
+void MarkRow(Table& table, int row);
+
+/// Scrolls a table so that its view begins with that row and column.
+void ScrollTable(Table& table, int topRow, int leftColumn);
 const std::string& CellText(const Table& table, int row, int column);
 void InsertLine(TextBox& box, std::string_view line);
 void ClearLines(TextBox& box);

@@ -109,6 +109,24 @@ TEST_F(ControlsTest, DimmingFollowsTheStoreAndADimmedControlRefuses) {
   EXPECT_TRUE(ControlNamed("Precision").dimmed);
 }
 
+TEST_F(ControlsTest, AFieldShownInAnotherUnitKeepsItsCountUntilTheUserTypes) {
+  ControlDecl decl{"NumRuns", ControlKind::Number, "Length", "ms", "%g", "FxnLength", Note, "Length."};
+  decl.toShown = [](double count) { return count * 0.3; };
+  decl.toStored = [](double ms) { return static_cast<double>(static_cast<int>(ms / 0.3)); };
+  AddControl("TestPanel", "lengths", decl);
+  Control& control = ControlNamed("NumRuns");
+  Model.NumRuns = 7;
+  WriteControls("TestPanel", "lengths");
+  EXPECT_FLOAT_EQ(static_cast<float>(control.number), 2.1F);
+  ReadControls("TestPanel", "lengths");
+  EXPECT_EQ(Model.NumRuns, 7) << "2.1 / 0.3 is a bit less than 7";
+  ASSERT_EQ(TypeInto(control, "2"), "");
+  ReadControls("TestPanel", "lengths");
+  EXPECT_EQ(Model.NumRuns, 6);
+  EXPECT_FLOAT_EQ(static_cast<float>(control.number), 1.8F);
+  EXPECT_NE(TypeInto(control, "1e12"), "") << "no count can hold it";
+}
+
 TEST_F(ControlsTest, WhileACommandRunsOnlyTheStopButtonActs) {
   Press(ControlNamed("Busy"));
   EXPECT_EQ(nestedRefusal, "a run is in progress");
