@@ -18,6 +18,7 @@
 #include "shell/stores.h"
 #include "shell/undo.h"
 #include "shell/zoom_graph.h"
+#include "sim/q_matrix_panel.h"
 #include "sim/random.h"
 #include "sim/run_hooks.h"
 #include "sim/run_panel.h"
@@ -122,6 +123,7 @@ void AddAllPanels() {
   AddConductancePanel();
   AddInitialConditionsPanel();
   AddValuesTablePanel();
+  AddQMatrixPanel();
   AddTableModelPanel();
   AddGraphPropertiesPanel();
   AddGraphMenu();

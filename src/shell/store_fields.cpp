@@ -169,6 +169,7 @@ void RegisterResults() {
       ScalarField("StopRequested", Result.StopRequested),
       ScalarField("EffectiveChannels", Result.EffectiveChannels),
       ArrayField("StateClass[]", Result.StateClass),
+      ArrayField("EquilibriumOccupancy[]", Result.EquilibriumOccupancy),
       ScalarField("ResultsFileName", Result.ResultsFileName),
   });
 }

@@ -38,6 +38,7 @@ struct ResultStore {
   std::array<int, MaxStates + 1> StateClass{};  // ordinal of each state's conductance
   std::array<int, MaxStates + 1> ConnectionCount{};
   StateTable<int> Connection{};  // [state][k], k from 1: the states that it can leave to, rising
+  std::array<float, MaxStates + 1> EquilibriumOccupancy{};  // of the last Q-matrix analysis
   std::string ResultsFileName;
   std::string RunText;  // "Run 1 of 3 with ..." as last shown
 };

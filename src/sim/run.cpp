@@ -8,6 +8,7 @@
 #include "screen/popups.h"
 #include "sim/integrator.h"
 #include "sim/monte_carlo_loop.h"
+#include "sim/q_matrix.h"
 #include "sim/result_store.h"
 #include "sim/run_panel.h"
 
@@ -19,9 +20,6 @@ constexpr char TooManyConnections[] =
 constexpr char NoConnections[] = "No states connected.";
 constexpr char NoSubunitIntegration[] = "Cannot run integrator for cooperative multi-subunit receptors.";
 constexpr char NoLength[] = "A run needs at least one point and a time interval above 0.";
-constexpr char NoEquilibrium[] =
-    "This version cannot compute equilibrium occupancies. The run starts from the starting occupancies of "
-    "the model.";
 
 bool TalksToUser() {
   return Model.FitActive == 0;
@@ -40,8 +38,15 @@ void ClassifyConductances() {
   }
 }
 
-void TellOfEquilibrium() {
-  if (TalksToUser() && Model.StartAtEquilibrium != 0) MessagePopup(WarningTitle, NoEquilibrium);
+/// Starts the run from the equilibrium under the resting stimulus where that is asked for. A scheme without
+/// one starts as it is set.
+void StartAtEquilibrium() {
+  const int asked = TalksToUser() ? Model.StartAtEquilibrium : Model.FitStartAtEquilibrium;
+  if (asked == 0) return;
+  QMatrixAnalysis(false, 1);
+  if (!HasEquilibrium()) return;
+  Model.StartOccupancy = Result.EquilibriumOccupancy;
+  if (TalksToUser()) WriteStartOccupancy();
 }
 
 void ReadRates() {
@@ -115,7 +120,7 @@ void RunSimulation(int numPoints) {
   if (!RunHasLength()) return;
   Result.StopRequested = 0;
   Noise.RecordPoints = Model.NumPoints;
-  TellOfEquilibrium();
+  StartAtEquilibrium();
   if (TalksToUser()) ReadRates();
   if (Model.ModelIs2D == 0) ActivateTableModel();
   Trace.TraceUnits = Model.DisplayUnits;

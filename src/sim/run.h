@@ -11,10 +11,12 @@ namespace zelvane {
 
 /// Runs the model for `numPoints` points with the simulator that `Model.SimulatorKind` names.
 ///
-/// Unless `Model.FitActive`, rates and run settings are read from the panels first. The result is left in
-/// `Result.Occupancy` and `Trace.SimTrace`; `Trace.TraceValid` is 1 when the run completed. A scheme without
-/// connections is refused with "! Error", as is a state with more than MaxConnections exits for Monte Carlo,
-/// and a run without points or without time between them.
+/// Unless `Model.FitActive`, rates and run settings are read from the panels first. With
+/// `Model.StartAtEquilibrium`, during a fit `FitStartAtEquilibrium`, the equilibrium under the stimulus of
+/// point 1 becomes `Model.StartOccupancy`. The result is left in `Result.Occupancy` and `Trace.SimTrace`;
+/// `Trace.TraceValid` is 1 when the run completed. A scheme without connections is refused with "! Error", as
+/// is a state with more than MaxConnections exits for Monte Carlo, and a run without points or without time
+/// between them.
 void RunSimulation(int numPoints);
 
 /// Turns `Result.Occupancy` into `Trace.SimTrace` by `Model.DisplayUnits`, adds noise and filter if asked,

@@ -75,14 +75,6 @@ TEST_F(RunDriverTest, IntegratesSubunitsOnlyAsChannelsOrProbability) {
   }
 }
 
-TEST_F(RunDriverTest, TellsOnceThatItCannotComputeEquilibriumAndRuns) {
-  Model.StartAtEquilibrium = 1;
-  RunAsSet();
-  ASSERT_EQ(popups.size(), 1U);
-  EXPECT_EQ(popups[0].title, "! Warning");
-  EXPECT_EQ(Trace.TraceValid, 1);
-}
-
 TEST_F(RunDriverTest, RefusesARunWithoutLength) {
   for (const auto& [field, value] :
        {std::pair{"NumPoints", "0"}, {"NumPoints", "-5"}, {"ADInterval", "0"}, {"ADInterval", "-0.01"}}) {

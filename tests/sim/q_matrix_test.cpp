@@ -1,0 +1,344 @@
+// The Q matrix: time constants and equilibrium against closed forms, against an eigenvalue method of another
+// kind in double precision, and against the integrator; schemes without an answer; the panel.
+#include "sim/q_matrix.h"
+
+#include <cmath>
+#include <limits>
+#include <numeric>
+#include <random>
+
+#include "io/model_file.h"
+#include "sim/eigenvalues.h"
+#include "sim/run_fixtures.h"
+#include "stimulus/stimulus.h"
+#include "support/pressing.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char Singular[] = "Singular matrix in routine ludcmp";
+constexpr float Infinity = std::numeric_limits<float>::infinity();
+
+/// A rate matrix from its rates, the diagonal filled in.
+QMatrix Rates(std::size_t n, std::initializer_list<std::tuple<std::size_t, std::size_t, float>> rates) {
+  QMatrix matrix;
+  matrix.states.resize(n);
+  std::iota(matrix.states.begin(), matrix.states.end(), 1);
+  matrix.rates = DenseMatrix<float>(n, n);
+  for (const auto& [from, to, rate] : rates) {
+    matrix.rates(from, to) = rate;
+    matrix.rates(from, from) -= rate;
+  }
+  return matrix;
+}
+
+/// A scheme in which every pair of states is in balance at `occupancy`.
+struct BalancedScheme {
+  std::vector<double> occupancy;
+  QMatrix matrix;
+  DenseMatrix<double> symmetric;  // similar to the rate matrix
+};
+
+BalancedScheme RandomBalancedScheme(std::size_t n, std::mt19937& random) {
+  std::uniform_real_distribution<double> decade(-1.0, 1.0);
+  BalancedScheme scheme;
+  for (std::size_t i = 0; i < n; ++i) scheme.occupancy.push_back(std::pow(10.0, decade(random)));
+  const double sum = std::accumulate(scheme.occupancy.begin(), scheme.occupancy.end(), 0.0);
+  for (double& p : scheme.occupancy) p /= sum;
+  scheme.matrix = Rates(n, {});
+  scheme.symmetric = DenseMatrix<double>(n, n);
+  for (std::size_t i = 0; i < n; ++i) {
+    for (std::size_t j = 0; j < i; ++j) {
+      if (j + 1 != i && random() % 4 != 0) continue;  // a chain, and some links across
+      const double flow = 1000.0 * std::pow(10.0, decade(random));
+      const double ratio = std::sqrt(scheme.occupancy[j] / scheme.occupancy[i]);
+      scheme.matrix.rates(i, j) = static_cast<float>(flow * ratio);
+      scheme.matrix.rates(j, i) = static_cast<float>(flow / ratio);
+      scheme.symmetric(i, j) = scheme.symmetric(j, i) = flow;
+    }
+  }
+  for (std::size_t i = 0; i < n; ++i) {
+    double leaving = 0.0;
+    for (std::size_t j = 0; j < n; ++j) leaving += static_cast<double>(scheme.matrix.rates(i, j));
+    scheme.symmetric(i, i) = -leaving;
+    scheme.matrix.rates(i, i) = static_cast<float>(-leaving);
+  }
+  return scheme;
+}
+
+/// Eigenvalues of a symmetric matrix by Jacobi's rotations, rising.
+std::vector<double> JacobiEigenvalues(DenseMatrix<double> a) {
+  const std::size_t n = a.rows;
+  for (int sweep = 0; sweep < 60; ++sweep) {
+    for (std::size_t p = 0; p < n; ++p) {
+      for (std::size_t q = p + 1; q < n; ++q) {
+        const double angle = 0.5 * std::atan2(2.0 * a(p, q), a(q, q) - a(p, p));
+        const double c = std::cos(angle);
+        const double s = std::sin(angle);
+        for (std::size_t k = 0; k < n; ++k) {
+          const double left = a(k, p);
+          const double right = a(k, q);
+          a(k, p) = c * left - s * right;
+          a(k, q) = s * left + c * right;
+        }
+        for (std::size_t k = 0; k < n; ++k) {
+          const double upper = a(p, k);
+          const double lower = a(q, k);
+          a(p, k) = c * upper - s * lower;
+          a(q, k) = s * upper + c * lower;
+        }
+      }
+    }
+  }
+  std::vector<double> values;
+  for (std::size_t i = 0; i < n; ++i) values.push_back(a(i, i));
+  std::sort(values.begin(), values.end());
+  return values;
+}
+
+TEST(QMatrixEngine, TwoStatesRelaxAtTheSumOfTheirRates) {
+  for (const auto& [a, b] : {std::pair{300.0F, 700.0F}, {1e-8F, 3e-8F}, {1e12F, 1e12F}, {0.0F, 50.0F}}) {
+    SCOPED_TRACE(a);
+    const QMatrixSolution solution = SolveQMatrix(Rates(2, {{0, 1, a}, {1, 0, b}}), true);
+    const auto isFinite = [](const RelaxationTime& time) { return time.ms < 1e20F; };
+    ASSERT_EQ(std::count_if(solution.relaxation.begin(), solution.relaxation.end(), isFinite), 1);
+    const auto tau = std::find_if(solution.relaxation.begin(), solution.relaxation.end(), isFinite);
+    if (a == 300.0F) {
+      EXPECT_FLOAT_EQ(tau->ms, 1.0F);
+    }
+    EXPECT_NEAR(solution.equilibrium.occupancy[0], b / (a + b), 1e-7);
+    EXPECT_NEAR(solution.equilibrium.occupancy[1], a / (a + b), 1e-7);
+  }
+}
+
+// Rates of schemes in detailed balance: the symmetrised matrix has the same eigenvalues, and Jacobi's method
+// in double precision shares nothing with the QR iteration. Floats carry 6e-8 of the largest eigenvalue.
+TEST(QMatrixEngine, EigenvaluesAndEquilibriumOfBalancedSchemesAreRight) {
+  std::mt19937 random(20);
+  for (std::size_t n = 1; n <= 20; ++n) {
+    SCOPED_TRACE(n);
+    const BalancedScheme scheme = RandomBalancedScheme(n, random);
+    const std::vector<double> expected = JacobiEigenvalues(scheme.symmetric);
+    DenseMatrix<float> rates = scheme.matrix.rates;
+    Eigenvalues found = RealEigenvalues(rates);
+    EXPECT_EQ(found.withoutConvergence, 0);
+    std::sort(found.real.begin(), found.real.end());
+    for (std::size_t k = 0; k < n; ++k) {
+      EXPECT_NEAR(found.real[k], expected[k], 1e-4 * std::abs(expected[k]) + 1e-6 * std::abs(expected[0]))
+          << k;
+    }
+    const Equilibrium equilibrium = EquilibriumOf(scheme.matrix.rates);
+    EXPECT_FALSE(equilibrium.singular);
+    for (std::size_t k = 0; k < n; ++k) EXPECT_NEAR(equilibrium.occupancy[k], scheme.occupancy[k], 1e-5);
+  }
+}
+
+// Around a ring of equal rates the eigenvalues are k (cos(2 pi m / n) - 1) with imaginary parts, which do not
+// show.
+TEST(QMatrixEngine, TheRealPartsOfConjugatePairsCount) {
+  const QMatrixSolution solution = SolveQMatrix(Rates(3, {{0, 1, 200}, {1, 2, 200}, {2, 0, 200}}), true);
+  std::vector<float> times;
+  for (const RelaxationTime& time : solution.relaxation) times.push_back(time.ms);
+  std::sort(times.begin(), times.end());
+  ASSERT_GE(times.size(), 2U);
+  EXPECT_NEAR(times[0], 1000.0 / 300.0, 1e-4);
+  EXPECT_NEAR(times[1], 1000.0 / 300.0, 1e-4);
+  for (const double p : solution.equilibrium.occupancy) EXPECT_NEAR(p, 1.0 / 3.0, 1e-9);
+}
+
+TEST(QMatrixEngine, AnOccupancyBelowTheSmallestCountsAsNone) {
+  const auto occupancies = [](float rate) {
+    return SolveQMatrix(Rates(3, {{0, 1, rate}, {1, 0, 1000}, {0, 2, 500}, {2, 0, 500}}), false)
+        .equilibrium.occupancy;
+  };
+  const std::vector<double> without = occupancies(0.01F);  // 5e-6 of the channels
+  EXPECT_EQ(without[1], 0.0);
+  EXPECT_NEAR(without[0] + without[2], 1.0, 1e-12);
+  EXPECT_NEAR(occupancies(0.03F)[1], 1.5e-5, 1e-8);
+}
+
+TEST(QMatrixEngine, OnlyEigenvaluesBelowTheLimitHaveATimeConstant) {
+  const std::vector<RelaxationTime> times = RelaxationTimesMs({-1e-7F, 1e-6F, -50.0F, 5e-7F, 0.0F, NAN});
+  ASSERT_EQ(times.size(), 4U);
+  EXPECT_FLOAT_EQ(times[0].ms, 1e10F);
+  EXPECT_EQ(times[1].eigenvalue, 3);
+  EXPECT_FLOAT_EQ(times[1].ms, 20.0F);
+  EXPECT_FLOAT_EQ(times[2].ms, -2e9F);
+  EXPECT_EQ(times[3].ms, Infinity);
+}
+
+TEST(QMatrixEngine, ASchemeInPartsIsSingularAndStillSumsToOne) {
+  for (const float fast : {1e3F, 1e6F}) {
+    const Equilibrium parts =
+        EquilibriumOf(Rates(4, {{0, 1, fast}, {1, 0, fast}, {2, 3, 30}, {3, 2, 10}}).rates);
+    EXPECT_TRUE(parts.singular);
+    EXPECT_NEAR(std::accumulate(parts.occupancy.begin(), parts.occupancy.end(), 0.0), 1.0, 1e-9);
+  }
+}
+
+TEST(QMatrixEngine, ASearchThatCannotSettleEnds) {
+  DenseMatrix<float> matrix(6, 6);
+  matrix.element.assign(36, NAN);
+  const Eigenvalues found = HessenbergEigenvalues(matrix);
+  EXPECT_EQ(found.real.size(), 6U);
+  EXPECT_EQ(found.withoutConvergence, 4);  // the last two are a pair
+  DenseMatrix<float> none;
+  EXPECT_TRUE(RealEigenvalues(none).real.empty());
+}
+
+// -- On the stores and the panel --
+
+class QMatrixTest : public RunTest {
+ protected:
+  static float Equilibrium(std::size_t state) { return Result.EquilibriumOccupancy[state]; }
+};
+
+TEST_F(QMatrixTest, TellsMatrixTimeConstantsAndEquilibrium) {
+  Show();
+  PressCommand("FxnQMatrix");
+  EXPECT_TRUE(PanelVisible("QMatrixPanel"));
+  EXPECT_EQ(TextBoxNamed("QMatrixText").lines,
+            (std::vector<std::string>{"Q=", "-1.0e+03    1.0e+03    ", "5.0e+02    -5.0e+02    ", ""}));
+  const std::vector<std::string>& results = TextBoxNamed("QResultsText").lines;
+  EXPECT_EQ(results.front(), "Relaxation time constants");
+  EXPECT_NE(std::find(results.begin(), results.end(), "    Tau(1)=0.666667 ms"), results.end());
+  EXPECT_EQ((std::vector<std::string>{results.end() - 6, results.end()}),
+            (std::vector<std::string>{"", "Equilibrium Probabilities", "    3.33e-01 State 1 probability  ",
+                                      "    6.67e-01 State 2 probability  ", "", ""}));
+  PressCommand("FxnInsertInitProb");
+  EXPECT_FLOAT_EQ(Model.StartOccupancy[2], 2.0F / 3.0F);
+  EXPECT_FLOAT_EQ(static_cast<float>(ControlNamed("StartOccupancy[2]").number), 2.0F / 3.0F);
+  PressCommand("FxnQuitQ");
+  EXPECT_FALSE(PanelVisible("QMatrixPanel"));
+}
+
+TEST_F(QMatrixTest, ADrugCountsAtTheTimeEntered) {
+  Model.KOn[1] = 1e8;
+  Model.Depend.Drug[1][1][2] = 1;
+  for (std::size_t p = 50; p < 100; ++p) Stimulus.Profile[1][p] = 1e-5F;
+  Show();
+  PressCommand("FxnQMatrix");
+  EXPECT_EQ(Equilibrium(1), 1.0F);
+  EXPECT_EQ(Shown("QMatrixPoint"), "1");
+  struct Case {
+    const char* ms;
+    const char* point;
+    float open;
+  };
+  for (const Case& c : {Case{"0.5", "50", 2.0F / 3.0F},
+                        {"0.999", "99", 2.0F / 3.0F},
+                        {"1", "100", 0.0F},
+                        {"0", "1", 0.0F},
+                        {"-3", "1", 0.0F},
+                        {"1e30", "5000000", 0.0F}}) {
+    TypeOnly("QMatrixTime", c.ms);
+    PressCommand("FxnRecalculateQ");
+    EXPECT_EQ(Shown("QMatrixPoint"), c.point) << c.ms;
+    EXPECT_FLOAT_EQ(Equilibrium(2), c.open) << c.ms;
+  }
+}
+
+TEST_F(QMatrixTest, TheTimeShownStandsForItsPoint) {
+  for (const float interval : {0.001F, 0.005F, 0.01F, 0.02F, 0.05F, 0.07F, 0.1F, 0.3F, 1.0F}) {
+    Model.ADInterval = interval;
+    Show();
+    for (const int point : {1, 2, 3, 7, 19, 101, 1003, 30011, 500009}) {
+      QMatrixAnalysis(false, point);
+      PressCommand("FxnRecalculateQ");
+      EXPECT_EQ(Shown("QMatrixPoint"), std::to_string(point)) << interval;
+    }
+  }
+}
+
+TEST_F(QMatrixTest, StatesWithoutAWayInDoNotTakePart) {
+  Model.StateOn[3] = 1;  // on, without a rate
+  EXPECT_EQ(CompileQMatrix(1).states, (std::vector{1, 2}));
+  Model.ModelIs2D = 0;
+  Model.TableRate[4][9] = 10.0F;
+  Model.TableRate[9][4] = 30.0F;
+  Model.TableRate[9][11] = 5.0F;
+  EXPECT_EQ(CompileQMatrix(1).states, (std::vector{4, 9, 11}));
+  EXPECT_EQ(Model.TableStateOn[11], 1);
+}
+
+TEST_F(QMatrixTest, ARateOfZeroNeedsNoFactor) {
+  Model.FitActive = 1;
+  Model.ModelIs2D = 0;
+  Model.TableRate[1][2] = Model.TableRate[2][1] = 50.0F;
+  Model.TableRate[3][1] = 1.0F;
+  Model.TableRate[2][3] = 50.0F;
+  Model.TableDepend.Volt[1][3] = 1;
+  Model.TableDepend.Steepness[1][3] = 1e9F;
+  Stimulus.Profile[0][1] = 1.0F;  // its exponential is infinite
+  EXPECT_TRUE(QMatrixAnalysis(false, 1).finite);
+  Model.TableRate[1][3] = 1.0F;
+  EXPECT_FALSE(QMatrixAnalysis(false, 1).finite);
+}
+
+TEST_F(QMatrixTest, WithoutAnAnswerTheEquilibriumIsZeroAndTheNextAnalysisWorks) {
+  const auto isClear = [] { return !HasEquilibrium(); };
+  QMatrixAnalysis(true, 1);
+  Model.StateOn[1] = Model.StateOn[2] = 0;
+  EXPECT_TRUE(QMatrixAnalysis(true, 1).matrix.states.empty());
+  EXPECT_TRUE(isClear());
+  EXPECT_EQ(TextBoxNamed("QMatrixText").lines, (std::vector<std::string>{"Q=", ""}));
+  Model.StateOn[1] = Model.StateOn[2] = 1;
+  for (const double bad : {double(NAN), 1e300}) {
+    consoleLines.clear();
+    Model.KOff[1] = bad;
+    Model.FitActive = 1;  // a panel would not take such a rate
+    EXPECT_FALSE(QMatrixAnalysis(true, 1).finite);
+    EXPECT_TRUE(isClear());
+    EXPECT_EQ(consoleLines.size(), 1U);
+  }
+  Model.KOff[1] = 500.0;
+  QMatrixAnalysis(true, 1);
+  EXPECT_FLOAT_EQ(Equilibrium(1), 1.0F / 3.0F);
+}
+
+TEST_F(QMatrixTest, TellsOfASchemeInParts) {
+  Model.StateOn[4] = Model.StateOn[5] = 1;
+  Model.KOn[4] = Model.KOff[4] = 40.0;
+  Show();
+  PressCommand("FxnQMatrix");
+  EXPECT_EQ(consoleLines, std::vector<std::string>{Singular});
+  EXPECT_TRUE(popups.empty());
+}
+
+TEST_F(QMatrixTest, EquilibriumIsWhereTheIntegratorEnds) {
+  ASSERT_TRUE(ModelFileReadNamed(ZELVANE_DATA "/models/ampa_jonas_1993.mod"));
+  Model.SimulatorKind = FixedStepIntegrator;
+  Model.NumPoints = 60000;
+  Model.ADInterval = 0.01F;
+  Model.MaxStepSize = 0.01F;
+  Stimulus.AutoStop = 600.0F;  // 1 mM to the end
+  StimPanelRefresh();
+  StimRebuild();
+  RunAsSet();
+  QMatrixAnalysis(false, 30000);
+  for (std::size_t s = 1; s <= MaxStates; ++s) {
+    EXPECT_NEAR(Equilibrium(s), Result.Occupancy[s][59000], 1e-4) << s;  // after 59000 sums of 32 bits
+  }
+}
+
+TEST_F(QMatrixTest, ARunStartsAtEquilibriumWhenAskedAndAFitByItsOwnSwitch) {
+  Model.FitStartAtEquilibrium = 0;
+  Model.StartAtEquilibrium = 1;
+  RunAsSet();
+  EXPECT_FLOAT_EQ(Model.StartOccupancy[2], 2.0F / 3.0F);
+  EXPECT_NEAR(Result.Occupancy[2][200], 2.0 / 3.0, 1e-5);
+  EXPECT_NEAR(Result.Occupancy[2][1], 2.0 / 3.0, 1e-6);
+  Model.StartOccupancy = {};
+  Model.StartOccupancy[1] = 1.0F;
+  Model.FitActive = 1;
+  RunSimulation(200);
+  EXPECT_EQ(Model.StartOccupancy[1], 1.0F);
+  Model.FitStartAtEquilibrium = 1;
+  Model.StartAtEquilibrium = 0;
+  RunSimulation(200);
+  EXPECT_FLOAT_EQ(Model.StartOccupancy[1], 1.0F / 3.0F);
+  EXPECT_TRUE(popups.empty());
+}
+
+}  // namespace
+}  // namespace zelvane
