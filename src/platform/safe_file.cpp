@@ -70,12 +70,13 @@ fs::path TemporaryName(const fs::path& target) {
 
 #if defined(ZELVANE_POSIX)
 
-bool WriteAll(int file, std::string_view block) {
+bool WriteAll(int file, std::int64_t position, std::string_view block) {
   while (!block.empty()) {
-    const ssize_t written = ::write(file, block.data(), block.size());
+    const ssize_t written = ::pwrite(file, block.data(), block.size(), position);
     if (written < 0 && errno == EINTR) continue;
     if (written <= 0) return false;
     block.remove_prefix(static_cast<std::size_t>(written));
+    position += written;
   }
   return true;
 }
@@ -132,57 +133,103 @@ bool NameTemporary(int file, const fs::path& target, fs::path& name) {
   return !name.empty();
 }
 
-bool Replace(const fs::path& target, const NextBlock& nextBlock) {
-  std::error_code error;
-  if (fs::exists(target, error) && ::access(target.c_str(), W_OK) != 0) return false;
-  fs::path temporary;
-  const int file = CreateTemporary(target, temporary);
-  if (file < 0) return false;
-  bool good = true;
-  for (std::string_view block = nextBlock(); good && !block.empty(); block = nextBlock())
-    good = WriteAll(file, block);
-  TakeOverRights(file, target);
-  good = good && ::fsync(file) == 0 && NameTemporary(file, target, temporary);
-  good = ::close(file) == 0 && good;
-  good = good && ::rename(temporary.c_str(), target.c_str()) == 0;
-  if (good) {
-    FlushFolder(FolderOf(target));
-  } else if (!temporary.empty()) {
-    ::unlink(temporary.c_str());
+class Replacement final : public FileReplacement {
+ public:
+  explicit Replacement(fs::path target) : target_(std::move(target)) {
+    std::error_code error;
+    if (fs::exists(target_, error) && ::access(target_.c_str(), W_OK) != 0) return;
+    file_ = CreateTemporary(target_, temporary_);
   }
-  return good;
-}
+
+  ~Replacement() override {
+    if (file_ >= 0) ::close(file_);
+    if (!temporary_.empty()) ::unlink(temporary_.c_str());
+  }
+
+  bool IsOpen() const { return file_ >= 0; }
+
+  bool Write(std::int64_t position, std::string_view bytes) override {
+    good_ = good_ && WriteAll(file_, position, bytes);
+    return good_;
+  }
+
+  bool Commit() override {
+    TakeOverRights(file_, target_);
+    good_ = good_ && ::fsync(file_) == 0 && NameTemporary(file_, target_, temporary_);
+    good_ = ::close(std::exchange(file_, -1)) == 0 && good_;
+    good_ = good_ && ::rename(temporary_.c_str(), target_.c_str()) == 0;
+    if (good_) {
+      FlushFolder(FolderOf(target_));
+      temporary_.clear();
+    }
+    return good_;
+  }
+
+ private:
+  fs::path target_;
+  fs::path temporary_;  // empty while the new file has no name
+  int file_ = -1;
+  bool good_ = true;
+};
 
 #else
 
-bool Replace(const fs::path& target, const NextBlock& nextBlock) {
-  const fs::path temporary = TemporaryName(target);
-  std::error_code error;
-  bool good = false;
-  {
-    std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
-    for (std::string_view block = nextBlock(); file && !block.empty(); block = nextBlock()) {
-      file.write(block.data(), static_cast<std::streamsize>(block.size()));
-    }
-    file.close();
-    good = file.good();
+class Replacement final : public FileReplacement {
+ public:
+  explicit Replacement(fs::path target) : target_(std::move(target)), temporary_(TemporaryName(target_)) {
+    file_.open(temporary_, std::ios::binary | std::ios::trunc);
   }
-  if (good) {
-    fs::rename(temporary, target, error);
-    good = !error;
+
+  ~Replacement() override {
+    file_.close();
+    std::error_code error;
+    fs::remove(temporary_, error);
   }
-  if (!good) fs::remove(temporary, error);
-  return good;
-}
+
+  bool IsOpen() const { return file_.is_open(); }
+
+  bool Write(std::int64_t position, std::string_view bytes) override {
+    file_.seekp(position);
+    file_.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    return file_.good();
+  }
+
+  bool Commit() override {
+    file_.close();
+    if (!file_.good()) return false;
+    std::error_code error;
+    fs::rename(temporary_, target_, error);
+    return !error;
+  }
+
+ private:
+  fs::path target_;
+  fs::path temporary_;
+  std::ofstream file_;
+};
 
 #endif
 
 }  // namespace
 
-bool ReplaceFileInBlocks(const std::string& path, const NextBlock& nextBlock) {
-  if (path.find('\0') != std::string::npos) return false;
+std::unique_ptr<FileReplacement> FileReplacement::Begin(const std::string& path) {
+  if (path.find('\0') != std::string::npos) return nullptr;
   const auto target = LinkTarget(path);
-  return target && MayBeReplaced(*target) && Replace(*target, nextBlock);
+  if (!target || !MayBeReplaced(*target)) return nullptr;
+  auto replacement = std::make_unique<Replacement>(*target);
+  if (!replacement->IsOpen()) return nullptr;
+  return replacement;
+}
+
+bool ReplaceFileInBlocks(const std::string& path, const NextBlock& nextBlock) {
+  const std::unique_ptr<FileReplacement> replacement = FileReplacement::Begin(path);
+  if (replacement == nullptr) return false;
+  std::int64_t position = 0;
+  for (std::string_view block = nextBlock(); !block.empty(); block = nextBlock()) {
+    if (!replacement->Write(position, block)) return false;
+    position += static_cast<std::int64_t>(block.size());
+  }
+  return replacement->Commit();
 }
 
 bool ReplaceFile(const std::string& path, std::string_view content) {

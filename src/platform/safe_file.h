@@ -1,7 +1,9 @@
 // Replacing a file so that a crash, a full disk or a lost right leaves the old one whole.
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -21,5 +23,26 @@ using NextBlock = std::function<std::string_view()>;
 
 /// The same for a file too large to hold in memory.
 bool ReplaceFileInBlocks(const std::string& path, const NextBlock& nextBlock);
+
+/// The same for a file whose parts come one by one, and not in their order: a header with the counts of what
+/// follows it, say. The old file stands until Commit; without one, nothing has happened.
+class FileReplacement {
+ public:
+  /// Nothing when `path` may not be written.
+  static std::unique_ptr<FileReplacement> Begin(const std::string& path);
+
+  FileReplacement() = default;
+  FileReplacement(const FileReplacement&) = delete;
+  FileReplacement& operator=(const FileReplacement&) = delete;
+  virtual ~FileReplacement() = default;
+
+  /// Writes `bytes` at `position` of the new file. Bytes never written hold 0. After a failure the file can
+  /// no longer be committed.
+  virtual bool Write(std::int64_t position, std::string_view bytes) = 0;
+
+  /// Puts the new file in place of the old one; to be called once, as the last. False when this or any write
+  /// before it failed; the old file then stands.
+  virtual bool Commit() = 0;
+};
 
 }  // namespace zelvane

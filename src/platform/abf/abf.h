@@ -68,7 +68,7 @@ using AbfHandle = std::unique_ptr<AbfFile, AbfFileCloser>;
 /// samples.
 bool IsABFFile(const std::string& path, int& dataFormat);
 
-/// Prepares a header record: one channel of floats, input 0, gap-free.
+/// Prepares a header record for writing: one channel of floats on input 0, pA, gap-free.
 void InitializeHeader(AbfHeader& header);
 
 /// Opens a recording and fills `header`, with lengths and sweeps as the file truly holds them. Nothing when
@@ -111,17 +111,23 @@ using AbfWriteHandle = std::unique_ptr<AbfWriter, AbfWriterCloser>;
 /// target cannot be written.
 AbfWriteHandle OldABF_OpenWrite(const std::string& path, const AbfHeader& header);
 
-/// Appends the samples of a sweep. False when they could not be written.
+/// Appends samples in user units: a sweep of an episodic file (operation mode 5), a further part of a
+/// gap-free one (mode 3). False when they could not be written or are more than the format can count.
 bool OldABF_WriteRawSweep(AbfWriter& writer, std::span<const float> samples);
 
-/// Writes the header back, with the lengths and sweeps that the file now has; a file of several sweeps gets
-/// its synch array.
+/// Writes the header back, with the lengths and sweeps that the file now has, whatever `header` says of them.
+/// An episodic file gets its synch array. A short file is filled up with zeros behind its samples to the
+/// length below which other programs refuse it.
 bool OldABF_UpdateHeader(AbfWriter& writer, const AbfHeader& header);
 
-/// Puts the new file in place of the target. False when that failed; the old file then stands.
+/// Puts the new file in place of the target, its header written back if it was not since the last sweep.
+/// False when that or any step before it failed; the old file then stands.
 bool OldABF_Close(AbfWriteHandle& writer);
 
-/// The 2048 bytes of a header of version 1.83 that other programs accept.
+/// The 2048 bytes of a header of version 1.83 that other programs accept: one channel of floats on input 0,
+/// without tags and synch array. From `header` come mode (episodic or else gap-free), lengths, episodes,
+/// interval, date, time, creator, and name and units of the first channel of its sampling sequence. The scale
+/// of counts is the customary one of 10 V over 32768 counts with gains of 1.
 std::array<std::byte, 2048> AbfHeaderBytes(const AbfHeader& header);
 
 }  // namespace zelvane

@@ -67,28 +67,17 @@ void ReadInput(Bytes bytes, int input, bool longHeader, AbfHeader& header) {
                  .signalOffset = NumberAt<float>(bytes, 1114 + 4 * at)});
 }
 
-/// Where the samples end when the header does not tell their number: at the first section behind them.
-std::int64_t SamplesUpToNextSection(Bytes bytes, const ByteSource& source, const AbfHeader& header,
-                                    const AbfLayout& layout) {
-  std::int64_t samples = HeldSamples(source, layout, header.dataFormat, 0);
-  for (const std::size_t pointer : {44U, 52U, 92U}) {  // tags, scope configuration, synch array
-    const std::int64_t position = NumberAt<std::int32_t>(bytes, pointer) * AbfBlockBytes;
-    if (position > layout.dataPosition)
-      samples =
-          std::min(samples, (position - layout.dataPosition) / (header.dataFormat == AbfFloats ? 4 : 2));
-  }
-  return samples;
-}
-
 /// Finds the samples and their sweeps.
 void ReadDataSection(Bytes bytes, const ByteSource& source, const AbfHeader& header, std::int64_t block,
                      AbfLayout& layout) {
-  const std::int64_t sampleBytes = header.dataFormat == AbfFloats ? 4 : 2;
   const std::int64_t skipped = std::max<std::int64_t>(0, NumberAt<std::int16_t>(bytes, 14));
-  layout.dataPosition = block * AbfBlockBytes + skipped * sampleBytes;
-  const std::int64_t claimed = NumberAt<std::int32_t>(bytes, 10);
-  layout.samples = claimed > 0 ? HeldSamples(source, layout, header.dataFormat, claimed)
-                               : SamplesUpToNextSection(bytes, source, header, layout);
+  layout.dataPosition = block * AbfBlockBytes + skipped * AbfSampleBytes(header);
+  // Tags, scope configuration, synch array.
+  const std::array<std::int64_t, 3> sections{NumberAt<std::int32_t>(bytes, 44),
+                                             NumberAt<std::int32_t>(bytes, 52),
+                                             NumberAt<std::int32_t>(bytes, 92)};
+  layout.samples =
+      HeldSamples(source, header, layout.dataPosition, NumberAt<std::int32_t>(bytes, 10), sections);
   PlanSweeps(source, header,
              {.episodes = NumberAt<std::int32_t>(bytes, 16),
               .samplesPerEpisode = NumberAt<std::int32_t>(bytes, 138),

@@ -13,7 +13,10 @@ using Bytes = std::span<const std::byte>;
 
 constexpr std::size_t FileHeaderBytes = 512;
 // Places of the section table within the file header.
-constexpr std::size_t ProtocolSection = 76;
+constexpr std::size_t FirstSection = 76;
+constexpr std::size_t SectionEntryBytes = 16;
+constexpr std::size_t SectionCount = 18;
+constexpr std::size_t ProtocolSection = FirstSection;
 constexpr std::size_t AdcSection = 92;
 constexpr std::size_t StringsSection = 220;
 constexpr std::size_t DataSection = 236;
@@ -123,13 +126,17 @@ std::string ReadInputs(const ByteSource& source, const Section& section, const S
   return {};
 }
 
-std::string ReadDataSection(const ByteSource& source, const Section& section, const AbfHeader& header,
+std::string ReadDataSection(Bytes fileHeader, const ByteSource& source, const AbfHeader& header,
                             AbfLayout& layout) {
-  if (section.block == 0 || section.items < 1) return "The file has no data section.";
-  if (section.itemBytes != (header.dataFormat == AbfFloats ? 4 : 2))
+  const Section data = SectionAt(fileHeader, DataSection);
+  if (data.block == 0 || data.items < 1) return "The file has no data section.";
+  if (data.itemBytes != AbfSampleBytes(header))
     return "The length of a sample does not fit the format of the data.";
-  layout.dataPosition = section.block * AbfBlockBytes;
-  layout.samples = HeldSamples(source, layout, header.dataFormat, section.items);
+  std::array<std::int64_t, SectionCount> sections{};
+  for (std::size_t place = 0; place < SectionCount; ++place)
+    sections[place] = SectionAt(fileHeader, FirstSection + place * SectionEntryBytes).block;
+  layout.dataPosition = data.block * AbfBlockBytes;
+  layout.samples = HeldSamples(source, header, layout.dataPosition, data.items, sections);
   return {};
 }
 
@@ -155,8 +162,7 @@ std::string ReadAbf2Header(const ByteSource& source, AbfHeader& header, AbfLayou
   header.creator = strings.At(NumberAt<std::int32_t>(bytes, 60));
   if (std::string why = ReadInputs(source, SectionAt(bytes, AdcSection), strings, header); !why.empty())
     return why;
-  if (std::string why = ReadDataSection(source, SectionAt(bytes, DataSection), header, layout); !why.empty())
-    return why;
+  if (std::string why = ReadDataSection(bytes, source, header, layout); !why.empty()) return why;
   const Section synch = SectionAt(bytes, SynchSection);
   PlanSweeps(source, header,
              {.episodes = NumberAt<std::uint32_t>(bytes, 12),

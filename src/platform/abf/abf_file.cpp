@@ -79,7 +79,7 @@ void CopyBlock(const std::byte* block, std::size_t stride, std::span<float> out)
 std::size_t ReadInterleaved(const AbfFile& file, std::int64_t position, std::size_t stride, int channel,
                             std::span<float> buffer) {
   const bool floats = file.header.dataFormat == AbfFloats;
-  const std::size_t sampleBytes = floats ? 4 : 2;
+  const auto sampleBytes = static_cast<std::size_t>(AbfSampleBytes(file.header));
   const std::size_t frameBytes = stride * sampleBytes;
   const std::size_t framesPerBlock = BlockBytes / frameBytes;
   const auto at = static_cast<std::size_t>(channel);
@@ -177,8 +177,7 @@ int ReadSweep(const AbfFile& file, int channel, int sweep, int first, std::span<
   const std::size_t count = std::min(buffer.size(), static_cast<std::size_t>(length - first));
   const std::int64_t channels = file.header.channels;
   const std::int64_t sample = SweepAt(file.layout, sweep).first + first * channels + place;
-  const std::int64_t position =
-      file.layout.dataPosition + sample * (file.header.dataFormat == AbfFloats ? 4 : 2);
+  const std::int64_t position = file.layout.dataPosition + sample * AbfSampleBytes(file.header);
   return static_cast<int>(
       ReadInterleaved(file, position, static_cast<std::size_t>(channels), channel, buffer.first(count)));
 }

@@ -67,11 +67,16 @@ std::int64_t EqualSweepLength(const AbfHeader& header, const AbfSweepClaims& cla
 
 }  // namespace
 
-std::int64_t HeldSamples(const ByteSource& source, const AbfLayout& layout, int dataFormat,
-                         std::int64_t count) {
-  const std::int64_t sampleBytes = dataFormat == AbfFloats ? 4 : 2;
-  const std::int64_t held = std::max<std::int64_t>(0, source.Size() - layout.dataPosition) / sampleBytes;
-  return count > 0 ? std::min(count, held) : held;
+std::int64_t HeldSamples(const ByteSource& source, const AbfHeader& header, std::int64_t dataPosition,
+                         std::int64_t claimed, std::span<const std::int64_t> sections) {
+  const std::int64_t sampleBytes = AbfSampleBytes(header);
+  std::int64_t end = source.Size();
+  if (claimed > 0 && claimed <= (end - dataPosition) / sampleBytes) return claimed;
+  for (const std::int64_t block : sections) {
+    const bool behind = block > dataPosition / AbfBlockBytes && block < end / AbfBlockBytes;
+    if (behind) end = block * AbfBlockBytes;
+  }
+  return std::max<std::int64_t>(0, end - dataPosition) / sampleBytes;
 }
 
 void PlanSweeps(const ByteSource& source, const AbfHeader& header, const AbfSweepClaims& claims,
@@ -80,7 +85,11 @@ void PlanSweeps(const ByteSource& source, const AbfHeader& header, const AbfSwee
   if (header.operationMode == AbfGapFree) return;
   layout.sweeps =
       SweepsOfLengths(SynchLengths(source, claims.synch, layout.samples), header.channels, layout.samples);
-  if (!layout.sweeps.empty() || layout.samples < header.channels) return;
+  if (!layout.sweeps.empty()) {
+    layout.samples = layout.sweeps.back().first + layout.sweeps.back().length;
+    return;
+  }
+  if (layout.samples < header.channels) return;
   layout.equalLength = EqualSweepLength(header, claims, layout.samples);
   const std::int64_t rest = layout.samples % layout.equalLength;
   if (rest < header.channels) layout.samples -= rest;  // a sweep has a sample of each channel

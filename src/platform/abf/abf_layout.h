@@ -56,10 +56,16 @@ struct AbfInputGains {
   float signalOffset = 0.0F;      // user units
 };
 
-/// Up to `count` samples that the data section at `layout.dataPosition` truly holds; all it can hold for a
-/// count below 1, as a recording that was broken off leaves it.
-std::int64_t HeldSamples(const ByteSource& source, const AbfLayout& layout, int dataFormat,
-                         std::int64_t count);
+/// Bytes of a sample.
+inline int AbfSampleBytes(const AbfHeader& header) {
+  return header.dataFormat == AbfFloats ? 4 : 2;
+}
+
+/// The number of samples from byte `dataPosition` on: `claimed`, where the file holds as many. Else the
+/// header lies, as that of a recording that was broken off, and they end at the first of the `sections`
+/// (blocks) behind them or at the end of the file.
+std::int64_t HeldSamples(const ByteSource& source, const AbfHeader& header, std::int64_t dataPosition,
+                         std::int64_t claimed, std::span<const std::int64_t> sections);
 
 /// Divides `layout.samples` into sweeps: one in gap-free files, else by the synch array, else sweeps of
 /// equal length. A synch array that does not lie inside the file or has negative lengths is passed over.

@@ -102,4 +102,20 @@ std::string TextAt(std::span<const std::byte> bytes, std::size_t offset, std::si
   return TextOf(bytes.subspan(offset, std::min(length, bytes.size() - offset)));
 }
 
+std::string Latin1Of(std::string_view text) {
+  std::string latin1;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const auto code = static_cast<unsigned char>(text[at]);
+    if (code < 0x80) {
+      latin1 += text[at];
+    } else if ((code == 0xC2 || code == 0xC3) && at + 1 < text.size()) {
+      // Latin-1 is the first 256 code points: two bytes that begin with these.
+      latin1 += static_cast<char>((code & 0x03U) << 6U | (static_cast<unsigned char>(text[++at]) & 0x3FU));
+    } else if (code >= 0xC0) {  // the bytes that follow belong to the same character
+      latin1 += '?';
+    }
+  }
+  return latin1;
+}
+
 }  // namespace zelvane

@@ -9,6 +9,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 namespace zelvane {
@@ -55,11 +56,22 @@ Number NumberAt(std::span<const std::byte> bytes, std::size_t offset) {
   return LittleEndian<Number>(bytes.data() + offset);
 }
 
+/// Puts `number` at `bytes` in little-endian order.
+template <class Number>
+void PutLittleEndian(std::byte* bytes, Number number) {
+  static_assert(std::is_arithmetic_v<Number>);
+  std::memcpy(bytes, &number, sizeof number);
+  if constexpr (std::endian::native == std::endian::big) std::reverse(bytes, bytes + sizeof number);
+}
+
 /// A Latin-1 text field as UTF-8: up to the first NUL, without blanks at its ends and without control
 /// characters. A micro sign stays one (U+00B5).
 std::string TextOf(std::span<const std::byte> field);
 
 /// The field of `length` bytes at `offset`, or the part of it that lies inside `bytes`.
 std::string TextAt(std::span<const std::byte> bytes, std::size_t offset, std::size_t length);
+
+/// The other way round, for writing: UTF-8 as Latin-1, with a question mark for what Latin-1 lacks.
+std::string Latin1Of(std::string_view text);
 
 }  // namespace zelvane
