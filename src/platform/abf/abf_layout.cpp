@@ -7,6 +7,8 @@ namespace zelvane {
 namespace {
 
 constexpr float CustomaryRange = 10.24F;  // volts
+constexpr float LeastRange = 1e-6F;       // no converter's
+constexpr float MostRange = 1e6F;
 constexpr int CustomaryResolution = 2048;
 constexpr float LargestCount = 32768.0F;
 constexpr std::int64_t PairBytes = 8;
@@ -96,7 +98,7 @@ void PlanSweeps(const ByteSource& source, const AbfHeader& header, const AbfSwee
 }
 
 void SetConverter(AbfHeader& header, float range, std::int32_t resolution) {
-  header.adcRange = Usable(range) ? range : CustomaryRange;
+  header.adcRange = range > LeastRange && range < MostRange ? range : CustomaryRange;
   header.adcResolution = resolution < 1 ? CustomaryResolution : resolution;
 }
 
@@ -118,7 +120,9 @@ void SetInputScale(AbfHeader& header, int input, const AbfInputGains& gains) {
   header.offset[at] = 0.0F;
   if (header.dataFormat == AbfFloats) return;  // they are in user units already
   header.scale[at] = good ? scale : static_cast<float>(perCount);
-  header.offset[at] = FiniteOrZero(FiniteOrZero(gains.instrumentOffset) - FiniteOrZero(gains.signalOffset));
+  const float offset = FiniteOrZero(gains.instrumentOffset) - FiniteOrZero(gains.signalOffset);
+  const float largest = std::abs(header.scale[at]) * LargestCount + std::abs(offset);
+  header.offset[at] = std::isfinite(largest) ? offset : 0.0F;
 }
 
 int AbfTimeOfDay(std::int64_t seconds) {

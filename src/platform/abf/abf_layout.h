@@ -73,7 +73,8 @@ void PlanSweeps(const ByteSource& source, const AbfHeader& header, const AbfSwee
                 AbfLayout& layout);
 
 /// Sets gain, scale and offset of one input; range and resolution have to stand in `header` already.
-/// A product of gains of 0, or one that is no number, counts as 1.
+/// A product of gains of 0, or one that is no number, counts as 1; an offset that is none as 0. Every count
+/// has a finite value then.
 void SetInputScale(AbfHeader& header, int input, const AbfInputGains& gains);
 
 /// Range and resolution of the converter, with the customary values where a header has none.
