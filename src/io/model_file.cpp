@@ -1,10 +1,8 @@
 #include "io/model_file.h"
 
-#include <array>
-#include <filesystem>
-#include <fstream>
 #include <optional>
 
+#include "io/input_file.h"
 #include "io/internal/model_file_panels.h"
 #include "io/model_text.h"
 #include "model/model_store.h"
@@ -26,23 +24,6 @@ constexpr int OpenAttempts = 2;  // names asked for while a file cannot be opene
 /// a wrong name costs neither the memory nor the time that its file would.
 constexpr std::size_t MaxModelBytes = 16 * 1024 * 1024;
 
-/// The bytes of a file. Nothing when it cannot be opened and read: missing, no right, a folder, a pipe, a
-/// device.
-std::optional<std::string> ReadBytes(const std::string& path) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error))
-    return std::nullopt;  // opening a pipe might never return
-  std::ifstream file(path, std::ios::binary);
-  std::string bytes;
-  std::array<char, 64 * 1024> block;
-  while (file && bytes.size() < MaxModelBytes) {
-    file.read(block.data(), block.size());
-    bytes.append(block.data(), static_cast<std::size_t>(file.gcount()));
-  }
-  if (file.bad() || !(file || file.eof())) return std::nullopt;
-  return bytes;
-}
-
 std::optional<std::string> AskForModel(const char* title, bool save) {
   FileRequest request;
   request.title = title;
@@ -55,12 +36,12 @@ std::optional<std::string> AskForModel(const char* title, bool save) {
 /// Reads the bytes of the file `path`; while that cannot be done, asks for another name and changes `path` to
 /// it.
 std::optional<std::string> ReadBytesAsking(std::string& path) {
-  auto bytes = ReadBytes(path);
+  auto bytes = ReadBytes(path, MaxModelBytes);
   for (int attempt = 0; !bytes && attempt < OpenAttempts; ++attempt) {
     const auto chosen = AskForModel(ReadTitle, false);
     if (!chosen) return std::nullopt;
     path = *chosen;
-    bytes = ReadBytes(path);
+    bytes = ReadBytes(path, MaxModelBytes);
   }
   return bytes;
 }
@@ -96,7 +77,7 @@ bool ModelFileRead() {
 }
 
 bool ModelFileReadNamed(const std::string& path) {
-  const auto bytes = ReadBytes(path);
+  const auto bytes = ReadBytes(path, MaxModelBytes);
   return bytes && TakeModel(*bytes, path);
 }
 

@@ -5,34 +5,18 @@
 #include <charconv>
 #include <cmath>
 #include <filesystem>
-#include <functional>
+#include <utility>
 #include <vector>
 
+#include "io/internal/row_blocks.h"
+#include "io/number_text.h"
 #include "model/model_store.h"
-#include "platform/safe_file.h"
 #include "sim/result_store.h"
 
 namespace zelvane {
 namespace {
 
-constexpr std::size_t BlockBytes = 1 << 20;
 constexpr double MsPerSecond = 1000.0;
-
-/// Appends a number as printf's "%.*e" would in the C locale.
-void AppendExponent(std::string& text, double value) {
-  std::array<char, 32> buffer;
-  const auto result =
-      std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific, 6);
-  text.append(buffer.data(), result.ptr);
-}
-
-/// Appends a number as "%.9g" would: enough digits to read a float back to the bit.
-void AppendNineDigits(std::string& text, double value) {
-  std::array<char, 32> buffer;
-  const auto result =
-      std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::general, 9);
-  text.append(buffer.data(), result.ptr);
-}
 
 /// A float as the decimal that its user typed: the shortest one that stands for it. 0.01F gives 0.01.
 double AsTyped(float value) {
@@ -64,41 +48,27 @@ std::string CsvField(std::string_view name) {
   return quoted += '"';
 }
 
-/// Writes a header and then `rows` rows, each appended by `appendRow(text, row)`.
-template <typename AppendRow>
-bool WriteRows(const std::string& path, const std::string& header, std::size_t rows, AppendRow appendRow) {
-  std::string block = header;
-  std::size_t row = 0;
-  bool headerGiven = false;
-  return ReplaceFileInBlocks(path, [&]() -> std::string_view {
-    if (headerGiven) block.clear();
-    headerGiven = true;
-    for (; row < rows && block.size() < BlockBytes; ++row) appendRow(block, row);
-    return block;
-  });
-}
-
-bool WriteSingleColumn(const std::string& path, std::span<const float> samples, double intervalMs) {
-  std::string header;
-  AppendExponent(header, intervalMs);
-  header += '\n';
-  return WriteRows(path, header, samples.size(), [samples](std::string& text, std::size_t i) {
+NextBlock SingleColumnBlocks(std::span<const float> samples, double intervalMs) {
+  std::string head;
+  AppendExponent(head, intervalMs);
+  head += '\n';
+  return MakeRowBlocks(std::move(head), samples.size(), [samples](std::string& text, std::size_t i) {
     AppendExponent(text, static_cast<double>(samples[i]));
     text += '\n';
   });
 }
 
-bool WriteAtf(const std::string& path, std::span<const float> samples, double intervalMs,
-              std::string_view signalName) {
+NextBlock AtfBlocks(std::span<const float> samples, double intervalMs, std::string_view signalName) {
   const std::string name = WithoutQuotes(signalName);
-  const std::string header = "ATF\t1.0\n3\t2\n\"Type=\"\n\"Comment=\"\n\"SignalsExported=" + name +
-                             "\"\n\"Time (s)\"\t\"" + name + "\"\n";
-  return WriteRows(path, header, samples.size(), [samples, intervalMs](std::string& text, std::size_t i) {
-    AppendExponent(text, static_cast<double>(i) * intervalMs / MsPerSecond);
-    text += '\t';
-    AppendExponent(text, static_cast<double>(samples[i]));
-    text += '\n';
-  });
+  std::string head = "ATF\t1.0\n3\t2\n\"Type=\"\n\"Comment=\"\n\"SignalsExported=" + name +
+                     "\"\n\"Time (s)\"\t\"" + name + "\"\n";
+  return MakeRowBlocks(std::move(head), samples.size(),
+                       [samples, intervalMs](std::string& text, std::size_t i) {
+                         AppendExponent(text, static_cast<double>(i) * intervalMs / MsPerSecond);
+                         text += '\t';
+                         AppendExponent(text, static_cast<double>(samples[i]));
+                         text += '\n';
+                       });
 }
 
 /// A column of a CSV file.
@@ -107,13 +77,13 @@ struct CsvColumn {
   std::span<const float> values;
 };
 
-/// Writes rows of a time (ms), which `timeOf` gives for a row, and a value of each column.
+/// Rows of a time (ms), which `timeOf` gives for a row, and a value of each column.
 template <typename TimeOf>
-bool WriteCsv(const std::string& path, std::size_t rows, std::span<const CsvColumn> columns, TimeOf timeOf) {
-  std::string header = "time_ms";
-  for (const CsvColumn& column : columns) header += ',' + CsvField(column.title);
-  header += '\n';
-  return WriteRows(path, header, rows, [columns, timeOf](std::string& text, std::size_t row) {
+NextBlock CsvBlocks(std::size_t rows, const std::vector<CsvColumn>& columns, TimeOf timeOf) {
+  std::string head = "time_ms";
+  for (const CsvColumn& column : columns) head += ',' + CsvField(column.title);
+  head += '\n';
+  return MakeRowBlocks(std::move(head), rows, [columns, timeOf](std::string& text, std::size_t row) {
     AppendNineDigits(text, timeOf(row));
     for (const CsvColumn& column : columns) {
       text += ',';
@@ -156,22 +126,25 @@ std::optional<TraceFormat> TraceFormatOf(const std::string& path) {
   return std::nullopt;
 }
 
-bool WriteTraceFile(const std::string& path, std::span<const float> samples, float intervalMs,
-                    std::string_view signalName) {
-  const auto format = TraceFormatOf(path);
-  if (!format) return false;
+NextBlock TraceTextBlocks(TraceFormat format, std::span<const float> samples, float intervalMs,
+                          std::string_view signalName) {
   const double interval = AsTyped(intervalMs);
-  switch (*format) {
+  switch (format) {
     case TraceFormat::SingleColumn:
-      return WriteSingleColumn(path, samples, interval);
+      return SingleColumnBlocks(samples, interval);
     case TraceFormat::Atf:
-      return WriteAtf(path, samples, interval, signalName);
+      return AtfBlocks(samples, interval, signalName);
     case TraceFormat::Csv:
       break;
   }
-  const CsvColumn column{std::string(signalName), samples};
-  return WriteCsv(path, samples.size(), {&column, 1},
-                  [interval](std::size_t i) { return static_cast<double>(i) * interval; });
+  return CsvBlocks(samples.size(), {{std::string(signalName), samples}},
+                   [interval](std::size_t i) { return static_cast<double>(i) * interval; });
+}
+
+bool WriteTraceFile(const std::string& path, std::span<const float> samples, float intervalMs,
+                    std::string_view signalName) {
+  const auto format = TraceFormatOf(path);
+  return format && ReplaceFileInBlocks(path, TraceTextBlocks(*format, samples, intervalMs, signalName));
 }
 
 bool WriteOccupancyCsv(const std::string& path) {
@@ -180,13 +153,15 @@ bool WriteOccupancyCsv(const std::string& path) {
   const double interval = AsTyped(Model.ADInterval);
   if (Result.ResultKind == ResultSavedSteps) {
     const double start = Result.IntegrationOffset * interval;
-    return WriteCsv(path, rows, columns,
-                    [start](std::size_t i) { return start + static_cast<double>(Result.SavedTime[i + 1]); });
+    return ReplaceFileInBlocks(path, CsvBlocks(rows, columns, [start](std::size_t i) {
+                                 return start + static_cast<double>(Result.SavedTime[i + 1]);
+                               }));
   }
   // Point 1 is time 0 after an integrator, the end of the first interval after Monte Carlo.
   const double first = Result.ResultKind == ResultMonteCarlo ? interval : 0.0;
-  return WriteCsv(path, rows, columns,
-                  [first, interval](std::size_t i) { return first + static_cast<double>(i) * interval; });
+  return ReplaceFileInBlocks(path, CsvBlocks(rows, columns, [first, interval](std::size_t i) {
+                               return first + static_cast<double>(i) * interval;
+                             }));
 }
 
 }  // namespace zelvane

@@ -1,6 +1,6 @@
 // The result of a run as text files for other programs.
 //
-//   A trace         TraceFormatOf  WriteTraceFile
+//   A trace         TraceFormatOf  WriteTraceFile  TraceTextBlocks
 //   Occupancies     WriteOccupancyCsv
 //
 // Numbers have a full stop in every locale. A file is replaced only when the new one is whole (safe_file.h);
@@ -11,6 +11,8 @@
 #include <span>
 #include <string>
 #include <string_view>
+
+#include "platform/safe_file.h"
 
 namespace zelvane {
 
@@ -33,6 +35,10 @@ std::optional<TraceFormat> TraceFormatOf(const std::string& path);
 /// @return false, with a former file untouched, for another extension or when the file cannot be written
 bool WriteTraceFile(const std::string& path, std::span<const float> samples, float intervalMs,
                     std::string_view signalName);
+
+/// The text that WriteTraceFile writes, block after block. `samples` must outlast it.
+NextBlock TraceTextBlocks(TraceFormat format, std::span<const float> samples, float intervalMs,
+                          std::string_view signalName);
 
 /// Writes the occupancies of the last run as CSV: time in ms, then a column for each state that is on, under
 /// its label or, without one, its number. There is a row for each point of the run, or for each saved step of

@@ -172,6 +172,27 @@ class Replacement final : public FileReplacement {
   bool good_ = true;
 };
 
+/// Appends to an open file, and then writes `head` over its first bytes, since that tells of what follows.
+bool AppendBlocks(int file, std::int64_t length, const NextBlock& nextBlock, std::string_view head) {
+  for (std::string_view block = nextBlock(); !block.empty(); block = nextBlock()) {
+    if (!WriteAll(file, length, block)) return false;
+    length += static_cast<std::int64_t>(block.size());
+  }
+  return WriteAll(file, 0, head) && ::fsync(file) == 0;
+}
+
+bool Append(const fs::path& target, const NextBlock& nextBlock, std::string_view head) {
+  const int file = ::open(target.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  if (file < 0) return false;
+  const off_t length = ::lseek(file, 0, SEEK_END);
+  std::string oldHead(head.size(), '\0');
+  const bool headStands =
+      ::pread(file, oldHead.data(), oldHead.size(), 0) == static_cast<ssize_t>(oldHead.size());
+  bool good = headStands && AppendBlocks(file, length, nextBlock, head);
+  if (headStands && !good && (::ftruncate(file, length) != 0 || !WriteAll(file, 0, oldHead))) errno = 0;
+  return ::close(file) == 0 && good;
+}
+
 #else
 
 class Replacement final : public FileReplacement {
@@ -208,6 +229,28 @@ class Replacement final : public FileReplacement {
   std::ofstream file_;
 };
 
+bool Append(const fs::path& target, const NextBlock& nextBlock, std::string_view head) {
+  { std::ofstream made(target, std::ios::binary | std::ios::app); }
+  std::error_code error;
+  const std::uintmax_t length = fs::file_size(target, error);
+  std::fstream file(target, std::ios::binary | std::ios::in | std::ios::out);
+  std::string oldHead(head.size(), '\0');
+  file.read(oldHead.data(), static_cast<std::streamsize>(oldHead.size()));
+  if (error || !file) return false;
+  file.seekp(0, std::ios::end);
+  for (std::string_view block = nextBlock(); file && !block.empty(); block = nextBlock()) {
+    file.write(block.data(), static_cast<std::streamsize>(block.size()));
+  }
+  file.seekp(0);
+  file.write(head.data(), static_cast<std::streamsize>(head.size()));
+  file.close();
+  if (file.good()) return true;
+  fs::resize_file(target, length, error);
+  std::fstream back(target, std::ios::binary | std::ios::in | std::ios::out);
+  back.write(oldHead.data(), static_cast<std::streamsize>(oldHead.size()));
+  return false;
+}
+
 #endif
 
 }  // namespace
@@ -230,6 +273,12 @@ bool ReplaceFileInBlocks(const std::string& path, const NextBlock& nextBlock) {
     position += static_cast<std::int64_t>(block.size());
   }
   return replacement->Commit();
+}
+
+bool AppendToFile(const std::string& path, const NextBlock& nextBlock, std::string_view head) {
+  if (path.find('\0') != std::string::npos) return false;
+  const auto target = LinkTarget(path);
+  return target && MayBeReplaced(*target) && Append(*target, nextBlock, head);
 }
 
 bool ReplaceFile(const std::string& path, std::string_view content) {

@@ -1,4 +1,5 @@
-// Replacing a file so that a crash, a full disk or a lost right leaves the old one whole.
+// Replacing a file so that a crash, a full disk or a lost right leaves the old one whole, and appending to
+// one.
 #pragma once
 
 #include <cstdint>
@@ -44,5 +45,12 @@ class FileReplacement {
   /// before it failed; the old file then stands.
   virtual bool Commit() = 0;
 };
+
+/// Appends blocks to the regular file `path`, or makes it; with `head`, which may not be longer than the file
+/// was, that then takes the place of its first bytes.
+///
+/// False when any step fails; the file then has the length and the head that it had. Refused as by
+/// ReplaceFile.
+bool AppendToFile(const std::string& path, const NextBlock& nextBlock, std::string_view head = {});
 
 }  // namespace zelvane

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "io/model_file.h"
+#include "io/stimulus_file.h"
 #include "io/trace_hooks.h"
 #include "io/trace_store.h"
 #include "model/model_panels.h"
@@ -119,6 +120,7 @@ void AddAllPanels() {
   AddRunMenu();
   AddControls("MainPanel", "shell", ShellControls);
   AddStimulusPanel();
+  AddStimulusFileControls();
   AddDependencePanel();
   AddConductancePanel();
   AddInitialConditionsPanel();

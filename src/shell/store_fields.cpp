@@ -145,6 +145,9 @@ void RegisterStimulus() {
       ScalarField("FilterFc", Stimulus.FilterFc),
       ScalarField("FilterPoles", Stimulus.FilterPoles),
       ScalarField("StimLogAxis", Stimulus.StimLogAxis),
+      ScalarField("ExportPoints", Stimulus.ExportPoints),
+      ScalarField("StimFileName", Stimulus.StimFileName),
+      ScalarField("ScriptRunning", Stimulus.ScriptRunning),
       TableField("MultiStimTable[][]", Stimulus.MultiStimTable, 0),
   });
 }

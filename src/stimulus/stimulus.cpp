@@ -20,14 +20,8 @@ namespace {
 constexpr char StopBeyondEnd[] = "Stop position is past end of arra; increase number of simulated points.";
 constexpr char ModeUnavailable[] =
     "This option will be available soon/it is undergoing development and testing.";
-constexpr char NoStimulusReader[] = "This version of the program does not read stimulus files yet.";
 
-bool RefuseStimulusFile(const std::string&) {
-  MessagePopup(FileErrorTitle, NoStimulusReader);
-  return false;
-}
-
-StimFileReader ReadStimulusFile = RefuseStimulusFile;
+StimFileReader ReadStimulusFile = nullptr;  // set by the folder that knows the files
 
 int RunSamples() {
   return std::clamp(Model.NumPoints, 0, MaxStimPoints);
@@ -87,7 +81,7 @@ bool ReadUserStimulus() {
   request.title = "Read Stimulus Profile";
   request.filter = "*.stm";
   const auto path = FileSelectPopup(request);
-  return path && ReadStimulusFile(*path);
+  return path && ReadStimulusFile != nullptr && ReadStimulusFile(*path);
 }
 
 /// USER mode needs profiles from a file; without one the mode goes back to AUTOMATIC.
@@ -159,7 +153,7 @@ void AddToTarget(const Pulse& pulse, const PulseTrain& train) {
 }  // namespace
 
 StimFileReader SetStimFileReader(StimFileReader reader) {
-  return std::exchange(ReadStimulusFile, reader != nullptr ? reader : RefuseStimulusFile);
+  return std::exchange(ReadStimulusFile, reader);
 }
 
 void StimRebuild() {

@@ -46,8 +46,8 @@ void FillVoltage(int first, int last);
 /// Reads a stimulus file into the profiles; false, with the user told, when it could not.
 using StimFileReader = bool (*)(const std::string& path);
 
-/// Makes `reader` the one that USER mode uses and returns the former one. Until one is set, and with nullptr,
-/// a message says that stimulus files are not read.
+/// Makes `reader` the one that USER mode uses and returns the former one. Without one a file counts as
+/// refused.
 StimFileReader SetStimFileReader(StimFileReader reader);
 
 }  // namespace zelvane

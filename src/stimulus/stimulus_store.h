@@ -3,6 +3,7 @@
 
 #include <array>
 #include <span>
+#include <string>
 
 #include "model/model_store.h"
 
@@ -66,6 +67,11 @@ struct StimulusStore {
   float FilterFc = 1.0F;  // kHz
   int FilterPoles = 1;    // stored in the model file, read by nothing else
   int StimLogAxis = 0;
+
+  // -- Files --
+  int ExportPoints = MaxStimPoints;  // samples of a profile that an export writes
+  std::string StimFileName;          // path of the stimulus file read last
+  int ScriptRunning = 0;             // 1 = a script of stimuli has run: files are read without questions
 
   // -- Multi-sweep table: stored with the model, read by nothing else --
   std::array<std::array<float, MultiStimFields>, MultiStimGroups> MultiStimTable{};

@@ -1,0 +1,60 @@
+#include "io/internal/save_file.h"
+
+#include <filesystem>
+#include <functional>
+
+#include "io/trace_store.h"
+#include "screen/popups.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char NotWritten[] =
+    "%s could not be written: the disk is full or does not take it. A former file stands.";
+constexpr char NotExtended[] =
+    "%s could not be extended: the disk is full or does not take it. The file is as it was.";
+constexpr char IsSource[] = "%s is the file that the trace was read from. Choose another name.";
+
+void TellAbout(std::string_view title, std::string text, const std::string& path) {
+  MessagePopup(title, text.replace(text.find("%s"), 2, path));
+}
+
+/// Blocks that note whether the first was asked for: if not, the file could not be opened.
+struct Watched {
+  const NextBlock& nextBlock;
+  bool opened = false;
+  std::string_view operator()() {
+    opened = true;
+    return nextBlock();
+  }
+};
+
+bool Told(bool good, bool opened, const char* failure, const std::string& path) {
+  if (!good && opened) TellAbout(FileErrorTitle, failure, path);
+  if (!good && !opened) FileErrorPopup(FileOpenFailed);
+  return good;
+}
+
+}  // namespace
+
+bool SaveFile(const std::string& path, const NextBlock& nextBlock) {
+  Watched blocks{nextBlock};
+  const bool good = ReplaceFileInBlocks(path, std::ref(blocks));
+  return Told(good, blocks.opened, NotWritten, path);
+}
+
+bool ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string_view head) {
+  Watched blocks{nextBlock};
+  const bool good = AppendToFile(path, std::ref(blocks), head);
+  return Told(good, blocks.opened, NotExtended, path);
+}
+
+bool RefuseSourceOfTrace(const std::string& path) {
+  std::error_code error;
+  if (Trace.TraceFileName.empty() || !std::filesystem::equivalent(path, Trace.TraceFileName, error))
+    return false;
+  TellAbout(ErrorTitle, IsSource, path);
+  return true;
+}
+
+}  // namespace zelvane

@@ -1,0 +1,22 @@
+// Writing whole files, with failures told: the texts that the writers of this folder share.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/safe_file.h"
+
+namespace zelvane {
+
+/// Replaces the file `path` by the blocks. When that fails the user is told, and a former file stands.
+bool SaveFile(const std::string& path, const NextBlock& nextBlock);
+
+/// Appends the blocks to the file `path` or makes it; `head` then takes the place of its first bytes. When
+/// that fails the user is told, and the file is as it was.
+bool ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string_view head = {});
+
+/// Whether `path` is the file that the trace was read from; the user is then told that it may not be written
+/// over.
+bool RefuseSourceOfTrace(const std::string& path);
+
+}  // namespace zelvane

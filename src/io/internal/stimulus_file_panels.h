@@ -1,0 +1,12 @@
+// What reading and writing stimulus files asks of the panels. Without panels on the screen these do nothing.
+#pragma once
+
+namespace zelvane {
+
+/// Reads the stimulus panel, and with it the number of points, into the stores as typed.
+void ReadStimulusPanel();
+
+/// Shows interval, points and the stimulus file's name on every panel and plots the stimulus.
+void ShowStimulusOfFile();
+
+}  // namespace zelvane

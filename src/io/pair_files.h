@@ -1,0 +1,30 @@
+// Small files of numbers, two or three a row.
+//
+//   PairTextRead  PairTextWrite  TripleTextWrite
+//
+// A file that cannot be opened is told ("IO Error 100: FileOpen failed"), as is one that cannot be written; a
+// former file then stands.
+#pragma once
+
+#include <span>
+#include <string>
+
+namespace zelvane {
+
+/// Reads rows "first, second" into two arrays, until the end of the file, a row without two numbers, or one
+/// row less than the arrays hold. Writes:  `Noise.RecordPoints`, the length of the analysed record.
+/// @param first, second  of one length
+/// @return the number of rows, one more while `Fit.FitMode` is FitSublevels; 0 when the file did not open
+int PairTextRead(const std::string& path, std::span<float> first, std::span<float> second);
+
+/// Writes a row "%.6e, %.6e" for each pair. `first` and `second` have one length.
+/// @return 1 when the file was written, else 0
+int PairTextWrite(const std::string& path, std::span<const float> first, std::span<const float> second);
+
+/// Writes a row "%.6e, %.6e, %.6e" for the values from `start` on: (i - start) x `Model.ADInterval` (ms),
+/// then element i of each array. `first` and `second` have one length; `start` is not below 0.
+/// @return 1 when the file was written, else 0
+int TripleTextWrite(const std::string& path, std::span<const double> first, std::span<const double> second,
+                    int start);
+
+}  // namespace zelvane

@@ -1,0 +1,101 @@
+// Stimulus files: all seven profiles in a binary file (.stm), one of them in a column of text (.asc).
+//
+//   Commands       StimFileRead  StimFileWrite  StimAsciiImport  StimAsciiExport  WaveStimFileRead
+//   Bare files     StimFileHeadOf  ReadStimProfiles  WriteStimProfiles  ReadStimColumn  WriteStimColumn
+//   Panel          AddStimulusFileControls
+//
+// A binary file is little-endian and has no magic: the interval in ms (32-bit float), N (32-bit integer),
+// then N floats of the voltage (V) and of Drug1 to Drug6 (M). N is one more than the points of the run that
+// it proposes. A text file has the interval in ms on line 1, then one sample a line.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "fit/fit_store.h"
+
+namespace zelvane {
+
+inline constexpr std::size_t StimFileProfiles = 7;  // voltage, Drug1 to Drug6
+
+/// Limits of an interval that a file brings (ms).
+inline constexpr float LeastFileInterval = 1e-6F;
+inline constexpr float MostFileInterval = 1e6F;
+
+/// What a binary file says of itself, and what it holds.
+struct StimFileHead {
+  float intervalMs = 0.0F;
+  int samples = 0;      // of each profile, at least 1
+  int samplesHeld = 0;  // of the last profile, that are truly in the file
+};
+
+/// The head of a file; nothing when it cannot be opened or is no stimulus file: shorter than its head, an
+/// interval that is no number, or less than one sample.
+std::optional<StimFileHead> StimFileHeadOf(const std::string& path);
+
+using StimProfileSpans = std::array<std::span<float>, StimFileProfiles>;
+
+/// Reads the profiles of a file whose head is known, each as far as the file and its span reach. Samples that
+/// do not come in stay as they were, and one of 0 is not written where 0 stands, so that untouched memory
+/// stays so.
+/// @return samples of the last profile that came in
+int ReadStimProfiles(const std::string& path, const StimFileHead& head, const StimProfileSpans& profiles);
+
+/// Writes the profiles, all of one length. False, told and with a former file as it was, when that cannot be
+/// done.
+bool WriteStimProfiles(const std::string& path, float intervalMs, const StimProfileSpans& profiles);
+
+/// A column of text that was read.
+struct StimColumn {
+  std::optional<float> intervalMs;  // nothing when line 1 holds no number
+  int samples = 0;
+};
+
+/// Reads a column of text into `profile`, at most MaxStimColumn samples. A line that holds no number repeats
+/// the value before it, 0 at first. Nothing when the file cannot be opened.
+inline constexpr int MaxStimColumn = 4'999'999;
+std::optional<StimColumn> ReadStimColumn(const std::string& path, std::span<float> profile);
+
+/// Writes a column of text, failures likewise.
+bool WriteStimColumn(const std::string& path, float intervalMs, std::span<const float> profile);
+
+/// Reads the seven profiles of a file.
+///
+/// Asks whether to take over another interval and another number of points; after a script has run neither is
+/// asked, and the present ones stay. A file that cannot be opened, is no stimulus file or holds more than
+/// MaxStimPoints samples a profile is told and changes nothing. A file shorter than its head says is not
+/// told: what is missing is 0. Writes:  `Stimulus.Profile`, `Stimulus.StimFileName`, `Model.ADInterval`,
+/// `Model.NumPoints`; the panels
+///          follow.
+/// @return whether samples of the last profile were read
+bool StimFileRead(const std::string& path);
+
+/// Reads the seven profiles of a file into the arrays of a waveform, which are not cleared first. Asks
+/// whether to take over an interval that differs by more than 0.0001 ms from `Model.ADInterval`. Refusals as
+/// above, with MaxWaveformPoints as the limit. Writes:  WaveStim, WaveStimInterval and StimName of `wave`,
+/// `Model.ADInterval`.
+/// @return N, or 0 when no sample of the last profile was read
+int WaveStimFileRead(const std::string& path, FitWaveform& wave);
+
+/// Reads the stimulus panel and writes `count` samples (1 to MaxStimPoints) of each profile, also those that
+/// lie beyond NumPoints. A failure is told.
+/// @return whether the file was written; if not, a former file stands
+bool StimFileWrite(const std::string& path, int count);
+
+/// Reads a column of text into the profile `Stimulus.StimTarget`. Asks whether to take over another interval
+/// and another number of points. Samples beyond those read stay as they were.
+/// @return 1 when more than 100 samples were read, else 0; nothing when the file could not be opened, which
+///         has been told
+std::optional<int> StimAsciiImport(const std::string& path);
+
+/// Writes `count` samples (1 to MaxStimPoints) of the profile `Stimulus.StimTarget` as a column of text,
+/// failures as in StimFileWrite.
+bool StimAsciiExport(const std::string& path, int count);
+
+/// Adds the commands and fields of stimulus files to the stimulus panel and the menu, and gives USER mode its
+/// reader.
+void AddStimulusFileControls();
+
+}  // namespace zelvane

@@ -1,0 +1,157 @@
+// Commands and fields of stimulus files on the stimulus panel and in the menu.
+#include <filesystem>
+#include <string>
+
+#include "io/internal/stimulus_file_panels.h"
+#include "io/stimulus_file.h"
+#include "model/model_store.h"
+#include "screen/screen.h"
+#include "sim/run_panel.h"
+#include "stimulus/stimulus.h"
+#include "stimulus/stimulus_store.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char StimulusPanelName[] = "StimulusPanel";
+constexpr char FilesGroup[] = "files";
+constexpr char BinaryFilter[] = "*.stm";
+constexpr char ColumnFilter[] = "*.asc";
+constexpr char NoExportPoints[] = "An export needs at least one sample.";
+
+std::optional<std::string> AskFor(const char* title, const char* filter, bool save) {
+  return FileSelectPopup({.title = title, .defaultName = filter, .filter = filter, .save = save});
+}
+
+/// The profiles now come from a file: USER mode.
+void EnterUserMode() {
+  Stimulus.StimMode = StimUser;
+  StimPanelRefresh();
+  Stimulus.StimFromFile = 1;
+  StimRebuild();
+  StimPlot();
+}
+
+/// What a refused file has left of the profiles is shown. The automatic step is built anew.
+void ShowWhatIsLeft() {
+  if (Stimulus.StimMode == StimAutomatic) StimRebuild();
+  StimPlot();
+}
+
+void ReadProfiles(const char* title) {
+  const auto path = AskFor(title, BinaryFilter, false);
+  if (!path) return;
+  if (StimFileRead(*path)) {
+    EnterUserMode();
+  } else {
+    ShowWhatIsLeft();
+  }
+}
+
+void OpenStimulus() {
+  ReadProfiles("Read Stimulus Profile");
+}
+
+void SaveStimulus() {
+  if (const auto path = AskFor("Save Stimulus Profile as binary File", BinaryFilter, true))
+    StimFileWrite(*path, MaxStimPoints);
+}
+
+void LoadStim(const ControlEvent&) {
+  ReadProfiles("Read Binary Stimulus Profile");
+}
+
+void ButtonSaveStim(const ControlEvent&) {
+  StimReadControls();
+  ReadControls(StimulusPanelName, FilesGroup);
+  if (const auto path = AskFor("Save Full Stimulus Profile to Binary File", BinaryFilter, true))
+    StimFileWrite(*path, Stimulus.ExportPoints);
+}
+
+void ImportStim(const ControlEvent&) {
+  StimReadControls();
+  const auto path = AskFor("Read Ascii Stimulus Profile", "*.*", false);
+  if (!path) return;
+  const auto read = StimAsciiImport(*path);
+  if (!read) return;
+  if (*read == 1) Stimulus.StimFileName = *path;
+  EnterUserMode();
+  ShowStimulusOfFile();
+}
+
+void ExportStim(const ControlEvent&) {
+  StimReadControls();
+  ReadControls(StimulusPanelName, FilesGroup);
+  if (const auto path = AskFor("Export Current Stimulus Profile as ASCII File", ColumnFilter, true))
+    StimAsciiExport(*path, Stimulus.ExportPoints);
+}
+
+void FxnExportPoints(const ControlEvent& event) {
+  if (Stimulus.ExportPoints < 1) {
+    MessagePopup(ErrorTitle, NoExportPoints);
+    Stimulus.ExportPoints = static_cast<int>(event.previous);
+  }
+  if (Stimulus.ExportPoints > MaxStimPoints) Stimulus.ExportPoints = MaxStimPoints;
+  ShowNumber("ExportPoints", Stimulus.ExportPoints);
+}
+
+constexpr ControlKind Number = ControlKind::Number;
+constexpr ControlKind Button = ControlKind::Button;
+constexpr ControlKind Readout = ControlKind::Readout;
+
+// clang-format off
+constexpr ControlDecl FileControls[] = {
+    {"StimFile",       Readout, "Stimulus file",      "", "",   "",               nullptr,
+     "Name of the stimulus file read last."},
+    {"ExportPoints",   Number,  "Samples to export",  "", "%d", "FxnExportPoints", FxnExportPoints,
+     "Number of samples of each profile that a save or an export writes."},
+    {"LoadStim",       Button,  "Load...",            "", "",   "LoadStim",       LoadStim,
+     "Read all seven profiles, voltage and Drug1 to Drug6, from a binary stimulus file."},
+    {"ButtonSaveStim", Button,  "Save...",            "", "",   "ButtonSaveStim", ButtonSaveStim,
+     "Save all seven profiles to a binary stimulus file."},
+    {"ImportStim",     Button,  "Import column...",   "", "",   "ImportStim",     ImportStim,
+     "Read the stimulus shown from a text file: the interval in ms on the first line, then one value a line."},
+    {"ExportStim",     Button,  "Export column...",   "", "",   "ExportStim",     ExportStim,
+     "Write the stimulus shown to a text file: the interval in ms on the first line, then one value a line."},
+};
+
+constexpr ControlDecl MainPanelName[] = {
+    {"MainStimFile",   Readout, "Stimulus file",      "", "",   "",               nullptr,
+     "Name of the stimulus file read last."},
+};
+
+constexpr MenuDecl StimulusFileMenu[] = {
+    {"Stimulus/Read Profiles...", "OpenStimulus", OpenStimulus},
+    {"Stimulus/Save Profiles...", "SaveStimulus", SaveStimulus},
+};
+// clang-format on
+
+bool PanelsStand() {
+  return FindPanel("MainPanel") != nullptr && FindPanel(StimulusPanelName) != nullptr;
+}
+
+}  // namespace
+
+void ReadStimulusPanel() {
+  if (PanelsStand()) StimReadControls();
+}
+
+void ShowStimulusOfFile() {
+  if (!PanelsStand()) return;
+  WriteAllControls();
+  WriteRunParameters();
+  StimPanelRefresh();
+  const std::string name = std::filesystem::path(Stimulus.StimFileName).filename().string();
+  ShowText("StimFile", name);
+  ShowText("MainStimFile", name);
+  StimPlot();
+}
+
+void AddStimulusFileControls() {
+  AddControls(StimulusPanelName, FilesGroup, FileControls);
+  AddControls("MainPanel", "stimulus", MainPanelName);
+  AddMenu(StimulusFileMenu);
+  SetStimFileReader(StimFileRead);
+}
+
+}  // namespace zelvane
