@@ -5,19 +5,78 @@
 #include <random>
 #include <set>
 
+#include "fit/fit_store.h"
+#include "io/trace_store.h"
 #include "model/model_store.h"
+#include "noise/noise_store.h"
+#include "sim/result_store.h"
+#include "singlechannel/dwell_store.h"
 
 namespace zelvane {
 namespace {
 
 /// Fields that a model file does not hold.
-const std::set<std::string> NotSaved{
-    "ModelIs2D",          "ModelFileName",  "FitActive",     "RateMatrix[][]",    "StimTarget",
-    "StimFromFile",       "PeakOption",     "FracDecay",     "ResultKind",        "KeptSteps",
-    "IntegrationOffset",  "ReductionCount", "StopRequested", "EffectiveChannels", "StateClass[]",
-    "ResultsFileName",    "TraceValid",     "TraceParsed",   "RsCorrected",       "TraceUnits",
-    "EpisodeCount",       "EpisodeIndex",   "TraceFileName", "RecordPoints",      "DoseFitLimits[].lo",
-    "DoseFitLimits[].hi", "ViewedPoints"};
+const std::set<std::string> NotSaved{"ModelIs2D",
+                                     "ModelFileName",
+                                     "FitActive",
+                                     "RateMatrix[][]",
+                                     "StimTarget",
+                                     "StimFromFile",
+                                     "PeakOption",
+                                     "FracDecay",
+                                     "DoseFitLimits[].lo",
+                                     "DoseFitLimits[].hi",
+                                     "ViewedPoints",
+                                     "AutoRescale",
+                                     "Baseline",
+                                     "BaselineVar",
+                                     "Coastline",
+                                     "DecayTime",
+                                     "ExportPoints",
+                                     "FitListName",
+                                     "FitListOn",
+                                     "FitWaveCount",
+                                     "FracWidth",
+                                     "Integral",
+                                     "LatencyPeak",
+                                     "LatencyRise",
+                                     "MeasuresCount",
+                                     "MeasuresFileName",
+                                     "MeasuresFileOpen",
+                                     "PeakPos",
+                                     "PeakValue",
+                                     "RcCm",
+                                     "RcFracCap",
+                                     "RcFracVolt",
+                                     "RcIvCount",
+                                     "RcIvCurrent[]",
+                                     "RcIvLoaded",
+                                     "RcIvVolt[]",
+                                     "RcLagFc",
+                                     "RcRm",
+                                     "RcRs",
+                                     "RcVhold",
+                                     "RcVrev",
+                                     "RiseEndPos",
+                                     "RisePoints",
+                                     "RiseSlope",
+                                     "RiseStartPos",
+                                     "RiseTime",
+                                     "ScriptRunning",
+                                     "StimFileName",
+                                     "StopAnalysis",
+                                     "TableRow",
+                                     "YMaxGain",
+                                     "YMinGain"};
+
+/// Whether a field lies in a store, or a part of one, that no model file holds anything of.
+bool InStoreNeverSaved(const Field& field) {
+  const auto within = [&field](const auto& store) {
+    const auto* begin = reinterpret_cast<const std::byte*>(&store);
+    return field.base >= begin && field.base < begin + sizeof store;
+  };
+  return within(Trace) || within(Noise) || within(Dwell) || within(Result) || within(Fit.Wave);
+}
 
 /// Computed from other fields.
 const std::set<std::string> Derived{"TableStateOn[]"};
@@ -71,7 +130,7 @@ void AddElements(const Field& field, std::vector<StoreElement>& elements, std::v
     name += c;
     if (c == '[') name += std::to_string(*index++);
   }
-  bool inFile = !NotSaved.contains(field.name);
+  bool inFile = !NotSaved.contains(field.name) && !InStoreNeverSaved(field);
   if (OfLinks.contains(field.name)) inFile = AreNeighbours(indices[depth - 2], indices[depth - 1]);
   elements.push_back({name, FindField(name), inFile});
 }
