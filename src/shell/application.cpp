@@ -23,6 +23,7 @@
 #include "sim/random.h"
 #include "sim/run_hooks.h"
 #include "sim/run_panel.h"
+#include "singlechannel/dwell_lists_panel.h"
 #include "stimulus/stimulus.h"
 
 namespace zelvane {
@@ -126,6 +127,7 @@ void AddAllPanels() {
   AddInitialConditionsPanel();
   AddValuesTablePanel();
   AddQMatrixPanel();
+  AddDwellListsPanels();
   AddTableModelPanel();
   AddGraphPropertiesPanel();
   AddGraphMenu();

@@ -23,11 +23,14 @@ namespace {
 
 /// Fields that are results or working values of a run and no settings.
 constexpr std::string_view NotSettings[] = {
-    "RateMatrix[][]", "TableStateOn[]",  "ResultKind",   "KeptSteps",         "IntegrationOffset",
-    "ReductionCount", "StopRequested",   "StateClass[]", "EffectiveChannels", "TraceValid",
-    "TraceParsed",    "RsCorrected",     "EpisodeCount", "EpisodeIndex",      "TraceFileName",
-    "RecordPoints",   "ResultsFileName", "FitActive",    "StimFromFile",      "ViewedPoints",
-    "TraceUnits"};
+    "RateMatrix[][]", "TableStateOn[]", "ResultKind", "KeptSteps", "IntegrationOffset", "ReductionCount",
+    "StopRequested", "StateClass[]", "EffectiveChannels", "TraceValid", "TraceParsed", "RsCorrected",
+    "EpisodeCount", "EpisodeIndex", "TraceFileName", "RecordPoints", "ResultsFileName", "FitActive",
+    "StimFromFile", "ViewedPoints", "TraceUnits", "EquilibriumOccupancy[]",
+    // counts of lists that are no settings themselves
+    "NumOpenTimes", "NumClosedTimes", "NumRawOpenTimes", "NumClassOpenTimes[]", "NumLatencies",
+    "NumIdealEvents", "SegmentCounter", "OpenStateExits", "MonitoredChannels", "LastDwellKind",
+    "OpenListSelector"};
 
 /// Arrays with more elements than this hold samples, not settings.
 constexpr int MaxSettingElements = 4096;

@@ -1,0 +1,182 @@
+// The dwell lists in use, the choice of the list that a text file goes into, and the commands around them.
+#include "singlechannel/dwell_lists_panel.h"
+
+#include <optional>
+#include <string>
+
+#include "model/model_store.h"
+#include "screen/screen.h"
+#include "singlechannel/dwell_lists.h"
+#include "singlechannel/dwell_reading.h"
+#include "singlechannel/dwell_store.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char ListsPanel[] = "DwellListsPanel";
+constexpr char ChoicePanel[] = "ListChoicePanel";
+constexpr char ListsGroup[] = "lists";
+constexpr char ChoiceGroup[] = "choice";
+
+constexpr char ChoiceText[] = "Choose the list that the file goes into.";
+constexpr char OneAtATime[] =
+    "You must import each array of channel open/closed/burst/etc times individually.";
+constexpr char ImportOpenTitle[] = "Import Open Time Histograms from Single Column Ascii file ";
+constexpr char ImportClosedTitle[] = "Import Closed Time Histograms from Single Column Ascii file ";
+constexpr char AutosaveIsOn[] = "Turn off autosave before reading or writing other datafiles.";
+
+// -- Importing --
+
+void Import(std::span<float> list, float& count, const std::string& path, bool open) {
+  const auto read = ReadSingleColumnList(list, path, Dwell.ListReplace != 0, static_cast<int>(count));
+  if (!read) return;
+  count = static_cast<float>(*read);
+  if (open) KeepOpenTimesAsRaw();
+}
+
+void FxnSCImportAscii() {
+  WriteControls(ChoicePanel, ChoiceGroup);
+  if (!RunModalPanel(ChoicePanel, ChoiceText)) return;
+  ReadControls(ChoicePanel, ChoiceGroup);
+  const bool open = Dwell.ChoiceOpen != 0;
+  const bool closed = Dwell.ChoiceClosed != 0;
+  if (open && closed) {
+    MessagePopup(WarningTitle, OneAtATime);
+    return;
+  }
+  if (!open && !closed) return;
+  const auto path = FileSelectPopup({.title = open ? ImportOpenTitle : ImportClosedTitle, .filter = "*.*"});
+  if (!path) return;
+  if (open) {
+    Import(Dwell.OpenTimes, Dwell.NumOpenTimes, *path, true);
+  } else {
+    Import(Dwell.ClosedTimes, Dwell.NumClosedTimes, *path, false);
+  }
+  WriteControls(ListsPanel, ListsGroup);
+}
+
+// -- Exporting --
+
+/// Asks where to export to, unless autosave is on: then the user is told that it comes first.
+std::optional<std::string> AskForExport(const char* title, const char* filter) {
+  if (Model.Autosave != 0) {
+    MessagePopup(ErrorTitle, AutosaveIsOn);
+    return std::nullopt;
+  }
+  return FileSelectPopup({.title = title, .filter = filter, .save = true});
+}
+
+void FxnExportOpenTimes() {
+  if (const auto path = AskForExport("Export Open Times as ATF ASCII File", "*.ops")) ExportDwellLists(*path);
+}
+
+void FxnExportClosedTimes() {
+  if (const auto path = AskForExport("Export Closed Times as ATF ASCII File", "*.sht")) {
+    ExportDwellList(DwellListKind::Closed, *path);
+  }
+}
+
+void FxnExportLatencies() {
+  if (const auto path = AskForExport("Export Latencies as ATF ASCII File", "*.lat")) {
+    ExportDwellList(DwellListKind::Latencies, *path);
+  }
+}
+
+// -- The panel --
+
+void UseChosenList(const ControlEvent& /*event*/) {
+  UseOpenList();
+}
+
+void FxnSCOpenWorkHistogram(const ControlEvent& /*event*/) {
+  ReadControls(ListsPanel, ListsGroup);
+  UseOpenList();
+}
+
+void FxnDwellListsDone(const ControlEvent& /*event*/) {
+  HidePanel(ListsPanel);
+}
+
+void FxnDwellLists() {
+  WriteControls(ListsPanel, ListsGroup);
+  ShowPanel(ListsPanel);
+}
+
+/// Adapts a menu command to a button.
+template <void (*Command)()>
+void AsButton(const ControlEvent& /*event*/) {
+  Command();
+}
+
+/// A run or a read changes the lists behind the panel: their counts follow after every commit.
+void ShowCounts() {
+  ShowText("OpenTimesCount", FormatText("%.0f", static_cast<double>(Dwell.NumOpenTimes)));
+  ShowText("ClosedTimesCount", FormatText("%.0f", static_cast<double>(Dwell.NumClosedTimes)));
+  ShowText("LatenciesCount", FormatText("%.0f", static_cast<double>(Dwell.NumLatencies)));
+}
+
+constexpr auto Switch = ControlKind::Switch;
+constexpr auto Choice = ControlKind::Choice;
+constexpr auto Button = ControlKind::Button;
+constexpr auto Readout = ControlKind::Readout;
+
+// clang-format off
+constexpr ControlDecl ListsControls[] = {
+    // name                 kind     label                   unit format command                   action
+    {"OpenTimesCount",      Readout, "Open times",           "",  "",   "",                       nullptr,
+     "Number of open times in the list that is analysed."},
+    {"ClosedTimesCount",    Readout, "Closed times",         "",  "",   "",                       nullptr,
+     "Number of closed times in the list that is analysed."},
+    {"LatenciesCount",      Readout, "Latencies",            "",  "",   "",                       nullptr,
+     "Number of sweeps in which a channel opened."},
+    {"OpenListSelector",    Choice,  "List of open times",   "",  "%d", "FxnOpenListSelector",    UseChosenList,
+     "Which list the open times are taken from: all of them as they were read or simulated, or those of one amplitude "
+     "class of a file.", 0, 0, "All|Class 1|Class 2|Class 3|Class 4|Class 5"},
+    {"SCOpenWorkHistogram", Button,  "Restore open times",   "",  "",   "FxnSCOpenWorkHistogram", FxnSCOpenWorkHistogram,
+     "Replace current array with imposed resolution with raw open time array (no resolution imposed)."},
+    {"SCImportAscii",       Button,  "Import text...",       "",  "",   "FxnSCImportAscii",       AsButton<FxnSCImportAscii>,
+     "Read open or closed times from a text file with one duration (ms) a line, plain or ATF."},
+    {"ExportOpenTimes",     Button,  "Export all lists...",  "",  "",   "FxnExportOpenTimes",     AsButton<FxnExportOpenTimes>,
+     "Write open times (.ops), closed times (.sht) and latencies (.lat) as ATF text files of one name."},
+    {"ExportClosedTimes",   Button,  "Export closed times...", "", "",  "FxnExportClosedTimes",   AsButton<FxnExportClosedTimes>,
+     "Write the closed times as an ATF text file."},
+    {"ExportLatencies",     Button,  "Export latencies...",  "",  "",   "FxnExportLatencies",     AsButton<FxnExportLatencies>,
+     "Write the latencies as an ATF text file."},
+    {"DwellListsDone",      Button,  "Close",                "",  "",   "FxnDwellListsDone",      FxnDwellListsDone,
+     "Close the panel of dwell lists."},
+};
+
+constexpr ControlDecl ChoiceControls[] = {
+    {"ChoiceOpen",   Switch, "Open times",   "", "%d", "FxnChoiceOpen",   nullptr,
+     "The file holds open times.", 0, 0, "off|on"},
+    {"ChoiceClosed", Switch, "Closed times", "", "%d", "FxnChoiceClosed", nullptr,
+     "The file holds closed times.", 0, 0, "off|on"},
+    {"ListReplace",  Switch, "Replace the present list", "", "%d", "FxnListReplace", nullptr,
+     "On: the file takes the place of the present list. Off: it is added to it.", 0, 0, "off|on"},
+};
+
+constexpr MenuDecl SingleChannelsMenu[] = {
+    {"Single channels/Dwell lists...",         "FxnDwellLists",        FxnDwellLists},
+    {"Single channels/Import list...",         "FxnSCImportAscii",     FxnSCImportAscii},
+    {"Single channels/Export all lists...",    "FxnExportOpenTimes",   FxnExportOpenTimes},
+    {"Single channels/Export closed times...", "FxnExportClosedTimes", FxnExportClosedTimes},
+    {"Single channels/Export latencies...",    "FxnExportLatencies",   FxnExportLatencies},
+};
+// clang-format on
+
+}  // namespace
+
+void AddDwellListsPanels() {
+  AddPanel({.name = ListsPanel,
+            .title = "Dwell lists",
+            .dim = ShowCounts,
+            .help = "Open times, closed times and latencies of the last simulation or of the files read."});
+  AddControls(ListsPanel, ListsGroup, ListsControls);
+  AddPanel({.name = ChoicePanel,
+            .title = "Import a list",
+            .help = "Which list a text file with one duration a line goes into."});
+  AddControls(ChoicePanel, ChoiceGroup, ChoiceControls);
+  AddMenu(SingleChannelsMenu);
+}
+
+}  // namespace zelvane
