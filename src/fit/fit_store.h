@@ -5,6 +5,7 @@
 #include <array>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace zelvane {
 
@@ -103,9 +104,10 @@ struct FitStore {
   double FitTolerance = 1e-5;
   std::array<FitWindow, MaxFitWaveforms + 1> Waveform{};
   std::array<FitWaveform, MaxFitWaveforms + 1> Wave{};
-  int FitWaveCount = 0;     // waveforms loaded
-  int FitListOn = 0;        // 1 = the set came from a list file
-  std::string FitListName;  // path of the list
+  int FitWaveCount = 0;               // waveforms loaded
+  int FitListOn = 0;                  // 1 = the set came from a list file
+  std::string FitListName;            // path of the list
+  std::vector<std::string> LogLines;  // of the fit panel's log box, oldest first
 
   // -- Exponential fits of a response --
   int AnalysisParse = 20;

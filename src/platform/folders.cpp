@@ -32,7 +32,23 @@ bool HoldsData(const fs::path& folder) {
   return fs::is_regular_file(folder / ConfigFileName, error);
 }
 
+fs::path& FolderSet() {
+  static fs::path folder;
+  return folder;
+}
+
 }  // namespace
+
+void SetProgramFolder(const std::string& folder) {
+  FolderSet() = folder;
+}
+
+std::string ProgramFile(std::string_view name) {
+  std::error_code error;
+  const fs::path own = FolderSet() / name;
+  if (!FolderSet().empty() && fs::is_regular_file(own, error)) return own.string();
+  return (fs::path(ProgramDataFolder()) / name).string();
+}
 
 std::string ProgramDataFolder() {
   if (const std::string told = Environment("ZELVANE_DATA_DIR"); !told.empty()) return told;

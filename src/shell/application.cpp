@@ -7,6 +7,7 @@
 #include "io/stimulus_file.h"
 #include "io/trace_hooks.h"
 #include "io/trace_store.h"
+#include "io/trace_write.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
 #include "platform/folders.h"
@@ -99,6 +100,7 @@ constexpr MenuDecl ShellMenu[] = {{"File/Quit", "ShutDown", AskToClose, "Ctrl+Q"
 /// Connects what lower folders hand on to higher ones.
 void ConnectHooks() {
   AfterRun = RunHooks{};
+  AfterRun.autosave = AutosaveTrace;
   AfterRead = TraceHooks{};
 }
 
@@ -122,6 +124,7 @@ void AddAllPanels() {
   AddControls("MainPanel", "shell", ShellControls);
   AddStimulusPanel();
   AddStimulusFileControls();
+  AddTraceWriteControls();
   AddDependencePanel();
   AddConductancePanel();
   AddInitialConditionsPanel();
@@ -149,6 +152,7 @@ void StartApplication(const StartOptions& options) {
   SetVisible("CloseAbout", false);
   ShowPanel("AboutPanel");
   SeedAtStart(options);
+  SetProgramFolder(options.folder);
   ResetStores();
   ConnectHooks();
   AddAllPanels();

@@ -150,6 +150,7 @@ bool SimulateRun(Loop& loop, int run) {
     if (sweep == 0) {
       if (!loop.subunits) ConvertTrace(loop.numRuns != 1 && Model.ShowAllTraces == 0);
       RemoveDrugRates();
+      AutosaveRun();
     }
     if (Model.ReseedSimulation != 0 || loop.numIntervals > 0) ReseedFromEnd(loop.numPoints);
     if (sweep == loop.numIntervals) Model.RateMatrix = loop.savedRates;

@@ -10,6 +10,7 @@
 #include "sim/monte_carlo_loop.h"
 #include "sim/q_matrix.h"
 #include "sim/result_store.h"
+#include "sim/run_hooks.h"
 #include "sim/run_panel.h"
 
 namespace zelvane {
@@ -100,9 +101,14 @@ void RunIntegrator() {
   Trace.RsCorrected = 0;
   if (TalksToUser()) ResetProgress();
   Result.StopRequested = 0;
+  AutosaveRun();
 }
 
 }  // namespace
+
+void AutosaveRun() {
+  if (TalksToUser() && Model.Autosave != 0 && AfterRun.autosave != nullptr) AfterRun.autosave();
+}
 
 bool RunHasLength() {
   if (Model.NumPoints >= 1 && Model.ADInterval > 0.0F) return true;

@@ -1,6 +1,6 @@
 // The run driver: the one road from a committed scheme to a result.
 //
-//   Running     RunSimulation  RunHasLength
+//   Running     RunSimulation  RunHasLength  AutosaveRun
 //   The trace   ConvertTrace  RefreshTrace  ClearTrace  AxisDecimals
 //   Clearing    ClearOccupancy  ClearSamples
 //
@@ -34,6 +34,9 @@ bool ConvertTrace(bool erase);
 /// in place of what the graph showed. Refuses a resampled trace; asks before it gives up a correction for
 /// series resistance; plots the trace of cooperative subunits as it stands.
 void RefreshTrace();
+
+/// Appends the trace to the autosave file, when `Model.Autosave` is on and no fit runs.
+void AutosaveRun();
 
 /// Whether the run settings have points and time between them: a panel or a file can bring neither. If not,
 /// the user is told, unless a fit runs.

@@ -49,6 +49,10 @@ bool ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string
   return Told(good, blocks.opened, NotExtended, path);
 }
 
+void TellNotWritten(const std::string& path) {
+  TellAbout(FileErrorTitle, NotWritten, path);
+}
+
 bool RefuseSourceOfTrace(const std::string& path) {
   std::error_code error;
   if (Trace.TraceFileName.empty() || !std::filesystem::equivalent(path, Trace.TraceFileName, error))

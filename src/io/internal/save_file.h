@@ -15,6 +15,9 @@ bool SaveFile(const std::string& path, const NextBlock& nextBlock);
 /// that fails the user is told, and the file is as it was.
 bool ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string_view head = {});
 
+/// Tells that a file, which could be opened, was not written.
+void TellNotWritten(const std::string& path);
+
 /// Whether `path` is the file that the trace was read from; the user is then told that it may not be written
 /// over.
 bool RefuseSourceOfTrace(const std::string& path);

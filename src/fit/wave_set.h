@@ -1,0 +1,44 @@
+// The set of recordings that a waveform fit compares a model with, each with the stimulus that it was made
+// with, and the list files that name such a set.
+//
+//   The set       WaveSetClear
+//   List files    ListFileRead  ListFileWrite  ReadListNamed  CleanedName
+//   Panel         AddWaveSetMenu
+//
+// A list file (.lst) is text: "LIST", the model file, the number of pairs, then a data file and a stimulus
+// file for each pair, a name a line.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace zelvane {
+
+/// Empties the set: switches and names, `Fit.FitNormalized`, the samples of all waveforms and stimuli, and
+/// `Fit.FitWaveCount`.
+void WaveSetClear();
+
+/// Asks for a list file and loads the model and the pairs that it names. Without a file `Fit.FitListOn` goes
+/// to 0.
+void ListFileRead();
+
+/// Loads a list file: the model from the list's own folder, then each pair from where the list says or, where
+/// it is not there, from the list's folder or from a name that the user is asked for. When the user does not
+/// give one, or a file cannot be read, the pairs so far stay.
+/// Reads and writes:  `Fit.Wave` (1 to the number of pairs, at most MaxFitWaveforms), `Fit.FitWaveCount`,
+///         `Fit.FitListOn`, `Fit.FitListName`, what reading a model, a recording and a stimulus writes.
+/// Tells:  a file that is no list or cannot be opened.
+void ReadListNamed(const std::string& path);
+
+/// Asks for a name and writes the model's file and the names of the pairs that are loaded to it. A failure is
+/// told, and a former file then stands.
+void ListFileWrite();
+
+/// A name from a list file: cut at the first full stop of the file's name, with the extension put behind it.
+/// For a data file, which has no extension given, the full stop and the three characters behind it stay.
+std::string CleanedName(std::string_view line, std::string_view extension);
+
+/// Adds the commands of the set to the menu.
+void AddWaveSetMenu();
+
+}  // namespace zelvane

@@ -1,0 +1,142 @@
+#include "io/trace_write.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <limits>
+#include <span>
+#include <vector>
+
+#include "io/internal/abf_stamp.h"
+#include "io/internal/row_blocks.h"
+#include "io/internal/save_file.h"
+#include "io/internal/trace_write_panels.h"
+#include "io/number_text.h"
+#include "io/trace_export.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "platform/abf/abf.h"
+#include "screen/popups.h"
+#include "sim/result_store.h"
+#include "sim/run_panel.h"
+#include "sim/saved_steps.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char AutosaveIsOn[] = "Turn off autosave before reading or writing other datafiles.";
+constexpr char AtfTitle[] = "?";
+constexpr char AtfQuestion[] = "Export ASCII in ATF format?";
+constexpr char RecordingTitle[] = "Error!";
+constexpr char IsRecording[] =
+    " is in integer format, which usually means it is an acquired data file.\nCannot overwrite an acquired "
+    "data file";
+constexpr char Creator[] = "Zelvane v2.0";
+constexpr double MicrosecondsPerMs = 1000.0;
+constexpr double MsPerSecond = 1000.0;
+
+/// Words of TraceStore::TraceUnits as recordings carry them.
+constexpr std::array UnitWords = {"#", "pS", "pA", "Po", "uV", "mV", "nA"};
+
+/// Samples to write: NumPoints, held to what a text file takes.
+std::size_t TextCount() {
+  return static_cast<std::size_t>(Model.NumPoints > MaxStimPoints ? MaxPoints : std::max(Model.NumPoints, 0));
+}
+
+bool FileExists(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::exists(path, error);
+}
+
+/// Whether the file is a recording, which stays: its user is told.
+bool RefuseRecording(const std::string& path) {
+  int format = AbfFloats;
+  if (!FileExists(path) || !IsABFFile(path, format) || format != AbfIntegers) return false;
+  MessagePopup(RecordingTitle, path + IsRecording);
+  return true;
+}
+
+AbfHeader HeaderOfTrace() {
+  const AbfStamp stamp = StampNow();
+  AbfHeader header;
+  InitializeHeader(header);
+  header.operationMode = GapFreeMode;
+  header.acquisitionLength = Model.NumPoints;
+  header.samplesPerEpisode = Model.NumPoints;
+  header.startDate = stamp.fullDate;
+  header.startTime = stamp.seconds;
+  header.sampleInterval = MicrosecondsPerMs * static_cast<double>(Model.ADInterval);
+  header.channelUnits[0] = UnitWords[static_cast<std::size_t>(
+      std::clamp(Trace.TraceUnits, 0, static_cast<int>(UnitWords.size()) - 1))];
+  header.creator = Creator;
+  return header;
+}
+
+/// The kept steps of an adaptive run with their times, as a block of ATF with blanks.
+NextBlock SavedStepBlocks(const std::vector<float>& values) {
+  const std::string head =
+      "ATF 1.0\n2 2\n\"Type=\"\n\"Comment=\"\n\"Time (s)\" \"" + ShownTraceTitle() + "\"\n";
+  return MakeRowBlocks(head, values.size(), [&values](std::string& text, std::size_t i) {
+    AppendExponent(text, static_cast<double>(Result.SavedTime[i + 1]) / MsPerSecond);
+    text += ' ';
+    AppendExponent(text, static_cast<double>(values[i]));
+    text += '\n';
+  });
+}
+
+}  // namespace
+
+bool RefusedByAutosave() {
+  if (Model.Autosave != 0) MessagePopup(ErrorTitle, AutosaveIsOn);
+  return Model.Autosave != 0;
+}
+
+bool TraceTextWrite(const std::string& path) {
+  const std::span<const float> samples = Trace.SimTrace.first(TextCount());
+  if (RefuseSourceOfTrace(path)) return false;
+  if (FileReplacement::Begin(path) == nullptr) {
+    FileErrorPopup(FileOpenFailed);
+    return false;
+  }
+  ReadRunParameters();
+  const TraceFormat format =
+      ConfirmPopup(AtfTitle, AtfQuestion) ? TraceFormat::Atf : TraceFormat::SingleColumn;
+  return SaveFile(path, TraceTextBlocks(format, samples, Model.ADInterval, ShownTraceTitle()));
+}
+
+bool TraceAbfWrite(const std::string& path) {
+  if (RefuseRecording(path) || RefuseSourceOfTrace(path)) return false;
+  const AbfHeader header = HeaderOfTrace();
+  AbfWriteHandle writer = OldABF_OpenWrite(path, header);
+  if (writer == nullptr) {
+    FileErrorPopup(FileOpenFailed);
+    return false;
+  }
+  const auto samples =
+      Trace.SimTrace.first(static_cast<std::size_t>(std::clamp(Model.NumPoints, 0, MaxStimPoints)));
+  const bool good =
+      OldABF_WriteRawSweep(*writer, samples) && OldABF_UpdateHeader(*writer, header) && OldABF_Close(writer);
+  if (!good) TellNotWritten(path);
+  return good;
+}
+
+bool AutosaveTextWrite(const std::string& path) {
+  const std::size_t count = TextCount();
+  if (RefuseSourceOfTrace(path)) return false;
+  ReadRunParameters();
+  if (Result.ResultKind == ResultSavedSteps) {
+    const std::vector<float> values = SavedStepValues();
+    return ExtendFile(path, SavedStepBlocks(values));
+  }
+  return ExtendFile(
+      path, TraceTextBlocks(TraceFormat::SingleColumn, Trace.SimTrace.first(count), Model.ADInterval, {}));
+}
+
+void AutosaveTrace() {
+  if (Model.AutosaveFormat == 0) {
+    AutosaveTextWrite(Trace.AutosaveFileName);
+  } else {
+    AutosaveAbfWrite(Trace.AutosaveFileName);
+  }
+}
+
+}  // namespace zelvane

@@ -1,0 +1,270 @@
+// Writers of the trace: exact bytes, what they protect, and autosave run after run.
+#include "io/trace_write.h"
+
+#include <sys/resource.h>
+
+#include <bit>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <map>
+
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "platform/abf/abf.h"
+#include "platform/folders.h"
+#include "screen/screen.h"
+#include "sim/result_store.h"
+#include "sim/run_panel.h"
+#include "support/pressing.h"
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char OpenFailed[] = "IO Error 100: FileOpen failed";
+
+class TraceWriteTest : public PanelTest {
+ protected:
+  TraceWriteTest() { SetTrace({1.5F, -2.0F, 0.25F}, 0.02F); }
+  ~TraceWriteTest() override { SetProgramFolder(""); }
+
+  static void SetTrace(const std::vector<float>& samples, float intervalMs) {
+    std::copy(samples.begin(), samples.end(), Trace.SimTrace.begin());
+    Trace.SimTraceUsed = Model.NumPoints = static_cast<int>(samples.size());
+    Model.ADInterval = intervalMs;
+    WriteRunParameters();
+  }
+
+  template <typename Number>
+  static Number At(const std::string& bytes, std::size_t offset) {
+    Number value{};
+    std::memcpy(&value, bytes.data() + offset, sizeof value);
+    return value;
+  }
+
+  TemporaryFolder folder;
+  std::string path = folder.File("out.abf");
+};
+
+TEST_F(TraceWriteTest, TextIsAtfOrASingleColumn) {
+  choices = {path, path};
+  answers = {true, false};
+  PressCommand("SaveAsciiData");
+  const std::string title = GraphNamed("MainPanel").y.title;
+  EXPECT_EQ(ReadWholeFile(path), "ATF\t1.0\n3\t2\n\"Type=\"\n\"Comment=\"\n\"SignalsExported=" + title +
+                                     "\"\n\"Time (s)\"\t\"" + title +
+                                     "\"\n0.000000e+00\t1.500000e+00\n2.000000e-05\t-2.000000e+00\n"
+                                     "4.000000e-05\t2.500000e-01\n");
+  EXPECT_EQ(popups.back(), (SeenPopup{"?", "Export ASCII in ATF format?"}));
+  PressCommand("SaveAsciiData");
+  EXPECT_EQ(ReadWholeFile(path), "2.000000e-02\n1.500000e+00\n-2.000000e+00\n2.500000e-01\n");
+}
+
+TEST_F(TraceWriteTest, AnAbfFileReadsBackWithItsIntervalAndUnits) {
+  std::vector<float> samples(3000);
+  for (std::size_t i = 0; i < samples.size(); ++i) samples[i] = static_cast<float>(i) / 7;
+  SetTrace(samples, 0.02F);
+  Trace.TraceUnits = TraceNanoamps;
+  choices = {path};
+  PressCommand("SaveBinaryData");
+  AbfHeader header;
+  int perSweep = 0;
+  int sweeps = 0;
+  const AbfHandle file = OpenABFFile(path, header, perSweep, sweeps);
+  ASSERT_NE(file, nullptr);
+  EXPECT_EQ(perSweep, 3000);
+  EXPECT_EQ(sweeps, 1);
+  EXPECT_EQ(header.operationMode, GapFreeMode);
+  EXPECT_NEAR(header.sampleInterval, 20.0, 1e-5);
+  EXPECT_EQ(header.channelUnits[0], "nA");
+  EXPECT_GT(header.startDate, 20200000);
+  std::vector<float> back(3000);
+  EXPECT_EQ(ReadSweep(*file, 0, 1, 0, back), 3000);
+  EXPECT_EQ(back, samples);
+  EXPECT_TRUE(TraceAbfWrite(path)) << "a file of floats may be written over";
+}
+
+TEST_F(TraceWriteTest, ARecordingAndTheSourceOfTheTraceAreNotWrittenOver) {
+  ASSERT_TRUE(TraceAbfWrite(path));
+  std::string recording = ReadWholeFile(path);
+  recording[100] = 0;  // samples of 16 bits
+  WriteWholeFile(path, recording);
+  EXPECT_FALSE(TraceAbfWrite(path));
+  EXPECT_EQ(popups.back(),
+            (SeenPopup{"Error!", path + " is in integer format, which usually means it is an acquired "
+                                        "data file.\nCannot overwrite an acquired data file"}));
+  Trace.TraceFileName = folder.File("./out.abf");
+  popups.clear();
+  for (const auto write : {TraceTextWrite, LegacyAbfWrite, AutosaveTextWrite, AutosaveAbfWrite}) {
+    EXPECT_FALSE(write(path));
+    EXPECT_EQ(popups.back().text, path + " is the file that the trace was read from. Choose another name.");
+  }
+  EXPECT_EQ(ReadWholeFile(path), recording);
+}
+
+TEST_F(TraceWriteTest, TheLegacyFileIsTheTemplateButForItsFields) {
+  std::string sample(2048, '\x55');
+  std::memcpy(sample.data(), "ABF ", 4);
+  WriteWholeFile(folder.File("SAMPLABF.DAT"), sample);
+  SetProgramFolder(folder.Path().string());
+  choices = {path};
+  PressCommand("SaveLegacyABFCallback");
+  std::string bytes = ReadWholeFile(path);
+  ASSERT_EQ(bytes.size(), 2048U + 12U);
+  EXPECT_EQ(At<std::int16_t>(bytes, 8), 3);
+  EXPECT_EQ(At<std::int32_t>(bytes, 10), 3);
+  const int date = At<std::int32_t>(bytes, 20);
+  EXPECT_TRUE(date > 0 && date < 1'000'000) << date << " has a year of two digits";
+  EXPECT_LT(At<std::int32_t>(bytes, 24), 86'400);
+  EXPECT_EQ(At<std::int16_t>(bytes, 100), 1);
+  EXPECT_EQ(At<float>(bytes, 122), 20.0F);
+  EXPECT_EQ(At<std::int16_t>(bytes, 266), 0);
+  EXPECT_EQ(At<float>(bytes, 268), 1.0F);
+  EXPECT_EQ(At<float>(bytes, 272), 10000.0F);
+  EXPECT_EQ(At<float>(bytes, 276), 0.0F);
+  EXPECT_EQ(bytes.substr(294, 16), std::string("Zelvane v2.0\0\0\0\0", 16));
+  EXPECT_EQ(At<float>(bytes, 2052), -2.0F);
+  // Everything else is the template's.
+  for (const auto& [offset, length] : std::map<std::size_t, std::size_t>{
+           {8, 2}, {10, 4}, {20, 8}, {100, 2}, {122, 4}, {266, 14}, {294, 16}}) {
+    bytes.replace(offset, length, length, '\x55');
+  }
+  EXPECT_EQ(bytes.substr(0, 2048), sample);
+}
+
+TEST_F(TraceWriteTest, TheTemplatesBesideTheProgramAreThoseThatTheProgramMakes) {
+  for (const char* name : {"SAMPLABF.DAT", "GAPFREE.ABF", "EPISODE-10.ABF"}) {
+    const AbfTemplate made = AbfTemplateBytes(name);
+    EXPECT_EQ(ReadWholeFile(std::string(ZELVANE_DATA "/") + name),
+              std::string(reinterpret_cast<const char*>(made.data()), made.size()))
+        << name << ": build make_templates and run it";
+  }
+}
+
+TEST_F(TraceWriteTest, EveryRunBecomesAnEpisodeOfTheAutosaveFile) {
+  choices = {path};
+  Enter("Autosave", "on");
+  EXPECT_EQ(fileRequests.back().title, "Append data to ABF File");
+  EXPECT_EQ(Shown("AutosaveFileName"), path);
+  AutosaveTrace();
+  SetTrace({7.0F, 8.0F, 9.0F}, 0.02F);
+  AutosaveTrace();
+  const std::string bytes = ReadWholeFile(path);
+  ASSERT_EQ(bytes.size(), 2048U + 24U);
+  EXPECT_EQ(At<std::int16_t>(bytes, 8), 5);
+  EXPECT_EQ(At<std::int32_t>(bytes, 10), 6);
+  EXPECT_EQ(At<std::int32_t>(bytes, 16), 2);
+  EXPECT_EQ(At<std::int32_t>(bytes, 138), 3);
+  EXPECT_EQ(bytes.substr(294, 16), std::string("Zelvane v1.0\0\0\0\0", 16));
+  AbfHeader header;
+  int perSweep = 0;
+  int sweeps = 0;
+  const AbfHandle file = OpenABFFile(path, header, perSweep, sweeps);
+  ASSERT_NE(file, nullptr);
+  EXPECT_EQ(perSweep, 3);
+  ASSERT_EQ(sweeps, 2);
+  std::vector<float> second(3);
+  EXPECT_EQ(ReadSweep(*file, 0, 2, 0, second), 3);
+  EXPECT_EQ(second, (std::vector<float>{7.0F, 8.0F, 9.0F}));
+}
+
+TEST_F(TraceWriteTest, AutosavedTextHoldsABlockARun) {
+  path = folder.File("runs.asc");
+  choices = {path};
+  Enter("AutosaveFormat", "ASCII");
+  Enter("Autosave", "on");
+  EXPECT_EQ(fileRequests.back().title, "Append data to single column ASCII File");
+  AutosaveTrace();
+  SetTrace({4.0F}, 0.5F);
+  AutosaveTrace();
+  const std::string columns =
+      "2.000000e-02\n1.500000e+00\n-2.000000e+00\n2.500000e-01\n5.000000e-01\n4.000000e+00\n";
+  EXPECT_EQ(ReadWholeFile(path), columns);
+  Result.ResultKind = ResultSavedSteps;
+  Result.KeptSteps = 2;
+  Result.SavedTime[2] = 12.5F;
+  Result.Occupancy[1][1] = 1.0F;
+  Result.Occupancy[1][2] = 0.25F;
+  Result.EffectiveChannels = 4.0F;
+  Model.StateMonitored[1] = 1;
+  Model.DisplayUnits = UnitsChannels;
+  WriteRunParameters();
+  AutosaveTrace();
+  EXPECT_EQ(ReadWholeFile(path), columns + "ATF 1.0\n2 2\n\"Type=\"\n\"Comment=\"\n\"Time (s)\" \"" +
+                                     GraphNamed("MainPanel").y.title +
+                                     "\"\n0.000000e+00 4.000000e+00\n1.250000e-02 1.000000e+00\n");
+}
+
+TEST_F(TraceWriteTest, AutosaveStaysOffWithoutAFileAndKeepsOtherFilesOut) {
+  Enter("Autosave", "on");
+  EXPECT_EQ(Model.Autosave, 0);
+  choices = {path};
+  Enter("Autosave", "on");
+  Enter("AutosaveFormat", "ASCII");
+  EXPECT_EQ(
+      popups.back().text,
+      "If you change file type AFTER selecting the filename, the extension (*.abf,*.asc) may not match the "
+      "filetype.");
+  const std::size_t asked = fileRequests.size();
+  for (const char* command : {"SaveAsciiData", "SaveBinaryData", "SaveLegacyABFCallback"}) {
+    PressCommand(command);
+    EXPECT_EQ(popups.back(),
+              (SeenPopup{"! Error", "Turn off autosave before reading or writing other datafiles."}));
+  }
+  EXPECT_EQ(fileRequests.size(), asked);
+}
+
+TEST_F(TraceWriteTest, FilesThatCannotBeWrittenAreTold) {
+  WriteWholeFile(folder.File("model.mod"), "no recording");
+  for (const auto write :
+       {TraceTextWrite, TraceAbfWrite, LegacyAbfWrite, AutosaveTextWrite, AutosaveAbfWrite}) {
+    for (const std::string& target :
+         {std::string("/dev/full"), folder.Path().string(), folder.File("none/a")}) {
+      popups.clear();
+      EXPECT_FALSE(write(target)) << target;
+      EXPECT_EQ(PopupTexts(), std::vector<std::string>{OpenFailed}) << target;
+    }
+  }
+  EXPECT_FALSE(AutosaveAbfWrite(folder.File("model.mod")));
+  EXPECT_EQ(ReadWholeFile(folder.File("model.mod")), "no recording");
+}
+
+/// Files of this process may not grow beyond a size while it lives: what a full disk does.
+class SmallDisk {
+ public:
+  explicit SmallDisk(rlim_t bytes) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    getrlimit(RLIMIT_FSIZE, &former_);
+    const rlimit small{bytes, former_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+  }
+  ~SmallDisk() { setrlimit(RLIMIT_FSIZE, &former_); }
+
+ private:
+  rlimit former_{};
+};
+
+TEST_F(TraceWriteTest, OnAFullDiskTheOldFileStands) {
+  SetTrace(std::vector<float>(2000, 1.0F), 0.02F);
+  for (const auto write :
+       {TraceTextWrite, TraceAbfWrite, LegacyAbfWrite, AutosaveTextWrite, AutosaveAbfWrite}) {
+    ASSERT_TRUE(write(path));
+    const std::string old = ReadWholeFile(path);
+    popups.clear();
+    {
+      const SmallDisk disk(old.size() < 10'500 ? 9000 : 12'000);
+      EXPECT_FALSE(write(path));
+    }
+    ASSERT_FALSE(popups.empty());
+    EXPECT_EQ(popups.back().title, "! File error");
+    EXPECT_EQ(ReadWholeFile(path), old);
+    std::size_t files = 0;
+    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder.Path())) ++files;
+    EXPECT_EQ(files, 1U) << "no temporary file is left";
+    std::filesystem::remove(path);
+  }
+}
+
+}  // namespace
+}  // namespace zelvane
