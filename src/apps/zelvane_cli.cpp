@@ -10,6 +10,7 @@
 
 #include "headless/drive.h"
 #include "headless/model_command.h"
+#include "headless/q_matrix_command.h"
 #include "headless/simulate_command.h"
 #include "model/model_store.h"
 #include "screen/fields.h"
@@ -23,6 +24,7 @@ constexpr char Examples[] =
     "Examples\n"
     "  zelvane-cli simulate ampa.mod --units pA --out current.atf\n"
     "  zelvane-cli model ampa.mod\n"
+    "  zelvane-cli qmatrix ampa.mod --time 5.5\n"
     "  echo 'get ModelTitle' | zelvane-cli drive\n\n"
     "zelvane-cli COMMAND --help tells more of a command.\n"
     "Exit status: 0 done, 1 failed (the reason is on standard error), 2 wrong usage.";
@@ -30,6 +32,12 @@ constexpr char Examples[] =
 constexpr char DriveText[] = "Run the whole program from a script";
 constexpr char SimulateText[] = "Run a model file and sum up the response";
 constexpr char ModelText[] = "Tell what a model file holds, or bring it to the newest format";
+
+constexpr char QMatrixText[] = "Tell relaxation time constants and equilibrium of a model file";
+
+constexpr char QMatrixFooter[] =
+    "Without --time the stimulus is that of the first point, normally the resting one. Example:\n"
+    "  zelvane-cli qmatrix ampa.mod --time 5.5 --set AutoValue=1e-4";
 
 constexpr char DriveFooter[] =
     "Commands come from SCRIPT or standard input, one a line; what the program shows goes to standard\n"
@@ -197,6 +205,25 @@ CLI::App* AddModel(CLI::App& app, ModelArguments& arguments) {
   return model;
 }
 
+/// Why a word is no time in the stimulus; empty when it is one.
+std::string TimeFault(const std::string& word) {
+  const auto timeMs = ParseNumber(word);
+  return timeMs && *timeMs >= 0.0 && *timeMs < 1e30 ? "" : word + " is no time from 0 ms";
+}
+
+CLI::App* AddQMatrix(CLI::App& app, QMatrixOptions& options) {
+  CLI::App* qmatrix = app.add_subcommand("qmatrix", QMatrixText)->footer(QMatrixFooter);
+  qmatrix->add_option("MODEL", options.model, "model file (.mod)")->required()->type_name("");
+  qmatrix->add_option("--time", options.timeMs, "moment of the stimulus")
+      ->check(CLI::Validator(TimeFault, ""))
+      ->type_name("MS");
+  qmatrix->add_option("--set", options.settings, "set any store field (may be repeated)")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+  qmatrix->add_flag("--json", options.json, "all as one JSON object");
+  return qmatrix;
+}
+
 int RunCli(int argc, char** argv) {
   CLI::App app(Description, "zelvane-cli");
   app.set_version_flag("--version", "zelvane-cli " ZELVANE_VERSION);
@@ -205,8 +232,10 @@ int RunCli(int argc, char** argv) {
   DriveArguments driveArguments;
   SimulateArguments simulateArguments;
   ModelArguments modelArguments;
+  QMatrixOptions qMatrixOptions;
   const CLI::App* drive = AddDrive(app, driveArguments);
   const CLI::App* simulate = AddSimulate(app, simulateArguments);
+  const CLI::App* qmatrix = AddQMatrix(app, qMatrixOptions);
   AddModel(app, modelArguments);
   if (argc < 2) {
     std::cerr << app.help();
@@ -216,6 +245,7 @@ int RunCli(int argc, char** argv) {
     app.parse(argc, argv);
     if (drive->parsed()) return RunDriveCommand(driveArguments);
     std::signal(SIGINT, OnInterrupt);
+    if (qmatrix->parsed()) return QMatrixCommand(qMatrixOptions, Streams());
     return simulate->parsed() ? RunSimulateCommand(simulateArguments) : RunModelCommand(modelArguments);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? JobDone : JobMisused;

@@ -4,18 +4,14 @@
 #include <cmath>
 #include <ostream>
 
-#include "headless/internal/nearest_names.h"
+#include "headless/internal/job_settings.h"
 #include "headless/internal/run_summary.h"
-#include "headless/internal/words.h"
 #include "io/trace_export.h"
 #include "io/trace_store.h"
-#include "model/model_panels.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
-#include "sim/run_panel.h"
-#include "stimulus/stimulus.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {
@@ -23,34 +19,9 @@ namespace {
 
 constexpr char Interrupted[] = "Simulation Interrupted by User";
 
-/// Sets one "NAME=VALUE". False, told, when the name is no field or the value does not suit it.
-bool ApplySetting(const std::string& setting, std::ostream& err) {
-  const std::size_t equals = setting.find('=');
-  if (equals == std::string::npos) {
-    err << "--set takes NAME=VALUE, not " << Shortened(setting) << '\n';
-    return false;
-  }
-  const std::string name = setting.substr(0, equals);
-  const FieldRef field = FindField(name);
-  if (!field) {
-    err << "--set " << Shortened(name) << ": no such field" << DidYouMean(NearestNames(name, FieldNames()))
-        << '\n';
-    return false;
-  }
-  if (!SetFieldText(field, setting.substr(equals + 1))) {
-    err << "--set " << name << ": " << Shortened(setting.substr(equals + 1))
-        << (field.field->type == FieldType::Int ? " is no whole number that the field can hold\n"
-                                                : " is no finite number that the field can hold\n");
-    return false;
-  }
-  return true;
-}
-
 /// Sets all that the options say in the stores; false when they ask for something that cannot be.
 bool ApplyOptions(const SimulateOptions& options, std::ostream& err) {
-  for (const std::string& setting : options.settings) {
-    if (!ApplySetting(setting, err)) return false;
-  }
+  if (!ApplySettings(options.settings, err)) return false;
   if (options.simulator) Model.SimulatorKind = *options.simulator;
   if (options.points) Model.NumPoints = *options.points;
   if (options.intervalMs) Model.ADInterval = static_cast<float>(*options.intervalMs);
@@ -64,14 +35,6 @@ bool ApplyOptions(const SimulateOptions& options, std::ostream& err) {
     return false;
   }
   return true;
-}
-
-/// A run reads the panels, so that they must show what the stores hold.
-void ShowStores() {
-  RefreshModelPanels();
-  WriteRunParameters();
-  StimPanelRefresh();
-  WriteAllControls();
 }
 
 void WarnOfEmptyStimulus(std::ostream& err) {
@@ -135,8 +98,7 @@ int SimulateCommand(const SimulateOptions& options, const JobStreams& streams) {
   StartJob(options.seeds);
   if (!ReadJobModel(options.model, streams)) return JobFailed;
   if (!ApplyOptions(options, streams.err)) return JobMisused;
-  ShowStores();
-  StimRebuild();
+  ShowJobStores();
   WarnOfEmptyStimulus(streams.err);
   const double wallSeconds = RunTimed();
   if (!RunSucceeded(screen, streams)) return JobFailed;

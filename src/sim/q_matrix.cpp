@@ -108,6 +108,12 @@ QMatrixSolution SolveQMatrix(QMatrix matrix, bool relaxation) {
   return solution;
 }
 
+int StimulusPointAt(float timeMs) {
+  const float quotient = timeMs / Model.ADInterval;
+  if (!(quotient >= static_cast<float>(RestingPoint))) return RestingPoint;  // nan as well
+  return quotient < static_cast<float>(MaxStimPoints) ? static_cast<int>(quotient) : MaxStimPoints - 1;
+}
+
 QMatrix CompileQMatrix(int point) {
   QMatrix matrix;
   matrix.states = PrepareRates();
@@ -125,7 +131,7 @@ QMatrix CompileQMatrix(int point) {
 }
 
 QMatrixSolution QMatrixAnalysis(bool report, int point) {
-  point = std::clamp(point, 1, MaxStimPoints - 1);
+  point = std::clamp(point, RestingPoint, MaxStimPoints - 1);
   if (Model.FitActive == 0) {
     ReadPanels();
     ShowQMatrixTime(point);

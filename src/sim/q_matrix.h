@@ -2,7 +2,7 @@
 // constants and the occupancies at equilibrium.
 //
 //   The engine       SolveQMatrix  EquilibriumOf  RelaxationTimesMs
-//   On the stores    QMatrixAnalysis  CompileQMatrix
+//   On the stores    QMatrixAnalysis  CompileQMatrix  StimulusPointAt  HasEquilibrium
 //
 // Source: Colquhoun & Hawkes (1995), "A Q-matrix cookbook", in Single-Channel Recording, 2nd ed., chapter 20.
 #pragma once
@@ -12,6 +12,9 @@
 #include "sim/dense_matrix.h"
 
 namespace zelvane {
+
+/// The point whose stimulus is the resting one, unless the stimulus begins with the sweep.
+inline constexpr int RestingPoint = 1;
 
 /// Occupancies at equilibrium below this one count as 0.
 inline constexpr double SmallestEquilibrium = 1e-5;
@@ -58,6 +61,10 @@ std::vector<RelaxationTime> RelaxationTimesMs(const std::vector<float>& eigenval
 /// Solves a matrix for its equilibrium and, with `relaxation`, for its time constants. Without states all
 /// comes out empty.
 QMatrixSolution SolveQMatrix(QMatrix matrix, bool relaxation);
+
+/// The point of the stimulus at `timeMs`: trunc(timeMs / `Model.ADInterval`) in floats, from 1 to the last
+/// one.
+int StimulusPointAt(float timeMs);
 
 /// The rate matrix of the active form at point `point` of the stimulus: each rate times its stimulus factor.
 /// A rate of 0 stays 0 whatever its factor is. A state of the grid takes part when it is on and a rate above

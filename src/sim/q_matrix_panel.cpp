@@ -17,8 +17,6 @@ constexpr char PanelName[] = "QMatrixPanel";
 constexpr char MatrixBox[] = "QMatrixText";
 constexpr char ResultsBox[] = "QResultsText";
 
-constexpr int RestingPoint = 1;
-
 bool OnScreen() {
   return FindPanel(PanelName) != nullptr;
 }
@@ -54,20 +52,13 @@ void ShowResults(const QMatrixSolution& solution) {
   InsertLine(box, "");
 }
 
-/// Time of a point, in floats as PointOfPanel divides them: where the product is rounded so that the quotient
-/// falls short of the point, the next float stands for it.
+/// Time of a point, in floats as StimulusPointAt divides them: where the product is rounded so that the
+/// quotient falls short of the point, the next float stands for it.
 float TimeOf(int point) {
   const auto points = static_cast<float>(point);
   const float timeMs = Model.ADInterval * points;
   return timeMs / Model.ADInterval < points ? std::nextafter(timeMs, std::numeric_limits<float>::max())
                                             : timeMs;
-}
-
-/// Point of the stimulus at the time on the panel.
-int PointOfPanel() {
-  const float quotient = static_cast<float>(ControlNumber("QMatrixTime")) / Model.ADInterval;
-  if (!(quotient >= static_cast<float>(RestingPoint))) return RestingPoint;  // nan as well
-  return quotient < static_cast<float>(MaxStimPoints) ? static_cast<int>(quotient) : MaxStimPoints - 1;
 }
 
 // -- Callbacks --
@@ -81,7 +72,7 @@ void FxnQMatrix(const ControlEvent& /*event*/) {
 }
 
 void FxnRecalculateQ(const ControlEvent& /*event*/) {
-  QMatrixAnalysis(true, PointOfPanel());
+  QMatrixAnalysis(true, StimulusPointAt(static_cast<float>(ControlNumber("QMatrixTime"))));
 }
 
 void FxnInsertInitProb(const ControlEvent& /*event*/) {

@@ -44,7 +44,7 @@ void ClassifyConductances() {
 void StartAtEquilibrium() {
   const int asked = TalksToUser() ? Model.StartAtEquilibrium : Model.FitStartAtEquilibrium;
   if (asked == 0) return;
-  QMatrixAnalysis(false, 1);
+  QMatrixAnalysis(false, RestingPoint);
   if (!HasEquilibrium()) return;
   Model.StartOccupancy = Result.EquilibriumOccupancy;
   if (TalksToUser()) WriteStartOccupancy();
