@@ -202,6 +202,27 @@ void Zoom(DriveSession& session, Words words) {
                    {"xexpand", "xcontract", "yexpand", "ycontract", "left", "right", "up", "down"});
 }
 
+/// `view GRAPH all`, or an axis and its range.
+void View(DriveSession& session, Words words) {
+  Graph* graph = KnownGraph(session, words[0]);
+  if (graph == nullptr) return;
+  if (words.size() == 2 && words[1] == "all") {
+    ZoomFullScale(*graph);
+    return;
+  }
+  const char axis = AxisLetter(session, words[1]);
+  if (axis == '\0') return;
+  if (words.size() != 4) {
+    WriteMisunderstood(session, "view: an axis has a smallest and a largest coordinate");
+    return;
+  }
+  const auto min = Finite(session, words[2]);
+  const auto max = Finite(session, words[3]);
+  if (min && max && !ZoomView(*graph, axis, *min, *max)) {
+    WriteRefusal(session, graph->name + ": the smallest coordinate is not below the largest");
+  }
+}
+
 void ThumbDrag(DriveSession& session, Words words) {
   Graph* graph = ZoomGraphNamed(session, words[0]);
   if (graph == nullptr) return;
@@ -285,6 +306,7 @@ constexpr DriveCommand Actions[] = {
     {"cursor",     3, 4,         "cursor GRAPH N X [Y]",                  MoveCursorTo},
     {"strip",      4, 4,         "strip GRAPH x|y A B",                   Strip},
     {"zoom",       2, 2,         "zoom GRAPH BUTTON",                     Zoom},
+    {"view",       2, 4,         "view GRAPH x|y MIN MAX | view GRAPH all", View},
     {"thumb",      3, 3,         "thumb GRAPH x|y D",                     ThumbDrag},
     {"page",       3, 3,         "page GRAPH x|y D",                      Page},
     {"answer",     1, 1,         "answer yes|no",                         Answer, true},

@@ -1,6 +1,7 @@
 // Values of controls, and the one rule of what a click, a commit and a right click do.
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "screen/internal/announce.h"
 #include "screen/internal/observe.h"
@@ -18,6 +19,12 @@ constexpr char IsDimmed[] = "dimmed";
 constexpr char RunInProgress[] = "a run is in progress";
 constexpr char ReadOnly[] = "not editable";
 constexpr char NoSuchCell[] = "no such cell";
+
+/// Changes of views while a command runs; told after it.
+std::vector<std::string>& ViewedMeanwhile() {
+  static std::vector<std::string> lines;
+  return lines;
+}
 
 bool HoldsNumber(const Control& control) {
   return control.kind == ControlKind::Number || control.kind == ControlKind::Switch ||
@@ -80,7 +87,9 @@ void RunAction(const std::string& line, Function&& action) {
   action();
   --Screen.busy;
   UpdateDimming();
-  if (outermost) ObserveDid(line);
+  if (!outermost) return;
+  ObserveDid(line);
+  for (const std::string& viewed : std::exchange(ViewedMeanwhile(), {})) ObserveDid(viewed);
 }
 
 /// The command language's words for a press of a control.
@@ -280,6 +289,13 @@ Refusal Perform(const std::string& line, const std::function<void()>& action) {
   if (Screen.busy > 0) return RunInProgress;
   RunAction(line, action);
   return {};
+}
+
+void TellViewed(const std::string& line) {
+  if (Screen.busy > 0)
+    ViewedMeanwhile().push_back(line);
+  else
+    ObserveDid(line);
 }
 
 void RightClick(Control& control) {

@@ -337,6 +337,10 @@ Refusal PressMenu(MenuItem& item);
 /// in the command language. Refused while another command runs.
 Refusal Perform(const std::string& line, const std::function<void()>& action);
 
+/// Tells observers of a change of a graph's view, which no dispatcher holds back: while a command runs they
+/// are told once it has ended. `line` repeats the change.
+void TellViewed(const std::string& line);
+
 /// Right click: shows the control's help under "? Help" and does nothing else. A help button acts as on a
 /// commit.
 void RightClick(Control& control);

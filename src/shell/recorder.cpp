@@ -1,5 +1,7 @@
 #include "shell/recorder.h"
 
+#include <iterator>
+#include <string_view>
 #include <utility>
 
 #include "platform/safe_file.h"
@@ -25,11 +27,31 @@ Recorder& TheRecorder() {
   return recorder;
 }
 
+/// The view that a line sets: "view GRAPH x "; empty for any other line.
+std::string_view ViewSet(std::string_view line) {
+  if (!line.starts_with("view ") || line.ends_with(" all")) return {};
+  const std::size_t graphEnd = line.find(' ', sizeof("view ") - 1);
+  return line.substr(0, graphEnd + sizeof(" x"));
+}
+
+/// Takes out the view that `line` replaces: a pan or a turn of the wheel leaves many, of which the last
+/// counts.
+void DropFormerView(std::vector<std::string>& lines, const std::string& line) {
+  const std::string_view view = ViewSet(line);
+  if (view.empty()) return;
+  for (auto former = lines.rbegin(); former != lines.rend() && !ViewSet(*former).empty(); ++former) {
+    if (ViewSet(*former) != view) continue;
+    lines.erase(std::next(former).base());
+    return;
+  }
+}
+
 void Keep(const std::string& line) {
   Recorder& recorder = TheRecorder();
   std::vector<std::string> queued = std::exchange(recorder.queued, {});
   if (!recorder.on || line == "press FxnRecord" || line == "press FxnStopRecording") return;
   recorder.lines.insert(recorder.lines.end(), queued.begin(), queued.end());
+  DropFormerView(recorder.lines, line);
   recorder.lines.push_back(line);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 
 #include "shell/graph_text.h"
 
@@ -26,7 +27,7 @@ DataRange FullRange(const Graph& graph, char axis) {
   return axis == 'x' ? DataRange{graph.fullXMin, graph.fullXMax} : DataRange{graph.fullYMin, graph.fullYMax};
 }
 
-/// Fixes an axis at a new range and tells the owner. False when that is the range in view already, or no
+/// Fixes an axis at a new range and calls the owner. False when that is the range in view already, or no
 /// range.
 bool ChangeView(Graph& graph, char axis, double min, double max) {
   const DataRange view = ViewRange(graph, axis);
@@ -36,19 +37,26 @@ bool ChangeView(Graph& graph, char axis, double min, double max) {
   return true;
 }
 
-/// Shifts the view and keeps its span; the limits stop at the full range. A limit that lies beyond it already
-/// stays where it is.
-bool ShiftView(Graph& graph, char axis, double shift) {
+/// The same by a move of the mouse. A script is told the range: the pixels hold for this window alone.
+bool ChangeViewByMouse(Graph& graph, char axis, double min, double max) {
+  if (!ChangeView(graph, axis, min, max)) return false;
+  TellViewed(FormatText("view %s %c %.17g %.17g", graph.name.c_str(), axis, min, max));
+  return true;
+}
+
+/// The view shifted, its span kept; the limits stop at the full range, and a limit that lies beyond it
+/// already stays where it is.
+DataRange Shifted(const Graph& graph, char axis, double shift) {
   const DataRange view = ViewRange(graph, axis);
   const DataRange full = FullRange(graph, axis);
   const double span = view.max - view.min;
   if (shift > 0.0 && view.max + shift >= full.max) {
-    return view.max < full.max && ChangeView(graph, axis, full.max - span, full.max);
+    return view.max < full.max ? DataRange{full.max - span, full.max} : view;
   }
   if (shift < 0.0 && view.min + shift <= full.min) {
-    return view.min > full.min && ChangeView(graph, axis, full.min, full.min + span);
+    return view.min > full.min ? DataRange{full.min, full.min + span} : view;
   }
-  return shift != 0.0 && ChangeView(graph, axis, view.min + shift, view.max + shift);
+  return {view.min + shift, view.max + shift};
 }
 
 /// Direction in axis units of a move to the right or down: y falls on the way down.
@@ -85,7 +93,8 @@ void ContractY(Graph& graph) {
 
 void PressShift(Graph& graph, char axis, double direction) {
   const DataRange view = ViewRange(graph, axis);
-  ShiftView(graph, axis, direction * ButtonShift * (view.max - view.min));
+  const DataRange to = Shifted(graph, axis, direction * ButtonShift * (view.max - view.min));
+  ChangeView(graph, axis, to.min, to.max);
 }
 
 /// Ranges are moved and stretched where the axis is even: on a logarithmic one among the exponents.
@@ -142,14 +151,14 @@ void ZoomStrip(Graph& graph, char axis, double a, double b, PlotArea area) {
   const DataRange view = ViewRange(graph, axis);
   const double span = view.max - view.min;
   if (axis == 'y') {
-    ChangeView(graph, 'y', view.min + span * (length - to) / length,
-               view.min + span * (length - from) / length);
+    ChangeViewByMouse(graph, 'y', view.min + span * (length - to) / length,
+                      view.min + span * (length - from) / length);
     return;
   }
   const double min = view.min + span * from / length;
   const double max = view.min + span * to / length;
   if (max - min < MinXSpan) return;
-  ChangeView(graph, 'x', min, max);
+  ChangeViewByMouse(graph, 'x', min, max);
 }
 
 bool ZoomButton(Graph& graph, std::string_view button) {
@@ -171,19 +180,24 @@ bool ZoomButton(Graph& graph, std::string_view button) {
     PressShift(graph, 'y', -1.0);
   else
     return false;
+  TellViewed("zoom " + graph.name + ' ' + std::string(button));
   return true;
 }
 
 void ZoomThumb(Graph& graph, char axis, double pixels, PlotArea area) {
   const DataRange full = FullRange(graph, axis);
-  ShiftView(graph, axis, Downward(axis) * (full.max - full.min) * pixels / BarLength(axis, area));
+  const double shift = Downward(axis) * (full.max - full.min) * pixels / BarLength(axis, area);
+  const DataRange to = Shifted(graph, axis, shift);
+  ChangeViewByMouse(graph, axis, to.min, to.max);
 }
 
 void ZoomPage(Graph& graph, char axis, int pages) {
   const double direction = pages < 0 ? -Downward(axis) : Downward(axis);
   for (int page = 0; page != pages; page += pages < 0 ? -1 : 1) {
     const DataRange view = ViewRange(graph, axis);
-    if (!ShiftView(graph, axis, direction * (view.max - view.min))) return;
+    const DataRange to = Shifted(graph, axis, direction * (view.max - view.min));
+    if (!ChangeView(graph, axis, to.min, to.max)) return;
+    TellViewed(FormatText("page %s %c %d", graph.name.c_str(), axis, pages < 0 ? -1 : 1));
     ProcessSystemEvents();  // a redraw of the owner may come between two pages
   }
 }
@@ -225,7 +239,7 @@ void ZoomAbout(Graph& graph, char axis, double at, double factor) {
     to = {std::max(to.min, full.min), std::min(to.max, full.max)};
   }
   const double size = std::max(std::abs(to.min), std::abs(to.max));
-  if (to.max - to.min > size * SmallestShareOfValue) ChangeView(graph, axis, to.min, to.max);
+  if (to.max - to.min > size * SmallestShareOfValue) ChangeViewByMouse(graph, axis, to.min, to.max);
 }
 
 void ZoomPan(Graph& graph, char axis, DataRange from, double share) {
@@ -237,7 +251,13 @@ void ZoomPan(Graph& graph, char axis, DataRange from, double share) {
     const DataRange full = FullRange(graph, axis);
     shift = std::clamp(shift, ToScale(seen, full.min) - low, ToScale(seen, full.max) - high);
   }
-  ChangeView(graph, axis, FromScale(seen, low + shift), FromScale(seen, high + shift));
+  ChangeViewByMouse(graph, axis, FromScale(seen, low + shift), FromScale(seen, high + shift));
+}
+
+bool ZoomView(Graph& graph, char axis, double min, double max) {
+  if (!std::isfinite(min) || !std::isfinite(max) || !(min < max)) return false;
+  ChangeViewByMouse(graph, axis, min, max);
+  return true;
 }
 
 void ZoomFullScale(Graph& graph) {
@@ -245,6 +265,7 @@ void ZoomFullScale(Graph& graph) {
   SetAxisAuto(graph, 'x');
   SetAxisAuto(graph, 'y');
   if (graph.axisChanged != nullptr) graph.axisChanged(graph);
+  TellViewed("view " + graph.name + " all");
 }
 
 void ZoomBringCursors(Graph& graph) {

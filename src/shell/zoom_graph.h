@@ -2,9 +2,10 @@
 //
 //   Strips, bars, buttons   ZoomGraphCreate  ZoomSetFullRange  ZoomStrip  ZoomButton  ZoomThumb  ZoomPage
 //                           ZoomThumbOf
-//   Wheel, drag, keys       PictureRange  ZoomAbout  ZoomPan  ZoomFullScale  ZoomBringCursors
+//   Wheel, drag, keys       PictureRange  ZoomAbout  ZoomPan  ZoomView  ZoomFullScale  ZoomBringCursors
 //
-// Lengths along a strip or bar are pixels. Every change of a range calls the owner's axisChanged.
+// Lengths along a strip or bar are pixels. Every change of a range calls the owner's axisChanged, and
+// observers are told the line of the command language that repeats it.
 #pragma once
 
 #include <string_view>
@@ -59,6 +60,10 @@ void ZoomAbout(Graph& graph, char axis, double at, double factor);
 /// Shows `from` moved by `share` of its span, upward for a positive one. The x range of a zoom graph stops at
 /// its full range.
 void ZoomPan(Graph& graph, char axis, DataRange from, double share);
+
+/// Shows a range of an axis. False, with the view as it was, when it is none: not finite, or min not below
+/// max.
+bool ZoomView(Graph& graph, char axis, double min, double max);
 
 /// Shows all data: both axes become automatic.
 void ZoomFullScale(Graph& graph);

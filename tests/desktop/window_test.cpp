@@ -9,6 +9,7 @@
 #include <QListWidget>
 #include <QMimeData>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTextBrowser>
 #include <QTimer>
 #include <QToolButton>
@@ -421,6 +422,83 @@ TEST_F(WindowTest, ARecordedSessionReplayedWithoutAWindowLeavesTheSameStores) {
   EXPECT_EQ(RunDrive(in, out, options()), 0) << script << out.str();
   EXPECT_EQ(StoreDigest(), live) << script;
   EXPECT_TRUE(std::equal(trace.begin(), trace.end(), Trace.SimTrace.begin()));
+}
+
+/// Views, full ranges and scaling of the main graph.
+std::string ViewDigest() {
+  const Graph& graph = GraphNamed("MainPanel");
+  const DataRange x = ViewRange(graph, 'x');
+  const DataRange y = ViewRange(graph, 'y');
+  return FormatText("%.17g %.17g %d %.17g %.17g %d %.17g %.17g", x.min, x.max, graph.x.automatic ? 1 : 0,
+                    y.min, y.max, graph.y.automatic ? 1 : 0, graph.fullYMin, graph.fullYMax);
+}
+
+TEST_F(WindowTest, RecordedViewsReplayWithoutAWindowToTheSameRanges) {
+  using Step = std::function<void()>;
+  QWidget* plot = nullptr;
+  const auto part = [&](const char* name) { return graph()->findChild<QWidget*>(name); };
+  const auto middle = [&] { return plot->rect().center(); };
+  const Step steps[] = {
+      [&] { Wheel(plot, middle() + QPoint(33, 7), 3); },
+      [&] { Wheel(plot, middle(), 2, Qt::ControlModifier); },
+      [&] { Drag(plot, middle() + QPoint(5, 0), middle() + QPoint(-60, 25)); },
+      [&] {
+        Drag(part("xBar"), part("xBar")->rect().center(), part("xBar")->rect().center() + QPoint(25, 0));
+      },
+      [&] { click(part("left")); },
+      [&] {
+        QTest::mouseClick(part("xBar"), Qt::LeftButton, {}, {part("xBar")->width() - 3, 5});
+      },
+      [&] {
+        Drag(part("yStrip"), {5, 20}, {5, part("yStrip")->height() - 30});
+      },
+      [&] { click(part("ycontract")); },
+      [&] { QTest::keyClick(graph(), Qt::Key_Home); },
+      [&] {
+        Drag(part("xStrip"), {80, 5}, {part("xStrip")->width() - 90, 5});
+      },
+      [&] {
+        type("MaxStepSize", "2e-5");
+        QTimer::singleShot(20, [&] { Wheel(plot, middle() + QPoint(90, 0), 1, Qt::ControlModifier); });
+        clickTool("Run");  // the view changes while it runs
+      },
+      [&] {
+        window->findChild<QAction*>("FxnGraphProperties")->trigger();
+        Settle();
+        auto* tabs = window->findChild<QTabWidget*>();
+        tabs->setCurrentIndex(1);
+        clickControl("GraphAutoY");
+        tabs->setCurrentIndex(0);
+        type("GraphYMin", "-12.5");
+        clickControl("GraphPropertiesOk");
+      },
+  };
+  type("NumPoints", "40000");
+  clickTool("Run");
+  plot = &graph()->plot();
+  std::vector<std::string> views;
+  std::vector<std::string> script = {"enter NumPoints 40000", "press AcquireData"};
+  for (const Step& step : steps) {
+    StartRecording();
+    step();
+    Settle();
+    for (const std::string& line : StopRecording()) script.push_back(line);
+    views.push_back(ViewDigest());
+    script.push_back(FormatText("# %d", static_cast<int>(views.size())));
+  }
+  window.reset();
+  std::string text;
+  std::size_t step = 0;
+  for (const std::string& line : script) {
+    text += line + '\n';
+    if (!line.starts_with("#")) continue;
+    std::istringstream in(text);
+    std::ostringstream out;
+    EXPECT_EQ(RunDrive(in, out, options()), 0) << text << out.str();
+    EXPECT_EQ(ViewDigest(), views[step]) << "step " << step + 1 << '\n' << text;
+    EXPECT_TRUE(step == 0 || views[step] != views[step - 1]) << "step " << step + 1 << " does nothing";
+    ++step;
+  }
 }
 
 TEST_F(WindowTest, ClosingAsksAndNoLeavesEverythingRunning) {

@@ -359,6 +359,16 @@ TEST_F(DriveLanguageTest, StripsButtonsThumbsAndPagesMoveTheView) {
   EXPECT_EQ(min(), 100.0);
   Run("page Trace x 2");
   EXPECT_EQ(min(), 300.0);
+  Run("view Trace x 12.5 600\nview Plain y -2 3");
+  EXPECT_EQ(min(), 12.5);
+  EXPECT_EQ(ViewRange(GraphNamed("Plain"), 'y').max, 3.0);
+  Run("view Trace all");
+  EXPECT_TRUE(graph.x.automatic);
+  EXPECT_EQ(Run("view Trace x 5 5"),
+            "{\"error\":\"Trace: the smallest coordinate is not below the largest\"}\n");
+  EXPECT_FALSE(session.misunderstood);
+  Run("view Trace x 5");
+  EXPECT_TRUE(session.misunderstood);
 }
 
 }  // namespace
