@@ -32,6 +32,16 @@ constexpr std::string_view NotSettings[] = {
     "NumIdealEvents", "SegmentCounter", "OpenStateExits", "MonitoredChannels", "LastDwellKind",
     "OpenListSelector"};
 
+/// Fields that the simulation of subunits forces; they are dimmed meanwhile, and what a run puts into them is
+/// no edit of the user's.
+constexpr std::string_view ForcedBySubunits[] = {"StartAtEquilibrium", "NumRuns",     "NumIntervals",
+                                                 "ReseedSimulation",   "AutoAnalyze", "ShowAllTraces"};
+
+template <std::size_t Count>
+bool Among(const std::string_view (&names)[Count], std::string_view name) {
+  return std::find(std::begin(names), std::end(names), name) != std::end(names);
+}
+
 /// Arrays with more elements than this hold samples, not settings.
 constexpr int MaxSettingElements = 4096;
 
@@ -39,7 +49,7 @@ bool IsSetting(const Field& field) {
   for (int k = 0; k < field.rank; ++k) {
     if (field.index[static_cast<std::size_t>(k)].last > MaxSettingElements) return false;
   }
-  return std::find(std::begin(NotSettings), std::end(NotSettings), field.name) == std::end(NotSettings);
+  return !Among(NotSettings, field.name);
 }
 
 /// Calls `visit` with the address of every element of a field.
@@ -62,17 +72,29 @@ std::size_t SizeOf(FieldType type) {
 struct Settings {
   std::vector<std::byte> numbers;
   std::vector<std::string> texts;
-  bool operator==(const Settings&) const = default;
+  std::vector<std::size_t> forced;  // bytes among the numbers that subunits force
 };
+
+/// Whether the user sees any difference.
+bool Same(Settings a, Settings b) {
+  if (a.numbers.size() != b.numbers.size() || a.texts != b.texts) return false;
+  if (Model.MultiSubunit != 0) {
+    for (const std::size_t at : a.forced) a.numbers[at] = b.numbers[at];
+  }
+  return a.numbers == b.numbers;
+}
 
 Settings CopySettings() {
   Settings copy;
   for (const auto& [name, field] : AllFields()) {
     if (!IsSetting(field)) continue;
+    const bool forced = Among(ForcedBySubunits, field.name);
     ForEachElement(field, field.base, 0, [&, type = field.type](std::byte* address) {
       if (type == FieldType::Text) {
         copy.texts.push_back(*reinterpret_cast<std::string*>(address));
       } else {
+        for (std::size_t i = 0; forced && i < SizeOf(type); ++i)
+          copy.forced.push_back(copy.numbers.size() + i);
         copy.numbers.insert(copy.numbers.end(), address, address + SizeOf(type));
       }
     });
@@ -122,7 +144,7 @@ void KeepIfChanged() {
     return;
   }
   const Settings before = std::exchange(state.before, Settings{});
-  if (before.numbers.empty() || CopySettings() == before) return;
+  if (before.numbers.empty() || Same(before, CopySettings())) return;
   state.undone.push_back(before);
   if (state.undone.size() > MaxUndoSteps) state.undone.pop_front();
   state.redone.clear();

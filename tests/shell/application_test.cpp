@@ -7,6 +7,7 @@
 #include "model/model_store.h"
 #include "screen/screen.h"
 #include "shell/stores.h"
+#include "shell/undo.h"
 #include "stimulus/stimulus_store.h"
 #include "support/store_test.h"
 
@@ -61,6 +62,17 @@ TEST_F(ApplicationTest, ConfigThatCannotBeReadLeavesTheInitialValues) {
   std::filesystem::create_directory(folder.File("config.mod"));
   Start();
   EXPECT_EQ(Model.NumPoints, 10240);
+}
+
+TEST_F(ApplicationTest, ARefusedFirstRunLeavesNothingToUndo) {
+  Start();
+  ASSERT_NE(Model.ReseedSimulation, 0) << "subunits force it to 0 in the run";
+  Press(*FindCommand("AcquireData"));
+  ASSERT_EQ(popups.size(), 1U) << "no state is on";
+  EXPECT_FALSE(CanUndo());
+  TypeInto(ControlNamed("NumPoints"), "500");
+  Press(*FindCommand("AcquireData"));
+  EXPECT_TRUE(CanUndo()) << "the run has taken the typed length";
 }
 
 TEST_F(ApplicationTest, DefaultFitLimitsStandAfterStart) {
