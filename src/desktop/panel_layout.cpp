@@ -34,7 +34,7 @@ constexpr LayoutRow Layout[] = {
     {"StimulusPanel", "Exponential waveform", "", "ExpStart ExpOffset ExpComponents ExpAmp1 ExpTau1 ExpAmp2 ExpTau2 ExpRiseFlag ExpRiseTau"},
     {"StimulusPanel", "Filter", "", "FilterFc"},
 
-    {"DependencePanel", "", "", "DependCode"},
+    {"DependencePanel", "", "", "DependRate"},
     {"DependencePanel", "Drugs: the rate is multiplied by their concentration", "", "DependDrug[1-6]+DrugLabel[1-6]"},
     {"DependencePanel", "Voltage", "", "DependVolt DependSteepness DependTemperature DependGrowth DependEfold"},
 

@@ -27,6 +27,13 @@ struct OpenRate {
 };
 OpenRate Open;
 
+/// Number of a state of the open form, with its label where that tells more.
+std::string StateName(int state) {
+  const std::string number = FormatText("%d", state);
+  const std::string& label = (Open.ofTable ? Model.TableStateLabel : Model.StateLabel)[state];
+  return label.empty() || label == number ? number : number + " (" + label + ")";
+}
+
 DependenceTables& OpenTables() {
   return Open.ofTable ? Model.TableDepend : Model.Depend;
 }
@@ -74,6 +81,8 @@ constexpr ControlDecl SettingControls[] = {
      "The rate at voltage Vh (volts), by the voltage that changes it e-fold."},
     {"DependCode",        ControlKind::Readout, "Rate", "", "%.0f", "", nullptr,
      "Code of the rate: 100 times the state it leaves plus the state it enters."},
+    {"DependRate",        ControlKind::Readout, "Rate", "", "", "", nullptr,
+     "The rate that the panel is open for: the state it leaves and the state it enters."},
     {"CloseDependence",   ControlKind::Button,  "Close", "", "", "FxnExitConc", AsAction<CloseDependencePanel>,
      "Return to Main Modelling Panel."},
 };
@@ -96,6 +105,7 @@ void AddDependencePanel() {
             .help = "Drugs and voltage that one rate depends on."});
   AddControls(DependencePanelName, LabelsGroup, LabelControls);
   AddControls(DependencePanelName, SettingsGroup, SettingControls);
+  SetVisible("DependCode", false);  // DependRate says it in words
 }
 
 void OpenDependenceOfGrid(int from, int to) {
@@ -118,6 +128,8 @@ void ReloadDependencePanel() {
   ShowNumber("DependSteepness", static_cast<double>(tables.Steepness[Open.from][Open.to]));
   ShowNumber("DependTemperature", static_cast<double>(Model.Temperature));
   ShowNumber("DependCode", RateCode(Open.from, Open.to));
+  ShowText("DependRate",
+           FormatText("from %s to %s", StateName(Open.from).c_str(), StateName(Open.to).c_str()));
   ShowCoefficient();
 }
 
