@@ -13,6 +13,9 @@ namespace zelvane {
 namespace {
 
 constexpr char PropertiesPanel[] = "GraphPropertiesPanel";
+constexpr char LimitsTitle[] = "! Graph limits";
+constexpr char NoXRange[] = "The left limit must be below the right limit.";
+constexpr char NoYRange[] = "The lower limit must be below the upper limit.";
 constexpr double AutoYMargin = 1.0 / 18.0;  // of the range, on each side
 
 struct TimeUnit {
@@ -128,7 +131,20 @@ void FxnGraphProperties() {
   ShowPanel(PropertiesPanel);
 }
 
+/// Why the axes cannot be scaled as the page says; nullptr when they can.
+const char* WrongLimits() {
+  const bool x = ControlNumber("GraphAutoX") == 0.0;
+  const bool y = ControlNumber("GraphAutoY") == 0.0;
+  if (x && !(ControlNumber("GraphLeftSample") < ControlNumber("GraphRightSample"))) return NoXRange;
+  if (y && !(ControlNumber("GraphYMin") < ControlNumber("GraphYMax"))) return NoYRange;
+  return nullptr;
+}
+
 void FxnPropertiesOk(const ControlEvent&) {
+  if (const char* wrong = WrongLimits()) {  // the page stays to be mended
+    MessagePopup(LimitsTitle, wrong);
+    return;
+  }
   HidePanel(PropertiesPanel);
   Graph* graph = GraphInFront();
   if (graph == nullptr) return;
@@ -136,13 +152,13 @@ void FxnPropertiesOk(const ControlEvent&) {
   const double right = ControlNumber("GraphRightSample");
   if (ControlNumber("GraphAutoX") != 0.0) {
     SetAxisAuto(*graph, 'x');
-  } else if (left < right) {
+  } else {
     SetAxisRange(*graph, 'x', left * IntervalMs(), right * IntervalMs());
     Analysis.ViewedPoints = static_cast<int>(std::min(right - left, 2147483647.0));
   }
   if (ControlNumber("GraphAutoY") != 0.0) {
     SetAxisAuto(*graph, 'y');
-  } else if (ControlNumber("GraphYMin") < ControlNumber("GraphYMax")) {
+  } else {
     SetAxisRange(*graph, 'y', ControlNumber("GraphYMin"), ControlNumber("GraphYMax"));
   }
   SetAxisLog(*graph, 'y', ControlNumber("GraphLogY") != 0.0);

@@ -259,6 +259,17 @@ void WidenFullRange(Graph& graph) {
   widen(graph.fullYMin, graph.fullYMax, PlotRange(newest, 'y'));
 }
 
+/// A cursor beyond the data could not be grabbed: it comes to its place by thirds of the time on the axis.
+void BringCursors(Graph& graph) {
+  const DataRange x = ViewRange(graph, 'x');
+  const double count = static_cast<double>(graph.cursors.size()) + 1.0;
+  double place = 0.0;
+  for (Cursor& cursor : graph.cursors) {
+    place += 1.0;
+    if (cursor.x < x.min || cursor.x > x.max) cursor.x = x.min + (x.max - x.min) * place / count;
+  }
+}
+
 /// Traces pile up run after run. The oldest go when all together hold more samples than this.
 constexpr std::size_t MaxPlottedSamples = 4U * MaxStimPoints;
 
@@ -324,6 +335,7 @@ void PlotTrace(bool erase) {
   PlotWave(graph, PlotStyle::Line, SimulatorColour(), Trace.SimTrace.first(samples), 0.0,
            static_cast<double>(Model.ADInterval));
   WidenFullRange(graph);
+  if (graph.x.automatic) BringCursors(graph);
 }
 
 void RemoveTracePlots() {
