@@ -19,6 +19,8 @@ class PaintCount : public QObject {
     while (paints_ == before) QApplication::processEvents();
   }
 
+  int count() const { return paints_; }
+
  private:
   bool eventFilter(QObject* /*watched*/, QEvent* event) override {
     paints_ += event->type() == QEvent::Paint;

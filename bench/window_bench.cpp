@@ -1,11 +1,16 @@
-// The window: from a start to its first paint, and from a typed value to the redrawn stimulus graph. Drawn
-// into memory: QT_QPA_PLATFORM=offscreen.
+// The window: from a start to its first paint, from a typed value to the redrawn stimulus graph, and what a
+// run loses to it. Drawn into memory: QT_QPA_PLATFORM=offscreen.
 #include <benchmark/benchmark.h>
 #include <qcustomplot.h>
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QEvent>
+#include <QStatusBar>
+#include <QTimer>
+#include <algorithm>
 #include <clocale>
+#include <ctime>
 #include <memory>
 
 #include "desktop/desktop_front_end.h"
@@ -27,7 +32,7 @@ struct Program {
   Program() : frontEnd(settings) {
     ApplyTheme(Theme::Light);
     SetFrontEnd(frontEnd.functions());
-    StartApplication({});
+    StartApplication({ZELVANE_DATA, {}, {}});
     window = std::make_unique<MainWindow>(frontEnd, settings);
     window->setWindowState(Qt::WindowNoState);
     window->resize(1280, 720);
@@ -66,6 +71,87 @@ void TypedValueToPaintedStimulus(benchmark::State& state) {
   }
 }
 BENCHMARK(TypedValueToPaintedStimulus)->Unit(benchmark::kMillisecond);
+
+// -- A run of some seconds --
+
+constexpr char LongRun[] = "1e-6";  // ms, largest step: 10 million steps
+
+void SetUpLongRun() {
+  TypeInto(ControlNamed("NumPoints"), "10000");
+  TypeInto(ControlNamed("ADInterval"), "0.001");
+  TypeInto(ControlNamed("MaxStepSize"), LongRun);
+}
+
+double ProcessorSeconds() {
+  return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+/// Times the run in wall and processor time.
+struct RunTimes {
+  double wall = 0.0;
+  double processor = 0.0;
+};
+RunTimes TimeRun() {
+  QElapsedTimer wall;
+  wall.start();
+  const double before = ProcessorSeconds();
+  Press(*FindCommand("AcquireData"));
+  return {static_cast<double>(wall.nsecsElapsed()) * 1e-9, ProcessorSeconds() - before};
+}
+
+/// The same run without and with the window, in turn: processor time, since others use the machine too.
+void RunUnderTheWindow(benchmark::State& state) {
+  RunTimes bare;
+  RunTimes shown;
+  int paints = 0;
+  for (auto _ : state) {
+    {
+      SetFrontEnd({});
+      StartApplication({ZELVANE_DATA, {}, {}});
+      SetUpLongRun();
+      const RunTimes times = TimeRun();
+      bare.wall += times.wall;
+      bare.processor += times.processor;
+    }
+    Program program;
+    program.window->show();
+    SetUpLongRun();
+    QApplication::processEvents();
+    PaintCount count(*program.window->statusBar());
+    const RunTimes times = TimeRun();
+    shown.wall += times.wall;
+    shown.processor += times.processor;
+    paints += count.count();
+  }
+  state.counters["run_s"] = shown.wall / static_cast<double>(state.iterations());
+  state.counters["paints_per_s"] = paints / shown.wall;
+  state.counters["lost_percent"] = 100.0 * (shown.processor / bare.processor - 1.0);
+  state.counters["lost_wall_percent"] = 100.0 * (shown.wall / bare.wall - 1.0);
+}
+BENCHMARK(RunUnderTheWindow)->Iterations(4)->Unit(benchmark::kSecond);
+
+/// From the press of stop, at a moment within the run, to the end of the run.
+void StopToEndOfRun(benchmark::State& state) {
+  Program program;
+  program.window->show();
+  SetUpLongRun();
+  double worst = 0.0;
+  int moment = 0;
+  for (auto _ : state) {
+    QElapsedTimer sinceStop;
+    QTimer::singleShot(200 + 37 * ++moment, [&] {
+      sinceStop.start();
+      Press(ControlNamed("StopRun"));
+    });
+    Press(*FindCommand("AcquireData"));
+    const double seconds = static_cast<double>(sinceStop.nsecsElapsed()) * 1e-9;
+    if (!sinceStop.isValid()) state.SkipWithError("the run has ended before the stop");
+    state.SetIterationTime(seconds);
+    worst = std::max(worst, seconds);
+  }
+  state.counters["worst_ms"] = worst * 1e3;
+}
+BENCHMARK(StopToEndOfRun)->Iterations(10)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace zelvane
