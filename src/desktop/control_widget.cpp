@@ -182,6 +182,7 @@ void ControlWidget::makeReadout() {
 
 void ControlWidget::adopt(QLabel* label) {
   label->setToolTip(toolTip());
+  if (!label->text().contains('&')) label->setBuddy(this);  // a buddy's & would be taken for a key
   label->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(label, &QLabel::customContextMenuRequested, this, [this] { RightClick(control_); });
 }

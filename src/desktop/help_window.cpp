@@ -85,6 +85,11 @@ bool HelpWindow::open(int topic) {
   return true;
 }
 
+void HelpWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) browser_->reload();
+}
+
 void HelpWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape)
     close();

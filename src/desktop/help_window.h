@@ -18,6 +18,7 @@ class HelpWindow : public QWidget {
   bool open(int topic);
 
  protected:
+  void changeEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:

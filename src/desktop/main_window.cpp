@@ -192,7 +192,6 @@ void MainWindow::addViewMenu() {
     QAction* action = themes->addAction(text, this, [this, theme = theme] {
       settings_.setValue("window/theme", ThemeWord(theme));
       ApplyTheme(theme);
-      refreshIcons();
     });
     action->setCheckable(true);
     action->setChecked(theme == chosen);
@@ -337,6 +336,11 @@ bool MainWindow::openHelp(int topic) {
 }
 
 // -- Events --
+
+void MainWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) refreshIcons();
+}
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->ignore();  // the program ends through its own question

@@ -48,6 +48,7 @@ class MainWindow : public QMainWindow {
   QSize sizeHint() const override { return {1280, 720}; }
 
  protected:
+  void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;

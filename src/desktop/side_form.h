@@ -5,9 +5,12 @@
 
 #include "desktop/form_page.h"
 
+class QToolButton;
+
 namespace zelvane {
 
-/// The named sections of a panel as one form that scrolls when the window is low.
+/// The named sections of a panel as one form that scrolls when the window is low; a button over its lower
+/// edge then tells that there is more, and goes there.
 class SideForm : public QScrollArea {  // zelvane::Panel: a QFrame has a Panel of its own
   Q_OBJECT
  public:
@@ -15,8 +18,14 @@ class SideForm : public QScrollArea {  // zelvane::Panel: a QFrame has a Panel o
 
   FormPage& form() { return *form_; }
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
+  void showMore();
+
   FormPage* form_;
+  QToolButton* more_;
 };
 
 }  // namespace zelvane

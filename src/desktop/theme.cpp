@@ -1,6 +1,7 @@
 #include "desktop/theme.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QPainter>
 #include <QProxyStyle>
 #include <QStyleOption>
@@ -26,15 +27,13 @@ const Colours& DarkColours() {
   return colours;
 }
 
-/// The palette that the desktop gave, before any of ours.
-const QPalette& SystemPalette() {
-  static const QPalette palette = QApplication::palette();
-  return palette;
-}
-
 bool& DarkNow() {
   static bool dark = false;
   return dark;
+}
+
+bool IsDarkGround(const QPalette& palette) {
+  return palette.color(QPalette::Window).lightness() < 128;
 }
 
 const Colours& Now() {
@@ -90,7 +89,7 @@ QPalette PaletteOf(const Colours& c) {
   return palette;
 }
 
-// %1 text, %2 muted, %3 base, %4 border, %5 accent, %6 refused, %7 alternate, %8 button
+// %1 text, %2 muted, %3 base, %4 border, %5 accent, %6 refused, %7 alternate, %8 button, %9 window
 constexpr char StyleSheet[] = R"(
 QToolTip { color: %1; background: %3; border: 1px solid %4; padding: 4px; }
 QLabel[role="section"] { color: %5; font-weight: 600; padding-top: 2px; }
@@ -118,6 +117,8 @@ QToolButton[role="chip"]:checked { background: %5; color: %3; border-color: %5; 
 QToolButton[role="task"] { border: none; border-radius: 6px; padding: 8px 4px; }
 QToolButton[role="task"]:hover { background: %7; }
 QToolButton[role="task"]:checked { background: %7; color: %5; font-weight: 600; }
+QToolButton[role="more"] { background: %9; border: none; border-top: 1px solid %4; padding: 4px; color: %5; }
+QToolButton[role="more"]:hover { background: %7; }
 QWidget#TaskBar { background: %3; border-right: 1px solid %4; }
 QToolBar { border: none; border-bottom: 1px solid %4; spacing: 2px; padding: 3px 6px; }
 QToolBar QToolButton { border: 1px solid transparent; border-radius: 4px; padding: 3px 8px; }
@@ -139,7 +140,7 @@ QProgressBar::chunk { background: %5; border-radius: 3px; }
 void ApplySheet(const Colours& c) {
   QString sheet = StyleSheet;
   for (const QColor& colour :
-       {c.text, c.muted, c.base, c.border, c.accent, c.refused, c.alternate, c.button}) {
+       {c.text, c.muted, c.base, c.border, c.accent, c.refused, c.alternate, c.button, c.window}) {
     sheet = sheet.arg(colour.name());
   }
   qApp->setStyleSheet(sheet);
@@ -168,6 +169,51 @@ constexpr std::array Drawings = {
     Drawing{"undo", R"(<path d="M8 4L4 8l4 4"/><path d="M4 8h9a6 6 0 0 1 0 12H8"/>)"},
     Drawing{"redo", R"(<path d="M16 4l4 4-4 4"/><path d="M20 8h-9a6 6 0 0 0 0 12h5"/>)"},
     Drawing{"", R"(<circle cx="12" cy="12" r="7"/>)"},
+};
+
+void Dress(bool dark) {
+  DarkNow() = dark;
+  QApplication::setPalette(PaletteOf(Now()));
+  ApplySheet(Now());
+}
+
+/// Keeps the chosen colours, and follows the system where that is the choice: its palette may change sides
+/// while the program runs.
+class ThemeWatch : public QObject {
+ public:
+  ThemeWatch() : QObject(qApp) { qApp->installEventFilter(this); }
+
+  void choose(Theme theme) {
+    theme_ = theme;
+    dressing_ = true;
+    Dress(theme == Theme::Dark || (theme == Theme::System && systemIsDark()));
+    dressing_ = false;
+  }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    const bool newPalette = event->type() == QEvent::ApplicationPaletteChange && watched == qApp;
+    // Our own palette hides the system's: only its change of theme is heard.
+    if (theme_ == Theme::System && !dressing_ && (newPalette || event->type() == QEvent::ThemeChange))
+      follow(newPalette);
+    return false;
+  }
+
+ private:
+  void follow(bool newPalette) {
+    dressing_ = true;
+    const bool dark = newPalette ? IsDarkGround(QApplication::palette()) : systemIsDark();
+    Dress(dark);
+    dressing_ = false;
+  }
+
+  /// The side that the system's palette is on; takes our own off.
+  static bool systemIsDark() {
+    QApplication::setPalette(QPalette());
+    return IsDarkGround(QApplication::palette());
+  }
+
+  Theme theme_ = Theme::System;
+  bool dressing_ = false;  // what changes is our own doing
 };
 
 QPixmap Drawn(const QString& name, const QColor& stroke, const QColor& accent) {
@@ -199,13 +245,12 @@ QString ThemeWord(Theme theme) {
 }
 
 void ApplyTheme(Theme theme) {
-  const bool systemIsDark = SystemPalette().color(QPalette::Window).lightness() < 128;
-  DarkNow() = theme == Theme::Dark || (theme == Theme::System && systemIsDark);
-  static bool dressed = false;
-  if (!dressed) QApplication::setStyle(new CalmStyle);  // the application owns it
-  dressed = true;
-  QApplication::setPalette(PaletteOf(Now()));
-  ApplySheet(Now());
+  static ThemeWatch* watch = nullptr;
+  if (watch == nullptr) {
+    QApplication::setStyle(new CalmStyle);  // the application owns it
+    watch = new ThemeWatch;
+  }
+  watch->choose(theme);
 }
 
 bool IsDark() {

@@ -527,6 +527,84 @@ TEST_F(WindowTest, AScriptPlaysAgainstTheWindowAndTellsWhatItCouldNotDo) {
   EXPECT_NE(popups[0].text.find("NoSuchControl"), std::string::npos);
 }
 
+/// What the window looks like.
+QImage Look(QWidget& widget) {
+  Settle();
+  return widget.grab().toImage();
+}
+
+TEST_F(WindowTest, ASystemThatTurnsDarkDressesTheWindowThatIsOpen) {
+  const auto show = [&](const char* task) {
+    clickTool(task);
+    graph()->setFocus();
+  };
+  ApplyTheme(Theme::System);
+  clickTool("Run");
+  ASSERT_FALSE(IsDark());
+  QPalette dark(QColor(20, 20, 24));
+  QApplication::setPalette(dark);
+  Settle();
+  EXPECT_TRUE(IsDark());
+  std::vector<QImage> turned;
+  for (const char* task : {"Table", "Grid", "Stimulus", "Model"}) {
+    show(task);
+    turned.push_back(Look(*window));
+  }
+  window.reset();
+  ApplyTheme(Theme::Dark);
+  window = std::make_unique<MainWindow>(frontEnd, settings);  // opened in the dark
+  window->setWindowState(Qt::WindowNoState);
+  ShowAt(*window, {1280, 720});
+  std::size_t i = 0;
+  for (const char* task : {"Table", "Grid", "Stimulus", "Model"}) {
+    show(task);
+    EXPECT_EQ(turned[i++], Look(*window)) << task;
+  }
+  ApplyTheme(Theme::Light);
+}
+
+TEST_F(WindowTest, ThePointerTellsWhereADragZooms) {
+  EXPECT_EQ(graph()->findChild<QWidget*>("xStrip")->cursor().shape(), Qt::SizeHorCursor);
+  EXPECT_EQ(graph()->findChild<QWidget*>("yStrip")->cursor().shape(), Qt::SizeVerCursor);
+  QCustomPlot& plot = graph()->plot();
+  const QRect area = plot.axisRect()->rect();
+  for (const QWidget* strip :
+       {graph()->findChild<QWidget*>("xStrip"), graph()->findChild<QWidget*>("yStrip")}) {
+    EXPECT_FALSE(strip->geometry().intersects(area.translated(plot.pos()))) << "beside the plot area";
+    EXPECT_EQ(graph()->childAt(strip->geometry().center()), strip);
+  }
+  QTest::mouseMove(&plot, area.center() + QPoint(9, 0));
+  EXPECT_EQ(plot.cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(WindowTest, LimitsInTheWrongOrderAreToldAndThePageStays) {
+  clickTool("Run");
+  const std::string before = ViewDigest();
+  window->findChild<QAction*>("FxnGraphProperties")->trigger();
+  Settle();
+  ShowNumber("GraphAutoX", 0.0);
+  ShowNumber("GraphAutoY", 0.0);
+  UpdateDimming();
+  frontEnd.refreshNow();
+  type("GraphLeftSample", "900");
+  type("GraphRightSample", "800");
+  clickControl("GraphPropertiesOk");
+  ASSERT_EQ(popups.size(), 1U);
+  EXPECT_EQ(popups[0].text, "The left limit must be below the right limit.");
+  type("GraphRightSample", "1000");
+  type("GraphYMin", "5");
+  type("GraphYMax", "5");
+  clickControl("GraphPropertiesOk");
+  ASSERT_EQ(popups.size(), 2U);
+  EXPECT_EQ(popups[1].text, "The lower limit must be below the upper limit.");
+  EXPECT_EQ(ViewDigest(), before);
+  ASSERT_TRUE(PanelVisible("GraphPropertiesPanel"));
+  type("GraphYMax", "7");
+  clickControl("GraphPropertiesOk");
+  EXPECT_FALSE(PanelVisible("GraphPropertiesPanel"));
+  EXPECT_EQ(ViewRange(GraphNamed("MainPanel"), 'y').max, 7.0);
+}
+
 TEST_F(WindowTest, PicturesOfEveryVisiblePanelAreSaved) {
   Press(*FindCommand("FxnConductance"));
   ASSERT_TRUE(GrabPanels(*window, QString::fromStdString(folder.File("pictures"))));
