@@ -246,6 +246,24 @@ TEST_F(AbfHeaderLies, SweepsComeFromTheirLengthWhenThereIsNoSynchArray) {
   EXPECT_EQ(opened.longest, 200);
 }
 
+TEST_F(AbfHeaderLies, TheNumberOfSamplesIsThatOfTheSweepsInTheFile) {
+  for (const std::int32_t samples : {0, 1, 700, 1'000'000}) {
+    Put(10, samples);
+    FirstSample();
+    EXPECT_EQ(opened.header.acquisitionLength, 1000) << samples;
+    EXPECT_EQ(opened.sweeps, 2) << samples;
+  }
+  // Without a synch array a shorter number is believed, and otherwise what stands before the end.
+  Put(92, std::int64_t{0});
+  bytes.resize(8192 + 2000);
+  for (const auto& [samples, held] :
+       std::map<std::int32_t, int>{{700, 700}, {0, 1000}, {-5, 1000}, {5000, 1000}}) {
+    Put(10, samples);
+    FirstSample();
+    EXPECT_EQ(opened.header.acquisitionLength, held) << samples;
+  }
+}
+
 TEST_F(AbfHeaderLies, DatesOfAllFormsAreOneOrNone) {
   const std::map<std::int32_t, int> dates = {
       {20190619, 20190619}, {130618, 20130618}, {980131, 19980131}, {0, 0}, {-1, 0}, {20191399, 0}};

@@ -76,15 +76,14 @@ void ReadDataSection(Bytes bytes, const ByteSource& source, const AbfHeader& hea
   const std::array<std::int64_t, 3> sections{NumberAt<std::int32_t>(bytes, 44),
                                              NumberAt<std::int32_t>(bytes, 52),
                                              NumberAt<std::int32_t>(bytes, 92)};
-  layout.samples =
-      HeldSamples(source, header, layout.dataPosition, NumberAt<std::int32_t>(bytes, 10), sections);
   PlanSweeps(source, header,
-             {.episodes = NumberAt<std::int32_t>(bytes, 16),
+             {.samples = NumberAt<std::int32_t>(bytes, 10),
+              .episodes = NumberAt<std::int32_t>(bytes, 16),
               .samplesPerEpisode = NumberAt<std::int32_t>(bytes, 138),
               .synch = {.block = NumberAt<std::int32_t>(bytes, 92),
                         .itemBytes = 8,
                         .items = NumberAt<std::int32_t>(bytes, 96)}},
-             layout);
+             sections, layout);
 }
 
 }  // namespace

@@ -126,17 +126,25 @@ std::string ReadInputs(const ByteSource& source, const Section& section, const S
   return {};
 }
 
-std::string ReadDataSection(Bytes fileHeader, const ByteSource& source, const AbfHeader& header,
-                            AbfLayout& layout) {
+std::string ReadDataSection(Bytes fileHeader, const ByteSource& source, std::int64_t samplesPerEpisode,
+                            const AbfHeader& header, AbfLayout& layout) {
   const Section data = SectionAt(fileHeader, DataSection);
   if (data.block == 0 || data.items < 1) return "The file has no data section.";
   if (data.itemBytes != AbfSampleBytes(header))
     return "The length of a sample does not fit the format of the data.";
   std::array<std::int64_t, SectionCount> sections{};
-  for (std::size_t place = 0; place < SectionCount; ++place)
-    sections[place] = SectionAt(fileHeader, FirstSection + place * SectionEntryBytes).block;
+  for (std::size_t place = 0; place < SectionCount; ++place) {
+    const Section section = SectionAt(fileHeader, FirstSection + place * SectionEntryBytes);
+    sections[place] = section.items > 0 ? section.block : 0;  // an empty one may point anywhere
+  }
+  const Section synch = SectionAt(fileHeader, SynchSection);
   layout.dataPosition = data.block * AbfBlockBytes;
-  layout.samples = HeldSamples(source, header, layout.dataPosition, data.items, sections);
+  PlanSweeps(source, header,
+             {.samples = data.items,
+              .episodes = NumberAt<std::uint32_t>(fileHeader, 12),
+              .samplesPerEpisode = samplesPerEpisode,
+              .synch = {.block = synch.block, .itemBytes = synch.itemBytes, .items = synch.items}},
+             sections, layout);
   return {};
 }
 
@@ -162,14 +170,7 @@ std::string ReadAbf2Header(const ByteSource& source, AbfHeader& header, AbfLayou
   header.creator = strings.At(NumberAt<std::int32_t>(bytes, 60));
   if (std::string why = ReadInputs(source, SectionAt(bytes, AdcSection), strings, header); !why.empty())
     return why;
-  if (std::string why = ReadDataSection(bytes, source, header, layout); !why.empty()) return why;
-  const Section synch = SectionAt(bytes, SynchSection);
-  PlanSweeps(source, header,
-             {.episodes = NumberAt<std::uint32_t>(bytes, 12),
-              .samplesPerEpisode = NumberAt<std::int32_t>(protocol, 22),
-              .synch = {.block = synch.block, .itemBytes = synch.itemBytes, .items = synch.items}},
-             layout);
-  return {};
+  return ReadDataSection(bytes, source, NumberAt<std::int32_t>(protocol, 22), header, layout);
 }
 
 }  // namespace zelvane

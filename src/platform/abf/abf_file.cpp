@@ -55,51 +55,56 @@ int PlaceOf(const AbfHeader& header, int channel) {
   return found == end ? -1 : static_cast<int>(found - header.samplingSequence.begin());
 }
 
+/// What stands in a file as little-endian, as this machine has it.
+template <class Sample>
+void FromLittleEndian(std::span<Sample> samples) {
+  if constexpr (std::endian::native == std::endian::little) return;
+  for (Sample& sample : samples) sample = LittleEndian<Sample>(reinterpret_cast<const std::byte*>(&sample));
+}
+
 /// Every `stride`-th sample of a block, in user units. The case of one channel stands apart so that its loop
 /// runs over neighbours.
-template <class Sample>
-void ScaleBlock(const std::byte* block, std::size_t stride, float scale, float offset, std::span<float> out) {
+void TakeChannel(std::span<const std::int16_t> block, std::size_t stride, float scale, float offset,
+                 std::span<float> out) {
   if (stride == 1) {
-    for (std::size_t k = 0; k < out.size(); ++k)
-      out[k] = static_cast<float>(LittleEndian<Sample>(block + k * sizeof(Sample))) * scale + offset;
+    for (std::size_t k = 0; k < out.size(); ++k) out[k] = static_cast<float>(block[k]) * scale + offset;
     return;
   }
   for (std::size_t k = 0; k < out.size(); ++k)
-    out[k] = static_cast<float>(LittleEndian<Sample>(block + k * stride * sizeof(Sample))) * scale + offset;
+    out[k] = static_cast<float>(block[k * stride]) * scale + offset;
 }
 
-template <class Sample>
-void CopyBlock(const std::byte* block, std::size_t stride, std::span<float> out) {
-  for (std::size_t k = 0; k < out.size(); ++k)
-    out[k] = LittleEndian<Sample>(block + k * stride * sizeof(Sample));
+void TakeChannel(std::span<const float> block, std::size_t stride, float, float, std::span<float> out) {
+  for (std::size_t k = 0; k < out.size(); ++k) out[k] = block[k * stride];
+}
+
+/// Reads floats that stand side by side straight to their place.
+std::size_t ReadFloats(const ByteSource& source, std::int64_t position, std::span<float> buffer) {
+  const std::size_t read = source.Read(position, std::as_writable_bytes(buffer)) / sizeof(float);
+  FromLittleEndian(buffer.first(read));
+  return read;
 }
 
 /// Reads samples of one channel that stand `stride` samples apart, the first at byte `position`, in large
 /// blocks.
+template <class Sample>
 std::size_t ReadInterleaved(const AbfFile& file, std::int64_t position, std::size_t stride, int channel,
                             std::span<float> buffer) {
-  const bool floats = file.header.dataFormat == AbfFloats;
-  const auto sampleBytes = static_cast<std::size_t>(AbfSampleBytes(file.header));
-  const std::size_t frameBytes = stride * sampleBytes;
-  const std::size_t framesPerBlock = BlockBytes / frameBytes;
+  const std::size_t framesPerBlock = BlockBytes / (stride * sizeof(Sample));
   const auto at = static_cast<std::size_t>(channel);
-  std::vector<std::byte> block(std::min(framesPerBlock, buffer.size()) * frameBytes);
+  std::vector<Sample> block(std::min(framesPerBlock, buffer.size()) * stride);
   std::size_t done = 0;
   while (done < buffer.size()) {
     const std::size_t frames = std::min(framesPerBlock, buffer.size() - done);
     // Of the last frame only the channel's own sample is needed, and it may be all that the file has.
-    const std::size_t wanted = (frames - 1) * frameBytes + sampleBytes;
-    const std::size_t got = file.source->Read(position, std::span(block).first(wanted));
-    const std::size_t whole = got < sampleBytes ? 0 : (got - sampleBytes) / frameBytes + 1;
-    const std::span<float> out = buffer.subspan(done, whole);
-    if (floats) {
-      CopyBlock<float>(block.data(), stride, out);
-    } else {
-      ScaleBlock<std::int16_t>(block.data(), stride, file.header.scale[at], file.header.offset[at], out);
-    }
+    const auto wanted = std::span(block).first((frames - 1) * stride + 1);
+    const std::size_t got = file.source->Read(position, std::as_writable_bytes(wanted)) / sizeof(Sample);
+    const std::size_t whole = (got + stride - 1) / stride;
+    FromLittleEndian(wanted.first(got));
+    TakeChannel(wanted, stride, file.header.scale[at], file.header.offset[at], buffer.subspan(done, whole));
     done += whole;
     if (whole < frames) break;  // the file has become shorter since it was opened
-    position += static_cast<std::int64_t>(frames * frameBytes);
+    position += static_cast<std::int64_t>(frames * stride * sizeof(Sample));
   }
   return done;
 }
@@ -178,8 +183,12 @@ int ReadSweep(const AbfFile& file, int channel, int sweep, int first, std::span<
   const std::int64_t channels = file.header.channels;
   const std::int64_t sample = SweepAt(file.layout, sweep).first + first * channels + place;
   const std::int64_t position = file.layout.dataPosition + sample * AbfSampleBytes(file.header);
-  return static_cast<int>(
-      ReadInterleaved(file, position, static_cast<std::size_t>(channels), channel, buffer.first(count)));
+  const auto stride = static_cast<std::size_t>(channels);
+  const std::span<float> part = buffer.first(count);
+  if (file.header.dataFormat == AbfIntegers)
+    return static_cast<int>(ReadInterleaved<std::int16_t>(file, position, stride, channel, part));
+  return static_cast<int>(stride == 1 ? ReadFloats(*file.source, position, part)
+                                      : ReadInterleaved<float>(file, position, stride, channel, part));
 }
 
 bool GetADCScaleFactor(const AbfHeader& header, int channel, float& scale, float& offset) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace zelvane {
 namespace {
@@ -67,26 +68,30 @@ std::int64_t EqualSweepLength(const AbfHeader& header, const AbfSweepClaims& cla
   return divides ? samples / claims.episodes : samples;
 }
 
-}  // namespace
-
-std::int64_t HeldSamples(const ByteSource& source, const AbfHeader& header, std::int64_t dataPosition,
-                         std::int64_t claimed, std::span<const std::int64_t> sections) {
-  const std::int64_t sampleBytes = AbfSampleBytes(header);
+/// The number of samples that have room up to the first of the `sections`, or to the end of the file.
+std::int64_t SampleRoom(const ByteSource& source, const AbfHeader& header, std::int64_t dataPosition,
+                        std::span<const std::int64_t> sections = {}) {
   std::int64_t end = source.Size();
-  if (claimed > 0 && claimed <= (end - dataPosition) / sampleBytes) return claimed;
   for (const std::int64_t block : sections) {
     const bool behind = block > dataPosition / AbfBlockBytes && block < end / AbfBlockBytes;
     if (behind) end = block * AbfBlockBytes;
   }
-  return std::max<std::int64_t>(0, end - dataPosition) / sampleBytes;
+  return std::max<std::int64_t>(0, end - dataPosition) / AbfSampleBytes(header);
 }
 
+}  // namespace
+
 void PlanSweeps(const ByteSource& source, const AbfHeader& header, const AbfSweepClaims& claims,
-                AbfLayout& layout) {
+                std::span<const std::int64_t> sections, AbfLayout& layout) {
+  const std::int64_t upToSection = SampleRoom(source, header, layout.dataPosition, sections);
+  const bool held = claims.samples > 0 && claims.samples <= SampleRoom(source, header, layout.dataPosition);
+  layout.samples = held ? claims.samples : upToSection;
   layout.equalLength = layout.samples;
   if (header.operationMode == AbfGapFree) return;
-  layout.sweeps =
-      SweepsOfLengths(SynchLengths(source, claims.synch, layout.samples), header.channels, layout.samples);
+  const std::int64_t room = std::max(layout.samples, upToSection);
+  const std::vector<std::int32_t> lengths = SynchLengths(source, claims.synch, room);
+  const std::int64_t sum = std::accumulate(lengths.begin(), lengths.end(), std::int64_t{0});
+  layout.sweeps = SweepsOfLengths(lengths, header.channels, sum <= room ? room : layout.samples);
   if (!layout.sweeps.empty()) {
     layout.samples = layout.sweeps.back().first + layout.sweeps.back().length;
     return;

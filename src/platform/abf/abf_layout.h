@@ -39,8 +39,9 @@ struct AbfSynchArray {
   std::int64_t items = 0;
 };
 
-/// What a header says about its sweeps. Nothing of it is believed unseen.
+/// What a header says about its samples and sweeps. Nothing of it is believed unseen.
 struct AbfSweepClaims {
+  std::int64_t samples = 0;  // of all channels and sweeps
   std::int64_t episodes = 0;
   std::int64_t samplesPerEpisode = 0;  // of all channels
   AbfSynchArray synch{};
@@ -61,16 +62,15 @@ inline int AbfSampleBytes(const AbfHeader& header) {
   return header.dataFormat == AbfFloats ? 4 : 2;
 }
 
-/// The number of samples from byte `dataPosition` on: `claimed`, where the file holds as many. Else the
-/// header lies, as that of a recording that was broken off, and they end at the first of the `sections`
-/// (blocks) behind them or at the end of the file.
-std::int64_t HeldSamples(const ByteSource& source, const AbfHeader& header, std::int64_t dataPosition,
-                         std::int64_t claimed, std::span<const std::int64_t> sections);
-
-/// Divides `layout.samples` into sweeps: one in gap-free files, else by the synch array, else sweeps of
-/// equal length. A synch array that does not lie inside the file or has negative lengths is passed over.
+/// Finds the number of samples at `layout.dataPosition` and their sweeps: one in gap-free files, else by the
+/// synch array, else sweeps of equal length.
+///
+/// A claimed number of samples holds where the file is long enough, also in a longer file. Else the header
+/// lies, as that of a recording that was broken off, and the samples end at the first of the other `sections`
+/// (blocks) behind them or at the end of the file. A synch array that fits before that point is believed
+/// before a smaller number. One that does not lie inside the file or has negative lengths is passed over.
 void PlanSweeps(const ByteSource& source, const AbfHeader& header, const AbfSweepClaims& claims,
-                AbfLayout& layout);
+                std::span<const std::int64_t> sections, AbfLayout& layout);
 
 /// Sets gain, scale and offset of one input; range and resolution have to stand in `header` already.
 /// A product of gains of 0, or one that is no number, counts as 1; an offset that is none as 0. Every count
