@@ -57,7 +57,13 @@ struct TraceStore {
   float ParseDuration = 1.0F;      // ms
   int ParseMaxPoints = 0;          // 1 = always try to read MaxParseCount points
   int ParseResult = 0;             // 0 pending, 1 accepted, 2 cancelled
-  float ScaleFactor = 1.0F;        // of a single-column text whose interval was typed
+  int ParseLength = 0;             // samples of the channel in the file
+
+  // -- Answers about a text, which a re-read takes again --
+  int RecordedSignal = 1;        // of an ATF with several
+  int IntervalLine = 0;          // single column: 1 = its first line is the interval
+  float TypedInterval = 0.0F;    // single column: ms, where the user typed it
+  float ScaleFactor = 1.0F;      // of a single-column text whose interval was typed
 
   // -- Changes of the waveform --
   float AddConstant = 0.0F;

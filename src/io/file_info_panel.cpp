@@ -1,0 +1,45 @@
+// FileInfoPanel: what is known of the file read last.
+#include "io/trace_panels.h"
+#include "io/trace_store.h"
+#include "screen/screen.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char PanelName[] = "FileInfoPanel";
+constexpr char BoxName[] = "FileInfoText";
+
+void FnxCloseFileInfo(const ControlEvent& /*event*/) {
+  HidePanel(PanelName);
+}
+
+// clang-format off
+constexpr ControlDecl InfoControls[] = {
+    {"CloseFileInfo", ControlKind::Button, "Close", "", "", "FnxCloseFileInfo", FnxCloseFileInfo,
+     "Close File Information Panel"},
+};
+// clang-format on
+
+}  // namespace
+
+void AddFileInfoPanel() {
+  AddPanel({.name = PanelName,
+            .title = "File information",
+            .help = "Mode, length, interval, gains and units of the recording read last."});
+  AddControls(PanelName, "info", InfoControls);
+  AddTextBox(PanelName, BoxName);
+}
+
+void FxnFileInfo() {
+  ShowFileInfo();
+  ShowPanel(PanelName);
+}
+
+void ShowFileInfo() {
+  if (FindTextBox(BoxName) == nullptr) return;
+  TextBox& box = TextBoxNamed(BoxName);
+  ClearLines(box);
+  for (const std::string& line : Trace.FileInfo) InsertLine(box, line);
+}
+
+}  // namespace zelvane

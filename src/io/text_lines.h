@@ -1,0 +1,42 @@
+// Lines of a text file, taken off it one at a time, so that only one block of it is in memory.
+#pragma once
+
+#include <cstddef>
+#include <istream>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zelvane {
+
+/// Lines of a text in plain bytes, UTF-8 or, by its mark, UTF-16; marks are taken off and lines come as
+/// UTF-8. Lines end in "\n" or "\r\n" or, where the first block holds no "\n", in "\r". The last one need not
+/// end. NUL bytes are bytes like any other. Memory grows with the longest line only.
+class TextLines {
+ public:
+  explicit TextLines(std::istream& in);
+
+  /// The next line without its end; it lasts until the next call. Nothing at the end of the text.
+  std::optional<std::string_view> Next();
+
+  /// Lines given so far: the number of the one given last, from 1.
+  std::size_t Number() const { return number_; }
+
+ private:
+  enum class Encoding { Bytes, Utf16Little, Utf16Big };
+
+  void Begin();
+  bool Refill();
+  void AppendUtf16(std::string_view raw);
+
+  std::istream& in_;
+  Encoding encoding_ = Encoding::Bytes;
+  std::string buffer_;     // the bytes [at_, filled_) are still to be given
+  std::size_t at_ = 0;
+  std::size_t filled_ = 0;
+  std::string raw_;        // a block as the file has it, where it is not UTF-8
+  char lineEnd_ = '\n';
+  std::size_t number_ = 0;
+};
+
+}  // namespace zelvane

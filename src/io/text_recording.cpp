@@ -1,0 +1,268 @@
+#include "io/text_recording.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include "io/line_scanner.h"
+
+namespace zelvane {
+namespace {
+
+constexpr std::string_view AtfMark = "ATF";
+constexpr std::string_view SignalsMark = "\"SignalsExported=";
+
+constexpr char NoText[] = "the file is empty.";
+constexpr char NoCounts[] = "line 2 does not tell how many header lines and columns follow.";
+constexpr char TooFewColumns[] = "there are more signals than columns of data.";
+
+constexpr double StepTolerance = 1e-7;  // ms
+constexpr std::size_t TimesTested = 3;
+
+// -- Words of a line --
+
+/// Blanks, control bytes and NUL part words.
+bool IsBlank(char c) {
+  return static_cast<unsigned char>(c) <= ' ';
+}
+
+std::size_t CountWords(std::string_view line) {
+  std::size_t words = line.empty() || IsBlank(line.front()) ? 0 : 1;
+  for (std::size_t i = 1; i < line.size(); ++i) {
+    words += static_cast<std::size_t>(IsBlank(line[i - 1])) & static_cast<std::size_t>(!IsBlank(line[i]));
+  }
+  return words;
+}
+
+/// Takes the next word off `rest`; empty at its end.
+std::string_view NextWord(std::string_view& rest) {
+  std::size_t begin = 0;
+  while (begin < rest.size() && IsBlank(rest[begin])) ++begin;
+  std::size_t end = begin;
+  while (end < rest.size() && !IsBlank(rest[end])) ++end;
+  const std::string_view word = rest.substr(begin, end - begin);
+  rest.remove_prefix(end);
+  return word;
+}
+
+/// Word `index` of a line, from 0.
+std::string_view WordAt(std::string_view line, std::size_t index) {
+  for (std::size_t k = 0; k < index; ++k) NextWord(line);
+  return NextWord(line);
+}
+
+// -- Numbers --
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+/// A word with its comma changed into a full stop, if that makes a number of it.
+std::optional<std::string> WithFullStop(std::string_view word) {
+  const std::size_t comma = word.find(',');
+  const bool decimal = word.find('.') == std::string_view::npos && word.rfind(',') == comma && comma > 0 &&
+                       comma + 1 < word.size() && IsDigit(word[comma - 1]) && IsDigit(word[comma + 1]);
+  if (!decimal) return std::nullopt;
+  std::string changed(word);
+  changed[comma] = '.';
+  return changed;
+}
+
+/// What %g makes of a number that is not finite or too large: the word names which.
+template <typename Real>
+Real BeyondFinite(std::string_view word) {
+  const bool minus = word.front() == '-';
+  const std::size_t sign = minus || word.front() == '+' ? 1 : 0;
+  const bool nan = sign < word.size() && (word[sign] == 'n' || word[sign] == 'N');
+  const Real size = nan ? std::numeric_limits<Real>::quiet_NaN() : std::numeric_limits<Real>::infinity();
+  return minus ? -size : size;
+}
+
+/// Every form that %g takes, with what may follow it in its word, and a comma as decimal mark.
+template <typename Real>
+std::optional<Real> UnusualValue(std::string_view word) {
+  std::optional<std::string> changed;
+  if (word.find(',') != std::string_view::npos) {
+    changed = WithFullStop(word);
+    if (!changed) return std::nullopt;
+    word = *changed;
+  }
+  std::string_view rest = word;
+  Real value = 0;
+  switch (ScanNumber(rest, value)) {
+    case Scan::Taken:
+      return value;
+    case Scan::Refused:
+      return BeyondFinite<Real>(word);
+    case Scan::Missing:
+      break;
+  }
+  return std::nullopt;
+}
+
+template <typename Real>
+std::optional<Real> ValueOf(std::string_view word) {
+  Real value = 0;
+  const char* end = word.data() + word.size();
+  const auto [stop, error] = std::from_chars(word.data(), end, value);
+  if (error == std::errc{} && stop == end && !word.empty()) return value;
+  return word.empty() ? std::nullopt : UnusualValue<Real>(word);
+}
+
+/// The list behind the mark up to its closing quote, and the names that it holds.
+void TakeSignals(std::string_view line, TextShape& shape) {
+  line.remove_prefix(SignalsMark.size());
+  shape.signalList = line.substr(0, line.find('"'));
+  shape.signals = 1 + static_cast<int>(std::count(shape.signalList.begin(), shape.signalList.end(), ','));
+}
+
+/// The column of the wanted signal and episode; column 0 is the time.
+std::size_t WantedColumn(const TextShape& shape, const TextRequest& request) {
+  if (shape.columns == 2) return 1;
+  const int place = (request.signal - 1) % shape.signals;
+  const int signal = place < 0 ? place + shape.signals : place;
+  const int episode = std::clamp(request.episode, 1, shape.episodes);
+  return 1 + static_cast<std::size_t>(episode - 1) * static_cast<std::size_t>(shape.signals) +
+         static_cast<std::size_t>(signal);
+}
+
+/// The interval and its test, from the first times of an ATF, s. Only a step that is too long fails.
+void TakeInterval(const std::array<double, TimesTested>& times, std::size_t count, TextSamples& read) {
+  if (count < 2) return;
+  const double interval = std::clamp((times[1] - times[0]) * 1000.0, MinTextInterval, MaxAtfInterval);
+  if (count == TimesTested) {
+    read.unequalSteps = !(1000.0 * (times[2] - times[1]) - interval <= StepTolerance);  // NaN fails too
+  }
+  if (!std::isnan(interval)) read.intervalMs = interval;
+}
+
+}  // namespace
+
+TextRecording::TextRecording(std::istream& in) : lines_(in) {
+  const auto line = lines_.Next();
+  if (!line) {
+    refusal_ = NoText;
+    return;
+  }
+  first_ = *line;
+  shape_.atf = first_.starts_with(AtfMark);
+  if (shape_.atf) ReadAtfHeader();
+}
+
+void TextRecording::ReadAtfHeader() {
+  std::string_view counts = lines_.Next().value_or(std::string_view{});
+  int headerLines = 0;
+  int columns = 0;
+  const bool told = ScanNumber(counts, headerLines) == Scan::Taken &&
+                    ScanNumber(counts, columns) == Scan::Taken && headerLines >= 0 && columns >= 1;
+  if (!told) {
+    refusal_ = NoCounts;
+    return;
+  }
+  shape_.columns = columns;
+  for (int k = 0; k < headerLines; ++k) {
+    const auto line = lines_.Next();
+    if (!line) break;
+    if (line->starts_with(SignalsMark)) TakeSignals(*line, shape_);
+  }
+  lines_.Next();  // titles of the columns
+  if (columns > 2) shape_.episodes = (columns - 1) / shape_.signals;
+  if (shape_.episodes < 1) refusal_ = TooFewColumns;
+}
+
+TextSamples TextRecording::Read(const TextRequest& request) {
+  TextSamples read;
+  if (shape_.columns == 1) {
+    ReadColumn(request, read);
+  } else {
+    ReadTable(request, read);
+  }
+  return read;
+}
+
+/// The next line of one number; without an ATF's header the first line of the file is one.
+std::optional<std::string_view> TextRecording::FirstOrNext() {
+  if (shape_.atf || firstGiven_) return lines_.Next();
+  firstGiven_ = true;
+  return first_;
+}
+
+void TextRecording::ReadColumn(const TextRequest& request, TextSamples& read) {
+  if (request.intervalLine) {
+    std::string_view line = FirstOrNext().value_or(std::string_view{});
+    const auto interval = ValueOf<double>(NextWord(line));
+    if (!interval || std::isnan(*interval)) {
+      read.badLine = lines_.Number();
+      return;
+    }
+    read.intervalMs = std::clamp(*interval, MinTextInterval, MaxColumnInterval);
+  }
+  while (read.samples.size() < request.most) {
+    const auto line = FirstOrNext();
+    if (!line) return;
+    std::string_view rest = *line;
+    const std::string_view word = NextWord(rest);
+    if (word.empty()) continue;
+    const auto value = ValueOf<float>(word);
+    if (!value) {
+      read.badLine = lines_.Number();
+      return;
+    }
+    read.samples.push_back(*value * request.scale);
+  }
+}
+
+void TextRecording::ReadTable(const TextRequest& request, TextSamples& read) {
+  const std::size_t column = WantedColumn(shape_, request);
+  std::array<double, TimesTested> times{};
+  while (read.samples.size() < request.most && !read.unequalSteps) {
+    const auto row = NextRow(read);
+    if (!row) return;
+    const std::size_t k = read.samples.size();
+    const auto value = ValueOf<float>(WordAt(*row, column));
+    const auto time = k < TimesTested ? ValueOf<double>(WordAt(*row, 0)) : 0.0;
+    if (!value || !time) {
+      read.badLine = lines_.Number();
+      return;
+    }
+    read.samples.push_back(*value * request.scale);
+    if (k >= TimesTested) continue;
+    times[k] = *time;
+    TakeInterval(times, k + 1, read);
+  }
+}
+
+std::optional<std::string_view> TextRecording::NextRow(TextSamples& read) {
+  for (;;) {
+    const auto line = lines_.Next();
+    if (!line) return std::nullopt;
+    const std::size_t words = CountWords(*line);
+    if (words >= static_cast<std::size_t>(shape_.columns)) return line;
+    if (words > 0) return JoinRow(*line, words, read);
+  }
+}
+
+/// A row that goes on in the lines that follow. When these do not end where the row must, its first line is
+/// bad; a row that the end of the text cuts off is left out.
+std::optional<std::string_view> TextRecording::JoinRow(std::string_view begin, std::size_t words,
+                                                       TextSamples& read) {
+  const std::size_t number = lines_.Number();
+  const auto columns = static_cast<std::size_t>(shape_.columns);
+  row_ = begin;
+  while (words < columns) {
+    const auto line = lines_.Next();
+    if (!line) return std::nullopt;
+    words += CountWords(*line);
+    if (words > columns) {
+      read.badLine = number;
+      return std::nullopt;
+    }
+    row_ += ' ';
+    row_ += *line;
+  }
+  return row_;
+}
+
+}  // namespace zelvane

@@ -1,0 +1,158 @@
+// Commands that read a recording, erase it or step through its episodes, and what MainPanel shows of it.
+#include <string_view>
+
+#include "io/internal/trace_dialogs.h"
+#include "io/internal/trace_readers.h"
+#include "io/trace_panels.h"
+#include "io/trace_read.h"
+#include "io/trace_store.h"
+#include "screen/screen.h"
+#include "sim/run_panel.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char MainPanelName[] = "MainPanel";
+constexpr char RecordingGroup[] = "recording";
+
+bool OnScreen() {
+  return FindControl("EpisodeIndex") != nullptr;
+}
+
+void ShowAll() {
+  Graph& graph = GraphNamed(MainPanelName);
+  SetAxisAuto(graph, 'x');
+  SetAxisAuto(graph, 'y');
+}
+
+// -- Commands --
+
+void ReadFile() {
+  Trace.ParseRequested = 0;
+  if (ReadChosenFile()) ShowWholeTrace();
+}
+
+void ReadBinaryData() {
+  Trace.ParseRequested = 0;
+  TraceRead(true);
+}
+
+void ReadParseBinaryData() {
+  Trace.ParseRequested = 1;
+  TraceRead(true);
+}
+
+void LastSection() {
+  StepEpisode(-1);
+}
+
+void NextSection() {
+  StepEpisode(1);
+}
+
+void FxnRead(const ControlEvent& /*event*/) {
+  ReadFile();
+}
+
+void FxnLastSection(const ControlEvent& /*event*/) {
+  LastSection();
+}
+
+void FxnNextSection(const ControlEvent& /*event*/) {
+  NextSection();
+}
+
+/// The field holds the typed episode already; a recording that cannot be read again keeps the one on display.
+void FxnSectionRead(const ControlEvent& event) {
+  const int typed = Trace.EpisodeIndex;
+  Trace.EpisodeIndex = static_cast<int>(event.previous);
+  GoToEpisode(typed);
+  ShowRecording();
+}
+
+void FxnEraseData() {
+  EraseTrace();
+}
+
+constexpr auto Button = ControlKind::Button;
+constexpr auto Number = ControlKind::Number;
+constexpr auto Readout = ControlKind::Readout;
+
+// clang-format off
+constexpr ControlDecl RecordingControls[] = {
+    // name          kind     label          unit format command          action
+    {"ReadFile",     Button,  "Read...",     "",  "",   "FxnRead",        FxnRead,
+     "Read Binary or Ascii file."},
+    {"EpisodeIndex", Number,  "Episode",     "",  "%d", "FxnSectionRead", FxnSectionRead,
+     "Number of the episode on display. Enter another to read it."},
+    {"EpisodeCount", Readout, "Episodes",    "",  "%d", "",               nullptr,
+     "Number of episodes in the recording."},
+    {"LastSection",  Button,  "Last episode", "", "",   "FxnLastSection", FxnLastSection,
+     "Read the episode before this one; the first is followed by the last."},
+    {"NextSection",  Button,  "Next episode", "", "",   "FxnNextSection", FxnNextSection,
+     "Read the episode after this one; the last is followed by the first."},
+};
+
+constexpr MenuDecl RecordingMenu[] = {
+    {"File/Open Recording...",          "FxnRead",             ReadFile,            "Ctrl+Shift+O"},
+    {"File/Open Part of Recording...",  "ReadParseBinaryData", ReadParseBinaryData},
+    {"File/Open Text Recording...",     "ReadAsciiData",       ReadAsciiData},
+    {"File/Read Recording into View...", "ReadBinaryData",     ReadBinaryData},
+    {"Recording/Last Episode",          "FxnLastSection",      LastSection,         "PgDown"},
+    {"Recording/Next Episode",          "FxnNextSection",      NextSection,         "PgUp"},
+    {"Recording/File Information...",   "FxnFileInfo",         FxnFileInfo},
+    {"Recording/Erase Data",            "EraseData",           FxnEraseData},
+};
+// clang-format on
+
+// -- Keys --
+
+void (*KeyBelow)(std::string_view) = nullptr;  // what the panel came with
+
+void StepByKey(std::string_view key) {
+  if (key == "PageDown") {
+    LastSection();
+  } else if (key == "PageUp") {
+    NextSection();
+  } else if (KeyBelow != nullptr) {
+    KeyBelow(key);
+  }
+}
+
+}  // namespace
+
+void AddRecordingControls() {
+  AddControls(MainPanelName, RecordingGroup, RecordingControls);
+  Panel& panel = PanelNamed(MainPanelName);
+  KeyBelow = panel.key;
+  panel.key = StepByKey;
+}
+
+void AddRecordingMenu() {
+  AddMenu(RecordingMenu);
+}
+
+void ShowRecording() {
+  if (!OnScreen()) return;
+  WriteControls(MainPanelName, RecordingGroup);
+  WriteRunParameters();
+  ShowTraceUnits();
+  ShowText("DataName", Trace.TraceFileName);
+  ShowFileInfo();
+}
+
+void ShowTrace() {
+  ShowRecording();
+  PlotTrace(true);
+}
+
+void ShowWholeTrace() {
+  if (OnScreen()) ShowAll();
+}
+
+void ShowNoTrace() {
+  ShowRecording();
+  RemoveTracePlots();
+}
+
+}  // namespace zelvane

@@ -1,0 +1,231 @@
+#include "io/trace_read.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string_view>
+
+#include "io/internal/trace_dialogs.h"
+#include "io/internal/trace_readers.h"
+#include "io/trace_hooks.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "rscm/rscm_store.h"
+#include "screen/popups.h"
+#include "sim/result_store.h"
+#include "sim/run.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char AutosaveOn[] = "Turn off autosave before reading or writing other datafiles.";
+constexpr char ReadTitle[] = "Read ASCII, ABF, ATF, or OBF Data File";
+constexpr char ReadDefault[] = "*.abf";
+constexpr char ReadFilter[] = "*.dat;*.atf;*.asc;*.abf;*.ave";
+constexpr char AsciiTitle[] = "Read ASCII Data File";
+constexpr char AsciiDefault[] = "*.asc;*.ATF;*.ave;*.nrm";
+constexpr char AsciiFilter[] = "*.asc";
+constexpr char ImportTitle[] = "Import File";
+constexpr char ImportQuestion[] = "Import ATF or Ascii File of Floating Point Numbers in pA or pS ?";
+constexpr char ResampledWarning[] =
+    "The time interval has been changed since last simulation; do NOT refresh data.";
+
+enum class FileKind { Unreadable, Binary, Text };
+
+/// Tells by the first three bytes which reader takes a file.
+FileKind KindOf(const std::string& path) {
+  if (!IsRegularFile(path)) return FileKind::Unreadable;
+  std::ifstream file(path, std::ios::binary);
+  if (!file) return FileKind::Unreadable;
+  std::array<char, 3> mark{};
+  file.read(mark.data(), mark.size());
+  const std::string_view begin(mark.data(), static_cast<std::size_t>(file.gcount()));
+  return begin == "OBF" || begin == "ABF" ? FileKind::Binary : FileKind::Text;
+}
+
+/// Makes 0 of what the former trace left behind the first `samples`.
+void EndTraceAt(std::size_t samples) {
+  const auto used = static_cast<std::size_t>(Trace.SimTraceUsed);
+  if (used > samples) {
+    const std::span<float> rest = Trace.SimTrace.subspan(samples, used - samples);
+    std::fill(rest.begin(), rest.end(), 0.0F);
+  }
+  Trace.SimTraceUsed = static_cast<int>(samples);
+}
+
+/// A read that was given up half-way leaves no trace, though the samples read so far stay.
+void LeaveNoTrace(std::size_t samples) {
+  EndTraceAt(samples);
+  Trace.TraceValid = 0;
+  ShowNoTrace();
+}
+
+/// The trace holds a file from here on.
+void BeginTrace() {
+  EndTraceAt(static_cast<std::size_t>(Model.NumPoints));
+  Trace.TraceValid = 1;
+  Trace.TraceParsed = 0;
+  Trace.RsCorrected = 0;
+  Trace.RcFiltered = 0;
+  Result.ResultKind = ResultMonteCarlo;  // a record without occupancies, like one channel's
+}
+
+void CorrectIfAsked() {
+  if (RsCm.RsCmAuto == 0 || AfterRead.correct == nullptr) return;
+  AfterRead.correct();
+  Trace.RsCorrected = 1;
+}
+
+void RefreshViews() {
+  if (AfterRead.refreshViews != nullptr) AfterRead.refreshViews();
+}
+
+/// Reads `Trace.TraceFileName` into the trace by the reader of `text`.
+Reading ReadInto(bool text, Questions questions) {
+  std::size_t kept = 0;
+  const Reading reading = text ? ReadText(Trace.SimTrace, Trace.TraceFileName, questions, kept)
+                               : ReadBinary(Trace.SimTrace, questions);
+  if (reading == Reading::Emptied) LeaveNoTrace(kept);
+  return reading;
+}
+
+/// Reads the file at `path` as a new recording. False when no trace came of it.
+bool ReadRecording(const std::string& path) {
+  FormerFile former;
+  Trace.TraceFileName = path;
+  Trace.EpisodeIndex = 1;
+  const FileKind kind = KindOf(path);
+  if (kind == FileKind::Unreadable) {
+    FileErrorPopup(FileOpenFailed);
+    return false;
+  }
+  const bool text = kind == FileKind::Text;
+  if (text && !ConfirmPopup(ImportTitle, ImportQuestion)) return false;
+  const Reading reading = ReadInto(text, Questions::Asked);
+  if (reading == Reading::Refused) return false;
+  former.Keep();
+  Trace.TraceIsText = text ? 1 : 0;
+  if (reading == Reading::Emptied) return false;
+  BeginTrace();
+  CorrectIfAsked();
+  ShowTrace();
+  RefreshViews();
+  return true;
+}
+
+/// Reads the present episode again. False when it cannot be read; the trace then stays.
+bool ReloadEpisode() {
+  if (Trace.TraceFileName.empty()) return false;
+  if (ReadInto(Trace.TraceIsText != 0, Questions::AsBefore) != Reading::Done) return false;
+  BeginTrace();
+  CorrectIfAsked();
+  ShowRecording();
+  return true;
+}
+
+std::optional<std::string> ChooseFile(const char* title, const char* proposed, const char* filter) {
+  FileRequest request;
+  request.title = title;
+  request.defaultName = proposed;
+  request.filter = filter;
+  return FileSelectPopup(request);
+}
+
+bool RefusesForAutosave() {
+  if (Model.Autosave == 0) return false;
+  MessagePopup(ErrorTitle, AutosaveOn);
+  return true;
+}
+
+}  // namespace
+
+bool ReadChosenFile() {
+  if (RefusesForAutosave()) return false;
+  const auto path = ChooseFile(ReadTitle, ReadDefault, ReadFilter);
+  return path && ReadRecording(*path);
+}
+
+void TraceRead(bool ask) {
+  if (ask) {
+    ReadChosenFile();
+  } else if (!RefusesForAutosave()) {
+    ReadRecording(Trace.TraceFileName);
+  }
+}
+
+bool TraceReadFile(const std::string& path) {
+  if (RefusesForAutosave()) return false;
+  Trace.ParseRequested = 0;
+  if (!ReadRecording(path)) return false;
+  ShowWholeTrace();
+  return true;
+}
+
+void ReadAsciiData() {
+  if (RefusesForAutosave()) return;
+  const auto path = ChooseFile(AsciiTitle, AsciiDefault, AsciiFilter);
+  if (!path) return;
+  FormerFile former;
+  Trace.TraceFileName = *path;
+  Trace.EpisodeIndex = 1;
+  const Reading reading = ReadInto(true, Questions::Asked);
+  if (reading == Reading::Refused) return;
+  former.Keep();
+  Trace.TraceIsText = 1;
+  if (reading == Reading::Emptied) return;
+  if (IsResult(Model.NumPoints)) {
+    BeginTrace();
+    ShowTrace();
+    RefreshViews();
+  } else {  // a handful of numbers: they stand in the trace, which is no result for it
+    EndTraceAt(static_cast<std::size_t>(Model.NumPoints));
+    ShowRecording();
+  }
+}
+
+void TraceReloadEpisode() {
+  ReloadEpisode();
+}
+
+void GoToEpisode(int episode) {
+  const int former = Trace.EpisodeIndex;
+  Trace.EpisodeIndex = episode;
+  if (episode < 1) Trace.EpisodeIndex = Trace.EpisodeCount;
+  if (episode > Trace.EpisodeCount) Trace.EpisodeIndex = 1;
+  if (!ReloadEpisode()) {
+    Trace.EpisodeIndex = former;
+    ShowRecording();
+    return;
+  }
+  ShowTrace();
+  RefreshViews();
+}
+
+void StepEpisode(int by) {
+  GoToEpisode(Trace.EpisodeIndex + by);
+}
+
+void ParseTrace() {
+  const auto points = static_cast<std::size_t>(std::clamp(Model.NumPoints, 0, MaxStimPoints));
+  if (points == 0) return;
+  const int skip = std::clamp(Trace.ParseConstant, 1, MaxStimPoints);
+  const std::span<float> trace = Trace.SimTrace;
+  std::size_t kept = 0;
+  for (std::size_t k = 0; k < points; k += static_cast<std::size_t>(skip)) trace[kept++] = trace[k];
+  Model.NumPoints = static_cast<int>(kept);
+  Model.ADInterval *= static_cast<float>(skip);
+  EndTraceAt(kept);
+  Trace.TraceParsed = 1;
+  ShowTrace();
+  MessagePopup(WarningTitle, ResampledWarning);
+}
+
+void EraseTrace() {
+  ClearSamples(Model.NumPoints);
+  Trace.TraceValid = 0;
+  ShowNoTrace();
+}
+
+}  // namespace zelvane
