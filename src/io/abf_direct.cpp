@@ -30,8 +30,8 @@ constexpr char PleaseWait[] = "Please wait";
 constexpr int MaxChannels = 16;
 constexpr int BlockBytes = 512;
 constexpr int ReadBytes = 256 * 1024;
-constexpr int ManySamples = 200'000;     // of a file that takes a moment
-constexpr int LongHeader = 8;            // data blocks from which on a header has telegraph fields
+constexpr int ManySamples = 200'000;      // of a file that takes a moment
+constexpr int LongHeader = 8;             // data blocks from which on a header has telegraph fields
 constexpr double TelegraphVersion = 1.6;  // the gain of a telegraph counts in versions above it
 constexpr double VersionMargin = 0.005;   // versions are 32-bit floats of hundredths
 
@@ -208,8 +208,8 @@ std::size_t ReadSamples(std::istream& file, const Layout& layout, std::span<floa
   const std::int64_t length = LengthOf(file) - layout.begin;
   if (length < width) return 0;
   const std::int64_t held = (length - width) / layout.step + 1;
-  const std::int64_t wanted =
-      std::min({layout.count, held, static_cast<std::int64_t>(destination.size()), std::int64_t{MaxStimPoints}});
+  const std::int64_t wanted = std::min(
+      {layout.count, held, static_cast<std::int64_t>(destination.size()), std::int64_t{MaxStimPoints}});
   const std::int64_t perRead = std::max(ReadBytes / layout.step, std::int64_t{1});
   std::vector<unsigned char> block(static_cast<std::size_t>(std::min(perRead * layout.step, length + 1)));
   std::int64_t kept = 0;

@@ -23,7 +23,8 @@ constexpr char BinaryTitle[] = "Read Binary";
 constexpr char NotAbf[] = "%s is not a valid ABF file\nProceeding to read binary (NOT ABF)";
 constexpr char Truncated[] = "Binary file was truncated to fit into memory.";
 constexpr char ChannelQuestion[] =
-    "%s contains %u channels.\nThe channels with data are: %sTo read in channel %u, click OK.\nOtherwise enter "
+    "%s contains %u channels.\nThe channels with data are: %sTo read in channel %u, click OK.\nOtherwise "
+    "enter "
     "the number of the channel to read in and then click OK.";
 
 constexpr char NoSamples[] = "%s holds no samples.";
@@ -69,9 +70,10 @@ bool ChooseChannel(const AbfHeader& header, Questions questions) {
   std::string list;
   for (const int channel : channels) list += FormatText("%d ", channel);
   const auto proposed = static_cast<unsigned>(channels.front());
-  const auto answer = AskChannel(FormatText(ChannelQuestion, Trace.TraceFileName.c_str(),
-                                            static_cast<unsigned>(channels.size()), (list + '\n').c_str(), proposed),
-                                 channels.front());
+  const auto answer =
+      AskChannel(FormatText(ChannelQuestion, Trace.TraceFileName.c_str(),
+                            static_cast<unsigned>(channels.size()), (list + '\n').c_str(), proposed),
+                 channels.front());
   if (!answer) return false;
   if (!Holds(channels, *answer)) {
     MessagePopup(FileErrorTitle, FormatText(NoSuchChannel, NameOf(Trace.TraceFileName).c_str(), *answer));
@@ -133,7 +135,8 @@ bool SelectSamples(int episodeSamples, Questions questions, Selection& selection
     Trace.ParseSkip = 1;
     if (Trace.SweepSamples > MaxUncountedSamples) Trace.ParseRequested = 1;
     if (Trace.ParseRequested != 0) {
-      const float skip = std::ceil(static_cast<float>(Trace.SweepSamples) / static_cast<float>(MaxParseCount));
+      const float skip =
+          std::ceil(static_cast<float>(Trace.SweepSamples) / static_cast<float>(MaxParseCount));
       BeginParse(Trace.SweepSamples, static_cast<int>(skip));
       AskParse();
       if (Trace.ParseResult != 1) return false;
@@ -169,7 +172,8 @@ int ReadSkipping(const AbfFile& file, const Selection& selection, std::span<floa
 
 int ReadSamples(const AbfFile& file, const Selection& selection, std::span<float> destination) {
   const std::size_t most = std::min(destination.size(), static_cast<std::size_t>(MaxStimPoints));
-  const std::span<float> front = destination.first(std::min(most, static_cast<std::size_t>(selection.Kept())));
+  const std::span<float> front =
+      destination.first(std::min(most, static_cast<std::size_t>(selection.Kept())));
   if (selection.skip == 1) {
     return ReadSweep(file, Trace.RecordedChannel, Trace.EpisodeIndex, selection.first, front);
   }

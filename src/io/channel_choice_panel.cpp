@@ -44,7 +44,8 @@ std::optional<int> AskNumber(const char* field, const char* other, const std::st
 }  // namespace
 
 void AddChannelChoicePanel() {
-  AddPanel({.name = ChoicePanelName, .title = "Choose", .help = "Which channel or signal of the file to read."});
+  AddPanel(
+      {.name = ChoicePanelName, .title = "Choose", .help = "Which channel or signal of the file to read."});
   AddControls(ChoicePanelName, "choice", ChoiceControls);
   AddPanel({.name = IntervalPanelName,
             .title = "Interval",

@@ -20,8 +20,8 @@ constexpr std::int64_t SamplesAt = 2048;
 ObfHeader ReadObfHeader(std::istream& file) {
   ObfHeader header;
   char mark[ObfMark.size()];
-  header.marked = ReadAt(file, 0, mark, sizeof mark) == sizeof mark &&
-                  std::string_view(mark, sizeof mark) == ObfMark;
+  header.marked =
+      ReadAt(file, 0, mark, sizeof mark) == sizeof mark && std::string_view(mark, sizeof mark) == ObfMark;
   header.numRuns = Int32At(file, NumRunsAt);
   header.numPoints = Int32At(file, NumPointsAt);
   header.intervalMs = FloatAt(file, IntervalAt);
@@ -29,7 +29,9 @@ ObfHeader ReadObfHeader(std::istream& file) {
 }
 
 std::size_t ReadObfSamples(std::istream& file, std::int64_t count, std::span<float> destination) {
-  const auto bytesOf = [](std::int64_t samples) { return samples * static_cast<std::int64_t>(sizeof(float)); };
+  const auto bytesOf = [](std::int64_t samples) {
+    return samples * static_cast<std::int64_t>(sizeof(float));
+  };
   file.clear();
   file.seekg(0, std::ios::end);
   const std::int64_t held = (static_cast<std::int64_t>(file.tellg()) - SamplesAt) / bytesOf(1);

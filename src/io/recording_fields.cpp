@@ -11,16 +11,15 @@
 namespace zelvane {
 namespace {
 
-constexpr char NoInterval[] =
-    "%s does not tell the time between its samples. The present one, %g ms, stays.";
+constexpr char NoInterval[] = "%s does not tell the time between its samples. The present one, %g ms, stays.";
 
 struct UnitCode {
   std::string_view text;
   int code;
 };
-constexpr std::array UnitCodes = {UnitCode{"pS", TracePicosiemens},     UnitCode{"pA", TracePicoamps},
-                                  UnitCode{"nA", TraceNanoamps},        UnitCode{"mV", TraceMillivolts},
-                                  UnitCode{"uV", TraceMicrovolts},      UnitCode{"\xB5V", TraceMicrovolts},
+constexpr std::array UnitCodes = {UnitCode{"pS", TracePicosiemens},      UnitCode{"pA", TracePicoamps},
+                                  UnitCode{"nA", TraceNanoamps},         UnitCode{"mV", TraceMillivolts},
+                                  UnitCode{"uV", TraceMicrovolts},       UnitCode{"\xB5V", TraceMicrovolts},
                                   UnitCode{"\xC2\xB5V", TraceMicrovolts}};
 
 std::string ModeLine(int mode) {
@@ -76,7 +75,8 @@ void TakeAbfInfo(const AbfInfo& info) {
     lines.push_back(
         FormatText("Number of samples/episode for non-episodic recording %d", Trace.SweepSamples));
   }
-  lines.emplace_back(info.floats ? "Data stored as IEEE 4 byte floating point" : "Data stored as 2 byte integer");
+  lines.emplace_back(info.floats ? "Data stored as IEEE 4 byte floating point"
+                                 : "Data stored as 2 byte integer");
   lines.push_back(FormatText("Number of recording channels %d", Trace.RecordedChannels));
   lines.push_back(FormatText("Digitization interval (ms) %f", wide(Model.ADInterval)));
   lines.push_back(FormatText("AD Range (+-) %.2f Volts", wide(Trace.AdcRange)));

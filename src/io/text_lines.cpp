@@ -75,7 +75,9 @@ void TextLines::AppendUtf16(std::string_view raw) {
   buffer_.resize(filled_);
   const std::size_t low = encoding_ == Encoding::Utf16Little ? 0 : 1;
   for (std::size_t i = 0; i + 1 < raw.size(); i += 2) {
-    const auto byte = [&](std::size_t k) { return static_cast<unsigned>(static_cast<unsigned char>(raw[k])); };
+    const auto byte = [&](std::size_t k) {
+      return static_cast<unsigned>(static_cast<unsigned char>(raw[k]));
+    };
     AppendUnit(buffer_, byte(i + low) | (byte(i + 1 - low) << 8));
   }
   filled_ = buffer_.size();

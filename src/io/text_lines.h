@@ -31,10 +31,10 @@ class TextLines {
 
   std::istream& in_;
   Encoding encoding_ = Encoding::Bytes;
-  std::string buffer_;     // the bytes [at_, filled_) are still to be given
+  std::string buffer_;  // the bytes [at_, filled_) are still to be given
   std::size_t at_ = 0;
   std::size_t filled_ = 0;
-  std::string raw_;        // a block as the file has it, where it is not UTF-8
+  std::string raw_;  // a block as the file has it, where it is not UTF-8
   char lineEnd_ = '\n';
   std::size_t number_ = 0;
 };

@@ -13,7 +13,8 @@ namespace zelvane {
 namespace {
 
 constexpr char SignalQuestion[] =
-    "%s contains %u signals: %s\nTo read in the first signal, enter 1.\nTo read the second signal, enter 2, and "
+    "%s contains %u signals: %s\nTo read in the first signal, enter 1.\nTo read the second signal, enter 2, "
+    "and "
     "so forth.\nThen click OK.";
 constexpr char IntervalTitle[] = "Get ADinterval";
 constexpr char IntervalLineQuestion[] = "Read First Value of 1-column Ascii file as AD interval in ms ?";
@@ -124,7 +125,8 @@ bool HoldsSamples(const std::string& path, const TextShape& shape, const TextSam
   return false;
 }
 
-Reading TakeText(const std::string& path, TextRecording& text, std::span<float> destination, std::size_t& kept) {
+Reading TakeText(const std::string& path, TextRecording& text, std::span<float> destination,
+                 std::size_t& kept) {
   const TextShape& shape = text.Shape();
   const TextSamples read = text.Read(RequestFor(shape, destination.size()));
   if (!HoldsSamples(path, shape, read)) return Reading::Refused;

@@ -3,7 +3,7 @@
 
 namespace zelvane {
 
-void AddRecordingControls();   // onto MainPanel, behind the run controls
+void AddRecordingControls();  // onto MainPanel, behind the run controls
 void AddRecordingMenu();
 void AddFileInfoPanel();
 void AddChannelChoicePanel();  // with the dialog for the interval of a text

@@ -34,15 +34,21 @@ constexpr char ResampledWarning[] =
 
 enum class FileKind { Unreadable, Binary, Text };
 
-/// Tells by the first three bytes which reader takes a file.
-FileKind KindOf(const std::string& path) {
-  if (!IsRegularFile(path)) return FileKind::Unreadable;
+/// The first three bytes of a file, fewer of a shorter one. Nothing when it cannot be opened.
+std::optional<std::string> MarkOf(const std::string& path) {
+  if (!IsRegularFile(path)) return std::nullopt;
   std::ifstream file(path, std::ios::binary);
-  if (!file) return FileKind::Unreadable;
+  if (!file) return std::nullopt;
   std::array<char, 3> mark{};
   file.read(mark.data(), mark.size());
-  const std::string_view begin(mark.data(), static_cast<std::size_t>(file.gcount()));
-  return begin == "OBF" || begin == "ABF" ? FileKind::Binary : FileKind::Text;
+  return std::string(mark.data(), static_cast<std::size_t>(file.gcount()));
+}
+
+/// Tells by them which reader takes the file.
+FileKind KindOf(const std::string& path) {
+  const auto mark = MarkOf(path);
+  if (!mark) return FileKind::Unreadable;
+  return *mark == "OBF" || *mark == "ABF" ? FileKind::Binary : FileKind::Text;
 }
 
 /// Makes 0 of what the former trace left behind the first `samples`.
@@ -147,6 +153,11 @@ bool ReadChosenFile() {
   return path && ReadRecording(*path);
 }
 
+bool BeginsLikeRecording(const std::string& path) {
+  const auto mark = MarkOf(path);
+  return mark && (*mark == "OBF" || *mark == "ABF" || *mark == "ATF");
+}
+
 void TraceRead(bool ask) {
   if (ask) {
     ReadChosenFile();
@@ -190,6 +201,7 @@ void TraceReloadEpisode() {
 }
 
 void GoToEpisode(int episode) {
+  if (Trace.TraceFileName.empty()) return;
   const int former = Trace.EpisodeIndex;
   Trace.EpisodeIndex = episode;
   if (episode < 1) Trace.EpisodeIndex = Trace.EpisodeCount;

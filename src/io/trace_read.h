@@ -13,8 +13,14 @@ namespace zelvane {
 /// Reads a recording into the trace: the file `Trace.TraceFileName`, or with `ask` one chosen in a dialog.
 void TraceRead(bool ask);
 
+/// Asks for a text recording and reads it. The trace becomes a result only when it has more than 100 samples.
+void ReadAsciiData();
+
 /// Reads the file at `path` as TraceRead does, without the dialog. False when no trace came of it.
 bool TraceReadFile(const std::string& path);
+
+/// Whether the file begins with the mark of a recording: "ABF", "OBF" or "ATF".
+bool BeginsLikeRecording(const std::string& path);
 
 /// Reads a recording (ABF or OBF) at `Trace.TraceFileName`, episode `Trace.EpisodeIndex`, into `destination`,
 /// at most as many samples as it holds. The rest of `destination` is left as it was. Writes:  the file fields

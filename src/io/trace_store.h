@@ -60,10 +60,10 @@ struct TraceStore {
   int ParseLength = 0;             // samples of the channel in the file
 
   // -- Answers about a text, which a re-read takes again --
-  int RecordedSignal = 1;        // of an ATF with several
-  int IntervalLine = 0;          // single column: 1 = its first line is the interval
-  float TypedInterval = 0.0F;    // single column: ms, where the user typed it
-  float ScaleFactor = 1.0F;      // of a single-column text whose interval was typed
+  int RecordedSignal = 1;      // of an ATF with several
+  int IntervalLine = 0;        // single column: 1 = its first line is the interval
+  float TypedInterval = 0.0F;  // single column: ms, where the user typed it
+  float ScaleFactor = 1.0F;    // of a single-column text whose interval was typed
 
   // -- Changes of the waveform --
   float AddConstant = 0.0F;

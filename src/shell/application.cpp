@@ -6,6 +6,8 @@
 #include "io/model_file.h"
 #include "io/stimulus_file.h"
 #include "io/trace_hooks.h"
+#include "io/trace_panels.h"
+#include "io/trace_read.h"
 #include "io/trace_store.h"
 #include "io/trace_write.h"
 #include "model/model_panels.h"
@@ -34,7 +36,8 @@ constexpr char ConfigFileName[] = "config.mod";
 constexpr char QuitQuestion[] = "Are you ready to exit Zelvane?";
 constexpr char CloseQuestion[] = "Are you ready to exit Zelvane ?";
 constexpr char QuitHelp[] = "Terminates the program";
-constexpr char NotAModelFile[] = "This version opens model files only, and this is none: ";
+constexpr char ModelExtension[] = ".mod";
+constexpr char NotAModelFile[] = "This is no model file: ";
 
 bool Exists(const std::filesystem::path& path) {
   std::error_code error;
@@ -71,8 +74,18 @@ void ShowStores() {
   StimPanelRefresh();
 }
 
+/// A model where the file is one, and else a recording. A file that is named like a model and is none is not
+/// taken for a text of numbers.
 void OpenNamedFile(const std::string& file) {
-  if (!ModelFileReadNamed(file)) MessagePopup(FileErrorTitle, NotAModelFile + file);
+  if (BeginsLikeRecording(file)) {
+    TraceReadFile(file);
+  } else if (ModelFileReadNamed(file)) {
+    return;
+  } else if (file.ends_with(ModelExtension)) {
+    MessagePopup(FileErrorTitle, NotAModelFile + file);
+  } else {
+    TraceReadFile(file);
+  }
 }
 
 void OpenNamedFiles(const StartOptions& options) {
@@ -97,11 +110,17 @@ constexpr ControlDecl ShellControls[] = {
 constexpr MenuDecl ShellMenu[] = {{"File/Quit", "ShutDown", AskToClose, "Ctrl+Q"}};
 // clang-format on
 
+/// All that shows the trace, after it was read anew.
+void RefreshTraceViews() {
+  TakeLengthAsGiven();
+}
+
 /// Connects what lower folders hand on to higher ones.
 void ConnectHooks() {
   AfterRun = RunHooks{};
   AfterRun.autosave = AutosaveTrace;
   AfterRead = TraceHooks{};
+  AfterRead.refreshViews = RefreshTraceViews;
 }
 
 }  // namespace
@@ -122,6 +141,8 @@ void AddAllPanels() {
   AddRunControls();
   AddRunMenu();
   AddControls("MainPanel", "shell", ShellControls);
+  AddRecordingControls();
+  AddRecordingMenu();
   AddStimulusPanel();
   AddStimulusFileControls();
   AddTraceWriteControls();
@@ -129,6 +150,9 @@ void AddAllPanels() {
   AddConductancePanel();
   AddInitialConditionsPanel();
   AddValuesTablePanel();
+  AddFileInfoPanel();
+  AddChannelChoicePanel();
+  AddParseReadPanel();
   AddQMatrixPanel();
   AddDwellListsPanels();
   AddTableModelPanel();

@@ -19,8 +19,8 @@ struct StartOptions {
 /// after it in tests.
 void StartApplication(const StartOptions& options);
 
-/// Opens a file that the user named, dropped or chose among recent ones: a model so far. Anything else is
-/// told in one message and changes nothing.
+/// Opens a file that the user named, dropped or chose among recent ones: a model or a recording. What
+/// cannot be read is told and changes nothing.
 void OpenFileByName(const std::string& path);
 
 /// Declares every panel on an empty screen.

@@ -30,7 +30,12 @@ constexpr std::string_view NotSettings[] = {
     // counts of lists that are no settings themselves
     "NumOpenTimes", "NumClosedTimes", "NumRawOpenTimes", "NumClassOpenTimes[]", "NumLatencies",
     "NumIdealEvents", "SegmentCounter", "OpenStateExits", "MonitoredChannels", "LastDwellKind",
-    "OpenListSelector"};
+    "OpenListSelector",
+    // what a read leaves beside the samples
+    "TraceIsText", "SweepSamples", "TotalSamples", "RecordedChannels", "RecordedChannel", "OperationMode",
+    "FinalGain", "AdcResolution", "AdcRange", "ParseRequested", "ParseSkip", "ParseCount", "ParseStart",
+    "ParseStartTime", "ParseInterval", "ParseDuration", "ParseMaxPoints", "ParseResult", "ParseLength",
+    "RecordedSignal", "IntervalLine", "TypedInterval", "ScaleFactor", "RcFiltered"};
 
 /// Fields that the simulation of subunits forces; they are dimmed meanwhile, and what a run puts into them is
 /// no edit of the user's.
@@ -125,6 +130,16 @@ void RestoreSettings(const Settings& copy) {
   StimPlot();
 }
 
+/// Puts the present value of a field that is one number into a copy.
+void Refresh(Settings& copy, std::string_view name) {
+  std::size_t at = 0;
+  for (const auto& [fieldName, field] : AllFields()) {
+    if (!IsSetting(field) || field.type == FieldType::Text) continue;
+    if (fieldName == name) std::memcpy(copy.numbers.data() + at, field.base, SizeOf(field.type));
+    ForEachElement(field, field.base, 0, [&, type = field.type](std::byte*) { at += SizeOf(type); });
+  }
+}
+
 struct UndoState {
   Settings before;              // as the action under way found them
   std::deque<Settings> undone;  // newest at the back
@@ -176,6 +191,17 @@ void StartUndo() {
 
 void AddUndoMenu() {
   AddMenu(UndoMenu);
+}
+
+void TakeLengthAsGiven() {
+  UndoState& state = State();
+  const auto refresh = [](Settings& copy) {
+    if (copy.numbers.empty()) return;
+    for (const std::string_view name : {"NumPoints", "ADInterval", "NumRuns"}) Refresh(copy, name);
+  };
+  refresh(state.before);
+  for (Settings& copy : state.undone) refresh(copy);
+  for (Settings& copy : state.redone) refresh(copy);
 }
 
 void Undo() {

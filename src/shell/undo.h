@@ -19,6 +19,10 @@ void Undo();
 /// Does again what Undo took back.
 void Redo();
 
+/// Makes the present length and interval of a run part of every step kept, and of the action under way: a
+/// recording brought them, and going back to an edit must not take them from under it.
+void TakeLengthAsGiven();
+
 bool CanUndo();
 bool CanRedo();
 

@@ -81,6 +81,7 @@ void ClearSamples(int samples) {
 bool ConvertTrace(bool erase) {
   if (Model.FitActive == 0) ReadRunParameters();
   if (!RunHasLength()) return false;
+  Trace.TraceUnits = Model.DisplayUnits;
   ClearSamples(Trace.SimTraceUsed);
   const int samples = std::clamp(Model.NumPoints, 0, MaxStimPoints);
   const std::span<float> trace = Trace.SimTrace.first(static_cast<std::size_t>(samples));
@@ -110,7 +111,6 @@ void RefreshTrace() {
   if (Trace.RsCorrected != 0 && !ConfirmPopup(WarningTitle, RemovesCorrection)) return;
   if (!ConvertTrace(true)) return;
   Trace.RsCorrected = 0;
-  Trace.TraceUnits = Model.DisplayUnits;
 }
 
 void ClearTrace() {

@@ -23,6 +23,9 @@ constexpr char SimulatorWords[] = "Fixed-step integrator|Monte Carlo|Adaptive in
 constexpr char UnitWords[] =
     "Number of Channels Open|Total Conductance pS|Macroscopic Current pA|Probability";
 
+/// Titles of the units that recordings have beside those, from TraceMicrovolts on.
+constexpr std::array RecordedUnitTitles = {"Potential uV", "Potential mV", "Macroscopic Current nA"};
+
 constexpr char LengthTitle[] = "! New length specified";
 constexpr char ExtendQuestion[] = "Extend voltage protocol with new Vhold?";
 constexpr char VoltageTitle[] = "! New timeinterval specified";
@@ -44,6 +47,11 @@ Graph& MainGraph() {
 
 void ShowTimeAxis() {
   MainGraph().x.decimals = AxisDecimals(static_cast<float>(Model.NumPoints) * Model.ADInterval);
+}
+
+void ShowUnitsOf(int units) {
+  const auto word = static_cast<std::size_t>(std::clamp(units, UnitsChannels, UnitsProbability));
+  SetAxisTitle(MainGraph(), 'y', ControlNamed("DisplayUnits").choices[word]);
 }
 
 void ShowLength() {
@@ -329,6 +337,7 @@ void PlotTrace(bool erase) {
   if (Model.FitActive != 0 || !OnScreen()) return;
   Graph& graph = MainGraph();
   if (erase) ClearPlots(graph);
+  ShowTraceUnits();
   ShowTimeAxis();
   const auto samples = static_cast<std::size_t>(std::clamp(Model.NumPoints, 0, MaxStimPoints));
   DropOldestPlots(graph, samples);
@@ -343,10 +352,17 @@ void RemoveTracePlots() {
 }
 
 void ShowDisplayUnits() {
+  if (OnScreen()) ShowUnitsOf(Model.DisplayUnits);
+}
+
+void ShowTraceUnits() {
   if (!OnScreen()) return;
-  const Control& units = ControlNamed("DisplayUnits");
-  const auto word = static_cast<std::size_t>(std::clamp(Model.DisplayUnits, UnitsChannels, UnitsProbability));
-  SetAxisTitle(MainGraph(), 'y', units.choices[word]);
+  if (Trace.TraceUnits <= UnitsProbability) {
+    ShowUnitsOf(Trace.TraceUnits);
+    return;
+  }
+  const auto unit = static_cast<std::size_t>(std::min(Trace.TraceUnits, TraceNanoamps) - TraceMicrovolts);
+  SetAxisTitle(MainGraph(), 'y', RecordedUnitTitles[unit]);
 }
 
 void ShowDataName() {

@@ -3,7 +3,7 @@
 //   Declaring        AddRunControls  AddValuesTablePanel  AddRunMenu
 //   Panel and store  ReadRunParameters  WriteRunParameters
 //   Commands         AcquireData
-//   What is shown    PlotTrace  RemoveTracePlots  ShowDisplayUnits  ShowDataName  ShowRunText
+//   What is shown    PlotTrace  RemoveTracePlots  ShowDisplayUnits  ShowTraceUnits  ShowDataName  ShowRunText
 #pragma once
 
 namespace zelvane {
@@ -31,6 +31,9 @@ void RemoveTracePlots();
 
 /// Shows the unit of DisplayUnits on the y axis of the main graph.
 void ShowDisplayUnits();
+
+/// Shows the unit of `Trace.TraceUnits` there: that of what the trace holds.
+void ShowTraceUnits();
 
 /// Shows the model's file as the name of the present data.
 void ShowDataName();

@@ -23,7 +23,7 @@ void ShowRecording();
 /// Plots the trace and brings all its views up to date.
 void ShowTrace();
 
-/// The same with all of it in view.
+/// Brings all of the trace into view.
 void ShowWholeTrace();
 
 /// Removes the plots of a trace that is gone.
