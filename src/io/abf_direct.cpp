@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "io/input_file.h"
 #include "io/internal/little_endian.h"
 #include "io/internal/trace_dialogs.h"
 #include "io/internal/trace_readers.h"
@@ -234,16 +234,16 @@ bool HasMark(std::istream& file) {
 
 bool AbfDirectRead(std::span<float> destination) {
   FormerFile former;
-  std::ifstream file(Trace.TraceFileName, std::ios::binary);
-  if (!file || !IsRegularFile(Trace.TraceFileName)) {
+  auto file = OpenInput(Trace.TraceFileName);
+  if (!file) {
     FileErrorPopup(FileOpenFailed);
     return false;
   }
-  if (!HasMark(file)) {
+  if (!HasMark(*file)) {
     FileErrorPopup(WrongFileFormat);
     return false;
   }
-  const auto header = ReadHeader(file);
+  const auto header = ReadHeader(*file);
   if (!header) {
     MessagePopup(WarningTitle, InvalidAbf);
     return false;
@@ -253,7 +253,7 @@ bool AbfDirectRead(std::span<float> destination) {
   if (!SelectSamples(*header, layout)) return false;
   const bool slow = header->samples > ManySamples;
   if (slow) ShowProgress(0.0, PleaseWait);
-  const std::size_t read = ReadSamples(file, layout, destination);
+  const std::size_t read = ReadSamples(*file, layout, destination);
   if (slow) ResetProgress();
   if (read == 0) {
     MessagePopup(FileErrorTitle, FormatText(NoSamples, NameOf(Trace.TraceFileName).c_str()));

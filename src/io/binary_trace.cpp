@@ -1,10 +1,10 @@
 // The reader of binary recordings: ABF by its library, OBF from its own layout.
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <vector>
 
+#include "io/input_file.h"
 #include "io/internal/trace_dialogs.h"
 #include "io/internal/trace_readers.h"
 #include "io/obf_file.h"
@@ -253,12 +253,12 @@ Reading ReadObf(std::span<float> destination, Questions questions) {
   if (questions == Questions::Asked) {
     MessagePopup(BinaryTitle, FormatText(NotAbf, Trace.TraceFileName.c_str()));
   }
-  std::ifstream file(Trace.TraceFileName, std::ios::binary);
-  if (!file || !IsRegularFile(Trace.TraceFileName)) {
+  auto file = OpenInput(Trace.TraceFileName);
+  if (!file) {
     FileErrorPopup(FileOpenFailed);
     return Reading::Refused;
   }
-  const ObfHeader header = ReadObfHeader(file);
+  const ObfHeader header = ReadObfHeader(*file);
   if (!header.marked) {  // neither an ABF file that can be read nor one of the program's own
     FileErrorPopup(WrongFileFormat);
     return Reading::Refused;
@@ -266,7 +266,7 @@ Reading ReadObf(std::span<float> destination, Questions questions) {
   TakeObfFields(header);
   const std::int64_t points = header.numPoints.value_or(Model.NumPoints);
   const std::size_t most = std::min(destination.size(), static_cast<std::size_t>(MaxStimPoints));
-  const std::size_t read = ReadObfSamples(file, Model.NumRuns * points, destination.first(most));
+  const std::size_t read = ReadObfSamples(*file, Model.NumRuns * points, destination.first(most));
   if (read == 0) return Refuse(FileErrorTitle, FormatText(NoSamples, NameOf(Trace.TraceFileName).c_str()));
   Model.NumPoints = static_cast<int>(read);
   TakeObfInfo(Model.NumPoints);

@@ -41,11 +41,6 @@ FormerFile::~FormerFile() {
   Model.NumRuns = numRuns_;
 }
 
-bool IsRegularFile(const std::string& path) {
-  std::error_code error;
-  return std::filesystem::is_regular_file(path, error);  // opening a pipe might never return
-}
-
 std::string NameOf(const std::string& path) {
   return std::filesystem::path(path).filename().string();
 }

@@ -59,11 +59,13 @@ bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-/// A word with its comma changed into a full stop, if that makes a number of it.
+/// A word with its comma changed into a full stop, if that stands between the digits of its number.
 std::optional<std::string> WithFullStop(std::string_view word) {
-  const std::size_t comma = word.find(',');
-  const bool decimal = word.find('.') == std::string_view::npos && word.rfind(',') == comma && comma > 0 &&
-                       comma + 1 < word.size() && IsDigit(word[comma - 1]) && IsDigit(word[comma + 1]);
+  const std::size_t comma = word.find_first_not_of("0123456789", word.front() == '-' || word.front() == '+');
+  if (comma == std::string_view::npos || word[comma] != ',') return std::nullopt;
+  const bool decimal = comma > 0 && IsDigit(word[comma - 1]) && comma + 1 < word.size() &&
+                       IsDigit(word[comma + 1]) &&
+                       word.find_first_of(".,", comma + 1) == std::string_view::npos;
   if (!decimal) return std::nullopt;
   std::string changed(word);
   changed[comma] = '.';

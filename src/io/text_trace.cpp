@@ -1,7 +1,7 @@
 // The reader of text recordings: its questions, and what it leaves in the stores.
 #include <algorithm>
-#include <fstream>
 
+#include "io/input_file.h"
 #include "io/internal/trace_dialogs.h"
 #include "io/internal/trace_readers.h"
 #include "io/text_recording.h"
@@ -151,12 +151,12 @@ Reading TakeText(const std::string& path, TextRecording& text, std::span<float> 
 Reading ReadText(std::span<float> destination, const std::string& path, Questions questions,
                  std::size_t& kept) {
   FormerFile former;
-  std::ifstream file(path, std::ios::binary);
-  if (!file || !IsRegularFile(path)) {
+  auto file = OpenInput(path);
+  if (!file) {
     FileErrorPopup(FileOpenFailed);
     return Reading::Refused;
   }
-  TextRecording text(file);
+  TextRecording text(*file);
   if (!text.Refusal().empty()) {
     TellNotRead(path, text.Refusal());
     return Reading::Refused;

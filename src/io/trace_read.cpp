@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
-#include <fstream>
 #include <optional>
 #include <string_view>
 
+#include "io/input_file.h"
 #include "io/internal/trace_dialogs.h"
 #include "io/internal/trace_readers.h"
 #include "io/trace_hooks.h"
@@ -36,12 +35,11 @@ enum class FileKind { Unreadable, Binary, Text };
 
 /// The first three bytes of a file, fewer of a shorter one. Nothing when it cannot be opened.
 std::optional<std::string> MarkOf(const std::string& path) {
-  if (!IsRegularFile(path)) return std::nullopt;
-  std::ifstream file(path, std::ios::binary);
+  auto file = OpenInput(path);
   if (!file) return std::nullopt;
   std::array<char, 3> mark{};
-  file.read(mark.data(), mark.size());
-  return std::string(mark.data(), static_cast<std::size_t>(file.gcount()));
+  file->read(mark.data(), mark.size());
+  return std::string(mark.data(), static_cast<std::size_t>(file->gcount()));
 }
 
 /// Tells by them which reader takes the file.

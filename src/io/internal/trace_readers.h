@@ -50,9 +50,6 @@ class FormerFile {
   bool kept_ = true;
 };
 
-/// Whether a file can be opened as one: neither a folder nor a pipe.
-bool IsRegularFile(const std::string& path);
-
 /// A path without its folder.
 std::string NameOf(const std::string& path);
 
