@@ -1,5 +1,8 @@
 // Files written here: read back by this program, byte by byte, and by other programs.
+#include <sys/resource.h>
+
 #include <cmath>
+#include <csignal>
 #include <cstdlib>
 #include <vector>
 
@@ -136,6 +139,26 @@ TEST_F(AbfWrite, TheOldFileStandsUntilTheNewOneIsClosed) {
   EXPECT_EQ(OldABF_OpenWrite(folder.Path().string(), header), nullptr);
   EXPECT_EQ(OldABF_OpenWrite(folder.File("absent/written.abf"), header), nullptr);
   EXPECT_FALSE(OldABF_Close(writer));
+}
+
+TEST_F(AbfWrite, AFullDiskLeavesTheOldFile) {
+  WriteWholeFile(path, "old");
+  // A limit on the size of files fails a write as a full disk does.
+  rlimit former{};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &former), 0);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit limit{1 << 16, former.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+  AbfWriteHandle writer = OldABF_OpenWrite(path, header);
+  const bool begun = writer != nullptr && OldABF_WriteRawSweep(*writer, Wave(1000, 1.0F));
+  const bool written = begun && OldABF_WriteRawSweep(*writer, Wave(100'000, 1.0F));
+  const bool closed = OldABF_Close(writer);
+  ::setrlimit(RLIMIT_FSIZE, &former);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_TRUE(begun);
+  EXPECT_FALSE(written);
+  EXPECT_FALSE(closed) << "although its last steps would have had room";
+  EXPECT_EQ(ReadWholeFile(path), "old");
 }
 
 TEST_F(AbfWrite, AFileMayTakeThePlaceOfTheOneThatIsRead) {

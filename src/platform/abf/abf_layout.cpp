@@ -47,6 +47,7 @@ std::vector<std::int32_t> SynchLengths(const ByteSource& source, const AbfSynchA
 std::vector<AbfSweep> SweepsOfLengths(const std::vector<std::int32_t>& lengths, int channels,
                                       std::int64_t samples) {
   std::vector<AbfSweep> sweeps;
+  sweeps.reserve(lengths.size());
   std::int64_t first = 0;
   for (const std::int32_t length : lengths) {
     const std::int64_t held = std::min<std::int64_t>(length, samples - first);
