@@ -7,8 +7,8 @@
 
 #include "fit/fit_store.h"
 #include "fit/internal/wave_set_panels.h"
+#include "fit/wave_list.h"
 #include "io/input_file.h"
-#include "io/line_scanner.h"
 #include "io/model_file.h"
 #include "io/stimulus_file.h"
 #include "io/trace_read.h"
@@ -31,23 +31,8 @@ constexpr char ListPattern[] = "*.lst";
 constexpr char ListFilter[] = "*.lst;*.*";
 constexpr char DataFilter[] = "*.abf;*.dat;*.asc";
 constexpr char StimFilter[] = "*.stm";
-constexpr char Magic[] = "LIST";
-
-constexpr std::size_t LongestLine = 260;  // bytes; what a line has beyond them is lost
-constexpr std::size_t ExtensionLength = 3;
-
-/// Where the file's own name begins in a path of this system or of another one.
-std::size_t NameStart(std::string_view path) {
-  const std::size_t separator = path.find_last_of("/\\");
-  return separator == std::string_view::npos ? 0 : separator + 1;
-}
-
-std::string BareName(std::string_view path) {
-  return std::string(path.substr(NameStart(path)));
-}
-
 std::string Beside(const std::string& list, std::string_view path) {
-  return (fs::path(list).parent_path() / BareName(path)).string();
+  return (fs::path(list).parent_path() / BareFileName(path)).string();
 }
 
 bool Opens(const std::string& path) {
@@ -64,16 +49,15 @@ std::optional<std::string> FindFile(const std::string& name, const std::string& 
   return chosen && Opens(*chosen) ? chosen : std::nullopt;
 }
 
-void ReadModelOfList(const std::string& line, const std::string& list) {
+void ReadModelOfList(const std::string& model, const std::string& list) {
   const std::string former = Model.ModelFileName;
-  Model.ModelFileName = Beside(list, CleanedName(line, ".mod"));
+  Model.ModelFileName = Beside(list, model);
   if (!ModelFileRead()) Model.ModelFileName = former;
 }
 
 /// Loads the recording of a pair. False when there is none to use.
-bool LoadData(FitWaveform& wave, const std::string& line, const std::string& list) {
-  const auto path = FindFile(CleanedName(line, ""), list,
-                             {.title = DataTitle, .defaultName = "*.abf", .filter = DataFilter});
+bool LoadData(FitWaveform& wave, const std::string& name, const std::string& list) {
+  const auto path = FindFile(name, list, {.title = DataTitle, .defaultName = "*.abf", .filter = DataFilter});
   if (!path) return false;
   Trace.TraceFileName = *path;
   Trace.EpisodeIndex = 1;
@@ -82,7 +66,7 @@ bool LoadData(FitWaveform& wave, const std::string& line, const std::string& lis
   wave.DataLength = Model.NumPoints;
   AddFitLogLine(FormatText("  DATA File: %s length=%d adinterval=%f", path->c_str(), wave.DataLength,
                            static_cast<double>(Model.ADInterval)));
-  wave.DataName = BareName(*path);
+  wave.DataName = BareFileName(*path);
   wave.DataOn = 1;
   wave.WaveLoaded = 1;
   wave.WaveDataInterval = Model.ADInterval;
@@ -90,9 +74,9 @@ bool LoadData(FitWaveform& wave, const std::string& line, const std::string& lis
 }
 
 /// Loads the stimulus of a pair. False when there is none to use.
-bool LoadStimulus(FitWaveform& wave, const std::string& line, const std::string& list) {
-  const auto path = FindFile(CleanedName(line, ".stm"), list,
-                             {.title = StimTitle, .defaultName = StimFilter, .filter = StimFilter});
+bool LoadStimulus(FitWaveform& wave, const std::string& name, const std::string& list) {
+  const auto path =
+      FindFile(name, list, {.title = StimTitle, .defaultName = StimFilter, .filter = StimFilter});
   if (!path) return false;
   wave.StimLength = WaveStimFileRead(*path, wave);
   if (wave.StimLength == 0) return false;
@@ -102,28 +86,18 @@ bool LoadStimulus(FitWaveform& wave, const std::string& line, const std::string&
   return true;
 }
 
-/// The next line; an empty one at the end of the file.
-std::string LineOf(LineReader& lines) {
-  const auto line = lines.Next();
-  return std::string(line.value_or(std::string_view{}));
-}
-
-void LoadPairs(LineReader& lines, const std::string& list) {
-  ReadModelOfList(LineOf(lines), list);
-  const std::string count = LineOf(lines);
-  std::string_view rest = count;
-  int pairs = 0;
-  static_cast<void>(ScanNumber(rest, pairs));
-  pairs = std::min(pairs, MaxFitWaveforms);
-  for (int w = 1; w <= pairs; ++w) {
-    FitWaveform& wave = Fit.Wave[static_cast<std::size_t>(w)];
-    if (!LoadData(wave, LineOf(lines), list) || !LoadStimulus(wave, LineOf(lines), list)) return;
-    Fit.FitWaveCount = w;
+void LoadPairs(const WaveList& list, const std::string& path) {
+  ReadModelOfList(list.model, path);
+  for (std::size_t p = 0; p < list.pairs.size(); ++p) {
+    FitWaveform& wave = Fit.Wave[p + 1];
+    if (!LoadData(wave, list.pairs[p].data, path) || !LoadStimulus(wave, list.pairs[p].stimulus, path))
+      return;
+    Fit.FitWaveCount = static_cast<int>(p) + 1;
   }
 }
 
 std::string ListText() {
-  std::string text = FormatText("%s\n%s\n%d\n", Magic, Model.ModelFileName.c_str(), Fit.FitWaveCount);
+  std::string text = FormatText("%s\n%s\n%d\n", WaveListMagic, Model.ModelFileName.c_str(), Fit.FitWaveCount);
   for (std::size_t w = 1; w <= MaxFitWaveforms; ++w) {
     const FitWaveform& wave = Fit.Wave[w];
     if (wave.WaveLoaded != 0) text += wave.DataName + '\n' + wave.StimName + '\n';
@@ -140,20 +114,14 @@ std::optional<std::string> AskForList(const char* title, bool save) {
 
 }  // namespace
 
-std::string CleanedName(std::string_view line, std::string_view extension) {
-  const std::size_t stop = line.find('.', NameStart(line));
-  std::string name(line.substr(0, stop));
-  if (!extension.empty()) return name += extension;
-  if (stop != std::string_view::npos) name += line.substr(stop, 1 + ExtensionLength);
-  return name;
-}
-
 void WaveSetClear() {
   for (std::size_t w = 1; w <= MaxFitWaveforms; ++w) {
     FitWaveform& wave = Fit.Wave[w];
     ReleaseZeroPages(wave.WaveData);
     for (const std::span<float> profile : wave.WaveStim) ReleaseZeroPages(profile);
-    const FitWaveform empty{.WaveData = wave.WaveData, .WaveStim = wave.WaveStim};
+    FitWaveform empty;
+    empty.WaveData = wave.WaveData;
+    empty.WaveStim = wave.WaveStim;
     wave = empty;
   }
   Fit.FitNormalized = 0;
@@ -166,13 +134,13 @@ void ReadListNamed(const std::string& path) {
     FileErrorPopup(FileOpenFailed);
     return;
   }
-  LineReader lines(std::move(*file), LongestLine);
-  if (!LineOf(lines).starts_with(Magic)) {
+  const auto list = ReadWaveList(std::move(*file));
+  if (!list) {
     FileErrorPopup(WrongFileFormat);
     return;
   }
   Fit.FitListName = path;
-  LoadPairs(lines, path);
+  LoadPairs(*list, path);
   Fit.FitListOn = 1;
 }
 

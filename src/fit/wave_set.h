@@ -2,15 +2,13 @@
 // with, and the list files that name such a set.
 //
 //   The set       WaveSetClear
-//   List files    ListFileRead  ListFileWrite  ReadListNamed  CleanedName
+//   List files    ListFileRead  ListFileWrite  ReadListNamed
 //   Panel         AddWaveSetMenu
 //
-// A list file (.lst) is text: "LIST", the model file, the number of pairs, then a data file and a stimulus
-// file for each pair, a name a line.
+// The form of a list file is told in wave_list.h.
 #pragma once
 
 #include <string>
-#include <string_view>
 
 namespace zelvane {
 
@@ -33,10 +31,6 @@ void ReadListNamed(const std::string& path);
 /// Asks for a name and writes the model's file and the names of the pairs that are loaded to it. A failure is
 /// told, and a former file then stands.
 void ListFileWrite();
-
-/// A name from a list file: cut at the first full stop of the file's name, with the extension put behind it.
-/// For a data file, which has no extension given, the full stop and the three characters behind it stay.
-std::string CleanedName(std::string_view line, std::string_view extension);
 
 /// Adds the commands of the set to the menu.
 void AddWaveSetMenu();

@@ -1,7 +1,7 @@
 // Stimulus files: all seven profiles in a binary file (.stm), one of them in a column of text (.asc).
 //
 //   Commands       StimFileRead  StimFileWrite  StimAsciiImport  StimAsciiExport  WaveStimFileRead
-//   Bare files     StimFileHeadOf  ReadStimProfiles  WriteStimProfiles  ReadStimColumn  WriteStimColumn
+//   Bare files     WriteStimProfiles  WriteStimColumn; readers in stimulus_read.h
 //   Panel          AddStimulusFileControls
 //
 // A binary file is little-endian and has no magic: the interval in ms (32-bit float), N (32-bit integer),
@@ -9,54 +9,22 @@
 // it proposes. A text file has the interval in ms on line 1, then one sample a line.
 #pragma once
 
-#include <array>
 #include <optional>
 #include <span>
 #include <string>
 
 #include "fit/fit_store.h"
+#include "io/stimulus_read.h"
 
 namespace zelvane {
-
-inline constexpr std::size_t StimFileProfiles = 7;  // voltage, Drug1 to Drug6
 
 /// Limits of an interval that a file brings (ms).
 inline constexpr float LeastFileInterval = 1e-6F;
 inline constexpr float MostFileInterval = 1e6F;
 
-/// What a binary file says of itself, and what it holds.
-struct StimFileHead {
-  float intervalMs = 0.0F;
-  int samples = 0;      // of each profile, at least 1
-  int samplesHeld = 0;  // of the last profile, that are truly in the file
-};
-
-/// The head of a file; nothing when it cannot be opened or is no stimulus file: shorter than its head, an
-/// interval that is no number, or less than one sample.
-std::optional<StimFileHead> StimFileHeadOf(const std::string& path);
-
-using StimProfileSpans = std::array<std::span<float>, StimFileProfiles>;
-
-/// Reads the profiles of a file whose head is known, each as far as the file and its span reach. Samples that
-/// do not come in stay as they were, and one of 0 is not written where 0 stands, so that untouched memory
-/// stays so.
-/// @return samples of the last profile that came in
-int ReadStimProfiles(const std::string& path, const StimFileHead& head, const StimProfileSpans& profiles);
-
 /// Writes the profiles, all of one length. False, told and with a former file as it was, when that cannot be
 /// done.
 bool WriteStimProfiles(const std::string& path, float intervalMs, const StimProfileSpans& profiles);
-
-/// A column of text that was read.
-struct StimColumn {
-  std::optional<float> intervalMs;  // nothing when line 1 holds no number
-  int samples = 0;
-};
-
-/// Reads a column of text into `profile`, at most MaxStimColumn samples. A line that holds no number repeats
-/// the value before it, 0 at first. Nothing when the file cannot be opened.
-inline constexpr int MaxStimColumn = 4'999'999;
-std::optional<StimColumn> ReadStimColumn(const std::string& path, std::span<float> profile);
 
 /// Writes a column of text, failures likewise.
 bool WriteStimColumn(const std::string& path, float intervalMs, std::span<const float> profile);

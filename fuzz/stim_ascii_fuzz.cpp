@@ -1,0 +1,49 @@
+// Any bytes as a column of text: every sample is finite, and their number follows from the lines.
+#include <cmath>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "io/stimulus_read.h"
+#include "scratch_file.h"
+
+namespace zelvane {
+namespace {
+
+constexpr std::size_t Room = 512;  // samples
+constexpr float Untouched = -77.0F;
+
+/// Lines of a text, which end with LF, CR LF or CR.
+std::size_t CountLines(std::string_view text) {
+  if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+  std::size_t lines = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool pair = text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
+    if (pair) ++i;
+    lines += text[i] == '\n' || text[i] == '\r' || i + 1 == text.size() ? 1 : 0;
+  }
+  return lines;
+}
+
+void CheckOne(const std::uint8_t* data, std::size_t size) {
+  const std::string& path = ScratchFile(data, size);
+  std::vector<float> profile(Room + 1, Untouched);
+  const auto column = ReadStimColumn(path, std::span(profile).first(Room));
+  if (!column) Fault("a file that is there was not opened");
+  const std::size_t lines = CountLines({reinterpret_cast<const char*>(data), size});
+  const auto samples = static_cast<std::size_t>(column->samples);
+  if (samples != std::min(Room, lines > 0 ? lines - 1 : 0)) Fault("other samples than lines");
+  for (std::size_t i = 0; i < samples; ++i) {
+    if (!std::isfinite(profile[i])) Fault("a sample is not finite");
+  }
+  if (profile[samples] != Untouched) Fault("written beyond the last sample");
+  if (column->intervalMs && !std::isfinite(*column->intervalMs)) Fault("an interval that is not finite");
+}
+
+}  // namespace
+}  // namespace zelvane
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  zelvane::CheckOne(data, size);
+  return 0;
+}
