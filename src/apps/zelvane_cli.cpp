@@ -177,6 +177,13 @@ CLI::App* AddSimulate(CLI::App& app, SimulateArguments& arguments) {
       ->allow_extra_args(false);
   simulate->add_option("--seed", arguments.seeds, "seeds of the generators in place of the clock")
       ->type_name("S1,S2,S3");
+  simulate
+      ->add_option("--stimulus", options.stimulusFile,
+                   "take the stimulus, its interval and points from a file")
+      ->type_name("FILE.stm");
+  simulate
+      ->add_option("--autosave", options.autosaveFile, "append the run to a file: .abf, or a column of text")
+      ->type_name("FILE");
   simulate->add_option("--out", options.traceFile, "write the trace: .txt, .atf or .csv")->type_name("FILE");
   simulate
       ->add_option("--occupancy", options.occupancyFile, "write the occupancies of the states that are on")

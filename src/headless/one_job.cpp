@@ -99,6 +99,7 @@ void StartJob(const std::optional<Seeds>& seeds) {
   ClearScreen();
   AllocateStores();
   ResetStores();
+  ConnectHooks();
   AddAllPanels();
   Screen.PanelTag = "MN";
   if (seeds) {

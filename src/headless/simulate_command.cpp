@@ -1,11 +1,13 @@
 #include "headless/simulate_command.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <ostream>
 
 #include "headless/internal/job_settings.h"
 #include "headless/internal/run_summary.h"
+#include "io/stimulus_file.h"
 #include "io/trace_export.h"
 #include "io/trace_store.h"
 #include "model/model_store.h"
@@ -35,6 +37,30 @@ bool ApplyOptions(const SimulateOptions& options, std::ostream& err) {
     return false;
   }
   return true;
+}
+
+/// Takes the stimulus, its interval and its points from a file.
+bool ReadStimulus(const std::string& path, std::ostream& err) {
+  const auto head = StimFileHeadOf(path);
+  if (head) {  // what the file proposes holds before it is read, so that nothing is asked
+    Model.ADInterval = head->intervalMs;
+    Model.NumPoints = head->samples - 1;
+  }
+  if (!StimFileRead(path)) {
+    err << path << ": no stimulus can be read from it\n";
+    return false;
+  }
+  Model.ADInterval = std::clamp(Model.ADInterval, LeastFileInterval, MostFileInterval);
+  Stimulus.StimMode = StimUser;
+  Stimulus.StimFromFile = 1;
+  return true;
+}
+
+/// A job appends its run to the file of its options, never to one of the model's.
+void ChooseAutosave(const std::string& path) {
+  Model.Autosave = path.empty() ? 0 : 1;
+  Model.AutosaveFormat = ExtensionOf(path) == ".abf" ? 1 : 0;
+  Trace.AutosaveFileName = path;
 }
 
 void WarnOfEmptyStimulus(std::ostream& err) {
@@ -91,13 +117,15 @@ double RunTimed() {
 
 int SimulateCommand(const SimulateOptions& options, const JobStreams& streams) {
   if (!options.traceFile.empty() && !TraceFormatOf(options.traceFile)) {
-    streams.err << options.traceFile << ": the name of a trace ends in .txt, .atf or .csv\n";
+    streams.err << options.traceFile << ": the name of a trace ends in .txt, .asc, .atf or .csv\n";
     return JobMisused;
   }
   const JobScreen screen(streams);
   StartJob(options.seeds);
   if (!ReadJobModel(options.model, streams)) return JobFailed;
+  if (!options.stimulusFile.empty() && !ReadStimulus(options.stimulusFile, streams.err)) return JobFailed;
   if (!ApplyOptions(options, streams.err)) return JobMisused;
+  ChooseAutosave(options.autosaveFile);
   ShowJobStores();
   WarnOfEmptyStimulus(streams.err);
   const double wallSeconds = RunTimed();

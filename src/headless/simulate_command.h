@@ -17,13 +17,16 @@ struct SimulateOptions {
   std::optional<int> units;           // codes of ModelStore::DisplayUnits
   std::vector<std::string> settings;  // "NAME=VALUE", any store field
   std::optional<Seeds> seeds;         // of the noise
+  std::string stimulusFile;           // .stm that takes the place of the model's stimulus; empty = none
+  std::string autosaveFile;           // that the run is appended to, .abf or text; empty = none
   std::string traceFile;              // .txt, .atf or .csv; empty = none
   std::string occupancyFile;          // .csv; empty = none
   bool json = false;
 };
 
 /// Reads the model, sets what the options say in the stores and on the panels, rebuilds the stimulus, runs,
-/// and writes the files asked for and a summary. Nothing is written when the run failed or was stopped.
+/// and writes the files asked for and a summary. A stimulus file brings its interval and its points unless the
+/// options name others. Nothing is written when the run failed or was stopped.
 /// @return JobDone, JobFailed with the reason on `streams.err`, or JobMisused for a name or value that no
 /// field
 ///         takes

@@ -12,6 +12,15 @@ namespace {
 constexpr std::size_t BlockBytes = 256 * 1024;
 constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
 
+/// Bytes from here to the end of an open file.
+std::size_t Length(std::ifstream& file) {
+  const auto here = file.tellg();
+  file.seekg(0, std::ios::end);
+  const auto bytes = file.tellg() - here;
+  file.seekg(here);
+  return bytes > 0 ? static_cast<std::size_t>(bytes) : 0;
+}
+
 }  // namespace
 
 std::optional<std::ifstream> OpenInput(const std::string& path) {
@@ -36,7 +45,7 @@ std::optional<std::string> ReadBytes(const std::string& path, std::size_t most) 
 }
 
 LineReader::LineReader(std::ifstream file, std::size_t longest)
-    : file_(std::move(file)), longest_(longest), buffer_(BlockBytes + longest + 2) {
+    : file_(std::move(file)), longest_(longest), buffer_(longest + 2 + std::min(BlockBytes, Length(file_))) {
   Fill();
   if (Pending().starts_with(Utf8Mark)) begin_ += Utf8Mark.size();
 }

@@ -73,7 +73,10 @@ int ReadStimProfiles(const std::string& path, const StimFileHead& head, const St
   auto file = OpenInput(path);
   if (!file) return 0;
   file->seekg(StimFileHeadBytes);
-  std::vector<float> block(std::min(BlockSamples, static_cast<std::size_t>(head.samples)));
+  std::error_code error;
+  const auto held = static_cast<std::size_t>(std::filesystem::file_size(path, error)) / sizeof(float);
+  std::vector<float> block(
+      std::max(std::size_t{1}, std::min({BlockSamples, static_cast<std::size_t>(head.samples), held})));
   int last = 0;
   for (const std::span<float> profile : profiles) last = ReadProfile(*file, head.samples, profile, block);
   return last;

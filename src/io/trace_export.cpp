@@ -117,10 +117,15 @@ std::size_t OccupancyRows() {
 
 }  // namespace
 
-std::optional<TraceFormat> TraceFormatOf(const std::string& path) {
+std::string ExtensionOf(const std::string& path) {
   std::string extension = std::filesystem::path(path).extension().string();
   for (char& c : extension) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  if (extension == ".txt") return TraceFormat::SingleColumn;
+  return extension;
+}
+
+std::optional<TraceFormat> TraceFormatOf(const std::string& path) {
+  const std::string extension = ExtensionOf(path);
+  if (extension == ".txt" || extension == ".asc") return TraceFormat::SingleColumn;
   if (extension == ".atf") return TraceFormat::Atf;
   if (extension == ".csv") return TraceFormat::Csv;
   return std::nullopt;

@@ -17,13 +17,16 @@
 namespace zelvane {
 
 enum class TraceFormat {
-  SingleColumn,  // .txt: the interval in ms, then one sample a line
+  SingleColumn,  // .txt, .asc: the interval in ms, then one sample a line
   Atf,           // .atf: Axon text file 1.0, time in seconds beside each sample
   Csv,           // .csv: time in ms, sample
 };
 
 /// The format that the extension of `path` names, in letters of either kind. Nothing for any other extension.
 std::optional<TraceFormat> TraceFormatOf(const std::string& path);
+
+/// The extension of a file's name in small letters, with its full stop: ".abf". Empty without one.
+std::string ExtensionOf(const std::string& path);
 
 /// Writes a trace to `path` in the format of its extension.
 ///

@@ -10,6 +10,7 @@
 #include "io/internal/trace_readers.h"
 #include "io/trace_hooks.h"
 #include "io/trace_store.h"
+#include "io/trace_write.h"
 #include "model/model_store.h"
 #include "rscm/rscm_store.h"
 #include "screen/popups.h"
@@ -19,7 +20,6 @@
 namespace zelvane {
 namespace {
 
-constexpr char AutosaveOn[] = "Turn off autosave before reading or writing other datafiles.";
 constexpr char ReadTitle[] = "Read ASCII, ABF, ATF, or OBF Data File";
 constexpr char ReadDefault[] = "*.abf";
 constexpr char ReadFilter[] = "*.dat;*.atf;*.asc;*.abf;*.ave";
@@ -137,16 +137,10 @@ std::optional<std::string> ChooseFile(const char* title, const char* proposed, c
   return FileSelectPopup(request);
 }
 
-bool RefusesForAutosave() {
-  if (Model.Autosave == 0) return false;
-  MessagePopup(ErrorTitle, AutosaveOn);
-  return true;
-}
-
 }  // namespace
 
 bool ReadChosenFile() {
-  if (RefusesForAutosave()) return false;
+  if (RefusedByAutosave()) return false;
   const auto path = ChooseFile(ReadTitle, ReadDefault, ReadFilter);
   return path && ReadRecording(*path);
 }
@@ -159,13 +153,13 @@ bool BeginsLikeRecording(const std::string& path) {
 void TraceRead(bool ask) {
   if (ask) {
     ReadChosenFile();
-  } else if (!RefusesForAutosave()) {
+  } else if (!RefusedByAutosave()) {
     ReadRecording(Trace.TraceFileName);
   }
 }
 
 bool TraceReadFile(const std::string& path) {
-  if (RefusesForAutosave()) return false;
+  if (RefusedByAutosave()) return false;
   Trace.ParseRequested = 0;
   if (!ReadRecording(path)) return false;
   ShowWholeTrace();
@@ -173,7 +167,7 @@ bool TraceReadFile(const std::string& path) {
 }
 
 void ReadAsciiData() {
-  if (RefusesForAutosave()) return;
+  if (RefusedByAutosave()) return;
   const auto path = ChooseFile(AsciiTitle, AsciiDefault, AsciiFilter);
   if (!path) return;
   FormerFile former;

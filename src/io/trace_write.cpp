@@ -24,6 +24,8 @@ namespace zelvane {
 namespace {
 
 constexpr char AutosaveIsOn[] = "Turn off autosave before reading or writing other datafiles.";
+constexpr char NoAutosaveFile[] =
+    "Autosave is on, but no file is chosen for it. Switch it off and on again to choose one.";
 constexpr char AtfTitle[] = "?";
 constexpr char AtfQuestion[] = "Export ASCII in ATF format?";
 constexpr char RecordingTitle[] = "Error!";
@@ -132,6 +134,10 @@ bool AutosaveTextWrite(const std::string& path) {
 }
 
 void AutosaveTrace() {
+  if (Trace.AutosaveFileName.empty()) {
+    MessagePopup(ErrorTitle, NoAutosaveFile);
+    return;
+  }
   if (Model.AutosaveFormat == 0) {
     AutosaveTextWrite(Trace.AutosaveFileName);
   } else {

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <filesystem>
 
+#include "fit/wave_set.h"
 #include "io/model_file.h"
 #include "io/stimulus_file.h"
 #include "io/trace_hooks.h"
@@ -115,15 +116,14 @@ void RefreshTraceViews() {
   TakeLengthAsGiven();
 }
 
-/// Connects what lower folders hand on to higher ones.
+}  // namespace
+
 void ConnectHooks() {
   AfterRun = RunHooks{};
   AfterRun.autosave = AutosaveTrace;
   AfterRead = TraceHooks{};
   AfterRead.refreshViews = RefreshTraceViews;
 }
-
-}  // namespace
 
 void AskToQuit() {
   if (ConfirmPopup("", QuitQuestion)) QuitUserInterface();
@@ -146,6 +146,7 @@ void AddAllPanels() {
   AddStimulusPanel();
   AddStimulusFileControls();
   AddTraceWriteControls();
+  AddWaveSetMenu();
   AddDependencePanel();
   AddConductancePanel();
   AddInitialConditionsPanel();

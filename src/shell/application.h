@@ -23,6 +23,9 @@ void StartApplication(const StartOptions& options);
 /// cannot be read is told and changes nothing.
 void OpenFileByName(const std::string& path);
 
+/// Connects what lower folders hand on to higher ones.
+void ConnectHooks();
+
 /// Declares every panel on an empty screen.
 void AddAllPanels();
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -217,6 +218,52 @@ TEST(ParseSeedsTest, TakesThreeWholeNumbersThatMoveTheGenerator) {
                            "30269,30307,30323", "nan,1,2", "1,2,1e300"}) {
     EXPECT_FALSE(ParseSeeds(text)) << text;
   }
+}
+
+/// A stimulus file with a pulse of Drug1 from sample 1000 to 1999 of 4001.
+std::string PulseFile(const std::string& path, float intervalMs) {
+  std::vector<float> samples(7 * 4001);
+  std::fill_n(samples.begin(), 4001, -0.07F);
+  std::fill_n(samples.begin() + 4001 + 1000, 1000, 0.01F);
+  const int count = 4001;
+  std::string bytes(8 + samples.size() * 4, '\0');
+  std::memcpy(bytes.data(), &intervalMs, 4);
+  std::memcpy(bytes.data() + 4, &count, 4);
+  std::memcpy(bytes.data() + 8, samples.data(), samples.size() * 4);
+  WriteWholeFile(path, bytes);
+  return path;
+}
+
+TEST_F(SimulateTest, AStimulusFileBringsItsIntervalAndItsPoints) {
+  options.points.reset();
+  options.stimulusFile = PulseFile(folder.File("pulse.stm"), 0.005F);
+  json summary = Summary();
+  EXPECT_EQ(summary["points"], 4000);
+  EXPECT_EQ(summary["interval"], 0.005);
+  EXPECT_GT(summary["peak"]["time"], 5.0);  // the pulse begins at 5 ms
+  EXPECT_LT(summary["peak"]["time"], 6.0);
+  EXPECT_FALSE(Told("answered no")) << err.str();
+  options.points = 2000;
+  options.intervalMs = 0.01;
+  summary = Summary();
+  EXPECT_EQ(summary["points"], 2000);
+  EXPECT_GT(summary["peak"]["time"], 10.0);  // samples stay samples
+  options.stimulusFile = folder.File("none.stm");
+  EXPECT_EQ(Run(), JobFailed);
+  EXPECT_TRUE(Told("none.stm: no stimulus can be read from it"));
+}
+
+TEST_F(SimulateTest, RunsAreAppendedToAnAutosaveFile) {
+  options.autosaveFile = folder.File("runs.abf");
+  EXPECT_EQ(Run(), JobDone) << err.str();
+  EXPECT_EQ(Run(), JobDone) << err.str();
+  EXPECT_EQ(ReadWholeFile(options.autosaveFile).size(), 2048U + 2 * 40'000U);
+  options.autosaveFile = folder.File("runs.asc");
+  EXPECT_EQ(Run(), JobDone) << err.str();
+  EXPECT_TRUE(ReadWholeFile(options.autosaveFile).starts_with("1.000000e-03\n"));
+  options.autosaveFile = folder.File("none/runs.asc");
+  EXPECT_EQ(Run(), JobFailed);
+  EXPECT_TRUE(Told("IO Error 100: FileOpen failed"));
 }
 
 }  // namespace
