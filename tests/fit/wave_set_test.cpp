@@ -1,0 +1,127 @@
+// List files: names, where files are looked for, what a set holds afterwards.
+#include "fit/wave_set.h"
+
+#include <filesystem>
+
+#include "fit/fit_store.h"
+#include "fit/wave_list.h"
+#include "io/stimulus_file.h"
+#include "io/trace_store.h"
+#include "io/trace_write.h"
+#include "model/model_store.h"
+#include "sim/run_panel.h"
+#include "stimulus/stimulus_store.h"
+#include "support/pressing.h"
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+class WaveSetTest : public PanelTest {
+ protected:
+  WaveSetTest() {
+    std::filesystem::copy_file(ZELVANE_DATA "/config.mod", folder.File("model.mod"));
+    for (int w = 1; w <= 2; ++w) {
+      Model.NumPoints = 2000 + w;
+      for (int i = 0; i < Model.NumPoints; ++i)
+        Trace.SimTrace[static_cast<std::size_t>(i)] = static_cast<float>(w);
+      EXPECT_TRUE(TraceAbfWrite(folder.File("cell" + std::to_string(w) + ".abf")));
+      Stimulus.Profile[6][0] = static_cast<float>(10 * w);
+      EXPECT_TRUE(StimFileWrite(folder.File("step" + std::to_string(w) + ".stm"), 100 * w));
+    }
+  }
+
+  std::string List(const std::string& text) {
+    WriteWholeFile(folder.File("set.lst"), text);
+    return folder.File("set.lst");
+  }
+
+  TemporaryFolder folder;
+};
+
+constexpr char TwoPairs[] =
+    "LIST\r\n/gone/model.mod\r\n2\r\n/gone/cell1.abf\r\nC:\\gone\\step1.stm\r\ncell2.abf\r\nstep2.stm\r\n";
+
+TEST_F(WaveSetTest, NamesAreCutAtTheFirstFullStopOfTheFile) {
+  struct Case {
+    const char* line;
+    const char* extension;
+    const char* cleaned;
+  };
+  for (const Case& test :
+       {Case{"cell.abf", "", "cell.abf"}, Case{"cell.2.abf", "", "cell.2.a"}, Case{"cell", "", "cell"},
+        Case{"/a.b/c.d/cell.abf ", "", "/a.b/c.d/cell.abf"}, Case{"x.ab", "", "x.ab"},
+        Case{"a.b\\step.txt", ".stm", "a.b\\step.stm"}, Case{"", ".mod", ".mod"}}) {
+    EXPECT_EQ(CleanedName(test.line, test.extension), test.cleaned) << test.line;
+  }
+}
+
+TEST_F(WaveSetTest, AListMovedWithItsFilesLoadsWithoutADialog) {
+  choices = {List(TwoPairs)};
+  PressCommand("FxnListFile");
+  EXPECT_EQ(fileRequests.size(), 1U);
+  EXPECT_EQ(PopupTexts(), std::vector<std::string>{});
+  EXPECT_EQ(Model.ModelFileName, folder.File("model.mod"));
+  EXPECT_EQ(Fit.FitWaveCount, 2);
+  EXPECT_EQ(Fit.FitListOn, 1);
+  const FitWaveform& second = Fit.Wave[2];
+  EXPECT_EQ(second.DataName, "cell2.abf");
+  EXPECT_EQ(second.DataLength, 2002);
+  EXPECT_EQ(second.WaveData[2001], 2.0F);
+  EXPECT_EQ(second.StimName, "step2.stm");
+  EXPECT_EQ(second.StimLength, 200);
+  EXPECT_EQ(second.WaveStim[6][0], 20.0F);
+  EXPECT_TRUE(second.WaveLoaded == 1 && second.DataOn == 1 && second.StimOn == 1);
+  ASSERT_EQ(Fit.LogLines.size(), 4U);
+  EXPECT_EQ(Fit.LogLines[2], "  DATA File: " + folder.File("cell2.abf") + " length=2002 adinterval=0.010000");
+  EXPECT_EQ(Fit.LogLines[3], "  STM File: " + folder.File("step2.stm") + " length=200 adinterval=0.010000");
+}
+
+TEST_F(WaveSetTest, AWrittenListReadsBackAsTheSamePairs) {
+  ReadListNamed(List(TwoPairs));
+  choices = {folder.File("new.lst"), folder.File("new.lst")};
+  PressCommand("FitSaveList");
+  EXPECT_EQ(ReadWholeFile(folder.File("new.lst")),
+            "LIST\n" + folder.File("model.mod") + "\n2\ncell1.abf\nstep1.stm\ncell2.abf\nstep2.stm\n");
+  PressCommand("FxnListFile");
+  EXPECT_EQ(Fit.FitWaveCount, 2);
+  EXPECT_EQ(Fit.Wave[1].StimName, "step1.stm");
+  PressCommand("FxnFitClear");
+  EXPECT_EQ(Fit.FitWaveCount, 0);
+  EXPECT_EQ(Fit.Wave[2].DataName, "");
+  EXPECT_EQ(Fit.Wave[2].WaveData[5], 0.0F);
+  EXPECT_EQ(Fit.Wave[2].WaveStim[6][0], 0.0F);
+}
+
+TEST_F(WaveSetTest, AMissingFileIsAskedForAndWithoutOneThePairsSoFarStay) {
+  choices = {folder.File("cell2.abf")};
+  ReadListNamed(List("LIST\nmodel.mod\n2\nnone.abf\nstep1.stm\ncell2.abf\nnone.stm\n"));
+  ASSERT_EQ(fileRequests.size(), 2U);
+  EXPECT_EQ(fileRequests[0].title, "Read ASCII or Binary Data File to Fit");
+  EXPECT_EQ(fileRequests[1].title, "Read Binary Stimulus Profile for Fitting");
+  EXPECT_EQ(Fit.Wave[1].DataName, "cell2.abf");
+  EXPECT_EQ(Fit.FitWaveCount, 1);
+}
+
+TEST_F(WaveSetTest, SixteenPairsAreFifteenAndAFileThatIsNoListIsToldSo) {
+  std::string text = "LIST\nmodel.mod\n16\n";
+  for (int p = 0; p < 16; ++p) text += "cell1.abf\nstep1.stm\n";
+  ReadListNamed(List(text));
+  EXPECT_EQ(Fit.FitWaveCount, 15);
+  WaveSetClear();
+  for (const char* count : {"0", "-3", "none"}) {
+    ReadListNamed(List(std::string("LIST\nmodel.mod\n") + count + "\ncell1.abf\nstep1.stm\n"));
+    EXPECT_EQ(Fit.FitWaveCount, 0) << count;
+  }
+  EXPECT_TRUE(popups.empty());
+  ReadListNamed(List("LISX\n"));
+  ReadListNamed(folder.File("missing.lst"));
+  EXPECT_EQ(PopupTexts(),
+            (std::vector<std::string>{"IO Error 103: Wrong File Format", "IO Error 100: FileOpen failed"}));
+  Fit.FitListOn = 1;
+  PressCommand("FxnListFile");
+  EXPECT_EQ(Fit.FitListOn, 0) << "a cancelled dialog";
+}
+
+}  // namespace
+}  // namespace zelvane
