@@ -8,12 +8,12 @@
 
 #include <algorithm>
 #include <cstring>
-#include <ctime>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "bench_models.h"
+#include "bench_times.h"
 #include "shell/application.h"
 #include "shell/stores.h"
 #include "sim/adaptive_step.h"
@@ -33,36 +33,6 @@ constexpr int Points = 10240;
 constexpr int LongPoints = 5'000'000;
 constexpr float StepMs = 0.005F;  // two substeps a point
 constexpr float Precision = 0.0005F;
-constexpr int PlainRuns = 3;
-
-/// Processor time of `work`: other programs on the machine would stretch the longer of two wall times the
-/// more.
-double Seconds(const std::function<void()>& work) {
-  const std::clock_t start = std::clock();
-  work();
-  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
-
-double Median(std::vector<double> values) {
-  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2),
-                   values.end());
-  return values[values.size() / 2];
-}
-
-/// Times `fast` for the benchmark and `plain` beside it; `share` is the part of the fast work that the plain
-/// does.
-void Compare(benchmark::State& state, const std::function<void()>& fast, const std::function<void()>& plain,
-             double share = 1.0) {
-  std::vector<double> fastTimes;
-  std::vector<double> plainTimes;
-  for (int run = 0; run < PlainRuns; ++run) plainTimes.push_back(Seconds(plain) / share);
-  for (auto _ : state) {
-    fastTimes.push_back(Seconds(fast));
-    state.SetIterationTime(fastTimes.back());
-  }
-  state.counters["plain_ms"] = Median(plainTimes) * 1e3;
-  state.counters["times_faster"] = Median(plainTimes) / Median(fastTimes);
-}
 
 bool SameRows(const IntegratorOutput& plain, int points) {
   for (std::size_t s = 1; s <= MaxStates; ++s) {
@@ -101,7 +71,7 @@ void FixedPath(benchmark::State& state, const BenchScheme& scheme, BenchStimulus
   runPlain();
   FastFixed(scheme, Points);
   if (!SameRows(plain, Points)) state.SkipWithError("the two forms differ");
-  Compare(
+  CompareTimes(
       state, [&] { FastFixed(scheme, Points); }, runPlain);
 }
 
@@ -119,7 +89,7 @@ void AdaptivePath(benchmark::State& state, const BenchScheme& scheme, BenchStimu
   const bool same =
       SameRows(plain, Points) && std::memcmp(plain.saved.data(), Result.SavedTime.data(), bytes) == 0;
   if (!same || !result.finished) state.SkipWithError("the two forms differ");
-  Compare(
+  CompareTimes(
       state, [&] { FastAdaptive(scheme, Points); }, runPlain);
   state.counters["saved_steps"] = result.saved;
 }
@@ -129,7 +99,7 @@ void LongRun(benchmark::State& state, const BenchScheme& scheme) {
   SetStimulus(BenchStimulus::Pulse, Points);  // beyond it both profiles are 0
   const StimulusView view = StoreStimulus();
   IntegratorOutput plain(Points);
-  Compare(
+  CompareTimes(
       state, [&] { FastFixed(scheme, LongPoints); },
       [&] { PlainFixedStep(scheme.Tables(), view, scheme.start, Points, StepMs, plain.rows); },
       static_cast<double>(Points) / LongPoints);

@@ -139,6 +139,7 @@ void AddAllPanels() {
   AddUndoMenu();
   AddModelMenu();
   AddRunControls();
+  AddStatisticsControls();
   AddRunMenu();
   AddControls("MainPanel", "shell", ShellControls);
   AddRecordingControls();

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstddef>
 
 #include "io/trace_store.h"
@@ -12,6 +11,7 @@
 #include "sim/adaptive_step.h"
 #include "sim/compiled_scheme.h"
 #include "sim/fixed_step.h"
+#include "sim/internal/window_breath.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
 #include "sim/run_panel.h"
@@ -34,7 +34,6 @@ constexpr char Interrupted[] = "Simulation Interrupted by User";
 
 constexpr int ManyPoints = 20001;  // a run that can take time
 constexpr double ManySubsteps = 10.0;
-constexpr std::chrono::milliseconds BreathInterval{30};
 
 SchemeTables ActiveTables() {
   return {Model.RateMatrix, Model.Depend, Model.ModelIs2D != 0 ? Model.StateOn : Model.TableStateOn,
@@ -55,20 +54,6 @@ RunHook ProgressHook() {
   return [](double fraction) {
     ShowProgress(fraction);
     ProcessSystemEvents();
-    return Result.StopRequested != 0;
-  };
-}
-
-/// Lets a window live between the moments of progress, some 30 times a second.
-BreathHook WindowBreath() {
-  if (Model.FitActive != 0) return {};
-  using Clock = std::chrono::steady_clock;
-  return [last = Clock::now()]() mutable {
-    const Clock::time_point now = Clock::now();
-    if (now - last >= BreathInterval) {
-      Breathe();
-      last = Clock::now();
-    }
     return Result.StopRequested != 0;
   };
 }

@@ -13,16 +13,24 @@
 #include "model/model_store.h"
 #include "screen/popups.h"
 #include "sim/internal/ohmic_drive.h"
+#include "sim/internal/window_breath.h"
+#include "sim/monte_carlo.h"
 #include "sim/random.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
+#include "sim/run_hooks.h"
 #include "sim/run_panel.h"
+#include "singlechannel/dwell_store.h"
+#include "stimulus/stimulus_store.h"
 
 namespace zelvane {
 namespace {
 
-constexpr char NoSimulator[] =
-    "This version cannot simulate single channels. Choose one of the integrators to run this model.";
+constexpr char IsolatedState[] = "Error with model.";
+constexpr char TooFast[] =
+    "A rate is too fast for the length of the sweep: the time of a channel no longer advances. Lower the "
+    "rate or "
+    "shorten the sweep.";
 constexpr char Interrupted[] = "Simulation Interrupted by User";
 
 constexpr int PollingFrom = 21;        // fewer channels are over before a user can press stop
@@ -33,6 +41,10 @@ constexpr int ReseedPointsBack = 100;  // a sweep's end may be cut off by the la
 
 /// The settings of a simulation, fixed while it lasts, and how far it has come.
 struct Loop {
+  Loop() = default;
+  Loop(const Loop&) = delete;  // the parts of the simulator refer to each other
+  Loop& operator=(const Loop&) = delete;
+
   bool subunits = false;
   int numRuns = 0;
   int numChannels = 0;
@@ -41,6 +53,13 @@ struct Loop {
   StateTable<float> savedRates{};
   std::array<float, MaxStates + 1> savedStart{};
   bool reachedMonitored = false;
+  bool analyzes = false;
+
+  // -- The simulator --
+  ExitBook exits;
+  OccupancyCounts occupancy;
+  DwellRecorder recorder{Dwell};
+  ChannelSweep sweep{exits, occupancy, recorder};
 
   // -- The present run --
   int channels = 0;
@@ -48,9 +67,12 @@ struct Loop {
   std::int64_t total = 0;
 };
 
-Loop PrepareLoop() {
+bool TalksToUser() {
+  return Model.FitActive == 0;
+}
+
+void ReadSettings(Loop& loop) {
   ForceMultiSubunit();
-  Loop loop;
   loop.subunits = Model.MultiSubunit != 0;
   loop.numRuns = loop.subunits ? Model.NumChannels : Model.NumRuns;
   loop.numChannels = loop.subunits ? 1 : Model.NumChannels;
@@ -58,11 +80,32 @@ Loop PrepareLoop() {
   loop.numPoints = Model.NumPoints;
   loop.savedRates = Model.RateMatrix;
   loop.savedStart = Model.StartOccupancy;
-  return loop;
 }
 
-bool TalksToUser() {
-  return Model.FitActive == 0;
+void PrepareSimulator(Loop& loop) {
+  const ChannelTables tables{Model.RateMatrix, Model.Depend, Result.ConnectionCount, Result.Connection,
+                             Model.Temperature};
+  std::array<std::span<const float>, MaxDrugs + 1> profile;
+  std::copy(Stimulus.Profile.begin(), Stimulus.Profile.end(), profile.begin());
+  loop.exits = PrepareExits(tables, profile, Model.ADInterval, loop.numPoints);
+  loop.recorder.monitored = Model.StateMonitored;
+  loop.recorder.openClass = Result.StateClass;
+  ClearDwells(loop.recorder);
+  loop.sweep.numPoints = loop.numPoints;
+  loop.sweep.intervalMs = Model.ADInterval;
+  loop.sweep.lengthMs = Model.ADInterval * static_cast<float>(loop.numPoints);
+  loop.sweep.openState = Model.OpenState;
+  loop.sweep.breathe = WindowBreath();
+}
+
+/// Asks for the results file of an analysis of each run.
+void BeginAnalysis(Loop& loop) {
+  const bool wanted = Model.AutoAnalyze != 0 && TalksToUser();
+  loop.analyzes = wanted && AfterRun.beginAnalysis != nullptr && AfterRun.beginAnalysis();
+}
+
+void ShowStatistics() {
+  if (TalksToUser()) ShowEventStatistics();
 }
 
 void StartRun(Loop& loop) {
@@ -73,6 +116,8 @@ void StartRun(Loop& loop) {
     Result.ChannelUnit = 1.0F / static_cast<float>(loop.subunits ? loop.numRuns : loop.channels);
   }
   Result.EffectiveChannels = static_cast<float>(loop.subunits ? loop.numRuns : loop.channels);
+  Dwell.OpenStateExits = Dwell.MonitoredChannels = 0;
+  loop.sweep.openStateExits = 0;
   loop.done = 0;
   loop.total = static_cast<std::int64_t>(loop.channels) * (static_cast<std::int64_t>(loop.numIntervals) + 1);
 }
@@ -84,28 +129,50 @@ bool StoppedByUser(const Loop& loop) {
                  Result.RunText);
   }
   ProcessSystemEvents();
-  if (Result.StopRequested == 0) return false;
-  if (TalksToUser()) {
-    ResetProgress();
-    MessagePopup(NoticeTitle, Interrupted);
-  }
-  return true;
+  return Result.StopRequested != 0;
+}
+
+/// Whether the run can go on after a channel; else the user is told why not.
+bool GoesOn(ChannelOutcome outcome) {
+  if (outcome == ChannelOutcome::Unmonitored || outcome == ChannelOutcome::Monitored) return true;
+  if (!TalksToUser()) return false;
+  ResetProgress();
+  if (outcome == ChannelOutcome::Stopped) MessagePopup(NoticeTitle, Interrupted);
+  if (outcome == ChannelOutcome::Isolated) MessagePopup(NoticeTitle, IsolatedState);
+  if (outcome == ChannelOutcome::Stalled) MessagePopup(ErrorTitle, TooFast);
+  return false;
 }
 
 /// Simulates the channels of one sweep, sorted by the state that they start in. False when the run is over.
-bool SimulateSweep(Loop& loop) {
+bool SimulateChannels(Loop& loop) {
   for (std::size_t b = 1; b <= MaxStates; ++b) {
     const int starting = ChannelsStartingIn(loop.channels, Model.StartOccupancy[b]);
     for (int k = 0; k < starting; ++k) {
-      if (PollIsDue(loop.channels, loop.done, loop.total, k, !TalksToUser()) && StoppedByUser(loop))
-        return false;
-      const ChannelOutcome outcome = SimulateChannel(static_cast<int>(b));
-      if (outcome == ChannelOutcome::Failed) return false;
-      if (outcome == ChannelOutcome::Monitored) loop.reachedMonitored = true;
+      const bool stopped =
+          PollIsDue(loop.channels, loop.done, loop.total, k, !TalksToUser()) && StoppedByUser(loop);
+      const ChannelOutcome outcome =
+          stopped ? ChannelOutcome::Stopped : SimulateChannel(loop.sweep, static_cast<int>(b));
+      if (!GoesOn(outcome)) return false;
+      if (outcome == ChannelOutcome::Monitored) ++Dwell.MonitoredChannels;
       ++loop.done;
     }
   }
   return true;
+}
+
+/// One sweep. Whole or broken off, occupancies, record and statistics are then in order.
+bool SimulateSweep(Loop& loop) {
+  ClearOccupancy(loop.numPoints);
+  StartSweep(loop.occupancy, Result.Occupancy, loop.numPoints, loop.channels, Result.ChannelUnit);
+  const bool whole = SimulateChannels(loop);
+  EndSweep(loop.occupancy);
+  for (std::size_t s = 1; s <= MaxStates; ++s) {
+    Result.OccupancyUsed[s] = std::max(Result.OccupancyUsed[s], loop.occupancy.used[s]);
+  }
+  EndRecord(loop.recorder);
+  Dwell.OpenStateExits = loop.sweep.openStateExits;
+  if (Dwell.MonitoredChannels > 0) loop.reachedMonitored = true;
+  return whole;
 }
 
 bool DependsOnDrug(std::size_t from, std::size_t to) {
@@ -116,12 +183,26 @@ bool DependsOnDrug(std::size_t from, std::size_t to) {
 }
 
 /// Takes the agonists away for the intervals: rates with a voltage dependence alone stay.
-void RemoveDrugRates() {
+void RemoveDrugRates(Loop& loop) {
   for (std::size_t from = 1; from <= MaxStates; ++from) {
     for (std::size_t to = 1; to <= MaxStates; ++to) {
       if (DependsOnDrug(from, to)) Model.RateMatrix[from][to] = 0.0F;
     }
   }
+  ForgetExits(loop.exits, Model.RateMatrix);
+}
+
+void RestoreRates(Loop& loop) {
+  Model.RateMatrix = loop.savedRates;
+  ForgetExits(loop.exits, Model.RateMatrix);
+}
+
+/// What follows on the first sweep of a run: the trace, and the rates of the intervals.
+void FinishFirstSweep(Loop& loop, int run) {
+  if (!loop.subunits) ConvertTrace(loop.numRuns != 1 && Model.ShowAllTraces == 0);
+  if (loop.numIntervals > 0) RemoveDrugRates(loop);
+  if (!loop.subunits) AutosaveRun();
+  if (loop.analyzes && AfterRun.analyzeRun != nullptr) AfterRun.analyzeRun(run);
 }
 
 void ShowStartOccupancy() {
@@ -145,15 +226,10 @@ void ShowSweepText(const Loop& loop, int run, int sweep) {
 bool SimulateRun(Loop& loop, int run) {
   for (int sweep = 0; sweep <= loop.numIntervals; ++sweep) {
     ShowSweepText(loop, run, sweep);
-    ClearOccupancy(loop.numPoints);
     if (!SimulateSweep(loop)) return false;
-    if (sweep == 0) {
-      if (!loop.subunits) ConvertTrace(loop.numRuns != 1 && Model.ShowAllTraces == 0);
-      RemoveDrugRates();
-      AutosaveRun();
-    }
+    if (sweep == 0) FinishFirstSweep(loop, run);
     if (Model.ReseedSimulation != 0 || loop.numIntervals > 0) ReseedFromEnd(loop.numPoints);
-    if (sweep == loop.numIntervals) Model.RateMatrix = loop.savedRates;
+    if (sweep == loop.numIntervals && sweep > 0) RestoreRates(loop);
     if (run == loop.numRuns) break;
   }
   return true;
@@ -209,18 +285,37 @@ void AddSubunit(int numPoints) {
   }
 }
 
-void FinishLoop(const Loop& loop) {
-  if (loop.subunits && TalksToUser()) {
-    ShowSweepLength();
-    PlotTrace(true);
+/// All runs. False when they were broken off.
+bool SimulateRuns(Loop& loop) {
+  for (int run = 1; run <= loop.numRuns; ++run) {
+    StartRun(loop);
+    if (!SimulateRun(loop, run)) return false;
+    if (loop.subunits) AddSubunit(loop.numPoints);
   }
+  return true;
+}
+
+void FinishTrace(const Loop& loop) {
+  if (loop.subunits) {
+    if (TalksToUser()) {
+      ShowSweepLength();
+      PlotTrace(true);
+    }
+    AutosaveRun();
+  }
+  if (!loop.reachedMonitored) return;
+  Trace.TraceValid = 1;
+  Trace.TraceParsed = 0;
+  Trace.RsCorrected = 0;
+}
+
+/// Leaves the stores in order, also after a simulation that was broken off.
+void FinishLoop(const Loop& loop) {
+  KeepRawOpenTimes(loop.recorder);
   if (Model.ReseedSimulation == 0) Model.StartOccupancy = loop.savedStart;
   ShowStartOccupancy();
-  if (loop.reachedMonitored) {
-    Trace.TraceValid = 1;
-    Trace.TraceParsed = 0;
-    Trace.RsCorrected = 0;
-  }
+  if (loop.analyzes && AfterRun.endAnalysis != nullptr) AfterRun.endAnalysis();
+  ShowStatistics();
   Result.StopRequested = 0;
   if (TalksToUser()) ResetProgress();
 }
@@ -255,18 +350,13 @@ bool PollIsDue(int channels, std::int64_t done, std::int64_t total, int ofState,
 }
 
 void RunMonteCarlo() {
-  if (SimulateChannel == nullptr) {
-    if (TalksToUser()) MessagePopup(WarningTitle, NoSimulator);
-    return;
-  }
   Result.ResultKind = ResultMonteCarlo;
   Result.StopRequested = 0;
-  Loop loop = PrepareLoop();
-  for (int run = 1; run <= loop.numRuns; ++run) {
-    StartRun(loop);
-    if (!SimulateRun(loop, run)) return;
-    if (loop.subunits) AddSubunit(loop.numPoints);
-  }
+  Loop loop;
+  ReadSettings(loop);
+  BeginAnalysis(loop);
+  PrepareSimulator(loop);
+  if (SimulateRuns(loop)) FinishTrace(loop);
   FinishLoop(loop);
 }
 

@@ -1,8 +1,9 @@
 // The loop over runs, intervals and channels of a Monte Carlo simulation.
 //
-//   The loop       RunMonteCarlo
-//   Its rules      ChannelsOfRun  ChannelsStartingIn  ReseedPoint  RunProgressText  PollIsDue
-//   The simulator  SimulateChannel
+//   The loop    RunMonteCarlo
+//   Its rules   ChannelsOfRun  ChannelsStartingIn  ReseedPoint  RunProgressText  PollIsDue
+//
+// The simulator of a channel is in monte_carlo.h.
 #pragma once
 
 #include <cstdint>
@@ -10,30 +11,23 @@
 
 namespace zelvane {
 
-/// What one sweep of one channel came to.
-enum class ChannelOutcome {
-  Unmonitored,  // the channel was never in a monitored state
-  Monitored,    // it reached one
-  Failed,       // it cannot go on; the user has been told, and the whole run ends
-};
-
-/// Simulates one channel from time 0 to the end of the sweep, starting in `startState`, and adds
-/// `Result.ChannelUnit` to `Result.Occupancy` wherever it dwells, keeping `Result.OccupancyUsed` in step.
-using ChannelSimulator = ChannelOutcome (*)(int startState);
-
-/// The simulator of single channels. This version has none: a Monte Carlo run then tells the user and ends.
-inline ChannelSimulator SimulateChannel = nullptr;
-
 /// Runs `Model.NumRuns` runs, each followed by `Model.NumIntervals` sweeps without drug-dependent rates (the
 /// last run by none). With `Model.MultiSubunit` each of `Model.NumChannels` subunits takes the place of a
 /// run, and their sum is the trace.
 ///
-/// Reads:   the run settings of `Model`, `Model.RateMatrix` and `Model.StartOccupancy` as prepared.
+/// Dwell lists and idealised record gather over all runs and sweeps; exits and channels that reached a
+/// monitored state are counted for each run. Unless a fit runs, the first sweep of each run is appended to
+/// the autosave file and analysed if asked for; the sum of subunits is saved once, when it is whole.
+///
+/// Reads:   the run settings of `Model`, `Model.RateMatrix` and `Model.StartOccupancy` as prepared, the
+///          connections of `Result`, the profiles up to the last point.
 /// Writes:  `Result.Occupancy`, `Result.EffectiveChannels`, `Result.ChannelUnit`, `Result.RunText`, the
-/// trace,
-///          `Model.StartOccupancy` with `ReseedSimulation`; `Trace.TraceValid` 1 once a channel has reached a
-///          monitored state.
-/// Tells:   "Simulation Interrupted by User" under "!" when stopped; arrays then stay as they are.
+///          trace, the working lists, record and statistics of `Dwell`, `Model.StartOccupancy` with
+///          `ReseedSimulation`; `Trace.TraceValid` 1 once a channel has reached a monitored state.
+/// Tells:   "Error with model." under "!" when a channel comes to a state without connections,
+///          "Simulation Interrupted by User" under "!" when stopped, "! Error" when a rate is too fast for
+///          the time of the sweep. The run is then over. The arrays keep the channels simulated so far, and
+///          the starting occupancies are as before the run, unless `ReseedSimulation` is on.
 void RunMonteCarlo();
 
 /// Channels of a run: |numChannels + deviation| through two decimals of text.

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "model/model.h"
+#include "sim/internal/lanes.h"
 
 namespace zelvane {
 namespace {
@@ -16,8 +17,33 @@ struct Congruence {
 };
 constexpr std::array<Congruence, 3> Generators{{{171, 30269}, {172, 30307}, {170, 30323}}};
 
+/// Values made side by side: seed n + Strides follows from seed n by the multiplier to the power of Strides.
+constexpr std::size_t Strides = 16;
+
+constexpr std::uint32_t StrideMultiplier(const Congruence& generator) {
+  std::uint32_t power = 1;
+  for (std::size_t k = 0; k < Strides; ++k) power = power * generator.multiplier % generator.modulus;
+  return power;
+}
+
+/// The next Strides seeds of each generator.
+using SeedStrides = std::array<std::array<std::uint32_t, Strides>, Generators.size()>;
+
+/// The strides of the three seeds, which are whole and 1..modulus - 1.
+constexpr SeedStrides StridesFrom(const std::array<std::uint32_t, Generators.size()>& seeds) {
+  SeedStrides strides{};
+  for (std::size_t k = 0; k < Generators.size(); ++k) {
+    std::uint32_t seed = seeds[k];
+    for (std::uint32_t& next : strides[k]) {
+      seed = Generators[k].multiplier * seed % Generators[k].modulus;
+      next = seed;
+    }
+  }
+  return strides;
+}
+
 struct GeneratorState {
-  std::array<std::uint32_t, 3> seed{1, 2, 3};  // until SeedGenerators or SetSeeds is called
+  SeedStrides seeds = StridesFrom({1, 2, 3});  // until SeedGenerators or SetSeeds is called
   std::optional<float> held;                   // second value of a Gaussian pair
   std::uint32_t coarse = 1;                    // state of CoarseRandom
 };
@@ -41,6 +67,26 @@ std::uint32_t ValidSeed(double seed, std::uint32_t modulus) {
   double rest = std::fmod(std::trunc(seed), modulus);
   if (rest < 0.0) rest += modulus;
   return rest == 0.0 ? 1 : static_cast<std::uint32_t>(rest);
+}
+
+/// Seed `n` of generator K over its modulus; the seed is moved on.
+template <std::size_t K>
+ZELVANE_INLINE double Quotient(std::size_t n) {
+  // Seeds are whole numbers below 2^15: 32-bit integers hold every product, as doubles would.
+  constexpr Congruence generator = Generators[K];
+  constexpr std::uint32_t multiplier = StrideMultiplier(generator);
+  const std::uint32_t seed = State.seeds[K][n];
+  State.seeds[K][n] = seed * multiplier % generator.modulus;
+  return static_cast<double>(static_cast<std::int32_t>(seed)) / static_cast<double>(generator.modulus);
+}
+
+/// Writes the next Strides values, 0 among them where one comes out. The sum of three quotients is below 3;
+/// taking off its whole part rounds nothing.
+ZELVANE_INLINE void NextStride(double* values) {
+  for (std::size_t n = 0; n < Strides; ++n) {
+    const double sum = Quotient<0>(n) + Quotient<1>(n) + Quotient<2>(n);
+    values[n] = sum - static_cast<double>(static_cast<std::int32_t>(sum));
+  }
 }
 
 std::size_t DrawnEntry(double u) {
@@ -70,19 +116,16 @@ void SeedFromOwnNumbers() {
 
 }  // namespace
 
-double UniformRandom() {
-  double u = 0.0;
-  while (u == 0.0) {
-    double sum = 0.0;
-    for (std::size_t k = 0; k < Generators.size(); ++k) {
-      const auto [multiplier, modulus] = Generators[k];
-      // Seeds are whole numbers below 2^15: 32-bit integers hold every product, as doubles would.
-      State.seed[k] = multiplier * State.seed[k] % modulus;
-      sum += static_cast<double>(State.seed[k]) / modulus;
+ZELVANE_CLONES void DrawAhead() {
+  Ahead.next = Ahead.end = 0;
+  while (Ahead.end == 0) {
+    std::array<double, Ahead.value.size()> drawn;
+    for (std::size_t first = 0; first < drawn.size(); first += Strides) NextStride(&drawn[first]);
+    for (const double u : drawn) {
+      Ahead.value[Ahead.end] = u;
+      Ahead.end += u != 0.0 ? 1 : 0;
     }
-    u = sum - std::trunc(sum);
   }
-  return u;
 }
 
 float GaussianNoise() {
@@ -105,8 +148,11 @@ float GaussianNoise() {
 }
 
 void SetSeeds(const std::array<double, 3>& seeds) {
-  for (std::size_t k = 0; k < seeds.size(); ++k) State.seed[k] = ValidSeed(seeds[k], Generators[k].modulus);
+  std::array<std::uint32_t, Generators.size()> valid{};
+  for (std::size_t k = 0; k < seeds.size(); ++k) valid[k] = ValidSeed(seeds[k], Generators[k].modulus);
+  State.seeds = StridesFrom(valid);
   State.held.reset();
+  Ahead.next = Ahead.end = 0;
 }
 
 void SeedGenerators(std::uint32_t clock) {

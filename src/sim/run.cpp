@@ -1,5 +1,7 @@
 #include "sim/run.h"
 
+#include <cmath>
+
 #include "io/trace_store.h"
 #include "model/model.h"
 #include "model/model_panels.h"
@@ -111,7 +113,8 @@ void AutosaveRun() {
 }
 
 bool RunHasLength() {
-  if (Model.NumPoints >= 1 && Model.ADInterval > 0.0F) return true;
+  const float lengthMs = Model.ADInterval * static_cast<float>(Model.NumPoints);
+  if (Model.NumPoints >= 1 && Model.ADInterval > 0.0F && std::isfinite(lengthMs)) return true;
   if (TalksToUser()) MessagePopup(ErrorTitle, NoLength);
   return false;
 }

@@ -4,6 +4,7 @@
 //   Panel and store  ReadRunParameters  WriteRunParameters
 //   Commands         AcquireData
 //   What is shown    PlotTrace  RemoveTracePlots  ShowDisplayUnits  ShowTraceUnits  ShowDataName  ShowRunText
+//   Statistics       AddStatisticsControls  ShowEventStatistics
 #pragma once
 
 namespace zelvane {
@@ -37,6 +38,14 @@ void ShowTraceUnits();
 
 /// Shows the model's file as the name of the present data.
 void ShowDataName();
+
+/// Readouts of what the channels of a Monte Carlo simulation did, onto MainPanel.
+void AddStatisticsControls();
+
+/// Shows exits, channels that reached a monitored state, and count and mean of the dwell lists.
+///
+/// Reads: `Dwell`.
+void ShowEventStatistics();
 
 /// Shows how far a Monte Carlo simulation has come: `Result.RunText`.
 void ShowRunText();

@@ -1,0 +1,30 @@
+// How a long stretch without events lets a window live.
+#pragma once
+
+#include <chrono>
+
+#include "model/model_store.h"
+#include "screen/popups.h"
+#include "sim/fixed_step.h"
+#include "sim/result_store.h"
+
+namespace zelvane {
+
+inline constexpr std::chrono::milliseconds BreathInterval{30};
+
+/// Lets a window live between the moments of progress, some 30 times a second, and tells whether stop was
+/// pressed. Empty while a fit runs.
+inline BreathHook WindowBreath() {
+  if (Model.FitActive != 0) return {};
+  using Clock = std::chrono::steady_clock;
+  return [last = Clock::now()]() mutable {
+    const Clock::time_point now = Clock::now();
+    if (now - last >= BreathInterval) {
+      Breathe();
+      last = Clock::now();
+    }
+    return Result.StopRequested != 0;
+  };
+}
+
+}  // namespace zelvane

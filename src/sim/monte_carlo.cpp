@@ -1,0 +1,149 @@
+#include "sim/monte_carlo.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "sim/random.h"
+
+namespace zelvane {
+namespace {
+
+/// Where a channel stands.
+struct Channel {
+  int state = 0;
+  float t = 0.0F;  // ms into the sweep
+  int point = 0;
+};
+
+/// What becomes of a channel in its present state.
+struct ChannelDwell {
+  float d = 0.0F;  // ms
+  int points = 0;
+  int next = 0;        // state chosen; the present one when nothing was chosen
+  bool moves = false;  // to `next`
+  bool ends = false;   // the sweep
+};
+
+int ChooseNext(const StateExits& exits) {
+  const std::size_t last = exits.count - std::size_t{1};
+  if (last == 0) return exits.next[0];
+  const double u = UniformRandom();
+  std::size_t k = 0;
+  while (k < last && !(u < exits.bound[k])) ++k;
+  return exits.next[k];
+}
+
+ChannelDwell DwellAtConstantRates(const ChannelSweep& sweep, const StateExits& exits,
+                                  const Channel& channel) {
+  ChannelDwell dwell;
+  dwell.next = ChooseNext(exits);
+  dwell.d = static_cast<float>(exits.scaleMs * std::log(UniformRandom()));
+  dwell.points = std::min(WholePoints(dwell.d, sweep.intervalMs), sweep.numPoints + 1);
+  dwell.moves = true;
+  dwell.ends = channel.t + dwell.d > sweep.lengthMs;
+  return dwell;
+}
+
+/// The float sum of `points` intervals.
+float Passed(ChannelSweep& sweep, int points) {
+  while (sweep.passed.size() <= static_cast<std::size_t>(points)) {
+    sweep.passed.push_back(sweep.passed.back() + sweep.intervalMs);
+  }
+  return sweep.passed[static_cast<std::size_t>(points)];
+}
+
+ChannelDwell DwellPointByPoint(ChannelSweep& sweep, const StateExits& exits, const Channel& channel) {
+  ChannelDwell dwell;
+  dwell.next = ChooseNext(exits);
+  const int unchanged = exits.changeAt - channel.point;
+  const double leave = exits.leave;
+  int m = 0;
+  while (!dwell.moves && m < unchanged) {
+    ++m;
+    if (UniformRandom() <= leave) {
+      dwell.moves = true;
+    } else if (channel.t + Passed(sweep, m) > sweep.lengthMs) {
+      dwell.moves = dwell.ends = true;
+    }
+  }
+  dwell.points = dwell.moves ? m : m + 1;
+  dwell.d = Passed(sweep, dwell.points);
+  return dwell;
+}
+
+ChannelDwell DwellToTheEnd(const ChannelSweep& sweep, const Channel& channel) {
+  ChannelDwell dwell;
+  dwell.d = std::max(0.0F, sweep.lengthMs - channel.t);
+  dwell.points = std::max(0, sweep.numPoints - channel.point);
+  dwell.next = channel.state;
+  dwell.ends = true;
+  return dwell;
+}
+
+ChannelDwell DwellUntilADrug(const ChannelSweep& sweep, const Channel& channel) {
+  ChannelDwell dwell;
+  const int toDrug = NextDrug(sweep.exits, channel.point) - channel.point + 1;
+  const int toEnd = std::max(1, sweep.numPoints - channel.point + 1);
+  dwell.points = std::min(toDrug, toEnd);
+  dwell.d = sweep.intervalMs * static_cast<float>(dwell.points);
+  dwell.next = channel.state;
+  dwell.ends = toEnd <= toDrug;
+  return dwell;
+}
+
+ChannelDwell TakeDwell(ChannelSweep& sweep, const StateExits& exits, const Channel& channel) {
+  switch (exits.kind) {
+    case ExitKind::Constant:
+      return DwellAtConstantRates(sweep, exits, channel);
+    case ExitKind::Dependent:
+      return DwellPointByPoint(sweep, exits, channel);
+    case ExitKind::Waiting:
+      return DwellUntilADrug(sweep, channel);
+    default:
+      return DwellToTheEnd(sweep, channel);
+  }
+}
+
+/// Whether the user has stopped the run; asked every BreathDwells dwells.
+bool StoppedInABreath(ChannelSweep& sweep) {
+  if (++sweep.dwells < BreathDwells) return false;
+  sweep.dwells = 0;
+  return sweep.breathe && sweep.breathe();
+}
+
+}  // namespace
+
+int WholePoints(float d, float intervalMs) {
+  // Floats next to a whole number are either within 4.8 or at least 5.3 tenths of a millionth of it, and from
+  // 8 on none lies so close below one; so the sum in double decides as the text does.
+  constexpr double HalfAMillionth = 5e-7;
+  const double quotient = static_cast<double>(d / intervalMs);
+  if (!(quotient < NeverChanges)) return std::isnan(quotient) ? 0 : NeverChanges;
+  return static_cast<int>(quotient + HalfAMillionth);
+}
+
+ChannelOutcome SimulateChannel(ChannelSweep& sweep, int startState) {
+  StartSweepRecord(sweep.recorder);
+  Channel channel{startState, 0.0F, 0};
+  int stalled = 0;
+  for (bool done = false; !done;) {
+    const StateExits& exits = ExitsAt(sweep.exits, channel.state, channel.point);
+    if (exits.kind == ExitKind::Isolated) return ChannelOutcome::Isolated;
+    const ChannelDwell dwell = TakeDwell(sweep, exits, channel);
+    if (channel.state == sweep.openState && dwell.next != channel.state) ++sweep.openStateExits;
+    AddDwell(sweep.occupancy, channel.state, channel.point, channel.point + dwell.points);
+    RecordDwell(sweep.recorder, channel.state, channel.t, dwell.d);
+    const float t = channel.t + dwell.d;
+    stalled = t > channel.t || dwell.points > 0 ? 0 : stalled + 1;
+    channel.t = t;
+    channel.point += dwell.points;
+    if (dwell.moves) channel.state = dwell.next;
+    done = dwell.ends;
+    if (stalled >= MaxStalledDwells) return ChannelOutcome::Stalled;
+    if (StoppedInABreath(sweep)) return ChannelOutcome::Stopped;
+  }
+  return sweep.recorder.opened ? ChannelOutcome::Monitored : ChannelOutcome::Unmonitored;
+}
+
+}  // namespace zelvane
