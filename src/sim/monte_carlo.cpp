@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <optional>
 
 #include "sim/random.h"
 
@@ -105,11 +106,21 @@ ChannelDwell TakeDwell(ChannelSweep& sweep, const StateExits& exits, const Chann
   }
 }
 
-/// Whether the user has stopped the run; asked every BreathDwells dwells.
-bool StoppedInABreath(ChannelSweep& sweep) {
-  if (++sweep.dwells < BreathDwells) return false;
-  sweep.dwells = 0;
-  return sweep.breathe && sweep.breathe();
+/// The last dwells of a channel: how long they were, and from when on.
+struct Pace {
+  int dwells = 0;
+  double lived = 0.0;  // ms
+  float since = 0.0F;  // ms into the sweep
+};
+
+constexpr double SlowestClock = 0.25;  // of the length of dwells, as the time goes on
+
+/// What ends a channel before its sweep, looked for every BreathDwells dwells.
+std::optional<ChannelOutcome> TakeBreath(ChannelSweep& sweep, Pace& pace, float t) {
+  if (static_cast<double>(t - pace.since) <= SlowestClock * pace.lived) return ChannelOutcome::Stalled;
+  pace = {0, 0.0, t};
+  if (sweep.breathe && sweep.breathe()) return ChannelOutcome::Stopped;
+  return std::nullopt;
 }
 
 }  // namespace
@@ -126,7 +137,7 @@ int WholePoints(float d, float intervalMs) {
 ChannelOutcome SimulateChannel(ChannelSweep& sweep, int startState) {
   StartSweepRecord(sweep.recorder);
   Channel channel{startState, 0.0F, 0};
-  int stalled = 0;
+  Pace pace;
   for (bool done = false; !done;) {
     const StateExits& exits = ExitsAt(sweep.exits, channel.state, channel.point);
     if (exits.kind == ExitKind::Isolated) return ChannelOutcome::Isolated;
@@ -134,14 +145,13 @@ ChannelOutcome SimulateChannel(ChannelSweep& sweep, int startState) {
     if (channel.state == sweep.openState && dwell.next != channel.state) ++sweep.openStateExits;
     AddDwell(sweep.occupancy, channel.state, channel.point, channel.point + dwell.points);
     RecordDwell(sweep.recorder, channel.state, channel.t, dwell.d);
-    const float t = channel.t + dwell.d;
-    stalled = t > channel.t || dwell.points > 0 ? 0 : stalled + 1;
-    channel.t = t;
+    channel.t += dwell.d;
     channel.point += dwell.points;
     if (dwell.moves) channel.state = dwell.next;
     done = dwell.ends;
-    if (stalled >= MaxStalledDwells) return ChannelOutcome::Stalled;
-    if (StoppedInABreath(sweep)) return ChannelOutcome::Stopped;
+    pace.lived += static_cast<double>(dwell.d);
+    if (++pace.dwells < BreathDwells) continue;
+    if (const auto end = TakeBreath(sweep, pace, channel.t)) return *end;
   }
   return sweep.recorder.opened ? ChannelOutcome::Monitored : ChannelOutcome::Unmonitored;
 }

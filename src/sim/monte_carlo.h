@@ -28,8 +28,7 @@ enum class ChannelOutcome {
   Stopped,      // the user has stopped the run
 };
 
-inline constexpr int MaxStalledDwells = 1'000'000;  // in a row that move neither time nor point
-inline constexpr int BreathDwells = 16384;          // dwells between two calls of ChannelSweep::breathe
+inline constexpr int BreathDwells = 16384;  // of a channel, between two calls of ChannelSweep::breathe
 
 /// All that the channels of a sweep share.
 struct ChannelSweep {
@@ -42,7 +41,6 @@ struct ChannelSweep {
   int openState = 0;                // state whose exits are counted
   int openStateExits = 0;           // counted so far
   BreathHook breathe{};             // may be empty
-  int dwells = 0;                   // since the last breath
   std::vector<float> passed{0.0F};  // n intervals, each addition rounded to a float
 };
 
@@ -64,6 +62,9 @@ struct ChannelSweep {
 /// A dwell of constant rates that passes the end is recorded in full; occupancies end at the last point. An
 /// exit of the open state is counted with every dwell in it for which another state was chosen, also when the
 /// stimulus then cuts that dwell short.
+///
+/// The time is a 32-bit sum. When dwells become so short against it that rounding leaves less than a quarter
+/// of their length over BreathDwells of them, the channel would hardly get on, and the run is given up.
 ChannelOutcome SimulateChannel(ChannelSweep& sweep, int startState);
 
 /// Whole points in `d` ms: the integer part of d / interval, a float, written with six decimals. Writing

@@ -121,10 +121,8 @@ bool RunHasLength() {
 
 void RunSimulation(int numPoints) {
   Model.NumPoints = numPoints;
-  if (TalksToUser()) {
-    ClassifyConductances();
-    ReadRunParameters();
-  }
+  if (TalksToUser() || Model.SimulatorKind == MonteCarlo) ClassifyConductances();
+  if (TalksToUser()) ReadRunParameters();
   LimitNumPoints();
   if (!RunHasLength()) return;
   Result.StopRequested = 0;

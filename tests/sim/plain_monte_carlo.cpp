@@ -8,7 +8,6 @@
 #include "model/model_store.h"
 #include "model/rate_dependence.h"
 #include "sim/monte_carlo_loop.h"
-#include "sim/result_store.h"
 #include "sim/state_exits.h"
 #include "stimulus/stimulus_store.h"
 
@@ -57,14 +56,17 @@ struct PlainMonteCarlo::Step {
 };
 
 PlainMonteCarlo::PlainMonteCarlo(const std::array<double, 3>& seeds) : generator_(seeds) {
-  room_.resize(std::size_t{4} * MaxDwells + std::size_t{2} * MaxIdealEvents);
+  // Less room than the program has: what is compared must fit.
+  constexpr std::size_t dwells = 200'000;
+  constexpr std::size_t events = 600'000;
+  room_.resize(4 * dwells + 2 * events);
   const std::span<float> room = room_;
-  lists.OpenTimes = room.subspan(0, MaxDwells);
-  lists.ClosedTimes = room.subspan(MaxDwells, MaxDwells);
-  lists.RawOpenTimes = room.subspan(std::size_t{2} * MaxDwells, MaxDwells);
-  lists.Latencies = room.subspan(std::size_t{3} * MaxDwells, MaxDwells);
-  lists.IdealDuration = room.subspan(std::size_t{4} * MaxDwells, MaxIdealEvents);
-  lists.IdealClass = room.subspan(std::size_t{4} * MaxDwells + MaxIdealEvents, MaxIdealEvents);
+  lists.OpenTimes = room.subspan(0, dwells);
+  lists.ClosedTimes = room.subspan(dwells, dwells);
+  lists.RawOpenTimes = room.subspan(2 * dwells, dwells);
+  lists.Latencies = room.subspan(3 * dwells, dwells);
+  lists.IdealDuration = room.subspan(4 * dwells, events);
+  lists.IdealClass = room.subspan(4 * dwells + events, events);
 }
 
 /// A point behind the sweep has the stimulus of its last.
@@ -204,7 +206,12 @@ void PlainMonteCarlo::Sweep(int count, float unit) {
 
 void PlainMonteCarlo::Run() {
   recorder_.monitored = Model.StateMonitored;
-  recorder_.openClass = Result.StateClass;
+  int classes = 0;
+  for (std::size_t s = 1; s <= MaxStates; ++s) {
+    std::size_t former = 1;
+    while (Model.StateConductance[former] != Model.StateConductance[s]) ++former;
+    recorder_.openClass[s] = former < s ? recorder_.openClass[former] : ++classes;
+  }
   ClearDwells(recorder_);
   start = Model.StartOccupancy;
   const bool subunits = Model.MultiSubunit != 0;

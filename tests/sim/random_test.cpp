@@ -9,6 +9,8 @@
 #include <set>
 #include <vector>
 
+#include "sim/plain_monte_carlo.h"
+
 namespace zelvane {
 namespace {
 
@@ -33,6 +35,16 @@ TEST(UniformRandomTest, FollowsTheGeneratorOfWichmannAndHill) {
     // Three quotients and two sums below 3, each rounded once.
     ASSERT_NEAR(UniformRandom(), static_cast<double>(numerator) / static_cast<double>(Denominator), 2e-15)
         << i;
+  }
+}
+
+TEST(UniformRandomTest, IntegersGiveTheSameBitsAsTheDoublesOfThePlainForm) {
+  for (const std::array<double, 3>& seeds :
+       {std::array<double, 3>{1234.0, 5678.0, 9012.0}, {1.0, 1.0, 1.0}, {30268.0, 30306.0, 30322.0}}) {
+    PlainGenerator plain(seeds);
+    SetSeeds(seeds);
+    for (int i = 0; i < 100000; ++i) ASSERT_EQ(UniformRandom(), plain.Uniform()) << i;
+    for (int i = 0; i < 1000; ++i) ASSERT_EQ(GaussianNoise(), plain.Gaussian()) << i;
   }
 }
 

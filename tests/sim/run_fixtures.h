@@ -9,31 +9,21 @@
 #include "model/model_store.h"
 #include "screen/screen.h"
 #include "sim/monte_carlo_loop.h"
+#include "sim/random.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
 #include "sim/run_panel.h"
+#include "singlechannel/dwell_store.h"
 #include "stimulus/stimulus_store.h"
 #include "support/store_test.h"
 
 namespace zelvane {
 
-/// Start states of the channels that StayingChannel has simulated.
-inline std::vector<int> SimulatedChannels;
-
-/// A channel that never leaves its start state.
-inline ChannelOutcome StayingChannel(int startState) {
-  SimulatedChannels.push_back(startState);
-  for (int p = 1; p <= Model.NumPoints; ++p) Result.Occupancy[startState][p] += Result.ChannelUnit;
-  Result.OccupancyUsed[startState] = std::max(Result.OccupancyUsed[startState], Model.NumPoints + 1);
-  return Model.StateMonitored[startState] != 0 ? ChannelOutcome::Monitored : ChannelOutcome::Unmonitored;
-}
-
 /// Two states of the grid, closed (1) and open (2), all channels closed; 200 points of 0.01 ms.
 class RunTest : public PanelTest {
  protected:
   RunTest() {
-    SimulateChannel = StayingChannel;
-    SimulatedChannels.clear();
+    SetSeeds({1234.0, 5678.0, 9012.0});
     Model.StateOn[1] = Model.StateOn[2] = 1;
     Model.KOn[1] = 1000.0;
     Model.KOff[1] = 500.0;
@@ -47,7 +37,6 @@ class RunTest : public PanelTest {
     Model.SimulatorKind = FixedStepIntegrator;
     Show();
   }
-  ~RunTest() override { SimulateChannel = nullptr; }
 
   /// Brings the panels to the store.
   static void Show() {

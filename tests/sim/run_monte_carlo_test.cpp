@@ -1,24 +1,48 @@
-// The loop over runs, intervals and channels, driven with a channel that stays where it starts.
+// The loop over runs, intervals and channels, mostly with channels that stay where they start.
 #include <climits>
 #include <cmath>
 
 #include "sim/run_fixtures.h"
+#include "sim/run_hooks.h"
 
 namespace zelvane {
 namespace {
 
 class RunMonteCarloTest : public RunTest {
  protected:
-  RunMonteCarloTest() { Model.SimulatorKind = MonteCarlo; }
-};
+  RunMonteCarloTest() {
+    Model.SimulatorKind = MonteCarlo;
+    SetRates(1e-8, 1e-8);
+  }
 
-TEST_F(RunMonteCarloTest, SaysThatSingleChannelsCannotBeSimulated) {
-  SimulateChannel = nullptr;
-  RunAsSet();
-  ASSERT_EQ(popups.size(), 1U);
-  EXPECT_EQ(popups[0].title, "! Warning");
-  EXPECT_EQ(Trace.TraceValid, 0);
-}
+  static void SetRates(double opening, double closing) {
+    Model.KOn[1] = opening;
+    Model.KOff[1] = closing;
+  }
+
+  /// Makes the record show every state: class 1 stands for state 1, class 2 for state 2.
+  static void MonitorAll() { Model.StateMonitored[1] = Model.StateMonitored[2] = 1; }
+
+  /// Classes of the dwells of each sweep in the record.
+  static std::vector<std::vector<int>> Sweeps() {
+    std::vector<std::vector<int>> sweeps;
+    for (int i = 0; i < Dwell.NumIdealEvents; ++i) {
+      if (Dwell.IdealClass[i] == SegmentMarker) {
+        sweeps.emplace_back();
+      } else {
+        sweeps.back().push_back(static_cast<int>(Dwell.IdealClass[i]));
+      }
+    }
+    EXPECT_EQ(static_cast<int>(sweeps.size()), Dwell.SegmentCounter - 1);
+    return sweeps;
+  }
+
+  static std::vector<int> StartClasses() {
+    std::vector<int> classes;
+    for (const auto& sweep : Sweeps()) classes.push_back(sweep.at(0));
+    return classes;
+  }
+};
 
 TEST(MonteCarloRules, ChannelsStartInProportionToOccupancy) {
   struct Case {
@@ -54,63 +78,57 @@ TEST_F(RunMonteCarloTest, EveryRunButTheLastIsFollowedByItsIntervals) {
   Model.NumRuns = 3;
   Model.NumIntervals = 2;
   RunAsSet();
-  EXPECT_EQ(SimulatedChannels.size(), 3U + 3U + 1U);
+  EXPECT_EQ(Sweeps().size(), 3U + 3U + 1U);
   EXPECT_EQ(Result.RunText, "Run 3 of 3 with 0.01s interval (sec 0)");  // 3 x 200 x 0.01 ms
 }
 
 TEST_F(RunMonteCarloTest, ChannelsStartSortedByState) {
   Model.NumChannels = 3;
+  MonitorAll();
   Model.StartOccupancy[1] = Model.StartOccupancy[2] = 0.5F;
   RunAsSet();
-  EXPECT_EQ(SimulatedChannels, (std::vector<int>{1, 1, 2, 2}));
+  EXPECT_EQ(StartClasses(), (std::vector<int>{1, 1, 2, 2}));
   EXPECT_NEAR(Trace.SimTrace[0], 2.0F * 50.0F, 1e-4F);  // two open channels of 50 pS
   EXPECT_EQ(Result.EffectiveChannels, 3.0F);
 }
 
-std::vector<std::array<float, 2>> RatesSeen;
-ChannelOutcome StayingRateWatcher(int startState) {
-  RatesSeen.push_back({Model.RateMatrix[1][2], Model.RateMatrix[2][1]});
-  return StayingChannel(startState);
-}
-
 TEST_F(RunMonteCarloTest, IntervalsRunWithoutAgonistAndItsRatesComeBack) {
-  RatesSeen.clear();
-  SimulateChannel = StayingRateWatcher;
+  // The channel opens with the agonist of every point and closes at a rate that only voltage touches.
+  SetRates(1e5, 1e5);
   Model.Depend.Drug[3][1][2] = 1;
   Model.Depend.Volt[2][1] = 1;
+  std::fill_n(Stimulus.Profile[3].begin(), 300, 1.0F);
   Model.NumRuns = 2;
   Model.NumIntervals = 2;
   RunAsSet();
-  const std::array<float, 2> during{1000.0F, 500.0F}, between{0.0F, 500.0F};
-  EXPECT_EQ(RatesSeen, (std::vector<std::array<float, 2>>{during, between, between, during}));
-}
-
-/// Moves from state 1 to state 2 at the end of a sweep.
-ChannelOutcome MovingChannel(int startState) {
-  StayingChannel(startState);
-  SimulatedChannels.back() = startState;
-  const int point = ReseedPoint(Model.NumPoints);
-  Result.Occupancy[startState][point] = 0.0F;
-  Result.Occupancy[2][point] = 1.0F;
-  Result.OccupancyUsed[2] = std::max(Result.OccupancyUsed[2], point + 1);
-  return ChannelOutcome::Unmonitored;
+  const auto sweeps = Sweeps();
+  ASSERT_EQ(sweeps.size(), 4U);
+  EXPECT_GT(sweeps[0].size(), 20U);
+  EXPECT_LE(sweeps[1].size(), 1U);  // at most the opening that the interval began with
+  EXPECT_LE(sweeps[2].size(), 1U);
+  EXPECT_GT(sweeps[3].size(), 20U);
 }
 
 TEST_F(RunMonteCarloTest, FinalOccupanciesStartTheNextRunWhenReseededAndElseOnlyTheIntervals) {
-  SimulateChannel = MovingChannel;
+  SetRates(1e5, 1e-8);  // opens at once and stays open
+  MonitorAll();
   Model.NumRuns = 2;
   Model.NumIntervals = 1;
   RunAsSet();
-  EXPECT_EQ(SimulatedChannels, (std::vector<int>{1, 2, 2}));
+  EXPECT_EQ(StartClasses(), (std::vector<int>{1, 2, 2}));
   EXPECT_EQ(Model.StartOccupancy[1], 1.0F);
   EXPECT_EQ(Model.StartOccupancy[2], 0.0F);
-  SimulatedChannels.clear();
   Model.NumIntervals = 0;
   Model.ReseedSimulation = 1;
   RunAsSet();
-  EXPECT_EQ(SimulatedChannels, (std::vector<int>{1, 2}));
+  EXPECT_EQ(StartClasses(), (std::vector<int>{1, 2}));
   EXPECT_EQ(Model.StartOccupancy[2], 1.0F);
-  EXPECT_EQ(Trace.TraceValid, 0);  // no channel reached a monitored state
+}
+
+TEST_F(RunMonteCarloTest, ARunWithoutOpeningsLeavesNoTrace) {
+  RunAsSet();
+  EXPECT_EQ(Trace.TraceValid, 0);
+  EXPECT_EQ(Dwell.MonitoredChannels, 0);
 }
 
 TEST_F(RunMonteCarloTest, AStopLeavesTheTraceInvalid) {
@@ -123,8 +141,11 @@ TEST_F(RunMonteCarloTest, AStopLeavesTheTraceInvalid) {
   Show();
   Commit(ControlNamed("Run"));
   EXPECT_EQ(popups.back(), (SeenPopup{"!", "Simulation Interrupted by User"}));
-  EXPECT_EQ(SimulatedChannels.size(), 10U);  // asked at 0, 5 and 10 of 100
+  EXPECT_EQ(Sweeps().size(), 10U);  // asked at 0, 5 and 10 of 100
   EXPECT_EQ(Trace.TraceValid, 0);
+  EXPECT_NEAR(Result.Occupancy[2][5], 0.1F, 1e-6F);  // what the ten have left
+  EXPECT_EQ(Result.OccupancyUsed[2], 200);
+  EXPECT_EQ(Dwell.NumRawOpenTimes, 1);  // ten channels that never close make one opening
   popups.clear();
   onPump = nullptr;
   Commit(ControlNamed("Run"));
@@ -157,7 +178,7 @@ TEST_F(RunMonteCarloTest, SubunitsAddUpToOneTrace) {
                                         {UnitsCurrent, 60.0F * -0.06F}}) {
     Model.DisplayUnits = units;
     RunAsSet();
-    for (int p = 0; p < Model.NumPoints; ++p) ASSERT_NEAR(Trace.SimTrace[p], expected, 1e-5F) << units;
+    for (int p = 0; p < Model.NumPoints - 1; ++p) ASSERT_NEAR(Trace.SimTrace[p], expected, 1e-5F) << units;
     EXPECT_EQ(Model.NumRuns, 1);
     EXPECT_EQ(Model.NumChannels, 3);
     EXPECT_EQ(GraphNamed("MainPanel").plots.size(), 1U);
@@ -168,9 +189,60 @@ TEST_F(RunMonteCarloTest, SubunitsAddUpToOneTrace) {
 TEST_F(RunMonteCarloTest, ASubunitStartsInEveryStateThatRoundsUp) {
   Model.MultiSubunit = 1;
   Model.NumChannels = 1;
+  MonitorAll();
   Model.StartOccupancy[1] = Model.StartOccupancy[2] = 0.5F;
   RunAsSet();
-  EXPECT_EQ(SimulatedChannels, (std::vector<int>{1, 2}));
+  EXPECT_EQ(StartClasses(), (std::vector<int>{1, 2}));
+}
+
+TEST_F(RunMonteCarloTest, AChannelOfManyDwellsCanBeStoppedWithinItsSweep) {
+  SetRates(1e7, 1e7);
+  Model.ADInterval = 10.0F;  // 2 s: twenty million dwells
+  onPump = [](int) { FAIL() << "a single channel pumps no events"; };
+  FrontEnd former = SetFrontEnd({});
+  FrontEnd stopping = former;
+  stopping.breathe = [] { Result.StopRequested = 1; };
+  SetFrontEnd(std::move(stopping));
+  RunAsSet();
+  EXPECT_EQ(popups.back(), (SeenPopup{"!", "Simulation Interrupted by User"}));
+  EXPECT_EQ(Trace.TraceValid, 0);
+  EXPECT_EQ(Dwell.IdealClass[Dwell.NumIdealEvents], RecordEnd);
+  EXPECT_GT(Dwell.NumRawOpenTimes, 0);
+  SetFrontEnd(std::move(former));
+}
+
+/// What the hooks of a run were asked for, in order.
+std::string HookCalls;
+
+class RunHooksTest : public RunMonteCarloTest {
+ protected:
+  RunHooksTest() {
+    HookCalls.clear();
+    AfterRun = {[] { HookCalls += "s"; }, [] { return (HookCalls += "b") == "b"; },
+                [](int run) { HookCalls += std::to_string(run); }, [] { HookCalls += "e"; }};
+    Model.Autosave = Model.AutoAnalyze = 1;
+    Model.NumRuns = 2;
+    Model.NumIntervals = 1;
+  }
+  ~RunHooksTest() override { AfterRun = {}; }
+};
+
+TEST_F(RunHooksTest, TheFirstSweepOfEachRunIsSavedAndAnalysed) {
+  RunAsSet();
+  EXPECT_EQ(HookCalls, "bs1s2e");
+  RunAsSet();  // no file is chosen: nothing is analysed
+  EXPECT_EQ(HookCalls, "bs1s2ebss");
+}
+
+TEST_F(RunHooksTest, AStopEndsTheAnalysisAndAFitTakesNone) {
+  Model.NumChannels = 100;
+  onPump = [](int call) { Result.StopRequested = call == 30 ? 1 : 0; };
+  RunAsSet();
+  EXPECT_EQ(HookCalls, "bs1e");
+  HookCalls.clear();
+  Model.FitActive = 1;
+  RunSimulation(Model.NumPoints);
+  EXPECT_EQ(HookCalls, "");
 }
 
 }  // namespace

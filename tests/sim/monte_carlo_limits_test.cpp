@@ -1,0 +1,120 @@
+// Schemes and settings that no channel can follow, and those at the ends of what is allowed.
+#include <cmath>
+#include <limits>
+
+#include "sim/run_fixtures.h"
+
+namespace zelvane {
+namespace {
+
+class MonteCarloLimitsTest : public RunTest {
+ protected:
+  MonteCarloLimitsTest() { Model.SimulatorKind = MonteCarlo; }
+
+  /// The store is usable: an ordinary run works.
+  void ExpectNextRunWorks() {
+    popups.clear();
+    Model.KOn[1] = 1000.0;
+    Model.KOff[1] = 500.0;
+    Model.StartOccupancy = {};
+    Model.StartOccupancy[1] = 1.0F;
+    Model.NumPoints = 200;
+    Model.NumChannels = 100;
+    RunAsSet();
+    EXPECT_TRUE(popups.empty());
+    EXPECT_EQ(Trace.TraceValid, 1);
+    for (int p = 1; p < 50; ++p) {
+      EXPECT_NEAR(Result.Occupancy[1][p] + Result.Occupancy[2][p], 1.0F, 1e-4F) << p;
+    }
+  }
+};
+
+TEST_F(MonteCarloLimitsTest, APopulatedStateWithoutConnectionsEndsTheRun) {
+  Model.StateOn[9] = 1;
+  Model.StartOccupancy[1] = Model.StartOccupancy[9] = 0.5F;
+  Model.NumChannels = 10;
+  RunAsSet();
+  EXPECT_EQ(popups, (std::vector{SeenPopup{"!", "Error with model."}}));
+  EXPECT_EQ(Trace.TraceValid, 0);
+  EXPECT_NEAR(Result.Occupancy[1][0], 0.5F, 1e-6F);  // the five channels before it
+  ExpectNextRunWorks();
+}
+
+TEST_F(MonteCarloLimitsTest, AStateThatNothingLeavesForEverKeepsItsChannel) {
+  Model.KOn[1] = 1e-8;
+  RunAsSet();
+  EXPECT_EQ(Result.Occupancy[1][199], 1.0F);
+  EXPECT_EQ(Result.Occupancy[1][200], 0.0F);  // to the end, and the last point is not part of it
+  EXPECT_EQ(Dwell.NumIdealEvents, 1);         // the segment marker
+  ExpectNextRunWorks();
+}
+
+TEST_F(MonteCarloLimitsTest, ARateOf1e8thBesideOneOf100IsNeverTaken) {
+  Model.ModelIs2D = 0;
+  Model.TableRate[1][2] = 1e-8F;
+  Model.TableRate[1][3] = 100.0F;
+  Model.TableRate[3][1] = 1e3F;
+  Model.TableRate[2][1] = 1.0F;
+  Model.NumChannels = 1000;
+  RunAsSet();
+  EXPECT_EQ(Result.OccupancyUsed[2], 0);
+  EXPECT_GT(Result.OccupancyUsed[3], 0);
+}
+
+TEST_F(MonteCarloLimitsTest, RatesThatAreNoNumbersOrNoneAreNoConnections) {
+  for (const float rate : {0.0F, -5.0F, std::numeric_limits<float>::quiet_NaN()}) {
+    Model.KOn[1] = Model.KOff[1] = static_cast<double>(rate);
+    RunAsSet();
+    EXPECT_EQ(popups.back(), (SeenPopup{"! Error", "No states connected."})) << rate;
+    ExpectNextRunWorks();
+  }
+}
+
+TEST_F(MonteCarloLimitsTest, RatesTooFastForTheClockEndTheRun) {
+  for (const double rate : {1e12, 1e300}) {
+    Model.KOn[1] = Model.KOff[1] = rate;
+    Model.OpenState = 2;
+    RunAsSet();
+    EXPECT_EQ(popups.back().title, "! Error") << rate;
+    EXPECT_NE(popups.back().text.find("too fast"), std::string::npos);
+    EXPECT_EQ(Trace.TraceValid, 0);
+    ExpectNextRunWorks();
+  }
+}
+
+TEST_F(MonteCarloLimitsTest, OnePointAndNoChannelsAreRuns) {
+  Model.NumPoints = 1;
+  Model.NumChannels = 50;
+  RunAsSet();
+  EXPECT_TRUE(popups.empty());
+  EXPECT_NEAR(Result.Occupancy[1][0], 1.0F, 0.2F);
+  Model.NumChannels = 0;
+  RunAsSet();
+  EXPECT_TRUE(popups.empty());
+  EXPECT_EQ(Trace.TraceValid, 0);
+  EXPECT_EQ(Dwell.SegmentCounter, 1);
+  ExpectNextRunWorks();
+}
+
+TEST_F(MonteCarloLimitsTest, AMillionChannelsKeepTheListsInsideTheirRoom) {
+  Model.KOn[1] = 4000.0;
+  Model.KOff[1] = 4000.0;
+  Model.NumChannels = 1'000'000;
+  Model.DisplayUnits = UnitsProbability;
+  RunAsSet();
+  EXPECT_EQ(Dwell.NumOpenTimes, static_cast<float>(MaxDwells));
+  EXPECT_EQ(Dwell.NumRawOpenTimes, MaxDwells);
+  EXPECT_LE(Dwell.NumClosedTimes, static_cast<float>(MaxDwells));
+  EXPECT_LE(Dwell.NumLatencies, static_cast<float>(MaxDwells));
+  EXPECT_NEAR(Trace.SimTrace[10], 0.293F, 0.02F);  // (1 - exp(-8000 /s x 0.11 ms)) / 2; points lag a little
+  ExpectNextRunWorks();
+}
+
+TEST_F(MonteCarloLimitsTest, AnEndlessIntervalIsRefused) {
+  Model.ADInterval = std::numeric_limits<float>::max();
+  RunSimulation(200);
+  EXPECT_EQ(popups.back().title, "! Error");
+}
+
+}  // namespace
+}  // namespace zelvane
