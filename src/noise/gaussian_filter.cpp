@@ -1,9 +1,7 @@
 #include "noise/gaussian_filter.h"
 
 #include <algorithm>
-#include <cassert>
 #include <cmath>
-#include <cstdlib>
 
 #include "model/model_store.h"
 #include "noise/noise_store.h"
@@ -49,15 +47,6 @@ void SetSampledKernel(GaussianKernel& kernel, float sigma) {
   for (float& coefficient : sides) coefficient /= 2.0F * sum;
 }
 
-float SumAround(std::span<const float> trace, int centre, const GaussianKernel& kernel) {
-  float sum = 0.0F;
-  for (int j = centre - kernel.half; j <= centre + kernel.half; ++j) {
-    sum += kernel.coefficient[static_cast<std::size_t>(std::abs(j - centre))] *
-           trace[static_cast<std::size_t>(j)];
-  }
-  return sum;
-}
-
 }  // namespace
 
 GaussianKernel MakeGaussianKernel(float corner) {
@@ -71,21 +60,6 @@ GaussianKernel MakeGaussianKernel(float corner) {
   kernel.half = static_cast<int>(std::min(SigmasCovered * sigma, beyond));
   if (kernel.half <= MaxKernelHalf) SetSampledKernel(kernel, sigma);
   return kernel;
-}
-
-void ConvolveInPlace(std::span<float> trace, const GaussianKernel& kernel) {
-  assert(kernel.half >= 1 && kernel.half <= MaxKernelHalf);
-  const int c = kernel.half;
-  const int last = static_cast<int>(trace.size()) - 1 - c;
-  // A filtered sample waits in the ring until no sum needs the unfiltered one any more, c samples later.
-  std::array<float, MaxKernelHalf> ring;
-  const auto slot = [&](int i) -> float& { return ring[static_cast<std::size_t>(i % c)]; };
-  for (int i = c; i <= last; ++i) {
-    const float sum = SumAround(trace, i, kernel);
-    if (i - c >= c) trace[static_cast<std::size_t>(i - c)] = slot(i);
-    slot(i) = sum;
-  }
-  for (int i = std::max(c, last - c + 1); i <= last; ++i) trace[static_cast<std::size_t>(i)] = slot(i);
 }
 
 void GaussianFilter(std::span<float> trace, float fc) {

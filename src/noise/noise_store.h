@@ -12,6 +12,7 @@ struct NoiseStore {
   double LowPassFc = 4000.0;       // Hz
   int LowPassOn = 0;               // 1 = FilteredTrace is band-limited
   std::span<float> FilteredTrace;  // filtered copy of the trace, set once by AllocateStores
+  int FilteredUsed = 0;            // samples at and beyond this one hold 0
 };
 
 inline NoiseStore Noise;

@@ -8,25 +8,7 @@
 #include <cstdint>
 #include <cstring>
 
-#if defined(__GNUC__) && !defined(__clang__) && !defined(ZELVANE_PLAIN_LANES)
-#define ZELVANE_VECTOR_LANES 1
-#endif
-
-// Functions whose loops gain from wider registers are compiled once for AVX2 and once for the baseline; the
-// loader picks. Sanitizers start too late for such a choice.
-#if defined(ZELVANE_VECTOR_LANES) && defined(__x86_64__) && defined(__linux__) && !defined(ZELVANE_SANITIZED)
-#define ZELVANE_CLONES [[gnu::target_clones("avx2", "default")]]
-#else
-#define ZELVANE_CLONES
-#endif
-
-#if defined(__GNUC__)
-#define ZELVANE_INLINE [[gnu::always_inline]] inline  // into each of the clones
-#define ZELVANE_INLINE_LAMBDA __attribute__((always_inline))
-#else
-#define ZELVANE_INLINE inline
-#define ZELVANE_INLINE_LAMBDA
-#endif
+#include "platform/vector_clones.h"
 
 namespace zelvane {
 

@@ -1,0 +1,115 @@
+// The convolution of the Gaussian filter.
+//
+// The order of additions within a sum is fixed, so nothing can be gained inside one. But neighbouring sums
+// take the same steps on neighbouring samples: a group of them runs side by side, each in a lane of its own,
+// and every lane sees the very operations, in the very order, that its sum alone would see.
+#include <algorithm>
+#include <array>
+#include <cassert>
+#include <cstddef>
+#include <cstring>
+#include <span>
+
+#include "noise/gaussian_filter.h"
+#include "platform/vector_clones.h"
+
+namespace zelvane {
+namespace {
+
+constexpr std::size_t BlockSums = 4096;  // sums of one window: it then stays in the first-level cache
+
+/// Unfiltered samples around a block: `half` on each side of it.
+using Window = std::array<float, BlockSums + 2 * MaxKernelHalf>;
+/// A kernel written out from its first coefficient to its last.
+using FullKernel = std::array<float, 2 * MaxKernelHalf + 1>;
+
+/// What the sums of a block are made of: out[k] = the sum over j of coefficient[j] x window[k + j], j rising.
+struct BlockJob {
+  const float* window = nullptr;
+  const float* coefficient = nullptr;
+  std::size_t taps = 0;
+  std::size_t sums = 0;  // the last group may run past them: window and out have room for BlockSums
+  float* out = nullptr;
+};
+
+#if defined(ZELVANE_VECTOR_LANES)
+
+#pragma GCC diagnostic ignored "-Wpsabi"  // such vectors never pass between functions here
+
+using FourSums = float __attribute__((vector_size(16)));
+using EightSums = float __attribute__((vector_size(32)));
+using SixteenSums = float __attribute__((vector_size(64)));
+
+/// The block's sums in groups of so many vectors, all held in registers.
+template <typename Sums, std::size_t Vectors>
+ZELVANE_INLINE void SumGroups(const BlockJob& job) {
+  constexpr std::size_t Lanes = sizeof(Sums) / sizeof(float);
+  static_assert(BlockSums % (Vectors * Lanes) == 0);
+  for (std::size_t k = 0; k < job.sums; k += Vectors * Lanes) {
+    Sums sum[Vectors] = {};
+    const float* samples = job.window + k;
+    for (std::size_t j = 0; j < job.taps; ++j, ++samples) {
+      const float weight = job.coefficient[j];
+      for (std::size_t v = 0; v < Vectors; ++v) {
+        Sums sample;
+        std::memcpy(&sample, samples + v * Lanes, sizeof sample);
+        sum[v] += weight * sample;
+      }
+    }
+    std::memcpy(job.out + k, sum, sizeof sum);
+  }
+}
+
+#if defined(ZELVANE_LOADER_PICKS)
+[[gnu::target("avx512f")]] void SumBlock(const BlockJob& job) {
+  SumGroups<SixteenSums, 4>(job);
+}
+[[gnu::target("avx2")]] void SumBlock(const BlockJob& job) {
+  SumGroups<EightSums, 8>(job);
+}
+[[gnu::target("default")]]
+#endif
+void SumBlock(const BlockJob& job) {
+  SumGroups<FourSums, 8>(job);
+}
+
+#else
+
+void SumBlock(const BlockJob& job) {
+  std::fill_n(job.out, job.sums, 0.0F);
+  for (std::size_t j = 0; j < job.taps; ++j) {
+    for (std::size_t k = 0; k < job.sums; ++k) job.out[k] += job.coefficient[j] * job.window[j + k];
+  }
+}
+
+#endif
+
+FullKernel WrittenOut(const GaussianKernel& kernel) {
+  FullKernel full{};
+  const auto half = static_cast<std::size_t>(kernel.half);
+  for (std::size_t i = 0; i <= half; ++i) full[half - i] = full[half + i] = kernel.coefficient[i];
+  return full;
+}
+
+}  // namespace
+
+void ConvolveInPlace(std::span<float> trace, const GaussianKernel& kernel) {
+  assert(kernel.half >= 1 && kernel.half <= MaxKernelHalf);
+  const auto half = static_cast<std::size_t>(kernel.half);
+  if (trace.size() <= 2 * half) return;
+  const FullKernel full = WrittenOut(kernel);
+  Window window{};
+  std::array<float, BlockSums> sums;
+  std::copy_n(trace.begin(), 2 * half, window.begin());
+  for (std::size_t first = half; first < trace.size() - half; first += BlockSums) {
+    // The window begins `half` samples before the block. Its first 2 x half samples stand there already:
+    // those before the block have been overwritten in the trace.
+    const std::size_t count = std::min(BlockSums, trace.size() - half - first);
+    std::copy_n(&trace[first + half], count, window.begin() + static_cast<std::ptrdiff_t>(2 * half));
+    SumBlock({window.data(), full.data(), 2 * half + 1, count, sums.data()});
+    std::copy_n(sums.begin(), count, &trace[first]);
+    std::copy_n(window.begin() + static_cast<std::ptrdiff_t>(count), 2 * half, window.begin());
+  }
+}
+
+}  // namespace zelvane

@@ -1,0 +1,28 @@
+// How the few loops that gain from wide registers are compiled.
+//
+// A function marked ZELVANE_CLONES is compiled once for AVX2 and once for the baseline, and the loader picks.
+// Where ZELVANE_LOADER_PICKS is defined, a function may also be written several times with [[gnu::target]].
+// Contraction of multiply and add is off for all of them, so that a result does not depend on the machine.
+// What such a function calls must be inlined into it (ZELVANE_INLINE): else it would be compiled for the
+// baseline alone.
+#pragma once
+
+#if defined(__GNUC__) && !defined(__clang__) && !defined(ZELVANE_PLAIN_LANES)
+#define ZELVANE_VECTOR_LANES 1
+#endif
+
+// Sanitizers start too late for the loader's choice.
+#if defined(ZELVANE_VECTOR_LANES) && defined(__x86_64__) && defined(__linux__) && !defined(ZELVANE_SANITIZED)
+#define ZELVANE_LOADER_PICKS 1
+#define ZELVANE_CLONES [[gnu::target_clones("avx2", "default")]]
+#else
+#define ZELVANE_CLONES
+#endif
+
+#if defined(__GNUC__)
+#define ZELVANE_INLINE [[gnu::always_inline]] inline  // into each of the clones
+#define ZELVANE_INLINE_LAMBDA __attribute__((always_inline))
+#else
+#define ZELVANE_INLINE inline
+#define ZELVANE_INLINE_LAMBDA
+#endif
