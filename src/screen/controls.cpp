@@ -151,6 +151,24 @@ void WriteAllControls() {
   for (Panel& panel : Screen.panels) AnnouncePanel(panel);
 }
 
+void ShowField(std::string_view name) {
+  for (Control& control : Screen.controls) {
+    if (control.name != name) continue;
+    LoadControl(control);
+    AnnouncePanel(*control.panel);
+  }
+}
+
+void TakeTyped(std::string_view name) {
+  for (Control& control : Screen.controls) {
+    if (control.name != name || !EditsField(control)) continue;
+    const std::string former = FieldText(control.field);
+    StoreControl(control);
+    if (FieldText(control.field) != former) break;
+  }
+  ShowField(name);
+}
+
 void ShowNumber(std::string_view name, double value) {
   Control& control = ControlNamed(name);
   control.number = value;

@@ -3,9 +3,10 @@
 //
 //   Declaring            AddPanel  AddControls  AddGraph  AddTable  AddTextBox  AddMenu
 //   Panels               ShowPanel  HidePanel  ShowTask  RunModalPanel
-//   Controls             FindControl  FindCommand  ReadControls  WriteControls  ShowNumber  ShowText
-//   SetDimmed What a user does     TypeInto  Commit  RightClick  ClosePanel  PressKey  MoveCursor  EnterCell
-//   ClickCell Graphs               ClearPlots  PlotWave  PlotPoints  SetAxisTitle  SetAxisRange  SetAxisAuto
+//   Controls             FindControl  FindCommand  ReadControls  WriteControls  ShowField  TakeTyped
+//                        ShowNumber  ShowText  SetDimmed
+//   What a user does     TypeInto  Commit  RightClick  ClosePanel  PressKey  MoveCursor  EnterCell  ClickCell
+//   Graphs               ClearPlots  PlotWave  PlotPoints  SetAxisTitle  SetAxisRange  SetAxisAuto
 //   Tables, text boxes   SetCell  CellText  MarkRow  ScrollTable  InsertLine  ClearLines
 //
 // A control holds what the panel shows, apart from its store: a typed value reaches the store when the
@@ -302,6 +303,15 @@ void WriteControls(std::string_view panel, std::string_view group);
 
 /// Shows the fields in every control on the screen that edits one.
 void WriteAllControls();
+
+// A field can have a control on several panels, all under its name.
+
+/// Shows a field in every control that edits it.
+void ShowField(std::string_view name);
+
+/// Stores what the user typed into whichever control of a field shows another value than the field holds, the
+/// first of them, and shows it in the others.
+void TakeTyped(std::string_view name);
 
 void ShowNumber(std::string_view control, double value);
 void ShowText(std::string_view control, std::string_view text);

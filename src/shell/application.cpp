@@ -14,13 +14,18 @@
 #include "model/model_panels.h"
 #include "model/model_store.h"
 #include "platform/folders.h"
+#include "rscm/rs_correct.h"
+#include "rscm/rscm_panel.h"
 #include "screen/observer.h"
 #include "screen/screen.h"
 #include "shell/about_panel.h"
+#include "shell/filter_panel.h"
 #include "shell/graph_properties.h"
 #include "shell/help.h"
 #include "shell/recorder.h"
 #include "shell/stores.h"
+#include "shell/trace_views.h"
+#include "shell/transform_panel.h"
 #include "shell/undo.h"
 #include "shell/zoom_graph.h"
 #include "sim/q_matrix_panel.h"
@@ -112,8 +117,9 @@ constexpr MenuDecl ShellMenu[] = {{"File/Quit", "ShutDown", AskToClose, "Ctrl+Q"
 // clang-format on
 
 /// All that shows the trace, after it was read anew.
-void RefreshTraceViews() {
+void RefreshAfterRead() {
   TakeLengthAsGiven();
+  RefreshTraceViews();
 }
 
 }  // namespace
@@ -121,8 +127,7 @@ void RefreshTraceViews() {
 void ConnectHooks() {
   AfterRun = RunHooks{};
   AfterRun.autosave = AutosaveTrace;
-  AfterRead = TraceHooks{};
-  AfterRead.refreshViews = RefreshTraceViews;
+  AfterRead = TraceHooks{.correct = CorrectTraceRead, .refreshViews = RefreshAfterRead};
 }
 
 void AskToQuit() {
@@ -159,6 +164,14 @@ void AddAllPanels() {
   AddDwellListsPanels();
   AddTableModelPanel();
   AddGraphPropertiesPanel();
+  AddFilterPanel();
+  AddFilterButton();
+  AddTransformPanel();
+  AddRsCorrectionPanel();
+  AddFilterMenu();
+  AddTransformMenu();
+  AddRsCorrectionMenu();
+  AddTraceMenu();
   AddGraphMenu();
   AddHelp();
   AddRecorderMenu();
@@ -181,6 +194,7 @@ void StartApplication(const StartOptions& options) {
   SetProgramFolder(options.folder);
   ResetStores();
   ConnectHooks();
+  SetLinearIv();
   AddAllPanels();
   Screen.PanelTag = "MN";
   ShowStores();

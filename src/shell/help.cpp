@@ -44,9 +44,6 @@ constexpr char PrintMainHelp[] =
 constexpr char PrintStimHelp[] =
     "Print Stimulus Panel as it appears on screen.\nUses default Windows Printer settings.";
 
-void PrintMainScreen(const ControlEvent&) {
-  PrintPanel("MainPanel");
-}
 void PrintStim(const ControlEvent&) {
   PrintPanel("StimulusPanel");
 }
@@ -58,6 +55,10 @@ void PrintFront() {
       return;
     }
   }
+}
+
+void PrintMainScreen(const ControlEvent&) {
+  PrintFront();
 }
 
 // clang-format off
@@ -74,6 +75,7 @@ constexpr ControlDecl StimulusControls[] = {
 };
 constexpr MenuDecl HelpMenu[] = {
     {"File/Print...",    "FxnPrint",  PrintFront, "Ctrl+P"},
+    {"File/Print setup...", "FxnPrintSetup", PrintFront},
     {"Help/Contents",    "FxnHelp",   FxnHelp,    "F1"},
     {"Help/Keyboard",    "FxnHotKey", FxnHotKey},
 };

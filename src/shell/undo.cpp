@@ -26,7 +26,7 @@ constexpr std::string_view NotSettings[] = {
     "RateMatrix[][]", "TableStateOn[]", "ResultKind", "KeptSteps", "IntegrationOffset", "ReductionCount",
     "StopRequested", "StateClass[]", "EffectiveChannels", "TraceValid", "TraceParsed", "RsCorrected",
     "EpisodeCount", "EpisodeIndex", "TraceFileName", "RecordPoints", "ResultsFileName", "FitActive",
-    "StimFromFile", "ViewedPoints", "TraceUnits", "EquilibriumOccupancy[]",
+    "StimFromFile", "ViewedPoints", "TraceUnits", "RcFiltered", "EquilibriumOccupancy[]",
     // counts of lists that are no settings themselves
     "NumOpenTimes", "NumClosedTimes", "NumRawOpenTimes", "NumClassOpenTimes[]", "NumLatencies",
     "NumIdealEvents", "SegmentCounter", "OpenStateExits", "MonitoredChannels", "LastDwellKind",

@@ -78,6 +78,12 @@ void ClearSamples(int samples) {
   ClearUsed(Trace.SimTrace, Trace.SimTraceUsed, samples);
 }
 
+std::span<float> TraceToWrite(int samples) {
+  const int count = std::clamp(samples, 0, static_cast<int>(Trace.SimTrace.size()));
+  Trace.SimTraceUsed = std::max(Trace.SimTraceUsed, count);
+  return Trace.SimTrace.first(static_cast<std::size_t>(count));
+}
+
 bool ConvertTrace(bool erase) {
   if (Model.FitActive == 0) ReadRunParameters();
   if (!RunHasLength()) return false;
@@ -111,6 +117,7 @@ void RefreshTrace() {
   if (Trace.RsCorrected != 0 && !ConfirmPopup(WarningTitle, RemovesCorrection)) return;
   if (!ConvertTrace(true)) return;
   Trace.RsCorrected = 0;
+  Trace.RcFiltered = 0;
 }
 
 void ClearTrace() {

@@ -307,6 +307,7 @@ void FinishTrace(const Loop& loop) {
   Trace.TraceValid = 1;
   Trace.TraceParsed = 0;
   Trace.RsCorrected = 0;
+  Trace.RcFiltered = 0;
 }
 
 /// Leaves the stores in order, also after a simulation that was broken off.

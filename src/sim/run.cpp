@@ -101,6 +101,7 @@ void RunIntegrator() {
   Trace.TraceValid = 1;
   Trace.TraceParsed = 0;
   Trace.RsCorrected = 0;
+  Trace.RcFiltered = 0;
   if (TalksToUser()) ResetProgress();
   Result.StopRequested = 0;
   AutosaveRun();

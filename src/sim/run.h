@@ -2,10 +2,12 @@
 //
 //   Running     RunSimulation  RunHasLength  AutosaveRun
 //   The trace   ConvertTrace  RefreshTrace  ClearTrace  AxisDecimals
-//   Clearing    ClearOccupancy  ClearSamples
+//   Clearing    ClearOccupancy  ClearSamples  TraceToWrite
 //
 // Panels and commands are in run_panel.h, the integrators in integrator.h, Monte Carlo in monte_carlo_loop.h.
 #pragma once
+
+#include <span>
 
 namespace zelvane {
 
@@ -52,6 +54,10 @@ int AxisDecimals(float lengthMs);
 /// Sets points 0..`points` of every state in `Result.Occupancy` to 0. Pages that no run has written stay
 /// untouched, and `Result.OccupancyUsed` falls where nothing but zeros is left.
 void ClearOccupancy(int points);
+
+/// The first `samples` samples of `Trace.SimTrace`, or all of them, for a caller that writes them:
+/// `Trace.SimTraceUsed` rises to their number.
+std::span<float> TraceToWrite(int samples);
 
 /// Sets samples 0..`samples` - 1 of `Trace.SimTrace` to 0, likewise with `Trace.SimTraceUsed`.
 void ClearSamples(int samples);

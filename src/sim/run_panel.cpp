@@ -115,6 +115,11 @@ void FxnStopRun(const ControlEvent& /*event*/) {
   Result.StopRequested = 1;
 }
 
+/// A setting that another panel shows too.
+void FxnSharedSetting(const ControlEvent& event) {
+  ShowField(event.control->name);
+}
+
 void FxnAcquireData(const ControlEvent& /*event*/) {
   AcquireData();
 }
@@ -189,11 +194,11 @@ constexpr ControlDecl RunControls[] = {
      "Analyze multi-run simulations and save results to ascii comma-delimited text.", 0, 0, "off|on"},
     {"AutoFilter",         Switch, "Filter",              "",    "%d",  "FxnAutoFilter",          nullptr,
      "Automatically impose Gaussian Filter; Cutoff Frequency is from the Tools/Filter menu.", 0, 0, "off|on"},
-    {"AutoFilterFc",       Number, "Corner",              "kHz", "%g",  "FxnAutoFc",              nullptr,
+    {"AutoFilterFc",       Number, "Corner",              "kHz", "%g",  "FxnAutoFc",              FxnSharedSetting,
      "Filter the main data display with a Gaussian Filter corrected for a phase shift."},
     {"AutoNoise",          Switch, "Noise",               "",    "%d",  "FxnAutoNoise",           nullptr,
      "Automatically add Gaussian Noise; STD of selected units.", 0, 0, "off|on"},
-    {"AutoNoiseSTD",       Number, "STD of noise",        "",    "%g",  "FxnAutoNoiseSTD",        nullptr,
+    {"AutoNoiseSTD",       Number, "STD of noise",        "",    "%g",  "FxnAutoNoiseSTD",        FxnSharedSetting,
      "Enter the standard Deviatoin of noise (Gaussian) that is to be added to the trace."},
     {"StateMonitored[%d]", Switch, "Monitor %d",          "",    "%d",  "FxnMonitoredStates",     nullptr,
      "State(s) to be displayed during simulation as a graph. When display \nunits are set to pS or pA, only states "

@@ -1,0 +1,132 @@
+#include "rscm/rs_correct.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "io/input_file.h"
+#include "io/line_scanner.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "noise/noise_store.h"
+#include "rscm/rs_circuit.h"
+#include "rscm/rscm_store.h"
+#include "screen/popups.h"
+#include "sim/run.h"
+
+namespace zelvane {
+namespace {
+
+constexpr float MsPerSecond = 1000.0F;
+constexpr char NoInterval[] = "The time between points must be above 0 ms.";
+constexpr char NoAccess[] = "Series resistance must be above 0 Ohms: without it nothing is filtered.";
+constexpr char NoInput[] = "Input resistance must be above 0 Ohms.";
+constexpr char NoCapacitance[] = "Capacitance must not be below 0 Farads.";
+constexpr char RevertToLinear[] = "! Revert to linear IV";
+
+constexpr int FewestIvPoints = 5;
+constexpr std::size_t IvLineBytes = 80;
+constexpr std::size_t MaxIvFileBytes = std::size_t{1} << 20;
+
+bool Refuse(const char* why) {
+  MessagePopup(ErrorTitle, why);
+  return false;
+}
+
+RsCircuit StoreCircuit() {
+  return {RsCm.RcRs, RsCm.RcCm, RsCm.RcRm, RsCm.RcVhold, RsCm.RcVrev, Model.ADInterval / MsPerSecond};
+}
+
+bool HasInterval(const RsCircuit& circuit) {
+  return circuit.dt > 0.0F || Refuse(NoInterval);
+}
+
+bool IsCircuit(const RsCircuit& circuit) {
+  if (!HasInterval(circuit)) return false;
+  if (!(circuit.rs > 0.0F)) return Refuse(NoAccess);
+  if (!(circuit.rm > 0.0F)) return Refuse(NoInput);
+  return circuit.cm >= 0.0F || Refuse(NoCapacitance);
+}
+
+/// Two numbers off the head of a line.
+bool ScanPoint(std::string_view line, float& volt, float& current) {
+  std::string_view rest = line.substr(0, IvLineBytes);
+  if (ScanNumber(rest, volt) != Scan::Taken) return false;
+  const std::size_t comma = rest.find_first_not_of(" \t");
+  if (comma != std::string_view::npos && rest[comma] == ',') rest.remove_prefix(comma + 1);
+  return ScanNumber(rest, current) == Scan::Taken;
+}
+
+/// Points at the head of a text; they replace those of the store. Their number.
+int ReadPoints(std::string_view text) {
+  int count = 0;
+  while (count < MaxIvPoints) {
+    const auto line = NextLine(text);
+    const auto i = static_cast<std::size_t>(count);
+    if (!line || !ScanPoint(line->text, RsCm.RcIvVolt[i], RsCm.RcIvCurrent[i])) break;
+    ++count;
+  }
+  return count;
+}
+
+}  // namespace
+
+bool RsCorrectLinear(float fracVolt, float fracCap, float lagFc) {
+  const RsCircuit circuit = StoreCircuit();
+  if (!HasInterval(circuit)) return false;
+  CorrectLinear(TraceToWrite(Model.NumPoints), circuit, {fracVolt, fracCap, lagFc});
+  return true;
+}
+
+bool RsCorrectNonlinear(float fracVolt, float fracCap, float lagFc) {
+  const RsCircuit circuit = StoreCircuit();
+  if (!HasInterval(circuit)) return false;
+  const auto count = static_cast<std::size_t>(std::clamp(RsCm.RcIvCount, 0, MaxIvPoints));
+  const IvRelation relation =
+      MakeIvRelation(std::span(RsCm.RcIvVolt).first(count), std::span(RsCm.RcIvCurrent).first(count));
+  CorrectNonlinear(TraceToWrite(Model.NumPoints), circuit, {fracVolt, fracCap, lagFc}, relation);
+  return true;
+}
+
+void RsCorrectTrace() {
+  if (RsCorrectLinear(RsCm.RcFracVolt, RsCm.RcFracCap, RsCm.RcLagFc)) Trace.RsCorrected = 1;
+}
+
+bool RcFilterConductance() {
+  const RsCircuit circuit = StoreCircuit();
+  if (!IsCircuit(circuit)) return false;
+  FilterConductance(TraceToWrite(Noise.RecordPoints), circuit);
+  return true;
+}
+
+bool RcFilterVoltage() {
+  const RsCircuit circuit = StoreCircuit();
+  if (!IsCircuit(circuit)) return false;
+  FilterVoltage(TraceToWrite(Noise.RecordPoints), circuit);
+  return true;
+}
+
+void SetLinearIv() {
+  constexpr float Volts[] = {-0.3F, 0.0F, 0.3F};
+  constexpr float Currents[] = {-100.0F, 0.0F, 100.0F};
+  std::copy(std::begin(Volts), std::end(Volts), RsCm.RcIvVolt.begin());
+  std::copy(std::begin(Currents), std::end(Currents), RsCm.RcIvCurrent.begin());
+  RsCm.RcIvCount = 3;
+}
+
+void LoadIvFile(const std::string& path) {
+  const auto text = ReadBytes(path, MaxIvFileBytes);
+  if (!text) {
+    ConsoleLine(FormatText("Error Reading Raw Data IV curve [%s]. \n", path.c_str()));
+    return;
+  }
+  const int count = ReadPoints(*text);
+  if (count < FewestIvPoints) {
+    SetLinearIv();
+    ConsoleLine(RevertToLinear);
+    return;
+  }
+  RsCm.RcIvCount = count;
+  RsCm.RcIvLoaded = 1;
+}
+
+}  // namespace zelvane

@@ -1,0 +1,151 @@
+#include "rscm/rs_file.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "io/input_file.h"
+#include "io/trace_read.h"
+#include "io/trace_store.h"
+#include "io/trace_write.h"
+#include "model/model_store.h"
+#include "platform/folders.h"
+#include "platform/safe_file.h"
+#include "rscm/rs_correct.h"
+#include "screen/popups.h"
+#include "sim/run.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char OpenTitle[] = "Select ABF Data File to apply Rs correction to";
+constexpr char SaveTitle[] = "Save Rs corrected data to which file";
+constexpr char AbfFiles[] = "*.abf";
+constexpr char AllRecordings[] = "*.dat;*.atf;*.asc;*.abf;*.ave";
+constexpr char SameFile[] = "Cannot overwrite file; choose a different filename or location.";
+constexpr char GapFreeTemplate[] = "GAPFREE.ABF";
+constexpr char EpisodicTemplate[] = "EPISODE-10.ABF";
+
+constexpr std::size_t MaxTemplateBytes = std::size_t{1} << 20;
+constexpr std::size_t BlockBytes = 512;
+constexpr float MicrosecondsPerMs = 1000.0F;
+constexpr std::int16_t FloatFormat = 1;
+
+// Fields of a header of version 1, by their offsets.
+constexpr std::size_t ModeAt = 8;
+constexpr std::size_t SamplesAt = 10;
+constexpr std::size_t EpisodesAt = 16;
+constexpr std::size_t DataBlockAt = 40;
+constexpr std::size_t FormatAt = 100;
+constexpr std::size_t ChannelsAt = 120;
+constexpr std::size_t IntervalAt = 122;
+constexpr std::size_t EpisodeSamplesAt = 138;
+
+template <typename Number>
+void Put(std::string& bytes, std::size_t offset, Number value) {
+  static_assert(std::endian::native == std::endian::little, "recordings hold numbers as memory does");
+  std::memcpy(bytes.data() + offset, &value, sizeof value);
+}
+
+std::int32_t DataBlock(const std::string& bytes) {
+  std::int32_t block = 0;
+  std::memcpy(&block, bytes.data() + DataBlockAt, sizeof block);
+  return block;
+}
+
+/// Whether samples can follow a header: it is whole, and they begin behind it.
+bool IsTemplate(const std::string& bytes) {
+  if (bytes.size() < AbfTemplateLength || bytes.compare(0, 3, "ABF") != 0) return false;
+  const auto begin = static_cast<std::int64_t>(DataBlock(bytes)) * static_cast<std::int64_t>(BlockBytes);
+  return begin >= static_cast<std::int64_t>(AbfTemplateLength) &&
+         begin <= static_cast<std::int64_t>(MaxTemplateBytes);
+}
+
+/// The bytes of the template up to its samples.
+std::string TemplateHead(const char* name) {
+  const auto beside = ReadBytes(ProgramFile(name), MaxTemplateBytes);
+  std::string head;
+  if (beside && IsTemplate(*beside)) {
+    head = *beside;
+  } else {
+    const AbfTemplate builtIn = AbfTemplateBytes(name);
+    head.assign(reinterpret_cast<const char*>(builtIn.data()), builtIn.size());
+  }
+  head.resize(static_cast<std::size_t>(DataBlock(head)) * BlockBytes, '\0');
+  return head;
+}
+
+std::string HeadOfTrace() {
+  const int episodes = std::max(Trace.EpisodeCount, 1);
+  const bool several = episodes > 1;
+  std::string head = TemplateHead(several ? EpisodicTemplate : GapFreeTemplate);
+  Put(head, FormatAt, FloatFormat);
+  Put(head, ModeAt, static_cast<std::int16_t>(several ? EpisodicMode : GapFreeMode));
+  Put(head, SamplesAt, static_cast<std::int32_t>(Model.NumPoints));
+  Put(head, EpisodesAt, static_cast<std::int32_t>(episodes));
+  Put(head, ChannelsAt, std::int16_t{1});
+  Put(head, IntervalAt, Model.ADInterval * MicrosecondsPerMs);
+  Put(head, EpisodeSamplesAt, static_cast<std::int32_t>(Model.NumPoints / episodes));
+  return head;
+}
+
+bool WriteTrace(const std::string& path) {
+  const std::string head = HeadOfTrace();
+  const auto count = static_cast<std::size_t>(std::max(Model.NumPoints, 0));
+  const std::string_view samples(reinterpret_cast<const char*>(Trace.SimTrace.data()), count * sizeof(float));
+  int part = 0;
+  return ReplaceFileInBlocks(path, [&]() -> std::string_view {
+    ++part;
+    if (part == 1) return head;
+    return part == 2 ? samples : std::string_view{};
+  });
+}
+
+bool IsSameFile(const std::string& a, const std::string& b) {
+  std::error_code error;
+  return a == b || std::filesystem::equivalent(a, b, error);
+}
+
+/// Reads the file into the trace as a new recording. False when no samples came in: the trace is then empty.
+bool ReadWhole(const std::string& path) {
+  ClearSamples(Trace.SimTraceUsed);
+  Trace.TraceValid = 0;
+  Trace.TraceFileName = path;
+  Trace.TraceIsText = 0;
+  Trace.EpisodeIndex = 1;
+  if (!AbfDirectRead(Trace.SimTrace)) return false;
+  TraceToWrite(Model.NumPoints);
+  Trace.TraceValid = 1;
+  Trace.RsCorrected = 0;
+  Trace.RcFiltered = 0;
+  Trace.TraceParsed = 0;
+  return true;
+}
+
+}  // namespace
+
+bool FileCorrect(const std::function<void()>& readSettings) {
+  const auto source =
+      FileSelectPopup({.title = OpenTitle, .defaultName = AbfFiles, .filter = AllRecordings, .save = false});
+  if (!source) return false;
+  if (!ReadWhole(*source)) return true;
+  readSettings();
+  RsCorrectTrace();
+  if (Trace.RsCorrected == 0) return true;
+  const auto target =
+      FileSelectPopup({.title = SaveTitle, .defaultName = AbfFiles, .filter = AllRecordings, .save = true});
+  if (!target) return true;
+  if (IsSameFile(*source, *target)) {
+    MessagePopup(NoticeTitle, SameFile);
+  } else if (!WriteTrace(*target)) {
+    FileErrorPopup(FileOpenFailed);
+  }
+  return true;
+}
+
+}  // namespace zelvane

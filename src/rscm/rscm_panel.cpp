@@ -1,0 +1,281 @@
+// Circuit, corrections and filters on RsCorrectionPanel.
+#include "rscm/rscm_panel.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+#include "io/trace_hooks.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "noise/filtered_trace.h"
+#include "rscm/rs_correct.h"
+#include "rscm/rs_file.h"
+#include "rscm/rscm_store.h"
+#include "screen/screen.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char PanelName[] = "RsCorrectionPanel";
+constexpr char TraceGraph[] = "RsCorrectionPanel.trace";
+constexpr char IvGraph[] = "RsCorrectionPanel.iv";
+constexpr char CircuitGroup[] = "circuit";
+
+constexpr char ConductanceQuestion[] = "Data must be conductance trace in pS (output pA).";
+constexpr char VoltageQuestion[] =
+    "Data must be voltage step trace in mV; the output pA (e.g. for capacity transient in whole cell "
+    "configuration).";
+constexpr char CurrentQuestion[] = "Data must be voltage-clamp current trace in pA (output in pA).";
+constexpr char AlreadyFiltered[] = "Data has already been subject to series resistance filtering";
+constexpr char AlreadyCorrected[] = "Data has already been corrected for series resistance errors";
+constexpr char NoRelation[] = "No IV curve loaded for correction.";
+constexpr char Corrected[] = "RsCm Corrected";
+constexpr char Uncorrected[] = "RsCm UnCorrected";
+constexpr char ConductanceTitle[] = "RC-Filt(pA)";
+constexpr char VoltageTitle[] = "pA(Vm step)";
+constexpr char LoadTitle[] = "Import model IV curve (V,relative current) for RsCm correction";
+
+constexpr float TwoPi = 6.283185308F;
+
+/// Units by the codes of Trace.TraceUnits.
+constexpr std::array<const char*, 7> UnitNames = {"#", "pS", "pA", "Po", "uV", "mV", "nA"};
+
+const char* FilteredTitle = ConductanceTitle;  // what the filter of the present trace made of it
+
+// -- What is shown --
+
+/// Shows a text unless it stands there already: this runs after every commit.
+void ShowNew(std::string_view control, const std::string& text) {
+  if (ControlNamed(control).text != text) ShowText(control, text);
+}
+
+/// The state of the trace, on every panel that has a readout for it.
+void ShowStatus() {
+  const bool corrected = Trace.RsCorrected != 0;
+  for (Control& control : Screen.controls) {
+    if (control.name != "RsCmStatus") continue;
+    control.text = corrected ? Corrected : Uncorrected;
+    control.colour = corrected ? "green" : "red";
+  }
+}
+
+void ShowLagTau() {
+  const float tau = 1.0F / (RsCm.RcLagFc * TwoPi);
+  ShowNew("RcLagTau", std::isfinite(tau) ? FormatNumber("%.4g", static_cast<double>(tau)) : std::string{});
+}
+
+/// The switch also follows the model files that carry it.
+void ShowAuto() {
+  static int shown = 0;
+  if (shown != RsCm.RsCmAuto) ShowField("RsCmAuto");
+  shown = RsCm.RsCmAuto;
+}
+
+void ShowReadouts() {
+  ShowNew("RcADInterval", FormatNumber("%g", static_cast<double>(Model.ADInterval)));
+  if (const Control* name = FindControl("DataName")) ShowNew("RcFileName", name->text);
+  ShowLagTau();
+  ShowAuto();
+  ShowStatus();
+}
+
+void PlotRelation() {
+  Graph& graph = GraphNamed(IvGraph);
+  ClearPlots(graph);
+  const auto count = static_cast<std::size_t>(std::clamp(RsCm.RcIvCount, 0, MaxIvPoints));
+  const std::vector<double> volts(RsCm.RcIvVolt.begin(),
+                                  RsCm.RcIvVolt.begin() + static_cast<std::ptrdiff_t>(count));
+  PlotPoints(graph, PlotStyle::Line, Black, volts, std::span(RsCm.RcIvCurrent).first(count));
+  ShowText("RcIvCount", FormatText("%d", RsCm.RcIvCount));
+}
+
+const char* UnitTitle() {
+  const bool known = Trace.TraceUnits >= 0 && Trace.TraceUnits < static_cast<int>(UnitNames.size());
+  return known ? UnitNames[static_cast<std::size_t>(Trace.TraceUnits)] : "";
+}
+
+/// All views of the trace, this panel's among them.
+void RefreshViews() {
+  if (AfterRead.refreshViews != nullptr) {
+    AfterRead.refreshViews();
+  } else {
+    RefreshRsCmView();
+  }
+}
+
+// -- Opening and closing --
+
+void OpenPanel() {
+  if (RsCm.RcIvCount == 0) SetLinearIv();
+  WriteControls(PanelName, CircuitGroup);
+  ShowField("RsCmAuto");
+  PlotRelation();
+  ShowTask(PanelName);
+  RefreshRsCmView();
+  TraceFilterUpdate();
+}
+
+void LeavePanel() {
+  ReadControls(PanelName, CircuitGroup);
+  LeaveTask(PanelName);
+}
+
+// -- Commands --
+
+void FxnDoneRC(const ControlEvent&) {
+  LeavePanel();
+}
+
+void FxnLagCorr(const ControlEvent&) {
+  ShowLagTau();
+}
+
+/// Asks, reads the panel and filters, unless the trace has been filtered before.
+void FilterTrace(const char* question, bool (*filter)(), const char* title) {
+  if (!ConfirmPopup(NoticeTitle, question)) return;
+  ReadControls(PanelName, CircuitGroup);
+  if (Trace.RcFiltered != 0) {
+    MessagePopup(NoticeTitle, AlreadyFiltered);
+  } else if (filter()) {
+    Trace.RcFiltered = 1;
+    FilteredTitle = title;
+  }
+  RefreshViews();
+}
+
+void CorrectTrace(bool (*correct)(float, float, float)) {
+  ReadControls(PanelName, CircuitGroup);
+  if (Trace.RsCorrected != 0) {
+    MessagePopup(NoticeTitle, AlreadyCorrected);
+  } else if (correct(RsCm.RcFracVolt, RsCm.RcFracCap, RsCm.RcLagFc)) {
+    Trace.RsCorrected = 1;
+  }
+}
+
+void RC_FilterConductanceButton(const ControlEvent&) {
+  FilterTrace(ConductanceQuestion, RcFilterConductance, ConductanceTitle);
+}
+
+void RC_FilterVoltageButton(const ControlEvent&) {
+  FilterTrace(VoltageQuestion, RcFilterVoltage, VoltageTitle);
+}
+
+void RC_FilterCorrectLinearButton(const ControlEvent&) {
+  if (!ConfirmPopup(NoticeTitle, CurrentQuestion)) return;
+  CorrectTrace(RsCorrectLinear);
+  RefreshViews();
+}
+
+void RC_FilterCorrectNonlinearButton(const ControlEvent&) {
+  if (!ConfirmPopup(NoticeTitle, CurrentQuestion)) return;
+  if (RsCm.RcIvLoaded == 0) {
+    MessagePopup(NoticeTitle, NoRelation);
+  } else {
+    CorrectTrace(RsCorrectNonlinear);
+  }
+  RefreshViews();
+}
+
+void FxnFileCorrect(const ControlEvent&) {
+  if (FileCorrect([] { ReadControls(PanelName, CircuitGroup); })) RefreshViews();
+}
+
+void RC_LoadIVButton(const ControlEvent&) {
+  const auto path =
+      FileSelectPopup({.title = LoadTitle, .defaultName = "*.iv", .filter = "*.iv;*.*", .save = false});
+  if (!path) return;
+  LoadIvFile(*path);
+  PlotRelation();
+  ShowText("RcIvFileName", *path);
+}
+
+constexpr auto Number = ControlKind::Number;
+constexpr auto Button = ControlKind::Button;
+constexpr auto Readout = ControlKind::Readout;
+
+// clang-format off
+constexpr ControlDecl CircuitControls[] = {
+    // name        kind    label                       unit  format command          action   help
+    {"RcRs",       Number, "Series resistance",        "Ohm", "%g", "FxnRCRs",       nullptr, "Whole cell series resistance in Ohms"},
+    {"RcCm",       Number, "Capacitance",              "F",   "%g", "FxnRCCm",       nullptr, "Whole cell capacitance in Farads"},
+    {"RcRm",       Number, "Input resistance",         "Ohm", "%g", "FxnRCRm",       nullptr, "Input resistance in Ohms"},
+    {"RcVhold",    Number, "Holding potential",        "V",   "%g", "FxnRCVhold",    nullptr, "Holding potential in Volts"},
+    {"RcVrev",     Number, "Reversal potential",       "V",   "%g", "FxnRCVreversal", nullptr,
+     "Reversal potential for linear correction in Volts"},
+    {"RcFracVolt", Number, "Voltage error",            "",    "%g", "FxnFracVolt",   nullptr,
+     "Fraction of series resistance voltage error to correct"},
+    {"RcFracCap",  Number, "Capacitive current",       "",    "%g", "FxnFracCap",    nullptr,
+     "Fraction of series resistance capacitative current error to correct"},
+    {"RcLagFc",    Number, "Lag corner",               "Hz",  "%g", "FxnLagCorr",    FxnLagCorr,
+     "Fc in Hz for 1 pole filter applied to capacitative current correction"},
+};
+constexpr ControlDecl StateControls[] = {
+    {"RsCmAuto",     ControlKind::Switch, "Correct on reading", "", "%d", "FxnRsCmAuto", nullptr,
+     "Correct every trace that is read for series resistance, with the linear correction and the settings of this panel.",
+     0, 0, "off|on"},
+    {"RsCmStatus",   Readout, "State",             "",   "",  "",              nullptr,
+     "Whether the trace on display has been corrected for series resistance."},
+    {"RcLagTau",     Readout, "Lag time constant", "s",  "",  "FxnLagTau",     nullptr, "Tau lag = 1 / (2 PI dt Fc)"},
+    {"RcADInterval", Readout, "Interval",          "ms", "",  "FxnRCADInterval", nullptr, "Time interval in ms"},
+    {"RcFileName",   Readout, "Data",              "",   "",  "FxnRCFilename", nullptr,
+     "Filename for filtering or Rs correction"},
+    {"RcIvFileName", Readout, "IV curve",          "",   "",  "FxnIVFilename", nullptr,
+     "Filename for nonlinear normalized IV for filter correction"},
+    {"RcIvCount",    Readout, "Points",            "",   "%d", "",             nullptr,
+     "Points of the IV curve."},
+};
+constexpr ControlDecl CommandControls[] = {
+    {"RcCorrectLinear",    Button, "Correct (linear IV)",     "", "", "RC_FilterCorrectLinearButton", RC_FilterCorrectLinearButton,
+     "Correct current trace (pA) for RC filtering assuming linear IV"},
+    {"RcCorrectNonlinear", Button, "Correct (measured IV)",   "", "", "RC_FilterCorrectNonlinearButton", RC_FilterCorrectNonlinearButton,
+     "Correct current trace (pA) for RC filtering assuming nonlinear IV; IV must be loaded"},
+    {"RcFromConductance",  Button, "Filter conductance",      "", "", "RC_FilterConductanceButton", RC_FilterConductanceButton,
+     "Subject conductance waveform to whole cell filtering; output is in pA"},
+    {"RcFromVoltage",      Button, "Filter voltage step",     "", "", "RC_FilterVoltageButton", RC_FilterVoltageButton,
+     "Convert voltage step to capacitative transient; output is in pA"},
+    {"RcLoadIv",           Button, "Load IV curve...",        "", "", "RC_LoadIVButton", RC_LoadIVButton,
+     "Load IV curve for nonlinear correction from two column column delimited ASCII file (3-2048 values) in V and relative current"},
+    {"RcFileCorrect",      Button, "Correct a file...",       "", "", "FxnFileCorrect", FxnFileCorrect,
+     "Read an ABF file, correct all of it (linear IV), and save it as another ABF file."},
+    {"DoneRC",             Button, "Done",                    "", "", "FxnDoneRC", FxnDoneRC, "Close RsCm window."},
+};
+constexpr MenuDecl RsCmMenu[] = {{"Tools/Series resistance...", "RsCmFilterFxn", OpenPanel}};
+// clang-format on
+
+}  // namespace
+
+void AddRsCorrectionPanel() {
+  AddPanel(
+      {PanelName, "Series resistance", "RC", ShowReadouts, LeavePanel, nullptr,
+       "Series resistance and membrane capacitance: correct a current for them, or see a conductance or a "
+       "voltage step through them."});
+  AddControls(PanelName, CircuitGroup, CircuitControls);
+  AddControls(PanelName, "state", StateControls);
+  AddControls(PanelName, "commands", CommandControls);
+  AddGraph(PanelName, TraceGraph, "Time (ms)", "");
+  AddGraph(PanelName, IvGraph, "Voltage (V)", "Relative current");
+}
+
+void AddRsCorrectionMenu() {
+  AddMenu(RsCmMenu);
+}
+
+void CorrectTraceRead() {
+  if (FindPanel(PanelName) != nullptr) ReadControls(PanelName, CircuitGroup);
+  RsCorrectTrace();
+}
+
+void RefreshRsCmView() {
+  if (FindPanel(PanelName) == nullptr) return;
+  Graph& graph = GraphNamed(TraceGraph);
+  ClearPlots(graph);
+  const auto samples = std::clamp(Model.NumPoints, 0, static_cast<int>(Trace.SimTrace.size()));
+  PlotWave(graph, PlotStyle::Line, Black, Trace.SimTrace.first(static_cast<std::size_t>(samples)), 0.0,
+           static_cast<double>(Model.ADInterval));
+  SetAxisTitle(graph, 'y', Trace.RcFiltered != 0 ? FilteredTitle : UnitTitle());
+  ShowReadouts();
+}
+
+}  // namespace zelvane

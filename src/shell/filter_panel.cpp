@@ -1,0 +1,123 @@
+// Noise and filter of the trace, at the user's word: FilterPanel, and one button on MainPanel.
+#include "shell/filter_panel.h"
+
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "noise/gaussian_filter.h"
+#include "noise/noise_store.h"
+#include "screen/screen.h"
+#include "shell/trace_views.h"
+#include "sim/random.h"
+#include "sim/run.h"
+#include "sim/run_panel.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char PanelName[] = "FilterPanel";
+
+// Both stand on MainPanel too.
+constexpr char CornerField[] = "AutoFilterFc";
+constexpr char DeviationField[] = "AutoNoiseSTD";
+constexpr char MeanField[] = "NoiseMean";
+
+void ReadFields() {
+  for (const char* field : {MeanField, DeviationField, CornerField}) TakeTyped(field);
+}
+
+void OpenPanel() {
+  for (const char* field : {MeanField, DeviationField, CornerField}) ShowField(field);
+  ShowPanel(PanelName);
+}
+
+void LeavePanel() {
+  ReadFields();
+  HidePanel(PanelName);
+}
+
+void FxnRectNoise(const ControlEvent&) {
+  Trace.TraceValid = 1;
+  TakeTyped(MeanField);
+  const float mean = Noise.NoiseMean;
+  for (float& sample : TraceToWrite(Model.NumPoints)) sample += mean + static_cast<float>(UniformRandom());
+  RefreshTraceViews();
+}
+
+void FxnCreateGaussNoise(const ControlEvent&) {
+  Trace.TraceValid = 1;
+  TakeTyped(MeanField);
+  TakeTyped(DeviationField);
+  const float mean = Noise.NoiseMean;
+  const float deviation = Model.AutoNoiseSTD;
+  for (float& sample : TraceToWrite(Model.NumPoints)) sample += mean + deviation * GaussianNoise();
+  RefreshTraceViews();
+}
+
+void FilterTrace() {
+  TakeTyped(CornerField);
+  GaussianFilter(TraceToWrite(Model.NumPoints), Model.AutoFilterFc);
+}
+
+void FxnApplyFilter(const ControlEvent&) {
+  FilterTrace();
+  RefreshTraceViews();
+}
+
+void FxnFilterButton(const ControlEvent&) {
+  FilterTrace();
+  PlotTrace(true);
+}
+
+/// A value that other panels show too.
+void FxnShared(const ControlEvent& event) {
+  ShowField(event.control->name);
+}
+
+void FxnDoneFilter(const ControlEvent&) {
+  LeavePanel();
+}
+
+constexpr auto Number = ControlKind::Number;
+constexpr auto Button = ControlKind::Button;
+constexpr char CornerHelp[] =
+    "Filter the main data display with a Gaussian Filter corrected for a phase shift.";
+
+// clang-format off
+constexpr ControlDecl FilterControls[] = {
+    // name           kind    label               unit   format command          action         help
+    {"AutoFilterFc",  Number, "Corner",           "kHz", "%g", "FxnFc",          FxnShared,     CornerHelp},
+    {"NoiseMean",     Number, "Mean of noise",    "",    "%g", "FxnNoiseMean",   nullptr,
+     "Enter the mean of noise (Gaussian or Rectangular) that is to be added to the trace."},
+    {"AutoNoiseSTD",  Number, "STD of noise",     "",    "%g", "FxnNoiseSTD",    FxnShared,
+     "Enter the standard Deviatoin of noise (Gaussian) that is to be added to the trace."},
+    {"ApplyFilter",   Button, "Filter",           "",    "",   "FxnApplyFilter", FxnApplyFilter,
+     "Filter the trace with a Gaussian Filter corrected for a phase shift."},
+    {"GaussNoise",    Button, "Add Gaussian noise", "",  "",   "FxnCreateGaussNoise", FxnCreateGaussNoise,
+     "Add Gaussian noise of the mean and standard deviation above to the trace."},
+    {"RectNoise",     Button, "Add rectangular noise", "", "", "FxnRectNoise",   FxnRectNoise,
+     "Add evenly distributed noise to the trace: the mean above plus a value between 0 and 1."},
+    {"DoneFilter",    Button, "Done",             "",    "",   "FxnDoneFilter",  FxnDoneFilter, "Close filter panel."},
+};
+constexpr ControlDecl MainControls[] = {
+    {"FilterButton",  Button, "Filter trace",     "",    "",   "FxnFilterButton", FxnFilterButton, CornerHelp},
+};
+constexpr MenuDecl FilterMenu[] = {{"Tools/Filter...", "FxnMenuFilter", OpenPanel}};
+// clang-format on
+
+}  // namespace
+
+void AddFilterPanel() {
+  AddPanel({PanelName, "Filter and noise", "", nullptr, LeavePanel, nullptr,
+            "Filter the trace, or add noise to it. Repeated presses filter or add again."});
+  AddControls(PanelName, "filter", FilterControls);
+}
+
+void AddFilterButton() {
+  AddControls("MainPanel", "shell", MainControls);
+}
+
+void AddFilterMenu() {
+  AddMenu(FilterMenu);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,76 @@
+#include "shell/trace_views.h"
+
+#include <algorithm>
+
+#include "io/trace_export.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "noise/filtered_trace.h"
+#include "platform/safe_file.h"
+#include "rscm/rscm_panel.h"
+#include "screen/screen.h"
+#include "shell/zoom_graph.h"
+#include "sim/run_panel.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char ExportTitle[] =
+    "Export data as it appears on the screen into 1-column ascii file (time interval is first value).";
+constexpr char NoTrace[] = "There is no trace to export.";
+constexpr char NoFit[] = "No exponential fit has been made: there is no curve to export.";
+constexpr char AsciiFiles[] = "*.asc";
+
+void RefreshMainGraph() {
+  Graph& graph = GraphNamed("MainPanel");
+  SetAxisAuto(graph, 'x');
+  SetAxisAuto(graph, 'y');
+  PlotTrace(true);
+  const DataRange x = ViewRange(graph, 'x');
+  const DataRange y = ViewRange(graph, 'y');
+  ZoomSetFullRange(graph, 'x', x.min, x.max);
+  ZoomSetFullRange(graph, 'y', y.min, y.max);
+}
+
+// clang-format off
+constexpr MenuDecl TraceMenu[] = {
+    {"Tools/Export trace...",        "ExportTrace",    ExportTrace},
+    {"Tools/Export fitted curve...", "ExportAnalysis", ExportAnalysis},
+};
+// clang-format on
+
+}  // namespace
+
+void RefreshTraceViews() {
+  if (FindPanel("MainPanel") == nullptr) return;
+  RefreshMainGraph();
+  RefreshRsCmView();
+  TraceFilterUpdate();
+}
+
+void ExportTrace() {
+  if (Trace.TraceValid == 0) {
+    MessagePopup(NoticeTitle, NoTrace);
+    return;
+  }
+  const auto path =
+      FileSelectPopup({.title = ExportTitle, .defaultName = AsciiFiles, .filter = AsciiFiles, .save = true});
+  if (!path) return;
+  ReadRunParameters();
+  const int samples = std::clamp(Model.NumPoints, 0, static_cast<int>(Trace.SimTrace.size()));
+  if (!AppendToFile(*path, TraceTextBlocks(TraceFormat::SingleColumn,
+                                           Trace.SimTrace.first(static_cast<std::size_t>(samples)),
+                                           Model.ADInterval, {}))) {
+    FileErrorPopup(FileOpenFailed);
+  }
+}
+
+void ExportAnalysis() {
+  MessagePopup(NoticeTitle, NoFit);
+}
+
+void AddTraceMenu() {
+  AddMenu(TraceMenu);
+}
+
+}  // namespace zelvane

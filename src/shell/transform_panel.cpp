@@ -1,0 +1,89 @@
+// Add, multiply, resample: TransformPanel. A transform works on what the trace holds, so two presses add
+// twice.
+#include "shell/transform_panel.h"
+
+#include "io/trace_read.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "screen/screen.h"
+#include "shell/trace_views.h"
+#include "shell/undo.h"
+#include "sim/run.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char PanelName[] = "TransformPanel";
+constexpr char Group[] = "transform";
+
+void OpenPanel() {
+  WriteControls(PanelName, Group);
+  ShowPanel(PanelName);
+}
+
+void LeavePanel() {
+  ReadControls(PanelName, Group);
+  HidePanel(PanelName);
+}
+
+void FxnAdd(const ControlEvent&) {
+  TakeTyped("AddConstant");
+  const float constant = Trace.AddConstant;
+  for (float& sample : TraceToWrite(Model.NumPoints)) sample += constant;
+  RefreshTraceViews();
+}
+
+void FxnMultiply(const ControlEvent&) {
+  TakeTyped("MultiplyConstant");
+  const float constant = Trace.MultiplyConstant;
+  for (float& sample : TraceToWrite(Model.NumPoints)) sample *= constant;
+  RefreshTraceViews();
+}
+
+void FxnParseData(const ControlEvent&) {
+  TakeTyped("ParseConstant");
+  ParseTrace();
+  TakeLengthAsGiven();
+  RefreshTraceViews();
+}
+
+void FxnDoneTransform(const ControlEvent&) {
+  LeavePanel();
+}
+
+constexpr auto Number = ControlKind::Number;
+constexpr auto Button = ControlKind::Button;
+constexpr char AddHelp[] = "Add a constant value to the entire waveform.";
+constexpr char MultiplyHelp[] = "Multiply the entire waveform by a constant.";
+constexpr char ParseHelp[] = "Parse waveform; replace waveform by using every n-th point.";
+
+// clang-format off
+constexpr ControlDecl TransformControls[] = {
+    // name              kind    label          unit format command            action       help
+    {"AddConstant",      Number, "Add",         "",  "%g", "",                 nullptr,     AddHelp},
+    {"MultiplyConstant", Number, "Multiply by", "",  "%g", "",                 nullptr,     MultiplyHelp},
+    {"ParseConstant",    Number, "Every n-th point", "", "%d", "",             nullptr,     ParseHelp},
+    {"AddToTrace",       Button, "Add",         "",  "",   "FxnAdd",           FxnAdd,      AddHelp},
+    {"MultiplyTrace",    Button, "Multiply",    "",  "",   "FxnMultiply",      FxnMultiply, MultiplyHelp},
+    {"ParseTrace",       Button, "Parse",       "",  "",   "FxnParseData",     FxnParseData, ParseHelp},
+    {"DoneTransform",    Button, "Done",        "",  "",   "FxnDoneTransform", FxnDoneTransform,
+     "Close transform panel."},
+};
+constexpr MenuDecl TransformMenu[] = {{"Tools/Transform...", "FxnMenuTransform", OpenPanel}};
+// clang-format on
+
+}  // namespace
+
+void AddTransformPanel() {
+  AddPanel({PanelName, "Transform", "", nullptr, LeavePanel, nullptr,
+            "Change the whole trace in place: add, multiply, keep every n-th point. Only a new read of the "
+            "file takes "
+            "it back."});
+  AddControls(PanelName, Group, TransformControls);
+}
+
+void AddTransformMenu() {
+  AddMenu(TransformMenu);
+}
+
+}  // namespace zelvane

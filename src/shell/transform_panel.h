@@ -1,0 +1,9 @@
+// The panel that changes the trace by a constant.
+#pragma once
+
+namespace zelvane {
+
+void AddTransformPanel();
+void AddTransformMenu();
+
+}  // namespace zelvane
