@@ -11,7 +11,7 @@ namespace {
 constexpr float UnitsPerPico = 1e-12F;
 constexpr float PicosPerUnit = 1e12F;
 constexpr float TwoPi = 6.283185308F;
-constexpr int GuideSteps = 4096;
+constexpr int GuideSteps = 32768;
 
 /// The double exponential, narrowed: libraries agree on it where their 32-bit ones differ in the last bit.
 float Exp(float x) {

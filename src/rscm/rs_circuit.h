@@ -5,8 +5,8 @@
 //   There  FilterConductance  FilterVoltage
 //
 // Functions of their arguments alone, in 32-bit floats and in a fixed order of operations, one pass each.
-// Sources: Traynelis (1998), J. Neurosci. Methods 86, 25-34 (correction of a digitised current, point by
-// point); Armstrong & Chow (1987), Biophys. J. 52, 133-136 (supercharging and the circuit).
+// The circuit: Armstrong & Chow (1987), Biophys. J. 52, 133-136; Marty & Neher (1995), in Single-Channel
+// Recording, 2nd ed., chapter 2.
 #pragma once
 
 #include <span>

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "io/input_file.h"
 #include "io/trace_read.h"
@@ -115,10 +116,13 @@ bool IsSameFile(const std::string& a, const std::string& b) {
 bool ReadWhole(const std::string& path) {
   ClearSamples(Trace.SimTraceUsed);
   Trace.TraceValid = 0;
-  Trace.TraceFileName = path;
+  const std::string former = std::exchange(Trace.TraceFileName, path);
   Trace.TraceIsText = 0;
   Trace.EpisodeIndex = 1;
-  if (!AbfDirectRead(Trace.SimTrace)) return false;
+  if (!AbfDirectRead(Trace.SimTrace)) {
+    Trace.TraceFileName = former;
+    return false;
+  }
   TraceToWrite(Model.NumPoints);
   Trace.TraceValid = 1;
   Trace.RsCorrected = 0;
