@@ -27,6 +27,7 @@ constexpr LayoutRow Layout[] = {
     {"MainPanel", "Electrical", "", "VHold VRev Valence"},
     {"MainPanel", "Display", "", "DisplayUnits AutoFilter AutoFilterFc AutoNoise AutoNoiseSTD ShowAllTraces"},
     {"MainPanel", "Repeated runs", "", "NumRuns NumIntervals AutoAnalyze"},
+    {"MainPanel", "Event statistics", "", "OpenStateExits MonitoredChannels OpenTimesText ClosedTimesText LatenciesText"},
 
     {"StimulusPanel", "Automatic step", "", "AutoDrugOrVolt AutoValue AutoStart AutoStop AutoFilterOn"},
     {"StimulusPanel", "Step", "", "StepAmp StepStart StepStop StepDuration StepRamp StepRiseTau StepDecayTau"},
