@@ -30,6 +30,8 @@ constexpr char Examples[] =
     "Exit status: 0 done, 1 failed (the reason is on standard error), 2 wrong usage.";
 
 constexpr char DriveText[] = "Run the whole program from a script";
+constexpr int MaxJobChannels = 10'000'000;  // a 32-bit occupancy counts to some 16 million
+
 constexpr char SimulateText[] = "Run a model file and sum up the response";
 constexpr char ModelText[] = "Tell what a model file holds, or bring it to the newest format";
 
@@ -49,7 +51,9 @@ constexpr char SimulateFooter[] =
     "A model file brings at least 100000 points; --points makes the run shorter or longer. Names for --set\n"
     "are those of the store fields (docs/drive.md): KOn[2], StartOccupancy[1], AutoValue, ModelIs2D (0 runs\n"
     "the table). Ctrl-C stops the run and nothing is written. Example:\n"
-    "  zelvane-cli simulate ampa.mod --simulator adaptive --set AutoValue=1e-4 --out dose.csv";
+    "  zelvane-cli simulate ampa.mod --simulator adaptive --set AutoValue=1e-4 --out dose.csv\n"
+    "Single channels, their dwell times in single.ops, single.sht and single.lat:\n"
+    "  zelvane-cli simulate ampa.mod --simulator montecarlo --channels 100 --seed 1,2,3 --dwells single";
 
 constexpr char ModelFooter[] =
     "Example\n"
@@ -146,8 +150,8 @@ struct SimulateArguments {
   std::string seeds;
 };
 
-const std::vector<std::string> SimulatorWords = {"fixed", "adaptive"};
-constexpr int SimulatorCodes[] = {FixedStepIntegrator, AdaptiveIntegrator};
+const std::vector<std::string> SimulatorWords = {"fixed", "adaptive", "montecarlo"};
+constexpr int SimulatorCodes[] = {FixedStepIntegrator, AdaptiveIntegrator, MonteCarlo};
 const std::vector<std::string> UnitWords = {"channels", "pS", "pA", "probability"};
 constexpr int UnitCodes[] = {UnitsChannels, UnitsConductance, UnitsCurrent, UnitsProbability};
 
@@ -163,8 +167,7 @@ CLI::App* AddSimulate(CLI::App& app, SimulateArguments& arguments) {
   CLI::App* simulate = app.add_subcommand("simulate", SimulateText)->footer(SimulateFooter);
   SimulateOptions& options = arguments.options;
   simulate->add_option("MODEL", options.model, "model file (.mod)")->required()->type_name("");
-  AddWords(*simulate, "--simulator", arguments.simulator, SimulatorWords,
-           "integrator; else as the model says");
+  AddWords(*simulate, "--simulator", arguments.simulator, SimulatorWords, "else as the model says");
   simulate->add_option("--points", options.points, "points of the run")
       ->check(CLI::Range(1, MaxPoints).description(""))
       ->type_name("N");
@@ -172,6 +175,12 @@ CLI::App* AddSimulate(CLI::App& app, SimulateArguments& arguments) {
       ->check(CLI::Validator(IntervalFault, ""))
       ->type_name("MS");
   AddWords(*simulate, "--units", arguments.units, UnitWords, "of the trace");
+  simulate->add_option("--channels", options.channels, "channels")
+      ->check(CLI::Range(0, MaxJobChannels).description(""))
+      ->type_name("N");
+  simulate->add_option("--runs", options.runs, "runs of a Monte Carlo simulation")
+      ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
+      ->type_name("N");
   simulate->add_option("--set", options.settings, "set any store field (may be repeated)")
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false);
@@ -185,9 +194,15 @@ CLI::App* AddSimulate(CLI::App& app, SimulateArguments& arguments) {
       ->add_option("--autosave", options.autosaveFile, "append the run to a file: .abf, or a column of text")
       ->type_name("FILE");
   simulate->add_option("--out", options.traceFile, "write the trace: .txt, .atf or .csv")->type_name("FILE");
+  simulate->add_option("--mean", options.meanFile, "write the mean over the runs likewise")
+      ->type_name("FILE");
   simulate
       ->add_option("--occupancy", options.occupancyFile, "write the occupancies of the states that are on")
       ->type_name("FILE.csv");
+  simulate
+      ->add_option("--dwells", options.dwellFile,
+                   "write open times, closed times and latencies: .ops, .sht, .lat")
+      ->type_name("FILE");
   simulate->add_flag("--json", options.json, "summary as one JSON object");
   return simulate;
 }

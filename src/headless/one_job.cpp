@@ -73,7 +73,7 @@ JobScreen::~JobScreen() {
 void JobScreen::Message(std::string_view title, std::string_view text) {
   ClearBar();
   lastText_ = text;
-  if (title.find("rror") != std::string_view::npos) errorShown_ = true;
+  if (title.find("rror") != std::string_view::npos || title == NoticeTitle) errorShown_ = true;
   streams_.err << title << (title.empty() ? "" : ": ") << text << std::endl;
 }
 

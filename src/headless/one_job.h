@@ -39,7 +39,7 @@ class JobScreen {
   JobScreen(const JobScreen&) = delete;
   JobScreen& operator=(const JobScreen&) = delete;
 
-  /// Whether a message has been shown whose title tells of an error.
+  /// Whether a message has been shown whose title tells of an error, or that a run was broken off.
   bool ErrorShown() const { return errorShown_; }
 
   /// Text of the last message; empty when there was none.

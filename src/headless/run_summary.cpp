@@ -22,6 +22,7 @@ struct LastRow {
 /// After an adaptive run that began late the saved steps go on beyond the sweep: the last one inside counts.
 LastRow LastRowOfRun() {
   const auto interval = AsTyped(Model.ADInterval);
+  if (Result.ResultKind == ResultMonteCarlo) return {Model.NumPoints, interval * Model.NumPoints};
   if (Result.ResultKind != ResultSavedSteps) return {Model.NumPoints, interval * (Model.NumPoints - 1)};
   const double start = interval * Result.IntegrationOffset;
   const double end = interval * Model.NumPoints * (1.0 + 1e-6);  // times are 32-bit sums
@@ -33,15 +34,6 @@ LastRow LastRowOfRun() {
   return {step, time(step)};
 }
 
-void FindPeak(RunSummary& summary) {
-  for (int p = 0; p < Model.NumPoints; ++p) {
-    const auto sample = static_cast<double>(Trace.SimTrace[static_cast<std::size_t>(p)]);
-    if (!(std::abs(sample) > std::abs(summary.peak))) continue;
-    summary.peak = sample;
-    summary.peakMs = p * AsTyped(Model.ADInterval);
-  }
-}
-
 /// An occupancy for six decimals: what rounds to zero has no sign.
 float Shown(float occupancy) {
   return std::abs(occupancy) < 5e-7F ? 0.0F : occupancy;
@@ -49,6 +41,26 @@ float Shown(float occupancy) {
 
 std::string Number(double value) {
   return FormatText("%.6g", value);
+}
+
+std::string PeakText(const Peak& peak) {
+  return Number(peak.value) + " at " + Number(peak.ms) + " ms";
+}
+
+std::string SimulatorText(const RunSummary& summary) {
+  if (summary.singleChannels) {
+    const SingleChannelSummary& single = *summary.singleChannels;
+    return FormatText("Monte Carlo, %d %s, %d run(s), %d interval(s) after each", single.channels,
+                      single.subunits ? "cooperative subunits" : "channel(s)", single.runs, single.intervals);
+  }
+  if (summary.simulator != AdaptiveIntegrator)
+    return "fixed step, at most " + Number(summary.control) + " ms";
+  return "adaptive, tolerance " + Number(summary.control) +
+         FormatText(", %d steps saved", summary.savedSteps);
+}
+
+Json PeakJson(const Peak& peak) {
+  return {{"value", FloatJson(static_cast<float>(peak.value))}, {"time", NumberJson(peak.ms)}};
 }
 
 }  // namespace
@@ -86,6 +98,16 @@ const char* UnitsWord(int units) {
   }
 }
 
+Peak PeakOf(std::span<const float> trace) {
+  Peak peak;
+  for (std::size_t i = 0; i < trace.size(); ++i) {
+    const auto sample = static_cast<double>(trace[i]);
+    if (!(std::abs(sample) > std::abs(peak.value))) continue;
+    peak = {sample, static_cast<double>(i) * AsTyped(Model.ADInterval)};
+  }
+  return peak;
+}
+
 RunSummary SummariseRun(double wallSeconds) {
   RunSummary summary;
   summary.title = Model.ModelTitle;
@@ -97,7 +119,8 @@ RunSummary SummariseRun(double wallSeconds) {
   summary.axisTitle = GraphNamed("MainPanel").y.title;
   summary.wallSeconds = wallSeconds;
   if (Result.ResultKind == ResultSavedSteps) summary.savedSteps = Result.KeptSteps;
-  FindPeak(summary);
+  summary.peak = PeakOf(Trace.SimTrace.first(static_cast<std::size_t>(Model.NumPoints)));
+  if (Model.SimulatorKind == MonteCarlo) summary.singleChannels = SummariseSingleChannels();
   const LastRow last = LastRowOfRun();
   summary.lastMs = last.timeMs;
   const auto& labels = Model.ModelIs2D != 0 ? Model.StateLabel : Model.TableStateLabel;
@@ -110,24 +133,21 @@ RunSummary SummariseRun(double wallSeconds) {
 }
 
 void WriteSummary(const RunSummary& summary, std::ostream& out) {
-  const bool fixed = summary.simulator != AdaptiveIntegrator;
   out << "Scheme       " << (summary.title.empty() ? "(no title)" : summary.title) << '\n';
   out << "States on    " << summary.last.size() << ':';
   for (const FinalOccupancy& state : summary.last) out << ' ' << state.name;
   out << "\nSweep        " << summary.points << " points, one every " << Number(summary.intervalMs) << " ms ("
       << Number(summary.intervalMs * summary.points) << " ms)\n";
-  out << "Simulator    "
-      << (fixed ? "fixed step, at most " + Number(summary.control) + " ms"
-                : "adaptive, tolerance " + Number(summary.control) + ", " +
-                      std::to_string(summary.savedSteps) + " steps saved")
-      << '\n';
+  out << "Simulator    " << SimulatorText(summary) << '\n';
   out << "Trace        " << summary.axisTitle << '\n';
-  out << "Peak         " << Number(summary.peak) << " at " << Number(summary.peakMs) << " ms\n";
+  out << "Peak         " << PeakText(summary.peak) << (summary.meanPeak ? " in the last run\n" : "\n");
+  if (summary.meanPeak) out << "Mean of runs " << PeakText(*summary.meanPeak) << " at its peak\n";
+  if (summary.singleChannels) WriteSingleChannels(*summary.singleChannels, out);
   out << "Occupancy at " << Number(summary.lastMs) << " ms\n";
   for (const FinalOccupancy& state : summary.last) {
     out << FormatText("  %-12s %.6f\n", state.name.c_str(), static_cast<double>(Shown(state.value)));
   }
-  out << "Wall time    " << FormatText("%.3f s", summary.wallSeconds) << '\n';
+  if (!summary.singleChannels) out << "Wall time    " << FormatText("%.3f s", summary.wallSeconds) << '\n';
 }
 
 void WriteSummaryJson(const RunSummary& summary, const std::string& model, std::ostream& out) {
@@ -137,19 +157,23 @@ void WriteSummaryJson(const RunSummary& summary, const std::string& model, std::
   json["points"] = summary.points;
   json["interval"] = NumberJson(summary.intervalMs);
   json["simulator"] = SimulatorWord(summary.simulator);
-  json[summary.simulator == AdaptiveIntegrator ? "tolerance" : "step"] = NumberJson(summary.control);
+  if (summary.singleChannels) {
+    json["singleChannels"] = SingleChannelsJson(*summary.singleChannels);
+  } else {
+    json[summary.simulator == AdaptiveIntegrator ? "tolerance" : "step"] = NumberJson(summary.control);
+  }
   if (summary.savedSteps > 0) json["savedSteps"] = summary.savedSteps;
   json["units"] = UnitsWord(summary.units);
   json["axis"] = summary.axisTitle;
-  json["peak"]["value"] = FloatJson(static_cast<float>(summary.peak));
-  json["peak"]["time"] = NumberJson(summary.peakMs);
+  json["peak"] = PeakJson(summary.peak);
+  if (summary.meanPeak) json["mean"]["peak"] = PeakJson(*summary.meanPeak);
   json["final"]["time"] = NumberJson(summary.lastMs);
   json["final"]["states"] = Json::array();
   for (const FinalOccupancy& state : summary.last) {
     json["final"]["states"].push_back(
         {{"state", state.state}, {"label", state.name}, {"occupancy", FloatJson(state.value)}});
   }
-  json["wallTime"] = NumberJson(summary.wallSeconds);
+  if (!summary.singleChannels) json["wallTime"] = NumberJson(summary.wallSeconds);
   out << JsonLine(json) << '\n';
 }
 

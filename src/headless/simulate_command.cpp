@@ -7,6 +7,7 @@
 
 #include "headless/internal/job_settings.h"
 #include "headless/internal/run_summary.h"
+#include "headless/internal/single_channel_summary.h"
 #include "io/stimulus_file.h"
 #include "io/trace_export.h"
 #include "io/trace_store.h"
@@ -14,6 +15,7 @@
 #include "screen/screen.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
+#include "singlechannel/dwell_lists.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {
@@ -28,6 +30,8 @@ bool ApplyOptions(const SimulateOptions& options, std::ostream& err) {
   if (options.points) Model.NumPoints = *options.points;
   if (options.intervalMs) Model.ADInterval = static_cast<float>(*options.intervalMs);
   if (options.units) Model.DisplayUnits = *options.units;
+  if (options.channels) Model.NumChannels = *options.channels;
+  if (options.runs) Model.NumRuns = *options.runs;
   if (Model.NumPoints < 1 || Model.NumPoints > MaxPoints) {
     err << "points: " << Model.NumPoints << " is not between 1 and " << MaxPoints << '\n';
     return false;
@@ -76,11 +80,8 @@ bool RunSucceeded(const JobScreen& screen, const JobStreams& streams) {
     if (screen.LastText() != Interrupted) streams.err << Interrupted << '\n';  // it came after the last look
     return false;
   }
-  if (Model.SimulatorKind == MonteCarlo) {
-    streams.err << "choose an integrator for this model: --simulator fixed or --simulator adaptive\n";
-    return false;
-  }
   if (screen.ErrorShown()) return false;
+  if (Model.SimulatorKind == MonteCarlo) return true;  // also when no channel has opened
   if (Trace.TraceValid == 0) {
     streams.err << "the run left no trace\n";
     return false;
@@ -93,15 +94,30 @@ bool RunSucceeded(const JobScreen& screen, const JobStreams& streams) {
   return true;
 }
 
-bool WriteFiles(const SimulateOptions& options, std::ostream& err) {
+bool WriteTrace(const std::string& path, std::span<const float> trace, std::ostream& err) {
+  if (path.empty()) return true;
+  if (WriteTraceFile(path, trace, Model.ADInterval, GraphNamed("MainPanel").y.title)) return true;
+  err << path << ": cannot be written\n";
+  return false;
+}
+
+bool WriteFiles(const SimulateOptions& options, std::span<const float> mean, std::ostream& err) {
   const std::span<const float> trace = Trace.SimTrace.first(static_cast<std::size_t>(Model.NumPoints));
-  if (!options.traceFile.empty() &&
-      !WriteTraceFile(options.traceFile, trace, Model.ADInterval, GraphNamed("MainPanel").y.title)) {
-    err << options.traceFile << ": cannot be written\n";
-    return false;
-  }
+  if (!WriteTrace(options.traceFile, trace, err) || !WriteTrace(options.meanFile, mean, err)) return false;
   if (!options.occupancyFile.empty() && !WriteOccupancyCsv(options.occupancyFile)) {
     err << options.occupancyFile << ": cannot be written\n";
+    return false;
+  }
+  if (options.dwellFile.empty() || ExportDwellLists(options.dwellFile)) return true;
+  err << options.dwellFile << ": cannot be written\n";
+  return false;
+}
+
+/// Whether the names of the traces say in which format they are to be written.
+bool TraceNamesServe(const SimulateOptions& options, std::ostream& err) {
+  for (const std::string& path : {options.traceFile, options.meanFile}) {
+    if (path.empty() || TraceFormatOf(path)) continue;
+    err << path << ": the name of a trace ends in .txt, .asc, .atf or .csv\n";
     return false;
   }
   return true;
@@ -116,22 +132,26 @@ double RunTimed() {
 }  // namespace
 
 int SimulateCommand(const SimulateOptions& options, const JobStreams& streams) {
-  if (!options.traceFile.empty() && !TraceFormatOf(options.traceFile)) {
-    streams.err << options.traceFile << ": the name of a trace ends in .txt, .asc, .atf or .csv\n";
-    return JobMisused;
-  }
+  if (!TraceNamesServe(options, streams.err)) return JobMisused;
   const JobScreen screen(streams);
   StartJob(options.seeds);
   if (!ReadJobModel(options.model, streams)) return JobFailed;
   if (!options.stimulusFile.empty() && !ReadStimulus(options.stimulusFile, streams.err)) return JobFailed;
   if (!ApplyOptions(options, streams.err)) return JobMisused;
+  if (!options.dwellFile.empty() && Model.SimulatorKind != MonteCarlo) {
+    streams.err << "--dwells: only --simulator montecarlo has dwell times\n";
+    return JobMisused;
+  }
   ChooseAutosave(options.autosaveFile);
+  const RunMean runs;
   ShowJobStores();
   WarnOfEmptyStimulus(streams.err);
   const double wallSeconds = RunTimed();
   if (!RunSucceeded(screen, streams)) return JobFailed;
-  if (!WriteFiles(options, streams.err)) return JobFailed;
-  const RunSummary summary = SummariseRun(wallSeconds);
+  const std::vector<float> mean = runs.Mean();
+  if (!WriteFiles(options, mean, streams.err)) return JobFailed;
+  RunSummary summary = SummariseRun(wallSeconds);
+  if (Model.SimulatorKind == MonteCarlo && Model.NumRuns > 1) summary.meanPeak = PeakOf(mean);
   if (options.json)
     WriteSummaryJson(summary, options.model, streams.out);
   else
