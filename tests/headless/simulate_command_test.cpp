@@ -183,10 +183,6 @@ TEST_F(SimulateTest, AStopEndsTheRunAndWritesNothing) {
 }
 
 TEST_F(SimulateTest, ARunThatCannotBeTellsWhy) {
-  options.simulator.reset();
-  options.settings = {"SimulatorKind=1"};
-  EXPECT_EQ(Run(), JobFailed);
-  EXPECT_TRUE(Told("--simulator fixed"));
   options.simulator = FixedStepIntegrator;
   options.settings = {"MultiSubunit=1"};
   EXPECT_EQ(Run(), JobFailed);
@@ -264,6 +260,99 @@ TEST_F(SimulateTest, RunsAreAppendedToAnAutosaveFile) {
   options.autosaveFile = folder.File("none/runs.asc");
   EXPECT_EQ(Run(), JobFailed);
   EXPECT_TRUE(Told("IO Error 100: FileOpen failed"));
+}
+
+// -- Single channels --
+
+class SimulateChannelsTest : public SimulateTest {
+ protected:
+  SimulateChannelsTest() {
+    options.simulator = MonteCarlo;
+    options.units = UnitsChannels;
+    options.intervalMs = 0.01;
+    options.channels = 30;
+    options.seeds = Seeds{1.0, 2.0, 3.0};
+  }
+
+  /// Values below the header of an exported list.
+  std::ptrdiff_t Exported(const char* name) const {
+    const std::string text = ReadWholeFile(folder.File(name));
+    return std::count(text.begin(), text.end(), '\n') - 5;
+  }
+};
+
+TEST_F(SimulateChannelsTest, SumsUpTheDwellsAndExportsThem) {
+  options.runs = 2;
+  options.dwellFile = folder.File("single.ops");
+  const json summary = Summary();
+  const json& single = summary["singleChannels"];
+  EXPECT_EQ(single["channels"], 30);
+  EXPECT_EQ(single["runs"], 2);
+  EXPECT_GT(single["openTimes"]["count"], 30);
+  EXPECT_NEAR(single["openTimes"]["mean"], 1.09, 0.3);  // 1 / (900 + 17.7) s; some 100 openings
+  EXPECT_GT(single["latencies"]["mean"], 5.0);          // glutamate from 5 ms on
+  EXPECT_LE(single["monitoredChannels"], 30);
+  EXPECT_GE(single["openStateExits"], single["monitoredChannels"]);
+  EXPECT_EQ(Exported("single.ops"), single["openTimes"]["count"]);
+  EXPECT_EQ(Exported("single.sht"), single["closedTimes"]["count"]);
+  EXPECT_EQ(Exported("single.lat"), single["latencies"]["count"]);
+  EXPECT_EQ(summary["final"]["time"], 100.0);
+  options.json = false;
+  ASSERT_EQ(Run(), JobDone);
+  for (const char* part : {"Monte Carlo, 30 channel(s), 2 run(s)", "Open times   ", "Exits        "}) {
+    EXPECT_NE(out.str().find(part), std::string::npos) << part << '\n' << out.str();
+  }
+}
+
+TEST_F(SimulateChannelsTest, EqualSeedsGiveEqualBytes) {
+  options.dwellFile = folder.File("a");
+  options.traceFile = folder.File("a.txt");
+  ASSERT_EQ(Run(), JobDone);
+  const std::string first =
+      out.str() + ReadWholeFile(folder.File("a.ops")) + ReadWholeFile(folder.File("a.txt"));
+  ASSERT_EQ(Run(), JobDone);
+  EXPECT_EQ(out.str() + ReadWholeFile(folder.File("a.ops")) + ReadWholeFile(folder.File("a.txt")), first);
+  options.seeds = Seeds{4.0, 5.0, 6.0};
+  ASSERT_EQ(Run(), JobDone);
+  EXPECT_NE(ReadWholeFile(folder.File("a.txt")),
+            first.substr(first.size() - ReadWholeFile(folder.File("a.txt")).size()));
+}
+
+TEST_F(SimulateChannelsTest, TheMeanIsThatOfAllRuns) {
+  options.meanFile = folder.File("mean.txt");
+  options.runs = 2;
+  const json summary = Summary();
+  std::istringstream samples(ReadWholeFile(options.meanFile));
+  std::string line;
+  std::getline(samples, line);  // the interval
+  bool half = false;
+  double largest = 0.0;
+  while (std::getline(samples, line)) {
+    const double twice = 2.0 * std::stod(line);
+    ASSERT_NEAR(twice, std::round(twice), 1e-3) << "channels of two runs";
+    half = half || std::lround(twice) % 2 == 1;
+    largest = std::max(largest, 0.5 * twice);
+  }
+  EXPECT_TRUE(half);
+  EXPECT_NEAR(summary["mean"]["peak"]["value"], largest, 1e-4);
+}
+
+TEST_F(SimulateChannelsTest, ARunWithoutOpeningsIsDoneAndAStoppedOneIsNot) {
+  options.settings = {"KOn[1]=0"};
+  const json single = Summary()["singleChannels"];
+  EXPECT_EQ(single["openTimes"]["count"], 0);
+  EXPECT_EQ(single["openTimes"]["mean"], nullptr);
+  stop = true;
+  options.channels = 1000;
+  EXPECT_EQ(Run(), JobFailed);
+  EXPECT_TRUE(Told("Simulation Interrupted by User"));
+}
+
+TEST_F(SimulateChannelsTest, DwellsNeedSingleChannels) {
+  options.simulator = AdaptiveIntegrator;
+  options.dwellFile = folder.File("single");
+  EXPECT_EQ(Run(), JobMisused);
+  EXPECT_TRUE(Told("--simulator montecarlo"));
 }
 
 }  // namespace
