@@ -338,7 +338,7 @@ TEST_F(SimulateChannelsTest, TheMeanIsThatOfAllRuns) {
 }
 
 TEST_F(SimulateChannelsTest, ARunWithoutOpeningsIsDoneAndAStoppedOneIsNot) {
-  options.settings = {"KOn[1]=0"};
+  options.settings = {"AutoValue=0"};
   const json single = Summary()["singleChannels"];
   EXPECT_EQ(single["openTimes"]["count"], 0);
   EXPECT_EQ(single["openTimes"]["mean"], nullptr);
