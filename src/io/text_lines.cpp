@@ -6,8 +6,6 @@
 namespace zelvane {
 namespace {
 
-constexpr std::size_t BlockBytes = 256 * 1024;
-
 constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view Utf16LittleMark = "\xFF\xFE";
 constexpr std::string_view Utf16BigMark = "\xFE\xFF";
@@ -31,7 +29,7 @@ void AppendUnit(std::string& text, unsigned unit) {
 
 }  // namespace
 
-TextLines::TextLines(std::istream& in) : in_(in) {
+TextLines::TextLines(std::istream& in, std::size_t blockBytes) : in_(in), blockBytes_(blockBytes) {
   Begin();
 }
 
@@ -58,13 +56,13 @@ bool TextLines::Refill() {
     at_ = 0;
   }
   if (encoding_ == Encoding::Bytes) {
-    if (buffer_.size() < filled_ + BlockBytes) buffer_.resize(std::max(filled_ + BlockBytes, 2 * filled_));
-    in_.read(buffer_.data() + filled_, static_cast<std::streamsize>(BlockBytes));
+    if (buffer_.size() < filled_ + blockBytes_) buffer_.resize(std::max(filled_ + blockBytes_, 2 * filled_));
+    in_.read(buffer_.data() + filled_, static_cast<std::streamsize>(blockBytes_));
     filled_ += static_cast<std::size_t>(in_.gcount());
     return in_.gcount() > 0;
   }
-  raw_.resize(BlockBytes);
-  in_.read(raw_.data(), static_cast<std::streamsize>(BlockBytes));
+  raw_.resize(blockBytes_);
+  in_.read(raw_.data(), static_cast<std::streamsize>(blockBytes_));
   const auto read = static_cast<std::size_t>(in_.gcount());
   AppendUtf16(std::string_view(raw_).substr(0, read));
   return read > 0;

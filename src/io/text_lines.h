@@ -14,7 +14,10 @@ namespace zelvane {
 /// end. NUL bytes are bytes like any other. Memory grows with the longest line only.
 class TextLines {
  public:
-  explicit TextLines(std::istream& in);
+  static constexpr std::size_t DefaultBlock = 256 * 1024;
+
+  /// @param blockBytes  bytes read at a time, an even number
+  explicit TextLines(std::istream& in, std::size_t blockBytes = DefaultBlock);
 
   /// The next line without its end; it lasts until the next call. Nothing at the end of the text.
   std::optional<std::string_view> Next();
@@ -30,6 +33,7 @@ class TextLines {
   void AppendUtf16(std::string_view raw);
 
   std::istream& in_;
+  std::size_t blockBytes_;
   Encoding encoding_ = Encoding::Bytes;
   std::string buffer_;  // the bytes [at_, filled_) are still to be given
   std::size_t at_ = 0;

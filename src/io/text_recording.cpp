@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 
+#include "io/internal/fast_decimal.h"
 #include "io/line_scanner.h"
 
 namespace zelvane {
@@ -107,6 +108,7 @@ std::optional<Real> UnusualValue(std::string_view word) {
 template <typename Real>
 std::optional<Real> ValueOf(std::string_view word) {
   Real value = 0;
+  if (FastDecimal(word, value)) return value;
   const char* end = word.data() + word.size();
   const auto [stop, error] = std::from_chars(word.data(), end, value);
   if (error == std::errc{} && stop == end && !word.empty()) return value;
@@ -142,7 +144,7 @@ void TakeInterval(const std::array<double, TimesTested>& times, std::size_t coun
 
 }  // namespace
 
-TextRecording::TextRecording(std::istream& in) : lines_(in) {
+TextRecording::TextRecording(std::istream& in, std::size_t blockBytes) : lines_(in, blockBytes) {
   const auto line = lines_.Next();
   if (!line) {
     refusal_ = NoText;
@@ -204,15 +206,19 @@ void TextRecording::ReadColumn(const TextRequest& request, TextSamples& read) {
   while (read.samples.size() < request.most) {
     const auto line = FirstOrNext();
     if (!line) return;
-    std::string_view rest = *line;
-    const std::string_view word = NextWord(rest);
-    if (word.empty()) continue;
-    const auto value = ValueOf<float>(word);
-    if (!value) {
-      read.badLine = lines_.Number();
-      return;
+    float value = 0.0F;
+    if (!FastDecimal(*line, value)) {  // most lines are a plain number and nothing else
+      std::string_view rest = *line;
+      const std::string_view word = NextWord(rest);
+      if (word.empty()) continue;
+      const auto unusual = ValueOf<float>(word);
+      if (!unusual) {
+        read.badLine = lines_.Number();
+        return;
+      }
+      value = *unusual;
     }
-    read.samples.push_back(*value * request.scale);
+    read.samples.push_back(value * request.scale);
   }
 }
 
@@ -220,10 +226,11 @@ void TextRecording::ReadTable(const TextRequest& request, TextSamples& read) {
   const std::size_t column = WantedColumn(shape_, request);
   std::array<double, TimesTested> times{};
   while (read.samples.size() < request.most && !read.unequalSteps) {
-    const auto row = NextRow(read);
+    std::string_view word;
+    const auto row = NextRow(column, word, read);
     if (!row) return;
     const std::size_t k = read.samples.size();
-    const auto value = ValueOf<float>(WordAt(*row, column));
+    const auto value = ValueOf<float>(word);
     const auto time = k < TimesTested ? ValueOf<double>(WordAt(*row, 0)) : 0.0;
     if (!value || !time) {
       read.badLine = lines_.Number();
@@ -236,13 +243,23 @@ void TextRecording::ReadTable(const TextRequest& request, TextSamples& read) {
   }
 }
 
-std::optional<std::string_view> TextRecording::NextRow(TextSamples& read) {
+/// The next row, and the word in the wanted column of it.
+std::optional<std::string_view> TextRecording::NextRow(std::size_t column, std::string_view& word,
+                                                       TextSamples& read) {
+  const auto behind =
+      static_cast<std::size_t>(shape_.columns) - column - 1;  // words that follow the wanted one
   for (;;) {
     const auto line = lines_.Next();
     if (!line) return std::nullopt;
+    std::string_view rest = *line;
+    for (std::size_t k = 0; k < column; ++k) NextWord(rest);
+    word = NextWord(rest);
+    if (!word.empty() && (behind == 0 || CountWords(rest) >= behind)) return line;
     const std::size_t words = CountWords(*line);
-    if (words >= static_cast<std::size_t>(shape_.columns)) return line;
-    if (words > 0) return JoinRow(*line, words, read);
+    if (words == 0) continue;
+    const auto joined = JoinRow(*line, words, read);
+    if (joined) word = WordAt(*joined, column);
+    return joined;
   }
 }
 

@@ -1,6 +1,8 @@
 // Text recordings as people and programs write them, and as accidents leave them.
 #include "io/text_recording.h"
 
+#include <bit>
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -80,6 +82,35 @@ TEST(TextRecording, NumbersAreThoseOfScanfRoundedOnce) {
     EXPECT_EQ(read[0], c.value) << c.text;
   }
   EXPECT_TRUE(std::isnan(Samples("nan").at(0)));
+}
+
+/// The fast road against the library's, over the forms that recordings are written in and every exponent.
+TEST(TextRecording, NumbersHaveTheBitsThatTheLibraryGivesThem) {
+  std::mt19937_64 random(11);
+  const char* forms[] = {"%.6e", "%.9g", "%.3f", "%.17g", "%.0f", "%g"};
+  std::string text;
+  std::vector<float> expected;
+  for (int k = 0; k < 60'000; ++k) {
+    double value = std::ldexp(static_cast<double>(random() >> 11), static_cast<int>(random() % 140) - 120);
+    if (k % 3 == 0)
+      value = static_cast<double>(static_cast<std::int64_t>(random() % 200'000'000) - 100'000'000) / 1e4;
+    if (k % 7 == 0) {  // half-way between two floats
+      const auto wide = static_cast<double>(
+          std::bit_cast<float>(0x3F000000U + static_cast<std::uint32_t>(random() % 99'999)));
+      value = wide + std::ldexp(1.0, -25);
+    }
+    const char* form = forms[k % 6];
+    const std::string number = FormatNumber(form, value);
+    text += number + '\n';
+    float parsed = 0.0F;
+    std::from_chars(number.data(), number.data() + number.size(), parsed);
+    expected.push_back(parsed);
+  }
+  const Floats read = Samples(text);
+  ASSERT_EQ(read.size(), expected.size());
+  for (std::size_t k = 0; k < read.size(); ++k) {
+    ASSERT_EQ(std::bit_cast<std::uint32_t>(read[k]), std::bit_cast<std::uint32_t>(expected[k])) << k;
+  }
 }
 
 TEST(TextRecording, ACommaIsADecimalMarkOrEndsTheReading) {
