@@ -48,10 +48,12 @@ std::string_view NextWord(std::string_view& rest) {
   return word;
 }
 
-/// Word `index` of a line, from 0.
-std::string_view WordAt(std::string_view line, std::size_t index) {
+/// A line from its word `index` on, counted from 0; empty without that word.
+std::string_view FromWord(std::string_view line, std::size_t index) {
   for (std::size_t k = 0; k < index; ++k) NextWord(line);
-  return NextWord(line);
+  std::size_t begin = 0;
+  while (begin < line.size() && IsBlank(line[begin])) ++begin;
+  return line.substr(begin);
 }
 
 // -- Numbers --
@@ -105,14 +107,19 @@ std::optional<Real> UnusualValue(std::string_view word) {
   return std::nullopt;
 }
 
+/// The number that the first word of a text is. Mostly the text is that word and nothing else, and need not
+/// be searched for its end.
 template <typename Real>
-std::optional<Real> ValueOf(std::string_view word) {
+std::optional<Real> FirstValue(std::string_view text) {
   Real value = 0;
+  if (FastDecimal(text, value)) return value;
+  const std::string_view word = NextWord(text);
+  if (word.empty()) return std::nullopt;
   if (FastDecimal(word, value)) return value;
   const char* end = word.data() + word.size();
   const auto [stop, error] = std::from_chars(word.data(), end, value);
-  if (error == std::errc{} && stop == end && !word.empty()) return value;
-  return word.empty() ? std::nullopt : UnusualValue<Real>(word);
+  if (error == std::errc{} && stop == end) return value;
+  return UnusualValue<Real>(word);
 }
 
 /// The list behind the mark up to its closing quote, and the names that it holds.
@@ -195,8 +202,7 @@ std::optional<std::string_view> TextRecording::FirstOrNext() {
 
 void TextRecording::ReadColumn(const TextRequest& request, TextSamples& read) {
   if (request.intervalLine) {
-    std::string_view line = FirstOrNext().value_or(std::string_view{});
-    const auto interval = ValueOf<double>(NextWord(line));
+    const auto interval = FirstValue<double>(FirstOrNext().value_or(std::string_view{}));
     if (!interval || std::isnan(*interval)) {
       read.badLine = lines_.Number();
       return;
@@ -206,19 +212,13 @@ void TextRecording::ReadColumn(const TextRequest& request, TextSamples& read) {
   while (read.samples.size() < request.most) {
     const auto line = FirstOrNext();
     if (!line) return;
-    float value = 0.0F;
-    if (!FastDecimal(*line, value)) {  // most lines are a plain number and nothing else
-      std::string_view rest = *line;
-      const std::string_view word = NextWord(rest);
-      if (word.empty()) continue;
-      const auto unusual = ValueOf<float>(word);
-      if (!unusual) {
-        read.badLine = lines_.Number();
-        return;
-      }
-      value = *unusual;
+    const auto value = FirstValue<float>(*line);
+    if (value) {
+      read.samples.push_back(*value * request.scale);
+    } else if (CountWords(*line) > 0) {
+      read.badLine = lines_.Number();
+      return;
     }
-    read.samples.push_back(value * request.scale);
   }
 }
 
@@ -226,12 +226,12 @@ void TextRecording::ReadTable(const TextRequest& request, TextSamples& read) {
   const std::size_t column = WantedColumn(shape_, request);
   std::array<double, TimesTested> times{};
   while (read.samples.size() < request.most && !read.unequalSteps) {
-    std::string_view word;
-    const auto row = NextRow(column, word, read);
+    std::string_view sample;
+    const auto row = NextRow(column, sample, read);
     if (!row) return;
     const std::size_t k = read.samples.size();
-    const auto value = ValueOf<float>(word);
-    const auto time = k < TimesTested ? ValueOf<double>(WordAt(*row, 0)) : 0.0;
+    const auto value = FirstValue<float>(sample);
+    const auto time = k < TimesTested ? FirstValue<double>(*row) : 0.0;
     if (!value || !time) {
       read.badLine = lines_.Number();
       return;
@@ -243,22 +243,19 @@ void TextRecording::ReadTable(const TextRequest& request, TextSamples& read) {
   }
 }
 
-/// The next row, and the word in the wanted column of it.
-std::optional<std::string_view> TextRecording::NextRow(std::size_t column, std::string_view& word,
+/// The next row; `sample` begins with the word in the wanted column of it.
+std::optional<std::string_view> TextRecording::NextRow(std::size_t column, std::string_view& sample,
                                                        TextSamples& read) {
-  const auto behind =
-      static_cast<std::size_t>(shape_.columns) - column - 1;  // words that follow the wanted one
+  const auto wanted = static_cast<std::size_t>(shape_.columns) - column;  // words from the wanted one on
   for (;;) {
     const auto line = lines_.Next();
     if (!line) return std::nullopt;
-    std::string_view rest = *line;
-    for (std::size_t k = 0; k < column; ++k) NextWord(rest);
-    word = NextWord(rest);
-    if (!word.empty() && (behind == 0 || CountWords(rest) >= behind)) return line;
+    sample = FromWord(*line, column);
+    if (!sample.empty() && (wanted == 1 || CountWords(sample) >= wanted)) return line;
     const std::size_t words = CountWords(*line);
     if (words == 0) continue;
     const auto joined = JoinRow(*line, words, read);
-    if (joined) word = WordAt(*joined, column);
+    if (joined) sample = FromWord(*joined, column);
     return joined;
   }
 }
