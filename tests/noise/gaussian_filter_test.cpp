@@ -2,12 +2,14 @@
 #include "noise/gaussian_filter.h"
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <numbers>
 #include <random>
 
 #include "model/model_store.h"
 #include "noise/noise_store.h"
+#include "plain_convolution.h"
 #include "support/store_test.h"
 
 namespace zelvane {
@@ -64,29 +66,52 @@ TEST_F(GaussianFilterTest, AttenuatesSinesAsTheClosedFormSays) {
   }
 }
 
-TEST_F(GaussianFilterTest, EqualsAConvolutionOfTheInputBitForBit) {
-  Model.ADInterval = 0.01F;
+TEST_F(GaussianFilterTest, SumsSideBySideEqualThePlainSumsBitForBit) {
   std::mt19937 random(7);
   std::normal_distribution<float> normal;
-  for (const float fc : {0.5F, 2.0F, 10.0F, 50.0F}) {
-    std::vector<float> in(700);
-    for (float& sample : in) sample = normal(random);
-    std::vector<float> out = in;
-    GaussianFilter(out, fc);
-    const GaussianKernel kernel = MakeGaussianKernel(fc / 100.0F);
-    const int n = static_cast<int>(in.size());
-    for (int i = 0; i < n; ++i) {
-      float expected = in[static_cast<std::size_t>(i)];
-      if (i >= kernel.half && i < n - kernel.half) {
-        expected = 0.0F;
-        for (int j = i - kernel.half; j <= i + kernel.half; ++j) {
-          expected +=
-              kernel.coefficient[static_cast<std::size_t>(std::abs(j - i))] * in[static_cast<std::size_t>(j)];
-        }
-      }
-      ASSERT_EQ(out[static_cast<std::size_t>(i)], expected) << fc << " kHz, sample " << i;
+  // Around groups of 32 and 64 sums and blocks of 4096, for 1, 5, 26 and 883 coefficients a side.
+  for (const float corner : {0.5F, 0.1F, 0.02F, 0.0006F}) {
+    const GaussianKernel kernel = MakeGaussianKernel(corner);
+    for (const int sums : {0, 1, 31, 32, 33, 63, 65, 4095, 4096, 4097, 9000}) {
+      std::vector<float> in(static_cast<std::size_t>(sums + 2 * kernel.half));
+      for (float& sample : in) sample = normal(random);
+      std::vector<float> plain = in;
+      std::vector<float> fast = in;
+      PlainConvolve(plain, kernel);
+      ConvolveInPlace(fast, kernel);
+      EXPECT_EQ(std::memcmp(plain.data(), fast.data(), in.size() * sizeof(float)), 0)
+          << corner << ", " << sums;
     }
   }
+}
+
+TEST_F(GaussianFilterTest, SamplesThatAreNoNumbersSpreadAsFarAsTheKernelReachesAndNoFurther) {
+  constexpr float Infinite = std::numeric_limits<float>::infinity();
+  const GaussianKernel kernel = MakeGaussianKernel(0.02F);
+  for (const float odd : {std::numeric_limits<float>::quiet_NaN(), Infinite, -Infinite}) {
+    std::vector<float> plain = Ramp(9000);
+    plain[4100] = odd;
+    plain[8999] = odd;
+    std::vector<float> fast = plain;
+    PlainConvolve(plain, kernel);
+    ConvolveInPlace(fast, kernel);
+    for (std::size_t i = 0; i < fast.size(); ++i) {
+      ASSERT_TRUE(fast[i] == plain[i] || (std::isnan(fast[i]) && std::isnan(plain[i]))) << i;
+      const bool reached = (i >= 4100 - 26 && i <= 4100 + 26) || i >= 8999 - 26;
+      ASSERT_TRUE(std::isfinite(fast[i]) || reached) << i;
+    }
+  }
+}
+
+TEST_F(GaussianFilterTest, AStepStaysOnItsSampleAndAConstantStaysWhole) {
+  Model.ADInterval = 0.01F;
+  std::vector<float> step(4000, 0.0F);
+  std::fill(step.begin() + 2000, step.end(), 1.0F);
+  std::vector<float> constant(4000, 3.25F);
+  GaussianFilter(step, 2.0F);
+  GaussianFilter(constant, 2.0F);
+  for (std::size_t k = 0; k < 100; ++k) EXPECT_NEAR(step[1999 - k] + step[2000 + k], 1.0F, 1e-5F) << k;
+  for (const float sample : constant) ASSERT_NEAR(sample, 3.25F, 3.25F * 1e-5F);
 }
 
 TEST_F(GaussianFilterTest, RefusesKernelsThatAreTooLongAndLeavesTheTrace) {

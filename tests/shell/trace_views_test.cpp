@@ -1,0 +1,106 @@
+// Filter, noise, transform and export as a user presses them, and the views that follow.
+#include <cmath>
+#include <numeric>
+
+#include "support/drive_test.h"
+
+namespace zelvane {
+namespace {
+
+using TraceViewsTest = DriveTest;
+
+constexpr char NoisyTrace[] =
+    "enter NumPoints 2000\nenter ADInterval 0.01\npress FxnMenuFilter\nset NoiseMean 10\nset AutoNoiseSTD 2\n"
+    "press FxnCreateGaussNoise\n";
+
+std::vector<float> Samples(const nlohmann::json& line) {
+  return line.at("value").get<std::vector<float>>();
+}
+
+double Mean(const std::vector<float>& samples) {
+  return std::accumulate(samples.begin(), samples.end(), 0.0) / static_cast<double>(samples.size());
+}
+
+double Deviation(const std::vector<float>& samples) {
+  const double mean = Mean(samples);
+  double sum = 0.0;
+  for (const float x : samples) sum += (x - mean) * (x - mean);
+  return std::sqrt(sum / static_cast<double>(samples.size()));
+}
+
+TEST_F(TraceViewsTest, NoiseHasTheMeanAndWidthTypedAndAddsUp) {
+  const auto lines = Run(std::string(NoisyTrace) +
+                         "slice SimTrace 0 2000\npress FxnRectNoise\nslice SimTrace 0 2000\nget TraceValid\n"
+                         "get RcFiltered\ngraph MainPanel");
+  const auto gauss = Samples(lines.at(0));
+  auto sum = Samples(lines.at(1));
+  EXPECT_NEAR(Mean(gauss), 10.0, 5.0 * 2.0 / std::sqrt(2000.0));
+  EXPECT_NEAR(Deviation(gauss), 2.0, 0.2);
+  for (std::size_t i = 0; i < sum.size(); ++i) sum[i] -= gauss[i];
+  EXPECT_NEAR(Mean(sum), 10.5, 0.05);  // a flat noise between 0 and 1 has the mean 0.5
+  EXPECT_NEAR(Deviation(sum), std::sqrt(1.0 / 12.0), 0.02);
+  EXPECT_EQ(lines.at(2).at("value"), 1);
+  EXPECT_EQ(lines.back().at("plots").size(), 1U);
+  EXPECT_EQ(lines.back().at("plots").at(0).at("count"), 2000);
+}
+
+// A Gaussian filter of corner fc leaves white noise a bandwidth: the sum of the squares of its coefficients.
+TEST_F(TraceViewsTest, ACornerTypedInEitherFieldReachesTheFilterAndTheOtherField) {
+  const auto lines =
+      Run(std::string(NoisyTrace) +
+          "set AutoFilterFc 5\npress FxnApplyFilter\nslice SimTrace 20 1900\nget AutoFilterFc\n"
+          "enter AutoFilterFc 1\npress FxnFc\nget AutoFilterFc\npress FxnFilterButton\n"
+          "slice SimTrace 100 1800");
+  const auto expected = [](double fc) {
+    const double sigma = 0.132505 / (fc * 0.01);
+    return 2.0 / std::sqrt(2.0 * std::sqrt(3.14159265) * sigma);
+  };
+  EXPECT_NEAR(Deviation(Samples(lines.at(0))), expected(5.0), 0.15 * expected(5.0));
+  EXPECT_EQ(lines.at(1).at("value"), 5);
+  EXPECT_EQ(lines.at(2).at("value"), 1)
+      << "the field of the filter panel shows the one typed on the main panel";
+  EXPECT_NEAR(Deviation(Samples(lines.back())), expected(1.0), 0.3 * expected(1.0));
+}
+
+TEST_F(TraceViewsTest, TransformsWorkOnWhatTheTraceHolds) {
+  const auto lines =
+      Run("enter NumPoints 10\nenter ADInterval 0.5\npress FxnMenuTransform\nset AddConstant 3\npress "
+          "FxnAdd\npress FxnAdd\n"
+          "enter MultiplyConstant -2\npress FxnMultiply\nslice SimTrace 0 11\ngraph RsCorrectionPanel.trace\n"
+          "set ParseConstant 4\npress FxnParseData\nget NumPoints\nget ADInterval\nget TraceParsed\npress "
+          "FxnSimRefresh");
+  EXPECT_EQ(lines.at(0).at("value"), nlohmann::json({-12, -12, -12, -12, -12, -12, -12, -12, -12, -12, 0}));
+  EXPECT_EQ(lines.at(1).at("plots").at(0).at("count"), 10);
+  EXPECT_EQ(lines.at(2).at("text"),
+            "The time interval has been changed since last simulation; do NOT refresh data.");
+  EXPECT_EQ(lines.at(3).at("value"), 3);
+  EXPECT_EQ(lines.at(4).at("value"), 2);
+  EXPECT_EQ(lines.at(5).at("value"), 1);
+  EXPECT_EQ(lines.back().at("text"), "Cannot refresh since data has been parsed (resampled).");
+}
+
+TEST_F(TraceViewsTest, AnExportAppendsItsBlock) {
+  const std::string path = folder.File("out.asc");
+  const auto lines =
+      Run("choose " + path +
+          "\npress ExportTrace\nenter NumPoints 3\nenter ADInterval 0.5\n"
+          "press FxnMenuFilter\nset AutoNoiseSTD 0\npress FxnCreateGaussNoise\npress FxnMenuTransform\n"
+          "set AddConstant -1.5\npress FxnAdd\npress ExportTrace\nchoose " +
+          path +
+          "\npress ExportTrace\nchoose /no/such/folder/x.asc\npress ExportTrace\n"
+          "press ExportAnalysis");
+  EXPECT_EQ(lines.at(0).at("text"), "There is no trace to export.");
+  const std::string block = "5.000000e-01\n-1.500000e+00\n-1.500000e+00\n-1.500000e+00\n";
+  EXPECT_EQ(ReadWholeFile(path), block + block);
+  EXPECT_EQ(lines.at(lines.size() - 2).at("text"), "IO Error 100: FileOpen failed");
+  EXPECT_EQ(lines.back().at("text"), "No exponential fit has been made: there is no curve to export.");
+}
+
+TEST_F(TraceViewsTest, ThePanelInFrontIsPrinted) {
+  const auto lines = Run("press FxnPrintSetup\npress RsCmFilterFxn\npress FxnPrintSetup");
+  EXPECT_EQ(lines.at(0).at("print"), "MainPanel");
+  EXPECT_EQ(lines.at(1).at("print"), "RsCorrectionPanel");
+}
+
+}  // namespace
+}  // namespace zelvane
