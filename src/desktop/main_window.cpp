@@ -24,6 +24,7 @@
 #include "desktop/text.h"
 #include "desktop/theme.h"
 #include "desktop/welcome.h"
+#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "platform/folders.h"
 #include "screen/observer.h"
@@ -257,6 +258,9 @@ void MainWindow::refreshTitle() {
   const QString path = ToQt(Model.ModelFileName);
   if (modelFile_ != Model.ModelFileName && QFileInfo(path).isFile()) settings_.addRecentFile(path);
   modelFile_ = Model.ModelFileName;
+  const QString recording = ToQt(Trace.TraceFileName);
+  if (traceFile_ != Trace.TraceFileName && QFileInfo(recording).isFile()) settings_.addRecentFile(recording);
+  traceFile_ = Trace.TraceFileName;
   setWindowTitle(path.isEmpty() ? QStringLiteral("Zelvane") : QFileInfo(path).fileName() + " - Zelvane");
 }
 

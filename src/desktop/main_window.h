@@ -87,6 +87,7 @@ class MainWindow : public QMainWindow {
   std::map<Panel*, PanelDialog*> dialogs_;
   std::unique_ptr<HelpWindow> help_;
   std::string modelFile_;  // the one that the title shows
+  std::string traceFile_;  // recording read last
   bool closing_ = false;   // the window closes once the run has stopped
 };
 
