@@ -11,6 +11,7 @@
 #include "headless/drive.h"
 #include "headless/model_command.h"
 #include "headless/q_matrix_command.h"
+#include "headless/recording_commands.h"
 #include "headless/simulate_command.h"
 #include "model/model_store.h"
 #include "screen/fields.h"
@@ -40,6 +41,13 @@ constexpr char QMatrixText[] = "Tell relaxation time constants and equilibrium o
 constexpr char QMatrixFooter[] =
     "Without --time the stimulus is that of the first point, normally the resting one. Example:\n"
     "  zelvane-cli qmatrix ampa.mod --time 5.5 --set AutoValue=1e-4";
+
+constexpr char InfoText[] = "Tell what recordings and stimulus files hold";
+constexpr char ConvertText[] = "Write a recording in another format";
+constexpr char ConvertFooter[] =
+    "Of several sweeps an ABF file has an episode each, a text has one behind the other. Between .stm and\n"
+    ".asc the channel names the profile: 0 voltage, 1 to 6 drugs. Example:\n"
+    "  zelvane-cli convert cell.abf cell.atf --channel 1 --sweep all --every 5";
 
 constexpr char DriveFooter[] =
     "Commands come from SCRIPT or standard input, one a line; what the program shows goes to standard\n"
@@ -246,6 +254,32 @@ CLI::App* AddQMatrix(CLI::App& app, QMatrixOptions& options) {
   return qmatrix;
 }
 
+struct InfoArguments {
+  std::vector<std::string> files;
+  bool json = false;
+};
+
+CLI::App* AddInfo(CLI::App& app, InfoArguments& arguments) {
+  CLI::App* info = app.add_subcommand("info", InfoText);
+  info->add_option("FILE", arguments.files, "recordings and stimulus files")->required()->type_name("");
+  info->add_flag("--json", arguments.json, "one JSON object a file");
+  return info;
+}
+
+CLI::App* AddConvert(CLI::App& app, ConvertOptions& options) {
+  CLI::App* convert = app.add_subcommand("convert", ConvertText)->footer(ConvertFooter);
+  convert->add_option("IN", options.in, "recording or stimulus file")->required()->type_name("");
+  convert->add_option("OUT", options.out, "new file: .atf, .txt or .asc, .csv, .abf, .stm")
+      ->required()
+      ->type_name("");
+  convert->add_option("--channel", options.channel, "as info numbers them; else the first")->type_name("N");
+  convert->add_option("--sweep", options.sweep, "from 1, or all; else the first")->type_name("N|all");
+  convert->add_option("--start", options.startMs, "begin at this time of a sweep")->type_name("MS");
+  convert->add_option("--length", options.lengthMs, "take no more than this of a sweep")->type_name("MS");
+  convert->add_option("--every", options.every, "keep every n-th sample")->type_name("N");
+  return convert;
+}
+
 int RunCli(int argc, char** argv) {
   CLI::App app(Description, "zelvane-cli");
   app.set_version_flag("--version", "zelvane-cli " ZELVANE_VERSION);
@@ -258,6 +292,10 @@ int RunCli(int argc, char** argv) {
   const CLI::App* drive = AddDrive(app, driveArguments);
   const CLI::App* simulate = AddSimulate(app, simulateArguments);
   const CLI::App* qmatrix = AddQMatrix(app, qMatrixOptions);
+  InfoArguments infoArguments;
+  ConvertOptions convertOptions;
+  const CLI::App* info = AddInfo(app, infoArguments);
+  const CLI::App* convert = AddConvert(app, convertOptions);
   AddModel(app, modelArguments);
   if (argc < 2) {
     std::cerr << app.help();
@@ -267,6 +305,8 @@ int RunCli(int argc, char** argv) {
     app.parse(argc, argv);
     if (drive->parsed()) return RunDriveCommand(driveArguments);
     std::signal(SIGINT, OnInterrupt);
+    if (info->parsed()) return InfoCommand(infoArguments.files, infoArguments.json, Streams());
+    if (convert->parsed()) return ConvertCommand(convertOptions, Streams());
     if (qmatrix->parsed()) return QMatrixCommand(qMatrixOptions, Streams());
     return simulate->parsed() ? RunSimulateCommand(simulateArguments) : RunModelCommand(modelArguments);
   } catch (const CLI::ParseError& error) {

@@ -1,0 +1,31 @@
+// `zelvane-cli info` and `zelvane-cli convert`: recordings and stimulus files by name.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "headless/one_job.h"
+
+namespace zelvane {
+
+/// Tells of each file its kind, version, inputs, interval, sweeps, samples and length; with `json` one JSON
+/// object a line. JobFailed when a file is no recording; the others are told all the same.
+int InfoCommand(const std::vector<std::string>& files, bool json, const JobStreams& streams);
+
+struct ConvertOptions {
+  std::string in;
+  std::string out;             // .atf, .txt or .asc, .csv, .abf, .stm
+  std::optional<int> channel;  // as `info` numbers them; the first without one
+  std::string sweep = "1";     // from 1, or "all"
+  double startMs = 0.0;        // of each sweep
+  std::optional<double> lengthMs;
+  int every = 1;  // keep every n-th sample
+};
+
+/// Writes one input of a recording in the form that the name of the new file asks for. Of several sweeps an
+/// ABF file has an episode each, a text has one behind the other. Between .stm and .asc the channel names the
+/// profile, Drug1 without one. A former file stands when something fails.
+int ConvertCommand(const ConvertOptions& options, const JobStreams& streams);
+
+}  // namespace zelvane

@@ -1,0 +1,109 @@
+// `zelvane-cli info` and `convert`: round trips through every format, and what is refused.
+#include "headless/recording_commands.h"
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+class RecordingCommandsTest : public StoreTest {
+ protected:
+  RecordingCommandsTest() {
+    std::string text = "ATF\t1.0\n1\t5\n\"SignalsExported=IN 0,IN 1\"\n\"Time (s)\"\ta\tb\tc\td\n";
+    for (int i = 0; i < 200; ++i) {
+      text += std::to_string(i) + "e-4";
+      for (int column = 1; column <= 4; ++column) text += '\t' + std::to_string(1000 * column + i);
+      text += '\n';
+    }
+    WriteWholeFile(source, text);
+  }
+
+  int Convert(const std::string& in, const std::string& out, ConvertOptions options = {}) {
+    options.in = in;
+    options.out = out;
+    return ConvertCommand(options, {out_, err, &stop, false});
+  }
+
+  nlohmann::json Info(const std::string& file) {
+    out_.str("");
+    EXPECT_EQ(InfoCommand({file}, true, {out_, err, &stop, false}), JobDone) << err.str();
+    return nlohmann::json::parse(out_.str(), nullptr, false);
+  }
+
+  TemporaryFolder folder;
+  std::string source = folder.File("cell.atf");
+  std::ostringstream out_;
+  std::ostringstream err;
+  std::atomic<bool> stop{false};
+};
+
+TEST_F(RecordingCommandsTest, ASignalWithAllItsSweepsGoesToAbfAndBackToText) {
+  const auto info = Info(source);
+  EXPECT_EQ(info["kind"], "ATF");
+  EXPECT_EQ(info["sweeps"], 2);
+  EXPECT_EQ(info["samples"], 200);
+  EXPECT_NEAR(info["interval"].get<double>(), 0.1, 1e-9);
+  EXPECT_EQ(info["channels"][1]["name"], "IN 1");
+  ConvertOptions options;
+  options.channel = 2;
+  options.sweep = "all";
+  options.startMs = 1.0;
+  options.lengthMs = 10.0;
+  options.every = 50;
+  ASSERT_EQ(Convert(source, folder.File("cell.abf"), options), JobDone) << err.str();
+  const auto abf = Info(folder.File("cell.abf"));
+  EXPECT_EQ(abf["kind"], "ABF");
+  EXPECT_EQ(abf["version"], 1.83);
+  EXPECT_EQ(abf["sweeps"], 2);
+  EXPECT_EQ(abf["samples"], 2);
+  EXPECT_NEAR(abf["interval"].get<double>(), 5.0, 1e-6);
+  EXPECT_EQ(abf["channels"][0]["name"], "IN 1");
+  ConvertOptions all;
+  all.sweep = "all";
+  ASSERT_EQ(Convert(folder.File("cell.abf"), folder.File("cell.csv"), all), JobDone) << err.str();
+  const std::string csv = ReadWholeFile(folder.File("cell.csv"));
+  EXPECT_EQ(csv.substr(csv.find('\n')), "\n0,2010\n5,2060\n10,4010\n15,4060\n");
+}
+
+TEST_F(RecordingCommandsTest, AProfileGoesFromAColumnToAStimulusFileAndBack) {
+  WriteWholeFile(folder.File("a.asc"), "5.000000e-01\n1e-05\n0.25\n");
+  ConvertOptions options;
+  options.channel = 6;
+  ASSERT_EQ(Convert(folder.File("a.asc"), folder.File("a.stm"), options), JobDone) << err.str();
+  EXPECT_EQ(ReadWholeFile(folder.File("a.stm")).size(), 8U + 28U * 2U);
+  EXPECT_EQ(Info(folder.File("a.stm"))["channels"][6]["name"], "Drug6");
+  ASSERT_EQ(Convert(folder.File("a.stm"), folder.File("b.asc"), options), JobDone) << err.str();
+  EXPECT_EQ(ReadWholeFile(folder.File("b.asc")), "5.000000e-01\n1e-05\n0.25\n");
+}
+
+TEST_F(RecordingCommandsTest, WhatCannotBeIsRefusedAndWritesNothing) {
+  const std::string target = folder.File("out.abf");
+  WriteWholeFile(target, "old");
+  ConvertOptions options;
+  options.channel = 3;
+  EXPECT_EQ(Convert(source, target, options), JobFailed);
+  options = {};
+  options.sweep = "3";
+  EXPECT_EQ(Convert(source, target, options), JobFailed);
+  options = {};
+  options.startMs = 1000.0;
+  EXPECT_EQ(Convert(source, target, options), JobFailed);
+  options = {};
+  options.every = 0;
+  EXPECT_EQ(Convert(source, target, options), JobMisused);
+  EXPECT_EQ(Convert(source, folder.File("out.xyz")), JobMisused);
+  EXPECT_EQ(Convert(source, source), JobFailed);
+  EXPECT_EQ(Convert(folder.File("none.abf"), target), JobFailed);
+  EXPECT_EQ(Convert(source, "/dev/full"), JobMisused);
+  stop = true;
+  EXPECT_EQ(Convert(source, target), JobFailed);
+  EXPECT_EQ(ReadWholeFile(target), "old");
+  EXPECT_EQ(InfoCommand({target, source}, false, {out_, err, &stop, false}), JobFailed);
+  EXPECT_NE(out_.str().find("ATF"), std::string::npos) << "the others are told all the same";
+}
+
+}  // namespace
+}  // namespace zelvane
