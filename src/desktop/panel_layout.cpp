@@ -28,12 +28,14 @@ constexpr LayoutRow Layout[] = {
     {"MainPanel", "Display", "", "DisplayUnits AutoFilter AutoFilterFc AutoNoise AutoNoiseSTD ShowAllTraces"},
     {"MainPanel", "Repeated runs", "", "NumRuns NumIntervals AutoAnalyze"},
     {"MainPanel", "Event statistics", "", "OpenStateExits MonitoredChannels OpenTimesText ClosedTimesText LatenciesText"},
+    {"MainPanel", "Autosave", "", "Autosave AutosaveFormat AutosaveFileName"},
 
     {"StimulusPanel", "Automatic step", "", "AutoDrugOrVolt AutoValue AutoStart AutoStop AutoFilterOn"},
     {"StimulusPanel", "Step", "", "StepAmp StepStart StepStop StepDuration StepRamp StepRiseTau StepDecayTau"},
     {"StimulusPanel", "Train", "", "TrainCount TrainDelay TrainInterval TrainExpFlag TrainRiseFlag TrainLength TrainFrequency"},
     {"StimulusPanel", "Exponential waveform", "", "ExpStart ExpOffset ExpComponents ExpAmp1 ExpTau1 ExpAmp2 ExpTau2 ExpRiseFlag ExpRiseTau"},
     {"StimulusPanel", "Filter", "", "FilterFc"},
+    {"StimulusPanel", "Files", "", "StimFile ExportPoints"},
 
     {"DependencePanel", "", "", "DependRate"},
     {"DependencePanel", "Drugs: the rate is multiplied by their concentration", "", "DependDrug[1-6]+DrugLabel[1-6]"},

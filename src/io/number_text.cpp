@@ -1,6 +1,7 @@
 #include "io/number_text.h"
 
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
@@ -23,6 +24,8 @@ std::array<double, 2 * MostExponent + 1> PowersOfTen() {
   return powers;
 }
 
+const std::array<double, 2 * MostExponent + 1> Powers = PowersOfTen();
+
 /// Magnitudes that the multiplication serves: with seven digits the power of ten stays within the table, and
 /// no operand is subnormal.
 constexpr double LeastMagnitude = 1e-290;
@@ -41,14 +44,13 @@ struct Decimal {
 };
 
 /// Rounds a magnitude within the range above to `count` digits, at most 7. False when in doubt.
-bool RoundTo(int count, double magnitude, Decimal& decimal) {
-  static const auto powers = PowersOfTen();
+inline bool RoundTo(int count, double magnitude, Decimal& decimal) {
   // 1233 / 4096 lies just above log10(2): the estimate is right or one too small.
-  const int binary = std::ilogb(magnitude);
+  const int binary = static_cast<int>(std::bit_cast<std::uint64_t>(magnitude) >> 52) - 1023;
   decimal.exponent = (binary * 1233) >> 12;
   if (binary < 0) decimal.exponent = -((-binary * 1233 + 4095) >> 12);
   const auto scaledBy = [&](int exponent) {
-    return magnitude * powers[static_cast<std::size_t>(count - 1 - exponent + MostExponent)];
+    return magnitude * Powers[static_cast<std::size_t>(count - 1 - exponent + MostExponent)];
   };
   double scaled = scaledBy(decimal.exponent);
   if (scaled >= static_cast<double>(Power10[count])) scaled = scaledBy(++decimal.exponent);
@@ -68,12 +70,23 @@ bool FastRange(double magnitude) {
   return magnitude >= LeastMagnitude && magnitude <= MostMagnitude;
 }
 
-/// Writes `count` digits, zeros in front included, to `out`.
-void WriteDigits(char* out, std::uint32_t digits, int count) {
-  for (int i = count - 1; i >= 0; --i) {
-    out[i] = static_cast<char>('0' + digits % 10);
-    digits /= 10;
+/// "00" to "99", one behind the other.
+constexpr std::array<char, 200> DigitPairs = [] {
+  std::array<char, 200> pairs{};
+  for (std::size_t k = 0; k < 100; ++k) {
+    pairs[2 * k] = static_cast<char>('0' + k / 10);
+    pairs[2 * k + 1] = static_cast<char>('0' + k % 10);
   }
+  return pairs;
+}();
+
+/// Writes `count` digits, zeros in front included, to `out`.
+inline void WriteDigits(char* out, std::uint32_t digits, int count) {
+  for (; count > 1; count -= 2) {
+    std::memcpy(out + count - 2, DigitPairs.data() + 2 * (digits % 100), 2);
+    digits /= 100;
+  }
+  if (count == 1) *out = static_cast<char>('0' + digits % 10);
 }
 
 void AppendSlowly(std::string& text, double value, std::chars_format format, int precision) {
@@ -83,7 +96,7 @@ void AppendSlowly(std::string& text, double value, std::chars_format format, int
 }
 
 /// Writes "e-05", "e+123".
-char* WriteExponent(char* out, int exponent) {
+inline char* WriteExponent(char* out, int exponent) {
   *out++ = 'e';
   *out++ = exponent < 0 ? '-' : '+';
   const auto magnitude = static_cast<std::uint32_t>(std::abs(exponent));
@@ -93,7 +106,7 @@ char* WriteExponent(char* out, int exponent) {
 }
 
 /// Writes d.dddddd with the given digits behind the point, none and no point for 0.
-char* WriteMantissa(char* out, std::uint32_t digits, int decimals) {
+inline char* WriteMantissa(char* out, std::uint32_t digits, int decimals) {
   WriteDigits(out + 1, digits, decimals + 1);
   out[0] = out[1];
   out[1] = '.';
