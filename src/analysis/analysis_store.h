@@ -9,8 +9,29 @@ namespace zelvane {
 
 inline constexpr int MaxAnalysisRows = 1000;  // of the results table; the last one is never filled
 
+/// Columns of the results table that hold values: AnalysisRow::value[FirstValueColumn..AnalysisColumns].
+inline constexpr int AnalysisColumns = 21;
+inline constexpr int FirstValueColumn = 4;
+
+/// Which measures the last analysis truly made. A field without its bit still holds what an earlier response
+/// left there, or a number that rests on a level the response never crossed.
+enum MeasuredBits : unsigned {
+  MeasuredBaseline = 1U << 0U,
+  MeasuredVariance = 1U << 1U,
+  MeasuredPeak = 1U << 2U,  // PeakValue, PeakPos, LatencyPeak
+  MeasuredAmplitude = 1U << 3U,
+  MeasuredRise = 1U << 4U,  // RiseTime, RisePoints, RiseStartPos, RiseEndPos
+  MeasuredSlope = 1U << 5U,
+  MeasuredDecay = 1U << 6U,
+  MeasuredWidth = 1U << 7U,
+  MeasuredLatencyRise = 1U << 8U,
+  MeasuredIntegral = 1U << 9U,  // Integral, Coastline
+};
+
 /// What was measured of one response. A measure writes its own fields and leaves the others.
 struct ResponseMeasures {
+  unsigned measured = 0;  // MeasuredBits
+
   float Baseline = 0.0F;     // trace units
   float BaselineVar = 0.0F;  // squared units
   float PeakValue = 0.0F;    // trace units, not less the baseline
@@ -32,7 +53,9 @@ struct ResponseMeasures {
 struct AnalysisRow {
   std::string fileName;  // without its folder
   int episode = 1;
-  std::array<float, 22> value{};  // columns 4 to 21
+  std::array<float, AnalysisColumns + 1> value{};    // columns 4 to 21
+  std::array<bool, AnalysisColumns + 1> measured{};  // whether that column was measured
+  bool filled = false;                               // the row holds a response
 };
 
 struct AnalysisStore {
@@ -55,6 +78,7 @@ struct AnalysisStore {
   std::array<int, 4> AnalysisDisplay{};  // display switches of the analysis panel, from index 1
 
   ResponseMeasures Measures;  // of the response analysed last
+  int FitRan = 0;             // 1 = the exponential fit ran on that response
 
   // -- Results table and measures file --
   std::vector<AnalysisRow> Rows = std::vector<AnalysisRow>(MaxAnalysisRows + 1);  // from 1

@@ -9,6 +9,7 @@
 #include <limits>
 
 #include "headless/drive.h"
+#include "headless/measure_command.h"
 #include "headless/model_command.h"
 #include "headless/q_matrix_command.h"
 #include "headless/recording_commands.h"
@@ -25,6 +26,7 @@ constexpr char Examples[] =
     "Examples\n"
     "  zelvane-cli simulate ampa.mod --units pA --out current.atf\n"
     "  zelvane-cli model ampa.mod\n"
+    "  zelvane-cli measure cell.abf --set StartAnalysis=20 --out cell.csv\n"
     "  zelvane-cli qmatrix ampa.mod --time 5.5\n"
     "  echo 'get ModelTitle' | zelvane-cli drive\n\n"
     "zelvane-cli COMMAND --help tells more of a command.\n"
@@ -37,6 +39,14 @@ constexpr char SimulateText[] = "Run a model file and sum up the response";
 constexpr char ModelText[] = "Tell what a model file holds, or bring it to the newest format";
 
 constexpr char QMatrixText[] = "Tell relaxation time constants and equilibrium of a model file";
+
+constexpr char MeasureText[] = "Measure every sweep of a recording";
+
+constexpr char MeasureFooter[] =
+    "Settings are those of the analysis panel (docs/manual/measures.md). Without --out the rows go to\n"
+    "standard output as comma-separated text; a measure that could not be made is an empty cell. Example:\n"
+    "  zelvane-cli measure cell.abf --set BaselineStart=5 --set BaselinePts=50 --set StartAnalysis=20 \\\n"
+    "    --set PeakSearchPts=400 --out cell.csv";
 
 constexpr char QMatrixFooter[] =
     "Without --time the stimulus is that of the first point, normally the resting one. Example:\n"
@@ -280,6 +290,43 @@ CLI::App* AddConvert(CLI::App& app, ConvertOptions& options) {
   return convert;
 }
 
+/// What the words of `measure` stand for is settled after the parse.
+struct MeasureArguments {
+  MeasureOptions options;
+  std::string sweeps;
+};
+
+CLI::App* AddMeasure(CLI::App& app, MeasureArguments& arguments) {
+  CLI::App* measure = app.add_subcommand("measure", MeasureText)->footer(MeasureFooter);
+  MeasureOptions& options = arguments.options;
+  measure->add_option("FILE", options.file, "recording: ABF, ATF or a column of numbers")
+      ->required()
+      ->type_name("");
+  measure->add_option("--channel", options.channel, "channel of an ABF file, signal of a text")
+      ->type_name("N");
+  measure->add_option("--sweeps", arguments.sweeps, "sweeps to measure; else all of them")->type_name("A-B");
+  measure->add_option("--settings", options.model, "model file whose analysis settings are taken")
+      ->type_name("MODEL.mod");
+  measure->add_option("--set", options.settings, "set any store field (may be repeated)")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+  measure->add_option("--filter", options.filterKHz, "corner of a Gaussian filter to apply first")
+      ->type_name("KHZ");
+  measure->add_flag("--rscm", options.correct, "correct for series resistance, by the settings of the model");
+  measure->add_option("--out", options.outFile, "write the rows: .csv, .res or .tbl")->type_name("FILE");
+  measure->add_flag("--json", options.json, "rows as one JSON object");
+  return measure;
+}
+
+int RunMeasureCommand(MeasureArguments& arguments) {
+  if (!arguments.sweeps.empty()) {
+    const auto sweeps = ParseSweeps(arguments.sweeps);
+    if (!sweeps) throw CLI::ValidationError("--sweeps", "two sweeps from 1, such as 3-10, or one");
+    arguments.options.sweeps = *sweeps;
+  }
+  return MeasureCommand(arguments.options, Streams());
+}
+
 int RunCli(int argc, char** argv) {
   CLI::App app(Description, "zelvane-cli");
   app.set_version_flag("--version", "zelvane-cli " ZELVANE_VERSION);
@@ -296,6 +343,8 @@ int RunCli(int argc, char** argv) {
   ConvertOptions convertOptions;
   const CLI::App* info = AddInfo(app, infoArguments);
   const CLI::App* convert = AddConvert(app, convertOptions);
+  MeasureArguments measureArguments;
+  const CLI::App* measure = AddMeasure(app, measureArguments);
   AddModel(app, modelArguments);
   if (argc < 2) {
     std::cerr << app.help();
@@ -307,6 +356,7 @@ int RunCli(int argc, char** argv) {
     std::signal(SIGINT, OnInterrupt);
     if (info->parsed()) return InfoCommand(infoArguments.files, infoArguments.json, Streams());
     if (convert->parsed()) return ConvertCommand(convertOptions, Streams());
+    if (measure->parsed()) return RunMeasureCommand(measureArguments);
     if (qmatrix->parsed()) return QMatrixCommand(qMatrixOptions, Streams());
     return simulate->parsed() ? RunSimulateCommand(simulateArguments) : RunModelCommand(modelArguments);
   } catch (const CLI::ParseError& error) {

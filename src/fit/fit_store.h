@@ -117,6 +117,12 @@ struct FitStore {
   double AnalysisTolerance = 1e-6;
   int DualSpeedPts = 30;
   int FitStartPts = 0;
+  double FitAmp1 = -50.0;  // units of the trace
+  double FitTau1 = 1.0;    // ms
+  double FitAmp2 = -10.0;  // the second component
+  double FitTau2 = 10.0;
+  double FitOffset = 0.0;    // level that the exponentials decay to, relative to the baseline
+  float FitGoodness = 0.0F;  // 1 - residual / total sum of squares
 };
 
 inline FitStore Fit;

@@ -115,6 +115,7 @@ Refusal TypeChoice(Control& control, std::string_view text) {
   const auto word = std::find(control.choices.begin(), control.choices.end(), text);
   if (word != control.choices.end()) {
     control.number = control.choiceBase + static_cast<double>(word - control.choices.begin());
+    control.typed = true;
     return {};
   }
   const auto value = ParseNumber(text);
@@ -125,6 +126,7 @@ Refusal TypeChoice(Control& control, std::string_view text) {
     return NotAChoice;
   }
   control.number = *value;
+  control.typed = true;
   return {};
 }
 
@@ -290,6 +292,7 @@ Refusal Press(Control& control) {
     control.number =
         control.number + 1.0 < control.choiceBase + count ? control.number + 1.0 : control.choiceBase;
   }
+  control.typed = true;
   CommitControl(control, PressLine(control));
   return {};
 }

@@ -58,6 +58,12 @@ void ClearPlots(Graph& graph) {
   Changed(graph);
 }
 
+void KeepPlots(Graph& graph, std::size_t count) {
+  if (graph.plots.size() <= count) return;
+  graph.plots.erase(graph.plots.begin() + static_cast<std::ptrdiff_t>(count), graph.plots.end());
+  Changed(graph);
+}
+
 void PlotWave(Graph& graph, PlotStyle style, Colour colour, std::span<const float> y, double start,
               double step) {
   graph.plots.push_back({style,

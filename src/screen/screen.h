@@ -366,6 +366,9 @@ Refusal MoveCursor(Graph& graph, int cursor, double x, std::optional<double> y);
 // -- Graphs --
 
 void ClearPlots(Graph& graph);
+
+/// Removes all plots but the first `count`.
+void KeepPlots(Graph& graph, std::size_t count);
 void PlotWave(Graph& graph, PlotStyle style, Colour colour, std::span<const float> y, double start,
               double step);
 void PlotPoints(Graph& graph, PlotStyle style, Colour colour, std::span<const double> x,

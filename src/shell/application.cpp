@@ -3,6 +3,8 @@
 #include <chrono>
 #include <filesystem>
 
+#include "analysis/analysis_panel.h"
+#include "analysis/run_analysis.h"
 #include "fit/wave_set.h"
 #include "io/model_file.h"
 #include "io/stimulus_file.h"
@@ -127,6 +129,9 @@ void RefreshAfterRead() {
 void ConnectHooks() {
   AfterRun = RunHooks{};
   AfterRun.autosave = AutosaveTrace;
+  AfterRun.beginAnalysis = BeginRunAnalysis;
+  AfterRun.analyzeRun = AnalyzeRun;
+  AfterRun.endAnalysis = EndRunAnalysis;
   AfterRead = TraceHooks{.correct = CorrectTraceRead, .refreshViews = RefreshAfterRead};
 }
 
@@ -163,6 +168,7 @@ void AddAllPanels() {
   AddQMatrixPanel();
   AddDwellListsPanels();
   AddTableModelPanel();
+  AddAnalysisPanel();
   AddGraphPropertiesPanel();
   AddFilterPanel();
   AddFilterButton();
@@ -180,6 +186,7 @@ void AddAllPanels() {
   main.close = AskToClose;
   main.maximised = true;
   ZoomGraphCreate(GraphNamed("MainPanel"));
+  ZoomGraphCreate(GraphNamed("AnalysisPanel"));
 }
 
 void StartApplication(const StartOptions& options) {

@@ -77,6 +77,12 @@ void RegisterFitFields() {
       ScalarField("AnalysisTolerance", Fit.AnalysisTolerance),
       ScalarField("DualSpeedPts", Fit.DualSpeedPts),
       ScalarField("FitStartPts", Fit.FitStartPts),
+      ScalarField("FitAmp1", Fit.FitAmp1),
+      ScalarField("FitTau1", Fit.FitTau1),
+      ScalarField("FitAmp2", Fit.FitAmp2),
+      ScalarField("FitTau2", Fit.FitTau2),
+      ScalarField("FitOffset", Fit.FitOffset),
+      ScalarField("FitGoodness", Fit.FitGoodness),
   });
 }
 

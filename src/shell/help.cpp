@@ -30,6 +30,17 @@ void StimHelp(const ControlEvent&) {
   if (ConfirmPopup(MainHelpTitle, StimulusHelp)) SystemHelp(HelpStimulus);
 }
 
+constexpr char AnalysisHelpText[] =
+    "Drag the cursors to the baseline, to the stretch that holds the peak and to the start of the "
+    "latencies, or type their times, and press Analyze: the marks show what was measured, and a row joins "
+    "the table.\nAnalyze all goes through every episode of a recording. Click an episode in the table to "
+    "see its sweep again.\nA measure that could not be made stays empty.\n\n"
+    "ON LINE HELP AVAILABLE by clicking right mouse button on item in question. \n\nView System Help Now? ";
+
+void AnalysisHelp(const ControlEvent&) {
+  if (ConfirmPopup(MainHelpTitle, AnalysisHelpText)) SystemHelp(HelpAnalysis);
+}
+
 void FxnHelp() {
   SystemHelp(HelpContents);
 }
@@ -73,6 +84,10 @@ constexpr ControlDecl StimulusControls[] = {
      0, 0, "", 0, false, true},
     {"PrintStimulus", ControlKind::Button, "Print", "", "",    "PrintStim",       PrintStim,       PrintStimHelp},
 };
+constexpr ControlDecl AnalysisControls[] = {
+    {"AnalysisHelpButton", ControlKind::Button, "Help", "", "", "AnalysisHelp",      AnalysisHelp,    AnalysisHelpText,
+     0, 0, "", 0, false, true},
+};
 constexpr MenuDecl HelpMenu[] = {
     {"File/Print...",    "FxnPrint",  PrintFront, "Ctrl+P"},
     {"File/Print setup...", "FxnPrintSetup", PrintFront},
@@ -86,6 +101,7 @@ constexpr MenuDecl HelpMenu[] = {
 void AddHelp() {
   AddControls("MainPanel", "shell", MainControls);
   AddControls("StimulusPanel", "shell", StimulusControls);
+  AddControls("AnalysisPanel", "shell", AnalysisControls);
   AddMenu(HelpMenu);
 }
 

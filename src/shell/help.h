@@ -6,8 +6,9 @@ namespace zelvane {
 // -- Topics of the help file --
 inline constexpr int HelpHotKeys = 1001;
 inline constexpr int HelpStimulus = 22000;
+inline constexpr int HelpAnalysis = 13000;
 
-/// Adds the help buttons to their panels and the Help menu. Needs MainPanel and StimulusPanel.
+/// Adds the help buttons to their panels and the Help menu. Needs MainPanel, StimulusPanel and AnalysisPanel.
 void AddHelp();
 
 }  // namespace zelvane

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "analysis/analysis_panel.h"
 #include "io/trace_export.h"
 #include "io/trace_store.h"
 #include "model/model_store.h"
@@ -46,6 +47,7 @@ void RefreshTraceViews() {
   RefreshMainGraph();
   RefreshRsCmView();
   TraceFilterUpdate();
+  ShowNewTrace();
 }
 
 void ExportTrace() {

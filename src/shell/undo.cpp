@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/analysis_panel.h"
 #include "analysis/analysis_store.h"
 #include "fit/fit_store.h"
 #include "model/constraints_store.h"
@@ -35,7 +36,12 @@ constexpr std::string_view NotSettings[] = {
     "TraceIsText", "SweepSamples", "TotalSamples", "RecordedChannels", "RecordedChannel", "OperationMode",
     "FinalGain", "AdcResolution", "AdcRange", "ParseRequested", "ParseSkip", "ParseCount", "ParseStart",
     "ParseStartTime", "ParseInterval", "ParseDuration", "ParseMaxPoints", "ParseResult", "ParseLength",
-    "RecordedSignal", "IntervalLine", "TypedInterval", "ScaleFactor", "RcFiltered"};
+    "RecordedSignal", "IntervalLine", "TypedInterval", "ScaleFactor", "RcFiltered",
+    // measures
+    "Baseline", "BaselineVar", "PeakValue", "PeakPos", "RiseTime", "RisePoints", "RiseStartPos", "RiseEndPos",
+    "RiseSlope", "DecayTime", "FracWidth", "LatencyRise", "LatencyPeak", "Integral", "Coastline", "TableRow",
+    "MeasuresFileName", "MeasuresFileOpen", "MeasuresCount", "StopAnalysis", "FitAmp1", "FitTau1", "FitAmp2",
+    "FitTau2", "FitOffset", "FitGoodness"};
 
 /// Fields that the simulation of subunits forces; they are dimmed meanwhile, and what a run puts into them is
 /// no edit of the user's.
@@ -128,6 +134,7 @@ void RestoreSettings(const Settings& copy) {
   StimPanelRefresh();
   StimRebuild();
   StimPlot();
+  WriteAnalysisPanel();
 }
 
 /// Puts the present value of a field that is one number into a copy.

@@ -1,0 +1,378 @@
+// AnalysisPanel: settings of the measures, readouts and the commands that measure.
+#include "analysis/analysis_panel.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "analysis/analysis_store.h"
+#include "analysis/analyze.h"
+#include "analysis/fit_hooks.h"
+#include "analysis/internal/analysis_views.h"
+#include "analysis/measures.h"
+#include "fit/fit_store.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "screen/screen.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char SettingsGroup[] = "settings";
+constexpr char ResultsGroup[] = "results";
+
+constexpr char PanelHelp[] =
+    "Measure the response in the trace: baseline, peak, rise, decay, latencies and area, for one sweep or "
+    "for "
+    "all sweeps of a recording.";
+constexpr char WaveformFitQuestion[] =
+    "Do you want to re-initiate waveform fitting?\nIf not, AnalysisMode and FitLimits to analyze peak, rise "
+    "time, decay times etc.";
+constexpr char NoFit[] = "No exponential fit ran.";
+
+// -- Counts of samples that the panel shows in ms --
+
+double CountToMs(double count) {
+  return static_cast<double>(static_cast<float>(count) * Model.ADInterval);
+}
+
+/// Two decimals such as 2 ms and 0.001 ms are 32-bit floats whose quotient can miss the whole number that the
+/// user means by this share of it.
+constexpr double FloatQuotientError = 1.5e-7;
+constexpr double LargestCorrection = 0.25;  // samples
+
+/// Cut to whole samples. Without an interval there is no count that would do.
+double MsToCount(double ms) {
+  if (Model.ADInterval == 0.0F) return std::nan("");
+  const double count = ms / static_cast<double>(Model.ADInterval);
+  return std::trunc(count + std::clamp(count * FloatQuotientError, -LargestCorrection, LargestCorrection));
+}
+
+double SameNumber(double number) {
+  return number;
+}
+
+constexpr std::int64_t SpareSamples = 10;  // kept free behind a stretch that was cut
+
+/// Cuts a stretch that would end past the record.
+void CutStretch(float startMs, int& count) {
+  const float interval = Model.ADInterval;
+  const float end = startMs + static_cast<float>(count) * interval;
+  if (!(end > static_cast<float>(Model.NumPoints) * interval)) return;
+  const std::int64_t room =
+      static_cast<std::int64_t>(Model.NumPoints) - WholeSamples(startMs / interval) - SpareSamples;
+  count = static_cast<int>(std::max<std::int64_t>(room, 0));
+}
+
+// -- Callbacks --
+
+void FxnBaselinePts(const ControlEvent&) {
+  CutStretch(Analysis.BaselineStart, Analysis.BaselinePts);
+  ShowAnalysisSettings();
+  PlaceAnalysisCursors();
+}
+
+void FxnPeakSearchPts(const ControlEvent&) {
+  CutStretch(Analysis.StartAnalysis, Analysis.PeakSearchPts);
+  ShowAnalysisSettings();
+  PlaceAnalysisCursors();
+}
+
+void FxnPosition(const ControlEvent&) {
+  PlaceAnalysisCursors();
+}
+
+void AN_AnalyzeButton(const ControlEvent&) {
+  if (Trace.TraceValid == 0) return;
+  if (Fit.FitMode == FitWaveforms) {
+    MessagePopup(NoticeTitle, WaveformFitQuestion);
+    return;
+  }
+  AnalyzeTrace();
+}
+
+void FxnAnalysisDone(const ControlEvent&) {
+  LeaveTask(AnalysisPanelName);
+}
+
+void FxnAnalysisButton(const ControlEvent&) {
+  OpenAnalysisPanel();
+}
+
+void CloseAnalysisPanel() {
+  LeaveTask(AnalysisPanelName);
+}
+
+void DimAnalysisPanel() {
+  SetDimmed("PeakOption", Analysis.PeakAvePts <= 1);
+  SetDimmed("YMinGain", Analysis.AutoRescale != 0);
+  SetDimmed("YMaxGain", Analysis.AutoRescale != 0);
+  SetDimmed("VerifyMeasures", Analysis.AutoSaveMeasures == 0);
+}
+
+constexpr auto Number = ControlKind::Number;
+constexpr auto Switch = ControlKind::Switch;
+constexpr auto Choice = ControlKind::Choice;
+constexpr auto Button = ControlKind::Button;
+constexpr auto Readout = ControlKind::Readout;
+
+constexpr char FitAmpHelp[] =
+    "The amplitude from the fitted exponential decay function (instant rise)\n\ni(t)=Amplitude1 "
+    "Exp(-time/tau1) + "
+    "Amplitude2 Exp(-time/tau2) + offset.";
+constexpr char FitTauHelp[] =
+    "The decay time constant in ms from the fitted exponential decay function (instant "
+    "rise)\n\ni(t)=Amplitude1 "
+    "Exp(-time/tau1) + Amplitude2 Exp(-time/tau2) + offset.";
+constexpr char FitOffsetHelp[] =
+    "The offset from the fitted exponential decay function (instant rise)\n\ni(t)=Amplitude1 Exp(-time/tau1) "
+    "+ "
+    "Amplitude2 Exp(-time/tau2) + offset.";
+constexpr char GoodnessHelp[] =
+    "The goodness of fit (R2) is calculated from 1.0 - SSfit / SStot, where SS is sum of "
+    "squares.\n\nNormalized "
+    "residuals is sum of squares difference divided by #fitted points.";
+
+// clang-format off
+constexpr ControlDecl SettingControls[] = {
+    // name              kind    label                     unit   format  command              action
+    {"BaselineStart",    Number, "Start Baseline",         "ms",  "%g",   "FxnBaselineStart",  FxnPosition,
+     "Time (ms) at which the baseline begins. Cursor 1 on the plot stands there; the measure itself starts at the "
+     "whole millisecond before it."},
+    {"BaselinePts",      Number, "Length of baseline",     "ms",  "%g",   "FxnBaselinePts",    FxnBaselinePts,
+     "Length (ms) of the stretch whose mean is the baseline. Its variance needs two samples at least.",
+     0, 0, "", 0, false, false, CountToMs, MsToCount},
+    {"StartAnalysis",    Number, "Start Analysis",         "ms",  "%g",   "FxnStartAnalysis",  FxnPosition,
+     "Time (ms) from which the peak is searched. The integral begins here too."},
+    {"PeakSearchPts",    Number, "Length of peak search",  "ms",  "%g",   "FxnPeakSearchPts",  FxnPeakSearchPts,
+     "Length (ms) of the search for the peak: the sample, or run of samples, farthest from the baseline.",
+     0, 0, "", 0, false, false, CountToMs, MsToCount},
+    {"PeakAvePts",       Number, "Peak Average Pts",       "",    "%d",   "FxnPeakAvePts",     nullptr,
+     "Number of neighbouring samples whose mean is the peak. More of them make the peak of a noisy trace less biased."},
+    {"PeakOption",       Choice, "Peak stands at",         "",    "%d",   "FxnPeakOption",     nullptr,
+     "Which sample of the averaged ones is the position of the peak: the first, the middle one, or the one behind the "
+     "last.", 0, 0, "first|middle|end"},
+    {"RiseStartFrac",    Number, "Rise from",              "",    "%g",   "FxnRiseStartFrac",  nullptr,
+     "Fraction of the amplitude at which the rise time begins, such as 0.1."},
+    {"RiseEndFrac",      Number, "Rise to",                "",    "%g",   "FxnRiseEndFrac",    nullptr,
+     "Fraction of the amplitude at which the rise time ends, such as 0.9."},
+    {"FracDecay",        Number, "Fraction decayed",       "",    "%g",   "FxnFracDecay",      nullptr,
+     "Fraction of the amplitude that is lost at the level of decay time and width. With 0.5 the width is the "
+     "half-width; with 0.632 the decay time of an exponential is its time constant."},
+    {"LatencyPos",       Number, "Latency from",           "ms",  "%g",   "FxnLatencyPos",     FxnPosition,
+     "Time (ms) from which latencies are measured, such as that of the stimulus. Cursor 9 stands there."},
+    {"LatencyFrac",      Number, "Latency to fraction",    "",    "%g",   "FxnLatencyFrac",    nullptr,
+     "Fraction of the amplitude at which the latency of the rise ends."},
+    {"FitMode",          Choice, "Exponential fit",        "",    "%d",   "AN_Expmodel",       nullptr,
+     "Switch exponential fitting model between single or dual components.", 0, 0, "none|decay|two decays|rise", 0,
+     false, false, SameNumber, SameNumber},
+    {"AnalysisFitPts",   Number, "Num Fit Pts",            "",    "%d",   "FxnNumFitPts",      nullptr,
+     "Number of data points used by simplex algorithm in fitting routine.\nTotal fit range is defined by the product "
+     "of Parse and Num Fit Pts."},
+    {"AnalysisParse",    Number, "Parse",                  "",    "%d",   "FxnParseWaveform",  nullptr,
+     "Number of data points to skip in between each fitted data point.\nTotal fit range is defined by the product of "
+     "Parse and Num Fit Pts."},
+    {"AutoSaveMeasures", Switch, "Save each analysis",     "",    "%d",   "FxnAutoSaveMeasures", nullptr,
+     "Append every analysis to the measures file (*.res), which a spreadsheet reads.", 0, 0, "off|on"},
+    {"VerifyMeasures",   Switch, "Ask before saving",      "",    "%d",   "FxnVerifyMeasures", nullptr,
+     "Ask before each automatic save.", 0, 0, "off|on"},
+};
+
+constexpr ControlDecl ResultControls[] = {
+    {"Baseline",         Readout, "Baseline (pA)",    "",   "%.5g", "", nullptr,
+     "Mean of the baseline stretch."},
+    {"BaselineVar",      Readout, "Var (pA2)",        "",   "%.5g", "", nullptr,
+     "Variance of the samples of the baseline stretch."},
+    {"PeakValue",        Readout, "Peak (pA)",        "",   "%.5g", "", nullptr,
+     "Mean of the samples farthest from the baseline. The baseline is not subtracted."},
+    {"Amplitude",        Readout, "Amp",              "",   "%.5g", "", nullptr,
+     "Peak less baseline."},
+    {"RiseTime",         Readout, "Risetime",         "ms", "%.5g", "", nullptr,
+     "Time between the two rise levels, interpolated between samples."},
+    {"RisePoints",       Readout, "Risepts",          "",   "%g",   "", nullptr,
+     "Number of samples that lie between the rise levels."},
+    {"RiseSlope",        Readout, "Slope",            "",   "%.5g", "", nullptr,
+     "Slope per ms of the straight line through the samples between the rise levels; it takes three of them."},
+    {"DecayTime",        Readout, "FracDecay",        "ms", "%.5g", "", nullptr,
+     "Time from the peak until the fraction set has decayed. Empty when the trace does not come down that far."},
+    {"FracWidth",        Readout, "Width",            "ms", "%.5g", "", nullptr,
+     "Width of the response at the level of the decay time."},
+    {"LatencyRise",      Readout, "LatRise",          "ms", "%.5g", "", nullptr,
+     "Time from the latency cursor until the response reaches the fraction set on its rise."},
+    {"LatencyPeak",      Readout, "LatPeak",          "ms", "%.5g", "", nullptr,
+     "Time from the latency cursor to the peak."},
+    {"Integral",         Readout, "Integral(pAms)",   "",   "%.5g", "", nullptr,
+     "Area between trace and baseline from Start Analysis over Num Fit Pts x Parse samples, which the bar along the "
+     "foot of the plot shows."},
+    {"Coastline",        Readout, "Coastline",        "",   "%.5g", "", nullptr,
+     "Summed size of all steps from sample to sample over the same stretch."},
+    {"FitAmp1",          Readout, "Amp1 (pA)",        "",   "%.5g", "FxnExponentialAmp",    nullptr, FitAmpHelp},
+    {"FitTau1",          Readout, "Tau (ms)",         "ms", "%.5g", "FxnExponentialTau",    nullptr, FitTauHelp},
+    {"FitAmp2",          Readout, "Amp2 (pA)",        "",   "%.5g", "FxnExponentialAmp2",   nullptr, FitAmpHelp},
+    {"FitTau2",          Readout, "Tau2 (ms)",        "ms", "%.5g", "FxnExponentialTau2",   nullptr, FitTauHelp},
+    {"FitOffset",        Readout, "Offset (pA)",      "",   "%.5g", "FxnExponentialOffset", nullptr, FitOffsetHelp},
+    {"FitGoodness",      Readout, "Goodness of fit",  "",   "%.6g", "FxnNormResiduals",     nullptr, GoodnessHelp},
+    {"AnalysisFitNote",  Readout, "Fit",              "",   "",     "FxnFitResult",         nullptr,
+     "Result from most recent fitting session (Converge, Maximum Iterations, User Break, One Step)."},
+};
+
+constexpr ControlDecl StatusControls[] = {
+    {"AnalysisDataName", Readout, "Data",             "",   "",     "", nullptr,
+     "Name of the recording or model that the trace came from."},
+    {"AnalysisEpisodes", Readout, "Episodes",         "",   "",     "", nullptr,
+     "Episode in view, and how many the file has."},
+    {"AnalysisRsStatus", Readout, "",                 "",   "",     "", nullptr,
+     "Whether the trace has been corrected for series resistance and membrane capacitance."},
+};
+
+constexpr ControlDecl CommandControls[] = {
+    {"AnalyzeButton",    Button, "Analyze",           "",   "",     "AN_AnalyzeButton", AN_AnalyzeButton,
+     "Measure the response in view and add a row to the table."},
+    {"AnalysisDone",     Button, "Done",              "",   "",     "FxnAnalysisDone",  FxnAnalysisDone,
+     "Close the analysis panel. Table and settings stay."},
+};
+
+constexpr ControlDecl MainPanelButton[] = {
+    {"AnalysisButton",   Button, "Analysis...",       "",   "",     "FxnAnalysisButton", FxnAnalysisButton,
+     "Go to the analysis panel: measure the response, and gather the measures of many sweeps in a table."},
+};
+
+constexpr MenuDecl AnalysisMenu[] = {{"Analysis/Measure Response...", "Analysis", OpenAnalysisPanel}};
+// clang-format on
+
+// -- Labels that follow the units --
+
+constexpr std::array<const char*, 7> UnitWords = {"#", "pS", "pA", "Po", "uV", "mV", "nA"};
+
+struct UnitLabel {
+  const char* control;
+  const char* withUnit;  // %s = the unit
+  const char* plain;     // for numbers without one
+};
+constexpr UnitLabel UnitLabels[] = {
+    {"Baseline", "Baseline (%s)", "Baseline(#)"},  {"BaselineVar", "Var (%s2)", "Var (#2)"},
+    {"PeakValue", "Peak (%s)", "Peak (#)"},        {"Integral", "Integral(%sms)", "Integral(#ms)"},
+    {"FitAmp1", "Amp1 (%s)", "Amp1 (#)"},          {"FitAmp2", "Amp2 (%s)", "Amp2 (#)"},
+    {"FitOffset", "Offset (%s)", "Exp Offset (#)"}};
+
+void ShowUnits() {
+  const bool known = Trace.TraceUnits > 0 && Trace.TraceUnits < static_cast<int>(UnitWords.size());
+  for (const UnitLabel& label : UnitLabels) {
+    std::string text = known ? label.withUnit : label.plain;
+    if (known) text.replace(text.find("%s"), 2, UnitWords[static_cast<std::size_t>(Trace.TraceUnits)]);
+    ControlNamed(label.control).label = text;
+  }
+  const bool one = Fit.FitMode == FitDecay || Fit.FitMode == FitRise;
+  ControlNamed("FitTau1").label = one ? "Tau (ms)" : "Tau1 (ms)";
+  Graph& graph = GraphNamed(AnalysisPanelName);
+  SetAxisTitle(graph, 'y',
+               known ? FormatText("Amplitude (%s)", UnitWords[static_cast<std::size_t>(Trace.TraceUnits)])
+                     : "Amplitude (#)");
+}
+
+void ShowStatus() {
+  ShowText("AnalysisDataName", DataFileName());
+  ShowNumber("SectionNumber", Trace.EpisodeIndex);
+  ShowText("AnalysisEpisodes", FormatText("%d of %d", Trace.EpisodeIndex, Trace.EpisodeCount));
+  ShowText("AnalysisRsStatus", Trace.RsCorrected != 0 ? "RsCm Corrected" : "RsCm UnCorrected");
+  SetColour("AnalysisRsStatus", Trace.RsCorrected != 0 ? "green" : "red");
+}
+
+/// Shows a result, or nothing where none was measured.
+void ShowResult(const char* control, double value, bool measured) {
+  if (measured)
+    ShowNumber(control, value);
+  else
+    ShowText(control, "");
+}
+
+void ShowFit() {
+  const bool ran = Analysis.FitRan != 0;
+  const bool two = ran && Fit.FitMode == FitTwoDecays;
+  ShowResult("FitAmp1", Fit.FitAmp1, ran);
+  ShowResult("FitTau1", Fit.FitTau1, ran);
+  ShowResult("FitAmp2", Fit.FitAmp2, two);
+  ShowResult("FitTau2", Fit.FitTau2, two);
+  ShowResult("FitOffset", Fit.FitOffset, ran);
+  ShowResult("FitGoodness", static_cast<double>(Fit.FitGoodness), ran);
+  if (!ran)
+    ShowText("AnalysisFitNote",
+             IsExponentialFit(Fit.FitMode) && Analysis.Measures.measured != 0 ? NoFit : "");
+}
+
+}  // namespace
+
+bool AnalysisOnScreen() {
+  return FindPanel(AnalysisPanelName) != nullptr;
+}
+
+void AddAnalysisPanel() {
+  AddPanel({.name = AnalysisPanelName,
+            .title = "Analysis",
+            .tag = "AN",
+            .close = CloseAnalysisPanel,
+            .help = PanelHelp});
+  AddControls(AnalysisPanelName, SettingsGroup, SettingControls);
+  AddControls(AnalysisPanelName, ResultsGroup, ResultControls);
+  AddControls(AnalysisPanelName, "status", StatusControls);
+  AddControls(AnalysisPanelName, "commands", CommandControls);
+  // A readout shows a result only while it has been measured, not whatever its field holds.
+  for (Control* control : PanelNamed(AnalysisPanelName).controls) {
+    if (control->group == ResultsGroup) control->field = FieldRef{};
+  }
+  AddAnalysisView();
+  AddAnalysisTable();
+  AddAnalysisSections();
+  PanelNamed(AnalysisPanelName).dim = DimAnalysisPanel;  // from here on: the rule needs the controls
+  AddControls("MainPanel", "analysis", MainPanelButton);
+  AddMenu(AnalysisMenu);
+}
+
+void OpenAnalysisPanel() {
+  ShowTask(AnalysisPanelName);
+  WriteAnalysisPanel();
+  RefreshAnalysisView();
+}
+
+void ReadAnalysisPanel() {
+  if (AnalysisOnScreen()) ReadControls(AnalysisPanelName, SettingsGroup);
+}
+
+void ShowAnalysisSettings() {
+  WriteControls(AnalysisPanelName, SettingsGroup);
+}
+
+void WriteAnalysisPanel() {
+  if (!AnalysisOnScreen()) return;
+  ShowAnalysisSettings();
+  ShowUnits();
+  ShowStatus();
+  ShowMeasuresFile();
+  PlaceAnalysisCursors();
+}
+
+void ShowMeasures() {
+  if (!AnalysisOnScreen()) return;
+  const ResponseMeasures& m = Analysis.Measures;
+  const auto show = [&m](const char* control, float value, unsigned bit) {
+    ShowResult(control, static_cast<double>(value), (m.measured & bit) != 0);
+  };
+  show("Baseline", m.Baseline, MeasuredBaseline);
+  show("BaselineVar", m.BaselineVar, MeasuredVariance);
+  show("PeakValue", m.PeakValue, MeasuredPeak);
+  show("Amplitude", m.PeakValue - m.Baseline, MeasuredAmplitude);
+  show("RiseTime", m.RiseTime, MeasuredRise);
+  show("RisePoints", static_cast<float>(m.RisePoints), MeasuredRise);
+  show("RiseSlope", m.RiseSlope, MeasuredSlope);
+  show("DecayTime", m.DecayTime, MeasuredDecay);
+  show("FracWidth", m.FracWidth, MeasuredWidth);
+  show("LatencyRise", m.LatencyRise, MeasuredLatencyRise);
+  show("LatencyPeak", m.LatencyPeak, MeasuredPeak);
+  show("Integral", m.Integral, MeasuredIntegral);
+  show("Coastline", m.Coastline, MeasuredIntegral);
+  ShowUnits();
+  ShowStatus();
+  ShowFit();
+}
+
+}  // namespace zelvane

@@ -1,0 +1,106 @@
+// Episodes on AnalysisPanel: stepping, analysing many, and back from a row of the table to its sweep.
+#include <string>
+
+#include "analysis/analysis_panel.h"
+#include "analysis/analysis_store.h"
+#include "analysis/analyze.h"
+#include "analysis/episodes.h"
+#include "analysis/internal/analysis_views.h"
+#include "analysis/results_table.h"
+#include "io/trace_read.h"
+#include "io/trace_store.h"
+#include "screen/screen.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char OtherFile[] = "Re-load the datafile you want to view.";
+constexpr int EpisodeColumn = 3;
+constexpr std::size_t ExtensionLength = 4;  // with its full stop
+
+void ShowSection(int episode) {
+  if (Trace.TraceValid == 0) return;
+  GoToEpisode(episode);
+}
+
+void FxnAnLastSection(const ControlEvent&) {
+  ShowSection(Trace.EpisodeIndex - 1);
+}
+
+void FxnAnNextSection(const ControlEvent&) {
+  ShowSection(Trace.EpisodeIndex + 1);
+}
+
+void FxnAnSectionRead(const ControlEvent& event) {
+  ShowSection(static_cast<int>(event.control->number));
+}
+
+void AN_AutoAnalyzeButton(const ControlEvent&) {
+  AnalyzeAllEpisodes();
+}
+
+void AN_AnalyzeNextButton(const ControlEvent&) {
+  AnalyzeNextEpisode();
+}
+
+void FxnStopAn(const ControlEvent&) {
+  Analysis.StopAnalysis = 1;
+}
+
+void PressAnalysisKey(std::string_view key) {
+  if (key == "PageDown") ShowSection(Trace.EpisodeIndex - 1);
+  if (key == "PageUp") ShowSection(Trace.EpisodeIndex + 1);
+  if (key == "Home") ShowSection(1);
+  if (key == "End") ShowSection(Trace.EpisodeCount);
+}
+
+/// Whether a row of the table came from the present data file.
+bool OfPresentFile(const std::string& rowName) {
+  const std::size_t stem = rowName.size() > ExtensionLength ? rowName.size() - ExtensionLength : 0;
+  return DataFileName().starts_with(rowName.substr(0, stem));
+}
+
+/// A click on an episode shows that sweep and measures it again.
+void FxnAnTable(Table& /*table*/, int row, int column) {
+  if (column != EpisodeColumn) return;
+  const AnalysisRow& chosen = Analysis.Rows[static_cast<std::size_t>(row)];
+  if (!chosen.filled || Trace.TraceValid == 0) return;
+  MarkTableRow(row);
+  if (!OfPresentFile(chosen.fileName)) {
+    MessagePopup(NoticeTitle, OtherFile);
+    return;
+  }
+  if (chosen.episode != Trace.EpisodeIndex) GoToEpisode(chosen.episode);
+  if (ReanalyzeTrace()) RewriteRow(row);
+}
+
+constexpr auto Button = ControlKind::Button;
+constexpr auto Number = ControlKind::Number;
+
+// clang-format off
+constexpr ControlDecl SectionControls[] = {
+    // name               kind    label            unit format  command                 action
+    {"AutoAnalyzeButton", Button, "Analyze all",   "",  "",     "AN_AutoAnalyzeButton", AN_AutoAnalyzeButton,
+     "Measure every episode of the recording, a row of the table each."},
+    {"AnalyzeNextButton", Button, "Analyze next",  "",  "",     "AN_AnalyzeNextButton", AN_AnalyzeNextButton,
+     "Go on to the next episode and measure it."},
+    {"StopAnalysisButton", Button, "Stop",          "",  "",     "FxnStopAn",            FxnStopAn,
+     "Stop the analysis of all episodes before the next one begins.", 0, 0, "", 0, true},
+    {"SectionNumber",     Number, "Episode",       "",  "%.0f", "FxnAnSectionRead",     FxnAnSectionRead,
+     "Number of the episode in view. Enter another to read it."},
+    {"AnalysisLast",      Button, "Last episode",  "",  "",     "FxnAnLastSection",     FxnAnLastSection,
+     "Read the episode before this one; the first is followed by the last."},
+    {"AnalysisNext",      Button, "Next episode",  "",  "",     "FxnAnNextSection",     FxnAnNextSection,
+     "Read the episode after this one; the last is followed by the first."},
+};
+// clang-format on
+
+}  // namespace
+
+void AddAnalysisSections() {
+  AddControls(AnalysisPanelName, "sections", SectionControls);
+  TableNamed(AnalysisTableName).clicked = FxnAnTable;
+  PanelNamed(AnalysisPanelName).key = PressAnalysisKey;
+}
+
+}  // namespace zelvane

@@ -1,0 +1,143 @@
+// The results table of AnalysisPanel, its files, and the commands on it.
+#include <algorithm>
+#include <charconv>
+#include <string>
+
+#include "analysis/analysis_panel.h"
+#include "analysis/analysis_store.h"
+#include "analysis/analyze.h"
+#include "analysis/internal/analysis_views.h"
+#include "analysis/results_files.h"
+#include "analysis/results_read.h"
+#include "analysis/results_table.h"
+#include "screen/screen.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char NoOpenFile[] = "No Open File";
+constexpr char NothingMeasured[] = "Nothing has been measured yet. Analyze a response first.";
+constexpr int NameColumn = 2;
+constexpr int EpisodeColumn = 3;
+constexpr int RowsInView = 20;  // without a window
+
+Table& Results() {
+  return TableNamed(AnalysisTableName);
+}
+
+/// The shortest decimal that reads back to the same 32-bit float.
+std::string Shortest(float value) {
+  char text[32];
+  return {text, std::to_chars(text, text + sizeof text, value).ptr};
+}
+
+/// What a cell shows: an empty row zeros, a row of a response nothing where a measure was not made.
+std::string ValueCell(const AnalysisRow& row, std::size_t column) {
+  if (row.filled && !row.measured[column]) return {};
+  return Shortest(row.value[column]);
+}
+
+void AN_DeleteMeasures(const ControlEvent&) {
+  DeleteLastRow();
+  ShowMeasuresFile();
+}
+
+void SaveOneAnalysis(const ControlEvent&) {
+  if (Analysis.Measures.measured == 0)
+    MessagePopup(NoticeTitle, NothingMeasured);
+  else
+    SaveAnalysis();
+}
+
+void FxnMoreRight(const ControlEvent&) {
+  ScrollTable(Results(), Results().topRow, AnalysisColumns);
+}
+
+void FxnMoreLeft(const ControlEvent&) {
+  ScrollTable(Results(), Results().topRow, 1);
+}
+
+template <void (*Operation)()>
+void Run(const ControlEvent&) {
+  Operation();
+}
+
+constexpr auto Button = ControlKind::Button;
+constexpr auto Readout = ControlKind::Readout;
+
+// clang-format off
+constexpr ControlDecl TableControls[] = {
+    // name                kind     label              unit  format  command              action
+    {"SaveAnalysisButton", Button,  "Save measures",   "",   "",     "SaveAnalysis",      SaveOneAnalysis,
+     "Append the present measures as a row to the measures file (*.res) beside the data."},
+    {"DeleteMeasures",     Button,  "Delete last row", "",   "",     "AN_DeleteMeasures", AN_DeleteMeasures,
+     "Delete the last row of the table, and end the use of the measures file."},
+    {"ClearResults",       Button,  "Clear table",     "",   "",     "AN_ClearTable",     Run<ClearResultsTable>,
+     "Empty the whole table. Nothing is asked."},
+    {"SaveTable",          Button,  "Save table",      "",   "",     "AN_SaveTable",      Run<SaveResultsTable>,
+     "Write the table to a file (*.tbl) beside the data, in place of an older one. It can be read back."},
+    {"ReadTable",          Button,  "Read table...",   "",   "",     "AN_ReadTable",      Run<ReadResultsTable>,
+     "Read a table file (*.tbl) in place of this table, with the model and the recording that it names."},
+    {"ExportTable",        Button,  "Save as CSV...",  "",   "",     "FxnExportTable",    Run<ExportTableCsv>,
+     "Write the table as comma-separated text for a spreadsheet. Measures that could not be made are empty cells."},
+    {"TableRight",         Button,  "More",            "",   "",     "FxnMoreRight",      FxnMoreRight,
+     "Show the last columns of the table."},
+    {"TableLeft",          Button,  "Back",            "",   "",     "FxnMoreLeft",       FxnMoreLeft,
+     "Show the first columns of the table."},
+    {"MeasuresFileShown",  Readout, "Measures file",   "",   "",     "",                  nullptr,
+     "File that measures are being appended to."},
+    {"MeasuresCount",      Readout, "Events saved",    "",   "%g",   "",                  nullptr,
+     "Number of rows written to the measures file."},
+    {"TableFileShown",     Readout, "Table file",      "",   "",     "",                  nullptr,
+     "Table file written or read last."},
+};
+// clang-format on
+
+}  // namespace
+
+void AddAnalysisTable() {
+  AddControls(AnalysisPanelName, "table", TableControls);
+  Table& table = AddTable(AnalysisPanelName, AnalysisTableName, MaxAnalysisRows, AnalysisColumns);
+  for (int c = 1; c <= AnalysisColumns; ++c) table.columnTitles.emplace_back(c == 1 ? "" : ColumnTitle(c));
+  table.command = "FxnAnTable";
+  table.help = "Every analysed response is a row. Click an episode to see its sweep and measure it again.";
+  ShowResultsTable();
+}
+
+void ShowMeasuresFile() {
+  if (!AnalysisOnScreen()) return;
+  const bool open = Analysis.MeasuresFileOpen != 0;
+  ShowText("MeasuresFileShown", open || Analysis.MeasuresCount > 0 ? Analysis.MeasuresFileName : NoOpenFile);
+  ShowNumber("MeasuresCount", Analysis.MeasuresCount);
+}
+
+void ShowTableFile(const std::string& path) {
+  if (AnalysisOnScreen()) ShowText("TableFileShown", path);
+}
+
+void ShowTableRow(int row) {
+  if (!AnalysisOnScreen()) return;
+  Table& table = Results();
+  const AnalysisRow& stored = Analysis.Rows[static_cast<std::size_t>(row)];
+  SetCell(table, row, 1, FormatText("%d", row));
+  SetCell(table, row, NameColumn, stored.fileName);
+  SetCell(table, row, EpisodeColumn, FormatText("%d", stored.episode));
+  for (int c = FirstValueColumn; c <= AnalysisColumns; ++c) {
+    SetCell(table, row, c, ValueCell(stored, static_cast<std::size_t>(c)));
+  }
+}
+
+void ShowResultsTable() {
+  if (!AnalysisOnScreen()) return;
+  for (int row = 1; row <= MaxAnalysisRows; ++row) ShowTableRow(row);
+  MarkRow(Results(), 0);
+  ScrollTable(Results(), 1, 1);
+}
+
+void MarkTableRow(int row) {
+  if (!AnalysisOnScreen()) return;
+  MarkRow(Results(), std::clamp(row, 0, MaxAnalysisRows));
+  ScrollTable(Results(), row - RowsInView + 1, Results().leftColumn);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,115 @@
+#include "analysis/analyze.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "analysis/analysis_panel.h"
+#include "analysis/fit_hooks.h"
+#include "analysis/measures.h"
+#include "analysis/results_files.h"
+#include "analysis/results_table.h"
+#include "fit/fit_store.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "screen/popups.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char AnalysisErrorTitle[] = "! Analysis Error";
+constexpr char AnalysisWarningTitle[] = "! Analysis Warning";
+constexpr char FractionsInWrongOrder[] = "Position for starting risetime calculation > ending position.";
+constexpr char PeakBeforeStart[] = "Position of peak before position at which to start analysis.";
+constexpr char SaveQuestion[] = "Save measurements to ascii file?";
+
+std::span<const float> Recorded(std::span<const float> trace) {
+  const auto points = static_cast<std::size_t>(std::max(Model.NumPoints, 0));
+  return trace.first(std::min(points, trace.size()));
+}
+
+void TellOf(RiseFault fault) {
+  if (fault == RiseFault::FractionsInWrongOrder) MessagePopup(AnalysisErrorTitle, FractionsInWrongOrder);
+  if (fault == RiseFault::PeakBeforeStart) MessagePopup(AnalysisWarningTitle, PeakBeforeStart);
+}
+
+void ClearFit() {
+  Fit.FitAmp1 = 0.0;
+  Fit.FitTau1 = 0.0;
+  Fit.FitAmp2 = 0.0;
+  Fit.FitTau2 = 0.0;
+  Fit.FitOffset = 0.0;
+  Fit.FitGoodness = 0.0F;
+}
+
+/// Fits the exponentials, or sets the results of the fit to zero.
+void FitResponse() {
+  Analysis.FitRan =
+      IsExponentialFit(Fit.FitMode) && AnalysisFit.fitExponentials != nullptr && AnalysisFit.fitExponentials()
+          ? 1
+          : 0;
+  if (Analysis.FitRan == 0) ClearFit();
+}
+
+}  // namespace
+
+std::span<const float> RecordedTrace() {
+  return Recorded(Trace.SimTrace);
+}
+
+std::string DataFilePath() {
+  return Trace.TraceFileName.empty() ? Model.ModelFileName : Trace.TraceFileName;
+}
+
+std::string DataFileName() {
+  return std::filesystem::path(DataFilePath()).filename().string();
+}
+
+void MeasureBaseline(int start, int count) {
+  BaselineOf(RecordedTrace(), start, count, Analysis.Measures);
+  ShowMeasures();
+}
+
+void PeakSearch(std::span<const float> trace, int positions, int start, float baseline, int width) {
+  PeakOf(Recorded(trace), positions, start, baseline, width, StoredMeasureSettings(), Analysis.Measures);
+  ShowMeasures();
+}
+
+float MeasureIntegral(std::span<const float> trace, int start, int count, float baseline) {
+  return IntegralOf(Recorded(trace), start, count, baseline, Model.ADInterval, Analysis.Measures);
+}
+
+void MeasureRise() {
+  if (Model.ADInterval == 0.0F) return;
+  TellOf(RiseOf(RecordedTrace(), StoredMeasureSettings(), Analysis.Measures));
+}
+
+void MeasureDecay() {
+  DecayOf(RecordedTrace(), StoredMeasureSettings(), Analysis.Measures);
+}
+
+bool MeasureTrace() {
+  if (AnalysisFit.refreshLimits != nullptr) AnalysisFit.refreshLimits();
+  Analysis.Measures.measured = 0;
+  if (Model.ADInterval == 0.0F) return false;
+  TellOf(MeasureResponse(RecordedTrace(), StoredMeasureSettings(), Analysis.Measures));
+  FitResponse();
+  return true;
+}
+
+bool ReanalyzeTrace() {
+  ReadAnalysisPanel();
+  const bool measured = MeasureTrace();
+  ShowMeasures();
+  RefreshAnalysisView();
+  return measured;
+}
+
+void AnalyzeTrace() {
+  if (!ReanalyzeTrace()) return;
+  if (Analysis.AutoSaveMeasures != 0 && (Analysis.VerifyMeasures == 0 || ConfirmPopup("", SaveQuestion))) {
+    SaveAnalysis();
+  }
+  if (TableAddRow(Analysis.TableRow)) ++Analysis.TableRow;
+}
+
+}  // namespace zelvane

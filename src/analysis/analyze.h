@@ -1,0 +1,55 @@
+// The analysis of the response in the trace: operations that users know by name, over the stores.
+//
+//   One measure          MeasureBaseline  PeakSearch  MeasureIntegral  MeasureRise  MeasureDecay
+//   The whole sequence   AnalyzeTrace  ReanalyzeTrace  MeasureTrace
+//   What was measured    RecordedTrace  DataFilePath  DataFileName
+//
+// The arithmetic is in measures.h, the walk through a file in episodes.h, the table in results_table.h, its
+// files in results_files.h, the panel in analysis_panel.h. All work on the first `Model.NumPoints` samples of
+// `Trace.SimTrace` unless said.
+#pragma once
+
+#include <span>
+#include <string>
+
+namespace zelvane {
+
+/// The samples of the trace that hold the response.
+std::span<const float> RecordedTrace();
+
+/// Path of the file that the response came from: the recording, or the model that was run.
+std::string DataFilePath();
+
+/// The same without its folder.
+std::string DataFileName();
+
+/// Mean and variance of `count` samples from `start`, into `Baseline` and `BaselineVar`, and shows them.
+void MeasureBaseline(int start, int count);
+
+/// Finds the peak of any trace array, at most its first `Model.NumPoints` samples. Writes:  `PeakValue`,
+/// `PeakPos`, `LatencyPeak`, and shows them.
+void PeakSearch(std::span<const float> trace, int positions, int start, float baseline, int width);
+
+/// Area above `baseline`; sets `Coastline`.
+float MeasureIntegral(std::span<const float> trace, int start, int count, float baseline);
+
+/// Rise time and its companions from the latest peak and baseline. Tells of fractions in the wrong order and
+/// of a peak before the start of the analysis; the results then stay.
+void MeasureRise();
+
+/// Decay time, width and rise latency from the latest peak and baseline.
+void MeasureDecay();
+
+/// Measures the response with the settings of the panel, fits it where `Fit.FitMode` says so, and shows the
+/// result on the plot. False when `Model.ADInterval` is 0.
+bool ReanalyzeTrace();
+
+/// The same, and then keeps it: in the measures file when `Analysis.AutoSaveMeasures` is on, and in a new row
+/// of the table.
+void AnalyzeTrace();
+
+/// All measures and the exponential fit with the settings of the stores, without panel and plot. Tells what
+/// stopped a measure. False when `Model.ADInterval` is 0.
+bool MeasureTrace();
+
+}  // namespace zelvane

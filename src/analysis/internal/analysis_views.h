@@ -1,0 +1,27 @@
+// What the parts of AnalysisPanel know of each other.
+#pragma once
+
+namespace zelvane {
+
+inline constexpr char AnalysisPanelName[] = "AnalysisPanel";
+inline constexpr char AnalysisTableName[] = "AnalysisTable";
+
+/// Whether the panel has been declared.
+bool AnalysisOnScreen();
+
+// -- Plot and cursors (analysis_view_panel.cpp) --
+void AddAnalysisView();
+
+/// Puts the cursors on the fields they stand for.
+void PlaceAnalysisCursors();
+
+// -- Table and files (analysis_table_panel.cpp) --
+void AddAnalysisTable();
+
+// -- Episodes (analysis_section_panel.cpp) --
+void AddAnalysisSections();
+
+/// Shows the settings that cursors and field rules have changed.
+void ShowAnalysisSettings();
+
+}  // namespace zelvane

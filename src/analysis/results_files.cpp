@@ -1,0 +1,297 @@
+#include "analysis/results_files.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+
+#include "analysis/analysis_panel.h"
+#include "analysis/analyze.h"
+#include "analysis/results_table.h"
+#include "fit/fit_store.h"
+#include "io/line_scanner.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "platform/safe_file.h"
+#include "screen/popups.h"
+
+namespace zelvane {
+namespace {
+
+constexpr std::size_t LongestStem = 75;  // bytes of a name
+constexpr char AppendQuestion[] = "File Present; Append ?";
+constexpr char TableMagic[] = "TABLE";
+constexpr char ExportTitle[] = "Save Table as CSV";
+constexpr char CannotWrite[] = "The file could not be written: ";
+constexpr char Dashes[] = "\"   ---\", ";
+
+constexpr const char* MeasuresTitles[] = {"Datafilename",
+                                          "episode",
+                                          "num",
+                                          "Latency to Rise(ms)",
+                                          "Latency to Peak (ms)",
+                                          "Amp",
+                                          "Rise(ms)",
+                                          "Slope(/ms)",
+                                          "f1Dec",
+                                          "f2Dec1",
+                                          "f2Dec2",
+                                          "f1Pk",
+                                          "f2Pk1",
+                                          "f2Pk2",
+                                          "Offset",
+                                          "Goodness of Fit",
+                                          "Area(*ms)",
+                                          "Coastline",
+                                          "baseline",
+                                          "basevar",
+                                          "fracdecay",
+                                          "fracwidth"};
+
+constexpr char MeanVarianceHeader[] =
+    "\"Datafilename\",\"episode\",\"base current(pA)\",\"base var (pA2)\",\"current(pA)\",\"var (pA2)\","
+    "\"current-base (pA)\",\"var-base (pA2)\",\" unitary current (pA)\"\n";
+
+/// A number as "%.*f" writes it, with a full stop in every locale.
+std::string Fixed(double value, int decimals) {
+  if (std::isnan(value)) return "nan";
+  if (std::isinf(value)) return value > 0.0 ? "inf" : "-inf";
+  char text[400];  // the largest double has 309 digits before the point
+  const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, decimals).ptr;
+  return {text, end};
+}
+
+std::string Fixed(float value, int decimals) {
+  return Fixed(static_cast<double>(value), decimals);
+}
+
+/// Numbers with four decimals, each followed by a comma and a blank.
+std::string Listed(std::initializer_list<double> values) {
+  std::string text;
+  for (const double value : values) text += Fixed(value, 4) + ", ";
+  return text;
+}
+
+/// The fields of one fitted quantity: one component, two components, or dashes.
+std::string FitFields(double first, double second) {
+  switch (Fit.FitMode) {
+    case 0:
+      return std::string(Dashes) + Dashes + Dashes;
+    case FitDecay:
+    case FitRise:
+      return Listed({first}) + Dashes + Dashes;
+    case FitTwoDecays:
+      return "\"   ---\",\t" + Listed({first, second});
+    default:
+      return {};
+  }
+}
+
+std::string FitQuality(double offset, double goodness) {
+  if (Fit.FitMode == 0) return std::string(Dashes) + Dashes;
+  std::string text = " ";
+  return text.append(Fixed(offset, 4)).append(", ").append(Fixed(goodness, 6)).append(", ");
+}
+
+bool Append(const std::string& path, const std::string& text) {
+  if (path.empty()) return false;
+  std::ofstream out(std::filesystem::path(path), std::ios::binary | std::ios::app);
+  out << text << std::flush;
+  return out.good();
+}
+
+bool HeaderIsDue() {
+  return Analysis.MeasuresFileOpen == 0 || Analysis.MeasuresCount < 1;
+}
+
+bool AppendRow(const std::string& header, const std::string& row) {
+  if (!Append(Analysis.MeasuresFileName, HeaderIsDue() ? header + row : row)) return false;
+  Analysis.MeasuresFileOpen = 1;
+  ++Analysis.MeasuresCount;
+  ShowMeasuresFile();
+  return true;
+}
+
+bool Exists(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::exists(path, error);
+}
+
+std::string TableRowText(const AnalysisRow& row) {
+  std::string text = row.fileName + ' ' + FormatText("%d ", row.episode);
+  for (std::size_t c = FirstValueColumn; c <= AnalysisColumns; ++c) text += Fixed(row.value[c], 6) + ' ';
+  return text + '\n';
+}
+
+/// A text as a cell of a CSV file.
+std::string CsvText(const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+  std::string quoted = "\"";
+  for (const char c : text) {
+    if (c == '"') quoted += '"';
+    quoted += c;
+  }
+  return quoted + '"';
+}
+
+std::string Shortest(float value) {
+  char text[32];
+  return {text, std::to_chars(text, text + sizeof text, value).ptr};
+}
+
+/// Words of a line of a table file; blanks split them.
+std::vector<std::string_view> WordsOf(std::string_view line) {
+  std::vector<std::string_view> words;
+  for (std::string_view word = FirstWord(line, line.size()); !word.empty();
+       word = FirstWord(line, line.size())) {
+    words.push_back(word);
+  }
+  return words;
+}
+
+/// A value of a table file. "nan" stands for one that was not measured.
+bool ScanValue(std::string_view word, float& value, bool& measured) {
+  const Scan scan = ScanNumber(word, value);
+  measured = scan == Scan::Taken;
+  return scan != Scan::Missing;
+}
+
+constexpr std::size_t NumbersOfRow = 1 + AnalysisColumns - FirstValueColumn + 1;  // episode and values
+
+/// A row of a table file. Its numbers are the last words of the line, its name the first word before them.
+std::optional<AnalysisRow> ParseRow(std::string_view line) {
+  const std::vector<std::string_view> words = WordsOf(line);
+  if (words.size() < NumbersOfRow) return std::nullopt;
+  AnalysisRow row;
+  row.filled = true;
+  if (words.size() > NumbersOfRow) row.fileName = words.front();
+  std::size_t at = words.size() - NumbersOfRow;
+  std::string_view episode = words[at++];
+  if (ScanNumber(episode, row.episode) != Scan::Taken) return std::nullopt;
+  for (std::size_t c = FirstValueColumn; c <= AnalysisColumns; ++c) {
+    if (!ScanValue(words[at++], row.value[c], row.measured[c])) return std::nullopt;
+  }
+  return row;
+}
+
+std::string LineOr(std::string_view& rest, std::string_view otherwise) {
+  const auto line = NextLine(rest);
+  return std::string(line ? line->text : otherwise);
+}
+
+}  // namespace
+
+std::string SiblingFile(const std::string& path, std::string_view extension) {
+  const std::filesystem::path whole(path);
+  std::string stem = whole.filename().string();
+  stem.resize(std::min({stem.size(), stem.find('.'), LongestStem}));
+  return (whole.parent_path() / (stem + std::string(extension))).string();
+}
+
+std::string MeasuresHeader() {
+  std::string line;
+  for (const char* title : MeasuresTitles) line += FormatText(line.empty() ? "\"%s\"" : ", \"%s\"", title);
+  return line + " \n";
+}
+
+std::string MeasuresRow(const std::string& path, int count, const AnalysisRow& row) {
+  const auto column = [&row](std::size_t c) { return static_cast<double>(row.value[c]); };
+  return FormatText("\"%s\", %d, %d, ", path.c_str(), row.episode, count) +
+         Listed({column(13), column(14), column(5), column(6), column(16)}) +
+         FitFields(column(9), column(11)) + FitFields(column(8), column(10)) +
+         FitQuality(column(12), column(21)) + ' ' +
+         Listed({column(15), column(18), column(4), column(20), column(19), column(7)}) + '\n';
+}
+
+bool AppendMeasures() {
+  const AnalysisRow row = ResultsRow(Analysis.Measures, DataFileName(), Trace.EpisodeIndex);
+  return AppendRow(MeasuresHeader(), MeasuresRow(DataFilePath(), Analysis.MeasuresCount, row));
+}
+
+void SaveAnalysis() {
+  if (Analysis.MeasuresFileOpen == 0) {
+    Analysis.MeasuresFileName = SiblingFile(DataFilePath(), ".res");
+    if (Exists(Analysis.MeasuresFileName) && !ConfirmPopup("", AppendQuestion)) return;
+    ShowMeasuresFile();
+  }
+  AppendMeasures();
+}
+
+bool AppendMeanVariance(float mean, float variance) {
+  const ResponseMeasures& m = Analysis.Measures;
+  std::string row = FormatText("\"%s\",%d", DataFilePath().c_str(), Trace.EpisodeIndex);
+  for (const float value : {m.Baseline, m.BaselineVar, mean, variance, mean - m.Baseline,
+                            variance - m.BaselineVar, (variance - m.BaselineVar) / (mean - m.Baseline)}) {
+    row.append(", ").append(Fixed(value, 3));
+  }
+  return AppendRow(MeanVarianceHeader, row + '\n');
+}
+
+std::span<const AnalysisRow> FilledRows() {
+  const int rows = std::clamp(Analysis.TableRow - 1, 0, MaxAnalysisRows);
+  return std::span(Analysis.Rows).subspan(1, static_cast<std::size_t>(rows));
+}
+
+std::string TableText(std::span<const AnalysisRow> rows) {
+  std::string text = std::string(TableMagic) + '\n' + Model.ModelFileName + '\n' + Trace.TraceFileName + '\n';
+  for (int c = 2; c <= AnalysisColumns; ++c) text += FormatText(c > 2 ? " %s" : "%s", ColumnTitle(c));
+  text += FormatText("\n%zu\n", rows.size());
+  for (const AnalysisRow& row : rows) text += TableRowText(row);
+  return text;
+}
+
+std::string TableCsv(std::span<const AnalysisRow> rows) {
+  std::string text = "Row";
+  for (int c = 2; c <= AnalysisColumns; ++c) text += FormatText(",%s", ColumnTitle(c));
+  text += '\n';
+  int number = 0;
+  for (const AnalysisRow& row : rows) {
+    text += FormatText("%d,", ++number) + CsvText(row.fileName) + FormatText(",%d", row.episode);
+    for (std::size_t c = FirstValueColumn; c <= AnalysisColumns; ++c) {
+      text += ',';
+      if (row.measured[c]) text += Shortest(row.value[c]);
+    }
+    text += '\n';
+  }
+  return text;
+}
+
+void SaveResultsTable() {
+  const std::string path = SiblingFile(DataFilePath(), ".tbl");
+  if (ReplaceFile(path, TableText(FilledRows()))) ShowTableFile(path);
+}
+
+void ExportTableCsv() {
+  const auto path = FileSelectPopup({.title = ExportTitle,
+                                     .defaultName = SiblingFile(DataFileName(), ".csv"),
+                                     .filter = "*.csv",
+                                     .save = true});
+  if (!path) return;
+  if (ReplaceFile(*path, TableCsv(FilledRows())))
+    ShowTableFile(*path);
+  else
+    MessagePopup(FileErrorTitle, CannotWrite + *path);
+}
+
+std::optional<TableFile> ParseTable(std::string_view text) {
+  TableFile table;
+  if (!LineOr(text, "").starts_with(TableMagic)) return std::nullopt;
+  table.modelPath = LineOr(text, "");
+  table.dataPath = LineOr(text, "");
+  LineOr(text, "");  // titles
+  const std::string countLine = LineOr(text, "");
+  std::string_view count = countLine;
+  if (ScanNumber(count, table.count) != Scan::Taken || table.count < 0) return std::nullopt;
+  const auto rows = static_cast<std::size_t>(std::min(table.count, MaxAnalysisRows));
+  while (table.rows.size() < rows) {
+    const auto line = NextLine(text);
+    const bool whole = line && (line->ended || line->text.ends_with(' '));  // else its last number may be cut
+    const auto row = whole ? ParseRow(line->text) : std::nullopt;
+    if (!row) break;
+    table.rows.push_back(*row);
+  }
+  return table;
+}
+
+}  // namespace zelvane

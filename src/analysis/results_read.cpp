@@ -1,0 +1,97 @@
+#include "analysis/results_read.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <sstream>
+
+#include "analysis/analysis_panel.h"
+#include "analysis/results_files.h"
+#include "analysis/results_table.h"
+#include "io/model_file.h"
+#include "io/trace_read.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "screen/popups.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char LoadTitle[] = "Load Table of Analyzed Results.";
+constexpr char TooManyRows[] = "Table resutls file exceeds current Table size.";
+constexpr char CutTable[] = "The table ends early: %d of %d rows could be read.";
+constexpr std::size_t LongestTable = 64U << 20U;  // bytes; a thousand rows have less than one per cent of it
+constexpr std::size_t ExtensionLetters = 3;
+
+/// The text of a file, at most LongestTable bytes of it.
+std::optional<std::string> TextOf(const std::string& path) {
+  std::error_code error;
+  if (std::filesystem::is_directory(path, error)) return std::nullopt;
+  std::ifstream in(std::filesystem::path(path), std::ios::binary);
+  if (!in.is_open()) return std::nullopt;
+  std::string text(LongestTable, '\0');
+  in.read(text.data(), static_cast<std::streamsize>(text.size()));
+  text.resize(static_cast<std::size_t>(in.gcount()));
+  return text;
+}
+
+/// The path of the recording: its name is cut at its first full stop, and three letters follow it.
+std::string RecordingPath(const std::string& path) {
+  const std::string name = std::filesystem::path(path).filename().string();
+  const std::size_t stop = name.find('.');
+  return SiblingFile(path, stop == std::string::npos ? "" : name.substr(stop, 1 + ExtensionLetters));
+}
+
+void ReadNamedModel(const std::string& path) {
+  if (path.empty()) return;
+  Model.ModelFileName = SiblingFile(path, ".mod");
+  ModelFileRead();
+}
+
+/// Reads the recording of a table. False when the command is to end.
+bool ReadNamedRecording(const std::string& path) {
+  if (path.empty()) return true;
+  const std::string recording = RecordingPath(path);
+  if (!std::ifstream(std::filesystem::path(recording)).is_open()) {
+    FileErrorPopup(FileOpenFailed);
+    return false;
+  }
+  return TraceReadFile(recording);
+}
+
+void FillTable(const TableFile& table) {
+  if (table.count > MaxAnalysisRows) MessagePopup(NoticeTitle, TooManyRows);
+  const int wanted = std::min(table.count, MaxAnalysisRows);
+  const auto found = static_cast<int>(table.rows.size());
+  if (found < wanted) MessagePopup(FileErrorTitle, FormatText(CutTable, found, table.count));
+  std::copy(table.rows.begin(), table.rows.end(), Analysis.Rows.begin() + 1);
+  Analysis.TableRow = found + 1;
+  ShowResultsTable();
+  MarkTableRow(found);
+}
+
+}  // namespace
+
+void ReadResultsTable() {
+  const auto path = FileSelectPopup({.title = LoadTitle, .defaultName = "*.tbl", .filter = "*.tbl;*.*"});
+  if (!path) return;
+  ShowTableFile(*path);
+  const auto text = TextOf(*path);
+  if (!text) {
+    FileErrorPopup(FileOpenFailed);
+    return;
+  }
+  const auto table = ParseTable(*text);
+  if (!table) {
+    FileErrorPopup(WrongFileFormat);
+    return;
+  }
+  ClearResultsTable();
+  ReadNamedModel(table->modelPath);
+  if (!ReadNamedRecording(table->dataPath)) return;
+  RefreshAnalysisView();
+  FillTable(*table);
+}
+
+}  // namespace zelvane

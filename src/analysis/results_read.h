@@ -1,0 +1,11 @@
+// Reading a results table back, with the model and the recording that it names.
+#pragma once
+
+namespace zelvane {
+
+/// Asks for a table file (*.tbl), empties the table, reads the model and the recording that the file names,
+/// and fills the table with its rows. A file of another kind changes nothing. A table without a recording (of
+/// simulated responses) is read without one.
+void ReadResultsTable();
+
+}  // namespace zelvane

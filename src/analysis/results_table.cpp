@@ -1,0 +1,111 @@
+#include "analysis/results_table.h"
+
+#include <algorithm>
+#include <array>
+
+#include "analysis/analysis_panel.h"
+#include "analysis/analyze.h"
+#include "fit/fit_store.h"
+#include "io/trace_store.h"
+#include "screen/popups.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char TableFull[] =
+    "You have exceeded the capacity of the table. Clear table before analyzing more events.";
+
+constexpr std::array<const char*, AnalysisColumns + 1> Titles = {
+    "",          "",          "Filename", "Episode",        "Base",    "Amp",
+    "Risetime",  "Width",     "FitAmp1",  "Tau1",           "FitAmp2", "Tau2",
+    "Offset",    "LatRise",   "LatPeak",  "Integral",       "Slope",   "Risepts",
+    "Coastline", "FracDecay", "BaseVar",  "Goodness-of-Fit"};
+
+/// A value and whether it was measured.
+void Put(AnalysisRow& row, std::size_t column, float value, bool measured) {
+  row.value[column] = value;
+  row.measured[column] = measured;
+}
+
+void PutMeasures(AnalysisRow& row, const ResponseMeasures& m) {
+  const auto made = [&m](unsigned bit) { return (m.measured & bit) != 0; };
+  Put(row, 4, m.Baseline, made(MeasuredBaseline));
+  Put(row, 5, m.PeakValue - m.Baseline, made(MeasuredAmplitude));
+  Put(row, 6, m.RiseTime, made(MeasuredRise));
+  Put(row, 7, m.FracWidth, made(MeasuredWidth));
+  Put(row, 13, m.LatencyRise, made(MeasuredLatencyRise));
+  Put(row, 14, m.LatencyPeak, made(MeasuredPeak));
+  Put(row, 15, m.Integral, made(MeasuredIntegral));
+  Put(row, 16, m.RiseSlope, made(MeasuredSlope));
+  Put(row, 17, static_cast<float>(m.RisePoints), made(MeasuredRise));
+  Put(row, 18, m.Coastline, made(MeasuredIntegral));
+  Put(row, 19, m.DecayTime, made(MeasuredDecay));
+  Put(row, 20, m.BaselineVar, made(MeasuredVariance));
+}
+
+/// Without a fit its columns hold 0 and show nothing.
+void PutFit(AnalysisRow& row) {
+  const bool ran = Analysis.FitRan != 0;
+  const bool two = ran && Fit.FitMode == FitTwoDecays;
+  Put(row, 8, static_cast<float>(Fit.FitAmp1), ran);
+  Put(row, 9, static_cast<float>(Fit.FitTau1), ran);
+  Put(row, 10, static_cast<float>(Fit.FitAmp2), two);
+  Put(row, 11, static_cast<float>(Fit.FitTau2), two);
+  Put(row, 12, static_cast<float>(Fit.FitOffset), ran);
+  Put(row, 21, Fit.FitGoodness, ran);
+}
+
+AnalysisRow& RowAt(int row) {
+  return Analysis.Rows[static_cast<std::size_t>(row)];
+}
+
+}  // namespace
+
+const char* ColumnTitle(int column) {
+  return Titles[static_cast<std::size_t>(std::clamp(column, 1, AnalysisColumns))];
+}
+
+AnalysisRow ResultsRow(const ResponseMeasures& measures, const std::string& fileName, int episode) {
+  AnalysisRow row;
+  row.fileName = fileName;
+  row.episode = episode;
+  row.filled = true;
+  PutMeasures(row, measures);
+  PutFit(row);
+  return row;
+}
+
+bool TableAddRow(int row) {
+  if (row + 1 > MaxAnalysisRows) {
+    MessagePopup(NoticeTitle, TableFull);
+    return false;
+  }
+  RewriteRow(row);
+  MarkTableRow(row);
+  return true;
+}
+
+void RewriteRow(int row) {
+  RowAt(row) = ResultsRow(Analysis.Measures, DataFileName(), Trace.EpisodeIndex);
+  ShowTableRow(row);
+}
+
+void DeleteLastRow() {
+  Analysis.Measures.measured = 0;
+  Analysis.MeasuresCount = 0;
+  Analysis.MeasuresFileOpen = 0;
+  Analysis.TableRow = std::max(Analysis.TableRow - 1, 1);
+  if (Analysis.TableRow <= MaxAnalysisRows) RowAt(Analysis.TableRow) = AnalysisRow{};
+  ShowMeasures();
+  ClearAnalysisPlots();
+  if (Analysis.TableRow <= MaxAnalysisRows) ShowTableRow(Analysis.TableRow);
+  MarkTableRow(Analysis.TableRow - 1);
+}
+
+void ClearResultsTable() {
+  for (AnalysisRow& row : Analysis.Rows) row = AnalysisRow{};
+  Analysis.TableRow = 1;
+  ShowResultsTable();
+}
+
+}  // namespace zelvane

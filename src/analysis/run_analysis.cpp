@@ -1,0 +1,110 @@
+#include "analysis/run_analysis.h"
+
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+
+#include "analysis/analysis_panel.h"
+#include "analysis/analyze.h"
+#include "analysis/results_files.h"
+#include "io/trace_store.h"
+#include "platform/safe_file.h"
+#include "screen/popups.h"
+#include "sim/result_store.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char ExportTitle[] = "Export Analysis Results";
+constexpr char AppendTitle[] = "! File Present; Append";
+constexpr char AppendText[] = "The results of this simulation are added to the end of ";
+constexpr char CannotWrite[] = "The results could not be written to ";
+constexpr float SmallestVariance = 0.0001F;
+
+RunAverages& Averages() {
+  static RunAverages averages;
+  return averages;
+}
+
+/// A number as "%.6e" writes it.
+void AppendExponential(std::string& text, float value) {
+  char digits[32];
+  text.append(digits, std::to_chars(digits, digits + sizeof digits, static_cast<double>(value),
+                                    std::chars_format::scientific, 6)
+                          .ptr);
+}
+
+}  // namespace
+
+void AddToAverages(RunAverages& averages, std::span<const float> trace) {
+  if (averages.runs == 0) {
+    averages.mean.assign(trace.size(), 0.0F);
+    averages.variance.assign(trace.size(), 0.0F);
+  }
+  const std::size_t points = std::min(trace.size(), averages.mean.size());
+  for (std::size_t i = 0; i < points; ++i) averages.mean[i] += trace[i];
+  for (std::size_t i = 0; averages.runs > 0 && i < std::min(points, averages.previous.size()); ++i) {
+    const float difference = trace[i] - averages.previous[i];
+    averages.variance[i] += difference * difference;
+  }
+  averages.previous.assign(trace.begin(), trace.end());
+  ++averages.runs;
+}
+
+void FinishAverages(RunAverages& averages) {
+  if (averages.runs < 2) return;
+  for (float& value : averages.mean) value /= static_cast<float>(averages.runs);
+  for (float& value : averages.variance) value /= static_cast<float>(averages.runs - 1);
+}
+
+std::string VarianceText(const RunAverages& averages) {
+  std::string text;
+  for (std::size_t i = 0; i < averages.mean.size(); ++i) {
+    if (averages.mean[i] == 0.0F || !(averages.variance[i] > SmallestVariance)) continue;
+    AppendExponential(text, averages.mean[i]);
+    text += ", ";
+    AppendExponential(text, averages.variance[i]);
+    text += ",\n";
+  }
+  return text;
+}
+
+bool BeginRunAnalysis() {
+  const auto path =
+      FileSelectPopup({.title = ExportTitle, .defaultName = "*.res", .filter = "*.res", .save = true});
+  if (!path) return false;
+  std::error_code error;
+  if (std::filesystem::exists(*path, error)) MessagePopup(AppendTitle, AppendText + *path);
+  Averages() = RunAverages{};
+  Result.ResultsFileName = *path;
+  Analysis.MeasuresFileName = *path;
+  Analysis.MeasuresFileOpen = 1;
+  Analysis.MeasuresCount = 0;
+  ShowMeasuresFile();
+  return true;
+}
+
+void AnalyzeRun(int /*run*/) {
+  ReadAnalysisPanel();
+  if (MeasureTrace()) {
+    ShowMeasures();
+    if (!AppendMeasures() && Averages().runs == 0) {
+      MessagePopup(FileErrorTitle, CannotWrite + Analysis.MeasuresFileName);
+    }
+  }
+  AddToAverages(Averages(), RecordedTrace());
+}
+
+void EndRunAnalysis() {
+  RunAverages& averages = Averages();
+  if (averages.runs > 1) {
+    FinishAverages(averages);
+    const std::string path = SiblingFile(Result.ResultsFileName, ".var");
+    if (!ReplaceFile(path, VarianceText(averages))) MessagePopup(FileErrorTitle, CannotWrite + path);
+  }
+  averages = RunAverages{};
+  Analysis.MeasuresFileOpen = 0;
+  ShowMeasuresFile();
+}
+
+}  // namespace zelvane

@@ -1,0 +1,285 @@
+#include "headless/measure_command.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <ostream>
+#include <set>
+
+#include "analysis/analysis_store.h"
+#include "analysis/analyze.h"
+#include "analysis/results_files.h"
+#include "analysis/results_table.h"
+#include "headless/internal/job_settings.h"
+#include "headless/internal/json_values.h"
+#include "headless/internal/words.h"
+#include "io/trace_hooks.h"
+#include "io/trace_read.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "noise/gaussian_filter.h"
+#include "noise/noise_store.h"
+#include "platform/abf/abf.h"
+#include "platform/safe_file.h"
+#include "screen/screen.h"
+#include "shell/application.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char Interrupted[] = "stopped; nothing was written";
+constexpr char MeasuringText[] = "measuring";
+constexpr int ProgressSteps = 100;
+
+/// The recording that is measured, sweep after sweep, into `Trace.SimTrace`.
+struct Recording {
+  AbfHandle abf;  // nothing = a text, read anew for each sweep
+  int channel = 0;
+  int sweeps = 1;
+  std::string units;
+};
+
+std::string ExtensionOf(const std::string& path) {
+  std::string extension = std::filesystem::path(path).extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  return extension;
+}
+
+bool CanWrite(const std::string& path) {
+  const std::string extension = ExtensionOf(path);
+  return extension == ".csv" || extension == ".res" || extension == ".tbl";
+}
+
+/// Answers what reading a text asks, and tells each message once however many sweeps bring it.
+class MeasuringScreen {
+ public:
+  explicit MeasuringScreen(int signal) {
+    former_ = SetFrontEnd({});
+    FrontEnd own = former_;
+    own.message = [this](std::string_view title, std::string_view text) {
+      if (told_.emplace(text).second && former_.message) former_.message(title, text);
+    };
+    own.confirm = [](std::string_view, std::string_view) { return true; };
+    own.modal = [signal](Panel&, std::string_view) {
+      if (FindControl("Signal") != nullptr) ShowNumber("Signal", signal);
+      return true;
+    };
+    SetFrontEnd(std::move(own));
+  }
+  ~MeasuringScreen() { SetFrontEnd(std::move(former_)); }
+  MeasuringScreen(const MeasuringScreen&) = delete;
+  MeasuringScreen& operator=(const MeasuringScreen&) = delete;
+
+ private:
+  FrontEnd former_;
+  std::set<std::string> told_;
+};
+
+std::vector<int> ChannelsOf(const AbfHeader& header) {
+  const auto& sequence = header.samplingSequence;
+  return {sequence.begin(), std::find(sequence.begin(), sequence.end(), -1)};
+}
+
+/// Takes the channel asked for, or the first. False, told, when the file has no such channel.
+bool TakeChannel(const AbfHeader& header, const MeasureOptions& options, Recording& recording,
+                 std::ostream& err) {
+  const std::vector<int> channels = ChannelsOf(header);
+  if (channels.empty()) return false;
+  recording.channel = options.channel.value_or(channels.front());
+  if (std::find(channels.begin(), channels.end(), recording.channel) != channels.end()) return true;
+  err << options.file << ": no channel " << recording.channel << "; it has";
+  for (const int channel : channels) err << ' ' << channel;
+  err << '\n';
+  return false;
+}
+
+int OpenAbf(const MeasureOptions& options, Recording& recording, std::ostream& err) {
+  AbfHeader header;
+  int samples = 0;
+  std::string why;
+  recording.abf = OpenABFFile(options.file, header, samples, recording.sweeps, &why);
+  if (!recording.abf) {
+    err << options.file << ": " << why << '\n';
+    return JobFailed;
+  }
+  if (!TakeChannel(header, options, recording, err)) return JobMisused;
+  if (samples > MaxStimPoints) {
+    err << options.file << ": a sweep of " << samples << " samples; " << MaxStimPoints
+        << " can be measured\n";
+    return JobFailed;
+  }
+  Trace.TraceFileName = options.file;
+  Trace.EpisodeCount = recording.sweeps;
+  Trace.RecordedChannel = recording.channel;
+  Model.ADInterval = static_cast<float>(header.sampleInterval / 1000.0);
+  recording.units = header.channelUnits[static_cast<std::size_t>(recording.channel)];
+  return JobDone;
+}
+
+int OpenRecording(const MeasureOptions& options, Recording& recording, std::ostream& err) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(options.file, error)) {
+    err << options.file << ": no such file\n";
+    return JobFailed;
+  }
+  int format = 0;
+  if (IsABFFile(options.file, format)) return OpenAbf(options, recording, err);
+  if (!TraceReadFile(options.file)) {
+    err << options.file << ": no recording that can be read\n";
+    return JobFailed;
+  }
+  recording.sweeps = Trace.EpisodeCount;
+  return JobDone;
+}
+
+/// Brings a sweep into the trace. False when the file does not hold it.
+bool ReadSweepOf(const Recording& recording, int sweep) {
+  Trace.EpisodeIndex = sweep;
+  if (!recording.abf) {
+    TraceReloadEpisode();
+    return Trace.TraceValid != 0;
+  }
+  const int samples = SweepLength(*recording.abf, sweep);
+  if (samples < 1 || samples > MaxStimPoints) return false;
+  const std::span<float> trace = Trace.SimTrace.first(static_cast<std::size_t>(samples));
+  if (ReadSweep(*recording.abf, recording.channel, sweep, 0, trace) != samples) return false;
+  Trace.SimTraceUsed = std::max(Trace.SimTraceUsed, samples);
+  Model.NumPoints = samples;
+  Noise.RecordPoints = samples;
+  Trace.TraceValid = 1;
+  Trace.RsCorrected = 0;
+  return true;
+}
+
+void PrepareSweep(const MeasureOptions& options) {
+  const auto samples = static_cast<std::size_t>(Model.NumPoints);
+  if (options.filterKHz) {
+    GaussianFilter(Trace.SimTrace.first(samples), static_cast<float>(*options.filterKHz));
+  }
+  if (options.correct) AfterRead.correct();
+}
+
+/// Measures the sweeps asked for. False, told, when one could not be read or the user stopped.
+bool MeasureSweeps(const MeasureOptions& options, const Recording& recording, std::vector<AnalysisRow>& rows,
+                   const JobStreams& streams) {
+  const int last = options.sweeps.last == 0 ? recording.sweeps : options.sweeps.last;
+  const int step = std::max((last - options.sweeps.first + 1) / ProgressSteps, 1);
+  const std::string name = DataFileName();
+  for (int sweep = options.sweeps.first; sweep <= last; ++sweep) {
+    if (streams.stop != nullptr && streams.stop->load()) {
+      streams.err << Interrupted << '\n';
+      return false;
+    }
+    const int done = sweep - options.sweeps.first;
+    if (done % step == 0) {
+      ShowProgress(static_cast<double>(done) / (last - options.sweeps.first + 1), MeasuringText);
+    }
+    if (!ReadSweepOf(recording, sweep)) {
+      streams.err << options.file << ": sweep " << sweep << " cannot be read\n";
+      return false;
+    }
+    PrepareSweep(options);
+    MeasureTrace();
+    rows.push_back(ResultsRow(Analysis.Measures, name, sweep));
+  }
+  ResetProgress();
+  return true;
+}
+
+std::string MeasuresText(const std::vector<AnalysisRow>& rows) {
+  std::string text = MeasuresHeader();
+  int count = 0;
+  for (const AnalysisRow& row : rows) text += MeasuresRow(DataFilePath(), count++, row);
+  return text;
+}
+
+std::string FileText(const std::string& path, const std::vector<AnalysisRow>& rows) {
+  const std::string extension = ExtensionOf(path);
+  if (extension == ".tbl") return TableText(rows);
+  return extension == ".res" ? MeasuresText(rows) : TableCsv(rows);
+}
+
+Json RowJson(const AnalysisRow& row) {
+  Json json;
+  json["sweep"] = row.episode;
+  for (std::size_t c = FirstValueColumn; c <= AnalysisColumns; ++c) {
+    json[ColumnTitle(static_cast<int>(c))] = row.measured[c] ? FloatJson(row.value[c]) : Json(nullptr);
+  }
+  return json;
+}
+
+void WriteJson(const MeasureOptions& options, const Recording& recording,
+               const std::vector<AnalysisRow>& rows, std::ostream& out) {
+  Json json;
+  json["file"] = options.file;
+  if (recording.abf) json["channel"] = recording.channel;
+  if (!recording.units.empty()) json["units"] = recording.units;
+  json["interval"] = TypedJson(Model.ADInterval);
+  json["rows"] = Json::array();
+  for (const AnalysisRow& row : rows) json["rows"].push_back(RowJson(row));
+  out << JsonLine(json) << '\n';
+}
+
+/// What is wrong with the command line, as far as the file need not be known.
+std::string MisuseOf(const MeasureOptions& options) {
+  if (!options.outFile.empty() && !CanWrite(options.outFile)) {
+    return options.outFile + ": the name of a file of measures ends in .csv, .res or .tbl";
+  }
+  if (options.filterKHz && !(*options.filterKHz > 0.0)) return "--filter: a corner above 0 kHz is needed";
+  return {};
+}
+
+int WriteResults(const MeasureOptions& options, const Recording& recording,
+                 const std::vector<AnalysisRow>& rows, const JobStreams& streams) {
+  if (!options.outFile.empty() && !ReplaceFile(options.outFile, FileText(options.outFile, rows))) {
+    streams.err << options.outFile << ": cannot be written\n";
+    return JobFailed;
+  }
+  if (options.json)
+    WriteJson(options, recording, rows, streams.out);
+  else if (options.outFile.empty())
+    streams.out << TableCsv(rows);
+  else
+    streams.out << rows.size() << " sweeps measured: " << options.outFile << '\n';
+  return JobDone;
+}
+
+}  // namespace
+
+std::optional<SweepRange> ParseSweeps(std::string_view text) {
+  const std::size_t dash = text.find('-');
+  const auto first = WholeNumber(text.substr(0, dash));
+  const auto last = dash == std::string_view::npos ? first : WholeNumber(text.substr(dash + 1));
+  if (!first || !last || *first < 1 || *last < *first) return std::nullopt;
+  return SweepRange{*first, *last};
+}
+
+int MeasureCommand(const MeasureOptions& options, const JobStreams& streams) {
+  const std::string misuse = MisuseOf(options);
+  if (!misuse.empty()) {
+    streams.err << misuse << '\n';
+    return JobMisused;
+  }
+  const JobScreen screen(streams);
+  StartJob({});
+  ConnectHooks();
+  if (!options.model.empty() && !ReadJobModel(options.model, streams)) return JobFailed;
+  if (options.correct && AfterRead.correct == nullptr) {
+    streams.err << "--rscm: this version cannot correct for series resistance\n";
+    return JobFailed;
+  }
+  const MeasuringScreen answers(options.channel.value_or(1));
+  Recording recording;
+  const int opened = OpenRecording(options, recording, streams.err);
+  if (opened != JobDone) return opened;
+  if (!ApplySettings(options.settings, streams.err)) return JobMisused;
+  if (std::max(options.sweeps.first, options.sweeps.last) > recording.sweeps) {
+    streams.err << options.file << ": it has " << recording.sweeps << " sweeps\n";
+    return JobMisused;
+  }
+  std::vector<AnalysisRow> rows;
+  if (!MeasureSweeps(options, recording, rows, streams)) return JobFailed;
+  return WriteResults(options, recording, rows, streams);
+}
+
+}  // namespace zelvane

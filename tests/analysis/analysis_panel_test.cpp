@@ -1,0 +1,200 @@
+// AnalysisPanel as a user presses it, with recordings that other programs made.
+#include <atomic>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <numeric>
+#include <sstream>
+
+#include "analysis/analysis_store.h"
+#include "headless/measure_command.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "screen/screen.h"
+#include "support/drive_test.h"
+
+namespace zelvane {
+namespace {
+
+const std::string Steps = std::string(ZELVANE_TEST_DATA) + "/recordings/abf2/18702001-step.abf";
+
+class AnalysisPanelTest : public DriveTest {
+ protected:
+  AnalysisPanelTest() {
+    std::ifstream in(Steps, std::ios::binary);
+    std::ofstream(recording, std::ios::binary) << in.rdbuf();
+  }
+  std::string Opened(const std::string& rest) {
+    return "open \"" + recording + "\"\npress Analysis\nenter FitMode 0\nenter BaselinePts 10\n" +
+           "enter StartAnalysis 20\nenter PeakSearchPts 200\n" + rest;
+  }
+  std::string recording = folder.File("step.abf");
+};
+
+TEST_F(AnalysisPanelTest, APressOfAnalyzeMeasuresTheSweepInViewAndAddsARow) {
+  const auto lines = Run(Opened("press AN_AnalyzeButton\nget TableRow\n"));
+  ASSERT_EQ(status, 0);
+  EXPECT_EQ(LastValue(lines), 2);
+  // Plain computation over the samples that the recording's reader brought.
+  const int start = 1000 / static_cast<int>(std::lround(Model.ADInterval * 1000.0F));
+  double sum = 0.0;
+  for (int i = start; i < start + Analysis.BaselinePts; ++i) sum += static_cast<double>(Trace.SimTrace[i]);
+  const double baseline = sum / Analysis.BaselinePts;
+  EXPECT_NEAR(Analysis.Measures.Baseline, baseline, 1e-3);
+  int peak = -1;
+  double best = -1.0;
+  const int from = static_cast<int>(Analysis.StartAnalysis / Model.ADInterval);
+  for (int i = from; i <= from + Analysis.PeakSearchPts && i < Model.NumPoints; ++i) {
+    const double deviation = std::abs(static_cast<double>(Trace.SimTrace[i] - Analysis.Measures.Baseline));
+    if (deviation > best) peak = i;
+    best = std::max(best, deviation);
+  }
+  EXPECT_EQ(Analysis.Measures.PeakPos, peak);
+  EXPECT_EQ(Analysis.Rows[1].value[5], Trace.SimTrace[peak] - Analysis.Measures.Baseline);
+}
+
+TEST_F(AnalysisPanelTest, AnalyzeAllGivesTheRowsOfTheCommandLine) {
+  Run(Opened("press AN_AutoAnalyzeButton\n"));
+  const int rows = Analysis.TableRow - 1;
+  ASSERT_GT(rows, 1);
+  EXPECT_EQ(rows, Trace.EpisodeCount);
+  EXPECT_EQ(Trace.EpisodeIndex, 1);
+  const std::vector<AnalysisRow> panel(Analysis.Rows.begin() + 1, Analysis.Rows.begin() + 1 + rows);
+  MeasureOptions options;
+  options.file = recording;
+  options.settings = {"FitMode=0", "StartAnalysis=20"};
+  options.settings.push_back("BaselinePts=" + std::to_string(Analysis.BaselinePts));
+  options.settings.push_back("PeakSearchPts=" + std::to_string(Analysis.PeakSearchPts));
+  options.json = true;
+  std::ostringstream out;
+  std::ostringstream err;
+  ASSERT_EQ(MeasureCommand(options, {out, err}), JobDone) << err.str();
+  const auto json = nlohmann::json::parse(out.str());
+  ASSERT_EQ(json["rows"].size(), panel.size());
+  for (std::size_t i = 0; i < panel.size(); ++i) {
+    const auto& row = json["rows"][i];
+    EXPECT_EQ(row["Base"].get<float>(), panel[i].value[4]) << i;
+    EXPECT_EQ(row["Amp"].get<float>(), panel[i].value[5]) << i;
+    EXPECT_EQ(row["Risetime"].is_null(), !panel[i].measured[6]) << i;
+    if (panel[i].measured[6]) {
+      EXPECT_EQ(row["Risetime"].get<float>(), panel[i].value[6]) << i;
+    }
+    EXPECT_EQ(row["Integral"].get<float>(), panel[i].value[15]) << i;
+  }
+}
+
+TEST_F(AnalysisPanelTest, TheStopSwitchActsBeforeTheNextEpisode) {
+  const auto lines = Run(Opened("during 3 press FxnStopAn\npress AN_AutoAnalyzeButton\nget TableRow\n"));
+  EXPECT_EQ(LastValue(lines), 3) << "two episodes were measured";
+}
+
+TEST_F(AnalysisPanelTest, AnalyzeNextStopsAtTheEndWithoutWrapping) {
+  const auto lines = Run(Opened("key AnalysisPanel End\nget EpisodeIndex\npress AN_AnalyzeNextButton\n"));
+  EXPECT_EQ(lines.back()["text"], "You have reached the end of the file.");
+  EXPECT_EQ(Trace.EpisodeIndex, Trace.EpisodeCount);
+  EXPECT_EQ(Analysis.TableRow, 1);
+}
+
+TEST_F(AnalysisPanelTest, AClickOnAnEpisodeShowsItsSweepAndMeasuresItAgain) {
+  Run(Opened(
+      "press AN_AutoAnalyzeButton\nclick AnalysisTable 2 2\nget EpisodeIndex\nclick AnalysisTable 2 3\n"));
+  EXPECT_EQ(Trace.EpisodeIndex, 2);
+  EXPECT_EQ(TableNamed("AnalysisTable").markedRow, 2);
+  EXPECT_NE(Analysis.Measures.measured, 0U);
+  Analysis.Rows[3].fileName = "other.abf";
+  EXPECT_EQ(ClickCell(TableNamed("AnalysisTable"), 3, 3), "");
+  EXPECT_EQ(Trace.EpisodeIndex, 2) << "a row of another file changes nothing";
+}
+
+TEST_F(AnalysisPanelTest, ATableReadsBackWithItsRecording) {
+  const auto lines = Run(
+      Opened("press AN_AutoAnalyzeButton\npress AN_SaveTable\npress AN_ClearTable\nget TableRow\nchoose \"" +
+             folder.File("step.tbl") + "\"\npress AN_ReadTable\nget TableRow\n"));
+  EXPECT_EQ(LastValue(lines).get<int>(), Trace.EpisodeCount + 1);
+  EXPECT_EQ(Analysis.Rows[2].episode, 2);
+  std::filesystem::remove(recording);
+  const auto gone = Run("choose \"" + folder.File("step.tbl") + "\"\npress AN_ReadTable\nget TableRow\n");
+  EXPECT_EQ(gone[gone.size() - 2]["text"], "IO Error 100: FileOpen failed");
+  EXPECT_EQ(LastValue(gone), 1);
+}
+
+TEST_F(AnalysisPanelTest, CursorsAndFieldsMoveEachOther) {
+  const auto lines = Run(
+      "enter NumPoints 1000\nenter ADInterval 0.1\nset SimulatorKind 0\npress AcquireData\npress Analysis\n"
+      "enter BaselinePts 2\nget BaselinePts\nenter BaselineStart 2.5\ncursor AnalysisPanel 1 40\n"
+      "cursor AnalysisPanel 2 10\ncursor AnalysisPanel 3 100\ncursor AnalysisPanel 4 250\n"
+      "cursor AnalysisPanel 9 77\nenter PeakSearchPts 95\nget PeakSearchPts\n");
+  EXPECT_EQ(Analysis.BaselinePts, 20) << "2 ms";
+  EXPECT_FLOAT_EQ(Analysis.BaselineStart, 4.0F);
+  EXPECT_FLOAT_EQ(Analysis.StartAnalysis, 10.0F);
+  EXPECT_FLOAT_EQ(Analysis.LatencyPos, 7.7F);
+  EXPECT_EQ(LastValue(lines), 1000 - 100 - 10) << "a stretch past the end is cut";
+  const Graph& graph = GraphNamed("AnalysisPanel");
+  EXPECT_EQ(graph.cursors[1].x, 60.0) << "snapped back to cursor 1 plus the width";
+  EXPECT_FALSE(graph.cursors[4].enabled);
+}
+
+TEST_F(AnalysisPanelTest, RangeCommandsFollowTheirRules) {
+  const auto view = [](const std::vector<nlohmann::json>& lines) {
+    return lines.back()["axes"]["x"]["max"].get<double>();
+  };
+  const std::string start =
+      "enter NumPoints 1000\nset SimulatorKind 0\npress AcquireData\npress Analysis\npress "
+      "AnalysisFullScale\n";
+  EXPECT_EQ(view(Run(start + "press AnalysisExpand\ngraph AnalysisPanel\n")), 800.0);
+  EXPECT_EQ(view(Run(start + "press AnalysisExpand\npress AnalysisCompress\ngraph AnalysisPanel\n")), 960.0);
+  EXPECT_EQ(view(Run(start + "press AnalysisCompress\ngraph AnalysisPanel\n")), 1000.0);
+  EXPECT_EQ(
+      view(Run(start + "press FxnMenuZoomArea\ncursor AnalysisPanel 5 300 1\ncursor AnalysisPanel 6 120 "
+                       "-1\npress AnalysisZoom\ngraph AnalysisPanel\n")),
+      300.0);
+}
+
+TEST_F(AnalysisPanelTest, WithoutATraceNothingIsMeasuredAndWithAFitModeThePanelSaysThatNoFitRan) {
+  Run("press Analysis\npress AN_AnalyzeButton\npress AN_AutoAnalyzeButton\n");
+  EXPECT_EQ(Analysis.TableRow, 1);
+  const auto lines =
+      Run(Opened("enter FitMode 1\npress AN_AnalyzeButton\ncell AnalysisTable 1 8\ncontrol FitAmp1\n"
+                 "control AnalysisFitNote\n"));
+  EXPECT_EQ(lines[lines.size() - 3]["value"], "");
+  EXPECT_EQ(lines[lines.size() - 2]["value"], "");
+  EXPECT_EQ(lines.back()["value"], "No exponential fit ran.");
+}
+
+TEST(ParseSweepsTest, TakesARangeOrOneSweep) {
+  const auto range = ParseSweeps("3-10");
+  ASSERT_TRUE(range);
+  EXPECT_EQ(range->first, 3);
+  EXPECT_EQ(range->last, 10);
+  EXPECT_EQ(ParseSweeps("7")->last, 7);
+  for (const char* wrong : {"", "0", "5-2", "-3", "a-b", "1-2-3"}) EXPECT_FALSE(ParseSweeps(wrong)) << wrong;
+}
+
+TEST_F(AnalysisPanelTest, TheCommandLineRefusesWhatItCannotDo) {
+  const auto run = [this](auto change) {
+    MeasureOptions options;
+    options.file = recording;
+    change(options);
+    std::ostringstream out;
+    std::ostringstream err;
+    const int result = MeasureCommand(options, {out, err});
+    EXPECT_NE(err.str(), "");
+    return result;
+  };
+  EXPECT_EQ(run([](MeasureOptions& o) { o.outFile = "x.txt"; }), JobMisused);
+  EXPECT_EQ(run([](MeasureOptions& o) { o.channel = 15; }), JobMisused);
+  EXPECT_EQ(run([](MeasureOptions& o) { o.sweeps = {1, 10000}; }), JobMisused);
+  EXPECT_EQ(run([](MeasureOptions& o) { o.settings = {"NoSuchField=1"}; }), JobMisused);
+  EXPECT_EQ(run([](MeasureOptions& o) { o.file += "x"; }), JobFailed);
+  std::atomic<bool> stop = true;
+  MeasureOptions options;
+  options.file = recording;
+  options.outFile = folder.File("stopped.csv");
+  std::ostringstream out;
+  std::ostringstream err;
+  EXPECT_EQ(MeasureCommand(options, {out, err, &stop}), JobFailed);
+  EXPECT_FALSE(std::filesystem::exists(options.outFile));
+}
+
+}  // namespace
+}  // namespace zelvane
