@@ -273,6 +273,7 @@ int MeasureCommand(const MeasureOptions& options, const JobStreams& streams) {
   const int opened = OpenRecording(options, recording, streams.err);
   if (opened != JobDone) return opened;
   if (!ApplySettings(options.settings, streams.err)) return JobMisused;
+  WriteAllControls();  // the correction reads its panel
   if (std::max(options.sweeps.first, options.sweeps.last) > recording.sweeps) {
     streams.err << options.file << ": it has " << recording.sweeps << " sweeps\n";
     return JobMisused;
