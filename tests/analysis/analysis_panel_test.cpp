@@ -25,7 +25,7 @@ class AnalysisPanelTest : public DriveTest {
     std::ofstream(recording, std::ios::binary) << in.rdbuf();
   }
   std::string Opened(const std::string& rest) {
-    return "open \"" + recording + "\"\npress Analysis\nenter FitMode 0\nenter BaselinePts 10\n" +
+    return "reply ok\nopen \"" + recording + "\"\npress Analysis\nenter FitMode 0\nenter BaselinePts 10\n" +
            "enter StartAnalysis 20\nenter PeakSearchPts 200\n" + rest;
   }
   std::string recording = folder.File("step.abf");
@@ -109,7 +109,7 @@ TEST_F(AnalysisPanelTest, AClickOnAnEpisodeShowsItsSweepAndMeasuresItAgain) {
 TEST_F(AnalysisPanelTest, ATableReadsBackWithItsRecording) {
   const auto lines = Run(
       Opened("press AN_AutoAnalyzeButton\npress AN_SaveTable\npress AN_ClearTable\nget TableRow\nchoose \"" +
-             folder.File("step.tbl") + "\"\npress AN_ReadTable\nget TableRow\n"));
+             folder.File("step.tbl") + "\"\nreply ok\npress AN_ReadTable\nget TableRow\n"));
   EXPECT_EQ(LastValue(lines).get<int>(), Trace.EpisodeCount + 1);
   EXPECT_EQ(Analysis.Rows[2].episode, 2);
   std::filesystem::remove(recording);
