@@ -154,7 +154,7 @@ std::vector<std::string_view> WordsOf(std::string_view line) {
 bool ScanValue(std::string_view word, float& value, bool& measured) {
   const Scan scan = ScanNumber(word, value);
   measured = scan == Scan::Taken;
-  return scan != Scan::Missing;
+  return scan != Scan::Missing && word.empty();
 }
 
 constexpr std::size_t NumbersOfRow = 1 + AnalysisColumns - FirstValueColumn + 1;  // episode and values
@@ -168,7 +168,7 @@ std::optional<AnalysisRow> ParseRow(std::string_view line) {
   if (words.size() > NumbersOfRow) row.fileName = words.front();
   std::size_t at = words.size() - NumbersOfRow;
   std::string_view episode = words[at++];
-  if (ScanNumber(episode, row.episode) != Scan::Taken) return std::nullopt;
+  if (ScanNumber(episode, row.episode) != Scan::Taken || !episode.empty()) return std::nullopt;
   for (std::size_t c = FirstValueColumn; c <= AnalysisColumns; ++c) {
     if (!ScanValue(words[at++], row.value[c], row.measured[c])) return std::nullopt;
   }
@@ -286,8 +286,8 @@ std::optional<TableFile> ParseTable(std::string_view text) {
   const auto rows = static_cast<std::size_t>(std::min(table.count, MaxAnalysisRows));
   while (table.rows.size() < rows) {
     const auto line = NextLine(text);
-    const bool whole = line && (line->ended || line->text.ends_with(' '));  // else its last number may be cut
-    const auto row = whole ? ParseRow(line->text) : std::nullopt;
+    // A line without its end may have lost a number, or the tail of one.
+    const auto row = line && line->ended ? ParseRow(line->text) : std::nullopt;
     if (!row) break;
     table.rows.push_back(*row);
   }

@@ -119,7 +119,7 @@ TEST_F(ResultsTest, MeasuresRowsHaveTheFieldsOfTheFitMode) {
   const std::string path = folder.File("cell 1.res");
   const std::string text = ReadWholeFile(path);
   const std::size_t end = text.find('\n');
-  EXPECT_EQ(text.substr(0, 47), "\"Datafilename\", \"episode\", \"num\", \"Latency to Ri");
+  EXPECT_EQ(text.substr(0, 47), "\"Datafilename\", \"episode\", \"num\", \"Latency to R");
   EXPECT_EQ(text.substr(end - 14, 14), ", \"fracwidth\" ");
   EXPECT_EQ(
       text.substr(end + 1),
