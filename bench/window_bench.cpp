@@ -13,16 +13,19 @@
 #include <ctime>
 #include <memory>
 
+#include "bench_models.h"  // before Qt, which takes a word of it for its own
 #include "desktop/desktop_front_end.h"
 #include "desktop/graph_widget.h"
 #include "desktop/main_window.h"
 #include "desktop/settings.h"
 #include "desktop/task_page.h"
 #include "desktop/theme.h"
+#include "model/model_store.h"
 #include "paint_count.h"
 #include "screen/screen.h"
 #include "shell/application.h"
 #include "shell/entry.h"
+#include "stimulus/stimulus_store.h"
 
 namespace zelvane {
 namespace {
@@ -72,14 +75,27 @@ void TypedValueToPaintedStimulus(benchmark::State& state) {
 }
 BENCHMARK(TypedValueToPaintedStimulus)->Unit(benchmark::kMillisecond);
 
-// -- A run of some seconds --
+// -- A run of some seconds: the full table under a voltage that never stands still --
 
-constexpr char LongRun[] = "1e-6";  // ms, largest step: 10 million steps
+constexpr int LongRunPoints = 600'000;
 
 void SetUpLongRun() {
-  TypeInto(ControlNamed("NumPoints"), "10000");
-  TypeInto(ControlNamed("ADInterval"), "0.001");
-  TypeInto(ControlNamed("MaxStepSize"), LongRun);
+  const BenchScheme scheme = FullTable();
+  Model.ModelIs2D = 0;
+  Model.TableRate = scheme.rate;
+  Model.TableDepend = scheme.depend;
+  Model.TableStateOn = scheme.on;
+  Model.StartOccupancy = scheme.start;
+  Model.StateConductance[2] = 10.0F;
+  Model.StateMonitored[2] = 1;
+  Model.SimulatorKind = FixedStepIntegrator;
+  Model.NumPoints = LongRunPoints;
+  Model.ADInterval = BenchIntervalMs;
+  Model.MaxStepSize = BenchIntervalMs;
+  Model.StartAtEquilibrium = 0;
+  WriteAllControls();
+  const std::span<float> volts = Stimulus.Profile[0];
+  for (std::size_t i = 0; i < LongRunPoints; ++i) volts[i] = -0.1F + 2e-6F * static_cast<float>(i % 50'000);
 }
 
 double ProcessorSeconds() {
@@ -123,6 +139,8 @@ void RunUnderTheWindow(benchmark::State& state) {
     shown.processor += times.processor;
     paints += count.count();
   }
+  // Others use the machine too: what the window does is counted by the processor's clock.
+  state.counters["paints_per_processor_s"] = paints / shown.processor;
   state.counters["run_s"] = shown.wall / static_cast<double>(state.iterations());
   state.counters["paints_per_s"] = paints / shown.wall;
   state.counters["lost_percent"] = 100.0 * (shown.processor / bare.processor - 1.0);

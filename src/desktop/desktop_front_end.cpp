@@ -13,7 +13,7 @@
 namespace zelvane {
 namespace {
 
-constexpr int BreathMs = 30;  // between repaints while a run computes
+constexpr int BreathMs = 50;  // between repaints while a run computes
 
 /// The kind of a message is in the first characters of its title.
 QMessageBox::Icon IconOf(std::string_view title) {
