@@ -13,19 +13,17 @@
 #include <ctime>
 #include <memory>
 
-#include "bench_models.h"  // before Qt, which takes a word of it for its own
 #include "desktop/desktop_front_end.h"
 #include "desktop/graph_widget.h"
 #include "desktop/main_window.h"
 #include "desktop/settings.h"
 #include "desktop/task_page.h"
 #include "desktop/theme.h"
-#include "model/model_store.h"
+#include "long_run.h"
 #include "paint_count.h"
 #include "screen/screen.h"
 #include "shell/application.h"
 #include "shell/entry.h"
-#include "stimulus/stimulus_store.h"
 
 namespace zelvane {
 namespace {
@@ -75,28 +73,7 @@ void TypedValueToPaintedStimulus(benchmark::State& state) {
 }
 BENCHMARK(TypedValueToPaintedStimulus)->Unit(benchmark::kMillisecond);
 
-// -- A run of some seconds: the full table under a voltage that never stands still --
-
-constexpr int LongRunPoints = 600'000;
-
-void SetUpLongRun() {
-  const BenchScheme scheme = FullTable();
-  Model.ModelIs2D = 0;
-  Model.TableRate = scheme.rate;
-  Model.TableDepend = scheme.depend;
-  Model.TableStateOn = scheme.on;
-  Model.StartOccupancy = scheme.start;
-  Model.StateConductance[2] = 10.0F;
-  Model.StateMonitored[2] = 1;
-  Model.SimulatorKind = FixedStepIntegrator;
-  Model.NumPoints = LongRunPoints;
-  Model.ADInterval = BenchIntervalMs;
-  Model.MaxStepSize = BenchIntervalMs;
-  Model.StartAtEquilibrium = 0;
-  WriteAllControls();
-  const std::span<float> volts = Stimulus.Profile[0];
-  for (std::size_t i = 0; i < LongRunPoints; ++i) volts[i] = -0.1F + 2e-6F * static_cast<float>(i % 50'000);
-}
+// -- While a run computes --
 
 double ProcessorSeconds() {
   return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int ProgressMoments = 20;
 constexpr int RoundsPerPoint = 10;
-constexpr int BreathRounds = 4096;  // a round is a step of six stages
+constexpr int BreathRounds = 512;  // a round is a step of six stages
 constexpr long long LastRoundAtSmallestStep = 1'000'001;
 
 // Step control of rkqs: an error of 1 is tolerated; below SmallError the next step is five times this one.

@@ -21,7 +21,7 @@ using RunHook = std::function<bool(double fraction)>;
 /// Asked every BreathSteps steps, so that a window can repaint and a stop take hold within a long stretch;
 /// true stops the run. What a run computes does not depend on it. May be empty.
 using BreathHook = std::function<bool()>;
-inline constexpr int BreathSteps = 16384;  // some milliseconds of work
+inline constexpr int BreathSteps = 2048;  // up to some milliseconds of work
 
 struct FixedStepRun {
   const CompiledScheme& scheme;
