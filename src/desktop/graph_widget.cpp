@@ -57,6 +57,7 @@ void ShowAxis(QCPAxis* axis, const Axis& record, const DataRange& range,
   axis->setLabel(QString::fromStdString(record.title));
   axis->setScaleType(record.log ? QCPAxis::stLogarithmic : QCPAxis::stLinear);
   ticker->setDecimals(record.decimals);
+  ticker->setGain(record.gain);
   if (!record.log) {
     axis->setTicker(ticker);
   } else if (axis->ticker() == ticker) {

@@ -23,7 +23,7 @@ class ZoomStripArea;
 /// buttons. The mouse zooms, pans and moves cursors; the keys do the same:
 ///
 ///   arrows            scroll by a tenth      + -          zoom x
-///   Page Up, Down     scroll by a page       Ctrl + -     zoom y
+///   Shift Page Up, Down   scroll by a page   Ctrl + -     zoom y
 ///   Home              show all               Ctrl arrow   move the cursor last moved
 ///   Escape            let a dragged cursor go back
 class GraphWidget : public QWidget {

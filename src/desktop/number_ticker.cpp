@@ -15,13 +15,15 @@ constexpr double RoundingOfZero = 1e-6;  // of a step: ticks are sums of steps
 }  // namespace
 
 double NumberTicker::getTickStep(const QCPRange& range) {
-  step_ = QCPAxisTicker::getTickStep(range);
-  size_ = std::max(std::abs(range.lower), std::abs(range.upper));
-  return step_;
+  const double gain = std::abs(gain_);
+  step_ = QCPAxisTicker::getTickStep({range.lower * gain, range.upper * gain});
+  size_ = std::max(std::abs(range.lower), std::abs(range.upper)) * gain;
+  return step_ / gain;
 }
 
 QString NumberTicker::getTickLabel(double tick, const QLocale& /*locale*/, QChar /*formatChar*/,
                                    int /*precision*/) {
+  tick *= gain_;
   if (std::abs(tick) < step_ * RoundingOfZero) tick = 0.0;
   // 0.25 has two decimals though its order of magnitude would do with one
   int needed = std::max(0, static_cast<int>(std::ceil(-std::log10(step_) - RoundingOfZero)));

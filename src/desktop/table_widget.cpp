@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 
 #include "desktop/text.h"
+#include "desktop/theme.h"
 #include "screen/number_entry.h"
 
 namespace zelvane {
@@ -14,6 +15,13 @@ namespace {
 
 constexpr int FewColumns = 4;             // that share the width
 constexpr int MaxCopiedRows = 1'000'000;  // a clipboard of more chokes the programs that take it
+
+/// Ground of the current row.
+QColor MarkColour() {
+  QColor colour = AccentColour();
+  colour.setAlpha(60);
+  return colour;
+}
 
 }  // namespace
 
@@ -44,6 +52,8 @@ QVariant TableRecordModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
     case Qt::EditRole:
       return ToQt(CellText(table_, index.row() + 1, index.column() + 1));
+    case Qt::BackgroundRole:
+      return index.row() + 1 == table_.markedRow ? QVariant(MarkColour()) : QVariant();
     case Qt::TextAlignmentRole:
       return QVariant(ParseNumber(CellText(table_, index.row() + 1, index.column() + 1))
                           ? Qt::AlignRight | Qt::AlignVCenter
@@ -85,10 +95,17 @@ TableWidget::TableWidget(Table& table, QWidget* parent)
   horizontalHeader()->setHighlightSections(false);
   if (table.columns <= FewColumns) horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   setToolTip(ToQt(table.help));
+  connect(this, &QTableView::doubleClicked, this,
+          [this](const QModelIndex& cell) { ClickCell(table_, cell.row() + 1, cell.column() + 1); });
 }
 
+/// The record tells where its view begins; where the user scrolls to in between stays.
 void TableWidget::refresh() {
   model_->refresh();
+  const QPoint corner(table_.leftColumn, table_.topRow);
+  if (corner == corner_) return;
+  corner_ = corner;
+  scrollTo(model_->index(table_.topRow - 1, table_.leftColumn - 1), PositionAtTop);
 }
 
 void TableWidget::contextMenuEvent(QContextMenuEvent* event) {

@@ -46,6 +46,7 @@ class TableWidget : public QTableView {
 
   Table& table_;
   TableRecordModel* model_;
+  QPoint corner_{1, 1};  // column and row at which the record last wanted the view to begin
 };
 
 }  // namespace zelvane
