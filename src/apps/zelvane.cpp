@@ -37,6 +37,7 @@ struct Arguments {
   std::string grabFolder;
   std::string theme;
   std::string size;
+  bool welcome = false;
 };
 
 void AddOptions(CLI::App& app, Arguments& arguments) {
@@ -57,6 +58,7 @@ void AddOptions(CLI::App& app, Arguments& arguments) {
       ->type_name("light|dark|system");
   app.add_option("--size", arguments.size, "size of the window, in place of the whole screen")
       ->type_name("WIDTHxHEIGHT");
+  app.add_flag("--welcome", arguments.welcome, "show the welcome of a first start");
   app.add_option("FILE", arguments.start.files, "files to open")->type_name("");
 }
 
@@ -125,12 +127,14 @@ class Desktop {
     StartApplication(arguments_.start);
     openWindow();
     bool grabbed = true;
+    if (arguments_.welcome) window_->showWelcome();
     if (!arguments_.grabFolder.empty()) {
       QTimer::singleShot(0, [&] {
         grabbed = grab();
         QCoreApplication::exit(0);
       });
-    } else if (arguments_.start.files.empty() && !settings_.value("welcome/shown", false).toBool()) {
+    } else if (!arguments_.welcome && arguments_.start.files.empty() &&
+               !settings_.value("welcome/shown", false).toBool()) {
       settings_.setValue("welcome/shown", true);
       QTimer::singleShot(0, window_.get(), &MainWindow::showWelcome);
     }

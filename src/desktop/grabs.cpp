@@ -27,8 +27,9 @@ bool GrabPanels(MainWindow& window, const QString& folder) {
     saved = Save(*dialog, directory, ToQt(dialog->panel().name)) && saved;
   }
   for (QWidget* widget : QApplication::topLevelWidgets()) {
-    if (widget->objectName() == "Welcome" && widget->isVisible()) {
-      saved = Save(*widget, directory, "Welcome") && saved;
+    for (const char* name : {"Welcome", "HelpWindow"}) {
+      if (widget->objectName() == name && widget->isVisible())
+        saved = Save(*widget, directory, name) && saved;
     }
   }
   return saved;

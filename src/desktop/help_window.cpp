@@ -52,6 +52,7 @@ void SetOut(QTextDocument& page) {
 }  // namespace
 
 HelpWindow::HelpWindow(const QString& folder) : folder_(folder), browser_(new QTextBrowser(this)) {
+  setObjectName("HelpWindow");
   setWindowTitle("Zelvane help");
   resize(WindowSize);
   auto* layout = new QVBoxLayout(this);

@@ -13,6 +13,7 @@
 #include "desktop/scheme_view.h"
 #include "desktop/side_form.h"
 #include "desktop/text.h"
+#include "io/trace_store.h"
 #include "model/model_store.h"
 
 namespace zelvane {
@@ -22,6 +23,7 @@ constexpr char TablePanelName[] = "TableModelPanel";
 constexpr int SchemeShare = 10;  // of the page's height, against the response's
 constexpr int ResponseShare = 9;
 constexpr int HeaderGap = 6;
+constexpr int EpisodeWidth = 64;  // pixels
 
 QToolButton* FormButton(const QString& text, const char* command, QWidget* parent) {
   auto* button = new QToolButton(parent);
@@ -124,12 +126,37 @@ QWidget* ModelPage::makeResponse() {
     header->addWidget(monitors_.back());
   }
   header->addStretch();
+  addEpisodes(header);
   add(header, "RunText");
   add(header, "SimRefresh");
   graph_ = new GraphWidget(GraphNamed("MainPanel"), part);
   layout->addLayout(header);
   layout->addWidget(graph_, 1);
   return part;
+}
+
+/// Steps through the episodes of a recording.
+void ModelPage::addEpisodes(QHBoxLayout* header) {
+  episodes_ = new QWidget(this);
+  auto* row = new QHBoxLayout(episodes_);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addWidget(new QLabel("Episode", episodes_));
+  ControlWidget* index = add(row, "EpisodeIndex");
+  if (index != nullptr) index->setFixedWidth(EpisodeWidth);
+  row->addWidget(new QLabel("of", episodes_));
+  add(row, "EpisodeCount");
+  for (const auto& [arrow, control] :
+       {std::pair{Qt::LeftArrow, "LastSection"}, {Qt::RightArrow, "NextSection"}}) {
+    Control& record = ControlNamed(control);
+    auto* button = new QToolButton(episodes_);
+    button->setArrowType(arrow);
+    button->setToolTip(ToQt(record.help));
+    button->setAccessibleName(ToQt(record.label));
+    connect(button, &QToolButton::clicked, this, [&record] { Press(record); });
+    row->addWidget(button);
+  }
+  episodes_->hide();
+  header->addWidget(episodes_);
 }
 
 void ModelPage::refresh(const std::set<Graph*>& changed) {
@@ -151,6 +178,7 @@ void ModelPage::refresh(const std::set<Graph*>& changed) {
     const auto state = static_cast<std::size_t>(monitor->control().index);
     monitor->setVisible(table || Model.StateOn[state] != 0 || monitor->control().number != 0.0);
   }
+  episodes_->setVisible(Trace.EpisodeCount > 1);
   settings_->form().refresh();
   if (changed.contains(&graph_->graph())) graph_->refresh();
 }

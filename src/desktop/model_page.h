@@ -28,6 +28,7 @@ class ModelPage : public TaskPage {
  private:
   QWidget* makeScheme();
   QWidget* makeResponse();
+  void addEpisodes(QHBoxLayout* header);
   QWidget* makeFormSwitch();
   ControlWidget* add(QHBoxLayout* row, const char* control, int stretch = 0);
 
@@ -42,6 +43,7 @@ class ModelPage : public TaskPage {
   std::vector<ControlWidget*> tableCommands_;
   std::vector<ControlWidget*> controls_;  // outside the settings
   std::vector<ControlWidget*> monitors_;  // by state, from 1
+  QWidget* episodes_ = nullptr;           // shown for a recording of several
 };
 
 }  // namespace zelvane

@@ -13,6 +13,7 @@
 #include "desktop/control_widget.h"
 #include "desktop/form_page.h"
 #include "desktop/graph_widget.h"
+#include "desktop/place_bar.h"
 #include "desktop/table_widget.h"
 #include "desktop/text.h"
 #include "desktop/text_box_widget.h"
@@ -23,6 +24,7 @@ namespace {
 constexpr int Margin = 14;
 constexpr int TableWidth = 360;
 constexpr int TableHeight = 360;
+constexpr char PlacePanel[] = "ParseReadPanel";  // its graph is a bar
 
 /// A page of sections, by the name of its tab.
 FormPage* PageOf(std::map<QString, FormPage*>& pages, QTabWidget*& tabs, const QString& tab, QWidget* parent,
@@ -79,16 +81,24 @@ void PanelDialog::addForms(QVBoxLayout* layout) {
 }
 
 void PanelDialog::addRecords(QVBoxLayout* layout) {
+  auto* texts = new QHBoxLayout;  // side by side
+  texts->setSpacing(10);
   for (TextBox* box : panel_.textBoxes) {
     textBoxes_.push_back(new TextBoxWidget(*box, this));
-    layout->addWidget(textBoxes_.back());
+    texts->addWidget(textBoxes_.back());
   }
+  if (!panel_.textBoxes.empty()) layout->addLayout(texts, 1);
   for (Table* table : panel_.tables) {
     tables_.push_back(new TableWidget(*table, this));
     tables_.back()->setMinimumSize(TableWidth, TableHeight);
     layout->addWidget(tables_.back(), 1);
   }
   for (Graph* graph : panel_.graphs) {
+    if (panel_.name == PlacePanel) {
+      place_ = new PlaceBar(*graph, this);
+      layout->addWidget(place_);
+      continue;
+    }
     graphs_.push_back(new GraphWidget(*graph, this));
     layout->addWidget(graphs_.back(), 1);
   }
@@ -118,6 +128,7 @@ void PanelDialog::refresh(const std::set<Graph*>& graphs) {
   for (ControlWidget* button : buttons_) button->refresh();
   for (TextBoxWidget* box : textBoxes_) box->refresh();
   for (TableWidget* table : tables_) table->refresh();
+  if (place_ != nullptr) place_->update();
   for (GraphWidget* graph : graphs_) {
     if (graphs.contains(&graph->graph())) graph->refresh();
   }

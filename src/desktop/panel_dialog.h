@@ -14,6 +14,7 @@ namespace zelvane {
 class ControlWidget;
 class FormPage;
 class GraphWidget;
+class PlaceBar;
 class TableWidget;
 class TextBoxWidget;
 
@@ -51,6 +52,7 @@ class PanelDialog : public QDialog {
   std::vector<TextBoxWidget*> textBoxes_;
   std::vector<TableWidget*> tables_;
   std::vector<GraphWidget*> graphs_;
+  PlaceBar* place_ = nullptr;  // in place of a graph that shows where a part lies
 };
 
 }  // namespace zelvane

@@ -28,18 +28,25 @@ constexpr LayoutRow Layout[] = {
     {"MainPanel", "Display", "", "DisplayUnits AutoFilter AutoFilterFc AutoNoise AutoNoiseSTD ShowAllTraces"},
     {"MainPanel", "Repeated runs", "", "NumRuns NumIntervals AutoAnalyze"},
     {"MainPanel", "Event statistics", "", "OpenStateExits MonitoredChannels OpenTimesText ClosedTimesText LatenciesText"},
-    {"MainPanel", "Autosave", "", "Autosave AutosaveFormat AutosaveFileName"},
+    {"MainPanel", "Files", "", "DataName MainStimFile Autosave AutosaveFormat AutosaveFileName"},
 
     {"StimulusPanel", "Automatic step", "", "AutoDrugOrVolt AutoValue AutoStart AutoStop AutoFilterOn"},
     {"StimulusPanel", "Step", "", "StepAmp StepStart StepStop StepDuration StepRamp StepRiseTau StepDecayTau"},
     {"StimulusPanel", "Train", "", "TrainCount TrainDelay TrainInterval TrainExpFlag TrainRiseFlag TrainLength TrainFrequency"},
     {"StimulusPanel", "Exponential waveform", "", "ExpStart ExpOffset ExpComponents ExpAmp1 ExpTau1 ExpAmp2 ExpTau2 ExpRiseFlag ExpRiseTau"},
     {"StimulusPanel", "Filter", "", "FilterFc"},
-    {"StimulusPanel", "Files", "", "StimFile ExportPoints"},
+    {"StimulusPanel", "Files", "", "StimFile LoadStim+ButtonSaveStim ExportPoints ImportStim+ExportStim"},
 
     {"DependencePanel", "", "", "DependRate"},
     {"DependencePanel", "Drugs: the rate is multiplied by their concentration", "", "DependDrug[1-6]+DrugLabel[1-6]"},
     {"DependencePanel", "Voltage", "", "DependVolt DependSteepness DependTemperature DependGrowth DependEfold"},
+
+    {"QMatrixPanel", "", "", "QMatrixTime QMatrixPoint"},
+    {"ParseReadPanel", "The file", "", "ParseFileName ParseFileSamples ADInterval ParseFileMs ParseFileMinutes"},
+    {"ParseReadPanel", "What to read", "",
+     "ParseStart ParseStartTime ParseCount ParseDuration ParseSkip ParseMaxPoints ParseInterval ParseMaximum"},
+    {"DwellListsPanel", "", "", "OpenTimesCount ClosedTimesCount LatenciesCount OpenListSelector"},
+    {"DwellListsPanel", "Read and write", "", "SCImportAscii+SCOpenWorkHistogram ExportOpenTimes+ExportClosedTimes ExportLatencies"},
 
     {"ConductancePanel", "", "", "StateConductance[1-20]", 2},
     {"InitialConditionsPanel", "", "", "StartOccupancy[1-20]", 2},
@@ -51,26 +58,34 @@ constexpr LayoutRow Layout[] = {
 };
 // clang-format on
 
+/// The control of a name on a panel, or else on another: a panel may show a field that stands elsewhere too.
+Control* ControlOn(const Panel& panel, const std::string& name) {
+  for (Control* control : panel.controls) {
+    if (control->name == name) return control;
+  }
+  return FindControl(name);
+}
+
 /// Controls of one word of a layout: a name, or with [1-6] the family.
-std::vector<Control*> Family(const QString& word) {
+std::vector<Control*> Family(const Panel& panel, const QString& word) {
   static const QRegularExpression range(QStringLiteral(R"(^(\w+)\[(\d+)-(\d+)\]$)"));
   const auto match = range.match(word);
   std::vector<Control*> family;
   if (!match.hasMatch()) {
-    if (Control* control = FindControl(word.toStdString())) family.push_back(control);
+    if (Control* control = ControlOn(panel, word.toStdString())) family.push_back(control);
     return family;
   }
   for (int i = match.captured(2).toInt(); i <= match.captured(3).toInt(); ++i) {
     const std::string name = match.captured(1).toStdString() + '[' + std::to_string(i) + ']';
-    if (Control* control = FindControl(name)) family.push_back(control);
+    if (Control* control = ControlOn(panel, name)) family.push_back(control);
   }
   return family;
 }
 
-void AddRows(FormSection& section, const QString& word) {
+void AddRows(FormSection& section, const Panel& panel, const QString& word) {
   std::vector<FormRow> rows;
   for (const QString& part : word.split('+')) {
-    const std::vector<Control*> family = Family(part);
+    const std::vector<Control*> family = Family(panel, part);
     if (rows.size() < family.size()) rows.resize(family.size());
     for (std::size_t i = 0; i < family.size(); ++i) rows[i].push_back(family[i]);
   }
@@ -92,7 +107,7 @@ std::vector<FormSection> NamedSections(const Panel& panel) {
   for (const LayoutRow& row : Layout) {
     if (panel.name != row.panel) continue;
     FormSection section{row.title, row.tab, {}, row.columns};
-    for (const QString& word : QString(row.rows).split(' ')) AddRows(section, word);
+    for (const QString& word : QString(row.rows).split(' ')) AddRows(section, panel, word);
     sections.push_back(std::move(section));
   }
   return sections;

@@ -1,5 +1,6 @@
 #include "desktop/text_box_widget.h"
 
+#include <QFontDatabase>
 #include <algorithm>
 
 #include "desktop/text.h"
@@ -9,7 +10,10 @@ namespace {
 
 constexpr int FewestLines = 4;
 constexpr int MostLines = 24;
-constexpr int Columns = 64;
+constexpr int FewestColumns = 40;
+constexpr int MostColumns = 100;
+constexpr int Prose = 64;  // columns of a text that is wrapped
+constexpr char ProseBox[] = "AboutText";
 
 }  // namespace
 
@@ -17,6 +21,11 @@ TextBoxWidget::TextBoxWidget(TextBox& box, QWidget* parent) : QPlainTextEdit(par
   setObjectName(ToQt(box.name));
   setReadOnly(true);
   setTabChangesFocus(true);
+  if (box.name != ProseBox) {  // a report: its columns stand below one another
+    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    setLineWrapMode(NoWrap);
+    setMinimumWidth(FewestColumns * fontMetrics().averageCharWidth());
+  }
   refresh();
 }
 
@@ -32,7 +41,10 @@ void TextBoxWidget::refresh() {
 
 QSize TextBoxWidget::sizeHint() const {
   const int lines = std::clamp(static_cast<int>(box_.lines.size()) + 1, FewestLines, MostLines);
-  return {Columns * fontMetrics().averageCharWidth(), lines * fontMetrics().lineSpacing() + 2 * frameWidth()};
+  std::size_t longest = FewestColumns;
+  for (const std::string& line : box_.lines) longest = std::max(longest, line.size());
+  const int columns = lineWrapMode() == NoWrap ? std::min(static_cast<int>(longest), MostColumns) + 3 : Prose;
+  return {columns * fontMetrics().averageCharWidth(), lines * fontMetrics().lineSpacing() + 2 * frameWidth()};
 }
 
 }  // namespace zelvane

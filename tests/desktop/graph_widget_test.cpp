@@ -4,10 +4,13 @@
 #include <qcustomplot.h>
 
 #include <QClipboard>
+#include <array>
 #include <cmath>
 #include <filesystem>
 
 #include "desktop/graph_colours.h"
+#include "desktop/place_bar.h"
+#include "desktop/table_widget.h"
 #include "desktop/zoom_bar.h"
 #include "shell/zoom_graph.h"
 #include "widget_test.h"
@@ -297,6 +300,45 @@ TEST(GraphColours, BlackShowsOnDarkAndHuesKeepTheirContrast) {
   EXPECT_GT(Adapted(DarkBlue, colours).lightness(), 110);
   EXPECT_EQ(Adapted(DarkBlue, colours).hslHue(), QColor(0, 0, 128).hslHue());
   EXPECT_EQ(Adapted(DarkBlue, PaperColours()), QColor(0, 0, 128));
+}
+
+TEST_F(GraphWidgetTest, ABarShowsWhereAPartLiesInItsWhole) {
+  AddPanel({"PlacePanel", "Place"});
+  Graph& record = AddGraph("PlacePanel", "PlacePanel", "Part", "");
+  SetAxisRange(record, 'x', 0.0, 1.0);
+  PlaceBar bar(record);
+  bar.resize(400, 18);
+  EXPECT_TRUE(bar.part().isEmpty());
+  const std::array<double, 2> x = {0.25, 0.75};
+  const std::array<float, 2> y{};
+  PlotPoints(record, PlotStyle::Line, Black, x, y);
+  EXPECT_EQ(bar.part(), QRectF(100.0, 0.0, 200.0, 18.0));
+  ClearPlots(record);
+  const std::array<double, 2> end = {1.0, 1.0};
+  PlotPoints(record, PlotStyle::Line, Black, end, y);
+  EXPECT_EQ(bar.part(), QRectF(398.0, 0.0, 2.0, 18.0)) << "a part of nothing is still seen";
+}
+
+int clickedCell = 0;
+
+TEST_F(GraphWidgetTest, ATableScrollsToItsCornerMarksItsRowAndPassesDoubleClicks) {
+  AddPanel({"CellsPanel", "Cells"});
+  Table& record = AddTable("CellsPanel", "Cells", 1000, 8);
+  record.clicked = [](Table&, int row, int column) { clickedCell = 10 * row + column; };
+  TableWidget table(record);
+  ShowAt(table, {400, 300});
+  MarkRow(record, 3);
+  table.refresh();
+  EXPECT_TRUE(table.model()->index(2, 0).data(Qt::BackgroundRole).isValid());
+  EXPECT_FALSE(table.model()->index(3, 0).data(Qt::BackgroundRole).isValid());
+  const QPoint cell = table.visualRect(table.model()->index(4, 1)).center();
+  QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, cell);
+  EXPECT_EQ(clickedCell, 0);
+  QTest::mouseDClick(table.viewport(), Qt::LeftButton, {}, cell);
+  EXPECT_EQ(clickedCell, 52);
+  ScrollTable(record, 500, 2);
+  table.refresh();
+  EXPECT_EQ(table.rowAt(1), 499);
 }
 
 }  // namespace
