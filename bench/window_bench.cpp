@@ -32,7 +32,10 @@ namespace {
 struct Program {
   Program() : frontEnd(settings) {
     ApplyTheme(Theme::Light);
-    SetFrontEnd(frontEnd.functions());
+    FrontEnd shown = frontEnd.functions();
+    shown.message = nullptr;  // nobody is there to close a message
+    shown.confirm = [](std::string_view, std::string_view) { return true; };
+    SetFrontEnd(shown);
     StartApplication({ZELVANE_DATA, {}, {}});
     window = std::make_unique<MainWindow>(frontEnd, settings);
     window->setWindowState(Qt::WindowNoState);
