@@ -97,10 +97,11 @@ TEST(CliTest, DriveOpensNamedFilesAndPassesOverThoseThatAreNone) {
 
 TEST(CliTest, CtrlCStopsARunAndWritesNothing) {
   const TemporaryFolder folder;
-  // 200 substeps a point make this run last for half a minute if it is not stopped.
-  const Outcome outcome = Shell("timeout -s INT 1 " + Cli + "simulate " + Ampa +
-                                "--points 2000000 --set MaxStepSize=5e-6 --out '" + folder.File("trace.txt") +
-                                "' 2>&1; echo done");
+  // A thousand runs of many channels last for minutes if they are not stopped.
+  const Outcome outcome =
+      Shell("timeout -s INT 1 " + Cli + "simulate " + Ampa +
+            "--simulator montecarlo --points 1000000 --channels 100000 --runs 1000 --out '" +
+            folder.File("trace.txt") + "' 2>&1; echo done");
   EXPECT_EQ(outcome.out, "!: Simulation Interrupted by User\ndone\n");
   EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
 }
