@@ -64,11 +64,6 @@ QString DataFolder(const char* name) {
   return folder.empty() ? QString() : QDir(ToQt(folder)).filePath(name);
 }
 
-/// Icon of a task: by the tag of its panel.
-QString IconOf(const Panel& panel) {
-  return panel.tag == "MN" ? "model" : panel.tag == "ST" ? "stimulus" : "";
-}
-
 bool IsDialog(const Panel& panel) {
   return panel.tag.empty() && panel.name != TablePanelName;
 }
@@ -115,21 +110,20 @@ void MainWindow::addTasks() {
   auto* buttons = new QVBoxLayout(bar);
   buttons->setContentsMargins(6, 8, 6, 8);
   pages_ = new QStackedWidget(central);
-  for (Panel& panel : Screen.panels) {
-    TaskPage* page = panel.tag.empty() ? nullptr : MakeTaskPage(panel, pages_);
-    if (page == nullptr) continue;
+  for (const TaskDecl& task : Tasks()) {
+    Panel& panel = PanelNamed(task.panel);
     auto* button = new QToolButton(bar);
-    button->setText(ToQt(panel.title));
+    button->setText(task.title);
     button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     button->setIconSize({TaskIconSize, TaskIconSize});
     button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     button->setCheckable(true);
     button->setProperty("role", "task");
     button->setToolTip(ToQt(panel.help));
-    connect(button, &QToolButton::clicked, this, [this, &panel] { goTo(panel); });
     buttons->addWidget(button);
-    pages_->addWidget(page);
-    tasks_.push_back({page, button});
+    tasks_.push_back({&task, task.make(panel, pages_), button});
+    pages_->addWidget(tasks_.back().page);
+    connect(button, &QToolButton::clicked, this, [this, shown = tasks_.back()] { goTo(shown); });
   }
   buttons->addStretch();
   layout->addWidget(bar);
@@ -181,7 +175,7 @@ void MainWindow::addViewMenu() {
   QMenu* view = menu_->menu("View");
   int number = 0;
   for (const Task& task : tasks_) {
-    QAction* action = view->addAction(task.button->text(), this, [this, &task] { goTo(task.page->panel()); });
+    QAction* action = view->addAction(task.button->text(), this, [this, task] { goTo(task); });
     action->setShortcut(QKeySequence(QStringLiteral("Ctrl+%1").arg(++number)));
   }
   view->addSeparator();
@@ -265,7 +259,7 @@ void MainWindow::refreshTitle() {
 }
 
 void MainWindow::refreshIcons() {
-  for (const Task& task : tasks_) task.button->setIcon(ThemedIcon(IconOf(task.page->panel())));
+  for (const Task& task : tasks_) task.button->setIcon(ThemedIcon(task.decl->icon));
   for (const Tool& tool : Tools) {
     if (auto* action = findChild<QAction*>(QStringLiteral("tool/") + tool.icon)) {
       action->setIcon(ThemedIcon(tool.icon));
@@ -287,15 +281,11 @@ std::vector<PanelDialog*> MainWindow::openDialogs() const {
 
 // -- What the user does --
 
-void MainWindow::goTo(Panel& panel) {
+void MainWindow::goTo(const Task& task) {
   FinishTyping();
-  if (&panel == &page()->panel()) {
-    refresh({});  // the button stays down
-  } else if (panel.tag == "ST") {
-    Press(ControlNamed("StimulusButton"));
-  } else {
-    Press(ControlNamed("StimDone"));
-  }
+  MenuItem* command = FindMenu(task.decl->command);
+  if (task.page != page() && command != nullptr) PressMenu(*command);
+  refresh({});  // the button of the page in front is down, whichever was clicked
 }
 
 void MainWindow::fillRecentFiles() {

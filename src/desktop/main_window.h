@@ -23,6 +23,7 @@ class MainStatus;
 class PanelDialog;
 class Settings;
 class TaskPage;
+struct TaskDecl;
 
 class MainWindow : public QMainWindow {
   Q_OBJECT
@@ -57,6 +58,7 @@ class MainWindow : public QMainWindow {
 
  private:
   struct Task {
+    const TaskDecl* decl;
     TaskPage* page;
     QToolButton* button;
   };
@@ -66,7 +68,7 @@ class MainWindow : public QMainWindow {
   void addViewMenu();
   void addTools();
   void connectFrontEnd();
-  void goTo(Panel& panel);
+  void goTo(const Task& task);
   void refreshDialogs(const std::set<Graph*>& changed);
   void refreshTitle();
   void refreshIcons();

@@ -6,16 +6,29 @@
 #include "desktop/stimulus_page.h"
 
 namespace zelvane {
+namespace {
+
+template <typename Page>
+TaskPage* Make(Panel& panel, QWidget* parent) {
+  return new Page(panel, parent);
+}
+
+// clang-format off
+constexpr TaskDecl TaskTable[] = {
+    {"MainPanel",     "Model",    "model",    "Model",    Make<ModelPage>},
+    {"StimulusPanel", "Stimulus", "stimulus", "Stimulus", Make<StimulusPage>},
+};
+// clang-format on
+
+}  // namespace
 
 void TaskPage::contextMenuEvent(QContextMenuEvent* event) {
   if (!panel_.help.empty()) MessagePopup(HelpTitle, panel_.help);
   event->accept();
 }
 
-TaskPage* MakeTaskPage(Panel& panel, QWidget* parent) {
-  if (panel.name == "MainPanel") return new ModelPage(panel, parent);
-  if (panel.name == "StimulusPanel") return new StimulusPage(panel, parent);
-  return nullptr;
+std::span<const TaskDecl> Tasks() {
+  return TaskTable;
 }
 
 }  // namespace zelvane

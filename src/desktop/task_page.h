@@ -3,6 +3,7 @@
 
 #include <QWidget>
 #include <set>
+#include <span>
 
 #include "screen/screen.h"
 
@@ -29,7 +30,16 @@ class TaskPage : public QWidget {
   Panel& panel_;
 };
 
-/// The page of a panel; nullptr where there is none.
-TaskPage* MakeTaskPage(Panel& panel, QWidget* parent);
+/// A task of the side bar.
+struct TaskDecl {
+  const char* panel;
+  const char* title;    // in the side bar
+  const char* icon;     // name of a drawing: ThemedIcon
+  const char* command;  // menu command that brings the task to the front
+  TaskPage* (*make)(Panel& panel, QWidget* parent);
+};
+
+/// All tasks, in the order of the side bar.
+std::span<const TaskDecl> Tasks();
 
 }  // namespace zelvane

@@ -159,6 +159,12 @@ constexpr std::array Drawings = {
 <rect x="14.5" y="15" width="7" height="6" rx="1.5" fill="accent" stroke="accent"/>
 <path d="M10 5h4M14 7h-4M17 9.5v5M19 14.5v-5"/>)"},
     Drawing{"stimulus", R"(<path d="M2 18h5V7h8v11h7"/><path d="M2 21.5h20" stroke="accent"/>)"},
+    Drawing{
+        "analysis",
+        R"(<path d="M2 7h5l2 12c1.5-9 4-12 13-12"/><path d="M9 3v2M9 21.5v-2M17 3v18.5" stroke="accent"/>)"},
+    Drawing{
+        "rscm",
+        R"(<path d="M2 8h3l1.5-3 3 6 3-6 1.5 3h8"/><path d="M17 8v5M13 13h8M13 16.5h8M17 16.5v5" stroke="accent"/>)"},
     Drawing{"run", R"(<path d="M7 4.5v15l12-7.5z" fill="accent" stroke="accent"/>)"},
     Drawing{"stop", R"(<rect x="6" y="6" width="12" height="12" rx="1.5" fill="currentColor"/>)"},
     Drawing{"open",

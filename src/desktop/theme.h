@@ -25,8 +25,8 @@ QColor AccentColour();
 /// Colour of a text that was refused.
 QColor RefusedColour();
 
-/// A drawing in the colours of the theme: "model", "stimulus", "run", "stop", "open", "save", "undo",
-/// "redo". A name without a drawing gives a plain disc.
+/// A drawing in the colours of the theme: "model", "stimulus", "analysis", "rscm", "run", "stop", "open",
+/// "save", "undo", "redo". A name without a drawing gives a plain disc.
 QIcon ThemedIcon(const QString& name);
 
 }  // namespace zelvane

@@ -110,11 +110,16 @@ void Shutdown(const ControlEvent&) {
   AskToQuit();
 }
 
+void ShowModel() {
+  ShowTask("MainPanel");
+}
+
 // clang-format off
 constexpr ControlDecl ShellControls[] = {
     // name     kind                 label   unit format command     action    help
     {"Quit",    ControlKind::Button, "Quit", "",  "",    "Shutdown", Shutdown, QuitHelp},
 };
+constexpr MenuDecl ModelMenu[] = {{"Model/Edit Model...", "Model", ShowModel}};
 constexpr MenuDecl ShellMenu[] = {{"File/Quit", "ShutDown", AskToClose, "Ctrl+Q"}};
 // clang-format on
 
@@ -147,6 +152,7 @@ void AddAllPanels() {
   AddMainPanel();
   AddModelFileMenu();
   AddUndoMenu();
+  AddMenu(ModelMenu);
   AddModelMenu();
   AddRunControls();
   AddStatisticsControls();
