@@ -15,6 +15,14 @@
 
 namespace zelvane {
 
+struct Colour;
+
+/// Colours of the marks on the plot.
+extern const Colour PeakMark;
+extern const Colour RiseMark;
+extern const Colour DecayMark;
+extern const Colour IntegralMark;
+
 void AddAnalysisPanel();
 
 /// Opens the panel as the task in front ("AN") and shows the trace on it.

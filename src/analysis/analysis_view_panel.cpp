@@ -15,6 +15,12 @@
 #include "screen/screen.h"
 
 namespace zelvane {
+
+extern const Colour PeakMark{192, 0, 0};
+extern const Colour RiseMark{224, 112, 0};
+extern const Colour DecayMark{144, 0, 144};
+extern const Colour IntegralMark{96, 96, 96};
+
 namespace {
 
 // -- Cursors, counted from 0 --
@@ -34,10 +40,6 @@ constexpr Colour SearchColour{192, 0, 0};
 constexpr Colour ZoomColour{192, 192, 192};
 constexpr Colour ReadColour{0, 0, 128};
 constexpr Colour LatencyColour{0, 96, 192};
-constexpr Colour PeakColour{192, 0, 0};
-constexpr Colour RiseColour{224, 112, 0};
-constexpr Colour DecayColour{144, 0, 144};
-constexpr Colour BarColour{96, 96, 96};
 
 constexpr std::array<Colour, CursorCount> CursorColours = {BaselineColour, BaselineColour, SearchColour,
                                                            SearchColour,   ZoomColour,     ZoomColour,
@@ -147,7 +149,7 @@ void DrawIntegralBar(const MeasureSettings& settings) {
   const auto foot = static_cast<float>(ViewRange(graph, 'y').min);
   const double start = std::max(SampleOf(settings.startAnalysis), 0.0);
   const double end = std::min(start + static_cast<double>(settings.integralPts), Points());
-  if (end > start) DrawLine(start, end, foot, BarColour);
+  if (end > start) DrawLine(start, end, foot, IntegralMark);
 }
 
 void DrawRise(const MeasureSettings& settings, const ResponseMeasures& m) {
@@ -155,7 +157,7 @@ void DrawRise(const MeasureSettings& settings, const ResponseMeasures& m) {
   const std::array<double, 2> x = {static_cast<double>(m.RiseStartPos), static_cast<double>(m.RiseEndPos)};
   const std::array<float, 2> y = {m.Baseline + amplitude * settings.riseStartFrac,
                                   m.Baseline + amplitude * settings.riseEndFrac};
-  PlotPoints(View(), PlotStyle::Points, RiseColour, x, y);
+  PlotPoints(View(), PlotStyle::Points, RiseMark, x, y);
 }
 
 void DrawBaseline(const MeasureSettings& settings, const ResponseMeasures& m) {
@@ -167,7 +169,7 @@ void DrawDecay(const MeasureSettings& settings, const ResponseMeasures& m) {
   const double end = m.PeakPos + SampleOf(m.DecayTime);
   const bool both = (m.measured & MeasuredWidth) != 0;
   DrawLine(both ? end - SampleOf(m.FracWidth) : static_cast<double>(m.PeakPos), end,
-           m.Baseline + DecayLevel(settings, m), DecayColour);
+           m.Baseline + DecayLevel(settings, m), DecayMark);
 }
 
 void DrawLatency(const MeasureSettings& settings, const ResponseMeasures& m) {
@@ -185,7 +187,7 @@ void DrawMarks() {
   if (made(MeasuredBaseline)) DrawBaseline(settings, m);
   if (made(MeasuredPeak)) {
     const std::array<double, 1> x = {static_cast<double>(m.PeakPos)};
-    PlotPoints(View(), PlotStyle::Cross, PeakColour, x, std::array{m.PeakValue});
+    PlotPoints(View(), PlotStyle::Cross, PeakMark, x, std::array{m.PeakValue});
   }
   if (made(MeasuredRise)) DrawRise(settings, m);
   if (made(MeasuredDecay)) DrawDecay(settings, m);

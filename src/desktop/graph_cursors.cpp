@@ -10,6 +10,7 @@ namespace {
 constexpr double Reach = 6.0;       // pixels to both sides of a cursor's line
 constexpr double MarkLength = 7.0;  // pixels, of the cross at a cursor's height
 constexpr double TagHeight = 14.0;  // pixels, of the number at its top
+constexpr int BandOpacity = 30;     // of 255
 
 }  // namespace
 
@@ -70,9 +71,23 @@ QRect GraphCursors::clipRect() const {
   return mParentPlot->axisRect()->rect();
 }
 
+/// The stretch between two cursors, as far as it is in view. Cursors beyond the view are hidden, not off.
+void GraphCursors::drawBand(QCPPainter* painter, const Cursor& from, const Cursor& to) const {
+  const QRectF area = clipRect();
+  const double left = std::max(mParentPlot->xAxis->coordToPixel(from.x), area.left());
+  const double right = std::min(mParentPlot->xAxis->coordToPixel(to.x), area.right() + 1.0);
+  if (!(left < right)) return;
+  QColor colour = Adapted(from.colour, colours_);
+  colour.setAlpha(BandOpacity);
+  painter->fillRect(QRectF(left, area.top(), right - left, area.height()), colour);
+}
+
 void GraphCursors::draw(QCPPainter* painter) {
   const QRectF area = clipRect();
   const std::vector<Cursor> cursors = shown();
+  for (const auto& [from, to] : bands_) {
+    drawBand(painter, cursors[static_cast<std::size_t>(from) - 1], cursors[static_cast<std::size_t>(to) - 1]);
+  }
   for (std::size_t k = 0; k < cursors.size(); ++k) {
     if (!cursors[k].enabled) continue;
     const double x = mParentPlot->xAxis->coordToPixel(cursors[k].x);

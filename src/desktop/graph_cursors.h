@@ -4,6 +4,7 @@
 #include <qcustomplot.h>
 
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "desktop/graph_colours.h"
@@ -19,6 +20,9 @@ class GraphCursors : public QCPLayerable {
   GraphCursors(Graph& graph, QCustomPlot* plot);
 
   void setColours(const GraphColours& colours) { colours_ = colours; }
+
+  /// Pairs of cursors with the stretch between them shaded in the colour of the first.
+  void setBands(std::vector<std::pair<int, int>> bands) { bands_ = std::move(bands); }
 
   /// Number of the cursor within reach of a pixel; 0 = none. Of several the nearest.
   int at(const QPointF& pixel) const;
@@ -40,10 +44,12 @@ class GraphCursors : public QCPLayerable {
   QRect clipRect() const override;
 
  private:
+  void drawBand(QCPPainter* painter, const Cursor& from, const Cursor& to) const;
   std::optional<double> heightNear(double x, double y) const;
 
   Graph& graph_;
   GraphColours colours_;
+  std::vector<std::pair<int, int>> bands_;
   int dragged_ = 0;  // number of the cursor
   double x_ = 0.0;   // where it shows
   double y_ = 0.0;

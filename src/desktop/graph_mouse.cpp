@@ -65,8 +65,8 @@ bool GraphMouse::move(const QMouseEvent& event) {
     pan_->moved = true;
     plot_.setCursor(Qt::ClosedHandCursor);
     const QRectF area = plot_.axisRect()->rect();
-    ZoomPan(widget_.graph(), 'x', pan_->x, -way.x() / area.width());
     ZoomPan(widget_.graph(), 'y', pan_->y, way.y() / area.height());
+    ZoomPan(widget_.graph(), 'x', pan_->x, -way.x() / area.width());  // y may follow x
     widget_.refresh();
   } else {
     showPointer(event.position());

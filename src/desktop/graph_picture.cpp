@@ -11,9 +11,12 @@ constexpr double LineWidth = 1.25;           // pixels, of a line that is drawn 
 constexpr double VectorColumnsPerPixel = 4;  // columns of a picture for print
 constexpr std::size_t MostMarks = 20'000;    // points or crosses; more are drawn as columns
 constexpr double MarkRadius = 2.0;           // pixels
-constexpr double SmoothTravel = 12.0;        // heights of the plot that a smooth line may run up and down
-constexpr double Excursion = 0.5;  // pixels; what goes less far beyond the ends of a column is not drawn
-constexpr double Beyond = 10.0;    // pixels outside the plot area where lines are cut
+constexpr std::size_t FewPoints = 3;         // a plot of no more marks a place on another one, and stands out
+constexpr double FewRadius = 5.0;            // pixels
+constexpr double FewWidth = 2.5;
+constexpr double SmoothTravel = 12.0;  // heights of the plot that a smooth line may run up and down
+constexpr double Excursion = 0.5;      // pixels; what goes less far beyond the ends of a column is not drawn
+constexpr double Beyond = 10.0;        // pixels outside the plot area where lines are cut
 
 double XOf(const Plot& plot, std::size_t i) {
   return plot.x.empty() ? plot.start + plot.step * static_cast<double>(i) : plot.x[i];
@@ -178,7 +181,7 @@ GraphPicture::Stretch GraphPicture::inView(const Plot& plot, const Trace& trace)
 void GraphPicture::drawPlot(QCPPainter* painter, const Plot& plot, const Trace& trace) const {
   const Stretch samples = inView(plot, trace);
   if (samples.count() == 0) return;
-  QPen pen(Adapted(plot.colour, colours_), LineWidth);
+  QPen pen(Adapted(plot.colour, colours_), plot.y.size() <= FewPoints ? FewWidth : LineWidth);
   pen.setJoinStyle(Qt::RoundJoin);
   if (plot.style == PlotStyle::Dashed) pen.setStyle(Qt::DashLine);
   painter->setPen(pen);
@@ -209,6 +212,7 @@ void GraphPicture::drawEach(QCPPainter* painter, const Plot& plot, Stretch sampl
 
 void GraphPicture::drawMarks(QCPPainter* painter, const Plot& plot, Stretch samples) const {
   const bool cross = plot.style == PlotStyle::Cross;
+  const double radius = plot.y.size() <= FewPoints ? FewRadius : MarkRadius;
   painter->setAntialiasing(!cross);
   if (!cross) {
     painter->setBrush(painter->pen().color());
@@ -219,10 +223,10 @@ void GraphPicture::drawMarks(QCPPainter* painter, const Plot& plot, Stretch samp
     const QPointF p = pointOf(plot, i);
     if (!std::isfinite(p.x()) || !std::isfinite(p.y()) || !area.contains(p)) continue;
     if (cross) {
-      painter->drawLine(QPointF(p.x() - MarkRadius, p.y()), QPointF(p.x() + MarkRadius, p.y()));
-      painter->drawLine(QPointF(p.x(), p.y() - MarkRadius), QPointF(p.x(), p.y() + MarkRadius));
+      painter->drawLine(QPointF(p.x() - radius, p.y()), QPointF(p.x() + radius, p.y()));
+      painter->drawLine(QPointF(p.x(), p.y() - radius), QPointF(p.x(), p.y() + radius));
     } else {
-      painter->drawEllipse(p, MarkRadius, MarkRadius);
+      painter->drawEllipse(p, radius, radius);
     }
   }
 }

@@ -139,7 +139,13 @@ void GraphWidget::applyColours(bool forPaper) {
 }
 
 void GraphWidget::showReadout() {
-  const std::string text = CursorReadout(cursors_->shown(), graph_.x.title);
+  std::vector<Cursor> cursors = cursors_->shown();
+  for (std::size_t k = 0; k < cursors.size(); ++k) {
+    const bool told = readoutCursors_.empty() || std::find(readoutCursors_.begin(), readoutCursors_.end(),
+                                                           static_cast<int>(k) + 1) != readoutCursors_.end();
+    cursors[k].enabled = cursors[k].enabled && told;
+  }
+  const std::string text = CursorReadout(cursors, graph_.x.title, graph_.x.gain);
   const bool wasEmpty = readout_->text().isEmpty();
   readout_->setText(QString::fromStdString(text));
   readout_->setToolTip(readout_->text());
@@ -208,8 +214,8 @@ void GraphWidget::openMenu(const QPoint& globalPosition) {
 }
 
 void GraphWidget::zoomAt(const QPointF& pixel, double factor, bool x, bool y) {
-  if (x) ZoomAbout(graph_, 'x', plot_->xAxis->pixelToCoord(pixel.x()), factor);
   if (y) ZoomAbout(graph_, 'y', plot_->yAxis->pixelToCoord(pixel.y()), factor);
+  if (x) ZoomAbout(graph_, 'x', plot_->xAxis->pixelToCoord(pixel.x()), factor);  // y may follow x
   refresh();
 }
 

@@ -44,6 +44,9 @@ class GraphWidget : public QWidget {
   bool cursorsFollow() const { return cursorsFollow_; }
   void setCursorsFollow(bool follow) { cursorsFollow_ = follow; }
 
+  /// The cursors whose places stand above the plot; empty = all.
+  void setReadoutCursors(std::vector<int> cursors) { readoutCursors_ = std::move(cursors); }
+
   // -- What mouse, keys and menu do --
   void showAll();
   void openMenu(const QPoint& globalPosition);
@@ -89,6 +92,7 @@ class GraphWidget : public QWidget {
   QSharedPointer<NumberTicker> xTicker_;
   QSharedPointer<NumberTicker> yTicker_;
   bool cursorsFollow_ = true;
+  std::vector<int> readoutCursors_;
   int lastCursor_ = 0;  // moved by the keys
 
   // -- of a zoom graph --

@@ -39,6 +39,9 @@ constexpr int ToolIconSize = 20;
 constexpr int StopPollMs = 20;  // while a closing window waits for the end of a run
 
 constexpr char TablePanelName[] = "TableModelPanel";  // part of the model's page
+/// What ends a command that runs: each stops its own kind.
+constexpr const char* StopControls[] = {"StopRun", "StopAnalysisButton"};
+
 constexpr char CannotWritePdf[] = "The PDF file could not be written: ";
 
 /// A tool that presses a menu command or control.
@@ -62,6 +65,10 @@ constexpr Tool Tools[] = {
 QString DataFolder(const char* name) {
   const std::string folder = ProgramDataFolder();
   return folder.empty() ? QString() : QDir(ToQt(folder)).filePath(name);
+}
+
+void StopWork() {
+  for (const char* control : StopControls) Press(ControlNamed(control));
 }
 
 bool IsDialog(const Panel& panel) {
@@ -150,7 +157,7 @@ void MainWindow::addTools() {
       connect(command, &QAction::enabledChanged, action, &QAction::setEnabled);
     } else {
       stop_ = action;
-      connect(action, &QAction::triggered, this, [] { Press(ControlNamed("StopRun")); });
+      connect(action, &QAction::triggered, this, [] { StopWork(); });
     }
   }
 }
@@ -339,7 +346,7 @@ void MainWindow::changeEvent(QEvent* event) {
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->ignore();  // the program ends through its own question
   if (Screen.busy > 0) {
-    Press(ControlNamed("StopRun"));
+    StopWork();
     closing_ = true;
   }
   if (!closing_) {
@@ -353,7 +360,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape && Screen.busy > 0)
-    Press(ControlNamed("StopRun"));
+    StopWork();
   else
     QMainWindow::keyPressEvent(event);
 }

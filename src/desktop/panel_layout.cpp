@@ -37,6 +37,16 @@ constexpr LayoutRow Layout[] = {
     {"StimulusPanel", "Filter", "", "FilterFc"},
     {"StimulusPanel", "Files", "", "StimFile LoadStim+ButtonSaveStim ExportPoints ImportStim+ExportStim"},
 
+    {"AnalysisPanel", "Baseline", "", "BaselineStart BaselinePts BringBaseButton"},
+    {"AnalysisPanel", "Peak", "", "StartAnalysis PeakSearchPts BringAnalysisButton PeakAvePts PeakOption"},
+    {"AnalysisPanel", "Rise, as fractions of the amplitude", "", "RiseStartFrac RiseEndFrac"},
+    {"AnalysisPanel", "Decay and width", "", "FracDecay"},
+    {"AnalysisPanel", "Latency", "", "LatencyPos LatencyFrac"},
+    {"AnalysisPanel", "Integral and exponential fit", "", "AnalysisFitPts AnalysisParse FitMode"},
+    {"AnalysisPanel", "View", "", "AutoRescale YMinGain YMaxGain AnalysisExpandButton+AnalysisCompressButton "
+     "AnalysisFullButton+ZoomAreaButton AnalysisZoomButton AnalysisDisplay[1]"},
+    {"AnalysisPanel", "Files", "", "AutoSaveMeasures VerifyMeasures SaveAnalysisButton MeasuresFileShown MeasuresCount TableFileShown"},
+
     {"DependencePanel", "", "", "DependRate"},
     {"DependencePanel", "Drugs: the rate is multiplied by their concentration", "", "DependDrug[1-6]+DrugLabel[1-6]"},
     {"DependencePanel", "Voltage", "", "DependVolt DependSteepness DependTemperature DependGrowth DependEfold"},

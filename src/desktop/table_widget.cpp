@@ -9,6 +9,7 @@
 #include "desktop/text.h"
 #include "desktop/theme.h"
 #include "screen/number_entry.h"
+#include "shell/entry.h"
 
 namespace zelvane {
 namespace {
@@ -46,12 +47,24 @@ int TableRecordModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : table_.columns;
 }
 
+QString TableRecordModel::text(int row, int column) const {
+  if (column > 1 && filled_ != nullptr && !filled_(row)) return {};
+  return ToQt(CellText(table_, row, column));
+}
+
+QString TableRecordModel::shown(int row, int column) const {
+  const QString whole = text(row, column);
+  const auto number = digits_ > 0 ? ParseNumber(whole.toStdString()) : std::nullopt;
+  return number ? ToQt(CompactNumber(*number, digits_)) : whole;
+}
+
 QVariant TableRecordModel::data(const QModelIndex& index, int role) const {
   if (index.row() >= table_.rows) return {};  // the record has shrunk and the view does not know yet
   switch (role) {
     case Qt::DisplayRole:
+      return shown(index.row() + 1, index.column() + 1);
     case Qt::EditRole:
-      return ToQt(CellText(table_, index.row() + 1, index.column() + 1));
+      return text(index.row() + 1, index.column() + 1);
     case Qt::BackgroundRole:
       return index.row() + 1 == table_.markedRow ? QVariant(MarkColour()) : QVariant();
     case Qt::TextAlignmentRole:
@@ -95,17 +108,36 @@ TableWidget::TableWidget(Table& table, QWidget* parent)
   horizontalHeader()->setHighlightSections(false);
   if (table.columns <= FewColumns) horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   setToolTip(ToQt(table.help));
-  connect(this, &QTableView::doubleClicked, this,
-          [this](const QModelIndex& cell) { ClickCell(table_, cell.row() + 1, cell.column() + 1); });
+  connect(this, table.editable ? &QTableView::doubleClicked : &QTableView::clicked, this,
+          [this](const QModelIndex& cell) {
+            if (QApplication::keyboardModifiers() == Qt::NoModifier)  // with one it extends the selection
+              ClickCell(table_, cell.row() + 1, cell.column() + 1);
+          });
 }
 
-/// The record tells where its view begins; where the user scrolls to in between stays.
+void TableWidget::setDigits(int digits) {
+  constexpr int signPointAndMargin = 4;  // characters
+  model_->setDigits(digits);
+  const int number = fontMetrics().horizontalAdvance(QString(digits + signPointAndMargin, '0'));
+  for (int column = 0; column < table_.columns; ++column) {
+    setColumnWidth(column, std::max(number, horizontalHeader()->sectionSizeHint(column)));
+  }
+}
+
 void TableWidget::refresh() {
   model_->refresh();
+  follow();
+}
+
+/// The record tells where its view begins, for a height of its own, and which row is the current one: that
+/// one is brought into view. Where the user scrolls to in between stays.
+void TableWidget::follow() {
   const QPoint corner(table_.leftColumn, table_.topRow);
-  if (corner == corner_) return;
+  if (corner == corner_ && table_.markedRow == marked_) return;
   corner_ = corner;
-  scrollTo(model_->index(table_.topRow - 1, table_.leftColumn - 1), PositionAtTop);
+  marked_ = table_.markedRow;
+  const int row = marked_ > 0 ? marked_ : table_.topRow;
+  scrollTo(model_->index(row - 1, table_.leftColumn - 1), marked_ > 0 ? EnsureVisible : PositionAtTop);
 }
 
 void TableWidget::contextMenuEvent(QContextMenuEvent* event) {
@@ -127,7 +159,7 @@ void TableWidget::copy() {
     for (int row = range.top(); row <= last; ++row) {
       for (int column = range.left(); column <= range.right(); ++column) {
         if (column > range.left()) text += '\t';
-        text += ToQt(CellText(table_, row + 1, column + 1));
+        text += model_->text(row + 1, column + 1);
       }
       text += '\n';
     }

@@ -17,6 +17,15 @@ class TableRecordModel : public QAbstractTableModel {
   /// Takes up what the record holds now.
   void refresh();
 
+  /// Significant digits that a cell shows; 0 = all that the record holds.
+  void setDigits(int digits) { digits_ = digits; }
+
+  /// Whether a row, from 1, holds anything; one that does not shows its first column alone.
+  void setFilled(bool (*filled)(int row)) { filled_ = filled; }
+
+  /// Text of a cell, rows and columns from 1, with all its digits.
+  QString text(int row, int column) const;
+
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
@@ -25,11 +34,16 @@ class TableRecordModel : public QAbstractTableModel {
   bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
  private:
+  QString shown(int row, int column) const;
+
   Table& table_;
   int rows_;  // as the view knows it
+  int digits_ = 0;
+  bool (*filled_)(int row) = nullptr;
 };
 
-/// Ctrl+C copies the selected block with tabulators between columns; a right click shows the help.
+/// Ctrl+C copies the selected block with tabulators between columns; a right click shows the help. A click on
+/// a cell of a table that is only read goes to the record, of one that is edited a double click.
 class TableWidget : public QTableView {
   Q_OBJECT
  public:
@@ -37,16 +51,22 @@ class TableWidget : public QTableView {
 
   void refresh();
 
+  /// As of the model.
+  void setDigits(int digits);
+  void setFilled(bool (*filled)(int row)) { model_->setFilled(filled); }
+
  protected:
   void contextMenuEvent(QContextMenuEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void copy();
+  void follow();
 
   Table& table_;
   TableRecordModel* model_;
   QPoint corner_{1, 1};  // column and row at which the record last wanted the view to begin
+  int marked_ = 0;       // row that the record last marked
 };
 
 }  // namespace zelvane

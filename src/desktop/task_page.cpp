@@ -2,6 +2,7 @@
 
 #include <QContextMenuEvent>
 
+#include "desktop/analysis_page.h"
 #include "desktop/model_page.h"
 #include "desktop/stimulus_page.h"
 
@@ -17,6 +18,7 @@ TaskPage* Make(Panel& panel, QWidget* parent) {
 constexpr TaskDecl TaskTable[] = {
     {"MainPanel",     "Model",    "model",    "Model",    Make<ModelPage>},
     {"StimulusPanel", "Stimulus", "stimulus", "Stimulus", Make<StimulusPage>},
+    {"AnalysisPanel", "Analysis", "analysis", "Analysis", Make<AnalysisPage>},
 };
 // clang-format on
 

@@ -95,6 +95,10 @@ QToolTip { color: %1; background: %3; border: 1px solid %4; padding: 4px; }
 QLabel[role="section"] { color: %5; font-weight: 600; padding-top: 2px; }
 QLabel[role="unit"] { color: %2; }
 QLabel[role="muted"] { color: %2; }
+QLabel[role="figure"] { font-size: 14pt; font-weight: 600; }
+QLabel[role="figure"]:disabled { color: %2; font-weight: 400; }
+QWidget[role="readout"] { background: %3; border: 1px solid %4; border-radius: 4px; }
+QWidget[role="readout"] QLabel { border: none; background: transparent; }
 QLabel[role="title"] { font-size: 18pt; font-weight: 600; }
 QFrame[role="line"] { background: %4; border: none; max-height: 1px; min-height: 1px; }
 QLineEdit { background: %3; border: 1px solid %4; border-radius: 4px; padding: 2px 6px; min-height: 18px; }

@@ -163,7 +163,7 @@ std::optional<std::size_t> SampleBefore(const Plot& plot, double x) {
 
 }  // namespace
 
-std::string CursorReadout(std::span<const Cursor> cursors, std::string_view xTitle) {
+std::string CursorReadout(std::span<const Cursor> cursors, std::string_view xTitle, double gain) {
   const std::string_view unit = UnitOf(xTitle);
   std::string text;
   std::vector<const Cursor*> enabled;
@@ -172,10 +172,11 @@ std::string CursorReadout(std::span<const Cursor> cursors, std::string_view xTit
     if (!cursor.enabled) continue;
     enabled.push_back(&cursor);
     if (!text.empty()) text += "    ";
-    text += std::to_string(k + 1) + ": " + Position(cursor.x, cursor.y, unit);
+    text += std::to_string(k + 1) + ": " + Position(cursor.x * gain, cursor.y, unit);
   }
   if (enabled.size() == 2) {
-    text += "    \u0394: " + Position(enabled[1]->x - enabled[0]->x, enabled[1]->y - enabled[0]->y, unit);
+    text += "    \u0394: " +
+            Position((enabled[1]->x - enabled[0]->x) * gain, enabled[1]->y - enabled[0]->y, unit);
   }
   return text;
 }

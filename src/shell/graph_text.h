@@ -16,8 +16,8 @@ namespace zelvane {
 
 /// Position of every enabled cursor, and the differences when there are two:
 /// "1: 33 ms, 0.52    2: 66 ms, 0.61    \u0394: 33 ms, 0.09". The unit is what the title of the x axis has in
-/// brackets. Empty without an enabled cursor.
-std::string CursorReadout(std::span<const Cursor> cursors, std::string_view xTitle);
+/// brackets; `gain` is the axis' own. Empty without an enabled cursor.
+std::string CursorReadout(std::span<const Cursor> cursors, std::string_view xTitle, double gain = 1.0);
 
 /// Height of an evenly sampled plot, or of one whose x values rise, at `x`: linear between its samples.
 /// Nothing beyond its ends and beside a sample that is not finite.
