@@ -55,8 +55,10 @@ constexpr char QMatrixFooter[] =
 constexpr char InfoText[] = "Tell what recordings and stimulus files hold";
 constexpr char ConvertText[] = "Write a recording in another format";
 constexpr char ConvertFooter[] =
-    "Of several sweeps an ABF file has an episode each, a text has one behind the other. Between .stm and\n"
-    ".asc the channel names the profile: 0 voltage, 1 to 6 drugs. Example:\n"
+    "Of several sweeps an ABF file has an episode each, .atf and .csv a column each, a single column has "
+    "one\n"
+    "behind the other. Between .stm and .asc the channel names the profile: 0 voltage, 1 to 6 drugs. "
+    "Example:\n"
     "  zelvane-cli convert cell.abf cell.atf --channel 1 --sweep all --every 5";
 
 constexpr char DriveFooter[] =
@@ -287,6 +289,12 @@ CLI::App* AddConvert(CLI::App& app, ConvertOptions& options) {
   convert->add_option("--start", options.startMs, "begin at this time of a sweep")->type_name("MS");
   convert->add_option("--length", options.lengthMs, "take no more than this of a sweep")->type_name("MS");
   convert->add_option("--every", options.every, "keep every n-th sample")->type_name("N");
+  convert
+      ->add_option(
+          "--interval", options.intervalMs,
+          "time between the samples of a text that does not tell it; without it the first line of a\n"
+          "single column is that time")
+      ->type_name("MS");
   return convert;
 }
 

@@ -18,14 +18,20 @@ namespace zelvane {
 namespace {
 
 constexpr char Stopped[] = "stopped; nothing is written\n";
+constexpr char NoInterval[] = "does not tell the time between samples; --interval can";
+constexpr char UnequalSweeps[] =
+    "its sweeps differ in length and have no place side by side; --length cuts them, .csv and .abf take them";
 constexpr int Drug1 = 1;
 
 void WriteAccount(const std::string& path, const RecordingAccount& account, std::ostream& out) {
   out << path << "\n  Kind      " << account.kind;
   if (account.version > 0.0) out << FormatText(" %.2f", account.version);
-  out << "\n  Interval  " << FormatText("%.6g ms", account.intervalMs) << "\n  Sweeps    " << account.sweeps
-      << " of " << account.samples << " samples ("
-      << FormatText("%.6g ms", account.samples * account.intervalMs) << ")\n";
+  const bool timed = account.intervalMs > 0.0;
+  out << "\n  Interval  " << (timed ? FormatText("%.6g ms", account.intervalMs) : "not told")
+      << "\n  Sweeps    " << account.sweeps << (account.lengths.empty() ? " of " : " of up to ")
+      << account.samples << " samples";
+  if (timed) out << FormatText(" (%.6g ms)", account.samples * account.intervalMs);
+  out << '\n';
   for (const RecordedInput& input : account.inputs) {
     out << FormatText("  Input %-3d %s %s, gain %g\n", input.number, input.name.c_str(), input.units.c_str(),
                       input.gain);
@@ -37,10 +43,12 @@ Json AccountJson(const std::string& path, const RecordingAccount& account) {
   json["file"] = path;
   json["kind"] = account.kind;
   if (account.version > 0.0) json["version"] = NumberJson(std::round(account.version * 100.0) / 100.0);
-  json["interval"] = NumberJson(account.intervalMs);
+  const bool timed = account.intervalMs > 0.0;
+  json["interval"] = timed ? NumberJson(account.intervalMs) : Json(nullptr);
   json["sweeps"] = account.sweeps;
   json["samples"] = account.samples;
-  json["length"] = NumberJson(account.samples * account.intervalMs);
+  if (!account.lengths.empty()) json["samples_per_sweep"] = account.lengths;
+  json["length"] = timed ? NumberJson(account.samples * account.intervalMs) : Json(nullptr);
   json["channels"] = Json::array();
   for (const RecordedInput& input : account.inputs) {
     json["channels"].push_back({{"channel", input.number},
@@ -53,22 +61,10 @@ Json AccountJson(const std::string& path, const RecordingAccount& account) {
 
 /// The sweeps of one input that are asked for, each cut and thinned.
 struct Excerpt {
-  std::vector<std::vector<float>> sweeps;
+  Sweeps sweeps;
   double intervalMs = 0.0;
-  RecordedInput input;
+  RecordedInput input{};
 };
-
-/// The part of a sweep from startMs on, every n-th sample of it.
-std::vector<float> PartOf(const std::vector<float>& sweep, const ConvertOptions& options, double intervalMs) {
-  const auto count = static_cast<double>(sweep.size());
-  const double first = std::min(count, std::round(options.startMs / intervalMs));
-  const double length = options.lengthMs ? std::round(*options.lengthMs / intervalMs) : count;
-  const auto stop = static_cast<std::size_t>(std::min(count, first + length));
-  std::vector<float> part;
-  for (auto i = static_cast<std::size_t>(first); i < stop; i += static_cast<std::size_t>(options.every))
-    part.push_back(sweep[i]);
-  return part;
-}
 
 /// Why the options ask for nothing that can be; empty when they do not.
 std::string Misuse(const ConvertOptions& options) {
@@ -78,43 +74,51 @@ std::string Misuse(const ConvertOptions& options) {
   if (options.lengthMs && !(*options.lengthMs > 0.0)) return "--length takes a time above 0 ms";
   if (options.sweep != "all" && WholeNumber(options.sweep).value_or(0) < 1)
     return "--sweep takes a number from 1 on, or all";
+  if (options.intervalMs && !(*options.intervalMs > 0.0 && std::isfinite(*options.intervalMs)))
+    return "--interval takes a time above 0 ms";
   const std::string extension = ExtensionOf(options.out);
+  const int profile = options.channel.value_or(Drug1);
+  if (extension == ".stm" && (profile < 0 || profile > MaxDrugs))
+    return "--channel names the profile of a .stm: 0 voltage, 1 to 6 drugs";
   if (!TraceFormatOf(options.out) && extension != ".abf" && extension != ".stm")
     return options.out + ": the name of the new file ends in .atf, .txt, .asc, .csv, .abf or .stm";
   return {};
 }
 
-std::optional<Excerpt> ReadExcerpt(const ConvertOptions& options, const RecordingAccount& account,
-                                   const JobStreams& streams) {
-  Excerpt excerpt;
-  excerpt.intervalMs = account.intervalMs;
+/// Samples that a time spans; more than any file holds where it is longer.
+std::int64_t SamplesOf(double timeMs, double intervalMs) {
+  constexpr double Most = 1e15;
+  return static_cast<std::int64_t>(std::min(std::round(timeMs / intervalMs), Most));
+}
+
+std::optional<Excerpt> ReadExcerpt(const ConvertOptions& options, std::optional<int> channel,
+                                   RecordingFile& file, const JobStreams& streams) {
+  const RecordingAccount& account = file.Account();
   const bool profiles = account.kind == "stimulus";
-  const int wanted = options.channel.value_or(profiles ? Drug1 : account.inputs.front().number);
-  for (const RecordedInput& input : account.inputs) {
-    if (input.number == wanted) excerpt.input = input;
-  }
-  const bool all = options.sweep == "all";
-  const int first = all ? 1 : *WholeNumber(options.sweep);
-  for (int sweep = first; sweep <= (all ? account.sweeps : first); ++sweep) {
-    if (streams.stop != nullptr && streams.stop->load()) {
-      streams.err << Stopped;
-      return std::nullopt;
-    }
-    ShowProgress(static_cast<double>(sweep - first) / account.sweeps, "reading");
-    std::string why;
-    const auto samples = SweepOf(options.in, account, wanted, sweep, why);
-    if (!samples) {
-      streams.err << options.in << ": channel " << wanted << ", sweep " << sweep << ": " << why << '\n';
-      return std::nullopt;
-    }
-    excerpt.sweeps.push_back(PartOf(*samples, options, account.intervalMs));
-    if (excerpt.sweeps.back().empty()) {
-      streams.err << options.in << ": no samples lie between these times\n";
-      return std::nullopt;
-    }
-  }
-  excerpt.intervalMs *= options.every;
+  SweepExtract wanted;
+  wanted.input = channel.value_or(profiles ? Drug1 : account.inputs.front().number);
+  wanted.first = WholeNumber(options.sweep).value_or(1);
+  wanted.last = options.sweep == "all" ? account.sweeps : wanted.first;
+  wanted.start = SamplesOf(options.startMs, account.intervalMs);
+  if (options.lengthMs) wanted.length = SamplesOf(*options.lengthMs, account.intervalMs);
+  wanted.every = options.every;
+  const auto goOn = [&](double done) {
+    ShowProgress(done, "reading");
+    return streams.stop == nullptr || !streams.stop->load();
+  };
+  std::string why;
+  auto sweeps = ReadExtract(file, wanted, goOn, why);
   ResetProgress();
+  if (!sweeps) {
+    streams.err << (why.empty() ? Stopped
+                                : FormatText("%s: channel %d, sweep %s: %s\n", options.in.c_str(),
+                                             wanted.input, options.sweep.c_str(), why.c_str()));
+    return std::nullopt;
+  }
+  Excerpt excerpt{.sweeps = std::move(*sweeps), .intervalMs = account.intervalMs * options.every};
+  for (const RecordedInput& input : account.inputs) {
+    if (input.number == wanted.input) excerpt.input = input;
+  }
   return excerpt;
 }
 
@@ -144,7 +148,6 @@ std::vector<float> Joined(const Excerpt& excerpt) {
 /// A stimulus file whose only profile that is not 0 is the one named.
 bool WriteProfile(const std::string& path, const Excerpt& excerpt, int profile) {
   std::vector<float> samples = Joined(excerpt);
-  if (samples.size() > static_cast<std::size_t>(MaxStimPoints)) samples.resize(MaxStimPoints);
   std::vector<float> zeros(samples.size());
   StimProfileSpans profiles;
   profiles.fill(zeros);
@@ -158,25 +161,41 @@ bool WriteExcerpt(const ConvertOptions& options, const Excerpt& excerpt, bool fr
   if (extension == ".stm") return WriteProfile(options.out, excerpt, options.channel.value_or(Drug1));
   const auto intervalMs = static_cast<float>(excerpt.intervalMs);
   if (extension == ".asc" && fromProfiles) return WriteStimColumn(options.out, intervalMs, Joined(excerpt));
-  std::string name = excerpt.input.name;
-  if (!excerpt.input.units.empty()) name += (name.empty() ? "" : " ") + excerpt.input.units;
-  return WriteTraceFile(options.out, Joined(excerpt), intervalMs, name);
+  return WriteSweepsFile(options.out, excerpt.sweeps, intervalMs, excerpt.input.name, excerpt.input.units);
+}
+
+/// Why the new file has no room for what was read; empty when it has.
+std::string NoRoom(const ConvertOptions& options, const Sweeps& sweeps) {
+  std::size_t samples = 0;
+  bool unequal = false;
+  for (const std::vector<float>& sweep : sweeps) {
+    samples += sweep.size();
+    unequal = unequal || sweep.size() != sweeps.front().size();
+  }
+  if (unequal && TraceFormatOf(options.out) == TraceFormat::Atf) return UnequalSweeps;
+  if (ExtensionOf(options.out) == ".stm" && samples > static_cast<std::size_t>(MaxStimPoints))
+    return FormatText("a stimulus file has room for %d samples", MaxStimPoints);
+  return {};
 }
 
 }  // namespace
 
 int InfoCommand(const std::vector<std::string>& files, bool json, const JobStreams& streams) {
   int status = JobDone;
-  for (const std::string& file : files) {
+  for (const std::string& path : files) {
     std::string why;
-    const auto account = AccountOf(file, why);
-    if (!account) {
-      streams.err << file << ": " << why << '\n';
+    const auto file = OpenRecordingFile(path, why);
+    if (file == nullptr) {
+      streams.err << path << ": " << why << '\n';
       status = JobFailed;
-    } else if (json) {
-      streams.out << JsonLine(AccountJson(file, *account)) << '\n';
+      continue;
+    }
+    const RecordingAccount& account = file->Account();
+    if (!account.note.empty()) streams.err << path << ": " << account.note << '\n';
+    if (json) {
+      streams.out << JsonLine(AccountJson(path, account)) << '\n';
     } else {
-      WriteAccount(file, *account, streams.out);
+      WriteAccount(path, account, streams.out);
     }
   }
   return status;
@@ -193,22 +212,23 @@ int ConvertCommand(const ConvertOptions& options, const JobStreams& streams) {
     streams.err << options.out << ": a file cannot take its own place\n";
     return JobFailed;
   }
-  ConvertOptions asked = options;
   std::string why;
-  const auto account = AccountOf(options.in, why);
-  if (!account || !(account->intervalMs > 0.0) || account->inputs.empty()) {
-    streams.err << options.in << ": " << (account ? "does not tell the time between samples" : why) << '\n';
+  const auto file = OpenRecordingFile(options.in, why, options.intervalMs);
+  if (file == nullptr || !(file->Account().intervalMs > 0.0)) {
+    streams.err << options.in << ": " << (file == nullptr ? why : NoInterval) << '\n';
     return JobFailed;
   }
-  const bool toProfile = ExtensionOf(options.out) == ".stm";
-  if (toProfile && (options.channel.value_or(Drug1) < 0 || options.channel.value_or(Drug1) > MaxDrugs)) {
-    streams.err << "--channel names the profile of a .stm: 0 voltage, 1 to 6 drugs\n";
-    return JobMisused;
-  }
-  if (toProfile && account->kind != "stimulus") asked.channel.reset();  // it names the profile written
-  const auto excerpt = ReadExcerpt(asked, *account, streams);
+  const bool fromProfiles = file->Account().kind == "stimulus";
+  // It names the profile written; the input is the only one that has sense.
+  const bool namesProfile = ExtensionOf(options.out) == ".stm" && !fromProfiles;
+  const auto excerpt = ReadExcerpt(options, namesProfile ? std::nullopt : options.channel, *file, streams);
   if (!excerpt) return JobFailed;
-  if (WriteExcerpt(options, *excerpt, account->kind == "stimulus")) return JobDone;
+  if (!file->Account().note.empty()) streams.err << options.in << ": " << file->Account().note << '\n';
+  if (const std::string noRoom = NoRoom(options, excerpt->sweeps); !noRoom.empty()) {
+    streams.err << options.in << ": " << noRoom << '\n';
+    return JobFailed;
+  }
+  if (WriteExcerpt(options, *excerpt, fromProfiles)) return JobDone;
   streams.err << options.out << ": cannot be written\n";
   return JobFailed;
 }

@@ -21,11 +21,14 @@ struct ConvertOptions {
   double startMs = 0.0;        // of each sweep
   std::optional<double> lengthMs;
   int every = 1;  // keep every n-th sample
+  // Of a text that does not tell it; the first line of a single column is a sample then.
+  std::optional<double> intervalMs{};
 };
 
 /// Writes one input of a recording in the form that the name of the new file asks for. Of several sweeps an
-/// ABF file has an episode each, a text has one behind the other. Between .stm and .asc the channel names the
-/// profile, Drug1 without one. A former file stands when something fails.
+/// ABF file has an episode each, an ATF and a CSV a column each, a single column one behind the other.
+/// Between .stm and .asc the channel names the profile, Drug1 without one. A former file stands when
+/// something fails.
 int ConvertCommand(const ConvertOptions& options, const JobStreams& streams);
 
 }  // namespace zelvane

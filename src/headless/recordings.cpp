@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <fstream>
+#include <limits>
 #include <utility>
 
 #include "io/input_file.h"
@@ -12,6 +14,7 @@
 #include "io/trace_export.h"
 #include "model/model_store.h"
 #include "platform/abf/abf.h"
+#include "screen/popups.h"
 
 namespace zelvane {
 namespace {
@@ -19,168 +22,310 @@ namespace {
 constexpr char NoFile[] = "cannot be opened";
 constexpr char NoRecording[] = "no recording";
 constexpr char NoSamples[] = "holds no such samples";
+constexpr char TooManyPoints[] = "its profiles are longer than a run can be";
+constexpr char UnequalSteps[] = "the steps of time are not equal";
 constexpr double MicrosecondsPerMs = 1000.0;
-constexpr std::size_t MostSamples = MaxPoints;
+constexpr std::size_t BlockSamples = 1 << 20;
 
 const std::array<const char*, StimFileProfiles> ProfileNames = {"Voltage", "Drug1", "Drug2", "Drug3",
                                                                 "Drug4",   "Drug5", "Drug6"};
 
-std::string MarkOf(const std::string& path) {
-  auto file = OpenInput(path);
-  std::string mark(3, '\0');
-  if (file) file->read(mark.data(), 3);
-  return mark;
-}
+using Open = std::unique_ptr<RecordingFile>;
 
-std::optional<RecordingAccount> AccountOfAbf(const std::string& path, std::string& why) {
-  AbfHeader header;
-  RecordingAccount account{.kind = "ABF"};
-  const AbfHandle file = OpenABFFile(path, header, account.samples, account.sweeps, &why);
-  if (file == nullptr) return std::nullopt;
-  account.version = header.version;
-  account.intervalMs = header.sampleInterval / MicrosecondsPerMs;
-  for (const int input : header.samplingSequence) {
-    if (input < 0) break;
+// -- ABF --
+
+class AbfRecording final : public RecordingFile {
+ public:
+  static Open Begin(const std::string& path, std::string& why) {
+    auto recording = std::make_unique<AbfRecording>();
+    RecordingAccount& account = recording->account_;
+    AbfHeader header;
+    recording->file_ = OpenABFFile(path, header, account.samples, account.sweeps, &why);
+    if (recording->file_ == nullptr) return nullptr;
+    account.kind = "ABF";
+    account.version = header.version;
+    account.intervalMs = header.sampleInterval / MicrosecondsPerMs;
+    for (int k = 0; k < header.channels; ++k) account.inputs.push_back(InputOf(header, k));
+    recording->TakeLengths();
+    return recording;
+  }
+
+  bool Load(int, int, int, std::string&) override { return true; }
+
+  std::size_t Read(int input, int sweep, std::int64_t at, std::span<float> samples) override {
+    if (at > std::numeric_limits<int>::max()) return 0;
+    return static_cast<std::size_t>(ReadSweep(*file_, input, sweep, static_cast<int>(at), samples));
+  }
+
+ private:
+  static RecordedInput InputOf(const AbfHeader& header, int place) {
+    const int input = header.samplingSequence[static_cast<std::size_t>(place)];
     const auto at = static_cast<std::size_t>(input);
-    account.inputs.push_back(
-        {input, header.channelName[at], header.channelUnits[at], static_cast<double>(header.gain[at])});
+    float scale = 1.0F;
+    float offset = 0.0F;
+    GetADCScaleFactor(header, input, scale, offset);
+    const float gain = header.adcRange / (scale * static_cast<float>(header.adcResolution));
+    return {input, header.channelName[at], header.channelUnits[at],
+            std::isfinite(gain) ? static_cast<double>(gain) : 1.0};
   }
-  return account;
-}
 
-std::optional<RecordingAccount> AccountOfObf(const std::string& path) {
-  auto file = OpenInput(path);
-  if (!file) return std::nullopt;
-  const ObfHeader header = ReadObfHeader(*file);
-  RecordingAccount account{.kind = "OBF", .inputs = {{0, "", "", 1.0}}};
-  account.intervalMs = static_cast<double>(header.intervalMs.value_or(0.0F));
-  account.sweeps = std::max(1, header.numRuns.value_or(1));
-  account.samples = std::max(0, header.numPoints.value_or(0));
-  return account;
-}
-
-std::optional<RecordingAccount> AccountOfStimulus(const std::string& path) {
-  const auto head = StimFileHeadOf(path);
-  if (!head) return std::nullopt;
-  RecordingAccount account{.kind = "stimulus"};
-  account.intervalMs = static_cast<double>(head->intervalMs);
-  account.samples = head->samples;
-  for (std::size_t p = 0; p < StimFileProfiles; ++p)
-    account.inputs.push_back({static_cast<int>(p), ProfileNames[p], p == 0 ? "V" : "M", 1.0});
-  return account;
-}
-
-/// Splits "IN 0,IN 1" into names.
-std::vector<RecordedInput> SignalsOf(const TextShape& shape) {
-  std::vector<RecordedInput> signals;
-  std::string_view rest = shape.signalList;
-  for (int s = 1; s <= shape.signals; ++s) {
-    const std::size_t comma = rest.find(',');
-    signals.push_back({s, std::string(rest.substr(0, comma)), "", 1.0});
-    rest.remove_prefix(comma == std::string_view::npos ? rest.size() : comma + 1);
+  void TakeLengths() {
+    std::vector<int> lengths(static_cast<std::size_t>(account_.sweeps));
+    for (std::size_t s = 0; s < lengths.size(); ++s)
+      lengths[s] = SweepLength(*file_, static_cast<int>(s) + 1);
+    if (std::adjacent_find(lengths.begin(), lengths.end(), std::not_equal_to<>()) != lengths.end())
+      account_.lengths = std::move(lengths);
   }
-  return signals;
-}
 
-/// Reads a text; of a single column the first line is the interval.
-std::optional<TextSamples> ReadTextOf(const std::string& path, int signal, int episode, TextShape& shape,
-                                      std::string& why) {
-  auto file = OpenInput(path);
-  TextRecording text(*file);
-  shape = text.Shape();
-  why = text.Refusal();
-  if (!why.empty()) return std::nullopt;
-  TextRequest request;
-  request.signal = signal;
-  request.episode = episode;
-  request.intervalLine = !shape.atf;
-  request.most = MostSamples;
-  TextSamples read = text.Read(request);
-  if (read.samples.empty() || read.unequalSteps || (!shape.atf && !read.intervalMs)) {
-    why = read.unequalSteps ? "the steps of time are not equal" : NoRecording;
-    return std::nullopt;
+  AbfHandle file_;
+};
+
+// -- OBF --
+
+class ObfRecording final : public RecordingFile {
+ public:
+  static Open Begin(std::ifstream file, std::string& why) {
+    auto recording = std::make_unique<ObfRecording>();
+    RecordingAccount& account = recording->account_;
+    const ObfHeader header = ReadObfHeader(file);
+    const std::int64_t held = ObfSamplesHeld(file);
+    const std::int64_t points = std::min<std::int64_t>(header.numPoints.value_or(0), held);
+    if (points < 1) {
+      why = NoRecording;
+      return nullptr;
+    }
+    account = {.kind = "OBF", .inputs = {{0, "", "", 1.0}}};
+    const auto interval = static_cast<double>(header.intervalMs.value_or(0.0F));
+    account.intervalMs = std::isfinite(interval) && interval > 0.0 ? interval : 0.0;
+    const std::int64_t runs = std::max(1, header.numRuns.value_or(1));
+    account.sweeps = static_cast<int>(std::min((held + points - 1) / points, runs));
+    account.samples = static_cast<int>(std::min<std::int64_t>(points, std::numeric_limits<int>::max()));
+    recording->file_ = std::move(file);
+    return recording;
   }
-  return read;
+
+  bool Load(int, int, int, std::string&) override { return true; }
+
+  std::size_t Read(int, int sweep, std::int64_t at, std::span<float> samples) override {
+    const std::int64_t before = std::int64_t{account_.samples} * (sweep - 1);
+    return ReadObfSamples(file_, before + at, account_.samples - at, samples);
+  }
+
+ private:
+  std::ifstream file_;
+};
+
+/// Samples that stand in memory, sweep after sweep of `stride` samples apart.
+std::size_t CopyOf(const std::vector<float>& loaded, std::size_t place, std::size_t stride, std::int64_t at,
+                   std::span<float> samples) {
+  std::size_t come = 0;
+  for (std::size_t k = static_cast<std::size_t>(at) * stride + place; k < loaded.size(); k += stride) {
+    if (come == samples.size()) break;
+    samples[come++] = loaded[k];
+  }
+  return come;
 }
 
-std::optional<RecordingAccount> AccountOfText(const std::string& path, std::string& why) {
-  TextShape shape;
-  const auto read = ReadTextOf(path, 1, 1, shape, why);
-  if (!read) return std::nullopt;
-  RecordingAccount account{.kind = shape.atf ? "ATF" : "single column", .inputs = SignalsOf(shape)};
-  account.intervalMs = read->intervalMs.value_or(0.0);
-  account.sweeps = shape.episodes;
-  account.samples = static_cast<int>(read->samples.size());
-  return account;
-}
+// -- Stimulus --
 
-std::size_t SweepOfAbf(const std::string& path, int input, int sweep, std::vector<float>& samples) {
-  AbfHeader header;
-  int longest = 0;
-  int sweeps = 0;
-  const AbfHandle file = OpenABFFile(path, header, longest, sweeps);
-  if (file == nullptr) return 0;
-  samples.resize(static_cast<std::size_t>(std::max(0, SweepLength(*file, sweep))));
-  return static_cast<std::size_t>(ReadSweep(*file, input, sweep, 0, samples));
-}
+class StimulusRecording final : public RecordingFile {
+ public:
+  static Open Begin(const std::string& path, std::string& why) {
+    const auto head = StimFileHeadOf(path);
+    if (!head) {
+      why = NoRecording;
+      return nullptr;
+    }
+    auto recording = std::make_unique<StimulusRecording>();
+    recording->path_ = path;
+    recording->head_ = *head;
+    RecordingAccount& account = recording->account_;
+    account.kind = "stimulus";
+    account.intervalMs = static_cast<double>(head->intervalMs);
+    account.samples = head->samples;
+    for (std::size_t p = 0; p < StimFileProfiles; ++p)
+      account.inputs.push_back({static_cast<int>(p), ProfileNames[p], p == 0 ? "V" : "M", 1.0});
+    return recording;
+  }
 
-/// A run of an OBF: the samples before it are read and left out.
-std::size_t SweepOfObf(const std::string& path, int points, int sweep, std::vector<float>& samples) {
-  auto file = OpenInput(path);
-  const auto each = static_cast<std::size_t>(points);
-  const auto before = each * static_cast<std::size_t>(sweep - 1);
-  std::vector<float> all(std::min(before + each, MostSamples));
-  const std::size_t come = ReadObfSamples(*file, static_cast<std::int64_t>(all.size()), all);
-  if (come <= before) return 0;
-  samples.assign(all.begin() + static_cast<std::ptrdiff_t>(before),
-                 all.begin() + static_cast<std::ptrdiff_t>(come));
-  return samples.size();
-}
+  bool Load(int input, int, int, std::string& why) override {
+    if (head_.samples > MaxStimPoints) {
+      why = TooManyPoints;
+      return false;
+    }
+    profile_.assign(static_cast<std::size_t>(head_.samples), 0.0F);
+    StimProfileSpans profiles;
+    profiles[static_cast<std::size_t>(input)] = profile_;
+    ReadStimProfiles(path_, head_, profiles);
+    return true;
+  }
 
-std::size_t ProfileOf(const std::string& path, int input, std::vector<float>& samples) {
-  const auto head = StimFileHeadOf(path);
-  if (!head || head->samples > MaxStimPoints) return 0;
-  samples.resize(static_cast<std::size_t>(head->samples));
-  StimProfileSpans profiles;
-  profiles[static_cast<std::size_t>(input)] = samples;
-  ReadStimProfiles(path, *head, profiles);
-  return samples.size();
+  std::size_t Read(int, int, std::int64_t at, std::span<float> samples) override {
+    return CopyOf(profile_, 0, 1, at, samples);
+  }
+
+ private:
+  std::string path_;
+  StimFileHead head_;
+  std::vector<float> profile_;
+};
+
+// -- Text --
+
+class TextFile final : public RecordingFile {
+ public:
+  static Open Begin(std::ifstream file, std::optional<double> typedIntervalMs, std::string& why) {
+    auto recording = std::make_unique<TextFile>();
+    recording->file_ = std::move(file);
+    recording->typedIntervalMs_ = typedIntervalMs;
+    return recording->TakeAccount(why) ? std::move(recording) : nullptr;
+  }
+
+  bool Load(int input, int first, int last, std::string& why) override {
+    if (input == input_ && first == first_ && last == last_) return true;
+    TextSamples read = ReadAll(input, first, last);
+    why = WhyNot(read);
+    samples_ = std::move(read.samples);
+    return why.empty();
+  }
+
+  std::size_t Read(int, int sweep, std::int64_t at, std::span<float> samples) override {
+    return CopyOf(samples_, static_cast<std::size_t>(sweep - first_),
+                  static_cast<std::size_t>(last_ - first_ + 1), at, samples);
+  }
+
+ private:
+  /// Reads the whole text: a column of numbers has its interval typed or on its first line, if that can be
+  /// one.
+  bool TakeAccount(std::string& why) {
+    lineHoldsInterval_ = !typedIntervalMs_;
+    TextSamples read = ReadAll(1, 1, 1);
+    if (!shape_.atf && lineHoldsInterval_ && !(read.intervalMs && *read.intervalMs > MinTextInterval)) {
+      lineHoldsInterval_ = false;
+      read = ReadAll(1, 1, 1);
+    }
+    why = WhyNot(read);
+    if (!why.empty()) return false;
+    account_.kind = shape_.atf ? "ATF" : "single column";
+    account_.inputs = Signals();
+    account_.intervalMs = read.intervalMs.value_or(typedIntervalMs_.value_or(0.0));
+    account_.sweeps = shape_.episodes;
+    account_.samples =
+        static_cast<int>(std::min<std::size_t>(read.samples.size(), std::numeric_limits<int>::max()));
+    samples_ = std::move(read.samples);
+    return true;
+  }
+
+  TextSamples ReadAll(int signal, int first, int last) {
+    input_ = signal;
+    first_ = first;
+    last_ = last;
+    file_.clear();
+    file_.seekg(0);
+    TextRecording text(file_);
+    shape_ = text.Shape();
+    refusal_ = text.Refusal();
+    if (!refusal_.empty()) return {};
+    TextRequest request;
+    request.signal = signal;
+    request.episode = first;
+    request.episodes = last - first + 1;
+    request.intervalLine = !shape_.atf && lineHoldsInterval_;
+    request.most = std::numeric_limits<std::size_t>::max();
+    TextSamples read = text.Read(request);
+    if (read.badLine != 0)
+      account_.note = FormatText("read up to line %zu, which cannot be understood", read.badLine);
+    return read;
+  }
+
+  std::string WhyNot(const TextSamples& read) const {
+    if (!refusal_.empty()) return refusal_;
+    if (read.unequalSteps) return UnequalSteps;
+    return read.samples.empty() ? WhyNoSamples(shape_, read) : std::string{};
+  }
+
+  /// Splits "IN 0,IN 1" into names.
+  std::vector<RecordedInput> Signals() const {
+    std::vector<RecordedInput> signals;
+    std::string_view rest = shape_.signalList;
+    for (int s = 1; s <= shape_.signals; ++s) {
+      const std::size_t comma = rest.find(',');
+      const auto place = static_cast<std::size_t>(s - 1);
+      signals.push_back({s, std::string(rest.substr(0, comma)),
+                         place < shape_.units.size() ? shape_.units[place] : std::string{}, 1.0});
+      rest.remove_prefix(comma == std::string_view::npos ? rest.size() : comma + 1);
+    }
+    return signals;
+  }
+
+  std::ifstream file_;
+  std::optional<double> typedIntervalMs_;
+  bool lineHoldsInterval_ = true;
+  TextShape shape_;
+  std::string refusal_;
+  int input_ = 0;  // what `samples_` holds
+  int first_ = 1;
+  int last_ = 1;
+  std::vector<float> samples_;
+};
+
+/// Reads one sweep block by block, keeping every n-th sample.
+std::optional<std::vector<float>> ReadPart(RecordingFile& file, const SweepExtract& wanted, int sweep,
+                                           const GoOn& goOn) {
+  const double sweeps = wanted.last - wanted.first + 1;
+  std::int64_t end = file.Account().samples;
+  if (wanted.length) end = std::min(end, wanted.start + *wanted.length);
+  std::vector<float> part;
+  std::vector<float> block(static_cast<std::size_t>(
+      std::clamp<std::int64_t>(end - wanted.start, 0, static_cast<std::int64_t>(BlockSamples))));
+  std::int64_t next = wanted.start;
+  for (std::int64_t at = wanted.start; at < end;) {
+    const double done = static_cast<double>(at - wanted.start) / static_cast<double>(end - wanted.start);
+    if (!goOn((sweep - wanted.first + done) / sweeps)) return std::nullopt;
+    const auto length = std::min<std::int64_t>(end - at, static_cast<std::int64_t>(block.size()));
+    const auto come = static_cast<std::int64_t>(
+        file.Read(wanted.input, sweep, at, std::span(block).first(static_cast<std::size_t>(length))));
+    for (; next < at + come; next += wanted.every) part.push_back(block[static_cast<std::size_t>(next - at)]);
+    if (come < length) break;
+    at += come;
+  }
+  return part;
 }
 
 }  // namespace
 
-std::optional<RecordingAccount> AccountOf(const std::string& path, std::string& why) {
-  why = NoRecording;
-  if (!OpenInput(path)) {
+Open OpenRecordingFile(const std::string& path, std::string& why, std::optional<double> typedIntervalMs) {
+  auto file = OpenInput(path);
+  if (!file) {
     why = NoFile;
-    return std::nullopt;
+    return nullptr;
   }
-  const std::string mark = MarkOf(path);
-  if (mark == "ABF") return AccountOfAbf(path, why);
-  if (mark == "OBF") return AccountOfObf(path);
-  if (ExtensionOf(path) == ".stm") return AccountOfStimulus(path);
-  return AccountOfText(path, why);
+  std::array<char, 3> mark{};
+  file->read(mark.data(), mark.size());
+  const std::string_view begin(mark.data(), static_cast<std::size_t>(file->gcount()));
+  if (begin == "ABF") return AbfRecording::Begin(path, why);
+  if (begin == "OBF") return ObfRecording::Begin(std::move(*file), why);
+  if (ExtensionOf(path) == ".stm") return StimulusRecording::Begin(path, why);
+  return TextFile::Begin(std::move(*file), typedIntervalMs, why);
 }
 
-std::optional<std::vector<float>> SweepOf(const std::string& path, const RecordingAccount& account, int input,
-                                          int sweep, std::string& why) {
+std::optional<std::vector<std::vector<float>>> ReadExtract(RecordingFile& file, const SweepExtract& wanted,
+                                                           const GoOn& goOn, std::string& why) {
+  const auto& inputs = file.Account().inputs;
+  const auto has = [&](const RecordedInput& one) { return one.number == wanted.input; };
   why = NoSamples;
-  const auto has = [input](const RecordedInput& one) { return one.number == input; };
-  if (sweep < 1 || sweep > account.sweeps || std::none_of(account.inputs.begin(), account.inputs.end(), has))
+  if (wanted.first < 1 || wanted.last > file.Account().sweeps ||
+      std::none_of(inputs.begin(), inputs.end(), has))
     return std::nullopt;
-  std::vector<float> samples;
-  std::size_t come = 0;
-  if (account.kind == "ABF") come = SweepOfAbf(path, input, sweep, samples);
-  if (account.kind == "OBF") come = SweepOfObf(path, account.samples, sweep, samples);
-  if (account.kind == "stimulus") come = ProfileOf(path, input, samples);
-  if (account.kind == "ATF" || account.kind == "single column") {
-    TextShape shape;
-    auto read = ReadTextOf(path, input, sweep, shape, why);
-    if (read) samples = std::move(read->samples);
-    come = samples.size();
+  if (!file.Load(wanted.input, wanted.first, wanted.last, why)) return std::nullopt;
+  std::vector<std::vector<float>> sweeps;
+  for (int sweep = wanted.first; sweep <= wanted.last; ++sweep) {
+    auto part = ReadPart(file, wanted, sweep, goOn);
+    why = part ? NoSamples : "";
+    if (!part || part->empty()) return std::nullopt;
+    sweeps.push_back(std::move(*part));
   }
-  samples.resize(come);
-  return come > 0 ? std::optional(std::move(samples)) : std::nullopt;
+  return sweeps;
 }
 
 }  // namespace zelvane

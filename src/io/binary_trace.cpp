@@ -266,7 +266,7 @@ Reading ReadObf(std::span<float> destination, Questions questions) {
   TakeObfFields(header);
   const std::int64_t points = header.numPoints.value_or(Model.NumPoints);
   const std::size_t most = std::min(destination.size(), static_cast<std::size_t>(MaxStimPoints));
-  const std::size_t read = ReadObfSamples(*file, Model.NumRuns * points, destination.first(most));
+  const std::size_t read = ReadObfSamples(*file, 0, Model.NumRuns * points, destination.first(most));
   if (read == 0) return Refuse(FileErrorTitle, FormatText(NoSamples, NameOf(Trace.TraceFileName).c_str()));
   Model.NumPoints = static_cast<int>(read);
   TakeObfInfo(Model.NumPoints);

@@ -14,6 +14,7 @@ constexpr std::int64_t NumRunsAt = 32;
 constexpr std::int64_t NumPointsAt = 48;
 constexpr std::int64_t IntervalAt = 128;
 constexpr std::int64_t SamplesAt = 2048;
+constexpr std::int64_t SampleBytes = 4;
 
 }  // namespace
 
@@ -28,17 +29,22 @@ ObfHeader ReadObfHeader(std::istream& file) {
   return header;
 }
 
-std::size_t ReadObfSamples(std::istream& file, std::int64_t count, std::span<float> destination) {
-  const auto bytesOf = [](std::int64_t samples) {
-    return samples * static_cast<std::int64_t>(sizeof(float));
-  };
+std::int64_t ObfSamplesHeld(std::istream& file) {
   file.clear();
   file.seekg(0, std::ios::end);
-  const std::int64_t held = (static_cast<std::int64_t>(file.tellg()) - SamplesAt) / bytesOf(1);
+  const std::int64_t bytes = static_cast<std::int64_t>(file.tellg()) - SamplesAt;
+  return std::max<std::int64_t>(bytes / SampleBytes, 0);
+}
+
+std::size_t ReadObfSamples(std::istream& file, std::int64_t first, std::int64_t count,
+                           std::span<float> destination) {
+  const std::int64_t held = ObfSamplesHeld(file) - first;
   const std::int64_t most = std::min(static_cast<std::int64_t>(destination.size()), held);
-  const auto wanted = static_cast<std::size_t>(std::max(std::min(count, most), std::int64_t{0}));
+  if (first < 0 || std::min(count, most) < 1) return 0;
+  const auto wanted = static_cast<std::size_t>(std::min(count, most));
   const std::size_t read =
-      ReadAt(file, SamplesAt, destination.data(), wanted * sizeof(float)) / sizeof(float);
+      ReadAt(file, SamplesAt + first * SampleBytes, destination.data(), wanted * sizeof(float)) /
+      sizeof(float);
   FromLittleEndian(destination.first(read));
   return read;
 }

@@ -19,8 +19,12 @@ struct ObfHeader {
 
 ObfHeader ReadObfHeader(std::istream& file);
 
-/// Reads up to `count` samples, run after run, into the front of `destination`; as many as it holds and the
-/// file has. A count below 1 reads none.
-std::size_t ReadObfSamples(std::istream& file, std::int64_t count, std::span<float> destination);
+/// Samples that the file holds, of all runs, whatever its header says.
+std::int64_t ObfSamplesHeld(std::istream& file);
+
+/// Reads up to `count` samples, run after run, from sample `first` on into the front of `destination`; as
+/// many as it holds and the file has. A count below 1 reads none.
+std::size_t ReadObfSamples(std::istream& file, std::int64_t first, std::int64_t count,
+                           std::span<float> destination);
 
 }  // namespace zelvane

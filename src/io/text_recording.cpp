@@ -18,6 +18,7 @@ constexpr std::string_view SignalsMark = "\"SignalsExported=";
 constexpr char NoText[] = "the file is empty.";
 constexpr char NoCounts[] = "line 2 does not tell how many header lines and columns follow.";
 constexpr char TooFewColumns[] = "there are more signals than columns of data.";
+constexpr char NoSamples[] = "it holds no samples.";
 
 constexpr double StepTolerance = 1e-7;  // ms
 constexpr std::size_t TimesTested = 3;
@@ -129,6 +130,29 @@ void TakeSignals(std::string_view line, TextShape& shape) {
   shape.signals = 1 + static_cast<int>(std::count(shape.signalList.begin(), shape.signalList.end(), ','));
 }
 
+/// The unit that ends a title: "pA" of "Trace #1 (pA)".
+std::string UnitOf(std::string_view title) {
+  const std::size_t open = title.rfind('(');
+  if (open == std::string_view::npos) return {};
+  const std::size_t close = title.find(')', open);
+  return close == std::string_view::npos ? std::string{}
+                                         : std::string(title.substr(open + 1, close - open - 1));
+}
+
+/// The units of the signals, from the titles of the columns, which stand in quotes or between tabs.
+void TakeUnits(std::string_view titles, TextShape& shape) {
+  const char mark = titles.find('"') == std::string_view::npos ? '\t' : '"';
+  const std::size_t step = mark == '"' ? 2 : 1;  // what lies between two quoted titles is none
+  const std::size_t signals = std::min(static_cast<std::size_t>(shape.signals), titles.size());
+  for (std::size_t part = 0; shape.units.size() < signals && !titles.empty(); ++part) {
+    const std::size_t end = titles.find(mark);
+    const bool time = part < 2 * step - 1;
+    if (!time && part % step == step - 1) shape.units.push_back(UnitOf(titles.substr(0, end)));
+    titles.remove_prefix(end == std::string_view::npos ? titles.size() : end + 1);
+  }
+  shape.units.resize(signals);
+}
+
 /// The column of the wanted signal and episode; column 0 is the time.
 std::size_t WantedColumn(const TextShape& shape, const TextRequest& request) {
   if (shape.columns == 2) return 1;
@@ -178,9 +202,17 @@ void TextRecording::ReadAtfHeader() {
     if (!line) break;
     if (line->starts_with(SignalsMark)) TakeSignals(*line, shape_);
   }
-  lines_.Next();  // titles of the columns
+  TakeUnits(lines_.Next().value_or(std::string_view{}), shape_);
   if (columns > 2) shape_.episodes = (columns - 1) / shape_.signals;
   if (shape_.episodes < 1) refusal_ = TooFewColumns;
+}
+
+std::string WhyNoSamples(const TextShape& shape, const TextSamples& read) {
+  if (read.badLine == 0) return NoSamples;
+  std::string line = "line ";
+  line += std::to_string(read.badLine);
+  if (shape.columns == 1) return line + " holds no number, or one with a comma in it.";
+  return line.append(" is no row of ").append(std::to_string(shape.columns)).append(" numbers.");
 }
 
 TextSamples TextRecording::Read(const TextRequest& request) {
@@ -224,23 +256,38 @@ void TextRecording::ReadColumn(const TextRequest& request, TextSamples& read) {
 
 void TextRecording::ReadTable(const TextRequest& request, TextSamples& read) {
   const std::size_t column = WantedColumn(shape_, request);
+  const int after = shape_.episodes - std::clamp(request.episode, 1, shape_.episodes);
+  const int episodes = std::clamp(request.episodes, 1, after + 1);
   std::array<double, TimesTested> times{};
-  while (read.samples.size() < request.most && !read.unequalSteps) {
+  for (std::size_t k = 0; k < request.most && !read.unequalSteps; ++k) {
     std::string_view sample;
     const auto row = NextRow(column, sample, read);
     if (!row) return;
-    const std::size_t k = read.samples.size();
-    const auto value = FirstValue<float>(sample);
     const auto time = k < TimesTested ? FirstValue<double>(*row) : 0.0;
-    if (!value || !time) {
+    if (!time || !TakeRow(sample, episodes, request.scale, read)) {
       read.badLine = lines_.Number();
       return;
     }
-    read.samples.push_back(*value * request.scale);
     if (k >= TimesTested) continue;
     times[k] = *time;
     TakeInterval(times, k + 1, read);
   }
+}
+
+/// Takes the sample that a row begins with, and those of the episodes that follow. False, with none of them
+/// taken, when one is no number.
+bool TextRecording::TakeRow(std::string_view row, int episodes, float scale, TextSamples& read) const {
+  const std::size_t taken = read.samples.size();
+  for (int e = 0; e < episodes; ++e) {
+    if (e > 0) row = FromWord(row, static_cast<std::size_t>(shape_.signals));
+    const auto value = FirstValue<float>(row);
+    if (!value) {
+      read.samples.resize(taken);
+      return false;
+    }
+    read.samples.push_back(*value * scale);
+  }
+  return true;
 }
 
 /// The next row; `sample` begins with the word in the wanted column of it.

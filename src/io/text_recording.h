@@ -23,10 +23,11 @@ inline constexpr double MaxColumnInterval = 1e6;
 
 /// What the lines before the samples tell.
 struct TextShape {
-  bool atf = false;        // false: one number a line
-  int columns = 1;         // of an ATF, the time included where it has one
-  int signals = 1;         // side by side in each episode
-  std::string signalList;  // their names as the file lists them, split by commas
+  bool atf = false;                  // false: one number a line
+  int columns = 1;                   // of an ATF, the time included where it has one
+  int signals = 1;                   // side by side in each episode
+  std::string signalList;            // their names as the file lists them, split by commas
+  std::vector<std::string> units{};  // of each signal, as the titles of an ATF's columns tell them
   int episodes = 1;
 };
 
@@ -34,17 +35,21 @@ struct TextShape {
 struct TextRequest {
   int signal = 1;             // counts around: with 2 signals 3 is the first again
   int episode = 1;            // 1..TextShape::episodes
+  int episodes = 1;           // so many from there on, in one reading
   bool intervalLine = false;  // one number a line: the first is the interval, ms
   float scale = 1.0F;         // of every sample
-  std::size_t most = 0;       // samples at most
+  std::size_t most = 0;       // samples of an episode at most
 };
 
 struct TextSamples {
-  std::vector<float> samples;
+  std::vector<float> samples;        // of several episodes, the first of each, then the second of each ...
   std::optional<double> intervalMs;  // within its limits; nothing where the text does not tell it
   bool unequalSteps = false;         // the third time lies too far from the second; three samples were read
   std::size_t badLine = 0;           // line that is no row of numbers and ended the reading; 0 without one
 };
+
+/// Why a text gave no samples, in one sentence.
+std::string WhyNoSamples(const TextShape& shape, const TextSamples& read);
 
 /// A text recording, read from its first line to its last.
 class TextRecording {
@@ -69,6 +74,7 @@ class TextRecording {
   std::optional<std::string_view> JoinRow(std::string_view begin, std::size_t words, TextSamples& read);
   void ReadColumn(const TextRequest& request, TextSamples& read);
   void ReadTable(const TextRequest& request, TextSamples& read);
+  bool TakeRow(std::string_view row, int episodes, float scale, TextSamples& read) const;
 
   TextLines lines_;
   std::string first_;  // the line that told the kind; without an ATF's mark it is read again

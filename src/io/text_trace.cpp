@@ -25,9 +25,6 @@ constexpr char UnequalSteps[] =
     "The x intervals are not equal, are too small (<1e6) or are too large (>1e6).";
 
 constexpr char NotRead[] = "%s was not read: %s";
-constexpr char NoSamples[] = "it holds no samples.";
-constexpr char BadRow[] = "line %zu is no row of %d numbers.";
-constexpr char BadNumber[] = "line %zu holds no number, or one with a comma in it.";
 constexpr char ReadUpTo[] = "%s was read up to line %zu, which cannot be understood.";
 constexpr char NotAnInterval[] = "The time between samples must be above 0 ms.";
 
@@ -113,23 +110,14 @@ void TakeTextInfo(const TextShape& shape) {
       FormatText("Digitization interval (ms) %f", static_cast<double>(Model.ADInterval)));
 }
 
-/// Tells of a text without samples. True when there are some.
-bool HoldsSamples(const std::string& path, const TextShape& shape, const TextSamples& read) {
-  if (!read.samples.empty()) return true;
-  std::string why = NoSamples;
-  if (read.badLine != 0) {
-    why = shape.columns > 1 ? FormatText(BadRow, read.badLine, shape.columns)
-                            : FormatText(BadNumber, read.badLine);
-  }
-  TellNotRead(path, why);
-  return false;
-}
-
 Reading TakeText(const std::string& path, TextRecording& text, std::span<float> destination,
                  std::size_t& kept) {
   const TextShape& shape = text.Shape();
   const TextSamples read = text.Read(RequestFor(shape, destination.size()));
-  if (!HoldsSamples(path, shape, read)) return Reading::Refused;
+  if (read.samples.empty()) {
+    TellNotRead(path, WhyNoSamples(shape, read));
+    return Reading::Refused;
+  }
   kept = read.samples.size();
   std::copy(read.samples.begin(), read.samples.end(), destination.begin());
   TakeTextFields(shape, read);

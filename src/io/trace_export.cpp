@@ -48,25 +48,45 @@ std::string CsvField(std::string_view name) {
   return quoted += '"';
 }
 
-NextBlock SingleColumnBlocks(std::span<const float> samples, double intervalMs) {
+/// Sweeps that stand side by side or, in a single column, one behind the other.
+using SweepSpans = std::vector<std::span<const float>>;
+
+NextBlock SingleColumnBlocks(const SweepSpans& sweeps, double intervalMs) {
   std::string head;
   AppendExponent(head, intervalMs);
   head += '\n';
-  return MakeRowBlocks(std::move(head), samples.size(), [samples](std::string& text, std::size_t i) {
-    AppendExponent(text, static_cast<double>(samples[i]));
-    text += '\n';
-  });
+  std::size_t samples = 0;
+  for (const auto& sweep : sweeps) samples += sweep.size();
+  return MakeRowBlocks(
+      std::move(head), samples,
+      [sweeps, at = std::size_t{0}, begin = std::size_t{0}](std::string& text, std::size_t i) mutable {
+        while (i - begin >= sweeps[at].size()) begin += sweeps[at++].size();
+        AppendExponent(text, static_cast<double>(sweeps[at][i - begin]));
+        text += '\n';
+      });
 }
 
-NextBlock AtfBlocks(std::span<const float> samples, double intervalMs, std::string_view signalName) {
-  const std::string name = WithoutQuotes(signalName);
-  std::string head = "ATF\t1.0\n3\t2\n\"Type=\"\n\"Comment=\"\n\"SignalsExported=" + name +
-                     "\"\n\"Time (s)\"\t\"" + name + "\"\n";
-  return MakeRowBlocks(std::move(head), samples.size(),
-                       [samples, intervalMs](std::string& text, std::size_t i) {
+/// Name of a signal, and title of the columns of its samples.
+struct SignalTexts {
+  std::string name;
+  std::string title;
+};
+
+/// Rows of the first sweep; the others have as many.
+NextBlock AtfBlocks(const SweepSpans& sweeps, double intervalMs, const SignalTexts& signal) {
+  const std::string title = WithoutQuotes(signal.title);
+  std::string head = "ATF\t1.0\n3\t" + std::to_string(sweeps.size() + 1) +
+                     "\n\"Type=\"\n\"Comment=\"\n\"SignalsExported=" + WithoutQuotes(signal.name) +
+                     "\"\n\"Time (s)\"";
+  for (std::size_t k = 0; k < sweeps.size(); ++k) head.append("\t\"").append(title).append("\"");
+  head += '\n';
+  return MakeRowBlocks(std::move(head), sweeps.front().size(),
+                       [sweeps, intervalMs](std::string& text, std::size_t i) {
                          AppendExponent(text, static_cast<double>(i) * intervalMs / MsPerSecond);
-                         text += '\t';
-                         AppendExponent(text, static_cast<double>(samples[i]));
+                         for (const auto& sweep : sweeps) {
+                           text += '\t';
+                           AppendExponent(text, static_cast<double>(sweep[i]));
+                         }
                          text += '\n';
                        });
 }
@@ -77,7 +97,8 @@ struct CsvColumn {
   std::span<const float> values;
 };
 
-/// Rows of a time (ms), which `timeOf` gives for a row, and a value of each column.
+/// Rows of a time (ms), which `timeOf` gives for a row, and a value of each column, nothing where a column
+/// has ended.
 template <typename TimeOf>
 NextBlock CsvBlocks(std::size_t rows, const std::vector<CsvColumn>& columns, TimeOf timeOf) {
   std::string head = "time_ms";
@@ -87,10 +108,37 @@ NextBlock CsvBlocks(std::size_t rows, const std::vector<CsvColumn>& columns, Tim
     AppendNineDigits(text, timeOf(row));
     for (const CsvColumn& column : columns) {
       text += ',';
-      AppendNineDigits(text, static_cast<double>(column.values[row]));
+      if (row < column.values.size()) AppendNineDigits(text, static_cast<double>(column.values[row]));
     }
     text += '\n';
   });
+}
+
+NextBlock CsvSweepBlocks(const SweepSpans& sweeps, double intervalMs, std::string_view name) {
+  std::vector<CsvColumn> columns;
+  std::size_t rows = 0;
+  for (const auto& sweep : sweeps) {
+    std::string title(name);
+    if (sweeps.size() > 1) title.append(" #").append(std::to_string(columns.size() + 1));
+    columns.push_back({title, sweep});
+    rows = std::max(rows, sweep.size());
+  }
+  return CsvBlocks(rows, columns,
+                   [intervalMs](std::size_t i) { return static_cast<double>(i) * intervalMs; });
+}
+
+NextBlock SweepBlocks(TraceFormat format, const SweepSpans& sweeps, float intervalMs,
+                      const SignalTexts& signal) {
+  const double interval = AsTyped(intervalMs);
+  switch (format) {
+    case TraceFormat::SingleColumn:
+      return SingleColumnBlocks(sweeps, interval);
+    case TraceFormat::Atf:
+      return AtfBlocks(sweeps, interval, signal);
+    case TraceFormat::Csv:
+      break;
+  }
+  return CsvSweepBlocks(sweeps, interval, signal.title);
 }
 
 /// Columns of the states that are on, `rows` values each from point 1.
@@ -133,23 +181,26 @@ std::optional<TraceFormat> TraceFormatOf(const std::string& path) {
 
 NextBlock TraceTextBlocks(TraceFormat format, std::span<const float> samples, float intervalMs,
                           std::string_view signalName) {
-  const double interval = AsTyped(intervalMs);
-  switch (format) {
-    case TraceFormat::SingleColumn:
-      return SingleColumnBlocks(samples, interval);
-    case TraceFormat::Atf:
-      return AtfBlocks(samples, interval, signalName);
-    case TraceFormat::Csv:
-      break;
-  }
-  return CsvBlocks(samples.size(), {{std::string(signalName), samples}},
-                   [interval](std::size_t i) { return static_cast<double>(i) * interval; });
+  return SweepBlocks(format, {samples}, intervalMs, {std::string(signalName), std::string(signalName)});
 }
 
 bool WriteTraceFile(const std::string& path, std::span<const float> samples, float intervalMs,
                     std::string_view signalName) {
   const auto format = TraceFormatOf(path);
   return format && ReplaceFileInBlocks(path, TraceTextBlocks(*format, samples, intervalMs, signalName));
+}
+
+bool WriteSweepsFile(const std::string& path, const Sweeps& sweeps, float intervalMs,
+                     std::string_view signalName, std::string_view units) {
+  const auto format = TraceFormatOf(path);
+  if (!format || sweeps.empty()) return false;
+  const SweepSpans spans(sweeps.begin(), sweeps.end());
+  const auto unequal = [&](std::span<const float> sweep) { return sweep.size() != spans.front().size(); };
+  if (*format == TraceFormat::Atf && std::any_of(spans.begin(), spans.end(), unequal)) return false;
+  SignalTexts signal{std::string(signalName), std::string(signalName)};
+  std::replace(signal.name.begin(), signal.name.end(), ',', ';');  // commas part the names of a list
+  if (!units.empty()) signal.title.append(signal.title.empty() ? "(" : " (").append(units).append(")");
+  return ReplaceFileInBlocks(path, SweepBlocks(*format, spans, intervalMs, signal));
 }
 
 bool WriteOccupancyCsv(const std::string& path) {

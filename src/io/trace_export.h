@@ -1,6 +1,6 @@
 // The result of a run as text files for other programs.
 //
-//   A trace         TraceFormatOf  WriteTraceFile  TraceTextBlocks
+//   A trace         TraceFormatOf  WriteTraceFile  WriteSweepsFile  TraceTextBlocks
 //   Occupancies     WriteOccupancyCsv
 //
 // Numbers have a full stop in every locale. A file is replaced only when the new one is whole (safe_file.h);
@@ -11,6 +11,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/safe_file.h"
 
@@ -38,6 +39,15 @@ std::string ExtensionOf(const std::string& path);
 /// @return false, with a former file untouched, for another extension or when the file cannot be written
 bool WriteTraceFile(const std::string& path, std::span<const float> samples, float intervalMs,
                     std::string_view signalName);
+
+/// Several sweeps that begin at time 0 each, in the same formats: ATF and CSV have a column for each sweep,
+/// empty in a CSV where a sweep has ended; a single column has one sweep behind the other. In an ATF the
+/// sweeps are episodes of one signal and must be of equal length.
+/// @param units  of the samples; the titles of the columns end in them: "IN 0 (pA)". Empty without any
+/// @return false, with a former file untouched, also for sweeps that an ATF cannot hold
+using Sweeps = std::vector<std::vector<float>>;
+bool WriteSweepsFile(const std::string& path, const Sweeps& sweeps, float intervalMs,
+                     std::string_view signalName, std::string_view units);
 
 /// The text that WriteTraceFile writes, block after block. `samples` must outlast it.
 NextBlock TraceTextBlocks(TraceFormat format, std::span<const float> samples, float intervalMs,

@@ -12,7 +12,8 @@ namespace {
 class RecordingCommandsTest : public StoreTest {
  protected:
   RecordingCommandsTest() {
-    std::string text = "ATF\t1.0\n1\t5\n\"SignalsExported=IN 0,IN 1\"\n\"Time (s)\"\ta\tb\tc\td\n";
+    std::string text =
+        "ATF\t1.0\n1\t5\n\"SignalsExported=IN 0,IN 1\"\n\"Time (s)\"\t\"a (pA)\"\t\"b (mV)\"\t\"c\"\t\"d\"\n";
     for (int i = 0; i < 200; ++i) {
       text += std::to_string(i) + "e-4";
       for (int column = 1; column <= 4; ++column) text += '\t' + std::to_string(1000 * column + i);
@@ -65,7 +66,7 @@ TEST_F(RecordingCommandsTest, ASignalWithAllItsSweepsGoesToAbfAndBackToText) {
   all.sweep = "all";
   ASSERT_EQ(Convert(folder.File("cell.abf"), folder.File("cell.csv"), all), JobDone) << err.str();
   const std::string csv = ReadWholeFile(folder.File("cell.csv"));
-  EXPECT_EQ(csv.substr(csv.find('\n')), "\n0,2010\n5,2060\n10,4010\n15,4060\n");
+  EXPECT_EQ(csv.substr(csv.find('\n')), "\n0,2010,4010\n5,2060,4060\n");
 }
 
 TEST_F(RecordingCommandsTest, AProfileGoesFromAColumnToAStimulusFileAndBack) {
@@ -77,6 +78,31 @@ TEST_F(RecordingCommandsTest, AProfileGoesFromAColumnToAStimulusFileAndBack) {
   EXPECT_EQ(Info(folder.File("a.stm"))["channels"][6]["name"], "Drug6");
   ASSERT_EQ(Convert(folder.File("a.stm"), folder.File("b.asc"), options), JobDone) << err.str();
   EXPECT_EQ(ReadWholeFile(folder.File("b.asc")), "5.000000e-01\n1e-05\n0.25\n");
+}
+
+TEST_F(RecordingCommandsTest, AllSweepsGoToAnAtfAsEpisodesAndComeBack) {
+  ConvertOptions options;
+  options.channel = 2;
+  options.sweep = "all";
+  ASSERT_EQ(Convert(source, folder.File("all.atf"), options), JobDone) << err.str();
+  EXPECT_EQ(Info(folder.File("all.atf"))["sweeps"], 2);
+  options = {};
+  options.sweep = "2";
+  ASSERT_EQ(Convert(folder.File("all.atf"), folder.File("second.csv"), options), JobDone) << err.str();
+  EXPECT_EQ(ReadWholeFile(folder.File("second.csv")).substr(0, 33), "time_ms,IN 1 (mV)\n0,4000\n0.1,4001");
+}
+
+TEST_F(RecordingCommandsTest, AColumnWithoutAnIntervalTakesATypedOne) {
+  const std::string column = folder.File("column.asc");
+  WriteWholeFile(column, "-1.5\n2\n3\n");
+  const auto info = Info(column);
+  EXPECT_TRUE(info["interval"].is_null());
+  EXPECT_EQ(info["samples"], 3);
+  EXPECT_EQ(Convert(column, folder.File("column.csv")), JobFailed);
+  ConvertOptions options;
+  options.intervalMs = 0.5;
+  ASSERT_EQ(Convert(column, folder.File("column.csv"), options), JobDone) << err.str();
+  EXPECT_EQ(ReadWholeFile(folder.File("column.csv")), "time_ms,\n0,-1.5\n0.5,2\n1,3\n");
 }
 
 TEST_F(RecordingCommandsTest, WhatCannotBeIsRefusedAndWritesNothing) {

@@ -1,7 +1,10 @@
 // Recordings of other programs, read as a user reads them, against what those programs read out of them.
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <sstream>
 
+#include "headless/recording_commands.h"
 #include "io/trace_read.h"
 #include "io/trace_store.h"
 #include "model/model_store.h"
@@ -28,8 +31,7 @@ std::vector<json> Rows(std::string_view extension) {
   return rows;
 }
 
-void CheckTrace(const json& expected, std::size_t count) {
-  const std::span<const float> samples = Trace.SimTrace.first(count);
+void CheckSamples(const json& expected, std::span<const float> samples) {
   const double low = expected["min"];
   const double high = expected["max"];
   const double tolerance = 1e-6 * std::max(std::abs(low), std::abs(high));
@@ -41,7 +43,29 @@ void CheckTrace(const json& expected, std::size_t count) {
   EXPECT_NEAR(*std::max_element(samples.begin(), samples.end()), high, tolerance);
   double sum = 0.0;
   for (const float sample : samples) sum += static_cast<double>(sample);
-  EXPECT_NEAR(sum / static_cast<double>(count), expected["mean"].get<double>(), tolerance);
+  EXPECT_NEAR(sum / static_cast<double>(samples.size()), expected["mean"].get<double>(), tolerance);
+}
+
+void CheckTrace(const json& expected, std::size_t count) {
+  CheckSamples(expected, Trace.SimTrace.first(count));
+}
+
+/// The columns of a CSV behind its first, each as far as it has cells.
+std::vector<std::vector<float>> CsvColumns(const std::string& path) {
+  std::istringstream text(ReadWholeFile(path));
+  std::vector<std::vector<float>> columns;
+  std::string line;
+  std::getline(text, line);
+  while (std::getline(text, line)) {
+    std::size_t column = 0;
+    for (std::size_t comma = line.find(','); comma != std::string::npos; ++column) {
+      if (columns.size() <= column) columns.emplace_back();
+      if (const char* cell = line.c_str() + comma + 1; *cell != ',' && *cell != '\0')
+        columns[column].push_back(std::strtof(cell, nullptr));
+      comma = line.find(',', comma + 1);
+    }
+  }
+  return columns;
 }
 
 class RecordingsTest : public DriveTest {
@@ -51,7 +75,77 @@ class RecordingsTest : public DriveTest {
     Run("choose \"" + Recordings + file + "\"\n" + queued + "press FxnRead\n");
     ASSERT_EQ(Trace.TraceValid, 1) << file;
   }
+
+  /// What `info` tells of a file.
+  json Info(const std::string& file) {
+    std::ostringstream out;
+    EXPECT_EQ(InfoCommand({Recordings + file}, true, {out, err}), JobDone) << err.str();
+    return json::parse(out.str());
+  }
+
+  /// The sweeps of a channel, by way of a CSV.
+  std::vector<std::vector<float>> Converted(const std::string& file, int channel) {
+    ConvertOptions options;
+    options.in = Recordings + file;
+    options.out = folder.File("out.csv");
+    options.channel = channel;
+    options.sweep = "all";
+    EXPECT_EQ(ConvertCommand(options, {err, err}), JobDone) << err.str();
+    return CsvColumns(options.out);
+  }
+
+  TemporaryFolder folder;
+  std::ostringstream err;
 };
+
+TEST_F(RecordingsTest, InfoAndConvertGiveOfEveryAbfWhatOtherProgramsRead) {
+  for (const json& row : Rows(".abf")) {
+    SCOPED_TRACE(row["file"].get<std::string>());
+    const json info = Info(row["file"]);
+    EXPECT_EQ(info["sweeps"], row["sweeps"]);
+    EXPECT_NEAR(info["interval"].get<double>(), row["sample_interval_ms"].get<double>(), 1e-9);
+    const json& lengths = row["samples_per_sweep"];
+    EXPECT_EQ(lengths.is_array() ? info["samples_per_sweep"] : info["samples"], lengths);
+    ASSERT_EQ(info["channels"].size(), row["channels"]);
+    for (std::size_t place = 0; place < row["channels"]; ++place) {
+      const json& channel = info["channels"][place];
+      EXPECT_EQ(channel["channel"], row["sampling_sequence"][place]);
+      EXPECT_EQ(channel["name"], row["channel_names"][place]);
+      EXPECT_EQ(channel["units"], row["units"][place]);
+      const auto sweeps = Converted(row["file"], channel["channel"]);
+      ASSERT_EQ(sweeps.size(), row["sweeps"]);
+      for (const auto& [sweep, channels] : row["sweep_values"].items()) {
+        const auto& samples = sweeps[static_cast<std::size_t>(std::stoi(sweep))];
+        ASSERT_EQ(samples.size(), channels[place]["count"]);
+        CheckSamples(channels[place], samples);
+      }
+    }
+  }
+}
+
+TEST_F(RecordingsTest, InfoAndConvertGiveOfEveryAtfItsSignalsAndColumns) {
+  for (const json& row : Rows(".atf")) {
+    SCOPED_TRACE(row["file"].get<std::string>());
+    const json info = Info(row["file"]);
+    EXPECT_EQ(info["sweeps"], row["episodes"]);
+    EXPECT_EQ(info["samples"], row["rows"]);
+    EXPECT_NEAR(info["interval"].get<double>(), row["sample_interval_ms"].get<double>(), 1e-9);
+    const std::size_t signals = row["signals"];
+    ASSERT_EQ(info["channels"].size(), signals);
+    for (std::size_t s = 0; s < signals; ++s) {
+      const std::string name = row["signal_names"].empty() ? json("") : row["signal_names"][s];
+      EXPECT_EQ(info["channels"][s]["name"], name);
+      const std::string title = row["column_titles"][s + 1];
+      const std::string units = info["channels"][s]["units"];
+      EXPECT_TRUE(units.empty() ? title.find('(') == std::string::npos : title.ends_with("(" + units + ")"));
+      const auto sweeps = Converted(row["file"], static_cast<int>(s) + 1);
+      for (const auto& [columnText, values] : row["column_values"].items()) {
+        const auto column = static_cast<std::size_t>(std::stoi(columnText));
+        if ((column - 1) % signals == s) CheckSamples(values, sweeps.at((column - 1) / signals));
+      }
+    }
+  }
+}
 
 TEST_F(RecordingsTest, EveryChannelOfEveryAbfHoldsWhatOtherProgramsRead) {
   for (const json& row : Rows(".abf")) {
