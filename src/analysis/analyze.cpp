@@ -57,11 +57,15 @@ std::span<const float> RecordedTrace() {
 }
 
 std::string DataFilePath() {
-  return Trace.TraceFileName.empty() ? Model.ModelFileName : Trace.TraceFileName;
+  return Trace.TraceFromFile != 0 ? Trace.TraceFileName : Model.ModelFileName;
 }
 
 std::string DataFileName() {
   return std::filesystem::path(DataFilePath()).filename().string();
+}
+
+int DataEpisode() {
+  return Trace.TraceFromFile != 0 ? Trace.EpisodeIndex : 1;
 }
 
 void MeasureBaseline(int start, int count) {

@@ -2,7 +2,7 @@
 //
 //   One measure          MeasureBaseline  PeakSearch  MeasureIntegral  MeasureRise  MeasureDecay
 //   The whole sequence   AnalyzeTrace  ReanalyzeTrace  MeasureTrace
-//   What was measured    RecordedTrace  DataFilePath  DataFileName
+//   What was measured    RecordedTrace  DataFilePath  DataFileName  DataEpisode
 //
 // The arithmetic is in measures.h, the walk through a file in episodes.h, the table in results_table.h, its
 // files in results_files.h, the panel in analysis_panel.h. All work on the first `Model.NumPoints` samples of
@@ -22,6 +22,9 @@ std::string DataFilePath();
 
 /// The same without its folder.
 std::string DataFileName();
+
+/// Its episode; 1 for a simulation.
+int DataEpisode();
 
 /// Mean and variance of `count` samples from `start`, into `Baseline` and `BaselineVar`, and shows them.
 void MeasureBaseline(int start, int count);

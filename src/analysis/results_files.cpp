@@ -205,7 +205,7 @@ std::string MeasuresRow(const std::string& path, int count, const AnalysisRow& r
 }
 
 bool AppendMeasures() {
-  const AnalysisRow row = ResultsRow(Analysis.Measures, DataFileName(), Trace.EpisodeIndex);
+  const AnalysisRow row = ResultsRow(Analysis.Measures, DataFileName(), DataEpisode());
   return AppendRow(MeasuresHeader(), MeasuresRow(DataFilePath(), Analysis.MeasuresCount, row));
 }
 
@@ -220,7 +220,7 @@ void SaveAnalysis() {
 
 bool AppendMeanVariance(float mean, float variance) {
   const ResponseMeasures& m = Analysis.Measures;
-  std::string row = FormatText("\"%s\",%d", DataFilePath().c_str(), Trace.EpisodeIndex);
+  std::string row = FormatText("\"%s\",%d", DataFilePath().c_str(), DataEpisode());
   for (const float value : {m.Baseline, m.BaselineVar, mean, variance, mean - m.Baseline,
                             variance - m.BaselineVar, (variance - m.BaselineVar) / (mean - m.Baseline)}) {
     row.append(", ").append(Fixed(value, 3));

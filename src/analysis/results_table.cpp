@@ -86,7 +86,7 @@ bool TableAddRow(int row) {
 }
 
 void RewriteRow(int row) {
-  RowAt(row) = ResultsRow(Analysis.Measures, DataFileName(), Trace.EpisodeIndex);
+  RowAt(row) = ResultsRow(Analysis.Measures, DataFileName(), DataEpisode());
   ShowTableRow(row);
 }
 

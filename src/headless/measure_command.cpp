@@ -108,6 +108,7 @@ int OpenAbf(const MeasureOptions& options, Recording& recording, std::ostream& e
         << " can be measured\n";
     return JobFailed;
   }
+  Trace.TraceFromFile = 1;
   Trace.TraceFileName = options.file;
   Trace.EpisodeCount = recording.sweeps;
   Trace.RecordedChannel = recording.channel;

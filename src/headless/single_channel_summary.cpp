@@ -46,7 +46,7 @@ std::span<const float> PresentTrace() {
 SingleChannelSummary SummariseSingleChannels() {
   return {Model.NumChannels,
           Model.NumRuns,
-          Model.NumIntervals,
+          std::max(0, Model.NumIntervals),
           Model.MultiSubunit != 0,
           Model.OpenState,
           Dwell.OpenStateExits,

@@ -49,8 +49,9 @@ FileKind KindOf(const std::string& path) {
   return *mark == "OBF" || *mark == "ABF" ? FileKind::Binary : FileKind::Text;
 }
 
-/// Makes 0 of what the former trace left behind the first `samples`.
+/// The first `samples` samples have come from a file: makes 0 of what the former trace left behind them.
 void EndTraceAt(std::size_t samples) {
+  Trace.TraceFromFile = 1;
   const auto used = static_cast<std::size_t>(Trace.SimTraceUsed);
   if (used > samples) {
     const std::span<float> rest = Trace.SimTrace.subspan(samples, used - samples);

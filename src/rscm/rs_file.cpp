@@ -124,6 +124,7 @@ bool ReadWhole(const std::string& path) {
     return false;
   }
   TraceToWrite(Model.NumPoints);
+  Trace.TraceFromFile = 1;
   Trace.TraceValid = 1;
   Trace.RsCorrected = 0;
   Trace.RcFiltered = 0;

@@ -19,6 +19,7 @@ namespace zelvane {
 namespace {
 
 constexpr char ParsedText[] = "Cannot refresh since data has been parsed (resampled).";
+constexpr char RecordingText[] = "Cannot refresh since the data was read from a file.";
 constexpr char RemovesCorrection[] = "Refreshing will remove RsCm correction. Do you want to continue?";
 
 /// Sets elements 0..end - 1 of `values` to 0, as far as `used` says that anything stands there. `used` falls
@@ -108,6 +109,10 @@ bool ConvertTrace(bool erase) {
 void RefreshTrace() {
   if (Trace.TraceParsed != 0) {
     MessagePopup(WarningTitle, ParsedText);
+    return;
+  }
+  if (Trace.TraceFromFile != 0) {  // the occupancies belong to a former run
+    MessagePopup(WarningTitle, RecordingText);
     return;
   }
   if (Model.MultiSubunit != 0 && Result.ResultKind == ResultMonteCarlo) {

@@ -92,6 +92,7 @@ void KeepRawOpenTimes(const DwellRecorder& recorder) {
   const auto count = std::min(static_cast<std::size_t>(lists.NumOpenTimes), lists.RawOpenTimes.size());
   std::copy_n(lists.OpenTimes.begin(), count, lists.RawOpenTimes.begin());
   lists.NumRawOpenTimes = static_cast<int>(count);
+  lists.OpenListSelector = 0;
 }
 
 }  // namespace zelvane

@@ -29,8 +29,7 @@ namespace {
 constexpr char IsolatedState[] = "Error with model.";
 constexpr char TooFast[] =
     "A rate is too fast for the length of the sweep: the time of a channel no longer advances. Lower the "
-    "rate or "
-    "shorten the sweep.";
+    "rate or shorten the sweep.";
 constexpr char Interrupted[] = "Simulation Interrupted by User";
 
 constexpr int PollingFrom = 21;        // fewer channels are over before a user can press stop
@@ -231,6 +230,7 @@ bool SimulateRun(Loop& loop, int run) {
     if (Model.ReseedSimulation != 0 || loop.numIntervals > 0) ReseedFromEnd(loop.numPoints);
     if (sweep == loop.numIntervals && sweep > 0) RestoreRates(loop);
     if (run == loop.numRuns) break;
+    if (loop.sweep.breathe && loop.sweep.breathe()) return GoesOn(ChannelOutcome::Stopped);
   }
   return true;
 }

@@ -133,6 +133,7 @@ void RunSimulation(int numPoints) {
   if (Model.ModelIs2D == 0) ActivateTableModel();
   Trace.TraceUnits = Model.DisplayUnits;
   Trace.TraceValid = 0;  // from here on the trace is empty, also after a refusal
+  Trace.TraceFromFile = 0;
   ClearSamples(Model.NumPoints);
   ClearOccupancy(Model.NumPoints + 1);  // the fixed-step integrator also fills the point behind the last
   if (Model.ModelIs2D != 0) RatesFromGrid();

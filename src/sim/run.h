@@ -33,8 +33,8 @@ void RunSimulation(int numPoints);
 bool ConvertTrace(bool erase);
 
 /// Converts the occupancies of the last run again with the present monitored states and units, and plots them
-/// in place of what the graph showed. Refuses a resampled trace; asks before it gives up a correction for
-/// series resistance; plots the trace of cooperative subunits as it stands.
+/// in place of what the graph showed. Refuses a resampled trace and a recording; asks before it gives up a
+/// correction for series resistance; plots the trace of cooperative subunits as it stands.
 void RefreshTrace();
 
 /// Appends the trace to the autosave file, when `Model.Autosave` is on and no fit runs.

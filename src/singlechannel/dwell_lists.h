@@ -27,9 +27,8 @@ void UseOpenList();
 /// @param list          MaxDwells entries, of which MaxFileDwells are filled at most
 /// @param replace       writes from the first entry on; otherwise behind `currentCount`
 /// @param currentCount  entries that the list holds
-/// @return  the new count, 0 for a list of one entry. `currentCount`, with the list as it was and a file
-/// error
-///          told, when the file cannot be opened or its header is none
+/// @return  the new count, 0 for a list of one entry. Nothing, with the list as it was and a file error told,
+///          when the file cannot be opened or its header is none
 std::optional<int> ReadSingleColumnList(std::span<float> list, const std::string& path, bool replace,
                                         int currentCount);
 

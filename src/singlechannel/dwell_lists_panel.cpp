@@ -108,8 +108,9 @@ void AsButton(const ControlEvent& /*event*/) {
   Command();
 }
 
-/// A run or a read changes the lists behind the panel: their counts follow after every commit.
-void ShowCounts() {
+/// A run or a read changes the lists behind the panel: counts and selection follow after every commit.
+void ShowLists() {
+  ShowField("OpenListSelector");
   ShowText("OpenTimesCount", FormatText("%.0f", static_cast<double>(Dwell.NumOpenTimes)));
   ShowText("ClosedTimesCount", FormatText("%.0f", static_cast<double>(Dwell.NumClosedTimes)));
   ShowText("LatenciesCount", FormatText("%.0f", static_cast<double>(Dwell.NumLatencies)));
@@ -169,7 +170,7 @@ constexpr MenuDecl SingleChannelsMenu[] = {
 void AddDwellListsPanels() {
   AddPanel({.name = ListsPanel,
             .title = "Dwell lists",
-            .dim = ShowCounts,
+            .dim = ShowLists,
             .help = "Open times, closed times and latencies of the last simulation or of the files read."});
   AddControls(ListsPanel, ListsGroup, ListsControls);
   AddPanel({.name = ChoicePanel,

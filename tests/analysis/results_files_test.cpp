@@ -18,6 +18,7 @@ class ResultsTest : public StoreTest {
  protected:
   ResultsTest() {
     Fit.FitMode = 0;
+    Trace.TraceFromFile = 1;
     Trace.TraceFileName = folder.File("cell 1.old.abf");
     ResponseMeasures& m = Analysis.Measures;
     m = {.measured = ~0U, .Baseline = -1.5F, .BaselineVar = 0.25F, .PeakValue = -51.5F, .PeakPos = 600};

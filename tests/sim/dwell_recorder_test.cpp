@@ -100,7 +100,9 @@ TEST_F(FullDwellRecorderTest, FullListsStayAsTheyAreAndTheRecordOnlyCounts) {
   for (int sweep = 0; sweep < 3; ++sweep) Sweep({{2, 1.0F}});
   EXPECT_EQ(Latencies().size(), 2U);
   EXPECT_TRUE(recorder.opened);  // the channel has reached a monitored state all the same
+  store.OpenListSelector = 3;
   KeepRawOpenTimes(recorder);
+  EXPECT_EQ(store.OpenListSelector, 0);
   EXPECT_EQ(Entries(store.RawOpenTimes, 2), (Floats{1.0F, 2.0F}));
 }
 

@@ -87,19 +87,17 @@ class MonteCarloFormsTest : public RunTest {
     EXPECT_EQ(Model.StartOccupancy, plain.start);
     const DwellStore& lists = plain.lists;
     ASSERT_EQ(Dwell.NumIdealEvents, lists.NumIdealEvents);
-    ASSERT_EQ(Dwell.NumOpenTimes, lists.NumOpenTimes);
-    ASSERT_EQ(Dwell.NumClosedTimes, lists.NumClosedTimes);
-    ASSERT_EQ(Dwell.NumLatencies, lists.NumLatencies);
-    ASSERT_EQ(Dwell.NumRawOpenTimes, lists.NumRawOpenTimes);
     const auto events = static_cast<std::size_t>(lists.NumIdealEvents) + 1;  // the end marker too
     EXPECT_TRUE(SameFloats(Dwell.IdealDuration, lists.IdealDuration, events));
     EXPECT_TRUE(SameFloats(Dwell.IdealClass, lists.IdealClass, events));
-    EXPECT_TRUE(SameFloats(Dwell.OpenTimes, lists.OpenTimes, static_cast<std::size_t>(lists.NumOpenTimes)));
-    EXPECT_TRUE(
-        SameFloats(Dwell.RawOpenTimes, lists.OpenTimes, static_cast<std::size_t>(lists.NumOpenTimes)));
-    EXPECT_TRUE(
-        SameFloats(Dwell.ClosedTimes, lists.ClosedTimes, static_cast<std::size_t>(lists.NumClosedTimes)));
-    EXPECT_TRUE(SameFloats(Dwell.Latencies, lists.Latencies, static_cast<std::size_t>(lists.NumLatencies)));
+    const auto expectSame = [](std::span<const float> a, float countA, std::span<const float> b,
+                               float countB) {
+      ASSERT_EQ(countA, countB);
+      EXPECT_TRUE(SameFloats(a, b, static_cast<std::size_t>(countB)));
+    };
+    expectSame(Dwell.OpenTimes, Dwell.NumOpenTimes, lists.OpenTimes, lists.NumOpenTimes);
+    expectSame(Dwell.ClosedTimes, Dwell.NumClosedTimes, lists.ClosedTimes, lists.NumClosedTimes);
+    expectSame(Dwell.Latencies, Dwell.NumLatencies, lists.Latencies, lists.NumLatencies);
     const auto points = static_cast<std::size_t>(Model.NumPoints) + 1;
     for (std::size_t s = 1; s <= MaxStates; ++s) {
       EXPECT_TRUE(SameFloats(Result.Occupancy[s], plain.occupancy[s], points)) << "state " << s;

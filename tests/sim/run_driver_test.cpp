@@ -77,7 +77,7 @@ TEST_F(RunDriverTest, IntegratesSubunitsOnlyAsChannelsOrProbability) {
 
 TEST_F(RunDriverTest, RefusesARunWithoutLength) {
   for (const auto& [field, value] :
-       {std::pair{"NumPoints", "0"}, {"NumPoints", "-5"}, {"ADInterval", "0"}, {"ADInterval", "-0.01"}}) {
+       {std::pair{"NumPoints", "0"}, {"NumPoints", "-5"}, {"ADInterval", "0"}, {"ADInterval", "3e38"}}) {
     popups.clear();
     TypeInto(ControlNamed(field), value);
     AcquireData();

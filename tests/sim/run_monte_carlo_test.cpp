@@ -125,12 +125,6 @@ TEST_F(RunMonteCarloTest, FinalOccupanciesStartTheNextRunWhenReseededAndElseOnly
   EXPECT_EQ(Model.StartOccupancy[2], 1.0F);
 }
 
-TEST_F(RunMonteCarloTest, ARunWithoutOpeningsLeavesNoTrace) {
-  RunAsSet();
-  EXPECT_EQ(Trace.TraceValid, 0);
-  EXPECT_EQ(Dwell.MonitoredChannels, 0);
-}
-
 TEST_F(RunMonteCarloTest, AStopLeavesTheTraceInvalid) {
   Model.NumChannels = 100;
   Model.StartOccupancy[1] = 0.0F;
@@ -195,19 +189,27 @@ TEST_F(RunMonteCarloTest, ASubunitStartsInEveryStateThatRoundsUp) {
   EXPECT_EQ(StartClasses(), (std::vector<int>{1, 2}));
 }
 
-TEST_F(RunMonteCarloTest, AChannelOfManyDwellsCanBeStoppedWithinItsSweep) {
-  SetRates(1e7, 1e7);
-  Model.ADInterval = 10.0F;  // 2 s: twenty million dwells
+TEST_F(RunMonteCarloTest, StopIsHeardWithinAChannelOfManyDwellsAndBetweenManyRuns) {
   onPump = [](int) { FAIL() << "a single channel pumps no events"; };
   FrontEnd former = SetFrontEnd({});
   FrontEnd stopping = former;
   stopping.breathe = [] { Result.StopRequested = 1; };
   SetFrontEnd(std::move(stopping));
-  RunAsSet();
-  EXPECT_EQ(popups.back(), (SeenPopup{"!", "Simulation Interrupted by User"}));
-  EXPECT_EQ(Trace.TraceValid, 0);
-  EXPECT_EQ(Dwell.IdealClass[Dwell.NumIdealEvents], RecordEnd);
-  EXPECT_GT(Dwell.NumRawOpenTimes, 0);
+  struct Case {
+    double rate;
+    float intervalMs;
+    int runs;
+  };
+  for (const Case& c : {Case{1e7, 10.0F, 1}, Case{1000.0, 0.01F, 1'000'000}}) {  // 20 million dwells; 2 ms
+    SetRates(c.rate, c.rate);
+    Model.ADInterval = c.intervalMs;
+    Model.NumRuns = c.runs;
+    popups.clear();
+    RunAsSet();
+    EXPECT_EQ(popups, (std::vector{SeenPopup{"!", "Simulation Interrupted by User"}}));
+    EXPECT_EQ(Dwell.IdealClass[Dwell.NumIdealEvents], RecordEnd);
+    EXPECT_GT(Dwell.NumRawOpenTimes, 0);
+  }
   SetFrontEnd(std::move(former));
 }
 

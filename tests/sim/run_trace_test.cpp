@@ -101,12 +101,14 @@ TEST_F(RunTraceTest, PlotsInTheColourOfTheSimulator) {
   }
 }
 
-TEST_F(RunTraceTest, RefreshRefusesAResampledTrace) {
+TEST_F(RunTraceTest, RefreshRefusesARecordingAndAResampledTrace) {
+  Trace.TraceFromFile = 1;
+  Commit(ControlNamed("SimRefresh"));
   Trace.TraceParsed = 1;
   Commit(ControlNamed("SimRefresh"));
-  EXPECT_EQ(
-      popups,
-      (std::vector<SeenPopup>{{"! Warning", "Cannot refresh since data has been parsed (resampled)."}}));
+  EXPECT_EQ(popups, (std::vector<SeenPopup>{
+                        {"! Warning", "Cannot refresh since the data was read from a file."},
+                        {"! Warning", "Cannot refresh since data has been parsed (resampled)."}}));
   EXPECT_EQ(Trace.SimTrace[5], 0.0F);
 }
 
