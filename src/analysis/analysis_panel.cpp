@@ -68,18 +68,17 @@ void CutStretch(float startMs, int& count) {
 
 void FxnBaselinePts(const ControlEvent&) {
   CutStretch(Analysis.BaselineStart, Analysis.BaselinePts);
-  ShowAnalysisSettings();
-  PlaceAnalysisCursors();
+  FollowSettings();
 }
 
 void FxnPeakSearchPts(const ControlEvent&) {
   CutStretch(Analysis.StartAnalysis, Analysis.PeakSearchPts);
-  ShowAnalysisSettings();
-  PlaceAnalysisCursors();
+  FollowSettings();
 }
 
 void FxnPosition(const ControlEvent&) {
   PlaceAnalysisCursors();
+  MeasureAgain();
 }
 
 void AN_AnalyzeButton(const ControlEvent&) {
@@ -340,6 +339,12 @@ void ReadAnalysisPanel() {
 
 void ShowAnalysisSettings() {
   WriteControls(AnalysisPanelName, SettingsGroup);
+}
+
+void FollowSettings() {
+  ShowAnalysisSettings();
+  PlaceAnalysisCursors();
+  MeasureAgain();
 }
 
 void WriteAnalysisPanel() {

@@ -2,8 +2,8 @@
 //
 //   Declaring          AddAnalysisPanel
 //   Panel and store    ReadAnalysisPanel  WriteAnalysisPanel
-//   What is shown      ShowMeasures  ShowMeasuresFile  ShowTableFile  RefreshAnalysisView  ShowNewTrace
-//                      ClearAnalysisPlots
+//   What is shown      ShowMeasures  ShowMeasuresFile  ShowTableFile  RefreshAnalysisView  ShowAnalysisMarks
+//                      ShowNewTrace  ClearAnalysisPlots
 //   Results table      ShowTableRow  ShowResultsTable  MarkTableRow
 //   Commands           OpenAnalysisPanel
 //
@@ -46,6 +46,9 @@ void ShowTableFile(const std::string& path);
 
 /// Draws the plot anew: the trace, and the marks of what was measured of it. Shows names, labels and status.
 void RefreshAnalysisView();
+
+/// Draws the marks of what was measured anew.
+void ShowAnalysisMarks();
 
 /// A new trace has been read: nothing is measured of it yet. Draws it where the panel is in front.
 void ShowNewTrace();

@@ -54,6 +54,7 @@ constexpr double YMargin = 1.0 / 18.0;
 struct ViewState {
   DataRange gainRange{0.0, 1.0};  // y range that stood when automatic rescaling went off
   bool zoomArea = false;          // the zoom pair stands in place of the other cursors
+  DataRange fittedX;              // x range that y was fitted to
 };
 
 ViewState& State() {
@@ -109,6 +110,7 @@ std::span<const float> VisibleSamples() {
 
 void FitYToView() {
   Graph& graph = View();
+  State().fittedX = ViewRange(graph, 'x');
   const MinMax range = RangeOfSamples(VisibleSamples());
   const double span = static_cast<double>(range.max) - static_cast<double>(range.min);
   if (!Zoomed() || range.empty || !(span > 0.0)) {
@@ -223,18 +225,26 @@ void LockReadCursors() {
   RideOnTrace(ReadSecond);
 }
 
+/// The user or a command has changed the view. y follows x; where the user zooms y alone it stays so until
+/// x changes.
 void RangeChanged(Graph& graph) {
   const DataRange x = ViewRange(graph, 'x');
+  const DataRange fitted = State().fittedX;
   Analysis.ViewedPoints = static_cast<int>(std::clamp(x.max - x.min, 0.0, 2147483647.0));
   HideCursorsOutside();
-  if (Analysis.AutoRescale != 0) FitYToView();
+  if (Analysis.AutoRescale != 0 && (x.min != fitted.min || x.max != fitted.max)) FitYToView();
   DrawMarks();
+}
+
+void ShowNewRange() {
+  State().fittedX = {};
+  RangeChanged(View());
 }
 
 void SetXRange(double left, double right) {
   if (!(left < right)) return;
   SetAxisRange(View(), 'x', left, right);
-  RangeChanged(View());
+  ShowNewRange();
 }
 
 // -- Cursors --
@@ -274,8 +284,7 @@ void CursorMoved(Graph& /*graph*/, int cursor) {
     default:
       return;
   }
-  ShowAnalysisSettings();
-  PlaceAnalysisCursors();
+  FollowSettings();
 }
 
 /// Puts a stretch at two places of the view and takes it into its fields.
@@ -285,8 +294,7 @@ void BringStretch(std::size_t from, double fromPart, double toPart, float& start
   CursorAt(from + 1).x = std::trunc(x.min + (x.max - x.min) * toPart);
   start = MsOf(CursorAt(from).x);
   count = CountBetween(from, from + 1);
-  ShowAnalysisSettings();
-  PlaceAnalysisCursors();
+  FollowSettings();
 }
 
 // -- Callbacks --
@@ -453,7 +461,11 @@ void RefreshAnalysisView() {
   LockReadCursors();
   ShowReadouts();
   ShowMeasures();
-  RangeChanged(graph);
+  ShowNewRange();
+}
+
+void ShowAnalysisMarks() {
+  if (AnalysisOnScreen()) DrawMarks();
 }
 
 void ShowNewTrace() {

@@ -108,6 +108,15 @@ bool ReanalyzeTrace() {
   return measured;
 }
 
+void MeasureAgain() {
+  if (Analysis.Measures.measured == 0 || Trace.TraceValid == 0 || Model.ADInterval == 0.0F) return;
+  Analysis.Measures.measured = 0;
+  MeasureResponse(RecordedTrace(), StoredMeasureSettings(), Analysis.Measures);
+  FitResponse();
+  ShowMeasures();
+  ShowAnalysisMarks();
+}
+
 void AnalyzeTrace() {
   if (!ReanalyzeTrace()) return;
   if (Analysis.AutoSaveMeasures != 0 && (Analysis.VerifyMeasures == 0 || ConfirmPopup("", SaveQuestion))) {

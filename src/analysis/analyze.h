@@ -47,6 +47,10 @@ void MeasureDecay();
 /// result on the plot. False when `Model.ADInterval` is 0.
 bool ReanalyzeTrace();
 
+/// A cursor or a field of its place was moved: a response that has been measured is measured again and shown,
+/// without a word where a measure fails and without a row.
+void MeasureAgain();
+
 /// The same, and then keeps it: in the measures file when `Analysis.AutoSaveMeasures` is on, and in a new row
 /// of the table.
 void AnalyzeTrace();

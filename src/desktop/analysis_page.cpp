@@ -18,7 +18,6 @@
 #include "desktop/side_form.h"
 #include "desktop/table_widget.h"
 #include "desktop/text.h"
-#include "fit/fit_store.h"
 #include "io/trace_store.h"
 
 namespace zelvane {
@@ -29,14 +28,16 @@ constexpr int GraphShare = 5;  // of the page's height, against the table's
 constexpr int TableShare = 3;
 constexpr int EpisodeWidth = 64;   // pixels
 constexpr int MeasuresInARow = 7;  // of the strip of readouts
-constexpr int FitResultsInARow = 7;
+constexpr int FitResultsInARow = 6;
 constexpr int TableDigits = 6;  // that a cell shows; what is copied has all
+
+/// Columns, from 0, that hold no measure: row number, file, episode; pixels.
+constexpr std::pair<int, int> ColumnWidths[] = {{0, 42}, {1, 140}, {2, 66}};
 
 constexpr const char* Measures[] = {"PeakValue",  "Amplitude",   "RiseTime",   "DecayTime",   "FracWidth",
                                     "Integral",   "Coastline",   "Baseline",   "BaselineVar", "RiseSlope",
                                     "RisePoints", "LatencyRise", "LatencyPeak"};
-constexpr const char* FitResults[] = {"FitAmp1",   "FitTau1",     "FitAmp2",        "FitTau2",
-                                      "FitOffset", "FitGoodness", "AnalysisFitNote"};
+constexpr const char* FitResults[] = {"FitAmp1", "FitTau1", "FitAmp2", "FitTau2", "FitOffset", "FitGoodness"};
 
 /// The colours are those of the graph's own cursors and marks.
 std::vector<LegendEntry> LegendOf(const Graph& graph) {
@@ -157,6 +158,7 @@ QWidget* AnalysisPage::makeTable() {
   table_->setDigits(TableDigits);
   table_->setFilled([](int filledRow) { return filledRow < Analysis.TableRow; });
   table_->verticalHeader()->hide();
+  for (const auto& [column, width] : ColumnWidths) table_->setColumnWidth(column, width);
   layout->addLayout(row);
   layout->addWidget(table_, 1);
   return part;
@@ -181,7 +183,7 @@ void AnalysisPage::refresh(const std::set<Graph*>& changed) {
   for (ControlWidget* control : controls_) control->refresh();
   measures_->refresh();
   fit_->refresh();
-  fit_->setVisible(Fit.FitMode != 0);
+  fit_->setVisible(Analysis.FitRan != 0);
   stop_->setEnabled(Screen.busy > 0);
   stepper_->setVisible(Trace.EpisodeCount > 1);
   settings_->form().refresh();

@@ -226,6 +226,7 @@ void ControlWidget::refresh() {
     const QString text = ToQt(ShownText(control_)).trimmed();
     readout_->setText(text.isEmpty() || control_.unit.empty() ? text : text + ' ' + ToQt(control_.unit));
     readout_->setEnabled(open);
+    SetProperty(readout_, "tone", ToQt(control_.colour));
   }
 }
 

@@ -88,6 +88,7 @@ void GraphCursors::draw(QCPPainter* painter) {
   for (const auto& [from, to] : bands_) {
     drawBand(painter, cursors[static_cast<std::size_t>(from) - 1], cursors[static_cast<std::size_t>(to) - 1]);
   }
+  std::vector<QRectF> tags;  // those of cursors that stand close hang below each other
   for (std::size_t k = 0; k < cursors.size(); ++k) {
     if (!cursors[k].enabled) continue;
     const double x = mParentPlot->xAxis->coordToPixel(cursors[k].x);
@@ -104,7 +105,11 @@ void GraphCursors::draw(QCPPainter* painter) {
       painter->drawLine(QPointF(x - MarkLength, y), QPointF(x + MarkLength, y));
       painter->drawLine(QPointF(x, y - MarkLength), QPointF(x, y + MarkLength));
     }
-    const QRectF tag(x - TagHeight / 2.0, area.top(), TagHeight, TagHeight);
+    QRectF tag(x - TagHeight / 2.0, area.top(), TagHeight, TagHeight);
+    for (const QRectF& other : tags) {
+      if (tag.intersects(other)) tag.moveTop(other.bottom());
+    }
+    tags.push_back(tag);
     painter->setPen(Qt::NoPen);
     painter->setBrush(colour);
     painter->drawRoundedRect(tag, 3.0, 3.0);

@@ -12,18 +12,18 @@ namespace zelvane {
 namespace {
 
 struct Colours {
-  QColor window, base, alternate, text, muted, button, border, accent, refused;
+  QColor window, base, alternate, text, muted, button, border, accent, refused, good;
 };
 
 const Colours& LightColours() {
   static const Colours colours{0xf4f5f7, 0xffffff, 0xf0f2f5, 0x1d2127, 0x8a919c,
-                               0xffffff, 0xc9ced6, 0x2563a8, 0xc0392b};
+                               0xffffff, 0xc9ced6, 0x2563a8, 0xc0392b, 0x1e7d3c};
   return colours;
 }
 
 const Colours& DarkColours() {
   static const Colours colours{0x23262b, 0x1a1d21, 0x2a2e34, 0xe3e6ea, 0x7d8590,
-                               0x30353c, 0x454c56, 0x5b9bd8, 0xe5746a};
+                               0x30353c, 0x454c56, 0x5b9bd8, 0xe5746a, 0x6cc38a};
   return colours;
 }
 
@@ -89,12 +89,14 @@ QPalette PaletteOf(const Colours& c) {
   return palette;
 }
 
-// %1 text, %2 muted, %3 base, %4 border, %5 accent, %6 refused, %7 alternate, %8 button, %9 window
+// %1 text, %2 muted, %3 base, %4 border, %5 accent, %6 refused, %7 alternate, %8 button, %9 window, %10 good
 constexpr char StyleSheet[] = R"(
 QToolTip { color: %1; background: %3; border: 1px solid %4; padding: 4px; }
 QLabel[role="section"] { color: %5; font-weight: 600; padding-top: 2px; }
 QLabel[role="unit"] { color: %2; }
 QLabel[role="muted"] { color: %2; }
+QLabel[tone="green"] { color: %10; }
+QLabel[tone="red"] { color: %6; }
 QLabel[role="figure"] { font-size: 14pt; font-weight: 600; }
 QLabel[role="figure"]:disabled { color: %2; font-weight: 400; }
 QWidget[role="readout"] { background: %3; border: 1px solid %4; border-radius: 4px; }
@@ -144,7 +146,7 @@ QProgressBar::chunk { background: %5; border-radius: 3px; }
 void ApplySheet(const Colours& c) {
   QString sheet = StyleSheet;
   for (const QColor& colour :
-       {c.text, c.muted, c.base, c.border, c.accent, c.refused, c.alternate, c.button, c.window}) {
+       {c.text, c.muted, c.base, c.border, c.accent, c.refused, c.alternate, c.button, c.window, c.good}) {
     sheet = sheet.arg(colour.name());
   }
   qApp->setStyleSheet(sheet);

@@ -50,6 +50,12 @@ double SampleAt(double ms) {
   return std::clamp(sample, -2147483647.0, 2147483647.0);
 }
 
+/// Length of a sample along the x axis of a graph: 1 where it counts samples, the interval where it counts
+/// ms.
+double SampleStep(const Graph& graph) {
+  return graph.x.gain > 0.0 ? IntervalMs() / graph.x.gain : IntervalMs();
+}
+
 void ShowSpans() {
   const TimeUnit& unit = UnitShown();
   const double samples = ControlNumber("GraphRightSample") - ControlNumber("GraphLeftSample");
@@ -115,8 +121,8 @@ void FxnGraphProperties() {
   if (graph == nullptr) return;
   const DataRange x = ViewRange(*graph, 'x');
   const DataRange y = ViewRange(*graph, 'y');
-  ShowNumber("GraphLeftSample", SampleAt(x.min));
-  ShowNumber("GraphRightSample", SampleAt(x.max));
+  ShowNumber("GraphLeftSample", SampleAt(x.min * graph->x.gain));
+  ShowNumber("GraphRightSample", SampleAt(x.max * graph->x.gain));
   ShowNumber("GraphYMin", y.min);
   ShowNumber("GraphYMax", y.max);
   ShowNumber("GraphAutoX", graph->x.automatic ? 1.0 : 0.0);
@@ -153,9 +159,10 @@ void FxnPropertiesOk(const ControlEvent&) {
   if (ControlNumber("GraphAutoX") != 0.0) {
     SetAxisAuto(*graph, 'x');
   } else {
-    SetAxisRange(*graph, 'x', left * IntervalMs(), right * IntervalMs());
+    SetAxisRange(*graph, 'x', left * SampleStep(*graph), right * SampleStep(*graph));
     Analysis.ViewedPoints = static_cast<int>(std::min(right - left, 2147483647.0));
   }
+  if (graph->axisChanged != nullptr) graph->axisChanged(*graph);  // y may follow x; its own limits then hold
   if (ControlNumber("GraphAutoY") != 0.0) {
     SetAxisAuto(*graph, 'y');
   } else {

@@ -24,4 +24,7 @@ void AddAnalysisSections();
 /// Shows the settings that cursors and field rules have changed.
 void ShowAnalysisSettings();
 
+/// As above, puts the cursors on their fields and measures a measured response again.
+void FollowSettings();
+
 }  // namespace zelvane

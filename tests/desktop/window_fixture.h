@@ -1,0 +1,140 @@
+// The whole window, for tests that press it.
+#pragma once
+
+#include <QCheckBox>
+#include <QDropEvent>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QToolButton>
+#include <deque>
+#include <filesystem>
+
+#include "desktop/control_widget.h"
+#include "desktop/desktop_front_end.h"
+#include "desktop/graph_widget.h"
+#include "desktop/main_window.h"
+#include "desktop/settings.h"
+#include "desktop/task_page.h"
+#include "desktop/theme.h"
+#include "shell/application.h"
+#include "widget_test.h"
+
+namespace zelvane {
+
+/// The program with its window, from data/config.mod. Popups are recorded and answered by the fixture.
+class WindowTest : public StoreTest {
+ protected:
+  WindowTest() {
+    std::filesystem::copy_file(ZELVANE_DATA "/config.mod", folder.File("config.mod"));
+    ApplyTheme(Theme::Light);
+    open();
+  }
+  ~WindowTest() override {
+    window.reset();
+    SetFrontEnd({});
+  }
+
+  void open() {
+    FrontEnd shown = frontEnd.functions();
+    shown.message = [this](std::string_view title, std::string_view text) {
+      popups.push_back({std::string(title), std::string(text)});
+    };
+    shown.confirm = [this](std::string_view, std::string_view) {
+      const bool answer = !answers.empty() && answers.front();
+      if (!answers.empty()) answers.pop_front();
+      return answer;
+    };
+    shown.files = [this](const FileRequest&) {
+      std::vector<std::string> chosen;
+      if (!choices.empty()) {
+        chosen.push_back(choices.front());
+        choices.pop_front();
+      }
+      return chosen;
+    };
+    shown.quit = [this] { quit = true; };
+    SetFrontEnd(shown);
+    StartApplication(options());
+    window = std::make_unique<MainWindow>(frontEnd, settings);
+    window->setWindowState(Qt::WindowNoState);
+    ShowAt(*window, {1280, 720});
+  }
+
+  StartOptions options() const { return {folder.Path().string(), {}, {{1.0, 2.0, 3.0}}}; }
+
+  ControlWidget* widget(const QString& control, QWidget* within = nullptr) {
+    for (auto* found : (within != nullptr ? within : window.get())->findChildren<ControlWidget*>(control)) {
+      if (found->isVisible()) return found;
+    }
+    ADD_FAILURE() << control.toStdString() << " does not show";
+    return nullptr;
+  }
+
+  void click(QWidget* target) {
+    QTest::mouseClick(target, Qt::LeftButton);
+    Settle();
+  }
+
+  /// Clicks the button, check box or segment of a text within a control.
+  void clickWord(const QString& control, const QString& word) {
+    for (auto* button : widget(control)->findChildren<QAbstractButton*>()) {
+      if (button->text() == word) click(button);
+    }
+  }
+
+  void clickControl(const QString& control) {
+    auto* button = widget(control)->findChild<QAbstractButton*>();
+    if (qobject_cast<QCheckBox*>(button) != nullptr) {
+      QTest::mouseClick(button, Qt::LeftButton, {}, {8, button->height() / 2});
+      Settle();
+    } else {
+      click(button);
+    }
+  }
+
+  QLineEdit* field(const QString& control) { return widget(control)->findChild<QLineEdit*>(); }
+
+  void type(const QString& control, const QString& text, bool enter = true) {
+    QLineEdit* edit = field(control);
+    edit->setFocus();
+    edit->selectAll();
+    QTest::keyClicks(edit, text);
+    if (enter) QTest::keyClick(edit, Qt::Key_Return);
+    Settle();
+  }
+
+  void clickTool(const char* text) {
+    for (auto* button : window->findChildren<QToolButton*>()) {
+      if (button->text() == text && button->isVisible()) return click(button);
+    }
+    ADD_FAILURE() << text << " is no tool";
+  }
+
+  void key(int key, Qt::KeyboardModifiers modifiers = {}) {
+    QWidget* target = QApplication::focusWidget() != nullptr ? QApplication::focusWidget() : window.get();
+    QTest::keyClick(target, static_cast<Qt::Key>(key), modifiers);
+    Settle();
+  }
+
+  /// Drops a file on the window.
+  void drop(const std::string& path) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
+    QDragEnterEvent enter({40, 40}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent event({40, 40}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &event);
+    Settle();
+  }
+
+  GraphWidget* graph() { return window->page()->findChild<GraphWidget*>(); }
+
+  TemporaryFolder folder;
+  Settings settings{false};
+  DesktopFrontEnd frontEnd{settings};
+  std::unique_ptr<MainWindow> window;
+  bool quit = false;
+};
+
+}  // namespace zelvane
