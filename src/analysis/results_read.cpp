@@ -75,9 +75,12 @@ void FillTable(const TableFile& table) {
 
 void ReadResultsTable() {
   const auto path = FileSelectPopup({.title = LoadTitle, .defaultName = "*.tbl", .filter = "*.tbl;*.*"});
-  if (!path) return;
-  ShowTableFile(*path);
-  const auto text = TextOf(*path);
+  if (path) ReadResultsTableNamed(*path);
+}
+
+void ReadResultsTableNamed(const std::string& path) {
+  ShowTableFile(path);
+  const auto text = TextOf(path);
   if (!text) {
     FileErrorPopup(FileOpenFailed);
     return;

@@ -2,7 +2,7 @@
 // with, and the list files that name such a set.
 //
 //   The set       WaveSetClear
-//   List files    ListFileRead  ListFileWrite  ReadListNamed
+//   List files    ListFileRead  ListFileWrite  ReadListNamed  OpenListNamed
 //   Panel         AddWaveSetMenu
 //
 // The form of a list file is told in wave_list.h.
@@ -27,6 +27,9 @@ void ListFileRead();
 ///         `Fit.FitListOn`, `Fit.FitListName`, what reading a model, a recording and a stimulus writes.
 /// Tells:  a file that is no list or cannot be opened.
 void ReadListNamed(const std::string& path);
+
+/// Empties the set and loads a list file, as the menu does once its name is chosen.
+void OpenListNamed(const std::string& path);
 
 /// Asks for a name and writes the model's file and the names of the pairs that are loaded to it. A failure is
 /// told, and a former file then stands.

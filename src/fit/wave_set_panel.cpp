@@ -43,6 +43,12 @@ void AddFitLogLine(const std::string& line) {
   }
 }
 
+void OpenListNamed(const std::string& path) {
+  WaveSetClear();
+  ReadListNamed(path);
+  WriteAllControls();
+}
+
 void AddWaveSetMenu() {
   AddMenu(WaveSetMenu);
 }

@@ -62,6 +62,9 @@ std::optional<int> StimAsciiImport(const std::string& path);
 /// failures as in StimFileWrite.
 bool StimAsciiExport(const std::string& path, int count);
 
+/// Reads a binary stimulus file as the stimulus of the next runs: on success USER mode begins.
+void OpenStimulusNamed(const std::string& path);
+
 /// Adds the commands and fields of stimulus files to the stimulus panel and the menu, and gives USER mode its
 /// reader.
 void AddStimulusFileControls();

@@ -39,13 +39,7 @@ void ShowWhatIsLeft() {
 }
 
 void ReadProfiles(const char* title) {
-  const auto path = AskFor(title, BinaryFilter, false);
-  if (!path) return;
-  if (StimFileRead(*path)) {
-    EnterUserMode();
-  } else {
-    ShowWhatIsLeft();
-  }
+  if (const auto path = AskFor(title, BinaryFilter, false)) OpenStimulusNamed(*path);
 }
 
 void OpenStimulus() {
@@ -131,6 +125,14 @@ bool PanelsStand() {
 }
 
 }  // namespace
+
+void OpenStimulusNamed(const std::string& path) {
+  if (StimFileRead(path)) {
+    EnterUserMode();
+  } else {
+    ShowWhatIsLeft();
+  }
+}
 
 void ReadStimulusPanel() {
   if (PanelsStand()) StimReadControls();

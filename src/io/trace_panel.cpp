@@ -8,6 +8,7 @@
 #include "io/trace_store.h"
 #include "screen/screen.h"
 #include "sim/run_panel.h"
+#include "stimulus/stimulus.h"
 
 namespace zelvane {
 namespace {
@@ -139,6 +140,7 @@ void ShowRecording() {
   ShowTraceUnits();
   ShowText("DataName", Trace.TraceFileName);
   ShowFileInfo();
+  StimFollowInterval();
 }
 
 void ShowTrace() {

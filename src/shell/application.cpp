@@ -4,10 +4,12 @@
 #include <filesystem>
 
 #include "analysis/analysis_panel.h"
+#include "analysis/results_read.h"
 #include "analysis/run_analysis.h"
 #include "fit/wave_set.h"
 #include "io/model_file.h"
 #include "io/stimulus_file.h"
+#include "io/trace_export.h"
 #include "io/trace_hooks.h"
 #include "io/trace_panels.h"
 #include "io/trace_read.h"
@@ -82,11 +84,19 @@ void ShowStores() {
   StimPanelRefresh();
 }
 
-/// A model where the file is one, and else a recording. A file that is named like a model and is none is not
-/// taken for a text of numbers.
+/// A recording by what it begins with; a stimulus, a list of waveforms or a table of measures by its name; a
+/// model where the file is one; and else a text recording. A file that is named like a model and is none is
+/// not taken for a text of numbers.
 void OpenNamedFile(const std::string& file) {
+  const std::string extension = ExtensionOf(file);
   if (BeginsLikeRecording(file)) {
     TraceReadFile(file);
+  } else if (extension == ".stm") {
+    OpenStimulusNamed(file);
+  } else if (extension == ".lst") {
+    OpenListNamed(file);
+  } else if (extension == ".tbl") {
+    ReadResultsTableNamed(file);
   } else if (ModelFileReadNamed(file)) {
     return;
   } else if (file.ends_with(ModelExtension)) {

@@ -163,6 +163,15 @@ void StimRebuild() {
   // Comes last: the USER mode that it leads to asks for its file at the next rebuild.
   if (Stimulus.StimMode == StimUnavailable) LeaveUnavailableMode();
   ShowStimulusFacts();
+  Stimulus.BuiltInterval = Model.ADInterval;
+}
+
+void StimFollowInterval() {
+  const bool same =
+      std::bit_cast<std::uint32_t>(Stimulus.BuiltInterval) == std::bit_cast<std::uint32_t>(Model.ADInterval);
+  if (same || (Stimulus.StimMode == StimUser && Stimulus.StimFromFile == 0)) return;
+  StimRebuild();
+  StimPlot();
 }
 
 void CreateStim() {

@@ -24,6 +24,10 @@ void StimPanelRefresh();
 /// builds the step of voltage or Drug1 over all MaxStimPoints samples. Shows the sweep's length.
 void StimRebuild();
 
+/// Rebuilds and plots the stimulus when `Model.ADInterval` has changed since, as by a recording that was
+/// read: the automatic step keeps its times. USER mode without a file waits for its panel.
+void StimFollowInterval();
+
 /// Plots NumPoints samples of the StimTarget profile in place of the old plot.
 void StimPlot();
 

@@ -27,8 +27,9 @@ struct StimulusStore {
   std::array<std::span<float>, MaxDrugs + 1> Profile{};
 
   int StimMode = StimAutomatic;
-  int StimTarget = 1;    // profile that is shown and edited: 0 voltage, 1..6 drugs
-  int StimFromFile = 0;  // 1 = the profiles came from a file
+  int StimTarget = 1;          // profile that is shown and edited: 0 voltage, 1..6 drugs
+  int StimFromFile = 0;        // 1 = the profiles came from a file
+  float BuiltInterval = 0.0F;  // ms; `Model.ADInterval` when the stimulus was rebuilt last
 
   // -- Automatic step --
   float AutoValue = 0.005F;

@@ -2,10 +2,12 @@
 // program's own binary layout, and the two readers of ABF 1.x side by side.
 #include "io/trace_read.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstring>
 
+#include "io/stimulus_file.h"
 #include "io/trace_hooks.h"
 #include "io/trace_store.h"
 #include "model/model_store.h"
@@ -14,6 +16,7 @@
 #include "screen/screen.h"
 #include "shell/undo.h"
 #include "sim/result_store.h"
+#include "stimulus/stimulus_store.h"
 #include "support/drive_test.h"
 #include "support/pressing.h"
 
@@ -167,6 +170,26 @@ TEST_F(TraceReadTest, AReadIsShownAtOnceAndIsNoEditToUndo) {
   EXPECT_EQ(Model.NumPoints, 246);
   EXPECT_EQ(Model.ADInterval, interval);
   EXPECT_FALSE(CanUndo());
+}
+
+TEST_F(TraceReadTest, TheAutomaticStepKeepsItsTimesUnderTheIntervalOfARecording) {
+  RunAfterReading("");
+  const std::span<const float> drug = Stimulus.Profile[1];
+  const auto level = std::find_if(drug.begin(), drug.end(), [](float value) { return value != 0.0F; });
+  EXPECT_NEAR(static_cast<float>(level - drug.begin()) * Model.ADInterval, Stimulus.AutoStart,
+              Model.ADInterval);
+}
+
+TEST_F(TraceReadTest, AStimulusOpenedByItsNameIsTheStimulusAndNoTrace) {
+  std::vector<float> volts(200, 0.02F);
+  StimProfileSpans profiles;
+  profiles.fill(volts);
+  ASSERT_TRUE(WriteStimProfiles(folder.File("pulse.stm"), 0.1F, profiles));
+  RunAfterReading("answer yes\nanswer yes\nopen \"" + folder.File("pulse.stm") + "\"\n");
+  EXPECT_EQ(Stimulus.StimMode, StimUser);
+  EXPECT_EQ(Stimulus.Profile[0][199], 0.02F);
+  EXPECT_EQ(Model.ADInterval, 0.1F);
+  EXPECT_EQ(Trace.TraceFileName, OneChannel);
 }
 
 TEST_F(TraceReadTest, EveryFreshTraceIsCorrectedWhenThatIsAutomatic) {
