@@ -372,7 +372,7 @@ void ShowMeasures() {
   show("DecayTime", m.DecayTime, MeasuredDecay);
   show("FracWidth", m.FracWidth, MeasuredWidth);
   show("LatencyRise", m.LatencyRise, MeasuredLatencyRise);
-  show("LatencyPeak", m.LatencyPeak, MeasuredPeak);
+  show("LatencyPeak", m.LatencyPeak, MeasuredLatencyPeak);
   show("Integral", m.Integral, MeasuredIntegral);
   show("Coastline", m.Coastline, MeasuredIntegral);
   ShowUnits();

@@ -3,7 +3,8 @@
 //   Declaring          AddAnalysisPanel
 //   Panel and store    ReadAnalysisPanel  WriteAnalysisPanel
 //   What is shown      ShowMeasures  ShowMeasuresFile  ShowTableFile  RefreshAnalysisView  ShowAnalysisMarks
-//                      ShowNewTrace  ClearAnalysisPlots
+//                      ShowNewTrace  ForgetMeasures  ClearAnalysisPlots
+//   What is seen       SamplesInView
 //   Results table      ShowTableRow  ShowResultsTable  MarkTableRow
 //   Commands           OpenAnalysisPanel
 //
@@ -50,8 +51,19 @@ void RefreshAnalysisView();
 /// Draws the marks of what was measured anew.
 void ShowAnalysisMarks();
 
-/// A new trace has been read: nothing is measured of it yet. Draws it where the panel is in front.
+/// The trace is a new one, or is about to be: nothing is measured of it yet.
+void ForgetMeasures();
+
+/// The trace has changed: nothing is measured of it yet. Draws it.
 void ShowNewTrace();
+
+/// Samples of the trace that the plot shows, both ends included: all of them, or those between the two zoom
+/// cursors while it is zoomed. The last may lie past the end of the trace.
+struct SampleRange {
+  int first = 0;
+  int last = 0;
+};
+SampleRange SamplesInView();
 
 /// Removes every plot of the graph.
 void ClearAnalysisPlots();

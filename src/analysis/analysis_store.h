@@ -18,14 +18,15 @@ inline constexpr int FirstValueColumn = 4;
 enum MeasuredBits : unsigned {
   MeasuredBaseline = 1U << 0U,
   MeasuredVariance = 1U << 1U,
-  MeasuredPeak = 1U << 2U,  // PeakValue, PeakPos, LatencyPeak
+  MeasuredPeak = 1U << 2U,  // PeakValue, PeakPos
   MeasuredAmplitude = 1U << 3U,
   MeasuredRise = 1U << 4U,  // RiseTime, RisePoints, RiseStartPos, RiseEndPos
   MeasuredSlope = 1U << 5U,
   MeasuredDecay = 1U << 6U,
   MeasuredWidth = 1U << 7U,
   MeasuredLatencyRise = 1U << 8U,
-  MeasuredIntegral = 1U << 9U,  // Integral, Coastline
+  MeasuredIntegral = 1U << 9U,      // Integral, Coastline
+  MeasuredLatencyPeak = 1U << 10U,  // a trace that stays on its baseline has none
 };
 
 /// What was measured of one response. A measure writes its own fields and leaves the others.

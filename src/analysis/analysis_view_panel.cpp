@@ -111,9 +111,9 @@ std::span<const float> VisibleSamples() {
 void FitYToView() {
   Graph& graph = View();
   State().fittedX = ViewRange(graph, 'x');
-  const MinMax range = RangeOfSamples(VisibleSamples());
+  const MinMax range = Zoomed() ? RangeOfSamples(VisibleSamples()) : MinMax{};
   const double span = static_cast<double>(range.max) - static_cast<double>(range.min);
-  if (!Zoomed() || range.empty || !(span > 0.0)) {
+  if (range.empty || !(span > 0.0)) {
     SetAxisAuto(graph, 'y');
     return;
   }
@@ -225,11 +225,25 @@ void LockReadCursors() {
   RideOnTrace(ReadSecond);
 }
 
+/// Left and right zoom cursor.
+DataRange ZoomSpan() {
+  const auto [left, right] = std::minmax(CursorAt(ZoomFirst).x, CursorAt(ZoomSecond).x);
+  return {left, right};
+}
+
+/// A zoomed view lies between the zoom cursors, however it was reached.
+void BringZoomCursors(const DataRange& x) {
+  if (State().zoomArea || !Zoomed()) return;
+  CursorAt(ZoomFirst).x = x.min;
+  CursorAt(ZoomSecond).x = x.max;
+}
+
 /// The user or a command has changed the view. y follows x; where the user zooms y alone it stays so until
 /// x changes.
 void RangeChanged(Graph& graph) {
   const DataRange x = ViewRange(graph, 'x');
   const DataRange fitted = State().fittedX;
+  BringZoomCursors(x);
   Analysis.ViewedPoints = static_cast<int>(std::clamp(x.max - x.min, 0.0, 2147483647.0));
   HideCursorsOutside();
   if (Analysis.AutoRescale != 0 && (x.min != fitted.min || x.max != fitted.max)) FitYToView();
@@ -340,8 +354,8 @@ void FxnMenuZoomArea(const ControlEvent&) {
 }
 
 void AnalysisZoom(const ControlEvent&) {
-  const Cursor& a = CursorAt(ZoomFirst);
-  const Cursor& b = CursorAt(ZoomSecond);
+  const Cursor a = CursorAt(ZoomFirst);
+  const Cursor b = CursorAt(ZoomSecond);
   State().zoomArea = false;
   SetXRange(std::min(a.x, b.x), std::max(a.x, b.x));
   if (a.y != b.y) SetAxisRange(View(), 'y', std::min(a.y, b.y), std::max(a.y, b.y));
@@ -468,13 +482,29 @@ void ShowAnalysisMarks() {
   if (AnalysisOnScreen()) DrawMarks();
 }
 
-void ShowNewTrace() {
+void ForgetMeasures() {
+  if (Analysis.Measures.measured == 0 && Analysis.FitRan == 0) return;
   Analysis.Measures.measured = 0;
   Analysis.FitRan = 0;
-  if (AnalysisOnScreen() && PanelVisible(AnalysisPanelName)) {
-    ShowAnalysisSettings();
-    RefreshAnalysisView();
-  }
+  if (!AnalysisOnScreen()) return;
+  KeepPlots(View(), 1);
+  ShowMeasures();
+}
+
+void ShowNewTrace() {
+  ForgetMeasures();
+  if (AnalysisOnScreen() && PanelVisible(AnalysisPanelName)) ShowAnalysisSettings();
+  RefreshAnalysisView();
+}
+
+SampleRange SamplesInView() {
+  const SampleRange whole = {0, std::max(Model.NumPoints, 0)};
+  if (!AnalysisOnScreen() || !Zoomed()) return whole;
+  const DataRange between = ZoomSpan();
+  const auto within = [&whole](double x) {
+    return static_cast<int>(std::clamp(x, 0.0, static_cast<double>(whole.last)));
+  };
+  return {within(std::ceil(between.min)), within(std::floor(between.max))};
 }
 
 void ClearAnalysisPlots() {

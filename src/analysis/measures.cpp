@@ -80,14 +80,32 @@ float TimeOf(std::int64_t sample, float intervalMs) {
   return static_cast<float>(sample) * intervalMs;
 }
 
-/// Samples on the rise: the first one, how many, and their sums.
-struct RiseSamples {
-  std::int64_t first = 0;
-  int count = 0;
+/// Sums of a least-squares line through samples a at times t.
+struct LineSums {
   float t = 0.0F;
   float a = 0.0F;
   float tt = 0.0F;
   float at = 0.0F;
+
+  void Add(float time, float sample) {
+    t += time;
+    a += sample;
+    tt += time * time;
+    at += sample * time;
+  }
+  float Spread(float n) const { return tt - t * t / n; }
+  float Slope(float n) const {
+    const float spread = Spread(n);
+    return spread != 0.0F ? (at - t * a / n) / spread : 0.0F;
+  }
+};
+
+/// Samples on the rise: the first one, how many, and their sums.
+struct RiseSamples {
+  std::int64_t first = 0;
+  int count = 0;
+  LineSums line;       // times from the start of the trace
+  LineSums fromFirst;  // times from the first of them
 };
 
 /// Last foot before the peak: the sample nearer to the baseline than the lower rise level.
@@ -112,19 +130,19 @@ RiseSamples SumRise(std::span<const float> trace, const ResponseMeasures& measur
     if (!(std::abs(lower - base) < deviation && deviation < std::abs(upper - base))) continue;
     if (sums.count == 0) sums.first = i;
     ++sums.count;
-    const float t = intervalMs * static_cast<float>(i);
-    sums.t += t;
-    sums.a += sample;
-    sums.tt += t * t;
-    sums.at += sample * t;
+    sums.line.Add(intervalMs * static_cast<float>(i), sample);
+    sums.fromFirst.Add(intervalMs * static_cast<float>(i - sums.first), sample);
   }
   return sums;
 }
 
-float RegressionSlope(const RiseSamples& sums) {
-  const auto n = static_cast<float>(sums.count);
-  const float denominator = sums.tt - sums.t * sums.t / n;
-  return denominator != 0.0F ? (sums.at - sums.t * sums.a / n) / denominator : 0.0F;
+/// A short rise late in a trace has times that hardly differ: their 32-bit squares then cancel but for
+/// rounding. Such a line is taken about its first sample, which has the same slope.
+float RegressionSlope(const RiseSamples& rise) {
+  constexpr float FewestDigits = 1e3F;  // of the spread of the times, to be right
+  const auto n = static_cast<float>(rise.count);
+  const float rounding = std::numeric_limits<float>::epsilon() * rise.line.tt;
+  return rise.line.Spread(n) > FewestDigits * rounding ? rise.line.Slope(n) : rise.fromFirst.Slope(n);
 }
 
 /// Time between a sample and the level that the trace crosses on the side of its neighbour.
@@ -202,7 +220,7 @@ void BaselineOf(std::span<const float> trace, std::int64_t start, std::int64_t c
 
 void PeakOf(std::span<const float> trace, std::int64_t positions, std::int64_t start, float baseline,
             std::int64_t width, const MeasureSettings& settings, ResponseMeasures& measures) {
-  Mark(measures, MeasuredPeak | MeasuredAmplitude, false);
+  Mark(measures, MeasuredPeak | MeasuredAmplitude | MeasuredLatencyPeak, false);
   if (width < 1 || !Inside(trace, start)) return;
   const std::int64_t best = BestWindow(trace, start, positions, baseline, width);
   const std::int64_t end = std::min(best + width, Length(trace));
@@ -218,6 +236,7 @@ void PeakOf(std::span<const float> trace, std::int64_t positions, std::int64_t s
   Mark(measures, MeasuredPeak, whole && std::isfinite(measures.PeakValue));
   Mark(measures, MeasuredAmplitude,
        whole && std::isfinite(Amplitude(measures)) && (measures.measured & MeasuredBaseline) != 0);
+  Mark(measures, MeasuredLatencyPeak, HasAmplitude(measures) && std::isfinite(measures.LatencyPeak));
 }
 
 float IntegralOf(std::span<const float> trace, std::int64_t start, std::int64_t count, float baseline,

@@ -23,6 +23,8 @@ constexpr std::size_t LongestStem = 75;  // bytes of a name
 constexpr char AppendQuestion[] = "File Present; Append ?";
 constexpr char TableMagic[] = "TABLE";
 constexpr char ExportTitle[] = "Save Table as CSV";
+constexpr char NoName[] =
+    "Files of results are named after the data. Read a recording or save the model first.";
 constexpr char CannotWrite[] = "The file could not be written: ";
 constexpr char Dashes[] = "\"   ---\", ";
 
@@ -52,6 +54,14 @@ constexpr const char* MeasuresTitles[] = {"Datafilename",
 constexpr char MeanVarianceHeader[] =
     "\"Datafilename\",\"episode\",\"base current(pA)\",\"base var (pA2)\",\"current(pA)\",\"var (pA2)\","
     "\"current-base (pA)\",\"var-base (pA2)\",\" unitary current (pA)\"\n";
+
+/// A path whose file name is cut at its first full stop, and after `longest` bytes, and gets an extension.
+std::string Renamed(const std::string& path, std::size_t longest, std::string_view extension) {
+  const std::filesystem::path whole(path);
+  std::string stem = whole.filename().string();
+  stem.resize(std::min({stem.size(), stem.find('.'), longest}));
+  return (whole.parent_path() / (stem + std::string(extension))).string();
+}
 
 /// A number as "%.*f" writes it, with a full stop in every locale.
 std::string Fixed(double value, int decimals) {
@@ -111,6 +121,13 @@ bool AppendRow(const std::string& header, const std::string& row) {
   ++Analysis.MeasuresCount;
   ShowMeasuresFile();
   return true;
+}
+
+/// Whether the trace has a file to name others after; else the user is told.
+bool DataHaveName() {
+  if (!DataFilePath().empty()) return true;
+  MessagePopup(NoticeTitle, NoName);
+  return false;
 }
 
 bool Exists(const std::string& path) {
@@ -183,10 +200,11 @@ std::string LineOr(std::string_view& rest, std::string_view otherwise) {
 }  // namespace
 
 std::string SiblingFile(const std::string& path, std::string_view extension) {
-  const std::filesystem::path whole(path);
-  std::string stem = whole.filename().string();
-  stem.resize(std::min({stem.size(), stem.find('.'), LongestStem}));
-  return (whole.parent_path() / (stem + std::string(extension))).string();
+  return Renamed(path, LongestStem, extension);
+}
+
+std::string WithExtension(const std::string& path, std::string_view extension) {
+  return Renamed(path, std::string::npos, extension);
 }
 
 std::string MeasuresHeader() {
@@ -211,6 +229,7 @@ bool AppendMeasures() {
 
 void SaveAnalysis() {
   if (Analysis.MeasuresFileOpen == 0) {
+    if (!DataHaveName()) return;
     Analysis.MeasuresFileName = SiblingFile(DataFilePath(), ".res");
     if (Exists(Analysis.MeasuresFileName) && !ConfirmPopup("", AppendQuestion)) return;
     ShowMeasuresFile();
@@ -258,6 +277,7 @@ std::string TableCsv(std::span<const AnalysisRow> rows) {
 }
 
 void SaveResultsTable() {
+  if (!DataHaveName()) return;
   const std::string path = SiblingFile(DataFilePath(), ".tbl");
   if (ReplaceFile(path, TableText(FilledRows()))) ShowTableFile(path);
 }

@@ -23,6 +23,9 @@ namespace zelvane {
 /// characters of it, and `extension` with its full stop.
 std::string SiblingFile(const std::string& path, std::string_view extension);
 
+/// The same with all characters up to the full stop: a file that is there already, under another extension.
+std::string WithExtension(const std::string& path, std::string_view extension);
+
 // -- Measures file: comma-delimited, rows are appended --
 
 /// The line of quoted titles, line end included.

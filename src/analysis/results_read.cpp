@@ -40,24 +40,28 @@ std::optional<std::string> TextOf(const std::string& path) {
 std::string RecordingPath(const std::string& path) {
   const std::string name = std::filesystem::path(path).filename().string();
   const std::size_t stop = name.find('.');
-  return SiblingFile(path, stop == std::string::npos ? "" : name.substr(stop, 1 + ExtensionLetters));
+  return WithExtension(path, stop == std::string::npos ? "" : name.substr(stop, 1 + ExtensionLetters));
+}
+
+bool CanOpen(const std::string& path) {
+  return std::ifstream(std::filesystem::path(path)).is_open();
 }
 
 void ReadNamedModel(const std::string& path) {
   if (path.empty()) return;
-  Model.ModelFileName = SiblingFile(path, ".mod");
+  Model.ModelFileName = WithExtension(path, ".mod");
   ModelFileRead();
 }
 
 /// Reads the recording of a table. False when the command is to end.
 bool ReadNamedRecording(const std::string& path) {
   if (path.empty()) return true;
-  const std::string recording = RecordingPath(path);
-  if (!std::ifstream(std::filesystem::path(recording)).is_open()) {
-    FileErrorPopup(FileOpenFailed);
-    return false;
+  // A name with further full stops, such as a date, is that of the file as it stands.
+  for (const std::string& recording : {RecordingPath(path), path}) {
+    if (CanOpen(recording)) return TraceReadFile(recording);
   }
-  return TraceReadFile(recording);
+  FileErrorPopup(FileOpenFailed);
+  return false;
 }
 
 void FillTable(const TableFile& table) {

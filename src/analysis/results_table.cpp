@@ -34,7 +34,7 @@ void PutMeasures(AnalysisRow& row, const ResponseMeasures& m) {
   Put(row, 6, m.RiseTime, made(MeasuredRise));
   Put(row, 7, m.FracWidth, made(MeasuredWidth));
   Put(row, 13, m.LatencyRise, made(MeasuredLatencyRise));
-  Put(row, 14, m.LatencyPeak, made(MeasuredPeak));
+  Put(row, 14, m.LatencyPeak, made(MeasuredLatencyPeak));
   Put(row, 15, m.Integral, made(MeasuredIntegral));
   Put(row, 16, m.RiseSlope, made(MeasuredSlope));
   Put(row, 17, static_cast<float>(m.RisePoints), made(MeasuredRise));

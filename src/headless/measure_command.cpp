@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <ostream>
 #include <set>
+#include <utility>
 
 #include "analysis/analysis_store.h"
 #include "analysis/analyze.h"
@@ -12,6 +13,7 @@
 #include "headless/internal/job_settings.h"
 #include "headless/internal/json_values.h"
 #include "headless/internal/words.h"
+#include "io/trace_export.h"
 #include "io/trace_hooks.h"
 #include "io/trace_read.h"
 #include "io/trace_store.h"
@@ -20,6 +22,7 @@
 #include "noise/noise_store.h"
 #include "platform/abf/abf.h"
 #include "platform/safe_file.h"
+#include "rscm/rscm_store.h"
 #include "screen/screen.h"
 #include "shell/application.h"
 
@@ -32,18 +35,12 @@ constexpr int ProgressSteps = 100;
 
 /// The recording that is measured, sweep after sweep, into `Trace.SimTrace`.
 struct Recording {
-  AbfHandle abf;  // nothing = a text, read anew for each sweep
+  AbfHandle abf;                             // nothing = a text
+  std::vector<std::vector<float>> episodes;  // of a text that has several, read in one pass
   int channel = 0;
   int sweeps = 1;
   std::string units;
 };
-
-std::string ExtensionOf(const std::string& path) {
-  std::string extension = std::filesystem::path(path).extension().string();
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-  return extension;
-}
 
 bool CanWrite(const std::string& path) {
   const std::string extension = ExtensionOf(path);
@@ -130,20 +127,34 @@ int OpenRecording(const MeasureOptions& options, Recording& recording, std::ostr
     return JobFailed;
   }
   recording.sweeps = Trace.EpisodeCount;
+  if (recording.sweeps > 1) recording.episodes = ReadTextEpisodes();
   return JobDone;
+}
+
+/// Reads a sweep into the trace. Its samples; 0 when the file does not hold them.
+int ReadAbfSweep(const Recording& recording, int sweep) {
+  const int samples = SweepLength(*recording.abf, sweep);
+  if (samples < 1 || samples > MaxStimPoints) return 0;
+  const std::span<float> trace = Trace.SimTrace.first(static_cast<std::size_t>(samples));
+  return ReadSweep(*recording.abf, recording.channel, sweep, 0, trace) == samples ? samples : 0;
+}
+
+int TakeTextSweep(const Recording& recording, int sweep) {
+  if (static_cast<std::size_t>(sweep) > recording.episodes.size()) return 0;
+  const std::vector<float>& samples = recording.episodes[static_cast<std::size_t>(sweep) - 1];
+  std::copy(samples.begin(), samples.end(), Trace.SimTrace.begin());
+  return static_cast<int>(samples.size());
 }
 
 /// Brings a sweep into the trace. False when the file does not hold it.
 bool ReadSweepOf(const Recording& recording, int sweep) {
   Trace.EpisodeIndex = sweep;
-  if (!recording.abf) {
+  if (!recording.abf && recording.sweeps == 1) {
     TraceReloadEpisode();
     return Trace.TraceValid != 0;
   }
-  const int samples = SweepLength(*recording.abf, sweep);
-  if (samples < 1 || samples > MaxStimPoints) return false;
-  const std::span<float> trace = Trace.SimTrace.first(static_cast<std::size_t>(samples));
-  if (ReadSweep(*recording.abf, recording.channel, sweep, 0, trace) != samples) return false;
+  const int samples = recording.abf ? ReadAbfSweep(recording, sweep) : TakeTextSweep(recording, sweep);
+  if (samples < 1) return false;
   Trace.SimTraceUsed = std::max(Trace.SimTraceUsed, samples);
   Model.NumPoints = samples;
   Noise.RecordPoints = samples;
@@ -152,12 +163,12 @@ bool ReadSweepOf(const Recording& recording, int sweep) {
   return true;
 }
 
-void PrepareSweep(const MeasureOptions& options) {
+/// Corrects and filters the trace, in the order of the panels: a correction belongs to the reading.
+void PrepareSweep(const MeasureOptions& options, bool correct) {
+  if (correct) AfterRead.correct();
+  if (!options.filterKHz) return;
   const auto samples = static_cast<std::size_t>(Model.NumPoints);
-  if (options.filterKHz) {
-    GaussianFilter(Trace.SimTrace.first(samples), static_cast<float>(*options.filterKHz));
-  }
-  if (options.correct) AfterRead.correct();
+  GaussianFilter(Trace.SimTrace.first(samples), static_cast<float>(*options.filterKHz));
 }
 
 /// Measures the sweeps asked for. False, told, when one could not be read or the user stopped.
@@ -166,6 +177,8 @@ bool MeasureSweeps(const MeasureOptions& options, const Recording& recording, st
   const int last = options.sweeps.last == 0 ? recording.sweeps : options.sweeps.last;
   const int step = std::max((last - options.sweeps.first + 1) / ProgressSteps, 1);
   const std::string name = DataFileName();
+  // Here alone, so that no trace is corrected twice.
+  const bool correct = std::exchange(RsCm.RsCmAuto, 0) != 0 || options.correct;
   for (int sweep = options.sweeps.first; sweep <= last; ++sweep) {
     if (streams.stop != nullptr && streams.stop->load()) {
       streams.err << Interrupted << '\n';
@@ -179,7 +192,7 @@ bool MeasureSweeps(const MeasureOptions& options, const Recording& recording, st
       streams.err << options.file << ": sweep " << sweep << " cannot be read\n";
       return false;
     }
-    PrepareSweep(options);
+    PrepareSweep(options, correct);
     MeasureTrace();
     rows.push_back(ResultsRow(Analysis.Measures, name, sweep));
   }
@@ -265,10 +278,6 @@ int MeasureCommand(const MeasureOptions& options, const JobStreams& streams) {
   StartJob({});
   ConnectHooks();
   if (!options.model.empty() && !ReadJobModel(options.model, streams)) return JobFailed;
-  if (options.correct && AfterRead.correct == nullptr) {
-    streams.err << "--rscm: this version cannot correct for series resistance\n";
-    return JobFailed;
-  }
   const MeasuringScreen answers(options.channel.value_or(1));
   Recording recording;
   const int opened = OpenRecording(options, recording, streams.err);

@@ -34,6 +34,20 @@ void TellNotRead(const std::string& path, const std::string& why) {
   MessagePopup(FileErrorTitle, FormatText(NotRead, NameOf(path).c_str(), why.c_str()));
 }
 
+/// Tells of a line that ended the reading.
+void TellReadUpTo(const std::string& path, const TextSamples& read) {
+  if (read.badLine == 0) return;
+  MessagePopup(WarningTitle, FormatText(ReadUpTo, NameOf(path).c_str(), read.badLine));
+}
+
+/// The samples of each episode, from rows that hold one of each.
+std::vector<std::vector<float>> Separated(const std::vector<float>& rows, std::size_t episodes) {
+  std::vector<std::vector<float>> separated(episodes);
+  for (std::vector<float>& episode : separated) episode.reserve(rows.size() / episodes);
+  for (std::size_t k = 0; k < rows.size(); ++k) separated[k % episodes].push_back(rows[k]);
+  return separated;
+}
+
 bool ChooseSignal(const std::string& path, const TextShape& shape, Questions questions) {
   if (questions == Questions::AsBefore) return true;
   Trace.RecordedSignal = 1;
@@ -128,9 +142,7 @@ Reading TakeText(const std::string& path, TextRecording& text, std::span<float> 
   if (EndsInZero(shape)) destination[kept++] = 0.0F;
   Model.NumPoints = static_cast<int>(kept);
   TakeTextInfo(shape);
-  if (read.badLine != 0) {
-    MessagePopup(WarningTitle, FormatText(ReadUpTo, NameOf(path).c_str(), read.badLine));
-  }
+  TellReadUpTo(path, read);
   return Reading::Done;
 }
 
@@ -153,6 +165,26 @@ Reading ReadText(std::span<float> destination, const std::string& path, Question
   const Reading reading = TakeText(path, text, destination, kept);
   if (reading != Reading::Refused) former.Keep();
   return reading;
+}
+
+std::vector<std::vector<float>> ReadTextEpisodes() {
+  const std::string& path = Trace.TraceFileName;
+  auto file = OpenInput(path);
+  if (!file) {
+    FileErrorPopup(FileOpenFailed);
+    return {};
+  }
+  TextRecording text(*file);
+  if (!text.Refusal().empty()) {
+    TellNotRead(path, text.Refusal());
+    return {};
+  }
+  TextRequest request = RequestFor(text.Shape(), Trace.SimTrace.size());
+  request.episode = 1;
+  request.episodes = text.Shape().episodes;
+  const TextSamples read = text.Read(request);
+  TellReadUpTo(path, read);
+  return Separated(read.samples, static_cast<std::size_t>(request.episodes));
 }
 
 int TextTraceRead(std::span<float> destination, const std::string& path) {

@@ -16,6 +16,7 @@
 #include "screen/popups.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
+#include "sim/run_hooks.h"
 
 namespace zelvane {
 namespace {
@@ -228,6 +229,7 @@ void ParseTrace() {
 }
 
 void EraseTrace() {
+  TellTraceChanges(Model.FitActive);
   ClearSamples(Model.NumPoints);
   Trace.TraceValid = 0;
   ShowNoTrace();

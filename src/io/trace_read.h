@@ -1,12 +1,13 @@
 // Recorded traces: the choice of a reader, episodes, and the commands around them.
 //
-//   Reading       TraceRead  TraceReadFile  BinaryTraceRead  TextTraceRead  AbfDirectRead
+//   Reading       TraceRead  TraceReadFile  BinaryTraceRead  TextTraceRead  AbfDirectRead  ReadTextEpisodes
 //   Episodes      TraceReloadEpisode  StepEpisode  GoToEpisode
 //   The trace     ParseTrace  EraseTrace
 #pragma once
 
 #include <span>
 #include <string>
+#include <vector>
 
 namespace zelvane {
 
@@ -31,6 +32,11 @@ bool BinaryTraceRead(std::span<float> destination);
 /// Reads a text recording (ATF or one number a line) into `destination`.
 /// @return 1 when more than 100 samples were read, else 0
 int TextTraceRead(std::span<float> destination, const std::string& path);
+
+/// Every episode of the text recording in `Trace`, signal `Trace.RecordedSignal`, read in one pass. Nothing,
+/// the user told, when it can no longer be read. A line that cannot be understood is told; it ends an
+/// episode.
+std::vector<std::vector<float>> ReadTextEpisodes();
 
 /// Reads an ABF 1.x recording straight from its header fields, first channel only, all episodes one behind
 /// the other.

@@ -143,6 +143,7 @@ void RefreshAfterRead() {
 
 void ConnectHooks() {
   AfterRun = RunHooks{};
+  AfterRun.traceChanges = ForgetMeasures;
   AfterRun.autosave = AutosaveTrace;
   AfterRun.beginAnalysis = BeginRunAnalysis;
   AfterRun.analyzeRun = AnalyzeRun;
@@ -190,6 +191,7 @@ void AddAllPanels() {
   AddFilterButton();
   AddTransformPanel();
   AddRsCorrectionPanel();
+  AddTraceExports();
   AddFilterMenu();
   AddTransformMenu();
   AddRsCorrectionMenu();

@@ -54,9 +54,15 @@ constexpr char PrintMainHelp[] =
     "Print Modeling Panel. Print from menu to access setup options.\nUses default Windows Printer settings.";
 constexpr char PrintStimHelp[] =
     "Print Stimulus Panel as it appears on screen.\nUses default Windows Printer settings.";
+constexpr char PrintAnalysisHelp[] =
+    "Print Analysis Panel as it appears on screen.\nUses default Windows Printer settings.";
 
 void PrintStim(const ControlEvent&) {
   PrintPanel("StimulusPanel");
+}
+
+void PrintAnalysis(const ControlEvent&) {
+  PrintPanel("AnalysisPanel");
 }
 
 void PrintFront() {
@@ -85,6 +91,7 @@ constexpr ControlDecl StimulusControls[] = {
     {"PrintStimulus", ControlKind::Button, "Print", "", "",    "PrintStim",       PrintStim,       PrintStimHelp},
 };
 constexpr ControlDecl AnalysisControls[] = {
+    {"PrintAnalysisButton", ControlKind::Button, "Print", "", "", "PrintAnalysis",   PrintAnalysis,   PrintAnalysisHelp},
     {"AnalysisHelpButton", ControlKind::Button, "Help", "", "", "AnalysisHelp",      AnalysisHelp,    AnalysisHelpText,
      0, 0, "", 0, false, true},
 };

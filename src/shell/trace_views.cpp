@@ -33,7 +33,28 @@ void RefreshMainGraph() {
   ZoomSetFullRange(graph, 'y', y.min, y.max);
 }
 
+/// The samples between the ends of the analysis plot.
+std::span<const float> ViewedSamples() {
+  const SampleRange view = SamplesInView();
+  const int samples = std::clamp(Model.NumPoints, 0, static_cast<int>(Trace.SimTrace.size()));
+  const int end = std::min(view.last, samples - 1) + 1;
+  const int first = std::min(view.first, end);
+  return Trace.SimTrace.subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(end - first));
+}
+
+template <void (*Export)()>
+void Run(const ControlEvent&) {
+  Export();
+}
+
 // clang-format off
+constexpr ControlDecl ExportControls[] = {
+    // name              kind                 label                   unit format command       action         help
+    {"ExportTraceButton", ControlKind::Button, "Export trace...",        "", "", "ExportTrace",    Run<ExportTrace>,
+     "Export data as it appears on the screen into 1-column ascii file with time interval in ms as first value."},
+    {"ExportCurveButton", ControlKind::Button, "Export fitted curve...", "", "", "ExportAnalysis", Run<ExportAnalysis>,
+     "Export fitted curve as 2 column ASCII file (ATF Format)."},
+};
 constexpr MenuDecl TraceMenu[] = {
     {"Tools/Export trace...",        "ExportTrace",    ExportTrace},
     {"Tools/Export fitted curve...", "ExportAnalysis", ExportAnalysis},
@@ -45,9 +66,9 @@ constexpr MenuDecl TraceMenu[] = {
 void RefreshTraceViews() {
   if (FindPanel("MainPanel") == nullptr) return;
   RefreshMainGraph();
+  ShowNewTrace();
   RefreshRsCmView();
   TraceFilterUpdate();
-  ShowNewTrace();
 }
 
 void ExportTrace() {
@@ -59,16 +80,18 @@ void ExportTrace() {
       FileSelectPopup({.title = ExportTitle, .defaultName = AsciiFiles, .filter = AsciiFiles, .save = true});
   if (!path) return;
   ReadRunParameters();
-  const int samples = std::clamp(Model.NumPoints, 0, static_cast<int>(Trace.SimTrace.size()));
-  if (!AppendToFile(*path, TraceTextBlocks(TraceFormat::SingleColumn,
-                                           Trace.SimTrace.first(static_cast<std::size_t>(samples)),
-                                           Model.ADInterval, {}))) {
+  if (!AppendToFile(*path,
+                    TraceTextBlocks(TraceFormat::SingleColumn, ViewedSamples(), Model.ADInterval, {}))) {
     FileErrorPopup(FileOpenFailed);
   }
 }
 
 void ExportAnalysis() {
   MessagePopup(NoticeTitle, NoFit);
+}
+
+void AddTraceExports() {
+  AddControls("AnalysisPanel", "shell", ExportControls);
 }
 
 void AddTraceMenu() {

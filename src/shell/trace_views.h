@@ -2,7 +2,7 @@
 //
 //   Views     RefreshTraceViews
 //   Exports   ExportTrace  ExportAnalysis
-//   Menu      AddTraceMenu
+//   Declaring AddTraceExports  AddTraceMenu
 #pragma once
 
 namespace zelvane {
@@ -17,6 +17,9 @@ void ExportTrace();
 
 /// Would write the curve of the last exponential fit; without one the user is told so.
 void ExportAnalysis();
+
+/// Both exports as buttons of the analysis panel.
+void AddTraceExports();
 
 void AddTraceMenu();
 

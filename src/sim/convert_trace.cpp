@@ -11,6 +11,7 @@
 #include "sim/random.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
+#include "sim/run_hooks.h"
 #include "sim/run_panel.h"
 #include "sim/saved_steps.h"
 #include "stimulus/stimulus_store.h"
@@ -89,6 +90,7 @@ bool ConvertTrace(bool erase) {
   if (Model.FitActive == 0) ReadRunParameters();
   if (!RunHasLength()) return false;
   Trace.TraceUnits = Model.DisplayUnits;
+  TellTraceChanges(Model.FitActive);
   ClearSamples(Trace.SimTraceUsed);
   const int samples = std::clamp(Model.NumPoints, 0, MaxStimPoints);
   const std::span<float> trace = Trace.SimTrace.first(static_cast<std::size_t>(samples));
@@ -126,6 +128,7 @@ void RefreshTrace() {
 }
 
 void ClearTrace() {
+  TellTraceChanges(Model.FitActive);
   ClearSamples(Trace.SimTraceUsed);
   Trace.TraceValid = 0;
   RemoveTracePlots();

@@ -134,6 +134,7 @@ void RunSimulation(int numPoints) {
   Trace.TraceUnits = Model.DisplayUnits;
   Trace.TraceValid = 0;  // from here on the trace is empty, also after a refusal
   Trace.TraceFromFile = 0;
+  TellTraceChanges(Model.FitActive);
   ClearSamples(Model.NumPoints);
   ClearOccupancy(Model.NumPoints + 1);  // the fixed-step integrator also fills the point behind the last
   if (Model.ModelIs2D != 0) RatesFromGrid();

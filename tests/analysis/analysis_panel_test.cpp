@@ -1,5 +1,4 @@
 // AnalysisPanel as a user presses it, with recordings that other programs made.
-#include <atomic>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -159,41 +158,6 @@ TEST_F(AnalysisPanelTest, WithoutATraceNothingIsMeasuredAndWithAFitModeThePanelS
   EXPECT_EQ(lines[lines.size() - 3]["value"], "");
   EXPECT_EQ(lines[lines.size() - 2]["value"], "");
   EXPECT_EQ(lines.back()["value"], "No exponential fit ran.");
-}
-
-TEST(ParseSweepsTest, TakesARangeOrOneSweep) {
-  const auto range = ParseSweeps("3-10");
-  ASSERT_TRUE(range);
-  EXPECT_EQ(range->first, 3);
-  EXPECT_EQ(range->last, 10);
-  EXPECT_EQ(ParseSweeps("7")->last, 7);
-  for (const char* wrong : {"", "0", "5-2", "-3", "a-b", "1-2-3"}) EXPECT_FALSE(ParseSweeps(wrong)) << wrong;
-}
-
-TEST_F(AnalysisPanelTest, TheCommandLineRefusesWhatItCannotDo) {
-  const auto run = [this](auto change) {
-    MeasureOptions options;
-    options.file = recording;
-    change(options);
-    std::ostringstream out;
-    std::ostringstream err;
-    const int result = MeasureCommand(options, {out, err});
-    EXPECT_NE(err.str(), "");
-    return result;
-  };
-  EXPECT_EQ(run([](MeasureOptions& o) { o.outFile = "x.txt"; }), JobMisused);
-  EXPECT_EQ(run([](MeasureOptions& o) { o.channel = 15; }), JobMisused);
-  EXPECT_EQ(run([](MeasureOptions& o) { o.sweeps = {1, 10000}; }), JobMisused);
-  EXPECT_EQ(run([](MeasureOptions& o) { o.settings = {"NoSuchField=1"}; }), JobMisused);
-  EXPECT_EQ(run([](MeasureOptions& o) { o.file += "x"; }), JobFailed);
-  std::atomic<bool> stop = true;
-  MeasureOptions options;
-  options.file = recording;
-  options.outFile = folder.File("stopped.csv");
-  std::ostringstream out;
-  std::ostringstream err;
-  EXPECT_EQ(MeasureCommand(options, {out, err, &stop}), JobFailed);
-  EXPECT_FALSE(std::filesystem::exists(options.outFile));
 }
 
 }  // namespace

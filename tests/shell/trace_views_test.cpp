@@ -1,6 +1,9 @@
 // Filter, noise, transform and export as a user presses them, and the views that follow.
+#include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <numeric>
+#include <utility>
 
 #include "support/drive_test.h"
 
@@ -96,10 +99,46 @@ TEST_F(TraceViewsTest, AnExportAppendsItsBlock) {
   EXPECT_EQ(lines.back().at("text"), "No exponential fit has been made: there is no curve to export.");
 }
 
-TEST_F(TraceViewsTest, ThePanelInFrontIsPrinted) {
-  const auto lines = Run("press FxnPrintSetup\npress RsCmFilterFxn\npress FxnPrintSetup");
+TEST_F(TraceViewsTest, AZoomedAnalysisPlotExportsWhatLiesBetweenTheZoomCursors) {
+  const std::string trace =
+      "enter NumPoints 100\nenter ADInterval 0.5\npress FxnMenuFilter\npress FxnRectNoise\npress Analysis\n"
+      "press FxnMenuZoomArea\ncursor AnalysisPanel 5 39.5 1\ncursor AnalysisPanel 6 20 0\n";
+  const auto exported = [&](const std::string& zoom) {
+    const std::string path = folder.File("view.asc");
+    const auto lines = Run(trace + zoom + "slice SimTrace 20 20\nchoose " + path + "\npress ExportTrace\n");
+    std::string text = ReadWholeFile(path);
+    std::filesystem::remove(path);
+    return std::pair{text, lines.front().at("value").at(0).get<float>()};
+  };
+  const auto count = [](const std::string& text) { return std::count(text.begin(), text.end(), '\n'); };
+  const auto [part, first] = exported("press AnalysisZoom\n");
+  EXPECT_EQ(count(part), 1 + 20) << "the interval, samples 20 to 39";
+  EXPECT_NEAR(std::stof(part.substr(part.find('\n'))), first, 1e-5);
+  EXPECT_EQ(count(exported("press AnalysisZoom\npress AnalysisFullScale\n").first), 1 + 100);
+  EXPECT_EQ(count(exported("").first), 1 + 100) << "the corners stand there, and nothing is zoomed yet";
+}
+
+TEST_F(TraceViewsTest, WhatWasMeasuredOfATraceIsGoneWithIt) {
+  const std::string measured =
+      "open \"" ZELVANE_DATA
+      "/config.mod\"\nset SimulatorKind 0\npress AcquireData\npress Analysis\n"
+      "enter PeakAvePts 1\nenter StartAnalysis 0\npress AN_AnalyzeButton\ncontrol PeakValue\n"
+      "press FxnAnalysisDone\n";
+  for (const char* change : {"press AcquireData\n", "press FxnAdd\n", "press FxnSimRefresh\n"}) {
+    const auto lines = Run(measured + change + "press Analysis\ncontrol PeakValue\ngraph AnalysisPanel\n");
+    ASSERT_GE(lines.size(), 3U);
+    EXPECT_NE(lines.at(lines.size() - 3).at("value"), "") << change;
+    EXPECT_EQ(lines.at(lines.size() - 2).at("value"), "") << change;
+    EXPECT_EQ(lines.back().at("plots").size(), 1U) << change << "the trace alone";
+  }
+}
+
+TEST_F(TraceViewsTest, ThePanelInFrontIsPrintedOrTheOneAskedFor) {
+  const auto lines =
+      Run("press FxnPrintSetup\npress RsCmFilterFxn\npress FxnPrintSetup\npress PrintAnalysis");
   EXPECT_EQ(lines.at(0).at("print"), "MainPanel");
   EXPECT_EQ(lines.at(1).at("print"), "RsCorrectionPanel");
+  EXPECT_EQ(lines.at(2).at("print"), "AnalysisPanel");
 }
 
 }  // namespace

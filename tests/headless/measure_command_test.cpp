@@ -1,0 +1,160 @@
+// `measure` as a user types it: options, recordings of each kind, files of results.
+#include "headless/measure_command.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "analysis/analysis_store.h"
+#include "analysis/results_files.h"
+#include "headless/one_job.h"
+#include "support/drive_test.h"
+
+namespace zelvane {
+namespace {
+
+const std::string Recordings = std::string(ZELVANE_TEST_DATA) + "/recordings/";
+const std::string Steps = Recordings + "abf2/18702001-step.abf";
+const std::string StepsAsText = Recordings + "atf/18702001-step.atf";
+
+class MeasureCommandTest : public DriveTest {
+ protected:
+  MeasureCommandTest() {
+    options.file = Steps;
+    options.settings = {"FitMode=0", "BaselinePts=200", "StartAnalysis=20", "PeakSearchPts=4000"};
+  }
+  nlohmann::json Rows() {
+    options.json = true;
+    std::ostringstream out;
+    std::ostringstream err;
+    EXPECT_EQ(MeasureCommand(options, {out, err}), JobDone) << err.str();
+    return nlohmann::json::parse(out.str()).at("rows");
+  }
+  int Result(MeasureOptions changed) {
+    std::ostringstream out;
+    std::ostringstream err;
+    const int result = MeasureCommand(changed, {out, err});
+    EXPECT_NE(err.str(), "");
+    return result;
+  }
+  MeasureOptions options;
+};
+
+TEST_F(MeasureCommandTest, ATextOfSeveralSignalsGivesTheRowsOfTheSameRecordingInABF) {
+  for (const int signal : {1, 2}) {
+    options.file = Steps;
+    options.channel = signal - 1;
+    const auto binary = Rows();
+    options.file = StepsAsText;
+    options.channel = signal;
+    const auto text = Rows();
+    ASSERT_EQ(text.size(), 3U);
+    for (std::size_t i = 0; i < 3; ++i) {
+      SCOPED_TRACE(signal);
+      EXPECT_EQ(text[i]["sweep"], i + 1);
+      for (const char* measure : {"Base", "Amp", "Integral", "LatPeak"}) {
+        const double expected = binary[i][measure];
+        EXPECT_NEAR(text[i][measure].get<double>(), expected, 1e-4 * std::max(1.0, std::abs(expected)))
+            << measure;
+      }
+    }
+  }
+  options.channel = 1;
+  options.sweeps = {3, 3};
+  EXPECT_EQ(Rows()[0]["sweep"], 3);
+}
+
+TEST_F(MeasureCommandTest, ACorrectionIsMadeOnceWhoeverAsksForIt) {
+  const double plain = Rows()[1]["Base"];
+  options.settings.push_back("RcRs=2e7");
+  options.correct = true;
+  const double corrected = Rows()[1]["Base"];
+  // A steady current I at V = Vhold - Rs I is scaled by Vhold / V.
+  EXPECT_NEAR(corrected, plain * -0.1 / (-0.1 - 2e7 * plain * 1e-12), 0.01 * std::abs(plain));
+  EXPECT_NE(corrected, plain);
+  options.settings.push_back("RsCmAuto=1");
+  for (const std::string& file : {Steps, StepsAsText}) {
+    for (const bool asked : {true, false}) {
+      options.file = file;
+      options.correct = asked;
+      EXPECT_NEAR(Rows()[1]["Base"], corrected, 1e-4 * std::abs(corrected)) << file << asked;
+    }
+  }
+}
+
+TEST_F(MeasureCommandTest, AFilterTakesTheNoiseAndLeavesTheMean) {
+  const auto plain = Rows()[0];
+  options.filterKHz = 0.5;
+  const auto filtered = Rows()[0];
+  EXPECT_LT(filtered["BaseVar"].get<double>(), 0.5 * plain["BaseVar"].get<double>());
+  EXPECT_NEAR(filtered["Base"], plain["Base"], 0.2 * std::sqrt(plain["BaseVar"].get<double>()));
+}
+
+TEST_F(MeasureCommandTest, SettingsOfAModelAreThoseOfItsPanel) {
+  const std::string model = folder.File("settings.mod");
+  Run("press Analysis\nenter BaselineStart 3\nenter RiseStartFrac 0.3\nenter FitMode 0\nchoose " + model +
+      "\npress SaveParameters\n");
+  ASSERT_TRUE(std::filesystem::exists(model));
+  options.model = model;
+  options.settings = {"BaselinePts=200", "StartAnalysis=20", "PeakSearchPts=4000"};
+  const auto rows = Rows();
+  EXPECT_EQ(Analysis.BaselineStart, 3.0F);
+  EXPECT_EQ(Analysis.RiseStartFrac, 0.3F);
+  options.model.clear();
+  options.settings.insert(options.settings.end(), {"FitMode=0", "BaselineStart=3", "RiseStartFrac=0.3"});
+  EXPECT_EQ(Rows(), rows);
+}
+
+TEST_F(MeasureCommandTest, ItsFilesAreThoseOfThePanel) {
+  const auto written = [this](const char* name) {
+    options.outFile = folder.File(name);
+    std::ostringstream out;
+    std::ostringstream err;
+    EXPECT_EQ(MeasureCommand(options, {out, err}), JobDone) << err.str();
+    return ReadWholeFile(options.outFile);
+  };
+  const std::string measures = written("a.res");
+  EXPECT_TRUE(measures.starts_with(MeasuresHeader()));
+  EXPECT_EQ(std::count(measures.begin(), measures.end(), '\n'), 4);
+  EXPECT_NE(measures.find("\n\"" + Steps + "\", 3, 2, "), std::string::npos) << "rows count from 0";
+  const auto table = ParseTable(written("a.tbl"));
+  ASSERT_TRUE(table);
+  ASSERT_EQ(table->rows.size(), 3U);
+  EXPECT_EQ(table->dataPath, Steps);
+  EXPECT_NEAR(table->rows[2].value[5], Rows()[2]["Amp"].get<float>(), 1e-5F);
+}
+
+TEST(ParseSweepsTest, TakesARangeOrOneSweep) {
+  const auto range = ParseSweeps("3-10");
+  ASSERT_TRUE(range);
+  EXPECT_EQ(range->first, 3);
+  EXPECT_EQ(range->last, 10);
+  EXPECT_EQ(ParseSweeps("7")->last, 7);
+  for (const char* wrong : {"", "0", "5-2", "-3", "a-b", "1-2-3"}) EXPECT_FALSE(ParseSweeps(wrong)) << wrong;
+}
+
+TEST_F(MeasureCommandTest, TheCommandLineRefusesWhatItCannotDo) {
+  const auto run = [this](auto change) {
+    MeasureOptions changed = options;
+    change(changed);
+    return Result(changed);
+  };
+  EXPECT_EQ(run([](MeasureOptions& o) { o.outFile = "x.txt"; }), JobMisused);
+  EXPECT_EQ(run([](MeasureOptions& o) { o.channel = 15; }), JobMisused);
+  EXPECT_EQ(run([](MeasureOptions& o) { o.sweeps = {1, 10000}; }), JobMisused);
+  EXPECT_EQ(run([](MeasureOptions& o) { o.settings = {"NoSuchField=1"}; }), JobMisused);
+  EXPECT_EQ(run([](MeasureOptions& o) { o.file += "x"; }), JobFailed);
+  std::atomic<bool> stop = true;
+  options.outFile = folder.File("stopped.csv");
+  std::ostringstream out;
+  std::ostringstream err;
+  EXPECT_EQ(MeasureCommand(options, {out, err, &stop}), JobFailed);
+  EXPECT_FALSE(std::filesystem::exists(options.outFile));
+}
+
+}  // namespace
+}  // namespace zelvane
