@@ -79,6 +79,7 @@ void ReadConfig(const StartOptions& options) {
 }
 
 void ShowStores() {
+  WriteAllControls();
   RefreshModelPanels();
   WriteRunParameters();
   StimPanelRefresh();

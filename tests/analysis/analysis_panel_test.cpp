@@ -160,5 +160,23 @@ TEST_F(AnalysisPanelTest, WithoutATraceNothingIsMeasuredAndWithAFitModeThePanelS
   EXPECT_EQ(lines.back()["value"], "No exponential fit ran.");
 }
 
+TEST_F(AnalysisPanelTest, RunsAreAnalysedWithSettingsNeverShownAndBearNoRecordingsName) {
+  const float fraction = Analysis.RiseStartFrac;
+  Run("reply ok\nopen \"" + recording +
+      "\"\npress FxnNextSection\nenter MultiSubunit 0\nenter StateOn[1] 1\nenter StateOn[2] 1\n"
+      "enter KOn[1] 1000\nenter KOff[1] 500\nenter StateMonitored[2] 1\nenter StartOccupancy[1] 1\nenter "
+      "SimulatorKind 1\n"
+      "enter NumRuns 2\nenter AutoAnalyze 1\nchoose \"" +
+      folder.File("a.res") + "\"\npress AcquireData\n");
+  EXPECT_EQ(Analysis.RiseStartFrac, fraction);
+  std::ifstream rows(folder.File("a.res"));
+  std::string line;
+  ASSERT_TRUE(std::getline(rows, line));
+  for (int run = 0; run < 2; ++run) {
+    ASSERT_TRUE(std::getline(rows, line));
+    EXPECT_TRUE(line.starts_with(FormatText("\"\", 1, %d, ", run))) << line;
+  }
+}
+
 }  // namespace
 }  // namespace zelvane
