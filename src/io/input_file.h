@@ -8,7 +8,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
+
+#include "io/text_lines.h"
 
 namespace zelvane {
 
@@ -20,28 +22,22 @@ std::optional<std::ifstream> OpenInput(const std::string& path);
 /// Nothing when it cannot be opened and read.
 std::optional<std::string> ReadBytes(const std::string& path, std::size_t most);
 
-/// The lines of a text file of any length, one after the other. Lines end with LF, CR LF or CR; a mark of
-/// UTF-8 at the start is passed over.
+/// The lines of a text file of any length, one after the other, as TextLines gives them.
 class LineReader {
  public:
   /// @param longest  bytes of a line that are given; what a longer line has beyond them is passed over
-  LineReader(std::ifstream file, std::size_t longest);
+  LineReader(std::ifstream file, std::size_t longest) : file_(std::move(file)), longest_(longest) {}
 
   /// The next line without its end, or nothing at the end of the file. It lasts until the next call.
-  std::optional<std::string_view> Next();
+  std::optional<std::string_view> Next() {
+    const auto line = lines_.Next();
+    return line ? std::optional(line->substr(0, longest_)) : std::nullopt;
+  }
 
  private:
-  void Fill();
-  void PassLineEnd();
-  std::string_view Pending() const { return {buffer_.data() + begin_, end_ - begin_}; }
-
   std::ifstream file_;
   std::size_t longest_;
-  std::vector<char> buffer_;
-  std::size_t begin_ = 0;  // bytes begin_..end_ - 1 of the buffer have not been given yet
-  std::size_t end_ = 0;
-  bool atEnd_ = false;
-  std::string line_;
+  TextLines lines_{file_};
 };
 
 }  // namespace zelvane
