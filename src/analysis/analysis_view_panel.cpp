@@ -48,6 +48,7 @@ constexpr std::array<Colour, CursorCount> CursorColours = {BaselineColour, Basel
 constexpr double NarrowestSpan = 10.0;   // samples
 constexpr double SmallestShrunk = 13.0;  // spans below this one become the narrowest
 constexpr double SpanStep = 0.2;
+constexpr double BarHeight = 0.02;  // of the bar above the foot of the view, as a part of its height
 constexpr double YMargin = 1.0 / 18.0;
 
 /// What the view remembers beside its graph.
@@ -148,7 +149,8 @@ void DrawLine(double fromX, double toX, float y, Colour colour, PlotStyle style 
 /// Bar along the foot of the picture under the stretch of the integral.
 void DrawIntegralBar(const MeasureSettings& settings) {
   const Graph& graph = View();
-  const auto foot = static_cast<float>(ViewRange(graph, 'y').min);
+  const DataRange y = ViewRange(graph, 'y');
+  const auto foot = static_cast<float>(y.min + (y.max - y.min) * BarHeight);
   const double start = std::max(SampleOf(settings.startAnalysis), 0.0);
   const double end = std::min(start + static_cast<double>(settings.integralPts), Points());
   if (end > start) DrawLine(start, end, foot, IntegralMark);
@@ -293,6 +295,7 @@ void CursorMoved(Graph& /*graph*/, int cursor) {
     case ReadFirst:
     case ReadSecond:
       LockReadCursors();
+      HideCursorsOutside();
       ShowReadouts();
       return;
     default:

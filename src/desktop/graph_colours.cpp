@@ -58,4 +58,8 @@ QColor Adapted(Colour colour, const GraphColours& colours) {
   return seen;
 }
 
+QColor TextOn(const QColor& ground) {
+  return Contrast(Qt::white, ground) >= Contrast(Qt::black, ground) ? Qt::white : Qt::black;
+}
+
 }  // namespace zelvane

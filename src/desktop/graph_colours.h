@@ -25,4 +25,7 @@ GraphColours PaperColours();
 /// colour with too little contrast is made lighter or darker in its own hue.
 QColor Adapted(Colour colour, const GraphColours& colours);
 
+/// White or black, whichever reads better on a ground.
+QColor TextOn(const QColor& ground);
+
 }  // namespace zelvane

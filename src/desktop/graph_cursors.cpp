@@ -1,5 +1,6 @@
 #include "desktop/graph_cursors.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "shell/graph_text.h"
@@ -18,6 +19,10 @@ GraphCursors::GraphCursors(Graph& graph, QCustomPlot* plot) : QCPLayerable(plot)
 
 int GraphCursors::at(const QPointF& pixel) const {
   if (!mParentPlot->axisRect()->rect().contains(pixel.toPoint())) return 0;
+  const std::vector<QRectF> places = tags(graph_.cursors);
+  const auto tag =
+      std::find_if(places.begin(), places.end(), [&](const QRectF& t) { return t.contains(pixel); });
+  if (tag != places.end()) return static_cast<int>(tag - places.begin()) + 1;
   int nearest = 0;
   double reach = Reach;
   for (std::size_t k = 0; k < graph_.cursors.size(); ++k) {
@@ -71,6 +76,25 @@ QRect GraphCursors::clipRect() const {
   return mParentPlot->axisRect()->rect();
 }
 
+/// Where the numbers of the cursors stand, empty for one that does not show. Those of cursors that stand
+/// close hang below each other, so that each can be grabbed.
+std::vector<QRectF> GraphCursors::tags(const std::vector<Cursor>& cursors) const {
+  const QRectF area = clipRect();
+  std::vector<QRectF> places(cursors.size());
+  for (std::size_t k = 0; k < cursors.size(); ++k) {
+    const double x = mParentPlot->xAxis->coordToPixel(cursors[k].x);
+    if (!cursors[k].enabled || !(x >= area.left() && x <= area.right())) continue;
+    const double left =
+        std::clamp(x - TagHeight / 2.0, area.left(), std::max(area.left(), area.right() - TagHeight));
+    QRectF tag(left, area.top(), TagHeight, TagHeight);
+    for (std::size_t other = 0; other < k; ++other) {
+      if (tag.intersects(places[other])) tag.moveTop(places[other].bottom());
+    }
+    places[k] = tag;
+  }
+  return places;
+}
+
 /// The stretch between two cursors, as far as it is in view. Cursors beyond the view are hidden, not off.
 void GraphCursors::drawBand(QCPPainter* painter, const Cursor& from, const Cursor& to) const {
   const QRectF area = clipRect();
@@ -88,7 +112,7 @@ void GraphCursors::draw(QCPPainter* painter) {
   for (const auto& [from, to] : bands_) {
     drawBand(painter, cursors[static_cast<std::size_t>(from) - 1], cursors[static_cast<std::size_t>(to) - 1]);
   }
-  std::vector<QRectF> tags;  // those of cursors that stand close hang below each other
+  const std::vector<QRectF> places = tags(cursors);
   for (std::size_t k = 0; k < cursors.size(); ++k) {
     if (!cursors[k].enabled) continue;
     const double x = mParentPlot->xAxis->coordToPixel(cursors[k].x);
@@ -98,23 +122,19 @@ void GraphCursors::draw(QCPPainter* painter) {
     const bool dragged = dragged_ == static_cast<int>(k) + 1;
     painter->setPen(QPen(colour, dragged ? 1.5 : 1.0, Qt::DashLine));
     painter->setAntialiasing(false);
-    painter->drawLine(QPointF(x, area.top() + TagHeight), QPointF(x, area.bottom()));
+    painter->drawLine(QPointF(x, places[k].bottom()), QPointF(x, area.bottom()));
     painter->setAntialiasing(true);
     if (y >= area.top() && y <= area.bottom()) {
       painter->setPen(QPen(colour, 1.5));
       painter->drawLine(QPointF(x - MarkLength, y), QPointF(x + MarkLength, y));
       painter->drawLine(QPointF(x, y - MarkLength), QPointF(x, y + MarkLength));
     }
-    QRectF tag(x - TagHeight / 2.0, area.top(), TagHeight, TagHeight);
-    for (const QRectF& other : tags) {
-      if (tag.intersects(other)) tag.moveTop(other.bottom());
-    }
-    tags.push_back(tag);
+    const QRectF& tag = places[k];
     painter->setPen(Qt::NoPen);
     painter->setBrush(colour);
     painter->drawRoundedRect(tag, 3.0, 3.0);
     painter->setBrush(Qt::NoBrush);
-    painter->setPen(colours_.background);
+    painter->setPen(TextOn(colour));
     painter->drawText(tag, Qt::AlignCenter, QString::number(k + 1));
   }
 }

@@ -24,7 +24,7 @@ class GraphCursors : public QCPLayerable {
   /// Pairs of cursors with the stretch between them shaded in the colour of the first.
   void setBands(std::vector<std::pair<int, int>> bands) { bands_ = std::move(bands); }
 
-  /// Number of the cursor within reach of a pixel; 0 = none. Of several the nearest.
+  /// Number of the cursor within reach of a pixel, or whose tag is there; 0 = none. Of several the nearest.
   int at(const QPointF& pixel) const;
 
   /// The dragged cursor shows here. `follows` puts it at the height of the plot that is nearest to the mouse.
@@ -44,6 +44,7 @@ class GraphCursors : public QCPLayerable {
   QRect clipRect() const override;
 
  private:
+  std::vector<QRectF> tags(const std::vector<Cursor>& cursors) const;
   void drawBand(QCPPainter* painter, const Cursor& from, const Cursor& to) const;
   std::optional<double> heightNear(double x, double y) const;
 

@@ -21,8 +21,7 @@ int WidthOf(const LegendEntry& entry, const QFontMetrics& metrics) {
   return WidthOfSign(entry, metrics) + SignGap + metrics.horizontalAdvance(entry.text) + EntryGap;
 }
 
-void DrawSign(QPainter& painter, const LegendEntry& entry, const QRectF& box, const QColor& colour,
-              const QColor& ground) {
+void DrawSign(QPainter& painter, const LegendEntry& entry, const QRectF& box, const QColor& colour) {
   const QPointF c = box.center();
   painter.setPen(QPen(colour, 2.0));
   switch (entry.sign) {
@@ -31,7 +30,7 @@ void DrawSign(QPainter& painter, const LegendEntry& entry, const QRectF& box, co
       painter.setBrush(colour);
       painter.drawRoundedRect(box.adjusted(0, 1, 0, -1), 3, 3);
       painter.setBrush(Qt::NoBrush);
-      painter.setPen(ground);
+      painter.setPen(TextOn(colour));
       painter.drawText(box, Qt::AlignCenter, entry.numbers);
       break;
     case LegendEntry::Sign::Cross:
@@ -70,7 +69,7 @@ void GraphLegend::paintEvent(QPaintEvent* /*event*/) {
   int x = 0;
   for (const LegendEntry& entry : entries_) {
     const QRectF box(x, 0, WidthOfSign(entry, fontMetrics()), height());
-    DrawSign(painter, entry, box, Adapted(entry.colour, colours), colours.background);
+    DrawSign(painter, entry, box, Adapted(entry.colour, colours));
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(QRectF(box.right() + SignGap, 0, width(), height()), Qt::AlignVCenter, entry.text);
     x += WidthOf(entry, fontMetrics());

@@ -129,15 +129,17 @@ void TableWidget::refresh() {
   follow();
 }
 
-/// The record tells where its view begins, for a height of its own, and which row is the current one: that
-/// one is brought into view. Where the user scrolls to in between stays.
+/// The record tells where its view begins, for a height of its own, and which row is the current one: a row
+/// that becomes it is brought into view. Where the user scrolls to in between stays.
 void TableWidget::follow() {
-  const QPoint corner(table_.leftColumn, table_.topRow);
-  if (corner == corner_ && table_.markedRow == marked_) return;
-  corner_ = corner;
+  const bool marks = table_.markedRow != marked_ && table_.markedRow > 0;
+  const bool scrolls = table_.topRow != corner_.y();
+  const bool shifts = table_.leftColumn != corner_.x();
   marked_ = table_.markedRow;
-  const int row = marked_ > 0 ? marked_ : table_.topRow;
-  scrollTo(model_->index(row - 1, table_.leftColumn - 1), marked_ > 0 ? EnsureVisible : PositionAtTop);
+  corner_ = {table_.leftColumn, table_.topRow};
+  if (!marks && !scrolls && !shifts) return;
+  const int row = marks ? marked_ - 1 : scrolls ? table_.topRow - 1 : rowAt(0);
+  scrollTo(model_->index(row, table_.leftColumn - 1), scrolls && !marks ? PositionAtTop : EnsureVisible);
 }
 
 void TableWidget::contextMenuEvent(QContextMenuEvent* event) {
