@@ -1,6 +1,9 @@
 // Noise and filter of the trace, at the user's word: FilterPanel, and one button on MainPanel.
 #include "shell/filter_panel.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "io/trace_store.h"
 #include "model/model_store.h"
 #include "noise/gaussian_filter.h"
@@ -20,6 +23,8 @@ constexpr char PanelName[] = "FilterPanel";
 constexpr char CornerField[] = "AutoFilterFc";
 constexpr char DeviationField[] = "AutoNoiseSTD";
 constexpr char MeanField[] = "NoiseMean";
+
+constexpr char NoCorner[] = "The corner of the filter must be above 0 kHz.";
 
 void ReadFields() {
   for (const char* field : {MeanField, DeviationField, CornerField}) TakeTyped(field);
@@ -53,9 +58,17 @@ void FxnCreateGaussNoise(const ControlEvent&) {
   RefreshTraceViews();
 }
 
+/// A trace that is shorter than the record last made, such as a short sweep of a recording, is the record
+/// here: a kernel too long for it is told, and not passed over in silence.
 void FilterTrace() {
   TakeTyped(CornerField);
+  if (!(Model.AutoFilterFc > 0.0F)) {
+    MessagePopup(NoticeTitle, NoCorner);
+    return;
+  }
+  const int recorded = std::exchange(Noise.RecordPoints, std::min(Noise.RecordPoints, Model.NumPoints));
   GaussianFilter(TraceToWrite(Model.NumPoints), Model.AutoFilterFc);
+  Noise.RecordPoints = recorded;
 }
 
 void FxnApplyFilter(const ControlEvent&) {

@@ -1,14 +1,11 @@
 // AnalysisPanel as a user presses it, with recordings that other programs made.
-#include <cmath>
 #include <filesystem>
 #include <fstream>
-#include <numeric>
 #include <sstream>
 
 #include "analysis/analysis_store.h"
 #include "headless/measure_command.h"
 #include "io/trace_store.h"
-#include "model/model_store.h"
 #include "screen/screen.h"
 #include "support/drive_test.h"
 
@@ -29,28 +26,6 @@ class AnalysisPanelTest : public DriveTest {
   }
   std::string recording = folder.File("step.abf");
 };
-
-TEST_F(AnalysisPanelTest, APressOfAnalyzeMeasuresTheSweepInViewAndAddsARow) {
-  const auto lines = Run(Opened("press AN_AnalyzeButton\nget TableRow\n"));
-  ASSERT_EQ(status, 0);
-  EXPECT_EQ(LastValue(lines), 2);
-  // Plain computation over the samples that the recording's reader brought.
-  const int start = 1000 / static_cast<int>(std::lround(Model.ADInterval * 1000.0F));
-  double sum = 0.0;
-  for (int i = start; i < start + Analysis.BaselinePts; ++i) sum += static_cast<double>(Trace.SimTrace[i]);
-  const double baseline = sum / Analysis.BaselinePts;
-  EXPECT_NEAR(Analysis.Measures.Baseline, baseline, 1e-3);
-  int peak = -1;
-  double best = -1.0;
-  const int from = static_cast<int>(Analysis.StartAnalysis / Model.ADInterval);
-  for (int i = from; i <= from + Analysis.PeakSearchPts && i < Model.NumPoints; ++i) {
-    const double deviation = std::abs(static_cast<double>(Trace.SimTrace[i] - Analysis.Measures.Baseline));
-    if (deviation > best) peak = i;
-    best = std::max(best, deviation);
-  }
-  EXPECT_EQ(Analysis.Measures.PeakPos, peak);
-  EXPECT_EQ(Analysis.Rows[1].value[5], Trace.SimTrace[peak] - Analysis.Measures.Baseline);
-}
 
 TEST_F(AnalysisPanelTest, AnalyzeAllGivesTheRowsOfTheCommandLine) {
   Run(Opened("press AN_AutoAnalyzeButton\n"));

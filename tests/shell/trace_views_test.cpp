@@ -65,6 +65,21 @@ TEST_F(TraceViewsTest, ACornerTypedInEitherFieldReachesTheFilterAndTheOtherField
   EXPECT_NEAR(Deviation(Samples(lines.back())), expected(1.0), 0.3 * expected(1.0));
 }
 
+TEST_F(TraceViewsTest, AFilterThatCannotBeMadeIsToldAndLeavesTheTrace) {
+  const auto lines =
+      Run("enter NumPoints 30\nenter ADInterval 0.01\npress FxnMenuFilter\npress FxnRectNoise\nslice "
+          "SimTrace 0 30\n"
+          "enter AutoFilterFc 4.6\npress FxnApplyFilter\nset AutoFilterFc 0.05\npress FxnApplyFilter\n"
+          "set AutoFilterFc -2\npress FxnApplyFilter\nslice SimTrace 0 30\nenter AutoFilterFc 5\n"
+          "press FxnApplyFilter\nslice SimTrace 0 30");
+  ASSERT_EQ(lines.size(), 6U);
+  EXPECT_EQ(lines[1].at("text"), "Requested filtering is too light; too few points to filter.");
+  EXPECT_EQ(lines[2].at("text"), "Requested filtering is too heavy; too many points to filter.");
+  EXPECT_EQ(lines[3].at("text"), "The corner of the filter must be above 0 kHz.");
+  EXPECT_EQ(lines[4], lines[0]);
+  EXPECT_NE(lines[5], lines[0]) << "10 coefficients a side pass";
+}
+
 TEST_F(TraceViewsTest, TransformsWorkOnWhatTheTraceHolds) {
   const auto lines =
       Run("enter NumPoints 10\nenter ADInterval 0.5\npress FxnMenuTransform\nset AddConstant 3\npress "
