@@ -45,7 +45,8 @@ constexpr LayoutRow Layout[] = {
     {"AnalysisPanel", "Integral and exponential fit", "", "AnalysisFitPts AnalysisParse FitMode AnalysisFitNote"},
     {"AnalysisPanel", "View", "", "AutoRescale YMinGain YMaxGain AnalysisExpandButton+AnalysisCompressButton "
      "AnalysisFullButton+ZoomAreaButton AnalysisZoomButton AnalysisDisplay[1]"},
-    {"AnalysisPanel", "Files", "", "AutoSaveMeasures VerifyMeasures SaveAnalysisButton MeasuresFileShown MeasuresCount TableFileShown"},
+    {"AnalysisPanel", "Files", "", "AutoSaveMeasures VerifyMeasures SaveAnalysisButton MeasuresFileShown MeasuresCount TableFileShown "
+     "ExportTraceButton ExportCurveButton PrintAnalysisButton"},
 
     {"DependencePanel", "", "", "DependRate"},
     {"DependencePanel", "Drugs: the rate is multiplied by their concentration", "", "DependDrug[1-6]+DrugLabel[1-6]"},

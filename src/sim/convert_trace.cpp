@@ -81,6 +81,7 @@ void ClearSamples(int samples) {
 }
 
 std::span<float> TraceToWrite(int samples) {
+  TellTraceChanges(Model.FitActive);
   const int count = std::clamp(samples, 0, static_cast<int>(Trace.SimTrace.size()));
   Trace.SimTraceUsed = std::max(Trace.SimTraceUsed, count);
   return Trace.SimTrace.first(static_cast<std::size_t>(count));

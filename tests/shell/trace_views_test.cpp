@@ -139,7 +139,8 @@ TEST_F(TraceViewsTest, WhatWasMeasuredOfATraceIsGoneWithIt) {
       "/config.mod\"\nset SimulatorKind 0\npress AcquireData\npress Analysis\n"
       "enter PeakAvePts 1\nenter StartAnalysis 0\npress AN_AnalyzeButton\ncontrol PeakValue\n"
       "press FxnAnalysisDone\n";
-  for (const char* change : {"press AcquireData\n", "press FxnAdd\n", "press FxnSimRefresh\n"}) {
+  for (const char* change :
+       {"press AcquireData\n", "press FxnAdd\n", "press FxnSimRefresh\n", "press FxnFilterButton\n"}) {
     const auto lines = Run(measured + change + "press Analysis\ncontrol PeakValue\ngraph AnalysisPanel\n");
     ASSERT_GE(lines.size(), 3U);
     EXPECT_NE(lines.at(lines.size() - 3).at("value"), "") << change;
