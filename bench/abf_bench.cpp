@@ -17,8 +17,11 @@
 #include <string>
 #include <vector>
 
+#include "io/trace_read.h"
+#include "io/trace_store.h"
 #include "platform/abf/abf.h"
 #include "platform/abf/byte_source.h"
+#include "shell/stores.h"
 
 namespace zelvane {
 namespace {
@@ -159,6 +162,22 @@ void Episodes(benchmark::State& state) {
                          benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(Episodes)->Arg(10)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
+
+/// The same through the command that steps from one episode to the next, into the one trace of the program.
+void SteppedEpisodes(benchmark::State& state) {
+  AllocateStores();
+  Trace.TraceFileName = Folder() + "stepped.abf";
+  WriteFloats(Trace.TraceFileName,
+              std::vector(static_cast<std::size_t>(state.range(0)), Noise(SamplesPerEpisode)));
+  TraceRead(false);
+  if (Trace.EpisodeCount != state.range(0)) state.SkipWithError("the recording was not read");
+  for (auto _ : state)
+    for (int step = 0; step < state.range(0); ++step) StepEpisode(1);
+  state.counters["per_episode"] =
+      benchmark::Counter(static_cast<double>(state.range(0)),
+                         benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+BENCHMARK(SteppedEpisodes)->Arg(10)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace zelvane
