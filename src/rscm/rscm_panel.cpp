@@ -10,6 +10,7 @@
 #include "io/trace_store.h"
 #include "model/model_store.h"
 #include "noise/filtered_trace.h"
+#include "noise/noise_store.h"
 #include "rscm/rs_correct.h"
 #include "rscm/rs_file.h"
 #include "rscm/rscm_store.h"
@@ -30,6 +31,9 @@ constexpr char VoltageQuestion[] =
 constexpr char CurrentQuestion[] = "Data must be voltage-clamp current trace in pA (output in pA).";
 constexpr char AlreadyFiltered[] = "Data has already been subject to series resistance filtering";
 constexpr char AlreadyCorrected[] = "Data has already been corrected for series resistance errors";
+constexpr char RestUnfiltered[] =
+    "Only the first %d points were filtered: as many as the record last made has. The others are as they "
+    "were.";
 constexpr char NoRelation[] = "No IV curve loaded for correction.";
 constexpr char Corrected[] = "RsCm Corrected";
 constexpr char Uncorrected[] = "RsCm UnCorrected";
@@ -132,6 +136,13 @@ void FxnLagCorr(const ControlEvent&) {
   ShowLagTau();
 }
 
+/// The filters run over the record as it was made. A recording may be longer.
+void TellOfRest() {
+  if (Model.NumPoints > Noise.RecordPoints) {
+    MessagePopup(NoticeTitle, FormatText(RestUnfiltered, Noise.RecordPoints));
+  }
+}
+
 /// Asks, reads the panel and filters, unless the trace has been filtered before.
 void FilterTrace(const char* question, bool (*filter)(), const char* title) {
   if (!ConfirmPopup(NoticeTitle, question)) return;
@@ -141,6 +152,7 @@ void FilterTrace(const char* question, bool (*filter)(), const char* title) {
   } else if (filter()) {
     Trace.RcFiltered = 1;
     FilteredTitle = title;
+    TellOfRest();
   }
   RefreshViews();
 }

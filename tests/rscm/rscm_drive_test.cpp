@@ -66,6 +66,21 @@ TEST_F(RsCorrectionPanelTest, ACircuitThatIsNoneIsRefusedInWords) {
   EXPECT_EQ(lines.back().at("axes").at("y").at("title"), "RC-Filt(pA)");
 }
 
+TEST_F(RsCorrectionPanelTest, ATraceLongerThanTheRecordLastMadeIsFilteredInPartAndThatIsTold) {
+  const auto lines =
+      Run("enter NumPoints 20000\npress FxnMenuTransform\nset AddConstant 100\npress FxnAdd\n"
+          "press RsCmFilterFxn\nanswer yes\npress RC_FilterConductanceButton\nget RecordPoints\n"
+          "slice SimTrace 10239 2");
+  const int record = lines.at(lines.size() - 2).at("value");
+  EXPECT_NE(
+      PopupIn(lines, "Only the first " + std::to_string(record) +
+                         " points were filtered: as many as the record last made has. The others are as "
+                         "they were."),
+      nullptr);
+  EXPECT_NE(lines.back().at("value").at(0), 100);
+  EXPECT_EQ(lines.back().at("value").at(1), 100);
+}
+
 TEST_F(RsCorrectionPanelTest, TheLagsTimeConstantFollowsItsCorner) {
   const auto lines = Run("press RsCmFilterFxn\nenter RcLagFc 1591.549431\ncontrol RcLagTau");
   EXPECT_EQ(lines.back().at("value"), "0.0001");
