@@ -33,8 +33,10 @@ void WriteAccount(const std::string& path, const RecordingAccount& account, std:
   if (timed) out << FormatText(" (%.6g ms)", account.samples * account.intervalMs);
   out << '\n';
   for (const RecordedInput& input : account.inputs) {
-    out << FormatText("  Input %-3d %s %s, gain %g\n", input.number, input.name.c_str(), input.units.c_str(),
-                      input.gain);
+    std::string texts;
+    for (const std::string& text : {input.name, input.units}) texts += text.empty() ? text : text + ' ';
+    if (!texts.empty()) texts.back() = ',';
+    out << FormatText("  Input %-3d %s gain %g\n", input.number, texts.c_str(), input.gain);
   }
 }
 

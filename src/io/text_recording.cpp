@@ -143,10 +143,11 @@ std::string UnitOf(std::string_view title) {
 void TakeUnits(std::string_view titles, TextShape& shape) {
   const char mark = titles.find('"') == std::string_view::npos ? '\t' : '"';
   const std::size_t step = mark == '"' ? 2 : 1;  // what lies between two quoted titles is none
+  const std::size_t first = (shape.columns > 1 ? 2 * step : step) - 1;  // behind the time, where there is one
   const std::size_t signals = std::min(static_cast<std::size_t>(shape.signals), titles.size());
   for (std::size_t part = 0; shape.units.size() < signals && !titles.empty(); ++part) {
     const std::size_t end = titles.find(mark);
-    const bool time = part < 2 * step - 1;
+    const bool time = part < first;
     if (!time && part % step == step - 1) shape.units.push_back(UnitOf(titles.substr(0, end)));
     titles.remove_prefix(end == std::string_view::npos ? titles.size() : end + 1);
   }

@@ -119,7 +119,7 @@ NextBlock CsvSweepBlocks(const SweepSpans& sweeps, double intervalMs, std::strin
   std::size_t rows = 0;
   for (const auto& sweep : sweeps) {
     std::string title(name);
-    if (sweeps.size() > 1) title.append(" #").append(std::to_string(columns.size() + 1));
+    if (sweeps.size() > 1) title.append(name.empty() ? "#" : " #").append(std::to_string(columns.size() + 1));
     columns.push_back({title, sweep});
     rows = std::max(rows, sweep.size());
   }
