@@ -95,7 +95,7 @@ class GraphRows {
       const std::optional<std::size_t> sample = column.Next();
       if (column.ownTimes) {
         if (!first) text += separator_;
-        if (sample) AppendNumber(text, XOf(*column.plot, *sample), TimeDigits);
+        if (sample) AppendNumber(text, XOf(*column.plot, *sample) * graph_.x.gain, TimeDigits);
       }
       text += separator_;
       if (sample) AppendNumber(text, column.plot->y[*sample]);

@@ -33,6 +33,12 @@ TEST_F(GraphTextTest, PlotsAtTheSameTimesShareAColumn) {
   EXPECT_EQ(Text({0.4, 0.6}), "Time (ms),Current,Current\n0.5,2,5\n");
 }
 
+TEST_F(GraphTextTest, AnAxisOfSamplesIsWrittenInTheUnitOfItsTitle) {
+  Wave({1.0F, 2.0F}, 0.0, 1.0);
+  graph->x.gain = 0.02;
+  EXPECT_EQ(Text({-Inf, Inf}), "Time (ms),Current\n0,1\n0.02,2\n");
+}
+
 TEST_F(GraphTextTest, PlotsAtOtherTimesHaveTheirOwn) {
   Wave({1.0F, 2.0F});
   PlotPoints(*graph, PlotStyle::Points, Black, std::vector<double>{7.0, 0.25},
