@@ -3,15 +3,18 @@
 #include <benchmark/benchmark.h>
 #include <qcustomplot.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QEvent>
 #include <QStatusBar>
-#include <QTimer>
 #include <algorithm>
+#include <chrono>
 #include <clocale>
 #include <ctime>
 #include <memory>
+#include <numeric>
+#include <thread>
+#include <vector>
 
 #include "desktop/desktop_front_end.h"
 #include "desktop/graph_widget.h"
@@ -82,74 +85,95 @@ double ProcessorSeconds() {
   return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
-/// Times the run in wall and processor time.
+/// Runs, in seconds of the wall and of the processor.
 struct RunTimes {
-  double wall = 0.0;
-  double processor = 0.0;
+  std::vector<double> wall;
+  std::vector<double> processor;
+
+  void timeRun() {
+    QElapsedTimer timer;
+    timer.start();
+    const double before = ProcessorSeconds();
+    Press(*FindCommand("AcquireData"));
+    wall.push_back(static_cast<double>(timer.nsecsElapsed()) * 1e-9);
+    processor.push_back(ProcessorSeconds() - before);
+  }
 };
-RunTimes TimeRun() {
-  QElapsedTimer wall;
-  wall.start();
-  const double before = ProcessorSeconds();
-  Press(*FindCommand("AcquireData"));
-  return {static_cast<double>(wall.nsecsElapsed()) * 1e-9, ProcessorSeconds() - before};
+
+double Median(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
 }
 
-/// The same run without and with the window, in turn: processor time, since others use the machine too.
+/// What `shown` takes longer than `bare`: the median over the pairs of runs that followed each other.
+double LostPercent(const std::vector<double>& bare, const std::vector<double>& shown) {
+  std::vector<double> lost;
+  for (std::size_t i = 0; i < bare.size(); ++i) lost.push_back(100.0 * (shown[i] / bare[i] - 1.0));
+  return Median(std::move(lost));
+}
+
+LongRun RunOf(benchmark::State& state) {
+  state.SetLabel(LongRunNames[state.range(0)]);
+  return static_cast<LongRun>(state.range(0));
+}
+
+/// The same run without and with the window, in turn. Others use the machine too, so the processor's time is
+/// counted beside the wall's.
 void RunUnderTheWindow(benchmark::State& state) {
+  const LongRun run = RunOf(state);
   RunTimes bare;
   RunTimes shown;
   int paints = 0;
   for (auto _ : state) {
-    {
-      SetFrontEnd({});
-      StartApplication({ZELVANE_DATA, {}, {}});
-      SetUpLongRun();
-      const RunTimes times = TimeRun();
-      bare.wall += times.wall;
-      bare.processor += times.processor;
-    }
+    SetFrontEnd({});
+    StartApplication({ZELVANE_DATA, {}, {}});
+    SetUpLongRun(run);
+    bare.timeRun();
     Program program;
     program.window->show();
-    SetUpLongRun();
+    SetUpLongRun(run);
     QApplication::processEvents();
-    PaintCount count(*program.window->statusBar());
-    const RunTimes times = TimeRun();
-    shown.wall += times.wall;
-    shown.processor += times.processor;
+    const PaintCount count(*program.window->statusBar());
+    shown.timeRun();
     paints += count.count();
   }
-  // Others use the machine too: what the window does is counted by the processor's clock.
-  state.counters["paints_per_processor_s"] = paints / shown.processor;
-  state.counters["run_s"] = shown.wall / static_cast<double>(state.iterations());
-  state.counters["paints_per_s"] = paints / shown.wall;
-  state.counters["lost_percent"] = 100.0 * (shown.processor / bare.processor - 1.0);
-  state.counters["lost_wall_percent"] = 100.0 * (shown.wall / bare.wall - 1.0);
+  state.counters["run_s"] = Median(shown.wall);
+  state.counters["paints_per_s"] = paints / std::accumulate(shown.wall.begin(), shown.wall.end(), 0.0);
+  state.counters["lost_percent"] = LostPercent(bare.processor, shown.processor);
+  state.counters["lost_wall_percent"] = LostPercent(bare.wall, shown.wall);
 }
-BENCHMARK(RunUnderTheWindow)->Iterations(4)->Unit(benchmark::kSecond);
+BENCHMARK(RunUnderTheWindow)->DenseRange(0, 3)->Iterations(7)->Unit(benchmark::kSecond);
 
-/// From the press of stop, at a moment within the run, to the end of the run.
+/// From the click on stop, which comes from outside at a moment within the run, to the end of the run.
 void StopToEndOfRun(benchmark::State& state) {
+  const LongRun run = RunOf(state);
   Program program;
   program.window->show();
-  SetUpLongRun();
-  double worst = 0.0;
-  int moment = 0;
+  SetUpLongRun(run);
+  auto* stop = program.window->findChild<QAction*>("tool/stop");
+  std::vector<double> seconds;
   for (auto _ : state) {
-    QElapsedTimer sinceStop;
-    QTimer::singleShot(200 + 37 * ++moment, [&] {
-      sinceStop.start();
-      Press(ControlNamed("StopRun"));
+    using Clock = std::chrono::steady_clock;
+    const std::chrono::milliseconds moment(200 + 37 * static_cast<int>(seconds.size()));
+    Clock::time_point clicked;
+    std::thread user([&] {
+      std::this_thread::sleep_for(moment);
+      clicked = Clock::now();
+      QMetaObject::invokeMethod(stop, "trigger", Qt::QueuedConnection);
     });
     Press(*FindCommand("AcquireData"));
-    const double seconds = static_cast<double>(sinceStop.nsecsElapsed()) * 1e-9;
-    if (!sinceStop.isValid()) state.SkipWithError("the run has ended before the stop");
-    state.SetIterationTime(seconds);
-    worst = std::max(worst, seconds);
+    const Clock::time_point ended = Clock::now();
+    user.join();
+    if (ended < clicked) state.SkipWithError("the run has ended before the stop");
+    seconds.push_back(std::chrono::duration<double>(ended - clicked).count());
+    state.SetIterationTime(seconds.back());
+    QApplication::processEvents();
   }
-  state.counters["worst_ms"] = worst * 1e3;
+  state.counters["median_ms"] = Median(seconds) * 1e3;
+  state.counters["worst_ms"] = *std::max_element(seconds.begin(), seconds.end()) * 1e3;
 }
-BENCHMARK(StopToEndOfRun)->Iterations(10)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(StopToEndOfRun)->DenseRange(0, 3)->Iterations(15)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace zelvane

@@ -9,11 +9,15 @@
 #include "desktop/panel_dialog.h"
 #include "desktop/settings.h"
 #include "desktop/text.h"
+#include "screen/screen.h"
 
 namespace zelvane {
 namespace {
 
-constexpr int BreathMs = 50;  // between repaints while a run computes
+// While a run computes: milliseconds from one repaint to the next. A run of many short channels pumps events
+// and tells its progress far more often than anyone sees.
+constexpr int BreathMs = 50;
+constexpr int PumpMs = 20;
 
 /// The kind of a message is in the first characters of its title.
 QMessageBox::Icon IconOf(std::string_view title) {
@@ -57,7 +61,8 @@ DesktopFrontEnd::DesktopFrontEnd(Settings& settings) : settings_(settings) {
   refreshTimer_.setSingleShot(true);
   refreshTimer_.setInterval(0);
   connect(&refreshTimer_, &QTimer::timeout, this, &DesktopFrontEnd::refreshNow);
-  sinceBreath_.start();
+  sinceEvents_.start();
+  sinceProgress_.start();
 }
 
 FrontEnd DesktopFrontEnd::functions() {
@@ -66,13 +71,11 @@ FrontEnd DesktopFrontEnd::functions() {
   frontEnd.confirm = [this](std::string_view title, std::string_view text) { return ask(title, text); };
   frontEnd.files = [this](const FileRequest& request) { return chooseFiles(request); };
   frontEnd.modal = [this](Panel& panel, std::string_view text) { return runModal(panel, text); };
-  frontEnd.pump = [] { QCoreApplication::processEvents(); };
+  frontEnd.pump = [this] { pump(); };
   frontEnd.console = [](std::string_view line) {
     std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
   };
-  frontEnd.progress = [this](double fraction, std::string_view text) {
-    emit progressed(fraction, ToQt(text));
-  };
+  frontEnd.progress = [this](double fraction, std::string_view text) { showProgress(fraction, text); };
   frontEnd.panelChanged = [this](Panel&) { scheduleRefresh(); };
   frontEnd.graphChanged = [this](Graph& graph) {
     changedGraphs_.insert(&graph);
@@ -83,7 +86,7 @@ FrontEnd DesktopFrontEnd::functions() {
   frontEnd.print = [this](Panel& panel) {
     if (!unattended_) emit printWanted(&panel);
   };
-  frontEnd.breathe = [this] { breathe(); };
+  frontEnd.breathe = [this](double fraction) { breathe(fraction); };
   return frontEnd;
 }
 
@@ -140,10 +143,25 @@ bool DesktopFrontEnd::runModal(Panel& panel, std::string_view text) {
   return accepted;
 }
 
-void DesktopFrontEnd::breathe() {
-  if (sinceBreath_.elapsed() < BreathMs) return;
+void DesktopFrontEnd::takeEvents() {
   QCoreApplication::processEvents();
-  sinceBreath_.restart();
+  sinceEvents_.start();
+}
+
+void DesktopFrontEnd::pump() {
+  if (Screen.busy == 0 || sinceEvents_.elapsed() >= PumpMs) takeEvents();
+}
+
+void DesktopFrontEnd::breathe(double fraction) {
+  if (sinceEvents_.elapsed() < BreathMs) return;
+  emit breathed(fraction);
+  takeEvents();
+}
+
+void DesktopFrontEnd::showProgress(double fraction, std::string_view text) {
+  if (fraction > 0.0 && sinceProgress_.elapsed() < PumpMs) return;
+  emit progressed(fraction, ToQt(text));
+  sinceProgress_.start();
 }
 
 }  // namespace zelvane

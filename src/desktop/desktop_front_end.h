@@ -46,6 +46,7 @@ class DesktopFrontEnd : public QObject {
  signals:
   void recordsChanged(const std::set<zelvane::Graph*>& graphs);
   void progressed(double fraction, const QString& text);
+  void breathed(double fraction);  // some 15 times a second while a run computes
   void printWanted(zelvane::Panel* panel);
 
  private:
@@ -53,12 +54,16 @@ class DesktopFrontEnd : public QObject {
   bool ask(std::string_view title, std::string_view text);
   std::vector<std::string> chooseFiles(const FileRequest& request);
   bool runModal(Panel& panel, std::string_view text);
-  void breathe();
+  void takeEvents();
+  void pump();
+  void breathe(double fraction);
+  void showProgress(double fraction, std::string_view text);
 
   Settings& settings_;
   QPointer<QWidget> window_;
   QTimer refreshTimer_;
-  QElapsedTimer sinceBreath_;
+  QElapsedTimer sinceEvents_;
+  QElapsedTimer sinceProgress_;
   std::set<Graph*> changedGraphs_;
   std::set<const Panel*> modal_;
   bool unattended_ = false;

@@ -4,7 +4,9 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <algorithm>
 #include <cmath>
+#include <initializer_list>
 
 #include "desktop/text.h"
 #include "model/model_store.h"
@@ -15,6 +17,13 @@ namespace zelvane {
 namespace {
 
 constexpr int ProgressSteps = 1000;
+constexpr char PercentText[] = "%p%";
+
+/// "12.3 s", from a minute on "3:05".
+QString ElapsedText(qint64 ms) {
+  if (ms < 60'000) return QString::number(static_cast<double>(ms / 100) / 10.0, 'f', 1) + " s";
+  return QStringLiteral("%1:%2").arg(ms / 60'000).arg(ms / 1000 % 60, 2, 10, QChar('0'));
+}
 
 }  // namespace
 
@@ -23,6 +32,7 @@ MainStatus::MainStatus(QWidget* parent)
       file_(new QLabel(this)),
       length_(new QLabel(this)),
       form_(new QLabel(this)),
+      elapsed_(new QLabel(this)),
       progress_(new QProgressBar(this)),
       stop_(new QPushButton("Stop", this)) {
   progress_->setRange(0, ProgressSteps);
@@ -35,8 +45,10 @@ MainStatus::MainStatus(QWidget* parent)
   addWidget(file_);
   addWidget(length_);
   addWidget(form_);
+  addPermanentWidget(elapsed_);
   addPermanentWidget(progress_);
   addPermanentWidget(stop_);
+  elapsed_->hide();
   progress_->hide();
   stop_->hide();
 }
@@ -50,12 +62,23 @@ void MainStatus::refresh() {
 }
 
 void MainStatus::showProgress(double fraction, const QString& text) {
-  const bool running = fraction >= 0.0;
-  progress_->setVisible(running);
-  stop_->setVisible(running);
-  if (!running) return;
-  progress_->setValue(static_cast<int>(std::lround(std::min(fraction, 1.0) * ProgressSteps)));
-  progress_->setFormat(text.isEmpty() ? QStringLiteral("%p%") : text + "  %p%");
+  if (fraction < 0.0) {
+    sinceStart_.invalidate();
+    for (QWidget* shown : std::initializer_list<QWidget*>{elapsed_, progress_, stop_}) shown->hide();
+    progress_->setFormat(PercentText);
+    return;
+  }
+  progress_->setFormat(text.isEmpty() ? QString(PercentText) : text + "  " + PercentText);
+  showFraction(fraction);
+}
+
+void MainStatus::showFraction(double fraction) {
+  if (!sinceStart_.isValid()) {
+    sinceStart_.start();
+    for (QWidget* shown : std::initializer_list<QWidget*>{elapsed_, progress_, stop_}) shown->show();
+  }
+  elapsed_->setText(ElapsedText(sinceStart_.elapsed()));
+  progress_->setValue(static_cast<int>(std::lround(std::clamp(fraction, 0.0, 1.0) * ProgressSteps)));
 }
 
 }  // namespace zelvane

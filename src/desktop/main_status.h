@@ -1,6 +1,7 @@
 // The status bar: model file, length of the sweep, progress, stop.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QStatusBar>
 
 class QLabel;
@@ -20,12 +21,17 @@ class MainStatus : public QStatusBar {
   /// `fraction` from 0 to 1; below 0 there is nothing to show.
   void showProgress(double fraction, const QString& text);
 
+  /// The part that is done and the seconds since it began.
+  void showFraction(double fraction);
+
  private:
   QLabel* file_;
   QLabel* length_;
   QLabel* form_;
+  QLabel* elapsed_;
   QProgressBar* progress_;
   QPushButton* stop_;
+  QElapsedTimer sinceStart_;  // of what the progress is of; invalid when nothing runs
 };
 
 }  // namespace zelvane

@@ -210,6 +210,7 @@ void MainWindow::connectFrontEnd() {
   frontEnd_.openHelp = [this](int topic) { return openHelp(topic); };
   connect(&frontEnd_, &DesktopFrontEnd::recordsChanged, this, &MainWindow::refresh);
   connect(&frontEnd_, &DesktopFrontEnd::progressed, status_, &MainStatus::showProgress);
+  connect(&frontEnd_, &DesktopFrontEnd::breathed, status_, &MainStatus::showFraction);
   connect(&frontEnd_, &DesktopFrontEnd::printWanted, this, [this](const Panel* panel) {
     for (const Task& task : tasks_) {
       if (&task.page->panel() == panel) PrintPage(*task.page);
@@ -241,6 +242,7 @@ void MainWindow::refresh(const std::set<Graph*>& changed) {
   menu_->refresh();
   stop_->setEnabled(Screen.busy > 0);
   status_->refresh();
+  if (Screen.busy == 0) status_->showProgress(-1.0, {});
   refreshTitle();
 }
 

@@ -56,7 +56,7 @@ JobScreen::JobScreen(const JobStreams& streams) : streams_(streams) {
     if (streams_.stop != nullptr && streams_.stop->load()) Result.StopRequested = 1;
   };
   frontEnd.pump = takeStop;
-  frontEnd.breathe = takeStop;  // a point of a run can take minutes
+  frontEnd.breathe = [takeStop](double) { takeStop(); };  // a point of a run can take minutes
   frontEnd.console = [this](std::string_view line) {
     ClearBar();
     streams_.err << line << '\n';

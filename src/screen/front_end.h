@@ -33,10 +33,10 @@ struct FrontEnd {
   std::function<void(double fraction, std::string_view text)> progress;  // 0..1; below 0 = no run
   std::function<void(Panel&)> panelChanged;                              // shown, hidden, controls changed
   std::function<void(Graph&)> graphChanged;
-  std::function<void()> quit;           // the event loop ends
-  std::function<bool(int topic)> help;  // opens the help at a topic; false = no help file
-  std::function<void(Panel&)> print;    // a panel with its present content
-  std::function<void()> breathe;        // repaint and take clicks within a long stretch
+  std::function<void()> quit;                    // the event loop ends
+  std::function<bool(int topic)> help;           // opens the help at a topic; false = no help file
+  std::function<void(Panel&)> print;             // a panel with its present content
+  std::function<void(double fraction)> breathe;  // repaint and take clicks within a long stretch
 };
 
 }  // namespace zelvane

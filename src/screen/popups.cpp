@@ -112,8 +112,8 @@ void ResetProgress() {
   ShowProgress(-1.0);
 }
 
-void Breathe() {
-  if (Current().breathe) Current().breathe();
+void Breathe(double fraction) {
+  if (Current().breathe) Current().breathe(fraction);
 }
 
 void SystemHelp(int topic) {

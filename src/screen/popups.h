@@ -39,7 +39,8 @@ void ProcessSystemEvents();
 
 /// Lets a window repaint and take a click on the stop button within a stretch that pumps no events. Unlike
 /// ProcessSystemEvents it is called at moments of the clock, so nothing that a run computes may rest on it.
-void Breathe();
+/// `fraction` from 0 to 1 is the part of the work that is done.
+void Breathe(double fraction);
 
 /// Writes a line to the program's console.
 void ConsoleLine(std::string_view text);

@@ -123,12 +123,11 @@ void RunLoop(Stepper& stepper, std::span<float> savedTime, const OccupancyRows& 
   float tolerance = stepper.workingPrecision;
   result.saved = 0;
   for (result.rounds = 1; result.rounds <= rounds; ++result.rounds) {
-    if (hook && result.rounds % moment == 0 &&
-        hook(static_cast<double>(stepper.x) / static_cast<double>(end))) {
-      result.stopped = true;
-      return;
-    }
-    if (run.breathe && result.rounds % BreathRounds == 0 && run.breathe()) {
+    const auto stops = [&](const RunHook& asked, int every) {
+      return asked && result.rounds % every == 0 &&
+             asked(static_cast<double>(stepper.x) / static_cast<double>(end));
+    };
+    if (stops(hook, moment) || stops(run.breathe, BreathRounds)) {
       result.stopped = true;
       return;
     }

@@ -89,10 +89,11 @@ bool AdvanceTo(long long limit, const FixedStepRun& run, StimulusCursor& cursor,
 /// The same with a breath every BreathSteps steps.
 PassEnded AdvanceBreathing(long long limit, const FixedStepRun& run, StimulusCursor& cursor,
                            FixedPass& pass) {
+  const auto whole = static_cast<double>(run.numPoints * pass.substeps);
   while (pass.step < limit) {
     const long long next = run.breathe ? std::min(limit, pass.step + BreathSteps) : limit;
     if (!AdvanceTo(next, run, cursor, pass)) return PassEnded::OutOfRange;
-    if (run.breathe && run.breathe()) return PassEnded::Stopped;
+    if (run.breathe && run.breathe(static_cast<double>(pass.step) / whole)) return PassEnded::Stopped;
   }
   return PassEnded::Finished;
 }

@@ -19,8 +19,8 @@ using OccupancyRows = std::array<std::span<float>, MaxStates + 1>;
 using RunHook = std::function<bool(double fraction)>;
 
 /// Asked every BreathSteps steps, so that a window can repaint and a stop take hold within a long stretch;
-/// true stops the run. What a run computes does not depend on it. May be empty.
-using BreathHook = std::function<bool()>;
+/// gets the part that is done, true stops the run. What a run computes does not depend on it. May be empty.
+using BreathHook = std::function<bool(double fraction)>;
 inline constexpr int BreathSteps = 2048;  // up to some milliseconds of work
 
 struct FixedStepRun {

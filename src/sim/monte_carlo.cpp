@@ -115,12 +115,21 @@ struct Pace {
 
 constexpr double SlowestClock = 0.25;  // of the length of dwells, as the time goes on
 
-/// What ends a channel before its sweep, looked for every BreathDwells dwells.
-std::optional<ChannelOutcome> TakeBreath(ChannelSweep& sweep, Pace& pace, float t) {
-  if (static_cast<double>(t - pace.since) <= SlowestClock * pace.lived) return ChannelOutcome::Stalled;
+/// Adds a dwell of `d` ms that ended at time t. False when the time hardly gets on.
+bool KeepsPace(Pace& pace, float d, float t) {
+  pace.lived += static_cast<double>(d);
+  if (++pace.dwells < PaceDwells) return true;
+  const bool moves = static_cast<double>(t - pace.since) > SlowestClock * pace.lived;
   pace = {0, 0.0, t};
-  if (sweep.breathe && sweep.breathe()) return ChannelOutcome::Stopped;
-  return std::nullopt;
+  return moves;
+}
+
+/// Counts the work of a dwell and takes a breath when one is due. True when the user has stopped the run.
+bool StoppedInBreath(ChannelSweep& sweep, const StateExits& exits, int points, float t) {
+  sweep.work += exits.kind == ExitKind::Dependent ? DwellWork + points : DwellWork;
+  if (sweep.work < BreathWork) return false;
+  sweep.work = 0;
+  return sweep.breathe && sweep.breathe(std::min(1.0, static_cast<double>(t / sweep.lengthMs)));
 }
 
 }  // namespace
@@ -149,9 +158,8 @@ ChannelOutcome SimulateChannel(ChannelSweep& sweep, int startState) {
     channel.point += dwell.points;
     if (dwell.moves) channel.state = dwell.next;
     done = dwell.ends;
-    pace.lived += static_cast<double>(dwell.d);
-    if (++pace.dwells < BreathDwells) continue;
-    if (const auto end = TakeBreath(sweep, pace, channel.t)) return *end;
+    if (!KeepsPace(pace, dwell.d, channel.t)) return ChannelOutcome::Stalled;
+    if (StoppedInBreath(sweep, exits, dwell.points, channel.t)) return ChannelOutcome::Stopped;
   }
   return sweep.recorder.opened ? ChannelOutcome::Monitored : ChannelOutcome::Unmonitored;
 }

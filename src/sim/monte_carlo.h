@@ -28,7 +28,12 @@ enum class ChannelOutcome {
   Stopped,      // the user has stopped the run
 };
 
-inline constexpr int BreathDwells = 16384;  // of a channel, between two calls of ChannelSweep::breathe
+inline constexpr int PaceDwells = 16384;  // of a channel, over which its time must get on
+
+// Between two calls of ChannelSweep::breathe, counted over all channels: up to some milliseconds. A point at
+// which a number is drawn is 1, a dwell DwellWork.
+inline constexpr int BreathWork = 1 << 19;
+inline constexpr int DwellWork = 32;
 
 /// All that the channels of a sweep share.
 struct ChannelSweep {
@@ -40,7 +45,8 @@ struct ChannelSweep {
   float lengthMs = 0.0F;            // interval x points, finite
   int openState = 0;                // state whose exits are counted
   int openStateExits = 0;           // counted so far
-  BreathHook breathe{};             // may be empty
+  BreathHook breathe{};             // may be empty; told the part of the channel that is done
+  int work = 0;                     // since the last breath
   std::vector<float> passed{0.0F};  // n intervals, each addition rounded to a float
 };
 
@@ -64,7 +70,7 @@ struct ChannelSweep {
 /// stimulus then cuts that dwell short.
 ///
 /// The time is a 32-bit sum. When dwells become so short against it that rounding leaves less than a quarter
-/// of their length over BreathDwells of them, the channel would hardly get on, and the run is given up.
+/// of their length over PaceDwells of them, the channel would hardly get on, and the run is given up.
 ChannelOutcome SimulateChannel(ChannelSweep& sweep, int startState);
 
 /// Whole points in `d` ms: the integer part of d / interval, a float, written with six decimals. Writing

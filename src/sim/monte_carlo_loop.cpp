@@ -94,7 +94,11 @@ void PrepareSimulator(Loop& loop) {
   loop.sweep.intervalMs = Model.ADInterval;
   loop.sweep.lengthMs = Model.ADInterval * static_cast<float>(loop.numPoints);
   loop.sweep.openState = Model.OpenState;
-  loop.sweep.breathe = WindowBreath();
+  if (const BreathHook breathe = WindowBreath()) {
+    loop.sweep.breathe = [&loop, breathe](double ofChannel) {
+      return breathe((static_cast<double>(loop.done) + ofChannel) / static_cast<double>(loop.total));
+    };
+  }
 }
 
 /// Asks for the results file of an analysis of each run.

@@ -193,7 +193,7 @@ TEST_F(RunMonteCarloTest, StopIsHeardWithinAChannelOfManyDwellsAndBetweenManyRun
   onPump = [](int) { FAIL() << "a single channel pumps no events"; };
   FrontEnd former = SetFrontEnd({});
   FrontEnd stopping = former;
-  stopping.breathe = [] { Result.StopRequested = 1; };
+  stopping.breathe = [](double) { Result.StopRequested = 1; };
   SetFrontEnd(std::move(stopping));
   struct Case {
     double rate;

@@ -10,17 +10,17 @@
 
 namespace zelvane {
 
-inline constexpr std::chrono::milliseconds BreathInterval{30};
+inline constexpr std::chrono::milliseconds BreathInterval{20};
 
-/// Lets a window live between the moments of progress, some 30 times a second, and tells whether stop was
+/// Lets a window live between the moments of progress, some 40 times a second, and tells whether stop was
 /// pressed. Empty while a fit runs.
 inline BreathHook WindowBreath() {
   if (Model.FitActive != 0) return {};
   using Clock = std::chrono::steady_clock;
-  return [last = Clock::now()]() mutable {
+  return [last = Clock::now()](double fraction) mutable {
     const Clock::time_point now = Clock::now();
     if (now - last >= BreathInterval) {
-      Breathe();
+      Breathe(fraction);
       last = Clock::now();
     }
     return Result.StopRequested != 0;
