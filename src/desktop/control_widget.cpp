@@ -66,6 +66,13 @@ QToolButton* Segment(const QString& text, QWidget* parent) {
   return segment;
 }
 
+/// A long path keeps its beginning and its name.
+QString Shortened(const QString& text) {
+  constexpr int most = 36;  // characters
+  constexpr int head = 8;
+  return text.size() <= most ? text : text.left(head) + QChar(0x2026) + text.right(most - head - 1);
+}
+
 }  // namespace
 
 ControlWidget::Look LookOf(const Control& control) {
@@ -224,7 +231,10 @@ void ControlWidget::refresh() {
     button_->setEnabled(open);
   } else {
     const QString text = ToQt(ShownText(control_)).trimmed();
-    readout_->setText(text.isEmpty() || control_.unit.empty() ? text : text + ' ' + ToQt(control_.unit));
+    const QString whole = text.isEmpty() || control_.unit.empty() ? text : text + ' ' + ToQt(control_.unit);
+    const QString shortened = Shortened(whole);
+    readout_->setText(shortened);
+    readout_->setToolTip(shortened == whole ? QString() : whole);
     readout_->setEnabled(open);
     SetProperty(readout_, "tone", ToQt(control_.colour));
   }

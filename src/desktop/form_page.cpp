@@ -64,6 +64,12 @@ FormPage::Line FormPage::addLine(const FormRow& row, int gridRow, int gridColumn
     line.label->setTextFormat(Qt::PlainText);
     first->adopt(line.label);
     grid_->addWidget(line.label, gridRow, gridColumn);
+    if (row.size() > 1) {
+      auto* beside = new QHBoxLayout;
+      for (ControlWidget* field : line.fields) beside->addWidget(field);
+      grid_->addLayout(beside, gridRow, gridColumn + 1);
+      return line;
+    }
     grid_->addWidget(first, gridRow, gridColumn + 1);
   }
   for (std::size_t i = 1; i < row.size(); ++i) {

@@ -48,6 +48,18 @@ constexpr LayoutRow Layout[] = {
     {"AnalysisPanel", "Files", "", "AutoSaveMeasures VerifyMeasures SaveAnalysisButton MeasuresFileShown MeasuresCount TableFileShown "
      "ExportTraceButton ExportCurveButton PrintAnalysisButton"},
 
+    {"RsCorrectionPanel", "Cell", "", "RcRs RcCm RcRm RcVhold RcVrev"},
+    {"RsCorrectionPanel", "Correction, as fractions of the error", "", "RcFracVolt RcFracCap RcLagFc RcLagTau "
+     "RcCorrectLinear+RcCorrectNonlinear RsCmAuto"},
+    {"RsCorrectionPanel", "Current-voltage relation", "", "RcIvFileName RcIvCount RcLoadIv"},
+    {"RsCorrectionPanel", "Filtering by the cell", "", "RcFromConductance+RcFromVoltage"},
+    {"RsCorrectionPanel", "A recording on disk", "", "RcFileCorrect"},
+
+    {"FilterPanel", "Gaussian filter", "", "AutoFilterFc+ApplyFilter"},
+    {"FilterPanel", "Noise", "", "NoiseMean AutoNoiseSTD GaussNoise+RectNoise"},
+    {"TransformPanel", "Every sample of the trace", "", "AddConstant+AddToTrace MultiplyConstant+MultiplyTrace"},
+    {"TransformPanel", "Fewer points", "", "ParseConstant+ParseTrace"},
+
     {"DependencePanel", "", "", "DependRate"},
     {"DependencePanel", "Drugs: the rate is multiplied by their concentration", "", "DependDrug[1-6]+DrugLabel[1-6]"},
     {"DependencePanel", "Voltage", "", "DependVolt DependSteepness DependTemperature DependGrowth DependEfold"},

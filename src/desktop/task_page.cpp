@@ -4,6 +4,7 @@
 
 #include "desktop/analysis_page.h"
 #include "desktop/model_page.h"
+#include "desktop/rscm_page.h"
 #include "desktop/stimulus_page.h"
 
 namespace zelvane {
@@ -19,6 +20,7 @@ constexpr TaskDecl TaskTable[] = {
     {"MainPanel",     "Model",    "model",    "Model",    Make<ModelPage>},
     {"StimulusPanel", "Stimulus", "stimulus", "Stimulus", Make<StimulusPage>},
     {"AnalysisPanel", "Analysis", "analysis", "Analysis", Make<AnalysisPage>},
+    {"RsCorrectionPanel", "Series R", "rscm", "RsCmFilterFxn", Make<RscmPage>},
 };
 // clang-format on
 

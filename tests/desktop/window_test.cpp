@@ -289,6 +289,25 @@ TEST_F(WindowTest, ADroppedModelOpensAndAnythingElseIsTold) {
   }
 }
 
+TEST_F(WindowTest, PageKeysStepThroughTheSweepsOfADroppedRecording) {
+  drop(ZELVANE_TEST_DATA "/recordings/abf2/20101002.abf");
+  EXPECT_TRUE(popups.empty());
+  ASSERT_EQ(Trace.EpisodeCount, 3);
+  const auto shown = [] { return std::vector<float>(Trace.SimTrace.begin(), Trace.SimTrace.begin() + 246); };
+  const std::vector<float> first = shown();
+  key(Qt::Key_PageUp);
+  EXPECT_EQ(Trace.EpisodeIndex, 2);
+  EXPECT_NE(shown(), first);
+  graph()->setFocus();
+  key(Qt::Key_PageUp);
+  EXPECT_EQ(Trace.EpisodeIndex, 3);
+  key(Qt::Key_PageUp);
+  EXPECT_EQ(Trace.EpisodeIndex, 1) << "the last is followed by the first";
+  EXPECT_EQ(shown(), first);
+  key(Qt::Key_PageDown);
+  EXPECT_EQ(Trace.EpisodeIndex, 3);
+}
+
 TEST_F(WindowTest, ARecordedSessionReplayedWithoutAWindowLeavesTheSameStores) {
   StartRecording();
   type("NumPoints", "4000");
