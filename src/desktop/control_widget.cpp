@@ -11,6 +11,7 @@
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QToolButton>
+#include <algorithm>
 
 #include "desktop/text.h"
 #include "screen/number_entry.h"
@@ -50,6 +51,46 @@ class EntryField : public QLineEdit {
   }
 };
 
+/// A text that loses its middle where it has no room: a path must not widen the form it stands in.
+class ReadoutLabel : public QLabel {
+ public:
+  using QLabel::QLabel;
+
+  void showText(const QString& text) {
+    if (text == whole_) return;
+    whole_ = text;
+    fit();
+    updateGeometry();
+  }
+
+  QSize sizeHint() const override {
+    return {fontMetrics().horizontalAdvance(whole_) + 2, QLabel::sizeHint().height()};
+  }
+  QSize minimumSizeHint() const override {
+    constexpr int fewest = 16;  // characters that always have room
+    return {std::min(sizeHint().width(), fewest * fontMetrics().averageCharWidth()), sizeHint().height()};
+  }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QLabel::resizeEvent(event);
+    fit();
+  }
+  void showEvent(QShowEvent* event) override {
+    QLabel::showEvent(event);
+    fit();
+  }
+
+ private:
+  void fit() {
+    const QString shown = isVisible() ? fontMetrics().elidedText(whole_, Qt::ElideMiddle, width()) : whole_;
+    setText(shown);
+    setToolTip(shown == whole_ ? QString() : whole_);
+  }
+
+  QString whole_;
+};
+
 void SetProperty(QWidget* widget, const char* name, const QVariant& value) {
   if (widget->property(name) == value) return;
   widget->setProperty(name, value);
@@ -64,13 +105,6 @@ QToolButton* Segment(const QString& text, QWidget* parent) {
   segment->setFocusPolicy(Qt::TabFocus);
   segment->setProperty("role", "segment");
   return segment;
-}
-
-/// A long path keeps its beginning and its name.
-QString Shortened(const QString& text) {
-  constexpr int most = 36;  // characters
-  constexpr int head = 8;
-  return text.size() <= most ? text : text.left(head) + QChar(0x2026) + text.right(most - head - 1);
 }
 
 }  // namespace
@@ -181,7 +215,7 @@ void ControlWidget::makeButton() {
 }
 
 void ControlWidget::makeReadout() {
-  readout_ = new QLabel(this);
+  readout_ = new ReadoutLabel(this);
   readout_->setTextFormat(Qt::PlainText);
   readout_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   place(readout_);
@@ -231,10 +265,8 @@ void ControlWidget::refresh() {
     button_->setEnabled(open);
   } else {
     const QString text = ToQt(ShownText(control_)).trimmed();
-    const QString whole = text.isEmpty() || control_.unit.empty() ? text : text + ' ' + ToQt(control_.unit);
-    const QString shortened = Shortened(whole);
-    readout_->setText(shortened);
-    readout_->setToolTip(shortened == whole ? QString() : whole);
+    static_cast<ReadoutLabel*>(readout_)->showText(
+        text.isEmpty() || control_.unit.empty() ? text : text + ' ' + ToQt(control_.unit));
     readout_->setEnabled(open);
     SetProperty(readout_, "tone", ToQt(control_.colour));
   }

@@ -64,13 +64,12 @@ FormPage::Line FormPage::addLine(const FormRow& row, int gridRow, int gridColumn
     line.label->setTextFormat(Qt::PlainText);
     first->adopt(line.label);
     grid_->addWidget(line.label, gridRow, gridColumn);
-    if (row.size() > 1) {
-      auto* beside = new QHBoxLayout;
-      for (ControlWidget* field : line.fields) beside->addWidget(field);
-      grid_->addLayout(beside, gridRow, gridColumn + 1);
-      return line;
+    // What stands beside, such as the button that uses the number, has a column of its own.
+    for (std::size_t i = 1; i < row.size(); ++i) {
+      grid_->addWidget(line.fields[i], gridRow, gridColumn + 1 + static_cast<int>(i));
     }
     grid_->addWidget(first, gridRow, gridColumn + 1);
+    return line;
   }
   for (std::size_t i = 1; i < row.size(); ++i) {
     grid_->addWidget(line.fields[i], gridRow, gridColumn + 1, i == 1 ? Qt::Alignment() : Qt::AlignRight);

@@ -50,10 +50,9 @@ constexpr LayoutRow Layout[] = {
 
     {"RsCorrectionPanel", "Cell", "", "RcRs RcCm RcRm RcVhold RcVrev"},
     {"RsCorrectionPanel", "Correction, as fractions of the error", "", "RcFracVolt RcFracCap RcLagFc RcLagTau "
-     "RcCorrectLinear+RcCorrectNonlinear RsCmAuto"},
+     "RcCorrectLinear+RcCorrectNonlinear RsCmAuto RcFileCorrect"},
     {"RsCorrectionPanel", "Current-voltage relation", "", "RcIvFileName RcIvCount RcLoadIv"},
     {"RsCorrectionPanel", "Filtering by the cell", "", "RcFromConductance+RcFromVoltage"},
-    {"RsCorrectionPanel", "A recording on disk", "", "RcFileCorrect"},
 
     {"FilterPanel", "Gaussian filter", "", "AutoFilterFc+ApplyFilter"},
     {"FilterPanel", "Noise", "", "NoiseMean AutoNoiseSTD GaussNoise+RectNoise"},

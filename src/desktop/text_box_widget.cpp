@@ -14,6 +14,14 @@ constexpr int FewestColumns = 40;
 constexpr int MostColumns = 100;
 constexpr int Prose = 64;  // columns of a text that is wrapped
 constexpr char ProseBox[] = "AboutText";
+constexpr int TabColumns = 8;
+
+/// Columns that a line takes, its tabs drawn out.
+int WidthOf(const std::string& line) {
+  int columns = 0;
+  for (const char c : line) columns += c == '\t' ? TabColumns - columns % TabColumns : 1;
+  return columns;
+}
 
 }  // namespace
 
@@ -41,9 +49,9 @@ void TextBoxWidget::refresh() {
 
 QSize TextBoxWidget::sizeHint() const {
   const int lines = std::clamp(static_cast<int>(box_.lines.size()) + 1, FewestLines, MostLines);
-  std::size_t longest = FewestColumns;
-  for (const std::string& line : box_.lines) longest = std::max(longest, line.size());
-  const int columns = lineWrapMode() == NoWrap ? std::min(static_cast<int>(longest), MostColumns) + 3 : Prose;
+  int longest = FewestColumns;
+  for (const std::string& line : box_.lines) longest = std::max(longest, WidthOf(line));
+  const int columns = lineWrapMode() == NoWrap ? std::min(longest, MostColumns) + 3 : Prose;
   return {columns * fontMetrics().averageCharWidth(), lines * fontMetrics().lineSpacing() + 2 * frameWidth()};
 }
 

@@ -131,6 +131,7 @@ QToolBar QToolButton { border: 1px solid transparent; border-radius: 4px; paddin
 QToolBar QToolButton:hover { background: %7; border-color: %4; }
 QStatusBar { border-top: 1px solid %4; }
 QStatusBar::item { border: none; }
+QTabWidget::pane { border: 1px solid %4; border-radius: 4px; }
 QScrollArea { border: none; background: transparent; }
 QSplitter::handle { background: transparent; }
 QSplitter::handle:hover { background: %4; }

@@ -96,7 +96,8 @@ void PrepareSimulator(Loop& loop) {
   loop.sweep.openState = Model.OpenState;
   if (const BreathHook breathe = WindowBreath()) {
     loop.sweep.breathe = [&loop, breathe](double ofChannel) {
-      return breathe((static_cast<double>(loop.done) + ofChannel) / static_cast<double>(loop.total));
+      const auto total = static_cast<double>(std::max<std::int64_t>(1, loop.total));
+      return breathe((static_cast<double>(loop.done) + ofChannel) / total);
     };
   }
 }
@@ -234,7 +235,7 @@ bool SimulateRun(Loop& loop, int run) {
     if (Model.ReseedSimulation != 0 || loop.numIntervals > 0) ReseedFromEnd(loop.numPoints);
     if (sweep == loop.numIntervals && sweep > 0) RestoreRates(loop);
     if (run == loop.numRuns) break;
-    if (loop.sweep.breathe && loop.sweep.breathe()) return GoesOn(ChannelOutcome::Stopped);
+    if (loop.sweep.breathe && loop.sweep.breathe(0.0)) return GoesOn(ChannelOutcome::Stopped);
   }
   return true;
 }
