@@ -67,11 +67,13 @@ void CutStretch(float startMs, int& count) {
 // -- Callbacks --
 
 void FxnBaselinePts(const ControlEvent&) {
+  ReadAnalysisPanel();
   CutStretch(Analysis.BaselineStart, Analysis.BaselinePts);
   FollowSettings();
 }
 
 void FxnPeakSearchPts(const ControlEvent&) {
+  ReadAnalysisPanel();
   CutStretch(Analysis.StartAnalysis, Analysis.PeakSearchPts);
   FollowSettings();
 }

@@ -276,6 +276,7 @@ void MoveStretchEnd(std::size_t from, std::size_t to, int& count) {
 
 void CursorMoved(Graph& /*graph*/, int cursor) {
   const auto moved = static_cast<std::size_t>(cursor) - 1;
+  ReadAnalysisPanel();  // a value typed elsewhere and not yet committed stays
   switch (moved) {
     case BaseStart:
       Analysis.BaselineStart = MsOf(CursorAt(moved).x);
@@ -306,6 +307,7 @@ void CursorMoved(Graph& /*graph*/, int cursor) {
 
 /// Puts a stretch at two places of the view and takes it into its fields.
 void BringStretch(std::size_t from, double fromPart, double toPart, float& start, int& count) {
+  ReadAnalysisPanel();
   const DataRange x = ViewRange(View(), 'x');
   CursorAt(from).x = std::trunc(x.min + (x.max - x.min) * fromPart);
   CursorAt(from + 1).x = std::trunc(x.min + (x.max - x.min) * toPart);

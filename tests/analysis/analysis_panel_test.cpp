@@ -97,11 +97,12 @@ TEST_F(AnalysisPanelTest, CursorsAndFieldsMoveEachOther) {
       "enter NumPoints 1000\nenter ADInterval 0.1\nset SimulatorKind 0\npress AcquireData\npress Analysis\n"
       "enter BaselinePts 2\nget BaselinePts\nenter BaselineStart 2.5\ncursor AnalysisPanel 1 40\n"
       "cursor AnalysisPanel 2 10\ncursor AnalysisPanel 3 100\ncursor AnalysisPanel 4 250\n"
-      "cursor AnalysisPanel 9 77\nenter PeakSearchPts 95\nget PeakSearchPts\n");
+      "set FracDecay 0.5\ncursor AnalysisPanel 9 77\nenter PeakSearchPts 95\nget PeakSearchPts\n");
   EXPECT_EQ(Analysis.BaselinePts, 20) << "2 ms";
   EXPECT_FLOAT_EQ(Analysis.BaselineStart, 4.0F);
   EXPECT_FLOAT_EQ(Analysis.StartAnalysis, 10.0F);
   EXPECT_FLOAT_EQ(Analysis.LatencyPos, 7.7F);
+  EXPECT_FLOAT_EQ(Analysis.FracDecay, 0.5F) << "a value typed and not committed";
   EXPECT_EQ(LastValue(lines), 1000 - 100 - 10) << "a stretch past the end is cut";
   const Graph& graph = GraphNamed("AnalysisPanel");
   EXPECT_EQ(graph.cursors[1].x, 60.0) << "snapped back to cursor 1 plus the width";
