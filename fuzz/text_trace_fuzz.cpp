@@ -15,6 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
   TextRequest request;
   request.signal = data[0] % 5 - 1;
   request.episode = data[0] / 5 % 4;
+  request.episodes = data[0] % 7;
   request.intervalLine = data[0] >= 128;
   request.scale = request.intervalLine ? 1.0F : -2.5F;
   request.most = 1000;
@@ -25,7 +26,9 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
   const TextSamples read = recording.Read(request);
   // A word is at least a byte, and what parts it from the next another.
   const bool sound =
-      read.samples.size() <= request.most && 2 * read.samples.size() <= bytes.size() + 1 &&
+      read.samples.size() <= request.most * static_cast<std::size_t>(recording.Shape().episodes) &&
+      recording.Shape().units.size() <= static_cast<std::size_t>(recording.Shape().signals) &&
+      2 * read.samples.size() <= bytes.size() + 1 &&
       (!read.intervalMs || (*read.intervalMs >= MinTextInterval && *read.intervalMs <= MaxAtfInterval)) &&
       recording.Shape().episodes >= 1 && recording.Shape().signals >= 1;
   if (!sound) std::abort();
