@@ -51,7 +51,7 @@ void SetUpLongRun(LongRun run) {
   Model.ModelIs2D = 0;
   Model.StartAtEquilibrium = 0;
   if (run == LongRun::FixedStep) SetUpTable(FixedStepIntegrator, 600'000);
-  if (run == LongRun::Adaptive) SetUpTable(AdaptiveIntegrator, 200'000);
+  if (run == LongRun::Adaptive) SetUpTable(AdaptiveIntegrator, 600'000);
   if (run == LongRun::OneChannel) SetUpChannels(2e6F, 1, 1'000'000);
   if (run == LongRun::ManyChannels) SetUpChannels(2e3F, 10'000, 100'000);
   WriteAllControls();

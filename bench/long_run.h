@@ -6,7 +6,7 @@ namespace zelvane {
 
 enum class LongRun {
   FixedStep,     // the full table under a voltage that never stands still, 600,000 points
-  Adaptive,      // the same with steps that adapt, 200,000 points
+  Adaptive,      // the same with steps that adapt
   OneChannel,    // a channel that opens and closes 10^7 times within 1,000,000 points
   ManyChannels,  // 10,000 channels, each of them some thousand dwells in 100,000 points
 };

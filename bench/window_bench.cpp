@@ -155,7 +155,7 @@ void StopToEndOfRun(benchmark::State& state) {
   std::vector<double> seconds;
   for (auto _ : state) {
     using Clock = std::chrono::steady_clock;
-    const std::chrono::milliseconds moment(200 + 37 * static_cast<int>(seconds.size()));
+    const std::chrono::milliseconds moment(60 + 17 * static_cast<int>(seconds.size()));
     Clock::time_point clicked;
     std::thread user([&] {
       std::this_thread::sleep_for(moment);

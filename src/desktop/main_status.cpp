@@ -6,7 +6,6 @@
 #include <QPushButton>
 #include <algorithm>
 #include <cmath>
-#include <initializer_list>
 
 #include "desktop/text.h"
 #include "model/model_store.h"
@@ -32,11 +31,10 @@ MainStatus::MainStatus(QWidget* parent)
       file_(new QLabel(this)),
       length_(new QLabel(this)),
       form_(new QLabel(this)),
-      elapsed_(new QLabel(this)),
       progress_(new QProgressBar(this)),
       stop_(new QPushButton("Stop", this)) {
   progress_->setRange(0, ProgressSteps);
-  progress_->setFixedWidth(220);
+  progress_->setFixedWidth(380);
   stop_->setFocusPolicy(Qt::NoFocus);
   stop_->setToolTip("Stop the run (Esc)");
   connect(stop_, &QPushButton::clicked, this, [] { Press(ControlNamed("StopRun")); });
@@ -45,10 +43,8 @@ MainStatus::MainStatus(QWidget* parent)
   addWidget(file_);
   addWidget(length_);
   addWidget(form_);
-  addPermanentWidget(elapsed_);
   addPermanentWidget(progress_);
   addPermanentWidget(stop_);
-  elapsed_->hide();
   progress_->hide();
   stop_->hide();
 }
@@ -64,20 +60,23 @@ void MainStatus::refresh() {
 void MainStatus::showProgress(double fraction, const QString& text) {
   if (fraction < 0.0) {
     sinceStart_.invalidate();
-    for (QWidget* shown : std::initializer_list<QWidget*>{elapsed_, progress_, stop_}) shown->hide();
-    progress_->setFormat(PercentText);
+    runText_.clear();
+    progress_->hide();
+    stop_->hide();
     return;
   }
-  progress_->setFormat(text.isEmpty() ? QString(PercentText) : text + "  " + PercentText);
+  runText_ = text.isEmpty() ? text : text + "  ";
   showFraction(fraction);
 }
 
 void MainStatus::showFraction(double fraction) {
   if (!sinceStart_.isValid()) {
     sinceStart_.start();
-    for (QWidget* shown : std::initializer_list<QWidget*>{elapsed_, progress_, stop_}) shown->show();
+    progress_->show();
+    stop_->show();
   }
-  elapsed_->setText(ElapsedText(sinceStart_.elapsed()));
+  // The text first: the value paints at once, and that is the one paint of a breath.
+  progress_->setFormat(runText_ + PercentText + "  " + ElapsedText(sinceStart_.elapsed()));
   progress_->setValue(static_cast<int>(std::lround(std::clamp(fraction, 0.0, 1.0) * ProgressSteps)));
 }
 

@@ -28,9 +28,9 @@ class MainStatus : public QStatusBar {
   QLabel* file_;
   QLabel* length_;
   QLabel* form_;
-  QLabel* elapsed_;
   QProgressBar* progress_;
   QPushButton* stop_;
+  QString runText_;
   QElapsedTimer sinceStart_;  // of what the progress is of; invalid when nothing runs
 };
 
