@@ -220,8 +220,10 @@ class RunHooksTest : public RunMonteCarloTest {
  protected:
   RunHooksTest() {
     HookCalls.clear();
-    AfterRun = {[] { HookCalls += "s"; }, [] { return (HookCalls += "b") == "b"; },
-                [](int run) { HookCalls += std::to_string(run); }, [] { HookCalls += "e"; }};
+    AfterRun = {.autosave = [] { HookCalls += "s"; },
+                .beginAnalysis = [] { return (HookCalls += "b") == "b"; },
+                .analyzeRun = [](int run) { HookCalls += std::to_string(run); },
+                .endAnalysis = [] { HookCalls += "e"; }};
     Model.Autosave = Model.AutoAnalyze = 1;
     Model.NumRuns = 2;
     Model.NumIntervals = 1;
