@@ -97,9 +97,10 @@ TEST(CliTest, DriveOpensNamedFilesAndPassesOverThoseThatAreNone) {
 
 TEST(CliTest, CtrlCStopsARunAndWritesNothing) {
   const TemporaryFolder folder;
-  // A thousand runs of many channels last for minutes if they are not stopped.
+  // A thousand runs of many channels last for minutes if they are not stopped. In the foreground the signal
+  // comes once: a second one ends the process.
   const Outcome outcome =
-      Shell("timeout -s INT 1 " + Cli + "simulate " + Ampa +
+      Shell("timeout --foreground -s INT 1 " + Cli + "simulate " + Ampa +
             "--simulator montecarlo --points 1000000 --channels 100000 --runs 1000 --out '" +
             folder.File("trace.txt") + "' 2>&1; echo done");
   EXPECT_EQ(outcome.out, "!: Simulation Interrupted by User\ndone\n");

@@ -64,7 +64,7 @@ TEST(TextRecording, LineEndsMarksAndBlanksMakeNoDifference) {
                                " 1.5\n\n \t \n-2 pA\n+3e-5\n",
                                Utf16(plain, false),
                                Utf16("1.5\r\n-2\r\n3e-5", true) + '\0',
-                               std::string("1.5\0\n-2\0\0junk\n3e-5\n\0\0\0", 25)};
+                               std::string("1.5\0\n-2\0\0junk\n3e-5\n\0\0\0", 22)};
   for (const std::string& text : texts) EXPECT_EQ(Samples(text), expected) << text;
 }
 
