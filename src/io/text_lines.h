@@ -22,6 +22,15 @@ class TextLines {
   /// The next line without its end; it lasts until the next call. Nothing at the end of the text.
   std::optional<std::string_view> Next();
 
+  /// What has been read behind the line given last, and the character that ends its lines. A caller may take
+  /// whole lines off it, ends included, and say so with Skip.
+  std::string_view Ahead() const { return std::string_view(buffer_).substr(at_, filled_ - at_); }
+  char LineEnd() const { return lineEnd_; }
+  void Skip(std::size_t bytes, std::size_t lines) {
+    at_ += bytes;
+    number_ += lines;
+  }
+
   /// Lines given so far: the number of the one given last, from 1.
   std::size_t Number() const { return number_; }
 

@@ -243,6 +243,8 @@ void TextRecording::ReadColumn(const TextRequest& request, TextSamples& read) {
     read.intervalMs = std::clamp(*interval, MinTextInterval, MaxColumnInterval);
   }
   while (read.samples.size() < request.most) {
+    if (shape_.atf || firstGiven_) TakePlainLines(request, read.samples);
+    if (read.samples.size() == request.most) return;
     const auto line = FirstOrNext();
     if (!line) return;
     const auto value = FirstValue<float>(*line);
@@ -253,6 +255,26 @@ void TextRecording::ReadColumn(const TextRequest& request, TextSamples& read) {
       return;
     }
   }
+}
+
+/// Takes the lines ahead that hold a number and nothing else, up to the first that needs more care.
+void TextRecording::TakePlainLines(const TextRequest& request, std::vector<float>& samples) {
+  const std::string_view ahead = lines_.Ahead();
+  const char* const end = ahead.data() + ahead.size();
+  const char lineEnd = lines_.LineEnd();
+  const char* at = ahead.data();
+  std::size_t lines = 0;
+  while (samples.size() < request.most) {
+    float value = 0.0F;
+    const char* stop = FastDecimalAt(at, end, value);
+    if (stop == nullptr || stop == end) break;
+    if (*stop == '\r' && lineEnd == '\n' && stop + 1 != end) ++stop;
+    if (*stop != lineEnd) break;
+    samples.push_back(value * request.scale);
+    at = stop + 1;
+    ++lines;
+  }
+  lines_.Skip(static_cast<std::size_t>(at - ahead.data()), lines);
 }
 
 void TextRecording::ReadTable(const TextRequest& request, TextSamples& read) {

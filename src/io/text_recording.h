@@ -70,6 +70,7 @@ class TextRecording {
  private:
   void ReadAtfHeader();
   std::optional<std::string_view> FirstOrNext();
+  void TakePlainLines(const TextRequest& request, std::vector<float>& samples);
   std::optional<std::string_view> NextRow(std::size_t column, std::string_view& sample, TextSamples& read);
   std::optional<std::string_view> JoinRow(std::string_view begin, std::size_t words, TextSamples& read);
   void ReadColumn(const TextRequest& request, TextSamples& read);

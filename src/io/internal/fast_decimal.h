@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <type_traits>
@@ -20,24 +21,24 @@ inline bool RoundsOnce(double value) {
          (size > 1e-37 && size < 1e38 && (std::bit_cast<std::uint64_t>(value) & Below) != Half);
 }
 
-/// Reads a word that is a number of at most 18 digits, with a sign, a full stop and an exponent or without,
-/// correctly rounded. False, with `value` as it was, for every other word, and for the few numbers that need
-/// more care.
+/// Reads the number of at most 18 digits, with a sign, a full stop and an exponent or without, that a text
+/// begins with, correctly rounded. Nothing, with `value` as it was, for every other text, and for the few
+/// numbers that need more care.
 ///
 /// A whole number below 2^53, multiplied or divided by a power of ten up to 10^22, is exact before its one
 /// rounding (Clinger 1990, How to read floating point numbers accurately).
+/// @return the place behind the number; a number that ends with the text may go on in what was not read yet
 template <typename Real>
-bool FastDecimal(std::string_view word, Real& value) {
+const char* FastDecimalAt(const char* at, const char* end, Real& value) {
   static_assert(std::is_same_v<Real, float> || std::is_same_v<Real, double>);
   static constexpr std::array<double, 23> Powers = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                                     1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                     1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
   constexpr int MostDigits = 18;
+  constexpr int MostExponentDigits = 2;
   constexpr int MostPower = static_cast<int>(Powers.size()) - 1;
   constexpr std::uint64_t Exact = std::uint64_t{1} << 53;
 
-  const char* at = word.data();
-  const char* end = at + word.size();
   const bool minus = at != end && *at == '-';
   if (minus) ++at;
   std::uint64_t whole = 0;
@@ -58,24 +59,38 @@ bool FastDecimal(std::string_view word, Real& value) {
     count += at - fraction;
     power = -static_cast<int>(at - fraction > MostDigits ? MostDigits + 1 : at - fraction);
   }
-  if (count < 1 || count > MostDigits || whole >= Exact) return false;
+  if (count < 1 || count > MostDigits || whole >= Exact) return nullptr;
   if (at != end && (*at == 'e' || *at == 'E')) {
-    if (++at == end) return false;
+    if (++at == end) return nullptr;
     const bool below = *at == '-';
     if (*at == '-' || *at == '+') ++at;
-    if (at == end || end - at > 3) return false;
+    const char* digitsOf = at;
     int exponent = 0;
-    for (; at != end && *at >= '0' && *at <= '9'; ++at) exponent = exponent * 10 + (*at - '0');
+    for (; at != end && *at >= '0' && *at <= '9'; ++at) {
+      if (at - digitsOf >= MostExponentDigits) return nullptr;
+      exponent = exponent * 10 + (*at - '0');
+    }
+    if (at == digitsOf) return nullptr;
     power += below ? -exponent : exponent;
   }
-  if (at != end || power < -MostPower || power > MostPower) return false;
+  if (power < -MostPower || power > MostPower) return nullptr;
   double scanned = static_cast<double>(whole);
   scanned = power < 0 ? scanned / Powers[static_cast<std::size_t>(-power)]
                       : scanned * Powers[static_cast<std::size_t>(power)];
   if constexpr (std::is_same_v<Real, float>) {
-    if (!RoundsOnce(scanned)) return false;
+    if (!RoundsOnce(scanned)) return nullptr;
   }
   value = static_cast<Real>(minus ? -scanned : scanned);
+  return at;
+}
+
+/// The same for a word that is such a number and nothing else; false for every other.
+template <typename Real>
+bool FastDecimal(std::string_view word, Real& value) {
+  const char* end = word.data() + word.size();
+  Real scanned = 0;
+  if (FastDecimalAt(word.data(), end, scanned) != end) return false;
+  value = scanned;
   return true;
 }
 
