@@ -49,13 +49,6 @@ std::vector<LegendEntry> LegendOf(const Graph& graph) {
           {Sign::Line, DecayMark, "Decay, width", {}},   {Sign::Line, IntegralMark, "Integral", {}}};
 }
 
-QLabel* SectionLabel(const QString& text, QWidget* parent) {
-  auto* label = new QLabel(text, parent);
-  label->setProperty("role", "section");
-  label->setIndent(0);
-  return label;
-}
-
 }  // namespace
 
 AnalysisPage::AnalysisPage(Panel& panel, QWidget* parent) : TaskPage(panel, parent) {

@@ -115,9 +115,7 @@ QWidget* ModelPage::makeResponse() {
   layout->setSpacing(HeaderGap);
   auto* header = new QHBoxLayout;
   header->setSpacing(4);
-  auto* label = new QLabel("Monitored states", part);
-  label->setProperty("role", "section");
-  label->setIndent(0);
+  auto* label = SectionLabel("Monitored states", part);
   header->addWidget(label);
   header->addSpacing(6);
   for (int state = 1; state <= MaxStates; ++state) {

@@ -17,13 +17,6 @@ constexpr int TraceShare = 3;  // of the page's height, against the relation's
 constexpr int RelationShare = 2;
 constexpr int Gap = 6;
 
-QLabel* SectionLabel(const QString& text, QWidget* parent) {
-  auto* label = new QLabel(text, parent);
-  label->setProperty("role", "section");
-  label->setIndent(0);
-  return label;
-}
-
 }  // namespace
 
 RscmPage::RscmPage(Panel& panel, QWidget* parent) : TaskPage(panel, parent) {

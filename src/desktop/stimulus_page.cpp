@@ -20,13 +20,6 @@ constexpr int Gap = 8;
 constexpr int GraphShare = 3;  // of the page's height, against the table's
 constexpr int CreatorColumns = 2;
 
-QLabel* SectionLabel(const QString& text, QWidget* parent) {
-  auto* label = new QLabel(text, parent);
-  label->setProperty("role", "section");
-  label->setIndent(0);
-  return label;
-}
-
 /// Just high enough for all rows of a small table.
 void FitHeight(QTableView& table) {
   table.resizeColumnsToContents();

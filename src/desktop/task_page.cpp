@@ -1,6 +1,7 @@
 #include "desktop/task_page.h"
 
 #include <QContextMenuEvent>
+#include <QLabel>
 
 #include "desktop/analysis_page.h"
 #include "desktop/model_page.h"
@@ -29,6 +30,13 @@ constexpr TaskDecl TaskTable[] = {
 void TaskPage::contextMenuEvent(QContextMenuEvent* event) {
   if (!panel_.help.empty()) MessagePopup(HelpTitle, panel_.help);
   event->accept();
+}
+
+QLabel* SectionLabel(const QString& text, QWidget* parent) {
+  auto* label = new QLabel(text, parent);
+  label->setProperty("role", "section");
+  label->setIndent(0);
+  return label;
 }
 
 std::span<const TaskDecl> Tasks() {

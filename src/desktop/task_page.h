@@ -7,6 +7,8 @@
 
 #include "screen/screen.h"
 
+class QLabel;
+
 namespace zelvane {
 
 class TaskPage : public QWidget {
@@ -29,6 +31,9 @@ class TaskPage : public QWidget {
  private:
   Panel& panel_;
 };
+
+/// The title of a section of a page.
+QLabel* SectionLabel(const QString& text, QWidget* parent);
 
 /// A task of the side bar.
 struct TaskDecl {
