@@ -30,6 +30,7 @@ constexpr char IsolatedState[] = "Error with model.";
 constexpr char TooFast[] =
     "A rate is too fast for the length of the sweep: the time of a channel no longer advances. Lower the "
     "rate or shorten the sweep.";
+constexpr char NoChannels[] = "There were no channels to simulate: the number of channels is 0.";
 constexpr char Interrupted[] = "Simulation Interrupted by User";
 
 constexpr int PollingFrom = 21;        // fewer channels are over before a user can press stop
@@ -364,6 +365,8 @@ void RunMonteCarlo() {
   PrepareSimulator(loop);
   if (SimulateRuns(loop)) FinishTrace(loop);
   FinishLoop(loop);
+  const bool nothingRan = Dwell.SegmentCounter == 1 && Result.StopRequested == 0;
+  if (nothingRan && loop.numChannels == 0 && TalksToUser()) MessagePopup(WarningTitle, NoChannels);
 }
 
 }  // namespace zelvane

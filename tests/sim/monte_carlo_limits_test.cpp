@@ -94,7 +94,7 @@ TEST_F(MonteCarloLimitsTest, OnePointAndNoChannelsAreRuns) {
   EXPECT_NEAR(Result.Occupancy[1][0], 1.0F, 0.2F);
   Model.NumChannels = 0;
   RunAsSet();
-  EXPECT_TRUE(popups.empty());
+  EXPECT_EQ(popups.size(), 1U) << "no channels are told";
   EXPECT_EQ(Trace.TraceValid, 0);
   EXPECT_EQ(Dwell.SegmentCounter, 1);
   ExpectNextRunWorks();
