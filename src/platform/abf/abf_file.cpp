@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/abf/abf_layout.h"
+#include "platform/abf/user_units.h"
 
 namespace zelvane {
 
@@ -16,7 +17,8 @@ struct AbfFile {
 
 namespace {
 
-constexpr std::size_t BlockBytes = 256 * 1024;  // fits the second-level cache with the samples made of it
+constexpr std::size_t BlockBytes = 512 * 1024;      // half of a second-level cache, and few calls
+constexpr std::size_t CachedSamples = 1024 * 1024;  // more are not all in the caches when they are looked at
 constexpr std::int64_t MaxSweepSamples = std::numeric_limits<int>::max();
 
 enum class Signature { None, Version1, Version2 };
@@ -62,19 +64,21 @@ void FromLittleEndian(std::span<Sample> samples) {
   for (Sample& sample : samples) sample = LittleEndian<Sample>(reinterpret_cast<const std::byte*>(&sample));
 }
 
-/// Every `stride`-th sample of a block, in user units. The case of one channel stands apart so that its loop
-/// runs over neighbours.
+/// Every `stride`-th sample of a block of a sweep, in user units. The case of one channel stands apart so
+/// that its loop runs over neighbours.
 void TakeChannel(std::span<const std::int16_t> block, std::size_t stride, float scale, float offset,
-                 std::span<float> out) {
+                 std::size_t sweepSamples, std::span<float> out) {
   if (stride == 1) {
-    for (std::size_t k = 0; k < out.size(); ++k) out[k] = static_cast<float>(block[k]) * scale + offset;
+    const auto convert = sweepSamples > CachedSamples ? ToUserUnitsPastCaches : ToUserUnits;
+    convert(block, scale, offset, out);
     return;
   }
   for (std::size_t k = 0; k < out.size(); ++k)
     out[k] = static_cast<float>(block[k * stride]) * scale + offset;
 }
 
-void TakeChannel(std::span<const float> block, std::size_t stride, float, float, std::span<float> out) {
+void TakeChannel(std::span<const float> block, std::size_t stride, float, float, std::size_t,
+                 std::span<float> out) {
   for (std::size_t k = 0; k < out.size(); ++k) out[k] = block[k * stride];
 }
 
@@ -101,7 +105,8 @@ std::size_t ReadInterleaved(const AbfFile& file, std::int64_t position, std::siz
     const std::size_t got = file.source->Read(position, std::as_writable_bytes(wanted)) / sizeof(Sample);
     const std::size_t whole = (got + stride - 1) / stride;
     FromLittleEndian(wanted.first(got));
-    TakeChannel(wanted, stride, file.header.scale[at], file.header.offset[at], buffer.subspan(done, whole));
+    TakeChannel(wanted, stride, file.header.scale[at], file.header.offset[at], buffer.size(),
+                buffer.subspan(done, whole));
     done += whole;
     if (whole < frames) break;  // the file has become shorter since it was opened
     position += static_cast<std::int64_t>(frames * stride * sizeof(Sample));
