@@ -1,4 +1,5 @@
 // Any bytes as a column of text: every sample is finite, and their number follows from the lines.
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <string_view>
@@ -13,16 +14,16 @@ namespace {
 constexpr std::size_t Room = 512;  // samples
 constexpr float Untouched = -77.0F;
 
-/// Lines of a text, which end with LF, CR LF or CR.
+/// Lines of a text, which end with LF or, where there is no LF, with CR.
 std::size_t CountLines(std::string_view text) {
   if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
-  std::size_t lines = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool pair = text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
-    if (pair) ++i;
-    lines += text[i] == '\n' || text[i] == '\r' || i + 1 == text.size() ? 1 : 0;
-  }
-  return lines;
+  if (text.empty()) return 0;
+  const char end = text.find('\n') == std::string_view::npos ? '\r' : '\n';
+  return static_cast<std::size_t>(std::count(text.begin(), text.end(), end)) + (text.back() == end ? 0 : 1);
+}
+
+bool IsUtf16(std::string_view text) {
+  return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF");
 }
 
 void CheckOne(const std::uint8_t* data, std::size_t size) {
@@ -30,9 +31,12 @@ void CheckOne(const std::uint8_t* data, std::size_t size) {
   std::vector<float> profile(Room + 1, Untouched);
   const auto column = ReadStimColumn(path, std::span(profile).first(Room));
   if (!column) Fault("a file that is there was not opened");
-  const std::size_t lines = CountLines({reinterpret_cast<const char*>(data), size});
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const std::size_t lines = CountLines(text);
   const auto samples = static_cast<std::size_t>(column->samples);
-  if (samples != std::min(Room, lines > 0 ? lines - 1 : 0)) Fault("other samples than lines");
+  if (samples > Room) Fault("more samples than there is room");
+  if (!IsUtf16(text) && samples != std::min(Room, lines > 0 ? lines - 1 : 0))
+    Fault("other samples than lines");
   for (std::size_t i = 0; i < samples; ++i) {
     if (!std::isfinite(profile[i])) Fault("a sample is not finite");
   }

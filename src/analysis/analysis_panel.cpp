@@ -361,7 +361,7 @@ void WriteAnalysisPanel() {
 void ShowMeasures() {
   if (!AnalysisOnScreen()) return;
   const ResponseMeasures& m = Analysis.Measures;
-  const auto show = [&m](const char* control, float value, unsigned bit) {
+  const auto show = [&](const char* control, float value, unsigned bit) {
     ShowResult(control, static_cast<double>(value), (m.measured & bit) != 0);
   };
   show("Baseline", m.Baseline, MeasuredBaseline);
