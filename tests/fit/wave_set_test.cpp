@@ -39,10 +39,9 @@ class WaveSetTest : public PanelTest {
   TemporaryFolder folder;
 };
 
-constexpr char
-    TwoPairs[] =
-        "LIST\r\n/gone/model.mod\r\n2\r\n/gone/"
-        "cell1.abf\r\nC:\\gone\\step1.stm\r\ncell2.abf\r\nstep2\r.stm\r\n";  // with a stray carriage return
+// The last line has a stray carriage return, which ends the name.
+constexpr char TwoPairs[] =
+    "LIST\r\n/gone/model.mod\r\n2\r\n/gone/cell1.abf\r\nC:\\gone\\step1.stm\r\ncell2.abf\r\nstep2\r.stm\r\n";
 
 TEST_F(WaveSetTest, NamesAreCutAtTheFirstFullStopOfTheFile) {
   struct Case {
