@@ -35,9 +35,11 @@ class LineReader {
   }
 
  private:
+  static constexpr std::size_t BlockBytes = 16 * 1024;  // lists and profiles are short
+
   std::ifstream file_;
   std::size_t longest_;
-  TextLines lines_{file_};
+  TextLines lines_{file_, BlockBytes};
 };
 
 }  // namespace zelvane
