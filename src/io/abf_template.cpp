@@ -31,6 +31,8 @@ constexpr char TemplateName[] = "SAMPLABF.DAT";
 constexpr char GapFreeTemplate[] = "GAPFREE.ABF";
 constexpr char EpisodicTemplate[] = "EPISODE-10.ABF";
 constexpr int TemplateEpisodes = 10;
+// The last version whose header ends at byte 2048. Others expect 6144 bytes, where the samples are already.
+constexpr double ShortHeaderVersion = 1.5;
 
 constexpr char LegacyCreator[] = "Zelvane v2.0";
 constexpr char AutosaveCreator[] = "Zelvane v1.0";
@@ -56,7 +58,8 @@ constexpr std::size_t AutoFilterAt = 272;      // float, Hz
 constexpr std::size_t AutoLevelAt = 276;       // float
 constexpr std::size_t CreatorAt = 294;
 
-constexpr std::int32_t DataBlock = AbfTemplateLength / 512;
+constexpr std::int64_t BlockBytes = 512;
+constexpr std::int64_t DataBlock = AbfTemplateLength / BlockBytes;
 
 template <typename Number>
 void Put(AbfTemplate& header, std::size_t offset, Number value) {
@@ -126,11 +129,14 @@ std::string_view BytesOf(std::span<const float> samples) {
   return {reinterpret_cast<const char*>(samples.data()), samples.size_bytes()};
 }
 
-/// Whether episodes of floats can follow behind those that the file has.
-bool TakesEpisodes(const AbfTemplate& header) {
-  return IsAbf(header) && Get<std::int16_t>(header, FormatAt) == AbfFloats &&
-         Get<std::int32_t>(header, DataBlockAt) == DataBlock && Get<std::int32_t>(header, SamplesAt) >= 0 &&
-         Get<std::int32_t>(header, EpisodesAt) >= 0;
+/// Whether episodes of floats can follow behind those that the file has: it ends where its samples end.
+bool TakesEpisodes(const AbfTemplate& header, std::uintmax_t fileBytes) {
+  const std::int64_t block = Get<std::int32_t>(header, DataBlockAt);
+  const std::int64_t samples = Get<std::int32_t>(header, SamplesAt);
+  if (!IsAbf(header) || Get<std::int16_t>(header, FormatAt) != AbfFloats || block < DataBlock ||
+      samples < 0 || Get<std::int32_t>(header, EpisodesAt) < 0)
+    return false;
+  return fileBytes == static_cast<std::uintmax_t>(block * BlockBytes + samples * std::int64_t{sizeof(float)});
 }
 
 bool IsEmptyOrMissing(const std::string& path) {
@@ -149,7 +155,8 @@ std::optional<AbfTemplate> FormerHeader(const std::string& path, bool isNew) {
     return header;
   }
   const auto header = HeadOf(path);
-  if (header && TakesEpisodes(*header)) return header;
+  std::error_code error;
+  if (header && TakesEpisodes(*header, std::filesystem::file_size(path, error))) return header;
   if (OpenInput(path)) {
     MessagePopup(ErrorTitle, path + NotAppendable);
   } else {
@@ -190,8 +197,11 @@ AbfTemplate AbfTemplateBytes(std::string_view name) {
   if (!episodic && name != GapFreeTemplate && name != TemplateName) return {};
   AbfHeader header;
   InitializeHeader(header);
+  header.version = ShortHeaderVersion;
   header.operationMode = episodic ? EpisodicMode : GapFreeMode;
   header.episodes = episodic ? TemplateEpisodes : 1;
+  // The legacy file keeps this number: a program that goes by it must not cut the trace into pieces.
+  if (name == TemplateName) header.samplesPerEpisode = MaxStimPoints;
   header.sampleInterval = 10.0;  // us, as a new model has it
   return AbfHeaderBytes(header);
 }

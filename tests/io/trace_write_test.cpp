@@ -228,6 +228,11 @@ TEST_F(TraceWriteTest, FilesThatCannotBeWrittenAreTold) {
   }
   EXPECT_FALSE(AutosaveAbfWrite(folder.File("model.mod")));
   EXPECT_EQ(ReadWholeFile(folder.File("model.mod")), "no recording");
+  ASSERT_TRUE(AutosaveAbfWrite(path));
+  const std::string tailed = ReadWholeFile(path) + "tags";
+  WriteWholeFile(path, tailed);
+  EXPECT_FALSE(AutosaveAbfWrite(path)) << "what follows on the samples would be taken for samples";
+  EXPECT_EQ(ReadWholeFile(path), tailed);
 }
 
 /// Files of this process may not grow beyond a size while it lives: what a full disk does.

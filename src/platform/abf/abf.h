@@ -107,7 +107,7 @@ struct AbfWriterCloser {
 };
 using AbfWriteHandle = std::unique_ptr<AbfWriter, AbfWriterCloser>;
 
-/// Begins a file with that header: version 1.83, one channel of floats, data at byte 2048. Nothing when the
+/// Begins a file with that header: version 1.83, one channel of floats, data at byte 6144. Nothing when the
 /// target cannot be written.
 AbfWriteHandle OldABF_OpenWrite(const std::string& path, const AbfHeader& header);
 
@@ -116,18 +116,17 @@ AbfWriteHandle OldABF_OpenWrite(const std::string& path, const AbfHeader& header
 bool OldABF_WriteRawSweep(AbfWriter& writer, std::span<const float> samples);
 
 /// Writes the header back, with the lengths and sweeps that the file now has, whatever `header` says of them.
-/// An episodic file gets its synch array. A short file is filled up with zeros behind its samples to the
-/// length below which other programs refuse it.
+/// An episodic file gets its synch array.
 bool OldABF_UpdateHeader(AbfWriter& writer, const AbfHeader& header);
 
 /// Puts the new file in place of the target, its header written back if it was not since the last sweep.
 /// False when that or any step before it failed; the old file then stands.
 bool OldABF_Close(AbfWriteHandle& writer);
 
-/// The 2048 bytes of a header of version 1.83 that other programs accept: one channel of floats on input 0,
-/// without tags and synch array. From `header` come mode (episodic or else gap-free), lengths, episodes,
-/// interval, date, time, creator, and name and units of the first channel of its sampling sequence. The scale
-/// of counts is the customary one of 10 V over 32768 counts with gains of 1.
+/// The 2048 bytes of a header that other programs accept: one channel of floats on input 0, which begin right
+/// behind it, without tags and synch array. From `header` come version (1.x), mode (episodic or else
+/// gap-free), lengths, episodes, interval, date, time, creator, and name and units of the first channel of
+/// its sampling sequence. The scale of counts is the customary one of 10 V over 32768 counts with gains of 1.
 std::array<std::byte, 2048> AbfHeaderBytes(const AbfHeader& header);
 
 }  // namespace zelvane

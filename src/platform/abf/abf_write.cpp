@@ -1,5 +1,5 @@
-// Writing version 1.83 with floats. The values of fields that this program has no use for are those with
-// which other programs read the file.
+// Writing ABF 1.x with floats. The values of fields that this program has no use for are those with which
+// other programs read the file.
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -22,11 +22,11 @@ namespace {
 
 using HeaderBytes = std::array<std::byte, 2048>;
 
-constexpr std::int64_t DataPosition = std::tuple_size_v<HeaderBytes>;
-constexpr std::int64_t LeastFileBytes =
-    6144;  // other programs read that many before they look at the version
+constexpr std::int64_t ShortHeaderBytes = std::tuple_size_v<HeaderBytes>;
+// Headers of version 1.6 and later are that long. Other programs read all of it, and cut a gap-free recording
+// of such a version into pieces when its samples begin earlier. What follows on HeaderBytes is 0.
+constexpr std::int64_t DataPosition = 6144;
 constexpr int Episodic = 5;
-constexpr float Version = 1.83F;
 constexpr float AdcRange = 10.0F;
 constexpr std::int32_t AdcResolution = 32768;
 constexpr float UnitScale = AdcRange / AdcResolution;  // one count is one user unit
@@ -119,15 +119,15 @@ void InitializeHeader(AbfHeader& header) {
 std::array<std::byte, 2048> AbfHeaderBytes(const AbfHeader& header) {
   HeaderBytes bytes{};
   PutText(bytes, 0, 4, "ABF ", ' ');
-  Put(bytes, 4, Version);
+  Put(bytes, 4, static_cast<float>(header.version));
   Put(bytes, 8, static_cast<std::int16_t>(header.operationMode == Episodic ? Episodic : AbfGapFree));
   Put(bytes, 10, static_cast<std::int32_t>(header.acquisitionLength));
   Put(bytes, 16, static_cast<std::int32_t>(header.episodes));
   Put(bytes, 20, static_cast<std::int32_t>(header.startDate));
   Put(bytes, 24, static_cast<std::int32_t>(header.startTime));
-  Put(bytes, 32, Version);
+  Put(bytes, 32, static_cast<float>(header.version));
   Put(bytes, 36, std::int16_t{1});  // a file of samples
-  Put(bytes, 40, static_cast<std::int32_t>(DataPosition / AbfBlockBytes));
+  Put(bytes, 40, static_cast<std::int32_t>(ShortHeaderBytes / AbfBlockBytes));
   Put(bytes, 100, static_cast<std::int16_t>(AbfFloats));
   Put(bytes, 120, std::int16_t{1});  // channels
   Put(bytes, 122, static_cast<float>(header.sampleInterval));
@@ -172,23 +172,18 @@ bool OldABF_WriteRawSweep(AbfWriter& writer, std::span<const float> samples) {
 bool OldABF_UpdateHeader(AbfWriter& writer, const AbfHeader& header) {
   writer.header = header;
   HeaderBytes bytes = AbfHeaderBytes(CountedHeader(writer, header));
-  std::int64_t end = DataPosition + 4 * writer.samples;
-  const auto fillUpTo = [&](std::int64_t length) {
-    const std::string zeros(static_cast<std::size_t>(std::max<std::int64_t>(0, length - end)), '\0');
-    const bool filled = zeros.empty() || writer.file->Write(end, zeros);
-    end = std::max(end, length);
-    return filled;
-  };
-  bool good = true;
+  Put(bytes, 40, static_cast<std::int32_t>(DataPosition / AbfBlockBytes));
+  const std::string rest(static_cast<std::size_t>(DataPosition - ShortHeaderBytes), '\0');
+  bool good = writer.file->Write(ShortHeaderBytes, rest);
   if (header.operationMode == Episodic && !writer.sweepLengths.empty()) {
+    const std::int64_t end = DataPosition + 4 * writer.samples;
     const std::int64_t block = (end + AbfBlockBytes - 1) / AbfBlockBytes;
     const std::vector<std::byte> synch = SynchBytes(writer.sweepLengths);
     Put(bytes, 92, static_cast<std::int32_t>(block));
     Put(bytes, 96, static_cast<std::int32_t>(writer.sweepLengths.size()));
-    good = fillUpTo(block * AbfBlockBytes) && writer.file->Write(end, AsText(synch));
-    end += static_cast<std::int64_t>(synch.size());
+    good = good && writer.file->Write(block * AbfBlockBytes, AsText(synch));
   }
-  good = good && fillUpTo(LeastFileBytes) && writer.file->Write(0, AsText(bytes));
+  good = good && writer.file->Write(0, AsText(bytes));
   writer.headerIsCurrent = good;
   return good;
 }
