@@ -80,7 +80,7 @@ constexpr char ModelFooter[] =
     "  zelvane-cli model --upgrade old.mod new.mod\n"
     "reads old.mod, of any of the four formats, and writes new.mod in the newest one.";
 
-/// Set by Ctrl-C; a run looks at it when it lets user events through.
+/// Set by Ctrl-C; a run looks at it when it lets user events through, a writer between the parts of a file.
 std::atomic<bool> StopAsked{false};
 static_assert(std::atomic<bool>::is_always_lock_free);  // a signal handler may write it
 

@@ -180,7 +180,7 @@ bool MeasureSweeps(const MeasureOptions& options, const Recording& recording, st
   // Here alone, so that no trace is corrected twice.
   const bool correct = std::exchange(RsCm.RsCmAuto, 0) != 0 || options.correct;
   for (int sweep = options.sweeps.first; sweep <= last; ++sweep) {
-    if (streams.stop != nullptr && streams.stop->load()) {
+    if (StopAsked(streams)) {
       streams.err << Interrupted << '\n';
       return false;
     }
@@ -246,7 +246,7 @@ std::string MisuseOf(const MeasureOptions& options) {
 int WriteResults(const MeasureOptions& options, const Recording& recording,
                  const std::vector<AnalysisRow>& rows, const JobStreams& streams) {
   if (!options.outFile.empty() && !ReplaceFile(options.outFile, FileText(options.outFile, rows))) {
-    streams.err << options.outFile << ": cannot be written\n";
+    TellUnwritten(options.outFile, streams);
     return JobFailed;
   }
   if (options.json)

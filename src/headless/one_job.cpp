@@ -37,6 +37,14 @@ JobStreams StandardStreams(const std::atomic<bool>& stop) {
   return {std::cout, std::cerr, &stop, ErrorStreamIsTerminal()};
 }
 
+bool StopAsked(const JobStreams& streams) {
+  return streams.stop != nullptr && streams.stop->load();
+}
+
+void TellUnwritten(const std::string& path, const JobStreams& streams) {
+  streams.err << path << (StopAsked(streams) ? ": stopped; not written\n" : ": cannot be written\n");
+}
+
 JobScreen::JobScreen(const JobStreams& streams) : streams_(streams) {
   FrontEnd frontEnd;
   frontEnd.message = [this](std::string_view title, std::string_view text) { Message(title, text); };
@@ -53,7 +61,7 @@ JobScreen::JobScreen(const JobStreams& streams) : streams_(streams) {
     return false;
   };
   const auto takeStop = [this] {
-    if (streams_.stop != nullptr && streams_.stop->load()) Result.StopRequested = 1;
+    if (StopAsked(streams_)) Result.StopRequested = 1;
   };
   frontEnd.pump = takeStop;
   frontEnd.breathe = [takeStop](double) { takeStop(); };  // a point of a run can take minutes
@@ -63,10 +71,12 @@ JobScreen::JobScreen(const JobStreams& streams) : streams_(streams) {
   };
   frontEnd.progress = [this](double fraction, std::string_view text) { Progress(fraction, text); };
   former_ = SetFrontEnd(std::move(frontEnd));
+  formerStop_ = SetWriteStop([this] { return StopAsked(streams_); });
 }
 
 JobScreen::~JobScreen() {
   ClearBar();
+  SetWriteStop(std::move(formerStop_));
   SetFrontEnd(std::move(former_));
 }
 

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/safe_file.h"
 #include "screen/front_end.h"
 
 namespace zelvane {
@@ -31,7 +32,14 @@ JobStreams StandardStreams(const std::atomic<bool>& stop);
 
 using Seeds = std::array<double, 3>;
 
-/// Shows popups on `streams.err` while it lives: a question is answered no, a dialog cancelled.
+/// Whether the user has asked the job to stop.
+bool StopAsked(const JobStreams& streams);
+
+/// Tells that a file was not written, since the user stopped the job or since it cannot be.
+void TellUnwritten(const std::string& path, const JobStreams& streams);
+
+/// Shows popups on `streams.err` while it lives: a question is answered no, a dialog cancelled. A stop ends
+/// runs and the writing of files.
 class JobScreen {
  public:
   explicit JobScreen(const JobStreams& streams);
@@ -52,6 +60,7 @@ class JobScreen {
 
   const JobStreams& streams_;
   FrontEnd former_;
+  WriteStop formerStop_;
   std::string lastText_;
   bool errorShown_ = false;
   bool barShown_ = false;

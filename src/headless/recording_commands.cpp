@@ -106,7 +106,7 @@ std::optional<Excerpt> ReadExcerpt(const ConvertOptions& options, std::optional<
   wanted.every = options.every;
   const auto goOn = [&](double done) {
     ShowProgress(done, "reading");
-    return streams.stop == nullptr || !streams.stop->load();
+    return !StopAsked(streams);
   };
   std::string why;
   auto sweeps = ReadExtract(file, wanted, goOn, why);
@@ -231,7 +231,7 @@ int ConvertCommand(const ConvertOptions& options, const JobStreams& streams) {
     return JobFailed;
   }
   if (WriteExcerpt(options, *excerpt, fromProfiles)) return JobDone;
-  streams.err << options.out << ": cannot be written\n";
+  TellUnwritten(options.out, streams);
   return JobFailed;
 }
 

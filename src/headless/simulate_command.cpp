@@ -76,7 +76,7 @@ void WarnOfEmptyStimulus(std::ostream& err) {
 
 /// Whether the run left a whole trace; the reason is told when the program has not told it.
 bool RunSucceeded(const JobScreen& screen, const JobStreams& streams) {
-  if (streams.stop != nullptr && streams.stop->load()) {
+  if (StopAsked(streams)) {
     if (screen.LastText() != Interrupted) streams.err << Interrupted << '\n';  // it came after the last look
     return false;
   }
@@ -94,22 +94,23 @@ bool RunSucceeded(const JobScreen& screen, const JobStreams& streams) {
   return true;
 }
 
-bool WriteTrace(const std::string& path, std::span<const float> trace, std::ostream& err) {
+bool WriteTrace(const std::string& path, std::span<const float> trace, const JobStreams& streams) {
   if (path.empty()) return true;
   if (WriteTraceFile(path, trace, Model.ADInterval, GraphNamed("MainPanel").y.title)) return true;
-  err << path << ": cannot be written\n";
+  TellUnwritten(path, streams);
   return false;
 }
 
-bool WriteFiles(const SimulateOptions& options, std::span<const float> mean, std::ostream& err) {
+bool WriteFiles(const SimulateOptions& options, std::span<const float> mean, const JobStreams& streams) {
   const std::span<const float> trace = Trace.SimTrace.first(static_cast<std::size_t>(Model.NumPoints));
-  if (!WriteTrace(options.traceFile, trace, err) || !WriteTrace(options.meanFile, mean, err)) return false;
+  if (!WriteTrace(options.traceFile, trace, streams) || !WriteTrace(options.meanFile, mean, streams))
+    return false;
   if (!options.occupancyFile.empty() && !WriteOccupancyCsv(options.occupancyFile)) {
-    err << options.occupancyFile << ": cannot be written\n";
+    TellUnwritten(options.occupancyFile, streams);
     return false;
   }
   if (options.dwellFile.empty() || ExportDwellLists(options.dwellFile)) return true;
-  err << options.dwellFile << ": cannot be written\n";
+  TellUnwritten(options.dwellFile, streams);
   return false;
 }
 
@@ -149,7 +150,7 @@ int SimulateCommand(const SimulateOptions& options, const JobStreams& streams) {
   const double wallSeconds = RunTimed();
   if (!RunSucceeded(screen, streams)) return JobFailed;
   const std::vector<float> mean = runs.Mean();
-  if (!WriteFiles(options, mean, streams.err)) return JobFailed;
+  if (!WriteFiles(options, mean, streams)) return JobFailed;
   RunSummary summary = SummariseRun(wallSeconds);
   if (Model.SimulatorKind == MonteCarlo && Model.NumRuns > 1) summary.meanPeak = PeakOf(mean);
   if (options.json)

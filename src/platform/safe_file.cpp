@@ -25,6 +25,12 @@ namespace fs = std::filesystem;
 
 constexpr int MaxLinks = 40;  // of a chain of symbolic links, as many as systems follow
 constexpr int NameAttempts = 100;
+constexpr std::size_t PartBytes = 1 << 20;
+
+WriteStop& StopHook() {
+  static WriteStop hook;
+  return hook;
+}
 
 /// The file that `path` means after all symbolic links, whether or not it exists. Nothing for an endless
 /// chain.
@@ -148,14 +154,9 @@ class Replacement final : public FileReplacement {
 
   bool IsOpen() const { return file_ >= 0; }
 
-  bool Write(std::int64_t position, std::string_view bytes) override {
-    good_ = good_ && WriteAll(file_, position, bytes);
-    return good_;
-  }
-
   bool Commit() override {
     TakeOverRights(file_, target_);
-    good_ = good_ && ::fsync(file_) == 0 && NameTemporary(file_, target_, temporary_);
+    good_ = good_ && ::fsync(file_) == 0 && !WriteStopped() && NameTemporary(file_, target_, temporary_);
     good_ = ::close(std::exchange(file_, -1)) == 0 && good_;
     good_ = good_ && ::rename(temporary_.c_str(), target_.c_str()) == 0;
     if (good_) {
@@ -166,16 +167,19 @@ class Replacement final : public FileReplacement {
   }
 
  private:
+  bool WritePart(std::int64_t position, std::string_view bytes) override {
+    return WriteAll(file_, position, bytes);
+  }
+
   fs::path target_;
   fs::path temporary_;  // empty while the new file has no name
   int file_ = -1;
-  bool good_ = true;
 };
 
 /// Appends to an open file, and then writes `head` over its first bytes, since that tells of what follows.
 bool AppendBlocks(int file, std::int64_t length, const NextBlock& nextBlock, std::string_view head) {
   for (std::string_view block = nextBlock(); !block.empty(); block = nextBlock()) {
-    if (!WriteAll(file, length, block)) return false;
+    if (WriteStopped() || !WriteAll(file, length, block)) return false;
     length += static_cast<std::int64_t>(block.size());
   }
   return WriteAll(file, 0, head) && ::fsync(file) == 0;
@@ -209,21 +213,21 @@ class Replacement final : public FileReplacement {
 
   bool IsOpen() const { return file_.is_open(); }
 
-  bool Write(std::int64_t position, std::string_view bytes) override {
-    file_.seekp(position);
-    file_.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    return file_.good();
-  }
-
   bool Commit() override {
     file_.close();
-    if (!file_.good()) return false;
+    if (!good_ || !file_.good() || WriteStopped()) return false;
     std::error_code error;
     fs::rename(temporary_, target_, error);
     return !error;
   }
 
  private:
+  bool WritePart(std::int64_t position, std::string_view bytes) override {
+    file_.seekp(position);
+    file_.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    return file_.good();
+  }
+
   fs::path target_;
   fs::path temporary_;
   std::ofstream file_;
@@ -238,13 +242,16 @@ bool Append(const fs::path& target, const NextBlock& nextBlock, std::string_view
   file.read(oldHead.data(), static_cast<std::streamsize>(oldHead.size()));
   if (error || !file) return false;
   file.seekp(0, std::ios::end);
+  bool stopped = false;
   for (std::string_view block = nextBlock(); file && !block.empty(); block = nextBlock()) {
+    stopped = WriteStopped();
+    if (stopped) break;
     file.write(block.data(), static_cast<std::streamsize>(block.size()));
   }
   file.seekp(0);
   file.write(head.data(), static_cast<std::streamsize>(head.size()));
   file.close();
-  if (file.good()) return true;
+  if (file.good() && !stopped) return true;
   fs::resize_file(target, length, error);
   std::fstream back(target, std::ios::binary | std::ios::in | std::ios::out);
   back.write(oldHead.data(), static_cast<std::streamsize>(oldHead.size()));
@@ -254,6 +261,24 @@ bool Append(const fs::path& target, const NextBlock& nextBlock, std::string_view
 #endif
 
 }  // namespace
+
+WriteStop SetWriteStop(WriteStop stop) {
+  return std::exchange(StopHook(), std::move(stop));
+}
+
+bool WriteStopped() {
+  return StopHook() && StopHook()();
+}
+
+bool FileReplacement::Write(std::int64_t position, std::string_view bytes) {
+  while (good_ && !bytes.empty()) {
+    const std::string_view part = bytes.substr(0, PartBytes);
+    good_ = !WriteStopped() && WritePart(position, part);
+    position += static_cast<std::int64_t>(part.size());
+    bytes.remove_prefix(part.size());
+  }
+  return good_;
+}
 
 std::unique_ptr<FileReplacement> FileReplacement::Begin(const std::string& path) {
   if (path.find('\0') != std::string::npos) return nullptr;

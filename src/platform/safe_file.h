@@ -10,6 +10,16 @@
 
 namespace zelvane {
 
+/// Asked between the parts of a file while it is written, about a megabyte apart, and before it takes its
+/// place: true breaks the writing off, which then fails as any other does, with the former file standing.
+using WriteStop = std::function<bool()>;
+
+/// Sets what all writing here asks, and gives what it asked before. At first it asks nothing and goes on.
+WriteStop SetWriteStop(WriteStop stop);
+
+/// Whether writing is to stop now: a failure then needs no other reason.
+bool WriteStopped();
+
 /// Writes `content` to a temporary file beside `path`, flushes it to the disk and renames it over `path`.
 ///
 /// False, with the old file untouched and no temporary file left, when any step fails: `path` is a directory,
@@ -39,18 +49,24 @@ class FileReplacement {
 
   /// Writes `bytes` at `position` of the new file. Bytes never written hold 0. After a failure the file can
   /// no longer be committed.
-  virtual bool Write(std::int64_t position, std::string_view bytes) = 0;
+  bool Write(std::int64_t position, std::string_view bytes);
 
   /// Puts the new file in place of the old one; to be called once, as the last. False when this or any write
   /// before it failed; the old file then stands.
   virtual bool Commit() = 0;
+
+ protected:
+  bool good_ = true;  // no step has failed so far
+
+ private:
+  virtual bool WritePart(std::int64_t position, std::string_view bytes) = 0;
 };
 
 /// Appends blocks to the regular file `path`, or makes it; with `head`, which may not be longer than the file
 /// was, that then takes the place of its first bytes.
 ///
-/// False when any step fails; the file then has the length and the head that it had. Refused as by
-/// ReplaceFile.
+/// False when any step fails or writing stops; the file then has the length and the head that it had. Refused
+/// as by ReplaceFile.
 bool AppendToFile(const std::string& path, const NextBlock& nextBlock, std::string_view head = {});
 
 }  // namespace zelvane

@@ -105,6 +105,41 @@ TEST_F(RecordingCommandsTest, AColumnWithoutAnIntervalTakesATypedOne) {
   EXPECT_EQ(ReadWholeFile(folder.File("column.csv")), "time_ms,\n0,-1.5\n0.5,2\n1,3\n");
 }
 
+/// The error stream of a user who presses Ctrl-C as soon as the progress bar of the reading goes away.
+class StopAfterReading : public std::streambuf {
+ public:
+  explicit StopAfterReading(std::atomic<bool>& stop) : stop_(stop) {}
+  std::string seen;
+
+ protected:
+  std::streamsize xsputn(const char* text, std::streamsize count) override {
+    if (seen.ends_with("reading") && std::string_view(text, static_cast<std::size_t>(count)) == "\r\x1b[K")
+      stop_ = true;
+    seen.append(text, static_cast<std::size_t>(count));
+    return count;
+  }
+
+ private:
+  std::atomic<bool>& stop_;
+};
+
+TEST_F(RecordingCommandsTest, AStopWhileTheFileIsWrittenLeavesTheOldOne) {
+  for (const char* name : {"out.abf", "out.csv", "out.atf", "out.asc", "out.stm"}) {
+    const std::string target = folder.File(name);
+    WriteWholeFile(target, "old");
+    stop = false;
+    StopAfterReading terminal(stop);
+    std::ostream shown(&terminal);
+    ConvertOptions options;
+    options.in = source;
+    options.out = target;
+    EXPECT_EQ(ConvertCommand(options, {out_, shown, &stop, true}), JobFailed) << name;
+    EXPECT_TRUE(terminal.seen.ends_with(target + ": stopped; not written\n")) << terminal.seen;
+    EXPECT_EQ(terminal.seen.find("error"), std::string::npos) << terminal.seen;
+    EXPECT_EQ(ReadWholeFile(target), "old");
+  }
+}
+
 TEST_F(RecordingCommandsTest, WhatCannotBeIsRefusedAndWritesNothing) {
   const std::string target = folder.File("out.abf");
   WriteWholeFile(target, "old");

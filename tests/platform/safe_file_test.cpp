@@ -73,6 +73,30 @@ TEST_F(SafeFileTest, RefusesWhatMayNotBeWrittenAndLeavesNothingBehind) {
   EXPECT_EQ(FileCount(), 2U);
 }
 
+TEST_F(SafeFileTest, AStopAtAnyMomentLeavesTheFileAndNothingElse) {
+  const std::string old(100, 'o');
+  const std::string parts(5'000'000, 'n');
+  const auto replace = [&] { return ReplaceFile(path, parts); };
+  const auto append = [&] {
+    int block = 0;
+    return AppendToFile(
+        path, [&] { return std::string_view(parts).substr(0, ++block < 4 ? 1000 : 0); }, "h");
+  };
+  for (const std::function<bool()>& write : {std::function<bool()>(replace), std::function<bool()>(append)}) {
+    int asked = 0;
+    int stopAt = 1;
+    const WriteStop former = SetWriteStop([&] { return ++asked >= stopAt; });
+    for (bool written = false; !written; ++stopAt, asked = 0) {
+      WriteWholeFile(path, old);
+      written = write();
+      EXPECT_EQ(ReadWholeFile(path) == old, !written) << stopAt;
+      EXPECT_EQ(FileCount(), 1U) << stopAt;
+    }
+    SetWriteStop(former);
+    EXPECT_GT(stopAt, 3) << "more than once was asked";
+  }
+}
+
 TEST_F(SafeFileTest, RefusesAReadOnlyFolder) {
   ASSERT_TRUE(ReplaceFile(path, "old"));
   fs::permissions(folder.Path(), fs::perms::owner_read | fs::perms::owner_exec);

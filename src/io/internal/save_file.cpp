@@ -30,9 +30,10 @@ struct Watched {
 };
 
 bool Told(bool good, bool opened, const char* failure, const std::string& path) {
-  if (!good && opened) TellAbout(FileErrorTitle, failure, path);
-  if (!good && !opened) FileErrorPopup(FileOpenFailed);
-  return good;
+  if (good || WriteStopped()) return good;
+  if (opened) TellAbout(FileErrorTitle, failure, path);
+  if (!opened) FileErrorPopup(FileOpenFailed);
+  return false;
 }
 
 }  // namespace
@@ -50,7 +51,7 @@ bool ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string
 }
 
 void TellNotWritten(const std::string& path) {
-  TellAbout(FileErrorTitle, NotWritten, path);
+  if (!WriteStopped()) TellAbout(FileErrorTitle, NotWritten, path);
 }
 
 bool RefuseSourceOfTrace(const std::string& path) {

@@ -1,4 +1,5 @@
-// Writing whole files, with failures told: the texts that the writers of this folder share.
+// Writing whole files, with failures told: the texts that the writers of this folder share. That the user has
+// stopped the writing (WriteStopped) needs no telling.
 #pragma once
 
 #include <string>
