@@ -32,14 +32,6 @@ class ModelFileTest : public PanelTest {
     return path;
   }
 
-  /// Names of all that lies in the test's folder.
-  std::vector<std::string> Files() const {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder.Path()))
-      names.push_back(entry.path().filename().string());
-    return names;
-  }
-
   TemporaryFolder folder;
 };
 
@@ -89,7 +81,7 @@ TEST_F(ModelFileTest, ACancelledDialogDoesNothing) {
   OpenParameterFile();
   SaveParameters();
   EXPECT_EQ(Model.ModelFileName, "former.mod");
-  EXPECT_TRUE(Files().empty());
+  EXPECT_TRUE(folder.Names().empty());
   EXPECT_TRUE(popups.empty());
 }
 
@@ -111,15 +103,13 @@ TEST_F(ModelFileTest, AsksTwiceForANameWhileTheFileCannotBeOpened) {
 }
 
 TEST_F(ModelFileTest, WhatIsNoModelChangesNothingAndAsksNothing) {
-  const std::string path = folder.File("trace.mod");
-  WriteWholeFile(path, "ATF\t1.0\n3\t2\n");
+  const std::string text = folder.Written("trace.mod", "ATF\t1.0\n3\t2\n");
   Model.ModelFileName = "former.mod";
   Model.KOn[1] = 5;
-  EXPECT_FALSE(ModelFileReadNamed(path));
-  EXPECT_FALSE(ModelFileReadNamed(folder.Path().string()));
-  EXPECT_FALSE(ModelFileReadNamed(folder.File("missing.mod")));
-  EXPECT_FALSE(ModelFileReadNamed("/dev/zero"));
-  EXPECT_FALSE(ModelFileReadNamed(""));
+  for (const std::string& path :
+       {text, folder.Path().string(), folder.File("missing.mod"), std::string("/dev/zero"), std::string()}) {
+    EXPECT_FALSE(ModelFileReadNamed(path)) << path;
+  }
   EXPECT_EQ(Model.ModelFileName, "former.mod");
   EXPECT_EQ(Model.KOn[1], 5);
   EXPECT_TRUE(fileRequests.empty());
@@ -127,8 +117,6 @@ TEST_F(ModelFileTest, WhatIsNoModelChangesNothingAndAsksNothing) {
 }
 
 TEST_F(ModelFileTest, AFileOfAnySizeIsReadUpToABound) {
-  std::string text = ModelText();
-  Model.ModelTitle = "before";
   const std::string path = folder.File("huge.mod");
   WriteWholeFile(path, "4ZV\nhuge\n");
   fs::resize_file(path, std::uintmax_t{1} << 36);  // sparse: 64 GB of NUL
@@ -151,7 +139,7 @@ TEST_F(ModelFileTest, AFailedSaveIsToldAndLeavesTheOldFile) {
   }
   EXPECT_EQ(ReadWholeFile(path), before);
   EXPECT_EQ(Model.ModelFileName, "former.mod");
-  EXPECT_EQ(Files(), std::vector<std::string>{"kept.mod"});
+  EXPECT_EQ(folder.Names(), std::vector<std::string>{"kept.mod"});
 }
 
 TEST_F(ModelFileTest, ReadingRebuildsTheStimulusAndShowsTheGridsLabelsOfAnOlderFile) {

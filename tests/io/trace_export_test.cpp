@@ -1,9 +1,5 @@
 #include "io/trace_export.h"
 
-#include <cmath>
-#include <random>
-#include <sstream>
-
 #include "model/model_store.h"
 #include "model_lines.h"
 #include "sim/result_store.h"
@@ -39,23 +35,6 @@ TEST_F(TraceExportTest, WritesEachFormatByItsExtension) {
     EXPECT_FALSE(WriteTraceFile(folder.File(name), samples, 0.01F, "Current pA")) << name;
   }
   EXPECT_FALSE(WriteTraceFile(folder.File("none/a.csv"), samples, 0.01F, "Current pA"));
-}
-
-TEST_F(TraceExportTest, CsvReadsBackToTheBitOverManyBlocks) {
-  std::mt19937 random(5);
-  std::normal_distribution<float> normal(0.0F, 1e3F);
-  std::vector<float> samples(300'000);
-  for (float& sample : samples) sample = normal(random);
-  samples[7] = std::nanf("");
-  const std::string path = folder.File("long.csv");
-  ASSERT_TRUE(WriteTraceFile(path, samples, 0.001F, "Po"));
-  const auto lines = LinesOf(ReadWholeFile(path));
-  ASSERT_EQ(lines.size(), samples.size() + 1);
-  for (std::size_t i = 0; i < samples.size(); ++i) {
-    const float read = std::strtof(lines[i + 1].c_str() + lines[i + 1].find(',') + 1, nullptr);
-    ASSERT_TRUE(read == samples[i] || i == 7) << i;
-  }
-  EXPECT_EQ(lines[8].substr(lines[8].find(',') + 1), "nan");
 }
 
 TEST_F(TraceExportTest, QuotesTheNamesThatNeedIt) {

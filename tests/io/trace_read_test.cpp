@@ -23,23 +23,11 @@
 namespace zelvane {
 namespace {
 
-const std::string Recordings = std::string(ZELVANE_TEST_DATA) + "/recordings/";
 const std::string TwoChannels = Recordings + "derived/float_episodic_2ch.abf";  // 3 episodes of 2000
 const std::string OneChannel = Recordings + "abf2/20101002.abf";                // 3 episodes of 246
 
-std::vector<float> TraceNow() {
-  const auto used = Trace.SimTrace.first(static_cast<std::size_t>(Model.NumPoints));
-  return {used.begin(), used.end()};
-}
-
 class TraceReadTest : public DriveTest {
  protected:
-  std::string Write(const std::string& name, const std::string& bytes) {
-    const std::string path = folder.File(name);
-    WriteWholeFile(path, bytes);
-    return path;
-  }
-
   /// What the program said while a script ran that begins with a readable recording on display.
   std::vector<nlohmann::json> RunAfterReading(const std::string& script) {
     return Run("open " + OneChannel + "\n" + script);
@@ -70,7 +58,7 @@ TEST_F(TraceReadTest, WhatIsNotReadLeavesTheTraceOnDisplay) {
     std::string script;
     nlohmann::json last;
   };
-  const std::string text = Write("a.asc", "1\n2\n3\n");
+  const std::string text = folder.Written("a.asc", "1\n2\n3\n");
   const Case cases[] = {{"choose " + folder.File("none.abf") + "\npress FxnRead\n",
                          Message("! File error", "IO Error 100: FileOpen failed")},
                         {"choose " + folder.Path().string() + "\npress FxnRead\n",
@@ -99,7 +87,7 @@ TEST_F(TraceReadTest, WhatIsNotReadLeavesTheTraceOnDisplay) {
 }
 
 TEST_F(TraceReadTest, UnequalStepsKeepTheSamplesReadAndMakeNoResult) {
-  const std::string path = Write("a.atf", "ATF 1.0\n0 2\nt x\n0 7\n.001 8\n.0025 9\n.003 10\n");
+  const std::string path = folder.Written("a.atf", "ATF 1.0\n0 2\nt x\n0 7\n.001 8\n.0025 9\n.003 10\n");
   const auto lines = RunAfterReading("choose " + path + "\nanswer yes\npress ReadBinaryData\n");
   EXPECT_EQ(lines.back(),
             Message("! Incomaptible format",
@@ -116,13 +104,13 @@ TEST_F(TraceReadTest, AHundredNumbersFillTheTraceButAreNoResult) {
   const auto read = [this](const std::string& path) {
     Run("choose " + path + "\nanswer no\nreply ADInterval 0.5 ok\npress ReadAsciiData\n");
   };
-  read(Write("a.asc", numbers));
+  read(folder.Written("a.asc", numbers));
   EXPECT_EQ(Model.NumPoints, 100);
   EXPECT_EQ(Model.ADInterval, 0.5F);
   EXPECT_EQ(Trace.SimTrace[99], 100.0F);
   EXPECT_EQ(Trace.TraceValid, 0);
   EXPECT_TRUE(GraphNamed("MainPanel").plots.empty());
-  read(Write("b.asc", numbers + "101\n"));
+  read(folder.Written("b.asc", numbers + "101\n"));
   EXPECT_EQ(Trace.TraceValid, 1);
   EXPECT_EQ(GraphNamed("MainPanel").plots.size(), 1U);
 }
@@ -140,12 +128,13 @@ TEST_F(TraceReadTest, EpisodesStepAroundTheEndsWithoutAQuestion) {
 }
 
 TEST_F(TraceReadTest, ATextIsReadAgainAsItsQuestionsWereAnswered) {
-  const std::string table = Write("a.atf", "ATF 1.0\n1 5\n\"SignalsExported=a,b\"\nt x\n0 11 21 12 22\n");
+  const std::string table =
+      folder.Written("a.atf", "ATF 1.0\n1 5\n\"SignalsExported=a,b\"\nt x\n0 11 21 12 22\n");
   const auto lines =
       Run("choose " + table + "\nanswer yes\nreply Signal 2 ok\npress FxnRead\npress FxnNextSection\n");
   EXPECT_EQ(lines.size(), 3U);
   EXPECT_EQ(Trace.SimTrace[0], 22.0F);
-  const std::string column = Write("a.asc", "4\n5\n");
+  const std::string column = folder.Written("a.asc", "4\n5\n");
   Run("choose " + column +
       "\nanswer yes\nanswer no\nreply ADInterval 0.25 ScaleFactor 3 ok\npress FxnRead\nenter ADInterval 7\n");
   TraceReloadEpisode();
@@ -325,7 +314,7 @@ TEST_F(TraceReadTest, TheProgramsOwnLayoutIsReadAsFarAsItReaches) {
        {Case{2, 5, 0.25F, 10, 10, 0.25F}, Case{2, 5, 0.25F, 7, 7, 0.25F}, Case{2, 5, 0.25F, 12, 10, 0.25F},
         Case{2'000'000'000, 2'000'000'000, 0.25F, 9, 9, 0.25F}, Case{1, 3, std::nanf(""), 3, 3, 0.01F},
         Case{1, 3, 0.0F, 3, 3, 0.01F}, Case{1, -3, 1.0F, 3, 0, 0.01F}, Case{1, 3, 1.0F, 0, 0, 0.01F}}) {
-    const std::string path = Write("a.obf", Obf(c.runs, c.points, c.interval, c.samples));
+    const std::string path = folder.Written("a.obf", Obf(c.runs, c.points, c.interval, c.samples));
     const auto lines = Run("open " + path + "\n");
     EXPECT_EQ(lines[0],
               Message("Read Binary", path + " is not a valid ABF file\nProceeding to read binary (NOT ABF)"));
@@ -335,7 +324,7 @@ TEST_F(TraceReadTest, TheProgramsOwnLayoutIsReadAsFarAsItReaches) {
     EXPECT_EQ(Trace.SimTrace[0], c.read > 0 ? 0.5F : 0.0F);
     EXPECT_EQ(Trace.SimTrace[static_cast<std::size_t>(c.read)], 0.0F);
   }
-  Run("open " + Write("short.obf", Obf(1, 3, 1.0F, 3).substr(0, 40)) + "\n");
+  Run("open " + folder.Written("short.obf", Obf(1, 3, 1.0F, 3).substr(0, 40)) + "\n");
   EXPECT_EQ(Trace.TraceValid, 0);
 }
 
@@ -379,7 +368,8 @@ TEST_F(TraceReadTest, TheDirectReaderRefusesWhatIsNoAbf1) {
   std::vector<float> destination(10'000);
   for (const Case& c :
        {Case{folder.File("none"), "IO Error 100: FileOpen failed"},
-        Case{Write("a", "XBF"), "IO Error 103: Wrong File Format"}, Case{OneChannel, " Invalid ABF file."},
+        Case{folder.Written("a", "XBF"), "IO Error 103: Wrong File Format"},
+        Case{OneChannel, " Invalid ABF file."},
         Case{Recordings + "broken/abf1_version_nan.abf", " Invalid ABF file."},
         Case{Recordings + "broken/abf1_channels_30000.abf", " Invalid ABF file."},
         Case{Recordings + "broken/abf1_block_max.abf", "abf1_block_max.abf holds no samples."}}) {

@@ -16,8 +16,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string Recordings = std::string(ZELVANE_TEST_DATA) + "/recordings/";
-
 struct Opened {
   AbfHandle file;
   AbfHeader header;
@@ -102,45 +100,13 @@ TEST(AbfHostile, SmallRecordingsCutOrChangedAnywhere) {
   EXPECT_GE(recordings, 9);
 }
 
-/// Samples of all channels that are truly in each damaged file; 0 for one to be refused.
-const std::map<std::string, std::int64_t> SamplesOfBroken = {
-    {"zero_length.abf", 0},
-    {"three_bytes.abf", 0},
-    {"abf1_header_200.abf", 0},
-    {"abf1_header_1000.abf", 0},
-    {"abf1_header_only.abf", 0},
-    {"abf1_data_60pc.abf", 600},
-    {"abf1_data_odd.abf", 601},
-    {"wrong_magic.abf", 0},
-    {"abf1_version_9.abf", 0},
-    {"abf1_version_nan.abf", 0},
-    {"abf1_channels_30000.abf", 0},
-    {"abf1_channels_minus5.abf", 0},
-    {"abf1_block_max.abf", 0},
-    {"abf1_block_minus1.abf", 0},
-    {"abf1_samples_max.abf", 1000},
-    {"abf1_samples_minus.abf", 1000},
-    {"abf1_episodes_max.abf", 1000},
-    {"abf1_interval_zero.abf", 0},
-    {"abf1_interval_nan.abf", 0},
-    {"abf1_gain_zero.abf", 1000},
-    {"abf1_resolution_zero.abf", 1000},
-    {"abf1_sequence_99.abf", 0},
-    {"abf1_sequence_minus1.abf", 0},
-    {"abf1_format_7.abf", 0},
-    {"abf1_synch_negative.abf", 1000},
-    {"abf1_synch_far.abf", 1000},
-    {"abf2_table_100.abf", 0},
-    {"abf2_adc_100000.abf", 0},
-    {"abf2_adc_block_far.abf", 0},
-    {"abf2_protocol_zero.abf", 0},
-    {"abf2_data_size_0.abf", 0},
-    {"abf2_data_count_huge.abf", 738},
-    {"abf2_data_count_neg.abf", 0},
-    {"abf2_string_index.abf", 738},
-    {"abf2_strings_none.abf", 738},
-    {"abf2_data_cut.abf", 369},
-};
+/// Samples of all channels that are truly in the damaged files that can be read; the others are refused.
+const std::map<std::string, std::int64_t> SamplesHeld = {
+    {"abf1_data_60pc.abf", 600},        {"abf1_data_odd.abf", 601},        {"abf1_samples_max.abf", 1000},
+    {"abf1_samples_minus.abf", 1000},   {"abf1_episodes_max.abf", 1000},   {"abf1_gain_zero.abf", 1000},
+    {"abf1_resolution_zero.abf", 1000}, {"abf1_synch_negative.abf", 1000}, {"abf1_synch_far.abf", 1000},
+    {"abf2_data_count_huge.abf", 738},  {"abf2_string_index.abf", 738},    {"abf2_strings_none.abf", 738},
+    {"abf2_data_cut.abf", 369}};
 
 TEST(AbfHostile, DamagedFilesAreRefusedOrGiveWhatTheyHold) {
   std::size_t files = 0;
@@ -149,14 +115,16 @@ TEST(AbfHostile, DamagedFilesAreRefusedOrGiveWhatTheyHold) {
     const std::string name = entry.path().filename().string();
     SCOPED_TRACE(name);
     const Opened opened = OpenPath(entry.path().string());
-    ASSERT_TRUE(SamplesOfBroken.contains(name));
-    EXPECT_EQ(opened.file == nullptr ? 0 : opened.header.acquisitionLength, SamplesOfBroken.at(name))
-        << opened.why;
-    if (opened.file == nullptr) ExpectOneSentence(opened.why);
+    ASSERT_EQ(opened.file != nullptr, SamplesHeld.contains(name)) << opened.why;
+    if (opened.file == nullptr) {
+      ExpectOneSentence(opened.why);
+    } else {
+      EXPECT_EQ(opened.header.acquisitionLength, SamplesHeld.at(name));
+    }
     ASSERT_NO_FATAL_FAILURE(ExpectRefusedOrWhole(opened, entry.file_size()));
     ++files;
   }
-  EXPECT_EQ(files, SamplesOfBroken.size());
+  EXPECT_EQ(files, 36U);
 }
 
 TEST(AbfHostile, WhatIsNoReadableFileIsRefused) {

@@ -1,12 +1,10 @@
 // Files written here: read back by this program, and byte by byte.
-#include <sys/resource.h>
-
 #include <cmath>
-#include <csignal>
 #include <vector>
 
 #include "platform/abf/abf.h"
 #include "platform/abf/byte_source.h"
+#include "support/small_disk.h"
 #include "support/store_test.h"
 
 namespace zelvane {
@@ -142,21 +140,13 @@ TEST_F(AbfWrite, TheOldFileStandsUntilTheNewOneIsClosed) {
 
 TEST_F(AbfWrite, AFullDiskLeavesTheOldFile) {
   WriteWholeFile(path, "old");
-  // A limit on the size of files fails a write as a full disk does.
-  rlimit former{};
-  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &former), 0);
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit limit{1 << 16, former.rlim_max};
-  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-  AbfWriteHandle writer = OldABF_OpenWrite(path, header);
-  const bool begun = writer != nullptr && OldABF_WriteRawSweep(*writer, Wave(1000, 1.0F));
-  const bool written = begun && OldABF_WriteRawSweep(*writer, Wave(100'000, 1.0F));
-  const bool closed = OldABF_Close(writer);
-  ::setrlimit(RLIMIT_FSIZE, &former);
-  std::signal(SIGXFSZ, handler);
-  EXPECT_TRUE(begun);
-  EXPECT_FALSE(written);
-  EXPECT_FALSE(closed) << "although its last steps would have had room";
+  {
+    const SmallDisk disk(1 << 16);
+    AbfWriteHandle writer = OldABF_OpenWrite(path, header);
+    ASSERT_TRUE(writer != nullptr && OldABF_WriteRawSweep(*writer, Wave(1000, 1.0F)));
+    EXPECT_FALSE(OldABF_WriteRawSweep(*writer, Wave(100'000, 1.0F)));
+    EXPECT_FALSE(OldABF_Close(writer)) << "although its last steps would have had room";
+  }
   EXPECT_EQ(ReadWholeFile(path), "old");
 }
 

@@ -3,6 +3,8 @@
 #include <sstream>
 
 #include "headless/drive.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
 
 namespace zelvane {
 
@@ -18,6 +20,11 @@ std::vector<nlohmann::json> Drive(const std::string& script, const std::string& 
   std::istringstream lines(out.str());
   for (std::string line; std::getline(lines, line);) objects.push_back(nlohmann::json::parse(line));
   return objects;
+}
+
+std::vector<float> DriveTest::TraceNow() {
+  const auto used = Trace.SimTrace.first(static_cast<std::size_t>(Model.NumPoints));
+  return {used.begin(), used.end()};
 }
 
 }  // namespace zelvane

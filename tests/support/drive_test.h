@@ -26,6 +26,9 @@ class DriveTest : public StoreTest {
     return lines.back().at("value");
   }
 
+  /// The points of the trace on display.
+  static std::vector<float> TraceNow();
+
   TemporaryFolder folder;
   int status = 0;
 };

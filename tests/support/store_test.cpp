@@ -68,6 +68,18 @@ std::string TemporaryFolder::File(std::string_view name) const {
   return (path_ / name).string();
 }
 
+std::string TemporaryFolder::Written(std::string_view name, std::string_view content) const {
+  WriteWholeFile(File(name), content);
+  return File(name);
+}
+
+std::vector<std::string> TemporaryFolder::Names() const {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(path_))
+    names.push_back(entry.path().filename().string());
+  return names;
+}
+
 std::string ReadWholeFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   EXPECT_TRUE(in.good()) << path;

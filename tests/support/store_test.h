@@ -61,9 +61,18 @@ class TemporaryFolder {
   std::string File(std::string_view name) const;
   const std::filesystem::path& Path() const { return path_; }
 
+  /// Writes a file and gives its path.
+  std::string Written(std::string_view name, std::string_view content) const;
+
+  /// Names of all that lies in the folder.
+  std::vector<std::string> Names() const;
+
  private:
   std::filesystem::path path_;
 };
+
+/// Recordings of other programs, intact and damaged ones.
+inline const std::string Recordings = std::string(ZELVANE_TEST_DATA) + "/recordings/";
 
 /// The bytes of a file; a test failure when it cannot be read.
 std::string ReadWholeFile(const std::string& path);
