@@ -1,9 +1,12 @@
 // AnalysisPanel as a user presses it, with recordings that other programs made.
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "analysis/analysis_store.h"
+#include "analysis/results_files.h"
+#include "analysis/results_table.h"
 #include "headless/measure_command.h"
 #include "io/trace_store.h"
 #include "screen/screen.h"
@@ -12,14 +15,11 @@
 namespace zelvane {
 namespace {
 
-const std::string Steps = std::string(ZELVANE_TEST_DATA) + "/recordings/abf2/18702001-step.abf";
+const std::string Steps = Recordings + "abf2/18702001-step.abf";
 
 class AnalysisPanelTest : public DriveTest {
  protected:
-  AnalysisPanelTest() {
-    std::ifstream in(Steps, std::ios::binary);
-    std::ofstream(recording, std::ios::binary) << in.rdbuf();
-  }
+  AnalysisPanelTest() { std::filesystem::copy_file(Steps, recording); }
   std::string Opened(const std::string& rest) {
     return "reply ok\nopen \"" + recording + "\"\npress Analysis\nenter FitMode 0\nenter BaselinePts 10\n" +
            "enter StartAnalysis 20\nenter PeakSearchPts 200\n" + rest;
@@ -29,42 +29,25 @@ class AnalysisPanelTest : public DriveTest {
 
 TEST_F(AnalysisPanelTest, AnalyzeAllGivesTheRowsOfTheCommandLine) {
   Run(Opened("press AN_AutoAnalyzeButton\n"));
-  const int rows = Analysis.TableRow - 1;
-  ASSERT_GT(rows, 1);
-  EXPECT_EQ(rows, Trace.EpisodeCount);
   EXPECT_EQ(Trace.EpisodeIndex, 1);
-  const std::vector<AnalysisRow> panel(Analysis.Rows.begin() + 1, Analysis.Rows.begin() + 1 + rows);
+  const std::string panel = TableCsv(FilledRows());
+  EXPECT_EQ(std::count(panel.begin(), panel.end(), '\n'), 1 + Trace.EpisodeCount);
   MeasureOptions options;
   options.file = recording;
   options.settings = {"FitMode=0", "StartAnalysis=20"};
   options.settings.push_back("BaselinePts=" + std::to_string(Analysis.BaselinePts));
   options.settings.push_back("PeakSearchPts=" + std::to_string(Analysis.PeakSearchPts));
-  options.json = true;
   std::ostringstream out;
   std::ostringstream err;
   ASSERT_EQ(MeasureCommand(options, {out, err}), JobDone) << err.str();
-  const auto json = nlohmann::json::parse(out.str());
-  ASSERT_EQ(json["rows"].size(), panel.size());
-  for (std::size_t i = 0; i < panel.size(); ++i) {
-    const auto& row = json["rows"][i];
-    EXPECT_EQ(row["Base"].get<float>(), panel[i].value[4]) << i;
-    EXPECT_EQ(row["Amp"].get<float>(), panel[i].value[5]) << i;
-    EXPECT_EQ(row["Risetime"].is_null(), !panel[i].measured[6]) << i;
-    if (panel[i].measured[6]) {
-      EXPECT_EQ(row["Risetime"].get<float>(), panel[i].value[6]) << i;
-    }
-    EXPECT_EQ(row["Integral"].get<float>(), panel[i].value[15]) << i;
-  }
+  EXPECT_EQ(out.str(), panel);
 }
 
-TEST_F(AnalysisPanelTest, TheStopSwitchActsBeforeTheNextEpisode) {
+TEST_F(AnalysisPanelTest, AWalkThroughTheEpisodesEndsAtTheStopSwitchOrTheLastEpisode) {
   const auto lines = Run(Opened("during 3 press FxnStopAn\npress AN_AutoAnalyzeButton\nget TableRow\n"));
   EXPECT_EQ(LastValue(lines), 3) << "two episodes were measured";
-}
-
-TEST_F(AnalysisPanelTest, AnalyzeNextStopsAtTheEndWithoutWrapping) {
-  const auto lines = Run(Opened("key AnalysisPanel End\nget EpisodeIndex\npress AN_AnalyzeNextButton\n"));
-  EXPECT_EQ(lines.back()["text"], "You have reached the end of the file.");
+  const auto last = Run(Opened("key AnalysisPanel End\nget EpisodeIndex\npress AN_AnalyzeNextButton\n"));
+  EXPECT_EQ(last.back()["text"], "You have reached the end of the file.");
   EXPECT_EQ(Trace.EpisodeIndex, Trace.EpisodeCount);
   EXPECT_EQ(Analysis.TableRow, 1);
 }

@@ -13,7 +13,7 @@ namespace {
 
 // A cell under voltage clamp: the membrane is charged inward at 700 ms and outward at 800 ms, each with a
 // rise of some 0.2 ms and a decay of some 15 ms.
-const std::string EvokedCurrents = std::string(ZELVANE_TEST_DATA) + "/recordings/abf1/130618-1-12.abf";
+const std::string EvokedCurrents = Recordings + "abf1/130618-1-12.abf";
 
 /// Settings of one response: samples, not times.
 struct Stretches {

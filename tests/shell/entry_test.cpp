@@ -18,10 +18,8 @@ TEST_F(EntryTest, ATypedNumberIsReadInTheUnitOfItsControl) {
 }
 
 TEST_F(EntryTest, ARefusedTextChangesNeitherControlNorStore) {
-  for (const char* text : {"", " ", "x", "1.000,5", "nan", "inf", "5 kg"}) {
-    SCOPED_TRACE(text);
-    EXPECT_NE(CheckTyped(ControlNamed("KOn[1]"), text), "");
-    EXPECT_NE(EnterTyped(ControlNamed("KOn[1]"), text), "");
+  for (const char* text : {"", "1.000,5", "nan", "inf"}) {
+    EXPECT_NE(EnterTyped(ControlNamed("KOn[1]"), text), "") << text;
     EXPECT_EQ(ControlNamed("KOn[1]").number, 0.0);
   }
   EXPECT_NE(CheckTyped(ControlNamed("NumPoints"), "1.5"), "");  // a count
@@ -36,36 +34,18 @@ TEST_F(EntryTest, NothingIsTypedWhileARunIsInProgress) {
             "a run is in progress");
 }
 
-TEST(CompactNumber, KeepsNoPaddingInTheExponent) {
+TEST(ShortNumbers, OrdinaryRatesHaveNoExponentAndOthersNoPaddingInIt) {
   struct Case {
     double value;
-    const char* text;
+    const char *compact, *rate;
   };
-  for (const Case& c : {Case{4.59e6, "4.59e6"},
-                        {880.0, "880"},
-                        {1.5e-12, "1.5e-12"},
-                        {-2e-5, "-2e-5"},
-                        {0.0, "0"},
-                        {1e100, "1e100"},
-                        {12345.6, "1.235e4"}}) {
-    EXPECT_EQ(CompactNumber(c.value), c.text);
-  }
-}
-
-TEST(RateText, ShowsOrdinaryRatesWithoutAnExponent) {
-  struct Case {
-    double value;
-    const char* text;
-  };
-  for (const Case& c : {Case{0.0, "0"},
-                        {0.7271, "0.7271"},
-                        {12224.4, "12224"},
-                        {9999.9, "10000"},
-                        {123456.0, "1.23e5"},
-                        {4.59e6, "4.59e6"},
-                        {0.001234, "0.00123"},
-                        {1.234e-5, "1.23e-5"}}) {
-    EXPECT_EQ(RateText(c.value), c.text);
+  for (const Case& c : {Case{0.0, "0", "0"}, Case{880.0, "880", "880"}, Case{0.7271, "0.7271", "0.7271"},
+                        Case{12345.6, "1.235e4", "12346"}, Case{9999.9, "1e4", "10000"},
+                        Case{123456.0, "1.235e5", "1.23e5"}, Case{4.59e6, "4.59e6", "4.59e6"},
+                        Case{0.001234, "0.001234", "0.00123"}, Case{-2e-5, "-2e-5", "-2e-5"},
+                        Case{1.234e-5, "1.234e-5", "1.23e-5"}, Case{1e100, "1e100", "1e100"}}) {
+    EXPECT_EQ(CompactNumber(c.value), c.compact);
+    EXPECT_EQ(RateText(c.value), c.rate);
   }
 }
 
