@@ -41,16 +41,14 @@ class StimulusFileTest : public PanelTest {
   }
 
   std::string Made(float interval, int samples, std::size_t cut = std::string::npos) {
-    WriteWholeFile(folder.File("a.stm"), FileBytes(interval, samples).substr(0, cut));
-    return folder.File("a.stm");
+    return folder.Written("a.stm", FileBytes(interval, samples).substr(0, cut));
   }
 
   /// A short file that claims another number of samples than it holds.
   std::string Claiming(float interval, int samples) {
     std::string bytes = FileBytes(interval, 1);
     std::memcpy(bytes.data() + 4, &samples, 4);
-    WriteWholeFile(folder.File("a.stm"), bytes);
-    return folder.File("a.stm");
+    return folder.Written("a.stm", bytes);
   }
 
   TemporaryFolder folder;
@@ -93,12 +91,21 @@ TEST_F(StimulusFileTest, AReadFileDrivesTheModelAndProposesItsIntervalAndLength)
   EXPECT_EQ(GraphNamed("StimulusPanel").plots.front().step, 0.5);
 }
 
-TEST_F(StimulusFileTest, ARefusedQuestionKeepsIntervalAndLength) {
-  EXPECT_TRUE(StimFileRead(Made(0.5F, 200)));
-  EXPECT_EQ(popups.size(), 2U);
-  EXPECT_EQ(Model.ADInterval, 0.01F);
-  EXPECT_EQ(Model.NumPoints, 10240);
-  EXPECT_EQ(Stimulus.Profile[1][7], 107.0F);
+TEST_F(StimulusFileTest, IntervalAndLengthStayWhereTheUserRefusesOrAScriptCannotBeAsked) {
+  const std::vector<SeenPopup> told = {
+      {"!",
+       "Current time interval (0.010000 ms) does not match stimulus interval "
+       "(0.500000 ms); original time interval used?"}};
+  for (const bool script : {false, true}) {
+    Stimulus.ScriptRunning = script ? 1 : 0;
+    popups.clear();
+    EXPECT_TRUE(StimFileRead(Made(0.5F, 200)));
+    EXPECT_EQ(popups.size(), script ? 1U : 2U);
+    EXPECT_EQ(popups == told, script);
+    EXPECT_EQ(Model.ADInterval, 0.01F);
+    EXPECT_EQ(Model.NumPoints, 10240);
+    EXPECT_EQ(Stimulus.Profile[1][7], 107.0F);
+  }
 }
 
 TEST_F(StimulusFileTest, AnIntervalIsHeldToItsLimits) {
@@ -107,17 +114,6 @@ TEST_F(StimulusFileTest, AnIntervalIsHeldToItsLimits) {
     EXPECT_TRUE(StimFileRead(Made(inFile, 4)));
     EXPECT_EQ(Model.ADInterval, taken);
   }
-}
-
-TEST_F(StimulusFileTest, AfterAScriptTheIntervalIsToldAndNothingIsAsked) {
-  Stimulus.ScriptRunning = 1;
-  EXPECT_TRUE(StimFileRead(Made(0.5F, 200)));
-  EXPECT_EQ(popups,
-            (std::vector<SeenPopup>{
-                {"!",
-                 "Current time interval (0.010000 ms) does not match stimulus interval (0.500000 ms); "
-                 "original time interval used?"}}));
-  EXPECT_EQ(Model.NumPoints, 10240);
 }
 
 TEST_F(StimulusFileTest, WhatAShortFileLacksIsZeroAndNotTold) {

@@ -67,8 +67,6 @@ TEST(ButterworthTest, TheBandPassHasBothCornersAndBothSlopes) {
       const double gain = 1.0 / std::sqrt(1.0 + std::pow(q, 16));
       EXPECT_NEAR(GainOf(response, hz), gain, 1e-5 * gain + 1e-12) << band.low << " to " << band.high;
     }
-    EXPECT_NEAR(GainOf(response, band.low), std::numbers::sqrt2 / 2.0, 1e-5);
-    EXPECT_NEAR(GainOf(response, band.high), std::numbers::sqrt2 / 2.0, 1e-5);
   }
 }
 

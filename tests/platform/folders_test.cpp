@@ -28,30 +28,25 @@ class Environment {
   std::optional<std::string> former_;
 };
 
-TEST(Folders, ABuildTreeFindsTheDataOfItsSources) {
+TEST(Folders, ABuildTreeFindsTheDataOfItsSourcesUnlessTheEnvironmentNamesAnotherFolder) {
   const Environment none("ZELVANE_DATA_DIR", nullptr);
   EXPECT_TRUE(std::filesystem::equivalent(ProgramDataFolder(), ZELVANE_DATA)) << ProgramDataFolder();
-}
-
-TEST(Folders, TheEnvironmentNamesAnotherDataFolder) {
   const Environment other("ZELVANE_DATA_DIR", "/some/where");
   EXPECT_EQ(ProgramDataFolder(), "/some/where");
 }
 
 TEST(Folders, TheUsersFolderFollowsTheDesktopsConvention) {
 #if defined(__linux__)
-  const Environment home("HOME", "/home/someone");
-  {
-    const Environment config("XDG_CONFIG_HOME", "/conf");
-    EXPECT_EQ(UserConfigFolder(), "/conf/zelvane");
+  struct Case {
+    const char *configHome, *home, *folder;
+  };
+  for (const Case& c :
+       {Case{"/conf", "/home/someone", "/conf/zelvane"},
+        Case{"conf", "/home/someone", "/home/someone/.config/zelvane"}, Case{nullptr, nullptr, ""}}) {
+    const Environment config("XDG_CONFIG_HOME", c.configHome);
+    const Environment home("HOME", c.home);
+    EXPECT_EQ(UserConfigFolder(), c.folder);
   }
-  {
-    const Environment relative("XDG_CONFIG_HOME", "conf");
-    EXPECT_EQ(UserConfigFolder(), "/home/someone/.config/zelvane");
-  }
-  const Environment config("XDG_CONFIG_HOME", nullptr);
-  const Environment homeless("HOME", nullptr);
-  EXPECT_EQ(UserConfigFolder(), "");
 #else
   GTEST_SKIP() << "another system's convention";
 #endif

