@@ -23,7 +23,7 @@ struct Stretches {
 
 constexpr double RiseFrom = 0.2;
 constexpr double RiseTo = 0.8;
-constexpr double Decayed = 0.5;
+constexpr double Decayed = 0.4;
 constexpr double LatencyTo = 0.1;
 
 /// The definitions read aloud, without regard to cost.
@@ -131,7 +131,7 @@ class RecordedResponseTest : public DriveTest, public testing::WithParamInterfac
 
 TEST_P(RecordedResponseTest, EveryMeasureOfEverySweepIsThatOfItsDefinition) {
   Run("open \"" + EvokedCurrents + "\"\npress Analysis\nenter FitMode 0\n" + GetParam().settings +
-      "enter RiseStartFrac 0.2\nenter RiseEndFrac 0.8\nenter FracDecay 0.5\nenter AnalysisFitPts 250\n"
+      "enter RiseStartFrac 0.2\nenter RiseEndFrac 0.8\nenter FracDecay 0.4\nenter AnalysisFitPts 250\n"
       "enter AnalysisParse 10\npress AN_AutoAnalyzeButton\n");
   ASSERT_EQ(Analysis.TableRow, 4);
   for (int sweep = 1; sweep <= 3; ++sweep) {
