@@ -113,11 +113,6 @@ TEST_F(GraphWidgetTest, ADisabledCursorCannotBeGrabbed) {
   EXPECT_NEAR(graph->x.min, 250.0, 1.0);  // a pan
 }
 
-TEST_F(GraphWidgetTest, TheReadoutTellsCursorsAndDifferences) {
-  const auto* readout = widget->findChild<QLabel*>();
-  EXPECT_EQ(readout->text().toStdString(), "1: 200 ms, 0.5    2: 600 ms, 0.5    \u0394: 400 ms, 0");
-}
-
 TEST_F(GraphWidgetTest, AStripZoomsToTheStretchDraggedOver) {
   QWidget* strip = Child("xStrip");
   ASSERT_EQ(strip->width(), Area().width());

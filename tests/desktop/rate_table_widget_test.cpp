@@ -130,6 +130,8 @@ TEST_F(RateTableViewTest, DeleteSetsTheSelectionToZero) {
 
 TEST_F(RateTableViewTest, TheMarkAndTheKeyOpenTheDependence) {
   const QRect cell = Table().visualRect(Cell(1, 2));
+  EXPECT_EQ(Cell(1, 2).data(RateTableModel::DependenceRole), "glycine");
+  EXPECT_EQ(Cell(2, 1).data(RateTableModel::DependenceRole), "");
   QTest::mouseClick(Table().viewport(), Qt::LeftButton, {}, cell.center() + QPoint(10, 0));
   Settle();
   EXPECT_FALSE(PanelVisible("DependencePanel"));
@@ -140,11 +142,6 @@ TEST_F(RateTableViewTest, TheMarkAndTheKeyOpenTheDependence) {
   Select(13, 19);
   QTest::keyClick(&Table(), Qt::Key_D, Qt::ControlModifier);
   EXPECT_EQ(ControlNamed("DependCode").number, 1319.0);
-}
-
-TEST_F(RateTableViewTest, CellsTellWhatTheyDependOn) {
-  EXPECT_EQ(Cell(1, 2).data(RateTableModel::DependenceRole), "glycine");
-  EXPECT_EQ(Cell(2, 1).data(RateTableModel::DependenceRole), "");
 }
 
 TEST_F(RateTableViewTest, ADoubleClickOnAHeaderEditsTheLabel) {

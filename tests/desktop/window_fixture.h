@@ -36,22 +36,10 @@ class WindowTest : public StoreTest {
 
   void open() {
     FrontEnd shown = frontEnd.functions();
-    shown.message = [this](std::string_view title, std::string_view text) {
-      popups.push_back({std::string(title), std::string(text)});
-    };
-    shown.confirm = [this](std::string_view, std::string_view) {
-      const bool answer = !answers.empty() && answers.front();
-      if (!answers.empty()) answers.pop_front();
-      return answer;
-    };
-    shown.files = [this](const FileRequest&) {
-      std::vector<std::string> chosen;
-      if (!choices.empty()) {
-        chosen.push_back(choices.front());
-        choices.pop_front();
-      }
-      return chosen;
-    };
+    const FrontEnd recorder = SetFrontEnd({});
+    shown.message = recorder.message;
+    shown.confirm = recorder.confirm;
+    shown.files = recorder.files;
     shown.quit = [this] { quit = true; };
     SetFrontEnd(shown);
     StartApplication(options());

@@ -39,33 +39,22 @@ struct RowOfFile {
 
 TEST_F(ModelTextTest, WritesTheNinetySixRowsOfTheNewestFormatAtTheirLines) {
   Model.ModelTitle = "A title";
-  Model.StateOn[1] = 1;
-  Model.StateMonitored[1] = 1;
-  Model.StateConductance[1] = 12.5F;
-  Model.StartOccupancy[1] = 0.25F;
-  Model.DrugLabel[1] = "glutamate";
-  Model.KOn[1] = 4.6e6;
-  Model.KOff[1] = 4260;
-  Model.Depend.Drug[2][1][2] = 1;
-  Model.Depend.Volt[1][2] = 2;
-  Model.Depend.Steepness[1][2] = 1.5F;
-  Model.Depend.Range[1][2] = 25;
-  Model.Depend.Drug[6][2][1] = 1;
-  Model.Depend.Steepness[2][1] = -1.5F;
-  Model.Depend.Range[2][1] = 26;
-  Model.StateConductance[0] = 7;
-  Model.TableRate[1][1] = 0.5F;
-  Model.TableDepend.Drug[3][1][1] = 1;
-  Model.TableDepend.Volt[1][1] = 1;
-  Model.TableDepend.Steepness[1][1] = 2;
-  Model.TableDepend.Range[1][1] = 3;
-  Model.StateLabel[1] = "C0";
-  Analysis.AnalysisDisplay = {0, 0, 1, 0};
-  Fit.AnalysisFitLimits[1] = {1, 10};
-  Fit.SpecFitLimits[1] = {2, 20};
-  Fit.AnalysisFitFixed[1] = 1;
-  Fit.AnalysisFitSeed[1] = 0.75;
-  Stimulus.MultiStimTable[0][0] = 0.001F;
+  SetFieldText(FindField("DrugLabel[1]"), "glutamate");
+  SetFieldText(FindField("StateLabel[1]"), "C0");
+  // clang-format off
+  for (const auto& [name, value] : {
+      std::pair{"StateOn[1]", 1.0}, {"StateMonitored[1]", 1}, {"StateConductance[0]", 7},
+      {"StateConductance[1]", 12.5}, {"StartOccupancy[1]", 0.25}, {"KOn[1]", 4.6e6}, {"KOff[1]", 4260},
+      {"DrugDepend[2][1][2]", 1}, {"VoltDepend[1][2]", 2}, {"VoltSteepness[1][2]", 1.5}, {"VoltRange[1][2]", 25},
+      {"DrugDepend[6][2][1]", 1}, {"VoltSteepness[2][1]", -1.5}, {"VoltRange[2][1]", 26},
+      {"TableRate[1][1]", 0.5}, {"TableDrugDepend[3][1][1]", 1}, {"TableVoltDepend[1][1]", 1},
+      {"TableVoltSteepness[1][1]", 2}, {"TableVoltRange[1][1]", 3}, {"AnalysisDisplay[2]", 1},
+      {"AnalysisFitLimits[1].lo", 1}, {"AnalysisFitLimits[1].hi", 10}, {"SpecFitLimits[1].lo", 2},
+      {"SpecFitLimits[1].hi", 20}, {"AnalysisFitFixed[1]", 1}, {"AnalysisFitSeed[1]", 0.75},
+      {"MultiStimTable[0][0]", 0.001}}) {
+    SetFieldNumber(FindField(name), value);
+  }
+  // clang-format on
 
   const auto fifteenTimes = [](const std::string& value) {
     std::string row = value;

@@ -8,29 +8,11 @@
 #include "shell/stores.h"
 #include "shell/undo.h"
 #include "stimulus/stimulus_store.h"
+#include "support/store_digest.h"
 #include "support/store_test.h"
 
 namespace zelvane {
 namespace {
-
-/// The element of a field whose indices are all the first, or all the last.
-std::byte* EndOf(const Field& field, int FieldIndex::*end) {
-  std::byte* element = field.base;
-  for (std::size_t k = 0; k < static_cast<std::size_t>(field.rank); ++k) {
-    element += field.index[k].step * field.index[k].*end;
-  }
-  return element;
-}
-
-/// Both ends of every field of the registry, as one text.
-std::string StoreDigest() {
-  std::string digest;
-  for (const auto& [name, field] : AllFields()) {
-    digest += name + '=' + FieldText({&field, EndOf(field, &FieldIndex::first)}) + ' ' +
-              FieldText({&field, EndOf(field, &FieldIndex::last)}) + '\n';
-  }
-  return digest;
-}
 
 class ApplicationTest : public StoreTest {
  protected:
@@ -83,7 +65,7 @@ TEST_F(ApplicationTest, EachTableOfFitLimitsHasItsDefaultsAfterStart) {
 
 TEST_F(ApplicationTest, ResetBringsEveryFieldBack) {
   const std::string before = StoreDigest();
-  for (const auto& [name, field] : AllFields()) SetFieldText({&field, EndOf(field, &FieldIndex::last)}, "77");
+  for (const auto& [name, field] : AllFields()) SetFieldText(EndOf(field, &FieldIndex::last), "77");
   EXPECT_NE(StoreDigest(), before);
   ResetStores();
   EXPECT_EQ(StoreDigest(), before);

@@ -1,0 +1,34 @@
+// The state of the whole program as one text.
+#pragma once
+
+#include <algorithm>
+#include <string>
+
+#include "screen/fields.h"
+
+namespace zelvane {
+
+/// The element of a field whose indices are all the first, or all the last.
+inline FieldRef EndOf(const Field& field, int FieldIndex::*end) {
+  std::byte* element = field.base;
+  for (std::size_t k = 0; k < static_cast<std::size_t>(field.rank); ++k)
+    element += field.index[k].step * field.index[k].*end;
+  return {&field, element};
+}
+
+/// Every field of the registry: its last element, and up to 200 along its last index from the first one.
+inline std::string StoreDigest() {
+  std::string digest;
+  for (const auto& [name, field] : AllFields()) {
+    digest += name + '=' + FieldText(EndOf(field, &FieldIndex::last));
+    const FieldIndex run =
+        field.rank > 0 ? field.index[static_cast<std::size_t>(field.rank) - 1] : FieldIndex{};
+    const FieldRef first = EndOf(field, &FieldIndex::first);
+    for (int i = 0; i <= std::min(run.last - run.first, 200); ++i)
+      digest += ' ' + FieldText({&field, first.address + run.step * i});
+    digest += '\n';
+  }
+  return digest;
+}
+
+}  // namespace zelvane
