@@ -8,6 +8,7 @@
 #include "model_lines.h"
 #include "screen/screen.h"
 #include "stimulus/stimulus_store.h"
+#include "support/pressing.h"
 #include "support/store_test.h"
 
 namespace zelvane {
@@ -38,10 +39,7 @@ class ModelFileTest : public PanelTest {
 TEST_F(ModelFileTest, TheMenuReadsTheChosenFileAndShowsItOnEveryPanel) {
   const std::string path = WriteModel("two.mod");
   choices = {path};
-  MenuItem* item = FindMenu("OpenParameterFile");
-  ASSERT_NE(item, nullptr);
-  EXPECT_EQ(item->shortcut, "Ctrl+O");
-  EXPECT_EQ(PressMenu(*item), "");
+  PressCommand("OpenParameterFile");
   ASSERT_EQ(fileRequests.size(), 1U);
   EXPECT_EQ(fileRequests[0].title, "Read Parameters");
   EXPECT_EQ(fileRequests[0].filter, "*.mod");
@@ -57,15 +55,12 @@ TEST_F(ModelFileTest, TheMenuReadsTheChosenFileAndShowsItOnEveryPanel) {
 
 TEST_F(ModelFileTest, TheMenuSavesWhatThePanelsShowCommittedOrNot) {
   const std::string path = folder.File("saved.mod");
-  ASSERT_EQ(TypeInto(ControlNamed("KOn[3]"), "77"), "");
-  ASSERT_EQ(TypeInto(ControlNamed("NumChannels"), "12"), "");
-  ASSERT_EQ(TypeInto(ControlNamed("AutoValue"), "0.25"), "");
-  ASSERT_EQ(TypeInto(ControlNamed("ModelTitle"), "Typed"), "");
+  TypeOnly("KOn[3]", "77");
+  TypeOnly("NumChannels", "12");
+  TypeOnly("AutoValue", "0.25");
+  TypeOnly("ModelTitle", "Typed");
   choices = {path};
-  MenuItem* item = FindMenu("SaveParameters");
-  ASSERT_NE(item, nullptr);
-  EXPECT_EQ(item->shortcut, "Ctrl+S");
-  EXPECT_EQ(PressMenu(*item), "");
+  PressCommand("SaveParameters");
   EXPECT_EQ(fileRequests.at(0).title, "Save Parameters");
   EXPECT_TRUE(fileRequests.at(0).save);
   EXPECT_EQ(ControlNamed("ModelFileName").text, path);

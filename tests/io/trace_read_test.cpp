@@ -38,21 +38,6 @@ nlohmann::json Message(const std::string& title, const std::string& text) {
   return {{"popup", "message"}, {"title", title}, {"text", text}};
 }
 
-TEST_F(TraceReadTest, AutosaveRefusesEveryRead) {
-  const auto refusal = Message("! Error", "Turn off autosave before reading or writing other datafiles.");
-  for (const char* command : {"FxnRead", "ReadBinaryData", "ReadParseBinaryData", "ReadAsciiData"}) {
-    // The dialog must not even come up: its answer stays in the queue.
-    Run("quit\n");
-    Model.Autosave = 1;
-    popups.clear();
-    PressCommand(command);
-    EXPECT_EQ(Trace.TraceValid, 0) << command;
-    EXPECT_TRUE(fileRequests.empty()) << command;
-    ASSERT_EQ(popups.size(), 1U) << command;
-    EXPECT_EQ(popups[0].text, refusal["text"]) << command;
-  }
-}
-
 TEST_F(TraceReadTest, WhatIsNotReadLeavesTheTraceOnDisplay) {
   struct Case {
     std::string script;

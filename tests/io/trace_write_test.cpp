@@ -201,8 +201,11 @@ TEST_F(TraceWriteTest, AutosaveStaysOffWithoutAFileAndKeepsOtherFilesOut) {
       "If you change file type AFTER selecting the filename, the extension (*.abf,*.asc) may not match the "
       "filetype.");
   const std::size_t asked = fileRequests.size();
-  for (const char* command : {"SaveAsciiData", "SaveBinaryData", "SaveLegacyABFCallback"}) {
+  for (const char* command : {"SaveAsciiData", "SaveBinaryData", "SaveLegacyABFCallback", "FxnRead",
+                              "ReadBinaryData", "ReadParseBinaryData", "ReadAsciiData"}) {
+    popups.clear();
     PressCommand(command);
+    ASSERT_EQ(popups.size(), 1U) << command;
     EXPECT_EQ(popups.back(),
               (SeenPopup{"! Error", "Turn off autosave before reading or writing other datafiles."}));
   }

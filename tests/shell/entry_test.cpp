@@ -18,6 +18,7 @@ TEST_F(EntryTest, ATypedNumberIsReadInTheUnitOfItsControl) {
 }
 
 TEST_F(EntryTest, ARefusedTextChangesNeitherControlNorStore) {
+  EXPECT_EQ(CheckTyped(ControlNamed("KOn[1]"), "1e999"), "not a finite number");
   for (const char* text : {"", "1.000,5", "nan", "inf", "1e999"}) {
     EXPECT_NE(CheckTyped(ControlNamed("KOn[1]"), text), "") << text;
     EXPECT_NE(EnterTyped(ControlNamed("KOn[1]"), text), "") << text;
