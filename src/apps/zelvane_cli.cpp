@@ -269,12 +269,24 @@ CLI::App* AddQMatrix(CLI::App& app, QMatrixOptions& options) {
 struct InfoArguments {
   std::vector<std::string> files;
   bool json = false;
+  std::optional<double> intervalMs;
 };
+
+constexpr char TextInterval[] =
+    "time between the samples of a text that does not tell it; without it the first line of a\n"
+    "single column is that time";
+
+void AddTextInterval(CLI::App& app, std::optional<double>& intervalMs) {
+  app.add_option("--interval", intervalMs, TextInterval)
+      ->check(CLI::Validator(IntervalFault, ""))
+      ->type_name("MS");
+}
 
 CLI::App* AddInfo(CLI::App& app, InfoArguments& arguments) {
   CLI::App* info = app.add_subcommand("info", InfoText);
   info->add_option("FILE", arguments.files, "recordings and stimulus files")->required()->type_name("");
   info->add_flag("--json", arguments.json, "one JSON object a file");
+  AddTextInterval(*info, arguments.intervalMs);
   return info;
 }
 
@@ -289,12 +301,7 @@ CLI::App* AddConvert(CLI::App& app, ConvertOptions& options) {
   convert->add_option("--start", options.startMs, "begin at this time of a sweep")->type_name("MS");
   convert->add_option("--length", options.lengthMs, "take no more than this of a sweep")->type_name("MS");
   convert->add_option("--every", options.every, "keep every n-th sample")->type_name("N");
-  convert
-      ->add_option(
-          "--interval", options.intervalMs,
-          "time between the samples of a text that does not tell it; without it the first line of a\n"
-          "single column is that time")
-      ->type_name("MS");
+  AddTextInterval(*convert, options.intervalMs);
   return convert;
 }
 
@@ -312,6 +319,7 @@ CLI::App* AddMeasure(CLI::App& app, MeasureArguments& arguments) {
       ->type_name("");
   measure->add_option("--channel", options.channel, "channel of an ABF file, signal of a text")
       ->type_name("N");
+  AddTextInterval(*measure, options.intervalMs);
   measure->add_option("--sweeps", arguments.sweeps, "sweeps to measure; else all of them")->type_name("A-B");
   measure->add_option("--settings", options.model, "model file whose analysis settings are taken")
       ->type_name("MODEL.mod");
@@ -362,7 +370,8 @@ int RunCli(int argc, char** argv) {
     app.parse(argc, argv);
     if (drive->parsed()) return RunDriveCommand(driveArguments);
     std::signal(SIGINT, OnInterrupt);
-    if (info->parsed()) return InfoCommand(infoArguments.files, infoArguments.json, Streams());
+    if (info->parsed())
+      return InfoCommand(infoArguments.files, infoArguments.json, Streams(), infoArguments.intervalMs);
     if (convert->parsed()) return ConvertCommand(convertOptions, Streams());
     if (measure->parsed()) return RunMeasureCommand(measureArguments);
     if (qmatrix->parsed()) return QMatrixCommand(qMatrixOptions, Streams());

@@ -50,13 +50,15 @@ bool CanWrite(const std::string& path) {
 /// Answers what reading a text asks, and tells each message once however many sweeps bring it.
 class MeasuringScreen {
  public:
-  explicit MeasuringScreen(int signal) {
+  MeasuringScreen(int signal, bool intervalTyped) {
     former_ = SetFrontEnd({});
     FrontEnd own = former_;
     own.message = [this](std::string_view title, std::string_view text) {
       if (told_.emplace(text).second && former_.message) former_.message(title, text);
     };
-    own.confirm = [](std::string_view, std::string_view) { return true; };
+    own.confirm = [intervalTyped](std::string_view title, std::string_view) {
+      return !intervalTyped || title != IntervalTitle;
+    };
     own.modal = [signal](Panel&, std::string_view) {
       if (FindControl("Signal") != nullptr) ShowNumber("Signal", signal);
       return true;
@@ -122,6 +124,7 @@ int OpenRecording(const MeasureOptions& options, Recording& recording, std::ostr
   }
   int format = 0;
   if (IsABFFile(options.file, format)) return OpenAbf(options, recording, err);
+  if (options.intervalMs) Model.ADInterval = static_cast<float>(*options.intervalMs);  // as it is asked for
   if (!TraceReadFile(options.file)) {
     err << options.file << ": no recording that can be read\n";
     return JobFailed;
@@ -278,7 +281,7 @@ int MeasureCommand(const MeasureOptions& options, const JobStreams& streams) {
   StartJob({});
   ConnectHooks();
   if (!options.model.empty() && !ReadJobModel(options.model, streams)) return JobFailed;
-  const MeasuringScreen answers(options.channel.value_or(1));
+  const MeasuringScreen answers(options.channel.value_or(1), options.intervalMs.has_value());
   Recording recording;
   const int opened = OpenRecording(options, recording, streams.err);
   if (opened != JobDone) return opened;

@@ -20,6 +20,8 @@ struct MeasureOptions {
   std::string file;            // recording: ABF, or text
   std::optional<int> channel;  // physical input of an ABF file, number of the signal of a text
   SweepRange sweeps;
+  // Of a text that does not tell it; the first line of a single column is a sample then.
+  std::optional<double> intervalMs;
   std::string model;                  // settings; empty = those at start-up
   std::vector<std::string> settings;  // "NAME=VALUE", any store field
   std::optional<double> filterKHz;    // Gaussian filter, before anything is measured

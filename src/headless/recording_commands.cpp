@@ -182,11 +182,12 @@ std::string NoRoom(const ConvertOptions& options, const Sweeps& sweeps) {
 
 }  // namespace
 
-int InfoCommand(const std::vector<std::string>& files, bool json, const JobStreams& streams) {
+int InfoCommand(const std::vector<std::string>& files, bool json, const JobStreams& streams,
+                std::optional<double> intervalMs) {
   int status = JobDone;
   for (const std::string& path : files) {
     std::string why;
-    const auto file = OpenRecordingFile(path, why);
+    const auto file = OpenRecordingFile(path, why, intervalMs);
     if (file == nullptr) {
       streams.err << path << ": " << why << '\n';
       status = JobFailed;

@@ -11,7 +11,9 @@ namespace zelvane {
 
 /// Tells of each file its kind, version, inputs, interval, sweeps, samples and length; with `json` one JSON
 /// object a line. JobFailed when a file is no recording; the others are told all the same.
-int InfoCommand(const std::vector<std::string>& files, bool json, const JobStreams& streams);
+/// @param intervalMs  ms, above 0, of texts that do not tell it, as in ConvertOptions
+int InfoCommand(const std::vector<std::string>& files, bool json, const JobStreams& streams,
+                std::optional<double> intervalMs = {});
 
 struct ConvertOptions {
   std::string in;

@@ -16,7 +16,6 @@ constexpr char SignalQuestion[] =
     "%s contains %u signals: %s\nTo read in the first signal, enter 1.\nTo read the second signal, enter 2, "
     "and "
     "so forth.\nThen click OK.";
-constexpr char IntervalTitle[] = "Get ADinterval";
 constexpr char IntervalLineQuestion[] = "Read First Value of 1-column Ascii file as AD interval in ms ?";
 constexpr char TypeInterval[] = "Enter the time between samples and a factor that multiplies each of them.";
 constexpr char NoIntervalColumn[] = "You need to supply a time interval for this data.";

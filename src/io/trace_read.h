@@ -29,6 +29,9 @@ bool BeginsLikeRecording(const std::string& path);
 /// @return whether samples came in; otherwise the user has been told, or has cancelled
 bool BinaryTraceRead(std::span<float> destination);
 
+/// Title of the question whether the first line of a column of numbers is its interval.
+inline constexpr char IntervalTitle[] = "Get ADinterval";
+
 /// Reads a text recording (ATF or one number a line) into `destination`.
 /// @return 1 when more than 100 samples were read, else 0
 int TextTraceRead(std::span<float> destination, const std::string& path);

@@ -109,6 +109,23 @@ TEST_F(MeasureCommandTest, SettingsOfAModelAreThoseOfItsPanel) {
   EXPECT_EQ(Rows(), rows);
 }
 
+TEST_F(MeasureCommandTest, AnIntervalMakesTheFirstLineOfAColumnASample) {
+  std::string column = "0.5\n";
+  for (int i = 1; i < 300; ++i) column += i == 100 ? "10\n" : "0\n";
+  options.file = folder.File("column.asc");
+  WriteWholeFile(options.file, column);
+  options.settings = {"FitMode=0",       "BaselineStart=0",   "BaselinePts=1",
+                      "StartAnalysis=0", "PeakSearchPts=250", "LatencyPos=0"};
+  EXPECT_EQ(Rows()[0]["LatPeak"], 0.5 * 99.0) << "the first line is the interval";
+  options.intervalMs = 0.123456789;
+  for (const char* head : {"", "ATF\t1.0\n0 1\n\"pA\"\n"}) {  // an ATF without times tells none either
+    WriteWholeFile(options.file, head + column);
+    const auto row = Rows()[0];
+    EXPECT_NEAR(row["LatPeak"].get<double>(), 100.0 * 0.123456789, 1e-5);
+    EXPECT_EQ(row["Base"], 0.5);
+  }
+}
+
 TEST_F(MeasureCommandTest, ItsFilesAreThoseOfThePanel) {
   const auto written = [this](const char* name) {
     options.outFile = folder.File(name);

@@ -98,6 +98,9 @@ TEST_F(RecordingCommandsTest, AColumnWithoutAnIntervalTakesATypedOne) {
   const auto info = Info(column);
   EXPECT_TRUE(info["interval"].is_null());
   EXPECT_EQ(info["samples"], 3);
+  out_.str("");
+  EXPECT_EQ(InfoCommand({column}, true, {out_, err}, 0.5), JobDone);
+  EXPECT_EQ(nlohmann::json::parse(out_.str())["length"], 1.5);
   EXPECT_EQ(Convert(column, folder.File("column.csv")), JobFailed);
   ConvertOptions options;
   options.intervalMs = 0.5;
