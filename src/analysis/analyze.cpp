@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
+#include <set>
 
 #include "analysis/analysis_panel.h"
 #include "analysis/fit_hooks.h"
@@ -27,7 +29,14 @@ std::span<const float> Recorded(std::span<const float> trace) {
   return trace.first(std::min(points, trace.size()));
 }
 
+/// What was told in the series; nothing outside of one.
+std::optional<std::set<RiseFault>>& ToldInSeries() {
+  static std::optional<std::set<RiseFault>> told;
+  return told;
+}
+
 void TellOf(RiseFault fault) {
+  if (ToldInSeries() && !ToldInSeries()->insert(fault).second) return;
   if (fault == RiseFault::FractionsInWrongOrder) MessagePopup(AnalysisErrorTitle, FractionsInWrongOrder);
   if (fault == RiseFault::PeakBeforeStart) MessagePopup(AnalysisWarningTitle, PeakBeforeStart);
 }
@@ -85,6 +94,14 @@ float MeasureIntegral(std::span<const float> trace, int start, int count, float 
 void MeasureRise() {
   if (Model.ADInterval == 0.0F) return;
   TellOf(RiseOf(RecordedTrace(), StoredMeasureSettings(), Analysis.Measures));
+}
+
+void BeginSeries() {
+  ToldInSeries().emplace();
+}
+
+void EndSeries() {
+  ToldInSeries().reset();
 }
 
 void MeasureDecay() {

@@ -2,6 +2,7 @@
 //
 //   One measure          MeasureBaseline  PeakSearch  MeasureIntegral  MeasureRise  MeasureDecay
 //   The whole sequence   AnalyzeTrace  ReanalyzeTrace  MeasureTrace
+//   A series             BeginSeries  EndSeries
 //   What was measured    RecordedTrace  DataFilePath  DataFileName  DataEpisode
 //
 // The arithmetic is in measures.h, the walk through a file in episodes.h, the table in results_table.h, its
@@ -54,6 +55,11 @@ void MeasureAgain();
 /// The same, and then keeps it: in the measures file when `Analysis.AutoSaveMeasures` is on, and in a new row
 /// of the table.
 void AnalyzeTrace();
+
+/// A series of responses begins: until EndSeries each reason why a rise cannot be measured is told once,
+/// since the same settings raise it at every response.
+void BeginSeries();
+void EndSeries();
 
 /// All measures and the exponential fit with the settings of the stores, without panel and plot. Tells what
 /// stopped a measure. False when `Model.ADInterval` is 0.

@@ -30,6 +30,7 @@ void AnalyzeAllEpisodes() {
   if (!CanAnalyzeEpisodes()) return;
   Analysis.StopAnalysis = 0;
   const int episodes = Trace.EpisodeCount;
+  BeginSeries();
   for (int episode = 1; episode <= episodes; ++episode) {
     ProcessSystemEvents();
     if (Analysis.StopAnalysis != 0) break;
@@ -39,6 +40,7 @@ void AnalyzeAllEpisodes() {
     ReadAndShowEpisode();
     AnalyzeTrace();
   }
+  EndSeries();
   ResetProgress();
   Analysis.StopAnalysis = 1;
   Trace.EpisodeIndex = 1;

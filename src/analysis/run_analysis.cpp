@@ -75,6 +75,7 @@ bool BeginRunAnalysis() {
   if (!path) return false;
   std::error_code error;
   if (std::filesystem::exists(*path, error)) MessagePopup(AppendTitle, AppendText + *path);
+  BeginSeries();
   Averages() = RunAverages{};
   Result.ResultsFileName = *path;
   Analysis.MeasuresFileName = *path;
@@ -96,6 +97,7 @@ void AnalyzeRun(int /*run*/) {
 }
 
 void EndRunAnalysis() {
+  EndSeries();
   RunAverages& averages = Averages();
   if (averages.runs > 1) {
     FinishAverages(averages);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/analyze.h"
 #include "analysis/results_table.h"
 #include "analysis/run_analysis.h"
 #include "fit/fit_store.h"
@@ -163,6 +164,8 @@ TEST_F(ResultsTest, RunsGiveRowsMeanAndVarianceOfSuccessiveDifferences) {
   choices = {folder.File("runs.x.res")};
   Model.NumPoints = 3;
   Model.ADInterval = 1.0F;
+  Analysis.RiseStartFrac = 0.9F;
+  Analysis.RiseEndFrac = 0.1F;
   ASSERT_TRUE(BeginRunAnalysis());
   const float runs[3][3] = {{1, 0, 2}, {3, 0, 2}, {2, 0, 2}};
   for (int run = 0; run < 3; ++run) {
@@ -170,6 +173,10 @@ TEST_F(ResultsTest, RunsGiveRowsMeanAndVarianceOfSuccessiveDifferences) {
     AnalyzeRun(run + 1);
   }
   EndRunAnalysis();
+  const std::string fault = "Position for starting risetime calculation > ending position.";
+  EXPECT_EQ(PopupTexts(), std::vector<std::string>{fault}) << "once for the series";
+  MeasureTrace();
+  EXPECT_EQ(popups.size(), 2U) << "and again behind it";
   // Mean 2, squares 4 + 1 over two differences; sample 1 has mean 0, sample 2 no variance.
   EXPECT_EQ(ReadWholeFile(folder.File("runs.var")), "2.000000e+00, 2.500000e+00,\n");
   const std::string rows = ReadWholeFile(folder.File("runs.x.res"));
