@@ -87,9 +87,9 @@ void EndRecord(const DwellRecorder& recorder) {
   StoreEntry(recorder.lists, static_cast<float>(recorder.lists.NumIdealEvents), RecordEnd);
 }
 
-void KeepRawOpenTimes(const DwellRecorder& recorder) {
-  DwellStore& lists = recorder.lists;
-  const auto count = std::min(static_cast<std::size_t>(lists.NumOpenTimes), lists.RawOpenTimes.size());
+void KeepRawOpenTimes(DwellStore& lists) {
+  const auto most = static_cast<float>(std::min(lists.OpenTimes.size(), lists.RawOpenTimes.size()));
+  const auto count = static_cast<std::size_t>(std::clamp(lists.NumOpenTimes, 0.0F, most));
   std::copy_n(lists.OpenTimes.begin(), count, lists.RawOpenTimes.begin());
   lists.NumRawOpenTimes = static_cast<int>(count);
   lists.OpenListSelector = 0;

@@ -54,8 +54,8 @@ inline void RecordDwell(DwellRecorder& recorder, int state, float t, float d) {
 /// next sweep overwrites it.
 void EndRecord(const DwellRecorder& recorder);
 
-/// Copies the open times to the raw open times and selects these, as a read of a file does, so that what is
-/// worked out from them describes the simulation.
-void KeepRawOpenTimes(const DwellRecorder& recorder);
+/// Copies the open times to the raw open times and selects these. Every simulation and every read of dwells
+/// ends with it, so that what is worked out from the raw ones describes the latest.
+void KeepRawOpenTimes(DwellStore& lists);
 
 }  // namespace zelvane

@@ -318,7 +318,7 @@ void FinishTrace(const Loop& loop) {
 
 /// Leaves the stores in order, also after a simulation that was broken off.
 void FinishLoop(const Loop& loop) {
-  KeepRawOpenTimes(loop.recorder);
+  KeepRawOpenTimes(Dwell);
   if (Model.ReseedSimulation == 0) Model.StartOccupancy = loop.savedStart;
   ShowStartOccupancy();
   if (loop.analyzes && AfterRun.endAnalysis != nullptr) AfterRun.endAnalysis();

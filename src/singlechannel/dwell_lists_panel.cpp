@@ -6,8 +6,8 @@
 
 #include "model/model_store.h"
 #include "screen/screen.h"
+#include "sim/dwell_recorder.h"
 #include "singlechannel/dwell_lists.h"
-#include "singlechannel/dwell_reading.h"
 #include "singlechannel/dwell_store.h"
 
 namespace zelvane {
@@ -31,7 +31,7 @@ void Import(std::span<float> list, float& count, const std::string& path, bool o
   const auto read = ReadSingleColumnList(list, path, Dwell.ListReplace != 0, static_cast<int>(count));
   if (!read) return;
   count = static_cast<float>(*read);
-  if (open) KeepOpenTimesAsRaw();
+  if (open) KeepRawOpenTimes(Dwell);
 }
 
 void FxnSCImportAscii() {

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "screen/popups.h"
+#include "sim/dwell_recorder.h"
 #include "singlechannel/dwell_store.h"
 
 namespace zelvane {
@@ -129,7 +130,7 @@ void ReadDwellsWithResolution(const SegmentSource& nextSegment, bool clearFirst)
   Dwell.NumRawOpenTimes = 0;
   Dwell.NumClassOpenTimes = {};
   ForEachSegment(nextSegment, TakeSegment);
-  KeepOpenTimesAsRaw();
+  KeepRawOpenTimes(Dwell);
 }
 
 void ReadConditionalOpens(const SegmentSource& nextSegment) {
@@ -138,14 +139,7 @@ void ReadConditionalOpens(const SegmentSource& nextSegment) {
   ForEachSegment(nextSegment, [&opening](std::span<const RecordedDwell> dwells) {
     return Dwell.CondUsePreceding != 0 ? TakeFollowing(dwells) : TakePreceding(dwells, opening);
   });
-  KeepOpenTimesAsRaw();
-}
-
-void KeepOpenTimesAsRaw() {
-  Dwell.NumRawOpenTimes =
-      static_cast<int>(std::clamp(Dwell.NumOpenTimes, 0.0F, static_cast<float>(MaxDwells)));
-  std::copy_n(Dwell.OpenTimes.begin(), Dwell.NumRawOpenTimes, Dwell.RawOpenTimes.begin());
-  Dwell.OpenListSelector = 0;
+  KeepRawOpenTimes(Dwell);
 }
 
 }  // namespace zelvane

@@ -49,7 +49,4 @@ void ReadDwellsWithResolution(const SegmentSource& nextSegment, bool clearFirst)
 /// Writes and tells as above, but for the closed times and the class lists, which stay.
 void ReadConditionalOpens(const SegmentSource& nextSegment);
 
-/// Makes the open times the raw ones as well, and the raw ones the list in use. Every read ends with it.
-void KeepOpenTimesAsRaw();
-
 }  // namespace zelvane

@@ -101,7 +101,7 @@ TEST_F(FullDwellRecorderTest, FullListsStayAsTheyAreAndTheRecordOnlyCounts) {
   EXPECT_EQ(Latencies().size(), 2U);
   EXPECT_TRUE(recorder.opened);  // the channel has reached a monitored state all the same
   store.OpenListSelector = 3;
-  KeepRawOpenTimes(recorder);
+  KeepRawOpenTimes(store);
   EXPECT_EQ(store.OpenListSelector, 0);
   EXPECT_EQ(Entries(store.RawOpenTimes, 2), (Floats{1.0F, 2.0F}));
 }

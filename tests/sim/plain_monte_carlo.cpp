@@ -241,7 +241,7 @@ void PlainMonteCarlo::Run() {
       for (std::size_t p = 0; p < subunitTrace.size(); ++p) subunitTrace[p] += occupancy[s][p + 1];
     }
   }
-  KeepRawOpenTimes(recorder_);
+  KeepRawOpenTimes(recorder_.lists);
   if (Model.ReseedSimulation == 0) start = Model.StartOccupancy;
 }
 
