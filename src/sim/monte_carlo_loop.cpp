@@ -30,6 +30,8 @@ constexpr char IsolatedState[] = "Error with model.";
 constexpr char TooFast[] =
     "A rate is too fast for the length of the sweep: the time of a channel no longer advances. Lower the "
     "rate or shorten the sweep.";
+constexpr char TooManyChannels[] =
+    "A run of %d channels cannot be simulated, %d is the most. Lower the number of channels or its STD.";
 constexpr char NoChannels[] = "There were no channels to simulate: the number of channels is 0.";
 constexpr char Interrupted[] = "Simulation Interrupted by User";
 
@@ -113,10 +115,15 @@ void ShowStatistics() {
   if (TalksToUser()) ShowEventStatistics();
 }
 
-void StartRun(Loop& loop) {
+/// False, told, when the run has too many channels.
+bool StartRun(Loop& loop) {
   if (TalksToUser()) ResetProgress();
   const bool drawn = Model.ChannelsGaussian != 0 && !loop.subunits;
   loop.channels = ChannelsOfRun(loop.numChannels, drawn ? Model.ChannelsSTD * GaussianNoise() : 0.0F);
+  if (loop.channels > MaxChannelsOfRun) {
+    if (TalksToUser()) MessagePopup(ErrorTitle, FormatText(TooManyChannels, loop.channels, MaxChannelsOfRun));
+    return false;
+  }
   if (loop.channels > 0) {
     Result.ChannelUnit = 1.0F / static_cast<float>(loop.subunits ? loop.numRuns : loop.channels);
   }
@@ -125,6 +132,7 @@ void StartRun(Loop& loop) {
   loop.sweep.openStateExits = 0;
   loop.done = 0;
   loop.total = static_cast<std::int64_t>(loop.channels) * (static_cast<std::int64_t>(loop.numIntervals) + 1);
+  return true;
 }
 
 /// Shows how far the run has come and lets the user press stop. True when stop was pressed.
@@ -294,8 +302,7 @@ void AddSubunit(int numPoints) {
 /// All runs. False when they were broken off.
 bool SimulateRuns(Loop& loop) {
   for (int run = 1; run <= loop.numRuns; ++run) {
-    StartRun(loop);
-    if (!SimulateRun(loop, run)) return false;
+    if (!StartRun(loop) || !SimulateRun(loop, run)) return false;
     if (loop.subunits) AddSubunit(loop.numPoints);
   }
   return true;
@@ -342,7 +349,7 @@ int ChannelsStartingIn(int channels, float occupancy) {
 }
 
 int ReseedPoint(int numPoints) {
-  return numPoints >= ReseedPointsBack ? numPoints - ReseedPointsBack : numPoints;
+  return numPoints - (numPoints >= ReseedPointsBack ? ReseedPointsBack : 1);
 }
 
 std::string RunProgressText(int run, int numRuns, float lengthSeconds, int sweep) {

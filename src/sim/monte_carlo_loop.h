@@ -1,7 +1,7 @@
 // The loop over runs, intervals and channels of a Monte Carlo simulation.
 //
 //   The loop    RunMonteCarlo
-//   Its rules   ChannelsOfRun  ChannelsStartingIn  ReseedPoint  RunProgressText  PollIsDue
+//   Its rules   MaxChannelsOfRun  ChannelsOfRun  ChannelsStartingIn  ReseedPoint  RunProgressText  PollIsDue
 //
 // The simulator of a channel is in monte_carlo.h.
 #pragma once
@@ -26,9 +26,14 @@ namespace zelvane {
 ///          `ReseedSimulation`; `Trace.TraceValid` 1 once a channel has reached a monitored state.
 /// Tells:   "Error with model." under "!" when a channel comes to a state without connections,
 ///          "Simulation Interrupted by User" under "!" when stopped, "! Error" when a rate is too fast for
-///          the time of the sweep. The run is then over. The arrays keep the channels simulated so far, and
-///          the starting occupancies are as before the run, unless `ReseedSimulation` is on.
+///          the time of the sweep or a run has more than MaxChannelsOfRun channels. The run is then over. The
+///          arrays keep the channels simulated so far, and the starting occupancies are as before the run,
+///          unless `ReseedSimulation` is on.
 void RunMonteCarlo();
+
+/// Most channels of a run. An occupancy is a 32-bit sum of one unit a channel, and further channels would no
+/// longer change it.
+inline constexpr int MaxChannelsOfRun = 1 << 24;
 
 /// Channels of a run: |numChannels + deviation| through two decimals of text.
 int ChannelsOfRun(int numChannels, float deviation);
@@ -36,7 +41,8 @@ int ChannelsOfRun(int numChannels, float deviation);
 /// Channels that start in a state of the given occupancy: the product, rounded half up. None below 0.
 int ChannelsStartingIn(int channels, float occupancy);
 
-/// The point whose occupancies start the next sweep: 100 points before the end, or the last of a shorter run.
+/// The point whose occupancies start the next sweep: 100 points before the end, in a shorter run the last one
+/// that a channel fills which stays where it is to the end, that is numPoints - 1.
 int ReseedPoint(int numPoints);
 
 /// "Run 1 of 3 with 0.20s interval (sec 0)".

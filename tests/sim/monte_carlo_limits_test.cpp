@@ -100,6 +100,21 @@ TEST_F(MonteCarloLimitsTest, OnePointAndNoChannelsAreRuns) {
   ExpectNextRunWorks();
 }
 
+TEST_F(MonteCarloLimitsTest, MoreChannelsThanAnOccupancyCountsAreRefused) {
+  Model.ChannelsGaussian = 1;
+  Model.ChannelsSTD = 1e30F;
+  RunAsSet();
+  EXPECT_EQ(PopupTexts(), std::vector<std::string>{
+                              "A run of 2147483647 channels cannot be simulated, 16777216 is the most. Lower "
+                              "the number of channels or its STD."});
+  EXPECT_EQ(Trace.TraceValid, 0);
+  Model.ChannelsGaussian = 0;
+  Model.NumChannels = MaxChannelsOfRun + 1;
+  RunAsSet();
+  EXPECT_EQ(popups.size(), 2U);
+  ExpectNextRunWorks();
+}
+
 TEST_F(MonteCarloLimitsTest, AMillionChannelsKeepTheListsInsideTheirRoom) {
   Model.KOn[1] = 4000.0;
   Model.KOff[1] = 4000.0;

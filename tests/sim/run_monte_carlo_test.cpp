@@ -71,7 +71,8 @@ TEST(MonteCarloRules, ChannelsOfARunAreCutAtTwoDecimals) {
 TEST(MonteCarloRules, TheNextSweepStartsFrom100PointsBeforeTheEnd) {
   EXPECT_EQ(ReseedPoint(10240), 10140);
   EXPECT_EQ(ReseedPoint(100), 0);
-  EXPECT_EQ(ReseedPoint(99), 99);
+  EXPECT_EQ(ReseedPoint(99), 98);
+  EXPECT_EQ(ReseedPoint(1), 0);
 }
 
 TEST_F(RunMonteCarloTest, EveryRunButTheLastIsFollowedByItsIntervals) {
@@ -120,9 +121,15 @@ TEST_F(RunMonteCarloTest, FinalOccupanciesStartTheNextRunWhenReseededAndElseOnly
   EXPECT_EQ(Model.StartOccupancy[2], 0.0F);
   Model.NumIntervals = 0;
   Model.ReseedSimulation = 1;
-  RunAsSet();
-  EXPECT_EQ(StartClasses(), (std::vector<int>{1, 2}));
-  EXPECT_EQ(Model.StartOccupancy[2], 1.0F);
+  for (const int points : {300, 99, 2}) {
+    SCOPED_TRACE(points);
+    Model.NumPoints = points;
+    Model.StartOccupancy[1] = 1.0F;
+    Model.StartOccupancy[2] = 0.0F;
+    RunAsSet();
+    EXPECT_EQ(StartClasses(), (std::vector<int>{1, 2}));
+    EXPECT_EQ(Model.StartOccupancy[2], 1.0F);
+  }
 }
 
 TEST_F(RunMonteCarloTest, AStopLeavesTheTraceInvalid) {
