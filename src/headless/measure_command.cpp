@@ -116,7 +116,8 @@ int OpenAbf(const MeasureOptions& options, Recording& recording, std::ostream& e
   return JobDone;
 }
 
-int OpenRecording(const MeasureOptions& options, Recording& recording, std::ostream& err) {
+int OpenRecording(const MeasureOptions& options, Recording& recording, const JobScreen& screen,
+                  std::ostream& err) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(options.file, error)) {
     err << options.file << ": no such file\n";
@@ -126,7 +127,7 @@ int OpenRecording(const MeasureOptions& options, Recording& recording, std::ostr
   if (IsABFFile(options.file, format)) return OpenAbf(options, recording, err);
   if (options.intervalMs) Model.ADInterval = static_cast<float>(*options.intervalMs);  // as it is asked for
   if (!TraceReadFile(options.file)) {
-    err << options.file << ": no recording that can be read\n";
+    if (!screen.ErrorShown()) err << options.file << ": no recording that can be read\n";
     return JobFailed;
   }
   recording.sweeps = Trace.EpisodeCount;
@@ -283,7 +284,7 @@ int MeasureCommand(const MeasureOptions& options, const JobStreams& streams) {
   if (!options.model.empty() && !ReadJobModel(options.model, streams)) return JobFailed;
   const MeasuringScreen answers(options.channel.value_or(1), options.intervalMs.has_value());
   Recording recording;
-  const int opened = OpenRecording(options, recording, streams.err);
+  const int opened = OpenRecording(options, recording, screen, streams.err);
   if (opened != JobDone) return opened;
   if (!ApplySettings(options.settings, streams.err)) return JobMisused;
   WriteAllControls();  // the correction reads its panel

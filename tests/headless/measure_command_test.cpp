@@ -165,6 +165,12 @@ TEST_F(MeasureCommandTest, TheCommandLineRefusesWhatItCannotDo) {
   EXPECT_EQ(run([](MeasureOptions& o) { o.sweeps = {1, 10000}; }), JobMisused);
   EXPECT_EQ(run([](MeasureOptions& o) { o.settings = {"NoSuchField=1"}; }), JobMisused);
   EXPECT_EQ(run([](MeasureOptions& o) { o.file += "x"; }), JobFailed);
+  options.file = folder.File("words.asc");
+  WriteWholeFile(options.file, "words\n");
+  std::ostringstream told;
+  EXPECT_EQ(MeasureCommand(options, {told, told}), JobFailed);
+  EXPECT_EQ(told.str(),
+            "! File error: words.asc was not read: line 1 holds no number, or one with a comma in it.\n");
   std::atomic<bool> stop = true;
   options.outFile = folder.File("stopped.csv");
   std::ostringstream out;
