@@ -57,6 +57,11 @@ TEST_F(AnalysisPanelTest, AClickOnAnEpisodeShowsItsSweepAndMeasuresItAgain) {
       "press AN_AutoAnalyzeButton\nclick AnalysisTable 2 2\nget EpisodeIndex\nclick AnalysisTable 2 3\n"));
   EXPECT_EQ(Trace.EpisodeIndex, 2);
   EXPECT_EQ(TableNamed("AnalysisTable").markedRow, 2);
+  EXPECT_EQ(ControlNumber("SectionNumber"), 2.0);
+  EXPECT_GT(GraphNamed("AnalysisPanel").plots.size(), 1U) << "marks";
+  EXPECT_EQ(Analysis.TableRow, Trace.EpisodeCount + 1) << "no row is added";
+  EXPECT_EQ(ClickCell(TableNamed("AnalysisTable"), 1, 6), "");
+  EXPECT_EQ(Trace.EpisodeIndex, 2) << "another column only selects";
   EXPECT_NE(Analysis.Measures.measured, 0U);
   Analysis.Rows[3].fileName = "other.abf";
   EXPECT_EQ(ClickCell(TableNamed("AnalysisTable"), 3, 3), "");

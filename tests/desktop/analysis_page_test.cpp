@@ -34,13 +34,6 @@ class AnalysisPageTest : public WindowTest {
 
   QTableView& table() { return *window->page()->findChild<QTableView*>("AnalysisTable"); }
   QString cell(int row, int column) { return table().model()->index(row, column).data().toString(); }
-
-  void clickCell(int row, int column, bool twice) {
-    const QPoint at = table().visualRect(table().model()->index(row, column)).center();
-    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, at);
-    if (twice) QTest::mouseDClick(table().viewport(), Qt::LeftButton, {}, at);
-    Settle();
-  }
 };
 
 TEST_F(AnalysisPageTest, ADraggedBaselineCursorChangesTheNumbers) {
@@ -84,21 +77,6 @@ TEST_F(AnalysisPageTest, AllSweepsFillTheTableWhichACopyTakesAsColumns) {
     EXPECT_EQ(cells[0].toInt(), row + 1);
     EXPECT_EQ(cells[2].toFloat(), Analysis.Rows[static_cast<std::size_t>(row) + 1].value[5]) << "all digits";
   }
-}
-
-TEST_F(AnalysisPageTest, AClickOnAnEpisodeShowsThatSweepWithItsMarks) {
-  clickControl("AutoAnalyzeButton");
-  for (const bool twice : {false, true}) {
-    const int row = twice ? 1 : 2;
-    clickCell(row, EpisodeColumn, twice);
-    EXPECT_EQ(Trace.EpisodeIndex, row + 1);
-    EXPECT_EQ(field("SectionNumber")->text().toInt(), row + 1);
-    EXPECT_EQ(TableNamed("AnalysisTable").markedRow, row + 1);
-    EXPECT_GT(GraphNamed("AnalysisPanel").plots.size(), 1U) << "marks";
-    EXPECT_EQ(Analysis.TableRow, 4) << "no row is added";
-  }
-  clickCell(0, 5, true);
-  EXPECT_EQ(Trace.EpisodeIndex, 2) << "another column only selects";
 }
 
 TEST_F(AnalysisPageTest, LimitsTypedOnThePropertiesHoldOnAnAxisThatCountsSamples) {
