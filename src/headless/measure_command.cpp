@@ -12,6 +12,7 @@
 #include "analysis/results_table.h"
 #include "headless/internal/job_settings.h"
 #include "headless/internal/json_values.h"
+#include "headless/internal/recordings.h"
 #include "headless/internal/words.h"
 #include "io/trace_export.h"
 #include "io/trace_hooks.h"
@@ -101,6 +102,7 @@ int OpenAbf(const MeasureOptions& options, Recording& recording, std::ostream& e
     err << options.file << ": " << why << '\n';
     return JobFailed;
   }
+  if (const std::string note = NoteOfAbf(header); !note.empty()) err << options.file << ": " << note << '\n';
   if (!TakeChannel(header, options, recording, err)) return JobMisused;
   if (samples > MaxStimPoints) {
     err << options.file << ": a sweep of " << samples << " samples; " << MaxStimPoints

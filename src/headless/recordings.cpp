@@ -45,6 +45,7 @@ class AbfRecording final : public RecordingFile {
     account.kind = "ABF";
     account.version = header.version;
     account.intervalMs = header.sampleInterval / MicrosecondsPerMs;
+    account.note = NoteOfAbf(header);
     for (int k = 0; k < header.channels; ++k) account.inputs.push_back(InputOf(header, k));
     recording->TakeLengths();
     return recording;
@@ -293,6 +294,12 @@ std::optional<std::vector<float>> ReadPart(RecordingFile& file, const SweepExtra
 }
 
 }  // namespace
+
+std::string NoteOfAbf(const AbfHeader& header) {
+  if (header.announcedSamples == 0) return {};
+  return FormatText("ends early, with %lld of %lld samples", static_cast<long long>(header.acquisitionLength),
+                    static_cast<long long>(header.announcedSamples));
+}
 
 Open OpenRecordingFile(const std::string& path, std::string& why, std::optional<double> typedIntervalMs) {
   auto file = OpenInput(path);

@@ -100,6 +100,14 @@ TEST(AbfHostile, SmallRecordingsCutOrChangedAnywhere) {
   EXPECT_GE(recordings, 9);
 }
 
+/// Samples of all channels that the files which end early should hold.
+const std::map<std::string, std::int64_t> SamplesAnnounced = {
+    {"abf1_data_60pc.abf", 1000},
+    {"abf1_data_odd.abf", 1000},
+    {"abf1_samples_max.abf", 0x7FFFFFFF},
+    {"abf2_data_cut.abf", 738},
+    {"abf2_data_count_huge.abf", std::int64_t{1} << 40}};
+
 /// Samples of all channels that are truly in the damaged files that can be read; the others are refused.
 const std::map<std::string, std::int64_t> SamplesHeld = {
     {"abf1_data_60pc.abf", 600},        {"abf1_data_odd.abf", 601},        {"abf1_samples_max.abf", 1000},
@@ -120,6 +128,8 @@ TEST(AbfHostile, DamagedFilesAreRefusedOrGiveWhatTheyHold) {
       ExpectOneSentence(opened.why);
     } else {
       EXPECT_EQ(opened.header.acquisitionLength, SamplesHeld.at(name));
+      const auto announced = SamplesAnnounced.find(name);
+      EXPECT_EQ(opened.header.announcedSamples, announced == SamplesAnnounced.end() ? 0 : announced->second);
     }
     ASSERT_NO_FATAL_FAILURE(ExpectRefusedOrWhole(opened, entry.file_size()));
     ++files;

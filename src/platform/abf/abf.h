@@ -34,6 +34,7 @@ struct AbfHeader {
   int channels = 1;
   double sampleInterval = 0.0;         // us between two samples of one channel
   std::int64_t acquisitionLength = 0;  // samples of all channels and sweeps
+  std::int64_t announcedSamples = 0;   // as a file counts them that was cut off; 0 for a whole one
   int episodes = 1;
   int samplesPerEpisode = 0;                           // all channels; of the longest one
   int startDate = 0;                                   // YYYYMMDD; 0 unknown

@@ -153,6 +153,7 @@ AbfHandle OpenAbfSource(std::unique_ptr<ByteSource> source, AbfHeader& header, i
 
   AbfHeader& own = file->header;
   own.acquisitionLength = file->layout.samples;
+  own.announcedSamples = file->layout.announced;
   own.episodes = static_cast<int>(std::min(SweepCount(file->layout), MaxSweepSamples));
   own.samplesPerEpisode = static_cast<int>(std::min(LongestSweep(file->layout), MaxSweepSamples));
   header = own;

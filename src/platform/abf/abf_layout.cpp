@@ -87,6 +87,7 @@ void PlanSweeps(const ByteSource& source, const AbfHeader& header, const AbfSwee
   const std::int64_t upToSection = SampleRoom(source, header, layout.dataPosition, sections);
   const bool held = claims.samples > 0 && claims.samples <= SampleRoom(source, header, layout.dataPosition);
   layout.samples = held ? claims.samples : upToSection;
+  layout.announced = claims.samples > layout.samples ? claims.samples : 0;
   layout.equalLength = layout.samples;
   if (header.operationMode == AbfGapFree) return;
   const std::int64_t room = std::max(layout.samples, upToSection);

@@ -27,6 +27,7 @@ struct AbfSweep {
 struct AbfLayout {
   std::int64_t dataPosition = 0;  // bytes
   std::int64_t samples = 0;       // of all channels, all of them inside the file
+  std::int64_t announced = 0;     // as the header counts them, when the file has no room for so many; else 0
   // Sweeps of equal length need no list; a file can claim more of them than a list should hold.
   std::int64_t equalLength = 0;    // used while `sweeps` is empty; the last sweep may be shorter
   std::vector<AbfSweep> sweeps{};  // from a synch array, none empty and none beyond `samples`
