@@ -49,8 +49,9 @@ bool CanOpen(const std::string& path) {
 
 void ReadNamedModel(const std::string& path) {
   if (path.empty()) return;
+  const std::string former = Model.ModelFileName;
   Model.ModelFileName = WithExtension(path, ".mod");
-  ModelFileRead();
+  if (!ModelFileRead()) Model.ModelFileName = former;
 }
 
 /// Reads the recording of a table. False when the command is to end.

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -111,35 +112,44 @@ class Desktop {
   int runScript() {
     std::ifstream script(arguments_.script, std::ios::binary);
     frontEnd_.setUnattended(true);
-    const int status = RunDrive(script, std::cout, arguments_.start,
-                                {.frontEnd = frontEnd_.functions(),
-                                 .started = [this] { openWindow(); },
-                                 .afterLine =
-                                     [this] {
-                                       frontEnd_.refreshNow();
-                                       QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-                                     }});
+    frontEnd_.modalShown = [this] { grab(); };
+    StartOptions options = arguments_.start;
+    options.shown = [this] { openWindow(); };
+    const int status = RunDrive(script, std::cout, options,
+                                {.frontEnd = frontEnd_.functions(), .afterLine = [this] {
+                                   frontEnd_.refreshNow();
+                                   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+                                 }});
     return grab() ? status : JobFailed;
+  }
+
+  /// Ends with a picture of what shows: once all files are read, or while one of them waits for an answer.
+  void grabAndEnd() {
+    QTimer::singleShot(0, window_.get(), [this] {
+      if (Screen.busy > 0 && QApplication::activeModalWidget() == nullptr) return grabAndEnd();
+      grabbed_ = grab();
+      QCoreApplication::exit(0);
+    });
   }
 
   int runWithUser() {
     SetFrontEnd(frontEnd_.functions());
-    StartApplication(arguments_.start);
-    openWindow();
-    bool grabbed = true;
-    if (arguments_.welcome) window_->showWelcome();
-    if (!arguments_.grabFolder.empty()) {
-      QTimer::singleShot(0, [&] {
-        grabbed = grab();
-        QCoreApplication::exit(0);
-      });
-    } else if (!arguments_.welcome && arguments_.start.files.empty() &&
-               !settings_.value("welcome/shown", false).toBool()) {
+    const bool grabs = !arguments_.grabFolder.empty();
+    StartOptions options = arguments_.start;
+    options.shown = [this, grabs] {  // what the files ask and tell has the window behind it
+      openWindow();
+      if (arguments_.welcome) window_->showWelcome();
+      if (grabs) grabAndEnd();
+    };
+    StartApplication(options);
+    if (grabbed_) return *grabbed_ ? JobDone : JobFailed;
+    if (!grabs && !arguments_.welcome && arguments_.start.files.empty() &&
+        !settings_.value("welcome/shown", false).toBool()) {
       settings_.setValue("welcome/shown", true);
       QTimer::singleShot(0, window_.get(), &MainWindow::showWelcome);
     }
     const int status = QCoreApplication::exec();
-    return grabbed ? status : JobFailed;
+    return grabbed_.value_or(true) ? status : JobFailed;
   }
 
   const Arguments& arguments_;
@@ -147,6 +157,7 @@ class Desktop {
   Settings settings_;
   DesktopFrontEnd frontEnd_;
   std::unique_ptr<MainWindow> window_;
+  std::optional<bool> grabbed_;  // whether the pictures could be written, once they were taken
 };
 
 /// Without a display a script still gets its window, in memory; a user is told in place of the toolkit's

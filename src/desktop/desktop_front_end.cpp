@@ -19,9 +19,9 @@ namespace {
 constexpr int BreathMs = 50;
 constexpr int PumpMs = 20;
 
-/// The kind of a message is in the first characters of its title.
+/// The kind of a message is in its title: an error by the word, else by the first character.
 QMessageBox::Icon IconOf(std::string_view title) {
-  if (title == ErrorTitle || title == FileErrorTitle) return QMessageBox::Critical;
+  if (ToQt(title).contains("error", Qt::CaseInsensitive)) return QMessageBox::Critical;
   if (title.starts_with('!')) return QMessageBox::Warning;
   return QMessageBox::Information;
 }
@@ -103,12 +103,14 @@ void DesktopFrontEnd::showMessage(std::string_view title, std::string_view text)
   QMessageBox box(IconOf(title), {}, {}, QMessageBox::Ok, QApplication::activeModalWidget());
   if (box.parentWidget() == nullptr) box.setParent(window_, box.windowFlags());
   SetUp(box, title, text);
+  box.setObjectName("Message");
   box.exec();
 }
 
 bool DesktopFrontEnd::ask(std::string_view title, std::string_view text) {
   QMessageBox box(QMessageBox::Question, {}, {}, QMessageBox::Yes | QMessageBox::No, window_);
   SetUp(box, title, text);
+  box.setObjectName("Question");
   box.setDefaultButton(QMessageBox::Yes);
   box.setEscapeButton(QMessageBox::No);
   return box.exec() == QMessageBox::Yes;
@@ -137,7 +139,13 @@ bool DesktopFrontEnd::runModal(Panel& panel, std::string_view text) {
   const auto connection = connect(this, &DesktopFrontEnd::recordsChanged, &dialog,
                                   [&dialog](const std::set<Graph*>& graphs) { dialog.refresh(graphs); });
   modal_.insert(&panel);
-  const bool accepted = dialog.exec() == QDialog::Accepted;
+  bool accepted = true;
+  if (unattended_) {
+    dialog.open();
+    if (modalShown) modalShown();
+  } else {
+    accepted = dialog.exec() == QDialog::Accepted;
+  }
   modal_.erase(&panel);
   disconnect(connection);
   return accepted;

@@ -29,7 +29,8 @@ class DesktopFrontEnd : public QObject {
   /// Parent of all dialogs from here on.
   void setWindow(QWidget* window) { window_ = window; }
 
-  /// A script runs the program: nothing may wait for the user.
+  /// A script runs the program: nothing may wait for the user. A modal dialog shows what the script has
+  /// filled in and goes again.
   void setUnattended(bool unattended) { unattended_ = unattended; }
 
   /// Something changed that no record tells.
@@ -42,6 +43,7 @@ class DesktopFrontEnd : public QObject {
   bool runsModally(const Panel& panel) const { return modal_.contains(&panel); }
 
   std::function<bool(int topic)> openHelp;  // false = no such page
+  std::function<void()> modalShown;         // a script's modal dialog shows, filled in
 
  signals:
   void recordsChanged(const std::set<zelvane::Graph*>& graphs);

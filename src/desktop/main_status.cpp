@@ -29,6 +29,7 @@ QString ElapsedText(qint64 ms) {
 MainStatus::MainStatus(QWidget* parent)
     : QStatusBar(parent),
       file_(new QLabel(this)),
+      data_(new QLabel(this)),
       length_(new QLabel(this)),
       form_(new QLabel(this)),
       progress_(new QProgressBar(this)),
@@ -36,11 +37,13 @@ MainStatus::MainStatus(QWidget* parent)
   progress_->setRange(0, ProgressSteps);
   progress_->setFixedWidth(380);
   stop_->setFocusPolicy(Qt::NoFocus);
-  stop_->setToolTip("Stop the run (Esc)");
-  connect(stop_, &QPushButton::clicked, this, [] { Press(ControlNamed("StopRun")); });
+  stop_->setToolTip("Stop the run or the analysis (Esc)");
+  connect(stop_, &QPushButton::clicked, this, &MainStatus::stopPressed);
   file_->setContentsMargins(8, 0, 12, 0);
+  data_->setContentsMargins(0, 0, 12, 0);
   length_->setContentsMargins(0, 0, 12, 0);
   addWidget(file_);
+  addWidget(data_);
   addWidget(length_);
   addWidget(form_);
   addPermanentWidget(progress_);
@@ -53,6 +56,10 @@ void MainStatus::refresh() {
   const QString path = ToQt(Model.ModelFileName);
   file_->setText(path.isEmpty() ? QStringLiteral("No model file") : QFileInfo(path).fileName());
   file_->setToolTip(path);
+  const QString shown = ToQt(ControlNamed("DataName").text);  // of a run it is the model's
+  data_->setText(QFileInfo(shown).fileName());
+  data_->setToolTip(shown);
+  data_->setVisible(!shown.isEmpty() && shown != path);
   length_->setText("Sweep " + ToQt(CompactNumber(ControlNamed("SweepLength").number, 6)) + " ms");
   form_->setText(ToQt(ShownText(ControlNamed("ModelForm"))));
 }

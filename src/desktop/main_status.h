@@ -24,8 +24,12 @@ class MainStatus : public QStatusBar {
   /// The part that is done and the seconds since it began.
   void showFraction(double fraction);
 
+ signals:
+  void stopPressed();
+
  private:
   QLabel* file_;
+  QLabel* data_;  // name of the recording on display; hidden without one
   QLabel* length_;
   QLabel* form_;
   QProgressBar* progress_;

@@ -53,7 +53,7 @@ struct Tool {
 };
 constexpr Tool Tools[] = {
     {"run", "Run", "AcquireData", "Run the model (F5)"},
-    {"stop", "Stop", "", "Stop the run (Esc)"},
+    {"stop", "Stop", "", "Stop the run or the analysis (Esc)"},
     {"", "", "", ""},
     {"open", "Open", "OpenParameterFile", "Open a model file (Ctrl+O)"},
     {"save", "Save", "SaveParameters", "Save the model (Ctrl+S)"},
@@ -210,6 +210,7 @@ void MainWindow::connectFrontEnd() {
   frontEnd_.openHelp = [this](int topic) { return openHelp(topic); };
   connect(&frontEnd_, &DesktopFrontEnd::recordsChanged, this, &MainWindow::refresh);
   connect(&frontEnd_, &DesktopFrontEnd::progressed, status_, &MainStatus::showProgress);
+  connect(status_, &MainStatus::stopPressed, this, [] { StopWork(); });
   connect(&frontEnd_, &DesktopFrontEnd::breathed, status_, &MainStatus::showFraction);
   connect(&frontEnd_, &DesktopFrontEnd::printWanted, this, [this](const Panel* panel) {
     for (const Task& task : tasks_) {

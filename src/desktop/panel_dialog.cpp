@@ -5,9 +5,12 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTabWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <map>
 
 #include "desktop/control_widget.h"
@@ -22,6 +25,7 @@ namespace zelvane {
 namespace {
 
 constexpr int Margin = 14;
+constexpr int WidestText = 460;  // pixels; longer lines are wrapped
 constexpr int TableWidth = 360;
 constexpr int TableHeight = 360;
 constexpr char PlacePanel[] = "ParseReadPanel";  // its graph is a bar
@@ -62,12 +66,17 @@ PanelDialog::PanelDialog(Panel& panel, QWidget* parent, Mode mode, const QString
   addRecords(layout);
   addButtons(layout);
   refresh({});
+  // As large as its content, and no larger than the window it belongs to.
+  const QSize room = parent != nullptr ? parent->window()->size() : screen()->availableSize();
+  resize(sizeHint().boundedTo(room));
 }
 
 void PanelDialog::addText(QVBoxLayout* layout, const QString& text) {
   auto* label = new QLabel(text, this);
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);
+  const int whole = label->fontMetrics().boundingRect({}, Qt::TextExpandTabs, text).width() + 2;
+  label->setMinimumWidth(std::min(whole, WidestText));
   layout->addWidget(label);
 }
 
@@ -96,6 +105,7 @@ void PanelDialog::addRecords(QVBoxLayout* layout) {
   for (Graph* graph : panel_.graphs) {
     if (panel_.name == PlacePanel) {
       place_ = new PlaceBar(*graph, this);
+      layout->addWidget(new QLabel(ToQt(graph->x.title), this));
       layout->addWidget(place_);
       continue;
     }
@@ -162,6 +172,18 @@ void PanelDialog::contextMenuEvent(QContextMenuEvent* event) {
 void PanelDialog::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   for (GraphWidget* graph : graphs_) graph->refresh();
+  selectFirstField();
+}
+
+/// What is typed into a field that has the focus from the start takes the place of what stands there.
+void PanelDialog::selectFirstField() {
+  QWidget* first = nextInFocusChain();
+  const auto takesKeys = [this](const QWidget* widget) {
+    return (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isEnabled() && widget->isVisibleTo(this) &&
+           widget->focusProxy() == nullptr;
+  };
+  while (first != this && !takesKeys(first)) first = first->nextInFocusChain();
+  if (qobject_cast<QLineEdit*>(first) != nullptr) first->setFocus(Qt::TabFocusReason);
 }
 
 }  // namespace zelvane

@@ -44,6 +44,7 @@ class PanelDialog : public QDialog {
   void addForms(QVBoxLayout* layout);
   void addRecords(QVBoxLayout* layout);
   void addButtons(QVBoxLayout* layout);
+  void selectFirstField();
 
   Panel& panel_;
   Mode mode_;

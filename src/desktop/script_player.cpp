@@ -45,9 +45,7 @@ void PlayScript(const QString& path, DesktopFrontEnd& frontEnd) {
   }
   std::stringstream events;
   frontEnd.setUnattended(true);
-  PlayDrive(script, events, {.frontEnd = frontEnd.functions(), .started = nullptr, .afterLine = [&] {
-                               frontEnd.refreshNow();
-                             }});
+  PlayDrive(script, events, {.frontEnd = frontEnd.functions(), .afterLine = [&] { frontEnd.refreshNow(); }});
   frontEnd.setUnattended(false);
   const std::string errors = ErrorsOf(events);
   if (!errors.empty()) MessagePopup(PlayTitle, RefusedText + errors);

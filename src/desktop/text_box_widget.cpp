@@ -2,6 +2,7 @@
 
 #include <QFontDatabase>
 #include <algorithm>
+#include <cmath>
 
 #include "desktop/text.h"
 
@@ -48,11 +49,14 @@ void TextBoxWidget::refresh() {
 }
 
 QSize TextBoxWidget::sizeHint() const {
-  const int lines = std::clamp(static_cast<int>(box_.lines.size()) + 1, FewestLines, MostLines);
+  const int lines =
+      std::clamp(document()->blockCount() + 1, FewestLines, MostLines);  // and one to see the end
   int longest = FewestColumns;
   for (const std::string& line : box_.lines) longest = std::max(longest, WidthOf(line));
+  const int margins = static_cast<int>(std::ceil(2.0 * document()->documentMargin()));
   const int columns = lineWrapMode() == NoWrap ? std::min(longest, MostColumns) + 3 : Prose;
-  return {columns * fontMetrics().averageCharWidth(), lines * fontMetrics().lineSpacing() + 2 * frameWidth()};
+  return {columns * fontMetrics().averageCharWidth(),
+          lines * fontMetrics().lineSpacing() + 2 * frameWidth() + margins};
 }
 
 }  // namespace zelvane

@@ -98,7 +98,6 @@ int RunDrive(std::istream& in, std::ostream& out, const StartOptions& options, c
   FrontEnd former = SetFrontEnd(DriveFrontEnd(session, host.frontEnd));
   StartApplication(options);
   out.flush();
-  if (host.started) host.started();
   RunLines(session, in, host);
   SetFrontEnd(std::move(former));
   return session.misunderstood ? Misunderstood : 0;

@@ -11,10 +11,10 @@
 namespace zelvane {
 
 /// What shows the program while a script runs: nothing, or a window. Popups, dialogs and the end of the
-/// program stay with the script; every other function of `frontEnd` is called as well.
+/// program stay with the script; every other function of `frontEnd` is called as well, and `modal` once the
+/// script has filled a dialog, whatever it returns.
 struct DriveHost {
   FrontEnd frontEnd{};
-  std::function<void()> started{};    // the application has come up
   std::function<void()> afterLine{};  // a command has ended
 };
 

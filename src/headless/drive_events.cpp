@@ -81,12 +81,13 @@ void FillField(DriveSession& session, Panel& panel, const std::string& name, con
   if (!refusal.empty()) WriteRefusal(session, name + ": " + refusal);
 }
 
-bool RunModal(DriveSession& session, Panel& panel, std::string_view text) {
+bool RunModal(DriveSession& session, const FrontEnd& shown, Panel& panel, std::string_view text) {
   const std::optional<DialogReply> reply = Take(session.replies);
   const bool accept = reply && reply->accept;
   if (reply) {
     for (const auto& [name, value] : reply->fields) FillField(session, panel, name, value);
   }
+  if (shown.modal) shown.modal(panel, text);
   Json event = Popup("dialog");
   event["name"] = panel.name;
   event["text"] = text;
@@ -162,7 +163,9 @@ FrontEnd DriveFrontEnd(DriveSession& session, const FrontEnd& shown) {
     return Confirm(session, title, text);
   };
   frontEnd.files = [&session](const FileRequest& request) { return ChooseFiles(session, request); };
-  frontEnd.modal = [&session](Panel& panel, std::string_view text) { return RunModal(session, panel, text); };
+  frontEnd.modal = [&session, shown](Panel& panel, std::string_view text) {
+    return RunModal(session, shown, panel, text);
+  };
   frontEnd.pump = [&session, shownPump = shown.pump] {
     Pump(session);
     if (shownPump) shownPump();

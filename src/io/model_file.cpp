@@ -13,6 +13,8 @@ namespace zelvane {
 namespace {
 
 constexpr char ReadTitle[] = "Read Parameters";
+constexpr char NotOpened[] =
+    ": cannot open ";  // and the name, in the title of the dialog that asks for another
 constexpr char SaveTitle[] = "Save Parameters";
 constexpr char ModelFilter[] = "*.mod";
 constexpr char CannotWrite[] =
@@ -24,7 +26,7 @@ constexpr int OpenAttempts = 2;  // names asked for while a file cannot be opene
 /// a wrong name costs neither the memory nor the time that its file would.
 constexpr std::size_t MaxModelBytes = 16 * 1024 * 1024;
 
-std::optional<std::string> AskForModel(const char* title, bool save) {
+std::optional<std::string> AskForModel(const std::string& title, bool save) {
   FileRequest request;
   request.title = title;
   request.defaultName = ModelFilter;
@@ -38,7 +40,7 @@ std::optional<std::string> AskForModel(const char* title, bool save) {
 std::optional<std::string> ReadBytesAsking(std::string& path) {
   auto bytes = ReadBytes(path, MaxModelBytes);
   for (int attempt = 0; !bytes && attempt < OpenAttempts; ++attempt) {
-    const auto chosen = AskForModel(ReadTitle, false);
+    const auto chosen = AskForModel(ReadTitle + (NotOpened + path), false);
     if (!chosen) return std::nullopt;
     path = *chosen;
     bytes = ReadBytes(path, MaxModelBytes);

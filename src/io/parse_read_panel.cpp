@@ -104,7 +104,7 @@ constexpr ControlDecl FileControls[] = {
     {"ParseFileSamples", Readout, "Samples in file",   "",    "%.0f", "", nullptr,
      "Samples of the channel in the file."},
     {"ParseFileMs",      Readout, "Length of file",    "ms",  "%g",   "", nullptr, "Length of the file (in ms)."},
-    {"ParseFileMinutes", Readout, "",                  "min", "%g",   "", nullptr,
+    {"ParseFileMinutes", Readout, "In minutes",        "min", "%g",   "", nullptr,
      "Length of the file (in minutes)."},
     {"ParseMaximum",     Readout, "Samples at most",   "",    "%.0f", "", nullptr,
      "Samples that the trace can hold."},

@@ -109,7 +109,7 @@ void OpenNamedFile(const std::string& file) {
 
 void OpenNamedFiles(const StartOptions& options) {
   for (const std::string& file : options.files) {
-    if (Exists(file)) OpenNamedFile(file);  // an argument that names no file is passed over
+    if (Exists(file)) OpenFileByName(file);  // an argument that names no file is passed over
   }
 }
 
@@ -231,6 +231,8 @@ void StartApplication(const StartOptions& options) {
   HidePanel("AboutPanel");
   SetVisible("CloseAbout", true);
   ShowPanel("MainPanel");
+  UpdateDimming();
+  if (options.shown) options.shown();
   OpenNamedFiles(options);
   StartUndo();
   WatchForRecorder();

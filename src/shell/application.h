@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,6 +13,7 @@ struct StartOptions {
   std::string folder;                          // program's folder; empty = where the installed data lie
   std::vector<std::string> files;              // files named on the command line
   std::optional<std::array<double, 3>> seeds;  // of the generators, in place of the clock
+  std::function<void()> shown{};               // the main panel shows; the files are read next
 };
 
 /// Brings the program up in its fixed order: banner, generators, stores, panels, "config.mod", stimulus, main

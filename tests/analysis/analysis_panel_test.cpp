@@ -80,6 +80,17 @@ TEST_F(AnalysisPanelTest, ATableReadsBackWithItsRecording) {
   EXPECT_EQ(LastValue(gone), 1);
 }
 
+TEST_F(AnalysisPanelTest, ATableWithoutItsModelAsksForItAndReadsOnWithThePresentOne) {
+  const std::string table = folder.File("lone.tbl");
+  WriteWholeFile(table, "TABLE\n" + folder.File("gone.mod") + "\n" + recording +
+                            "\ntitles\n1\nstep.abf 2 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18\n");
+  const auto lines = Run("reply ok\nopen \"" + table + "\"\nget ModelFileName\nget TableRow\n");
+  EXPECT_EQ(lines.front()["title"], "Read Parameters: cannot open " + folder.File("gone.mod"));
+  EXPECT_FALSE(lines[lines.size() - 2]["value"].get<std::string>().ends_with("gone.mod"));
+  EXPECT_EQ(LastValue(lines), 2);
+  EXPECT_EQ(Trace.TraceFileName, recording);
+}
+
 TEST_F(AnalysisPanelTest, CursorsAndFieldsMoveEachOther) {
   const auto lines = Run(
       "enter NumPoints 1000\nenter ADInterval 0.1\nset SimulatorKind 0\npress AcquireData\npress Analysis\n"

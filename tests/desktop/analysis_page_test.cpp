@@ -4,7 +4,10 @@
 #include <QAction>
 #include <QClipboard>
 #include <QLabel>
+#include <QPushButton>
+#include <QStatusBar>
 #include <QTableView>
+#include <QTimer>
 
 #include "analysis/analysis_store.h"
 #include "io/trace_store.h"
@@ -77,6 +80,22 @@ TEST_F(AnalysisPageTest, AllSweepsFillTheTableWhichACopyTakesAsColumns) {
     EXPECT_EQ(cells[0].toInt(), row + 1);
     EXPECT_EQ(cells[2].toFloat(), Analysis.Rows[static_cast<std::size_t>(row) + 1].value[5]) << "all digits";
   }
+}
+
+TEST_F(AnalysisPageTest, StopBesideTheProgressEndsTheAnalysisOfAllSweeps) {
+  int told = 0;
+  QObject::connect(&frontEnd, &DesktopFrontEnd::progressed, window.get(), [&](double fraction) {
+    if (fraction < 0.0 || ++told > 1) return;
+    auto* stop = window->statusBar()->findChild<QPushButton*>();
+    EXPECT_TRUE(stop->isVisible());
+    QTimer::singleShot(0, stop, [this, stop] { click(stop); });
+    QTest::qSleep(50);  // a slow sweep: the window takes clicks before the next one
+  });
+  clickControl("AutoAnalyzeButton");
+  EXPECT_EQ(told, 1);
+  EXPECT_EQ(Analysis.TableRow, 2) << "the sweep under way is the last";
+  EXPECT_EQ(Trace.EpisodeIndex, 1);
+  EXPECT_EQ(Screen.busy, 0);
 }
 
 TEST_F(AnalysisPageTest, LimitsTypedOnThePropertiesHoldOnAnAxisThatCountsSamples) {

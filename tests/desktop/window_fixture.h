@@ -34,18 +34,27 @@ class WindowTest : public StoreTest {
     SetFrontEnd({});
   }
 
-  void open() {
+  /// Starts the program with the files that its command line names.
+  void open(std::vector<std::string> files = {}) {
     FrontEnd shown = frontEnd.functions();
     const FrontEnd recorder = SetFrontEnd({});
-    shown.message = recorder.message;
+    shown.message = [this, record = recorder.message](std::string_view title, std::string_view text) {
+      EXPECT_TRUE(window != nullptr && window->isVisible()) << text << ": there is no window behind it";
+      record(title, text);
+    };
     shown.confirm = recorder.confirm;
     shown.files = recorder.files;
     shown.quit = [this] { quit = true; };
     SetFrontEnd(shown);
-    StartApplication(options());
-    window = std::make_unique<MainWindow>(frontEnd, settings);
-    window->setWindowState(Qt::WindowNoState);
-    ShowAt(*window, {1280, 720});
+    StartOptions start = options();
+    start.files = std::move(files);
+    start.shown = [this] {
+      window = std::make_unique<MainWindow>(frontEnd, settings);
+      window->setWindowState(Qt::WindowNoState);
+      ShowAt(*window, {1280, 720});
+    };
+    StartApplication(start);
+    Settle();
   }
 
   StartOptions options() const { return {folder.Path().string(), {}, {{1.0, 2.0, 3.0}}}; }

@@ -4,10 +4,12 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QImage>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QTabWidget>
 #include <QTextBrowser>
 #include <QTimer>
@@ -34,6 +36,12 @@
 
 namespace zelvane {
 namespace {
+
+/// What the window looks like.
+QImage Look(QWidget& widget) {
+  Settle();
+  return widget.grab().toImage();
+}
 
 TEST_F(WindowTest, ThePressOfRunShowsTheResponse) {
   EXPECT_TRUE(GraphNamed("MainPanel").plots.empty());
@@ -239,6 +247,59 @@ TEST_F(WindowTest, ADroppedModelOpensAndAnythingElseIsTold) {
   }
 }
 
+TEST_F(WindowTest, ARecordingShowsAtOnceHoweverItIsOpened) {
+  const std::string recording = ZELVANE_TEST_DATA "/recordings/abf2/20101002.abf";
+  const QImage empty = Look(*graph());
+  window.reset();
+  open({folder.File("absent"), recording});
+  const QImage named = Look(*graph());
+  EXPECT_NE(named, empty);
+  EXPECT_EQ(Trace.TraceFileName, recording);
+  EXPECT_EQ(GraphNamed("MainPanel").plots.at(0).y.size(), 246U);
+  window.reset();
+  open();
+  EXPECT_EQ(Look(*graph()), empty);
+  drop(recording);
+  EXPECT_EQ(Look(*graph()), named) << "dropped";
+  window.reset();
+  open();
+  choices.push_back(recording);
+  window->findChild<QAction*>("FxnRead")->trigger();
+  EXPECT_EQ(Look(*graph()), named) << "chosen in the menu";
+  const auto labels = window->statusBar()->findChildren<QLabel*>();
+  EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
+    return label->isVisible() && label->text() == "20101002.abf";
+  }));
+  EXPECT_TRUE(popups.empty());
+}
+
+TEST_F(WindowTest, AFileThatCannotBeReadAtTheStartIsToldOnceAndTheModelStays) {
+  for (const char* name : {"abf1_header_200", "abf1_version_nan", "abf2_table_100"}) {
+    window.reset();
+    popups.clear();
+    open({std::string(ZELVANE_TEST_DATA "/recordings/broken/") + name + ".abf"});
+    ASSERT_EQ(popups.size(), 1U) << name;
+    EXPECT_EQ(GraphNamed("MainPanel").plots.size(), 0U) << name;
+    EXPECT_TRUE(Model.ModelTitle.starts_with("AMPA")) << name;
+  }
+}
+
+TEST_F(WindowTest, WhatIsTypedIntoADialogThatOpensTakesThePlaceOfItsProposal) {
+  QTimer user;
+  QObject::connect(&user, &QTimer::timeout, [&user] {
+    QWidget* dialog = QApplication::activeModalWidget();
+    if (dialog == nullptr) return;
+    user.stop();
+    EXPECT_EQ(dialog->objectName(), "ChannelChoicePanel");
+    QTest::keyClicks(dialog->focusWidget(), "2");
+    QTest::keyClick(dialog->focusWidget(), Qt::Key_Return);
+  });
+  user.start(0);
+  drop(ZELVANE_TEST_DATA "/recordings/abf1/pclamp11_4ch_abf1.abf");
+  EXPECT_EQ(Trace.RecordedChannel, 2);
+  EXPECT_TRUE(window->openDialogs().empty());
+}
+
 TEST_F(WindowTest, PageKeysStepThroughTheSweepsOfADroppedRecording) {
   drop(ZELVANE_TEST_DATA "/recordings/abf2/20101002.abf");
   EXPECT_TRUE(popups.empty());
@@ -392,12 +453,6 @@ TEST_F(WindowTest, AScriptPlaysAgainstTheWindowAndTellsWhatItCouldNotDo) {
   EXPECT_NE(popups[0].text.find("NoSuchControl"), std::string::npos);
 }
 
-/// What the window looks like.
-QImage Look(QWidget& widget) {
-  Settle();
-  return widget.grab().toImage();
-}
-
 TEST_F(WindowTest, ASystemThatTurnsDarkDressesTheWindowThatIsOpen) {
   const auto show = [&](const char* task) {
     clickTool(task);
@@ -477,6 +532,13 @@ TEST_F(WindowTest, PicturesOfEveryVisiblePanelAreSaved) {
   EXPECT_EQ(page.size(), QSize(1280, 720));
   EXPECT_FALSE(QImage(QString::fromStdString(folder.File("pictures/ConductancePanel.png"))).isNull());
   EXPECT_FALSE(GrabPanels(*window, QString::fromStdString(folder.File("config.mod")) + "/within"));
+  frontEnd.modalShown = [&] {
+    EXPECT_TRUE(GrabPanels(*window, QString::fromStdString(folder.File("pictures"))));
+  };
+  WriteWholeFile(folder.File("ask.drive"), "reply cancel\npress SCImportAscii\n");
+  window->playScript(QString::fromStdString(folder.File("ask.drive")));
+  EXPECT_FALSE(QImage(QString::fromStdString(folder.File("pictures/ListChoicePanel.png"))).isNull())
+      << "a dialog that waits for its answer";
 }
 
 }  // namespace

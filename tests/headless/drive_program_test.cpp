@@ -2,6 +2,7 @@
 #include <sstream>
 
 #include "headless/drive.h"
+#include "screen/screen.h"
 #include "support/drive_test.h"
 
 namespace zelvane {
@@ -94,13 +95,19 @@ TEST_F(DriveTest, AScriptRunsUnderAWindowWhichIsToldOfEveryChange) {
   };
   host.frontEnd.message = [](std::string_view, std::string_view) { ADD_FAILURE() << "a script answers"; };
   host.afterLine = [&] { ++lines; };
-  bool started = false;
-  host.started = [&] { started = true; };
-  std::istringstream script("help NumPoints\nenter NumPoints 300\npress FxnHotKey\n");
+  double filled = -1.0;
+  host.frontEnd.modal = [&](Panel&, std::string_view) {
+    filled = ControlNumber("ListReplace");
+    return true;
+  };
+  std::istringstream script(
+      "help NumPoints\nenter NumPoints 300\npress FxnHotKey\nreply ListReplace 1 cancel\npress "
+      "SCImportAscii\n");
   std::ostringstream out;
   EXPECT_EQ(RunDrive(script, out, {folder.Path().string(), {}, {}}, host), 0);
-  EXPECT_TRUE(started);
-  EXPECT_EQ(lines, 3);
+  EXPECT_EQ(lines, 5);
+  EXPECT_EQ(filled, 1.0) << "a dialog shows what the script has filled in";
+  EXPECT_EQ(out.str().find("\"popup\":\"file\""), std::string::npos) << "the script has cancelled it";
   EXPECT_GT(changes, 0);
   EXPECT_EQ(shownHelp, 1001);
 
