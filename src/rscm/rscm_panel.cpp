@@ -39,6 +39,7 @@ constexpr char Corrected[] = "RsCm Corrected";
 constexpr char Uncorrected[] = "RsCm UnCorrected";
 constexpr char ConductanceTitle[] = "RC-Filt(pA)";
 constexpr char VoltageTitle[] = "pA(Vm step)";
+constexpr char LinearIv[] = "linear";
 constexpr char LoadTitle[] = "Import model IV curve (V,relative current) for RsCm correction";
 
 constexpr float TwoPi = 6.283185308F;
@@ -113,6 +114,7 @@ void RefreshViews() {
 
 void OpenPanel() {
   if (RsCm.RcIvCount == 0) SetLinearIv();
+  if (RsCm.RcIvLoaded == 0) ShowText("RcIvFileName", LinearIv);
   WriteControls(PanelName, CircuitGroup);
   ShowField("RsCmAuto");
   PlotRelation();
