@@ -71,7 +71,7 @@ TEST_F(NamedFilesTest, AListLoadsWhatLiesBesideIt) {
 }
 
 TEST_F(NamedFilesTest, FilesOfAListThatAreMissingAreAskedForAndEndItWhenThereAreNone) {
-  const std::string model = "Read Parameters";
+  const std::string model = "Read Parameters: cannot open " + folder.File("none.mod");
   const std::string data = "Read ASCII or Binary Data File to Fit";
   const std::string stimulus = "Read Binary Stimulus Profile for Fitting";
   List("none.mod\n2\nnone.abf\nstep.stm\ncell.abf\nnone.stm\n");
