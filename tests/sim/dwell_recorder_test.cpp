@@ -63,13 +63,6 @@ TEST_F(DwellRecorderTest, AnOpeningIsOneEntryAndItsStatesAreDwellsOfTheRecord) {
   EXPECT_EQ(Entries(store.IdealClass, 6), (Floats{SegmentMarker, 2.0F, 3.0F, ClosedClass, 3.0F, RecordEnd}));
 }
 
-TEST_F(DwellRecorderTest, ASweepWithOneOpeningHasALatencyAndNoClosedTime) {
-  Sweep({{1, 4.0F}, {2, 1.0F}, {1, 8.0F}});
-  EXPECT_EQ(Open().size(), 1U);
-  EXPECT_EQ(Closed().size(), 0U);
-  EXPECT_EQ(Latencies(), (Floats{4.0F}));
-}
-
 TEST_F(DwellRecorderTest, AChannelThatStartsOpenGoesOnWithTheOpeningThatEndedTheFormerSweep) {
   Sweep({{2, 1.0F}});
   EndRecord(recorder);

@@ -39,6 +39,12 @@ TEST_F(IntegrateModelTest, GivesTheClosedFormInAllUnits) {
   Model.VRev = 10.0F;
   Model.Valence = 2;
   std::fill_n(Stimulus.Profile[0].begin(), 1001, -0.06F);
+  std::fill_n(Stimulus.Profile[1].begin(), 1001, 1e-3F);
+  Model.KOn[1] = 1e6;  // times 1 mM
+  Model.Depend.Drug[1][1][2] = 1;
+  Model.KOff[1] = 500.0 / std::exp(-0.06 * 0.7 * 11603.0 / 298.16);
+  Model.Depend.Volt[2][1] = 1;
+  Model.Depend.Steepness[2][1] = 0.7F;
   struct Row {
     int units;
     double factor;
@@ -102,7 +108,8 @@ TEST_F(IntegrateModelTest, HalvesTheStepSaysSoAndGivesUpAfterFivePasses) {
     int reductions;
     std::size_t popups;
   };
-  for (const Row& row : {Row{2e5, 1, 1}, Row{1e7, 5, 2}}) {
+  // A step is stable up to step x 2 x rate = 2.785.
+  for (const Row& row : {Row{1e5, 0, 0}, Row{2e5, 1, 1}, Row{4e5, 2, 1}, Row{1e7, 5, 2}}) {
     popups.clear();
     Model.KOn[1] = Model.KOff[1] = row.perSecond;
     Model.MaxStepSize = 0.01F;

@@ -49,16 +49,6 @@ TEST_F(MonteCarloLimitsTest, ARateOf1e8thIsNeverTaken) {
   EXPECT_EQ(Dwell.MonitoredChannels, 0);
   EXPECT_EQ(Trace.TraceValid, 0);
   ExpectNextRunWorks();
-  // Nor beside a rate of 100.
-  Model.ModelIs2D = 0;
-  Model.TableRate[1][2] = 1e-8F;
-  Model.TableRate[1][3] = 100.0F;
-  Model.TableRate[3][1] = 1e3F;
-  Model.TableRate[2][1] = 1.0F;
-  Model.NumChannels = 1000;
-  RunAsSet();
-  EXPECT_EQ(Result.OccupancyUsed[2], 0);
-  EXPECT_GT(Result.OccupancyUsed[3], 0);
 }
 
 TEST_F(MonteCarloLimitsTest, RatesThatAreNoNumbersOrNoneAreNoConnections) {

@@ -10,24 +10,52 @@
 namespace zelvane {
 namespace {
 
-float PlainFactor(const SchemeTables& tables, const StimulusView& stimulus, std::size_t a, std::size_t b,
-                  std::size_t point) {
-  float factor = 1.0F;
-  for (std::size_t d = 1; d <= MaxDrugs; ++d) {
-    if (tables.depend.Drug[d][a][b] != 0) factor *= stimulus.profile[d][point];
-  }
-  if (tables.depend.Volt[a][b] == 1) {
-    const double coefficient = VoltageCoefficient(tables.depend.Steepness[a][b], tables.temperature);
-    factor = static_cast<float>(static_cast<double>(factor) *
-                                std::exp(static_cast<double>(stimulus.profile[0][point]) * coefficient));
-  }
-  return factor;
-}
+/// What the integrators need of a model.
+struct PlainScheme {
+  const SchemeTables& tables;
+  const StimulusView& stimulus;
 
-std::size_t PlainIndex(const StimulusView& stimulus, float t) {
-  const double point = static_cast<double>(t) / (0.001 * static_cast<double>(stimulus.intervalMs));
-  const auto index = static_cast<std::size_t>(std::trunc(point)) + static_cast<std::size_t>(stimulus.offset);
-  return std::min(index, stimulus.profile[0].size() - 1);
+  float Factor(std::size_t a, std::size_t b, std::size_t point) const {
+    float factor = 1.0F;
+    for (std::size_t d = 1; d <= MaxDrugs; ++d) {
+      if (tables.depend.Drug[d][a][b] != 0) factor *= stimulus.profile[d][point];
+    }
+    if (tables.depend.Volt[a][b] != 1) return factor;
+    const double coefficient = VoltageCoefficient(tables.depend.Steepness[a][b], tables.temperature);
+    return static_cast<float>(static_cast<double>(factor) *
+                              std::exp(static_cast<double>(stimulus.profile[0][point]) * coefficient));
+  }
+
+  /// dy/dt at `t` seconds.
+  States Slope(float t, const States& y) const {
+    const double moment = static_cast<double>(t) / (0.001 * static_cast<double>(stimulus.intervalMs));
+    const std::size_t point =
+        std::min(static_cast<std::size_t>(std::trunc(moment)) + static_cast<std::size_t>(stimulus.offset),
+                 stimulus.profile[0].size() - 1);
+    States slope{};
+    for (std::size_t c = 1; c <= MaxStates; ++c) {
+      if (tables.on[c] == 0) continue;
+      for (std::size_t v = 1; v <= MaxStates; ++v) {
+        if (v == c) continue;
+        slope[c] += y[v] * tables.rate[v][c] * Factor(v, c, point);
+        slope[c] -= y[c] * tables.rate[c][v] * Factor(c, v, point);
+      }
+    }
+    return slope;
+  }
+
+  void Save(const States& y, std::size_t point, const OccupancyRows& rows) const {
+    for (std::size_t s = 1; s <= MaxStates; ++s) {
+      if (tables.on[s] != 0) rows[s][point] = y[s];
+    }
+  }
+};
+
+/// Applies a rule to every state.
+States ForAll(auto rule) {
+  States result{};
+  for (std::size_t s = 1; s <= MaxStates; ++s) result[s] = rule(s);
+  return result;
 }
 
 float RunSeconds(const StimulusView& stimulus, int numPoints) {
@@ -36,44 +64,34 @@ float RunSeconds(const StimulusView& stimulus, int numPoints) {
 }
 
 /// rk4 of Numerical Recipes.
-void PlainRungeKutta(const SchemeTables& tables, const StimulusView& stimulus, float t, float h, States& y) {
-  States slope1{}, slope2{}, slope3{}, slope4{}, trial{};
+States PlainRungeKutta(const PlainScheme& scheme, float t, float h, const States& y) {
   const float half = h * 0.5F;
   const float sixth = h / 6.0F;
-  PlainDerivatives(tables, stimulus, t, y, slope1);
-  for (std::size_t s = 1; s <= MaxStates; ++s) trial[s] = y[s] + half * slope1[s];
-  PlainDerivatives(tables, stimulus, t + half, trial, slope2);
-  for (std::size_t s = 1; s <= MaxStates; ++s) trial[s] = y[s] + half * slope2[s];
-  PlainDerivatives(tables, stimulus, t + half, trial, slope3);
-  for (std::size_t s = 1; s <= MaxStates; ++s) {
-    trial[s] = y[s] + h * slope3[s];
-    slope3[s] += slope2[s];
-  }
-  PlainDerivatives(tables, stimulus, t + h, trial, slope4);
-  for (std::size_t s = 1; s <= MaxStates; ++s)
-    y[s] = y[s] + sixth * (slope1[s] + slope4[s] + 2.0F * slope3[s]);
+  const States k1 = scheme.Slope(t, y);
+  const States k2 = scheme.Slope(t + half, ForAll([&](std::size_t s) { return y[s] + half * k1[s]; }));
+  const States k3 = scheme.Slope(t + half, ForAll([&](std::size_t s) { return y[s] + half * k2[s]; }));
+  const States k4 = scheme.Slope(t + h, ForAll([&](std::size_t s) { return y[s] + h * k3[s]; }));
+  return ForAll([&](std::size_t s) { return y[s] + sixth * (k1[s] + k4[s] + 2.0F * (k3[s] + k2[s])); });
 }
 
 /// One pass; false when an occupancy left its range.
-bool PlainPass(const SchemeTables& tables, const StimulusView& stimulus, const States& start, int numPoints,
-               float stepMs, const OccupancyRows& rows, FixedStepResult& result) {
-  const long long substeps = SubstepsPerPoint(stimulus.intervalMs, stepMs);
-  const float h = RunSeconds(stimulus, numPoints) / static_cast<float>(numPoints * substeps);
+bool PlainPass(const PlainScheme& scheme, const States& start, int numPoints, float stepMs,
+               const OccupancyRows& rows, FixedStepResult& result) {
+  const long long substeps = SubstepsPerPoint(scheme.stimulus.intervalMs, stepMs);
+  const float h = RunSeconds(scheme.stimulus, numPoints) / static_cast<float>(numPoints * substeps);
   States y = start;
-  for (std::size_t s = 1; s <= MaxStates; ++s) {
-    if (tables.on[s] != 0) rows[s][1] = y[s];
-  }
+  scheme.Save(y, 1, rows);
   float t = 0.0F;
   bool stalled = false;
   for (long long k = 1; k <= numPoints * substeps; ++k) {
-    PlainRungeKutta(tables, stimulus, t, h, y);
+    y = PlainRungeKutta(scheme, t, h, y);
     if (t + h == t && !stalled) ++result.stalledPasses;
     stalled = stalled || t + h == t;
     t = t + h;
     if (k % substeps != 0) continue;
     const auto point = static_cast<std::size_t>(k / substeps) + 1;
     for (std::size_t s = 1; s <= MaxStates; ++s) {
-      if (tables.on[s] == 0) continue;
+      if (scheme.tables.on[s] == 0) continue;
       rows[s][point] = y[s];
       if (!(static_cast<double>(y[s]) <= 1.01 && static_cast<double>(y[s]) >= -0.01)) return false;
     }
@@ -82,31 +100,23 @@ bool PlainPass(const SchemeTables& tables, const StimulusView& stimulus, const S
 }
 
 /// rkck: the fifth-order solution of a step and its error estimate.
-void PlainCashKarp(const SchemeTables& tables, const StimulusView& stimulus, float x, float h,
-                   const States& y, const States& dydx, States& out, States& error) {
+void PlainCashKarp(const PlainScheme& scheme, float x, float h, const States& y, const States& k1,
+                   States& out, States& error) {
   using namespace cash_karp;
-  States k2{}, k3{}, k4{}, k5{}, k6{}, trial{};
-  const auto all = [](auto rule) {
-    for (std::size_t s = 1; s <= MaxStates; ++s) rule(s);
+  const auto slope = [&](float node, auto rise) {
+    return scheme.Slope(x + node * h, ForAll([&](std::size_t s) { return y[s] + rise(s); }));
   };
-  all([&](std::size_t s) { trial[s] = y[s] + B21 * h * dydx[s]; });
-  PlainDerivatives(tables, stimulus, x + A2 * h, trial, k2);
-  all([&](std::size_t s) { trial[s] = y[s] + h * (B31 * dydx[s] + B32 * k2[s]); });
-  PlainDerivatives(tables, stimulus, x + A3 * h, trial, k3);
-  all([&](std::size_t s) { trial[s] = y[s] + h * (B41 * dydx[s] + B42 * k2[s] + B43 * k3[s]); });
-  PlainDerivatives(tables, stimulus, x + A4 * h, trial, k4);
-  all([&](std::size_t s) {
-    trial[s] = y[s] + h * (B51 * dydx[s] + B52 * k2[s] + B53 * k3[s] + B54 * k4[s]);
+  const States k2 = slope(A2, [&](std::size_t s) { return B21 * h * k1[s]; });
+  const States k3 = slope(A3, [&](std::size_t s) { return h * (B31 * k1[s] + B32 * k2[s]); });
+  const States k4 = slope(A4, [&](std::size_t s) { return h * (B41 * k1[s] + B42 * k2[s] + B43 * k3[s]); });
+  const States k5 =
+      slope(A5, [&](std::size_t s) { return h * (B51 * k1[s] + B52 * k2[s] + B53 * k3[s] + B54 * k4[s]); });
+  const States k6 = slope(A6, [&](std::size_t s) {
+    return h * (B61 * k1[s] + B62 * k2[s] + B63 * k3[s] + B64 * k4[s] + B65 * k5[s]);
   });
-  PlainDerivatives(tables, stimulus, x + A5 * h, trial, k5);
-  all([&](std::size_t s) {
-    trial[s] = y[s] + h * (B61 * dydx[s] + B62 * k2[s] + B63 * k3[s] + B64 * k4[s] + B65 * k5[s]);
-  });
-  PlainDerivatives(tables, stimulus, x + A6 * h, trial, k6);
-  all([&](std::size_t s) {
-    out[s] = y[s] + h * (C1 * dydx[s] + C3 * k3[s] + C4 * k4[s] + C6 * k6[s]);
-    error[s] = h * (D1 * dydx[s] + D3 * k3[s] + D4 * k4[s] + D5 * k5[s] + D6 * k6[s]);
-  });
+  out = ForAll([&](std::size_t s) { return y[s] + h * (C1 * k1[s] + C3 * k3[s] + C4 * k4[s] + C6 * k6[s]); });
+  error = ForAll(
+      [&](std::size_t s) { return h * (D1 * k1[s] + D3 * k3[s] + D4 * k4[s] + D5 * k5[s] + D6 * k6[s]); });
 }
 
 struct PlainControl {
@@ -115,13 +125,12 @@ struct PlainControl {
 };
 
 /// rkqs; false when no step is left to take.
-bool PlainControlledStep(const SchemeTables& tables, const StimulusView& stimulus, float& x, float h,
-                         float tolerance, const States& dydx, const States& scale, States& y,
-                         PlainControl& control, float& next) {
+bool PlainControlledStep(const PlainScheme& scheme, float& x, float h, float tolerance, const States& dydx,
+                         const States& scale, States& y, PlainControl& control, float& next) {
   States out{}, error{};
   float worst = 0.0F;
   while (true) {
-    PlainCashKarp(tables, stimulus, x, h, y, dydx, out, error);
+    PlainCashKarp(scheme, x, h, y, dydx, out, error);
     worst = 0.0F;
     for (std::size_t s = 1; s <= MaxStates; ++s) {
       if (!(scale[s] > 1e-6F)) continue;
@@ -149,31 +158,29 @@ bool PlainControlledStep(const SchemeTables& tables, const StimulusView& stimulu
 }
 
 /// odeint.
-void PlainLoop(const SchemeTables& tables, const StimulusView& stimulus, const States& start, int numPoints,
-               std::span<float> savedTime, const OccupancyRows& rows, PlainControl& control,
-               AdaptiveResult& result) {
-  const float end = RunSeconds(stimulus, numPoints);
-  const auto spacing = static_cast<float>(static_cast<double>(stimulus.intervalMs) * 0.001);
-  const auto smallest = static_cast<float>(static_cast<double>(stimulus.intervalMs) * 1e-5);
-  States y = start, dydx{}, scale{};
+void PlainLoop(const PlainScheme& scheme, const States& start, int numPoints, std::span<float> savedTime,
+               const OccupancyRows& rows, PlainControl& control, AdaptiveResult& result) {
+  const float end = RunSeconds(scheme.stimulus, numPoints);
+  const auto spacing = static_cast<float>(static_cast<double>(scheme.stimulus.intervalMs) * 0.001);
+  const auto smallest = static_cast<float>(static_cast<double>(scheme.stimulus.intervalMs) * 1e-5);
+  States y = start;
   float x = 0.0F, h = spacing, lastSaved = x - 2.0F * spacing, tolerance = control.precision;
   const auto save = [&] {
     const auto q = static_cast<std::size_t>(++result.saved);
     savedTime[q] = x * 1000.0F;
-    for (std::size_t s = 1; s <= MaxStates; ++s) {
-      if (tables.on[s] != 0) rows[s][q] = y[s];
-    }
+    scheme.Save(y, q, rows);
     lastSaved = x;
   };
   result.saved = 0;
   result.finished = false;
   for (result.rounds = 1; result.rounds <= 10 * numPoints; ++result.rounds) {
-    PlainDerivatives(tables, stimulus, x, y, dydx);
-    for (std::size_t s = 1; s <= MaxStates; ++s) scale[s] = std::fabs(y[s]) + std::fabs(h * dydx[s]) + 1e-27F;
+    const States dydx = scheme.Slope(x, y);
+    const States scale =
+        ForAll([&](std::size_t s) { return std::fabs(y[s]) + std::fabs(h * dydx[s]) + 1e-27F; });
     if (result.saved < numPoints - 1 && std::fabs(x - lastSaved) > spacing) save();
     if (x + h > end) h = end - x;
     float next = 0.0F;
-    if (!PlainControlledStep(tables, stimulus, x, h, tolerance, dydx, scale, y, control, next)) return;
+    if (!PlainControlledStep(scheme, x, h, tolerance, dydx, scale, y, control, next)) return;
     if (control.reduced) tolerance = control.precision;
     if (x >= end) {
       save();
@@ -191,25 +198,11 @@ void PlainLoop(const SchemeTables& tables, const StimulusView& stimulus, const S
 
 }  // namespace
 
-void PlainDerivatives(const SchemeTables& tables, const StimulusView& stimulus, float t, const States& y,
-                      States& dydt) {
-  const std::size_t point = PlainIndex(stimulus, t);
-  for (std::size_t c = 1; c <= MaxStates; ++c) {
-    dydt[c] = 0.0F;
-    if (tables.on[c] == 0) continue;
-    for (std::size_t v = 1; v <= MaxStates; ++v) {
-      if (v == c) continue;
-      dydt[c] += y[v] * tables.rate[v][c] * PlainFactor(tables, stimulus, v, c, point);
-      dydt[c] -= y[c] * tables.rate[c][v] * PlainFactor(tables, stimulus, c, v, point);
-    }
-  }
-}
-
 FixedStepResult PlainFixedStep(const SchemeTables& tables, const StimulusView& stimulus, const States& start,
                                int numPoints, float maxStepMs, const OccupancyRows& rows) {
   FixedStepResult result;
   float stepMs = std::max(maxStepMs, SmallestStepMs);
-  while (!PlainPass(tables, stimulus, start, numPoints, stepMs, rows, result)) {
+  while (!PlainPass({tables, stimulus}, start, numPoints, stepMs, rows, result)) {
     stepMs /= 2.0F;
     if (++result.reductions == MaxReductions) break;
   }
@@ -220,11 +213,12 @@ AdaptiveResult PlainAdaptive(const SchemeTables& tables, const StimulusView& sti
                              int numPoints, float precision, std::span<float> savedTime,
                              const OccupancyRows& rows) {
   AdaptiveResult result;
+  const PlainScheme scheme{tables, stimulus};
   PlainControl control{std::max(precision, FinestPrecision), false};
-  PlainLoop(tables, stimulus, start, numPoints, savedTime, rows, control, result);
+  PlainLoop(scheme, start, numPoints, savedTime, rows, control, result);
   if (control.reduced && !result.finished) {
     control.precision = std::min(control.precision * 10.0F, std::numeric_limits<float>::max());
-    PlainLoop(tables, stimulus, start, numPoints, savedTime, rows, control, result);
+    PlainLoop(scheme, start, numPoints, savedTime, rows, control, result);
   }
   result.precisionReduced = control.reduced;
   result.precision = control.precision;

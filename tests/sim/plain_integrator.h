@@ -13,10 +13,6 @@ namespace zelvane {
 
 using States = std::array<float, MaxStates + 1>;  // from index 1
 
-/// dydt at `t` seconds.
-void PlainDerivatives(const SchemeTables& tables, const StimulusView& stimulus, float t, const States& y,
-                      States& dydt);
-
 /// The same as IntegrateFixedStep.
 FixedStepResult PlainFixedStep(const SchemeTables& tables, const StimulusView& stimulus, const States& start,
                                int numPoints, float maxStepMs, const OccupancyRows& rows);

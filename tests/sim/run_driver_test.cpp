@@ -6,11 +6,6 @@ namespace {
 
 using RunDriverTest = RunTest;
 
-void UseTableWithExits(int exits) {
-  Model.ModelIs2D = 0;
-  for (int to = 2; to < 2 + exits; ++to) Model.TableRate[1][to] = 100.0F;
-}
-
 TEST_F(RunDriverTest, RefusesAGridWithoutStatesAndLeavesNoOccupancy) {
   RunAsSet();
   ASSERT_NEAR(Result.Occupancy[1][1], 1.0F, 0.0F);
@@ -26,6 +21,7 @@ TEST_F(RunDriverTest, RefusesSixExitsForMonteCarloAlone) {
     int kind, exits;
     bool refused;
   };
+  Model.ModelIs2D = 0;
   for (const Case& c : {Case{FixedStepIntegrator, 6, false}, Case{AdaptiveIntegrator, 6, false},
                         Case{MonteCarlo, 5, false}, Case{MonteCarlo, 6, true}}) {
     SCOPED_TRACE(testing::Message() << c.kind << " with " << c.exits);
@@ -33,7 +29,7 @@ TEST_F(RunDriverTest, RefusesSixExitsForMonteCarloAlone) {
     Dwell.SegmentCounter = 1;
     Model.SimulatorKind = c.kind;
     Model.TableRate = {};
-    UseTableWithExits(c.exits);
+    for (int to = 2; to < 2 + c.exits; ++to) Model.TableRate[1][to] = 100.0F;
     RunAsSet();
     const SeenPopup refusal{
         "! Error", "No state can connect to more than five other states for Monte Carlo simulations."};

@@ -17,9 +17,16 @@ class RunPanelTest : public RunTest {
   static float Millivolts(int i) { return Stimulus.Profile[0][i] * 1000.0F; }
 };
 
-TEST_F(RunPanelTest, MorePointsExtendTheVoltageWhenTheUserAgrees) {
+TEST_F(RunPanelTest, AsManyPointsOrMoreExtendTheVoltageWhenTheUserAgrees) {
   Model.VHold = -80.0F;
   Show();
+  Enter("NumPoints", "199");
+  EXPECT_TRUE(popups.empty());
+  Enter("NumPoints", "199");  // the user says no
+  EXPECT_EQ(popups.size(), 1U);
+  EXPECT_EQ(Millivolts(198), 0.0F);
+  Enter("NumPoints", "200");
+  popups.clear();
   answers = {true};
   Trace.TraceValid = 1;
   ASSERT_TRUE(Enter("NumPoints", "300").empty());
@@ -31,14 +38,6 @@ TEST_F(RunPanelTest, MorePointsExtendTheVoltageWhenTheUserAgrees) {
   EXPECT_EQ(Millivolts(300), 0.0F);
   EXPECT_EQ(Trace.TraceValid, 0);
   EXPECT_EQ(ControlNamed("SweepLength").text, "3.000e+00ms");
-}
-
-TEST_F(RunPanelTest, TheQuestionComesOnlyWhenTheLengthDoesNotFall) {
-  Enter("NumPoints", "199");
-  EXPECT_TRUE(popups.empty());
-  Enter("NumPoints", "199");
-  EXPECT_EQ(popups.size(), 1U);
-  EXPECT_EQ(Millivolts(198), 0.0F);  // answered no
 }
 
 TEST_F(RunPanelTest, NumPointsIsHeldToItsLimitsAndNoLengthIsRefused) {
@@ -99,63 +98,57 @@ TEST_F(RunPanelTest, SubunitsForceTheirFields) {
 
 TEST_F(RunPanelTest, FieldsThatHaveNoEffectAreDimmed) {
   using Names = std::set<std::string>;
-  const Names integrated{"MaxStepSize", "Precision"};
-  const Names loops{"NumRuns", "NumIntervals", "ReseedSimulation"};
-  const Names ofManyRuns{"AutoAnalyze", "ShowAllTraces"};
-  const Names equilibrium{"StartAtEquilibrium"};
   struct Case {
     int kind, subunits, runs;
-    std::vector<Names> dimmed;
+    Names dimmed;
   };
   for (const Case& c :
-       {Case{FixedStepIntegrator, 0, 5, {{"Precision"}, loops, ofManyRuns}},
-        Case{AdaptiveIntegrator, 0, 5, {{"MaxStepSize"}, loops}},
-        Case{AdaptiveIntegrator, 0, 1, {{"MaxStepSize"}, loops, ofManyRuns}},
-        Case{MonteCarlo, 0, 5, {integrated}}, Case{MonteCarlo, 0, 1, {integrated, ofManyRuns}},
-        Case{MonteCarlo, 1, 5, {integrated, loops, ofManyRuns, equilibrium}}}) {
-    SCOPED_TRACE(testing::Message() << "kind " << c.kind << " subunits " << c.subunits << " runs " << c.runs);
+       {Case{FixedStepIntegrator,
+             0,
+             5,
+             {"Precision", "NumRuns", "NumIntervals", "ReseedSimulation", "AutoAnalyze", "ShowAllTraces"}},
+        Case{AdaptiveIntegrator, 0, 5, {"MaxStepSize", "NumRuns", "NumIntervals", "ReseedSimulation"}},
+        Case{MonteCarlo, 0, 5, {"MaxStepSize", "Precision"}},
+        Case{MonteCarlo, 0, 1, {"MaxStepSize", "Precision", "AutoAnalyze", "ShowAllTraces"}},
+        Case{MonteCarlo,
+             1,
+             5,
+             {"MaxStepSize", "Precision", "NumRuns", "NumIntervals", "ReseedSimulation", "AutoAnalyze",
+              "ShowAllTraces", "StartAtEquilibrium"}}}) {
     Model.SimulatorKind = c.kind;
     Model.MultiSubunit = c.subunits;
     Model.NumRuns = c.runs;
     UpdateDimming();
-    for (const Names& group : {integrated, loops, ofManyRuns, equilibrium}) {
-      for (const std::string& name : group) {
-        const bool expected = std::any_of(c.dimmed.begin(), c.dimmed.end(),
-                                          [&](const Names& names) { return names.contains(name); });
-        EXPECT_EQ(ControlNamed(name).dimmed, expected) << name;
-      }
+    Names dimmed;
+    for (const Control* control : PanelNamed("MainPanel").controls) {
+      if (control->dimmed) dimmed.insert(control->name);
     }
+    EXPECT_EQ(dimmed, c.dimmed) << "kind " << c.kind << " subunits " << c.subunits << " runs " << c.runs;
   }
 }
 
-TEST_F(RunPanelTest, TheTableOfValuesHoldsTimeAndValueOfEveryPoint) {
-  RunAsSet();
-  Commit(*FindCommand("FxnFillTable"));
+TEST_F(RunPanelTest, TheTableOfValuesHoldsEveryPointOrEverySavedStep) {
   const Table& table = TableNamed("ValuesTable");
-  ASSERT_EQ(table.rows, 200);
-  EXPECT_EQ(std::stof(CellText(table, 1, 1)), 0.0F);
-  EXPECT_NEAR(std::stof(CellText(table, 200, 1)), 1.99F, 1e-5F);
-  EXPECT_EQ(std::stof(CellText(table, 200, 2)), Trace.SimTrace[199]);
-  EXPECT_TRUE(popups.empty());
-  Model.NumPoints = 5101;
-  RunAsSet();
-  Commit(*FindCommand("FxnFillTable"));
+  const auto cell = [&table](int row, int column) { return std::stof(CellText(table, row, column)); };
+  for (const int points : {5101, 200}) {
+    Model.NumPoints = points;
+    RunAsSet();
+    Commit(*FindCommand("FxnFillTable"));
+  }
   EXPECT_EQ(
       popups,
       (std::vector<SeenPopup>{{"! Slow operation", "Creating the table of values may take some time."}}));
-}
-
-TEST_F(RunPanelTest, TheTableOfValuesOfAnAdaptiveRunHoldsItsSavedSteps) {
+  ASSERT_EQ(table.rows, 200);
+  EXPECT_NEAR(cell(200, 1), 1.99F, 1e-5F);
+  EXPECT_EQ(cell(200, 2), Trace.SimTrace[199]);
   Model.SimulatorKind = AdaptiveIntegrator;
   RunAsSet();
-  ASSERT_EQ(Result.ResultKind, ResultSavedSteps);
   Commit(*FindCommand("FxnFillTable"));
-  const Table& table = TableNamed("ValuesTable");
   ASSERT_EQ(table.rows, Result.KeptSteps);
   ASSERT_LT(table.rows, 200);
   for (int q = 1; q <= table.rows; ++q) {
-    EXPECT_EQ(std::stof(CellText(table, q, 1)), Result.SavedTime[q]);
-    EXPECT_NEAR(std::stof(CellText(table, q, 2)), 50.0F * Result.Occupancy[2][q], 1e-4F);
+    EXPECT_EQ(cell(q, 1), Result.SavedTime[q]);
+    EXPECT_NEAR(cell(q, 2), 50.0F * Result.Occupancy[2][q], 1e-4F);
   }
 }
 
