@@ -16,12 +16,12 @@ int InfoCommand(const std::vector<std::string>& files, bool json, const JobStrea
                 std::optional<double> intervalMs = {});
 
 struct ConvertOptions {
-  std::string in;
-  std::string out;             // .atf, .txt or .asc, .csv, .abf, .stm
-  std::optional<int> channel;  // as `info` numbers them; the first without one
-  std::string sweep = "1";     // from 1, or "all"
-  double startMs = 0.0;        // of each sweep
-  std::optional<double> lengthMs;
+  std::string in{};
+  std::string out{};             // .atf, .txt or .asc, .csv, .abf, .stm
+  std::optional<int> channel{};  // as `info` numbers them; the first without one
+  std::string sweep = "1";       // from 1, or "all"
+  double startMs = 0.0;          // of each sweep
+  std::optional<double> lengthMs{};
   int every = 1;  // keep every n-th sample
   // Of a text that does not tell it; the first line of a single column is a sample then.
   std::optional<double> intervalMs{};

@@ -31,47 +31,23 @@ const std::string Cli = std::string("'") + ZELVANE_CLI + "' ";
 const std::string Ampa = "'" ZELVANE_DATA "/models/ampa_jonas_1993.mod' ";
 
 TEST(CliTest, ExitStatusTellsDoneFailedAndMisused) {
-  struct Case {
-    std::string arguments;
-    int status;
+  const auto expectStatus = [](int status, const std::string& command,
+                               const std::vector<std::string>& arguments) {
+    for (const std::string& line : arguments) {
+      EXPECT_EQ(Shell(Cli + command + line + " < /dev/null 2> /dev/null").status, status) << command + line;
+    }
   };
-  for (const Case& c :
-       {Case{"--version", 0},
-        Case{"--help", 0},
-        Case{"simulate --help", 0},
-        Case{"", 2},
-        Case{"nothing", 2},
-        Case{"simulate", 2},
-        Case{"simulate absent.mod", 1},
-        Case{"simulate " + Ampa + "--points 1000", 0},
-        Case{"simulate " + Ampa + "--points 0", 2},
-        Case{"simulate " + Ampa + "--points many", 2},
-        Case{"simulate " + Ampa + "--interval -1", 2},
-        Case{"simulate " + Ampa + "--units mV", 2},
-        Case{"simulate " + Ampa + "--simulator exact", 2},
-        Case{"simulate " + Ampa + "--simulator montecarlo --points 1000 --channels 5 --runs 2", 0},
-        Case{"simulate " + Ampa + "--channels -1", 2},
-        Case{"simulate " + Ampa + "--runs 0", 2},
-        Case{"simulate " + Ampa + "--set Foo=1", 2},
-        Case{"simulate " + Ampa + "--seed 1,2", 2},
-        Case{"model " + Ampa, 0},
-        Case{"model absent.mod", 1},
-        Case{"qmatrix " + Ampa + "--time 5.5", 0},
-        Case{"qmatrix " + Ampa + "--time -1", 2},
-        Case{"qmatrix absent.mod", 1},
-        Case{"model " + Ampa + Ampa, 2},
-        Case{"model --upgrade " + Ampa, 2},
-        Case{"drive /", 1},
-        Case{"drive absent.txt", 1},
-        Case{"drive --seed x", 2},
-        Case{"drive --dir absent", 2},
-        Case{"drive < /dev/null", 0}}) {
-    EXPECT_EQ(Shell(Cli + c.arguments + (c.arguments.find('<') == std::string::npos ? " < /dev/null" : "") +
-                    " 2>/dev/null")
-                  .status,
-              c.status)
-        << c.arguments;
-  }
+  const std::string simulate = "simulate " + Ampa;
+  expectStatus(0, "", {"--version", "--help", "simulate --help", "model " + Ampa, "drive"});
+  expectStatus(1, "", {"simulate absent.mod", "model absent.mod", "qmatrix absent.mod"});
+  expectStatus(1, "drive ", {"/", "absent.txt"});
+  expectStatus(2, "", {"", "nothing", "simulate", "model " + Ampa + Ampa, "model --upgrade " + Ampa});
+  expectStatus(2, "drive ", {"--seed x", "--dir absent"});
+  expectStatus(0, simulate, {"--points 1000", "--simulator montecarlo --points 1000 --channels 5 --runs 2"});
+  expectStatus(2, simulate, {"--points 0", "--points many", "--interval -1", "--units mV", "--channels -1"});
+  expectStatus(2, simulate, {"--simulator exact", "--runs 0", "--set Foo=1", "--seed 1,2"});
+  expectStatus(0, "qmatrix " + Ampa, {"--time 5.5"});
+  expectStatus(2, "qmatrix " + Ampa, {"--time -1"});
 }
 
 TEST(CliTest, DriveReadsAScriptOrStandardInput) {

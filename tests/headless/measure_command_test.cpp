@@ -2,16 +2,11 @@
 #include "headless/measure_command.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
-#include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "analysis/analysis_store.h"
 #include "analysis/results_files.h"
-#include "headless/one_job.h"
+#include "headless/job_test.h"
 #include "support/drive_test.h"
 
 namespace zelvane {
@@ -21,25 +16,18 @@ const std::string Recordings = std::string(ZELVANE_TEST_DATA) + "/recordings/";
 const std::string Steps = Recordings + "abf2/18702001-step.abf";
 const std::string StepsAsText = Recordings + "atf/18702001-step.atf";
 
-class MeasureCommandTest : public DriveTest {
+class MeasureCommandTest : public JobTest {
  protected:
   MeasureCommandTest() {
     options.file = Steps;
     options.settings = {"FitMode=0", "BaselinePts=200", "StartAnalysis=20", "PeakSearchPts=4000"};
   }
+  int Run(const MeasureOptions& changed) {
+    return JobTest::Run([&](const JobStreams& streams) { return MeasureCommand(changed, streams); });
+  }
   nlohmann::json Rows() {
     options.json = true;
-    std::ostringstream out;
-    std::ostringstream err;
-    EXPECT_EQ(MeasureCommand(options, {out, err}), JobDone) << err.str();
-    return nlohmann::json::parse(out.str()).at("rows");
-  }
-  int Result(MeasureOptions changed) {
-    std::ostringstream out;
-    std::ostringstream err;
-    const int result = MeasureCommand(changed, {out, err});
-    EXPECT_NE(err.str(), "");
-    return result;
+    return Written([this](const JobStreams& streams) { return MeasureCommand(options, streams); })["rows"];
   }
   MeasureOptions options;
 };
@@ -96,8 +84,9 @@ TEST_F(MeasureCommandTest, AFilterTakesTheNoiseAndLeavesTheMean) {
 
 TEST_F(MeasureCommandTest, SettingsOfAModelAreThoseOfItsPanel) {
   const std::string model = folder.File("settings.mod");
-  Run("press Analysis\nenter BaselineStart 3\nenter RiseStartFrac 0.3\nenter FitMode 0\nchoose " + model +
-      "\npress SaveParameters\n");
+  Drive("press Analysis\nenter BaselineStart 3\nenter RiseStartFrac 0.3\nenter FitMode 0\nchoose " + model +
+            "\npress SaveParameters\n",
+        folder.Path().string());
   ASSERT_TRUE(std::filesystem::exists(model));
   options.model = model;
   options.settings = {"BaselinePts=200", "StartAnalysis=20", "PeakSearchPts=4000"};
@@ -129,9 +118,7 @@ TEST_F(MeasureCommandTest, AnIntervalMakesTheFirstLineOfAColumnASample) {
 TEST_F(MeasureCommandTest, ItsFilesAreThoseOfThePanel) {
   const auto written = [this](const char* name) {
     options.outFile = folder.File(name);
-    std::ostringstream out;
-    std::ostringstream err;
-    EXPECT_EQ(MeasureCommand(options, {out, err}), JobDone) << err.str();
+    EXPECT_EQ(Run(options), JobDone) << err.str();
     return ReadWholeFile(options.outFile);
   };
   const std::string measures = written("a.res");
@@ -155,27 +142,26 @@ TEST(ParseSweepsTest, TakesARangeOrOneSweep) {
 }
 
 TEST_F(MeasureCommandTest, TheCommandLineRefusesWhatItCannotDo) {
-  const auto run = [this](auto change) {
+  const auto refused = [this](auto change) {
     MeasureOptions changed = options;
     change(changed);
-    return Result(changed);
+    const int status = Run(changed);
+    EXPECT_NE(err.str(), "");
+    return status;
   };
-  EXPECT_EQ(run([](MeasureOptions& o) { o.outFile = "x.txt"; }), JobMisused);
-  EXPECT_EQ(run([](MeasureOptions& o) { o.channel = 15; }), JobMisused);
-  EXPECT_EQ(run([](MeasureOptions& o) { o.sweeps = {1, 10000}; }), JobMisused);
-  EXPECT_EQ(run([](MeasureOptions& o) { o.settings = {"NoSuchField=1"}; }), JobMisused);
-  EXPECT_EQ(run([](MeasureOptions& o) { o.file += "x"; }), JobFailed);
+  EXPECT_EQ(refused([](MeasureOptions& o) { o.outFile = "x.txt"; }), JobMisused);
+  EXPECT_EQ(refused([](MeasureOptions& o) { o.channel = 15; }), JobMisused);
+  EXPECT_EQ(refused([](MeasureOptions& o) { o.sweeps = {1, 10000}; }), JobMisused);
+  EXPECT_EQ(refused([](MeasureOptions& o) { o.settings = {"NoSuchField=1"}; }), JobMisused);
+  EXPECT_EQ(refused([](MeasureOptions& o) { o.file += "x"; }), JobFailed);
   options.file = folder.File("words.asc");
   WriteWholeFile(options.file, "words\n");
-  std::ostringstream told;
-  EXPECT_EQ(MeasureCommand(options, {told, told}), JobFailed);
-  EXPECT_EQ(told.str(),
+  EXPECT_EQ(Run(options), JobFailed);
+  EXPECT_EQ(err.str(),
             "! File error: words.asc was not read: line 1 holds no number, or one with a comma in it.\n");
-  std::atomic<bool> stop = true;
+  stop = true;
   options.outFile = folder.File("stopped.csv");
-  std::ostringstream out;
-  std::ostringstream err;
-  EXPECT_EQ(MeasureCommand(options, {out, err, &stop}), JobFailed);
+  EXPECT_EQ(Run(options), JobFailed);
   EXPECT_FALSE(std::filesystem::exists(options.outFile));
 }
 

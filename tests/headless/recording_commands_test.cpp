@@ -1,15 +1,12 @@
 // `zelvane-cli info` and `convert`: round trips through every format, and what is refused.
 #include "headless/recording_commands.h"
 
-#include <nlohmann/json.hpp>
-#include <sstream>
-
-#include "support/store_test.h"
+#include "headless/job_test.h"
 
 namespace zelvane {
 namespace {
 
-class RecordingCommandsTest : public StoreTest {
+class RecordingCommandsTest : public JobTest {
  protected:
   RecordingCommandsTest() {
     std::string text =
@@ -22,23 +19,17 @@ class RecordingCommandsTest : public StoreTest {
     WriteWholeFile(source, text);
   }
 
-  int Convert(const std::string& in, const std::string& out, ConvertOptions options = {}) {
-    options.in = in;
-    options.out = out;
-    return ConvertCommand(options, {out_, err, &stop, false});
+  int Convert(const std::string& from, const std::string& to, ConvertOptions options = {}) {
+    options.in = from;
+    options.out = to;
+    return Run([&](const JobStreams& streams) { return ConvertCommand(options, streams); });
   }
 
   nlohmann::json Info(const std::string& file) {
-    out_.str("");
-    EXPECT_EQ(InfoCommand({file}, true, {out_, err, &stop, false}), JobDone) << err.str();
-    return nlohmann::json::parse(out_.str(), nullptr, false);
+    return Written([&](const JobStreams& streams) { return InfoCommand({file}, true, streams); });
   }
 
-  TemporaryFolder folder;
   std::string source = folder.File("cell.atf");
-  std::ostringstream out_;
-  std::ostringstream err;
-  std::atomic<bool> stop{false};
 };
 
 TEST_F(RecordingCommandsTest, ASignalWithAllItsSweepsGoesToAbfAndBackToText) {
@@ -48,12 +39,7 @@ TEST_F(RecordingCommandsTest, ASignalWithAllItsSweepsGoesToAbfAndBackToText) {
   EXPECT_EQ(info["samples"], 200);
   EXPECT_NEAR(info["interval"].get<double>(), 0.1, 1e-9);
   EXPECT_EQ(info["channels"][1]["name"], "IN 1");
-  ConvertOptions options;
-  options.channel = 2;
-  options.sweep = "all";
-  options.startMs = 1.0;
-  options.lengthMs = 10.0;
-  options.every = 50;
+  const ConvertOptions options{.channel = 2, .sweep = "all", .startMs = 1.0, .lengthMs = 10.0, .every = 50};
   ASSERT_EQ(Convert(source, folder.File("cell.abf"), options), JobDone) << err.str();
   const auto abf = Info(folder.File("cell.abf"));
   EXPECT_EQ(abf["kind"], "ABF");
@@ -62,17 +48,14 @@ TEST_F(RecordingCommandsTest, ASignalWithAllItsSweepsGoesToAbfAndBackToText) {
   EXPECT_EQ(abf["samples"], 2);
   EXPECT_NEAR(abf["interval"].get<double>(), 5.0, 1e-6);
   EXPECT_EQ(abf["channels"][0]["name"], "IN 1");
-  ConvertOptions all;
-  all.sweep = "all";
-  ASSERT_EQ(Convert(folder.File("cell.abf"), folder.File("cell.csv"), all), JobDone) << err.str();
+  ASSERT_EQ(Convert(folder.File("cell.abf"), folder.File("cell.csv"), {.sweep = "all"}), JobDone);
   const std::string csv = ReadWholeFile(folder.File("cell.csv"));
   EXPECT_EQ(csv.substr(csv.find('\n')), "\n0,2010,4010\n5,2060,4060\n");
 }
 
 TEST_F(RecordingCommandsTest, AProfileGoesFromAColumnToAStimulusFileAndBack) {
   WriteWholeFile(folder.File("a.asc"), "5.000000e-01\n1e-05\n0.25\n");
-  ConvertOptions options;
-  options.channel = 6;
+  const ConvertOptions options{.channel = 6};
   ASSERT_EQ(Convert(folder.File("a.asc"), folder.File("a.stm"), options), JobDone) << err.str();
   EXPECT_EQ(ReadWholeFile(folder.File("a.stm")).size(), 8U + 28U * 2U);
   EXPECT_EQ(Info(folder.File("a.stm"))["channels"][6]["name"], "Drug6");
@@ -81,13 +64,10 @@ TEST_F(RecordingCommandsTest, AProfileGoesFromAColumnToAStimulusFileAndBack) {
 }
 
 TEST_F(RecordingCommandsTest, AllSweepsGoToAnAtfAsEpisodesAndComeBack) {
-  ConvertOptions options;
-  options.channel = 2;
-  options.sweep = "all";
+  ConvertOptions options{.channel = 2, .sweep = "all"};
   ASSERT_EQ(Convert(source, folder.File("all.atf"), options), JobDone) << err.str();
   EXPECT_EQ(Info(folder.File("all.atf"))["sweeps"], 2);
-  options = {};
-  options.sweep = "2";
+  options = {.sweep = "2"};
   ASSERT_EQ(Convert(folder.File("all.atf"), folder.File("second.csv"), options), JobDone) << err.str();
   EXPECT_EQ(ReadWholeFile(folder.File("second.csv")).substr(0, 33), "time_ms,IN 1 (mV)\n0,4000\n0.1,4001");
 }
@@ -98,9 +78,9 @@ TEST_F(RecordingCommandsTest, AColumnWithoutAnIntervalTakesATypedOne) {
   const auto info = Info(column);
   EXPECT_TRUE(info["interval"].is_null());
   EXPECT_EQ(info["samples"], 3);
-  out_.str("");
-  EXPECT_EQ(InfoCommand({column}, true, {out_, err}, 0.5), JobDone);
-  EXPECT_EQ(nlohmann::json::parse(out_.str())["length"], 1.5);
+  out.str("");
+  EXPECT_EQ(InfoCommand({column}, true, {out, err}, 0.5), JobDone);
+  EXPECT_EQ(nlohmann::json::parse(out.str())["length"], 1.5);
   EXPECT_EQ(Convert(column, folder.File("column.csv")), JobFailed);
   ConvertOptions options;
   options.intervalMs = 0.5;
@@ -136,7 +116,7 @@ TEST_F(RecordingCommandsTest, AStopWhileTheFileIsWrittenLeavesTheOldOne) {
     ConvertOptions options;
     options.in = source;
     options.out = target;
-    EXPECT_EQ(ConvertCommand(options, {out_, shown, &stop, true}), JobFailed) << name;
+    EXPECT_EQ(ConvertCommand(options, {out, shown, &stop, true}), JobFailed) << name;
     EXPECT_TRUE(terminal.seen.ends_with(target + ": stopped; not written\n")) << terminal.seen;
     EXPECT_EQ(terminal.seen.find("error"), std::string::npos) << terminal.seen;
     EXPECT_EQ(ReadWholeFile(target), "old");
@@ -146,18 +126,10 @@ TEST_F(RecordingCommandsTest, AStopWhileTheFileIsWrittenLeavesTheOldOne) {
 TEST_F(RecordingCommandsTest, WhatCannotBeIsRefusedAndWritesNothing) {
   const std::string target = folder.File("out.abf");
   WriteWholeFile(target, "old");
-  ConvertOptions options;
-  options.channel = 3;
-  EXPECT_EQ(Convert(source, target, options), JobFailed);
-  options = {};
-  options.sweep = "3";
-  EXPECT_EQ(Convert(source, target, options), JobFailed);
-  options = {};
-  options.startMs = 1000.0;
-  EXPECT_EQ(Convert(source, target, options), JobFailed);
-  options = {};
-  options.every = 0;
-  EXPECT_EQ(Convert(source, target, options), JobMisused);
+  EXPECT_EQ(Convert(source, target, {.channel = 3}), JobFailed);
+  EXPECT_EQ(Convert(source, target, {.sweep = "3"}), JobFailed);
+  EXPECT_EQ(Convert(source, target, {.startMs = 1000.0}), JobFailed);
+  EXPECT_EQ(Convert(source, target, {.every = 0}), JobMisused);
   EXPECT_EQ(Convert(source, folder.File("out.xyz")), JobMisused);
   EXPECT_EQ(Convert(source, source), JobFailed);
   EXPECT_EQ(Convert(folder.File("none.abf"), target), JobFailed);
@@ -165,8 +137,8 @@ TEST_F(RecordingCommandsTest, WhatCannotBeIsRefusedAndWritesNothing) {
   stop = true;
   EXPECT_EQ(Convert(source, target), JobFailed);
   EXPECT_EQ(ReadWholeFile(target), "old");
-  EXPECT_EQ(InfoCommand({target, source}, false, {out_, err, &stop, false}), JobFailed);
-  EXPECT_NE(out_.str().find("ATF"), std::string::npos) << "the others are told all the same";
+  EXPECT_EQ(InfoCommand({target, source}, false, {out, err}), JobFailed);
+  EXPECT_NE(out.str().find("ATF"), std::string::npos) << "the others are told all the same";
 }
 
 }  // namespace

@@ -39,6 +39,11 @@ TEST_F(DependencePanelTest, StoresTheSettingsOfAGridRateWhenClosed) {
   EXPECT_EQ(Model.DrugLabel[4], "Glycine");
   EXPECT_EQ(Model.Depend.Drug[4][1][2], 0);
   EXPECT_EQ(Model.TableDepend.Drug[4][2][1], 0);
+  PressCommand("FxnDepend1Off");  // another rate keeps what was set for the first
+  TypeOnly("DependSteepness", "1e300");
+  PressCommand("FxnDepend1On");
+  EXPECT_EQ(ControlNumber("DependDrug[4]"), 0.0);
+  EXPECT_EQ(Model.Depend.Steepness[2][1], std::numeric_limits<float>::max()) << "held to its bound";
 }
 
 TEST_F(DependencePanelTest, StoresTheSettingsOfATableRateAndMarksItsButton) {
@@ -85,23 +90,6 @@ TEST_F(DependencePanelTest, WhatAFileBringsIsShownAndClosedAway) {
   PressCommand("FxnExitConc");
   EXPECT_EQ(Model.Depend.Steepness[1][2], 2.0F) << "an open panel does not overwrite the file's";
   EXPECT_EQ(Model.Depend.Volt[1][2], 0) << "a flag of two goes with the next close";
-}
-
-TEST_F(DependencePanelTest, OpeningAnotherRateKeepsWhatWasSetForTheFirst) {
-  PressCommand("FxnDepend1On");
-  Enter("DependDrug[1]", "1");
-  PressCommand("FxnDepend1Off");
-  EXPECT_EQ(ControlNumber("DependDrug[1]"), 0.0);
-  ClosePanel(PanelNamed("DependencePanel"));
-  EXPECT_EQ(Model.Depend.Drug[1][1][2], 1);
-  EXPECT_EQ(Model.Depend.Drug[1][2][1], 0);
-}
-
-TEST_F(DependencePanelTest, AValueBeyondAFloatIsHeldToItsBound) {
-  PressCommand("FxnDepend1On");
-  TypeOnly("DependSteepness", "1e300");
-  PressCommand("FxnExitConc");
-  EXPECT_EQ(Model.Depend.Steepness[1][2], std::numeric_limits<float>::max());
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 
 #include "io/model_file.h"
 #include "io/trace_store.h"
-#include "model/constraints_store.h"
 #include "model/model.h"
 #include "model/model_panels.h"
 #include "sim/result_store.h"
@@ -134,43 +133,6 @@ TEST_F(PublishedModels, RunAsTheyStandWithoutAMessageAndLoseNoChannel) {
   }
 }
 
-TEST_F(PublishedModels, ObeyMicroscopicReversibilityAroundEveryCycle) {
-  struct Case {
-    const char* name;
-    int cycles;
-    double tolerance;
-  };
-  for (const Case& c : {
-           Case{"models/ampa_jonas_1993.mod", 2, 0.01},  // three printed digits: 0.6 % and 0.1 %
-           Case{"models/gabaa_jones_1995.mod", 1, 1e-6},
-           Case{"models/nicotinic_colquhoun_1985.mod", 1, 1e-6},
-           Case{"models/nicotinic_colquhoun_1982.mod", 1, 1e-6},
-           Case{"models/sodium_hodgkin_1952.mod", 3, 1e-6},
-       }) {
-    SCOPED_TRACE(c.name);
-    Load(c.name);
-    RatesFromGrid();
-    int cycles = 0;
-    for (const LoopConstraint& loop : Constraints.Loop) {
-      std::size_t length = 0;
-      while (length < MaxLoopStates && loop.State[length + 1] != 0) ++length;
-      if (length == 0) continue;
-      ++cycles;
-      double ratio = 1.0;   // product of the rates one way over the other
-      double charge = 0.0;  // and sum of the steepnesses: must vanish, or the cycle breaks away from 0 V
-      for (std::size_t i = 0; i < length; ++i) {
-        const auto from = static_cast<std::size_t>(loop.State[i + 1]);
-        const auto to = static_cast<std::size_t>(loop.State[(i + 1) % length + 1]);
-        ratio *= double(Model.RateMatrix[from][to]) / double(Model.RateMatrix[to][from]);
-        charge += double(Model.Depend.Steepness[from][to]) - double(Model.Depend.Steepness[to][from]);
-      }
-      EXPECT_NEAR(ratio, 1.0, c.tolerance);
-      EXPECT_NEAR(charge, 0.0, 1e-6);
-    }
-    EXPECT_EQ(cycles, c.cycles);
-  }
-}
-
 // Colquhoun, Jonas & Sakmann (1992) J Physiol 458:261, patches of CA3 pyramidal cells under 1 mM glutamate:
 // after 1 ms the response rises (20-80 %) in 0.2-0.6 ms and decays with 2.5 +- 0.7 ms; a long pulse
 // desensitises with 11.3 +- 2.8 ms. The scheme was made for these cells.
@@ -242,22 +204,6 @@ TEST_F(PublishedModels, TheNicotinicSchemeHasTheGapsAndBurstsOfThePaper) {
   const Response r = Run(FixedStepIntegrator);
   const double burstMs = (1.0 + open / leave) * 1e3 / shut + open / leave * 1e3 / (open + leave);
   EXPECT_NEAR(r.At(6.0 + burstMs) / r.At(6.0), OverE, 0.02);  // the pulse ends at 6 ms
-}
-
-// Equilibrium occupancies at 100 nM as printed for this scheme by Colquhoun & Hawkes (1995), "A Q-matrix
-// cookbook", in Single-Channel Recording, 2nd ed., chapter 20.
-TEST_F(PublishedModels, TheFiveStateSchemeSettlesAtThePrintedEquilibrium) {
-  Load("models/nicotinic_colquhoun_1982.mod");
-  Run(FixedStepIntegrator);
-  const auto point = static_cast<std::size_t>(std::lround(390.0 / double(Model.ADInterval)));
-  struct Case {
-    std::size_t state;
-    double occupancy;
-  };
-  for (const Case& c : {Case{7, 0.00002483}, Case{8, 0.00186203}, Case{3, 0.00006207}, Case{2, 0.00496541},
-                        Case{1, 0.99308567}}) {
-    EXPECT_NEAR(Result.Occupancy[c.state][point], c.occupancy, 2e-3 * c.occupancy) << c.state;
-  }
 }
 
 // -- Hodgkin & Huxley (1952): a gate relaxes as one exponential, and gates are independent. --

@@ -124,15 +124,11 @@ TEST(FixedStepTest, EqualsThePlainFormWhenNothingMovesAnyMore) {
 }
 
 TEST(FixedStepTest, TakesTruncatedQuotientOfIntervalAndStepAsSubsteps) {
-  for (const auto& [stepMs, substeps] : {std::pair{0.005F, 2},
-                                         {0.0025F, 4},
-                                         {0.01F, 1},
-                                         {1.0F, 1},
-                                         {0.007F, 1},
-                                         {0.001F, 9},
-                                         {1e-8F, 999999}}) {
-    EXPECT_EQ(SubstepsPerPoint(0.01F, stepMs), substeps) << stepMs;
-  }
+  EXPECT_EQ(SubstepsPerPoint(0.01F, 0.005F), 2);
+  EXPECT_EQ(SubstepsPerPoint(0.01F, 0.007F), 1);
+  EXPECT_EQ(SubstepsPerPoint(0.01F, 0.001F), 9);
+  EXPECT_EQ(SubstepsPerPoint(0.01F, 1.0F), 1);
+  EXPECT_EQ(SubstepsPerPoint(0.01F, 1e-8F), 999999);
 }
 
 TEST(FixedStepTest, RunsOfFewPointsReportAtEachPoint) {
@@ -212,18 +208,6 @@ TEST(FirstActivePointTest, WaitsForTheStimulusThatPopulatedStatesNeed) {
   EXPECT_EQ(first(), 150);  // nothing happens in this run
   c.start[2] = 0.1F;
   EXPECT_EQ(first(), 0);
-}
-
-TEST(PointIndexTest, TruncatesAndStaysInsideTheProfiles) {
-  IntegratorCase c(50);
-  const auto index = [&](float t, int offset) { return PointIndex(c.View(offset), t); };
-  EXPECT_EQ(index(0.0F, 0), 0);
-  EXPECT_EQ(index(1.99e-5F, 0), 1);
-  EXPECT_EQ(index(1.99e-5F, 40), 41);
-  EXPECT_EQ(index(2e-4F, 40), 49);
-  EXPECT_EQ(index(1e30F, 0), 49);
-  EXPECT_EQ(index(std::numeric_limits<float>::infinity(), 60), 49);
-  EXPECT_EQ(index(-1.0F, 3), 3);
 }
 
 }  // namespace

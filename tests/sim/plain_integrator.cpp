@@ -119,14 +119,9 @@ void PlainCashKarp(const PlainScheme& scheme, float x, float h, const States& y,
       [&](std::size_t s) { return h * (D1 * k1[s] + D3 * k3[s] + D4 * k4[s] + D5 * k5[s] + D6 * k6[s]); });
 }
 
-struct PlainControl {
-  float precision = 0.0F;
-  bool reduced = false;
-};
-
 /// rkqs; false when no step is left to take.
 bool PlainControlledStep(const PlainScheme& scheme, float& x, float h, float tolerance, const States& dydx,
-                         const States& scale, States& y, PlainControl& control, float& next) {
+                         const States& scale, States& y, AdaptiveResult& result, float& next) {
   States out{}, error{};
   float worst = 0.0F;
   while (true) {
@@ -144,8 +139,8 @@ bool PlainControlledStep(const PlainScheme& scheme, float& x, float h, float tol
         static_cast<float>(0.9 * static_cast<double>(h) * std::pow(static_cast<double>(worst), -0.25));
     h = std::max(shorter, static_cast<float>(0.1 * static_cast<double>(h)));
     if (x + h == x) {
-      control.precision = std::min(control.precision * 10.0F, std::numeric_limits<float>::max());
-      control.reduced = true;
+      result.precision = std::min(result.precision * 10.0F, std::numeric_limits<float>::max());
+      result.precisionReduced = true;
     }
     if (h == 0.0F) return false;
   }
@@ -159,12 +154,12 @@ bool PlainControlledStep(const PlainScheme& scheme, float& x, float h, float tol
 
 /// odeint.
 void PlainLoop(const PlainScheme& scheme, const States& start, int numPoints, std::span<float> savedTime,
-               const OccupancyRows& rows, PlainControl& control, AdaptiveResult& result) {
+               const OccupancyRows& rows, AdaptiveResult& result) {
   const float end = RunSeconds(scheme.stimulus, numPoints);
   const auto spacing = static_cast<float>(static_cast<double>(scheme.stimulus.intervalMs) * 0.001);
   const auto smallest = static_cast<float>(static_cast<double>(scheme.stimulus.intervalMs) * 1e-5);
   States y = start;
-  float x = 0.0F, h = spacing, lastSaved = x - 2.0F * spacing, tolerance = control.precision;
+  float x = 0.0F, h = spacing, lastSaved = x - 2.0F * spacing, tolerance = result.precision;
   const auto save = [&] {
     const auto q = static_cast<std::size_t>(++result.saved);
     savedTime[q] = x * 1000.0F;
@@ -180,8 +175,8 @@ void PlainLoop(const PlainScheme& scheme, const States& start, int numPoints, st
     if (result.saved < numPoints - 1 && std::fabs(x - lastSaved) > spacing) save();
     if (x + h > end) h = end - x;
     float next = 0.0F;
-    if (!PlainControlledStep(scheme, x, h, tolerance, dydx, scale, y, control, next)) return;
-    if (control.reduced) tolerance = control.precision;
+    if (!PlainControlledStep(scheme, x, h, tolerance, dydx, scale, y, result, next)) return;
+    if (result.precisionReduced) tolerance = result.precision;
     if (x >= end) {
       save();
       result.finished = true;
@@ -212,16 +207,14 @@ FixedStepResult PlainFixedStep(const SchemeTables& tables, const StimulusView& s
 AdaptiveResult PlainAdaptive(const SchemeTables& tables, const StimulusView& stimulus, const States& start,
                              int numPoints, float precision, std::span<float> savedTime,
                              const OccupancyRows& rows) {
-  AdaptiveResult result;
   const PlainScheme scheme{tables, stimulus};
-  PlainControl control{std::max(precision, FinestPrecision), false};
-  PlainLoop(scheme, start, numPoints, savedTime, rows, control, result);
-  if (control.reduced && !result.finished) {
-    control.precision = std::min(control.precision * 10.0F, std::numeric_limits<float>::max());
-    PlainLoop(scheme, start, numPoints, savedTime, rows, control, result);
+  AdaptiveResult result;
+  result.precision = std::max(precision, FinestPrecision);
+  PlainLoop(scheme, start, numPoints, savedTime, rows, result);
+  if (result.precisionReduced && !result.finished) {
+    result.precision = std::min(result.precision * 10.0F, std::numeric_limits<float>::max());
+    PlainLoop(scheme, start, numPoints, savedTime, rows, result);
   }
-  result.precisionReduced = control.reduced;
-  result.precision = control.precision;
   return result;
 }
 

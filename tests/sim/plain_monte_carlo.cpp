@@ -74,6 +74,11 @@ int Inside(int point) {
   return std::min({point, Model.NumPoints, static_cast<int>(Stimulus.Profile[0].size()) - 1});
 }
 
+/// Whether a rate depends on profile k: the voltage for 0, else drug k.
+bool Depends(std::size_t k, int from, int to) {
+  return k == 0 ? Model.Depend.Volt[from][to] == 1 : Model.Depend.Drug[k][from][to] != 0;
+}
+
 float PlainMonteCarlo::Factor(int from, int to, int point) const {
   return StimulusFactor(from, to, Inside(point));
 }
@@ -85,8 +90,7 @@ bool PlainMonteCarlo::StimulusChanged(int state, const std::vector<int>& exitSta
     if (profile[static_cast<std::size_t>(Inside(point))] == profile[static_cast<std::size_t>(Inside(noted))])
       continue;
     for (const int to : exitStates) {
-      const bool depends = k == 0 ? Model.Depend.Volt[state][to] == 1 : Model.Depend.Drug[k][state][to] != 0;
-      if (depends) return true;
+      if (Depends(k, state, to)) return true;
     }
   }
   return false;
@@ -158,14 +162,12 @@ PlainMonteCarlo::Step PlainMonteCarlo::Take(int state, float t, int point) {
       break;
     }
   }
-  int links = 0;
   for (const int to : exitStates) {
-    links += Model.Depend.Volt[state][to] == 1 ? 1 : 0;
-    for (std::size_t k = 1; k <= MaxDrugs; ++k) links += Model.Depend.Drug[k][state][to] != 0 ? 1 : 0;
-  }
-  if (links > 0) {
-    TakePoints(step, state, t, point, exitStates, total);
-    return step;
+    for (std::size_t k = 0; k <= MaxDrugs; ++k) {
+      if (!Depends(k, state, to)) continue;
+      TakePoints(step, state, t, point, exitStates, total);
+      return step;
+    }
   }
   step.d = static_cast<float>(-1000.0 / static_cast<double>(total) * std::log(generator_.Uniform()));
   step.points =
@@ -225,9 +227,9 @@ void PlainMonteCarlo::Run() {
     for (int sweep = 0; sweep <= (run == runs ? 0 : Model.NumIntervals); ++sweep) {
       rate_ = Model.RateMatrix;
       for (std::size_t k = 1; k <= MaxDrugs && sweep > 0; ++k) {
-        for (std::size_t a = 1; a <= MaxStates; ++a) {
-          for (std::size_t b = 1; b <= MaxStates; ++b) {
-            if (Model.Depend.Drug[k][a][b] != 0) rate_[a][b] = 0.0F;
+        for (int a = 1; a <= MaxStates; ++a) {
+          for (int b = 1; b <= MaxStates; ++b) {
+            if (Depends(k, a, b)) rate_[a][b] = 0.0F;
           }
         }
       }

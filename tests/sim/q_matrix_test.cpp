@@ -57,7 +57,8 @@ TEST(QMatrixEngine, IndependentSubunitsGiveBinomialOccupanciesAndSumsOfRates) {
     return ways * std::pow(p, k) * std::pow(1.0 - p, n - k);
   };
   std::mt19937 random(20);
-  for (const auto& [n, m] : {std::pair{0, 0}, {1, 0}, {4, 0}, {2, 1}, {2, 2}, {4, 3}, {9, 1}}) {
+  for (const auto& [n, m] :
+       {std::pair{0, 0}, {1, 0}, {4, 0}, {6, 0}, {2, 1}, {2, 2}, {3, 2}, {4, 2}, {4, 3}, {9, 1}}) {
     SCOPED_TRACE(testing::Message() << n << " beside " << m);
     const auto states = static_cast<std::size_t>((n + 1) * (m + 1));
     std::vector<std::size_t> number(states);  // in no order, so that links lie all over the matrix
@@ -122,15 +123,6 @@ TEST(QMatrixEngine, OnlyEigenvaluesBelowTheLimitHaveATimeConstant) {
   EXPECT_FLOAT_EQ(times[1].ms, 20.0F);
   EXPECT_FLOAT_EQ(times[2].ms, -2e9F);
   EXPECT_EQ(times[3].ms, Infinity);
-}
-
-TEST(QMatrixEngine, ASchemeInPartsIsSingularAndStillSumsToOne) {
-  for (const float fast : {1e3F, 1e6F}) {
-    const Equilibrium parts =
-        EquilibriumOf(Rates(4, {{0, 1, fast}, {1, 0, fast}, {2, 3, 30}, {3, 2, 10}}).rates);
-    EXPECT_TRUE(parts.singular);
-    EXPECT_NEAR(std::accumulate(parts.occupancy.begin(), parts.occupancy.end(), 0.0), 1.0, 1e-9);
-  }
 }
 
 TEST(QMatrixEngine, ASearchThatCannotSettleEnds) {
@@ -256,6 +248,7 @@ TEST_F(QMatrixTest, WithoutAnAnswerTheEquilibriumIsZeroAndTheNextAnalysisWorks) 
   consoleLines.clear();
   QMatrixAnalysis(true, 1);
   EXPECT_EQ(consoleLines, std::vector<std::string>{"Singular matrix in routine ludcmp"});
+  EXPECT_NEAR(Equilibrium(1) + Equilibrium(2) + Equilibrium(4) + Equilibrium(5), 1.0F, 1e-6F);
   EXPECT_TRUE(popups.empty());
 }
 

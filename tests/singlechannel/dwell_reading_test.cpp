@@ -113,7 +113,7 @@ TEST_F(DwellReadingTest, TakesOpeningsNextToClosedTimesOfTheCondition) {
 }
 
 TEST_F(DwellReadingTest, StopsAtFullListsWithAWarning) {
-  const std::string text =
+  constexpr char Text[] =
       "You have tried to read more than the allowed number of openings; please contact Orvenhall to have "
       "this "
       "limit increased.";
@@ -124,7 +124,7 @@ TEST_F(DwellReadingTest, StopsAtFullListsWithAWarning) {
   EXPECT_EQ(Dwell.NumClosedTimes, 999'999.0F);
   EXPECT_TRUE(popups.empty()) << "an exact fit is no overflow";
   Read({{{1, 1}}}, false);
-  EXPECT_EQ(popups, (std::vector<SeenPopup>{{"! Warning", text}}));
+  EXPECT_EQ(popups, (std::vector<SeenPopup>{{"! Warning", Text}}));
   ReadConditional({{{0, 0.5F}, {1, 1}}});
   EXPECT_EQ(Dwell.NumOpenTimes, 0.0F) << "the closed times are full";
   dwells.insert(dwells.end(), {{1, 1.0F}, {0, 1.0F}, {1, 1.0F}});
