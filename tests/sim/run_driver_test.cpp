@@ -38,21 +38,6 @@ TEST_F(RunDriverTest, RefusesSixExitsForMonteCarloAlone) {
   }
 }
 
-TEST_F(RunDriverTest, ListsTheExitsOfEachStateInRisingOrderAndNumbersDistinctConductances) {
-  Model.ModelIs2D = 0;
-  Model.TableRate[3][20] = Model.TableRate[3][1] = Model.TableRate[3][7] = 1.0F;
-  Model.TableRate[3][3] = 9.0F;  // the diagonal is no exit
-  const std::vector<float> conductances{0.0F, 50.0F, 0.0F, 20.0F, 50.0F};
-  std::copy(conductances.begin(), conductances.end(), Model.StateConductance.begin() + 1);
-  RunAsSet();
-  ASSERT_EQ(Result.ConnectionCount[3], 3);
-  const auto& exits = Result.Connection[3];
-  EXPECT_EQ(std::vector<int>(exits.begin() + 1, exits.begin() + 4), (std::vector<int>{1, 7, 20}));
-  EXPECT_EQ(Result.ConnectionCount[1], 0);
-  const auto& classes = Result.StateClass;
-  EXPECT_EQ(std::vector<int>(classes.begin() + 1, classes.begin() + 7), (std::vector<int>{1, 2, 1, 3, 2, 1}));
-}
-
 TEST_F(RunDriverTest, IntegratesSubunitsOnlyAsChannelsOrProbability) {
   Model.MultiSubunit = 1;
   for (const auto& [units, refused] : {std::pair{UnitsChannels, false},
