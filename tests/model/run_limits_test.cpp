@@ -1,5 +1,6 @@
 // Bounds and forced values of the run settings.
 #include <climits>
+#include <cmath>
 #include <limits>
 
 #include "model/model.h"
@@ -12,14 +13,14 @@ using RunLimitsTest = StoreTest;
 
 TEST_F(RunLimitsTest, ACountIsRoundedToTwoDecimalsThenCutAndHeldToItsRange) {
   constexpr double Infinity = std::numeric_limits<double>::infinity();
-  for (const auto& [value, count] : {std::pair{-0.5, 0},
-                                     {-2.999, -3},
-                                     {2147483646.25, 2147483646},
-                                     {1e300, INT_MAX},
-                                     {Infinity, INT_MAX},
-                                     {-Infinity, INT_MIN},
-                                     {std::numeric_limits<double>::quiet_NaN(), 0}}) {
-    EXPECT_EQ(RoundCount(value), count) << value;
+  struct Case {
+    double value;
+    int count;
+  };
+  for (const Case& c :
+       {Case{-0.5, 0}, Case{-2.999, -3}, Case{2147483646.25, 2147483646}, Case{1e300, INT_MAX},
+        Case{Infinity, INT_MAX}, Case{-Infinity, INT_MIN}, Case{std::nan(""), 0}}) {
+    EXPECT_EQ(RoundCount(c.value), c.count) << c.value;
   }
 }
 

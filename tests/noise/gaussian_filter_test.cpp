@@ -69,36 +69,22 @@ TEST_F(GaussianFilterTest, AttenuatesSinesAsTheClosedFormSays) {
 TEST_F(GaussianFilterTest, SumsSideBySideEqualThePlainSumsBitForBit) {
   std::mt19937 random(7);
   std::normal_distribution<float> normal;
+  constexpr float Infinite = std::numeric_limits<float>::infinity();
   // Around groups of 32 and 64 sums and blocks of 4096, for 1, 5, 26 and 883 coefficients a side.
   for (const float corner : {0.5F, 0.1F, 0.02F, 0.0006F}) {
     const GaussianKernel kernel = MakeGaussianKernel(corner);
     for (const int sums : {0, 1, 31, 32, 33, 63, 65, 4095, 4096, 4097, 9000}) {
       std::vector<float> in(static_cast<std::size_t>(sums + 2 * kernel.half));
       for (float& sample : in) sample = normal(random);
+      if (sums % 2 == 1) in[in.size() / 2] = in.back() = corner > 0.05F ? Infinite : std::nanf("");
       std::vector<float> plain = in;
       std::vector<float> fast = in;
       PlainConvolve(plain, kernel);
       ConvolveInPlace(fast, kernel);
-      EXPECT_EQ(std::memcmp(plain.data(), fast.data(), in.size() * sizeof(float)), 0)
-          << corner << ", " << sums;
-    }
-  }
-}
-
-TEST_F(GaussianFilterTest, SamplesThatAreNoNumbersSpreadAsFarAsTheKernelReachesAndNoFurther) {
-  constexpr float Infinite = std::numeric_limits<float>::infinity();
-  const GaussianKernel kernel = MakeGaussianKernel(0.02F);
-  for (const float odd : {std::numeric_limits<float>::quiet_NaN(), Infinite, -Infinite}) {
-    std::vector<float> plain = Ramp(9000);
-    plain[4100] = odd;
-    plain[8999] = odd;
-    std::vector<float> fast = plain;
-    PlainConvolve(plain, kernel);
-    ConvolveInPlace(fast, kernel);
-    for (std::size_t i = 0; i < fast.size(); ++i) {
-      ASSERT_TRUE(fast[i] == plain[i] || (std::isnan(fast[i]) && std::isnan(plain[i]))) << i;
-      const bool reached = (i >= 4100 - 26 && i <= 4100 + 26) || i >= 8999 - 26;
-      ASSERT_TRUE(std::isfinite(fast[i]) || reached) << i;
+      for (std::size_t i = 0; i < in.size(); ++i) {
+        const bool noNumber = std::isnan(fast[i]) && std::isnan(plain[i]);
+        ASSERT_TRUE(noNumber || std::memcmp(&fast[i], &plain[i], sizeof(float)) == 0) << corner << ", " << i;
+      }
     }
   }
 }

@@ -174,12 +174,9 @@ TEST_F(QMatrixTest, ADrugCountsAtTheTimeEntered) {
     const char* point;
     float open;
   };
-  for (const Case& c : {Case{"0.5", "50", 2.0F / 3.0F},
-                        {"0.999", "99", 2.0F / 3.0F},
-                        {"1", "100", 0.0F},
-                        {"0", "1", 0.0F},
-                        {"-3", "1", 0.0F},
-                        {"1e30", "5000000", 0.0F}}) {
+  constexpr float Bound = 2.0F / 3.0F;
+  for (const Case& c : {Case{"0.5", "50", Bound}, Case{"0.999", "99", Bound}, Case{"1", "100", 0},
+                        Case{"0", "1", 0}, Case{"-3", "1", 0}, Case{"1e30", "5000000", 0}}) {
     TypeOnly("QMatrixTime", c.ms);
     PressCommand("FxnRecalculateQ");
     EXPECT_EQ(Shown("QMatrixPoint"), c.point) << c.ms;

@@ -40,10 +40,8 @@ TEST_F(RunDriverTest, RefusesSixExitsForMonteCarloAlone) {
 
 TEST_F(RunDriverTest, IntegratesSubunitsOnlyAsChannelsOrProbability) {
   Model.MultiSubunit = 1;
-  for (const auto& [units, refused] : {std::pair{UnitsChannels, false},
-                                       {UnitsConductance, true},
-                                       {UnitsCurrent, true},
-                                       {UnitsProbability, false}}) {
+  for (const int units : {UnitsChannels, UnitsConductance, UnitsCurrent, UnitsProbability}) {
+    const bool refused = units == UnitsConductance || units == UnitsCurrent;
     popups.clear();
     Trace.TraceValid = 0;
     Model.DisplayUnits = units;
