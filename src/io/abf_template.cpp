@@ -49,6 +49,7 @@ constexpr std::size_t EpisodesAt = 16;         // int32
 constexpr std::size_t DateAt = 20;             // int32
 constexpr std::size_t TimeAt = 24;             // int32
 constexpr std::size_t DataBlockAt = 40;        // int32, blocks of 512 bytes
+constexpr std::size_t SectionsAt = 44;         // blocks and lengths of tags, synch array and others, to 99
 constexpr std::size_t FormatAt = 100;          // int16
 constexpr std::size_t IntervalAt = 122;        // float, us
 constexpr std::size_t EpisodeSamplesAt = 138;  // int32
@@ -129,14 +130,28 @@ std::string_view BytesOf(std::span<const float> samples) {
   return {reinterpret_cast<const char*>(samples.data()), samples.size_bytes()};
 }
 
+/// Where the samples end that the header counts.
+std::int64_t EndOfSamples(const AbfTemplate& header) {
+  return Get<std::int32_t>(header, DataBlockAt) * BlockBytes +
+         Get<std::int32_t>(header, SamplesAt) * std::int64_t{sizeof(float)};
+}
+
+/// Whether what may stand behind the samples is of no use: the begin of an episode whose writing was broken
+/// off. Such a file is one of autosave's and tells of no section.
+bool HasOnlySamples(const AbfTemplate& header) {
+  const auto sections = std::span(header).subspan(SectionsAt, FormatAt - SectionsAt);
+  return std::memcmp(header.data() + CreatorAt, AutosaveCreator, sizeof AutosaveCreator) == 0 &&
+         std::all_of(sections.begin(), sections.end(), [](std::byte byte) { return byte == std::byte{0}; });
+}
+
 /// Whether episodes of floats can follow behind those that the file has: it ends where its samples end.
 bool TakesEpisodes(const AbfTemplate& header, std::uintmax_t fileBytes) {
-  const std::int64_t block = Get<std::int32_t>(header, DataBlockAt);
-  const std::int64_t samples = Get<std::int32_t>(header, SamplesAt);
-  if (!IsAbf(header) || Get<std::int16_t>(header, FormatAt) != AbfFloats || block < DataBlock ||
-      samples < 0 || Get<std::int32_t>(header, EpisodesAt) < 0)
+  if (!IsAbf(header) || Get<std::int16_t>(header, FormatAt) != AbfFloats ||
+      Get<std::int32_t>(header, DataBlockAt) < DataBlock || Get<std::int32_t>(header, SamplesAt) < 0 ||
+      Get<std::int32_t>(header, EpisodesAt) < 0)
     return false;
-  return fileBytes == static_cast<std::uintmax_t>(block * BlockBytes + samples * std::int64_t{sizeof(float)});
+  const auto end = static_cast<std::uintmax_t>(EndOfSamples(header));
+  return fileBytes == end || (fileBytes > end && HasOnlySamples(header));
 }
 
 bool IsEmptyOrMissing(const std::string& path) {
@@ -227,11 +242,12 @@ bool AutosaveAbfWrite(const std::string& path) {
   ReadRunParameters();
   const AbfStamp stamp = StampNow();
   const std::span<const float> samples = Samples();
+  const std::int64_t end = EndOfSamples(*header);
   if (!CountEpisode(*header, samples.size(), path)) return false;
   PutTraceFields(*header, stamp.shortDate, stamp.seconds);
   PutCreator(*header, AutosaveCreator);
   return isNew ? SaveFile(path, Parts({Text(*header), BytesOf(samples)}))
-               : ExtendFile(path, Parts({BytesOf(samples)}), Text(*header));
+               : ExtendFile(path, Parts({BytesOf(samples)}), Text(*header), end);
 }
 
 }  // namespace zelvane

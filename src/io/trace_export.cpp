@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "io/input_file.h"
 #include "io/internal/row_blocks.h"
 #include "io/number_text.h"
 #include "model/model_store.h"
@@ -182,6 +183,16 @@ std::optional<TraceFormat> TraceFormatOf(const std::string& path) {
 NextBlock TraceTextBlocks(TraceFormat format, std::span<const float> samples, float intervalMs,
                           std::string_view signalName) {
   return SweepBlocks(format, {samples}, intervalMs, {std::string(signalName), std::string(signalName)});
+}
+
+NextBlock BehindLastLine(const std::string& path, NextBlock blocks) {
+  char last = '\n';
+  auto file = OpenInput(path);
+  if (file && file->seekg(-1, std::ios::end)) file->get(last);
+  if (last == '\n') return blocks;
+  return [blocks = std::move(blocks), ended = false]() mutable -> std::string_view {
+    return std::exchange(ended, true) ? blocks() : "\n";
+  };
 }
 
 bool WriteTraceFile(const std::string& path, std::span<const float> samples, float intervalMs,

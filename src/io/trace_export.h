@@ -1,6 +1,6 @@
 // The result of a run as text files for other programs.
 //
-//   A trace         TraceFormatOf  WriteTraceFile  WriteSweepsFile  TraceTextBlocks
+//   A trace         TraceFormatOf  WriteTraceFile  WriteSweepsFile  TraceTextBlocks  BehindLastLine
 //   Occupancies     WriteOccupancyCsv
 //
 // Numbers have a full stop in every locale. A file is replaced only when the new one is whole (safe_file.h);
@@ -52,6 +52,10 @@ bool WriteSweepsFile(const std::string& path, const Sweeps& sweeps, float interv
 /// The text that WriteTraceFile writes, block after block. `samples` must outlast it.
 NextBlock TraceTextBlocks(TraceFormat format, std::span<const float> samples, float intervalMs,
                           std::string_view signalName);
+
+/// The blocks for appending to the text file `path`, in front of them the end of its last line where that has
+/// none, so that two numbers do not become one.
+NextBlock BehindLastLine(const std::string& path, NextBlock blocks);
 
 /// Writes the occupancies of the last run as CSV: time in ms, then a column for each state that is on, under
 /// its label or, without one, its number. There is a row for each point of the run, or for each saved step of

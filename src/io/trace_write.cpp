@@ -127,10 +127,11 @@ bool AutosaveTextWrite(const std::string& path) {
   ReadRunParameters();
   if (Result.ResultKind == ResultSavedSteps) {
     const std::vector<float> values = SavedStepValues();
-    return ExtendFile(path, SavedStepBlocks(values));
+    return ExtendFile(path, BehindLastLine(path, SavedStepBlocks(values)));
   }
-  return ExtendFile(
-      path, TraceTextBlocks(TraceFormat::SingleColumn, Trace.SimTrace.first(count), Model.ADInterval, {}));
+  const NextBlock column =
+      TraceTextBlocks(TraceFormat::SingleColumn, Trace.SimTrace.first(count), Model.ADInterval, {});
+  return ExtendFile(path, BehindLastLine(path, column));
 }
 
 void AutosaveTrace() {

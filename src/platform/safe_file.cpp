@@ -1,5 +1,6 @@
 #include "platform/safe_file.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
@@ -185,13 +186,16 @@ bool AppendBlocks(int file, std::int64_t length, const NextBlock& nextBlock, std
   return WriteAll(file, 0, head) && ::fsync(file) == 0;
 }
 
-bool Append(const fs::path& target, const NextBlock& nextBlock, std::string_view head) {
+bool Append(const fs::path& target, const NextBlock& nextBlock, std::string_view head,
+            std::optional<std::int64_t> end) {
   const int file = ::open(target.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
   if (file < 0) return false;
-  const off_t length = ::lseek(file, 0, SEEK_END);
+  const off_t whole = ::lseek(file, 0, SEEK_END);
+  const off_t length = end ? std::min<off_t>(*end, whole) : whole;
   std::string oldHead(head.size(), '\0');
   const bool headStands =
-      ::pread(file, oldHead.data(), oldHead.size(), 0) == static_cast<ssize_t>(oldHead.size());
+      ::pread(file, oldHead.data(), oldHead.size(), 0) == static_cast<ssize_t>(oldHead.size()) &&
+      (length == whole || ::ftruncate(file, length) == 0);
   bool good = headStands && AppendBlocks(file, length, nextBlock, head);
   if (headStands && !good && (::ftruncate(file, length) != 0 || !WriteAll(file, 0, oldHead))) errno = 0;
   return ::close(file) == 0 && good;
@@ -233,10 +237,15 @@ class Replacement final : public FileReplacement {
   std::ofstream file_;
 };
 
-bool Append(const fs::path& target, const NextBlock& nextBlock, std::string_view head) {
+bool Append(const fs::path& target, const NextBlock& nextBlock, std::string_view head,
+            std::optional<std::int64_t> end) {
   { std::ofstream made(target, std::ios::binary | std::ios::app); }
   std::error_code error;
-  const std::uintmax_t length = fs::file_size(target, error);
+  std::uintmax_t length = fs::file_size(target, error);
+  if (end && !error && static_cast<std::uintmax_t>(*end) < length) {
+    length = static_cast<std::uintmax_t>(*end);
+    fs::resize_file(target, length, error);
+  }
   std::fstream file(target, std::ios::binary | std::ios::in | std::ios::out);
   std::string oldHead(head.size(), '\0');
   file.read(oldHead.data(), static_cast<std::streamsize>(oldHead.size()));
@@ -300,10 +309,11 @@ bool ReplaceFileInBlocks(const std::string& path, const NextBlock& nextBlock) {
   return replacement->Commit();
 }
 
-bool AppendToFile(const std::string& path, const NextBlock& nextBlock, std::string_view head) {
+bool AppendToFile(const std::string& path, const NextBlock& nextBlock, std::string_view head,
+                  std::optional<std::int64_t> end) {
   if (path.find('\0') != std::string::npos) return false;
   const auto target = LinkTarget(path);
-  return target && MayBeReplaced(*target) && Append(*target, nextBlock, head);
+  return target && MayBeReplaced(*target) && Append(*target, nextBlock, head, end);
 }
 
 bool ReplaceFile(const std::string& path, std::string_view content) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -63,10 +64,13 @@ class FileReplacement {
 };
 
 /// Appends blocks to the regular file `path`, or makes it; with `head`, which may not be longer than the file
-/// was, that then takes the place of its first bytes.
+/// was, that then takes the place of its first bytes. The head comes last: a process killed before has left
+/// the old one, and bytes behind those that it tells of.
 ///
 /// False when any step fails or writing stops; the file then has the length and the head that it had. Refused
 /// as by ReplaceFile.
-bool AppendToFile(const std::string& path, const NextBlock& nextBlock, std::string_view head = {});
+/// @param end  where the file ends for its reader, when that is not its length; what stands behind is dropped
+bool AppendToFile(const std::string& path, const NextBlock& nextBlock, std::string_view head = {},
+                  std::optional<std::int64_t> end = {});
 
 }  // namespace zelvane

@@ -80,8 +80,8 @@ void ExportTrace() {
       FileSelectPopup({.title = ExportTitle, .defaultName = AsciiFiles, .filter = AsciiFiles, .save = true});
   if (!path) return;
   ReadRunParameters();
-  if (!AppendToFile(*path,
-                    TraceTextBlocks(TraceFormat::SingleColumn, ViewedSamples(), Model.ADInterval, {}))) {
+  const NextBlock column = TraceTextBlocks(TraceFormat::SingleColumn, ViewedSamples(), Model.ADInterval, {});
+  if (!AppendToFile(*path, BehindLastLine(*path, column))) {
     FileErrorPopup(FileOpenFailed);
   }
 }

@@ -226,10 +226,23 @@ TEST_F(TraceWriteTest, FilesThatCannotBeWrittenAreTold) {
   EXPECT_FALSE(AutosaveAbfWrite(folder.File("model.mod")));
   EXPECT_EQ(ReadWholeFile(folder.File("model.mod")), "no recording");
   ASSERT_TRUE(AutosaveAbfWrite(path));
-  const std::string tailed = ReadWholeFile(path) + "tags";
-  WriteWholeFile(path, tailed);
+  std::string tagged = ReadWholeFile(path) + "tags";
+  tagged[44] = 5;  // the block where tags begin
+  WriteWholeFile(path, tagged);
   EXPECT_FALSE(AutosaveAbfWrite(path)) << "what follows on the samples would be taken for samples";
-  EXPECT_EQ(ReadWholeFile(path), tailed);
+  EXPECT_EQ(ReadWholeFile(path), tagged);
+}
+
+TEST_F(TraceWriteTest, AutosaveGoesOnBehindARunWhoseWritingWasBrokenOff) {
+  ASSERT_TRUE(AutosaveAbfWrite(path));
+  WriteWholeFile(path, ReadWholeFile(path) + "a part of an episode, longer than a run");
+  ASSERT_TRUE(AutosaveAbfWrite(path));
+  EXPECT_EQ(ReadBack(), (std::vector<std::vector<float>>{{1.5F, -2.0F, 0.25F}, {1.5F, -2.0F, 0.25F}}));
+  EXPECT_EQ(ReadWholeFile(path).size(), 2048U + 24U);
+
+  const std::string column = folder.Written("runs.asc", "1\n2.34");
+  ASSERT_TRUE(AutosaveTextWrite(column));
+  EXPECT_TRUE(ReadWholeFile(column).starts_with("1\n2.34\n2.000000e-02\n1.5"));
 }
 
 TEST_F(TraceWriteTest, OnAFullDiskTheOldFileStands) {

@@ -44,9 +44,10 @@ bool SaveFile(const std::string& path, const NextBlock& nextBlock) {
   return Told(good, blocks.opened, NotWritten, path);
 }
 
-bool ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string_view head) {
+bool ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string_view head,
+                std::optional<std::int64_t> end) {
   Watched blocks{nextBlock};
-  const bool good = AppendToFile(path, std::ref(blocks), head);
+  const bool good = AppendToFile(path, std::ref(blocks), head, end);
   return Told(good, blocks.opened, NotExtended, path);
 }
 

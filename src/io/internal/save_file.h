@@ -2,6 +2,8 @@
 // stopped the writing (WriteStopped) needs no telling.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,9 +14,10 @@ namespace zelvane {
 /// Replaces the file `path` by the blocks. When that fails the user is told, and a former file stands.
 bool SaveFile(const std::string& path, const NextBlock& nextBlock);
 
-/// Appends the blocks to the file `path` or makes it; `head` then takes the place of its first bytes. When
-/// that fails the user is told, and the file is as it was.
-bool ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string_view head = {});
+/// Appends the blocks to the file `path` or makes it, as AppendToFile does. When that fails the user is told,
+/// and the file is as it was.
+bool ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string_view head = {},
+                std::optional<std::int64_t> end = {});
 
 /// Tells that a file, which could be opened, was not written.
 void TellNotWritten(const std::string& path);
