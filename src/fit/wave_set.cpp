@@ -132,6 +132,7 @@ void ReadListNamed(const std::string& path) {
   auto file = OpenInput(path);
   if (!file) {
     FileErrorPopup(FileOpenFailed);
+    Fit.FitListOn = 1;
     return;
   }
   const auto list = ReadWaveList(std::move(*file));

@@ -212,17 +212,20 @@ Reading ReadAbf(std::span<float> destination, Questions questions, bool floats) 
   if (episodeSamples < 1) {
     return Refuse(FileErrorTitle, FormatText(NoSamples, NameOf(Trace.TraceFileName).c_str()));
   }
-  TakeInfo(abf);
   Selection selection;
-  if (!SelectSamples(episodeSamples, questions, selection)) return Reading::Emptied;
+  if (!SelectSamples(episodeSamples, questions, selection)) {
+    TakeInfo(abf);
+    return Reading::Emptied;
+  }
   const bool slow = selection.span > MaxUncountedSamples;
   if (slow) ShowProgress(0.0, PleaseWait);
   CutSweep(destination.size(), questions);
   const int read = ReadSamples(*abf.file, selection, destination);
   if (slow) ResetProgress();
-  CloseABFFile(abf.file);
   if (read < 1) return Refuse(FileErrorTitle, FormatText(NoSamples, NameOf(Trace.TraceFileName).c_str()));
   Model.NumPoints = read;
+  TakeInfo(abf);
+  CloseABFFile(abf.file);
   return Reading::Done;
 }
 
@@ -281,7 +284,9 @@ Reading ReadBinary(std::span<float> destination, Questions questions) {
   const Reading reading = IsABFFile(Trace.TraceFileName, format)
                               ? ReadAbf(destination, questions, format == AbfFloats)
                               : ReadObf(destination, questions);
-  if (reading != Reading::Refused) former.Keep();
+  if (reading == Reading::Refused) return reading;
+  former.Keep();
+  Trace.TraceIsText = 0;  // whoever reads the file again reads it so
   return reading;
 }
 

@@ -59,7 +59,9 @@ TEST_F(WaveSetTest, NamesAreCutAtTheFirstFullStopOfTheFile) {
 
 TEST_F(WaveSetTest, AListMovedWithItsFilesLoadsWithoutADialog) {
   choices = {List(TwoPairs)};
+  Trace.TraceIsText = 1;
   PressCommand("FxnListFile");
+  EXPECT_EQ(Trace.TraceIsText, 0) << "the next episode is one of the last recording";
   EXPECT_EQ(fileRequests.size(), 1U);
   EXPECT_EQ(PopupTexts(), std::vector<std::string>{});
   EXPECT_EQ(Model.ModelFileName, folder.File("model.mod"));
@@ -116,10 +118,11 @@ TEST_F(WaveSetTest, SixteenPairsAreFifteenAndAFileThatIsNoListIsToldSo) {
   }
   EXPECT_TRUE(popups.empty());
   ReadListNamed(List("LISX\n"));
+  Fit.FitListOn = 0;
   ReadListNamed(folder.File("missing.lst"));
+  EXPECT_EQ(Fit.FitListOn, 1);
   EXPECT_EQ(PopupTexts(),
             (std::vector<std::string>{"IO Error 103: Wrong File Format", "IO Error 100: FileOpen failed"}));
-  Fit.FitListOn = 1;
   PressCommand("FxnListFile");
   EXPECT_EQ(Fit.FitListOn, 0) << "a cancelled dialog";
 }
