@@ -32,6 +32,12 @@ const std::array<const char*, StimFileProfiles> ProfileNames = {"Voltage", "Drug
 
 using Open = std::unique_ptr<RecordingFile>;
 
+std::string NoteOfEnd(std::int64_t samples, std::int64_t announced) {
+  if (samples >= announced) return {};
+  return FormatText("ends early, with %lld of %lld samples", static_cast<long long>(samples),
+                    static_cast<long long>(announced));
+}
+
 // -- ABF --
 
 class AbfRecording final : public RecordingFile {
@@ -101,6 +107,7 @@ class ObfRecording final : public RecordingFile {
     const std::int64_t runs = std::max(1, header.numRuns.value_or(1));
     account.sweeps = static_cast<int>(std::min((held + points - 1) / points, runs));
     account.samples = static_cast<int>(std::min<std::int64_t>(points, std::numeric_limits<int>::max()));
+    account.note = NoteOfEnd(held, runs * header.numPoints.value_or(0));
     recording->file_ = std::move(file);
     return recording;
   }
@@ -142,8 +149,11 @@ class StimulusRecording final : public RecordingFile {
     recording->head_ = *head;
     RecordingAccount& account = recording->account_;
     account.kind = "stimulus";
-    account.intervalMs = static_cast<double>(head->intervalMs);
+    if (std::isfinite(head->intervalMs)) account.intervalMs = static_cast<double>(head->intervalMs);
     account.samples = head->samples;
+    if (head->samplesHeld < head->samples)
+      account.note =
+          FormatText("ends early: its last profile has %d of %d samples", head->samplesHeld, head->samples);
     for (std::size_t p = 0; p < StimFileProfiles; ++p)
       account.inputs.push_back({static_cast<int>(p), ProfileNames[p], p == 0 ? "V" : "M", 1.0});
     return recording;
@@ -234,6 +244,7 @@ class TextFile final : public RecordingFile {
     request.intervalLine = !shape_.atf && lineHoldsInterval_;
     request.most = std::numeric_limits<std::size_t>::max();
     TextSamples read = text.Read(request);
+    account_.note.clear();
     if (read.badLine != 0)
       account_.note = FormatText("read up to line %zu, which cannot be understood", read.badLine);
     return read;
@@ -296,9 +307,7 @@ std::optional<std::vector<float>> ReadPart(RecordingFile& file, const SweepExtra
 }  // namespace
 
 std::string NoteOfAbf(const AbfHeader& header) {
-  if (header.announcedSamples == 0) return {};
-  return FormatText("ends early, with %lld of %lld samples", static_cast<long long>(header.acquisitionLength),
-                    static_cast<long long>(header.announcedSamples));
+  return NoteOfEnd(header.acquisitionLength, header.announcedSamples);
 }
 
 Open OpenRecordingFile(const std::string& path, std::string& why, std::optional<double> typedIntervalMs) {

@@ -69,7 +69,7 @@ std::optional<StimFileHead> HeadOrTold(const std::string& path) {
 }
 
 bool AgreesToPoints(int points) {
-  return Model.NumPoints != points &&
+  return points > 0 && Model.NumPoints != points &&
          ConfirmPopup(PointsTitle, FormatText(PointsQuestion, Model.NumPoints, points));
 }
 
@@ -181,7 +181,7 @@ std::optional<int> StimAsciiImport(const std::string& path) {
       ConfirmPopup(ColumnIntervalTitle, IntervalText(ColumnIntervalQuestion, *column->intervalMs))) {
     Model.ADInterval = WithinLimits(*column->intervalMs);
   }
-  if (column->samples > 0 && AgreesToPoints(column->samples)) Model.NumPoints = column->samples;
+  if (AgreesToPoints(column->samples)) Model.NumPoints = column->samples;
   ShowStimulusOfFile();
   return column->samples > LeastImport ? 1 : 0;
 }
