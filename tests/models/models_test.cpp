@@ -6,6 +6,7 @@
 
 #include "io/model_file.h"
 #include "io/trace_store.h"
+#include "model/constraints_store.h"
 #include "model/model.h"
 #include "model/model_panels.h"
 #include "sim/result_store.h"
@@ -130,6 +131,43 @@ TEST_F(PublishedModels, RunAsTheyStandWithoutAMessageAndLoseNoChannel) {
     }
     EXPECT_LT(apart,
               0.01 * fixed.Top() + 1e-4);  // the adaptive path loses sight of occupancies near its tolerance
+  }
+}
+
+TEST_F(PublishedModels, ObeyMicroscopicReversibilityAroundEveryCycle) {
+  struct Case {
+    const char* name;
+    int cycles;
+    double tolerance;
+  };
+  for (const Case& c : {
+           Case{"models/ampa_jonas_1993.mod", 2, 0.01},  // three printed digits: 0.6 % and 0.1 %
+           Case{"models/gabaa_jones_1995.mod", 1, 1e-6},
+           Case{"models/nicotinic_colquhoun_1985.mod", 1, 1e-6},
+           Case{"models/nicotinic_colquhoun_1982.mod", 1, 1e-6},
+           Case{"models/sodium_hodgkin_1952.mod", 3, 1e-6},
+       }) {
+    SCOPED_TRACE(c.name);
+    Load(c.name);
+    RatesFromGrid();
+    int cycles = 0;
+    for (const LoopConstraint& loop : Constraints.Loop) {
+      std::size_t length = 0;
+      while (length < MaxLoopStates && loop.State[length + 1] != 0) ++length;
+      if (length == 0) continue;
+      ++cycles;
+      double ratio = 1.0;   // product of the rates one way over the other
+      double charge = 0.0;  // and sum of the steepnesses: must vanish, or the cycle breaks away from 0 V
+      for (std::size_t i = 0; i < length; ++i) {
+        const auto from = static_cast<std::size_t>(loop.State[i + 1]);
+        const auto to = static_cast<std::size_t>(loop.State[(i + 1) % length + 1]);
+        ratio *= double(Model.RateMatrix[from][to]) / double(Model.RateMatrix[to][from]);
+        charge += double(Model.Depend.Steepness[from][to]) - double(Model.Depend.Steepness[to][from]);
+      }
+      EXPECT_NEAR(ratio, 1.0, c.tolerance);
+      EXPECT_NEAR(charge, 0.0, 1e-6);
+    }
+    EXPECT_EQ(cycles, c.cycles);
   }
 }
 
