@@ -6,6 +6,8 @@
 #include "io/trace_panels.h"
 #include "io/trace_read.h"
 #include "io/trace_store.h"
+#include "platform/folders.h"
+#include "platform/start_program.h"
 #include "screen/screen.h"
 #include "sim/run_panel.h"
 #include "stimulus/stimulus.h"
@@ -15,6 +17,9 @@ namespace {
 
 constexpr char MainPanelName[] = "MainPanel";
 constexpr char RecordingGroup[] = "recording";
+constexpr char ConversionTool[] = "ABFUtil1.exe";
+constexpr char NoConversionTool[] =
+    "The conversion tool ABFUtil1.exe does not stand beside the program, or cannot be started.";
 
 bool OnScreen() {
   return FindControl("EpisodeIndex") != nullptr;
@@ -75,6 +80,11 @@ void FxnEraseData() {
   EraseTrace();
 }
 
+/// The conversion tool is a program of its own, which need not be installed.
+void FxnFileConversion() {
+  if (!StartProgram(ProgramFile(ConversionTool))) MessagePopup(FileErrorTitle, NoConversionTool);
+}
+
 constexpr auto Button = ControlKind::Button;
 constexpr auto Number = ControlKind::Number;
 constexpr auto Readout = ControlKind::Readout;
@@ -98,11 +108,13 @@ constexpr MenuDecl RecordingMenu[] = {
     {"File/Open Recording...",          "FxnRead",             ReadFile,            "Ctrl+Shift+O"},
     {"File/Open Part of Recording...",  "ReadParseBinaryData", ReadParseBinaryData},
     {"File/Open Text Recording...",     "ReadAsciiData",       ReadAsciiData},
+    {"File/Open Binary Recording...",   "FxnWaveRead",         ReadWaveFile},
     {"File/Read Recording into View...", "ReadBinaryData",     ReadBinaryData},
     {"Recording/Last Episode",          "FxnLastSection",      LastSection,         "PgDown"},
     {"Recording/Next Episode",          "FxnNextSection",      NextSection,         "PgUp"},
     {"Recording/File Information...",   "FxnFileInfo",         FxnFileInfo},
     {"Recording/Erase Data",            "EraseData",           FxnEraseData},
+    {"Tools/File Conversion...",        "FxnFileConversion",   FxnFileConversion},
 };
 // clang-format on
 

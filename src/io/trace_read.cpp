@@ -27,6 +27,8 @@ constexpr char ReadFilter[] = "*.dat;*.atf;*.asc;*.abf;*.ave";
 constexpr char AsciiTitle[] = "Read ASCII Data File";
 constexpr char AsciiDefault[] = "*.asc;*.ATF;*.ave;*.nrm";
 constexpr char AsciiFilter[] = "*.asc";
+constexpr char WaveTitle[] = "Select Axon binary file to read";
+constexpr char WaveFilter[] = "*.abf";
 constexpr char ImportTitle[] = "Import File";
 constexpr char ImportQuestion[] = "Import ATF or Ascii File of Floating Point Numbers in pA or pS ?";
 constexpr char ResampledWarning[] =
@@ -97,11 +99,21 @@ Reading ReadInto(bool text, Questions questions) {
   return reading;
 }
 
-/// Reads the file at `path` as a new recording. False when no trace came of it.
-bool ReadRecording(const std::string& path) {
+/// Reads the first episode of the file at `path`. False when nothing is to be shown of it: refused,
+/// cancelled, or given up half-way.
+bool ReadNew(bool text, const std::string& path) {
   FormerFile former;
   Trace.TraceFileName = path;
   Trace.EpisodeIndex = 1;
+  const Reading reading = ReadInto(text, Questions::Asked);
+  if (reading == Reading::Refused) return false;
+  former.Keep();
+  Trace.TraceIsText = text ? 1 : 0;
+  return reading == Reading::Done;
+}
+
+/// Reads the file at `path` as a new recording. False when no trace came of it.
+bool ReadRecording(const std::string& path) {
   const FileKind kind = KindOf(path);
   if (kind == FileKind::Unreadable) {
     FileErrorPopup(FileOpenFailed);
@@ -109,11 +121,7 @@ bool ReadRecording(const std::string& path) {
   }
   const bool text = kind == FileKind::Text;
   if (text && !ConfirmPopup(ImportTitle, ImportQuestion)) return false;
-  const Reading reading = ReadInto(text, Questions::Asked);
-  if (reading == Reading::Refused) return false;
-  former.Keep();
-  Trace.TraceIsText = text ? 1 : 0;
-  if (reading == Reading::Emptied) return false;
+  if (!ReadNew(text, path)) return false;
   BeginTrace();
   CorrectIfAsked();
   ShowTrace();
@@ -171,15 +179,7 @@ bool TraceReadFile(const std::string& path) {
 void ReadAsciiData() {
   if (RefusedByAutosave()) return;
   const auto path = ChooseFile(AsciiTitle, AsciiDefault, AsciiFilter);
-  if (!path) return;
-  FormerFile former;
-  Trace.TraceFileName = *path;
-  Trace.EpisodeIndex = 1;
-  const Reading reading = ReadInto(true, Questions::Asked);
-  if (reading == Reading::Refused) return;
-  former.Keep();
-  Trace.TraceIsText = 1;
-  if (reading == Reading::Emptied) return;
+  if (!path || !ReadNew(true, *path)) return;
   if (IsResult(Model.NumPoints)) {
     BeginTrace();
     ShowTrace();
@@ -188,6 +188,16 @@ void ReadAsciiData() {
     EndTraceAt(static_cast<std::size_t>(Model.NumPoints));
     ShowRecording();
   }
+}
+
+void ReadWaveFile() {
+  if (RefusedByAutosave()) return;
+  Trace.ParseRequested = 0;
+  const auto path = ChooseFile(WaveTitle, WaveFilter, WaveFilter);
+  if (!path || !ReadNew(false, *path)) return;
+  BeginTrace();
+  ShowTrace();
+  RefreshViews();
 }
 
 void TraceReloadEpisode() {

@@ -1,6 +1,7 @@
 // Recorded traces: the choice of a reader, episodes, and the commands around them.
 //
 //   Reading       TraceRead  TraceReadFile  BinaryTraceRead  TextTraceRead  AbfDirectRead  ReadTextEpisodes
+//                 ReadAsciiData  ReadWaveFile
 //   Episodes      TraceReloadEpisode  StepEpisode  GoToEpisode
 //   The trace     ParseTrace  EraseTrace
 #pragma once
@@ -16,6 +17,9 @@ void TraceRead(bool ask);
 
 /// Asks for a text recording and reads it. The trace becomes a result only when it has more than 100 samples.
 void ReadAsciiData();
+
+/// Asks for a binary recording and reads it; a file that is none is refused.
+void ReadWaveFile();
 
 /// Reads the file at `path` as TraceRead does, without the dialog. False when no trace came of it.
 bool TraceReadFile(const std::string& path);

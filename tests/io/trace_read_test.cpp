@@ -2,10 +2,13 @@
 // program's own binary layout, and the two readers of ABF 1.x side by side.
 #include "io/trace_read.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstring>
+#include <filesystem>
 
 #include "io/stimulus_file.h"
 #include "io/trace_hooks.h"
@@ -69,6 +72,30 @@ TEST_F(TraceReadTest, WhatIsNotReadLeavesTheTraceOnDisplay) {
     EXPECT_NE(Trace.SimTrace[0], 0.0F);
     EXPECT_NE(Model.ADInterval, -1.0F);
   }
+}
+
+TEST_F(TraceReadTest, TheBinaryReaderTakesNoText) {
+  const std::string text = folder.Written("a.abf", "1\n2\n3\n");
+  const auto lines = RunAfterReading("choose " + text + "\npress FxnWaveRead\nget TraceFileName\nchoose " +
+                                     TwoChannels + "\nreply Channel 2 ok\npress FxnWaveRead\n");
+  EXPECT_EQ(lines[0].at("title"), "Select Axon binary file to read");
+  EXPECT_EQ(lines[2], Message("! File error", "IO Error 103: Wrong File Format"));
+  EXPECT_EQ(lines[3].at("value"), OneChannel);
+  EXPECT_EQ(Trace.RecordedChannel, 2);
+  EXPECT_EQ(Model.NumPoints, 2000);
+}
+
+TEST_F(TraceReadTest, TheConversionToolIsStartedWhereItStands) {
+  const std::string script = "press FxnFileConversion\n";
+  const std::string absent =
+      "The conversion tool ABFUtil1.exe does not stand beside the program, or cannot be started.";
+  EXPECT_EQ(Run(script).back(), Message("! File error", absent));
+  const std::string pipe = folder.File("pipe");
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const std::string tool = folder.Written("ABFUtil1.exe", "#!/bin/sh\necho started > " + pipe + "\n");
+  std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+  ASSERT_TRUE(Run(script).empty());
+  EXPECT_EQ(ReadWholeFile(pipe), "started\n") << "waits until the tool writes";
 }
 
 TEST_F(TraceReadTest, UnequalStepsKeepTheSamplesReadAndMakeNoResult) {

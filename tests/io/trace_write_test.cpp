@@ -202,7 +202,7 @@ TEST_F(TraceWriteTest, AutosaveStaysOffWithoutAFileAndKeepsOtherFilesOut) {
       "filetype.");
   const std::size_t asked = fileRequests.size();
   for (const char* command : {"SaveAsciiData", "SaveBinaryData", "SaveLegacyABFCallback", "FxnRead",
-                              "ReadBinaryData", "ReadParseBinaryData", "ReadAsciiData"}) {
+                              "ReadBinaryData", "ReadParseBinaryData", "ReadAsciiData", "FxnWaveRead"}) {
     popups.clear();
     PressCommand(command);
     ASSERT_EQ(popups.size(), 1U) << command;

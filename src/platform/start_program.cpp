@@ -1,0 +1,28 @@
+#include "platform/start_program.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <unistd.h>
+
+#include <array>
+
+extern char** environ;
+
+namespace zelvane {
+
+bool StartProgram(const std::string& path) {
+  posix_spawn_file_actions_t streams;
+  if (::posix_spawn_file_actions_init(&streams) != 0) return false;
+  // What it reads and writes is not this program's: a script may stand there.
+  bool good = true;
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    good = good && ::posix_spawn_file_actions_addopen(&streams, stream, "/dev/null", O_RDWR, 0) == 0;
+  std::string name = path;
+  std::array<char*, 2> arguments = {name.data(), nullptr};
+  pid_t process = 0;
+  good = good && ::posix_spawn(&process, path.c_str(), &streams, nullptr, arguments.data(), environ) == 0;
+  ::posix_spawn_file_actions_destroy(&streams);
+  return good;
+}
+
+}  // namespace zelvane
