@@ -113,20 +113,21 @@ void SetLinearIv() {
   RsCm.RcIvCount = 3;
 }
 
-void LoadIvFile(const std::string& path) {
+IvFile LoadIvFile(const std::string& path) {
   const auto text = ReadBytes(path, MaxIvFileBytes);
   if (!text) {
     ConsoleLine(FormatText("Error Reading Raw Data IV curve [%s]. \n", path.c_str()));
-    return;
+    return IvFile::Unreadable;
   }
   const int count = ReadPoints(*text);
   if (count < FewestIvPoints) {
     SetLinearIv();
     ConsoleLine(RevertToLinear);
-    return;
+    return IvFile::TooShort;
   }
   RsCm.RcIvCount = count;
   RsCm.RcIvLoaded = 1;
+  return IvFile::InUse;
 }
 
 }  // namespace zelvane

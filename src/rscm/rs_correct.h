@@ -38,9 +38,13 @@ bool RcFilterVoltage();
 /// Makes the relation the linear one through 0: three points.
 void SetLinearIv();
 
+/// What a file has become: nothing, the linear relation, or the relation in use.
+enum class IvFile { Unreadable, TooShort, InUse };
+
 /// Reads a current-voltage relation: two columns, V and relative current, with a comma or blanks between
 /// them, up to the first line without two numbers, MaxIvPoints at most. With fewer than 5 points the relation
-/// becomes the linear one. What became of it is written to the console.
-void LoadIvFile(const std::string& path);
+/// becomes the linear one; with a file that cannot be read it stays as it was. What became of it is written
+/// to the console.
+IvFile LoadIvFile(const std::string& path);
 
 }  // namespace zelvane

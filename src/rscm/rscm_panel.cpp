@@ -200,9 +200,10 @@ void RC_LoadIVButton(const ControlEvent&) {
   const auto path =
       FileSelectPopup({.title = LoadTitle, .defaultName = "*.iv", .filter = "*.iv;*.*", .save = false});
   if (!path) return;
-  LoadIvFile(*path);
+  const IvFile file = LoadIvFile(*path);
+  if (file == IvFile::Unreadable) return;
   PlotRelation();
-  ShowText("RcIvFileName", *path);
+  ShowText("RcIvFileName", file == IvFile::InUse ? *path : LinearIv);
 }
 
 constexpr auto Number = ControlKind::Number;

@@ -90,7 +90,8 @@ TEST_F(RsCorrectionPanelTest, LoadsARelationAndGoesBackToTheLinearOneForTooFewPo
   WriteWholeFile(folder.File("five.iv"), "-0.2, -90\n-0.1,-30\r\n0 , 0\n0.1\t50\n0.2,120\nend\n0.3, 400\n");
   WriteWholeFile(folder.File("four.iv"), "-0.2, -90\n-0.1,-30\n0, 0\n0.1, 50\n");
   const auto load = [&](const char* name) {
-    return "choose " + folder.File(name) + "\npress RC_LoadIVButton\nget RcIvCount\nget RcIvLoaded\n";
+    return "choose " + folder.File(name) +
+           "\npress RC_LoadIVButton\nget RcIvCount\nget RcIvLoaded\ncontrol RcIvFileName\n";
   };
   const auto lines = Run("press RsCmFilterFxn\n" + load("five.iv") + load("four.iv") + load("none.iv"));
   std::vector<nlohmann::json> values;
@@ -99,7 +100,8 @@ TEST_F(RsCorrectionPanelTest, LoadsARelationAndGoesBackToTheLinearOneForTooFewPo
     if (line.contains("value")) values.push_back(line["value"]);
     if (line.contains("console")) console += line["console"].get<std::string>() + "|";
   }
-  EXPECT_EQ(values, (std::vector<nlohmann::json>{5, 1, 3, 1, 3, 1}));
+  EXPECT_EQ(values,
+            (std::vector<nlohmann::json>{5, 1, folder.File("five.iv"), 3, 1, "linear", 3, 1, "linear"}));
   EXPECT_EQ(console,
             "! Revert to linear IV|Error Reading Raw Data IV curve [" + folder.File("none.iv") + "]. \n|");
 }
