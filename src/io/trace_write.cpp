@@ -32,6 +32,7 @@ constexpr char RecordingTitle[] = "Error!";
 constexpr char IsRecording[] =
     " is in integer format, which usually means it is an acquired data file.\nCannot overwrite an acquired "
     "data file";
+constexpr char IsSource[] = " is the file that the trace was read from. Choose another name.";
 constexpr char Creator[] = "Zelvane v2.0";
 constexpr double MicrosecondsPerMs = 1000.0;
 constexpr double MsPerSecond = 1000.0;
@@ -90,6 +91,14 @@ NextBlock SavedStepBlocks(const std::vector<float>& values) {
 bool RefusedByAutosave() {
   if (Model.Autosave != 0) MessagePopup(ErrorTitle, AutosaveIsOn);
   return Model.Autosave != 0;
+}
+
+bool RefuseSourceOfTrace(const std::string& path) {
+  std::error_code error;
+  if (Trace.TraceFileName.empty() || !std::filesystem::equivalent(path, Trace.TraceFileName, error))
+    return false;
+  MessagePopup(ErrorTitle, path + IsSource);
+  return true;
 }
 
 bool TraceTextWrite(const std::string& path) {

@@ -2,7 +2,7 @@
 //
 //   Whole files     TraceTextWrite  TraceAbfWrite  LegacyAbfWrite
 //   Run after run   AutosaveTrace  AutosaveTextWrite  AutosaveAbfWrite
-//   Shared          RefusedByAutosave  AbfTemplateBytes
+//   Shared          RefusedByAutosave  RefuseSourceOfTrace  AbfTemplateBytes
 //   Panel           AddTraceWriteControls
 //
 // All write `Model.NumPoints` samples of `Trace.SimTrace`, one every `Model.ADInterval`. A failure is told,
@@ -47,6 +47,9 @@ void AutosaveTrace();
 
 /// Whether autosave is on: reading and writing other data files then has to wait, which the user is told.
 bool RefusedByAutosave();
+
+/// Whether `path` is the file that the trace was read from; the user is then told that it may not be written.
+bool RefuseSourceOfTrace(const std::string& path);
 
 inline constexpr std::size_t AbfTemplateLength = 2048;
 using AbfTemplate = std::array<std::byte, AbfTemplateLength>;

@@ -5,6 +5,7 @@
 #include "analysis/analysis_panel.h"
 #include "io/trace_export.h"
 #include "io/trace_store.h"
+#include "io/trace_write.h"
 #include "model/model_store.h"
 #include "noise/filtered_trace.h"
 #include "platform/safe_file.h"
@@ -78,7 +79,7 @@ void ExportTrace() {
   }
   const auto path =
       FileSelectPopup({.title = ExportTitle, .defaultName = AsciiFiles, .filter = AsciiFiles, .save = true});
-  if (!path) return;
+  if (!path || RefuseSourceOfTrace(*path)) return;
   ReadRunParameters();
   const NextBlock column = TraceTextBlocks(TraceFormat::SingleColumn, ViewedSamples(), Model.ADInterval, {});
   if (!AppendToFile(*path, BehindLastLine(*path, column))) {

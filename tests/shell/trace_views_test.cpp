@@ -114,6 +114,15 @@ TEST_F(TraceViewsTest, AnExportAppendsItsBlock) {
   EXPECT_EQ(lines.back().at("text"), "No exponential fit has been made: there is no curve to export.");
 }
 
+TEST_F(TraceViewsTest, AnExportLeavesTheRecordingThatItComesFrom) {
+  const std::string path = folder.Written("own.asc", "0.5\n1\n2\n");
+  const auto lines =
+      Run("answer yes\nanswer yes\nopen " + path + "\nchoose " + path + "\npress ExportTrace\n");
+  EXPECT_EQ(lines.back().at("text"),
+            path + " is the file that the trace was read from. Choose another name.");
+  EXPECT_EQ(ReadWholeFile(path), "0.5\n1\n2\n");
+}
+
 TEST_F(TraceViewsTest, AZoomedAnalysisPlotExportsWhatLiesBetweenTheZoomCursors) {
   const std::string trace =
       "enter NumPoints 100\nenter ADInterval 0.5\npress FxnMenuFilter\npress FxnRectNoise\npress Analysis\n"

@@ -1,9 +1,7 @@
 #include "io/internal/save_file.h"
 
-#include <filesystem>
 #include <functional>
 
-#include "io/trace_store.h"
 #include "screen/popups.h"
 
 namespace zelvane {
@@ -13,7 +11,6 @@ constexpr char NotWritten[] =
     "%s could not be written: the disk is full or does not take it. A former file stands.";
 constexpr char NotExtended[] =
     "%s could not be extended: the disk is full or does not take it. The file is as it was.";
-constexpr char IsSource[] = "%s is the file that the trace was read from. Choose another name.";
 
 void TellAbout(std::string_view title, std::string text, const std::string& path) {
   MessagePopup(title, text.replace(text.find("%s"), 2, path));
@@ -53,14 +50,6 @@ bool ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string
 
 void TellNotWritten(const std::string& path) {
   if (!WriteStopped()) TellAbout(FileErrorTitle, NotWritten, path);
-}
-
-bool RefuseSourceOfTrace(const std::string& path) {
-  std::error_code error;
-  if (Trace.TraceFileName.empty() || !std::filesystem::equivalent(path, Trace.TraceFileName, error))
-    return false;
-  TellAbout(ErrorTitle, IsSource, path);
-  return true;
 }
 
 }  // namespace zelvane

@@ -22,8 +22,4 @@ bool ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string
 /// Tells that a file, which could be opened, was not written.
 void TellNotWritten(const std::string& path);
 
-/// Whether `path` is the file that the trace was read from; the user is then told that it may not be written
-/// over.
-bool RefuseSourceOfTrace(const std::string& path);
-
 }  // namespace zelvane
