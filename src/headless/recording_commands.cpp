@@ -18,7 +18,8 @@ namespace zelvane {
 namespace {
 
 constexpr char Stopped[] = "stopped; nothing is written\n";
-constexpr char NoInterval[] = "does not tell the time between samples; --interval can";
+constexpr char NoInterval[] = "does not tell the time between samples";
+constexpr char IntervalCan[] = "; --interval can";  // of a text
 constexpr char UnequalSweeps[] =
     "its sweeps differ in length and have no place side by side; --length cuts them, .csv and .abf take them";
 constexpr int Drug1 = 1;
@@ -218,7 +219,10 @@ int ConvertCommand(const ConvertOptions& options, const JobStreams& streams) {
   std::string why;
   const auto file = OpenRecordingFile(options.in, why, options.intervalMs);
   if (file == nullptr || !(file->Account().intervalMs > 0.0)) {
-    streams.err << options.in << ": " << (file == nullptr ? why : NoInterval) << '\n';
+    const bool text =
+        file != nullptr && (file->Account().kind == "single column" || file->Account().kind == "ATF");
+    streams.err << options.in << ": " << (file == nullptr ? why : NoInterval) << (text ? IntervalCan : "")
+                << '\n';
     return JobFailed;
   }
   const bool fromProfiles = file->Account().kind == "stimulus";
@@ -232,7 +236,7 @@ int ConvertCommand(const ConvertOptions& options, const JobStreams& streams) {
     return JobFailed;
   }
   if (WriteExcerpt(options, *excerpt, fromProfiles)) return JobDone;
-  TellUnwritten(options.out, streams);
+  if (!screen.ErrorShown()) TellUnwritten(options.out, streams);
   return JobFailed;
 }
 
