@@ -30,7 +30,9 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t Samples = 5'000'000;
 constexpr std::size_t SamplesPerEpisode = 5000;
-constexpr std::size_t DataPosition = 2048;
+constexpr long DataBlockField =
+    40;  // the header's field that tells in which block of 512 bytes the samples begin
+constexpr long BlockBytes = 512;
 constexpr int PlainRuns = 5;
 
 std::string Folder() {
@@ -102,7 +104,10 @@ template <class Sample>
 void ReadSampleBySample(const std::string& path, std::vector<float>& samples) {
   std::FILE* file = std::fopen(path.c_str(), "rb");
   if (file == nullptr) return;
-  std::fseek(file, DataPosition, SEEK_SET);
+  std::int32_t dataBlock = 0;
+  std::fseek(file, DataBlockField, SEEK_SET);
+  if (std::fread(&dataBlock, sizeof dataBlock, 1, file) != 1) dataBlock = 0;
+  std::fseek(file, dataBlock * BlockBytes, SEEK_SET);
   Sample sample = 0;
   for (float& value : samples) {
     if (std::fread(&sample, sizeof sample, 1, file) != 1) break;
