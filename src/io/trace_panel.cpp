@@ -19,7 +19,7 @@ constexpr char MainPanelName[] = "MainPanel";
 constexpr char RecordingGroup[] = "recording";
 constexpr char ConversionTool[] = "ABFUtil1.exe";
 constexpr char NoConversionTool[] =
-    "The conversion tool ABFUtil1.exe does not stand beside the program, or cannot be started.";
+    "The conversion tool ABFUtil1.exe is not in the program's folder, or cannot be started.";
 
 bool OnScreen() {
   return FindControl("EpisodeIndex") != nullptr;

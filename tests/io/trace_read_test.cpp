@@ -88,7 +88,7 @@ TEST_F(TraceReadTest, TheBinaryReaderTakesNoText) {
 TEST_F(TraceReadTest, TheConversionToolIsStartedWhereItStands) {
   const std::string script = "press FxnFileConversion\n";
   const std::string absent =
-      "The conversion tool ABFUtil1.exe does not stand beside the program, or cannot be started.";
+      "The conversion tool ABFUtil1.exe is not in the program's folder, or cannot be started.";
   EXPECT_EQ(Run(script).back(), Message("! File error", absent));
   const std::string pipe = folder.File("pipe");
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
