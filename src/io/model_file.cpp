@@ -13,8 +13,7 @@ namespace zelvane {
 namespace {
 
 constexpr char ReadTitle[] = "Read Parameters";
-constexpr char NotOpened[] =
-    ": cannot open ";  // and the name, in the title of the dialog that asks for another
+constexpr char NotOpened[] = ": cannot open ";  // in the title of the dialog that asks for another
 constexpr char SaveTitle[] = "Save Parameters";
 constexpr char ModelFilter[] = "*.mod";
 constexpr char CannotWrite[] =
