@@ -7,7 +7,7 @@
 #include <cmath>
 #include <random>
 
-#include "desktop/graph_widget.h"
+#include "desktop/graph/graph_widget.h"
 #include "io/trace_store.h"
 #include "model/model_store.h"
 #include "paint_count.h"

@@ -7,7 +7,7 @@
 #include <sstream>
 #include <vector>
 
-#include "headless/measure_command.h"
+#include "headless/commands/measure_command.h"
 #include "platform/abf/abf.h"
 #include "screen/popups.h"
 

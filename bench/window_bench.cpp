@@ -16,12 +16,12 @@
 #include <thread>
 #include <vector>
 
-#include "desktop/desktop_front_end.h"
-#include "desktop/graph_widget.h"
-#include "desktop/main_window.h"
-#include "desktop/settings.h"
-#include "desktop/task_page.h"
-#include "desktop/theme.h"
+#include "desktop/graph/graph_widget.h"
+#include "desktop/pages/task_page.h"
+#include "desktop/window/desktop_front_end.h"
+#include "desktop/window/main_window.h"
+#include "desktop/window/settings.h"
+#include "desktop/window/theme.h"
 #include "long_run.h"
 #include "paint_count.h"
 #include "screen/screen.h"

@@ -11,14 +11,14 @@
 #include <span>
 #include <string_view>
 
-#include "desktop/desktop_front_end.h"
-#include "desktop/grabs.h"
-#include "desktop/main_window.h"
-#include "desktop/settings.h"
-#include "desktop/text.h"
-#include "desktop/theme.h"
-#include "headless/drive.h"
-#include "headless/one_job.h"
+#include "desktop/widgets/text.h"
+#include "desktop/window/desktop_front_end.h"
+#include "desktop/window/grabs.h"
+#include "desktop/window/main_window.h"
+#include "desktop/window/settings.h"
+#include "desktop/window/theme.h"
+#include "headless/commands/one_job.h"
+#include "headless/drive/drive.h"
 #include "screen/screen.h"
 
 namespace zelvane {

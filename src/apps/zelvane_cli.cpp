@@ -8,12 +8,12 @@
 #include <iostream>
 #include <limits>
 
-#include "headless/drive.h"
-#include "headless/measure_command.h"
-#include "headless/model_command.h"
-#include "headless/q_matrix_command.h"
-#include "headless/recording_commands.h"
-#include "headless/simulate_command.h"
+#include "headless/commands/measure_command.h"
+#include "headless/commands/model_command.h"
+#include "headless/commands/q_matrix_command.h"
+#include "headless/commands/recording_commands.h"
+#include "headless/commands/simulate_command.h"
+#include "headless/drive/drive.h"
 #include "model/model_store.h"
 #include "screen/fields.h"
 

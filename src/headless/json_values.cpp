@@ -1,4 +1,4 @@
-#include "headless/internal/json_values.h"
+#include "headless/json_values.h"
 
 #include <charconv>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "headless/internal/nearest_names.h"
+#include "headless/nearest_names.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,4 +1,4 @@
-#include "headless/internal/words.h"
+#include "headless/words.h"
 
 #include <charconv>
 

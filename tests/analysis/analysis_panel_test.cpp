@@ -7,7 +7,7 @@
 #include "analysis/analysis_store.h"
 #include "analysis/results_files.h"
 #include "analysis/results_table.h"
-#include "headless/measure_command.h"
+#include "headless/commands/measure_command.h"
 #include "io/trace_store.h"
 #include "screen/screen.h"
 #include "support/drive_test.h"

@@ -9,13 +9,13 @@
 #include <deque>
 #include <filesystem>
 
-#include "desktop/control_widget.h"
-#include "desktop/desktop_front_end.h"
-#include "desktop/graph_widget.h"
-#include "desktop/main_window.h"
-#include "desktop/settings.h"
-#include "desktop/task_page.h"
-#include "desktop/theme.h"
+#include "desktop/graph/graph_widget.h"
+#include "desktop/pages/task_page.h"
+#include "desktop/widgets/control_widget.h"
+#include "desktop/window/desktop_front_end.h"
+#include "desktop/window/main_window.h"
+#include "desktop/window/settings.h"
+#include "desktop/window/theme.h"
 #include "shell/application.h"
 #include "widget_test.h"
 

@@ -1,9 +1,9 @@
 // Words of a line, and suggestions for misspelt names.
-#include "headless/internal/words.h"
+#include "headless/words.h"
 
 #include <gtest/gtest.h>
 
-#include "headless/internal/nearest_names.h"
+#include "headless/nearest_names.h"
 #include "screen/observer.h"
 
 namespace zelvane {

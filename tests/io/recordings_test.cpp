@@ -5,7 +5,7 @@
 #include <numeric>
 #include <sstream>
 
-#include "headless/recording_commands.h"
+#include "headless/commands/recording_commands.h"
 #include "io/trace_read.h"
 #include "io/trace_store.h"
 #include "model/model_store.h"

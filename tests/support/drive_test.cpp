@@ -2,7 +2,7 @@
 
 #include <sstream>
 
-#include "headless/drive.h"
+#include "headless/drive/drive.h"
 #include "io/trace_store.h"
 #include "model/model_store.h"
 

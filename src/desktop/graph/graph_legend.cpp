@@ -1,0 +1,79 @@
+#include "desktop/graph/graph_legend.h"
+
+#include <QPainter>
+
+#include "desktop/graph/graph_colours.h"
+
+namespace zelvane {
+namespace {
+
+constexpr int SignWidth = 18;  // pixels
+constexpr int SignGap = 5;     // from the sign to its word
+constexpr int EntryGap = 14;
+constexpr int LineGap = 4;
+constexpr double MarkRadius = 4.0;
+
+int WidthOfSign(const LegendEntry& entry, const QFontMetrics& metrics) {
+  return entry.sign == LegendEntry::Sign::Cursors ? metrics.horizontalAdvance(entry.numbers) + 8 : SignWidth;
+}
+
+int WidthOf(const LegendEntry& entry, const QFontMetrics& metrics) {
+  return WidthOfSign(entry, metrics) + SignGap + metrics.horizontalAdvance(entry.text) + EntryGap;
+}
+
+void DrawSign(QPainter& painter, const LegendEntry& entry, const QRectF& box, const QColor& colour) {
+  const QPointF c = box.center();
+  painter.setPen(QPen(colour, 2.0));
+  switch (entry.sign) {
+    case LegendEntry::Sign::Cursors:
+      painter.setPen(Qt::NoPen);
+      painter.setBrush(colour);
+      painter.drawRoundedRect(box.adjusted(0, 1, 0, -1), 3, 3);
+      painter.setBrush(Qt::NoBrush);
+      painter.setPen(TextOn(colour));
+      painter.drawText(box, Qt::AlignCenter, entry.numbers);
+      break;
+    case LegendEntry::Sign::Cross:
+      painter.drawLine(c - QPointF(MarkRadius, 0), c + QPointF(MarkRadius, 0));
+      painter.drawLine(c - QPointF(0, MarkRadius), c + QPointF(0, MarkRadius));
+      break;
+    case LegendEntry::Sign::Points:
+      painter.setPen(Qt::NoPen);
+      painter.setBrush(colour);
+      painter.drawEllipse(c, MarkRadius, MarkRadius);
+      painter.setBrush(Qt::NoBrush);
+      break;
+    case LegendEntry::Sign::Line:
+      painter.drawLine(QPointF(box.left(), c.y()), QPointF(box.right(), c.y()));
+      break;
+  }
+}
+
+}  // namespace
+
+GraphLegend::GraphLegend(std::vector<LegendEntry> entries, QWidget* parent)
+    : QWidget(parent), entries_(std::move(entries)) {
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+QSize GraphLegend::sizeHint() const {
+  int width = 0;
+  for (const LegendEntry& entry : entries_) width += WidthOf(entry, fontMetrics());
+  return {width, fontMetrics().height() + LineGap};
+}
+
+void GraphLegend::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const GraphColours colours = ColoursOf(palette());
+  int x = 0;
+  for (const LegendEntry& entry : entries_) {
+    const QRectF box(x, 0, WidthOfSign(entry, fontMetrics()), height());
+    DrawSign(painter, entry, box, Adapted(entry.colour, colours));
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(QRectF(box.right() + SignGap, 0, width(), height()), Qt::AlignVCenter, entry.text);
+    x += WidthOf(entry, fontMetrics());
+  }
+}
+
+}  // namespace zelvane

@@ -1,0 +1,17 @@
+// Colours that mean something about a rate.
+#pragma once
+
+#include <QPalette>
+
+#include "desktop/graph/graph_colours.h"
+
+namespace zelvane {
+
+/// Green of a rate that depends on the stimulus, on the ground of `palette`.
+inline QColor DependentColour(const QPalette& palette) {
+  const GraphColours colours = ColoursOf(palette);
+  const bool dark = colours.background.lightness() < colours.text.lightness();
+  return Adapted(dark ? Colour{95, 210, 135} : Colour{0, 125, 55}, colours);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,347 @@
+#include "desktop/widgets/control_widget.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QContextMenuEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QStyle>
+#include <QToolButton>
+#include <algorithm>
+
+#include "desktop/widgets/text.h"
+#include "screen/number_entry.h"
+#include "shell/entry.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char NotOffered[] = "NOT AVAILABLE";  // a word that only a file can choose
+constexpr int FieldDigits = 7;                  // as many as a 32-bit float has
+constexpr int ChipSize = 26;                    // pixels
+constexpr int UnitMargin = 7;                   // between unit and the field's right edge
+constexpr int WidestField = 210;
+
+/// A switch whose two words say no more than off and on.
+bool IsOnOff(const Control& control) {
+  return control.choices.empty() || ToQt(control.choices.front()).compare("off", Qt::CaseInsensitive) == 0;
+}
+
+/// A help text as a tool tip: its own line breaks, and wrapped.
+QString TipOf(const std::string& help) {
+  return help.empty() ? QString() : "<p>" + ToQt(help).toHtmlEscaped().replace('\n', "<br>") + "</p>";
+}
+
+/// Fields take back undo and redo while something is typed, and leave them to the window otherwise.
+class EntryField : public QLineEdit {
+ public:
+  using QLineEdit::QLineEdit;
+
+ protected:
+  bool event(QEvent* event) override {
+    if (event->type() == QEvent::ShortcutOverride && !isModified()) {
+      const auto* key = static_cast<QKeyEvent*>(event);
+      if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) return false;
+    }
+    return QLineEdit::event(event);
+  }
+};
+
+/// A text that loses its middle where it has no room: a path must not widen the form it stands in.
+class ReadoutLabel : public QLabel {
+ public:
+  using QLabel::QLabel;
+
+  void showText(const QString& text) {
+    if (text == whole_) return;
+    whole_ = text;
+    fit();
+    updateGeometry();
+  }
+
+  QSize sizeHint() const override {
+    return {fontMetrics().horizontalAdvance(whole_) + 2, QLabel::sizeHint().height()};
+  }
+  QSize minimumSizeHint() const override {
+    constexpr int fewest = 16;  // characters that always have room
+    return {std::min(sizeHint().width(), fewest * fontMetrics().averageCharWidth()), sizeHint().height()};
+  }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QLabel::resizeEvent(event);
+    fit();
+  }
+  void showEvent(QShowEvent* event) override {
+    QLabel::showEvent(event);
+    fit();
+  }
+
+ private:
+  void fit() {
+    const QString shown = isVisible() ? fontMetrics().elidedText(whole_, Qt::ElideMiddle, width()) : whole_;
+    setText(shown);
+    setToolTip(shown == whole_ ? QString() : whole_);
+  }
+
+  QString whole_;
+};
+
+void SetProperty(QWidget* widget, const char* name, const QVariant& value) {
+  if (widget->property(name) == value) return;
+  widget->setProperty(name, value);
+  widget->style()->unpolish(widget);
+  widget->style()->polish(widget);
+}
+
+QToolButton* Segment(const QString& text, QWidget* parent) {
+  auto* segment = new QToolButton(parent);
+  segment->setText(text);
+  segment->setCheckable(true);
+  segment->setFocusPolicy(Qt::TabFocus);
+  segment->setProperty("role", "segment");
+  return segment;
+}
+
+}  // namespace
+
+ControlWidget::Look LookOf(const Control& control) {
+  return control.kind == ControlKind::Switch && !IsOnOff(control) ? ControlWidget::Look::Segmented
+                                                                  : ControlWidget::Look::Standard;
+}
+
+ControlWidget::ControlWidget(Control& control, QWidget* parent, Look look)
+    : QWidget(parent), control_(control) {
+  setObjectName(ToQt(control.name));
+  auto* layout = new QHBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  if (look == Look::Segmented)
+    makeSegments();
+  else if (look == Look::Chip)
+    makeChip();
+  else if (control.kind == ControlKind::Number || control.kind == ControlKind::Text)
+    makeField();
+  else if (control.kind == ControlKind::Switch)
+    makeCheck();
+  else if (control.kind == ControlKind::Choice)
+    makeList();
+  else if (control.kind == ControlKind::Button)
+    makeButton();
+  else
+    makeReadout();
+  setToolTip(TipOf(control.help));
+  refresh();
+}
+
+void ControlWidget::place(QWidget* widget) {
+  widget->setContextMenuPolicy(Qt::NoContextMenu);  // the right click is this widget's
+  static_cast<QHBoxLayout*>(layout())->addWidget(widget);
+  if (focusProxy() == nullptr) setFocusProxy(widget);
+}
+
+void ControlWidget::makeField() {
+  field_ = new EntryField(this);
+  field_->setAcceptDrops(false);  // a dropped file is the window's
+  place(field_);
+  if (control_.kind == ControlKind::Number) {
+    field_->setMaximumWidth(WidestField);
+    static_cast<QHBoxLayout*>(layout())->addStretch();
+    static_cast<QHBoxLayout*>(layout())->setStretch(0, 100);  // the rest is for what the field may not take
+  }
+  connect(field_, &QLineEdit::editingFinished, this, &ControlWidget::enterTyped);
+  connect(field_, &QLineEdit::textEdited, this, [this](const QString& text) {
+    if (refused_) markRefused(CheckTyped(control_, text.toStdString()));
+  });
+  field_->installEventFilter(this);
+  if (control_.unit.empty()) return;
+  unit_ = new QLabel(ToQt(control_.unit), field_);
+  unit_->setProperty("role", "unit");
+  unit_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  unit_->ensurePolished();
+  field_->setTextMargins(0, 0, unit_->sizeHint().width(), 0);
+}
+
+void ControlWidget::makeCheck() {
+  check_ = new QCheckBox(ToQt(control_.label), this);
+  place(check_);
+  connect(check_, &QCheckBox::clicked, this, [this](bool on) { enterNumber(on ? 1.0 : 0.0); });
+}
+
+void ControlWidget::makeList() {
+  list_ = new QComboBox(this);
+  for (const std::string& choice : control_.choices) list_->addItem(ToQt(choice));
+  list_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  list_->setMinimumContentsLength(8);
+  list_->installEventFilter(this);  // the wheel scrolls the page, not the choice
+  list_->setFocusPolicy(Qt::StrongFocus);
+  place(list_);
+  connect(list_, &QComboBox::activated, this,
+          [this](int index) { enterNumber(control_.choiceBase + static_cast<double>(index)); });
+}
+
+void ControlWidget::makeSegments() {
+  segments_ = new QButtonGroup(this);
+  for (std::size_t i = 0; i < control_.choices.size(); ++i) {
+    QToolButton* segment = Segment(ToQt(control_.choices[i]), this);
+    segments_->addButton(segment, static_cast<int>(i));
+    place(segment);
+  }
+  static_cast<QHBoxLayout*>(layout())->addStretch();
+  connect(segments_, &QButtonGroup::idClicked, this,
+          [this](int id) { enterNumber(control_.choiceBase + static_cast<double>(id)); });
+}
+
+void ControlWidget::makeChip() {
+  auto* chip = new QToolButton(this);
+  chip->setText(QString::number(control_.index));
+  chip->setCheckable(true);
+  chip->setFocusPolicy(Qt::TabFocus);
+  chip->setFixedSize(ChipSize, ChipSize - 6);
+  chip->setProperty("role", "chip");
+  chip_ = chip;
+  place(chip);
+  connect(chip, &QToolButton::clicked, this, [this](bool on) { enterNumber(on ? 1.0 : 0.0); });
+}
+
+void ControlWidget::makeButton() {
+  button_ = new QPushButton(this);
+  place(button_);
+  connect(button_, &QAbstractButton::clicked, this, [this] { Press(control_); });
+}
+
+void ControlWidget::makeReadout() {
+  readout_ = new ReadoutLabel(this);
+  readout_->setTextFormat(Qt::PlainText);
+  readout_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  place(readout_);
+}
+
+void ControlWidget::adopt(QLabel* label) {
+  label->setToolTip(toolTip());
+  if (!label->text().contains('&')) label->setBuddy(this);  // a buddy's & would be taken for a key
+  label->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(label, &QLabel::customContextMenuRequested, this, [this] { RightClick(control_); });
+}
+
+QString ControlWidget::shown() const {
+  const bool general = control_.kind == ControlKind::Number && control_.format == "%g";
+  return ToQt(general ? CompactNumber(control_.number, FieldDigits) : ShownText(control_));
+}
+
+void ControlWidget::refresh() {
+  if (isHidden() == control_.visible) setVisible(control_.visible);
+  const bool open = !control_.dimmed;
+  const int word = static_cast<int>(control_.number) - control_.choiceBase;
+  if (field_ != nullptr) {
+    const bool typing = field_->isModified() && (field_->hasFocus() || refused_);
+    if (!typing && field_->text() != shown()) {
+      field_->setText(shown());
+      if (!field_->hasFocus()) field_->setCursorPosition(0);  // a long text shows its beginning
+    }
+    field_->setEnabled(open);
+    if (unit_ != nullptr) unit_->setEnabled(open);
+  } else if (check_ != nullptr) {
+    check_->setChecked(control_.number != 0.0);
+    check_->setEnabled(open);
+  } else if (list_ != nullptr) {
+    list_->setCurrentIndex(word);
+    list_->setEnabled(open);
+  } else if (segments_ != nullptr) {
+    for (QAbstractButton* segment : segments_->buttons()) {
+      segment->setChecked(segments_->id(segment) == word);
+      if (segment->text() == NotOffered) segment->setVisible(segments_->id(segment) == word);
+      segment->setEnabled(open);
+    }
+  } else if (chip_ != nullptr) {
+    chip_->setChecked(control_.number != 0.0);
+    chip_->setEnabled(open);
+  } else if (button_ != nullptr) {
+    if (button_->text() != ToQt(control_.label)) button_->setText(ToQt(control_.label));
+    button_->setEnabled(open);
+  } else {
+    const QString text = ToQt(ShownText(control_)).trimmed();
+    static_cast<ReadoutLabel*>(readout_)->showText(
+        text.isEmpty() || control_.unit.empty() ? text : text + ' ' + ToQt(control_.unit));
+    readout_->setEnabled(open);
+    SetProperty(readout_, "tone", ToQt(control_.colour));
+  }
+}
+
+Refusal ControlWidget::enter(const std::string& text) {
+  if (!typesOnly_ || control_.whileBusy) return EnterTyped(control_, text);
+  const Refusal refusal = CheckTyped(control_, text);
+  if (!refusal.empty() || control_.kind != ControlKind::Number) {
+    return refusal.empty() ? TypeInto(control_, text) : refusal;
+  }
+  return TypeInto(control_, EntryText(ParseEntry(text, control_.unit).value_or(0.0)));
+}
+
+void ControlWidget::enterTyped() {
+  if (!field_->isModified() || entering_) return;  // a message box takes the focus: that is no second entry
+  entering_ = true;
+  const Refusal refusal = enter(field_->text().toStdString());
+  if (refusal.empty()) {
+    field_->setModified(false);
+    field_->setText(shown());
+  }
+  markRefused(refusal);
+  entering_ = false;
+}
+
+void ControlWidget::enterNumber(double value) {
+  enter(FormatText("%.0f", value));
+  refresh();  // a refusal brings back what stood there
+}
+
+void ControlWidget::restore() {
+  field_->setText(shown());
+  field_->setModified(false);
+  markRefused({});
+  field_->selectAll();
+}
+
+void ControlWidget::markRefused(const Refusal& refusal) {
+  refused_ = !refusal.empty();
+  SetProperty(field_, "refused", refused_);
+  field_->setToolTip(refused_ ? ToQt(refusal) : QString());
+}
+
+void ControlWidget::placeUnit() {
+  if (unit_ == nullptr) return;
+  const QSize size = unit_->sizeHint();
+  unit_->setGeometry(field_->width() - size.width() - UnitMargin, (field_->height() - size.height()) / 2,
+                     size.width(), size.height());
+}
+
+void ControlWidget::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  placeUnit();
+}
+
+void ControlWidget::contextMenuEvent(QContextMenuEvent* event) {
+  RightClick(control_);
+  event->accept();
+}
+
+bool ControlWidget::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == list_ && event->type() == QEvent::Wheel) {
+    event->ignore();
+    return true;
+  }
+  if (watched == field_ && event->type() == QEvent::Resize) placeUnit();
+  if (watched == field_ && event->type() == QEvent::KeyPress) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    if (key->key() == Qt::Key_Escape && (field_->isModified() || refused_)) {
+      restore();
+      return true;
+    }
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+}  // namespace zelvane

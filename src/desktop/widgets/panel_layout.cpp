@@ -1,0 +1,163 @@
+#include "desktop/widgets/panel_layout.h"
+
+#include <QRegularExpression>
+#include <QStringList>
+#include <algorithm>
+#include <set>
+
+#include "desktop/widgets/text.h"
+#include "model/model_store.h"
+
+namespace zelvane {
+namespace {
+
+struct LayoutRow {
+  const char* panel;
+  const char* title;
+  const char* tab;
+  const char* rows;  // split by blanks; + joins controls of one line, [1-6] makes a line of each
+  int columns = 1;
+};
+
+// clang-format off
+constexpr LayoutRow Layout[] = {
+    {"MainPanel", "Run", "", "SimulatorKind NumPoints ADInterval MaxStepSize Precision"},
+    {"MainPanel", "Channels", "", "NumChannels ChannelsGaussian ChannelsSTD MultiSubunit OpenState"},
+    {"MainPanel", "Start", "", "StartAtEquilibrium FitStartAtEquilibrium ReseedSimulation"},
+    {"MainPanel", "Electrical", "", "VHold VRev Valence"},
+    {"MainPanel", "Display", "", "DisplayUnits AutoFilter AutoFilterFc AutoNoise AutoNoiseSTD ShowAllTraces"},
+    {"MainPanel", "Repeated runs", "", "NumRuns NumIntervals AutoAnalyze"},
+    {"MainPanel", "Event statistics", "", "OpenStateExits MonitoredChannels OpenTimesText ClosedTimesText LatenciesText"},
+    {"MainPanel", "Files", "", "DataName MainStimFile Autosave AutosaveFormat AutosaveFileName"},
+
+    {"StimulusPanel", "Automatic step", "", "AutoDrugOrVolt AutoValue AutoStart AutoStop AutoFilterOn"},
+    {"StimulusPanel", "Step", "", "StepAmp StepStart StepStop StepDuration StepRamp StepRiseTau StepDecayTau"},
+    {"StimulusPanel", "Train", "", "TrainCount TrainDelay TrainInterval TrainExpFlag TrainRiseFlag TrainLength TrainFrequency"},
+    {"StimulusPanel", "Exponential waveform", "", "ExpStart ExpOffset ExpComponents ExpAmp1 ExpTau1 ExpAmp2 ExpTau2 ExpRiseFlag ExpRiseTau"},
+    {"StimulusPanel", "Filter", "", "FilterFc"},
+    {"StimulusPanel", "Files", "", "StimFile LoadStim+ButtonSaveStim ExportPoints ImportStim+ExportStim"},
+
+    {"AnalysisPanel", "Baseline", "", "BaselineStart BaselinePts BringBaseButton"},
+    {"AnalysisPanel", "Peak", "", "StartAnalysis PeakSearchPts BringAnalysisButton PeakAvePts PeakOption"},
+    {"AnalysisPanel", "Rise, as fractions of the amplitude", "", "RiseStartFrac RiseEndFrac"},
+    {"AnalysisPanel", "Decay and width", "", "FracDecay"},
+    {"AnalysisPanel", "Latency", "", "LatencyPos LatencyFrac"},
+    {"AnalysisPanel", "Integral and exponential fit", "", "AnalysisFitPts AnalysisParse FitMode AnalysisFitNote"},
+    {"AnalysisPanel", "View", "", "AutoRescale YMinGain YMaxGain AnalysisExpandButton+AnalysisCompressButton "
+     "AnalysisFullButton+ZoomAreaButton AnalysisZoomButton AnalysisDisplay[1]"},
+    {"AnalysisPanel", "Files", "", "AutoSaveMeasures VerifyMeasures SaveAnalysisButton MeasuresFileShown MeasuresCount TableFileShown "
+     "ExportTraceButton ExportCurveButton PrintAnalysisButton"},
+
+    {"RsCorrectionPanel", "Cell", "", "RcRs RcCm RcRm RcVhold RcVrev"},
+    {"RsCorrectionPanel", "Correction, as fractions of the error", "", "RcFracVolt RcFracCap RcLagFc RcLagTau "
+     "RcCorrectLinear+RcCorrectNonlinear RsCmAuto RcFileCorrect"},
+    {"RsCorrectionPanel", "Current-voltage relation", "", "RcIvFileName RcIvCount RcLoadIv"},
+    {"RsCorrectionPanel", "Filtering by the cell", "", "RcFromConductance+RcFromVoltage"},
+
+    {"FilterPanel", "Gaussian filter", "", "AutoFilterFc+ApplyFilter"},
+    {"FilterPanel", "Noise", "", "NoiseMean AutoNoiseSTD GaussNoise+RectNoise"},
+    {"TransformPanel", "Every sample of the trace", "", "AddConstant+AddToTrace MultiplyConstant+MultiplyTrace"},
+    {"TransformPanel", "Fewer points", "", "ParseConstant+ParseTrace"},
+
+    {"DependencePanel", "", "", "DependRate"},
+    {"DependencePanel", "Drugs: the rate is multiplied by their concentration", "", "DependDrug[1-6]+DrugLabel[1-6]"},
+    {"DependencePanel", "Voltage", "", "DependVolt DependSteepness DependTemperature DependGrowth DependEfold"},
+
+    {"QMatrixPanel", "", "", "QMatrixTime QMatrixPoint"},
+    {"ParseReadPanel", "The file", "", "ParseFileName ParseFileSamples ADInterval ParseFileMs ParseFileMinutes"},
+    {"ParseReadPanel", "What to read", "",
+     "ParseStart ParseStartTime ParseCount ParseDuration ParseSkip ParseMaxPoints ParseInterval ParseMaximum"},
+    {"DwellListsPanel", "", "", "OpenTimesCount ClosedTimesCount LatenciesCount OpenListSelector"},
+    {"DwellListsPanel", "Read and write", "", "SCImportAscii+SCOpenWorkHistogram ExportOpenTimes+ExportClosedTimes ExportLatencies"},
+
+    {"ConductancePanel", "", "", "StateConductance[1-20]", 2},
+    {"InitialConditionsPanel", "", "", "StartOccupancy[1-20]", 2},
+
+    {"GraphPropertiesPanel", "X axis", "Limits",
+     "GraphTimeUnit GraphLeftTime GraphRightTime GraphLeftSample GraphRightSample GraphXSpan"},
+    {"GraphPropertiesPanel", "Y axis", "Limits", "GraphYMin GraphYMax GraphYSpan"},
+    {"GraphPropertiesPanel", "", "Scaling", "GraphAutoX GraphAutoY GraphLogY"},
+};
+// clang-format on
+
+/// The control of a name on a panel, or else on another: a panel may show a field that stands elsewhere too.
+Control* ControlOn(const Panel& panel, const std::string& name) {
+  for (Control* control : panel.controls) {
+    if (control->name == name) return control;
+  }
+  return FindControl(name);
+}
+
+/// Controls of one word of a layout: a name, or with [1-6] the family.
+std::vector<Control*> Family(const Panel& panel, const QString& word) {
+  static const QRegularExpression range(QStringLiteral(R"(^(\w+)\[(\d+)-(\d+)\]$)"));
+  const auto match = range.match(word);
+  std::vector<Control*> family;
+  if (!match.hasMatch()) {
+    if (Control* control = ControlOn(panel, word.toStdString())) family.push_back(control);
+    return family;
+  }
+  for (int i = match.captured(2).toInt(); i <= match.captured(3).toInt(); ++i) {
+    const std::string name = match.captured(1).toStdString() + '[' + std::to_string(i) + ']';
+    if (Control* control = ControlOn(panel, name)) family.push_back(control);
+  }
+  return family;
+}
+
+void AddRows(FormSection& section, const Panel& panel, const QString& word) {
+  std::vector<FormRow> rows;
+  for (const QString& part : word.split('+')) {
+    const std::vector<Control*> family = Family(panel, part);
+    if (rows.size() < family.size()) rows.resize(family.size());
+    for (std::size_t i = 0; i < family.size(); ++i) rows[i].push_back(family[i]);
+  }
+  section.rows.insert(section.rows.end(), rows.begin(), rows.end());
+}
+
+std::set<const Control*> Named(const std::vector<FormSection>& sections) {
+  std::set<const Control*> named;
+  for (const FormSection& section : sections) {
+    for (const FormRow& row : section.rows) named.insert(row.begin(), row.end());
+  }
+  return named;
+}
+
+}  // namespace
+
+std::vector<FormSection> NamedSections(const Panel& panel) {
+  std::vector<FormSection> sections;
+  for (const LayoutRow& row : Layout) {
+    if (panel.name != row.panel) continue;
+    FormSection section{row.title, row.tab, {}, row.columns};
+    for (const QString& word : QString(row.rows).split(' ')) AddRows(section, panel, word);
+    sections.push_back(std::move(section));
+  }
+  return sections;
+}
+
+std::vector<FormSection> SectionsOf(const Panel& panel) {
+  std::vector<FormSection> sections = NamedSections(panel);
+  const std::set<const Control*> named = Named(sections);
+  std::string group;
+  bool open = false;
+  for (Control* control : panel.controls) {
+    if (control->kind == ControlKind::Button || named.contains(control)) continue;
+    if (!open || control->group != group) sections.push_back({});
+    open = true;
+    group = control->group;
+    sections.back().rows.push_back({control});
+  }
+  return sections;
+}
+
+std::vector<Control*> ButtonsOf(const Panel& panel) {
+  const std::vector<FormSection> sections = NamedSections(panel);
+  const std::set<const Control*> named = Named(sections);
+  std::vector<Control*> buttons;
+  for (Control* control : panel.controls) {
+    if (control->kind == ControlKind::Button && !named.contains(control)) buttons.push_back(control);
+  }
+  return buttons;
+}
+
+}  // namespace zelvane

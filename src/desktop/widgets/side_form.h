@@ -1,0 +1,31 @@
+// The column of settings beside a page's drawing.
+#pragma once
+
+#include <QScrollArea>
+
+#include "desktop/widgets/form_page.h"
+
+class QToolButton;
+
+namespace zelvane {
+
+/// The named sections of a panel as one form that scrolls when the window is low; a button over its lower
+/// edge then tells that there is more, and goes there.
+class SideForm : public QScrollArea {  // zelvane::Panel: a QFrame has a Panel of its own
+  Q_OBJECT
+ public:
+  SideForm(const zelvane::Panel& panel, QWidget* parent);
+
+  FormPage& form() { return *form_; }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void showMore();
+
+  FormPage* form_;
+  QToolButton* more_;
+};
+
+}  // namespace zelvane

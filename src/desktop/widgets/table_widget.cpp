@@ -1,0 +1,172 @@
+#include "desktop/widgets/table_widget.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+
+#include "desktop/widgets/text.h"
+#include "desktop/window/theme.h"
+#include "screen/number_entry.h"
+#include "shell/entry.h"
+
+namespace zelvane {
+namespace {
+
+constexpr int FewColumns = 4;             // that share the width
+constexpr int MaxCopiedRows = 1'000'000;  // a clipboard of more chokes the programs that take it
+
+/// Ground of the current row.
+QColor MarkColour() {
+  QColor colour = AccentColour();
+  colour.setAlpha(60);
+  return colour;
+}
+
+}  // namespace
+
+TableRecordModel::TableRecordModel(Table& table, QObject* parent)
+    : QAbstractTableModel(parent), table_(table), rows_(table.rows) {}
+
+void TableRecordModel::refresh() {
+  if (rows_ != table_.rows) {
+    beginResetModel();
+    rows_ = table_.rows;
+    endResetModel();
+  } else if (rows_ > 0) {
+    emit dataChanged(index(0, 0), index(rows_ - 1, table_.columns - 1));
+  }
+}
+
+int TableRecordModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : rows_;
+}
+
+int TableRecordModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : table_.columns;
+}
+
+QString TableRecordModel::text(int row, int column) const {
+  if (column > 1 && filled_ != nullptr && !filled_(row)) return {};
+  return ToQt(CellText(table_, row, column));
+}
+
+QString TableRecordModel::shown(int row, int column) const {
+  const QString whole = text(row, column);
+  const auto number = digits_ > 0 ? ParseNumber(whole.toStdString()) : std::nullopt;
+  return number ? ToQt(CompactNumber(*number, digits_)) : whole;
+}
+
+QVariant TableRecordModel::data(const QModelIndex& index, int role) const {
+  if (index.row() >= table_.rows) return {};  // the record has shrunk and the view does not know yet
+  switch (role) {
+    case Qt::DisplayRole:
+      return shown(index.row() + 1, index.column() + 1);
+    case Qt::EditRole:
+      return text(index.row() + 1, index.column() + 1);
+    case Qt::BackgroundRole:
+      return index.row() + 1 == table_.markedRow ? QVariant(MarkColour()) : QVariant();
+    case Qt::TextAlignmentRole:
+      return QVariant(ParseNumber(CellText(table_, index.row() + 1, index.column() + 1))
+                          ? Qt::AlignRight | Qt::AlignVCenter
+                          : Qt::AlignLeft | Qt::AlignVCenter);
+    default:
+      return {};
+  }
+}
+
+QVariant TableRecordModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (role != Qt::DisplayRole) return {};
+  const auto& titles = orientation == Qt::Horizontal ? table_.columnTitles : table_.rowTitles;
+  if (static_cast<std::size_t>(section) < titles.size())
+    return ToQt(titles[static_cast<std::size_t>(section)]);
+  return section + 1;
+}
+
+Qt::ItemFlags TableRecordModel::flags(const QModelIndex& index) const {
+  const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+  return table_.editable ? flags | Qt::ItemIsEditable : flags;
+}
+
+bool TableRecordModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (role != Qt::EditRole) return false;
+  std::string typed = value.toString().toStdString();
+  if (table_.numeric) {
+    if (const auto number = ParseEntry(typed, "")) typed = EntryText(*number);  // a comma is a decimal mark
+  }
+  return EnterCell(table_, index.row() + 1, index.column() + 1, typed).empty();
+}
+
+TableWidget::TableWidget(Table& table, QWidget* parent)
+    : QTableView(parent), table_(table), model_(new TableRecordModel(table, this)) {
+  setObjectName(ToQt(table.name));
+  setModel(model_);
+  setAlternatingRowColors(true);
+  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);  // millions of rows: none is measured
+  horizontalHeader()->setHighlightSections(false);
+  if (table.columns <= FewColumns) horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  setToolTip(ToQt(table.help));
+  connect(this, table.editable ? &QTableView::doubleClicked : &QTableView::clicked, this,
+          [this](const QModelIndex& cell) {
+            if (QApplication::keyboardModifiers() == Qt::NoModifier)  // with one it extends the selection
+              ClickCell(table_, cell.row() + 1, cell.column() + 1);
+          });
+}
+
+void TableWidget::setDigits(int digits) {
+  constexpr int signPointAndMargin = 4;  // characters
+  model_->setDigits(digits);
+  const int number = fontMetrics().horizontalAdvance(QString(digits + signPointAndMargin, '0'));
+  for (int column = 0; column < table_.columns; ++column) {
+    setColumnWidth(column, std::max(number, horizontalHeader()->sectionSizeHint(column)));
+  }
+}
+
+void TableWidget::refresh() {
+  model_->refresh();
+  follow();
+}
+
+/// The record tells where its view begins, for a height of its own, and which row is the current one: a row
+/// that becomes it is brought into view. Where the user scrolls to in between stays.
+void TableWidget::follow() {
+  const bool marks = table_.markedRow != marked_ && table_.markedRow > 0;
+  const bool scrolls = table_.topRow != corner_.y();
+  const bool shifts = table_.leftColumn != corner_.x();
+  marked_ = table_.markedRow;
+  corner_ = {table_.leftColumn, table_.topRow};
+  if (!marks && !scrolls && !shifts) return;
+  const int row = marks ? marked_ - 1 : scrolls ? table_.topRow - 1 : rowAt(0);
+  scrollTo(model_->index(row, table_.leftColumn - 1), scrolls && !marks ? PositionAtTop : EnsureVisible);
+}
+
+void TableWidget::contextMenuEvent(QContextMenuEvent* event) {
+  MessagePopup(HelpTitle, table_.help);
+  event->accept();
+}
+
+void TableWidget::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy))
+    copy();
+  else
+    QTableView::keyPressEvent(event);
+}
+
+void TableWidget::copy() {
+  QString text;
+  for (const QItemSelectionRange& range : selectionModel()->selection()) {
+    const int last = std::min(range.bottom(), range.top() + MaxCopiedRows - 1);
+    for (int row = range.top(); row <= last; ++row) {
+      for (int column = range.left(); column <= range.right(); ++column) {
+        if (column > range.left()) text += '\t';
+        text += model_->text(row + 1, column + 1);
+      }
+      text += '\n';
+    }
+  }
+  if (!text.isEmpty()) QApplication::clipboard()->setText(text);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,175 @@
+#include "desktop/window/desktop_front_end.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <cstdio>
+
+#include "desktop/widgets/text.h"
+#include "desktop/window/panel_dialog.h"
+#include "desktop/window/settings.h"
+#include "screen/screen.h"
+
+namespace zelvane {
+namespace {
+
+// While a run computes: milliseconds from one repaint to the next. A run of many short channels pumps events
+// and tells its progress far more often than anyone sees.
+constexpr int BreathMs = 50;
+constexpr int PumpMs = 20;
+
+/// The kind of a message is in its title: an error by the word, else by the first character.
+QMessageBox::Icon IconOf(std::string_view title) {
+  if (ToQt(title).contains("error", Qt::CaseInsensitive)) return QMessageBox::Critical;
+  if (title.starts_with('!')) return QMessageBox::Warning;
+  return QMessageBox::Information;
+}
+
+void SetUp(QMessageBox& box, std::string_view title, std::string_view text) {
+  box.setWindowTitle(title.empty() ? QStringLiteral("Zelvane") : ToQt(title));
+  box.setTextFormat(Qt::PlainText);
+  box.setText(ToQt(text));
+}
+
+/// "*.mod;*.txt" as Qt's dialogs take it.
+QString FilterOf(const std::string& filter) {
+  const QString patterns = ToQt(filter).replace(';', ' ').simplified();
+  const QString all = QStringLiteral("All files (*)");
+  if (patterns.isEmpty() || patterns == "*" || patterns == "*.*") return all;
+  return QStringLiteral("Files (%1);;").arg(patterns) + all;
+}
+
+/// Ending that a saved file gets when the user gives none: that of a filter with one pattern.
+QString EndingOf(const std::string& filter) {
+  const QString pattern = ToQt(filter);
+  if (!pattern.startsWith("*.") || pattern.contains(';') || pattern.count('*') != 1) return {};
+  return pattern.mid(2);
+}
+
+/// Where a dialog opens: folder and name of the request, else the last folder.
+QString StartOf(const FileRequest& request, const QString& lastFolder) {
+  const QString folder = request.directory.empty() ? lastFolder : ToQt(request.directory);
+  const QString name = ToQt(request.defaultName);
+  if (name.isEmpty() || name.contains('*')) return folder;
+  return QDir(folder).filePath(name);
+}
+
+}  // namespace
+
+DesktopFrontEnd::DesktopFrontEnd(Settings& settings) : settings_(settings) {
+  refreshTimer_.setSingleShot(true);
+  refreshTimer_.setInterval(0);
+  connect(&refreshTimer_, &QTimer::timeout, this, &DesktopFrontEnd::refreshNow);
+  sinceEvents_.start();
+  sinceProgress_.start();
+}
+
+FrontEnd DesktopFrontEnd::functions() {
+  FrontEnd frontEnd;
+  frontEnd.message = [this](std::string_view title, std::string_view text) { showMessage(title, text); };
+  frontEnd.confirm = [this](std::string_view title, std::string_view text) { return ask(title, text); };
+  frontEnd.files = [this](const FileRequest& request) { return chooseFiles(request); };
+  frontEnd.modal = [this](Panel& panel, std::string_view text) { return runModal(panel, text); };
+  frontEnd.pump = [this] { pump(); };
+  frontEnd.console = [](std::string_view line) {
+    std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
+  };
+  frontEnd.progress = [this](double fraction, std::string_view text) { showProgress(fraction, text); };
+  frontEnd.panelChanged = [this](Panel&) { scheduleRefresh(); };
+  frontEnd.graphChanged = [this](Graph& graph) {
+    changedGraphs_.insert(&graph);
+    scheduleRefresh();
+  };
+  frontEnd.quit = [] { QCoreApplication::exit(0); };
+  frontEnd.help = [this](int topic) { return openHelp && openHelp(topic); };
+  frontEnd.print = [this](Panel& panel) {
+    if (!unattended_) emit printWanted(&panel);
+  };
+  frontEnd.breathe = [this](double fraction) { breathe(fraction); };
+  return frontEnd;
+}
+
+void DesktopFrontEnd::scheduleRefresh() {
+  if (!refreshTimer_.isActive()) refreshTimer_.start();
+}
+
+void DesktopFrontEnd::refreshNow() {
+  refreshTimer_.stop();
+  emit recordsChanged(std::exchange(changedGraphs_, {}));
+}
+
+void DesktopFrontEnd::showMessage(std::string_view title, std::string_view text) {
+  QMessageBox box(IconOf(title), {}, {}, QMessageBox::Ok, QApplication::activeModalWidget());
+  if (box.parentWidget() == nullptr) box.setParent(window_, box.windowFlags());
+  SetUp(box, title, text);
+  box.setObjectName("Message");
+  box.exec();
+}
+
+bool DesktopFrontEnd::ask(std::string_view title, std::string_view text) {
+  QMessageBox box(QMessageBox::Question, {}, {}, QMessageBox::Yes | QMessageBox::No, window_);
+  SetUp(box, title, text);
+  box.setObjectName("Question");
+  box.setDefaultButton(QMessageBox::Yes);
+  box.setEscapeButton(QMessageBox::No);
+  return box.exec() == QMessageBox::Yes;
+}
+
+std::vector<std::string> DesktopFrontEnd::chooseFiles(const FileRequest& request) {
+  QFileDialog dialog(window_, ToQt(request.title), StartOf(request, settings_.lastFolder()),
+                     FilterOf(request.filter));
+  dialog.setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog.setFileMode(request.save       ? QFileDialog::AnyFile
+                     : request.multiple ? QFileDialog::ExistingFiles
+                                        : QFileDialog::ExistingFile);
+  if (request.save) dialog.setDefaultSuffix(EndingOf(request.filter));
+  if (const QString name = ToQt(request.defaultName); !name.isEmpty() && !name.contains('*')) {
+    dialog.selectFile(name);
+  }
+  if (dialog.exec() != QDialog::Accepted) return {};
+  settings_.setLastFolder(dialog.directory().absolutePath());
+  std::vector<std::string> paths;
+  for (const QString& path : dialog.selectedFiles()) paths.push_back(path.toStdString());
+  return paths;
+}
+
+bool DesktopFrontEnd::runModal(Panel& panel, std::string_view text) {
+  PanelDialog dialog(panel, window_, PanelDialog::Modal, ToQt(text));
+  const auto connection = connect(this, &DesktopFrontEnd::recordsChanged, &dialog,
+                                  [&dialog](const std::set<Graph*>& graphs) { dialog.refresh(graphs); });
+  modal_.insert(&panel);
+  bool accepted = true;
+  if (unattended_) {
+    dialog.open();
+    if (modalShown) modalShown();
+  } else {
+    accepted = dialog.exec() == QDialog::Accepted;
+  }
+  modal_.erase(&panel);
+  disconnect(connection);
+  return accepted;
+}
+
+void DesktopFrontEnd::takeEvents() {
+  QCoreApplication::processEvents();
+  sinceEvents_.start();
+}
+
+void DesktopFrontEnd::pump() {
+  if (Screen.busy == 0 || sinceEvents_.elapsed() >= PumpMs) takeEvents();
+}
+
+void DesktopFrontEnd::breathe(double fraction) {
+  if (sinceEvents_.elapsed() < BreathMs) return;
+  emit breathed(fraction);
+  takeEvents();
+}
+
+void DesktopFrontEnd::showProgress(double fraction, std::string_view text) {
+  if (fraction > 0.0 && sinceProgress_.elapsed() < PumpMs) return;
+  emit progressed(fraction, ToQt(text));
+  sinceProgress_.start();
+}
+
+}  // namespace zelvane

@@ -1,0 +1,90 @@
+#include "desktop/window/main_status.h"
+
+#include <QFileInfo>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <algorithm>
+#include <cmath>
+
+#include "desktop/widgets/text.h"
+#include "model/model_store.h"
+#include "screen/screen.h"
+#include "shell/entry.h"
+
+namespace zelvane {
+namespace {
+
+constexpr int ProgressSteps = 1000;
+constexpr char PercentText[] = "%p%";
+
+/// "12.3 s", from a minute on "3:05".
+QString ElapsedText(qint64 ms) {
+  if (ms < 60'000) return QString::number(static_cast<double>(ms / 100) / 10.0, 'f', 1) + " s";
+  return QStringLiteral("%1:%2").arg(ms / 60'000).arg(ms / 1000 % 60, 2, 10, QChar('0'));
+}
+
+}  // namespace
+
+MainStatus::MainStatus(QWidget* parent)
+    : QStatusBar(parent),
+      file_(new QLabel(this)),
+      data_(new QLabel(this)),
+      length_(new QLabel(this)),
+      form_(new QLabel(this)),
+      progress_(new QProgressBar(this)),
+      stop_(new QPushButton("Stop", this)) {
+  progress_->setRange(0, ProgressSteps);
+  progress_->setFixedWidth(380);
+  stop_->setFocusPolicy(Qt::NoFocus);
+  stop_->setToolTip("Stop the run or the analysis (Esc)");
+  connect(stop_, &QPushButton::clicked, this, &MainStatus::stopPressed);
+  file_->setContentsMargins(8, 0, 12, 0);
+  data_->setContentsMargins(0, 0, 12, 0);
+  length_->setContentsMargins(0, 0, 12, 0);
+  addWidget(file_);
+  addWidget(data_);
+  addWidget(length_);
+  addWidget(form_);
+  addPermanentWidget(progress_);
+  addPermanentWidget(stop_);
+  progress_->hide();
+  stop_->hide();
+}
+
+void MainStatus::refresh() {
+  const QString path = ToQt(Model.ModelFileName);
+  file_->setText(path.isEmpty() ? QStringLiteral("No model file") : QFileInfo(path).fileName());
+  file_->setToolTip(path);
+  const QString shown = ToQt(ControlNamed("DataName").text);  // of a run it is the model's
+  data_->setText(QFileInfo(shown).fileName());
+  data_->setToolTip(shown);
+  data_->setVisible(!shown.isEmpty() && shown != path);
+  length_->setText("Sweep " + ToQt(CompactNumber(ControlNamed("SweepLength").number, 6)) + " ms");
+  form_->setText(ToQt(ShownText(ControlNamed("ModelForm"))));
+}
+
+void MainStatus::showProgress(double fraction, const QString& text) {
+  if (fraction < 0.0) {
+    sinceStart_.invalidate();
+    runText_.clear();
+    progress_->hide();
+    stop_->hide();
+    return;
+  }
+  runText_ = text.isEmpty() ? text : text + "  ";
+  showFraction(fraction);
+}
+
+void MainStatus::showFraction(double fraction) {
+  if (!sinceStart_.isValid()) {
+    sinceStart_.start();
+    progress_->show();
+    stop_->show();
+  }
+  // The text first: the value paints at once, and that is the one paint of a breath.
+  progress_->setFormat(runText_ + PercentText + "  " + ElapsedText(sinceStart_.elapsed()));
+  progress_->setValue(static_cast<int>(std::lround(std::clamp(fraction, 0.0, 1.0) * ProgressSteps)));
+}
+
+}  // namespace zelvane

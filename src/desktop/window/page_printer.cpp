@@ -1,0 +1,40 @@
+#include "desktop/window/page_printer.h"
+
+#include <QFileInfo>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QWidget>
+#include <algorithm>
+
+namespace zelvane {
+namespace {
+
+/// Paints a page as large as it fits. False when the printer takes nothing.
+bool Paint(QWidget& page, QPrinter& printer) {
+  printer.setPageOrientation(page.width() > page.height() ? QPageLayout::Landscape : QPageLayout::Portrait);
+  QPainter painter;
+  if (!painter.begin(&printer)) return false;
+  const QRectF paper = printer.pageRect(QPrinter::DevicePixel);
+  const double scale = std::min(paper.width() / page.width(), paper.height() / page.height());
+  painter.scale(scale, scale);
+  page.render(&painter, {}, {}, QWidget::DrawWindowBackground | QWidget::DrawChildren);
+  return painter.end();
+}
+
+}  // namespace
+
+void PrintPage(QWidget& page) {
+  QPrinter printer(QPrinter::HighResolution);
+  QPrintDialog dialog(&printer, page.window());
+  if (dialog.exec() == QDialog::Accepted) Paint(page, printer);
+}
+
+bool WritePagePdf(QWidget& page, const QString& path) {
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setOutputFormat(QPrinter::PdfFormat);
+  printer.setOutputFileName(path);
+  return Paint(page, printer) && QFileInfo(path).size() > 0;
+}
+
+}  // namespace zelvane

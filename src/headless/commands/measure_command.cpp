@@ -1,0 +1,302 @@
+#include "headless/commands/measure_command.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <ostream>
+#include <set>
+#include <utility>
+
+#include "analysis/analysis_store.h"
+#include "analysis/analyze.h"
+#include "analysis/results_files.h"
+#include "analysis/results_table.h"
+#include "headless/commands/job_settings.h"
+#include "headless/commands/recordings.h"
+#include "headless/json_values.h"
+#include "headless/words.h"
+#include "io/trace_export.h"
+#include "io/trace_hooks.h"
+#include "io/trace_read.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "noise/gaussian_filter.h"
+#include "noise/noise_store.h"
+#include "platform/abf/abf.h"
+#include "platform/safe_file.h"
+#include "rscm/rscm_store.h"
+#include "screen/screen.h"
+#include "shell/application.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char Interrupted[] = "stopped; nothing was written";
+constexpr char MeasuringText[] = "measuring";
+constexpr int ProgressSteps = 100;
+
+/// The recording that is measured, sweep after sweep, into `Trace.SimTrace`.
+struct Recording {
+  AbfHandle abf;                             // nothing = a text
+  std::vector<std::vector<float>> episodes;  // of a text that has several, read in one pass
+  int channel = 0;
+  int sweeps = 1;
+  std::string units;
+};
+
+bool CanWrite(const std::string& path) {
+  const std::string extension = ExtensionOf(path);
+  return extension == ".csv" || extension == ".res" || extension == ".tbl";
+}
+
+/// Answers what reading a text asks, and tells each message once however many sweeps bring it.
+class MeasuringScreen {
+ public:
+  MeasuringScreen(int signal, bool intervalTyped) {
+    former_ = SetFrontEnd({});
+    FrontEnd own = former_;
+    own.message = [this](std::string_view title, std::string_view text) {
+      if (told_.emplace(text).second && former_.message) former_.message(title, text);
+    };
+    own.confirm = [intervalTyped](std::string_view title, std::string_view) {
+      return !intervalTyped || title != IntervalTitle;
+    };
+    own.modal = [signal](Panel&, std::string_view) {
+      if (FindControl("Signal") != nullptr) ShowNumber("Signal", signal);
+      return true;
+    };
+    SetFrontEnd(std::move(own));
+  }
+  ~MeasuringScreen() { SetFrontEnd(std::move(former_)); }
+  MeasuringScreen(const MeasuringScreen&) = delete;
+  MeasuringScreen& operator=(const MeasuringScreen&) = delete;
+
+ private:
+  FrontEnd former_;
+  std::set<std::string> told_;
+};
+
+std::vector<int> ChannelsOf(const AbfHeader& header) {
+  const auto& sequence = header.samplingSequence;
+  return {sequence.begin(), std::find(sequence.begin(), sequence.end(), -1)};
+}
+
+/// Takes the channel asked for, or the first. False, told, when the file has no such channel.
+bool TakeChannel(const AbfHeader& header, const MeasureOptions& options, Recording& recording,
+                 std::ostream& err) {
+  const std::vector<int> channels = ChannelsOf(header);
+  if (channels.empty()) return false;
+  recording.channel = options.channel.value_or(channels.front());
+  if (std::find(channels.begin(), channels.end(), recording.channel) != channels.end()) return true;
+  err << options.file << ": no channel " << recording.channel << "; it has";
+  for (const int channel : channels) err << ' ' << channel;
+  err << '\n';
+  return false;
+}
+
+int OpenAbf(const MeasureOptions& options, Recording& recording, std::ostream& err) {
+  AbfHeader header;
+  int samples = 0;
+  std::string why;
+  recording.abf = OpenABFFile(options.file, header, samples, recording.sweeps, &why);
+  if (!recording.abf) {
+    err << options.file << ": " << why << '\n';
+    return JobFailed;
+  }
+  if (const std::string note = NoteOfAbf(header); !note.empty()) err << options.file << ": " << note << '\n';
+  if (!TakeChannel(header, options, recording, err)) return JobMisused;
+  if (samples > MaxStimPoints) {
+    err << options.file << ": a sweep of " << samples << " samples; " << MaxStimPoints
+        << " can be measured\n";
+    return JobFailed;
+  }
+  Trace.TraceFromFile = 1;
+  Trace.TraceFileName = options.file;
+  Trace.EpisodeCount = recording.sweeps;
+  Trace.RecordedChannel = recording.channel;
+  Model.ADInterval = static_cast<float>(header.sampleInterval / 1000.0);
+  recording.units = header.channelUnits[static_cast<std::size_t>(recording.channel)];
+  return JobDone;
+}
+
+int OpenRecording(const MeasureOptions& options, Recording& recording, const JobScreen& screen,
+                  std::ostream& err) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(options.file, error)) {
+    err << options.file << ": no such file\n";
+    return JobFailed;
+  }
+  int format = 0;
+  if (IsABFFile(options.file, format)) return OpenAbf(options, recording, err);
+  if (options.intervalMs) Model.ADInterval = static_cast<float>(*options.intervalMs);  // as it is asked for
+  if (!TraceReadFile(options.file)) {
+    if (!screen.ErrorShown()) err << options.file << ": no recording that can be read\n";
+    return JobFailed;
+  }
+  recording.sweeps = Trace.EpisodeCount;
+  if (recording.sweeps > 1) recording.episodes = ReadTextEpisodes();
+  return JobDone;
+}
+
+/// Reads a sweep into the trace. Its samples; 0 when the file does not hold them.
+int ReadAbfSweep(const Recording& recording, int sweep) {
+  const int samples = SweepLength(*recording.abf, sweep);
+  if (samples < 1 || samples > MaxStimPoints) return 0;
+  const std::span<float> trace = Trace.SimTrace.first(static_cast<std::size_t>(samples));
+  return ReadSweep(*recording.abf, recording.channel, sweep, 0, trace) == samples ? samples : 0;
+}
+
+int TakeTextSweep(const Recording& recording, int sweep) {
+  if (static_cast<std::size_t>(sweep) > recording.episodes.size()) return 0;
+  const std::vector<float>& samples = recording.episodes[static_cast<std::size_t>(sweep) - 1];
+  std::copy(samples.begin(), samples.end(), Trace.SimTrace.begin());
+  return static_cast<int>(samples.size());
+}
+
+/// Brings a sweep into the trace. False when the file does not hold it.
+bool ReadSweepOf(const Recording& recording, int sweep) {
+  Trace.EpisodeIndex = sweep;
+  if (!recording.abf && recording.sweeps == 1) {
+    TraceReloadEpisode();
+    return Trace.TraceValid != 0;
+  }
+  const int samples = recording.abf ? ReadAbfSweep(recording, sweep) : TakeTextSweep(recording, sweep);
+  if (samples < 1) return false;
+  Trace.SimTraceUsed = std::max(Trace.SimTraceUsed, samples);
+  Model.NumPoints = samples;
+  Noise.RecordPoints = samples;
+  Trace.TraceValid = 1;
+  Trace.RsCorrected = 0;
+  return true;
+}
+
+/// Corrects and filters the trace, in the order of the panels: a correction belongs to the reading.
+void PrepareSweep(const MeasureOptions& options, bool correct) {
+  if (correct) AfterRead.correct();
+  if (!options.filterKHz) return;
+  const auto samples = static_cast<std::size_t>(Model.NumPoints);
+  GaussianFilter(Trace.SimTrace.first(samples), static_cast<float>(*options.filterKHz));
+}
+
+/// Measures the sweeps asked for. False, told, when one could not be read or the user stopped.
+bool MeasureSweeps(const MeasureOptions& options, const Recording& recording, std::vector<AnalysisRow>& rows,
+                   const JobStreams& streams) {
+  const int last = options.sweeps.last == 0 ? recording.sweeps : options.sweeps.last;
+  const int step = std::max((last - options.sweeps.first + 1) / ProgressSteps, 1);
+  const std::string name = DataFileName();
+  // Here alone, so that no trace is corrected twice.
+  const bool correct = std::exchange(RsCm.RsCmAuto, 0) != 0 || options.correct;
+  for (int sweep = options.sweeps.first; sweep <= last; ++sweep) {
+    if (StopAsked(streams)) {
+      streams.err << Interrupted << '\n';
+      return false;
+    }
+    const int done = sweep - options.sweeps.first;
+    if (done % step == 0) {
+      ShowProgress(static_cast<double>(done) / (last - options.sweeps.first + 1), MeasuringText);
+    }
+    if (!ReadSweepOf(recording, sweep)) {
+      streams.err << options.file << ": sweep " << sweep << " cannot be read\n";
+      return false;
+    }
+    PrepareSweep(options, correct);
+    MeasureTrace();
+    rows.push_back(ResultsRow(Analysis.Measures, name, sweep));
+  }
+  ResetProgress();
+  return true;
+}
+
+std::string MeasuresText(const std::vector<AnalysisRow>& rows) {
+  std::string text = MeasuresHeader();
+  int count = 0;
+  for (const AnalysisRow& row : rows) text += MeasuresRow(DataFilePath(), count++, row);
+  return text;
+}
+
+std::string FileText(const std::string& path, const std::vector<AnalysisRow>& rows) {
+  const std::string extension = ExtensionOf(path);
+  if (extension == ".tbl") return TableText(rows);
+  return extension == ".res" ? MeasuresText(rows) : TableCsv(rows);
+}
+
+Json RowJson(const AnalysisRow& row) {
+  Json json;
+  json["sweep"] = row.episode;
+  for (std::size_t c = FirstValueColumn; c <= AnalysisColumns; ++c) {
+    json[ColumnTitle(static_cast<int>(c))] = row.measured[c] ? FloatJson(row.value[c]) : Json(nullptr);
+  }
+  return json;
+}
+
+void WriteJson(const MeasureOptions& options, const Recording& recording,
+               const std::vector<AnalysisRow>& rows, std::ostream& out) {
+  Json json;
+  json["file"] = options.file;
+  if (recording.abf) json["channel"] = recording.channel;
+  if (!recording.units.empty()) json["units"] = recording.units;
+  json["interval"] = TypedJson(Model.ADInterval);
+  json["rows"] = Json::array();
+  for (const AnalysisRow& row : rows) json["rows"].push_back(RowJson(row));
+  out << JsonLine(json) << '\n';
+}
+
+/// What is wrong with the command line, as far as the file need not be known.
+std::string MisuseOf(const MeasureOptions& options) {
+  if (!options.outFile.empty() && !CanWrite(options.outFile)) {
+    return options.outFile + ": the name of a file of measures ends in .csv, .res or .tbl";
+  }
+  if (options.filterKHz && !(*options.filterKHz > 0.0)) return "--filter: a corner above 0 kHz is needed";
+  return {};
+}
+
+int WriteResults(const MeasureOptions& options, const Recording& recording,
+                 const std::vector<AnalysisRow>& rows, const JobStreams& streams) {
+  if (!options.outFile.empty() && !ReplaceFile(options.outFile, FileText(options.outFile, rows))) {
+    TellUnwritten(options.outFile, streams);
+    return JobFailed;
+  }
+  if (options.json)
+    WriteJson(options, recording, rows, streams.out);
+  else if (options.outFile.empty())
+    streams.out << TableCsv(rows);
+  else
+    streams.out << rows.size() << " sweeps measured: " << options.outFile << '\n';
+  return JobDone;
+}
+
+}  // namespace
+
+std::optional<SweepRange> ParseSweeps(std::string_view text) {
+  const std::size_t dash = text.find('-');
+  const auto first = WholeNumber(text.substr(0, dash));
+  const auto last = dash == std::string_view::npos ? first : WholeNumber(text.substr(dash + 1));
+  if (!first || !last || *first < 1 || *last < *first) return std::nullopt;
+  return SweepRange{*first, *last};
+}
+
+int MeasureCommand(const MeasureOptions& options, const JobStreams& streams) {
+  const std::string misuse = MisuseOf(options);
+  if (!misuse.empty()) {
+    streams.err << misuse << '\n';
+    return JobMisused;
+  }
+  const JobScreen screen(streams);
+  StartJob({});
+  ConnectHooks();
+  if (!options.model.empty() && !ReadJobModel(options.model, streams)) return JobFailed;
+  const MeasuringScreen answers(options.channel.value_or(1), options.intervalMs.has_value());
+  Recording recording;
+  const int opened = OpenRecording(options, recording, screen, streams.err);
+  if (opened != JobDone) return opened;
+  if (!ApplySettings(options.settings, streams.err)) return JobMisused;
+  WriteAllControls();  // the correction reads its panel
+  if (std::max(options.sweeps.first, options.sweeps.last) > recording.sweeps) {
+    streams.err << options.file << ": it has " << recording.sweeps << " sweeps\n";
+    return JobMisused;
+  }
+  std::vector<AnalysisRow> rows;
+  if (!MeasureSweeps(options, recording, rows, streams)) return JobFailed;
+  return WriteResults(options, recording, rows, streams);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,33 @@
+#include "headless/commands/model_command.h"
+
+#include <ostream>
+
+#include "headless/commands/model_report.h"
+#include "io/model_file.h"
+#include "model/model_store.h"
+
+namespace zelvane {
+
+int ModelCommand(const std::string& path, bool json, const JobStreams& streams) {
+  const JobScreen screen(streams);
+  StartJob({});
+  if (!ReadJobModel(path, streams)) return JobFailed;
+  if (json) {
+    Json report = ModelReportJson();
+    report["file"] = path;
+    streams.out << JsonLine(report) << '\n';
+  } else {
+    WriteModelReport(streams.out);
+  }
+  return JobDone;
+}
+
+int UpgradeModelCommand(const std::string& oldPath, const std::string& newPath, const JobStreams& streams) {
+  const JobScreen screen(streams);
+  StartJob({});
+  if (!ReadJobModel(oldPath, streams)) return JobFailed;
+  Model.ModelFileName = newPath;
+  return ModelFileWrite() ? JobDone : JobFailed;  // a failure has been told
+}
+
+}  // namespace zelvane

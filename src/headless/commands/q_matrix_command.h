@@ -1,0 +1,25 @@
+// `zelvane-cli qmatrix`: what a scheme does at a fixed stimulus.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "headless/commands/one_job.h"
+
+namespace zelvane {
+
+struct QMatrixOptions {
+  std::string model;                  // path
+  double timeMs = 0.0;                // moment of the stimulus; before point 1 it is that of point 1
+  std::vector<std::string> settings;  // "NAME=VALUE", any store field
+  bool json = false;
+};
+
+/// Reads the model, rebuilds its stimulus, and writes the rate matrix at that moment, the relaxation time
+/// constants and the occupancies at equilibrium.
+/// @return JobDone; JobFailed with the reason on `streams.err`, also where no state takes part or a rate is
+/// not
+///         finite; JobMisused for a setting that no field takes
+int QMatrixCommand(const QMatrixOptions& options, const JobStreams& streams);
+
+}  // namespace zelvane

@@ -1,0 +1,243 @@
+#include "headless/commands/recording_commands.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <ostream>
+
+#include "headless/commands/recordings.h"
+#include "headless/json_values.h"
+#include "headless/words.h"
+#include "io/stimulus_file.h"
+#include "io/trace_export.h"
+#include "model/model_store.h"
+#include "platform/abf/abf.h"
+#include "screen/screen.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char Stopped[] = "stopped; nothing is written\n";
+constexpr char NoInterval[] = "does not tell the time between samples";
+constexpr char IntervalCan[] = "; --interval can";  // of a text
+constexpr char UnequalSweeps[] =
+    "its sweeps differ in length and have no place side by side; --length cuts them, .csv and .abf take them";
+constexpr int Drug1 = 1;
+
+void WriteAccount(const std::string& path, const RecordingAccount& account, std::ostream& out) {
+  out << path << "\n  Kind      " << account.kind;
+  if (account.version > 0.0) out << FormatText(" %.2f", account.version);
+  const bool timed = account.intervalMs > 0.0;
+  out << "\n  Interval  " << (timed ? FormatText("%.6g ms", account.intervalMs) : "not told")
+      << "\n  Sweeps    " << account.sweeps << (account.lengths.empty() ? " of " : " of up to ")
+      << account.samples << " samples";
+  if (timed) out << FormatText(" (%.6g ms)", account.samples * account.intervalMs);
+  out << '\n';
+  for (const RecordedInput& input : account.inputs) {
+    std::string texts;
+    for (const std::string& text : {input.name, input.units}) texts += text.empty() ? text : text + ' ';
+    if (!texts.empty()) texts.back() = ',';
+    out << FormatText("  Input %-3d %s gain %g\n", input.number, texts.c_str(), input.gain);
+  }
+}
+
+Json AccountJson(const std::string& path, const RecordingAccount& account) {
+  Json json;
+  json["file"] = path;
+  json["kind"] = account.kind;
+  if (account.version > 0.0) json["version"] = NumberJson(std::round(account.version * 100.0) / 100.0);
+  const bool timed = account.intervalMs > 0.0;
+  json["interval"] = timed ? NumberJson(account.intervalMs) : Json(nullptr);
+  json["sweeps"] = account.sweeps;
+  json["samples"] = account.samples;
+  if (!account.lengths.empty()) json["samples_per_sweep"] = account.lengths;
+  json["length"] = timed ? NumberJson(account.samples * account.intervalMs) : Json(nullptr);
+  json["channels"] = Json::array();
+  for (const RecordedInput& input : account.inputs) {
+    json["channels"].push_back({{"channel", input.number},
+                                {"name", input.name},
+                                {"units", input.units},
+                                {"gain", NumberJson(input.gain)}});
+  }
+  return json;
+}
+
+/// The sweeps of one input that are asked for, each cut and thinned.
+struct Excerpt {
+  Sweeps sweeps;
+  double intervalMs = 0.0;
+  RecordedInput input{};
+};
+
+/// Why the options ask for nothing that can be; empty when they do not.
+std::string Misuse(const ConvertOptions& options) {
+  if (options.every < 1) return "--every takes a whole number from 1 on";
+  if (!(options.startMs >= 0.0) || !std::isfinite(options.startMs))
+    return "--start takes a time from 0 ms on";
+  if (options.lengthMs && !(*options.lengthMs > 0.0)) return "--length takes a time above 0 ms";
+  if (options.sweep != "all" && WholeNumber(options.sweep).value_or(0) < 1)
+    return "--sweep takes a number from 1 on, or all";
+  if (options.intervalMs && !(*options.intervalMs > 0.0 && std::isfinite(*options.intervalMs)))
+    return "--interval takes a time above 0 ms";
+  const std::string extension = ExtensionOf(options.out);
+  const int profile = options.channel.value_or(Drug1);
+  if (extension == ".stm" && (profile < 0 || profile > MaxDrugs))
+    return "--channel names the profile of a .stm: 0 voltage, 1 to 6 drugs";
+  if (!TraceFormatOf(options.out) && extension != ".abf" && extension != ".stm")
+    return options.out + ": the name of the new file ends in .atf, .txt, .asc, .csv, .abf or .stm";
+  return {};
+}
+
+/// Samples that a time spans; more than any file holds where it is longer.
+std::int64_t SamplesOf(double timeMs, double intervalMs) {
+  constexpr double Most = 1e15;
+  return static_cast<std::int64_t>(std::min(std::round(timeMs / intervalMs), Most));
+}
+
+std::optional<Excerpt> ReadExcerpt(const ConvertOptions& options, std::optional<int> channel,
+                                   RecordingFile& file, const JobStreams& streams) {
+  const RecordingAccount& account = file.Account();
+  const bool profiles = account.kind == "stimulus";
+  SweepExtract wanted;
+  wanted.input = channel.value_or(profiles ? Drug1 : account.inputs.front().number);
+  wanted.first = WholeNumber(options.sweep).value_or(1);
+  wanted.last = options.sweep == "all" ? account.sweeps : wanted.first;
+  wanted.start = SamplesOf(options.startMs, account.intervalMs);
+  if (options.lengthMs) wanted.length = SamplesOf(*options.lengthMs, account.intervalMs);
+  wanted.every = options.every;
+  const auto goOn = [&](double done) {
+    ShowProgress(done, "reading");
+    return !StopAsked(streams);
+  };
+  std::string why;
+  auto sweeps = ReadExtract(file, wanted, goOn, why);
+  ResetProgress();
+  if (!sweeps) {
+    streams.err << (why.empty() ? Stopped
+                                : FormatText("%s: channel %d, sweep %s: %s\n", options.in.c_str(),
+                                             wanted.input, options.sweep.c_str(), why.c_str()));
+    return std::nullopt;
+  }
+  Excerpt excerpt{.sweeps = std::move(*sweeps), .intervalMs = account.intervalMs * options.every};
+  for (const RecordedInput& input : account.inputs) {
+    if (input.number == wanted.input) excerpt.input = input;
+  }
+  return excerpt;
+}
+
+bool WriteAbf(const std::string& path, const Excerpt& excerpt) {
+  AbfHeader header;
+  InitializeHeader(header);
+  const bool episodic = excerpt.sweeps.size() > 1;
+  header.operationMode = episodic ? 5 : 3;
+  header.sampleInterval = excerpt.intervalMs * 1000.0;
+  if (!excerpt.input.name.empty()) header.channelName[0] = excerpt.input.name;
+  header.channelUnits[0] = excerpt.input.units;
+  AbfWriteHandle writer = OldABF_OpenWrite(path, header);
+  if (writer == nullptr) return false;
+  for (const std::vector<float>& sweep : excerpt.sweeps) {
+    if (!OldABF_WriteRawSweep(*writer, sweep)) return false;
+  }
+  return OldABF_UpdateHeader(*writer, header) && OldABF_Close(writer);
+}
+
+std::vector<float> Joined(const Excerpt& excerpt) {
+  std::vector<float> joined;
+  for (const std::vector<float>& sweep : excerpt.sweeps)
+    joined.insert(joined.end(), sweep.begin(), sweep.end());
+  return joined;
+}
+
+/// A stimulus file whose only profile that is not 0 is the one named.
+bool WriteProfile(const std::string& path, const Excerpt& excerpt, int profile) {
+  std::vector<float> samples = Joined(excerpt);
+  std::vector<float> zeros(samples.size());
+  StimProfileSpans profiles;
+  profiles.fill(zeros);
+  profiles[static_cast<std::size_t>(profile)] = samples;
+  return WriteStimProfiles(path, static_cast<float>(excerpt.intervalMs), profiles);
+}
+
+bool WriteExcerpt(const ConvertOptions& options, const Excerpt& excerpt, bool fromProfiles) {
+  const std::string extension = ExtensionOf(options.out);
+  if (extension == ".abf") return WriteAbf(options.out, excerpt);
+  if (extension == ".stm") return WriteProfile(options.out, excerpt, options.channel.value_or(Drug1));
+  const auto intervalMs = static_cast<float>(excerpt.intervalMs);
+  if (extension == ".asc" && fromProfiles) return WriteStimColumn(options.out, intervalMs, Joined(excerpt));
+  return WriteSweepsFile(options.out, excerpt.sweeps, intervalMs, excerpt.input.name, excerpt.input.units);
+}
+
+/// Why the new file has no room for what was read; empty when it has.
+std::string NoRoom(const ConvertOptions& options, const Sweeps& sweeps) {
+  std::size_t samples = 0;
+  bool unequal = false;
+  for (const std::vector<float>& sweep : sweeps) {
+    samples += sweep.size();
+    unequal = unequal || sweep.size() != sweeps.front().size();
+  }
+  if (unequal && TraceFormatOf(options.out) == TraceFormat::Atf) return UnequalSweeps;
+  if (ExtensionOf(options.out) == ".stm" && samples > static_cast<std::size_t>(MaxStimPoints))
+    return FormatText("a stimulus file has room for %d samples", MaxStimPoints);
+  return {};
+}
+
+}  // namespace
+
+int InfoCommand(const std::vector<std::string>& files, bool json, const JobStreams& streams,
+                std::optional<double> intervalMs) {
+  int status = JobDone;
+  for (const std::string& path : files) {
+    std::string why;
+    const auto file = OpenRecordingFile(path, why, intervalMs);
+    if (file == nullptr) {
+      streams.err << path << ": " << why << '\n';
+      status = JobFailed;
+      continue;
+    }
+    const RecordingAccount& account = file->Account();
+    if (!account.note.empty()) streams.err << path << ": " << account.note << '\n';
+    if (json) {
+      streams.out << JsonLine(AccountJson(path, account)) << '\n';
+    } else {
+      WriteAccount(path, account, streams.out);
+    }
+  }
+  return status;
+}
+
+int ConvertCommand(const ConvertOptions& options, const JobStreams& streams) {
+  if (const std::string misuse = Misuse(options); !misuse.empty()) {
+    streams.err << misuse << '\n';
+    return JobMisused;
+  }
+  const JobScreen screen(streams);
+  std::error_code error;
+  if (std::filesystem::equivalent(options.in, options.out, error)) {
+    streams.err << options.out << ": a file cannot take its own place\n";
+    return JobFailed;
+  }
+  std::string why;
+  const auto file = OpenRecordingFile(options.in, why, options.intervalMs);
+  if (file == nullptr || !(file->Account().intervalMs > 0.0)) {
+    const bool text =
+        file != nullptr && (file->Account().kind == "single column" || file->Account().kind == "ATF");
+    streams.err << options.in << ": " << (file == nullptr ? why : NoInterval) << (text ? IntervalCan : "")
+                << '\n';
+    return JobFailed;
+  }
+  const bool fromProfiles = file->Account().kind == "stimulus";
+  // It names the profile written; the input is the only one that has sense.
+  const bool namesProfile = ExtensionOf(options.out) == ".stm" && !fromProfiles;
+  const auto excerpt = ReadExcerpt(options, namesProfile ? std::nullopt : options.channel, *file, streams);
+  if (!excerpt) return JobFailed;
+  if (!file->Account().note.empty()) streams.err << options.in << ": " << file->Account().note << '\n';
+  if (const std::string noRoom = NoRoom(options, excerpt->sweeps); !noRoom.empty()) {
+    streams.err << options.in << ": " << noRoom << '\n';
+    return JobFailed;
+  }
+  if (WriteExcerpt(options, *excerpt, fromProfiles)) return JobDone;
+  if (!screen.ErrorShown()) TellUnwritten(options.out, streams);
+  return JobFailed;
+}
+
+}  // namespace zelvane

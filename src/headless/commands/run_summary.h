@@ -1,0 +1,61 @@
+// What a run came to, in numbers.
+#pragma once
+
+#include <iosfwd>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "headless/commands/single_channel_summary.h"
+
+namespace zelvane {
+
+struct FinalOccupancy {
+  int state = 0;
+  std::string name;  // label, or number where there is none
+  float value = 0.0F;
+};
+
+/// The sample farthest from 0 of a trace, and its time.
+struct Peak {
+  double value = 0.0;
+  double ms = 0.0;
+};
+
+struct RunSummary {
+  std::string title;
+  int points = 0;
+  double intervalMs = 0.0;
+  int simulator = 0;
+  double control = 0.0;  // largest step, ms, or tolerance, as the run left it
+  int units = 0;
+  std::string axisTitle;
+  Peak peak;
+  std::optional<Peak> meanPeak;                        // of the mean over several runs
+  std::optional<SingleChannelSummary> singleChannels;  // of a Monte Carlo simulation
+  std::vector<FinalOccupancy> last;                    // of the states that are on
+  double lastMs = 0.0;
+  int savedSteps = 0;  // of an adaptive run
+  double wallSeconds = 0.0;
+};
+
+/// The peak of samples that lie `Model.ADInterval` apart.
+Peak PeakOf(std::span<const float> trace);
+
+/// Sums up the run in the stores; the peak of a mean is left to the caller. Reads: `Model`, `Result`,
+/// `Trace`, `Dwell`.
+RunSummary SummariseRun(double wallSeconds);
+
+/// The wall time is left out after a Monte Carlo simulation: equal seeds give equal bytes.
+void WriteSummary(const RunSummary& summary, std::ostream& out);
+void WriteSummaryJson(const RunSummary& summary, const std::string& model, std::ostream& out);
+
+/// Word of `--simulator`, and of `--units`, for a code.
+const char* SimulatorWord(int simulator);
+const char* UnitsWord(int units);
+
+/// States on in the active form.
+std::vector<int> StatesOn();
+
+}  // namespace zelvane

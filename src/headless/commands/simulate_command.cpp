@@ -1,0 +1,163 @@
+#include "headless/commands/simulate_command.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <ostream>
+
+#include "headless/commands/job_settings.h"
+#include "headless/commands/run_summary.h"
+#include "headless/commands/single_channel_summary.h"
+#include "io/stimulus_file.h"
+#include "io/trace_export.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "screen/screen.h"
+#include "sim/result_store.h"
+#include "sim/run.h"
+#include "singlechannel/dwell_lists.h"
+#include "stimulus/stimulus_store.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char Interrupted[] = "Simulation Interrupted by User";
+
+/// Sets all that the options say in the stores; false when they ask for something that cannot be.
+bool ApplyOptions(const SimulateOptions& options, std::ostream& err) {
+  if (!ApplySettings(options.settings, err)) return false;
+  if (options.simulator) Model.SimulatorKind = *options.simulator;
+  if (options.points) Model.NumPoints = *options.points;
+  if (options.intervalMs) Model.ADInterval = static_cast<float>(*options.intervalMs);
+  if (options.units) Model.DisplayUnits = *options.units;
+  if (options.channels) Model.NumChannels = *options.channels;
+  if (options.runs) Model.NumRuns = *options.runs;
+  if (Model.NumPoints < 1 || Model.NumPoints > MaxPoints) {
+    err << "points: " << Model.NumPoints << " is not between 1 and " << MaxPoints << '\n';
+    return false;
+  }
+  if (!(Model.ADInterval > 0.0F) || !std::isfinite(Model.ADInterval)) {
+    err << "interval: must be above 0 ms\n";
+    return false;
+  }
+  return true;
+}
+
+/// Takes the stimulus, its interval and its points from a file.
+bool ReadStimulus(const std::string& path, std::ostream& err) {
+  const auto head = StimFileHeadOf(path);
+  if (head) {  // what the file proposes holds before it is read, so that nothing is asked
+    Model.ADInterval = head->intervalMs;
+    Model.NumPoints = head->samples - 1;
+  }
+  if (!StimFileRead(path)) {
+    err << path << ": no stimulus can be read from it\n";
+    return false;
+  }
+  Model.ADInterval = std::clamp(Model.ADInterval, LeastFileInterval, MostFileInterval);
+  Stimulus.StimMode = StimUser;
+  Stimulus.StimFromFile = 1;
+  return true;
+}
+
+/// A job appends its run to the file of its options, never to one of the model's.
+void ChooseAutosave(const std::string& path) {
+  Model.Autosave = path.empty() ? 0 : 1;
+  Model.AutosaveFormat = ExtensionOf(path) == ".abf" ? 1 : 0;
+  Trace.AutosaveFileName = path;
+}
+
+void WarnOfEmptyStimulus(std::ostream& err) {
+  if (Stimulus.StimMode == StimAutomatic || Stimulus.StimFromFile != 0) return;
+  err << "note: this model's stimulus is built by hand (StimMode " << Stimulus.StimMode
+      << ") and a model file does not hold it; the run sees none. --set StimMode=" << StimAutomatic
+      << " takes the automatic step.\n";
+}
+
+/// Whether the run left a whole trace; the reason is told when the program has not told it.
+bool RunSucceeded(const JobScreen& screen, const JobStreams& streams) {
+  if (StopAsked(streams)) {
+    if (screen.LastText() != Interrupted) streams.err << Interrupted << '\n';  // it came after the last look
+    return false;
+  }
+  if (screen.ErrorShown()) return false;
+  if (Model.SimulatorKind == MonteCarlo) return true;  // also when no channel has opened
+  if (Trace.TraceValid == 0) {
+    streams.err << "the run left no trace\n";
+    return false;
+  }
+  if (Model.SimulatorKind == AdaptiveIntegrator && Result.ResultKind != ResultSavedSteps) {
+    streams.err << "the adaptive integrator did not reach the end of the sweep; raise Precision (now "
+                << FormatText("%g", static_cast<double>(Model.Precision)) << ") or use --simulator fixed\n";
+    return false;
+  }
+  return true;
+}
+
+bool WriteTrace(const std::string& path, std::span<const float> trace, const JobStreams& streams) {
+  if (path.empty()) return true;
+  if (WriteTraceFile(path, trace, Model.ADInterval, GraphNamed("MainPanel").y.title)) return true;
+  TellUnwritten(path, streams);
+  return false;
+}
+
+bool WriteFiles(const SimulateOptions& options, std::span<const float> mean, const JobStreams& streams) {
+  const std::span<const float> trace = Trace.SimTrace.first(static_cast<std::size_t>(Model.NumPoints));
+  if (!WriteTrace(options.traceFile, trace, streams) || !WriteTrace(options.meanFile, mean, streams))
+    return false;
+  if (!options.occupancyFile.empty() && !WriteOccupancyCsv(options.occupancyFile)) {
+    TellUnwritten(options.occupancyFile, streams);
+    return false;
+  }
+  if (options.dwellFile.empty() || ExportDwellLists(options.dwellFile)) return true;
+  TellUnwritten(options.dwellFile, streams);
+  return false;
+}
+
+/// Whether the names of the traces say in which format they are to be written.
+bool TraceNamesServe(const SimulateOptions& options, std::ostream& err) {
+  for (const std::string& path : {options.traceFile, options.meanFile}) {
+    if (path.empty() || TraceFormatOf(path)) continue;
+    err << path << ": the name of a trace ends in .txt, .asc, .atf or .csv\n";
+    return false;
+  }
+  return true;
+}
+
+double RunTimed() {
+  const auto begin = std::chrono::steady_clock::now();
+  RunSimulation(Model.NumPoints);
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+}  // namespace
+
+int SimulateCommand(const SimulateOptions& options, const JobStreams& streams) {
+  if (!TraceNamesServe(options, streams.err)) return JobMisused;
+  const JobScreen screen(streams);
+  StartJob(options.seeds);
+  if (!ReadJobModel(options.model, streams)) return JobFailed;
+  if (!options.stimulusFile.empty() && !ReadStimulus(options.stimulusFile, streams.err)) return JobFailed;
+  if (!ApplyOptions(options, streams.err)) return JobMisused;
+  if (!options.dwellFile.empty() && Model.SimulatorKind != MonteCarlo) {
+    streams.err << "--dwells: only --simulator montecarlo has dwell times\n";
+    return JobMisused;
+  }
+  ChooseAutosave(options.autosaveFile);
+  const RunMean runs;
+  ShowJobStores();
+  WarnOfEmptyStimulus(streams.err);
+  const double wallSeconds = RunTimed();
+  if (!RunSucceeded(screen, streams)) return JobFailed;
+  const std::vector<float> mean = runs.Mean();
+  if (!WriteFiles(options, mean, streams)) return JobFailed;
+  RunSummary summary = SummariseRun(wallSeconds);
+  if (Model.SimulatorKind == MonteCarlo && Model.NumRuns > 1) summary.meanPeak = PeakOf(mean);
+  if (options.json)
+    WriteSummaryJson(summary, options.model, streams.out);
+  else
+    WriteSummary(summary, streams.out);
+  return JobDone;
+}
+
+}  // namespace zelvane

@@ -1,0 +1,115 @@
+#include "headless/drive/drive.h"
+
+#include <istream>
+
+#include "headless/drive/drive_session.h"
+#include "headless/nearest_names.h"
+#include "headless/words.h"
+
+namespace zelvane {
+namespace {
+
+constexpr std::size_t LongestLine = 1'000'000;         // bytes; a command that long is junk
+constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";  // some editors begin a text with it
+constexpr int Misunderstood = 2;                       // exit status
+
+/// Reads up to the next line end, which is kept out of `line`, as is a carriage return before it. What lies
+/// beyond the longest line is passed over, with `tooLong` set. False at the end of the input.
+bool ReadLine(std::istream& in, std::string& line, bool& tooLong) {
+  line.clear();
+  tooLong = false;
+  char c = 0;
+  while (in.get(c) && c != '\n') {
+    if (line.size() < LongestLine)
+      line += c;
+    else
+      tooLong = true;
+  }
+  const bool read = in.good() || !line.empty();
+  if (!line.empty() && line.back() == '\r') line.pop_back();
+  return read;
+}
+
+const DriveCommand* FindDriveCommand(std::string_view name) {
+  for (const std::span<const DriveCommand> commands : {ActionCommands(), QueryCommands()}) {
+    for (const DriveCommand& command : commands) {
+      if (command.name == name) return &command;
+    }
+  }
+  return nullptr;
+}
+
+std::vector<std::string> CommandNames() {
+  std::vector<std::string> names;
+  for (const std::span<const DriveCommand> commands : {ActionCommands(), QueryCommands()}) {
+    for (const DriveCommand& command : commands) names.emplace_back(command.name);
+  }
+  return names;
+}
+
+void RunCommand(DriveSession& session, const DriveCommand& command, Words words) {
+  session.pumps = 0;
+  command.run(session, words);
+  if (!command.queues) session.presses.clear();  // a press whose moment did not come is dropped
+}
+
+void RunLine(DriveSession& session, std::string_view line) {
+  const std::size_t begin = line.find_first_not_of(" \t");
+  if (begin == std::string_view::npos || line[begin] == '#') return;
+  const auto words = SplitWords(line);
+  if (!words) {
+    WriteMisunderstood(session, "a quote is not closed: " + Shortened(line));
+    return;
+  }
+  const DriveCommand* command = FindDriveCommand(words->front());
+  if (command == nullptr) {
+    WriteUnknownName(session, "command", words->front(), CommandNames());
+    return;
+  }
+  const Words rest = Words(*words).subspan(1);
+  if (rest.size() < command->minWords || rest.size() > command->maxWords) {
+    WriteMisunderstood(
+        session, "usage: " + std::string(command->usage) + " (a value with blanks stands in double quotes)");
+    return;
+  }
+  RunCommand(session, *command, rest);
+}
+
+}  // namespace
+
+void RunLines(DriveSession& session, std::istream& in, const DriveHost& host) {
+  std::string line;
+  bool tooLong = false;
+  bool first = true;
+  while (!session.ended && ReadLine(in, line, tooLong)) {
+    if (tooLong)
+      WriteMisunderstood(session, FormatText("a line of more than %zu bytes", LongestLine));
+    else
+      RunLine(session, first && line.starts_with(Utf8Mark) ? line.substr(Utf8Mark.size()) : line);
+    first = false;
+    session.out->flush();  // whoever holds the other end of a pipe waits for the answer
+    if (host.afterLine) host.afterLine();
+  }
+}
+
+int RunDrive(std::istream& in, std::ostream& out, const StartOptions& options, const DriveHost& host) {
+  DriveSession session;
+  session.out = &out;
+  FrontEnd former = SetFrontEnd(DriveFrontEnd(session, host.frontEnd));
+  StartApplication(options);
+  out.flush();
+  RunLines(session, in, host);
+  SetFrontEnd(std::move(former));
+  return session.misunderstood ? Misunderstood : 0;
+}
+
+int PlayDrive(std::istream& in, std::ostream& out, const DriveHost& host) {
+  DriveSession session;
+  session.out = &out;
+  FrontEnd former = SetFrontEnd(DriveFrontEnd(session, host.frontEnd));
+  RunLines(session, in, host);
+  SetFrontEnd(std::move(former));
+  return session.misunderstood ? Misunderstood : 0;
+}
+
+}  // namespace zelvane

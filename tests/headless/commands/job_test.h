@@ -1,0 +1,45 @@
+// What the tests of the one-line commands share.
+#pragma once
+
+#include <atomic>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "headless/commands/one_job.h"
+#include "support/store_test.h"
+
+namespace zelvane {
+
+/// Runs a job whose output and messages can be looked at, in a folder of its own.
+class JobTest : public StoreTest {
+ protected:
+  /// Exit status of a job, a function of its streams.
+  int Run(auto job) {
+    out.str("");
+    err.str("");
+    return job(JobStreams{out, err, &stop, false});
+  }
+
+  /// What a job writes, as JSON. It must succeed.
+  nlohmann::json Written(auto job) {
+    EXPECT_EQ(Run(job), JobDone) << err.str();
+    return nlohmann::json::parse(out.str(), nullptr, false);
+  }
+
+  bool Told(const std::string& text) const { return err.str().find(text) != std::string::npos; }
+
+  void ExpectParts(const std::vector<std::string>& parts) const {
+    for (const std::string& part : parts) {
+      EXPECT_NE(out.str().find(part), std::string::npos) << part << '\n' << out.str();
+    }
+  }
+
+  TemporaryFolder folder;
+  std::ostringstream out;
+  std::ostringstream err;
+  std::atomic<bool> stop{false};
+};
+
+}  // namespace zelvane

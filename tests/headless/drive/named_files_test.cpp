@@ -1,0 +1,124 @@
+// Lists of waveforms and tables of measures, opened by their names: dropped on the window or named on the
+// command line.
+#include <filesystem>
+#include <sstream>
+
+#include "analysis/analysis_store.h"
+#include "fit/fit_store.h"
+#include "headless/drive/drive.h"
+#include "io/trace_store.h"
+#include "model/model_store.h"
+#include "support/drive_test.h"
+
+namespace zelvane {
+namespace {
+
+using Lines = std::vector<nlohmann::json>;
+
+class NamedFilesTest : public DriveTest {
+ protected:
+  NamedFilesTest() {
+    const std::string recording = std::string(ZELVANE_TEST_DATA) + "/recordings/abf1/130618-1-12.abf";
+    std::filesystem::copy_file(recording, folder.File("cell.abf"));
+    std::filesystem::copy_file(ZELVANE_DATA "/config.mod", folder.File("scheme.mod"));
+    Run("enter ExportPoints 100\nchoose " + folder.File("step.stm") + "\npress ButtonSaveStim\nopen " +
+        folder.File("scheme.mod") + "\nopen " + folder.File("cell.abf") +
+        "\npress Analysis\nenter FitMode 0\npress AN_AutoAnalyzeButton\npress AN_SaveTable\n");
+  }
+
+  /// Starts anew and opens a file, as an argument or as one dropped on the window. What is queued for dialogs
+  /// comes before.
+  Lines Opened(const std::string& name, bool dropped, const std::string& queued = {}) {
+    if (dropped) return Run(queued + "open " + folder.File(name) + "\n");
+    StartOptions options;
+    options.folder = folder.File("none");
+    options.files = {folder.File(name)};
+    std::istringstream in;
+    std::ostringstream out;
+    EXPECT_EQ(RunDrive(in, out, options), 0);
+    std::istringstream text(out.str());
+    Lines lines;
+    for (std::string line; std::getline(text, line);) lines.push_back(nlohmann::json::parse(line));
+    return lines;
+  }
+
+  /// Titles of the file dialogs and texts of the messages.
+  static std::vector<std::string> Shown(const Lines& lines) {
+    std::vector<std::string> shown;
+    for (const auto& line : lines) {
+      if (line.value("popup", "") == "file") shown.push_back(line["title"]);
+      if (line.value("popup", "") == "message") shown.push_back(line["text"]);
+    }
+    return shown;
+  }
+
+  void List(const std::string& lines) { WriteWholeFile(folder.File("set.lst"), "LIST\n" + lines); }
+};
+
+using Texts = std::vector<std::string>;
+
+TEST_F(NamedFilesTest, AListLoadsWhatLiesBesideIt) {
+  List("/gone/scheme.mod\n2\n/gone/cell.abf\nC:\\gone\\step.stm\ncell.abf\nstep.stm\n");
+  for (const bool dropped : {true, false}) {
+    SCOPED_TRACE(dropped);
+    EXPECT_EQ(Shown(Opened("set.lst", dropped)), Texts{});
+    EXPECT_EQ(Fit.FitWaveCount, 2);
+    EXPECT_EQ(Fit.FitListName, folder.File("set.lst"));
+    EXPECT_EQ(Model.ModelFileName, folder.File("scheme.mod"));
+    EXPECT_EQ(Fit.Wave[2].DataLength, 50'000);
+    EXPECT_EQ(Fit.Wave[2].StimLength, 100);
+  }
+}
+
+TEST_F(NamedFilesTest, FilesOfAListThatAreMissingAreAskedForAndEndItWhenThereAreNone) {
+  const std::string model = "Read Parameters: cannot open " + folder.File("none.mod");
+  const std::string data = "Read ASCII or Binary Data File to Fit";
+  const std::string stimulus = "Read Binary Stimulus Profile for Fitting";
+  List("none.mod\n2\nnone.abf\nstep.stm\ncell.abf\nnone.stm\n");
+  for (const bool dropped : {true, false}) {
+    EXPECT_EQ(Shown(Opened("set.lst", dropped)), (Texts{model, data})) << "all dialogs are cancelled";
+    EXPECT_EQ(Fit.FitWaveCount, 0);
+    EXPECT_EQ(Model.ModelFileName, "") << "the former model stays";
+  }
+  const std::string chosen = "choose cancel\nchoose " + folder.File("cell.abf") + "\nchoose ";
+  EXPECT_EQ(Shown(Opened("set.lst", true, chosen + "cancel\n")), (Texts{model, data, stimulus}));
+  EXPECT_EQ(Fit.FitWaveCount, 1) << "the pairs so far stay";
+  Opened("set.lst", true, chosen + folder.File("step.stm") + "\n");
+  EXPECT_EQ(Fit.FitWaveCount, 2);
+  EXPECT_EQ(Fit.Wave[1].DataName, "cell.abf");
+  EXPECT_EQ(Fit.Wave[2].StimName, "step.stm");
+}
+
+TEST_F(NamedFilesTest, ATableBringsItsModelAndRecording) {
+  for (const bool dropped : {true, false}) {
+    SCOPED_TRACE(dropped);
+    EXPECT_EQ(Shown(Opened("cell.tbl", dropped)), Texts{});
+    EXPECT_EQ(Analysis.TableRow, 4);
+    EXPECT_EQ(Analysis.Rows[3].episode, 3);
+    EXPECT_EQ(Trace.TraceFileName, folder.File("cell.abf"));
+    EXPECT_EQ(Trace.EpisodeCount, 3);
+    EXPECT_EQ(Model.ModelFileName, folder.File("scheme.mod"));
+  }
+  std::filesystem::remove(folder.File("cell.abf"));
+  for (const bool dropped : {true, false}) {
+    EXPECT_EQ(Shown(Opened("cell.tbl", dropped)), Texts{"IO Error 100: FileOpen failed"});
+    EXPECT_EQ(Analysis.TableRow, 1) << "rows without their recording are not shown";
+  }
+}
+
+TEST_F(NamedFilesTest, FilesThatOnlyBearTheNameAreToldAndChangeNothing) {
+  for (const char* name : {"set.lst", "cell.tbl"}) {
+    WriteWholeFile(folder.File(name), "no such file\n");
+    for (const bool dropped : {true, false}) {
+      EXPECT_EQ(Shown(Opened(name, dropped)), Texts{"IO Error 103: Wrong File Format"}) << name;
+      EXPECT_EQ(Fit.FitWaveCount, 0);
+      EXPECT_EQ(Analysis.TableRow, 1);
+    }
+  }
+  EXPECT_EQ(Shown(Opened("missing.lst", true)), Texts{"IO Error 100: FileOpen failed"});
+  EXPECT_EQ(Shown(Opened("missing.tbl", true)), Texts{"IO Error 100: FileOpen failed"});
+  EXPECT_EQ(Shown(Opened("missing.lst", false)), Texts{}) << "an argument that names no file is passed over";
+}
+
+}  // namespace
+}  // namespace zelvane
