@@ -9,7 +9,7 @@ enum class Outcome {
   Done,
   Stopped,  // by the user, before the end
   Refused,  // nothing was begun: a question was answered no, a dialog cancelled, or the settings allow no start
-  Failed,   // begun and not finished; the user has been told why
+  Failed,  // begun and not finished; the user has been told why
 };
 
 }  // namespace zelvane

@@ -1,0 +1,186 @@
+// What README, manual and the page of the command language show runs as they show it.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <set>
+#include <sstream>
+
+#include "headless/drive/drive_session.h"
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path Source = ZELVANE_SOURCE;
+
+struct ShellResult {
+  int status = -1;
+  std::string out;
+};
+
+ShellResult Shell(const std::string& command) {
+  ShellResult result;
+  FILE* pipe = popen(command.c_str(), "r");
+  if (pipe == nullptr) return result;
+  std::array<char, 4096> block{};
+  while (const std::size_t got = std::fread(block.data(), 1, block.size(), pipe))
+    result.out.append(block.data(), got);
+  const int status = pclose(pipe);
+  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return result;
+}
+
+/// A block of code of a page: lines indented by four blanks, or between fences.
+struct Block {
+  std::string page;
+  int line = 0;  // of its first line
+  std::string text;
+};
+
+std::vector<Block> BlocksOf(const fs::path& page) {
+  std::vector<Block> blocks;
+  std::istringstream lines(ReadWholeFile(page.string()));
+  bool fenced = false;
+  bool open = false;
+  int number = 0;
+  for (std::string line; std::getline(lines, line);) {
+    ++number;
+    if (line.starts_with("```")) {
+      fenced = !fenced;
+      open = false;
+      continue;
+    }
+    const bool indented = line.starts_with("    ");
+    if (!fenced && !indented) {
+      open = open && line.empty();  // a blank line may stand within a block
+      continue;
+    }
+    if (!open) blocks.push_back({page.filename().string(), number, {}});
+    open = true;
+    blocks.back().text += (indented ? line.substr(4) : line) + '\n';
+  }
+  return blocks;
+}
+
+std::vector<Block> AllBlocks() {
+  std::vector<fs::path> pages{Source / "README.md", Source / "docs" / "drive.md"};
+  for (const auto& entry : fs::directory_iterator(Source / "docs" / "manual")) {
+    if (entry.path().extension() == ".md") pages.push_back(entry.path());
+  }
+  std::vector<Block> blocks;
+  for (const fs::path& page : pages) {
+    for (Block& block : BlocksOf(page)) blocks.push_back(std::move(block));
+  }
+  return blocks;
+}
+
+/// A block for the shell, not a summary of a command's usage.
+bool IsShell(const Block& block) {
+  const bool calls =
+      block.text.find("zelvane-cli ") != std::string::npos || block.text.find("$cli ") != std::string::npos;
+  const bool usage =
+      block.text.find("MODEL.mod") != std::string::npos || block.text.find("...]") != std::string::npos;
+  return calls && !usage && !block.text.starts_with("$ ");
+}
+
+std::set<std::string> CommandTable() {
+  std::set<std::string> names;
+  for (const std::span<const DriveCommand> commands : {ActionCommands(), QueryCommands()}) {
+    for (const DriveCommand& command : commands) names.emplace(command.name);
+  }
+  return names;
+}
+
+/// A script of the command language, without the command line that reads it: every line begins with one of the
+/// language's commands. Empty for any other block.
+std::string ScriptIn(const Block& block) {
+  constexpr std::string_view Reader = "$ ./run drive\n";
+  std::string script = block.text.starts_with(Reader) ? block.text.substr(Reader.size()) : block.text;
+  const std::set<std::string> commands = CommandTable();
+  std::istringstream lines(script);
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.empty() && !commands.contains(line.substr(0, line.find(' ')))) return {};
+  }
+  return script;
+}
+
+/// A folder in which the documents' relative paths lead to what they name.
+class DocumentsTest : public ::testing::Test {
+ protected:
+  DocumentsTest() {
+    fs::create_directories(folder.Path() / "build/run/src/apps");
+    fs::create_symlink(ZELVANE_CLI, folder.Path() / "build/run/src/apps/zelvane-cli");
+    fs::create_symlink(ZELVANE_CLI, folder.Path() / "zelvane-cli");
+    fs::create_directory_symlink(Source / "data", folder.Path() / "data");
+    fs::copy_file(Recordings + "abf1/130618-1-12.abf", folder.Path() / "cell.abf");
+  }
+
+  ShellResult Run(const std::string& script) {
+    const std::string path = folder.Written("script.sh", script);
+    return Shell("cd '" + folder.Path().string() + "' && PATH=\"$PWD:$PATH\" bash -eu '" + path +
+                 "' < /dev/null 2>&1");
+  }
+
+  TemporaryFolder folder;
+};
+
+TEST_F(DocumentsTest, ShellCommandsRunAsWritten) {
+  int found = 0;
+  for (const Block& block : AllBlocks()) {
+    if (!IsShell(block)) continue;
+    ++found;
+    const ShellResult result = Run("cli=zelvane-cli\n" + block.text);
+    EXPECT_EQ(result.status, 0) << block.page << ", line " << block.line << '\n' << block.text << result.out;
+  }
+  EXPECT_GE(found, 5);
+}
+
+TEST_F(DocumentsTest, ScriptsOfTheCommandLanguageRunAsWritten) {
+  int found = 0;
+  for (const Block& block : AllBlocks()) {
+    const std::string script = ScriptIn(block);
+    if (script.empty()) continue;
+    ++found;
+    folder.Written("script.drive", script);
+    const ShellResult result = Run("zelvane-cli drive --dir data script.drive\n");
+    EXPECT_EQ(result.status, 0) << block.page << ", line " << block.line << '\n' << result.out;
+    EXPECT_EQ(result.out.find("\"error\""), std::string::npos) << block.page << '\n' << result.out;
+  }
+  EXPECT_GE(found, 2);
+}
+
+/// "$ command" followed by the objects that it writes.
+TEST_F(DocumentsTest, PrintedAnswersAreThoseOfTheProgram) {
+  int found = 0;
+  for (const Block& block : AllBlocks()) {
+    const std::size_t end = block.text.find('\n');
+    if (!block.text.starts_with("$ ") || block.text[end + 1] != '{') continue;
+    ++found;
+    EXPECT_EQ(Run(block.text.substr(2, end - 2)).out, block.text.substr(end + 1)) << block.page;
+  }
+  EXPECT_GE(found, 1);
+}
+
+TEST(CommandLanguagePage, NamesEveryCommandAndNoOther) {
+  std::istringstream lines(ReadWholeFile((Source / "docs" / "drive.md").string()));
+  std::set<std::string> named;
+  for (std::string line; std::getline(lines, line) && !line.starts_with("## Events");) {
+    if (!line.starts_with("| `")) continue;
+    const std::string_view cell = std::string_view(line).substr(0, line.find(" | "));
+    for (std::size_t tick = cell.find('`'); tick != std::string_view::npos; tick = cell.find('`', tick + 1)) {
+      const std::size_t close = cell.find('`', tick + 1);
+      const std::string_view words = cell.substr(tick + 1, close - tick - 1);
+      named.emplace(words.substr(0, words.find(' ')));
+      tick = close;
+    }
+  }
+  EXPECT_EQ(named, CommandTable());
+}
+
+}  // namespace
+}  // namespace zelvane
