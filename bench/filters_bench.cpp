@@ -12,7 +12,7 @@
 
 #include "noise/gaussian_filter.h"
 #include "noise/plain_convolution.h"
-#include "platform/butterworth.h"
+#include "numerics/butterworth.h"
 #include "rscm/rs_circuit.h"
 
 namespace zelvane {

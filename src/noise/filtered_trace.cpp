@@ -8,7 +8,7 @@
 #include "io/trace_store.h"
 #include "model/model_store.h"
 #include "noise/noise_store.h"
-#include "platform/butterworth.h"
+#include "numerics/butterworth.h"
 #include "screen/popups.h"
 
 namespace zelvane {

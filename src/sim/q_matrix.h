@@ -9,7 +9,7 @@
 
 #include <vector>
 
-#include "sim/dense_matrix.h"
+#include "numerics/dense_matrix.h"
 
 namespace zelvane {
 

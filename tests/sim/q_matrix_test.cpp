@@ -7,7 +7,7 @@
 #include <numeric>
 #include <random>
 
-#include "sim/eigenvalues.h"
+#include "numerics/eigenvalues.h"
 #include "sim/run_fixtures.h"
 #include "stimulus/stimulus.h"
 #include "support/pressing.h"

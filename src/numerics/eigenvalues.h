@@ -8,7 +8,7 @@
 
 #include <vector>
 
-#include "sim/dense_matrix.h"
+#include "numerics/dense_matrix.h"
 
 namespace zelvane {
 

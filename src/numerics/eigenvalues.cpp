@@ -1,7 +1,7 @@
 // Balancing (Parlett & Reinsch 1969), elimination to Hessenberg form (Martin & Wilkinson 1968) and the
 // shifted QR iteration (Martin, Peters & Wilkinson 1970); Wilkinson & Reinsch (1971), Handbook for Automatic
 // Computation II, chapters II/11, II/13 and II/14.
-#include "sim/eigenvalues.h"
+#include "numerics/eigenvalues.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 // Butterworth filters: their gain, from the response to an impulse, against the closed forms
 // |H|^2 = 1 / (1 + r^-2n) and 1 / (1 + q^2n). r and q are the ratios of the warped frequencies.
-#include "platform/butterworth.h"
+#include "numerics/butterworth.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // Second-order sections of a cascade run side by side: at each step of the clock section k takes the sample
 // that section k - 1 gave a step before, so that all of them can work at once, one lane each. The output is
 // late by one step a section, and is put back to its place.
-#include "platform/butterworth.h"
+#include "numerics/butterworth.h"
 
 #include <algorithm>
 #include <array>
