@@ -16,10 +16,10 @@
 
 #include "bench_models.h"
 #include "model/rate_dependence.h"
+#include "numerics/spline.h"
 #include "sim/adaptive_step.h"
 #include "sim/fixed_step.h"
 #include "sim/result_store.h"
-#include "sim/saved_steps.h"
 
 namespace zelvane {
 namespace {

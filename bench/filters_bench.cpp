@@ -10,9 +10,9 @@
 #include <random>
 #include <vector>
 
-#include "noise/gaussian_filter.h"
-#include "noise/plain_convolution.h"
 #include "numerics/butterworth.h"
+#include "numerics/gaussian_kernel.h"
+#include "numerics/plain_convolution.h"
 #include "rscm/rs_circuit.h"
 
 namespace zelvane {

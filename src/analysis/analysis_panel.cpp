@@ -13,6 +13,7 @@
 #include "fit/fit_store.h"
 #include "io/trace_store.h"
 #include "model/model_store.h"
+#include "numerics/rounding.h"
 #include "screen/screen.h"
 
 namespace zelvane {

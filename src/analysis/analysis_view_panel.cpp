@@ -11,6 +11,7 @@
 #include "analysis/measures.h"
 #include "io/trace_store.h"
 #include "model/model_store.h"
+#include "numerics/rounding.h"
 #include "screen/pyramid.h"
 #include "screen/screen.h"
 

@@ -6,8 +6,8 @@
 
 #include "analysis/internal/sliding_window.h"
 #include "fit/fit_store.h"
-#include "model/model.h"
 #include "model/model_store.h"
+#include "numerics/rounding.h"
 
 namespace zelvane {
 namespace {
@@ -170,12 +170,6 @@ void MeasureDecayTimes(std::span<const float> trace, float intervalMs, float lev
 }
 
 }  // namespace
-
-int WholeSamples(float samples) {
-  if (std::isnan(samples)) return 0;
-  constexpr auto highest = static_cast<double>(std::numeric_limits<int>::max());
-  return static_cast<int>(std::clamp(std::trunc(static_cast<double>(samples)), -highest, highest));
-}
 
 MeasureSettings StoredMeasureSettings() {
   MeasureSettings settings;

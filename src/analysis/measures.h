@@ -71,9 +71,6 @@ void DecayOf(std::span<const float> trace, const MeasureSettings& settings, Resp
 RiseFault MeasureResponse(std::span<const float> trace, const MeasureSettings& settings,
                           ResponseMeasures& measures);
 
-/// A time or quotient cut to whole samples; beyond an int the nearest bound, nan gives 0.
-int WholeSamples(float samples);
-
 /// Level of the decay and width measures and of the rise latency, in trace units.
 float DecayLevel(const MeasureSettings& settings, const ResponseMeasures& measures);
 float LatencyLevel(const MeasureSettings& settings, const ResponseMeasures& measures);

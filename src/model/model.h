@@ -4,7 +4,7 @@
 //                           CopyGridToTable  CopyTableToGrid
 //   Clearing                ClearModel  ClearGridModel  ClearTableModel
 //   Rates and their names   RateCode  DependsOnStimulus  LinkKd
-//   Run settings            LimitNumPoints  ForceMultiSubunit  RoundCount
+//   Run settings            LimitNumPoints  ForceMultiSubunit
 //
 // Fields are in model_store.h; panels in model_panels.h; the stimulus factor in rate_dependence.h.
 #pragma once
@@ -67,9 +67,5 @@ void LimitNumPoints();
 /// While `Model.MultiSubunit` is 1: forces StartAtEquilibrium, NumIntervals, ReseedSimulation, AutoAnalyze
 /// and ShowAllTraces to 0 and NumRuns to 1.
 void ForceMultiSubunit();
-
-/// A float turned into a count through two decimals of text: 2.999 gives 3, 2.994 gives 2. Beyond the range
-/// of an int the nearest bound; nan gives 0.
-int RoundCount(double value);
 
 }  // namespace zelvane

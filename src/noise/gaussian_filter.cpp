@@ -1,10 +1,8 @@
 #include "noise/gaussian_filter.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "model/model_store.h"
 #include "noise/noise_store.h"
+#include "numerics/gaussian_kernel.h"
 #include "screen/popups.h"
 
 namespace zelvane {
@@ -14,69 +12,28 @@ constexpr char Aliasing[] = "Aliasing in data record at selecting filter frequen
 constexpr char TooHeavy[] = "Requested filtering is too heavy; too many points to filter.";
 constexpr char TooLight[] = "Requested filtering is too light; too few points to filter.";
 
-/// sqrt(ln 2) / (2 pi): the standard deviation of a Gaussian kernel, in samples, times the normalised corner.
-constexpr float SigmaTimesCorner = 0.132505F;
-/// Below this standard deviation the kernel is narrower than the samples lie apart, and three coefficients
-/// serve.
-constexpr float NarrowSigma = 0.62F;
-constexpr float SigmasCovered = 4.0F;  // the kernel is cut here, on each side
-constexpr int MarginPoints = 10;       // a record must be this much longer than twice the kernel's half
-
 void Warn(const char* text) {
   if (Model.FitActive == 0) MessagePopup(WarningTitle, text);
 }
 
-/// Three coefficients with the variance of the Gaussian.
-void SetNarrowKernel(GaussianKernel& kernel, float sigma) {
-  kernel.half = 1;
-  kernel.coefficient[1] = sigma * sigma / 2.0F;
-  kernel.coefficient[0] = 1.0F - 2.0F * kernel.coefficient[1];
-}
-
-void SetSampledKernel(GaussianKernel& kernel, float sigma) {
-  const auto sides = std::span(kernel.coefficient).first(static_cast<std::size_t>(kernel.half) + 1);
-  const float b = -1.0F / (2.0F * sigma * sigma);
-  float sum = 0.5F;
-  sides[0] = 1.0F;
-  for (std::size_t i = 1; i < sides.size(); ++i) {
-    const auto distance = static_cast<float>(i);
-    // The double exponential, narrowed: libraries agree on it where their 32-bit ones differ in the last bit.
-    sides[i] = static_cast<float>(std::exp(static_cast<double>(b * distance * distance)));
-    sum += sides[i];
-  }
-  for (float& coefficient : sides) coefficient /= 2.0F * sum;
-}
-
 }  // namespace
-
-GaussianKernel MakeGaussianKernel(float corner) {
-  GaussianKernel kernel;
-  const float sigma = SigmaTimesCorner / corner;
-  if (sigma < NarrowSigma) {
-    SetNarrowKernel(kernel, sigma);
-    return kernel;
-  }
-  constexpr auto beyond = static_cast<float>(MaxKernelHalf + 1);
-  kernel.half = static_cast<int>(std::min(SigmasCovered * sigma, beyond));
-  if (kernel.half <= MaxKernelHalf) SetSampledKernel(kernel, sigma);
-  return kernel;
-}
 
 void GaussianFilter(std::span<float> trace, float fc) {
   if (!(fc > 0.0F) || !(Model.ADInterval > 0.0F)) return;
   const float corner = fc / (1.0F / Model.ADInterval);
-  if (corner > 0.5F) Warn(Aliasing);
-  const GaussianKernel kernel = MakeGaussianKernel(corner);
-  if (kernel.half > MaxKernelHalf) {
-    Warn(TooHeavy);
-    return;
+  switch (GaussianLowPass(trace, corner, Noise.RecordPoints)) {
+    case LowPassOutcome::Aliased:
+      Warn(Aliasing);
+      break;
+    case LowPassOutcome::TooHeavy:
+      Warn(TooHeavy);
+      break;
+    case LowPassOutcome::TooLight:
+      Warn(TooLight);
+      break;
+    default:
+      break;
   }
-  // The narrow kernel of three coefficients fits every record.
-  if (kernel.half > 1 && 2 * kernel.half + MarginPoints > Noise.RecordPoints) {
-    Warn(TooLight);
-    return;
-  }
-  ConvolveInPlace(trace, kernel);
 }
 
 }  // namespace zelvane

@@ -8,9 +8,9 @@
 #include "model/model_store.h"
 #include "noise/gaussian_filter.h"
 #include "noise/noise_store.h"
+#include "numerics/random.h"
 #include "screen/screen.h"
 #include "shell/trace_views.h"
-#include "sim/random.h"
 #include "sim/run.h"
 #include "sim/run_panel.h"
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "sim/random.h"
+#include "numerics/random.h"
 
 namespace zelvane {
 namespace {

@@ -2,7 +2,7 @@
 #include <cmath>
 
 #include "noise/noise_store.h"
-#include "sim/random.h"
+#include "numerics/random.h"
 #include "sim/run_fixtures.h"
 
 namespace zelvane {

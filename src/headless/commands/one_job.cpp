@@ -7,11 +7,11 @@
 #include <iostream>
 
 #include "io/model_file.h"
+#include "numerics/random.h"
 #include "platform/terminal.h"
 #include "screen/screen.h"
 #include "shell/application.h"
 #include "shell/stores.h"
-#include "sim/random.h"
 #include "sim/result_store.h"
 
 namespace zelvane {

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "noise/gaussian_filter.h"
+#include "numerics/gaussian_kernel.h"
 
 namespace zelvane {
 

@@ -10,7 +10,7 @@
 #include <cstring>
 #include <span>
 
-#include "noise/gaussian_filter.h"
+#include "numerics/gaussian_kernel.h"
 #include "platform/vector_clones.h"
 
 namespace zelvane {

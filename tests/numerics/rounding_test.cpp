@@ -1,17 +1,18 @@
-// Bounds and forced values of the run settings.
+#include "numerics/rounding.h"
+
+#include <gtest/gtest.h>
+
 #include <climits>
 #include <cmath>
 #include <limits>
+#include <string>
 
-#include "model/model.h"
-#include "support/store_test.h"
+#include "screen/popups.h"
 
 namespace zelvane {
 namespace {
 
-using RunLimitsTest = StoreTest;
-
-TEST_F(RunLimitsTest, ACountIsRoundedToTwoDecimalsThenCutAndHeldToItsRange) {
+TEST(RoundCountTest, IsRoundedToTwoDecimalsThenCutAndHeldToItsRange) {
   constexpr double Infinity = std::numeric_limits<double>::infinity();
   struct Case {
     double value;
@@ -24,7 +25,7 @@ TEST_F(RunLimitsTest, ACountIsRoundedToTwoDecimalsThenCutAndHeldToItsRange) {
   }
 }
 
-TEST_F(RunLimitsTest, ACountAgreesWithPrintedText) {
+TEST(RoundCountTest, AgreesWithPrintedText) {
   // Thousandths of a count, as doubles and as floats: each is a tie in decimal, none in binary.
   for (int thousandths = 0; thousandths < 5000; ++thousandths) {
     for (const double value :

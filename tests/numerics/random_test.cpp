@@ -1,5 +1,5 @@
 // The random generators: against their plain form, and seeding.
-#include "sim/random.h"
+#include "numerics/random.h"
 
 #include <gtest/gtest.h>
 

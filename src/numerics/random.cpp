@@ -1,11 +1,11 @@
-#include "sim/random.h"
+#include "numerics/random.h"
 
 #include <cmath>
 #include <cstddef>
 #include <optional>
 
-#include "model/model.h"
-#include "sim/internal/lanes.h"
+#include "numerics/rounding.h"
+#include "platform/vector_clones.h"
 
 namespace zelvane {
 namespace {
