@@ -15,11 +15,11 @@
 #include "bench_times.h"
 #include "io/model_file.h"
 #include "model/model.h"
-#include "numerics/random.h"
 #include "shell/application.h"
 #include "shell/stores.h"
 #include "sim/monte_carlo_loop.h"
 #include "sim/plain_monte_carlo.h"
+#include "sim/program_random.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
 #include "stimulus/stimulus_store.h"
@@ -48,7 +48,7 @@ void Load(const char* file, BenchStimulus stimulus, int channels, int points, fl
 }
 
 void Fast() {
-  SetSeeds(Seeds);
+  SetSeeds(ProgramRandom, Seeds);
   RunSimulation(Model.NumPoints);
 }
 

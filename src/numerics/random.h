@@ -1,46 +1,74 @@
-// The random generators of the whole program.
+// Streams of random values.
 //
-// There is one stream of uniform values, and its order is part of what the program computes: the same seeds
-// give the same channels. Who draws, and in which order, during a simulation of single channels:
-//   1. each run, with a Gaussian number of channels: one GaussianNoise (pairs of uniform values until one
-//      pair falls into the unit circle; every second call draws nothing);
-//   2. each sweep: the channels one after the other, sorted by the state that they start in;
-//   3. each dwell of a channel: one value for the next state where two or more can follow, then one for the
-//      duration (constant rates) or one for each point (rates that depend on the stimulus); see
-//      monte_carlo.h;
-//   4. the trace of each run, with noise added: one GaussianNoise a point, in the order of time.
+// A stream is an object that its owner passes on: two streams know nothing of each other, and the same seeds
+// give the same values. The order in which a program draws from one is part of what it computes.
+//
+//   Values    UniformRandom  GaussianNoise
+//   Seeding   SetSeeds  SeedGenerators
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 namespace zelvane {
 
-/// Values of UniformRandom drawn ahead of their use. DrawAhead refills it.
-struct UniformStream {
-  std::array<double, 512> value{};
+/// Multipliers and moduli of the three generators of AS 183.
+struct Congruence {
+  std::uint32_t multiplier;
+  std::uint32_t modulus;
+};
+inline constexpr std::array<Congruence, 3> RandomGenerators{{{171, 30269}, {172, 30307}, {170, 30323}}};
+
+/// Values made side by side: seed n + RandomStrides follows from seed n by the multiplier to the power of
+/// RandomStrides.
+inline constexpr std::size_t RandomStrides = 16;
+
+/// The next RandomStrides seeds of each generator.
+using SeedStrides = std::array<std::array<std::uint32_t, RandomStrides>, RandomGenerators.size()>;
+
+/// The strides of the three seeds, which are whole and 1..modulus - 1.
+constexpr SeedStrides StridesFrom(const std::array<std::uint32_t, RandomGenerators.size()>& seeds) {
+  SeedStrides strides{};
+  for (std::size_t k = 0; k < RandomGenerators.size(); ++k) {
+    std::uint32_t seed = seeds[k];
+    for (std::uint32_t& next : strides[k]) {
+      seed = RandomGenerators[k].multiplier * seed % RandomGenerators[k].modulus;
+      next = seed;
+    }
+  }
+  return strides;
+}
+
+/// The Wichmann-Hill generator AS 183 (Applied Statistics 31, 188, 1982) with its seeds 1, 2 and 3 until others
+/// are set. A stream belongs to one thread at a time.
+struct RandomStream {
+  // -- Values drawn ahead of their use; DrawAhead refills them --
+  std::array<double, 512> ahead{};
   std::size_t next = 0;
   std::size_t end = 0;
+  // -- Generators --
+  SeedStrides seeds = StridesFrom({1, 2, 3});
+  std::optional<float> held;  // second value of a Gaussian pair
 };
-inline UniformStream Ahead;
-void DrawAhead();
 
-/// One value in the open interval (0, 1): the Wichmann-Hill generator AS 183 (Applied Statistics 31, 188,
-/// 1982) over the three seeds of the process. A result of exactly 0 is thrown away.
-inline double UniformRandom() {
-  if (Ahead.next == Ahead.end) DrawAhead();
-  return Ahead.value[Ahead.next++];
+void DrawAhead(RandomStream& stream);
+
+/// One value in the open interval (0, 1). A result of exactly 0 is thrown away.
+inline double UniformRandom(RandomStream& stream) {
+  if (stream.next == stream.end) DrawAhead(stream);
+  return stream.ahead[stream.next++];
 }
 
 /// One value of a normal distribution with mean 0 and standard deviation 1, by the polar Box-Muller method
 /// (Marsaglia & Bray 1964). Values come in pairs; the second is held for the next call.
-float GaussianNoise();
+float GaussianNoise(RandomStream& stream);
 
 /// Seeds the generators from a clock reading, then from their own first numbers.
-void SeedGenerators(std::uint32_t clock);
+void SeedGenerators(RandomStream& stream, std::uint32_t clock);
 
 /// Sets the three seeds and drops a held Gaussian value.
-void SetSeeds(const std::array<double, 3>& seeds);
+void SetSeeds(RandomStream& stream, const std::array<double, 3>& seeds);
 
 }  // namespace zelvane

@@ -17,7 +17,6 @@
 #include "io/trace_write.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
-#include "numerics/random.h"
 #include "platform/folders.h"
 #include "rscm/rs_correct.h"
 #include "rscm/rscm_panel.h"
@@ -33,6 +32,7 @@
 #include "shell/transform_panel.h"
 #include "shell/undo.h"
 #include "shell/zoom_graph.h"
+#include "sim/program_random.h"
 #include "sim/q_matrix_panel.h"
 #include "sim/run_hooks.h"
 #include "sim/run_panel.h"
@@ -68,7 +68,8 @@ std::string ConfigFile(const StartOptions& options) {
 void SeedAtStart(const StartOptions& options) {
   if (options.seeds) return;
   const auto now = std::chrono::system_clock::now().time_since_epoch();
-  SeedGenerators(static_cast<std::uint32_t>(std::chrono::duration_cast<std::chrono::seconds>(now).count()));
+  SeedGenerators(ProgramRandom,
+                 static_cast<std::uint32_t>(std::chrono::duration_cast<std::chrono::seconds>(now).count()));
 }
 
 /// Without a readable "config.mod" the program stands at its initial values and asks for no file.
@@ -236,7 +237,7 @@ void StartApplication(const StartOptions& options) {
   OpenNamedFiles(options);
   StartUndo();
   WatchForRecorder();
-  if (options.seeds) SetSeeds(*options.seeds);
+  if (options.seeds) SetSeeds(ProgramRandom, *options.seeds);
 }
 
 }  // namespace zelvane

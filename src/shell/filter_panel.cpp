@@ -8,9 +8,9 @@
 #include "model/model_store.h"
 #include "noise/gaussian_filter.h"
 #include "noise/noise_store.h"
-#include "numerics/random.h"
 #include "screen/screen.h"
 #include "shell/trace_views.h"
+#include "sim/program_random.h"
 #include "sim/run.h"
 #include "sim/run_panel.h"
 
@@ -44,7 +44,8 @@ void FxnRectNoise(const ControlEvent&) {
   Trace.TraceValid = 1;
   TakeTyped(MeanField);
   const float mean = Noise.NoiseMean;
-  for (float& sample : TraceToWrite(Model.NumPoints)) sample += mean + static_cast<float>(UniformRandom());
+  for (float& sample : TraceToWrite(Model.NumPoints))
+    sample += mean + static_cast<float>(UniformRandom(ProgramRandom));
   RefreshTraceViews();
 }
 
@@ -54,7 +55,8 @@ void FxnCreateGaussNoise(const ControlEvent&) {
   TakeTyped(DeviationField);
   const float mean = Noise.NoiseMean;
   const float deviation = Model.AutoNoiseSTD;
-  for (float& sample : TraceToWrite(Model.NumPoints)) sample += mean + deviation * GaussianNoise();
+  for (float& sample : TraceToWrite(Model.NumPoints))
+    sample += mean + deviation * GaussianNoise(ProgramRandom);
   RefreshTraceViews();
 }
 

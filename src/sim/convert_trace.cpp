@@ -6,9 +6,9 @@
 #include "io/trace_store.h"
 #include "model/model_store.h"
 #include "noise/gaussian_filter.h"
-#include "numerics/random.h"
 #include "screen/popups.h"
 #include "sim/internal/ohmic_drive.h"
+#include "sim/program_random.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
 #include "sim/run_hooks.h"
@@ -65,7 +65,7 @@ void AddState(std::size_t state, std::span<float> trace) {
 }
 
 void AddNoise(std::span<float> trace) {
-  for (float& sample : trace) sample += Model.AutoNoiseSTD * GaussianNoise();
+  for (float& sample : trace) sample += Model.AutoNoiseSTD * GaussianNoise(ProgramRandom);
 }
 
 }  // namespace

@@ -5,8 +5,6 @@
 #include <cstddef>
 #include <optional>
 
-#include "numerics/random.h"
-
 namespace zelvane {
 namespace {
 
@@ -26,10 +24,10 @@ struct ChannelDwell {
   bool ends = false;   // the sweep
 };
 
-int ChooseNext(const StateExits& exits) {
+int ChooseNext(RandomStream& random, const StateExits& exits) {
   const std::size_t last = exits.count - std::size_t{1};
   if (last == 0) return exits.next[0];
-  const double u = UniformRandom();
+  const double u = UniformRandom(random);
   std::size_t k = 0;
   while (k < last && !(u < exits.bound[k])) ++k;
   return exits.next[k];
@@ -38,8 +36,8 @@ int ChooseNext(const StateExits& exits) {
 ChannelDwell DwellAtConstantRates(const ChannelSweep& sweep, const StateExits& exits,
                                   const Channel& channel) {
   ChannelDwell dwell;
-  dwell.next = ChooseNext(exits);
-  dwell.d = static_cast<float>(exits.scaleMs * std::log(UniformRandom()));
+  dwell.next = ChooseNext(sweep.random, exits);
+  dwell.d = static_cast<float>(exits.scaleMs * std::log(UniformRandom(sweep.random)));
   dwell.points = std::min(WholePoints(dwell.d, sweep.intervalMs), sweep.numPoints + 1);
   dwell.moves = true;
   dwell.ends = channel.t + dwell.d > sweep.lengthMs;
@@ -56,13 +54,13 @@ float Passed(ChannelSweep& sweep, int points) {
 
 ChannelDwell DwellPointByPoint(ChannelSweep& sweep, const StateExits& exits, const Channel& channel) {
   ChannelDwell dwell;
-  dwell.next = ChooseNext(exits);
+  dwell.next = ChooseNext(sweep.random, exits);
   const int unchanged = exits.changeAt - channel.point;
   const double leave = exits.leave;
   int m = 0;
   while (!dwell.moves && m < unchanged) {
     ++m;
-    if (UniformRandom() <= leave) {
+    if (UniformRandom(sweep.random) <= leave) {
       dwell.moves = true;
     } else if (channel.t + Passed(sweep, m) > sweep.lengthMs) {
       dwell.moves = dwell.ends = true;

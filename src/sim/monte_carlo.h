@@ -7,11 +7,12 @@
 //
 //   A sweep     ChannelSweep
 //   A channel   SimulateChannel  WholePoints
-//   Its parts   state_exits.h  occupancy_counts.h  dwell_recorder.h  random.h
+//   Its parts   state_exits.h  occupancy_counts.h  dwell_recorder.h
 #pragma once
 
 #include <vector>
 
+#include "numerics/random.h"
 #include "sim/dwell_recorder.h"
 #include "sim/fixed_step.h"
 #include "sim/occupancy_counts.h"
@@ -37,6 +38,7 @@ inline constexpr int DwellWork = 32;
 
 /// All that the channels of a sweep share.
 struct ChannelSweep {
+  RandomStream& random;
   ExitBook& exits;
   OccupancyCounts& occupancy;
   DwellRecorder& recorder;

@@ -11,12 +11,12 @@
 #include "model/model.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
-#include "numerics/random.h"
 #include "numerics/rounding.h"
 #include "screen/popups.h"
 #include "sim/internal/ohmic_drive.h"
 #include "sim/internal/window_breath.h"
 #include "sim/monte_carlo.h"
+#include "sim/program_random.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
 #include "sim/run_hooks.h"
@@ -62,7 +62,7 @@ struct Loop {
   ExitBook exits;
   OccupancyCounts occupancy;
   DwellRecorder recorder{Dwell};
-  ChannelSweep sweep{exits, occupancy, recorder};
+  ChannelSweep sweep{ProgramRandom, exits, occupancy, recorder};
 
   // -- The present run --
   int channels = 0;
@@ -120,7 +120,8 @@ void ShowStatistics() {
 bool StartRun(Loop& loop) {
   if (TalksToUser()) ResetProgress();
   const bool drawn = Model.ChannelsGaussian != 0 && !loop.subunits;
-  loop.channels = ChannelsOfRun(loop.numChannels, drawn ? Model.ChannelsSTD * GaussianNoise() : 0.0F);
+  loop.channels =
+      ChannelsOfRun(loop.numChannels, drawn ? Model.ChannelsSTD * GaussianNoise(ProgramRandom) : 0.0F);
   if (loop.channels > MaxChannelsOfRun) {
     if (TalksToUser()) MessagePopup(ErrorTitle, FormatText(TooManyChannels, loop.channels, MaxChannelsOfRun));
     return false;

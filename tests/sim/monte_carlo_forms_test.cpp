@@ -70,7 +70,7 @@ class MonteCarloFormsTest : public RunTest {
       Model.StartOccupancy = start;
       PlainMonteCarlo plain(seeds);
       plain.Run();
-      SetSeeds(seeds);
+      SetSeeds(ProgramRandom, seeds);
       RunAsSet();
       ExpectSame(plain);
       Model.StartOccupancy = start;
@@ -205,7 +205,7 @@ TEST_F(MonteCarloFormsTest, TheGoldenRunStaysAsItIs) {
   Model.NumIntervals = 1;
   Model.ChannelsGaussian = 1;
   Model.ChannelsSTD = 10.0F;
-  SetSeeds(GoldenSeeds);
+  SetSeeds(ProgramRandom, GoldenSeeds);
   RunAsSet();
   const auto events = static_cast<std::size_t>(Dwell.NumIdealEvents);
   EXPECT_EQ(Dwell.OpenStateExits, 54);
@@ -216,7 +216,7 @@ TEST_F(MonteCarloFormsTest, TheGoldenRunStaysAsItIs) {
   EXPECT_EQ(Digest(Dwell.IdealDuration.first(events)), 12766830739214773190U);
   EXPECT_EQ(Digest(Dwell.IdealClass.first(events)), 13984001751468459755U);
   EXPECT_EQ(Digest(Result.Occupancy[4].first(401)), 13975046334508612388U);
-  EXPECT_NEAR(UniformRandom(), 0.970703, 1e-6);  // how many values were drawn
+  EXPECT_NEAR(UniformRandom(ProgramRandom), 0.970703, 1e-6);  // how many values were drawn
 }
 
 TEST(WholePointsTest, AreTheIntegerPartOfTheText) {

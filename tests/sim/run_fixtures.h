@@ -7,9 +7,9 @@
 #include "io/trace_store.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
-#include "numerics/random.h"
 #include "screen/screen.h"
 #include "sim/monte_carlo_loop.h"
+#include "sim/program_random.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
 #include "sim/run_panel.h"
@@ -23,7 +23,7 @@ namespace zelvane {
 class RunTest : public PanelTest {
  protected:
   RunTest() {
-    SetSeeds({1234.0, 5678.0, 9012.0});
+    SetSeeds(ProgramRandom, {1234.0, 5678.0, 9012.0});
     Model.StateOn[1] = Model.StateOn[2] = 1;
     Model.KOn[1] = 1000.0;
     Model.KOff[1] = 500.0;

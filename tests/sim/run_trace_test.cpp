@@ -2,7 +2,7 @@
 #include <cmath>
 
 #include "noise/noise_store.h"
-#include "numerics/random.h"
+#include "sim/program_random.h"
 #include "sim/run_fixtures.h"
 
 namespace zelvane {
@@ -63,7 +63,7 @@ TEST_F(RunTraceTest, AShortRunAfterALongOneLeavesZerosBehindIt) {
 }
 
 TEST_F(RunTraceTest, NoiseHasTheStandardDeviationAskedForAndIsFilteredAsWell) {
-  SetSeeds({{1.0, 2.0, 3.0}});
+  SetSeeds(ProgramRandom, {{1.0, 2.0, 3.0}});
   Model.NumPoints = Noise.RecordPoints = 20000;
   Model.StateMonitored[1] = 0;
   Model.AutoNoise = 1;

@@ -7,11 +7,11 @@
 #include <iostream>
 
 #include "io/model_file.h"
-#include "numerics/random.h"
 #include "platform/terminal.h"
 #include "screen/screen.h"
 #include "shell/application.h"
 #include "shell/stores.h"
+#include "sim/program_random.h"
 #include "sim/result_store.h"
 
 namespace zelvane {
@@ -113,11 +113,12 @@ void StartJob(const std::optional<Seeds>& seeds) {
   AddAllPanels();
   Screen.PanelTag = "MN";
   if (seeds) {
-    SetSeeds(*seeds);
+    SetSeeds(ProgramRandom, *seeds);
     return;
   }
   const auto now = std::chrono::system_clock::now().time_since_epoch();
-  SeedGenerators(static_cast<std::uint32_t>(std::chrono::duration_cast<std::chrono::seconds>(now).count()));
+  SeedGenerators(ProgramRandom,
+                 static_cast<std::uint32_t>(std::chrono::duration_cast<std::chrono::seconds>(now).count()));
 }
 
 bool ReadJobModel(const std::string& path, const JobStreams& streams) {
