@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "bench_models.h"
-#include "model/rate_dependence.h"
+#include "kinetics/rate_factor.h"
 #include "numerics/spline.h"
 #include "sim/adaptive_step.h"
 #include "sim/fixed_step.h"

@@ -3,10 +3,10 @@
 #include <limits>
 #include <string>
 
+#include "kinetics/rate_factor.h"
 #include "model/internal/scheme_panels.h"
 #include "model/model.h"
 #include "model/model_panels.h"
-#include "model/rate_dependence.h"
 
 namespace zelvane {
 namespace {

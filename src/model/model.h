@@ -6,7 +6,7 @@
 //   Rates and their names   RateCode  DependsOnStimulus  LinkKd
 //   Run settings            LimitNumPoints  ForceMultiSubunit
 //
-// Fields are in model_store.h; panels in model_panels.h; the stimulus factor in rate_dependence.h.
+// Fields are in model_store.h; panels in model_panels.h; the stimulus factor in kinetics/rate_factor.h.
 #pragma once
 
 #include <optional>

@@ -5,30 +5,16 @@
 #include <array>
 #include <string>
 
+#include "kinetics/scheme_tables.h"
+#include "platform/sweep_room.h"
+
 namespace zelvane {
 
-inline constexpr int MaxStates = 20;             // states are numbered 1..MaxStates
-inline constexpr int MaxLinks = 31;              // links of the grid are numbered 1..MaxLinks
-inline constexpr int MaxDrugs = 6;               // drugs are numbered 1..MaxDrugs
-inline constexpr int MaxPoints = 5'000'000;      // points in a run that was cut to the limit
-inline constexpr int MaxStimPoints = 5'000'001;  // samples of a stimulus profile, and the largest NumPoints
-inline constexpr int MaxConnections = 5;         // exits of a state that Monte Carlo takes
-inline constexpr int StateLabelBytes = 20;       // terminator included
-inline constexpr int DrugLabelBytes = 32;        // terminator included
-inline constexpr int TitleBytes = 300;           // terminator included
-inline constexpr int GridColumns = 5;            // the grid: four rows of five states
-
-/// Tables over ordered pairs of states are indexed [from][to] from 1; row and column 0 carry nothing.
-template <typename T>
-using StateTable = std::array<std::array<T, MaxStates + 1>, MaxStates + 1>;
-
-/// What a rate depends on, for every ordered pair of states.
-struct DependenceTables {
-  std::array<StateTable<int>, MaxDrugs + 1> Drug{};  // [drug][from][to], not 0 = times that concentration
-  StateTable<int> Volt{};         // 1 = depends on voltage; 2 can stand in a file, selects nothing
-  StateTable<float> Steepness{};  // elementary charges
-  StateTable<float> Range{};      // saved with the model, enters no rate
-};
+inline constexpr int MaxLinks = 31;         // links of the grid are numbered 1..MaxLinks
+inline constexpr int StateLabelBytes = 20;  // terminator included
+inline constexpr int DrugLabelBytes = 32;   // terminator included
+inline constexpr int TitleBytes = 300;      // terminator included
+inline constexpr int GridColumns = 5;       // the grid: four rows of five states
 
 /// Codes of ModelStore::SimulatorKind.
 inline constexpr int FixedStepIntegrator = 0;

@@ -5,7 +5,7 @@
 #include <bit>
 #include <cstdint>
 
-#include "model/rate_dependence.h"
+#include "kinetics/rate_factor.h"
 #include "sim/internal/lanes.h"
 
 namespace zelvane {

@@ -12,7 +12,7 @@
 #include <cstdint>
 #include <span>
 
-#include "model/model_store.h"
+#include "kinetics/scheme_tables.h"
 
 namespace zelvane {
 
@@ -25,14 +25,6 @@ inline constexpr std::size_t MaxTerms = std::size_t{2} * MaxRates;
 template <typename T>
 struct alignas(64) TermTable {
   std::array<std::array<T, MaxLanes>, MaxTermRows> row{};
-};
-
-/// What a scheme is compiled from: the tables of the model, indexed from 1.
-struct SchemeTables {
-  const StateTable<float>& rate;  // 1/s or 1/(M s), [from][to]
-  const DependenceTables& depend;
-  const std::array<int, MaxStates + 1>& on;  // not 0 = the state is available for occupancy
-  float temperature = 25.0F;                 // degrees Celsius
 };
 
 /// One way to depend on the stimulus, shared by all rates that have it.

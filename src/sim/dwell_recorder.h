@@ -9,7 +9,7 @@
 #include <array>
 #include <cstddef>
 
-#include "model/model_store.h"
+#include "kinetics/scheme_tables.h"
 #include "singlechannel/dwell_store.h"
 
 namespace zelvane {

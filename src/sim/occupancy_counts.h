@@ -14,7 +14,7 @@
 #include <span>
 #include <vector>
 
-#include "model/model_store.h"
+#include "kinetics/scheme_tables.h"
 #include "sim/fixed_step.h"
 
 namespace zelvane {

@@ -6,15 +6,16 @@
 #include <limits>
 #include <utility>
 
+#include "kinetics/rate_factor.h"
 #include "model/model.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
-#include "model/rate_dependence.h"
 #include "numerics/eigenvalues.h"
 #include "screen/popups.h"
 #include "sim/q_matrix_panel.h"
 #include "sim/result_store.h"
 #include "sim/run_panel.h"
+#include "stimulus/stimulus.h"
 
 namespace zelvane {
 namespace {
@@ -47,9 +48,9 @@ std::vector<int> PrepareRates() {
 }
 
 /// Rate times stimulus factor. A rate of 0 needs no factor.
-float EffectiveRate(int from, int to, int point) {
+float EffectiveRate(int from, int to, const StimulusValues& stimulus) {
   const float rate = Model.RateMatrix[static_cast<std::size_t>(from)][static_cast<std::size_t>(to)];
-  return rate == 0.0F ? 0.0F : rate * StimulusFactor(from, to, point);
+  return rate == 0.0F ? 0.0F : rate * RateFactor(Model.Depend, Model.Temperature, from, to, stimulus);
 }
 
 bool AllFinite(const DenseMatrix<float>& matrix) {
@@ -117,12 +118,13 @@ int StimulusPointAt(float timeMs) {
 QMatrix CompileQMatrix(int point) {
   QMatrix matrix;
   matrix.states = PrepareRates();
+  const StimulusValues stimulus = StimulusAt(point);
   const std::size_t n = matrix.states.size();
   matrix.rates = DenseMatrix<float>(n, n);
   for (std::size_t i = 0; i < n; ++i) {
     float sum = 0.0F;
     for (std::size_t j = 0; j < n; ++j) {
-      matrix.rates(i, j) = EffectiveRate(matrix.states[i], matrix.states[j], point);
+      matrix.rates(i, j) = EffectiveRate(matrix.states[i], matrix.states[j], stimulus);
       sum += matrix.rates(i, j);
     }
     matrix.rates(i, i) = 0.0F - sum;  // an empty row is 0, not -0

@@ -5,7 +5,8 @@
 #include <span>
 #include <string>
 
-#include "model/model_store.h"
+#include "kinetics/scheme_tables.h"
+#include "platform/sweep_room.h"
 
 namespace zelvane {
 

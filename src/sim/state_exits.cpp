@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "model/rate_dependence.h"
+#include "kinetics/rate_factor.h"
 
 namespace zelvane {
 namespace {

@@ -13,7 +13,7 @@
 #include <span>
 #include <vector>
 
-#include "model/model_store.h"
+#include "kinetics/scheme_tables.h"
 
 namespace zelvane {
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 
@@ -226,6 +228,14 @@ void FilterStim() {
 
 void FillVoltage(int first, int last) {
   SetLevel(SamplesWithin(Stimulus.Profile[0], first, last), HoldingVolts());
+}
+
+StimulusValues StimulusAt(int point) {
+  const auto sample = static_cast<std::size_t>(point);
+  assert(point >= 0 && sample < Stimulus.Profile[0].size());
+  StimulusValues values;
+  for (std::size_t k = 0; k < values.size(); ++k) values[k] = Stimulus.Profile[k][sample];
+  return values;
 }
 
 }  // namespace zelvane

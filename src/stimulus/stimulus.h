@@ -4,11 +4,14 @@
 //   Building       StimRebuild  CreateStim  CreateExpStim  CreateExp  CreateTrain  EraseStim  FilterStim
 //   Holding level  FillVoltage
 //   USER mode      SetStimFileReader
+//   At a point     StimulusAt
 //
 // Every creator first reads the panel (StimReadControls). Indices follow from times by truncation.
 #pragma once
 
 #include <string>
+
+#include "kinetics/rate_factor.h"
 
 namespace zelvane {
 
@@ -53,5 +56,8 @@ using StimFileReader = bool (*)(const std::string& path);
 /// Makes `reader` the one that USER mode uses and returns the former one. Without one a file counts as
 /// refused.
 StimFileReader SetStimFileReader(StimFileReader reader);
+
+/// Returns the seven profiles at point `point`, which must lie inside them.
+StimulusValues StimulusAt(int point);
 
 }  // namespace zelvane

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "model/rate_dependence.h"
+#include "kinetics/rate_factor.h"
 #include "sim/internal/cash_karp.h"
 
 namespace zelvane {

@@ -5,10 +5,11 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "kinetics/rate_factor.h"
 #include "model/model_store.h"
-#include "model/rate_dependence.h"
 #include "sim/monte_carlo_loop.h"
 #include "sim/state_exits.h"
+#include "stimulus/stimulus.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {
@@ -80,7 +81,7 @@ bool Depends(std::size_t k, int from, int to) {
 }
 
 float PlainMonteCarlo::Factor(int from, int to, int point) const {
-  return StimulusFactor(from, to, Inside(point));
+  return RateFactor(Model.Depend, Model.Temperature, from, to, StimulusAt(Inside(point)));
 }
 
 bool PlainMonteCarlo::StimulusChanged(int state, const std::vector<int>& exitStates, int noted,

@@ -7,8 +7,8 @@
 
 #include "headless/commands/one_job.h"
 #include "headless/commands/run_summary.h"
+#include "kinetics/rate_factor.h"
 #include "model/model_store.h"
-#include "model/rate_dependence.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {
