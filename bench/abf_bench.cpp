@@ -18,10 +18,10 @@
 #include <vector>
 
 #include "io/trace_read.h"
-#include "io/trace_store.h"
 #include "platform/abf/abf.h"
 #include "platform/abf/byte_source.h"
 #include "shell/stores.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -8,14 +8,14 @@
 #include <random>
 
 #include "desktop/graph/graph_widget.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "paint_count.h"
 #include "screen/pyramid.h"
 #include "shell/application.h"
 #include "shell/stores.h"
 #include "shell/zoom_graph.h"
-#include "sim/run_panel.h"
+#include "trace/trace_graph.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

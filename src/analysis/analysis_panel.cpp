@@ -11,10 +11,10 @@
 #include "analysis/internal/analysis_views.h"
 #include "analysis/measures.h"
 #include "fit/fit_store.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "numerics/rounding.h"
 #include "screen/screen.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

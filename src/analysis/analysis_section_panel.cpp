@@ -8,8 +8,8 @@
 #include "analysis/internal/analysis_views.h"
 #include "analysis/results_table.h"
 #include "io/trace_read.h"
-#include "io/trace_store.h"
 #include "screen/screen.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

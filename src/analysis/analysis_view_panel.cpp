@@ -9,11 +9,11 @@
 #include "analysis/analyze.h"
 #include "analysis/internal/analysis_views.h"
 #include "analysis/measures.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "numerics/rounding.h"
 #include "screen/pyramid.h"
 #include "screen/screen.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 

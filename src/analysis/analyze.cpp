@@ -1,7 +1,6 @@
 #include "analysis/analyze.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <optional>
 #include <set>
 
@@ -11,9 +10,10 @@
 #include "analysis/results_files.h"
 #include "analysis/results_table.h"
 #include "fit/fit_store.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
+#include "platform/file_names.h"
 #include "screen/popups.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -70,7 +70,7 @@ std::string DataFilePath() {
 }
 
 std::string DataFileName() {
-  return std::filesystem::path(DataFilePath()).filename().string();
+  return FileNameOf(DataFilePath());
 }
 
 int DataEpisode() {

@@ -5,8 +5,8 @@
 #include "analysis/analyze.h"
 #include "fit/fit_store.h"
 #include "io/trace_read.h"
-#include "io/trace_store.h"
 #include "screen/popups.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

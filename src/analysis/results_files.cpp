@@ -11,10 +11,10 @@
 #include "analysis/results_table.h"
 #include "fit/fit_store.h"
 #include "io/line_scanner.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "platform/safe_file.h"
 #include "screen/popups.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

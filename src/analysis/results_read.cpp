@@ -11,9 +11,10 @@
 #include "analysis/results_table.h"
 #include "io/model_file.h"
 #include "io/trace_read.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
+#include "platform/file_names.h"
 #include "screen/popups.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -38,7 +39,7 @@ std::optional<std::string> TextOf(const std::string& path) {
 
 /// The path of the recording: its name is cut at its first full stop, and three letters follow it.
 std::string RecordingPath(const std::string& path) {
-  const std::string name = std::filesystem::path(path).filename().string();
+  const std::string name = FileNameOf(path);
   const std::size_t stop = name.find('.');
   return WithExtension(path, stop == std::string::npos ? "" : name.substr(stop, 1 + ExtensionLetters));
 }

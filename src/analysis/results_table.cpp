@@ -6,8 +6,8 @@
 #include "analysis/analysis_panel.h"
 #include "analysis/analyze.h"
 #include "fit/fit_store.h"
-#include "io/trace_store.h"
 #include "screen/popups.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

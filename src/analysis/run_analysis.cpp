@@ -7,10 +7,10 @@
 #include "analysis/analysis_panel.h"
 #include "analysis/analyze.h"
 #include "analysis/results_files.h"
-#include "io/trace_store.h"
 #include "platform/safe_file.h"
 #include "screen/popups.h"
 #include "sim/result_store.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

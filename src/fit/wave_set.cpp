@@ -12,11 +12,11 @@
 #include "io/model_file.h"
 #include "io/stimulus_file.h"
 #include "io/trace_read.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "platform/safe_file.h"
 #include "platform/zero_pages.h"
 #include "screen/popups.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -16,6 +16,7 @@
 #include "io/parse_rules.h"
 #include "io/trace_read.h"
 #include "model/model_store.h"
+#include "platform/file_names.h"
 #include "screen/popups.h"
 
 namespace zelvane {
@@ -256,7 +257,7 @@ bool AbfDirectRead(std::span<float> destination) {
   const std::size_t read = ReadSamples(*file, layout, destination);
   if (slow) ResetProgress();
   if (read == 0) {
-    MessagePopup(FileErrorTitle, FormatText(NoSamples, NameOf(Trace.TraceFileName).c_str()));
+    MessagePopup(FileErrorTitle, FormatText(NoSamples, FileNameOf(Trace.TraceFileName).c_str()));
     return false;
   }
   Model.NumPoints = static_cast<int>(read);

@@ -14,15 +14,15 @@
 
 #include "io/input_file.h"
 #include "io/internal/abf_stamp.h"
-#include "io/internal/save_file.h"
-#include "io/trace_store.h"
 #include "io/trace_write.h"
 #include "model/model_store.h"
 #include "platform/abf/abf.h"
 #include "platform/abf/byte_source.h"
 #include "platform/folders.h"
 #include "screen/popups.h"
+#include "screen/save_file.h"
 #include "sim/run_panel.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -12,6 +12,7 @@
 #include "io/trace_read.h"
 #include "model/model_store.h"
 #include "platform/abf/abf.h"
+#include "platform/file_names.h"
 #include "screen/popups.h"
 
 namespace zelvane {
@@ -76,7 +77,7 @@ bool ChooseChannel(const AbfHeader& header, Questions questions) {
                  channels.front());
   if (!answer) return false;
   if (!Holds(channels, *answer)) {
-    MessagePopup(FileErrorTitle, FormatText(NoSuchChannel, NameOf(Trace.TraceFileName).c_str(), *answer));
+    MessagePopup(FileErrorTitle, FormatText(NoSuchChannel, FileNameOf(Trace.TraceFileName).c_str(), *answer));
     return false;
   }
   Trace.RecordedChannel = *answer;
@@ -195,7 +196,7 @@ bool OpenAndCount(OpenAbf& abf) {
   }
   std::int64_t total = 0;
   if (!GetActualSamples(*abf.file, total) || total <= 0 || abf.header.channels < 1) {
-    MessagePopup(FileErrorTitle, FormatText(NoSamples, NameOf(Trace.TraceFileName).c_str()));
+    MessagePopup(FileErrorTitle, FormatText(NoSamples, FileNameOf(Trace.TraceFileName).c_str()));
     return false;
   }
   Trace.TotalSamples = static_cast<int>(std::min<std::int64_t>(total, std::numeric_limits<int>::max()));
@@ -210,7 +211,7 @@ Reading ReadAbf(std::span<float> destination, Questions questions, bool floats) 
   TakeAbfFields(abf);
   const int episodeSamples = SweepLength(*abf.file, Trace.EpisodeIndex);
   if (episodeSamples < 1) {
-    return Refuse(FileErrorTitle, FormatText(NoSamples, NameOf(Trace.TraceFileName).c_str()));
+    return Refuse(FileErrorTitle, FormatText(NoSamples, FileNameOf(Trace.TraceFileName).c_str()));
   }
   Selection selection;
   if (!SelectSamples(episodeSamples, questions, selection)) {
@@ -222,7 +223,7 @@ Reading ReadAbf(std::span<float> destination, Questions questions, bool floats) 
   CutSweep(destination.size(), questions);
   const int read = ReadSamples(*abf.file, selection, destination);
   if (slow) ResetProgress();
-  if (read < 1) return Refuse(FileErrorTitle, FormatText(NoSamples, NameOf(Trace.TraceFileName).c_str()));
+  if (read < 1) return Refuse(FileErrorTitle, FormatText(NoSamples, FileNameOf(Trace.TraceFileName).c_str()));
   Model.NumPoints = read;
   TakeInfo(abf);
   CloseABFFile(abf.file);
@@ -270,7 +271,8 @@ Reading ReadObf(std::span<float> destination, Questions questions) {
   const std::int64_t points = header.numPoints.value_or(Model.NumPoints);
   const std::size_t most = std::min(destination.size(), static_cast<std::size_t>(MaxStimPoints));
   const std::size_t read = ReadObfSamples(*file, 0, Model.NumRuns * points, destination.first(most));
-  if (read == 0) return Refuse(FileErrorTitle, FormatText(NoSamples, NameOf(Trace.TraceFileName).c_str()));
+  if (read == 0)
+    return Refuse(FileErrorTitle, FormatText(NoSamples, FileNameOf(Trace.TraceFileName).c_str()));
   Model.NumPoints = static_cast<int>(read);
   TakeObfInfo(Model.NumPoints);
   return Reading::Done;

@@ -1,7 +1,7 @@
 // FileInfoPanel: what is known of the file read last.
 #include "io/trace_panels.h"
-#include "io/trace_store.h"
 #include "screen/screen.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

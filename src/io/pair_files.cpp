@@ -6,12 +6,12 @@
 #include "fit/fit_store.h"
 #include "io/input_file.h"
 #include "io/internal/row_blocks.h"
-#include "io/internal/save_file.h"
 #include "io/line_scanner.h"
 #include "io/number_text.h"
 #include "model/model_store.h"
 #include "noise/noise_store.h"
 #include "screen/popups.h"
+#include "screen/save_file.h"
 
 namespace zelvane {
 namespace {

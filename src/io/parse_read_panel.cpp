@@ -5,9 +5,10 @@
 #include "io/internal/trace_readers.h"
 #include "io/parse_rules.h"
 #include "io/trace_panels.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
+#include "platform/file_names.h"
 #include "screen/screen.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -33,7 +34,7 @@ void PlotBar() {
 void ShowParse() {
   WriteControls(PanelName, ParseGroup);
   const double lengthMs = static_cast<double>(Trace.ParseLength) * static_cast<double>(Model.ADInterval);
-  ShowText("ParseFileName", NameOf(Trace.TraceFileName));
+  ShowText("ParseFileName", FileNameOf(Trace.TraceFileName));
   ShowNumber("ParseFileSamples", Trace.ParseLength);
   ShowNumber("ParseFileMs", lengthMs);
   ShowNumber("ParseFileMinutes", lengthMs / MsPerMinute);

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <cstdint>
 
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "screen/popups.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

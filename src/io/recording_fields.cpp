@@ -1,11 +1,11 @@
 // What every reader of recordings leaves in the stores beside the samples.
 #include <array>
 #include <cmath>
-#include <filesystem>
 #include <string_view>
 
 #include "io/internal/trace_readers.h"
 #include "model/model_store.h"
+#include "platform/file_names.h"
 #include "screen/popups.h"
 
 namespace zelvane {
@@ -41,10 +41,6 @@ FormerFile::~FormerFile() {
   Model.NumRuns = numRuns_;
 }
 
-std::string NameOf(const std::string& path) {
-  return std::filesystem::path(path).filename().string();
-}
-
 void TakeTraceUnits(const std::string& units) {
   for (const UnitCode& unit : UnitCodes) {
     if (units.starts_with(unit.text)) Trace.TraceUnits = unit.code;
@@ -56,7 +52,7 @@ void TakeInterval(float intervalMs) {
     Model.ADInterval = intervalMs;
     return;
   }
-  MessagePopup(WarningTitle, FormatText(NoInterval, NameOf(Trace.TraceFileName).c_str(),
+  MessagePopup(WarningTitle, FormatText(NoInterval, FileNameOf(Trace.TraceFileName).c_str(),
                                         static_cast<double>(Model.ADInterval)));
 }
 

@@ -5,20 +5,20 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <filesystem>
 #include <limits>
 #include <string_view>
 #include <vector>
 
 #include "io/input_file.h"
 #include "io/internal/row_blocks.h"
-#include "io/internal/save_file.h"
 #include "io/internal/stimulus_file_panels.h"
 #include "io/line_scanner.h"
 #include "io/number_text.h"
 #include "model/model_store.h"
+#include "platform/file_names.h"
 #include "platform/zero_pages.h"
 #include "screen/popups.h"
+#include "screen/save_file.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {
@@ -160,7 +160,7 @@ int WaveStimFileRead(const std::string& path, FitWaveform& wave) {
   }
   wave.WaveStimInterval = head->intervalMs;
   if (ReadStimProfiles(path, *head, wave.WaveStim) == 0) return 0;
-  wave.StimName = std::filesystem::path(path).filename().string();
+  wave.StimName = FileNameOf(path);
   return head->samples;
 }
 

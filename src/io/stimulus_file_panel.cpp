@@ -1,10 +1,10 @@
 // Commands and fields of stimulus files on the stimulus panel and in the menu.
-#include <filesystem>
 #include <string>
 
 #include "io/internal/stimulus_file_panels.h"
 #include "io/stimulus_file.h"
 #include "model/model_store.h"
+#include "platform/file_names.h"
 #include "screen/screen.h"
 #include "sim/run_panel.h"
 #include "stimulus/stimulus.h"
@@ -143,7 +143,7 @@ void ShowStimulusOfFile() {
   WriteAllControls();
   WriteRunParameters();
   StimPanelRefresh();
-  const std::string name = std::filesystem::path(Stimulus.StimFileName).filename().string();
+  const std::string name = FileNameOf(Stimulus.StimFileName);
   ShowText("StimFile", name);
   ShowText("MainStimFile", name);
   StimPlot();

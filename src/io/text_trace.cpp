@@ -7,6 +7,7 @@
 #include "io/text_recording.h"
 #include "io/trace_read.h"
 #include "model/model_store.h"
+#include "platform/file_names.h"
 #include "screen/popups.h"
 
 namespace zelvane {
@@ -30,13 +31,13 @@ constexpr char NotAnInterval[] = "The time between samples must be above 0 ms.";
 constexpr int ResultAbove = 100;  // a text of more samples is a result
 
 void TellNotRead(const std::string& path, const std::string& why) {
-  MessagePopup(FileErrorTitle, FormatText(NotRead, NameOf(path).c_str(), why.c_str()));
+  MessagePopup(FileErrorTitle, FormatText(NotRead, FileNameOf(path).c_str(), why.c_str()));
 }
 
 /// Tells of a line that ended the reading.
 void TellReadUpTo(const std::string& path, const TextSamples& read) {
   if (read.badLine == 0) return;
-  MessagePopup(WarningTitle, FormatText(ReadUpTo, NameOf(path).c_str(), read.badLine));
+  MessagePopup(WarningTitle, FormatText(ReadUpTo, FileNameOf(path).c_str(), read.badLine));
 }
 
 /// The samples of each episode, from rows that hold one of each.
@@ -51,7 +52,7 @@ bool ChooseSignal(const std::string& path, const TextShape& shape, Questions que
   if (questions == Questions::AsBefore) return true;
   Trace.RecordedSignal = 1;
   if (shape.signals < 2) return true;
-  const auto answer = AskSignal(FormatText(SignalQuestion, NameOf(path).c_str(),
+  const auto answer = AskSignal(FormatText(SignalQuestion, FileNameOf(path).c_str(),
                                            static_cast<unsigned>(shape.signals), shape.signalList.c_str()),
                                 1);
   Trace.RecordedSignal = answer.value_or(1);

@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <filesystem>
 #include <utility>
 #include <vector>
 
@@ -12,6 +11,7 @@
 #include "io/internal/row_blocks.h"
 #include "io/number_text.h"
 #include "model/model_store.h"
+#include "platform/file_names.h"
 #include "sim/result_store.h"
 
 namespace zelvane {
@@ -165,12 +165,6 @@ std::size_t OccupancyRows() {
 }
 
 }  // namespace
-
-std::string ExtensionOf(const std::string& path) {
-  std::string extension = std::filesystem::path(path).extension().string();
-  for (char& c : extension) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  return extension;
-}
 
 std::optional<TraceFormat> TraceFormatOf(const std::string& path) {
   const std::string extension = ExtensionOf(path);

@@ -26,9 +26,6 @@ enum class TraceFormat {
 /// The format that the extension of `path` names, in letters of either kind. Nothing for any other extension.
 std::optional<TraceFormat> TraceFormatOf(const std::string& path);
 
-/// The extension of a file's name in small letters, with its full stop: ".abf". Empty without one.
-std::string ExtensionOf(const std::string& path);
-
 /// Writes a trace to `path` in the format of its extension.
 ///
 /// @param samples     sample i stands for time i x `intervalMs`

@@ -5,12 +5,13 @@
 #include "io/internal/trace_readers.h"
 #include "io/trace_panels.h"
 #include "io/trace_read.h"
-#include "io/trace_store.h"
 #include "platform/folders.h"
 #include "platform/start_program.h"
 #include "screen/screen.h"
 #include "sim/run_panel.h"
 #include "stimulus/stimulus.h"
+#include "trace/trace_graph.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -23,12 +24,6 @@ constexpr char NoConversionTool[] =
 
 bool OnScreen() {
   return FindControl("EpisodeIndex") != nullptr;
-}
-
-void ShowAll() {
-  Graph& graph = GraphNamed(MainPanelName);
-  SetAxisAuto(graph, 'x');
-  SetAxisAuto(graph, 'y');
 }
 
 // -- Commands --
@@ -158,10 +153,6 @@ void ShowRecording() {
 void ShowTrace() {
   ShowRecording();
   PlotTrace(true);
-}
-
-void ShowWholeTrace() {
-  if (OnScreen()) ShowAll();
 }
 
 void ShowNoTrace() {

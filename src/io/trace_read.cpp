@@ -9,14 +9,14 @@
 #include "io/internal/trace_dialogs.h"
 #include "io/internal/trace_readers.h"
 #include "io/trace_hooks.h"
-#include "io/trace_store.h"
 #include "io/trace_write.h"
 #include "model/model_store.h"
 #include "rscm/rscm_store.h"
 #include "screen/popups.h"
-#include "sim/result_store.h"
-#include "sim/run.h"
-#include "sim/run_hooks.h"
+#include "trace/trace.h"
+#include "trace/trace_events.h"
+#include "trace/trace_graph.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -52,15 +52,10 @@ FileKind KindOf(const std::string& path) {
   return *mark == "OBF" || *mark == "ABF" ? FileKind::Binary : FileKind::Text;
 }
 
-/// The first `samples` samples have come from a file: makes 0 of what the former trace left behind them.
+/// The first `samples` samples have come from a file.
 void EndTraceAt(std::size_t samples) {
   Trace.TraceFromFile = 1;
-  const auto used = static_cast<std::size_t>(Trace.SimTraceUsed);
-  if (used > samples) {
-    const std::span<float> rest = Trace.SimTrace.subspan(samples, used - samples);
-    std::fill(rest.begin(), rest.end(), 0.0F);
-  }
-  Trace.SimTraceUsed = static_cast<int>(samples);
+  EndSamplesAt(samples);
 }
 
 /// A read that was given up half-way leaves no trace, though the samples read so far stay.
@@ -71,13 +66,10 @@ void LeaveNoTrace(std::size_t samples) {
 }
 
 /// The trace holds a file from here on.
-void BeginTrace() {
+void BeginRecording() {
   EndTraceAt(static_cast<std::size_t>(Model.NumPoints));
-  Trace.TraceValid = 1;
-  Trace.TraceParsed = 0;
-  Trace.RsCorrected = 0;
-  Trace.RcFiltered = 0;
-  Result.ResultKind = ResultMonteCarlo;  // a record without occupancies, like one channel's
+  BeginTrace(TraceOrigin::Recording);
+  RecordingCameIn.Tell();
 }
 
 void CorrectIfAsked() {
@@ -122,7 +114,7 @@ bool ReadRecording(const std::string& path) {
   const bool text = kind == FileKind::Text;
   if (text && !ConfirmPopup(ImportTitle, ImportQuestion)) return false;
   if (!ReadNew(text, path)) return false;
-  BeginTrace();
+  BeginRecording();
   CorrectIfAsked();
   ShowTrace();
   RefreshViews();
@@ -133,7 +125,7 @@ bool ReadRecording(const std::string& path) {
 bool ReloadEpisode() {
   if (Trace.TraceFileName.empty()) return false;
   if (ReadInto(Trace.TraceIsText != 0, Questions::AsBefore) != Reading::Done) return false;
-  BeginTrace();
+  BeginRecording();
   CorrectIfAsked();
   ShowRecording();
   return true;
@@ -181,7 +173,7 @@ void ReadAsciiData() {
   const auto path = ChooseFile(AsciiTitle, AsciiDefault, AsciiFilter);
   if (!path || !ReadNew(true, *path)) return;
   if (IsResult(Model.NumPoints)) {
-    BeginTrace();
+    BeginRecording();
     ShowTrace();
     RefreshViews();
   } else {  // a handful of numbers: they stand in the trace, which is no result for it
@@ -195,7 +187,7 @@ void ReadWaveFile() {
   Trace.ParseRequested = 0;
   const auto path = ChooseFile(WaveTitle, WaveFilter, WaveFilter);
   if (!path || !ReadNew(false, *path)) return;
-  BeginTrace();
+  BeginRecording();
   ShowTrace();
   RefreshViews();
 }
@@ -239,7 +231,7 @@ void ParseTrace() {
 }
 
 void EraseTrace() {
-  TellTraceChanges(Model.FitActive);
+  TellTraceChanges();
   ClearSamples(Model.NumPoints);
   Trace.TraceValid = 0;
   ShowNoTrace();

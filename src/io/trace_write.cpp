@@ -8,17 +8,17 @@
 
 #include "io/internal/abf_stamp.h"
 #include "io/internal/row_blocks.h"
-#include "io/internal/save_file.h"
 #include "io/internal/trace_write_panels.h"
 #include "io/number_text.h"
 #include "io/trace_export.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "platform/abf/abf.h"
 #include "screen/popups.h"
+#include "screen/save_file.h"
 #include "sim/result_store.h"
 #include "sim/run_panel.h"
 #include "sim/saved_steps.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

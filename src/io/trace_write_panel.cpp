@@ -2,10 +2,10 @@
 #include <string>
 
 #include "io/internal/trace_write_panels.h"
-#include "io/trace_store.h"
 #include "io/trace_write.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -5,11 +5,11 @@
 #include <limits>
 #include <vector>
 
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "noise/noise_store.h"
 #include "numerics/butterworth.h"
 #include "screen/popups.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -1,5 +1,6 @@
 #include "platform/zero_pages.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstdio>
@@ -53,6 +54,12 @@ void ReleaseZeroPages(std::span<float> floats) {
   }
 #endif
   ClearInPlace(floats);
+}
+
+void ClearUsed(std::span<float> values, int& used, int end) {
+  const int stop = std::clamp(end, 0, used);
+  std::fill_n(values.begin(), stop, 0.0F);
+  if (stop == used) used = 0;
 }
 
 }  // namespace zelvane

@@ -14,4 +14,8 @@ std::span<float> TakeZeroPages(std::size_t count);
 /// that lie inside it back to the system. Costs next to nothing where nothing was written.
 void ReleaseZeroPages(std::span<float> floats);
 
+/// Sets elements 0..end - 1 of `values` to 0, as far as `used` says that something was written: elements at and
+/// beyond `used` hold 0. `used` falls to 0 when only zeros are left.
+void ClearUsed(std::span<float> values, int& used, int end);
+
 }  // namespace zelvane

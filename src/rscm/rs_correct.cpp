@@ -5,13 +5,13 @@
 
 #include "io/input_file.h"
 #include "io/line_scanner.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "noise/noise_store.h"
 #include "rscm/rs_circuit.h"
 #include "rscm/rscm_store.h"
 #include "screen/popups.h"
-#include "sim/run.h"
+#include "trace/trace.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

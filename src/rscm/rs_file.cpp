@@ -12,14 +12,14 @@
 
 #include "io/input_file.h"
 #include "io/trace_read.h"
-#include "io/trace_store.h"
 #include "io/trace_write.h"
 #include "model/model_store.h"
 #include "platform/folders.h"
 #include "platform/safe_file.h"
 #include "rscm/rs_correct.h"
 #include "screen/popups.h"
-#include "sim/run.h"
+#include "trace/trace.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -124,11 +124,7 @@ bool ReadWhole(const std::string& path) {
     return false;
   }
   TraceToWrite(Model.NumPoints);
-  Trace.TraceFromFile = 1;
-  Trace.TraceValid = 1;
-  Trace.RsCorrected = 0;
-  Trace.RcFiltered = 0;
-  Trace.TraceParsed = 0;
+  BeginTrace(TraceOrigin::Recording);
   return true;
 }
 

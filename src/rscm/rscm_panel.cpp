@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "io/trace_hooks.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "noise/filtered_trace.h"
 #include "noise/noise_store.h"
@@ -15,6 +14,7 @@
 #include "rscm/rs_file.h"
 #include "rscm/rscm_store.h"
 #include "screen/screen.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -7,6 +7,7 @@
 #include "screen/internal/announce.h"
 #include "screen/internal/observe.h"
 #include "screen/observer.h"
+#include "screen/popups_store.h"
 
 namespace zelvane {
 namespace {
@@ -98,6 +99,18 @@ void RestartPumpCount() {
 void ProcessSystemEvents() {
   ++PumpCount();
   if (Current().pump) Current().pump();
+}
+
+void RequestStop() {
+  Requests.StopRequested = 1;
+}
+
+bool StopAsked() {
+  return Requests.StopRequested != 0;
+}
+
+void ForgetStop() {
+  Requests.StopRequested = 0;
 }
 
 void ConsoleLine(std::string_view text) {

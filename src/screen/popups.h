@@ -42,6 +42,11 @@ void ProcessSystemEvents();
 /// `fraction` from 0 to 1 is the part of the work that is done.
 void Breathe(double fraction);
 
+// -- The wish to end the work that is under way: the stop button sets it, long loops look for it --
+void RequestStop();
+bool StopAsked();
+void ForgetStop();  // at the begin of a work: an earlier wish is over
+
 /// Writes a line to the program's console.
 void ConsoleLine(std::string_view text);
 

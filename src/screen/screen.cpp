@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "screen/internal/announce.h"
+#include "screen/listeners.h"
 
 namespace zelvane {
 namespace {
@@ -153,6 +154,7 @@ void AddMenu(std::span<const MenuDecl> decls) {
 void ClearScreen() {
   Screen = ScreenStore{};
   Names() = NameIndex{};
+  RemoveListeners();
 }
 
 Panel* FindPanel(std::string_view name) {

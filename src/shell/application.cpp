@@ -13,10 +13,10 @@
 #include "io/trace_hooks.h"
 #include "io/trace_panels.h"
 #include "io/trace_read.h"
-#include "io/trace_store.h"
 #include "io/trace_write.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
+#include "platform/file_names.h"
 #include "platform/folders.h"
 #include "rscm/rs_correct.h"
 #include "rscm/rscm_panel.h"
@@ -34,10 +34,13 @@
 #include "shell/zoom_graph.h"
 #include "sim/program_random.h"
 #include "sim/q_matrix_panel.h"
+#include "sim/run.h"
 #include "sim/run_hooks.h"
 #include "sim/run_panel.h"
 #include "singlechannel/dwell_lists_panel.h"
 #include "stimulus/stimulus.h"
+#include "trace/trace_events.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -144,8 +147,9 @@ void RefreshAfterRead() {
 }  // namespace
 
 void ConnectHooks() {
+  TraceChanges.Add(ForgetMeasures);
+  ConnectRuns();
   AfterRun = RunHooks{};
-  AfterRun.traceChanges = ForgetMeasures;
   AfterRun.autosave = AutosaveTrace;
   AfterRun.beginAnalysis = BeginRunAnalysis;
   AfterRun.analyzeRun = AnalyzeRun;

@@ -4,15 +4,15 @@
 #include <algorithm>
 #include <utility>
 
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "noise/gaussian_filter.h"
 #include "noise/noise_store.h"
 #include "screen/screen.h"
 #include "shell/trace_views.h"
 #include "sim/program_random.h"
-#include "sim/run.h"
-#include "sim/run_panel.h"
+#include "trace/trace.h"
+#include "trace/trace_graph.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -3,6 +3,7 @@
 #include "model/constraints_store.h"
 #include "model/model_store.h"
 #include "screen/fields.h"
+#include "screen/popups_store.h"
 #include "shell/internal/field_groups.h"
 #include "sim/result_store.h"
 #include "stimulus/stimulus_store.h"
@@ -169,7 +170,7 @@ void RegisterResults() {
       ScalarField("KeptSteps", Result.KeptSteps),
       ScalarField("IntegrationOffset", Result.IntegrationOffset),
       ScalarField("ReductionCount", Result.ReductionCount),
-      ScalarField("StopRequested", Result.StopRequested),
+      ScalarField("StopRequested", Requests.StopRequested),
       ScalarField("EffectiveChannels", Result.EffectiveChannels),
       ArrayField("StateClass[]", Result.StateClass),
       ArrayField("EquilibriumOccupancy[]", Result.EquilibriumOccupancy),

@@ -5,17 +5,18 @@
 
 #include "analysis/analysis_store.h"
 #include "fit/fit_store.h"
-#include "io/trace_store.h"
 #include "model/constraints_store.h"
 #include "model/model_store.h"
 #include "noise/noise_store.h"
 #include "platform/zero_pages.h"
 #include "rscm/rscm_store.h"
+#include "screen/popups_store.h"
 #include "shell/store_fields.h"
 #include "sim/result_store.h"
 #include "singlechannel/dwell_fit_store.h"
 #include "singlechannel/dwell_store.h"
 #include "stimulus/stimulus_store.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -147,6 +148,7 @@ void ResetStores() {
   Stimulus = StimulusStore{};
   Result = ResultStore{};
   Trace = TraceStore{};
+  Requests = UserRequests{};
   Analysis = AnalysisStore{};
   RsCm = RsCmStore{};
   Noise = NoiseStore{};

@@ -1,9 +1,9 @@
 // Fields of the trace and of what filters and corrects it.
-#include "io/trace_store.h"
 #include "noise/noise_store.h"
 #include "rscm/rscm_store.h"
 #include "screen/fields.h"
 #include "shell/internal/field_groups.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 

@@ -4,7 +4,6 @@
 
 #include "analysis/analysis_panel.h"
 #include "io/trace_export.h"
-#include "io/trace_store.h"
 #include "io/trace_write.h"
 #include "model/model_store.h"
 #include "noise/filtered_trace.h"
@@ -13,6 +12,8 @@
 #include "screen/screen.h"
 #include "shell/zoom_graph.h"
 #include "sim/run_panel.h"
+#include "trace/trace_graph.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

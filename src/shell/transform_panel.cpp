@@ -3,12 +3,12 @@
 #include "shell/transform_panel.h"
 
 #include "io/trace_read.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
 #include "shell/trace_views.h"
 #include "shell/undo.h"
-#include "sim/run.h"
+#include "trace/trace.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -3,18 +3,20 @@
 #include <cstddef>
 #include <span>
 
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "noise/gaussian_filter.h"
+#include "platform/zero_pages.h"
 #include "screen/popups.h"
 #include "sim/internal/ohmic_drive.h"
 #include "sim/program_random.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
-#include "sim/run_hooks.h"
 #include "sim/run_panel.h"
 #include "sim/saved_steps.h"
 #include "stimulus/stimulus_store.h"
+#include "trace/trace.h"
+#include "trace/trace_graph.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -22,14 +24,6 @@ namespace {
 constexpr char ParsedText[] = "Cannot refresh since data has been parsed (resampled).";
 constexpr char RecordingText[] = "Cannot refresh since the data was read from a file.";
 constexpr char RemovesCorrection[] = "Refreshing will remove RsCm correction. Do you want to continue?";
-
-/// Sets elements 0..end - 1 of `values` to 0, as far as `used` says that anything stands there. `used` falls
-/// to 0 when nothing but zeros is left.
-void ClearUsed(std::span<float> values, int& used, int end) {
-  const int stop = std::clamp(end, 0, used);
-  std::fill_n(values.begin(), stop, 0.0F);
-  if (stop == used) used = 0;
-}
 
 /// Adds one monitored state as a current: point p goes with point p of the voltage, to sample p - 1.
 void AddCurrent(std::span<const float> occupancy, float conductance, std::span<float> trace) {
@@ -76,22 +70,11 @@ void ClearOccupancy(int points) {
   }
 }
 
-void ClearSamples(int samples) {
-  ClearUsed(Trace.SimTrace, Trace.SimTraceUsed, samples);
-}
-
-std::span<float> TraceToWrite(int samples) {
-  TellTraceChanges(Model.FitActive);
-  const int count = std::clamp(samples, 0, static_cast<int>(Trace.SimTrace.size()));
-  Trace.SimTraceUsed = std::max(Trace.SimTraceUsed, count);
-  return Trace.SimTrace.first(static_cast<std::size_t>(count));
-}
-
 bool ConvertTrace(bool erase) {
   if (Model.FitActive == 0) ReadRunParameters();
   if (!RunHasLength()) return false;
   Trace.TraceUnits = Model.DisplayUnits;
-  TellTraceChanges(Model.FitActive);
+  TellTraceChanges();
   ClearSamples(Trace.SimTraceUsed);
   const int samples = std::clamp(Model.NumPoints, 0, MaxStimPoints);
   const std::span<float> trace = Trace.SimTrace.first(static_cast<std::size_t>(samples));
@@ -126,18 +109,6 @@ void RefreshTrace() {
   if (!ConvertTrace(true)) return;
   Trace.RsCorrected = 0;
   Trace.RcFiltered = 0;
-}
-
-void ClearTrace() {
-  TellTraceChanges(Model.FitActive);
-  ClearSamples(Trace.SimTraceUsed);
-  Trace.TraceValid = 0;
-  RemoveTracePlots();
-}
-
-int AxisDecimals(float lengthMs) {
-  if (lengthMs < 10.0F) return 2;
-  return lengthMs < 100.0F ? 1 : 0;
 }
 
 }  // namespace zelvane

@@ -4,7 +4,6 @@
 #include <array>
 #include <cstddef>
 
-#include "io/trace_store.h"
 #include "model/model.h"
 #include "model/model_panels.h"
 #include "screen/popups.h"
@@ -16,6 +15,7 @@
 #include "sim/run.h"
 #include "sim/run_panel.h"
 #include "stimulus/stimulus_store.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -54,7 +54,7 @@ RunHook ProgressHook() {
   return [](double fraction) {
     ShowProgress(fraction);
     ProcessSystemEvents();
-    return Result.StopRequested != 0;
+    return StopAsked();
   };
 }
 
@@ -149,7 +149,7 @@ void IntegrateModel() {
   LimitNumPoints();
   ClearOccupancy(Model.NumPoints + 1);
   if (!StepIsWanted()) return;
-  Result.StopRequested = 0;
+  ForgetStop();
   const SchemeTables tables = ActiveTables();
   const CompiledScheme scheme = CompileScheme(tables);
   if (Model.SimulatorKind == AdaptiveIntegrator) {

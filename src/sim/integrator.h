@@ -13,7 +13,7 @@ namespace zelvane {
 /// progress is shown, the stop button works, and messages are shown. With the grid `Model.RateMatrix` is
 /// rebuilt; with the table the caller has done so.
 ///
-/// Reads:   `Model`, `Stimulus.Profile`, `Result.StopRequested`.
+/// Reads:   `Model`, `Stimulus.Profile`, StopAsked().
 /// Writes:  `Result.Occupancy` and what goes with it, `Result.SavedTime`, `Trace` through ConvertTrace;
 ///          `Model.MaxStepSize` and `Model.Precision` when the engine had to change them.
 /// Tells:   "! Integration Warning" and "! Integration Error" about a reduced step, "!" about a reduced

@@ -7,7 +7,6 @@
 #include <limits>
 #include <span>
 
-#include "io/trace_store.h"
 #include "model/model.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
@@ -23,6 +22,9 @@
 #include "sim/run_panel.h"
 #include "singlechannel/dwell_store.h"
 #include "stimulus/stimulus_store.h"
+#include "trace/trace.h"
+#include "trace/trace_graph.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -144,7 +146,7 @@ bool StoppedByUser(const Loop& loop) {
                  Result.RunText);
   }
   ProcessSystemEvents();
-  return Result.StopRequested != 0;
+  return StopAsked();
 }
 
 /// Whether the run can go on after a channel; else the user is told why not.
@@ -319,10 +321,7 @@ void FinishTrace(const Loop& loop) {
     AutosaveRun();
   }
   if (!loop.reachedMonitored) return;
-  Trace.TraceValid = 1;
-  Trace.TraceParsed = 0;
-  Trace.RsCorrected = 0;
-  Trace.RcFiltered = 0;
+  BeginTrace(TraceOrigin::Simulation);
 }
 
 /// Leaves the stores in order, also after a simulation that was broken off.
@@ -332,7 +331,7 @@ void FinishLoop(const Loop& loop) {
   ShowStartOccupancy();
   if (loop.analyzes && AfterRun.endAnalysis != nullptr) AfterRun.endAnalysis();
   ShowStatistics();
-  Result.StopRequested = 0;
+  ForgetStop();
   if (TalksToUser()) ResetProgress();
 }
 
@@ -367,14 +366,14 @@ bool PollIsDue(int channels, std::int64_t done, std::int64_t total, int ofState,
 
 void RunMonteCarlo() {
   Result.ResultKind = ResultMonteCarlo;
-  Result.StopRequested = 0;
+  ForgetStop();
   Loop loop;
   ReadSettings(loop);
   BeginAnalysis(loop);
   PrepareSimulator(loop);
   if (SimulateRuns(loop)) FinishTrace(loop);
   FinishLoop(loop);
-  const bool nothingRan = Dwell.SegmentCounter == 1 && Result.StopRequested == 0;
+  const bool nothingRan = Dwell.SegmentCounter == 1 && !StopAsked();
   if (nothingRan && loop.numChannels == 0 && TalksToUser()) MessagePopup(WarningTitle, NoChannels);
 }
 

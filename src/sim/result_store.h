@@ -33,7 +33,6 @@ struct ResultStore {
   int ReductionCount = 0;     // halvings of MaxStepSize in the last fixed-step integration
 
   // -- Run driver --
-  int StopRequested = 0;
   float EffectiveChannels = 1.0F;               // channels that scale the trace
   float ChannelUnit = 1.0F;                     // what one channel adds to Occupancy
   std::array<int, MaxStates + 1> StateClass{};  // ordinal of each state's conductance

@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "io/trace_store.h"
 #include "model/model.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
@@ -14,6 +13,9 @@
 #include "sim/result_store.h"
 #include "sim/run_hooks.h"
 #include "sim/run_panel.h"
+#include "trace/trace.h"
+#include "trace/trace_events.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -98,16 +100,17 @@ void RunIntegrator() {
     return;
   }
   IntegrateModel();
-  Trace.TraceValid = 1;
-  Trace.TraceParsed = 0;
-  Trace.RsCorrected = 0;
-  Trace.RcFiltered = 0;
+  BeginTrace(TraceOrigin::Simulation);
   if (TalksToUser()) ResetProgress();
-  Result.StopRequested = 0;
+  ForgetStop();
   AutosaveRun();
 }
 
 }  // namespace
+
+void ConnectRuns() {
+  RecordingCameIn.Add([] { Result.ResultKind = ResultMonteCarlo; });
+}
 
 void AutosaveRun() {
   if (TalksToUser() && Model.Autosave != 0 && AfterRun.autosave != nullptr) AfterRun.autosave();
@@ -126,7 +129,7 @@ void RunSimulation(int numPoints) {
   if (TalksToUser()) ReadRunParameters();
   LimitNumPoints();
   if (!RunHasLength()) return;
-  Result.StopRequested = 0;
+  ForgetStop();
   Noise.RecordPoints = Model.NumPoints;
   StartAtEquilibrium();
   if (TalksToUser()) ReadRates();
@@ -134,7 +137,7 @@ void RunSimulation(int numPoints) {
   Trace.TraceUnits = Model.DisplayUnits;
   Trace.TraceValid = 0;  // from here on the trace is empty, also after a refusal
   Trace.TraceFromFile = 0;
-  TellTraceChanges(Model.FitActive);
+  TellTraceChanges();
   ClearSamples(Model.NumPoints);
   ClearOccupancy(Model.NumPoints + 1);  // the fixed-step integrator also fills the point behind the last
   if (Model.ModelIs2D != 0) RatesFromGrid();

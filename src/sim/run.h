@@ -1,13 +1,11 @@
 // The run driver: the one road from a committed scheme to a result.
 //
-//   Running     RunSimulation  RunHasLength  AutosaveRun
-//   The trace   ConvertTrace  RefreshTrace  ClearTrace  AxisDecimals
-//   Clearing    ClearOccupancy  ClearSamples  TraceToWrite
+//   Running     RunSimulation  RunHasLength  AutosaveRun  ConnectRuns
+//   The trace   ConvertTrace  RefreshTrace
+//   Clearing    ClearOccupancy
 //
 // Panels and commands are in run_panel.h, the integrators in integrator.h, Monte Carlo in monte_carlo_loop.h.
 #pragma once
-
-#include <span>
 
 namespace zelvane {
 
@@ -37,6 +35,9 @@ bool ConvertTrace(bool erase);
 /// correction for series resistance; plots the trace of cooperative subunits as it stands.
 void RefreshTrace();
 
+/// Keeps `Result` in order when the trace changes: a recording has no occupancies, like one channel's run.
+void ConnectRuns();
+
 /// Appends the trace to the autosave file, when `Model.Autosave` is on and no fit runs.
 void AutosaveRun();
 
@@ -44,22 +45,8 @@ void AutosaveRun();
 /// the user is told, unless a fit runs.
 bool RunHasLength();
 
-/// Empties the trace: SimTrace 0, TraceValid 0, the main graph without plots.
-void ClearTrace();
-
-/// Decimals of the numbers along the time axis of a trace `lengthMs` long: 2 below 10 ms, 1 below 100 ms,
-/// else 0.
-int AxisDecimals(float lengthMs);
-
 /// Sets points 0..`points` of every state in `Result.Occupancy` to 0. Pages that no run has written stay
 /// untouched, and `Result.OccupancyUsed` falls where nothing but zeros is left.
 void ClearOccupancy(int points);
-
-/// The first `samples` samples of `Trace.SimTrace`, or all of them, for a caller that writes them:
-/// `Trace.SimTraceUsed` rises to their number.
-std::span<float> TraceToWrite(int samples);
-
-/// Sets samples 0..`samples` - 1 of `Trace.SimTrace` to 0, likewise with `Trace.SimTraceUsed`.
-void ClearSamples(int samples);
 
 }  // namespace zelvane

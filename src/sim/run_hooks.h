@@ -5,10 +5,6 @@
 namespace zelvane {
 
 struct RunHooks {
-  /// The samples of the trace are being made anew, or cleared: nothing that was measured of it holds any
-  /// more.
-  void (*traceChanges)() = nullptr;
-
   /// Appends the trace just made to the autosave file.
   void (*autosave)() = nullptr;
 
@@ -22,10 +18,5 @@ struct RunHooks {
 };
 
 inline RunHooks AfterRun;
-
-/// Tells whoever measured the trace that it changes. A fit, which makes thousands of traces, does not.
-inline void TellTraceChanges(int fitActive) {
-  if (fitActive == 0 && AfterRun.traceChanges != nullptr) AfterRun.traceChanges();
-}
 
 }  // namespace zelvane

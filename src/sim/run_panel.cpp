@@ -1,11 +1,10 @@
-// Run settings, run, stop and refresh on MainPanel, with the graph of the monitored response.
+// Run settings, run, stop and refresh on MainPanel.
 #include "sim/run_panel.h"
 
 #include <algorithm>
 #include <array>
 #include <optional>
 
-#include "io/trace_store.h"
 #include "model/model.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
@@ -13,6 +12,9 @@
 #include "sim/result_store.h"
 #include "sim/run.h"
 #include "stimulus/stimulus.h"
+#include "trace/trace.h"
+#include "trace/trace_graph.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -22,9 +24,6 @@ constexpr char RunGroup[] = "run";
 constexpr char SimulatorWords[] = "Fixed-step integrator|Monte Carlo|Adaptive integrator";
 constexpr char UnitWords[] =
     "Number of Channels Open|Total Conductance pS|Macroscopic Current pA|Probability";
-
-/// Titles of the units that recordings have beside those, from TraceMicrovolts on.
-constexpr std::array RecordedUnitTitles = {"Potential uV", "Potential mV", "Macroscopic Current nA"};
 
 constexpr char LengthTitle[] = "! New length specified";
 constexpr char ExtendQuestion[] = "Extend voltage protocol with new Vhold?";
@@ -39,19 +38,6 @@ constexpr std::array ForcedFields = {"StartAtEquilibrium", "NumRuns",     "NumIn
 
 bool OnScreen() {
   return FindPanel(MainPanelName) != nullptr;
-}
-
-Graph& MainGraph() {
-  return GraphNamed(MainPanelName);
-}
-
-void ShowTimeAxis() {
-  MainGraph().x.decimals = AxisDecimals(static_cast<float>(Model.NumPoints) * Model.ADInterval);
-}
-
-void ShowUnitsOf(int units) {
-  const auto word = static_cast<std::size_t>(std::clamp(units, UnitsChannels, UnitsProbability));
-  SetAxisTitle(MainGraph(), 'y', ControlNamed("DisplayUnits").choices[word]);
 }
 
 void ShowLength() {
@@ -112,7 +98,7 @@ void FxnMultipleSubunits(const ControlEvent& /*event*/) {
 }
 
 void FxnStopRun(const ControlEvent& /*event*/) {
-  Result.StopRequested = 1;
+  RequestStop();
 }
 
 /// A setting that another panel shows too.
@@ -246,70 +232,11 @@ void DimRunControls() {
   SetDimmed("VRev", !ohmic);
 }
 
-// -- Plot --
-
-Colour SimulatorColour() {
-  switch (Model.SimulatorKind) {
-    case MonteCarlo:
-      return Black;
-    case AdaptiveIntegrator:
-      return DarkRed;
-    default:
-      return DarkBlue;
-  }
-}
-
-/// Widens the full ranges of the graph by its newest plot; the first plot sets them.
-void WidenFullRange(Graph& graph) {
-  const Plot& newest = graph.plots.back();
-  const bool first = graph.plots.size() == 1;
-  const auto widen = [first](double& fullMin, double& fullMax, const std::optional<DataRange>& range) {
-    if (!range) return;
-    fullMin = first ? range->min : std::min(fullMin, range->min);
-    fullMax = first ? range->max : std::max(fullMax, range->max);
-  };
-  widen(graph.fullXMin, graph.fullXMax, PlotRange(newest, 'x'));
-  widen(graph.fullYMin, graph.fullYMax, PlotRange(newest, 'y'));
-}
-
-/// A cursor beyond the data could not be grabbed: it comes to its place by thirds of the time on the axis.
-void BringCursors(Graph& graph) {
-  const DataRange x = ViewRange(graph, 'x');
-  const double count = static_cast<double>(graph.cursors.size()) + 1.0;
-  double place = 0.0;
-  for (Cursor& cursor : graph.cursors) {
-    place += 1.0;
-    if (cursor.x < x.min || cursor.x > x.max) cursor.x = x.min + (x.max - x.min) * place / count;
-  }
-}
-
-/// Traces pile up run after run. The oldest go when all together hold more samples than this.
-constexpr std::size_t MaxPlottedSamples = 4U * MaxStimPoints;
-
-void DropOldestPlots(Graph& graph, std::size_t toCome) {
-  std::size_t samples = toCome;
-  for (const Plot& plot : graph.plots) samples += plot.y.size();
-  while (!graph.plots.empty() && samples > MaxPlottedSamples) {
-    samples -= graph.plots.front().y.size();
-    graph.plots.erase(graph.plots.begin());
-  }
-}
-
-void AddMainGraph() {
-  Graph& graph = AddGraph(MainPanelName, MainPanelName, "Time (ms)", "", 2);
-  graph.x.max = 100.0;
-  graph.y.max = 100.0;
-  graph.cursors[0] = {33.0, 66.0, true, DarkBlue};
-  graph.cursors[1] = {66.0, 33.0, true, DarkBlue};
-  ShowDisplayUnits();
-  ShowTimeAxis();
-}
-
 }  // namespace
 
 void AddRunControls() {
   AddControls(MainPanelName, RunGroup, RunControls);
-  AddMainGraph();
+  AddTraceGraph();
   Panel& panel = PanelNamed(MainPanelName);
   DimBelow = panel.dim;
   panel.dim = DimRunControls;
@@ -336,38 +263,6 @@ void WriteRunParameters() {
 void AcquireData() {
   ReadRunParameters();
   RunSimulation(Model.NumPoints);
-}
-
-void PlotTrace(bool erase) {
-  if (Model.FitActive != 0 || !OnScreen()) return;
-  Graph& graph = MainGraph();
-  if (erase) ClearPlots(graph);
-  ShowTraceUnits();
-  ShowTimeAxis();
-  const auto samples = static_cast<std::size_t>(std::clamp(Model.NumPoints, 0, MaxStimPoints));
-  DropOldestPlots(graph, samples);
-  PlotWave(graph, PlotStyle::Line, SimulatorColour(), Trace.SimTrace.first(samples), 0.0,
-           static_cast<double>(Model.ADInterval));
-  WidenFullRange(graph);
-  if (graph.x.automatic) BringCursors(graph);
-}
-
-void RemoveTracePlots() {
-  if (OnScreen()) ClearPlots(MainGraph());
-}
-
-void ShowDisplayUnits() {
-  if (OnScreen()) ShowUnitsOf(Model.DisplayUnits);
-}
-
-void ShowTraceUnits() {
-  if (!OnScreen()) return;
-  if (Trace.TraceUnits <= UnitsProbability) {
-    ShowUnitsOf(Trace.TraceUnits);
-    return;
-  }
-  const auto unit = static_cast<std::size_t>(std::min(Trace.TraceUnits, TraceNanoamps) - TraceMicrovolts);
-  SetAxisTitle(MainGraph(), 'y', RecordedUnitTitles[unit]);
 }
 
 void ShowDataName() {

@@ -3,13 +3,13 @@
 //   Declaring        AddRunControls  AddValuesTablePanel  AddRunMenu
 //   Panel and store  ReadRunParameters  WriteRunParameters
 //   Commands         AcquireData
-//   What is shown    PlotTrace  RemoveTracePlots  ShowDisplayUnits  ShowTraceUnits  ShowDataName  ShowRunText
+//   What is shown    ShowDataName  ShowRunText
 //   Statistics       AddStatisticsControls  ShowEventStatistics
 #pragma once
 
 namespace zelvane {
 
-void AddRunControls();  // onto MainPanel, with the monitored-response graph
+void AddRunControls();  // onto MainPanel, with the graph of the trace
 void AddValuesTablePanel();
 void AddRunMenu();
 
@@ -22,19 +22,6 @@ void WriteRunParameters();
 
 /// The run button: reads rates and run settings from the panels and runs NumPoints points.
 void AcquireData();
-
-/// Plots NumPoints samples of the trace against time on the main graph, in the colour of the simulator. With
-/// `erase` the plots already there are removed first. Does nothing while a fit runs or without MainPanel.
-void PlotTrace(bool erase);
-
-/// Removes the plots of the main graph.
-void RemoveTracePlots();
-
-/// Shows the unit of DisplayUnits on the y axis of the main graph.
-void ShowDisplayUnits();
-
-/// Shows the unit of `Trace.TraceUnits` there: that of what the trace holds.
-void ShowTraceUnits();
 
 /// Shows the model's file as the name of the present data.
 void ShowDataName();

@@ -5,11 +5,11 @@
 #include <cstddef>
 #include <vector>
 
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "numerics/spline.h"
 #include "sim/internal/ohmic_drive.h"
 #include "sim/result_store.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

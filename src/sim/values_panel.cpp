@@ -4,12 +4,12 @@
 #include <cstddef>
 #include <string>
 
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
 #include "sim/result_store.h"
 #include "sim/run_panel.h"
 #include "sim/saved_steps.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -11,7 +11,6 @@
 #include "noise/gaussian_filter.h"
 #include "platform/zero_pages.h"
 #include "screen/popups.h"
-#include "sim/result_store.h"
 #include "stimulus/internal/stimulus_views.h"
 #include "stimulus/profile_builder.h"
 #include "stimulus/stimulus_store.h"
@@ -138,7 +137,7 @@ bool PollStop(double fraction) {
   if (Model.FitActive != 0) return true;
   ShowProgress(fraction);
   ProcessSystemEvents();
-  return Result.StopRequested == 0;
+  return !StopAsked();
 }
 
 void AddToTarget(const Pulse& pulse, const PulseTrain& train) {
@@ -146,7 +145,7 @@ void AddToTarget(const Pulse& pulse, const PulseTrain& train) {
   static const std::span<float> room = TakeZeroPages(MaxStimPoints);
   const std::span<float> target = TargetSamples();
   if (target.empty()) return;
-  Result.StopRequested = 0;
+  ForgetStop();
   AddTrain(target, pulse, train, Model.ADInterval, room.first(target.size()), PollStop);
   ReleaseZeroPages(room.first(target.size()));
   if (Model.FitActive == 0) ResetProgress();

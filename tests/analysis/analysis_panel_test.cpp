@@ -8,9 +8,9 @@
 #include "analysis/results_files.h"
 #include "analysis/results_table.h"
 #include "headless/commands/measure_command.h"
-#include "io/trace_store.h"
 #include "screen/screen.h"
 #include "support/drive_test.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -3,10 +3,10 @@
 #include <fstream>
 
 #include "analysis/analysis_store.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "platform/abf/abf.h"
 #include "support/drive_test.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

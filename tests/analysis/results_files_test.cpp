@@ -8,9 +8,9 @@
 #include "analysis/results_table.h"
 #include "analysis/run_analysis.h"
 #include "fit/fit_store.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "support/store_test.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

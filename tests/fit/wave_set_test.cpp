@@ -6,13 +6,13 @@
 #include "fit/fit_store.h"
 #include "fit/wave_list.h"
 #include "io/stimulus_file.h"
-#include "io/trace_store.h"
 #include "io/trace_write.h"
 #include "model/model_store.h"
 #include "sim/run_panel.h"
 #include "stimulus/stimulus_store.h"
 #include "support/pressing.h"
 #include "support/store_test.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -7,9 +7,9 @@
 
 #include "headless/commands/recording_commands.h"
 #include "io/trace_read.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "support/drive_test.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

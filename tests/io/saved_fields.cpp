@@ -6,11 +6,12 @@
 #include <set>
 
 #include "fit/fit_store.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "noise/noise_store.h"
+#include "screen/popups_store.h"
 #include "sim/result_store.h"
 #include "singlechannel/dwell_store.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -34,7 +35,8 @@ bool InStoreNeverSaved(const Field& field) {
     const auto* begin = reinterpret_cast<const std::byte*>(&store);
     return field.base >= begin && field.base < begin + sizeof store;
   };
-  return within(Trace) || within(Noise) || within(Dwell) || within(Result) || within(Fit.Wave);
+  return within(Trace) || within(Noise) || within(Dwell) || within(Result) || within(Requests) ||
+         within(Fit.Wave);
 }
 
 /// Computed from other fields.

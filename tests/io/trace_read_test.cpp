@@ -12,7 +12,6 @@
 
 #include "io/stimulus_file.h"
 #include "io/trace_hooks.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "platform/abf/abf.h"
 #include "rscm/rscm_store.h"
@@ -22,6 +21,7 @@
 #include "stimulus/stimulus_store.h"
 #include "support/drive_test.h"
 #include "support/pressing.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

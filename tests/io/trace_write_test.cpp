@@ -7,7 +7,6 @@
 #include <map>
 
 #include "io/trace_export.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "platform/abf/abf.h"
 #include "platform/folders.h"
@@ -17,6 +16,7 @@
 #include "support/pressing.h"
 #include "support/small_disk.h"
 #include "support/store_test.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "io/model_file.h"
-#include "io/trace_store.h"
 #include "model/constraints_store.h"
 #include "model/model.h"
 #include "model/model_panels.h"
@@ -15,6 +14,7 @@
 #include "stimulus/stimulus.h"
 #include "stimulus/stimulus_store.h"
 #include "support/store_test.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -4,10 +4,10 @@
 #include <cmath>
 #include <limits>
 
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "noise/noise_store.h"
 #include "support/store_test.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -5,6 +5,7 @@
 
 #include <cmath>
 
+#include "screen/popups.h"
 #include "sim/run_fixtures.h"
 #include "sim/saved_steps.h"
 
@@ -149,7 +150,7 @@ TEST_F(IntegrateModelTest, AsksBeforeALongRunWithAReducedStep) {
 
 TEST_F(IntegrateModelTest, StopsAtTheButtonAndConvertsWhatAFixedRunHas) {
   onPump = [](int call) {
-    if (call == 10) Result.StopRequested = 1;
+    if (call == 10) RequestStop();
   };
   Integrate(FixedStepIntegrator);
   EXPECT_EQ(popups, (std::vector<SeenPopup>{{"!", "Simulation Interrupted by User"}}));

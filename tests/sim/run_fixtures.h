@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "io/trace_store.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
@@ -16,6 +15,9 @@
 #include "singlechannel/dwell_store.h"
 #include "stimulus/stimulus_store.h"
 #include "support/store_test.h"
+#include "trace/trace.h"
+#include "trace/trace_graph.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 

@@ -2,6 +2,8 @@
 #include <climits>
 #include <cmath>
 
+#include "screen/popups.h"
+#include "screen/popups_store.h"
 #include "sim/run_fixtures.h"
 #include "sim/run_hooks.h"
 
@@ -123,7 +125,7 @@ TEST_F(RunMonteCarloTest, StopIsHeardWithinAChannelOfManyDwellsAndBetweenManyRun
   onPump = [](int) { FAIL() << "a single channel pumps no events"; };
   FrontEnd former = SetFrontEnd({});
   FrontEnd stopping = former;
-  stopping.breathe = [](double) { Result.StopRequested = 1; };
+  stopping.breathe = [](double) { RequestStop(); };
   SetFrontEnd(std::move(stopping));
   struct Case {
     double rate;
@@ -170,7 +172,7 @@ TEST_F(RunHooksTest, TheFirstSweepOfEachRunIsSavedAndAnalysed) {
 
 TEST_F(RunHooksTest, AStopEndsTheAnalysisAndAFitTakesNone) {
   Model.NumChannels = 100;
-  onPump = [](int call) { Result.StopRequested = call == 30 ? 1 : 0; };
+  onPump = [](int call) { Requests.StopRequested = call == 30 ? 1 : 0; };
   RunAsSet();
   EXPECT_EQ(HookCalls, "bs1e");
   HookCalls.clear();

@@ -5,6 +5,8 @@
 
 #include "model/model_store.h"
 #include "noise/noise_store.h"
+#include "screen/popups.h"
+#include "screen/popups_store.h"
 #include "screen/screen.h"
 #include "sim/result_store.h"
 #include "stimulus/stimulus_store.h"
@@ -187,9 +189,9 @@ TEST_F(StimulusTest, ALongTrainMovesTheProgressAndStopsOnRequest) {
   Stimulus.TrainDelay = 0.0F;
   Stimulus.TrainInterval = 0.01F;
   Stimulus.ExpTau1 = 1e-3F;
-  Result.StopRequested = 1;  // of an earlier run
+  RequestStop();  // of an earlier run
   Manual(1'000'000);
-  onPump = [](int pump) { Result.StopRequested = pump == 2 ? 1 : 0; };
+  onPump = [](int pump) { Requests.StopRequested = pump == 2 ? 1 : 0; };
   CreateTrain();
   EXPECT_EQ(pumps, 2);
   EXPECT_GT(Drug(1)[999'999], 1.0F);

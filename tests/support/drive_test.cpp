@@ -3,8 +3,8 @@
 #include <sstream>
 
 #include "headless/drive/drive.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 

@@ -13,8 +13,8 @@
 #include "desktop/widgets/control_widget.h"
 #include "desktop/widgets/side_form.h"
 #include "desktop/widgets/text.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

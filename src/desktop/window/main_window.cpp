@@ -24,11 +24,11 @@
 #include "desktop/window/settings.h"
 #include "desktop/window/theme.h"
 #include "desktop/window/welcome.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "platform/folders.h"
 #include "screen/observer.h"
 #include "shell/application.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -17,15 +17,17 @@
 #include "io/trace_export.h"
 #include "io/trace_hooks.h"
 #include "io/trace_read.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "noise/gaussian_filter.h"
 #include "noise/noise_store.h"
 #include "platform/abf/abf.h"
+#include "platform/file_names.h"
 #include "platform/safe_file.h"
 #include "rscm/rscm_store.h"
 #include "screen/screen.h"
 #include "shell/application.h"
+#include "trace/trace.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -164,8 +166,7 @@ bool ReadSweepOf(const Recording& recording, int sweep) {
   Trace.SimTraceUsed = std::max(Trace.SimTraceUsed, samples);
   Model.NumPoints = samples;
   Noise.RecordPoints = samples;
-  Trace.TraceValid = 1;
-  Trace.RsCorrected = 0;
+  BeginTrace(TraceOrigin::Recording);
   return true;
 }
 
@@ -282,7 +283,6 @@ int MeasureCommand(const MeasureOptions& options, const JobStreams& streams) {
   }
   const JobScreen screen(streams);
   StartJob({});
-  ConnectHooks();
   if (!options.model.empty() && !ReadJobModel(options.model, streams)) return JobFailed;
   const MeasuringScreen answers(options.channel.value_or(1), options.intervalMs.has_value());
   Recording recording;

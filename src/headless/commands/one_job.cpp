@@ -12,7 +12,6 @@
 #include "shell/application.h"
 #include "shell/stores.h"
 #include "sim/program_random.h"
-#include "sim/result_store.h"
 
 namespace zelvane {
 namespace {
@@ -61,7 +60,7 @@ JobScreen::JobScreen(const JobStreams& streams) : streams_(streams) {
     return false;
   };
   const auto takeStop = [this] {
-    if (StopAsked(streams_)) Result.StopRequested = 1;
+    if (StopAsked(streams_)) RequestStop();
   };
   frontEnd.pump = takeStop;
   frontEnd.breathe = [takeStop](double) { takeStop(); };  // a point of a run can take minutes

@@ -12,6 +12,7 @@
 #include "io/trace_export.h"
 #include "model/model_store.h"
 #include "platform/abf/abf.h"
+#include "platform/file_names.h"
 #include "screen/screen.h"
 
 namespace zelvane {

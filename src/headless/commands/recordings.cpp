@@ -14,6 +14,7 @@
 #include "io/trace_export.h"
 #include "model/model_store.h"
 #include "platform/abf/abf.h"
+#include "platform/file_names.h"
 #include "screen/popups.h"
 
 namespace zelvane {

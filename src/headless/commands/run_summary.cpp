@@ -5,10 +5,10 @@
 
 #include "headless/commands/one_job.h"
 #include "headless/json_values.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
 #include "sim/result_store.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -10,13 +10,14 @@
 #include "headless/commands/single_channel_summary.h"
 #include "io/stimulus_file.h"
 #include "io/trace_export.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
+#include "platform/file_names.h"
 #include "screen/screen.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
 #include "singlechannel/dwell_lists.h"
 #include "stimulus/stimulus_store.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -5,10 +5,10 @@
 #include <ostream>
 #include <span>
 
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "sim/run_hooks.h"
 #include "singlechannel/dwell_store.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -23,9 +23,6 @@ void ShowRecording();
 /// Plots the trace and brings all its views up to date.
 void ShowTrace();
 
-/// Brings all of the trace into view.
-void ShowWholeTrace();
-
 /// Removes the plots of a trace that is gone.
 void ShowNoTrace();
 

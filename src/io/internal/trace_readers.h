@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-#include "io/trace_store.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 
@@ -49,9 +49,6 @@ class FormerFile {
   int numRuns_ = 0;
   bool kept_ = true;
 };
-
-/// A path without its folder.
-std::string NameOf(const std::string& path);
 
 /// `Trace.TraceUnits` from the units of a channel; units of no code leave it.
 void TakeTraceUnits(const std::string& units);

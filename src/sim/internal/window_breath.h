@@ -6,7 +6,6 @@
 #include "model/model_store.h"
 #include "screen/popups.h"
 #include "sim/fixed_step.h"
-#include "sim/result_store.h"
 
 namespace zelvane {
 
@@ -23,7 +22,7 @@ inline BreathHook WindowBreath() {
       Breathe(fraction);
       last = Clock::now();
     }
-    return Result.StopRequested != 0;
+    return StopAsked();
   };
 }
 

@@ -10,8 +10,8 @@
 #include <QTimer>
 
 #include "analysis/analysis_store.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
+#include "trace/trace_store.h"
 #include "window_fixture.h"
 
 namespace zelvane {

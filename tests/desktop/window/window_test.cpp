@@ -26,12 +26,12 @@
 #include "desktop/window/panel_dialog.h"
 #include "desktop/window/theme.h"
 #include "headless/drive/drive.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "shell/application.h"
 #include "shell/recorder.h"
 #include "stimulus/stimulus_store.h"
 #include "support/store_digest.h"
+#include "trace/trace_store.h"
 #include "window_fixture.h"
 
 namespace zelvane {

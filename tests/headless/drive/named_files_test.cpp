@@ -6,9 +6,9 @@
 #include "analysis/analysis_store.h"
 #include "fit/fit_store.h"
 #include "headless/drive/drive.h"
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "support/drive_test.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

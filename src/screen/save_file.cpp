@@ -1,4 +1,4 @@
-#include "io/internal/save_file.h"
+#include "screen/save_file.h"
 
 #include <functional>
 
