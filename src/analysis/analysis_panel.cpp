@@ -7,13 +7,13 @@
 
 #include "analysis/analysis_store.h"
 #include "analysis/analyze.h"
-#include "analysis/fit_hooks.h"
 #include "analysis/internal/analysis_views.h"
 #include "analysis/measures.h"
 #include "fit/fit_store.h"
 #include "model/model_store.h"
 #include "numerics/rounding.h"
 #include "screen/screen.h"
+#include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -304,10 +304,6 @@ void ShowFit() {
 
 }  // namespace
 
-bool AnalysisOnScreen() {
-  return FindPanel(AnalysisPanelName) != nullptr;
-}
-
 void AddAnalysisPanel() {
   AddPanel({.name = AnalysisPanelName,
             .title = "Analysis",
@@ -325,9 +321,11 @@ void AddAnalysisPanel() {
   AddAnalysisView();
   AddAnalysisTable();
   AddAnalysisSections();
-  PanelNamed(AnalysisPanelName).dim = DimAnalysisPanel;  // from here on: the rule needs the controls
+  PanelNamed(AnalysisPanelName).dim.push_back(DimAnalysisPanel);  // from here on: the rule needs the controls
   AddControls("MainPanel", "analysis", MainPanelButton);
   AddMenu(AnalysisMenu);
+  MeasureSettingsWanted.Add(ReadAnalysisPanel);
+  MeasuresChanged.Add(ShowMeasures);
 }
 
 void OpenAnalysisPanel() {
@@ -337,7 +335,7 @@ void OpenAnalysisPanel() {
 }
 
 void ReadAnalysisPanel() {
-  if (AnalysisOnScreen()) ReadControls(AnalysisPanelName, SettingsGroup);
+  ReadControls(AnalysisPanelName, SettingsGroup);
 }
 
 void ShowAnalysisSettings() {
@@ -351,7 +349,6 @@ void FollowSettings() {
 }
 
 void WriteAnalysisPanel() {
-  if (!AnalysisOnScreen()) return;
   ShowAnalysisSettings();
   ShowUnits();
   ShowStatus();
@@ -360,7 +357,6 @@ void WriteAnalysisPanel() {
 }
 
 void ShowMeasures() {
-  if (!AnalysisOnScreen()) return;
   const ResponseMeasures& m = Analysis.Measures;
   const auto show = [&](const char* control, float value, unsigned bit) {
     ShowResult(control, static_cast<double>(value), (m.measured & bit) != 0);

@@ -3,13 +3,13 @@
 //   Declaring          AddAnalysisPanel
 //   Panel and store    ReadAnalysisPanel  WriteAnalysisPanel
 //   What is shown      ShowMeasures  ShowMeasuresFile  ShowTableFile  RefreshAnalysisView  ShowAnalysisMarks
-//                      ShowNewTrace  ForgetMeasures  ClearAnalysisPlots
+//                      ShowNewTrace  ClearAnalysisPlots
 //   What is seen       SamplesInView
 //   Results table      ShowTableRow  ShowResultsTable  MarkTableRow
 //   Commands           OpenAnalysisPanel
 //
-// The x axis of the plot counts samples; its gain shows them as times. Without the panel on the screen every
-// function here does nothing.
+// The x axis of the plot counts samples; its gain shows them as times. The functions that show follow the
+// events of the measures from AddAnalysisPanel on.
 #pragma once
 
 #include <string>
@@ -50,9 +50,6 @@ void RefreshAnalysisView();
 
 /// Draws the marks of what was measured anew.
 void ShowAnalysisMarks();
-
-/// The trace is a new one, or is about to be: nothing is measured of it yet.
-void ForgetMeasures();
 
 /// The trace has changed: nothing is measured of it yet. Draws it.
 void ShowNewTrace();

@@ -11,6 +11,7 @@
 #include "analysis/results_read.h"
 #include "analysis/results_table.h"
 #include "screen/screen.h"
+#include "trace/trace_events.h"
 
 namespace zelvane {
 namespace {
@@ -102,21 +103,24 @@ void AddAnalysisTable() {
   table.command = "FxnAnTable";
   table.help = "Every analysed response is a row. Click an episode to see its sweep and measure it again.";
   ShowResultsTable();
+  MeasuresFileChanged.Add(ShowMeasuresFile);
+  TableFileNamed.Add(ShowTableFile);
+  TableRowChanged.Add(ShowTableRow);
+  ResultsTableChanged.Add(ShowResultsTable);
+  TableRowMarked.Add(MarkTableRow);
 }
 
 void ShowMeasuresFile() {
-  if (!AnalysisOnScreen()) return;
   const bool open = Analysis.MeasuresFileOpen != 0;
   ShowText("MeasuresFileShown", open || Analysis.MeasuresCount > 0 ? Analysis.MeasuresFileName : NoOpenFile);
   ShowNumber("MeasuresCount", Analysis.MeasuresCount);
 }
 
 void ShowTableFile(const std::string& path) {
-  if (AnalysisOnScreen()) ShowText("TableFileShown", path);
+  ShowText("TableFileShown", path);
 }
 
 void ShowTableRow(int row) {
-  if (!AnalysisOnScreen()) return;
   Table& table = Results();
   const AnalysisRow& stored = Analysis.Rows[static_cast<std::size_t>(row)];
   SetCell(table, row, 1, FormatText("%d", row));
@@ -128,14 +132,12 @@ void ShowTableRow(int row) {
 }
 
 void ShowResultsTable() {
-  if (!AnalysisOnScreen()) return;
   for (int row = 1; row <= MaxAnalysisRows; ++row) ShowTableRow(row);
   MarkRow(Results(), 0);
   ScrollTable(Results(), 1, 1);
 }
 
 void MarkTableRow(int row) {
-  if (!AnalysisOnScreen()) return;
   MarkRow(Results(), std::clamp(row, 0, MaxAnalysisRows));
   ScrollTable(Results(), row - RowsInView + 1, Results().leftColumn);
 }

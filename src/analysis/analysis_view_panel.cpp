@@ -13,6 +13,7 @@
 #include "numerics/rounding.h"
 #include "screen/pyramid.h"
 #include "screen/screen.h"
+#include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -436,6 +437,12 @@ constexpr ControlDecl ViewControls[] = {
 };
 // clang-format on
 
+/// The trace stays, the marks go.
+void ShowNothingMeasured() {
+  KeepPlots(View(), 1);
+  ShowMeasures();
+}
+
 }  // namespace
 
 void AddAnalysisView() {
@@ -451,6 +458,11 @@ void AddAnalysisView() {
   }
   graph.cursorMoved = CursorMoved;
   graph.axisChanged = RangeChanged;
+  MeasuresForgotten.Add(ShowNothingMeasured);
+  MarksChanged.Add(ShowAnalysisMarks);
+  ResponseToShow.Add(RefreshAnalysisView);
+  ResponseGone.Add(ClearAnalysisPlots);
+  TraceChanged.Add(ShowNewTrace);
 }
 
 void PlaceAnalysisCursors() {
@@ -464,7 +476,6 @@ void PlaceAnalysisCursors() {
 }
 
 void RefreshAnalysisView() {
-  if (!AnalysisOnScreen()) return;
   Graph& graph = View();
   const bool wasZoomed = Zoomed() && graph.x.max <= Points();
   ClearPlots(graph);
@@ -485,27 +496,18 @@ void RefreshAnalysisView() {
 }
 
 void ShowAnalysisMarks() {
-  if (AnalysisOnScreen()) DrawMarks();
-}
-
-void ForgetMeasures() {
-  if (Analysis.Measures.measured == 0 && Analysis.FitRan == 0) return;
-  Analysis.Measures.measured = 0;
-  Analysis.FitRan = 0;
-  if (!AnalysisOnScreen()) return;
-  KeepPlots(View(), 1);
-  ShowMeasures();
+  DrawMarks();
 }
 
 void ShowNewTrace() {
   ForgetMeasures();
-  if (AnalysisOnScreen() && PanelVisible(AnalysisPanelName)) ShowAnalysisSettings();
+  if (PanelVisible(AnalysisPanelName)) ShowAnalysisSettings();
   RefreshAnalysisView();
 }
 
 SampleRange SamplesInView() {
   const SampleRange whole = {0, std::max(Model.NumPoints, 0)};
-  if (!AnalysisOnScreen() || !Zoomed()) return whole;
+  if (!Zoomed()) return whole;
   const DataRange between = ZoomSpan();
   const auto within = [&whole](double x) {
     return static_cast<int>(std::clamp(x, 0.0, static_cast<double>(whole.last)));
@@ -514,7 +516,7 @@ SampleRange SamplesInView() {
 }
 
 void ClearAnalysisPlots() {
-  if (AnalysisOnScreen()) ClearPlots(View());
+  ClearPlots(View());
 }
 
 }  // namespace zelvane

@@ -4,8 +4,6 @@
 #include <optional>
 #include <set>
 
-#include "analysis/analysis_panel.h"
-#include "analysis/fit_hooks.h"
 #include "analysis/measures.h"
 #include "analysis/results_files.h"
 #include "analysis/results_table.h"
@@ -13,6 +11,7 @@
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "screen/popups.h"
+#include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -41,22 +40,15 @@ void TellOf(RiseFault fault) {
   if (fault == RiseFault::PeakBeforeStart) MessagePopup(AnalysisWarningTitle, PeakBeforeStart);
 }
 
+/// No exponentials are fitted to the response.
 void ClearFit() {
+  Analysis.FitRan = 0;
   Fit.FitAmp1 = 0.0;
   Fit.FitTau1 = 0.0;
   Fit.FitAmp2 = 0.0;
   Fit.FitTau2 = 0.0;
   Fit.FitOffset = 0.0;
   Fit.FitGoodness = 0.0F;
-}
-
-/// Fits the exponentials, or sets the results of the fit to zero.
-void FitResponse() {
-  Analysis.FitRan =
-      IsExponentialFit(Fit.FitMode) && AnalysisFit.fitExponentials != nullptr && AnalysisFit.fitExponentials()
-          ? 1
-          : 0;
-  if (Analysis.FitRan == 0) ClearFit();
 }
 
 }  // namespace
@@ -79,12 +71,12 @@ int DataEpisode() {
 
 void MeasureBaseline(int start, int count) {
   BaselineOf(RecordedTrace(), start, count, Analysis.Measures);
-  ShowMeasures();
+  MeasuresChanged.Tell();
 }
 
 void PeakSearch(std::span<const float> trace, int positions, int start, float baseline, int width) {
   PeakOf(Recorded(trace), positions, start, baseline, width, StoredMeasureSettings(), Analysis.Measures);
-  ShowMeasures();
+  MeasuresChanged.Tell();
 }
 
 float MeasureIntegral(std::span<const float> trace, int start, int count, float baseline) {
@@ -109,19 +101,29 @@ void MeasureDecay() {
 }
 
 bool MeasureTrace() {
-  if (AnalysisFit.refreshLimits != nullptr) AnalysisFit.refreshLimits();
   Analysis.Measures.measured = 0;
   if (Model.ADInterval == 0.0F) return false;
   TellOf(MeasureResponse(RecordedTrace(), StoredMeasureSettings(), Analysis.Measures));
-  FitResponse();
+  ClearFit();
   return true;
 }
 
+void ForgetMeasures() {
+  if (Analysis.Measures.measured == 0 && Analysis.FitRan == 0) return;
+  Analysis.Measures.measured = 0;
+  Analysis.FitRan = 0;
+  MeasuresForgotten.Tell();
+}
+
+void ConnectMeasures() {
+  TraceChanges.Add(ForgetMeasures);
+}
+
 bool ReanalyzeTrace() {
-  ReadAnalysisPanel();
+  MeasureSettingsWanted.Tell();
   const bool measured = MeasureTrace();
-  ShowMeasures();
-  RefreshAnalysisView();
+  MeasuresChanged.Tell();
+  ResponseToShow.Tell();
   return measured;
 }
 
@@ -129,9 +131,9 @@ void MeasureAgain() {
   if (Analysis.Measures.measured == 0 || Trace.TraceValid == 0 || Model.ADInterval == 0.0F) return;
   Analysis.Measures.measured = 0;
   MeasureResponse(RecordedTrace(), StoredMeasureSettings(), Analysis.Measures);
-  FitResponse();
-  ShowMeasures();
-  ShowAnalysisMarks();
+  ClearFit();
+  MeasuresChanged.Tell();
+  MarksChanged.Tell();
 }
 
 void AnalyzeTrace() {

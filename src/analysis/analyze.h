@@ -65,4 +65,15 @@ void EndSeries();
 /// stopped a measure. False when `Model.ADInterval` is 0.
 bool MeasureTrace();
 
+/// The trace is a new one, or is about to be: nothing is measured on it yet.
+void ForgetMeasures();
+
+/// Lets the measures follow the trace: a change forgets them.
+void ConnectMeasures();
+
+/// Returns whether `fitMode` is one of the exponential fits of a response.
+constexpr bool IsExponentialFit(int fitMode) {
+  return fitMode >= 1 && fitMode <= 3;
+}
+
 }  // namespace zelvane

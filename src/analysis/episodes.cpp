@@ -1,11 +1,11 @@
 #include "analysis/episodes.h"
 
-#include "analysis/analysis_panel.h"
 #include "analysis/analysis_store.h"
 #include "analysis/analyze.h"
 #include "fit/fit_store.h"
 #include "io/trace_read.h"
 #include "screen/popups.h"
+#include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -21,7 +21,7 @@ bool CanAnalyzeEpisodes() {
 
 void ReadAndShowEpisode() {
   TraceReloadEpisode();
-  RefreshAnalysisView();
+  ResponseToShow.Tell();
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include "analysis/analysis_panel.h"
 #include "analysis/analyze.h"
 #include "analysis/results_table.h"
 #include "fit/fit_store.h"
@@ -14,6 +13,7 @@
 #include "model/model_store.h"
 #include "platform/safe_file.h"
 #include "screen/popups.h"
+#include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -119,7 +119,7 @@ bool AppendRow(const std::string& header, const std::string& row) {
   if (!Append(Analysis.MeasuresFileName, HeaderIsDue() ? header + row : row)) return false;
   Analysis.MeasuresFileOpen = 1;
   ++Analysis.MeasuresCount;
-  ShowMeasuresFile();
+  MeasuresFileChanged.Tell();
   return true;
 }
 
@@ -232,7 +232,7 @@ void SaveAnalysis() {
     if (!DataHaveName()) return;
     Analysis.MeasuresFileName = SiblingFile(DataFilePath(), ".res");
     if (Exists(Analysis.MeasuresFileName) && !ConfirmPopup("", AppendQuestion)) return;
-    ShowMeasuresFile();
+    MeasuresFileChanged.Tell();
   }
   AppendMeasures();
 }
@@ -279,7 +279,7 @@ std::string TableCsv(std::span<const AnalysisRow> rows) {
 void SaveResultsTable() {
   if (!DataHaveName()) return;
   const std::string path = SiblingFile(DataFilePath(), ".tbl");
-  if (ReplaceFile(path, TableText(FilledRows()))) ShowTableFile(path);
+  if (ReplaceFile(path, TableText(FilledRows()))) TableFileNamed.Tell(path);
 }
 
 void ExportTableCsv() {
@@ -289,7 +289,7 @@ void ExportTableCsv() {
                                      .save = true});
   if (!path) return;
   if (ReplaceFile(*path, TableCsv(FilledRows())))
-    ShowTableFile(*path);
+    TableFileNamed.Tell(*path);
   else
     MessagePopup(FileErrorTitle, CannotWrite + *path);
 }

@@ -6,7 +6,6 @@
 #include <optional>
 #include <sstream>
 
-#include "analysis/analysis_panel.h"
 #include "analysis/results_files.h"
 #include "analysis/results_table.h"
 #include "io/model_file.h"
@@ -14,6 +13,7 @@
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "screen/popups.h"
+#include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -73,8 +73,8 @@ void FillTable(const TableFile& table) {
   if (found < wanted) MessagePopup(FileErrorTitle, FormatText(CutTable, found, table.count));
   std::copy(table.rows.begin(), table.rows.end(), Analysis.Rows.begin() + 1);
   Analysis.TableRow = found + 1;
-  ShowResultsTable();
-  MarkTableRow(found);
+  ResultsTableChanged.Tell();
+  TableRowMarked.Tell(found);
 }
 
 }  // namespace
@@ -85,7 +85,7 @@ void ReadResultsTable() {
 }
 
 void ReadResultsTableNamed(const std::string& path) {
-  ShowTableFile(path);
+  TableFileNamed.Tell(path);
   const auto text = TextOf(path);
   if (!text) {
     FileErrorPopup(FileOpenFailed);
@@ -99,7 +99,7 @@ void ReadResultsTableNamed(const std::string& path) {
   ClearResultsTable();
   ReadNamedModel(table->modelPath);
   if (!ReadNamedRecording(table->dataPath)) return;
-  RefreshAnalysisView();
+  ResponseToShow.Tell();
   FillTable(*table);
 }
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 
-#include "analysis/analysis_panel.h"
 #include "analysis/analyze.h"
 #include "fit/fit_store.h"
 #include "screen/popups.h"
+#include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -81,13 +81,13 @@ bool TableAddRow(int row) {
     return false;
   }
   RewriteRow(row);
-  MarkTableRow(row);
+  TableRowMarked.Tell(row);
   return true;
 }
 
 void RewriteRow(int row) {
   RowAt(row) = ResultsRow(Analysis.Measures, DataFileName(), DataEpisode());
-  ShowTableRow(row);
+  TableRowChanged.Tell(row);
 }
 
 void DeleteLastRow() {
@@ -96,16 +96,16 @@ void DeleteLastRow() {
   Analysis.MeasuresFileOpen = 0;
   Analysis.TableRow = std::max(Analysis.TableRow - 1, 1);
   if (Analysis.TableRow <= MaxAnalysisRows) RowAt(Analysis.TableRow) = AnalysisRow{};
-  ShowMeasures();
-  ClearAnalysisPlots();
-  if (Analysis.TableRow <= MaxAnalysisRows) ShowTableRow(Analysis.TableRow);
-  MarkTableRow(Analysis.TableRow - 1);
+  MeasuresChanged.Tell();
+  ResponseGone.Tell();
+  if (Analysis.TableRow <= MaxAnalysisRows) TableRowChanged.Tell(Analysis.TableRow);
+  TableRowMarked.Tell(Analysis.TableRow - 1);
 }
 
 void ClearResultsTable() {
   for (AnalysisRow& row : Analysis.Rows) row = AnalysisRow{};
   Analysis.TableRow = 1;
-  ShowResultsTable();
+  ResultsTableChanged.Tell();
 }
 
 }  // namespace zelvane

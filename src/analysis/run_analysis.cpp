@@ -3,13 +3,15 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
+#include <utility>
 
-#include "analysis/analysis_panel.h"
 #include "analysis/analyze.h"
 #include "analysis/results_files.h"
+#include "model/model_store.h"
 #include "platform/safe_file.h"
 #include "screen/popups.h"
 #include "sim/result_store.h"
+#include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -81,14 +83,14 @@ bool BeginRunAnalysis() {
   Analysis.MeasuresFileName = *path;
   Analysis.MeasuresFileOpen = 1;
   Analysis.MeasuresCount = 0;
-  ShowMeasuresFile();
+  MeasuresFileChanged.Tell();
   return true;
 }
 
-void AnalyzeRun(int /*run*/) {
-  ReadAnalysisPanel();
+void AnalyzeRun() {
+  MeasureSettingsWanted.Tell();
   if (MeasureTrace()) {
-    ShowMeasures();
+    MeasuresChanged.Tell();
     if (!AppendMeasures() && Averages().runs == 0) {
       MessagePopup(FileErrorTitle, CannotWrite + Analysis.MeasuresFileName);
     }
@@ -106,7 +108,19 @@ void EndRunAnalysis() {
   }
   averages = RunAverages{};
   Analysis.MeasuresFileOpen = 0;
-  ShowMeasuresFile();
+  MeasuresFileChanged.Tell();
+}
+
+void ConnectRunAnalysis() {
+  static bool analyzes = false;  // the runs of the present series
+  analyzes = false;
+  SeriesBegins.Add([] { analyzes = Model.AutoAnalyze != 0 && BeginRunAnalysis(); });
+  SeriesRun.Add([](int) {
+    if (analyzes) AnalyzeRun();
+  });
+  SeriesEnds.Add([] {
+    if (std::exchange(analyzes, false)) EndRunAnalysis();
+  });
 }
 
 }  // namespace zelvane

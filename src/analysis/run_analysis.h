@@ -32,10 +32,13 @@ bool BeginRunAnalysis();
 
 /// Measures the trace of a run with the settings of the analysis panel, appends its row and adds it to the
 /// averages.
-void AnalyzeRun(int run);
+void AnalyzeRun();
 
 /// Writes the variance file beside the results file once more than one run was analysed, and ends the use of
 /// the results file.
 void EndRunAnalysis();
+
+/// Lets the runs of each simulation be analysed while `Model.AutoAnalyze` is on and a results file is chosen.
+void ConnectRunAnalysis();
 
 }  // namespace zelvane

@@ -1,6 +1,7 @@
 // FileInfoPanel: what is known of the file read last.
 #include "io/trace_panels.h"
 #include "screen/screen.h"
+#include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -28,6 +29,7 @@ void AddFileInfoPanel() {
             .help = "Mode, length, interval, gains and units of the recording read last."});
   AddControls(PanelName, "info", InfoControls);
   AddTextBox(PanelName, BoxName);
+  RecordingTaken.Add(ShowFileInfo);
 }
 
 void FxnFileInfo() {
@@ -36,7 +38,6 @@ void FxnFileInfo() {
 }
 
 void ShowFileInfo() {
-  if (FindTextBox(BoxName) == nullptr) return;
   TextBox& box = TextBoxNamed(BoxName);
   ClearLines(box);
   for (const std::string& line : Trace.FileInfo) InsertLine(box, line);

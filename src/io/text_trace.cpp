@@ -9,6 +9,7 @@
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "screen/popups.h"
+#include "trace/trace_events.h"
 
 namespace zelvane {
 namespace {
@@ -190,7 +191,7 @@ std::vector<std::vector<float>> ReadTextEpisodes() {
 int TextTraceRead(std::span<float> destination, const std::string& path) {
   std::size_t kept = 0;
   const Reading reading = ReadText(destination, path, Questions::Asked, kept);
-  if (reading == Reading::Done) ShowRecording();
+  if (reading == Reading::Done) RecordingTaken.Tell();
   return reading == Reading::Done && IsResult(Model.NumPoints) ? 1 : 0;
 }
 

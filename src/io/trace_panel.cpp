@@ -1,7 +1,6 @@
 // Commands that read a recording, erase it or step through its episodes, and what MainPanel shows of it.
 #include <string_view>
 
-#include "io/internal/trace_dialogs.h"
 #include "io/internal/trace_readers.h"
 #include "io/trace_panels.h"
 #include "io/trace_read.h"
@@ -10,6 +9,7 @@
 #include "screen/screen.h"
 #include "sim/run_panel.h"
 #include "stimulus/stimulus.h"
+#include "trace/trace_events.h"
 #include "trace/trace_graph.h"
 #include "trace/trace_store.h"
 
@@ -22,8 +22,12 @@ constexpr char ConversionTool[] = "ABFUtil1.exe";
 constexpr char NoConversionTool[] =
     "The conversion tool ABFUtil1.exe is not in the program's folder, or cannot be started.";
 
-bool OnScreen() {
-  return FindControl("EpisodeIndex") != nullptr;
+void ShowRecording() {
+  WriteControls(MainPanelName, RecordingGroup);
+  WriteRunParameters();
+  ShowTraceUnits();
+  ShowText("DataName", Trace.TraceFileName);
+  StimFollowInterval();
 }
 
 // -- Commands --
@@ -115,15 +119,11 @@ constexpr MenuDecl RecordingMenu[] = {
 
 // -- Keys --
 
-void (*KeyBelow)(std::string_view) = nullptr;  // what the panel came with
-
 void StepByKey(std::string_view key) {
   if (key == "PageDown") {
     LastSection();
   } else if (key == "PageUp") {
     NextSection();
-  } else if (KeyBelow != nullptr) {
-    KeyBelow(key);
   }
 }
 
@@ -131,33 +131,12 @@ void StepByKey(std::string_view key) {
 
 void AddRecordingControls() {
   AddControls(MainPanelName, RecordingGroup, RecordingControls);
-  Panel& panel = PanelNamed(MainPanelName);
-  KeyBelow = panel.key;
-  panel.key = StepByKey;
+  PanelNamed(MainPanelName).key = StepByKey;
+  RecordingTaken.Add(ShowRecording);
 }
 
 void AddRecordingMenu() {
   AddMenu(RecordingMenu);
-}
-
-void ShowRecording() {
-  if (!OnScreen()) return;
-  WriteControls(MainPanelName, RecordingGroup);
-  WriteRunParameters();
-  ShowTraceUnits();
-  ShowText("DataName", Trace.TraceFileName);
-  ShowFileInfo();
-  StimFollowInterval();
-}
-
-void ShowTrace() {
-  ShowRecording();
-  PlotTrace(true);
-}
-
-void ShowNoTrace() {
-  ShowRecording();
-  RemoveTracePlots();
 }
 
 }  // namespace zelvane

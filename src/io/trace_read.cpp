@@ -6,16 +6,12 @@
 #include <string_view>
 
 #include "io/input_file.h"
-#include "io/internal/trace_dialogs.h"
 #include "io/internal/trace_readers.h"
-#include "io/trace_hooks.h"
 #include "io/trace_write.h"
 #include "model/model_store.h"
-#include "rscm/rscm_store.h"
 #include "screen/popups.h"
 #include "trace/trace.h"
 #include "trace/trace_events.h"
-#include "trace/trace_graph.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -58,13 +54,6 @@ void EndTraceAt(std::size_t samples) {
   EndSamplesAt(samples);
 }
 
-/// A read that was given up half-way leaves no trace, though the samples read so far stay.
-void LeaveNoTrace(std::size_t samples) {
-  EndTraceAt(samples);
-  Trace.TraceValid = 0;
-  ShowNoTrace();
-}
-
 /// The trace holds a file from here on.
 void BeginRecording() {
   EndTraceAt(static_cast<std::size_t>(Model.NumPoints));
@@ -72,14 +61,21 @@ void BeginRecording() {
   RecordingCameIn.Tell();
 }
 
-void CorrectIfAsked() {
-  if (RsCm.RsCmAuto == 0 || AfterRead.correct == nullptr) return;
-  AfterRead.correct();
-  Trace.RsCorrected = 1;
+void ShowTrace() {
+  RecordingTaken.Tell();
+  TraceToPlot.Tell(true);
 }
 
-void RefreshViews() {
-  if (AfterRead.refreshViews != nullptr) AfterRead.refreshViews();
+void ShowNoTrace() {
+  RecordingTaken.Tell();
+  TraceGone.Tell();
+}
+
+/// A read that was given up half-way leaves no trace, though the samples read so far stay.
+void LeaveNoTrace(std::size_t samples) {
+  EndTraceAt(samples);
+  Trace.TraceValid = 0;
+  ShowNoTrace();
 }
 
 /// Reads `Trace.TraceFileName` into the trace by the reader of `text`.
@@ -115,9 +111,9 @@ bool ReadRecording(const std::string& path) {
   if (text && !ConfirmPopup(ImportTitle, ImportQuestion)) return false;
   if (!ReadNew(text, path)) return false;
   BeginRecording();
-  CorrectIfAsked();
+  RecordingToCorrect.Tell();
   ShowTrace();
-  RefreshViews();
+  TellTraceCame();
   return true;
 }
 
@@ -126,8 +122,8 @@ bool ReloadEpisode() {
   if (Trace.TraceFileName.empty()) return false;
   if (ReadInto(Trace.TraceIsText != 0, Questions::AsBefore) != Reading::Done) return false;
   BeginRecording();
-  CorrectIfAsked();
-  ShowRecording();
+  RecordingToCorrect.Tell();
+  RecordingTaken.Tell();
   return true;
 }
 
@@ -164,7 +160,7 @@ bool TraceReadFile(const std::string& path) {
   if (RefusedByAutosave()) return false;
   Trace.ParseRequested = 0;
   if (!ReadRecording(path)) return false;
-  ShowWholeTrace();
+  WholeTraceToShow.Tell();
   return true;
 }
 
@@ -175,10 +171,10 @@ void ReadAsciiData() {
   if (IsResult(Model.NumPoints)) {
     BeginRecording();
     ShowTrace();
-    RefreshViews();
+    TellTraceCame();
   } else {  // a handful of numbers: they stand in the trace, which is no result for it
     EndTraceAt(static_cast<std::size_t>(Model.NumPoints));
-    ShowRecording();
+    RecordingTaken.Tell();
   }
 }
 
@@ -189,7 +185,7 @@ void ReadWaveFile() {
   if (!path || !ReadNew(false, *path)) return;
   BeginRecording();
   ShowTrace();
-  RefreshViews();
+  TellTraceCame();
 }
 
 void TraceReloadEpisode() {
@@ -204,11 +200,11 @@ void GoToEpisode(int episode) {
   if (episode > Trace.EpisodeCount) Trace.EpisodeIndex = 1;
   if (!ReloadEpisode()) {
     Trace.EpisodeIndex = former;
-    ShowRecording();
+    RecordingTaken.Tell();
     return;
   }
   ShowTrace();
-  RefreshViews();
+  TellTraceCame();
 }
 
 void StepEpisode(int by) {

@@ -18,6 +18,7 @@
 #include "sim/result_store.h"
 #include "sim/run_panel.h"
 #include "sim/saved_steps.h"
+#include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -153,6 +154,12 @@ void AutosaveTrace() {
   } else {
     AutosaveAbfWrite(Trace.AutosaveFileName);
   }
+}
+
+void ConnectAutosave() {
+  RunCompleted.Add([] {
+    if (Model.Autosave != 0) AutosaveTrace();
+  });
 }
 
 }  // namespace zelvane

@@ -62,4 +62,7 @@ AbfTemplate AbfTemplateBytes(std::string_view name);
 /// Adds the commands and the fields of autosave to the main panel and the menu.
 void AddTraceWriteControls();
 
+/// Lets each run append its trace to the autosave file while `Model.Autosave` is on.
+void ConnectAutosave();
+
 }  // namespace zelvane

@@ -163,7 +163,7 @@ void AddMainPanel() {
   AddControls(MainPanelName, StatesGroup, FileNameControls);
   AddControls(MainPanelName, CommandsGroup, CommandControls);
   FindDimmedControls();
-  panel.dim = DimMainPanel;  // from here on: the rule needs the controls
+  panel.dim.push_back(DimMainPanel);  // from here on: the rule needs the controls
 }
 
 void ReadGridRates() {

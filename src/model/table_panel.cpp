@@ -113,7 +113,7 @@ void AddTableModelPanel() {
   AddControls(TablePanelName, LabelsGroup, LabelControls);
   ForEachCell(AddCell);
   AddControls(TablePanelName, CommandsGroup, CommandControls);
-  panel.dim = DimTablePanel;  // from here on: the rule needs the cells
+  panel.dim.push_back(DimTablePanel);  // from here on: the rule needs the cells
 }
 
 void ShowTableDependence(int from, int to) {

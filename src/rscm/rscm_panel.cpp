@@ -6,7 +6,6 @@
 #include <cmath>
 #include <vector>
 
-#include "io/trace_hooks.h"
 #include "model/model_store.h"
 #include "noise/filtered_trace.h"
 #include "noise/noise_store.h"
@@ -14,6 +13,8 @@
 #include "rscm/rs_file.h"
 #include "rscm/rscm_store.h"
 #include "screen/screen.h"
+#include "trace/trace.h"
+#include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -101,15 +102,6 @@ const char* UnitTitle() {
   return known ? UnitNames[static_cast<std::size_t>(Trace.TraceUnits)] : "";
 }
 
-/// All views of the trace, this panel's among them.
-void RefreshViews() {
-  if (AfterRead.refreshViews != nullptr) {
-    AfterRead.refreshViews();
-  } else {
-    RefreshRsCmView();
-  }
-}
-
 // -- Opening and closing --
 
 void OpenPanel() {
@@ -156,7 +148,7 @@ void FilterTrace(const char* question, bool (*filter)(), const char* title) {
     FilteredTitle = title;
     TellOfRest();
   }
-  RefreshViews();
+  TellTraceCame();
 }
 
 void CorrectTrace(bool (*correct)(float, float, float)) {
@@ -179,7 +171,7 @@ void RC_FilterVoltageButton(const ControlEvent&) {
 void RC_FilterCorrectLinearButton(const ControlEvent&) {
   if (!ConfirmPopup(NoticeTitle, CurrentQuestion)) return;
   CorrectTrace(RsCorrectLinear);
-  RefreshViews();
+  TellTraceCame();
 }
 
 void RC_FilterCorrectNonlinearButton(const ControlEvent&) {
@@ -189,11 +181,11 @@ void RC_FilterCorrectNonlinearButton(const ControlEvent&) {
   } else {
     CorrectTrace(RsCorrectNonlinear);
   }
-  RefreshViews();
+  TellTraceCame();
 }
 
 void FxnFileCorrect(const ControlEvent&) {
-  if (FileCorrect([] { ReadControls(PanelName, CircuitGroup); })) RefreshViews();
+  if (FileCorrect([] { ReadControls(PanelName, CircuitGroup); })) TellTraceCame();
 }
 
 void RC_LoadIVButton(const ControlEvent&) {
@@ -259,6 +251,12 @@ constexpr ControlDecl CommandControls[] = {
 constexpr MenuDecl RsCmMenu[] = {{"Tools/Series resistance...", "RsCmFilterFxn", OpenPanel}};
 // clang-format on
 
+void CorrectIfAsked() {
+  if (RsCm.RsCmAuto == 0) return;
+  CorrectTraceRead();
+  Trace.RsCorrected = 1;
+}
+
 }  // namespace
 
 void AddRsCorrectionPanel() {
@@ -271,6 +269,8 @@ void AddRsCorrectionPanel() {
   AddControls(PanelName, "commands", CommandControls);
   AddGraph(PanelName, TraceGraph, "Time (ms)", "");
   AddGraph(PanelName, IvGraph, "Voltage (V)", "Relative current");
+  RecordingToCorrect.Add(CorrectIfAsked);
+  TraceChanged.Add(RefreshRsCmView);
 }
 
 void AddRsCorrectionMenu() {
@@ -278,12 +278,11 @@ void AddRsCorrectionMenu() {
 }
 
 void CorrectTraceRead() {
-  if (FindPanel(PanelName) != nullptr) ReadControls(PanelName, CircuitGroup);
+  ReadControls(PanelName, CircuitGroup);
   RsCorrectTrace();
 }
 
 void RefreshRsCmView() {
-  if (FindPanel(PanelName) == nullptr) return;
   Graph& graph = GraphNamed(TraceGraph);
   ClearPlots(graph);
   const auto samples = std::clamp(Model.NumPoints, 0, static_cast<int>(Trace.SimTrace.size()));

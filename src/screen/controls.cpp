@@ -223,7 +223,7 @@ std::string ShownText(const Control& control) {
 
 void UpdateDimming() {
   for (Panel& panel : Screen.panels) {
-    if (panel.dim != nullptr) panel.dim();
+    for (void (*rule)() : panel.dim) rule();
   }
 }
 

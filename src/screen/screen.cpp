@@ -72,7 +72,7 @@ Panel& AddPanel(const PanelDecl& decl) {
   panel.title = decl.title;
   panel.tag = decl.tag;
   panel.help = decl.help;
-  panel.dim = decl.dim;
+  if (decl.dim != nullptr) panel.dim.push_back(decl.dim);
   panel.close = decl.close;
   panel.key = decl.key;
   return panel;

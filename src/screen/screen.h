@@ -200,7 +200,7 @@ struct Panel {
   std::string help;
   bool visible = false;
   bool maximised = false;
-  void (*dim)() = nullptr;
+  std::vector<void (*)()> dim;  // each folder that adds controls may add a rule
   void (*close)() = nullptr;
   void (*key)(std::string_view) = nullptr;
   std::vector<Control*> controls;

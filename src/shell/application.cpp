@@ -4,13 +4,13 @@
 #include <filesystem>
 
 #include "analysis/analysis_panel.h"
+#include "analysis/analyze.h"
 #include "analysis/results_read.h"
 #include "analysis/run_analysis.h"
 #include "fit/wave_set.h"
 #include "io/model_file.h"
 #include "io/stimulus_file.h"
 #include "io/trace_export.h"
-#include "io/trace_hooks.h"
 #include "io/trace_panels.h"
 #include "io/trace_read.h"
 #include "io/trace_write.h"
@@ -35,11 +35,9 @@
 #include "sim/program_random.h"
 #include "sim/q_matrix_panel.h"
 #include "sim/run.h"
-#include "sim/run_hooks.h"
 #include "sim/run_panel.h"
 #include "singlechannel/dwell_lists_panel.h"
 #include "stimulus/stimulus.h"
-#include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -138,23 +136,13 @@ constexpr MenuDecl ModelMenu[] = {{"Model/Edit Model...", "Model", ShowModel}};
 constexpr MenuDecl ShellMenu[] = {{"File/Quit", "ShutDown", AskToClose, "Ctrl+Q"}};
 // clang-format on
 
-/// All that shows the trace, after it was read anew.
-void RefreshAfterRead() {
-  TakeLengthAsGiven();
-  RefreshTraceViews();
-}
-
 }  // namespace
 
 void ConnectHooks() {
-  TraceChanges.Add(ForgetMeasures);
+  ConnectMeasures();
   ConnectRuns();
-  AfterRun = RunHooks{};
-  AfterRun.autosave = AutosaveTrace;
-  AfterRun.beginAnalysis = BeginRunAnalysis;
-  AfterRun.analyzeRun = AnalyzeRun;
-  AfterRun.endAnalysis = EndRunAnalysis;
-  AfterRead = TraceHooks{.correct = CorrectTraceRead, .refreshViews = RefreshAfterRead};
+  ConnectAutosave();
+  ConnectRunAnalysis();
 }
 
 void AskToQuit() {
@@ -172,6 +160,7 @@ void AddAllPanels() {
   AddMenu(ModelMenu);
   AddModelMenu();
   AddRunControls();
+  AddTraceView();
   AddStatisticsControls();
   AddRunMenu();
   AddControls("MainPanel", "shell", ShellControls);

@@ -5,12 +5,13 @@
 #include <utility>
 
 #include "model/model_store.h"
+#include "noise/filtered_trace.h"
 #include "noise/gaussian_filter.h"
 #include "noise/noise_store.h"
 #include "screen/screen.h"
-#include "shell/trace_views.h"
 #include "sim/program_random.h"
 #include "trace/trace.h"
+#include "trace/trace_events.h"
 #include "trace/trace_graph.h"
 #include "trace/trace_store.h"
 
@@ -46,7 +47,7 @@ void FxnRectNoise(const ControlEvent&) {
   const float mean = Noise.NoiseMean;
   for (float& sample : TraceToWrite(Model.NumPoints))
     sample += mean + static_cast<float>(UniformRandom(ProgramRandom));
-  RefreshTraceViews();
+  TellTraceChanged();
 }
 
 void FxnCreateGaussNoise(const ControlEvent&) {
@@ -57,7 +58,7 @@ void FxnCreateGaussNoise(const ControlEvent&) {
   const float deviation = Model.AutoNoiseSTD;
   for (float& sample : TraceToWrite(Model.NumPoints))
     sample += mean + deviation * GaussianNoise(ProgramRandom);
-  RefreshTraceViews();
+  TellTraceChanged();
 }
 
 /// A trace that is shorter than the record last made, such as a short sweep of a recording, is the record
@@ -75,7 +76,7 @@ void FilterTrace() {
 
 void FxnApplyFilter(const ControlEvent&) {
   FilterTrace();
-  RefreshTraceViews();
+  TellTraceChanged();
 }
 
 void FxnFilterButton(const ControlEvent&) {
@@ -125,6 +126,7 @@ void AddFilterPanel() {
   AddPanel({PanelName, "Filter and noise", "", nullptr, LeavePanel, nullptr,
             "Filter the trace, or add noise to it. Repeated presses filter or add again."});
   AddControls(PanelName, "filter", FilterControls);
+  TraceChanged.Add(TraceFilterUpdate);
 }
 
 void AddFilterButton() {

@@ -6,12 +6,11 @@
 #include "io/trace_export.h"
 #include "io/trace_write.h"
 #include "model/model_store.h"
-#include "noise/filtered_trace.h"
 #include "platform/safe_file.h"
-#include "rscm/rscm_panel.h"
 #include "screen/screen.h"
 #include "shell/zoom_graph.h"
 #include "sim/run_panel.h"
+#include "trace/trace_events.h"
 #include "trace/trace_graph.h"
 #include "trace/trace_store.h"
 
@@ -65,12 +64,8 @@ constexpr MenuDecl TraceMenu[] = {
 
 }  // namespace
 
-void RefreshTraceViews() {
-  if (FindPanel("MainPanel") == nullptr) return;
-  RefreshMainGraph();
-  ShowNewTrace();
-  RefreshRsCmView();
-  TraceFilterUpdate();
+void AddTraceView() {
+  TraceChanged.Add(RefreshMainGraph);
 }
 
 void ExportTrace() {

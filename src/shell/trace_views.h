@@ -1,16 +1,14 @@
-// All views of the trace, and what sends them elsewhere.
+// The trace on the main panel after a change, and what is sent elsewhere.
 //
-//   Views     RefreshTraceViews
 //   Exports   ExportTrace  ExportAnalysis
-//   Declaring AddTraceExports  AddTraceMenu
+//   Declaring AddTraceView  AddTraceExports  AddTraceMenu
 #pragma once
 
 namespace zelvane {
 
-/// Brings every view of the trace up to date after any change of it: the graph of the main panel (both axes
-/// automatic, full ranges those of the trace), the graphs of the other panels that show it, and, while
-/// `Trace.TraceValid`, the filtered trace.
-void RefreshTraceViews();
+/// Lets the graph of the main panel follow every change of the trace: both axes automatic, full ranges those of
+/// the trace.
+void AddTraceView();
 
 /// Asks for a file and appends the interval (ms) and the samples in view to it, one number a line.
 void ExportTrace();

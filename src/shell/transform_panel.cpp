@@ -5,8 +5,6 @@
 #include "io/trace_read.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
-#include "shell/trace_views.h"
-#include "shell/undo.h"
 #include "trace/trace.h"
 #include "trace/trace_store.h"
 
@@ -30,21 +28,20 @@ void FxnAdd(const ControlEvent&) {
   TakeTyped("AddConstant");
   const float constant = Trace.AddConstant;
   for (float& sample : TraceToWrite(Model.NumPoints)) sample += constant;
-  RefreshTraceViews();
+  TellTraceChanged();
 }
 
 void FxnMultiply(const ControlEvent&) {
   TakeTyped("MultiplyConstant");
   const float constant = Trace.MultiplyConstant;
   for (float& sample : TraceToWrite(Model.NumPoints)) sample *= constant;
-  RefreshTraceViews();
+  TellTraceChanged();
 }
 
 void FxnParseData(const ControlEvent&) {
   TakeTyped("ParseConstant");
   ParseTrace();
-  TakeLengthAsGiven();
-  RefreshTraceViews();
+  TellTraceCame();
 }
 
 void FxnDoneTransform(const ControlEvent&) {

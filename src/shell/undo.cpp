@@ -18,6 +18,7 @@
 #include "screen/screen.h"
 #include "sim/run_panel.h"
 #include "stimulus/stimulus.h"
+#include "trace/trace_events.h"
 
 namespace zelvane {
 namespace {
@@ -198,6 +199,7 @@ void StartUndo() {
 
 void AddUndoMenu() {
   AddMenu(UndoMenu);
+  LengthGiven.Add(TakeLengthAsGiven);
 }
 
 void TakeLengthAsGiven() {

@@ -15,7 +15,7 @@
 #include "sim/saved_steps.h"
 #include "stimulus/stimulus_store.h"
 #include "trace/trace.h"
-#include "trace/trace_graph.h"
+#include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -88,7 +88,7 @@ bool ConvertTrace(bool erase) {
   }
   if (Model.AutoNoise != 0) AddNoise(trace);
   if (Model.AutoFilter != 0) GaussianFilter(trace, Model.AutoFilterFc);
-  PlotTrace(erase);
+  TraceToPlot.Tell(erase);
   return true;
 }
 
@@ -102,7 +102,7 @@ void RefreshTrace() {
     return;
   }
   if (Model.MultiSubunit != 0 && Result.ResultKind == ResultMonteCarlo) {
-    PlotTrace(true);  // occupancies hold the last subunit alone
+    TraceToPlot.Tell(true);  // occupancies hold the last subunit alone
     return;
   }
   if (Trace.RsCorrected != 0 && !ConfirmPopup(WarningTitle, RemovesCorrection)) return;

@@ -18,12 +18,11 @@
 #include "sim/program_random.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
-#include "sim/run_hooks.h"
 #include "sim/run_panel.h"
 #include "singlechannel/dwell_store.h"
 #include "stimulus/stimulus_store.h"
 #include "trace/trace.h"
-#include "trace/trace_graph.h"
+#include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -58,7 +57,6 @@ struct Loop {
   StateTable<float> savedRates{};
   std::array<float, MaxStates + 1> savedStart{};
   bool reachedMonitored = false;
-  bool analyzes = false;
 
   // -- The simulator --
   ExitBook exits;
@@ -108,14 +106,8 @@ void PrepareSimulator(Loop& loop) {
   }
 }
 
-/// Asks for the results file of an analysis of each run.
-void BeginAnalysis(Loop& loop) {
-  const bool wanted = Model.AutoAnalyze != 0 && TalksToUser();
-  loop.analyzes = wanted && AfterRun.beginAnalysis != nullptr && AfterRun.beginAnalysis();
-}
-
 void ShowStatistics() {
-  if (TalksToUser()) ShowEventStatistics();
+  if (TalksToUser()) StatisticsChanged.Tell();
 }
 
 /// False, told, when the run has too many channels.
@@ -218,8 +210,8 @@ void RestoreRates(Loop& loop) {
 void FinishFirstSweep(Loop& loop, int run) {
   if (!loop.subunits) ConvertTrace(loop.numRuns != 1 && Model.ShowAllTraces == 0);
   if (loop.numIntervals > 0) RemoveDrugRates(loop);
-  if (!loop.subunits) AutosaveRun();
-  if (loop.analyzes && AfterRun.analyzeRun != nullptr) AfterRun.analyzeRun(run);
+  if (!loop.subunits) TellRunCompleted();
+  if (!loop.subunits && TalksToUser()) SeriesRun.Tell(run);
 }
 
 void ShowStartOccupancy() {
@@ -236,7 +228,7 @@ void ShowSweepText(const Loop& loop, int run, int sweep) {
   const float lengthMs =
       Model.ADInterval * static_cast<float>(loop.numPoints) * (1.0F + static_cast<float>(loop.numIntervals));
   Result.RunText = RunProgressText(run, loop.numRuns, lengthMs / 1000.0F, sweep);
-  if (TalksToUser()) ShowRunText();
+  if (TalksToUser()) RunTextChanged.Tell();
 }
 
 /// One run: a sweep and, unless it is the last run, its intervals. False when the simulation is over.
@@ -316,9 +308,9 @@ void FinishTrace(const Loop& loop) {
   if (loop.subunits) {
     if (TalksToUser()) {
       ShowSweepLength();
-      PlotTrace(true);
+      TraceToPlot.Tell(true);
     }
-    AutosaveRun();
+    TellRunCompleted();
   }
   if (!loop.reachedMonitored) return;
   BeginTrace(TraceOrigin::Simulation);
@@ -329,7 +321,7 @@ void FinishLoop(const Loop& loop) {
   KeepRawOpenTimes(Dwell);
   if (Model.ReseedSimulation == 0) Model.StartOccupancy = loop.savedStart;
   ShowStartOccupancy();
-  if (loop.analyzes && AfterRun.endAnalysis != nullptr) AfterRun.endAnalysis();
+  if (TalksToUser()) SeriesEnds.Tell();
   ShowStatistics();
   ForgetStop();
   if (TalksToUser()) ResetProgress();
@@ -369,7 +361,7 @@ void RunMonteCarlo() {
   ForgetStop();
   Loop loop;
   ReadSettings(loop);
-  BeginAnalysis(loop);
+  if (TalksToUser()) SeriesBegins.Tell();
   PrepareSimulator(loop);
   if (SimulateRuns(loop)) FinishTrace(loop);
   FinishLoop(loop);

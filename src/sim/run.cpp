@@ -11,7 +11,6 @@
 #include "sim/monte_carlo_loop.h"
 #include "sim/q_matrix.h"
 #include "sim/result_store.h"
-#include "sim/run_hooks.h"
 #include "sim/run_panel.h"
 #include "trace/trace.h"
 #include "trace/trace_events.h"
@@ -103,7 +102,7 @@ void RunIntegrator() {
   BeginTrace(TraceOrigin::Simulation);
   if (TalksToUser()) ResetProgress();
   ForgetStop();
-  AutosaveRun();
+  TellRunCompleted();
 }
 
 }  // namespace
@@ -112,8 +111,8 @@ void ConnectRuns() {
   RecordingCameIn.Add([] { Result.ResultKind = ResultMonteCarlo; });
 }
 
-void AutosaveRun() {
-  if (TalksToUser() && Model.Autosave != 0 && AfterRun.autosave != nullptr) AfterRun.autosave();
+void TellRunCompleted() {
+  if (TalksToUser()) RunCompleted.Tell();
 }
 
 bool RunHasLength() {
@@ -142,7 +141,7 @@ void RunSimulation(int numPoints) {
   ClearOccupancy(Model.NumPoints + 1);  // the fixed-step integrator also fills the point behind the last
   if (Model.ModelIs2D != 0) RatesFromGrid();
   if (!SchemeIsConnected()) return;
-  if (TalksToUser()) ShowDataName();
+  if (TalksToUser()) RunBegins.Tell();
   if (Model.SimulatorKind == MonteCarlo) {
     RunMonteCarlo();
   } else {

@@ -1,6 +1,6 @@
 // The run driver: the one road from a committed scheme to a result.
 //
-//   Running     RunSimulation  RunHasLength  AutosaveRun  ConnectRuns
+//   Running     RunSimulation  RunHasLength  TellRunCompleted  ConnectRuns
 //   The trace   ConvertTrace  RefreshTrace
 //   Clearing    ClearOccupancy
 //
@@ -38,8 +38,8 @@ void RefreshTrace();
 /// Keeps `Result` in order when the trace changes: a recording has no occupancies, like one channel's run.
 void ConnectRuns();
 
-/// Appends the trace to the autosave file, when `Model.Autosave` is on and no fit runs.
-void AutosaveRun();
+/// Announces that a run has left its trace, unless a fit runs.
+void TellRunCompleted();
 
 /// Whether the run settings have points and time between them: a panel or a file can bring neither. If not,
 /// the user is told, unless a fit runs.

@@ -13,6 +13,7 @@
 #include "sim/run.h"
 #include "stimulus/stimulus.h"
 #include "trace/trace.h"
+#include "trace/trace_events.h"
 #include "trace/trace_graph.h"
 #include "trace/trace_store.h"
 
@@ -35,10 +36,6 @@ constexpr char NoInterval[] = "The time between points must be above 0 ms.";
 /// Fields that a run of cooperative subunits forces.
 constexpr std::array ForcedFields = {"StartAtEquilibrium", "NumRuns",     "NumIntervals",
                                      "ReseedSimulation",   "AutoAnalyze", "ShowAllTraces"};
-
-bool OnScreen() {
-  return FindPanel(MainPanelName) != nullptr;
-}
 
 void ShowLength() {
   ShowSweepLength();
@@ -212,10 +209,7 @@ constexpr MenuDecl RunMenu[] = {
 
 // -- Dimming --
 
-void (*DimBelow)() = nullptr;  // the rule that the panel came with
-
 void DimRunControls() {
-  if (DimBelow != nullptr) DimBelow();
   const bool subunits = Model.MultiSubunit != 0;
   const bool oneByOne = Model.SimulatorKind == MonteCarlo && !subunits;
   const bool manyRuns = Model.NumRuns >= 2 && Model.SimulatorKind != FixedStepIntegrator && !subunits;
@@ -237,9 +231,9 @@ void DimRunControls() {
 void AddRunControls() {
   AddControls(MainPanelName, RunGroup, RunControls);
   AddTraceGraph();
-  Panel& panel = PanelNamed(MainPanelName);
-  DimBelow = panel.dim;
-  panel.dim = DimRunControls;
+  PanelNamed(MainPanelName).dim.push_back(DimRunControls);
+  RunBegins.Add(ShowDataName);
+  RunTextChanged.Add(ShowRunText);
 }
 
 void AddRunMenu() {
@@ -247,7 +241,7 @@ void AddRunMenu() {
 }
 
 void ReadRunParameters() {
-  if (!OnScreen()) return;
+  if (FindPanel(MainPanelName) == nullptr) return;
   ReadControls(MainPanelName, RunGroup);
   LimitNumPoints();
   ForceMultiSubunit();
@@ -266,11 +260,11 @@ void AcquireData() {
 }
 
 void ShowDataName() {
-  if (OnScreen()) ShowText("DataName", Model.ModelFileName);
+  ShowText("DataName", Model.ModelFileName);
 }
 
 void ShowRunText() {
-  if (OnScreen()) ShowText("RunText", Result.RunText);
+  ShowText("RunText", Result.RunText);
 }
 
 }  // namespace zelvane

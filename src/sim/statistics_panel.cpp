@@ -6,6 +6,7 @@
 #include "screen/screen.h"
 #include "sim/run_panel.h"
 #include "singlechannel/dwell_store.h"
+#include "trace/trace_events.h"
 
 namespace zelvane {
 namespace {
@@ -42,10 +43,10 @@ std::string ListText(std::span<const float> list, float count) {
 
 void AddStatisticsControls() {
   AddControls(MainPanelName, StatisticsGroup, StatisticsControls);
+  StatisticsChanged.Add(ShowEventStatistics);
 }
 
 void ShowEventStatistics() {
-  if (FindPanel(MainPanelName) == nullptr) return;
   ShowNumber("OpenStateExits", Dwell.OpenStateExits);
   ShowNumber("MonitoredChannels", Dwell.MonitoredChannels);
   ShowText("OpenTimesText", ListText(Dwell.OpenTimes, Dwell.NumOpenTimes));

@@ -5,7 +5,6 @@
 #include "model/model_store.h"
 #include "platform/zero_pages.h"
 #include "trace/trace_events.h"
-#include "trace/trace_graph.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -22,6 +21,15 @@ void TellTraceChanges() {
   if (Model.FitActive == 0) TraceChanges.Tell();
 }
 
+void TellTraceChanged() {
+  TraceChanged.Tell();
+}
+
+void TellTraceCame() {
+  LengthGiven.Tell();
+  TraceChanged.Tell();
+}
+
 std::span<float> TraceToWrite(int samples) {
   TellTraceChanges();
   const int count = std::clamp(samples, 0, static_cast<int>(Trace.SimTrace.size()));
@@ -33,7 +41,7 @@ void ClearTrace() {
   TellTraceChanges();
   ClearSamples(Trace.SimTraceUsed);
   Trace.TraceValid = 0;
-  RemoveTracePlots();
+  TraceGone.Tell();
 }
 
 void ClearSamples(int samples) {

@@ -2,7 +2,7 @@
 //
 //   A new trace   BeginTrace  TraceToWrite
 //   Clearing      ClearTrace  ClearSamples  EndSamplesAt
-//   Events        TellTraceChanges (the others are in trace_events.h)
+//   Events        TellTraceChanges  TellTraceChanged  TellTraceCame (lists are in trace_events.h)
 //
 // Fields are in trace_store.h, the graph is in trace_graph.h.
 #pragma once
@@ -20,6 +20,13 @@ void BeginTrace(TraceOrigin origin);
 
 /// Tells whoever measured the trace that it changes, except while a fit runs.
 void TellTraceChanges();
+
+/// Brings all that shows the trace, or is derived from it, up to date.
+///
+/// TellTraceCame is for a trace whose length and interval are those of a file: they become part of every step
+/// that undo keeps.
+void TellTraceChanged();
+void TellTraceCame();
 
 /// Returns the first `samples` samples of `Trace.SimTrace`, or all of them, for a caller that writes them:
 /// `Trace.SimTraceUsed` rises to their number. Tells that the trace changes.

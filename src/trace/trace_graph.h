@@ -1,4 +1,4 @@
-// The graph of the trace on MainPanel: plots, axes and their titles. Without that panel nothing is shown.
+// The graph of the trace on MainPanel: plots, axes and their titles.
 //
 //   Declaring   AddTraceGraph
 //   Plots       PlotTrace  RemoveTracePlots  ShowWholeTrace
@@ -7,7 +7,7 @@
 
 namespace zelvane {
 
-/// Puts the graph on MainPanel. The control "DisplayUnits", whose words name the units, is there before.
+/// Puts the graph on MainPanel and lets it follow the trace. The control "DisplayUnits", whose words name the units, is there before.
 void AddTraceGraph();
 
 /// Plots NumPoints samples of the trace against time, in the colour of the simulator. With `erase` the plots

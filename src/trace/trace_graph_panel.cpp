@@ -6,6 +6,7 @@
 
 #include "model/model_store.h"
 #include "screen/screen.h"
+#include "trace/trace_events.h"
 #include "trace/trace_graph.h"
 #include "trace/trace_store.h"
 
@@ -16,10 +17,6 @@ constexpr char MainPanelName[] = "MainPanel";
 
 /// Titles of the units that recordings have beside those, from TraceMicrovolts on.
 constexpr std::array RecordedUnitTitles = {"Potential uV", "Potential mV", "Macroscopic Current nA"};
-
-bool OnScreen() {
-  return FindPanel(MainPanelName) != nullptr;
-}
 
 Graph& MainGraph() {
   return GraphNamed(MainPanelName);
@@ -87,10 +84,13 @@ void AddTraceGraph() {
   graph.cursors[1] = {66.0, 33.0, true, DarkBlue};
   ShowDisplayUnits();
   ShowTimeAxis();
+  TraceToPlot.Add(PlotTrace);
+  TraceGone.Add(RemoveTracePlots);
+  WholeTraceToShow.Add(ShowWholeTrace);
 }
 
 void PlotTrace(bool erase) {
-  if (Model.FitActive != 0 || !OnScreen()) return;
+  if (Model.FitActive != 0) return;
   Graph& graph = MainGraph();
   if (erase) ClearPlots(graph);
   ShowTraceUnits();
@@ -104,22 +104,20 @@ void PlotTrace(bool erase) {
 }
 
 void RemoveTracePlots() {
-  if (OnScreen()) ClearPlots(MainGraph());
+  ClearPlots(MainGraph());
 }
 
 void ShowWholeTrace() {
-  if (!OnScreen()) return;
   Graph& graph = MainGraph();
   SetAxisAuto(graph, 'x');
   SetAxisAuto(graph, 'y');
 }
 
 void ShowDisplayUnits() {
-  if (OnScreen()) ShowUnitsOf(Model.DisplayUnits);
+  ShowUnitsOf(Model.DisplayUnits);
 }
 
 void ShowTraceUnits() {
-  if (!OnScreen()) return;
   if (Trace.TraceUnits <= UnitsProbability) {
     ShowUnitsOf(Trace.TraceUnits);
     return;
@@ -129,7 +127,6 @@ void ShowTraceUnits() {
 }
 
 void ShowTimeAxis() {
-  if (!OnScreen()) return;
   MainGraph().x.decimals = AxisDecimals(static_cast<float>(Model.NumPoints) * Model.ADInterval);
 }
 

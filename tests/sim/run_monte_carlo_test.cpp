@@ -5,7 +5,7 @@
 #include "screen/popups.h"
 #include "screen/popups_store.h"
 #include "sim/run_fixtures.h"
-#include "sim/run_hooks.h"
+#include "trace/trace_events.h"
 
 namespace zelvane {
 namespace {
@@ -145,40 +145,36 @@ TEST_F(RunMonteCarloTest, StopIsHeardWithinAChannelOfManyDwellsAndBetweenManyRun
   SetFrontEnd(std::move(former));
 }
 
-/// What the hooks of a run were asked for, in order.
-std::string HookCalls;
-
-class RunHooksTest : public RunMonteCarloTest {
+/// Listens to the events of a run.
+class RunEventsTest : public RunMonteCarloTest {
  protected:
-  RunHooksTest() {
-    HookCalls.clear();
-    AfterRun = {.autosave = [] { HookCalls += "s"; },
-                .beginAnalysis = [] { return (HookCalls += "b") == "b"; },
-                .analyzeRun = [](int run) { HookCalls += std::to_string(run); },
-                .endAnalysis = [] { HookCalls += "e"; }};
-    Model.Autosave = Model.AutoAnalyze = 1;
+  RunEventsTest() {
+    RunCompleted.Add([this] { told += "s"; });
+    SeriesBegins.Add([this] { told += "b"; });
+    SeriesRun.Add([this](int run) { told += std::to_string(run); });
+    SeriesEnds.Add([this] { told += "e"; });
     Model.NumRuns = 2;
     Model.NumIntervals = 1;
   }
-  ~RunHooksTest() override { AfterRun = {}; }
+  ~RunEventsTest() override { RemoveListeners(); }
+
+  std::string told;
 };
 
-TEST_F(RunHooksTest, TheFirstSweepOfEachRunIsSavedAndAnalysed) {
+TEST_F(RunEventsTest, TheFirstSweepOfEachRunIsTold) {
   RunAsSet();
-  EXPECT_EQ(HookCalls, "bs1s2e");
-  RunAsSet();  // no file is chosen: nothing is analysed
-  EXPECT_EQ(HookCalls, "bs1s2ebss");
+  EXPECT_EQ(told, "bs1s2e");
 }
 
-TEST_F(RunHooksTest, AStopEndsTheAnalysisAndAFitTakesNone) {
+TEST_F(RunEventsTest, AStopEndsTheSeriesAndAFitTellsOfNothing) {
   Model.NumChannels = 100;
   onPump = [](int call) { Requests.StopRequested = call == 30 ? 1 : 0; };
   RunAsSet();
-  EXPECT_EQ(HookCalls, "bs1e");
-  HookCalls.clear();
+  EXPECT_EQ(told, "bs1e");
+  told.clear();
   Model.FitActive = 1;
   RunSimulation(Model.NumPoints);
-  EXPECT_EQ(HookCalls, "");
+  EXPECT_EQ(told, "");
 }
 
 }  // namespace

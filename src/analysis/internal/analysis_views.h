@@ -6,9 +6,6 @@ namespace zelvane {
 inline constexpr char AnalysisPanelName[] = "AnalysisPanel";
 inline constexpr char AnalysisTableName[] = "AnalysisTable";
 
-/// Whether the panel has been declared.
-bool AnalysisOnScreen();
-
 // -- Plot and cursors (analysis_view_panel.cpp) --
 void AddAnalysisView();
 

@@ -15,7 +15,6 @@
 #include "headless/json_values.h"
 #include "headless/words.h"
 #include "io/trace_export.h"
-#include "io/trace_hooks.h"
 #include "io/trace_read.h"
 #include "model/model_store.h"
 #include "noise/gaussian_filter.h"
@@ -23,6 +22,7 @@
 #include "platform/abf/abf.h"
 #include "platform/file_names.h"
 #include "platform/safe_file.h"
+#include "rscm/rscm_panel.h"
 #include "rscm/rscm_store.h"
 #include "screen/screen.h"
 #include "shell/application.h"
@@ -172,7 +172,7 @@ bool ReadSweepOf(const Recording& recording, int sweep) {
 
 /// Corrects and filters the trace, in the order of the panels: a correction belongs to the reading.
 void PrepareSweep(const MeasureOptions& options, bool correct) {
-  if (correct) AfterRead.correct();
+  if (correct) CorrectTraceRead();
   if (!options.filterKHz) return;
   const auto samples = static_cast<std::size_t>(Model.NumPoints);
   GaussianFilter(Trace.SimTrace.first(samples), static_cast<float>(*options.filterKHz));

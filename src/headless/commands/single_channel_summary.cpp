@@ -6,8 +6,8 @@
 #include <span>
 
 #include "model/model_store.h"
-#include "sim/run_hooks.h"
 #include "singlechannel/dwell_store.h"
+#include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -85,23 +85,21 @@ Json SingleChannelsJson(const SingleChannelSummary& summary) {
 
 RunMean::RunMean() {
   listening = this;
-  Model.AutoAnalyze = 1;
-  AfterRun.beginAnalysis = [] { return true; };
-  AfterRun.analyzeRun = Add;
-  AfterRun.endAnalysis = nullptr;
+  Model.AutoAnalyze = 0;  // no file of measures is asked for
+  SeriesRun.Add([](int) {
+    if (listening != nullptr) listening->Add();
+  });
 }
 
 RunMean::~RunMean() {
-  AfterRun.beginAnalysis = nullptr;
-  AfterRun.analyzeRun = nullptr;
   listening = nullptr;
 }
 
-void RunMean::Add(int /*run*/) {
+void RunMean::Add() {
   const std::span<const float> trace = PresentTrace();
-  listening->sum_.resize(trace.size());
-  for (std::size_t i = 0; i < trace.size(); ++i) listening->sum_[i] += static_cast<double>(trace[i]);
-  ++listening->runs_;
+  sum_.resize(trace.size());
+  for (std::size_t i = 0; i < trace.size(); ++i) sum_[i] += static_cast<double>(trace[i]);
+  ++runs_;
 }
 
 std::vector<float> RunMean::Mean() const {

@@ -46,7 +46,7 @@ class RunMean {
   std::vector<float> Mean() const;
 
  private:
-  static void Add(int run);
+  void Add();
   std::vector<double> sum_;
   int runs_ = 0;
 };

@@ -17,13 +17,4 @@ bool AskInterval(const std::string& text);
 /// Shows the parse panel until it is accepted or cancelled; `Trace.ParseResult` tells which.
 void AskParse();
 
-/// Shows name, interval, length and episode of the recording.
-void ShowRecording();
-
-/// Plots the trace and brings all its views up to date.
-void ShowTrace();
-
-/// Removes the plots of a trace that is gone.
-void ShowNoTrace();
-
 }  // namespace zelvane
