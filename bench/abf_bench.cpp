@@ -17,9 +17,9 @@
 #include <string>
 #include <vector>
 
+#include "formats/abf/abf.h"
+#include "formats/abf/byte_source.h"
 #include "io/trace_read.h"
-#include "platform/abf/abf.h"
-#include "platform/abf/byte_source.h"
 #include "shell/stores.h"
 #include "trace/trace_store.h"
 

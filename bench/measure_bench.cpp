@@ -7,8 +7,8 @@
 #include <sstream>
 #include <vector>
 
+#include "formats/abf/abf.h"
 #include "headless/commands/measure_command.h"
-#include "platform/abf/abf.h"
 #include "screen/popups.h"
 
 namespace zelvane {

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "io/text_recording.h"
+#include "formats/text_recording.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/abf/abf_layout.h"
+#include "formats/abf/abf_layout.h"
 
 namespace zelvane {
 

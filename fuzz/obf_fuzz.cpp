@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "io/obf_file.h"
+#include "formats/obf_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
   using namespace zelvane;

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "io/stimulus_read.h"
+#include "formats/stimulus_read.h"
 #include "scratch_file.h"
 
 namespace zelvane {

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <vector>
 
-#include "io/stimulus_read.h"
+#include "formats/stimulus_read.h"
 #include "scratch_file.h"
 
 namespace zelvane {

@@ -4,7 +4,7 @@
 #include <sstream>
 #include <string>
 
-#include "io/text_recording.h"
+#include "formats/text_recording.h"
 
 /// Small, so that most inputs go through several.
 constexpr std::size_t BlockBytes = 64;

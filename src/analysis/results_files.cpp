@@ -9,7 +9,7 @@
 #include "analysis/analyze.h"
 #include "analysis/results_table.h"
 #include "fit/fit_store.h"
-#include "io/line_scanner.h"
+#include "formats/line_scanner.h"
 #include "model/model_store.h"
 #include "platform/safe_file.h"
 #include "screen/popups.h"

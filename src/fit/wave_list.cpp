@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "fit/fit_store.h"
-#include "io/input_file.h"
-#include "io/line_scanner.h"
+#include "formats/input_file.h"
+#include "formats/line_scanner.h"
 
 namespace zelvane {
 namespace {

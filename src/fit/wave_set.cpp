@@ -8,7 +8,7 @@
 #include "fit/fit_store.h"
 #include "fit/internal/wave_set_panels.h"
 #include "fit/wave_list.h"
-#include "io/input_file.h"
+#include "formats/input_file.h"
 #include "io/model_file.h"
 #include "io/stimulus_file.h"
 #include "io/trace_read.h"

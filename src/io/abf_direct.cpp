@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "io/input_file.h"
-#include "io/internal/little_endian.h"
+#include "formats/input_file.h"
+#include "formats/little_endian.h"
 #include "io/internal/trace_dialogs.h"
 #include "io/internal/trace_readers.h"
 #include "io/parse_rules.h"

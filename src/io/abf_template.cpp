@@ -12,12 +12,12 @@
 #include <utility>
 #include <vector>
 
-#include "io/input_file.h"
+#include "formats/abf/abf.h"
+#include "formats/abf/byte_source.h"
+#include "formats/input_file.h"
 #include "io/internal/abf_stamp.h"
 #include "io/trace_write.h"
 #include "model/model_store.h"
-#include "platform/abf/abf.h"
-#include "platform/abf/byte_source.h"
 #include "platform/folders.h"
 #include "screen/popups.h"
 #include "screen/save_file.h"

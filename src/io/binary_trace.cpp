@@ -4,14 +4,14 @@
 #include <limits>
 #include <vector>
 
-#include "io/input_file.h"
+#include "formats/abf/abf.h"
+#include "formats/input_file.h"
+#include "formats/obf_file.h"
 #include "io/internal/trace_dialogs.h"
 #include "io/internal/trace_readers.h"
-#include "io/obf_file.h"
 #include "io/parse_rules.h"
 #include "io/trace_read.h"
 #include "model/model_store.h"
-#include "platform/abf/abf.h"
 #include "platform/file_names.h"
 #include "screen/popups.h"
 

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "io/input_file.h"
+#include "formats/input_file.h"
 #include "io/internal/model_file_panels.h"
 #include "io/model_text.h"
 #include "model/model_store.h"

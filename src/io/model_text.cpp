@@ -5,7 +5,7 @@
 #include <charconv>
 #include <type_traits>
 
-#include "io/line_scanner.h"
+#include "formats/line_scanner.h"
 #include "io/model_rows.h"
 #include "model/model.h"
 

@@ -4,10 +4,10 @@
 #include <cstddef>
 
 #include "fit/fit_store.h"
-#include "io/input_file.h"
-#include "io/internal/row_blocks.h"
-#include "io/line_scanner.h"
-#include "io/number_text.h"
+#include "formats/input_file.h"
+#include "formats/line_scanner.h"
+#include "formats/number_text.h"
+#include "formats/row_blocks.h"
 #include "model/model_store.h"
 #include "noise/noise_store.h"
 #include "screen/popups.h"

@@ -9,11 +9,11 @@
 #include <string_view>
 #include <vector>
 
-#include "io/input_file.h"
-#include "io/internal/row_blocks.h"
+#include "formats/input_file.h"
+#include "formats/line_scanner.h"
+#include "formats/number_text.h"
+#include "formats/row_blocks.h"
 #include "io/internal/stimulus_file_panels.h"
-#include "io/line_scanner.h"
-#include "io/number_text.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "platform/zero_pages.h"
@@ -26,6 +26,7 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "stimulus files hold numbers as memory does");
 static_assert(StimFileProfiles == MaxDrugs + 1);
+static_assert(MaxStimSamples == MaxStimPoints);
 
 constexpr int LeastImport = 100;         // an import of no more samples does not show its name
 constexpr float SameInterval = 0.0001F;  // ms, between a waveform and its stimulus

@@ -14,7 +14,7 @@
 #include <string>
 
 #include "fit/fit_store.h"
-#include "io/stimulus_read.h"
+#include "formats/stimulus_read.h"
 
 namespace zelvane {
 

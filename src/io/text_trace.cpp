@@ -1,10 +1,10 @@
 // The reader of text recordings: its questions, and what it leaves in the stores.
 #include <algorithm>
 
-#include "io/input_file.h"
+#include "formats/input_file.h"
+#include "formats/text_recording.h"
 #include "io/internal/trace_dialogs.h"
 #include "io/internal/trace_readers.h"
-#include "io/text_recording.h"
 #include "io/trace_read.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"

@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "io/input_file.h"
-#include "io/internal/row_blocks.h"
-#include "io/number_text.h"
+#include "formats/input_file.h"
+#include "formats/number_text.h"
+#include "formats/row_blocks.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "sim/result_store.h"

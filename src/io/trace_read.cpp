@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "io/input_file.h"
+#include "formats/input_file.h"
 #include "io/internal/trace_readers.h"
 #include "io/trace_write.h"
 #include "model/model_store.h"

@@ -6,13 +6,13 @@
 #include <span>
 #include <vector>
 
+#include "formats/abf/abf.h"
+#include "formats/number_text.h"
+#include "formats/row_blocks.h"
 #include "io/internal/abf_stamp.h"
-#include "io/internal/row_blocks.h"
 #include "io/internal/trace_write_panels.h"
-#include "io/number_text.h"
 #include "io/trace_export.h"
 #include "model/model_store.h"
-#include "platform/abf/abf.h"
 #include "screen/popups.h"
 #include "screen/save_file.h"
 #include "sim/result_store.h"

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
-#include "io/input_file.h"
-#include "io/line_scanner.h"
+#include "formats/input_file.h"
+#include "formats/line_scanner.h"
 #include "model/model_store.h"
 #include "noise/noise_store.h"
 #include "rscm/rs_circuit.h"

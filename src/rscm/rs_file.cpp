@@ -10,7 +10,7 @@
 #include <string_view>
 #include <utility>
 
-#include "io/input_file.h"
+#include "formats/input_file.h"
 #include "io/trace_read.h"
 #include "io/trace_write.h"
 #include "model/model_store.h"

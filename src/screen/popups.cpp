@@ -1,7 +1,5 @@
 #include "screen/popups.h"
 
-#include <cstdarg>
-#include <cstdio>
 #include <utility>
 
 #include "screen/internal/announce.h"
@@ -157,19 +155,6 @@ void FileErrorPopup(int code) {
   for (const FileErrorText& row : FileErrorTexts) {
     if (row.code == code) MessagePopup(FileErrorTitle, row.text);
   }
-}
-
-std::string FormatText(const char* format, ...) {
-  std::va_list arguments;
-  va_start(arguments, format);
-  std::va_list again;
-  va_copy(again, arguments);
-  const int length = std::vsnprintf(nullptr, 0, format, arguments);
-  va_end(arguments);
-  std::string text(static_cast<std::size_t>(length > 0 ? length : 0), '\0');
-  if (length > 0) std::vsnprintf(text.data(), text.size() + 1, format, again);
-  va_end(again);
-  return text;
 }
 
 #pragma GCC diagnostic push

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/format_text.h"
 #include "screen/front_end.h"
 
 namespace zelvane {
@@ -72,9 +73,6 @@ inline constexpr int WrongFileFormat = 103;
 
 /// Shows the text of a file error under "! File error"; any other code shows nothing.
 void FileErrorPopup(int code);
-
-/// printf into a string.
-[[gnu::format(printf, 1, 2)]] std::string FormatText(const char* format, ...);
 
 /// One number through a display format of a control ("%.3ems", "%g"); an int where the format asks for one.
 std::string FormatNumber(std::string_view format, double value);

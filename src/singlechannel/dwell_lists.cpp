@@ -7,9 +7,9 @@
 #include <string_view>
 #include <utility>
 
-#include "io/input_file.h"
-#include "io/line_scanner.h"
-#include "io/number_text.h"
+#include "formats/input_file.h"
+#include "formats/line_scanner.h"
+#include "formats/number_text.h"
 #include "platform/safe_file.h"
 #include "screen/popups.h"
 #include "singlechannel/dwell_store.h"

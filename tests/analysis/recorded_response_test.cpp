@@ -3,8 +3,8 @@
 #include <fstream>
 
 #include "analysis/analysis_store.h"
+#include "formats/abf/abf.h"
 #include "model/model_store.h"
-#include "platform/abf/abf.h"
 #include "support/drive_test.h"
 #include "trace/trace_store.h"
 

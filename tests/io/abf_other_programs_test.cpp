@@ -6,9 +6,9 @@
 #include <functional>
 #include <vector>
 
+#include "formats/abf/abf.h"
 #include "io/trace_write.h"
 #include "model/model_store.h"
-#include "platform/abf/abf.h"
 #include "sim/run_panel.h"
 #include "support/store_test.h"
 #include "trace/trace_store.h"

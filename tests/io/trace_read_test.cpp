@@ -10,9 +10,9 @@
 #include <cstring>
 #include <filesystem>
 
+#include "formats/abf/abf.h"
 #include "io/stimulus_file.h"
 #include "model/model_store.h"
-#include "platform/abf/abf.h"
 #include "rscm/rscm_store.h"
 #include "screen/screen.h"
 #include "shell/undo.h"

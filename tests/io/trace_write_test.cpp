@@ -6,9 +6,9 @@
 #include <filesystem>
 #include <map>
 
+#include "formats/abf/abf.h"
 #include "io/trace_export.h"
 #include "model/model_store.h"
-#include "platform/abf/abf.h"
 #include "platform/folders.h"
 #include "screen/screen.h"
 #include "sim/result_store.h"

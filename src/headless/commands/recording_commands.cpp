@@ -5,13 +5,13 @@
 #include <filesystem>
 #include <ostream>
 
-#include "headless/commands/recordings.h"
+#include "formats/abf/abf.h"
+#include "formats/recording_file.h"
 #include "headless/json_values.h"
 #include "headless/words.h"
 #include "io/stimulus_file.h"
 #include "io/trace_export.h"
 #include "model/model_store.h"
-#include "platform/abf/abf.h"
 #include "platform/file_names.h"
 #include "screen/screen.h"
 

@@ -1,0 +1,45 @@
+// Opening files that others wrote, and reading them a bounded piece at a time.
+//
+//   OpenInput  ReadBytes  LineReader
+#pragma once
+
+#include <cstddef>
+#include <fstream>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "formats/text_lines.h"
+
+namespace zelvane {
+
+/// Opens a regular file for reading bytes. A folder, pipe or device counts as one that cannot be opened:
+/// opening a pipe might never return.
+std::optional<std::ifstream> OpenInput(const std::string& path);
+
+/// The bytes of a file, at most `most` of them; a longer file is taken as if it had been cut off there.
+/// Nothing when it cannot be opened and read.
+std::optional<std::string> ReadBytes(const std::string& path, std::size_t most);
+
+/// The lines of a text file of any length, one after the other, as TextLines gives them.
+class LineReader {
+ public:
+  /// @param longest  bytes of a line that are given; what a longer line has beyond them is passed over
+  LineReader(std::ifstream file, std::size_t longest) : file_(std::move(file)), longest_(longest) {}
+
+  /// The next line without its end, or nothing at the end of the file. It lasts until the next call.
+  std::optional<std::string_view> Next() {
+    const auto line = lines_.Next();
+    return line ? std::optional(line->substr(0, longest_)) : std::nullopt;
+  }
+
+ private:
+  static constexpr std::size_t BlockBytes = 16 * 1024;  // lists and profiles are short
+
+  std::ifstream file_;
+  std::size_t longest_;
+  TextLines lines_{file_, BlockBytes};
+};
+
+}  // namespace zelvane

@@ -1,0 +1,88 @@
+// Recordings written as text: ATF, and one number a line. No screen, no stores.
+//
+// Numbers are those of scanf's %g, correctly rounded, with a full stop in every locale. A comma between the
+// digits of a number that has no full stop is taken as its decimal mark; any other comma makes the line no
+// row of numbers.
+#pragma once
+
+#include <cstddef>
+#include <istream>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "formats/text_lines.h"
+
+namespace zelvane {
+
+/// Limits of the interval between samples that a text can bring, ms.
+inline constexpr double MinTextInterval = 1e-6;
+inline constexpr double MaxAtfInterval = 1e8;
+inline constexpr double MaxColumnInterval = 1e6;
+
+/// What the lines before the samples tell.
+struct TextShape {
+  bool atf = false;                  // false: one number a line
+  int columns = 1;                   // of an ATF, the time included where it has one
+  int signals = 1;                   // side by side in each episode
+  std::string signalList;            // their names as the file lists them, split by commas
+  std::vector<std::string> units{};  // of each signal, as the titles of an ATF's columns tell them
+  int episodes = 1;
+};
+
+/// Which samples are wanted.
+struct TextRequest {
+  int signal = 1;             // counts around: with 2 signals 3 is the first again
+  int episode = 1;            // 1..TextShape::episodes
+  int episodes = 1;           // so many from there on, in one reading
+  bool intervalLine = false;  // one number a line: the first is the interval, ms
+  float scale = 1.0F;         // of every sample
+  std::size_t most = 0;       // samples of an episode at most
+};
+
+struct TextSamples {
+  std::vector<float> samples;        // of several episodes, the first of each, then the second of each ...
+  std::optional<double> intervalMs;  // within its limits; nothing where the text does not tell it
+  bool unequalSteps = false;         // the third time lies too far from the second; three samples were read
+  std::size_t badLine = 0;           // line that is no row of numbers and ended the reading; 0 without one
+};
+
+/// Why a text gave no samples, in one sentence.
+std::string WhyNoSamples(const TextShape& shape, const TextSamples& read);
+
+/// A text recording, read from its first line to its last.
+class TextRecording {
+ public:
+  /// Reads what stands before the samples.
+  explicit TextRecording(std::istream& in, std::size_t blockBytes = TextLines::DefaultBlock);
+
+  const TextShape& Shape() const { return shape_; }
+
+  /// Why there is nothing to read, in one sentence; empty when there is.
+  const std::string& Refusal() const { return refusal_; }
+
+  /// Reads the samples, once. Lines may be of any length, blank ones are passed over, and a row of an ATF
+  /// may go on in further lines. Reading ends at the end of the text, at `request.most` samples or at a line
+  /// that is no row of numbers.
+  TextSamples Read(const TextRequest& request);
+
+ private:
+  void ReadAtfHeader();
+  std::optional<std::string_view> FirstOrNext();
+  void TakePlainLines(const TextRequest& request, std::vector<float>& samples);
+  std::optional<std::string_view> NextRow(std::size_t column, std::string_view& sample, TextSamples& read);
+  std::optional<std::string_view> JoinRow(std::string_view begin, std::size_t words, TextSamples& read);
+  void ReadColumn(const TextRequest& request, TextSamples& read);
+  void ReadTable(const TextRequest& request, TextSamples& read);
+  bool TakeRow(std::string_view row, int episodes, float scale, TextSamples& read) const;
+
+  TextLines lines_;
+  std::string first_;  // the line that told the kind; without an ATF's mark it is read again
+  bool firstGiven_ = false;
+  std::string row_;  // a row put together from several lines
+  TextShape shape_;
+  std::string refusal_;
+};
+
+}  // namespace zelvane
