@@ -10,12 +10,13 @@
 #include "fit/wave_list.h"
 #include "formats/input_file.h"
 #include "io/model_file.h"
-#include "io/stimulus_file.h"
 #include "io/trace_read.h"
 #include "model/model_store.h"
+#include "platform/file_names.h"
 #include "platform/safe_file.h"
 #include "platform/zero_pages.h"
 #include "screen/popups.h"
+#include "stimulus/stimulus_file.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -113,6 +114,12 @@ std::optional<std::string> AskForList(const char* title, bool save) {
 }
 
 }  // namespace
+
+int WaveStimFileRead(const std::string& path, FitWaveform& wave) {
+  const int samples = StimFileReadInto(path, wave.WaveStim, wave.WaveStimInterval);
+  if (samples > 0) wave.StimName = FileNameOf(path);
+  return samples;
+}
 
 void WaveSetClear() {
   for (std::size_t w = 1; w <= MaxFitWaveforms; ++w) {

@@ -1,7 +1,7 @@
 // The set of recordings that a waveform fit compares a model with, each with the stimulus that it was made
 // with, and the list files that name such a set.
 //
-//   The set       WaveSetClear
+//   The set       WaveSetClear  WaveStimFileRead
 //   List files    ListFileRead  ListFileWrite  ReadListNamed  OpenListNamed
 //   Panel         AddWaveSetMenu
 //
@@ -10,11 +10,17 @@
 
 #include <string>
 
+#include "fit/fit_store.h"
+
 namespace zelvane {
 
 /// Empties the set: switches and names, `Fit.FitNormalized`, the samples of all waveforms and stimuli, and
 /// `Fit.FitWaveCount`.
 void WaveSetClear();
+
+/// Reads the stimulus that belongs to a waveform, as StimFileReadInto does, and takes its file's name.
+/// @return samples of a profile, or 0 when no sample of the last one was read
+int WaveStimFileRead(const std::string& path, FitWaveform& wave);
 
 /// Asks for a list file and loads the model and the pairs that it names. Without a file `Fit.FitListOn` goes
 /// to 0.

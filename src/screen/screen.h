@@ -27,6 +27,7 @@
 #include <vector>
 
 #include "screen/fields.h"
+#include "screen/listeners.h"
 #include "screen/popups.h"
 
 namespace zelvane {
@@ -303,6 +304,9 @@ void WriteControls(std::string_view panel, std::string_view group);
 
 /// Shows the fields in every control on the screen that edits one.
 void WriteAllControls();
+
+/// Interval, points or units of a run came from a file: titles and axes that follow them are to be shown.
+inline Listeners<> RunSettingsReplaced;
 
 // A field can have a control on several panels, all under its name.
 

@@ -9,7 +9,6 @@
 #include "analysis/run_analysis.h"
 #include "fit/wave_set.h"
 #include "io/model_file.h"
-#include "io/stimulus_file.h"
 #include "io/trace_export.h"
 #include "io/trace_panels.h"
 #include "io/trace_read.h"
@@ -38,6 +37,7 @@
 #include "sim/run_panel.h"
 #include "singlechannel/dwell_lists_panel.h"
 #include "stimulus/stimulus.h"
+#include "stimulus/stimulus_file.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {

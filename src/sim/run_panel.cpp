@@ -232,6 +232,10 @@ void AddRunControls() {
   AddControls(MainPanelName, RunGroup, RunControls);
   AddTraceGraph();
   PanelNamed(MainPanelName).dim.push_back(DimRunControls);
+  RunSettingsReplaced.Add([] {
+    ShowDisplayUnits();
+    ShowLength();
+  });
   RunBegins.Add(ShowDataName);
   RunTextChanged.Add(ShowRunText);
 }

@@ -5,7 +5,6 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
-#include <utility>
 
 #include "model/model_store.h"
 #include "noise/gaussian_filter.h"
@@ -13,6 +12,7 @@
 #include "screen/popups.h"
 #include "stimulus/internal/stimulus_views.h"
 #include "stimulus/profile_builder.h"
+#include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {
@@ -21,8 +21,6 @@ namespace {
 constexpr char StopBeyondEnd[] = "Stop position is past end of arra; increase number of simulated points.";
 constexpr char ModeUnavailable[] =
     "This option will be available soon/it is undergoing development and testing.";
-
-StimFileReader ReadStimulusFile = nullptr;  // set by the folder that knows the files
 
 int RunSamples() {
   return std::clamp(Model.NumPoints, 0, MaxStimPoints);
@@ -82,7 +80,7 @@ bool ReadUserStimulus() {
   request.title = "Read Stimulus Profile";
   request.filter = "*.stm";
   const auto path = FileSelectPopup(request);
-  return path && ReadStimulusFile != nullptr && ReadStimulusFile(*path);
+  return path && StimFileRead(*path);
 }
 
 /// USER mode needs profiles from a file; without one the mode goes back to AUTOMATIC.
@@ -152,10 +150,6 @@ void AddToTarget(const Pulse& pulse, const PulseTrain& train) {
 }
 
 }  // namespace
-
-StimFileReader SetStimFileReader(StimFileReader reader) {
-  return std::exchange(ReadStimulusFile, reader);
-}
 
 void StimRebuild() {
   StimReadControls();

@@ -3,16 +3,13 @@
 //   Panel          AddStimulusPanel  StimReadControls  StimPanelRefresh  StimPlot
 //   Building       StimRebuild  CreateStim  CreateExpStim  CreateExp  CreateTrain  EraseStim  FilterStim
 //   Holding level  FillVoltage
-//   USER mode      SetStimFileReader
 //   At a point     StimulusAt
+//   Files          stimulus_file.h
 //
 // Every creator first reads the panel (StimReadControls). Indices follow from times by truncation.
 #pragma once
 
-#include <string>
-
 #include "kinetics/rate_factor.h"
-
 namespace zelvane {
 
 void AddStimulusPanel();
@@ -49,13 +46,6 @@ void FilterStim();
 /// Sets samples first..last - 1 of the voltage profile to VHold / 1000 (volts). Bounds are held to the
 /// profile.
 void FillVoltage(int first, int last);
-
-/// Reads a stimulus file into the profiles; false, with the user told, when it could not.
-using StimFileReader = bool (*)(const std::string& path);
-
-/// Makes `reader` the one that USER mode uses and returns the former one. Without one a file counts as
-/// refused.
-StimFileReader SetStimFileReader(StimFileReader reader);
 
 /// Returns the seven profiles at point `point`, which must lie inside them.
 StimulusValues StimulusAt(int point);

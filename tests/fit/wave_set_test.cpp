@@ -5,10 +5,10 @@
 
 #include "fit/fit_store.h"
 #include "fit/wave_list.h"
-#include "io/stimulus_file.h"
 #include "io/trace_write.h"
 #include "model/model_store.h"
 #include "sim/run_panel.h"
+#include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
 #include "support/pressing.h"
 #include "support/store_test.h"

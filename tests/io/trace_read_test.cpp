@@ -11,12 +11,12 @@
 #include <filesystem>
 
 #include "formats/abf/abf.h"
-#include "io/stimulus_file.h"
 #include "model/model_store.h"
 #include "rscm/rscm_store.h"
 #include "screen/screen.h"
 #include "shell/undo.h"
 #include "sim/result_store.h"
+#include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
 #include "support/drive_test.h"
 #include "support/pressing.h"

@@ -5,6 +5,7 @@
 #include "model/model_store.h"
 #include "screen/screen.h"
 #include "stimulus/stimulus.h"
+#include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
 #include "support/pressing.h"
 #include "support/store_test.h"
@@ -128,21 +129,7 @@ TEST_F(StimulusPanelTest, TrainReadoutsFollowTheFields) {
 
 // -- USER mode --
 
-bool ReadTwos(const std::string& path) {
-  Stimulus.Profile[1][0] = 2.0F;
-  return path == "good.stm";
-}
-
-class UserModeTest : public StimulusPanelTest {
- protected:
-  UserModeTest() : former_(SetStimFileReader(nullptr)) {}
-  ~UserModeTest() override { SetStimFileReader(former_); }
-
- private:
-  StimFileReader former_;
-};
-
-TEST_F(UserModeTest, WithoutAFileTheModeGoesBackToAutomaticAndElseKeepsTheFile) {
+TEST_F(StimulusPanelTest, WithoutAFileTheModeGoesBackToAutomaticAndElseKeepsTheFile) {
   Enter("StimMode", "USER");  // and cancels the dialog
   ASSERT_EQ(fileRequests.size(), 1U);
   EXPECT_EQ(fileRequests[0].title, "Read Stimulus Profile");
@@ -150,8 +137,13 @@ TEST_F(UserModeTest, WithoutAFileTheModeGoesBackToAutomaticAndElseKeepsTheFile) 
   EXPECT_TRUE(popups.empty()) << "a cancelled dialog says nothing";
   EXPECT_EQ(ShownText(ControlNamed("StimMode")), "AUTOMATIC");
   EXPECT_FALSE(ControlNamed("AutoValue").dimmed);
-  SetStimFileReader(ReadTwos);
-  for (const char* file : {"bad.stm", "good.stm"}) {
+  const TemporaryFolder folder;
+  const std::string good = folder.File("good.stm");
+  Stimulus.ScriptRunning = 1;  // a file's length and interval are not asked for
+  Stimulus.Profile[1][0] = 2.0F;
+  ASSERT_TRUE(StimFileWrite(good, 10));
+  StimRebuild();
+  for (const std::string& file : {folder.File("none.stm"), good}) {
     EXPECT_EQ(Stimulus.StimMode, StimAutomatic);
     EXPECT_EQ(Stimulus.Profile[1][0], 0.0F);
     choices = {file};
@@ -163,7 +155,7 @@ TEST_F(UserModeTest, WithoutAFileTheModeGoesBackToAutomaticAndElseKeepsTheFile) 
   EXPECT_EQ(fileRequests.size(), 3U) << "a read file is asked for once";
 }
 
-TEST_F(UserModeTest, TheFifthModeSaysSoAndBecomesUser) {
+TEST_F(StimulusPanelTest, TheFifthModeSaysSoAndBecomesUser) {
   Enter("StimMode", "5");
   EXPECT_EQ(PopupTexts(),
             std::vector<std::string>{

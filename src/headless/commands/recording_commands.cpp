@@ -9,11 +9,11 @@
 #include "formats/recording_file.h"
 #include "headless/json_values.h"
 #include "headless/words.h"
-#include "io/stimulus_file.h"
 #include "io/trace_export.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "screen/screen.h"
+#include "stimulus/stimulus_file.h"
 
 namespace zelvane {
 namespace {

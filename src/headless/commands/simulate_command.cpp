@@ -8,7 +8,6 @@
 #include "headless/commands/job_settings.h"
 #include "headless/commands/run_summary.h"
 #include "headless/commands/single_channel_summary.h"
-#include "io/stimulus_file.h"
 #include "io/trace_export.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
@@ -16,6 +15,7 @@
 #include "sim/result_store.h"
 #include "sim/run.h"
 #include "singlechannel/dwell_lists.h"
+#include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
 #include "trace/trace_store.h"
 

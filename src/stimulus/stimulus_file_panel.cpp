@@ -1,13 +1,12 @@
 // Commands and fields of stimulus files on the stimulus panel and in the menu.
 #include <string>
 
-#include "io/internal/stimulus_file_panels.h"
-#include "io/stimulus_file.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "screen/screen.h"
-#include "sim/run_panel.h"
+#include "stimulus/internal/stimulus_file_panels.h"
 #include "stimulus/stimulus.h"
+#include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {
@@ -141,7 +140,7 @@ void ReadStimulusPanel() {
 void ShowStimulusOfFile() {
   if (!PanelsStand()) return;
   WriteAllControls();
-  WriteRunParameters();
+  RunSettingsReplaced.Tell();
   StimPanelRefresh();
   const std::string name = FileNameOf(Stimulus.StimFileName);
   ShowText("StimFile", name);
@@ -153,7 +152,6 @@ void AddStimulusFileControls() {
   AddControls(StimulusPanelName, FilesGroup, FileControls);
   AddControls("MainPanel", "stimulus", MainPanelName);
   AddMenu(StimulusFileMenu);
-  SetStimFileReader(StimFileRead);
 }
 
 }  // namespace zelvane

@@ -1,6 +1,6 @@
 // Stimulus files: all seven profiles in a binary file (.stm), one of them in a column of text (.asc).
 //
-//   Commands       StimFileRead  StimFileWrite  StimAsciiImport  StimAsciiExport  WaveStimFileRead
+//   Commands       StimFileRead  StimFileWrite  StimAsciiImport  StimAsciiExport  StimFileReadInto
 //   Bare files     WriteStimProfiles  WriteStimColumn; readers in stimulus_read.h
 //   Panel          AddStimulusFileControls
 //
@@ -13,7 +13,6 @@
 #include <span>
 #include <string>
 
-#include "fit/fit_store.h"
 #include "formats/stimulus_read.h"
 
 namespace zelvane {
@@ -40,12 +39,12 @@ bool WriteStimColumn(const std::string& path, float intervalMs, std::span<const 
 /// @return whether samples of the last profile were read
 bool StimFileRead(const std::string& path);
 
-/// Reads the seven profiles of a file into the arrays of a waveform, which are not cleared first. Asks
+/// Reads the seven profiles of a file into other arrays, all of one length, which are not cleared first. Asks
 /// whether to take over an interval that differs by more than 0.0001 ms from `Model.ADInterval`. Refusals as
-/// above, with MaxWaveformPoints as the limit. Writes:  WaveStim, WaveStimInterval and StimName of `wave`,
+/// above, with the arrays' length as the limit. Writes:  `profiles`, `intervalMs` (that of the file),
 /// `Model.ADInterval`.
 /// @return N, or 0 when no sample of the last profile was read
-int WaveStimFileRead(const std::string& path, FitWaveform& wave);
+int StimFileReadInto(const std::string& path, const StimProfileSpans& profiles, float& intervalMs);
 
 /// Reads the stimulus panel and writes `count` samples (1 to MaxStimPoints) of each profile, also those that
 /// lie beyond NumPoints. A failure is told.
@@ -65,8 +64,7 @@ bool StimAsciiExport(const std::string& path, int count);
 /// Reads a binary stimulus file as the stimulus of the next runs: on success USER mode begins.
 void OpenStimulusNamed(const std::string& path);
 
-/// Adds the commands and fields of stimulus files to the stimulus panel and the menu, and gives USER mode its
-/// reader.
+/// Adds the commands and fields of stimulus files to the stimulus panel and the menu.
 void AddStimulusFileControls();
 
 }  // namespace zelvane

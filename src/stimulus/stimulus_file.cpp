@@ -1,4 +1,4 @@
-#include "io/stimulus_file.h"
+#include "stimulus/stimulus_file.h"
 
 #include <algorithm>
 #include <bit>
@@ -13,12 +13,12 @@
 #include "formats/line_scanner.h"
 #include "formats/number_text.h"
 #include "formats/row_blocks.h"
-#include "io/internal/stimulus_file_panels.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "platform/zero_pages.h"
 #include "screen/popups.h"
 #include "screen/save_file.h"
+#include "stimulus/internal/stimulus_file_panels.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {
@@ -145,13 +145,13 @@ bool StimFileRead(const std::string& path) {
   return complete;
 }
 
-int WaveStimFileRead(const std::string& path, FitWaveform& wave) {
+int StimFileReadInto(const std::string& path, const StimProfileSpans& profiles, float& intervalMs) {
   const auto head = HeadOrTold(path);
   if (!head) return 0;
   const bool differs = !(std::abs(head->intervalMs - Model.ADInterval) <= SameInterval);
   const bool newInterval =
       differs && ConfirmPopup(ColumnIntervalTitle, IntervalText(IntervalQuestion, head->intervalMs));
-  if (head->samples > MaxWaveformPoints) {
+  if (head->samples > static_cast<int>(profiles[0].size())) {
     MessagePopup(ErrorTitle, TooLargeForWaveform);
     return 0;
   }
@@ -159,10 +159,8 @@ int WaveStimFileRead(const std::string& path, FitWaveform& wave) {
     Model.ADInterval = WithinLimits(head->intervalMs);
     ShowStimulusOfFile();
   }
-  wave.WaveStimInterval = head->intervalMs;
-  if (ReadStimProfiles(path, *head, wave.WaveStim) == 0) return 0;
-  wave.StimName = FileNameOf(path);
-  return head->samples;
+  intervalMs = head->intervalMs;
+  return ReadStimProfiles(path, *head, profiles) == 0 ? 0 : head->samples;
 }
 
 bool StimFileWrite(const std::string& path, int count) {

@@ -1,10 +1,11 @@
 // Stimulus files: the bytes written, the questions asked, what short and wrong files leave.
-#include "io/stimulus_file.h"
+#include "stimulus/stimulus_file.h"
 
 #include <cmath>
 #include <cstring>
 #include <filesystem>
 
+#include "fit/wave_set.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
 #include "sim/run_panel.h"
