@@ -50,7 +50,7 @@ class AbfRecording final : public RecordingFile {
     account.kind = "ABF";
     account.version = header.version;
     account.intervalMs = header.sampleInterval / MicrosecondsPerMs;
-    account.note = NoteOfAbf(header);
+    account.note = NoteOfEnd(header.acquisitionLength, header.announcedSamples);
     for (int k = 0; k < header.channels; ++k) account.inputs.push_back(InputOf(header, k));
     recording->TakeLengths();
     return recording;
@@ -304,10 +304,6 @@ std::optional<std::vector<float>> ReadPart(RecordingFile& file, const SweepExtra
 }
 
 }  // namespace
-
-std::string NoteOfAbf(const AbfHeader& header) {
-  return NoteOfEnd(header.acquisitionLength, header.announcedSamples);
-}
 
 Open OpenRecordingFile(const std::string& path, std::string& why, std::optional<double> typedIntervalMs) {
   auto file = OpenInput(path);

@@ -12,11 +12,6 @@
 
 namespace zelvane {
 
-struct AbfHeader;
-
-/// What a user should know of a recording that was cut off; empty for a whole one.
-std::string NoteOfAbf(const AbfHeader& header);
-
 struct RecordedInput {
   int number = 0;  // physical input of an ABF, signal of a text from 1, profile of a stimulus from 0
   std::string name;

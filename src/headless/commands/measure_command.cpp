@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <ostream>
 #include <set>
 #include <utility>
@@ -38,7 +39,7 @@ constexpr int ProgressSteps = 100;
 
 /// The recording that is measured, sweep after sweep, into `Trace.SimTrace`.
 struct Recording {
-  AbfHandle abf;                             // nothing = a text
+  std::unique_ptr<RecordingFile> abf;        // nothing = a text
   std::vector<std::vector<float>> episodes;  // of a text that has several, read in one pass
   int channel = 0;
   int sweeps = 1;
@@ -77,37 +78,37 @@ class MeasuringScreen {
   std::set<std::string> told_;
 };
 
-std::vector<int> ChannelsOf(const AbfHeader& header) {
-  const auto& sequence = header.samplingSequence;
-  return {sequence.begin(), std::find(sequence.begin(), sequence.end(), -1)};
-}
-
 /// Takes the channel asked for, or the first. False, told, when the file has no such channel.
-bool TakeChannel(const AbfHeader& header, const MeasureOptions& options, Recording& recording,
-                 std::ostream& err) {
-  const std::vector<int> channels = ChannelsOf(header);
-  if (channels.empty()) return false;
-  recording.channel = options.channel.value_or(channels.front());
-  if (std::find(channels.begin(), channels.end(), recording.channel) != channels.end()) return true;
+bool TakeChannel(const MeasureOptions& options, Recording& recording, std::ostream& err) {
+  const std::vector<RecordedInput>& inputs = recording.abf->Account().inputs;
+  if (inputs.empty()) return false;
+  recording.channel = options.channel.value_or(inputs.front().number);
+  const auto taken = std::find_if(inputs.begin(), inputs.end(), [&](const RecordedInput& input) {
+    return input.number == recording.channel;
+  });
+  if (taken != inputs.end()) {
+    recording.units = taken->units;
+    return true;
+  }
   err << options.file << ": no channel " << recording.channel << "; it has";
-  for (const int channel : channels) err << ' ' << channel;
+  for (const RecordedInput& input : inputs) err << ' ' << input.number;
   err << '\n';
   return false;
 }
 
 int OpenAbf(const MeasureOptions& options, Recording& recording, std::ostream& err) {
-  AbfHeader header;
-  int samples = 0;
   std::string why;
-  recording.abf = OpenABFFile(options.file, header, samples, recording.sweeps, &why);
+  recording.abf = OpenRecordingFile(options.file, why);
   if (!recording.abf) {
     err << options.file << ": " << why << '\n';
     return JobFailed;
   }
-  if (const std::string note = NoteOfAbf(header); !note.empty()) err << options.file << ": " << note << '\n';
-  if (!TakeChannel(header, options, recording, err)) return JobMisused;
-  if (samples > MaxStimPoints) {
-    err << options.file << ": a sweep of " << samples << " samples; " << MaxStimPoints
+  const RecordingAccount& account = recording.abf->Account();
+  recording.sweeps = account.sweeps;
+  if (!account.note.empty()) err << options.file << ": " << account.note << '\n';
+  if (!TakeChannel(options, recording, err)) return JobMisused;
+  if (account.samples > MaxStimPoints) {
+    err << options.file << ": a sweep of " << account.samples << " samples; " << MaxStimPoints
         << " can be measured\n";
     return JobFailed;
   }
@@ -115,8 +116,7 @@ int OpenAbf(const MeasureOptions& options, Recording& recording, std::ostream& e
   Trace.TraceFileName = options.file;
   Trace.EpisodeCount = recording.sweeps;
   Trace.RecordedChannel = recording.channel;
-  Model.ADInterval = static_cast<float>(header.sampleInterval / 1000.0);
-  recording.units = header.channelUnits[static_cast<std::size_t>(recording.channel)];
+  Model.ADInterval = static_cast<float>(account.intervalMs);
   return JobDone;
 }
 
@@ -141,10 +141,12 @@ int OpenRecording(const MeasureOptions& options, Recording& recording, const Job
 
 /// Reads a sweep into the trace. Its samples; 0 when the file does not hold them.
 int ReadAbfSweep(const Recording& recording, int sweep) {
-  const int samples = SweepLength(*recording.abf, sweep);
+  const RecordingAccount& account = recording.abf->Account();
+  const auto place = static_cast<std::size_t>(sweep) - 1;
+  const int samples = account.lengths.empty() ? account.samples : account.lengths[place];
   if (samples < 1 || samples > MaxStimPoints) return 0;
   const std::span<float> trace = Trace.SimTrace.first(static_cast<std::size_t>(samples));
-  return ReadSweep(*recording.abf, recording.channel, sweep, 0, trace) == samples ? samples : 0;
+  return recording.abf->Read(recording.channel, sweep, 0, trace) == trace.size() ? samples : 0;
 }
 
 int TakeTextSweep(const Recording& recording, int sweep) {
