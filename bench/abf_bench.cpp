@@ -174,7 +174,7 @@ void SteppedEpisodes(benchmark::State& state) {
   Trace.TraceFileName = Folder() + "stepped.abf";
   WriteFloats(Trace.TraceFileName,
               std::vector(static_cast<std::size_t>(state.range(0)), Noise(SamplesPerEpisode)));
-  TraceRead(false);
+  TraceRead(Trace.TraceFileName);
   if (Trace.EpisodeCount != state.range(0)) state.SkipWithError("the recording was not read");
   for (auto _ : state)
     for (int step = 0; step < state.range(0); ++step) StepEpisode(1);

@@ -60,10 +60,9 @@ void ReadModelOfList(const std::string& model, const std::string& list) {
 bool LoadData(FitWaveform& wave, const std::string& name, const std::string& list) {
   const auto path = FindFile(name, list, {.title = DataTitle, .defaultName = "*.abf", .filter = DataFilter});
   if (!path) return false;
-  Trace.TraceFileName = *path;
   Trace.EpisodeIndex = 1;
   Trace.ParseRequested = 0;
-  if (!BinaryTraceRead(wave.WaveData)) return false;
+  if (!BinaryTraceRead(*path, wave.WaveData)) return false;
   wave.DataLength = Model.NumPoints;
   AddFitLogLine(FormatText("  DATA File: %s length=%d adinterval=%f", path->c_str(), wave.DataLength,
                            static_cast<double>(Model.ADInterval)));

@@ -233,9 +233,9 @@ bool HasMark(std::istream& file) {
 
 }  // namespace
 
-bool AbfDirectRead(std::span<float> destination) {
+bool AbfDirectRead(const std::string& path, std::span<float> destination) {
   FormerFile former;
-  auto file = OpenInput(Trace.TraceFileName);
+  auto file = OpenInput(path);
   if (!file) {
     FileErrorPopup(FileOpenFailed);
     return false;
@@ -249,6 +249,8 @@ bool AbfDirectRead(std::span<float> destination) {
     MessagePopup(WarningTitle, InvalidAbf);
     return false;
   }
+  Trace.TraceFileName = path;
+  Trace.TraceIsText = 0;
   TakeFields(*header);
   Layout layout;
   if (!SelectSamples(*header, layout)) return false;

@@ -280,20 +280,20 @@ Reading ReadObf(std::span<float> destination, Questions questions) {
 
 }  // namespace
 
-Reading ReadBinary(std::span<float> destination, Questions questions) {
+Reading ReadBinary(const std::string& path, std::span<float> destination, Questions questions) {
   FormerFile former;
+  Trace.TraceFileName = path;
   int format = AbfIntegers;
-  const Reading reading = IsABFFile(Trace.TraceFileName, format)
-                              ? ReadAbf(destination, questions, format == AbfFloats)
-                              : ReadObf(destination, questions);
+  const Reading reading = IsABFFile(path, format) ? ReadAbf(destination, questions, format == AbfFloats)
+                                                  : ReadObf(destination, questions);
   if (reading == Reading::Refused) return reading;
   former.Keep();
   Trace.TraceIsText = 0;  // whoever reads the file again reads it so
   return reading;
 }
 
-bool BinaryTraceRead(std::span<float> destination) {
-  return ReadBinary(destination, Questions::Asked) == Reading::Done;
+bool BinaryTraceRead(const std::string& path, std::span<float> destination) {
+  return ReadBinary(path, destination, Questions::Asked) == Reading::Done;
 }
 
 }  // namespace zelvane

@@ -1,9 +1,11 @@
 // Commands that read a recording, erase it or step through its episodes, and what MainPanel shows of it.
+#include <optional>
+#include <string>
 #include <string_view>
 
-#include "io/internal/trace_readers.h"
 #include "io/trace_panels.h"
 #include "io/trace_read.h"
+#include "io/trace_write.h"
 #include "platform/folders.h"
 #include "platform/start_program.h"
 #include "screen/screen.h"
@@ -18,6 +20,14 @@ namespace {
 
 constexpr char MainPanelName[] = "MainPanel";
 constexpr char RecordingGroup[] = "recording";
+constexpr char ReadTitle[] = "Read ASCII, ABF, ATF, or OBF Data File";
+constexpr char ReadDefault[] = "*.abf";
+constexpr char ReadFilter[] = "*.dat;*.atf;*.asc;*.abf;*.ave";
+constexpr char AsciiTitle[] = "Read ASCII Data File";
+constexpr char AsciiDefault[] = "*.asc;*.ATF;*.ave;*.nrm";
+constexpr char AsciiFilter[] = "*.asc";
+constexpr char WaveTitle[] = "Select Axon binary file to read";
+constexpr char WaveFilter[] = "*.abf";
 constexpr char ConversionTool[] = "ABFUtil1.exe";
 constexpr char NoConversionTool[] =
     "The conversion tool ABFUtil1.exe is not in the program's folder, or cannot be started.";
@@ -32,19 +42,46 @@ void ShowRecording() {
 
 // -- Commands --
 
+std::optional<std::string> ChooseFile(const char* title, const char* proposed, const char* filter) {
+  FileRequest request;
+  request.title = title;
+  request.defaultName = proposed;
+  request.filter = filter;
+  return FileSelectPopup(request);
+}
+
+/// Asks for a file of a kind. Nothing when the user cancels, or while an autosave holds the trace.
+std::optional<std::string> AskForTrace(const char* title, const char* proposed, const char* filter) {
+  if (RefusedByAutosave()) return std::nullopt;
+  return ChooseFile(title, proposed, filter);
+}
+
+void ReadIntoView() {
+  if (const auto path = AskForTrace(ReadTitle, ReadDefault, ReadFilter)) TraceRead(*path);
+}
+
 void ReadFile() {
   Trace.ParseRequested = 0;
-  if (ReadChosenFile()) ShowWholeTrace();
+  if (const auto path = AskForTrace(ReadTitle, ReadDefault, ReadFilter)) TraceReadFile(*path);
+}
+
+void ReadText() {
+  if (const auto path = AskForTrace(AsciiTitle, AsciiDefault, AsciiFilter)) ReadAsciiData(*path);
+}
+
+void ReadBinary() {
+  Trace.ParseRequested = 0;
+  if (const auto path = AskForTrace(WaveTitle, WaveFilter, WaveFilter)) ReadWaveFile(*path);
 }
 
 void ReadBinaryData() {
   Trace.ParseRequested = 0;
-  TraceRead(true);
+  ReadIntoView();
 }
 
 void ReadParseBinaryData() {
   Trace.ParseRequested = 1;
-  TraceRead(true);
+  ReadIntoView();
 }
 
 void LastSection() {
@@ -106,8 +143,8 @@ constexpr ControlDecl RecordingControls[] = {
 constexpr MenuDecl RecordingMenu[] = {
     {"File/Open Recording...",          "FxnRead",             ReadFile,            "Ctrl+Shift+O"},
     {"File/Open Part of Recording...",  "ReadParseBinaryData", ReadParseBinaryData},
-    {"File/Open Text Recording...",     "ReadAsciiData",       ReadAsciiData},
-    {"File/Open Binary Recording...",   "FxnWaveRead",         ReadWaveFile},
+    {"File/Open Text Recording...",     "ReadAsciiData",       ReadText},
+    {"File/Open Binary Recording...",   "FxnWaveRead",         ReadBinary},
     {"File/Read Recording into View...", "ReadBinaryData",     ReadBinaryData},
     {"Recording/Last Episode",          "FxnLastSection",      LastSection,         "PgDown"},
     {"Recording/Next Episode",          "FxnNextSection",      NextSection,         "PgUp"},

@@ -17,14 +17,6 @@
 namespace zelvane {
 namespace {
 
-constexpr char ReadTitle[] = "Read ASCII, ABF, ATF, or OBF Data File";
-constexpr char ReadDefault[] = "*.abf";
-constexpr char ReadFilter[] = "*.dat;*.atf;*.asc;*.abf;*.ave";
-constexpr char AsciiTitle[] = "Read ASCII Data File";
-constexpr char AsciiDefault[] = "*.asc;*.ATF;*.ave;*.nrm";
-constexpr char AsciiFilter[] = "*.asc";
-constexpr char WaveTitle[] = "Select Axon binary file to read";
-constexpr char WaveFilter[] = "*.abf";
 constexpr char ImportTitle[] = "Import File";
 constexpr char ImportQuestion[] = "Import ATF or Ascii File of Floating Point Numbers in pA or pS ?";
 constexpr char ResampledWarning[] =
@@ -82,7 +74,7 @@ void LeaveNoTrace(std::size_t samples) {
 Reading ReadInto(bool text, Questions questions) {
   std::size_t kept = 0;
   const Reading reading = text ? ReadText(Trace.SimTrace, Trace.TraceFileName, questions, kept)
-                               : ReadBinary(Trace.SimTrace, questions);
+                               : ReadBinary(Trace.TraceFileName, Trace.SimTrace, questions);
   if (reading == Reading::Emptied) LeaveNoTrace(kept);
   return reading;
 }
@@ -127,33 +119,15 @@ bool ReloadEpisode() {
   return true;
 }
 
-std::optional<std::string> ChooseFile(const char* title, const char* proposed, const char* filter) {
-  FileRequest request;
-  request.title = title;
-  request.defaultName = proposed;
-  request.filter = filter;
-  return FileSelectPopup(request);
-}
-
 }  // namespace
-
-bool ReadChosenFile() {
-  if (RefusedByAutosave()) return false;
-  const auto path = ChooseFile(ReadTitle, ReadDefault, ReadFilter);
-  return path && ReadRecording(*path);
-}
 
 bool BeginsLikeRecording(const std::string& path) {
   const auto mark = MarkOf(path);
   return mark && (*mark == "OBF" || *mark == "ABF" || *mark == "ATF");
 }
 
-void TraceRead(bool ask) {
-  if (ask) {
-    ReadChosenFile();
-  } else if (!RefusedByAutosave()) {
-    ReadRecording(Trace.TraceFileName);
-  }
+bool TraceRead(const std::string& path) {
+  return !RefusedByAutosave() && ReadRecording(path);
 }
 
 bool TraceReadFile(const std::string& path) {
@@ -164,10 +138,8 @@ bool TraceReadFile(const std::string& path) {
   return true;
 }
 
-void ReadAsciiData() {
-  if (RefusedByAutosave()) return;
-  const auto path = ChooseFile(AsciiTitle, AsciiDefault, AsciiFilter);
-  if (!path || !ReadNew(true, *path)) return;
+bool ReadAsciiData(const std::string& path) {
+  if (RefusedByAutosave() || !ReadNew(true, path)) return false;
   if (IsResult(Model.NumPoints)) {
     BeginRecording();
     ShowTrace();
@@ -176,16 +148,17 @@ void ReadAsciiData() {
     EndTraceAt(static_cast<std::size_t>(Model.NumPoints));
     RecordingTaken.Tell();
   }
+  return true;
 }
 
-void ReadWaveFile() {
-  if (RefusedByAutosave()) return;
+bool ReadWaveFile(const std::string& path) {
+  if (RefusedByAutosave()) return false;
   Trace.ParseRequested = 0;
-  const auto path = ChooseFile(WaveTitle, WaveFilter, WaveFilter);
-  if (!path || !ReadNew(false, *path)) return;
+  if (!ReadNew(false, path)) return false;
   BeginRecording();
   ShowTrace();
   TellTraceCame();
+  return true;
 }
 
 void TraceReloadEpisode() {

@@ -12,26 +12,28 @@
 
 namespace zelvane {
 
-/// Reads a recording into the trace: the file `Trace.TraceFileName`, or with `ask` one chosen in a dialog.
-void TraceRead(bool ask);
+/// Reads the recording at `path` into the trace: all of it, or what the parse panel is set to while
+/// `Trace.ParseRequested` is 1. Asks before it takes a text. False when no trace came of it; the user has been
+/// told why, or has cancelled.
+bool TraceRead(const std::string& path);
 
-/// Asks for a text recording and reads it. The trace becomes a result only when it has more than 100 samples.
-void ReadAsciiData();
+/// Reads the text recording at `path`. The trace becomes a result only when it has more than 100 samples.
+bool ReadAsciiData(const std::string& path);
 
-/// Asks for a binary recording and reads it; a file that is none is refused.
-void ReadWaveFile();
+/// Reads the binary recording at `path`; a file that is none is refused.
+bool ReadWaveFile(const std::string& path);
 
-/// Reads the file at `path` as TraceRead does, without the dialog. False when no trace came of it.
+/// Reads the file at `path` as TraceRead does, without the parse panel, and shows all of it.
 bool TraceReadFile(const std::string& path);
 
 /// Whether the file begins with the mark of a recording: "ABF", "OBF" or "ATF".
 bool BeginsLikeRecording(const std::string& path);
 
-/// Reads a recording (ABF or OBF) at `Trace.TraceFileName`, episode `Trace.EpisodeIndex`, into `destination`,
-/// at most as many samples as it holds. The rest of `destination` is left as it was. Writes:  the file fields
-/// of `Trace`, `Model.NumPoints`, `Model.ADInterval`.
+/// Reads episode `Trace.EpisodeIndex` of the recording (ABF or OBF) at `path` into `destination`, at most as many
+/// samples as it holds. The rest of `destination` is left as it was. Writes:  the file fields of `Trace`,
+/// `Model.NumPoints`, `Model.ADInterval`; after a refusal all are as they were.
 /// @return whether samples came in; otherwise the user has been told, or has cancelled
-bool BinaryTraceRead(std::span<float> destination);
+bool BinaryTraceRead(const std::string& path, std::span<float> destination);
 
 /// Title of the question whether the first line of a column of numbers is its interval.
 inline constexpr char IntervalTitle[] = "Get ADinterval";
@@ -47,7 +49,7 @@ std::vector<std::vector<float>> ReadTextEpisodes();
 
 /// Reads an ABF 1.x recording straight from its header fields, first channel only, all episodes one behind
 /// the other.
-bool AbfDirectRead(std::span<float> destination);
+bool AbfDirectRead(const std::string& path, std::span<float> destination);
 
 /// Reads episode `Trace.EpisodeIndex` again from its file, by the reader that read it first, and corrects it
 /// when `RsCm.RsCmAuto` is set. No question is asked twice.

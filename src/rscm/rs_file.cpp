@@ -116,13 +116,8 @@ bool IsSameFile(const std::string& a, const std::string& b) {
 bool ReadWhole(const std::string& path) {
   ClearSamples(Trace.SimTraceUsed);
   Trace.TraceValid = 0;
-  const std::string former = std::exchange(Trace.TraceFileName, path);
-  Trace.TraceIsText = 0;
   Trace.EpisodeIndex = 1;
-  if (!AbfDirectRead(Trace.SimTrace)) {
-    Trace.TraceFileName = former;
-    return false;
-  }
+  if (!AbfDirectRead(path, Trace.SimTrace)) return false;
   TraceToWrite(Model.NumPoints);
   BeginTrace(TraceOrigin::Recording);
   return true;

@@ -287,9 +287,8 @@ TEST_F(TraceReadTest, TheFieldsOfTheParsePanelFollowEachOther) {
 
 TEST_F(TraceReadTest, ASmallerDestinationTakesTheBeginningAndTellsOfIt) {
   Run("quit\n");
-  Trace.TraceFileName = OneChannel;
   std::vector<float> destination(100, -1.0F);
-  ASSERT_TRUE(BinaryTraceRead(destination));
+  ASSERT_TRUE(BinaryTraceRead(OneChannel, destination));
   EXPECT_EQ(PopupTexts(), std::vector<std::string>{"Binary file was truncated to fit into memory."});
   EXPECT_EQ(Model.NumPoints, 100);
   EXPECT_EQ(destination[0], -129.394531F);
@@ -354,7 +353,7 @@ TEST_F(TraceReadTest, BothReadersOfAbf1AgreeOnTheFirstChannel) {
     const float interval = Model.ADInterval;
     const double gain = static_cast<double>(Trace.FinalGain);
     std::vector<float> direct(episodes.size() + 1);
-    ASSERT_TRUE(AbfDirectRead(direct));
+    ASSERT_TRUE(AbfDirectRead(Trace.TraceFileName, direct));
     ASSERT_EQ(Model.NumPoints, static_cast<int>(episodes.size()));
     EXPECT_EQ(Trace.EpisodeCount, count);
     EXPECT_NEAR(Model.ADInterval, interval, 1e-6F * interval);
@@ -382,17 +381,14 @@ TEST_F(TraceReadTest, TheDirectReaderRefusesWhatIsNoAbf1) {
         Case{Recordings + "broken/abf1_channels_30000.abf", " Invalid ABF file."},
         Case{Recordings + "broken/abf1_block_max.abf", "abf1_block_max.abf holds no samples."}}) {
     popups.clear();
-    Trace.TraceFileName = c.path;
-    EXPECT_FALSE(AbfDirectRead(destination));
+    EXPECT_FALSE(AbfDirectRead(c.path, destination));
     EXPECT_EQ(PopupTexts(), std::vector<std::string>{c.text}) << c.path;
   }
   popups.clear();
-  Trace.TraceFileName = Recordings + "broken/abf1_gain_zero.abf";
-  EXPECT_TRUE(AbfDirectRead(destination));
+  EXPECT_TRUE(AbfDirectRead(Recordings + "broken/abf1_gain_zero.abf", destination));
   EXPECT_EQ(popups, (std::vector<SeenPopup>{{"! File I/O Error", "Gain=0\n"}}));
   for (const char* name : {"abf1_samples_max", "abf1_data_odd", "abf1_data_60pc"}) {
-    Trace.TraceFileName = Recordings + "broken/" + name + ".abf";
-    EXPECT_TRUE(AbfDirectRead(destination)) << name;
+    EXPECT_TRUE(AbfDirectRead(Recordings + "broken/" + name + ".abf", destination)) << name;
     EXPECT_LE(Model.NumPoints, 1'280) << name;  // what follows the samples counts where the header says so
   }
 }

@@ -19,7 +19,7 @@ enum class Reading {
 /// Whether questions are put to the user, or answered as they were when the file was first read.
 enum class Questions { Asked, AsBefore };
 
-Reading ReadBinary(std::span<float> destination, Questions questions);
+Reading ReadBinary(const std::string& path, std::span<float> destination, Questions questions);
 
 /// With Emptied the samples read so far stand at the front of the destination, `kept` of them.
 Reading ReadText(std::span<float> destination, const std::string& path, Questions questions,
@@ -27,9 +27,6 @@ Reading ReadText(std::span<float> destination, const std::string& path, Question
 
 /// Whether a text of that many samples makes a result.
 bool IsResult(int samples);
-
-/// TraceRead with its dialog. True when a trace came of it.
-bool ReadChosenFile();
 
 /// Copies of the file fields and of the run's length and interval; they go back into the stores at the end of
 /// its life unless the read was a success.
