@@ -3,8 +3,8 @@
 
 #include <array>
 
+#include "kinetics/compiled_scheme.h"
 #include "model/model_store.h"
-#include "sim/compiled_scheme.h"
 
 namespace zelvane {
 

@@ -15,10 +15,10 @@
 #include <vector>
 
 #include "bench_models.h"
+#include "kinetics/adaptive_step.h"
+#include "kinetics/fixed_step.h"
 #include "kinetics/rate_factor.h"
 #include "numerics/spline.h"
-#include "sim/adaptive_step.h"
-#include "sim/fixed_step.h"
 #include "sim/result_store.h"
 
 namespace zelvane {

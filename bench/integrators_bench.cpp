@@ -14,12 +14,12 @@
 
 #include "bench_models.h"
 #include "bench_times.h"
+#include "kinetics/adaptive_step.h"
+#include "kinetics/fixed_step.h"
+#include "kinetics/integrator_cases.h"
+#include "kinetics/plain_integrator.h"
 #include "shell/application.h"
 #include "shell/stores.h"
-#include "sim/adaptive_step.h"
-#include "sim/fixed_step.h"
-#include "sim/integrator_cases.h"
-#include "sim/plain_integrator.h"
 #include "sim/result_store.h"
 
 #if defined(__linux__)

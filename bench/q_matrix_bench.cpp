@@ -5,7 +5,7 @@
 #include "bench_models.h"
 #include "model/model_store.h"
 #include "shell/stores.h"
-#include "sim/q_matrix.h"
+#include "sim/q_matrix_analysis.h"
 
 namespace zelvane {
 namespace {
@@ -27,7 +27,7 @@ void Analysis(benchmark::State& state, bool onVoltage) {
 
 void AnalysisWithTimeConstants(benchmark::State& state) {
   UseFullTable(true);
-  for (auto _ : state) benchmark::DoNotOptimize(SolveQMatrix(CompileQMatrix(1), true).relaxation.size());
+  for (auto _ : state) benchmark::DoNotOptimize(SolveQMatrix(ActiveQMatrix(1), true).relaxation.size());
 }
 
 }  // namespace

@@ -4,12 +4,13 @@
 #include <array>
 #include <cstddef>
 
+#include "kinetics/adaptive_step.h"
+#include "kinetics/compiled_scheme.h"
+#include "kinetics/fixed_step.h"
 #include "model/model.h"
 #include "model/model_panels.h"
 #include "screen/popups.h"
-#include "sim/adaptive_step.h"
-#include "sim/compiled_scheme.h"
-#include "sim/fixed_step.h"
+#include "sim/active_scheme.h"
 #include "sim/internal/window_breath.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
@@ -34,19 +35,6 @@ constexpr char Interrupted[] = "Simulation Interrupted by User";
 
 constexpr int ManyPoints = 20001;  // a run that can take time
 constexpr double ManySubsteps = 10.0;
-
-SchemeTables ActiveTables() {
-  return {Model.RateMatrix, Model.Depend, Model.ModelIs2D != 0 ? Model.StateOn : Model.TableStateOn,
-          Model.Temperature};
-}
-
-StimulusView ActiveStimulus(int offset) {
-  StimulusView view;
-  std::copy(Stimulus.Profile.begin(), Stimulus.Profile.end(), view.profile.begin());
-  view.intervalMs = Model.ADInterval;
-  view.offset = offset;
-  return view;
-}
 
 /// Shows progress and lets the stop button work; nothing of it while a fit runs.
 RunHook ProgressHook() {

@@ -7,18 +7,19 @@
 #include <limits>
 #include <span>
 
+#include "kinetics/monte_carlo.h"
 #include "model/model.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
 #include "numerics/rounding.h"
 #include "screen/popups.h"
-#include "sim/internal/ohmic_drive.h"
+#include "sim/active_scheme.h"
 #include "sim/internal/window_breath.h"
-#include "sim/monte_carlo.h"
 #include "sim/program_random.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
 #include "sim/run_panel.h"
+#include "sim/simulated_dwells.h"
 #include "singlechannel/dwell_store.h"
 #include "stimulus/stimulus_store.h"
 #include "trace/trace.h"
@@ -61,7 +62,7 @@ struct Loop {
   // -- The simulator --
   ExitBook exits;
   OccupancyCounts occupancy;
-  DwellRecorder recorder{Dwell};
+  DwellRecorder recorder{};
   ChannelSweep sweep{ProgramRandom, exits, occupancy, recorder};
 
   // -- The present run --
@@ -93,7 +94,8 @@ void PrepareSimulator(Loop& loop) {
   loop.exits = PrepareExits(tables, profile, Model.ADInterval, loop.numPoints);
   loop.recorder.monitored = Model.StateMonitored;
   loop.recorder.openClass = Result.StateClass;
-  ClearDwells(loop.recorder);
+  loop.recorder.lists = ListsOf(Dwell);
+  StoreCounts(loop.recorder.lists, Dwell);
   loop.sweep.numPoints = loop.numPoints;
   loop.sweep.intervalMs = Model.ADInterval;
   loop.sweep.lengthMs = Model.ADInterval * static_cast<float>(loop.numPoints);
@@ -179,6 +181,7 @@ bool SimulateSweep(Loop& loop) {
     Result.OccupancyUsed[s] = std::max(Result.OccupancyUsed[s], loop.occupancy.used[s]);
   }
   EndRecord(loop.recorder);
+  StoreCounts(loop.recorder.lists, Dwell);
   Dwell.OpenStateExits = loop.sweep.openStateExits;
   if (Dwell.MonitoredChannels > 0) loop.reachedMonitored = true;
   return whole;
@@ -274,6 +277,7 @@ void AddSubunitOccupancy(std::span<float> trace) {
 void AddSubunitConductance(std::span<float> trace) {
   Model.StateConductance[0] = 0.0F;
   const MonitoredStates monitored = ListMonitored();
+  const TraceConversion conversion = ActiveConversion();
   for (std::size_t i = 0; i < trace.size(); ++i) {
     std::size_t filled = 0;
     for (std::size_t k = 0; k < monitored.count; ++k) {
@@ -281,7 +285,7 @@ void AddSubunitConductance(std::span<float> trace) {
     }
     const float conductance = Model.StateConductance[filled];
     const bool current = Model.DisplayUnits == UnitsCurrent;
-    trace[i] += current ? OhmicDrive(static_cast<int>(i) + 1) * conductance : conductance;
+    trace[i] += current ? OhmicDrive(conversion, static_cast<int>(i) + 1) * conductance : conductance;
   }
 }
 

@@ -7,7 +7,7 @@
 #include "model/model_panels.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
-#include "sim/q_matrix.h"
+#include "sim/q_matrix_analysis.h"
 #include "sim/result_store.h"
 
 namespace zelvane {

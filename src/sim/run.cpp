@@ -9,7 +9,7 @@
 #include "screen/popups.h"
 #include "sim/integrator.h"
 #include "sim/monte_carlo_loop.h"
-#include "sim/q_matrix.h"
+#include "sim/q_matrix_analysis.h"
 #include "sim/result_store.h"
 #include "sim/run_panel.h"
 #include "trace/trace.h"

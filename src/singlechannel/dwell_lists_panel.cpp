@@ -6,7 +6,7 @@
 
 #include "model/model_store.h"
 #include "screen/screen.h"
-#include "sim/dwell_recorder.h"
+#include "sim/simulated_dwells.h"
 #include "singlechannel/dwell_lists.h"
 #include "singlechannel/dwell_store.h"
 

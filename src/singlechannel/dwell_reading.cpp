@@ -4,7 +4,7 @@
 #include <cstddef>
 
 #include "screen/popups.h"
-#include "sim/dwell_recorder.h"
+#include "sim/simulated_dwells.h"
 #include "singlechannel/dwell_store.h"
 
 namespace zelvane {

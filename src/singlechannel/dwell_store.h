@@ -6,13 +6,10 @@
 
 namespace zelvane {
 
-inline constexpr int MaxDwells = 1'000'000;         // entries of a list
-inline constexpr int MaxFileDwells = 999'999;       // entries that readers of files fill
-inline constexpr int MaxIdealEvents = 3'000'000;    // entries of the idealised record
-inline constexpr int MaxAmplitudeClasses = 5;       // open classes with a list of their own, from 1
-inline constexpr float SegmentMarker = -999999.0F;  // class of an entry that begins a sweep
-inline constexpr float RecordEnd = -2000000.0F;     // class of the entry behind the last
-inline constexpr float ClosedClass = 1.0F;          // class of a closed dwell in the idealised record
+inline constexpr int MaxDwells = 1'000'000;       // entries of a list
+inline constexpr int MaxFileDwells = 999'999;     // entries that readers of files fill
+inline constexpr int MaxIdealEvents = 3'000'000;  // entries of the idealised record
+inline constexpr int MaxAmplitudeClasses = 5;     // open classes with a list of their own, from 1
 
 /// Durations in ms, from index 0. The lists are set once by AllocateStores; the counts of the working lists
 /// are 32-bit floats that hold whole numbers.
@@ -30,7 +27,7 @@ struct DwellStore {
 
   // -- Idealised record of a simulation or a converted file: MaxIdealEvents entries --
   std::span<float> IdealDuration;   // ms; of a segment marker its number, of the end the count
-  std::span<float> IdealClass;      // 1 closed, 2 and above open; SegmentMarker, RecordEnd
+  std::span<float> IdealClass;      // see DwellLists in kinetics/dwell_recorder.h
   std::span<float> IdealAmplitude;  // only where a file brought amplitudes
   int NumIdealEvents = 0;           // goes on counting when the record is full
   int SegmentCounter = 1;           // next segment number

@@ -3,8 +3,8 @@
 #include <cstring>
 #include <random>
 
+#include "kinetics/monte_carlo.h"
 #include "model/model.h"
-#include "sim/monte_carlo.h"
 #include "sim/plain_monte_carlo.h"
 #include "sim/run_fixtures.h"
 

@@ -6,9 +6,10 @@
 #include <cstdlib>
 
 #include "kinetics/rate_factor.h"
+#include "kinetics/state_exits.h"
 #include "model/model_store.h"
 #include "sim/monte_carlo_loop.h"
-#include "sim/state_exits.h"
+#include "sim/simulated_dwells.h"
 #include "stimulus/stimulus.h"
 #include "stimulus/stimulus_store.h"
 
@@ -215,6 +216,7 @@ void PlainMonteCarlo::Run() {
     while (Model.StateConductance[former] != Model.StateConductance[s]) ++former;
     recorder_.openClass[s] = former < s ? recorder_.openClass[former] : ++classes;
   }
+  recorder_.lists = ListsOf(lists);
   ClearDwells(recorder_);
   start = Model.StartOccupancy;
   const bool subunits = Model.MultiSubunit != 0;
@@ -244,7 +246,8 @@ void PlainMonteCarlo::Run() {
       for (std::size_t p = 0; p < subunitTrace.size(); ++p) subunitTrace[p] += occupancy[s][p + 1];
     }
   }
-  KeepRawOpenTimes(recorder_.lists);
+  StoreCounts(recorder_.lists, lists);
+  KeepRawOpenTimes(lists);
   if (Model.ReseedSimulation == 0) start = Model.StartOccupancy;
 }
 

@@ -7,7 +7,8 @@
 #include <optional>
 #include <vector>
 
-#include "sim/dwell_recorder.h"
+#include "kinetics/dwell_recorder.h"
+#include "singlechannel/dwell_store.h"
 
 namespace zelvane {
 
@@ -49,7 +50,7 @@ struct PlainMonteCarlo {
   bool StimulusChanged(int state, const std::vector<int>& exitStates, int noted, int point) const;
 
   PlainGenerator generator_;
-  DwellRecorder recorder_{lists};
+  DwellRecorder recorder_{};
   StateTable<float> rate_{};
   std::vector<float> room_;
 };

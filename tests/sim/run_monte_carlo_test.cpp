@@ -2,6 +2,7 @@
 #include <climits>
 #include <cmath>
 
+#include "kinetics/dwell_recorder.h"
 #include "screen/popups.h"
 #include "screen/popups_store.h"
 #include "sim/run_fixtures.h"

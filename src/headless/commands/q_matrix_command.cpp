@@ -5,7 +5,7 @@
 #include "headless/commands/job_settings.h"
 #include "headless/json_values.h"
 #include "model/model_store.h"
-#include "sim/q_matrix.h"
+#include "sim/q_matrix_analysis.h"
 
 namespace zelvane {
 namespace {

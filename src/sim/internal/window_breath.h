@@ -3,9 +3,10 @@
 
 #include <chrono>
 
+#include "kinetics/fixed_step.h"
 #include "model/model_store.h"
 #include "screen/popups.h"
-#include "sim/fixed_step.h"
+#include "sim/result_store.h"
 
 namespace zelvane {
 

@@ -1,0 +1,84 @@
+#include "kinetics/dwell_recorder.h"
+
+#include <cstddef>
+#include <limits>
+#include <span>
+
+namespace zelvane {
+namespace {
+
+bool HasRoom(std::span<const float> list, int count) {
+  return static_cast<std::size_t>(count) < list.size();
+}
+
+void Append(std::span<float> list, int& count, float value) {
+  list[static_cast<std::size_t>(count++)] = value;
+}
+
+/// Stores an entry of the record where it has room. It is not counted yet.
+void StoreEntry(const DwellLists& lists, float duration, float dwellClass) {
+  if (!HasRoom(lists.idealDuration, lists.numIdealEvents)) return;
+  const auto at = static_cast<std::size_t>(lists.numIdealEvents);
+  lists.idealDuration[at] = duration;
+  lists.idealClass[at] = dwellClass;
+}
+
+/// A full record goes on counting, as far as the count can.
+void AppendEntry(DwellLists& lists, float duration, float dwellClass) {
+  StoreEntry(lists, duration, dwellClass);
+  if (lists.numIdealEvents < std::numeric_limits<int>::max()) ++lists.numIdealEvents;
+}
+
+void RecordOpening(DwellRecorder& recorder, int state, float t, float d) {
+  DwellLists& lists = recorder.lists;
+  if (recorder.opened && !recorder.wasOpen) {
+    const float closed = t - recorder.lastOpeningEnd;
+    Append(lists.closedTimes, lists.numClosedTimes, closed);
+    AppendEntry(lists, closed, ClosedClass);
+  }
+  recorder.lastOpeningEnd = t + d;
+  if (recorder.wasOpen) {
+    lists.openTimes[static_cast<std::size_t>(lists.numOpenTimes) - 1] += d;
+  } else {
+    Append(lists.openTimes, lists.numOpenTimes, d);
+  }
+  AppendEntry(lists, d, static_cast<float>(recorder.openClass[static_cast<std::size_t>(state)]));
+  recorder.wasOpen = true;
+}
+
+}  // namespace
+
+void ClearDwells(DwellRecorder& recorder) {
+  DwellLists& lists = recorder.lists;
+  lists.numOpenTimes = lists.numClosedTimes = lists.numLatencies = 0;
+  lists.numIdealEvents = 0;
+  lists.segmentCounter = 1;
+  recorder.wasOpen = recorder.opened = false;
+  recorder.lastOpeningEnd = 0.0F;
+}
+
+void StartSweepRecord(DwellRecorder& recorder) {
+  DwellLists& lists = recorder.lists;
+  if (HasRoom(lists.idealDuration, lists.numIdealEvents)) {
+    AppendEntry(lists, static_cast<float>(lists.segmentCounter), SegmentMarker);
+    ++lists.segmentCounter;
+  }
+  recorder.opened = false;
+  recorder.lastOpeningEnd = 0.0F;
+}
+
+void RecordOpenDwell(DwellRecorder& recorder, int state, float t, float d) {
+  DwellLists& lists = recorder.lists;
+  if (HasRoom(lists.openTimes, lists.numOpenTimes) && HasRoom(lists.closedTimes, lists.numClosedTimes)) {
+    RecordOpening(recorder, state, t, d);
+  }
+  if (recorder.opened) return;
+  if (HasRoom(lists.latencies, lists.numLatencies)) Append(lists.latencies, lists.numLatencies, t);
+  recorder.opened = true;
+}
+
+void EndRecord(DwellRecorder& recorder) {
+  StoreEntry(recorder.lists, static_cast<float>(recorder.lists.numIdealEvents), RecordEnd);
+}
+
+}  // namespace zelvane

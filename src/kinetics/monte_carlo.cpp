@@ -1,0 +1,165 @@
+#include "kinetics/monte_carlo.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <optional>
+
+namespace zelvane {
+namespace {
+
+/// Where a channel stands.
+struct Channel {
+  int state = 0;
+  float t = 0.0F;  // ms into the sweep
+  int point = 0;
+};
+
+/// What becomes of a channel in its present state.
+struct ChannelDwell {
+  float d = 0.0F;  // ms
+  int points = 0;
+  int next = 0;        // state chosen; the present one when nothing was chosen
+  bool moves = false;  // to `next`
+  bool ends = false;   // the sweep
+};
+
+int ChooseNext(RandomStream& random, const StateExits& exits) {
+  const std::size_t last = exits.count - std::size_t{1};
+  if (last == 0) return exits.next[0];
+  const double u = UniformRandom(random);
+  std::size_t k = 0;
+  while (k < last && !(u < exits.bound[k])) ++k;
+  return exits.next[k];
+}
+
+ChannelDwell DwellAtConstantRates(const ChannelSweep& sweep, const StateExits& exits,
+                                  const Channel& channel) {
+  ChannelDwell dwell;
+  dwell.next = ChooseNext(sweep.random, exits);
+  dwell.d = static_cast<float>(exits.scaleMs * std::log(UniformRandom(sweep.random)));
+  dwell.points = std::min(WholePoints(dwell.d, sweep.intervalMs), sweep.numPoints + 1);
+  dwell.moves = true;
+  dwell.ends = channel.t + dwell.d > sweep.lengthMs;
+  return dwell;
+}
+
+/// The float sum of `points` intervals.
+float Passed(ChannelSweep& sweep, int points) {
+  while (sweep.passed.size() <= static_cast<std::size_t>(points)) {
+    sweep.passed.push_back(sweep.passed.back() + sweep.intervalMs);
+  }
+  return sweep.passed[static_cast<std::size_t>(points)];
+}
+
+ChannelDwell DwellPointByPoint(ChannelSweep& sweep, const StateExits& exits, const Channel& channel) {
+  ChannelDwell dwell;
+  dwell.next = ChooseNext(sweep.random, exits);
+  const int unchanged = exits.changeAt - channel.point;
+  const double leave = exits.leave;
+  int m = 0;
+  while (!dwell.moves && m < unchanged) {
+    ++m;
+    if (UniformRandom(sweep.random) <= leave) {
+      dwell.moves = true;
+    } else if (channel.t + Passed(sweep, m) > sweep.lengthMs) {
+      dwell.moves = dwell.ends = true;
+    }
+  }
+  dwell.points = dwell.moves ? m : m + 1;
+  dwell.d = Passed(sweep, dwell.points);
+  return dwell;
+}
+
+ChannelDwell DwellToTheEnd(const ChannelSweep& sweep, const Channel& channel) {
+  ChannelDwell dwell;
+  dwell.d = std::max(0.0F, sweep.lengthMs - channel.t);
+  dwell.points = std::max(0, sweep.numPoints - channel.point);
+  dwell.next = channel.state;
+  dwell.ends = true;
+  return dwell;
+}
+
+ChannelDwell DwellUntilADrug(const ChannelSweep& sweep, const Channel& channel) {
+  ChannelDwell dwell;
+  const int toDrug = NextDrug(sweep.exits, channel.point) - channel.point + 1;
+  const int toEnd = std::max(1, sweep.numPoints - channel.point + 1);
+  dwell.points = std::min(toDrug, toEnd);
+  dwell.d = sweep.intervalMs * static_cast<float>(dwell.points);
+  dwell.next = channel.state;
+  dwell.ends = toEnd <= toDrug;
+  return dwell;
+}
+
+ChannelDwell TakeDwell(ChannelSweep& sweep, const StateExits& exits, const Channel& channel) {
+  switch (exits.kind) {
+    case ExitKind::Constant:
+      return DwellAtConstantRates(sweep, exits, channel);
+    case ExitKind::Dependent:
+      return DwellPointByPoint(sweep, exits, channel);
+    case ExitKind::Waiting:
+      return DwellUntilADrug(sweep, channel);
+    default:
+      return DwellToTheEnd(sweep, channel);
+  }
+}
+
+/// The last dwells of a channel: how long they were, and from when on.
+struct Pace {
+  int dwells = 0;
+  double lived = 0.0;  // ms
+  float since = 0.0F;  // ms into the sweep
+};
+
+constexpr double SlowestClock = 0.25;  // of the length of dwells, as the time goes on
+
+/// Adds a dwell of `d` ms that ended at time t. False when the time hardly gets on.
+bool KeepsPace(Pace& pace, float d, float t) {
+  pace.lived += static_cast<double>(d);
+  if (++pace.dwells < PaceDwells) return true;
+  const bool moves = static_cast<double>(t - pace.since) > SlowestClock * pace.lived;
+  pace = {0, 0.0, t};
+  return moves;
+}
+
+/// Counts the work of a dwell and takes a breath when one is due. True when the user has stopped the run.
+bool StoppedInBreath(ChannelSweep& sweep, const StateExits& exits, int points, float t) {
+  sweep.work += exits.kind == ExitKind::Dependent ? DwellWork + points : DwellWork;
+  if (sweep.work < BreathWork) return false;
+  sweep.work = 0;
+  return sweep.breathe && sweep.breathe(std::min(1.0, static_cast<double>(t / sweep.lengthMs)));
+}
+
+}  // namespace
+
+int WholePoints(float d, float intervalMs) {
+  // Floats next to a whole number are either within 4.8 or at least 5.3 tenths of a millionth of it, and from
+  // 8 on none lies so close below one; so the sum in double decides as the text does.
+  constexpr double HalfAMillionth = 5e-7;
+  const double quotient = static_cast<double>(d / intervalMs);
+  if (!(quotient < NeverChanges)) return std::isnan(quotient) ? 0 : NeverChanges;
+  return static_cast<int>(quotient + HalfAMillionth);
+}
+
+ChannelOutcome SimulateChannel(ChannelSweep& sweep, int startState) {
+  StartSweepRecord(sweep.recorder);
+  Channel channel{startState, 0.0F, 0};
+  Pace pace;
+  for (bool done = false; !done;) {
+    const StateExits& exits = ExitsAt(sweep.exits, channel.state, channel.point);
+    if (exits.kind == ExitKind::Isolated) return ChannelOutcome::Isolated;
+    const ChannelDwell dwell = TakeDwell(sweep, exits, channel);
+    if (channel.state == sweep.openState && dwell.next != channel.state) ++sweep.openStateExits;
+    AddDwell(sweep.occupancy, channel.state, channel.point, channel.point + dwell.points);
+    RecordDwell(sweep.recorder, channel.state, channel.t, dwell.d);
+    channel.t += dwell.d;
+    channel.point += dwell.points;
+    if (dwell.moves) channel.state = dwell.next;
+    done = dwell.ends;
+    if (!KeepsPace(pace, dwell.d, channel.t)) return ChannelOutcome::Stalled;
+    if (StoppedInBreath(sweep, exits, dwell.points, channel.t)) return ChannelOutcome::Stopped;
+  }
+  return sweep.recorder.opened ? ChannelOutcome::Monitored : ChannelOutcome::Unmonitored;
+}
+
+}  // namespace zelvane

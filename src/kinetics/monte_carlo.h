@@ -1,0 +1,83 @@
+// The Monte Carlo simulator: one channel at a time, from time 0 to the end of the sweep.
+//
+// The method is the exact one for constant rates: the dwell in a state is exponential with the total rate of
+// its exits, and the next state is drawn in proportion to their rates (Gillespie 1977, J Phys Chem 81:2340;
+// Clay & DeFelice 1983, Biophys J 42:151). Where a rate depends on the stimulus the dwell is tried point by
+// point, so that a channel can leave on points only.
+//
+//   A sweep     ChannelSweep
+//   A channel   SimulateChannel  WholePoints
+//   Its parts   state_exits.h  occupancy_counts.h  dwell_recorder.h
+#pragma once
+
+#include <vector>
+
+#include "kinetics/dwell_recorder.h"
+#include "kinetics/fixed_step.h"
+#include "kinetics/occupancy_counts.h"
+#include "kinetics/state_exits.h"
+#include "numerics/random.h"
+
+namespace zelvane {
+
+/// What one sweep of one channel came to.
+enum class ChannelOutcome {
+  Unmonitored,  // the channel was never in a monitored state
+  Monitored,    // it reached one
+  Isolated,     // it came to a state without connections: an error of the model
+  Stalled,      // its dwells are too short for a 32-bit time to go on
+  Stopped,      // the user has stopped the run
+};
+
+inline constexpr int PaceDwells = 16384;  // of a channel, over which its time must get on
+
+// Between two calls of ChannelSweep::breathe, counted over all channels: up to some milliseconds. A point at
+// which a number is drawn is 1, a dwell DwellWork.
+inline constexpr int BreathWork = 1 << 19;
+inline constexpr int DwellWork = 32;
+
+/// All that the channels of a sweep share.
+struct ChannelSweep {
+  RandomStream& random;
+  ExitBook& exits;
+  OccupancyCounts& occupancy;
+  DwellRecorder& recorder;
+  int numPoints = 0;
+  float intervalMs = 0.0F;
+  float lengthMs = 0.0F;            // interval x points, finite
+  int openState = 0;                // state whose exits are counted
+  int openStateExits = 0;           // counted so far
+  BreathHook breathe{};             // may be empty; told the part of the channel that is done
+  int work = 0;                     // since the last breath
+  std::vector<float> passed{0.0F};  // n intervals, each addition rounded to a float
+};
+
+/// Simulates one channel that starts in `startState`. Its dwells go to the recorder, which also begins a new
+/// segment, and to the occupancies.
+///
+/// Each dwell begins with the choice of the next state: where two or more exits can be taken, one uniform
+/// value u chooses the first exit whose sum of rates up to it, over the total rate, is above u. Then:
+///
+/// - Constant rates: a second u gives d = -1000 / total x ln u ms, formed in double and rounded to a float.
+///   The dwell covers WholePoints of it; its rest is lost to the points, so that they fall behind the time
+///   by up to one point a dwell.
+/// - Rates that depend on the stimulus: for each point one u, and the channel leaves at the first that is at
+///   most 1 - exp(-total x interval / 1000). When a profile that the exits look at has changed, the channel
+///   stays for that point, nothing is drawn for it, and it chooses anew.
+/// - No exit above MinRate: it stays to the end or, if a stimulus can open an exit, up to and with the first
+///   point at which some drug is above 0. Nothing is drawn.
+///
+/// A dwell of constant rates that passes the end is recorded in full; occupancies end at the last point. An
+/// exit of the open state is counted with every dwell in it for which another state was chosen, also when the
+/// stimulus then cuts that dwell short.
+///
+/// The time is a 32-bit sum. When dwells become so short against it that rounding leaves less than a quarter
+/// of their length over PaceDwells of them, the channel would hardly get on, and the run is given up.
+ChannelOutcome SimulateChannel(ChannelSweep& sweep, int startState);
+
+/// Whole points in `d` ms: the integer part of d / interval, a float, written with six decimals. Writing
+/// rounds, so a quotient less than half a millionth below a whole number counts as that number. At most
+/// NeverChanges.
+int WholePoints(float d, float intervalMs);
+
+}  // namespace zelvane

@@ -1,0 +1,227 @@
+#include "kinetics/state_exits.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "kinetics/rate_factor.h"
+
+namespace zelvane {
+namespace {
+
+constexpr std::size_t MaxKeptStretches = std::size_t{1} << 18;  // of a state
+constexpr std::size_t MaxKeptExits = std::size_t{1} << 20;      // of all states: 64 MB
+
+/// Profiles that the rate from `a` to `b` depends on.
+unsigned ProfilesOf(const DependenceTables& depend, std::size_t a, std::size_t b) {
+  unsigned profiles = depend.Volt[a][b] == 1 ? 1U : 0U;
+  for (unsigned d = 1; d <= MaxDrugs; ++d) {
+    if (depend.Drug[d][a][b] != 0) profiles |= 1U << d;
+  }
+  return profiles;
+}
+
+std::size_t Connection(const ChannelTables& tables, std::size_t state, int k) {
+  return static_cast<std::size_t>(tables.connection[state][static_cast<std::size_t>(k)]);
+}
+
+unsigned ProfilesOfState(const ChannelTables& tables, std::size_t state) {
+  unsigned profiles = 0;
+  for (int k = 1; k <= tables.connectionCount[state]; ++k) {
+    profiles |= ProfilesOf(tables.depend, state, Connection(tables, state, k));
+  }
+  return profiles;
+}
+
+/// The points at which a profile differs from the point before. Values are compared as floats.
+std::vector<std::int32_t> ChangesOf(std::span<const float> profile) {
+  std::vector<std::int32_t> changes;
+  for (std::size_t p = 1; p < profile.size(); ++p) {
+    if (profile[p] != profile[p - 1]) changes.push_back(static_cast<std::int32_t>(p));
+  }
+  return changes;
+}
+
+StimulusSteps StepsOf(const ExitBook& book, unsigned profiles) {
+  StimulusSteps steps;
+  steps.profiles = profiles;
+  if (profiles == 0) return steps;
+  steps.stretch.assign(static_cast<std::size_t>(book.last) + 1, 0);
+  for (std::size_t k = 0; k <= MaxDrugs; ++k) {
+    if ((profiles >> k & 1U) == 0) continue;
+    for (const std::int32_t p : book.changes[k]) steps.stretch[static_cast<std::size_t>(p)] = 1;
+  }
+  int changes = 0;
+  for (std::int32_t& stretch : steps.stretch) stretch = changes += stretch;
+  steps.stretches = changes + 1;
+  return steps;
+}
+
+void AssignSteps(ExitBook& book) {
+  for (std::size_t s = 1; s <= MaxStates; ++s) {
+    const unsigned profiles = ProfilesOfState(book.tables, s);
+    const auto same = [profiles](const StimulusSteps& steps) { return steps.profiles == profiles; };
+    const auto found = std::find_if(book.steps.begin(), book.steps.end(), same);
+    book.stepsOf[s] = static_cast<std::size_t>(found - book.steps.begin());
+    if (found == book.steps.end()) book.steps.push_back(StepsOf(book, profiles));
+  }
+}
+
+void FindDrugs(ExitBook& book) {
+  bool former = false;
+  for (int p = 0; p <= book.last; ++p) {
+    bool present = false;
+    for (std::size_t d = 1; d <= MaxDrugs; ++d)
+      present |= book.profile[d][static_cast<std::size_t>(p)] > 0.0F;
+    if (present == former) continue;
+    (present ? book.drugFrom : book.drugUntil).push_back(p);
+    former = present;
+  }
+  if (former) book.drugUntil.push_back(NeverChanges);
+}
+
+void ForgetPlaces(ExitBook& book) {
+  book.known.clear();
+  for (std::size_t s = 1; s <= MaxStates; ++s) {
+    const auto stretches = static_cast<std::size_t>(book.steps[book.stepsOf[s]].stretches);
+    const bool used = book.tables.connectionCount[s] > 0;
+    book.place[s].assign(used ? std::min(stretches, MaxKeptStretches) : 1, -1);
+  }
+}
+
+/// The effective rate from `a` to `b`: a float after every step, drugs in their order, the exponential
+/// (formed in double) last.
+float EffectiveRate(const ExitBook& book, std::size_t a, std::size_t b, std::size_t point) {
+  const DependenceTables& depend = book.tables.depend;
+  float factor = 1.0F;
+  for (std::size_t d = 1; d <= MaxDrugs; ++d) {
+    if (depend.Drug[d][a][b] != 0) factor *= book.profile[d][point];
+  }
+  if (depend.Volt[a][b] == 1) {
+    const double coefficient = VoltageCoefficient(depend.Steepness[a][b], book.tables.temperature);
+    const auto volts = static_cast<double>(book.profile[0][point]);
+    factor = static_cast<float>(static_cast<double>(factor) * std::exp(volts * coefficient));
+  }
+  const float rate = book.tables.rate[a][b] * factor;
+  return rate > 0.0F ? rate : 0.0F;
+}
+
+/// The exits of a state that can be taken, and their rates.
+struct OpenExits {
+  std::array<std::size_t, MaxConnections> to{};
+  std::array<float, MaxConnections> rate{};
+  std::size_t count = 0;
+  float total = 0.0F;      // of all exits
+  float openTotal = 0.0F;  // of those that can be taken
+  bool waits = false;      // the model's rate of some exit is above MinRate
+};
+
+OpenExits FindOpenExits(const ExitBook& book, std::size_t state, std::size_t point) {
+  OpenExits open;
+  for (int k = 1; k <= book.tables.connectionCount[state]; ++k) {
+    const std::size_t to = Connection(book.tables, state, k);
+    const float rate = EffectiveRate(book, state, to, point);
+    open.waits |= book.tables.rate[state][to] > MinRate;
+    open.total += rate;
+    if (rate <= MinRate) continue;
+    open.openTotal += rate;
+    open.to[open.count] = to;
+    open.rate[open.count++] = rate;
+  }
+  return open;
+}
+
+void SetChances(const OpenExits& open, StateExits& exits) {
+  exits.count = static_cast<std::uint8_t>(open.count);
+  float sum = 0.0F;
+  for (std::size_t k = 0; k < open.count; ++k) {
+    exits.next[k] = static_cast<std::int8_t>(open.to[k]);
+    sum += open.rate[k];
+    if (k + 1 < open.count) exits.bound[k] = static_cast<double>(sum / open.openTotal);
+  }
+}
+
+/// First point behind `point` at which one of `profiles` changes.
+int NextChange(const ExitBook& book, unsigned profiles, int point) {
+  int next = NeverChanges;
+  for (std::size_t k = 0; k <= MaxDrugs; ++k) {
+    if ((profiles >> k & 1U) == 0) continue;
+    const auto& changes = book.changes[k];
+    const auto found = std::upper_bound(changes.begin(), changes.end(), point);
+    if (found != changes.end()) next = std::min(next, static_cast<int>(*found));
+  }
+  return next;
+}
+
+}  // namespace
+
+ExitBook PrepareExits(const ChannelTables& tables,
+                      const std::array<std::span<const float>, MaxDrugs + 1>& profile, float intervalMs,
+                      int numPoints) {
+  ExitBook book;
+  book.tables = tables;
+  book.intervalMs = intervalMs;
+  const std::size_t points = std::min(static_cast<std::size_t>(numPoints) + 1, profile[0].size());
+  book.last = static_cast<int>(points) - 1;
+  unsigned used = 0;
+  for (std::size_t s = 1; s <= MaxStates; ++s) used |= ProfilesOfState(tables, s);
+  for (std::size_t k = 0; k <= MaxDrugs; ++k) {
+    book.profile[k] = profile[k].first(points);
+    if ((used >> k & 1U) != 0) book.changes[k] = ChangesOf(book.profile[k]);
+  }
+  AssignSteps(book);
+  FindDrugs(book);
+  ForgetPlaces(book);
+  return book;
+}
+
+void ForgetExits(ExitBook& book, const StateTable<float>& rate) {
+  book.tables.rate = rate;
+  ForgetPlaces(book);
+}
+
+StateExits CompileExits(const ExitBook& book, int state, int point) {
+  StateExits exits;
+  const auto s = static_cast<std::size_t>(state);
+  const int connections = book.tables.connectionCount[s];
+  if (connections == 0) return exits;
+  const int p = std::min(point, book.last);
+  const OpenExits open = FindOpenExits(book, s, static_cast<std::size_t>(p));
+  if (open.count == 0) {
+    exits.kind = open.waits ? ExitKind::Waiting : ExitKind::Shut;
+    return exits;
+  }
+  SetChances(open, exits);
+  unsigned profiles = 0;
+  for (std::size_t k = 0; k < open.count; ++k) profiles |= ProfilesOf(book.tables.depend, s, open.to[k]);
+  const auto total = static_cast<double>(connections == 2 ? open.total : open.openTotal);
+  exits.kind = profiles == 0 ? ExitKind::Constant : ExitKind::Dependent;
+  exits.scaleMs = -1000.0 / total;
+  if (profiles == 0) return exits;
+  exits.leave = 1.0 - std::exp(-total * static_cast<double>(book.intervalMs) / 1000.0);
+  exits.changeAt = NextChange(book, profiles, p);
+  return exits;
+}
+
+const StateExits& LearnExits(ExitBook& book, int state, int point) {
+  const auto s = static_cast<std::size_t>(state);
+  const StimulusSteps& steps = book.steps[book.stepsOf[s]];
+  const auto p = static_cast<std::size_t>(std::min(point, book.last));
+  const auto stretch = static_cast<std::size_t>(steps.profiles == 0 ? 0 : steps.stretch[p]);
+  if (stretch >= book.place[s].size() || book.known.size() >= MaxKeptExits) {
+    book.unkept = CompileExits(book, state, point);
+    return book.unkept;
+  }
+  book.place[s][stretch] = static_cast<std::int32_t>(book.known.size());
+  return book.known.emplace_back(CompileExits(book, state, point));
+}
+
+int NextDrug(const ExitBook& book, int point) {
+  const int p = std::min(point, book.last);
+  const auto until = std::upper_bound(book.drugUntil.begin(), book.drugUntil.end(), p);
+  if (until == book.drugUntil.end()) return NeverChanges;
+  const auto interval = static_cast<std::size_t>(until - book.drugUntil.begin());
+  return std::max(point, static_cast<int>(book.drugFrom[interval]));
+}
+
+}  // namespace zelvane

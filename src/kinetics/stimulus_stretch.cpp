@@ -1,0 +1,131 @@
+// Where the stimulus stands still, and the factors of the rates over such a stretch.
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+#include "kinetics/compiled_scheme.h"
+
+namespace zelvane {
+namespace {
+
+/// Points that are searched at a time for the end of a stretch: more would cost short runs, fewer long ones.
+constexpr int LongestStretch = 16384;
+
+bool SameBits(float a, float b) {
+  return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
+}
+
+/// First point after `first` and below `end` at which the profile differs from its value at `first`, or
+/// `end`.
+int ConstantUntil(std::span<const float> profile, int first, int end) {
+  constexpr int block = 512;
+  const float* p = profile.data();
+  int i = first + 1;
+  // A block that equals itself moved by one point holds one value.
+  const auto wholeBlock = [&] {
+    const void* here = p + i - 1;
+    const void* moved = p + i;
+    return SameBits(p[i - 1], p[i]) && std::memcmp(here, moved, block * sizeof(float)) == 0;
+  };
+  while (end - i >= block && wholeBlock()) i += block;
+  while (i < end && SameBits(p[i - 1], p[i])) ++i;
+  return i;
+}
+
+/// The earliest time whose point is not below `index`: a float, found by stepping from the product.
+float TimeOfPoint(const StimulusView& stimulus, int index) {
+  constexpr float never = std::numeric_limits<float>::infinity();
+  if (index >= static_cast<int>(stimulus.profile[0].size())) return never;
+  const double seconds = 0.001 * static_cast<double>(stimulus.intervalMs);
+  auto t = static_cast<float>((index - stimulus.offset) * seconds);
+  while (PointIndex(stimulus, t) >= index && t > 0.0F) t = std::nextafter(t, 0.0F);
+  while (PointIndex(stimulus, t) < index && t < never) t = std::nextafter(t, never);
+  return t;
+}
+
+/// Value of one kind of factor: a float after every step, the drugs in their order, the exponential last.
+float FactorOf(const FactorKind& kind, const StimulusCursor& cursor, const StimulusView& stimulus,
+               std::size_t point) {
+  float factor = 1.0F;
+  for (std::size_t d = 1; d <= MaxDrugs; ++d) {
+    if ((kind.drugs >> d & 1U) != 0) factor *= stimulus.profile[d][point];
+  }
+  if (kind.exponential < 0) return factor;
+  return static_cast<float>(static_cast<double>(factor) *
+                            cursor.exponential[static_cast<std::size_t>(kind.exponential)]);
+}
+
+void SetExponentials(StimulusCursor& cursor, const CompiledScheme& scheme, float volts) {
+  for (std::size_t e = 0; e < static_cast<std::size_t>(scheme.coefficients); ++e) {
+    cursor.exponential[e] = std::exp(static_cast<double>(volts) * scheme.coefficient[e]);
+  }
+  cursor.volts = volts;
+}
+
+void SetFactors(StimulusCursor& cursor, const CompiledScheme& scheme, const StimulusView& stimulus,
+                StimulusStretch& stretch) {
+  const auto point = static_cast<std::size_t>(stretch.first);
+  const float volts = stimulus.profile[0][point];
+  if (!SameBits(volts, cursor.volts)) SetExponentials(cursor, scheme, volts);
+  std::array<float, MaxRates> value;
+  for (std::size_t k = 0; k < static_cast<std::size_t>(scheme.kinds); ++k) {
+    value[k] = FactorOf(scheme.kind[k], cursor, stimulus, point);
+  }
+  for (std::size_t i = 0; i < static_cast<std::size_t>(scheme.slots); ++i) {
+    const FactorSlot& slot = scheme.slot[i];
+    stretch.factor.row[static_cast<std::size_t>(slot.row)][static_cast<std::size_t>(slot.lane)] =
+        value[static_cast<std::size_t>(slot.kind)];
+  }
+}
+
+}  // namespace
+
+int PointIndex(const StimulusView& stimulus, float t) {
+  const int last = static_cast<int>(stimulus.profile[0].size()) - 1;
+  const double point = static_cast<double>(t) / (0.001 * static_cast<double>(stimulus.intervalMs));
+  if (!(point > 0.0)) return std::min(stimulus.offset, last);
+  if (point >= static_cast<double>(last - stimulus.offset)) return last;
+  return static_cast<int>(point) + stimulus.offset;
+}
+
+void StartCursor(StimulusCursor& cursor, const CompiledScheme& scheme) {
+  for (StimulusStretch& stretch : cursor.stretch) {
+    stretch.first = stretch.end = 0;
+    stretch.lastUse = 0;
+    // Factors of rates that no stimulus touches are 1 and stay so.
+    for (std::size_t row = 0; row < static_cast<std::size_t>(scheme.rows); ++row) {
+      stretch.factor.row[row].fill(1.0F);
+    }
+  }
+  cursor.uses = 0;
+  SetExponentials(cursor, scheme, 0.0F);
+}
+
+const StimulusStretch& StretchAt(StimulusCursor& cursor, const CompiledScheme& scheme,
+                                 const StimulusView& stimulus, int index) {
+  StimulusStretch* oldest = &cursor.stretch[0];
+  for (StimulusStretch& stretch : cursor.stretch) {
+    if (index >= stretch.first && index < stretch.end) {
+      stretch.lastUse = ++cursor.uses;
+      return stretch;
+    }
+    if (stretch.lastUse < oldest->lastUse) oldest = &stretch;
+  }
+  StimulusStretch& stretch = *oldest;
+  const int size = static_cast<int>(stimulus.profile[0].size());
+  stretch.first = index;
+  stretch.end = std::min(size, index + LongestStretch);
+  for (std::size_t p = 0; p <= MaxDrugs; ++p) {
+    if ((scheme.profiles >> p & 1U) != 0)
+      stretch.end = ConstantUntil(stimulus.profile[p], index, stretch.end);
+  }
+  stretch.endTime = TimeOfPoint(stimulus, stretch.end);
+  stretch.lastUse = ++cursor.uses;
+  SetFactors(cursor, scheme, stimulus, stretch);
+  return stretch;
+}
+
+}  // namespace zelvane
