@@ -139,30 +139,33 @@ constexpr char GoodnessHelp[] =
 constexpr ControlDecl SettingControls[] = {
     // name              kind    label                     unit   format  command              action
     {"BaselineStart",    Number, "Start Baseline",         "ms",  "%g",   "FxnBaselineStart",  FxnPosition,
-     "Time (ms) at which the baseline begins. Cursor 1 on the plot stands there; the measure itself starts at the "
-     "whole millisecond before it."},
+     "Time (ms) at which the baseline begins: cursor 1 on the plot. The measure starts at the whole "
+     "millisecond before it."},
     {"BaselinePts",      Number, "Length of baseline",     "ms",  "%g",   "FxnBaselinePts",    FxnBaselinePts,
-     "Length (ms) of the stretch whose mean is the baseline. Its variance needs two samples at least.",
+     "Length (ms) of the baseline. The baseline is the mean of its samples. The variance needs at least "
+     "two samples.",
      0, 0, "", 0, false, false, CountToMs, MsToCount},
     {"StartAnalysis",    Number, "Start Analysis",         "ms",  "%g",   "FxnStartAnalysis",  FxnPosition,
-     "Time (ms) from which the peak is searched. The integral begins here too."},
+     "Time (ms) at which the search for the peak begins. The integral begins here too."},
     {"PeakSearchPts",    Number, "Length of peak search",  "ms",  "%g",   "FxnPeakSearchPts",  FxnPeakSearchPts,
-     "Length (ms) of the search for the peak: the sample, or run of samples, farthest from the baseline.",
+     "Length (ms) of the search for the peak. The peak is the sample, or the group of samples, farthest "
+     "from the baseline.",
      0, 0, "", 0, false, false, CountToMs, MsToCount},
     {"PeakAvePts",       Number, "Peak Average Pts",       "",    "%d",   "FxnPeakAvePts",     nullptr,
-     "Number of neighbouring samples whose mean is the peak. More of them make the peak of a noisy trace less biased."},
+     "Number of consecutive samples to average for the peak. More samples reduce the bias of the peak in "
+     "a noisy trace."},
     {"PeakOption",       Choice, "Peak stands at",         "",    "%d",   "FxnPeakOption",     nullptr,
-     "Which sample of the averaged ones is the position of the peak: the first, the middle one, or the one behind the "
+     "Position of the peak among the averaged samples: the first, the middle one, or the sample after the "
      "last.", 0, 0, "first|middle|end"},
     {"RiseStartFrac",    Number, "Rise from",              "",    "%g",   "FxnRiseStartFrac",  nullptr,
      "Fraction of the amplitude at which the rise time begins, such as 0.1."},
     {"RiseEndFrac",      Number, "Rise to",                "",    "%g",   "FxnRiseEndFrac",    nullptr,
      "Fraction of the amplitude at which the rise time ends, such as 0.9."},
     {"FracDecay",        Number, "Fraction decayed",       "",    "%g",   "FxnFracDecay",      nullptr,
-     "Fraction of the amplitude that is lost at the level of decay time and width. With 0.5 the width is the "
-     "half-width; with 0.632 the decay time of an exponential is its time constant."},
+     "Decay time and width use the level at which this fraction of the amplitude is lost. With 0.5 the "
+     "width is the half-width. With 0.632 the decay time of an exponential is its time constant."},
     {"LatencyPos",       Number, "Latency from",           "ms",  "%g",   "FxnLatencyPos",     FxnPosition,
-     "Time (ms) from which latencies are measured, such as that of the stimulus. Cursor 9 stands there."},
+     "Time (ms) at which latencies begin, for example that of the stimulus: cursor 9 on the plot."},
     {"LatencyFrac",      Number, "Latency to fraction",    "",    "%g",   "FxnLatencyFrac",    nullptr,
      "Fraction of the amplitude at which the latency of the rise ends."},
     {"FitMode",          Choice, "Exponential fit",        "",    "%d",   "AN_Expmodel",       nullptr,
@@ -175,16 +178,16 @@ constexpr ControlDecl SettingControls[] = {
      "Number of data points to skip in between each fitted data point.\nTotal fit range is defined by the product of "
      "Parse and Num Fit Pts."},
     {"AutoSaveMeasures", Switch, "Save each analysis",     "",    "%d",   "FxnAutoSaveMeasures", nullptr,
-     "Append every analysis to the measures file (*.res), which a spreadsheet reads.", 0, 0, "off|on"},
+     "Append every analysis to the measures file (*.res). A spreadsheet can read this file.", 0, 0, "off|on"},
     {"VerifyMeasures",   Switch, "Ask before saving",      "",    "%d",   "FxnVerifyMeasures", nullptr,
      "Ask before each automatic save.", 0, 0, "off|on"},
 };
 
 constexpr ControlDecl ResultControls[] = {
     {"Baseline",         Readout, "Baseline (pA)",    "",   "%.5g", "", nullptr,
-     "Mean of the baseline stretch."},
+     "Mean of the samples of the baseline."},
     {"BaselineVar",      Readout, "Var (pA2)",        "",   "%.5g", "", nullptr,
-     "Variance of the samples of the baseline stretch."},
+     "Variance of the samples of the baseline."},
     {"PeakValue",        Readout, "Peak (pA)",        "",   "%.5g", "", nullptr,
      "Mean of the samples farthest from the baseline. The baseline is not subtracted."},
     {"Amplitude",        Readout, "Amp",              "",   "%.5g", "", nullptr,
@@ -192,22 +195,24 @@ constexpr ControlDecl ResultControls[] = {
     {"RiseTime",         Readout, "Risetime",         "ms", "%.5g", "", nullptr,
      "Time between the two rise levels, interpolated between samples."},
     {"RisePoints",       Readout, "Risepts",          "",   "%g",   "", nullptr,
-     "Number of samples that lie between the rise levels."},
+     "Number of samples between the rise levels."},
     {"RiseSlope",        Readout, "Slope",            "",   "%.5g", "", nullptr,
-     "Slope per ms of the straight line through the samples between the rise levels; it takes three of them."},
+     "Slope per ms of the straight line through the samples between the rise levels. It needs at least "
+     "three samples."},
     {"DecayTime",        Readout, "FracDecay",        "ms", "%.5g", "", nullptr,
-     "Time from the peak until the fraction set has decayed. Empty when the trace does not come down that far."},
+     "Time from the peak until the trace has lost the fraction that you set. It is empty when the trace "
+     "does not decay so far."},
     {"FracWidth",        Readout, "Width",            "ms", "%.5g", "", nullptr,
      "Width of the response at the level of the decay time."},
     {"LatencyRise",      Readout, "LatRise",          "ms", "%.5g", "", nullptr,
-     "Time from the latency cursor until the response reaches the fraction set on its rise."},
+     "Time from the latency cursor until the rising response reaches the fraction that you set."},
     {"LatencyPeak",      Readout, "LatPeak",          "ms", "%.5g", "", nullptr,
      "Time from the latency cursor to the peak."},
     {"Integral",         Readout, "Integral(pAms)",   "",   "%.5g", "", nullptr,
-     "Area between trace and baseline from Start Analysis over Num Fit Pts x Parse samples, which the bar along the "
-     "foot of the plot shows."},
+     "Area between trace and baseline from Start Analysis over Num Fit Pts x Parse samples. The bar at "
+     "the foot of the plot shows this part."},
     {"Coastline",        Readout, "Coastline",        "",   "%.5g", "", nullptr,
-     "Summed size of all steps from sample to sample over the same stretch."},
+     "Sum of the sizes of all steps from sample to sample over the same part."},
     {"FitAmp1",          Readout, "Amp1 (pA)",        "",   "%.5g", "FxnExponentialAmp",    nullptr, FitAmpHelp},
     {"FitTau1",          Readout, "Tau (ms)",         "ms", "%.5g", "FxnExponentialTau",    nullptr, FitTauHelp},
     {"FitAmp2",          Readout, "Amp2 (pA)",        "",   "%.5g", "FxnExponentialAmp2",   nullptr, FitAmpHelp},
@@ -220,23 +225,24 @@ constexpr ControlDecl ResultControls[] = {
 
 constexpr ControlDecl StatusControls[] = {
     {"AnalysisDataName", Readout, "Data",             "",   "",     "", nullptr,
-     "Name of the recording or model that the trace came from."},
+     "Name of the recording or model of the trace."},
     {"AnalysisEpisodes", Readout, "Episodes",         "",   "",     "", nullptr,
-     "Episode in view, and how many the file has."},
+     "Episode in view, and number of episodes in the file."},
     {"AnalysisRsStatus", Readout, "",                 "",   "",     "", nullptr,
-     "Whether the trace has been corrected for series resistance and membrane capacitance."},
+     "Shows whether the trace is corrected for series resistance and membrane capacitance."},
 };
 
 constexpr ControlDecl CommandControls[] = {
     {"AnalyzeButton",    Button, "Analyze",           "",   "",     "AN_AnalyzeButton", AN_AnalyzeButton,
      "Measure the response in view and add a row to the table."},
     {"AnalysisDone",     Button, "Done",              "",   "",     "FxnAnalysisDone",  FxnAnalysisDone,
-     "Close the analysis panel. Table and settings stay."},
+     "Close the analysis panel. The program keeps table and settings."},
 };
 
 constexpr ControlDecl MainPanelButton[] = {
     {"AnalysisButton",   Button, "Analysis...",       "",   "",     "FxnAnalysisButton", FxnAnalysisButton,
-     "Go to the analysis panel: measure the response, and gather the measures of many sweeps in a table."},
+     "Go to the analysis panel. It measures the response and collects the measures of many sweeps in a "
+     "table."},
 };
 
 constexpr MenuDecl AnalysisMenu[] = {{"Analysis/Measure Response...", "Analysis", OpenAnalysisPanel}};

@@ -81,17 +81,17 @@ constexpr auto Number = ControlKind::Number;
 constexpr ControlDecl SectionControls[] = {
     // name               kind    label            unit format  command                 action
     {"AutoAnalyzeButton", Button, "Analyze all",   "",  "",     "AN_AutoAnalyzeButton", AN_AutoAnalyzeButton,
-     "Measure every episode of the recording, a row of the table each."},
+     "Measure every episode of the recording. Each episode adds a row to the table."},
     {"AnalyzeNextButton", Button, "Analyze next",  "",  "",     "AN_AnalyzeNextButton", AN_AnalyzeNextButton,
-     "Go on to the next episode and measure it."},
+     "Read the next episode and measure it."},
     {"StopAnalysisButton", Button, "Stop",          "",  "",     "FxnStopAn",            FxnStopAn,
-     "Stop the analysis of all episodes before the next one begins.", 0, 0, "", 0, true},
+     "Stop the analysis of all episodes before the next episode.", 0, 0, "", 0, true},
     {"SectionNumber",     Number, "Episode",       "",  "%.0f", "FxnAnSectionRead",     FxnAnSectionRead,
-     "Number of the episode in view. Enter another to read it."},
+     "Number of the episode in view. Enter another number to read that episode."},
     {"AnalysisLast",      Button, "Last episode",  "",  "",     "FxnAnLastSection",     FxnAnLastSection,
-     "Read the episode before this one; the first is followed by the last."},
+     "Read the previous episode. From the first episode it goes to the last."},
     {"AnalysisNext",      Button, "Next episode",  "",  "",     "FxnAnNextSection",     FxnAnNextSection,
-     "Read the episode after this one; the last is followed by the first."},
+     "Read the next episode. From the last episode it goes to the first."},
 };
 // clang-format on
 

@@ -70,27 +70,29 @@ constexpr auto Readout = ControlKind::Readout;
 constexpr ControlDecl TableControls[] = {
     // name                kind     label              unit  format  command              action
     {"SaveAnalysisButton", Button,  "Save measures",   "",   "",     "SaveAnalysis",      SaveOneAnalysis,
-     "Append the present measures as a row to the measures file (*.res) beside the data."},
+     "Append the present measures as a row to the measures file (*.res) in the folder of the data."},
     {"DeleteMeasures",     Button,  "Delete last row", "",   "",     "AN_DeleteMeasures", AN_DeleteMeasures,
-     "Delete the last row of the table, and end the use of the measures file."},
+     "Delete the last row of the table, and stop using the measures file."},
     {"ClearResults",       Button,  "Clear table",     "",   "",     "AN_ClearTable",     Run<ClearResultsTable>,
      "Empty the whole table. Nothing is asked."},
     {"SaveTable",          Button,  "Save table",      "",   "",     "AN_SaveTable",      Run<SaveResultsTable>,
-     "Write the table to a file (*.tbl) beside the data, in place of an older one. It can be read back."},
+     "Write the table to a file (*.tbl) in the folder of the data. It replaces an older file. Read table "
+     "can read it again."},
     {"ReadTable",          Button,  "Read table...",   "",   "",     "AN_ReadTable",      Run<ReadResultsTable>,
-     "Read a table file (*.tbl) in place of this table, with the model and the recording that it names."},
+     "Read a table file (*.tbl), and the model and the recording that it names. It replaces this table."},
     {"ExportTable",        Button,  "Save as CSV...",  "",   "",     "FxnExportTable",    Run<ExportTableCsv>,
-     "Write the table as comma-separated text for a spreadsheet. Measures that could not be made are empty cells."},
+     "Write the table as comma-separated text for a spreadsheet. A measure that is not possible is an "
+     "empty cell."},
     {"TableRight",         Button,  "More",            "",   "",     "FxnMoreRight",      FxnMoreRight,
      "Show the last columns of the table."},
     {"TableLeft",          Button,  "Back",            "",   "",     "FxnMoreLeft",       FxnMoreLeft,
      "Show the first columns of the table."},
     {"MeasuresFileShown",  Readout, "Measures file",   "",   "",     "",                  nullptr,
-     "File that measures are being appended to."},
+     "Measures file in use. New rows are appended to it."},
     {"MeasuresCount",      Readout, "Events saved",    "",   "%g",   "",                  nullptr,
      "Number of rows written to the measures file."},
     {"TableFileShown",     Readout, "Table file",      "",   "",     "",                  nullptr,
-     "Table file written or read last."},
+     "Last table file that was written or read."},
 };
 // clang-format on
 
@@ -101,7 +103,9 @@ void AddAnalysisTable() {
   Table& table = AddTable(AnalysisPanelName, AnalysisTableName, MaxAnalysisRows, AnalysisColumns);
   for (int c = 1; c <= AnalysisColumns; ++c) table.columnTitles.emplace_back(c == 1 ? "" : ColumnTitle(c));
   table.command = "FxnAnTable";
-  table.help = "Every analysed response is a row. Click an episode to see its sweep and measure it again.";
+  table.help =
+      "Each response that you analysed has a row. Click an episode to see its sweep and to "
+      "measure it again.";
   ShowResultsTable();
   MeasuresFileChanged.Add(ShowMeasuresFile);
   TableFileNamed.Add(ShowTableFile);

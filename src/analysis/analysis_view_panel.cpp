@@ -400,40 +400,43 @@ constexpr auto Readout = ControlKind::Readout;
 constexpr ControlDecl ViewControls[] = {
     // name                  kind     label                unit  format  command                    action
     {"AutoRescale",          Switch,  "Auto Rescale",      "",   "%d",   "FxnRescale",              FxnRescale,
-     "Let the y axis follow the samples in view. Switched off, it keeps its range, times the two gains.", 0, 0, "off|on"},
+     "Fit the y axis to the samples in view. When it is off, the y axis keeps its range, multiplied by "
+     "the two gains.", 0, 0, "off|on"},
     {"YMinGain",             Number,  "Y min x",           "",   "%g",   "FxnYMin",                 FxnYGain,
      "Multiplies the lower limit that the y axis had when Auto Rescale was switched off."},
     {"YMaxGain",             Number,  "Y max x",           "",   "%g",   "FxnYMax",                 FxnYGain,
      "Multiplies the upper limit that the y axis had when Auto Rescale was switched off."},
     {"AnalysisExpandButton", Button,  "Expand",            "",   "",     "AnalysisExpand",          AnalysisExpand,
-     "Show a fifth less of the trace. The left edge stays."},
+     "Show 20 % less of the trace. The left edge stays in place."},
     {"AnalysisCompressButton", Button, "Compress",         "",   "",     "AnalysisCompress",        AnalysisCompress,
-     "Show a fifth more of the trace. The left edge stays."},
+     "Show 20 % more of the trace. The left edge stays in place."},
     {"AnalysisFullButton",   Button,  "Full scale",        "",   "",     "AnalysisFullScale",       AnalysisFullScale,
-     "Show the whole trace, with all cursors on their fields."},
+     "Show the whole trace, with each cursor at the time of its field."},
     {"ZoomAreaButton",       Button,  "Zoom area",         "",   "",     "FxnMenuZoomArea",         FxnMenuZoomArea,
-     "Show two cursors for the corners of a rectangle in place of all others; press again to give up. Zoom then shows "
-     "that rectangle."},
+     "Show two cursors at the corners of a rectangle, and hide all other cursors. Zoom then shows the "
+     "rectangle. Press again to cancel."},
     {"AnalysisZoomButton",   Button,  "Zoom",              "",   "",     "AnalysisZoom",            AnalysisZoom,
      "Show the rectangle between the two zoom cursors."},
     {"BringBaseButton",      Button,  "Bring baseline",    "",   "",     "FxnBringBaseCursors",     FxnBringBaseCursors,
-     "Bring the two baseline cursors into view, at a quarter and a half of it, and measure the baseline there."},
+     "Move the two baseline cursors to one quarter and one half of the view. The baseline is then "
+     "measured there."},
     {"BringAnalysisButton",  Button,  "Bring peak search", "",   "",     "FxnBringAnalysisCursors", FxnBringAnalysisCursors,
-     "Bring the two cursors of the peak search into view, at one third and two thirds of it, and search there."},
+     "Move the two cursors of the peak search to one third and two thirds of the view. The peak is then "
+     "searched there."},
     {"AnalysisDisplay[1]",   Switch,  "Lock on trace",     "",   "%d",   "FxnLockCursors",          FxnLockCursors,
-     "Let the two readout cursors ride on the trace.", 0, 0, "off|on"},
+     "Keep the two readout cursors on the trace.", 0, 0, "off|on"},
     {"CursorTime[%d]",       Readout, "Cursor %d",         "ms", "%.6g", "",                        nullptr,
      "Time at readout cursor %d.", 7, 8},
     {"CursorIndex[%d]",      Readout, "Sample %d",         "",   "%.0f", "",                        nullptr,
      "Number of the sample at readout cursor %d.", 7, 8},
     {"CursorValue[%d]",      Readout, "Value %d",          "",   "%.6g", "",                        nullptr,
-     "Height of readout cursor %d; of the trace there while the cursors are locked.", 7, 8},
+     "Height of readout cursor %d. While the cursors are locked, the height of the trace at this time.", 7, 8},
     {"CursorTimeDifference", Readout, "Time difference",   "ms", "%.6g", "",                        nullptr,
      "Time from readout cursor 7 to cursor 8."},
     {"CursorIndexDifference", Readout, "Samples between",  "",   "%.0f", "",                        nullptr,
      "Samples from readout cursor 7 to cursor 8."},
     {"CursorValueDifference", Readout, "Value difference", "",   "%.6g", "",                        nullptr,
-     "Height of readout cursor 8 less that of cursor 7."},
+     "Height of readout cursor 8 minus height of readout cursor 7."},
 };
 // clang-format on
 

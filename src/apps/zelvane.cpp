@@ -26,10 +26,9 @@ namespace {
 
 constexpr char Description[] = "Kinetic schemes of ion channels: build, simulate, measure.";
 constexpr char Footer[] =
-    "Files are opened at the start, as are files dropped on the window. With --drive the program runs a "
-    "script\n"
-    "of the command language (docs/drive.md) against its window, writes what it shows to standard output as\n"
-    "zelvane-cli drive does, and ends with the script.";
+    "The program opens the files at the start. With --drive it runs a script of the command language\n"
+    "(docs/drive.md) in its window, writes what it shows to standard output as zelvane-cli drive does,\n"
+    "and ends after the script.";
 
 struct Arguments {
   StartOptions start;
@@ -49,7 +48,7 @@ void AddOptions(CLI::App& app, Arguments& arguments) {
       ->check(CLI::ExistingFile.description(""));
   app.add_option("--grab", arguments.grabFolder, "save a picture of every visible panel, then quit")
       ->type_name("FOLDER");
-  app.add_option("--seed", arguments.seeds, "seeds of the generators in place of the clock")
+  app.add_option("--seed", arguments.seeds, "seeds of the random generators; default: from the clock")
       ->type_name("S1,S2,S3");
   app.add_option("--dir", arguments.start.folder, "program's folder, where config.mod lies")
       ->type_name("FOLDER")
@@ -57,7 +56,7 @@ void AddOptions(CLI::App& app, Arguments& arguments) {
   app.add_option("--theme", arguments.theme, "colours of the window")
       ->check(CLI::IsMember({"light", "dark", "system"}).description(""))
       ->type_name("light|dark|system");
-  app.add_option("--size", arguments.size, "size of the window, in place of the whole screen")
+  app.add_option("--size", arguments.size, "size of the window; default: the whole screen")
       ->type_name("WIDTHxHEIGHT");
   app.add_flag("--welcome", arguments.welcome, "show the welcome of a first start");
   app.add_option("FILE", arguments.start.files, "files to open")->type_name("");

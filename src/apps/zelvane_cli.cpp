@@ -29,56 +29,57 @@ constexpr char Examples[] =
     "  zelvane-cli measure cell.abf --set StartAnalysis=20 --out cell.csv\n"
     "  zelvane-cli qmatrix ampa.mod --time 5.5\n"
     "  echo 'get ModelTitle' | zelvane-cli drive\n\n"
-    "zelvane-cli COMMAND --help tells more of a command.\n"
+    "zelvane-cli COMMAND --help describes a command.\n"
     "Exit status: 0 done, 1 failed (the reason is on standard error), 2 wrong usage.";
 
 constexpr char DriveText[] = "Run the whole program from a script";
 constexpr int MaxJobChannels = 10'000'000;  // a 32-bit occupancy counts to some 16 million
 
-constexpr char SimulateText[] = "Run a model file and sum up the response";
-constexpr char ModelText[] = "Tell what a model file holds, or bring it to the newest format";
+constexpr char SimulateText[] = "Run a model file and print a summary of the response";
+constexpr char ModelText[] = "Describe a model file, or convert it to the newest format";
 
-constexpr char QMatrixText[] = "Tell relaxation time constants and equilibrium of a model file";
+constexpr char QMatrixText[] =
+    "Print the Q matrix, relaxation time constants and equilibrium of a model "
+    "file";
 
 constexpr char MeasureText[] = "Measure every sweep of a recording";
 
 constexpr char MeasureFooter[] =
-    "Settings are those of the analysis panel (docs/manual/measures.md). Without --out the rows go to\n"
-    "standard output as comma-separated text; a measure that could not be made is an empty cell. Example:\n"
+    "The settings are those of the analysis panel (docs/manual/measures.md). Without --out the rows go to\n"
+    "standard output as comma-separated text. A measure that is not possible is an empty cell. Example:\n"
     "  zelvane-cli measure cell.abf --set BaselineStart=5 --set BaselinePts=50 --set StartAnalysis=20 \\\n"
     "    --set PeakSearchPts=400 --out cell.csv";
 
 constexpr char QMatrixFooter[] =
-    "Without --time the stimulus is that of the first point, normally the resting one. Example:\n"
+    "Without --time the command uses the stimulus of the first point, normally the resting one. Example:\n"
     "  zelvane-cli qmatrix ampa.mod --time 5.5 --set AutoValue=1e-4";
 
-constexpr char InfoText[] = "Tell what recordings and stimulus files hold";
+constexpr char InfoText[] = "Describe recordings and stimulus files";
 constexpr char ConvertText[] = "Write a recording in another format";
 constexpr char ConvertFooter[] =
-    "Of several sweeps an ABF file has an episode each, .atf and .csv a column each, a single column has "
-    "one\n"
-    "behind the other. Between .stm and .asc the channel names the profile: 0 voltage, 1 to 6 drugs. "
-    "Example:\n"
+    "With several sweeps, an ABF file gets one episode per sweep, .atf and .csv get one column per sweep,\n"
+    "and a single column gets the sweeps one after the other. Between .stm and .asc, --channel selects the\n"
+    "profile: 0 voltage, 1 to 6 drugs. Example:\n"
     "  zelvane-cli convert cell.abf cell.atf --channel 1 --sweep all --every 5";
 
 constexpr char DriveFooter[] =
-    "Commands come from SCRIPT or standard input, one a line; what the program shows goes to standard\n"
-    "output, one JSON object a line. docs/drive.md tells the commands. Example:\n"
+    "The command reads one command per line from SCRIPT or from standard input. It writes what the program\n"
+    "shows to standard output, one JSON object per line. docs/drive.md describes the commands. Example:\n"
     "  printf 'enter NumPoints 20000\\npress AcquireData\\ngraph MainPanel\\n' | zelvane-cli drive\n"
-    "Exit status: 0, or 2 when a line was no command or named nothing.";
+    "Exit status: 0, or 2 when a line was not a command or named an item that does not exist.";
 
 constexpr char SimulateFooter[] =
-    "A model file brings at least 100000 points; --points makes the run shorter or longer. Names for --set\n"
-    "are those of the store fields (docs/drive.md): KOn[2], StartOccupancy[1], AutoValue, ModelIs2D (0 runs\n"
-    "the table). Ctrl-C stops the run and nothing is written. Example:\n"
+    "A model file brings at least 100000 points; --points sets another number. --set takes the names of the\n"
+    "store fields (docs/drive.md): KOn[2], StartOccupancy[1], AutoValue, ModelIs2D (0 runs the table).\n"
+    "Ctrl-C stops the run, and no file is written. Examples:\n"
     "  zelvane-cli simulate ampa.mod --simulator adaptive --set AutoValue=1e-4 --out dose.csv\n"
-    "Single channels, their dwell times in single.ops, single.sht and single.lat:\n"
+    "Single channels, with their dwell times in single.ops, single.sht and single.lat:\n"
     "  zelvane-cli simulate ampa.mod --simulator montecarlo --channels 100 --seed 1,2,3 --dwells single";
 
 constexpr char ModelFooter[] =
     "Example\n"
     "  zelvane-cli model --upgrade old.mod new.mod\n"
-    "reads old.mod, of any of the four formats, and writes new.mod in the newest one.";
+    "reads old.mod in any of the four formats and writes new.mod in the newest format.";
 
 /// Set by Ctrl-C; a run looks at it when it lets user events through, a writer between the parts of a file.
 std::atomic<bool> StopAsked{false};
@@ -150,7 +151,7 @@ int IndexOf(const std::vector<std::string>& words, const std::string& word) {
 
 CLI::App* AddDrive(CLI::App& app, DriveArguments& arguments) {
   CLI::App* drive = app.add_subcommand("drive", DriveText)->footer(DriveFooter);
-  drive->add_option("--seed", arguments.seeds, "seeds of the generators in place of the clock")
+  drive->add_option("--seed", arguments.seeds, "seeds of the random generators; default: from the clock")
       ->type_name("S1,S2,S3");
   drive->add_option("--dir", arguments.start.folder, "program's folder, where config.mod lies")
       ->type_name("FOLDER")
@@ -158,7 +159,7 @@ CLI::App* AddDrive(CLI::App& app, DriveArguments& arguments) {
   drive->add_option("--open", arguments.start.files, "open a file at the start (may be repeated)")
       ->type_name("FILE")
       ->allow_extra_args(false);
-  drive->add_option("SCRIPT", arguments.script, "file of commands; standard input without it")->type_name("");
+  drive->add_option("SCRIPT", arguments.script, "file of commands; default: standard input")->type_name("");
   return drive;
 }
 
@@ -180,14 +181,14 @@ std::string IntervalFault(const std::string& word) {
   const auto intervalMs = ParseNumber(word);
   const bool good = intervalMs && static_cast<float>(*intervalMs) > 0.0F &&
                     *intervalMs <= static_cast<double>(std::numeric_limits<float>::max());
-  return good ? "" : word + " is no time above 0 ms";
+  return good ? "" : word + " is not a time above 0 ms";
 }
 
 CLI::App* AddSimulate(CLI::App& app, SimulateArguments& arguments) {
   CLI::App* simulate = app.add_subcommand("simulate", SimulateText)->footer(SimulateFooter);
   SimulateOptions& options = arguments.options;
   simulate->add_option("MODEL", options.model, "model file (.mod)")->required()->type_name("");
-  AddWords(*simulate, "--simulator", arguments.simulator, SimulatorWords, "else as the model says");
+  AddWords(*simulate, "--simulator", arguments.simulator, SimulatorWords, "default: as in the model");
   simulate->add_option("--points", options.points, "points of the run")
       ->check(CLI::Range(1, MaxPoints).description(""))
       ->type_name("N");
@@ -204,7 +205,10 @@ CLI::App* AddSimulate(CLI::App& app, SimulateArguments& arguments) {
   simulate->add_option("--set", options.settings, "set any store field (may be repeated)")
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false);
-  simulate->add_option("--seed", arguments.seeds, "seeds of the generators in place of the clock")
+  simulate
+      ->add_option("--seed", arguments.seeds,
+                   "seeds of the random generators; default: from the "
+                   "clock")
       ->type_name("S1,S2,S3");
   simulate
       ->add_option("--stimulus", options.stimulusFile,
@@ -214,7 +218,7 @@ CLI::App* AddSimulate(CLI::App& app, SimulateArguments& arguments) {
       ->add_option("--autosave", options.autosaveFile, "append the run to a file: .abf, or a column of text")
       ->type_name("FILE");
   simulate->add_option("--out", options.traceFile, "write the trace: .txt, .atf or .csv")->type_name("FILE");
-  simulate->add_option("--mean", options.meanFile, "write the mean over the runs likewise")
+  simulate->add_option("--mean", options.meanFile, "write the mean over the runs, in the same formats")
       ->type_name("FILE");
   simulate
       ->add_option("--occupancy", options.occupancyFile, "write the occupancies of the states that are on")
@@ -223,7 +227,7 @@ CLI::App* AddSimulate(CLI::App& app, SimulateArguments& arguments) {
       ->add_option("--dwells", options.dwellFile,
                    "write open times, closed times and latencies: .ops, .sht, .lat")
       ->type_name("FILE");
-  simulate->add_flag("--json", options.json, "summary as one JSON object");
+  simulate->add_flag("--json", options.json, "print the summary as one JSON object");
   return simulate;
 }
 
@@ -243,26 +247,26 @@ CLI::App* AddModel(CLI::App& app, ModelArguments& arguments) {
       ->required()
       ->type_name("");
   model->add_flag("--upgrade", arguments.upgrade, "write the newest format");
-  model->add_flag("--json", arguments.json, "account as one JSON object");
+  model->add_flag("--json", arguments.json, "print the description as one JSON object");
   return model;
 }
 
 /// Why a word is no time in the stimulus; empty when it is one.
 std::string TimeFault(const std::string& word) {
   const auto timeMs = ParseNumber(word);
-  return timeMs && *timeMs >= 0.0 && *timeMs < 1e30 ? "" : word + " is no time from 0 ms";
+  return timeMs && *timeMs >= 0.0 && *timeMs < 1e30 ? "" : word + " is not a time of 0 ms or more";
 }
 
 CLI::App* AddQMatrix(CLI::App& app, QMatrixOptions& options) {
   CLI::App* qmatrix = app.add_subcommand("qmatrix", QMatrixText)->footer(QMatrixFooter);
   qmatrix->add_option("MODEL", options.model, "model file (.mod)")->required()->type_name("");
-  qmatrix->add_option("--time", options.timeMs, "moment of the stimulus")
+  qmatrix->add_option("--time", options.timeMs, "time of the stimulus")
       ->check(CLI::Validator(TimeFault, ""))
       ->type_name("MS");
   qmatrix->add_option("--set", options.settings, "set any store field (may be repeated)")
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false);
-  qmatrix->add_flag("--json", options.json, "all as one JSON object");
+  qmatrix->add_flag("--json", options.json, "print all results as one JSON object");
   return qmatrix;
 }
 
@@ -273,8 +277,8 @@ struct InfoArguments {
 };
 
 constexpr char TextInterval[] =
-    "time between the samples of a text that does not tell it; without it the first line of a\n"
-    "single column is that time";
+    "time between the samples of a text without an interval; without this\noption the first line of a "
+    "single column is the interval";
 
 void AddTextInterval(CLI::App& app, std::optional<double>& intervalMs) {
   app.add_option("--interval", intervalMs, TextInterval)
@@ -285,7 +289,7 @@ void AddTextInterval(CLI::App& app, std::optional<double>& intervalMs) {
 CLI::App* AddInfo(CLI::App& app, InfoArguments& arguments) {
   CLI::App* info = app.add_subcommand("info", InfoText);
   info->add_option("FILE", arguments.files, "recordings and stimulus files")->required()->type_name("");
-  info->add_flag("--json", arguments.json, "one JSON object a file");
+  info->add_flag("--json", arguments.json, "print one JSON object per file");
   AddTextInterval(*info, arguments.intervalMs);
   return info;
 }
@@ -296,10 +300,12 @@ CLI::App* AddConvert(CLI::App& app, ConvertOptions& options) {
   convert->add_option("OUT", options.out, "new file: .atf, .txt or .asc, .csv, .abf, .stm")
       ->required()
       ->type_name("");
-  convert->add_option("--channel", options.channel, "as info numbers them; else the first")->type_name("N");
-  convert->add_option("--sweep", options.sweep, "from 1, or all; else the first")->type_name("N|all");
+  convert->add_option("--channel", options.channel, "number of a channel as in info; default: the first")
+      ->type_name("N");
+  convert->add_option("--sweep", options.sweep, "number of a sweep from 1, or all; default: the first")
+      ->type_name("N|all");
   convert->add_option("--start", options.startMs, "begin at this time of a sweep")->type_name("MS");
-  convert->add_option("--length", options.lengthMs, "take no more than this of a sweep")->type_name("MS");
+  convert->add_option("--length", options.lengthMs, "take at most this length of a sweep")->type_name("MS");
   convert->add_option("--every", options.every, "keep every n-th sample")->type_name("N");
   AddTextInterval(*convert, options.intervalMs);
   return convert;
@@ -320,17 +326,19 @@ CLI::App* AddMeasure(CLI::App& app, MeasureArguments& arguments) {
   measure->add_option("--channel", options.channel, "channel of an ABF file, signal of a text")
       ->type_name("N");
   AddTextInterval(*measure, options.intervalMs);
-  measure->add_option("--sweeps", arguments.sweeps, "sweeps to measure; else all of them")->type_name("A-B");
-  measure->add_option("--settings", options.model, "model file whose analysis settings are taken")
+  measure->add_option("--sweeps", arguments.sweeps, "sweeps to measure; default: all")->type_name("A-B");
+  measure->add_option("--settings", options.model, "take the analysis settings from this model file")
       ->type_name("MODEL.mod");
   measure->add_option("--set", options.settings, "set any store field (may be repeated)")
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false);
-  measure->add_option("--filter", options.filterKHz, "corner of a Gaussian filter to apply first")
+  measure->add_option("--filter", options.filterKHz, "filter first, with a Gaussian filter of this corner")
       ->type_name("KHZ");
-  measure->add_flag("--rscm", options.correct, "correct for series resistance, by the settings of the model");
+  measure->add_flag("--rscm", options.correct,
+                    "correct for series resistance, with the settings of the "
+                    "model");
   measure->add_option("--out", options.outFile, "write the rows: .csv, .res or .tbl")->type_name("FILE");
-  measure->add_flag("--json", options.json, "rows as one JSON object");
+  measure->add_flag("--json", options.json, "print the rows as one JSON object");
   return measure;
 }
 

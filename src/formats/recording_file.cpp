@@ -245,7 +245,7 @@ class TextFile final : public RecordingFile {
     TextSamples read = text.Read(request);
     account_.note.clear();
     if (read.badLine != 0)
-      account_.note = FormatText("read up to line %zu, which cannot be understood", read.badLine);
+      account_.note = FormatText("read up to line %zu, which is not a row of numbers", read.badLine);
     return read;
   }
 

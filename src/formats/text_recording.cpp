@@ -16,7 +16,7 @@ constexpr std::string_view AtfMark = "ATF";
 constexpr std::string_view SignalsMark = "\"SignalsExported=";
 
 constexpr char NoText[] = "the file is empty.";
-constexpr char NoCounts[] = "line 2 does not tell how many header lines and columns follow.";
+constexpr char NoCounts[] = "line 2 does not hold the numbers of header lines and columns.";
 constexpr char TooFewColumns[] = "there are more signals than columns of data.";
 constexpr char NoSamples[] = "it holds no samples.";
 
@@ -212,8 +212,8 @@ std::string WhyNoSamples(const TextShape& shape, const TextSamples& read) {
   if (read.badLine == 0) return NoSamples;
   std::string line = "line ";
   line += std::to_string(read.badLine);
-  if (shape.columns == 1) return line + " holds no number, or one with a comma in it.";
-  return line.append(" is no row of ").append(std::to_string(shape.columns)).append(" numbers.");
+  if (shape.columns == 1) return line + " holds no number, or a number with a comma.";
+  return line.append(" is not a row of ").append(std::to_string(shape.columns)).append(" numbers.");
 }
 
 TextSamples TextRecording::Read(const TextRequest& request) {

@@ -24,7 +24,7 @@ constexpr ControlDecl ChoiceControls[] = {
 
 constexpr ControlDecl IntervalControls[] = {
     {"ADInterval",  ControlKind::Number, "Interval", "ms", "%g", "", nullptr, "Time between samples (in ms)."},
-    {"ScaleFactor", ControlKind::Number, "Factor",   "",   "%g", "", nullptr, "Every sample is multiplied by it."},
+    {"ScaleFactor", ControlKind::Number, "Factor",   "",   "%g", "", nullptr, "Factor that multiplies every sample."},
 };
 // clang-format on
 
@@ -44,12 +44,14 @@ std::optional<int> AskNumber(const char* field, const char* other, const std::st
 }  // namespace
 
 void AddChannelChoicePanel() {
-  AddPanel(
-      {.name = ChoicePanelName, .title = "Choose", .help = "Which channel or signal of the file to read."});
+  AddPanel({.name = ChoicePanelName,
+            .title = "Choose",
+            .help = "Choose the channel or the signal of the file "
+                    "to read."});
   AddControls(ChoicePanelName, "choice", ChoiceControls);
   AddPanel({.name = IntervalPanelName,
             .title = "Interval",
-            .help = "The time between the samples of a text that does not tell it."});
+            .help = "Enter the time between the samples of a text without an interval."});
   AddControls(IntervalPanelName, IntervalGroup, IntervalControls);
 }
 

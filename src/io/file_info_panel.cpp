@@ -26,7 +26,7 @@ constexpr ControlDecl InfoControls[] = {
 void AddFileInfoPanel() {
   AddPanel({.name = PanelName,
             .title = "File information",
-            .help = "Mode, length, interval, gains and units of the recording read last."});
+            .help = "Mode, length, interval, gains and units of the last recording that was read."});
   AddControls(PanelName, "info", InfoControls);
   AddTextBox(PanelName, BoxName);
   RecordingTaken.Add(ShowFileInfo);

@@ -89,7 +89,7 @@ constexpr ControlDecl ParseControls[] = {
     {"ParseCount",      Number,  "Samples to keep",   "",    "%d",   "FxnNumPtsRead",  FxnNumPtsRead,
      "Number of samples to keep, at most 5,000,000.", 0, 0, "", 0, Acts},
     {"ParseDuration",   Number,  "Duration",          "ms",  "%g",   "FxnReadTime",    FxnReadTime,
-     "Length of what is kept (in ms).", 0, 0, "", 0, Acts},
+     "Length of the samples to keep (in ms).", 0, 0, "", 0, Acts},
     {"ParseSkip",       Number,  "Keep every n-th",   "",    "%d",   "FxnParseRead",   FxnParseRead,
      "Keep every n-th sample.", 0, 0, "", 0, Acts},
     {"ParseMaxPoints",  Switch,  "As many as fit",    "",    "%d",   "FxnMaxPtsRead",  FxnMaxPtsRead,
@@ -114,7 +114,7 @@ constexpr ControlDecl FileControls[] = {
 /// The dialog's own buttons stand for these two.
 constexpr ControlDecl EndControls[] = {
     {"OKParse",     Button, "OK",     "", "", "FxnOKParse",     FxnOKParse,
-     "Read the samples chosen.", 0, 0, "", 0, Acts},
+     "Read the chosen samples.", 0, 0, "", 0, Acts},
     {"CancelParse", Button, "Cancel", "", "", "FxnCancelParse", FxnCancelParse,
      "Read nothing.", 0, 0, "", 0, Acts},
 };
@@ -125,8 +125,8 @@ constexpr ControlDecl EndControls[] = {
 void AddParseReadPanel() {
   AddPanel({.name = PanelName,
             .title = "Read part of a recording",
-            .help = "Start, length and step of what is read of a long recording. The bar shows its place in "
-                    "the file."});
+            .help = "Start, length and step of the samples to read from a long recording. The bar shows "
+                    "their place in the file."});
   AddControls(PanelName, ParseGroup, ParseControls);
   AddControls(PanelName, "file", FileControls);
   AddControls(PanelName, "end", EndControls);

@@ -11,7 +11,9 @@
 namespace zelvane {
 namespace {
 
-constexpr char NoInterval[] = "%s does not tell the time between its samples. The present one, %g ms, stays.";
+constexpr char NoInterval[] =
+    "%s does not hold the time between its samples. The present interval, %g "
+    "ms, stays.";
 
 struct UnitCode {
   std::string_view text;

@@ -26,7 +26,7 @@ constexpr char UnequalSteps[] =
     "The x intervals are not equal, are too small (<1e6) or are too large (>1e6).";
 
 constexpr char NotRead[] = "%s was not read: %s";
-constexpr char ReadUpTo[] = "%s was read up to line %zu, which cannot be understood.";
+constexpr char ReadUpTo[] = "%s was read up to line %zu, which is not a row of numbers.";
 constexpr char NotAnInterval[] = "The time between samples must be above 0 ms.";
 
 constexpr int ResultAbove = 100;  // a text of more samples is a result

@@ -131,13 +131,13 @@ constexpr ControlDecl RecordingControls[] = {
     {"ReadFile",     Button,  "Read...",     "",  "",   "FxnRead",        FxnRead,
      "Read Binary or Ascii file."},
     {"EpisodeIndex", Number,  "Episode",     "",  "%d", "FxnSectionRead", FxnSectionRead,
-     "Number of the episode on display. Enter another to read it."},
+     "Number of the episode on display. Enter another number to read that episode."},
     {"EpisodeCount", Readout, "Episodes",    "",  "%d", "",               nullptr,
      "Number of episodes in the recording."},
     {"LastSection",  Button,  "Last episode", "", "",   "FxnLastSection", FxnLastSection,
-     "Read the episode before this one; the first is followed by the last."},
+     "Read the previous episode. From the first episode it goes to the last."},
     {"NextSection",  Button,  "Next episode", "", "",   "FxnNextSection", FxnNextSection,
-     "Read the episode after this one; the last is followed by the first."},
+     "Read the next episode. From the last episode it goes to the first."},
 };
 
 constexpr MenuDecl RecordingMenu[] = {

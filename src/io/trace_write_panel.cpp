@@ -63,10 +63,10 @@ constexpr ControlDecl AutosaveControls[] = {
     {"Autosave",         ControlKind::Switch,  "Autosave",       "", "%d", "FxnAutosave", FxnAutosave,
      "Append the trace of each run to a file.", 0, 0, "off|on"},
     {"AutosaveFormat",   ControlKind::Switch,  "Autosave as",    "", "%d", "FxnASCIIABF", FxnASCIIABF,
-     "Format of the autosave file: a column of text, or an Axon Binary File with an episode for each run.", 0, 0,
+     "Format of the autosave file: a column of text, or an Axon Binary File with one episode per run.", 0, 0,
      "ASCII|ABF"},
     {"AutosaveFileName", ControlKind::Readout, "Autosave file",  "", "",   "",            nullptr,
-     "File that the runs are appended to."},
+     "File to which the runs are appended."},
 };
 
 constexpr MenuDecl TraceWriteMenu[] = {

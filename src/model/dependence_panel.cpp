@@ -63,7 +63,7 @@ void FxnVolt(const ControlEvent& /*event*/) {
 // clang-format off
 constexpr ControlDecl LabelControls[] = {
     {"DrugLabel[%d]", ControlKind::Text, "Drug %d", "", "", "FxnDrugLabel%d", nullptr,
-     "Name of drug %d, up to 31 characters, common to all rates.", 1, MaxDrugs},
+     "Name of drug %d, up to 31 characters. All rates use the same name.", 1, MaxDrugs},
 };
 
 constexpr ControlDecl SettingControls[] = {
@@ -76,13 +76,13 @@ constexpr ControlDecl SettingControls[] = {
     {"DependTemperature", ControlKind::Number,  "Temperature", "\u00b0C", "%g", "FxnVolt", FxnVolt,
      "Constant to define voltage dependence."},
     {"DependGrowth",      ControlKind::Readout, "", "", "Voltage    kv=k exp(%.5f Vh)", "", nullptr,
-     "The rate at voltage Vh (volts), by the coefficient of the voltage."},
+     "Formula of the rate at voltage Vh (volts), with the coefficient of the voltage."},
     {"DependEfold",       ControlKind::Readout, "", "", "Voltage    kv=k exp(Vh / %.5f)", "", nullptr,
-     "The rate at voltage Vh (volts), by the voltage that changes it e-fold."},
+     "Formula of the rate at voltage Vh (volts), with the voltage that changes the rate e-fold."},
     {"DependCode",        ControlKind::Readout, "Rate", "", "%.0f", "", nullptr,
-     "Code of the rate: 100 times the state it leaves plus the state it enters."},
+     "Code of the rate: 100 times its first state plus its second state."},
     {"DependRate",        ControlKind::Readout, "Rate", "", "", "", nullptr,
-     "The rate that the panel is open for: the state it leaves and the state it enters."},
+     "The rate on this panel: its first state and its second state."},
     {"CloseDependence",   ControlKind::Button,  "Close", "", "", "FxnExitConc", AsAction<CloseDependencePanel>,
      "Return to Main Modelling Panel."},
 };
@@ -102,7 +102,7 @@ void AddDependencePanel() {
   AddPanel({.name = DependencePanelName,
             .title = "Dependence of a rate on the stimulus",
             .close = CloseDependencePanel,
-            .help = "Drugs and voltage that one rate depends on."});
+            .help = "Dependence of one rate on drugs and voltage."});
   AddControls(DependencePanelName, LabelsGroup, LabelControls);
   AddControls(DependencePanelName, SettingsGroup, SettingControls);
   SetVisible("DependCode", false);  // DependRate says it in words

@@ -76,16 +76,16 @@ constexpr ControlDecl LinkRowControls[] = {
     {"DependOff[%d]", ControlKind::Button,  "K%d off...", "", "", "FxnDepend%dOff", FxnDependOff, DependHelp,
      1, MaxLinks},
     {"Kd[%d]",        ControlKind::Readout, "Kd%d",       "", "Kd=%.1eM", "", nullptr,
-     "Dissociation constant of link K%d, shown when one of its rates depends on the stimulus.", 1, MaxLinks},
+     "Dissociation constant of link K%d. It is shown when one of its rates depends on the stimulus.", 1, MaxLinks},
 };
 
 constexpr ControlDecl ReadoutControls[] = {
     {"GridConductance[%d]", ControlKind::Readout, "", "", "%.0fpS\n", "", nullptr,
-     "Conductance of state %d, shown when it is above 0.", 1, MaxStates},
+     "Conductance of state %d. It is shown when it is above 0.", 1, MaxStates},
     {"ModelForm",   ControlKind::Readout, "Form",   "",   "",       "", nullptr,
-     "The form of the scheme that the next run takes: the grid (2D) or the table (3D)."},
+     "Form of the scheme for the next run: the grid (2D) or the table (3D)."},
     {"SweepLength", ControlKind::Readout, "Length", "",   "%.3ems", "", nullptr,
-     "Total length of the sweep: number of points times their interval."},
+     "Length of the sweep: number of points times interval."},
 };
 
 constexpr ControlDecl FileNameControls[] = {
@@ -99,11 +99,12 @@ constexpr ControlDecl CommandControls[] = {
     {"OpenStartState",  ControlKind::Button, "Start state...",  "", "", "FxnStartState",  AsAction<FxnStartState>,
      "Set proportion of receptors in each state at start of simulation."},
     {"ShowTableForm",   ControlKind::Button, "Table model",     "", "", "FxnTableModel",  AsAction<FxnTableModel>,
-     "Show the table, in which any state can lead to any other, and run it from now on."},
+     "Show the table and use it for runs. In the table any state can lead to any other."},
     {"ShowGridForm",    ControlKind::Button, "Grid model",      "", "", "FxnMainModel",   AsAction<FxnMainModel>,
-     "Show the grid and run it from now on."},
+     "Show the grid and use it for runs."},
     {"ClearGridForm",   ControlKind::Button, "Clear grid",      "", "", "FxnClear2DModel", AsAction<FxnClear2DModel>,
-     "Clear the grid: rates, dependences, conductances, states, labels and title. The table stays."},
+     "Clear the grid: rates, dependences, conductances, states, labels and title. The table does not "
+     "change."},
     {"ClearBothForms",  ControlKind::Button, "Clear all",       "", "", "FxnClearModel",  AsAction<FxnClearModel>,
      "Clear the grid and the table: rates, dependences, conductances, states, labels and title."},
 };

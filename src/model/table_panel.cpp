@@ -86,14 +86,14 @@ constexpr ControlDecl LabelControls[] = {
 
 constexpr ControlDecl CommandControls[] = {
     {"QuitTable",         ControlKind::Button, "Close",               "", "", "fxnquit",          AsAction<HideTable>,
-     "Hide the table. It stays the model that is run."},
+     "Hide the table. Runs still use the table."},
     {"TableToMain",       ControlKind::Button, "Grid model",          "", "", "FxnMainModel",     AsAction<FxnMainModel>,
-     "Show the grid and run it from now on."},
+     "Show the grid and use it for runs."},
     {"GetGraphModel",     ControlKind::Button, "Copy from grid",      "", "", "FxnGetGraphModel", AsAction<FxnGetGraphModel>,
      "Copy rates, dependences and labels of the grid into the table."},
     {"SetGraphModel",     ControlKind::Button, "Copy to grid",        "", "", "FxnSetGraphModel", AsAction<FxnSetGraphModel>,
-     "Copy rates, dependences and labels of the table into the grid. Rates between states that are no neighbours "
-     "on the grid stay behind."},
+     "Copy rates, dependences and labels of the table into the grid. Rates between states that are not "
+     "neighbours on the grid are not copied."},
     {"ClearTable",        ControlKind::Button, "Clear table",         "", "", "FxnClearTModel",   AsAction<FxnClearTModel>,
      "Clear rates, dependences and labels of the table, and all conductances."},
     {"TableConductance",  ControlKind::Button, "Conductances...",     "", "", "FxnConductance",   AsAction<FxnConductance>,
@@ -109,7 +109,8 @@ void AddTableModelPanel() {
   Panel& panel = AddPanel({.name = TablePanelName,
                            .title = "Table model",
                            .close = HideTable,
-                           .help = "The scheme as a table: rows lead from a state, columns into one."});
+                           .help = "The scheme as a table. A rate leads from the state of its row to the "
+                                   "state of its column."});
   AddControls(TablePanelName, LabelsGroup, LabelControls);
   ForEachCell(AddCell);
   AddControls(TablePanelName, CommandsGroup, CommandControls);

@@ -18,7 +18,7 @@ namespace {
 
 constexpr float MsPerSecond = 1000.0F;
 constexpr char NoInterval[] = "The time between points must be above 0 ms.";
-constexpr char NoAccess[] = "Series resistance must be above 0 Ohms: without it nothing is filtered.";
+constexpr char NoAccess[] = "Series resistance must be above 0 Ohms. A filter needs a resistance.";
 constexpr char NoInput[] = "Input resistance must be above 0 Ohms.";
 constexpr char NoCapacitance[] = "Capacitance must not be below 0 Farads.";
 constexpr char RevertToLinear[] = "! Revert to linear IV";

@@ -220,10 +220,11 @@ constexpr ControlDecl CircuitControls[] = {
 };
 constexpr ControlDecl StateControls[] = {
     {"RsCmAuto",     ControlKind::Switch, "Correct on reading", "", "%d", "FxnRsCmAuto", nullptr,
-     "Correct every trace that is read for series resistance, with the linear correction and the settings of this panel.",
+     "Correct every trace for series resistance when it is read. Uses the linear correction and the "
+     "settings of this panel.",
      0, 0, "off|on"},
     {"RsCmStatus",   Readout, "State",             "",   "",  "",              nullptr,
-     "Whether the trace on display has been corrected for series resistance."},
+     "Shows whether the trace on display is corrected for series resistance."},
     {"RcLagTau",     Readout, "Lag time constant", "s",  "",  "FxnLagTau",     nullptr, "Tau lag = 1 / (2 PI dt Fc)"},
     {"RcADInterval", Readout, "Interval",          "ms", "",  "FxnRCADInterval", nullptr, "Time interval in ms"},
     {"RcFileName",   Readout, "Data",              "",   "",  "FxnRCFilename", nullptr,
@@ -231,7 +232,7 @@ constexpr ControlDecl StateControls[] = {
     {"RcIvFileName", Readout, "IV curve",          "",   "",  "FxnIVFilename", nullptr,
      "Filename for nonlinear normalized IV for filter correction"},
     {"RcIvCount",    Readout, "Points",            "",   "%d", "",             nullptr,
-     "Points of the IV curve."},
+     "Number of points of the IV curve."},
 };
 constexpr ControlDecl CommandControls[] = {
     {"RcCorrectLinear",    Button, "Correct (linear IV)",     "", "", "RC_FilterCorrectLinearButton", RC_FilterCorrectLinearButton,
@@ -260,10 +261,9 @@ void CorrectIfAsked() {
 }  // namespace
 
 void AddRsCorrectionPanel() {
-  AddPanel(
-      {PanelName, "Series resistance", "RC", ShowReadouts, LeavePanel, nullptr,
-       "Series resistance and membrane capacitance: correct a current for them, or see a conductance or a "
-       "voltage step through them."});
+  AddPanel({PanelName, "Series resistance", "RC", ShowReadouts, LeavePanel, nullptr,
+            "Correct a current for series resistance and membrane capacitance, or show how they filter a "
+            "conductance or a voltage step."});
   AddControls(PanelName, CircuitGroup, CircuitControls);
   AddControls(PanelName, "state", StateControls);
   AddControls(PanelName, "commands", CommandControls);

@@ -8,9 +8,10 @@ namespace zelvane {
 namespace {
 
 constexpr char NotWritten[] =
-    "%s could not be written: the disk is full or does not take it. A former file stands.";
+    "%s could not be written: the disk is full or refused the data. An old file with this name is "
+    "unchanged.";
 constexpr char NotExtended[] =
-    "%s could not be extended: the disk is full or does not take it. The file is as it was.";
+    "%s could not be extended: the disk is full or refused the data. The file is unchanged.";
 
 void TellAbout(std::string_view title, std::string text, const std::string& path) {
   MessagePopup(title, text.replace(text.find("%s"), 2, path));

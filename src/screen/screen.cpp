@@ -33,8 +33,8 @@ Record* FindByName(std::deque<Record>& records, std::string_view name) {
 template <typename Record>
 Record& Existing(Record* record, std::string_view name) {
   if (record == nullptr) {
-    std::fprintf(stderr, "zelvane: nothing on the screen is named %.*s\n", static_cast<int>(name.size()),
-                 name.data());
+    std::fprintf(stderr, "zelvane: the screen has no item with the name %.*s\n",
+                 static_cast<int>(name.size()), name.data());
     std::abort();
   }
   return *record;

@@ -33,7 +33,7 @@ constexpr const char* AboutLines[] = {
 }  // namespace
 
 void AddAboutPanel() {
-  AddPanel({"AboutPanel", "About Zelvane", "", nullptr, nullptr, nullptr, "What this program is."});
+  AddPanel({"AboutPanel", "About Zelvane", "", nullptr, nullptr, nullptr, "Describes this program."});
   AddControls("AboutPanel", "about", AboutControls);
   TextBox& box = AddTextBox("AboutPanel", "AboutText");
   for (const char* line : AboutLines) InsertLine(box, line);

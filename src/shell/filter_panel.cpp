@@ -124,7 +124,7 @@ constexpr MenuDecl FilterMenu[] = {{"Tools/Filter...", "FxnMenuFilter", OpenPane
 
 void AddFilterPanel() {
   AddPanel({PanelName, "Filter and noise", "", nullptr, LeavePanel, nullptr,
-            "Filter the trace, or add noise to it. Repeated presses filter or add again."});
+            "Filter the trace, or add noise. Each press filters or adds again."});
   AddControls(PanelName, "filter", FilterControls);
   TraceChanged.Add(TraceFilterUpdate);
 }

@@ -191,19 +191,19 @@ constexpr ControlDecl SpanControls[] = {
     {"GraphRightTime",   ControlKind::Number,  "Right Limit (ms):",  "",  "%.3f",  "FxnRightTime",     UpdateFromTimes, "Right limit of the x axis, in time."},
     {"GraphLeftSample",  ControlKind::Number,  "Left Limit (samples):", "", "%.0f", "FxnLeftSample",  UpdateFromSamples, "Left limit of the x axis, as the number of a sample."},
     {"GraphRightSample", ControlKind::Number,  "Right Limit (samples):", "", "%.0f", "FxnRightSample", UpdateFromSamples, "Right limit of the x axis, as the number of a sample."},
-    {"GraphXSpan",       ControlKind::Readout, "",                   "",  "",      "",                 nullptr,         "What the x axis will span."},
+    {"GraphXSpan",       ControlKind::Readout, "",                   "",  "",      "",                 nullptr,         "Span of the x axis."},
     {"GraphYMin",        ControlKind::Number,  "Lower limit",        "",  "%g",    "FxnLowerLimit",    UpdateFromY,     "Lower limit of the y axis."},
     {"GraphYMax",        ControlKind::Number,  "Upper limit",        "",  "%g",    "FxnUpperLimit",    UpdateFromY,     "Upper limit of the y axis."},
-    {"GraphYSpan",       ControlKind::Readout, "",                   "",  "",      "",                 nullptr,         "What the y axis will span."},
+    {"GraphYSpan",       ControlKind::Readout, "",                   "",  "",      "",                 nullptr,         "Span of the y axis."},
 };
 constexpr ControlDecl ViewControls[] = {
-    {"GraphAutoX",       ControlKind::Switch,  "Automatic x",        "",  "",      "FxnSignalsCheckBox", FxnSignalsCheckBox, "Let the x axis follow the data."},
-    {"GraphAutoY",       ControlKind::Switch,  "Automatic y",        "",  "",      "FxnSignalsAutoY",    FxnSignalsCheckBox, "Let the y axis follow the data."},
-    {"GraphLogY",        ControlKind::Switch,  "Logarithmic y",      "",  "",      "FxnSignalsLogY",     FxnSignalsCheckBox, "Draw the y axis logarithmically."},
+    {"GraphAutoX",       ControlKind::Switch,  "Automatic x",        "",  "",      "FxnSignalsCheckBox", FxnSignalsCheckBox, "Fit the x axis to the data."},
+    {"GraphAutoY",       ControlKind::Switch,  "Automatic y",        "",  "",      "FxnSignalsAutoY",    FxnSignalsCheckBox, "Fit the y axis to the data."},
+    {"GraphLogY",        ControlKind::Switch,  "Logarithmic y",      "",  "",      "FxnSignalsLogY",     FxnSignalsCheckBox, "Draw a logarithmic y axis."},
 };
 constexpr ControlDecl ButtonControls[] = {
-    {"GraphPropertiesOk",     ControlKind::Button, "OK",     "", "", "FxnGraphPropertiesOk",     FxnPropertiesOk,     "Scale the axes so."},
-    {"GraphPropertiesCancel", ControlKind::Button, "Cancel", "", "", "FxnGraphPropertiesCancel", FxnPropertiesCancel, "Leave the axes as they are."},
+    {"GraphPropertiesOk",     ControlKind::Button, "OK",     "", "", "FxnGraphPropertiesOk",     FxnPropertiesOk,     "Use these limits."},
+    {"GraphPropertiesCancel", ControlKind::Button, "Cancel", "", "", "FxnGraphPropertiesCancel", FxnPropertiesCancel, "Close the panel without a change."},
 };
 constexpr MenuDecl GraphMenu[] = {
     {"Graph/Full scale",    "FxnScaleAxes",       ScaleFull,          "Ctrl+0"},

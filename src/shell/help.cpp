@@ -8,18 +8,17 @@ namespace {
 constexpr char MainHelpTitle[] = "? Main Panel Help";
 
 constexpr char MainHelp[] =
-    "Build a kinetic scheme: switch states on, enter the rate constants of the links between them, and say "
-    "which "
-    "rates depend on voltage or on a drug.\nSet the states to be monitored, the number of points and the "
-    "time "
-    "interval, and press Run.\nThe stimulus that drives the scheme is built on the stimulus panel.\n\n"
+    "Build a kinetic scheme: switch states on and enter the rate constants of the links between them. Then "
+    "choose the rates that depend on voltage or on a drug.\n"
+    "Choose the states to monitor, the number of points and the time interval, and press Run.\n"
+    "Build the stimulus of the scheme on the stimulus panel.\n\n"
     "ON LINE HELP AVAILABLE by clicking right mouse button on item in question. \n\nView System Help Now? ";
 
 constexpr char StimulusHelp[] =
-    "Choose a mode and the profile to be shown: the voltage or one of six drugs.\nAUTOMATIC keeps one step "
-    "up to date; "
-    "MANUAL and EXPONENTIAL add steps, trains and waveforms to what the profile holds. Erase first for a new "
-    "stimulus.\nTimes are in ms, concentrations in M, voltages in V.\n\n"
+    "Choose a mode. Choose the profile to show: the voltage or one of six drugs.\n"
+    "AUTOMATIC makes one step again after each change. MANUAL and EXPONENTIAL add steps, trains and "
+    "waveforms to the profile. Erase the profile before you build a new stimulus.\n"
+    "Times are in ms, concentrations in M, voltages in V.\n\n"
     "ON LINE HELP AVAILABLE by clicking right mouse button on item in question. \n\nView System Help Now? ";
 
 void HelpMainScreen(const ControlEvent&) {
@@ -31,10 +30,10 @@ void StimHelp(const ControlEvent&) {
 }
 
 constexpr char AnalysisHelpText[] =
-    "Drag the cursors to the baseline, to the stretch that holds the peak and to the start of the "
-    "latencies, or type their times, and press Analyze: the marks show what was measured, and a row joins "
-    "the table.\nAnalyze all goes through every episode of a recording. Click an episode in the table to "
-    "see its sweep again.\nA measure that could not be made stays empty.\n\n"
+    "Drag the cursors to the baseline, to the part with the peak and to the start of the latencies, or type "
+    "their times. Then press Analyze. The marks show what was measured, and the table gets a new row.\n"
+    "Analyze all measures every episode of a recording. Click an episode in the table to see its sweep again.\n"
+    "A measure that is not possible stays empty.\n\n"
     "ON LINE HELP AVAILABLE by clicking right mouse button on item in question. \n\nView System Help Now? ";
 
 void AnalysisHelp(const ControlEvent&) {

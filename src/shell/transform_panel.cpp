@@ -73,9 +73,8 @@ constexpr MenuDecl TransformMenu[] = {{"Tools/Transform...", "FxnMenuTransform",
 
 void AddTransformPanel() {
   AddPanel({PanelName, "Transform", "", nullptr, LeavePanel, nullptr,
-            "Change the whole trace in place: add, multiply, keep every n-th point. Only a new read of the "
-            "file takes "
-            "it back."});
+            "Change the whole trace: add, multiply, or keep every n-th point. To get the old trace back, "
+            "read the file again."});
   AddControls(PanelName, Group, TransformControls);
 }
 

@@ -98,9 +98,9 @@ constexpr ControlDecl MainControls[] = {
 
 constexpr ControlDecl QMatrixControls[] = {
     {"QMatrixTime",      Number,  "Time",                    "ms", "%g",  "FxnQMatrixTime",    nullptr,
-     "Time in the stimulus at which the rates are taken."},
+     "Time in the stimulus for the rates of the matrix."},
     {"QMatrixPoint",     Readout, "Point",                   "",   "",    "",                  nullptr,
-     "Point of the stimulus at which the rates are taken."},
+     "Point of the stimulus for the rates of the matrix."},
     {"RecalculateQ",     Button,  "Recalculate",             "",   "",    "FxnRecalculateQ",   FxnRecalculateQ,
      "Recalculate equilibrium probabilities determined from q-matrix using the time entered into panel."},
     {"InsertInitProb",   Button,  "Use as start",            "",   "",    "FxnInsertInitProb", FxnInsertInitProb,

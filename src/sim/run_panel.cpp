@@ -140,13 +140,14 @@ constexpr ControlDecl RunControls[] = {
     {"ChannelsSTD",        Number, "STD of channels",     "",    "%g",  "FxnChannelsSTD",         nullptr,
      GaussianChannelsHelp},
     {"MultiSubunit",       Switch, "Subunits",            "",    "%d",  "FxnMultipleSubunits",    FxnMultipleSubunits,
-     "Simulate cooperative subunits of one channel: the channels are taken as its subunits.", 0, 0, "off|on"},
+     "Simulate cooperative subunits of one channel. Each channel is one subunit.", 0, 0, "off|on"},
     {"OpenState",          Number, "Open state",          "",    "%d",  "FxnOpenState",           nullptr,
-     "State whose exits are counted in the event statistics of a Monte Carlo simulation."},
+     "The event statistics of a Monte Carlo simulation count the exits of this state."},
 
     // -- Integrators --
     {"MaxStepSize",        Number, "Max. step",           "ms",  "%g",  "FxnMaxStepSize",         nullptr,
-     "Largest step of the fixed-step integrator (in ms). It is halved when an occupancy leaves its range."},
+     "Largest step of the fixed-step integrator (in ms). The integrator halves it when an occupancy "
+     "leaves its range."},
     {"Precision",          Number, "Precision",           "",    "%g",  "FxnPrecision",           nullptr,
      "Error tolerance of the adaptive integrator, as a fraction of each occupancy."},
 
@@ -196,9 +197,9 @@ constexpr ControlDecl RunControls[] = {
      "Refresh the plot for indicated states after simulation.\nOccupancy of all states is calculated and each state "
      "can be viewed using Refresh after simulation."},
     {"DataName",           Readout, "Data",               "",    "",    "",                       nullptr,
-     "Name of the model or file that the trace on display came from."},
+     "Name of the model or the file of the trace on display."},
     {"RunText",            Readout, "",                   "",    "",    "",                       nullptr,
-     "How far a Monte Carlo simulation has come."},
+     "Progress of a Monte Carlo simulation."},
 };
 
 constexpr MenuDecl RunMenu[] = {

@@ -18,9 +18,9 @@ constexpr char StatisticsGroup[] = "statistics";
 constexpr ControlDecl StatisticsControls[] = {
     // name               kind                  label                    unit  format  command  action
     {"OpenStateExits",    ControlKind::Readout, "Exits of open state",   "",   "%d",   "",      nullptr,
-     "How often the channels of the last run left the open state."},
+     "Number of times that the channels left the open state in the last run."},
     {"MonitoredChannels", ControlKind::Readout, "Channels that opened",  "",   "%d",   "",      nullptr,
-     "Sweeps of channels in the last run that reached a monitored state."},
+     "Number of sweeps of channels in the last run that reached a monitored state."},
     {"OpenTimesText",     ControlKind::Readout, "Open times",            "",   "",     "",      nullptr,
      "Number and mean of the open times of the last simulation."},
     {"ClosedTimesText",   ControlKind::Readout, "Closed times",          "",   "",     "",      nullptr,

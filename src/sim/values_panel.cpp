@@ -18,7 +18,7 @@ constexpr char PanelName[] = "ValuesTablePanel";
 constexpr char TableName[] = "ValuesTable";
 constexpr char SlowTitle[] = "! Slow operation";
 constexpr char SlowText[] = "Creating the table of values may take some time.";
-constexpr char NoResult[] = "There is no result to fill the table with. Run a simulation first.";
+constexpr char NoResult[] = "There is no result to show in the table. Run a simulation first.";
 
 constexpr int ManyRows = 5100;  // above it the user is told that filling takes time
 
@@ -86,10 +86,9 @@ constexpr MenuDecl ValuesMenu[] = {{"Run/Table of Values...", "FxnValuesTable", 
 }  // namespace
 
 void AddValuesTablePanel() {
-  AddPanel(
-      {.name = PanelName,
-       .title = "Values",
-       .help = "Time and value of every point of the trace, or of every saved step of an adaptive run."});
+  AddPanel({.name = PanelName,
+            .title = "Values",
+            .help = "Time and value of every point of the trace. For an adaptive run, of every saved step."});
   AddControls(PanelName, "values", ValuesControls);
   Table& table = AddTable(PanelName, TableName, 0, 2);
   table.columnTitles = {"Time (ms)", "Value"};

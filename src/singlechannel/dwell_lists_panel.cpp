@@ -125,20 +125,21 @@ constexpr auto Readout = ControlKind::Readout;
 constexpr ControlDecl ListsControls[] = {
     // name                 kind     label                   unit format command                   action
     {"OpenTimesCount",      Readout, "Open times",           "",  "",   "",                       nullptr,
-     "Number of open times in the list that is analysed."},
+     "Number of open times in the list in use."},
     {"ClosedTimesCount",    Readout, "Closed times",         "",  "",   "",                       nullptr,
-     "Number of closed times in the list that is analysed."},
+     "Number of closed times in the list in use."},
     {"LatenciesCount",      Readout, "Latencies",            "",  "",   "",                       nullptr,
      "Number of sweeps in which a channel opened."},
     {"OpenListSelector",    Choice,  "List of open times",   "",  "%d", "FxnOpenListSelector",    UseChosenList,
-     "Which list the open times are taken from: all of them as they were read or simulated, or those of one amplitude "
+     "List of open times to use: all open times that were read or simulated, or those of one amplitude "
      "class of a file.", 0, 0, "All|Class 1|Class 2|Class 3|Class 4|Class 5"},
     {"SCOpenWorkHistogram", Button,  "Restore open times",   "",  "",   "FxnSCOpenWorkHistogram", FxnSCOpenWorkHistogram,
      "Replace current array with imposed resolution with raw open time array (no resolution imposed)."},
     {"SCImportAscii",       Button,  "Import text...",       "",  "",   "FxnSCImportAscii",       AsButton<FxnSCImportAscii>,
-     "Read open or closed times from a text file with one duration (ms) a line, plain or ATF."},
+     "Read open or closed times from a text file, plain or ATF, with one duration (ms) per line."},
     {"ExportOpenTimes",     Button,  "Export all lists...",  "",  "",   "FxnExportOpenTimes",     AsButton<FxnExportOpenTimes>,
-     "Write open times (.ops), closed times (.sht) and latencies (.lat) as ATF text files of one name."},
+     "Write open times (.ops), closed times (.sht) and latencies (.lat) as ATF text files with the same "
+     "name."},
     {"ExportClosedTimes",   Button,  "Export closed times...", "", "",  "FxnExportClosedTimes",   AsButton<FxnExportClosedTimes>,
      "Write the closed times as an ATF text file."},
     {"ExportLatencies",     Button,  "Export latencies...",  "",  "",   "FxnExportLatencies",     AsButton<FxnExportLatencies>,
@@ -153,7 +154,7 @@ constexpr ControlDecl ChoiceControls[] = {
     {"ChoiceClosed", Switch, "Closed times", "", "%d", "FxnChoiceClosed", nullptr,
      "The file holds closed times.", 0, 0, "off|on"},
     {"ListReplace",  Switch, "Replace the present list", "", "%d", "FxnListReplace", nullptr,
-     "On: the file takes the place of the present list. Off: it is added to it.", 0, 0, "off|on"},
+     "On: the file replaces the present list. Off: the program adds the file to the present list.", 0, 0, "off|on"},
 };
 
 constexpr MenuDecl SingleChannelsMenu[] = {
@@ -171,11 +172,12 @@ void AddDwellListsPanels() {
   AddPanel({.name = ListsPanel,
             .title = "Dwell lists",
             .dim = ShowLists,
-            .help = "Open times, closed times and latencies of the last simulation or of the files read."});
+            .help = "Open times, closed times and latencies of the last simulation or of the files that "
+                    "were read."});
   AddControls(ListsPanel, ListsGroup, ListsControls);
   AddPanel({.name = ChoicePanel,
             .title = "Import a list",
-            .help = "Which list a text file with one duration a line goes into."});
+            .help = "Choose the list for a text file with one duration per line."});
   AddControls(ChoicePanel, ChoiceGroup, ChoiceControls);
   AddMenu(SingleChannelsMenu);
 }

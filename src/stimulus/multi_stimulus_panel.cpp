@@ -12,8 +12,8 @@ constexpr char TableName[] = "MultiStimTable";
 constexpr char ValueTooLarge[] = "This value is too large for the table.";
 constexpr char ClearHelp[] = "Set all values of the multi-stimulus table to zero.";
 constexpr char TableHelp[] =
-    "Voltage and concentration waveforms for many sweeps, one group a column. The table is stored with the "
-    "model.";
+    "Voltage and concentration waveforms for many sweeps, with one group per column. The model file "
+    "includes the table.";
 
 constexpr int TitleColumn = 1;
 constexpr int FirstGroupColumn = 2;  // group 0

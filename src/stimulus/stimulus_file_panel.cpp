@@ -95,22 +95,24 @@ constexpr ControlKind Readout = ControlKind::Readout;
 // clang-format off
 constexpr ControlDecl FileControls[] = {
     {"StimFile",       Readout, "Stimulus file",      "", "",   "",               nullptr,
-     "Name of the stimulus file read last."},
+     "Name of the last stimulus file that was read."},
     {"ExportPoints",   Number,  "Samples to export",  "", "%d", "FxnExportPoints", FxnExportPoints,
-     "Number of samples of each profile that a save or an export writes."},
+     "Number of samples to write from each profile."},
     {"LoadStim",       Button,  "Load...",            "", "",   "LoadStim",       LoadStim,
      "Read all seven profiles, voltage and Drug1 to Drug6, from a binary stimulus file."},
     {"ButtonSaveStim", Button,  "Save...",            "", "",   "ButtonSaveStim", ButtonSaveStim,
      "Save all seven profiles to a binary stimulus file."},
     {"ImportStim",     Button,  "Import column...",   "", "",   "ImportStim",     ImportStim,
-     "Read the stimulus shown from a text file: the interval in ms on the first line, then one value a line."},
+     "Read the stimulus shown from a text file. The first line is the interval in ms. Each further line "
+     "is one value."},
     {"ExportStim",     Button,  "Export column...",   "", "",   "ExportStim",     ExportStim,
-     "Write the stimulus shown to a text file: the interval in ms on the first line, then one value a line."},
+     "Write the stimulus shown to a text file. The first line is the interval in ms. Each further line is "
+     "one value."},
 };
 
 constexpr ControlDecl MainPanelName[] = {
     {"MainStimFile",   Readout, "Stimulus file",      "", "",   "",               nullptr,
-     "Name of the stimulus file read last."},
+     "Name of the last stimulus file that was read."},
 };
 
 constexpr MenuDecl StimulusFileMenu[] = {

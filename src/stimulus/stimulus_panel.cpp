@@ -23,14 +23,14 @@ constexpr char StimulusButtonHelp[] =
 constexpr char CreatorHelp[] =
     "New stimulus will be added to existing stimulus protocol.\nErase first for new stimulus.";
 constexpr char ModeHelp[] =
-    "AUTOMATIC: one step of voltage or Drug1, rebuilt whenever a parameter changes.\n"
-    "MANUAL: steps and trains are added to the protocol.\n"
-    "EXPONENTIAL: exponential waveforms are added to the protocol.\n"
+    "AUTOMATIC: makes one step of voltage or Drug1, and makes it again after each change of a parameter.\n"
+    "MANUAL: adds steps and trains to the protocol.\n"
+    "EXPONENTIAL: adds exponential waveforms to the protocol.\n"
     "USER: the protocol comes from a stimulus file.";
-constexpr char TargetHelp[] = "Voltage or drug that is shown, and that the buttons below act on.";
-constexpr char AutoTargetHelp[] = "Whether the automatic step is one of Drug1 or of voltage.";
+constexpr char TargetHelp[] = "Voltage or drug on the graph. The buttons below change it.";
+constexpr char AutoTargetHelp[] = "Choose Drug1 or the voltage for the automatic step.";
 constexpr char AutoFilterHelp[] =
-    "Filter the automatic step of Drug1 with the Gaussian filter, while Drug1 is shown.";
+    "Filter the automatic step of Drug1 with the Gaussian filter. It works while Drug1 is shown.";
 constexpr char RiseTauHelp[] =
     "Time constant (ms) of the rise of an exponentially edged step; 0 for no delay.";
 constexpr char DecayTauHelp[] =
@@ -201,7 +201,7 @@ constexpr ControlDecl ManualControls[] = {
     {"StepStop",        Number,  "Stop",                 "ms",     "%g",     "FxnManualStepStop",   FxnManualStepEdge,
      "Time (ms) at which the step stops."},
     {"StepDuration",    Number,  "Duration",             "ms",     "%g",     "FxnManualDuration",   FxnManualDuration,
-     "Length (ms) of the step. A new length moves its stop."},
+     "Length (ms) of the step. A new length changes the stop time."},
     {"StepRamp",        Switch,  "Shape",                "",       "%g",     "FxnManualRamp",       Rebuild,
      "Step with a flat top, or linear ramp from zero to the amplitude.", 0, 0, "Flat|Ramp"},
     {"CreateStim",      Button,  "Add step",             "",       "",       "CreateStim",          Run<CreateStim>,
@@ -218,21 +218,21 @@ constexpr ControlDecl ExponentialControls[] = {
     {"ExpStart",        Number,  "Start",                "ms",     "%g",     "FxnExpStart",         Rebuild,
      "Time (ms) at which the waveform starts."},
     {"ExpOffset",       Number,  "Offset",               "V or M", "%g",     "FxnExpOffset",        Rebuild,
-     "Offset or steady-state value, from the start of the waveform to the end of the record."},
+     "Offset (steady-state value) from the start of the waveform to the end of the record."},
     {"ExpComponents",   Choice,  "Decay components",     "",       "%g",     "ExpComponents",       Rebuild,
      "Number of exponential components of the decay.", 0, 0, "1|2", 1},
     {"ExpAmp1",         Number,  "Amplitude 1",          "V or M", "%g",     "FxnExpAmp1",          Rebuild,
      "Amplitude of the first decay component, in volts or molar."},
     {"ExpTau1",         Number,  "Decay time constant 1", "ms",    "%g",     "FxnExpTau1",          Rebuild,
-     "Time constant (ms) of the first decay component. With 0 nothing is added."},
+     "Time constant (ms) of the first decay component. With 0 the button adds nothing."},
     {"ExpAmp2",         Number,  "Amplitude 2",          "V or M", "%g",     "FxnExpAmp2",          Rebuild,
      "Amplitude of the second decay component, in volts or molar."},
     {"ExpTau2",         Number,  "Decay time constant 2", "ms",    "%g",     "FxnExpTau2",          Rebuild,
-     "Time constant (ms) of the second decay component. With 0 nothing is added."},
+     "Time constant (ms) of the second decay component. With 0 the button adds nothing."},
     {"ExpRiseFlag",     Switch,  "Rise",                 "",       "%g",     "ExpRise",             Rebuild,
      "Instantaneous or exponential rise of the waveform.", 0, 0, "Instantaneous|Exponential"},
     {"ExpRiseTau",      Number,  "Rise time constant",   "ms",     "%g",     "FxnExpRiseTau",       Rebuild,
-     "Time constant (ms) of the exponential rise. With 0 nothing is added."},
+     "Time constant (ms) of the exponential rise. With 0 the button adds nothing."},
     {"CreateExp",       Button,  "Add exponential",      "",       "",       "CreateExp",           Run<CreateExp>,
      CreatorHelp},
 };
@@ -245,11 +245,11 @@ constexpr ControlDecl TrainControls[] = {
     {"TrainInterval",   Number,  "Interval",             "ms",     "%g",     "FxnTrainUpdate",      FxnTrainUpdate,
      "Time (ms) from the start of one pulse to the start of the next."},
     {"TrainExpFlag",    Switch,  "Shape of pulses",      "",       "%g",     "FxnTrainExp",         Rebuild,
-     "Pulses of the train: steps, or exponential waveforms.", 0, 0, "Steps|Exponentials"},
+     "Kind of pulse: step, or exponential waveform.", 0, 0, "Steps|Exponentials"},
     {"TrainRiseFlag",   Switch,  "Edges of steps",       "",       "%g",     "FxnTrainRise",        Rebuild,
-     "Square or exponentially edged steps in the train.", 0, 0, "Square|Exponential"},
+     "Kind of step in the train: square, or with exponential edges.", 0, 0, "Square|Exponential"},
     {"TrainLength",     Readout, "Length of train",      "ms",     "%g",     "",                    nullptr,
-     "Number of pulses times their interval."},
+     "Length of the train: number of pulses times interval."},
     {"TrainFrequency",  Readout, "Frequency",            "Hz",     "%g",     "",                    nullptr,
      "Pulses per second of the train."},
     {"CreateTrain",     Button,  "Add train",            "",       "",       "CreateTrain",         Run<CreateTrain>,

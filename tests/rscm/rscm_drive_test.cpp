@@ -59,8 +59,7 @@ TEST_F(RsCorrectionPanelTest, ACircuitThatIsNoneIsRefusedInWords) {
           "set RcRs 0\nanswer yes\npress RC_FilterConductanceButton\nset RcRs 1e7\nset RcCm 0\n"
           "answer yes\npress RC_FilterConductanceButton\nget RcFiltered\n"
           "graph RsCorrectionPanel.trace");
-  EXPECT_NE(PopupIn(lines, "Series resistance must be above 0 Ohms: without it nothing is filtered."),
-            nullptr);
+  EXPECT_NE(PopupIn(lines, "Series resistance must be above 0 Ohms. A filter needs a resistance."), nullptr);
   EXPECT_EQ(lines.at(lines.size() - 2).at("value"), 1)
       << "a cell without capacitance only divides the voltage";
   EXPECT_EQ(lines.back().at("axes").at("y").at("title"), "RC-Filt(pA)");

@@ -101,8 +101,10 @@ QWidget* ModelPage::makeFormSwitch() {
   layout->setSpacing(0);
   gridButton_ = FormButton("Grid", "FxnMainModel", part);
   tableButton_ = FormButton("Table", "FxnTableModel", part);
-  gridButton_->setToolTip("The scheme as states on a grid; runs take it.");
-  tableButton_->setToolTip("The scheme as a table of rates from any state to any other; runs take it.");
+  gridButton_->setToolTip("Show the scheme as states on a grid. A run uses this form.");
+  tableButton_->setToolTip(
+      "Show the scheme as a table of rates between any two states. A run uses this "
+      "form.");
   layout->addWidget(gridButton_);
   layout->addWidget(tableButton_);
   return part;

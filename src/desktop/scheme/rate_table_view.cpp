@@ -25,7 +25,8 @@ constexpr int CellWidth = 70;  // pixels; takes "1.23e-5" and the mark
 constexpr int CellHeight = 23;
 constexpr int RowHeaderWidth = 84;
 constexpr char Hint[] =
-    "Rows lead from a state, columns into one. Click the mark of a rate to set what it depends on.";
+    "A rate leads from the state of its row to the state of its column. Click the mark of a rate to set "
+    "its dependence.";
 constexpr char NothingToPaste[] = "The clipboard holds no numbers.";
 
 }  // namespace

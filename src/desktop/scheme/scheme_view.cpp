@@ -184,7 +184,7 @@ QString SchemeView::tipOf(const SchemeItem& item) const {
   if (item.kind == Kind::Menu) return QStringLiteral("Menu of the state");
   if (item.kind == Kind::Kd) return ToQt(item.control->help);
   const QString tip = ToQt(RateTip(item.number, item.forward()));
-  return item.isBadge() ? tip + QStringLiteral("\nClick to set what it depends on") : tip;
+  return item.isBadge() ? tip + QStringLiteral("\nClick to set its dependence") : tip;
 }
 
 // -- Keys --

@@ -19,7 +19,7 @@ constexpr char Intro[] =
     "1.  Model: switch states on and type the rates of their links.\n"
     "2.  Stimulus: a step of voltage or of a drug, trains, waveforms.\n"
     "3.  Run (F5): the response appears below the scheme.\n\n"
-    "A right click on anything tells what it is. Or begin with a published model:";
+    "Right-click any item to see what it is. Or start with a published model:";
 
 }  // namespace
 
@@ -66,7 +66,7 @@ Welcome::Welcome(const QString& modelsFolder, QWidget* parent) : QDialog(parent)
   };
   connect(list, &QListWidget::itemClicked, this, choose);
   connect(list, &QListWidget::itemActivated, this, choose);
-  auto* start = new QPushButton("Start with what is there", this);
+  auto* start = new QPushButton("Start with the present model", this);
   connect(start, &QPushButton::clicked, this, &QDialog::accept);
   start->setDefault(true);
   auto* buttons = new QHBoxLayout;

@@ -19,8 +19,7 @@ using Bytes = std::span<const std::byte>;
 /// The physical inputs in sampling order.
 std::string ReadSamplingSequence(Bytes bytes, AbfHeader& header) {
   const int channels = NumberAt<std::int16_t>(bytes, 120);
-  if (channels < 1 || channels > AbfMaxChannels)
-    return "The header names a number of channels that cannot be.";
+  if (channels < 1 || channels > AbfMaxChannels) return "The header names an impossible number of channels.";
   header.channels = channels;
   header.samplingSequence.fill(-1);
   unsigned seen = 0;
@@ -92,7 +91,7 @@ std::string ReadAbf1Header(const ByteSource& source, AbfHeader& header, AbfLayou
   std::array<std::byte, LongHeader> buffer{};
   const Bytes bytes(buffer.data(), source.Read(0, buffer));
   const double version = NumberAt<float>(bytes, 4);
-  if (!(version >= 1.0 && version < 2.0)) return "The version in the header is none of ABF 1.";
+  if (!(version >= 1.0 && version < 2.0)) return "The version in the header is not a version of ABF 1.";
   if (bytes.size() < ShortHeader) return "The file ends within its header.";
   header.version = std::round(version * 100.0) / 100.0;  // 1.83 is stored as 1.83000004
   header.operationMode = NumberAt<std::int16_t>(bytes, 8);
@@ -103,7 +102,7 @@ std::string ReadAbf1Header(const ByteSource& source, AbfHeader& header, AbfLayou
   std::int64_t block = NumberAt<std::int32_t>(bytes, 40);
   if (block == 0) block = FirstDataBlock;
   if (block < FirstDataBlock || block > source.Size() / AbfBlockBytes)
-    return "The data section does not lie within the file.";
+    return "The data section is not within the file.";
   if (std::string why = ReadSamplingSequence(bytes, header); !why.empty()) return why;
 
   const double interval = NumberAt<float>(bytes, 122);

@@ -103,14 +103,14 @@ void ReadInput(Bytes item, int input, const StringTable& strings, AbfHeader& hea
 std::string ReadInputs(const ByteSource& source, const Section& section, const StringTable& strings,
                        AbfHeader& header) {
   if (section.items < 1 || section.items > AbfMaxChannels)
-    return "The header names a number of channels that cannot be.";
+    return "The header names an impossible number of channels.";
   const auto itemBytes = static_cast<std::size_t>(section.itemBytes);
   if (itemBytes < AdcItemBytes || itemBytes > MaxAdcItemBytes)
-    return "The descriptions of the channels have a length that cannot be.";
+    return "The descriptions of the channels have an impossible length.";
   const auto items = static_cast<std::size_t>(section.items);
   const std::vector<std::byte> bytes = ReadSection(source, section, items * itemBytes);
   if (bytes.size() < (items - 1) * itemBytes + AdcItemBytes)
-    return "The descriptions of the channels do not lie within the file.";
+    return "The descriptions of the channels are not within the file.";
   header.channels = static_cast<int>(items);
   header.samplingSequence.fill(-1);
   unsigned seen = 0;
@@ -155,7 +155,7 @@ std::string ReadAbf2Header(const ByteSource& source, AbfHeader& header, AbfLayou
   const Bytes bytes(buffer.data(), source.Read(0, buffer));
   if (bytes.size() < FileHeaderBytes) return "The file ends within its header.";
   const int major = std::to_integer<int>(bytes[7]);
-  if (major != 2) return "The version in the header is none of ABF 2.";
+  if (major != 2) return "The version in the header is not a version of ABF 2.";
   header.version = (major * 100 + std::to_integer<int>(bytes[6])) / 100.0;
   header.dataFormat = NumberAt<std::uint16_t>(bytes, 30);
   if (header.dataFormat != AbfIntegers && header.dataFormat != AbfFloats)

@@ -28,8 +28,8 @@ bool ApplySetting(const std::string& setting, std::ostream& err) {
   }
   if (!SetFieldText(field, setting.substr(equals + 1))) {
     err << "--set " << name << ": " << Shortened(setting.substr(equals + 1))
-        << (field.field->type == FieldType::Int ? " is no whole number that the field can hold\n"
-                                                : " is no finite number that the field can hold\n");
+        << (field.field->type == FieldType::Int ? " is not a whole number that the field can hold\n"
+                                                : " is not a finite number that the field can hold\n");
     return false;
   }
   return true;

@@ -131,7 +131,7 @@ int OpenRecording(const MeasureOptions& options, Recording& recording, const Job
   if (IsABFFile(options.file, format)) return OpenAbf(options, recording, err);
   if (options.intervalMs) Model.ADInterval = static_cast<float>(*options.intervalMs);  // as it is asked for
   if (!TraceReadFile(options.file)) {
-    if (!screen.ErrorShown()) err << options.file << ": no recording that can be read\n";
+    if (!screen.ErrorShown()) err << options.file << ": not a readable recording\n";
     return JobFailed;
   }
   recording.sweeps = Trace.EpisodeCount;
@@ -248,7 +248,7 @@ std::string MisuseOf(const MeasureOptions& options) {
   if (!options.outFile.empty() && !CanWrite(options.outFile)) {
     return options.outFile + ": the name of a file of measures ends in .csv, .res or .tbl";
   }
-  if (options.filterKHz && !(*options.filterKHz > 0.0)) return "--filter: a corner above 0 kHz is needed";
+  if (options.filterKHz && !(*options.filterKHz > 0.0)) return "--filter takes a corner above 0 kHz";
   return {};
 }
 

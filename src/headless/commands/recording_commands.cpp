@@ -19,10 +19,11 @@ namespace zelvane {
 namespace {
 
 constexpr char Stopped[] = "stopped; nothing is written\n";
-constexpr char NoInterval[] = "does not tell the time between samples";
+constexpr char NoInterval[] = "does not hold the time between samples";
 constexpr char IntervalCan[] = "; --interval can";  // of a text
 constexpr char UnequalSweeps[] =
-    "its sweeps differ in length and have no place side by side; --length cuts them, .csv and .abf take them";
+    "its sweeps have different lengths and do not fit side by side; cut them with --length, or write .csv "
+    "or .abf";
 constexpr int Drug1 = 1;
 
 void WriteAccount(const std::string& path, const RecordingAccount& account, std::ostream& out) {
@@ -72,12 +73,12 @@ struct Excerpt {
 
 /// Why the options ask for nothing that can be; empty when they do not.
 std::string Misuse(const ConvertOptions& options) {
-  if (options.every < 1) return "--every takes a whole number from 1 on";
+  if (options.every < 1) return "--every takes a whole number of 1 or more";
   if (!(options.startMs >= 0.0) || !std::isfinite(options.startMs))
-    return "--start takes a time from 0 ms on";
+    return "--start takes a time of 0 ms or more";
   if (options.lengthMs && !(*options.lengthMs > 0.0)) return "--length takes a time above 0 ms";
   if (options.sweep != "all" && WholeNumber(options.sweep).value_or(0) < 1)
-    return "--sweep takes a number from 1 on, or all";
+    return "--sweep takes a number of 1 or more, or all";
   if (options.intervalMs && !(*options.intervalMs > 0.0 && std::isfinite(*options.intervalMs)))
     return "--interval takes a time above 0 ms";
   const std::string extension = ExtensionOf(options.out);
@@ -214,7 +215,7 @@ int ConvertCommand(const ConvertOptions& options, const JobStreams& streams) {
   const JobScreen screen(streams);
   std::error_code error;
   if (std::filesystem::equivalent(options.in, options.out, error)) {
-    streams.err << options.out << ": a file cannot take its own place\n";
+    streams.err << options.out << ": the new file must have another name\n";
     return JobFailed;
   }
   std::string why;

@@ -71,8 +71,8 @@ void ChooseAutosave(const std::string& path) {
 void WarnOfEmptyStimulus(std::ostream& err) {
   if (Stimulus.StimMode == StimAutomatic || Stimulus.StimFromFile != 0) return;
   err << "note: this model's stimulus is built by hand (StimMode " << Stimulus.StimMode
-      << ") and a model file does not hold it; the run sees none. --set StimMode=" << StimAutomatic
-      << " takes the automatic step.\n";
+      << "), and a model file does not hold it; the run has no stimulus. --set StimMode=" << StimAutomatic
+      << " uses the automatic step.\n";
 }
 
 /// Whether the run left a whole trace; the reason is told when the program has not told it.

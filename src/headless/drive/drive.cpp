@@ -69,7 +69,7 @@ void RunLine(DriveSession& session, std::string_view line) {
   const Words rest = Words(*words).subspan(1);
   if (rest.size() < command->minWords || rest.size() > command->maxWords) {
     WriteMisunderstood(
-        session, "usage: " + std::string(command->usage) + " (a value with blanks stands in double quotes)");
+        session, "usage: " + std::string(command->usage) + " (write a value with blanks in double quotes)");
     return;
   }
   RunCommand(session, *command, rest);

@@ -213,7 +213,7 @@ void View(DriveSession& session, Words words) {
   const char axis = AxisLetter(session, words[1]);
   if (axis == '\0') return;
   if (words.size() != 4) {
-    WriteMisunderstood(session, "view: an axis has a smallest and a largest coordinate");
+    WriteMisunderstood(session, "view: give a smallest and a largest coordinate");
     return;
   }
   const auto min = Finite(session, words[2]);
@@ -277,7 +277,7 @@ void During(DriveSession& session, Words words) {
   const auto moment = Whole(session, words[0]);
   if (!moment) return;
   if (*moment < 1 || words[1] != "press") {
-    WriteMisunderstood(session, "during: N counts from 1, and press is what can happen");
+    WriteMisunderstood(session, "during: N counts from 1, and the action must be press");
     return;
   }
   const std::string& name = words[2];

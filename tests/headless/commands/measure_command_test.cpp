@@ -158,7 +158,7 @@ TEST_F(MeasureCommandTest, TheCommandLineRefusesWhatItCannotDo) {
   WriteWholeFile(options.file, "words\n");
   EXPECT_EQ(Run(options), JobFailed);
   EXPECT_EQ(err.str(),
-            "! File error: words.asc was not read: line 1 holds no number, or one with a comma in it.\n");
+            "! File error: words.asc was not read: line 1 holds no number, or a number with a comma.\n");
   stop = true;
   options.outFile = folder.File("stopped.csv");
   EXPECT_EQ(Run(options), JobFailed);
