@@ -1,4 +1,4 @@
-// Where the program's data and the user's own settings lie.
+// The folders of the program's data and of the user's settings.
 #pragma once
 
 #include <string>
@@ -6,18 +6,19 @@
 
 namespace zelvane {
 
-/// Folder of the data installed beside the program ("config.mod", models): share/zelvane of an installation,
-/// data/ of a build tree. Empty when neither is found.
+/// Returns the folder of the installed data ("config.mod", models): share/zelvane of an installation, or data/
+/// of a build tree. Returns an empty string when it finds no folder.
 std::string ProgramDataFolder();
 
-/// Makes `folder` the one in which ProgramFile looks first; an empty one takes that back.
+/// ProgramFile then looks in `folder` first. An empty string removes this folder.
 void SetProgramFolder(const std::string& folder);
 
-/// Path of a file that stands beside the program: in the folder set, else among the installed data. The file
-/// need not exist.
+/// Returns the path of a file of the program: in the folder of SetProgramFolder, else in the folder of the
+/// installed data. The file may be missing.
 std::string ProgramFile(std::string_view name);
 
-/// The user's configuration folder for this program; it need not exist. Empty when the system names none.
+/// Returns the user's configuration folder for this program; the folder may be missing. Returns an empty string
+/// when the system names no such folder.
 std::string UserConfigFolder();
 
 }  // namespace zelvane

@@ -1,15 +1,15 @@
-// What came of an operation that a user started.
+// The result of an operation that a user started.
 #pragma once
 
 namespace zelvane {
 
-/// Operations return one of these and show their messages besides: whoever started one reads this, never the text
+/// Operations show their messages and return one of these values. The caller reads this value and never the text
 /// of a popup.
 enum class Outcome {
   Done,
   Stopped,  // by the user, before the end
-  Refused,  // nothing was begun: a question was answered no, a dialog cancelled, or the settings allow no start
-  Failed,  // begun and not finished; the user has been told why
+  Refused,  // before the begin: a question was answered no, a dialog was cancelled, or the settings allow no start
+  Failed,  // after the begin; a message gave the reason
 };
 
 }  // namespace zelvane

@@ -1,5 +1,5 @@
-// Replacing a file so that a crash, a full disk or a lost right leaves the old one whole, and appending to
-// one.
+// Replaces files and appends to them. After a crash, on a full disk or without the right to write, the old
+// file is still complete.
 #pragma once
 
 #include <cstdint>
@@ -11,36 +11,37 @@
 
 namespace zelvane {
 
-/// Asked between the parts of a file while it is written, about a megabyte apart, and before it takes its
-/// place: true breaks the writing off, which then fails as any other does, with the former file standing.
+/// A writer calls it after about each megabyte, and before the new file replaces the old one. True stops the
+/// writer. It then fails and keeps the old file.
 using WriteStop = std::function<bool()>;
 
-/// Sets what all writing here asks, and gives what it asked before. At first it asks nothing and goes on.
+/// Sets the function that all writers of this header call, and returns the function before it. At the start
+/// there is no function.
 WriteStop SetWriteStop(WriteStop stop);
 
-/// Whether writing is to stop now: a failure then needs no other reason.
+/// Returns whether the function of SetWriteStop asks to stop. This is then the reason of a failed write.
 bool WriteStopped();
 
 /// Writes `content` to a temporary file beside `path`, flushes it to the disk and renames it over `path`.
 ///
-/// False, with the old file untouched and no temporary file left, when any step fails: `path` is a directory,
-/// a device or a pipe, its folder or the file itself may not be written, or the disk is full. A file or
-/// folder whose owner has no right to write counts as one that may not be written, for the superuser too:
-/// whoever took that right away meant the file to stay. A symbolic link is followed; a hard link parts from
-/// its companions. The new file has the old one's permissions and, where the system allows it, its owner.
+/// Returns false when any step fails, keeps the old file unchanged and removes the temporary file. Examples:
+/// `path` is a directory, a device or a pipe; the folder or the file is write-protected; the disk is full. A
+/// file or folder whose owner has no right to write counts as write-protected, for the superuser too.
+/// Follows a symbolic link. Separates a hard link from its other names. The new file gets the permissions of
+/// the old one and, if the system allows it, its owner.
 bool ReplaceFile(const std::string& path, std::string_view content);
 
-/// Gives the next part of a file; an empty one is the end. A part need only last until the next call.
+/// Returns the next part of a file; an empty part is the end. A part must stay valid until the next call.
 using NextBlock = std::function<std::string_view()>;
 
-/// The same for a file too large to hold in memory.
+/// Does the same for a file that is too large for the memory.
 bool ReplaceFileInBlocks(const std::string& path, const NextBlock& nextBlock);
 
-/// The same for a file whose parts come one by one, and not in their order: a header with the counts of what
-/// follows it, say. The old file stands until Commit; without one, nothing has happened.
+/// Replaces a file whose parts are not written in order, for example a header that is written last. The old
+/// file stays until Commit. Without Commit it stays for good.
 class FileReplacement {
  public:
-  /// Nothing when `path` may not be written.
+  /// Returns nullptr when `path` is write-protected.
   static std::unique_ptr<FileReplacement> Begin(const std::string& path);
 
   FileReplacement() = default;
@@ -48,12 +49,11 @@ class FileReplacement {
   FileReplacement& operator=(const FileReplacement&) = delete;
   virtual ~FileReplacement() = default;
 
-  /// Writes `bytes` at `position` of the new file. Bytes never written hold 0. After a failure the file can
-  /// no longer be committed.
+  /// Writes `bytes` at `position` of the new file. Other bytes are 0. After a failed write, Commit fails too.
   bool Write(std::int64_t position, std::string_view bytes);
 
-  /// Puts the new file in place of the old one; to be called once, as the last. False when this or any write
-  /// before it failed; the old file then stands.
+  /// Replaces the old file by the new one. Call it once, at the end. Returns false and keeps the old file when
+  /// this step or any write before it failed.
   virtual bool Commit() = 0;
 
  protected:
@@ -63,13 +63,13 @@ class FileReplacement {
   virtual bool WritePart(std::int64_t position, std::string_view bytes) = 0;
 };
 
-/// Appends blocks to the regular file `path`, or makes it; with `head`, which may not be longer than the file
-/// was, that then takes the place of its first bytes. The head comes last: a process killed before has left
-/// the old one, and bytes behind those that it tells of.
+/// Appends blocks to the regular file `path`, or makes this file. Then `head` replaces the first bytes of the
+/// file; it may not be longer than the old file. The head is written last. So a process that is killed before
+/// leaves the old head, and unused bytes after the old end.
 ///
-/// False when any step fails or writing stops; the file then has the length and the head that it had. Refused
-/// as by ReplaceFile.
-/// @param end  where the file ends for its reader, when that is not its length; what stands behind is dropped
+/// Returns false when any step fails or the write is stopped. The file then has its old length and head.
+/// Refuses the same files as ReplaceFile.
+/// @param end  end of the file for its reader, if this is not its length; bytes after it are removed
 bool AppendToFile(const std::string& path, const NextBlock& nextBlock, std::string_view head = {},
                   std::optional<std::int64_t> end = {});
 

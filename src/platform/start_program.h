@@ -1,12 +1,12 @@
-// Other programs, which run on their own.
+// Starts other programs.
 #pragma once
 
 #include <string>
 
 namespace zelvane {
 
-/// Starts the program at `path`, without arguments and standard streams, and does not wait for it. False when
-/// there is none or the system cannot run it.
+/// Starts the program at `path`, without arguments and standard streams, and does not wait for it. Returns
+/// false when the file is missing or the system cannot run it.
 bool StartProgram(const std::string& path);
 
 }  // namespace zelvane

@@ -1,9 +1,9 @@
-// What stands behind the standard streams.
+// The kind of the standard streams.
 #pragma once
 
 namespace zelvane {
 
-/// Whether standard error is shown on a terminal, so that a line on it can be drawn over.
+/// Returns whether standard error is a terminal. A line on a terminal can be overwritten.
 bool ErrorStreamIsTerminal();
 
 }  // namespace zelvane

@@ -6,12 +6,12 @@
 
 namespace zelvane {
 
-/// Takes `count` floats, all 0, whose pages cost nothing until they are written. The memory lives until the
-/// process ends. Ends the process with a message on standard error when the address space is exhausted.
+/// Returns `count` floats, all 0. A page uses memory only after a write. The floats live until the process
+/// ends. Without free address space, ends the process with a message on standard error.
 std::span<float> TakeZeroPages(std::size_t count);
 
-/// Sets all of `floats`, the whole or any part of what came from TakeZeroPages, back to 0 and gives the pages
-/// that lie inside it back to the system. Costs next to nothing where nothing was written.
+/// Sets all `floats` to 0 and returns their complete pages to the system. `floats` is all or a part of a span
+/// from TakeZeroPages. Takes almost no time for pages without a write.
 void ReleaseZeroPages(std::span<float> floats);
 
 /// Sets elements 0..end - 1 of `values` to 0, as far as `used` says that something was written: elements at and

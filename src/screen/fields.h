@@ -1,4 +1,4 @@
-// The one registry of store fields: what a panel, a script or a test may read and write by name.
+// The registry of store fields. Panels, scripts and tests read and write the fields by name.
 //
 //   Describing a field   ScalarField  ArrayField  TableField  RowField  SpanField  RegisterFields
 //   Finding one          FindField  FieldElement
@@ -24,7 +24,7 @@ enum class FieldType { Int, Float, Double, Text };
 
 inline constexpr int MaxFieldRank = 3;
 
-/// Where the elements of one index of a field lie.
+/// The position of the elements along one index of a field.
 struct FieldIndex {
   int first = 0;            // smallest index
   int last = 0;             // largest index
@@ -33,12 +33,12 @@ struct FieldIndex {
 
 /// A store field: its name, type, dimensions and address.
 struct Field {
-  std::string name;  // every index an empty bracket
+  std::string name;  // with an empty bracket for every index
   FieldType type = FieldType::Int;
-  std::byte* base = nullptr;  // element with all indices 0, whether or not that element is offered
+  std::byte* base = nullptr;  // element with all indices 0, even if `index` does not include it
   int rank = 0;
   std::array<FieldIndex, MaxFieldRank> index{};
-  int textBytes = 0;  // room of a text, terminator included; 0 = no bound
+  int textBytes = 0;  // room for a text with its terminator; 0 = no limit
 };
 
 /// One element of a field.
@@ -69,7 +69,7 @@ Field ScalarField(std::string name, T& value, int textBytes = 0) {
   return {std::move(name), TypeOfField<T>(), reinterpret_cast<std::byte*>(&value), 0, {}, textBytes};
 }
 
-/// Describes an array whose offered indices run from `first` to its end.
+/// Describes an array with indices from `first` to its end.
 template <typename T, std::size_t N>
 Field ArrayField(std::string name, std::array<T, N>& values, int first = 1, int textBytes = 0) {
   return {std::move(name),
@@ -106,7 +106,7 @@ Field CubeField(std::string name, std::array<std::array<std::array<T, L>, M>, N>
           0};
 }
 
-/// Describes one member of an array of records, offered from index `first` to the array's end.
+/// Describes one member of an array of records, with indices from `first` to the end of the array.
 template <typename Row, typename T, std::size_t N>
 Field RowField(std::string name, std::array<Row, N>& rows, T Row::*member, int first = 1) {
   return {std::move(name),
@@ -117,30 +117,29 @@ Field RowField(std::string name, std::array<Row, N>& rows, T Row::*member, int f
           0};
 }
 
-/// Describes a large array that lives as long as the process, offered from index `first` to its end.
+/// Describes a large array, with indices from `first` to its end. The array must live as long as the process.
 Field SpanField(std::string name, std::span<float> values, int first = 0);
 
-/// Adds fields to the registry. A name that stands there already is replaced, so that registering twice is
-/// harmless.
+/// Adds fields to the registry. A field with the same name is replaced, so a field may be registered twice.
 void RegisterFields(std::vector<Field> fields);
 
-/// All fields by name. A field's address in the map stays the same when others are added.
+/// Returns all fields by name. The address of a field in the map does not change when fields are added.
 const std::map<std::string, Field, std::less<>>& AllFields();
 
-/// A name split into the registry's form and its indices. Nothing when a bracket is not a whole number or not
-/// closed.
+/// A name, split into its form in the registry and its indices. ParseFieldName returns an empty result when
+/// a bracket has no whole number or is not closed.
 struct FieldName {
   std::string key;
   std::vector<int> indices;
 };
 std::optional<FieldName> ParseFieldName(std::string_view name);
 
-/// The element that a full name denotes ("KOn[5]"); empty when the name is unknown, an index is missing or
-/// out of range.
+/// Returns the element with this full name ("KOn[5]"). The result is empty when the name is unknown, or when
+/// an index is missing or out of range.
 FieldRef FindField(std::string_view name);
 
-/// The field that a name denotes whose last index is left out ("KOn", "Occupancy[3]", "TableRate[2]"), as a
-/// run of elements along that index. Empty when there is none.
+/// The elements of a field along its last index. FindFieldRun takes a name without this index ("KOn",
+/// "Occupancy[3]", "TableRate[2]"). It returns an empty run for an unknown name.
 struct FieldRun {
   const Field* field = nullptr;
   std::byte* base = nullptr;  // element with the free index 0
@@ -150,24 +149,27 @@ struct FieldRun {
 FieldRun FindFieldRun(std::string_view name);
 FieldRef RunElement(const FieldRun& run, int index);
 
-/// Number in an element; texts give 0.
+/// Returns the number in an element; 0 for a text.
 double FieldNumber(FieldRef ref);
 
-/// Stores a number, narrowed to the element's type. The value must suit it: see NumberSuits.
+/// Stores a number, converted to the type of the element. The value must suit the type: see NumberSuits.
 void SetFieldNumber(FieldRef ref, double value);
 
-/// Whether a number may be stored: finite, and whole and within range for an int, within range for a float.
+/// Returns whether a field of this type can hold the number. The number must be finite. For an int it must be
+/// whole and in range; for a float it must be in range.
 bool NumberSuits(FieldType type, double value);
 
-/// The element as text that reads back to the same value: 9 significant digits for a float, 17 for a double.
+/// Returns the element as text: 9 significant digits for a float, 17 for a double. This text gives the same
+/// value when it is read.
 std::string FieldText(FieldRef ref);
 
-/// Stores a typed value. False, with the element unchanged, when it is no number, not finite, or does not
-/// suit the type; a text is cut to its room and at its first line break.
+/// Stores a typed value. Returns false and keeps the old value when the text is not a number, is not finite,
+/// or does not suit the type. A text is cut at its first line break and to the room of its field.
 bool SetFieldText(FieldRef ref, std::string_view text);
 
-/// The whole of `text` as a number with a full stop as decimal mark; blanks around it are allowed. Nothing
-/// when it is no number. "nan" and "inf" are taken, so that a caller can refuse them by name.
+/// Converts the whole `text` into a number. The decimal mark is a full stop; blanks before and after the number
+/// are allowed. Returns an empty result when the text is not a number. "nan" and "inf" are numbers here, so a
+/// caller can refuse them by name.
 std::optional<double> ParseNumber(std::string_view text);
 
 }  // namespace zelvane

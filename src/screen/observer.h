@@ -1,4 +1,4 @@
-// Watching what a user does: undo takes its copies and the recorder writes its script from here.
+// Observers of the user's actions. Undo uses one to make its copies, the recorder to write its script.
 #pragma once
 
 #include <functional>
@@ -7,20 +7,19 @@
 
 namespace zelvane {
 
-/// Lines are those of the command language, so that each repeats what it tells.
+/// A `line` is the same action in the command language.
 struct UserObserver {
-  std::function<void()> before;                      // an action is about to begin; stores are as they were
-  std::function<void(const std::string& line)> did;  // an action or an edit of a control has ended
-  std::function<void(const std::string& line)>
-      queued;  // an answer, a choice, a press during the action under way
+  std::function<void()> before;                         // before an action: the stores are unchanged
+  std::function<void(const std::string& line)> did;     // after an action or an edit of a control
+  std::function<void(const std::string& line)> queued;  // an answer, a choice or a press during an action
 };
 
-/// Adds an observer; it stays until the process ends or RemoveUserObservers.
+/// Adds an observer. It stays until RemoveUserObservers or the end of the process.
 void AddUserObserver(UserObserver observer);
 void RemoveUserObservers();
 
-/// A word of the command language: in double quotes, with \ before quotes and backslashes, where it holds
-/// blanks or is empty.
+/// Returns a word for the command language. A word with blanks and an empty word get double quotes, with \
+/// before quotes and backslashes.
 std::string QuoteWord(std::string_view word);
 
 }  // namespace zelvane

@@ -1,5 +1,5 @@
-// What a computation may ask of the screen: modal popups, file dialogs, the event pump and the progress bar.
-// Panels and controls are out of its reach (screen.h is for panel files).
+// The part of the screen for computations: modal popups, file dialogs, the event pump and the progress bar.
+// Panels and controls are in screen.h, which only panel files use.
 #pragma once
 
 #include <functional>
@@ -13,10 +13,10 @@
 
 namespace zelvane {
 
-/// Makes `frontEnd` the one that shows everything from here on; the former one is returned.
+/// Uses `frontEnd` from now on. Returns the front end before it.
 FrontEnd SetFrontEnd(FrontEnd frontEnd);
 
-// -- Titles of popups: the first characters tell the kind --
+// -- Titles of popups: the first characters show the kind --
 inline constexpr std::string_view ErrorTitle = "! Error";
 inline constexpr std::string_view WarningTitle = "! Warning";
 inline constexpr std::string_view FileErrorTitle = "! File error";
@@ -26,21 +26,21 @@ inline constexpr std::string_view HelpTitle = "? Help";
 /// Shows a message and waits until the user has seen it.
 void MessagePopup(std::string_view title, std::string_view text);
 
-/// Asks a question; true = yes. Without a front end the answer is no.
+/// Asks a question. Returns true for yes. Without a front end the answer is no.
 bool ConfirmPopup(std::string_view title, std::string_view text);
 
-/// Asks for one file. Nothing when the user cancels: then nothing may happen.
+/// Asks for one file. Returns an empty result when the user cancels; the caller must then do nothing.
 std::optional<std::string> FileSelectPopup(const FileRequest& request);
 
-/// Asks for any number of files. Empty when the user cancels.
+/// Asks for any number of files. Returns an empty list when the user cancels.
 std::vector<std::string> MultiFileSelectPopup(FileRequest request);
 
-/// Lets user events that wait run: a stop button can work. Called by long loops at fixed moments.
+/// Handles waiting user events, so that a stop button works. Long loops call it at fixed steps of their work.
 void ProcessSystemEvents();
 
-/// Lets a window repaint and take a click on the stop button within a stretch that pumps no events. Unlike
-/// ProcessSystemEvents it is called at moments of the clock, so nothing that a run computes may rest on it.
-/// `fraction` from 0 to 1 is the part of the work that is done.
+/// Lets a window repaint and take a click on the stop button during work that handles no events. The clock
+/// decides when it is called, unlike ProcessSystemEvents. So the result of a run must not depend on it.
+/// `fraction` (0 to 1) is the finished part of the work.
 void Breathe(double fraction);
 
 // -- The wish to end the work that is under way: the stop button sets it, long loops look for it --
@@ -55,7 +55,8 @@ void ConsoleLine(std::string_view text);
 void ShowProgress(double fraction, std::string_view text = {});
 void ResetProgress();
 
-/// Opens the help at a topic; HelpContents is its table of contents. A missing help file is told.
+/// Opens the help at a topic; HelpContents is the table of contents. Shows a message when the help file is
+/// missing.
 inline constexpr int HelpContents = 0;
 void SystemHelp(int topic);
 
@@ -71,10 +72,11 @@ inline constexpr int HeaderClearFailed = 101;
 inline constexpr int FileMoveFailed = 102;
 inline constexpr int WrongFileFormat = 103;
 
-/// Shows the text of a file error under "! File error"; any other code shows nothing.
+/// Shows the text of a file error under "! File error". Does nothing for any other code.
 void FileErrorPopup(int code);
 
-/// One number through a display format of a control ("%.3ems", "%g"); an int where the format asks for one.
+/// Formats one number with the display format of a control ("%.3ems", "%g"). Converts it to int for an integer
+/// format.
 std::string FormatNumber(std::string_view format, double value);
 
 }  // namespace zelvane

@@ -1,5 +1,5 @@
-// Minimum and maximum of a long trace at every scale, so that a picture of millions of samples costs no more
-// than its width in pixels.
+// Minimum and maximum of a long trace at every scale. With them, drawing millions of samples takes only as
+// long as the width in pixels.
 #pragma once
 
 #include <cstddef>
@@ -14,23 +14,23 @@ struct MinMax {
   bool empty = true;  // no finite sample
 };
 
-/// Minimum and maximum of samples; those that are not finite are passed over.
+/// Returns minimum and maximum of the finite samples.
 MinMax RangeOfSamples(std::span<const float> samples);
 
-/// Level k holds one pair for each run of PyramidBase x 2^k samples. The samples themselves stay outside.
+/// Level k holds one pair for each group of PyramidBase x 2^k samples. The pyramid does not hold the samples.
 inline constexpr std::size_t PyramidBase = 64;
 
 struct Pyramid {
   std::vector<std::vector<MinMax>> levels;
-  std::size_t count = 0;  // samples it was built from
+  std::size_t count = 0;  // number of its samples
 };
 
-/// Builds the pyramid of `samples`: one pass over them, and about 1/4 of their room.
+/// Builds the pyramid of `samples` in one pass. It needs about 1/4 of their memory.
 Pyramid BuildPyramid(std::span<const float> samples);
 
-/// Minimum and maximum of samples first..last - 1, which must lie inside `samples`, from which the pyramid
-/// was built. Samples that are not finite are passed over. Costs at most 4 x PyramidBase samples and two
-/// pairs a level.
+/// Returns minimum and maximum of the finite samples among first..last - 1. The range must be inside
+/// `samples`, and `pyramid` must belong to `samples`. Reads at most 4 x PyramidBase samples and two pairs per
+/// level.
 MinMax RangeOf(const Pyramid& pyramid, std::span<const float> samples, std::size_t first, std::size_t last);
 
 }  // namespace zelvane

@@ -1,17 +1,17 @@
-// The toolkit-neutral screen: plain records of all that a user sees, and the one dispatcher of what a user
-// does.
+// The screen without a toolkit: plain records of everything that a user sees, and the one dispatcher of all
+// actions of the user.
 //
 //   Declaring            AddPanel  AddControls  AddGraph  AddTable  AddTextBox  AddMenu
 //   Panels               ShowPanel  HidePanel  ShowTask  RunModalPanel
 //   Controls             FindControl  FindCommand  ReadControls  WriteControls  ShowField  TakeTyped
 //                        ShowNumber  ShowText  SetDimmed
-//   What a user does     TypeInto  Commit  RightClick  ClosePanel  PressKey  MoveCursor  EnterCell  ClickCell
+//   Actions of the user  TypeInto  Commit  RightClick  ClosePanel  PressKey  MoveCursor  EnterCell  ClickCell
 //   Graphs               ClearPlots  PlotWave  PlotPoints  SetAxisTitle  SetAxisRange  SetAxisAuto
 //   Tables, text boxes   SetCell  CellText  MarkRow  ScrollTable  InsertLine  ClearLines
 //
-// A control holds what the panel shows, apart from its store: a typed value reaches the store when the
-// control is committed or when a command reads its panel (ReadControls). Only panel files may use this
-// header; computations use popups.h.
+// A control holds the shown value; the store holds its own. A typed value reaches the store when the user
+// commits the control, or when a command reads its panel (ReadControls). Only panel files may use this
+// header. Computations use popups.h.
 #pragma once
 
 #include <cstddef>
@@ -38,34 +38,34 @@ struct Control;
 struct Panel;
 struct Table;
 
-/// What an action is told of the commit that runs it.
+/// Describes the commit that runs an action.
 struct ControlEvent {
   Control* control = nullptr;  // nullptr for a menu command
-  int index = 0;               // the number that %d stood for in the declaration, 0 without one
+  int index = 0;               // the number in place of %d in the declaration; 0 without %d
   double previous = 0.0;       // number in the store before this commit
 };
 using Action = void (*)(const ControlEvent&);
 
-/// A row of a panel's table of controls. One row can stand for a family: %d in name, label, command and help
-/// then runs from `first` to `last`, and reaches the action as event.index. %04d likewise. A control whose
-/// name is a registered field edits that field: a commit stores the value before the action runs.
+/// A row of a panel's table of controls. One row can declare a family: %d (or %04d) in name, label, command
+/// and help runs from `first` to `last`, and the action gets it as event.index. If the name of a control is
+/// a registered field, the control edits this field: a commit stores the value, then runs the action.
 struct ControlDecl {
   const char* name = "";
   ControlKind kind = ControlKind::Number;
   const char* label = "";
   const char* unit = "";
-  const char* format = "%g";  // how a number is shown; it never decides what is stored
+  const char* format = "%g";  // how a number is shown; it does not change the stored value
   const char* command = "";   // name of the callback
   Action action = nullptr;
   const char* help = "";  // shown on a right click under "? Help"
   int first = 0;
   int last = 0;
-  const char* choices = "";  // words of a Choice, or of a Switch's two positions, split by '|'
+  const char* choices = "";  // words of a Choice, or of the two positions of a Switch, separated by '|'
   int choiceBase = 0;        // value of the first word
-  bool whileBusy = false;    // may act while a run has the stores in use (the stop button)
-  bool helpActs = false;     // a right click runs the action too: buttons that ask whether to open the help
-  double (*toShown)(double stored) = nullptr;  // a field shown in another unit than its store's
-  double (*toStored)(double shown) = nullptr;  // and back; only a value that the user typed is taken
+  bool whileBusy = false;    // may act while a run uses the stores (the stop button)
+  bool helpActs = false;     // a right click also runs the action: for buttons that offer to open the help
+  double (*toShown)(double stored) = nullptr;  // for a field that is shown in another unit than its store's
+  double (*toStored)(double shown) = nullptr;  // the inverse; used only for a value that the user typed
 };
 
 /// A control as the user sees it.
@@ -87,8 +87,8 @@ struct Control {
   bool helpActs = false;
   double (*toShown)(double stored) = nullptr;
   double (*toStored)(double shown) = nullptr;
-  bool typed = false;   // holds a value that the user typed and no command has read yet
-  FieldRef field;       // empty for a control of its own
+  bool typed = false;   // the user has typed a value, and no command has read it yet
+  FieldRef field;       // empty for a control without a field
   double number = 0.0;  // value of a Number, Switch or Choice
   std::string text;     // value of a Text or Readout
   bool dimmed = false;
@@ -113,8 +113,8 @@ struct DataRange {
   double max = 0.0;
 };
 
-/// One plot with its own copy of the data. Evenly sampled: x is empty and sample i stands at start + i x
-/// step. PlotWave and PlotPoints fill all of it.
+/// One plot with its own copy of the data. An evenly sampled plot has an empty x, and sample i is at
+/// start + i x step. PlotWave and PlotPoints fill all fields.
 struct Plot {
   PlotStyle style = PlotStyle::Line;
   Colour colour;
@@ -122,7 +122,7 @@ struct Plot {
   double step = 1.0;
   std::vector<double> x;
   std::vector<float> y;
-  std::optional<DataRange> xRange;  // of the finite coordinates; nothing without one
+  std::optional<DataRange> xRange;  // of the finite coordinates; empty if no coordinate is finite
   std::optional<DataRange> yRange;
 };
 
@@ -132,8 +132,8 @@ struct Axis {
   double min = 0.0;
   double max = 1.0;
   bool log = false;
-  int decimals = -1;  // of the numbers along the axis; -1 = as they come
-  double gain = 1.0;  // the numbers along the axis are coordinate x gain: samples shown as times
+  int decimals = -1;  // of the numbers along the axis; -1 = automatic
+  double gain = 1.0;  // a number along the axis is coordinate x gain: shows samples as times
 };
 
 struct Cursor {
@@ -155,7 +155,7 @@ struct Graph {
   double fullXMin = 0.0, fullXMax = 1.0;
   double fullYMin = 0.0, fullYMax = 1.0;
   void (*axisChanged)(Graph&) = nullptr;
-  std::uint64_t revision = 0;  // rises with every change of the plots
+  std::uint64_t revision = 0;  // increases with every change of the plots
 };
 
 struct Table {
@@ -187,11 +187,11 @@ struct TextBox {
 struct PanelDecl {
   const char* name = "";
   const char* title = "";
-  const char* tag = "";       // task in front while it shows; "" for an auxiliary panel
-  void (*dim)() = nullptr;    // sets dimming from the stores; runs after every commit and every read
-  void (*close)() = nullptr;  // the user closes the panel; without one it is hidden
+  const char* tag = "";       // its task; "" for an auxiliary panel
+  void (*dim)() = nullptr;    // sets the dimming from the stores; runs after every commit and every read
+  void (*close)() = nullptr;  // runs when the user closes the panel; nullptr = the panel is hidden
   void (*key)(std::string_view) = nullptr;
-  const char* help = "";  // what the panel is for
+  const char* help = "";  // describes the panel
 };
 
 struct Panel {
@@ -226,7 +226,7 @@ struct MenuItem {
   bool dimmed = false;
 };
 
-/// All that is on the screen. Records keep their addresses until the process ends.
+/// Everything on the screen. Records keep their addresses until the process ends.
 struct ScreenStore {
   std::deque<Panel> panels;
   std::deque<Control> controls;
@@ -246,10 +246,10 @@ inline ScreenStore Screen;
 /// Adds a panel, hidden. A name may be added once.
 Panel& AddPanel(const PanelDecl& decl);
 
-/// Adds controls to a panel; `group` names what ReadControls and WriteControls take together.
+/// Adds controls to a panel. ReadControls and WriteControls handle all controls of a `group` together.
 void AddControls(std::string_view panel, std::string_view group, std::span<const ControlDecl> decls);
 
-/// Adds one control built by hand (families with two indices). Returns it for further settings.
+/// Adds one control and returns it for further settings. For families with two indices.
 Control& AddControl(std::string_view panel, std::string_view group, const ControlDecl& decl, int index = 0);
 
 Graph& AddGraph(std::string_view panel, std::string_view name, std::string_view xTitle,
@@ -258,11 +258,11 @@ Table& AddTable(std::string_view panel, std::string_view name, int rows, int col
 TextBox& AddTextBox(std::string_view panel, std::string_view name);
 void AddMenu(std::span<const MenuDecl> decls);
 
-/// Takes everything off the screen again; start-up and tests call it.
+/// Removes everything from the screen. Start-up and tests call it.
 void ClearScreen();
 
-// -- Finding. Nullptr when there is none; the ...Named forms end the program on a name that no code declared
-// --
+// -- Finding. The Find... functions return nullptr for an unknown name. The ...Named functions end the
+// program --
 
 Panel* FindPanel(std::string_view name);
 Control* FindControl(std::string_view name);
@@ -283,26 +283,26 @@ void ShowPanel(std::string_view name);
 void HidePanel(std::string_view name);
 bool PanelVisible(std::string_view name);
 
-/// Hides the panels of the other tasks, shows this one and puts its tag in front (the former goes to
-/// PreviousPanelTag).
+/// Hides the panels of the other tasks, shows this panel and sets PanelTag to its tag. The old tag goes to
+/// PreviousPanelTag.
 void ShowTask(std::string_view panel);
 
-/// Hides a task panel and puts PreviousPanelTag back in front.
+/// Hides a task panel and sets PanelTag to PreviousPanelTag.
 void LeaveTask(std::string_view panel);
 
-/// Shows a panel modally with a message. True when the user leaves it with ok; typed values stand in its
-/// controls.
+/// Shows a panel modally with a message. Returns true when the user leaves it with ok; its controls then
+/// hold the typed values.
 bool RunModalPanel(std::string_view name, std::string_view text);
 
 // -- Controls --
 
-/// Stores what the controls of a group show in the fields they edit. Runs nothing.
+/// Copies the values of the controls of a group into their fields. Runs no actions.
 void ReadControls(std::string_view panel, std::string_view group);
 
-/// Shows the fields in the controls of a group that edit them.
+/// Copies the fields into the controls of a group that edit them.
 void WriteControls(std::string_view panel, std::string_view group);
 
-/// Shows the fields in every control on the screen that edits one.
+/// Copies the fields into all controls of the screen that edit them.
 void WriteAllControls();
 
 /// Interval, points or units of a run came from a file: titles and axes that follow them are to be shown.
@@ -313,8 +313,8 @@ inline Listeners<> RunSettingsReplaced;
 /// Shows a field in every control that edits it.
 void ShowField(std::string_view name);
 
-/// Stores what the user typed into whichever control of a field shows another value than the field holds, the
-/// first of them, and shows it in the others.
+/// Finds the first control of a field whose value differs from the field. Stores this value in the field
+/// and shows it in the other controls of the field.
 void TakeTyped(std::string_view name);
 
 void ShowNumber(std::string_view control, double value);
@@ -324,46 +324,45 @@ void SetDimmed(std::string_view control, bool dimmed);
 void SetVisible(std::string_view control, bool visible);
 void SetColour(std::string_view control, std::string_view colour);
 
-/// What the control shows: the number through its format, the text, or the word of a choice.
+/// Returns the text that the control shows: the formatted number, the text, or the word of a choice.
 std::string ShownText(const Control& control);
 
 /// Runs the dimming rules of all panels.
 void UpdateDimming();
 
-// -- What a user does --
+// -- Actions of the user --
 
-/// Why a typed value was refused; empty when it was taken.
+/// The reason for a refused action; empty when the action was accepted.
 using Refusal = std::string;
 
-/// The user types into a control, without a commit. A Choice or Switch takes a word or a number that it
-/// offers.
+/// Types text into a control, without a commit. A Choice or Switch takes one of its words or their numbers.
 Refusal TypeInto(Control& control, std::string_view text);
 
-/// Commit event: stores the value in the field it edits, runs the action, then the dimming rules. While
-/// another command runs only controls marked whileBusy act, as does one that is dimmed: the refusal says so.
+/// Commits a control: stores the value in its field, runs the action, then the dimming rules. Refuses a
+/// dimmed control. While another command runs, refuses every control except those with whileBusy.
 Refusal Commit(Control& control);
 
-/// A press: a switch flips and a choice steps on before the commit; anything else is committed as it stands.
+/// Presses a control: flips a switch, or selects the next entry of a choice, then commits the control.
 Refusal Press(Control& control);
 Refusal PressMenu(MenuItem& item);
 
-/// An action of the user that no control stands for, such as dropping a file on the window; `line` repeats it
-/// in the command language. Refused while another command runs.
+/// Performs an action of the user that has no control, such as dropping a file on the window. `line` is the
+/// same action in the command language. Refuses the action while another command runs.
 Refusal Perform(const std::string& line, const std::function<void()>& action);
 
-/// Tells observers of a change of a graph's view, which no dispatcher holds back: while a command runs they
-/// are told once it has ended. `line` repeats the change.
+/// Tells observers that the user changed the view of a graph. While a command runs, observers hear of it at
+/// the end of the command. `line` is the same change in the command language.
 void TellViewed(const std::string& line);
 
-/// Right click: shows the control's help under "? Help" and does nothing else. A help button acts as on a
-/// commit.
+/// Right-clicks a control: shows its help under "? Help" and does nothing else. A help button runs its action
+/// instead.
 void RightClick(Control& control);
 
 void ClosePanel(Panel& panel);
 void PressKey(Panel& panel, std::string_view key);
 Refusal EnterCell(Table& table, int row, int column, std::string_view text);
 
-/// A click or double click on a cell.
+/// Clicks or double-clicks a cell.
 Refusal ClickCell(Table& table, int row, int column);
 Refusal MoveCursor(Graph& graph, int cursor, double x, std::optional<double> y);
 
@@ -371,7 +370,7 @@ Refusal MoveCursor(Graph& graph, int cursor, double x, std::optional<double> y);
 
 void ClearPlots(Graph& graph);
 
-/// Removes all plots but the first `count`.
+/// Removes all plots except the first `count`.
 void KeepPlots(Graph& graph, std::size_t count);
 void PlotWave(Graph& graph, PlotStyle style, Colour colour, std::span<const float> y, double start,
               double step);
@@ -382,21 +381,22 @@ void SetAxisRange(Graph& graph, char axis, double min, double max);
 void SetAxisAuto(Graph& graph, char axis);
 void SetAxisLog(Graph& graph, char axis, bool log);
 
-/// Smallest and largest finite coordinate, of one plot and over all plots; nothing without one.
+/// Return the smallest and largest finite coordinate of one plot or of all plots. Empty if no coordinate is
+/// finite.
 std::optional<DataRange> PlotRange(const Plot& plot, char axis);
 std::optional<DataRange> DataRangeOf(const Graph& graph, char axis);
 
-/// The range in force: the axis' own when fixed, else that of the data.
+/// Returns the visible range: that of the axis when it is fixed, else that of the data.
 DataRange ViewRange(const Graph& graph, char axis);
 
 // -- Tables and text boxes. Rows and columns count from 1 --
 
 void SetCell(Table& table, int row, int column, std::string_view text);
 
-/// Marks a row as the current one, in place of any other; 0 marks none.
+/// Marks a row as the current row. 0 removes the mark.
 void MarkRow(Table& table, int row);
 
-/// Scrolls a table so that its view begins with that row and column.
+/// Scrolls a table so that its view begins at this row and column.
 void ScrollTable(Table& table, int topRow, int leftColumn);
 const std::string& CellText(const Table& table, int row, int column);
 void InsertLine(TextBox& box, std::string_view line);

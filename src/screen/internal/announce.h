@@ -1,4 +1,4 @@
-// Telling the front end that a record changed.
+// Tells the front end that a record changed.
 #pragma once
 
 namespace zelvane {
@@ -11,7 +11,7 @@ void AnnounceGraph(Graph& graph);
 
 void AnnouncePrint(Panel& panel);
 
-/// Runs a panel modally through the front end; false when cancelled or when there is none.
+/// Shows a panel modally through the front end. Returns false on cancel, or without a front end.
 bool AskModal(Panel& panel, const char* text);
 
 }  // namespace zelvane
