@@ -6,8 +6,8 @@
 
 namespace zelvane {
 
-/// Returns the folder of the installed data ("config.mod", models): share/zelvane of an installation, or data/
-/// of a build tree. Returns an empty string when it finds no folder.
+/// Returns the folder of the installed data ("config.mod", models): share/zelvane of an installation, or
+/// data/ of a build tree. Returns an empty string when it finds no folder.
 std::string ProgramDataFolder();
 
 /// ProgramFile then looks in `folder` first. An empty string removes this folder.
@@ -17,8 +17,8 @@ void SetProgramFolder(const std::string& folder);
 /// installed data. The file may be missing.
 std::string ProgramFile(std::string_view name);
 
-/// Returns the user's configuration folder for this program; the folder may be missing. Returns an empty string
-/// when the system names no such folder.
+/// Returns the user's configuration folder for this program; the folder may be missing. Returns an empty
+/// string when the system names no such folder.
 std::string UserConfigFolder();
 
 }  // namespace zelvane

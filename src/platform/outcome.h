@@ -3,13 +3,13 @@
 
 namespace zelvane {
 
-/// Operations show their messages and return one of these values. The caller reads this value and never the text
-/// of a popup.
+/// Operations show their messages and return one of these values. The caller reads this value and never the
+/// text of a popup.
 enum class Outcome {
   Done,
   Stopped,  // by the user, before the end
-  Refused,  // before the begin: a question was answered no, a dialog was cancelled, or the settings allow no start
-  Failed,  // after the begin; a message gave the reason
+  Refused,  // before the begin: a question answered no, a dialog cancelled, or settings that allow no start
+  Failed,   // after the begin; a message gave the reason
 };
 
 }  // namespace zelvane

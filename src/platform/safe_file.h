@@ -52,8 +52,8 @@ class FileReplacement {
   /// Writes `bytes` at `position` of the new file. Other bytes are 0. After a failed write, Commit fails too.
   bool Write(std::int64_t position, std::string_view bytes);
 
-  /// Replaces the old file by the new one. Call it once, at the end. Returns false and keeps the old file when
-  /// this step or any write before it failed.
+  /// Replaces the old file by the new one. Call it once, at the end. Returns false and keeps the old file
+  /// when this step or any write before it failed.
   virtual bool Commit() = 0;
 
  protected:

@@ -1,10 +1,10 @@
-// The circuit of a whole-cell recording as an engine: what series resistance and membrane capacitance do to a
-// current, and the way back.
+// The circuit of a whole-cell recording: corrects a current for series resistance and membrane capacitance,
+// or applies both to a trace.
 //
-//   Back   CorrectLinear  CorrectNonlinear
-//   There  FilterConductance  FilterVoltage
+//   Correction  CorrectLinear  CorrectNonlinear
+//   Filtering   FilterConductance  FilterVoltage
 //
-// Functions of their arguments alone, in 32-bit floats and in a fixed order of operations, one pass each.
+// The functions use only their arguments. They calculate in 32-bit floats in a fixed order, in one pass.
 // The circuit: Armstrong & Chow (1987), Biophys. J. 52, 133-136; Marty & Neher (1995), in Single-Channel
 // Recording, 2nd ed., chapter 2.
 #pragma once
@@ -24,7 +24,7 @@ struct RsCircuit {
   float dt = 1e-5F;     // s between samples, above 0
 };
 
-/// How much of the errors is taken out.
+/// The fractions of the errors that a correction removes.
 struct RsFractions {
   float volt = 1.0F;        // of the voltage error
   float cap = 1.0F;         // of the capacitive current
@@ -33,42 +33,42 @@ struct RsFractions {
 
 /// Corrects a current (pA) in place for a linear current-voltage relation.
 ///
-/// The voltage at the membrane is V = vHold - rs I. A sample is first relieved of the current that charges
-/// the membrane, cm dV/dt taken to the next sample, times the lag 1 - exp(-2 pi dt lagFc), and then scaled
-/// from the driving force that it had, V - vRev, to the one that it should have had, vHold - vRev. A sample
-/// whose V equals vRev keeps its size. The last sample stays, and the first one is scaled twice.
+/// The voltage at the membrane is V = vHold - rs I. First subtracts the current that charges the membrane:
+/// cm dV/dt to the next sample, multiplied by the lag 1 - exp(-2 pi dt lagFc). Then scales the sample from
+/// its driving force V - vRev to the intended one, vHold - vRev. Does not scale a sample with V equal to
+/// vRev. The last sample stays unchanged. The first sample is scaled twice.
 void CorrectLinear(std::span<float> current, const RsCircuit& circuit, const RsFractions& fractions);
 
-/// A current-voltage relation made ready for search: points in rising order of voltage.
+/// A current-voltage relation, prepared for search: points in rising order of voltage.
 struct IvRelation {
   std::vector<float> volt;
   std::vector<float> current;
-  std::vector<int> guide;  // of each of as many even steps of voltage: the first point that may lie above it
+  std::vector<int> guide;  // for each equal step of voltage: the first point that may be above it
   float first = 0.0F;
   float stepsPerVolt = 0.0F;
 };
 
-/// Points (V, relative current) as they were loaded, in any order; fewer than two give a relation that holds
-/// nowhere.
+/// Makes a relation from points (V, relative current) in any order. Fewer than two points give an empty
+/// relation: RelativeCurrent is then 0 everywhere.
 IvRelation MakeIvRelation(std::span<const float> volt, std::span<const float> current);
 
-/// Linear interpolation between the two points around `volt`; 0 outside the relation (at or above its last
-/// point, below its first).
+/// Interpolates linearly between the two points around `volt`. Returns 0 outside the relation (below its
+/// first point, at or above its last point).
 float RelativeCurrent(const IvRelation& relation, float volt);
 
 /// Corrects a current (pA) in place for a measured current-voltage relation.
 ///
-/// As CorrectLinear, but the scale of a sample is fractions.volt x g(vHold) / g(V), g the relation. A sample
-/// for which either is 0 or not on the relation is not scaled.
+/// Works as CorrectLinear, but the scale of a sample is fractions.volt x g(vHold) / g(V), where g is the
+/// relation. Does not scale a sample when g(vHold) or g(V) is 0 or outside the relation.
 void CorrectNonlinear(std::span<float> current, const RsCircuit& circuit, const RsFractions& fractions,
                       const IvRelation& relation);
 
-/// Turns a conductance (pS) in place into the current (pA) that would be recorded through the circuit, which
-/// at the first sample is in its steady state.
+/// Converts a conductance (pS) in place to the current (pA) that the circuit would record. The circuit is
+/// in its steady state at the first sample.
 void FilterConductance(std::span<float> trace, const RsCircuit& circuit);
 
-/// Turns a command (V, beside vHold) in place into the current (pA) that would be recorded through the
-/// circuit.
+/// Converts a change of the command (V, relative to vHold) in place to the current (pA) that the circuit
+/// would record.
 void FilterVoltage(std::span<float> trace, const RsCircuit& circuit);
 
 }  // namespace zelvane

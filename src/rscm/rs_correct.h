@@ -1,10 +1,11 @@
-// Series resistance and membrane capacitance, on the trace.
+// Correction of the trace for series resistance and membrane capacitance.
 //
 //   Corrections   RsCorrectLinear  RsCorrectNonlinear  RsCorrectTrace
 //   Filters       RcFilterConductance  RcFilterVoltage
 //   The relation  SetLinearIv  LoadIvFile
 //
-// They read the settings of `RsCm` and change `Trace.SimTrace` in place; the engines are in rs_circuit.h.
+// The functions read the settings of `RsCm` and change `Trace.SimTrace` in place. The calculations are in
+// rs_circuit.h.
 #pragma once
 
 #include <string>
@@ -17,34 +18,35 @@ namespace zelvane {
 /// @param fracCap   fraction of the capacitive current to correct
 /// @param lagFc     Hz, one-pole filter of the capacitive current
 ///
-/// Reads: `RsCm.RcRs`, `RcCm`, `RcVhold`, `RcVrev`, `Model.ADInterval`. Without time between the samples the
-/// user is told and the trace stays. False then.
+/// Reads: `RsCm.RcRs`, `RcCm`, `RcVhold`, `RcVrev`, `Model.ADInterval`. When the interval is not above 0,
+/// shows a message, keeps the trace and returns false.
 bool RsCorrectLinear(float fracVolt, float fracCap, float lagFc);
 
-/// The same for the measured relation of `RsCm.RcIvVolt` and `RcIvCurrent`.
+/// Does the same with the measured relation of `RsCm.RcIvVolt` and `RcIvCurrent`.
 bool RsCorrectNonlinear(float fracVolt, float fracCap, float lagFc);
 
-/// What a trace gets on reading: RsCorrectLinear with the fractions in force; `Trace.RsCorrected` becomes 1.
+/// Corrects a trace that was just read: calls RsCorrectLinear with the fractions of `RsCm` and sets
+/// `Trace.RsCorrected` to 1.
 void RsCorrectTrace();
 
-/// Turns a trace of conductance (pS) into the current (pA) that a whole-cell recording would show of it, over
-/// `Noise.RecordPoints` samples. False, with the trace as it was, when the circuit is none: the user is told.
+/// Converts a trace of conductance (pS) to the current (pA) of a whole-cell recording, over
+/// `Noise.RecordPoints` samples. When the settings of the circuit are invalid, shows a message, keeps the
+/// trace and returns false.
 bool RcFilterConductance();
 
-/// Turns a trace of command voltage into the current (pA) that a whole-cell recording would show of it,
-/// likewise.
+/// Converts a trace of command voltage to the current (pA) of a whole-cell recording in the same way.
 bool RcFilterVoltage();
 
-/// Makes the relation the linear one through 0: three points.
+/// Sets the linear relation through 0, with three points.
 void SetLinearIv();
 
-/// What a file has become: nothing, the linear relation, or the relation in use.
+/// The result of LoadIvFile: the file is unreadable, it is too short, or it is the relation in use.
 enum class IvFile { Unreadable, TooShort, InUse };
 
-/// Reads a current-voltage relation: two columns, V and relative current, with a comma or blanks between
-/// them, up to the first line without two numbers, MaxIvPoints at most. With fewer than 5 points the relation
-/// becomes the linear one; with a file that cannot be read it stays as it was. What became of it is written
-/// to the console.
+/// Reads a current-voltage relation from a file with two columns, V and relative current. A comma or blanks
+/// separate the columns. Reads up to the first line without two numbers, and at most MaxIvPoints lines.
+/// With fewer than 5 points sets the linear relation. Keeps the old relation when the file is unreadable.
+/// Writes the result to the console.
 IvFile LoadIvFile(const std::string& path);
 
 }  // namespace zelvane

@@ -1,18 +1,19 @@
-// Correction of a whole recording, from file to file.
+// Correction of a whole recording from one file into another.
 #pragma once
 
 #include <functional>
 
 namespace zelvane {
 
-/// Asks for an ABF file, reads it into the trace, all episodes one behind the other, corrects it with the
-/// linear correction, and asks where to save it as an ABF file of floats with the same episodes.
+/// Asks for an ABF file and reads all its episodes into the trace, one after the other. Applies the linear
+/// correction. Then asks for a new name and saves an ABF file of floats with the same episodes.
 ///
-/// @param readSettings  called before the correction: brings the settings of `RsCm` up to date
+/// @param readSettings  called before the correction; updates the settings of `RsCm` from the panel
 ///
-/// The target is a template file ("GAPFREE.ABF", or "EPISODE-10.ABF" for several episodes; a built-in one
-/// where none stands beside the program) with the fields that tell of the trace. It is replaced whole; when
-/// that fails, or when it is the file that was read, the user is told and nothing is written.
+/// The new file begins as a template file ("GAPFREE.ABF", or "EPISODE-10.ABF" for several episodes).
+/// Without this file in the program's folder it uses a built-in template. Then it gets the fields of the
+/// trace. When the write fails, or when the new name is that of the source, shows a message and writes
+/// nothing.
 /// @return whether the trace has changed
 bool FileCorrect(const std::function<void()>& readSettings);
 

@@ -6,7 +6,7 @@ namespace zelvane {
 void AddRsCorrectionPanel();
 void AddRsCorrectionMenu();
 
-/// Corrects the trace just read with what the panel shows: RsCorrectTrace after a read of its fields.
+/// Reads the fields of the panel, then corrects the trace that was just read (RsCorrectTrace).
 void CorrectTraceRead();
 
 /// Draws the trace on the panel again and shows what state it is in.

@@ -22,7 +22,7 @@ struct RsCmStore {
   std::array<float, MaxIvPoints> RcIvVolt{};  // V
   std::array<float, MaxIvPoints> RcIvCurrent{};
   int RcIvCount = 0;
-  int RcIvLoaded = 0;  // 1 = the relation came from a file
+  int RcIvLoaded = 0;  // 1 = the relation is from a file
 };
 
 inline RsCmStore RsCm;

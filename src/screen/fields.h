@@ -167,9 +167,9 @@ std::string FieldText(FieldRef ref);
 /// or does not suit the type. A text is cut at its first line break and to the room of its field.
 bool SetFieldText(FieldRef ref, std::string_view text);
 
-/// Converts the whole `text` into a number. The decimal mark is a full stop; blanks before and after the number
-/// are allowed. Returns an empty result when the text is not a number. "nan" and "inf" are numbers here, so a
-/// caller can refuse them by name.
+/// Converts the whole `text` into a number. The decimal mark is a full stop; blanks before and after the
+/// number are allowed. Returns an empty result when the text is not a number. "nan" and "inf" are numbers
+/// here, so a caller can refuse them by name.
 std::optional<double> ParseNumber(std::string_view text);
 
 }  // namespace zelvane

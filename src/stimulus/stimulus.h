@@ -1,4 +1,4 @@
-// Stimulus profiles: how they are built and shown.
+// Builds and shows the stimulus profiles.
 //
 //   Panel          AddStimulusPanel  StimReadControls  StimPanelRefresh  StimPlot
 //   Building       StimRebuild  CreateStim  CreateExpStim  CreateExp  CreateTrain  EraseStim  FilterStim
@@ -6,7 +6,7 @@
 //   At a point     StimulusAt
 //   Files          stimulus_file.h
 //
-// Every creator first reads the panel (StimReadControls). Indices follow from times by truncation.
+// Every creator first reads the panel (StimReadControls). A time is truncated to an index.
 #pragma once
 
 #include "kinetics/rate_factor.h"
@@ -14,24 +14,24 @@ namespace zelvane {
 
 void AddStimulusPanel();
 
-/// Copies the stimulus parameters from the panel into the store and holds NumPoints to its limit.
+/// Copies the stimulus parameters from the panel into the store and limits NumPoints.
 void StimReadControls();
 
 /// Writes the whole store to the panel. A TrainInterval at or below 0 becomes 1.
 void StimPanelRefresh();
 
-/// Reads the panel, dims all fields but those of the mode in force, and in AUTOMATIC mode, while no fit runs,
-/// builds the step of voltage or Drug1 over all MaxStimPoints samples. Shows the sweep's length.
+/// Reads the panel, dims the fields of the other modes and shows the length of the sweep. In AUTOMATIC
+/// mode, when no fit runs, it also builds the step of voltage or Drug1 over all MaxStimPoints samples.
 void StimRebuild();
 
-/// Rebuilds and plots the stimulus when `Model.ADInterval` has changed since, as by a recording that was
-/// read: the automatic step keeps its times. USER mode without a file waits for its panel.
+/// Builds and plots the stimulus again when `Model.ADInterval` has changed since the last time, for example
+/// by a recording. The automatic step keeps its times. Does nothing in USER mode without a file.
 void StimFollowInterval();
 
-/// Plots NumPoints samples of the StimTarget profile in place of the old plot.
+/// Plots NumPoints samples of the StimTarget profile and removes the old plot.
 void StimPlot();
 
-// -- Creators add to what the target profile holds, over samples 0..NumPoints - 1 --
+// -- Creators. They add to samples 0..NumPoints - 1 of the target profile --
 void CreateStim();     // square step or ramp
 void CreateExpStim();  // exponentially edged step
 void CreateExp();      // exponential waveform
@@ -43,7 +43,7 @@ void EraseStim();
 /// Low-pass filters the target's NumPoints samples with the corner FilterFc, then plots.
 void FilterStim();
 
-/// Sets samples first..last - 1 of the voltage profile to VHold / 1000 (volts). Bounds are held to the
+/// Sets samples first..last - 1 of the voltage profile to VHold / 1000 (volts). Limits the indices to the
 /// profile.
 void FillVoltage(int first, int last);
 

@@ -1,4 +1,4 @@
-// The stimulus: seven sampled profiles and the parameters they are built from. Data only.
+// The stimulus: seven sampled profiles and their parameters. Data only.
 #pragma once
 
 #include <array>
@@ -20,17 +20,17 @@ inline constexpr int StimUnavailable = 5;
 inline constexpr int MultiStimGroups = 49;  // groups 0..48
 inline constexpr int MultiStimFields = 6;
 
-/// Amplitudes are volts or molar according to the target profile; times are ms.
+/// Amplitudes are volts or molar, as the target profile. Times are in ms.
 struct StimulusStore {
   // -- Profiles: MaxStimPoints samples each, set once by AllocateStores --
-  // Sample i stands for time i x ADInterval. Index 0 of Profile is the voltage (volts), 1..6 the drugs
+  // Sample i belongs to time i x ADInterval. Index 0 of Profile is the voltage (volts), 1..6 are the drugs
   // (molar).
   std::array<std::span<float>, MaxDrugs + 1> Profile{};
 
   int StimMode = StimAutomatic;
   int StimTarget = 1;          // profile that is shown and edited: 0 voltage, 1..6 drugs
-  int StimFromFile = 0;        // 1 = the profiles came from a file
-  float BuiltInterval = 0.0F;  // ms; `Model.ADInterval` when the stimulus was rebuilt last
+  int StimFromFile = 0;        // 1 = the profiles are from a file
+  float BuiltInterval = 0.0F;  // ms; `Model.ADInterval` when the stimulus was last built
 
   // -- Automatic step --
   float AutoValue = 0.005F;
@@ -67,15 +67,15 @@ struct StimulusStore {
 
   // -- Filter and display --
   float FilterFc = 1.0F;  // kHz
-  int FilterPoles = 1;    // stored in the model file, read by nothing else
+  int FilterPoles = 1;    // only stored in the model file
   int StimLogAxis = 0;
 
   // -- Files --
-  int ExportPoints = MaxStimPoints;  // samples of a profile that an export writes
-  std::string StimFileName;          // path of the stimulus file read last
-  int ScriptRunning = 0;             // 1 = a script of stimuli has run: files are read without questions
+  int ExportPoints = MaxStimPoints;  // number of samples of a profile in an export
+  std::string StimFileName;          // path of the last stimulus file that was read
+  int ScriptRunning = 0;  // 1 = a script of stimuli has run; the program then reads files without questions
 
-  // -- Multi-sweep table: stored with the model, read by nothing else --
+  // -- Multi-sweep table: only stored in the model file --
   std::array<std::array<float, MultiStimFields>, MultiStimGroups> MultiStimTable{};
 };
 

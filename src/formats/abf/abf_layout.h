@@ -1,5 +1,5 @@
-// What the reader of Axon Binary Files keeps of a file beside its header record: where the samples lie and
-// how they fall into sweeps. The header readers fill it; abf_file.cpp reads samples by it.
+// The layout of an Axon Binary File: the position of the samples and their sweeps. The header readers fill
+// it; abf_file.cpp uses it to read samples.
 #pragma once
 
 #include <cstddef>
@@ -26,21 +26,21 @@ struct AbfSweep {
 
 struct AbfLayout {
   std::int64_t dataPosition = 0;  // bytes
-  std::int64_t samples = 0;       // of all channels, all of them inside the file
-  std::int64_t announced = 0;     // as the header counts them, when the file has no room for so many; else 0
-  // Sweeps of equal length need no list; a file can claim more of them than a list should hold.
+  std::int64_t samples = 0;       // of all channels that are really in the file
+  std::int64_t announced = 0;     // count of the header when the file is too short for it; else 0
+  // Sweeps of equal length need no list. A damaged header may name too many of them for a list.
   std::int64_t equalLength = 0;    // used while `sweeps` is empty; the last sweep may be shorter
-  std::vector<AbfSweep> sweeps{};  // from a synch array, none empty and none beyond `samples`
+  std::vector<AbfSweep> sweeps{};  // from a synch array; each has samples and ends within `samples`
 };
 
-/// A table of pairs (start, length) that tells the sweeps apart.
+/// A table of the sweeps as pairs (start, length).
 struct AbfSynchArray {
-  std::int64_t block = 0;  // 0: none
+  std::int64_t block = 0;  // 0: no synch array
   std::int64_t itemBytes = 8;
   std::int64_t items = 0;
 };
 
-/// What a header says about its samples and sweeps. Nothing of it is believed unseen.
+/// Numbers of samples and sweeps in a header, before PlanSweeps has checked them.
 struct AbfSweepClaims {
   std::int64_t samples = 0;  // of all channels and sweeps
   std::int64_t episodes = 0;
@@ -48,7 +48,7 @@ struct AbfSweepClaims {
   AbfSynchArray synch{};
 };
 
-/// Gains and offsets of one input as the header has them.
+/// Gains and offsets of one input, as in the header.
 struct AbfInputGains {
   float programmable = 1.0F;
   float instrument = 1.0F;  // V per user unit
@@ -58,41 +58,41 @@ struct AbfInputGains {
   float signalOffset = 0.0F;      // user units
 };
 
-/// Bytes of a sample.
+/// Returns the number of bytes of a sample.
 inline int AbfSampleBytes(const AbfHeader& header) {
   return header.dataFormat == AbfFloats ? 4 : 2;
 }
 
-/// Finds the number of samples at `layout.dataPosition` and their sweeps: one in gap-free files, else by the
-/// synch array, else sweeps of equal length.
+/// Finds the number of samples at `layout.dataPosition`, and their sweeps. A gap-free file has one sweep.
+/// Other files have the sweeps of the synch array, or sweeps of equal length.
 ///
-/// A claimed number of samples holds where the file is long enough, also in a longer file. Else the header
-/// lies, as that of a recording that was broken off, and the samples end at the first of the other `sections`
-/// (blocks) behind them or at the end of the file. A synch array that fits before that point is believed
-/// before a smaller number. One that does not lie inside the file or has negative lengths is passed over.
+/// Uses the number of samples in the header when the file is long enough. Otherwise the header is wrong,
+/// for example that of an interrupted recording. Then the samples end at the first of the other `sections`
+/// (blocks) after them, or at the end of the file. A synch array that fits before this point has priority
+/// over a smaller number. Ignores a synch array that is not inside the file or has negative lengths.
 void PlanSweeps(const ByteSource& source, const AbfHeader& header, const AbfSweepClaims& claims,
                 std::span<const std::int64_t> sections, AbfLayout& layout);
 
-/// Sets gain, scale and offset of one input; range and resolution have to stand in `header` already.
-/// A product of gains of 0, or one that is no number, counts as 1; an offset that is none as 0. Every count
-/// has a finite value then.
+/// Sets gain, scale and offset of one input. `header` must already have range and resolution. If the
+/// product of the gains is 0 or not a number, uses 1. If an offset is not a number, uses 0. So every count
+/// has a finite value.
 void SetInputScale(AbfHeader& header, int input, const AbfInputGains& gains);
 
-/// Range and resolution of the converter, with the customary values where a header has none.
+/// Sets range and resolution of the converter. Uses the usual values when the header has no valid ones.
 void SetConverter(AbfHeader& header, float range, std::int32_t resolution);
 
-/// Seconds since midnight; 0 for what is no time of day.
+/// Returns the seconds since midnight; 0 for a number that is not a time of day.
 int AbfTimeOfDay(std::int64_t seconds);
 
-/// A date as YYYYMMDD, from that form or from YYMMDD; 0 for what is no date.
+/// Returns a date as YYYYMMDD, from this form or from YYMMDD; 0 for a number that is not a date.
 int AbfDate(std::int64_t date);
 
-/// Fill `header` and `layout`, the header reader of each version. Samples are not touched.
-/// @return empty, or one sentence that says why the file cannot be read
+/// The header readers of the two versions. Fill `header` and `layout` and read no samples.
+/// @return empty on success, else the reason in one sentence
 std::string ReadAbf1Header(const ByteSource& source, AbfHeader& header, AbfLayout& layout);
 std::string ReadAbf2Header(const ByteSource& source, AbfHeader& header, AbfLayout& layout);
 
-/// Opens a recording from any source; OpenABFFile is this on a file.
+/// Opens a recording from any source. OpenABFFile calls it for a file.
 AbfHandle OpenAbfSource(std::unique_ptr<ByteSource> source, AbfHeader& header, int& samplesPerSweep,
                         int& sweepCount, std::string* why);
 

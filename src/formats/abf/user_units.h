@@ -6,12 +6,13 @@
 
 namespace zelvane {
 
-/// out[k] = counts[k] * scale + offset in 32-bit floats, for every k of `out`; `counts` is at least as long.
+/// Calculates out[k] = counts[k] * scale + offset in 32-bit floats, for every k of `out`. `counts` must be at
+/// least as long as `out`.
 void ToUserUnits(std::span<const std::int16_t> counts, float scale, float offset, std::span<float> out);
 
-/// The same values, written to memory past the processor's caches. For a recording that is larger than the
-/// caches: a plain store first fetches the line that it is about to replace, and pushes the file's own pages
-/// out.
+/// Calculates the same values and writes them to memory past the processor's caches. For a recording that is
+/// larger than the caches: a plain store first loads the line that it replaces, and removes the pages of the
+/// file from the caches.
 void ToUserUnitsPastCaches(std::span<const std::int16_t> counts, float scale, float offset,
                            std::span<float> out);
 

@@ -1,10 +1,10 @@
-// What the operations on profiles ask of the stimulus panel beyond stimulus.h.
+// Functions of the stimulus panel for the operations on profiles.
 #pragma once
 
 namespace zelvane {
 
-/// Shows what follows from the stores beside the parameters: the sweep's length here and on the main panel,
-/// the target, the model file's name and which fields may be edited.
+/// Shows the length of the sweep on this panel and on the main panel, the target and the name of the model
+/// file, and dims the fields that cannot be edited.
 void ShowStimulusFacts();
 
 // -- The table of multi-sweep waveforms on the stimulus panel --
