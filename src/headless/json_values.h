@@ -10,28 +10,29 @@ namespace zelvane {
 
 using Json = nlohmann::ordered_json;  // keys stay in the order in which they are written
 
-/// A double in the fewest digits that read back to it, at most 17; a whole number without a point. NaN and
-/// infinities are the texts "nan", "inf" and "-inf", since JSON has no numbers for them.
+/// Returns a double with the fewest digits that give the same number when they are read, at most 17. A whole
+/// number has no point. JSON has no numbers for NaN and infinities, so they become the strings "nan", "inf"
+/// and "-inf".
 Json NumberJson(double value);
 
-/// A 32-bit float in 9 significant digits.
+/// Returns a 32-bit float with 9 significant digits.
 Json FloatJson(float value);
 
-/// A 32-bit float as the decimal that a user would type for it: the shortest that reads back to it. 0.001F
-/// gives 0.001. For times and settings in accounts that people read.
+/// Returns a 32-bit float as the shortest decimal that gives the same float when it is read: 0.001F gives
+/// 0.001. Use it for times and settings in output for people.
 double AsTyped(float value);
 Json TypedJson(float value);
 
-/// The element of a store field: number or text.
+/// Returns the element of a store field: a number or a string.
 Json FieldJson(FieldRef ref);
 
-/// What a control shows: a number, the text of a text or readout, null for a button.
+/// Returns the value of a control: a number, the text of a text or readout, or null for a button.
 Json ControlValueJson(const Control& control);
 
 Json ControlJson(const Control& control);
 Json GraphJson(const Graph& graph);
 
-/// One line of output. Bytes that are no UTF-8 become replacement characters.
+/// Returns one line of output. Replaces bytes that are not UTF-8 by replacement characters.
 std::string JsonLine(const Json& object);
 
 }  // namespace zelvane

@@ -1,4 +1,4 @@
-// Suggestions for a name that nothing bears.
+// Suggestions for an unknown name.
 #pragma once
 
 #include <string>
@@ -7,14 +7,14 @@
 
 namespace zelvane {
 
-/// The candidates most like `name`, best first, at most three; empty when none is near. Letter case does not
-/// count. Names that differ in their indices alone are one candidate, shown with the indices of `name`.
+/// Returns at most three candidates that are similar to `name`, the best first. Ignores letter case. Names
+/// that differ only in their indices are one candidate, which gets the indices of `name`.
 std::vector<std::string> NearestNames(std::string_view name, const std::vector<std::string>& candidates);
 
-/// "; did you mean A, B?", or nothing for an empty list.
+/// Returns "; did you mean A, B?", or an empty string for an empty list.
 std::string DidYouMean(const std::vector<std::string>& names);
 
-/// Every name of a store field, indices as empty brackets.
+/// Returns the names of all store fields, with empty brackets for the indices.
 std::vector<std::string> FieldNames();
 
 }  // namespace zelvane

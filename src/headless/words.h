@@ -1,4 +1,4 @@
-// Splitting a line of a script into words.
+// Splits a line of a script into words.
 #pragma once
 
 #include <optional>
@@ -8,15 +8,15 @@
 
 namespace zelvane {
 
-/// The words of a line, split at blanks and tabs. A word in double quotes may hold blanks; inside the quotes
-/// \" stands for a quote and \\ for a backslash, any other backslash for itself. Nothing when a quote is not
+/// Splits a line at blanks and tabs. A word in double quotes may have blanks. Inside the quotes \" is a
+/// quote and \\ a backslash; any other backslash is itself. Returns an empty result when a quote is not
 /// closed.
 std::optional<std::vector<std::string>> SplitWords(std::string_view line);
 
-/// The whole of a word as an int; nothing when it is none or too large for one.
+/// Converts a whole word to an int. Returns an empty result when it is not a whole number or too large.
 std::optional<int> WholeNumber(std::string_view word);
 
-/// The start of a text, short enough for a message.
+/// Cuts a text to a length that suits a message.
 std::string Shortened(std::string_view text);
 
 }  // namespace zelvane

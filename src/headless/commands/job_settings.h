@@ -1,4 +1,4 @@
-// Settings that a job's command line brings, and the panels that follow them.
+// Settings from the command line of a job.
 #pragma once
 
 #include <iosfwd>
@@ -7,11 +7,11 @@
 
 namespace zelvane {
 
-/// Sets store fields from "NAME=VALUE", in order. False, told on `err`, when a name is no field or a value
-/// does not suit it.
+/// Sets store fields from "NAME=VALUE", in order. When a name is not a field or a value does not suit its
+/// field, writes a message to `err` and returns false.
 bool ApplySettings(const std::vector<std::string>& settings, std::ostream& err);
 
-/// Shows the stores on the panels, which a run reads, and rebuilds the stimulus.
+/// Copies the stores to the panels, because a run reads the panels, and builds the stimulus again.
 void ShowJobStores();
 
 }  // namespace zelvane

@@ -1,4 +1,4 @@
-// `zelvane-cli measure`: every sweep of a recording measured in one go.
+// `zelvane-cli measure`: measures every sweep of a recording.
 #pragma once
 
 #include <optional>
@@ -10,34 +10,34 @@
 
 namespace zelvane {
 
-/// Sweeps from 1, both ends included.
+/// A range of sweeps, from 1. Includes both ends.
 struct SweepRange {
   int first = 1;
-  int last = 0;  // 0 = the last one of the file
+  int last = 0;  // 0 = the last sweep of the file
 };
 
 struct MeasureOptions {
   std::string file;            // recording: ABF, or text
   std::optional<int> channel;  // physical input of an ABF file, number of the signal of a text
   SweepRange sweeps;
-  // Of a text that does not tell it; the first line of a single column is a sample then.
+  // Of a text without an interval; the first line of a single column is then a sample.
   std::optional<double> intervalMs;
-  std::string model;                  // settings; empty = those at start-up
+  std::string model;                  // file of the settings; empty = settings of the start
   std::vector<std::string> settings;  // "NAME=VALUE", any store field
-  std::optional<double> filterKHz;    // Gaussian filter, before anything is measured
+  std::optional<double> filterKHz;    // corner of a Gaussian filter before the measures
   bool correct = false;               // for series resistance, with the settings of the model
   std::string outFile;                // .csv, .res or .tbl
   bool json = false;
 };
 
-/// "3-10" or "3". Nothing when it is neither, or the wrong way round.
+/// Reads "3-10" or "3". Returns an empty result for any other text, and when the second number is smaller.
 std::optional<SweepRange> ParseSweeps(std::string_view text);
 
-/// Measures the sweeps with the settings of the model, as the analysis panel does, and writes a row for each:
-/// to the file, as JSON, or as CSV to `streams.out`. An ABF file stays open over the whole job and one sweep
-/// is in memory.
-/// @return JobDone; JobFailed with the reason on `streams.err`, also when stopped, and then no file is
-///         written; JobMisused for a setting, channel, range or file name that cannot be
+/// Measures the sweeps as the analysis panel does, with the settings of the model. Writes one row per sweep
+/// to the file, as JSON, or as CSV to `streams.out`. Keeps an ABF file open for the whole job, and one
+/// sweep in memory.
+/// @return JobDone; JobFailed after a failure or a stop, with the reason on `streams.err` and without a file;
+///         JobMisused for an invalid setting, channel, range or file name
 int MeasureCommand(const MeasureOptions& options, const JobStreams& streams);
 
 }  // namespace zelvane

@@ -1,4 +1,4 @@
-// `zelvane-cli model`: an account of a model file, and its conversion to the newest format.
+// `zelvane-cli model`: describes a model file, and converts it to the newest format.
 #pragma once
 
 #include <string>
@@ -7,12 +7,12 @@
 
 namespace zelvane {
 
-/// Writes what a model file holds: states, rates with units and dependences, run settings, stimulus; for
-/// people, or with `json` as one JSON object.
+/// Writes the contents of a model file: states, rates with units and dependences, run settings, stimulus.
+/// Writes text for people, or with `json` one JSON object.
 int ModelCommand(const std::string& path, bool json, const JobStreams& streams);
 
-/// Reads a model file of any format and writes it to `newPath` in the newest one. `newPath` may be `oldPath`;
-/// on a failure the file that stood there is whole.
+/// Reads a model file of any format and writes it to `newPath` in the newest format. `newPath` may be
+/// `oldPath`. On failure keeps the old file at `newPath`.
 int UpgradeModelCommand(const std::string& oldPath, const std::string& newPath, const JobStreams& streams);
 
 }  // namespace zelvane

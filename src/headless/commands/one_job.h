@@ -1,5 +1,5 @@
-// What commands that do one job in one line have in common: no panel to look at, messages on standard error,
-// exit status 0 when the job is done, 1 when it failed, 2 when it was asked for wrongly.
+// The common part of the commands that do one job in one line. They have no panels and write messages to
+// standard error. The exit status is 0 after success, 1 after a failure, 2 for wrong usage.
 #pragma once
 
 #include <array>
@@ -19,27 +19,27 @@ inline constexpr int JobDone = 0;
 inline constexpr int JobFailed = 1;
 inline constexpr int JobMisused = 2;
 
-/// Where a job writes, and what can stop it.
+/// The output streams of a job, and its stop flag.
 struct JobStreams {
   std::ostream& out;
   std::ostream& err;
-  const std::atomic<bool>* stop = nullptr;  // true = the user asks the run to stop, as the stop button does
+  const std::atomic<bool>* stop = nullptr;  // true = the user stops the run, as with the stop button
   bool progressBar = false;                 // `err` is a terminal
 };
 
-/// Standard output and error, with a progress bar where a user sees it.
+/// Returns standard output and error, with a progress bar on a terminal.
 JobStreams StandardStreams(const std::atomic<bool>& stop);
 
 using Seeds = std::array<double, 3>;
 
-/// Whether the user has asked the job to stop.
+/// Returns whether the user has stopped the job.
 bool StopAsked(const JobStreams& streams);
 
-/// Tells that a file was not written, since the user stopped the job or since it cannot be.
+/// Writes a message that the file was not written, because of a stop or a failure.
 void TellUnwritten(const std::string& path, const JobStreams& streams);
 
-/// Shows popups on `streams.err` while it lives: a question is answered no, a dialog cancelled. A stop ends
-/// runs and the writing of files.
+/// Writes popups to `streams.err` during its lifetime. Answers questions with no and cancels dialogs. A
+/// stop ends runs and writers.
 class JobScreen {
  public:
   explicit JobScreen(const JobStreams& streams);
@@ -47,10 +47,10 @@ class JobScreen {
   JobScreen(const JobScreen&) = delete;
   JobScreen& operator=(const JobScreen&) = delete;
 
-  /// Whether a message has been shown whose title tells of an error, or that a run was broken off.
+  /// Returns whether a message had the title of an error, or reported an interrupted run.
   bool ErrorShown() const { return errorShown_; }
 
-  /// Text of the last message; empty when there was none.
+  /// Returns the text of the last message; empty without a message.
   const std::string& LastText() const { return lastText_; }
 
  private:
@@ -66,19 +66,19 @@ class JobScreen {
   bool barShown_ = false;
 };
 
-/// Brings stores and panels to their start-up state. "config.mod" is not read: a job brings its own model.
-/// Without seeds the clock gives them.
+/// Resets stores and panels to their state at the start. Does not read "config.mod", because a job has its
+/// own model. Without seeds takes them from the clock.
 void StartJob(const std::optional<Seeds>& seeds);
 
-/// Reads a model file into the stores. False, told on `streams.err` with the file's name, when it cannot be
-/// opened or is no model.
+/// Reads a model file into the stores. When the file cannot be opened or is not a model, writes a message
+/// with its name to `streams.err` and returns false.
 bool ReadJobModel(const std::string& path, const JobStreams& streams);
 
-/// "1,2,3" as three seeds of the generators: whole numbers from 0 to 2147483647. Nothing when they are not,
-/// or when the generator would stand still on them.
+/// Reads "1,2,3" as three seeds of the generators: whole numbers from 0 to 2147483647. Returns an empty
+/// result for any other text, and for seeds with which the generator would repeat one value.
 std::optional<Seeds> ParseSeeds(std::string_view text);
 
-/// The label of a state, or its number where it has none.
+/// Returns the label of a state, or its number when the label is empty.
 std::string StateName(int state, const std::string& label);
 
 }  // namespace zelvane

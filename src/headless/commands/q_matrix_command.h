@@ -1,4 +1,4 @@
-// `zelvane-cli qmatrix`: what a scheme does at a fixed stimulus.
+// `zelvane-cli qmatrix`: the relaxation and the equilibrium of a scheme at a fixed stimulus.
 #pragma once
 
 #include <string>
@@ -10,12 +10,12 @@ namespace zelvane {
 
 struct QMatrixOptions {
   std::string model;                  // path
-  double timeMs = 0.0;                // moment of the stimulus; before point 1 it is that of point 1
+  double timeMs = 0.0;                // time in the stimulus; before point 1, point 1 is used
   std::vector<std::string> settings;  // "NAME=VALUE", any store field
   bool json = false;
 };
 
-/// Reads the model, rebuilds its stimulus, and writes the rate matrix at that moment, the relaxation time
+/// Reads the model and builds its stimulus. Writes the rate matrix at this time, the relaxation time
 /// constants and the occupancies at equilibrium.
 /// @return JobDone; JobFailed with the reason on `streams.err`, also where no state takes part or a rate is
 /// not

@@ -1,4 +1,4 @@
-// What a run came to, in numbers.
+// A summary of a run in numbers.
 #pragma once
 
 #include <iosfwd>
@@ -13,7 +13,7 @@ namespace zelvane {
 
 struct FinalOccupancy {
   int state = 0;
-  std::string name;  // label, or number where there is none
+  std::string name;  // label, or number of a state without a label
   float value = 0.0F;
 };
 
@@ -28,7 +28,7 @@ struct RunSummary {
   int points = 0;
   double intervalMs = 0.0;
   int simulator = 0;
-  double control = 0.0;  // largest step, ms, or tolerance, as the run left it
+  double control = 0.0;  // largest step, ms, or tolerance, at the end of the run
   int units = 0;
   std::string axisTitle;
   Peak peak;
@@ -40,22 +40,22 @@ struct RunSummary {
   double wallSeconds = 0.0;
 };
 
-/// The peak of samples that lie `Model.ADInterval` apart.
+/// Returns the peak of a trace with one sample per `Model.ADInterval`.
 Peak PeakOf(std::span<const float> trace);
 
-/// Sums up the run in the stores; the peak of a mean is left to the caller. Reads: `Model`, `Result`,
-/// `Trace`, `Dwell`.
+/// Summarises the run in the stores. The caller sets `meanPeak`. Reads: `Model`, `Result`, `Trace`, `Dwell`.
 RunSummary SummariseRun(double wallSeconds);
 
-/// The wall time is left out after a Monte Carlo simulation: equal seeds give equal bytes.
+/// Write the summary as text or as JSON. They leave out the wall time of a Monte Carlo simulation, so that
+/// equal seeds give equal bytes.
 void WriteSummary(const RunSummary& summary, std::ostream& out);
 void WriteSummaryJson(const RunSummary& summary, const std::string& model, std::ostream& out);
 
-/// Word of `--simulator`, and of `--units`, for a code.
+/// Return the word of `--simulator` or `--units` for a code.
 const char* SimulatorWord(int simulator);
 const char* UnitsWord(int units);
 
-/// States on in the active form.
+/// Returns the states that are on in the active form of the scheme.
 std::vector<int> StatesOn();
 
 }  // namespace zelvane

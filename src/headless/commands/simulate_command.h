@@ -1,4 +1,4 @@
-// `zelvane-cli simulate`: one run of a model file.
+// `zelvane-cli simulate`: runs a model file.
 #pragma once
 
 #include <optional>
@@ -19,19 +19,19 @@ struct SimulateOptions {
   std::optional<int> runs;            // of a Monte Carlo simulation
   std::vector<std::string> settings;  // "NAME=VALUE", any store field
   std::optional<Seeds> seeds;         // of the generators
-  std::string stimulusFile;           // .stm that takes the place of the model's stimulus; empty = none
-  std::string autosaveFile;           // that the run is appended to, .abf or text; empty = none
+  std::string stimulusFile;           // .stm that replaces the stimulus of the model; empty = none
+  std::string autosaveFile;           // gets the run appended, .abf or text; empty = none
   std::string traceFile;              // .txt, .atf or .csv; empty = none
-  std::string meanFile;               // mean over the runs, likewise
+  std::string meanFile;               // for the mean over the runs; formats of traceFile
   std::string occupancyFile;          // .csv; empty = none
   std::string dwellFile;  // names the .ops, .sht and .lat of a Monte Carlo simulation; empty = none
   bool json = false;
 };
 
-/// Reads the model, sets what the options say in the stores and on the panels, rebuilds the stimulus, runs,
-/// and writes the files asked for and a summary. A stimulus file brings its interval and its points unless
-/// the options name others. The trace, peak and final occupancies are those of the last run, the dwell lists
-/// those of all. Nothing is written when the run failed or was stopped.
+/// Reads the model, applies the options to stores and panels, builds the stimulus and runs. Then writes the
+/// files of the options and a summary. Interval and points come from the stimulus file, unless the options
+/// give others. Trace, peak and final occupancies are those of the last run; the dwell lists are those of
+/// all runs. Writes no files when the run failed or was stopped.
 /// @return JobDone, JobFailed with the reason on `streams.err`, or JobMisused for a name or value that no
 /// field
 ///         takes

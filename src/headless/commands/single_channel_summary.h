@@ -1,4 +1,4 @@
-// What a Monte Carlo simulation came to, beside its trace.
+// A summary of the channels of a Monte Carlo simulation.
 #pragma once
 
 #include <iosfwd>
@@ -13,9 +13,10 @@ struct DwellListSummary {
   double meanMs = 0.0;  // 0 for an empty list
 };
 
-/// Lists are of the whole simulation; exits and channels that reached a monitored state of its last run.
+/// The lists belong to the whole simulation. Exits, and channels that reached a monitored state, belong to
+/// its last run.
 struct SingleChannelSummary {
-  int channels = 0;  // of a run; with subunits the subunits of the one channel
+  int channels = 0;  // of a run; with subunits, the subunits of the channel
   int runs = 0;
   int intervals = 0;  // sweeps without agonist between the runs
   bool subunits = false;
@@ -27,14 +28,14 @@ struct SingleChannelSummary {
   DwellListSummary latencies;
 };
 
-/// Sums up the simulation in the stores. Reads: `Model`, `Dwell`.
+/// Summarises the simulation in the stores. Reads: `Model`, `Dwell`.
 SingleChannelSummary SummariseSingleChannels();
 
 void WriteSingleChannels(const SingleChannelSummary& summary, std::ostream& out);
 Json SingleChannelsJson(const SingleChannelSummary& summary);
 
-/// Adds up the traces of the runs of a simulation while it lives. It stands where the analysis of each run
-/// stands in the window, since a job has no results file; one at a time.
+/// Adds up the traces of the runs during its lifetime. It uses the place of the window's analysis after
+/// each run, because a job has no results file. Only one may exist at a time.
 class RunMean {
  public:
   RunMean();
@@ -42,7 +43,7 @@ class RunMean {
   RunMean(const RunMean&) = delete;
   RunMean& operator=(const RunMean&) = delete;
 
-  /// The mean over the runs, a sample a point. After a single run, which is not analysed, that of the trace.
+  /// Returns the mean over the runs, one sample per point. After a single run returns its trace.
   std::vector<float> Mean() const;
 
  private:

@@ -1,5 +1,5 @@
-// The command language: every control, menu command, popup, file dialog, graph, table and store field of the
-// program, one command a line. docs/drive.md tells the language.
+// The command language. Its commands, one per line, reach every control, menu command, popup, file dialog,
+// graph, table and store field of the program. docs/drive.md describes it.
 #pragma once
 
 #include <functional>
@@ -10,20 +10,20 @@
 
 namespace zelvane {
 
-/// What shows the program while a script runs: nothing, or a window. Popups, dialogs and the end of the
-/// program stay with the script; every other function of `frontEnd` is called as well, and `modal` once the
-/// script has filled a dialog, whatever it returns.
+/// An optional window that shows the program during a script. The script handles popups, dialogs and the
+/// end of the program. All other functions of `frontEnd` are called too. `modal` is called after the script
+/// has filled a dialog; its result is not used.
 struct DriveHost {
   FrontEnd frontEnd{};
-  std::function<void()> afterLine{};  // a command has ended
+  std::function<void()> afterLine{};  // called after each command
 };
 
 /// Starts the application with a headless front end, reads commands from `in` until its end or `quit`, and
-/// writes one JSON object a line to `out`.
-/// @return exit status: 0, or 2 when a line was no command or named nothing
+/// writes one JSON object per line to `out`.
+/// @return exit status: 0, or 2 when a line was not a command or named an item that does not exist
 int RunDrive(std::istream& in, std::ostream& out, const StartOptions& options, const DriveHost& host = {});
 
-/// The same within the application that runs already, which goes on with its own front end afterwards.
+/// Does the same in the running application. Afterwards the application uses its own front end again.
 int PlayDrive(std::istream& in, std::ostream& out, const DriveHost& host);
 
 }  // namespace zelvane

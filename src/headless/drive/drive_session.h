@@ -1,4 +1,4 @@
-// One run of the command language: what is queued, and what has been written.
+// One session of the command language: its queues and its output.
 #pragma once
 
 #include <deque>
@@ -16,13 +16,13 @@
 
 namespace zelvane {
 
-/// What the user does in one modal dialog.
+/// The actions of the user in one modal dialog.
 struct DialogReply {
   std::vector<std::pair<std::string, std::string>> fields;  // control, typed value
   bool accept = true;                                       // false = cancelled
 };
 
-/// A press at a moment at which the next command lets user events through.
+/// A press during the next command, at one of its calls of ProcessSystemEvents.
 struct QueuedPress {
   int pump = 1;  // counts from 1
   std::string callback;
@@ -34,14 +34,14 @@ struct DriveSession {
   std::deque<std::vector<std::string>> choices;  // an empty one = cancelled
   std::deque<DialogReply> replies;
   std::vector<QueuedPress> presses;
-  int pumps = 0;               // of the command that runs
-  bool ended = false;          // by `quit`, or by the user's leaving the program
-  bool misunderstood = false;  // a line was no command or named nothing
+  int pumps = 0;               // calls of ProcessSystemEvents in the running command
+  bool ended = false;          // by `quit`, or because the user quit the program
+  bool misunderstood = false;  // a line was not a command, or its item does not exist
 };
 
 using Words = std::span<const std::string>;  // of a line, without the command
 
-/// A word of the language. Commands that only queue something leave the queued presses for the next one.
+/// A command of the language. Commands with `queues` keep the queued presses for the next command.
 struct DriveCommand {
   std::string_view name;
   std::size_t minWords = 0;
@@ -51,36 +51,37 @@ struct DriveCommand {
   bool queues = false;
 };
 
-/// What a user does, and what a script asks about.
+/// Return the commands for actions of a user, and the commands for questions of a script.
 std::span<const DriveCommand> ActionCommands();
 std::span<const DriveCommand> QueryCommands();
 
 inline constexpr std::size_t AnyNumber = 1'000'000;  // of words
 
-/// Runs the lines of `in` until its end or until the session has ended.
+/// Runs the lines of `in` until its end, or until the session ends.
 void RunLines(DriveSession& session, std::istream& in, const DriveHost& host = {});
 
 // -- Output --
 
 void WriteObject(DriveSession& session, const Json& object);
 
-/// Tells that a command could not be carried out; the script itself is sound.
+/// Writes that the program refused a command. The exit status stays unchanged.
 void WriteRefusal(DriveSession& session, std::string_view text);
 
-/// Tells that a line is no command or names nothing: the exit status will say so.
+/// Writes that a line is not a command, or that its item does not exist. The exit status becomes 2.
 void WriteMisunderstood(DriveSession& session, std::string_view text);
 
-/// The same for a name, with the names that are near it among `candidates`.
+/// Does the same for an unknown name, and adds similar names among `candidates`.
 void WriteUnknownName(DriveSession& session, std::string_view kind, std::string_view name,
                       const std::vector<std::string>& candidates);
 
 // -- The program's side --
 
-/// The functions that write events of the program to the session and answer from its queues. What a script
-/// does not answer is passed on to `shown`, the front end that shows the program meanwhile.
+/// Returns a front end that writes events of the program to the session and takes answers from its queues.
+/// Calls `shown`, the visible front end, for everything that a script does not answer.
 FrontEnd DriveFrontEnd(DriveSession& session, const FrontEnd& shown);
 
-/// The control, menu command or, where no callback has that name, control of a name is pressed.
+/// Presses the control or the menu command with this callback. If no callback has the name, presses the
+/// control with this name.
 void PressNamed(DriveSession& session, const std::string& name);
 
 }  // namespace zelvane
