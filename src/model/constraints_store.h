@@ -1,4 +1,4 @@
-// Ties between rates: rate constraints and loops of microscopic reversibility. Data only.
+// Constraints between rates: rate constraints and loops of microscopic reversibility. Data only.
 #pragma once
 
 #include <array>
@@ -9,7 +9,7 @@ inline constexpr int MaxRateConstraints = 60;
 inline constexpr int MaxLoopConstraints = 40;
 inline constexpr int MaxLoopStates = 8;
 
-/// One rate computed from another.
+/// One rate that is calculated from another rate.
 struct RateConstraint {
   int Enabled = 0;  // not 0 = the row is applied
   int TargetFrom = 1;
@@ -20,7 +20,7 @@ struct RateConstraint {
   float Value = 1.0F;  // the constant c
 };
 
-/// A cycle of states in which one rate keeps the products of both directions equal.
+/// A cycle of states. One of its rates is set so that the products of both directions are equal.
 struct LoopConstraint {
   int Enabled = 0;                             // not 0 = the row is applied
   std::array<int, MaxLoopStates + 1> State{};  // from index 1; the list ends at the first 0

@@ -12,19 +12,19 @@ void AddInitialConditionsPanel();
 void AddTableModelPanel();
 void AddModelMenu();
 
-// -- Panel to store and back. What a run calls (the reads, WriteStartOccupancy, ShowSweepLength) does nothing
-// where the panel is not on the screen, so that a run needs none --
-void ReadGridRates();  // KOn and KOff, and with them the title and the labels typed beside them
+// -- Copies between panels and store. A run calls the Read functions, WriteStartOccupancy and
+// ShowSweepLength. They do nothing without their panel, so a run needs no panels --
+void ReadGridRates();  // KOn and KOff, the title, and the labels of the grid
 void WriteGridRates();
 void ReadTableRates();   // all 380 cells into TableRate
 void WriteTableRates();  // cells, marks, buttons and labels
 void GetTableNames();    // the table's label fields into TableStateLabel
 
-/// Shows the whole scheme again on every panel of this folder: grid, table, conductances, start occupancies,
+/// Copies the whole scheme to the panels of this folder: grid, table, conductances, start occupancies,
 /// labels.
 void RefreshModelPanels();
 
-/// Colours the links of the grid that depend on stimulus and shows their dissociation constants.
+/// Colours the links of the grid that depend on the stimulus and shows their dissociation constants.
 void RefreshLinks();
 
 /// Shows StartOccupancy on its panel.

@@ -1,5 +1,4 @@
-// The current kinetic scheme, in both its forms, and how it is to be run. Data only; the operations are
-// in model.h.
+// The current kinetic scheme in both forms, and its run settings. Data only. The operations are in model.h.
 #pragma once
 
 #include <array>
@@ -27,20 +26,21 @@ inline constexpr int UnitsConductance = 1;  // pS
 inline constexpr int UnitsCurrent = 2;      // pA
 inline constexpr int UnitsProbability = 3;
 
-/// Arrays over states, links and drugs are indexed from 1; element 0 carries nothing unless its comment says
-/// so.
+/// Arrays over states, links and drugs are indexed from 1. Element 0 is unused, unless its comment says
+/// otherwise.
 struct ModelStore {
   // -- Scheme: grid form --
   std::array<double, MaxLinks + 1> KOn{};   // 1/s or 1/(M s), lower-numbered state to higher
   std::array<double, MaxLinks + 1> KOff{};  // 1/s or 1/(M s), back
   std::array<int, MaxStates + 1> StateOn{};
   std::array<std::string, MaxStates + 1> StateLabel{};
-  DependenceTables Depend;  // of the active form: edited in place for the grid, rebuilt from Table at a run
+  DependenceTables
+      Depend;  // of the active form: edited directly for the grid, copied from Table before a run
 
   // -- Scheme: table form --
   StateTable<float> TableRate{};
   DependenceTables TableDepend;
-  std::array<int, MaxStates + 1> TableStateOn{};  // computed: a rate leads into the state
+  std::array<int, MaxStates + 1> TableStateOn{};  // calculated: a rate leads into the state
   std::array<std::string, MaxStates + 1> TableStateLabel = [] {
     std::array<std::string, MaxStates + 1> labels;
     for (int s = 1; s <= MaxStates; ++s) labels[static_cast<std::size_t>(s)] = std::to_string(s);
@@ -48,11 +48,10 @@ struct ModelStore {
   }();
 
   // -- Scheme: common to both forms --
-  StateTable<float> RateMatrix{};                   // as the simulators take it; rebuilt before each run
-  std::array<int, MaxStates + 1> StateMonitored{};  // 1 = summed into the displayed trace
-  std::array<float, MaxStates + 1>
-      StateConductance{};                             // pS; element 0 is a line of its own in the model file
-  std::array<float, MaxStates + 1> StartOccupancy{};  // proportion of channels at time 0
+  StateTable<float> RateMatrix{};                       // for the simulators; filled before each run
+  std::array<int, MaxStates + 1> StateMonitored{};      // 1 = part of the displayed sum
+  std::array<float, MaxStates + 1> StateConductance{};  // pS; element 0 has its own line in the model file
+  std::array<float, MaxStates + 1> StartOccupancy{};    // proportion of channels at time 0
   std::array<std::string, MaxDrugs + 1> DrugLabel{};
 
   // -- Run --
@@ -67,7 +66,7 @@ struct ModelStore {
   float ChannelsSTD = 0.0F;  // channels
   int MultiSubunit = 1;      // 1 = cooperative subunits of one channel
   int OpenState = 3;         // state whose exits a Monte Carlo run counts
-  int StartState = 1;        // stored in the file, read by nothing else
+  int StartState = 1;        // only stored in the file
   int ReseedSimulation = 1;  // 1 = final occupancies start the next run
   int StartAtEquilibrium = 0;
   int FitStartAtEquilibrium = 1;
@@ -96,19 +95,19 @@ struct ModelStore {
   std::string ModelFileName;  // path
 
   // -- Process --
-  int FitActive = 0;  // 1 while a fit drives the simulators: no panel is read, no message shown
+  int FitActive = 0;  // 1 while a fit calls the simulators: they read no panel and show no message
 };
 
 /// The one model of the process.
 inline ModelStore Model;
 
-/// The two states that a link of the grid joins, the lower number first.
+/// The two states of a link of the grid, the lower number first.
 struct Link {
   int low = 0;
   int high = 0;
 };
 
-/// The links of the grid in their order: along each row, then down to the next. Element 0 carries nothing.
+/// The links of the grid in order: along a row, then down to the next row. Element 0 is unused.
 inline constexpr std::array<Link, MaxLinks + 1> LinkTable = [] {
   std::array<Link, MaxLinks + 1> links{};
   int n = 0;

@@ -1,21 +1,23 @@
-// The high-pass and band-pass copy of the trace, on which variance and spectrum work.
+// The high-pass and band-pass copy of the trace, for variance and spectrum.
 //
 //   TraceFilterUpdate  HoldLowPassToNyquist
 #pragma once
 
 namespace zelvane {
 
-/// Brings `Noise.FilteredTrace` up to date: the trace through an eighth-order Butterworth high-pass filter
-/// with its corner at `Noise.HighPassFc`, then, with `Noise.LowPassOn`, through an eighth-order band-pass
-/// filter from there to `Noise.LowPassFc` (Hz).
+/// Fills `Noise.FilteredTrace`: filters the trace with an eighth-order Butterworth high-pass filter with
+/// the corner `Noise.HighPassFc`. With `Noise.LowPassOn`, also filters it with an eighth-order band-pass
+/// filter from `Noise.HighPassFc` to `Noise.LowPassFc` (Hz).
 ///
-/// A sample of the trace that is not finite gives nan, and its neighbours are filtered as though the sample
-/// before it stood there. Does nothing while `Trace.TraceValid` is 0. Samples behind the record are 0. Reads:
-/// `Trace.SimTrace`, `Model.NumPoints`, `Model.ADInterval`, the corners. Writes: `Noise.FilteredTrace`.
+/// A sample that is not finite becomes nan. Its neighbours are filtered as if it had the value of the
+/// sample before it. Samples after the record are 0. Does nothing while `Trace.TraceValid` is 0.
+///
+/// Reads:   `Trace.SimTrace`, `Model.NumPoints`, `Model.ADInterval`, the corners.
+/// Writes:  `Noise.FilteredTrace`.
 void TraceFilterUpdate();
 
-/// Holds `Noise.LowPassFc` to what the sampling can carry: above the Nyquist frequency, 1000 / (2 x
-/// ADInterval) Hz, the user is told and it becomes that frequency less 1 Hz.
+/// Limits `Noise.LowPassFc` to the Nyquist frequency, 1000 / (2 x ADInterval) Hz. If the corner is higher,
+/// shows a message and sets it to this frequency minus 1 Hz.
 void HoldLowPassToNyquist();
 
 }  // namespace zelvane

@@ -6,13 +6,13 @@
 namespace zelvane {
 
 struct NoiseStore {
-  int RecordPoints = 10240;        // length of the record last made
-  float NoiseMean = 0.0F;          // of noise added to the trace, in its units
+  int RecordPoints = 10240;        // length of the last record
+  float NoiseMean = 0.0F;          // mean of added noise, in units of the trace
   double HighPassFc = 1.0;         // Hz
   double LowPassFc = 4000.0;       // Hz
   int LowPassOn = 0;               // 1 = FilteredTrace is band-limited
-  std::span<float> FilteredTrace;  // filtered copy of the trace, set once by AllocateStores
-  int FilteredUsed = 0;            // samples at and beyond this one hold 0
+  std::span<float> FilteredTrace;  // filtered copy of the trace; set once by AllocateStores
+  int FilteredUsed = 0;            // this sample and all after it are 0
 };
 
 inline NoiseStore Noise;

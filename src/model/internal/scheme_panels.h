@@ -1,17 +1,17 @@
-// What the panels of this folder share among themselves.
+// Functions that the panels of this folder share.
 #pragma once
 
 #include "screen/screen.h"
 
 namespace zelvane {
 
-/// A command of a menu as the action of a button.
+/// Makes the action of a button from a menu command.
 template <void (*Command)()>
 void AsAction(const ControlEvent& /*event*/) {
   Command();
 }
 
-// -- Commands that stand in the menu and on a panel --
+// -- Commands of the menu and of a panel --
 void FxnMainModel();
 void FxnTableModel();
 void FxnGetGraphModel();
@@ -25,19 +25,19 @@ void FxnStartState();
 inline constexpr char DependHelp[] =
     "Displays a panel that alows you to impose concentrations and voltage dependence.";
 
-/// Opens the dependence panel for one rate: of the grid, or of the table. A rate that is open already is
-/// stored first.
+/// Open the dependence panel for one rate of the grid or of the table. If another rate is open, they store
+/// it first.
 void OpenDependenceOfGrid(int from, int to);
 void OpenDependenceOfTable(int from, int to);
 
-/// Stores what the dependence panel shows in the rate it is open for, and hides it. Nothing when it is not
-/// open.
+/// Stores the values of the dependence panel in its rate and hides the panel. Does nothing when the panel
+/// is not open.
 void CloseDependencePanel();
 
-/// Shows the store again on the dependence panel while it is open.
+/// Copies the store to the dependence panel if it is open.
 void ReloadDependencePanel();
 
-/// Shows on a cell's button of the table what its rate depends on.
+/// Shows the dependence of a rate on the button of its cell in the table.
 void ShowTableDependence(int from, int to);
 
 /// Shows the conductances beside the states of the grid.
