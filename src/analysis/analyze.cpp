@@ -17,8 +17,8 @@
 namespace zelvane {
 namespace {
 
-constexpr char AnalysisErrorTitle[] = "! Analysis Error";
-constexpr char AnalysisWarningTitle[] = "! Analysis Warning";
+constexpr MessageTitle AnalysisErrorTitle{MessageKind::Error, "! Analysis Error"};
+constexpr MessageTitle AnalysisWarningTitle{MessageKind::Warning, "! Analysis Warning"};
 constexpr char FractionsInWrongOrder[] = "Position for starting risetime calculation > ending position.";
 constexpr char PeakBeforeStart[] = "Position of peak before position at which to start analysis.";
 constexpr char SaveQuestion[] = "Save measurements to ascii file?";

@@ -18,7 +18,7 @@ namespace zelvane {
 namespace {
 
 constexpr char ExportTitle[] = "Export Analysis Results";
-constexpr char AppendTitle[] = "! File Present; Append";
+constexpr MessageTitle AppendTitle{MessageKind::Warning, "! File Present; Append"};
 constexpr char AppendText[] = "The results of this simulation are added to the end of ";
 constexpr char CannotWrite[] = "The results could not be written to ";
 constexpr float SmallestVariance = 0.0001F;

@@ -23,7 +23,7 @@ namespace zelvane {
 namespace {
 
 constexpr char InvalidAbf[] = " Invalid ABF file.";
-constexpr char GainTitle[] = "! File I/O Error";
+constexpr MessageTitle GainTitle{MessageKind::Error, "! File I/O Error"};
 constexpr char NoGain[] = "Gain=0\n";
 constexpr char NoSamples[] = "%s holds no samples.";
 constexpr char PleaseWait[] = "Please wait";

@@ -18,9 +18,9 @@
 namespace zelvane {
 namespace {
 
-constexpr char OpenTitle[] = "Read Error!";
+constexpr MessageTitle OpenTitle{MessageKind::Error, "Read Error!"};
 constexpr char NotOpened[] = "%s could not be opened";
-constexpr char BinaryTitle[] = "Read Binary";
+constexpr MessageTitle BinaryTitle{MessageKind::Information, "Read Binary"};
 constexpr char NotAbf[] = "%s is not a valid ABF file\nProceeding to read binary (NOT ABF)";
 constexpr char Truncated[] = "Binary file was truncated to fit into memory.";
 constexpr char ChannelQuestion[] =
@@ -35,7 +35,7 @@ constexpr char PleaseWait[] = "Please wait";
 constexpr int MaxUncountedSamples = MaxStimPoints;  // a longer file goes through the parse panel
 constexpr int BlockSamples = 65536;
 
-Reading Refuse(std::string_view title, const std::string& text) {
+Reading Refuse(MessageTitle title, const std::string& text) {
   MessagePopup(title, text);
   return Reading::Refused;
 }

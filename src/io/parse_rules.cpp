@@ -11,7 +11,7 @@
 namespace zelvane {
 namespace {
 
-constexpr char ReadErrorTitle[] = "! Read error";
+constexpr MessageTitle ReadErrorTitle{MessageKind::Error, "! Read error"};
 constexpr char BeyondEnd[] = "Position specified is beyond end of file";
 
 constexpr int Accepted = 1;

@@ -21,7 +21,7 @@ constexpr char SignalQuestion[] =
 constexpr char IntervalLineQuestion[] = "Read First Value of 1-column Ascii file as AD interval in ms ?";
 constexpr char TypeInterval[] = "Enter the time between samples and a factor that multiplies each of them.";
 constexpr char NoIntervalColumn[] = "You need to supply a time interval for this data.";
-constexpr char StepsTitle[] = "! Incomaptible format";
+constexpr MessageTitle StepsTitle{MessageKind::Warning, "! Incomaptible format"};
 constexpr char UnequalSteps[] =
     "The x intervals are not equal, are too small (<1e6) or are too large (>1e6).";
 

@@ -29,7 +29,7 @@ constexpr char NoAutosaveFile[] =
     "Autosave is on, but no file is chosen for it. Switch it off and on again to choose one.";
 constexpr char AtfTitle[] = "?";
 constexpr char AtfQuestion[] = "Export ASCII in ATF format?";
-constexpr char RecordingTitle[] = "Error!";
+constexpr MessageTitle RecordingTitle{MessageKind::Error, "Error!"};
 constexpr char IsRecording[] =
     " is in integer format, which usually means it is an acquired data file.\nCannot overwrite an acquired "
     "data file";

@@ -12,6 +12,15 @@ namespace zelvane {
 struct Panel;
 struct Graph;
 
+/// How grave a message is.
+enum class MessageKind { Information, Warning, Error };
+
+/// The title of a message, with its kind: nobody reads the words to learn it.
+struct MessageTitle {
+  MessageKind kind = MessageKind::Information;
+  std::string_view words{};
+};
+
 /// A file dialog.
 struct FileRequest {
   std::string title{};
@@ -24,7 +33,7 @@ struct FileRequest {
 
 /// Every function may be empty. Then a message is dropped, a question is answered no, a dialog is cancelled.
 struct FrontEnd {
-  std::function<void(std::string_view title, std::string_view text)> message;
+  std::function<void(MessageTitle title, std::string_view text)> message;
   std::function<bool(std::string_view title, std::string_view text)> confirm;
   std::function<std::vector<std::string>(const FileRequest&)> files;  // empty = cancelled
   std::function<bool(Panel&, std::string_view text)> modal;           // true = ok, false = cancelled

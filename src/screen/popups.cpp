@@ -47,7 +47,7 @@ FrontEnd SetFrontEnd(FrontEnd frontEnd) {
   return std::exchange(Current(), std::move(frontEnd));
 }
 
-void MessagePopup(std::string_view title, std::string_view text) {
+void MessagePopup(MessageTitle title, std::string_view text) {
   if (Current().message) Current().message(title, text);
 }
 

@@ -16,18 +16,21 @@ namespace zelvane {
 /// Uses `frontEnd` from now on. Returns the front end before it.
 FrontEnd SetFrontEnd(FrontEnd frontEnd);
 
-// -- Titles of popups: the first characters show the kind --
-inline constexpr std::string_view ErrorTitle = "! Error";
-inline constexpr std::string_view WarningTitle = "! Warning";
-inline constexpr std::string_view FileErrorTitle = "! File error";
-inline constexpr std::string_view NoticeTitle = "!";
-inline constexpr std::string_view HelpTitle = "? Help";
+// -- Titles that many popups have --
+inline constexpr MessageTitle ErrorTitle{MessageKind::Error, "! Error"};
+inline constexpr MessageTitle WarningTitle{MessageKind::Warning, "! Warning"};
+inline constexpr MessageTitle FileErrorTitle{MessageKind::Error, "! File error"};
+inline constexpr MessageTitle NoticeTitle{MessageKind::Warning, "!"};
+inline constexpr MessageTitle HelpTitle{MessageKind::Information, "? Help"};
 
 /// Shows a message and waits until the user has seen it.
-void MessagePopup(std::string_view title, std::string_view text);
+void MessagePopup(MessageTitle title, std::string_view text);
 
 /// Asks a question. Returns true for yes. Without a front end the answer is no.
 bool ConfirmPopup(std::string_view title, std::string_view text);
+inline bool ConfirmPopup(MessageTitle title, std::string_view text) {
+  return ConfirmPopup(title.words, text);
+}
 
 /// Asks for one file. Returns an empty result when the user cancels; the caller must then do nothing.
 std::optional<std::string> FileSelectPopup(const FileRequest& request);

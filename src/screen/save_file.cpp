@@ -13,8 +13,8 @@ constexpr char NotWritten[] =
 constexpr char NotExtended[] =
     "%s could not be extended: the disk is full or refused the data. The file is unchanged.";
 
-void TellAbout(std::string_view title, std::string text, const std::string& path) {
-  MessagePopup(title, text.replace(text.find("%s"), 2, path));
+void TellAbout(std::string text, const std::string& path) {
+  MessagePopup(FileErrorTitle, text.replace(text.find("%s"), 2, path));
 }
 
 /// Blocks that note whether the first was asked for: if not, the file could not be opened.
@@ -29,7 +29,7 @@ struct Watched {
 
 bool Told(bool good, bool opened, const char* failure, const std::string& path) {
   if (good || WriteStopped()) return good;
-  if (opened) TellAbout(FileErrorTitle, failure, path);
+  if (opened) TellAbout(failure, path);
   if (!opened) FileErrorPopup(FileOpenFailed);
   return false;
 }
@@ -50,7 +50,7 @@ bool ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string
 }
 
 void TellNotWritten(const std::string& path) {
-  if (!WriteStopped()) TellAbout(FileErrorTitle, NotWritten, path);
+  if (!WriteStopped()) TellAbout(NotWritten, path);
 }
 
 }  // namespace zelvane

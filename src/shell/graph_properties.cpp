@@ -13,7 +13,7 @@ namespace zelvane {
 namespace {
 
 constexpr char PropertiesPanel[] = "GraphPropertiesPanel";
-constexpr char LimitsTitle[] = "! Graph limits";
+constexpr MessageTitle LimitsTitle{MessageKind::Warning, "! Graph limits"};
 constexpr char NoXRange[] = "The left limit must be below the right limit.";
 constexpr char NoYRange[] = "The lower limit must be below the upper limit.";
 constexpr double AutoYMargin = 1.0 / 18.0;  // of the range, on each side

@@ -24,9 +24,9 @@ namespace {
 constexpr char SlowTitle[] = "! Slow Integration";
 constexpr char SlowQuestion[] =
     "Do you want to integrate equations with this fine an integration step, which could take some time?";
-constexpr char StepWarningTitle[] = "! Integration Warning";
+constexpr MessageTitle StepWarningTitle{MessageKind::Warning, "! Integration Warning"};
 constexpr char StepDecreased[] = "Max Step Size was decreased during integration.";
-constexpr char StepErrorTitle[] = "! Integration Error";
+constexpr MessageTitle StepErrorTitle{MessageKind::Error, "! Integration Error"};
 constexpr char StepFailed[] =
     "Integration has failed. You need to decrease Max Step Size or increase Time Interval.";
 constexpr char StepTooSmall[] = "Step size too small in routine rkdumb";

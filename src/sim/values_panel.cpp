@@ -16,7 +16,7 @@ namespace {
 
 constexpr char PanelName[] = "ValuesTablePanel";
 constexpr char TableName[] = "ValuesTable";
-constexpr char SlowTitle[] = "! Slow operation";
+constexpr MessageTitle SlowTitle{MessageKind::Warning, "! Slow operation"};
 constexpr char SlowText[] = "Creating the table of values may take some time.";
 constexpr char NoResult[] = "There is no result to show in the table. Run a simulation first.";
 

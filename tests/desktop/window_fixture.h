@@ -38,7 +38,7 @@ class WindowTest : public StoreTest {
   void open(std::vector<std::string> files = {}) {
     FrontEnd shown = frontEnd.functions();
     const FrontEnd recorder = SetFrontEnd({});
-    shown.message = [this, record = recorder.message](std::string_view title, std::string_view text) {
+    shown.message = [this, record = recorder.message](MessageTitle title, std::string_view text) {
       EXPECT_TRUE(window != nullptr && window->isVisible()) << text << ": there is no window behind it";
       record(title, text);
     };

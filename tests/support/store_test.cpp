@@ -14,8 +14,8 @@ StoreTest::StoreTest() {
   ResetStores();
   ClearScreen();
   FrontEnd recorder;
-  recorder.message = [this](std::string_view title, std::string_view text) {
-    popups.push_back({std::string(title), std::string(text)});
+  recorder.message = [this](MessageTitle title, std::string_view text) {
+    popups.push_back({std::string(title.words), std::string(text)});
   };
   recorder.confirm = [this](std::string_view title, std::string_view text) {
     popups.push_back({std::string(title), std::string(text)});

@@ -19,11 +19,9 @@ namespace {
 constexpr int BreathMs = 50;
 constexpr int PumpMs = 20;
 
-/// The kind of a message is in its title: an error by the word, else by the first character.
-QMessageBox::Icon IconOf(std::string_view title) {
-  if (ToQt(title).contains("error", Qt::CaseInsensitive)) return QMessageBox::Critical;
-  if (title.starts_with('!')) return QMessageBox::Warning;
-  return QMessageBox::Information;
+QMessageBox::Icon IconOf(MessageKind kind) {
+  if (kind == MessageKind::Error) return QMessageBox::Critical;
+  return kind == MessageKind::Warning ? QMessageBox::Warning : QMessageBox::Information;
 }
 
 void SetUp(QMessageBox& box, std::string_view title, std::string_view text) {
@@ -67,7 +65,7 @@ DesktopFrontEnd::DesktopFrontEnd(Settings& settings) : settings_(settings) {
 
 FrontEnd DesktopFrontEnd::functions() {
   FrontEnd frontEnd;
-  frontEnd.message = [this](std::string_view title, std::string_view text) { showMessage(title, text); };
+  frontEnd.message = [this](MessageTitle title, std::string_view text) { showMessage(title, text); };
   frontEnd.confirm = [this](std::string_view title, std::string_view text) { return ask(title, text); };
   frontEnd.files = [this](const FileRequest& request) { return chooseFiles(request); };
   frontEnd.modal = [this](Panel& panel, std::string_view text) { return runModal(panel, text); };
@@ -99,10 +97,10 @@ void DesktopFrontEnd::refreshNow() {
   emit recordsChanged(std::exchange(changedGraphs_, {}));
 }
 
-void DesktopFrontEnd::showMessage(std::string_view title, std::string_view text) {
-  QMessageBox box(IconOf(title), {}, {}, QMessageBox::Ok, QApplication::activeModalWidget());
+void DesktopFrontEnd::showMessage(MessageTitle title, std::string_view text) {
+  QMessageBox box(IconOf(title.kind), {}, {}, QMessageBox::Ok, QApplication::activeModalWidget());
   if (box.parentWidget() == nullptr) box.setParent(window_, box.windowFlags());
-  SetUp(box, title, text);
+  SetUp(box, title.words, text);
   box.setObjectName("Message");
   box.exec();
 }

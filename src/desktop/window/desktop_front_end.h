@@ -52,7 +52,7 @@ class DesktopFrontEnd : public QObject {
   void printWanted(zelvane::Panel* panel);
 
  private:
-  void showMessage(std::string_view title, std::string_view text);
+  void showMessage(MessageTitle title, std::string_view text);
   bool ask(std::string_view title, std::string_view text);
   std::vector<std::string> chooseFiles(const FileRequest& request);
   bool runModal(Panel& panel, std::string_view text);

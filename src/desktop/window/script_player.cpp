@@ -12,7 +12,7 @@
 namespace zelvane {
 namespace {
 
-constexpr char PlayTitle[] = "! Script";
+constexpr MessageTitle PlayTitle{MessageKind::Warning, "! Script"};
 constexpr char BusyText[] = "A run is in progress.";
 constexpr char RefusedText[] = "The script has ended. These commands could not be carried out:\n\n";
 constexpr int MostErrors = 12;  // that a message shows

@@ -57,7 +57,7 @@ class MeasuringScreen {
   MeasuringScreen(int signal, bool intervalTyped) {
     former_ = SetFrontEnd({});
     FrontEnd own = former_;
-    own.message = [this](std::string_view title, std::string_view text) {
+    own.message = [this](MessageTitle title, std::string_view text) {
       if (told_.emplace(text).second && former_.message) former_.message(title, text);
     };
     own.confirm = [intervalTyped](std::string_view title, std::string_view) {

@@ -46,7 +46,10 @@ void TellUnwritten(const std::string& path, const JobStreams& streams) {
 
 JobScreen::JobScreen(const JobStreams& streams) : streams_(streams) {
   FrontEnd frontEnd;
-  frontEnd.message = [this](std::string_view title, std::string_view text) { Message(title, text); };
+  frontEnd.message = [this](MessageTitle title, std::string_view text) {
+    if (title.kind == MessageKind::Error || title.words == NoticeTitle.words) errorShown_ = true;
+    Message(title.words, text);
+  };
   frontEnd.confirm = [this](std::string_view title, std::string_view text) {
     Message(title, std::string(text) + " (answered no)");
     return false;
@@ -82,7 +85,6 @@ JobScreen::~JobScreen() {
 void JobScreen::Message(std::string_view title, std::string_view text) {
   ClearBar();
   lastText_ = text;
-  if (title.find("rror") != std::string_view::npos || title == NoticeTitle) errorShown_ = true;
   streams_.err << title << (title.empty() ? "" : ": ") << text << std::endl;
 }
 

@@ -156,8 +156,8 @@ void WriteUnknownName(DriveSession& session, std::string_view kind, std::string_
 
 FrontEnd DriveFrontEnd(DriveSession& session, const FrontEnd& shown) {
   FrontEnd frontEnd = shown;
-  frontEnd.message = [&session](std::string_view title, std::string_view text) {
-    ShowMessage(session, title, text);
+  frontEnd.message = [&session](MessageTitle title, std::string_view text) {
+    ShowMessage(session, title.words, text);
   };
   frontEnd.confirm = [&session](std::string_view title, std::string_view text) {
     return Confirm(session, title, text);

@@ -73,7 +73,7 @@ TEST_F(DriveTest, AScriptRunsUnderAWindowWhichIsToldOfEveryChange) {
   DriveHost host;
   host.frontEnd.panelChanged = [&](Panel&) { ++changes; };
   host.frontEnd.help = [&](int topic) { return (shownHelp = topic) > 0; };
-  host.frontEnd.message = [](std::string_view, std::string_view) { ADD_FAILURE() << "a script answers"; };
+  host.frontEnd.message = [](MessageTitle, std::string_view) { ADD_FAILURE() << "a script answers"; };
   host.afterLine = [&] { ++lines; };
   double filled = -1.0;
   host.frontEnd.modal = [&](Panel&, std::string_view) {
