@@ -58,11 +58,6 @@ void FxnMoreLeft(const ControlEvent&) {
   ScrollTable(Results(), Results().topRow, 1);
 }
 
-template <void (*Operation)()>
-void Run(const ControlEvent&) {
-  Operation();
-}
-
 constexpr auto Button = ControlKind::Button;
 constexpr auto Readout = ControlKind::Readout;
 

@@ -46,6 +46,16 @@ struct ControlEvent {
 };
 using Action = void (*)(const ControlEvent&);
 
+/// An operation that takes no event as the action of a control or of a menu; its outcome has been shown to the user.
+template <auto Operation>
+void Run(const ControlEvent& /*event*/) {
+  static_cast<void>(Operation());
+}
+template <auto Operation>
+void Run() {
+  static_cast<void>(Operation());
+}
+
 /// A row of a panel's table of controls. One row can declare a family: %d (or %04d) in name, label, command
 /// and help runs from `first` to `last`, and the action gets it as event.index. If the name of a control is
 /// a registered field, the control edits this field: a commit stores the value, then runs the action.

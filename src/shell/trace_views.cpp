@@ -43,11 +43,6 @@ std::span<const float> ViewedSamples() {
   return Trace.SimTrace.subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(end - first));
 }
 
-template <void (*Export)()>
-void Run(const ControlEvent&) {
-  Export();
-}
-
 // clang-format off
 constexpr ControlDecl ExportControls[] = {
     // name              kind                 label                   unit format command       action         help

@@ -102,12 +102,6 @@ void FxnDwellLists() {
   ShowPanel(ListsPanel);
 }
 
-/// Adapts a menu command to a button.
-template <void (*Command)()>
-void AsButton(const ControlEvent& /*event*/) {
-  Command();
-}
-
 /// A run or a read changes the lists behind the panel: counts and selection follow after every commit.
 void ShowLists() {
   ShowField("OpenListSelector");
@@ -135,14 +129,14 @@ constexpr ControlDecl ListsControls[] = {
      "class of a file.", 0, 0, "All|Class 1|Class 2|Class 3|Class 4|Class 5"},
     {"SCOpenWorkHistogram", Button,  "Restore open times",   "",  "",   "FxnSCOpenWorkHistogram", FxnSCOpenWorkHistogram,
      "Replace current array with imposed resolution with raw open time array (no resolution imposed)."},
-    {"SCImportAscii",       Button,  "Import text...",       "",  "",   "FxnSCImportAscii",       AsButton<FxnSCImportAscii>,
+    {"SCImportAscii",       Button,  "Import text...",       "",  "",   "FxnSCImportAscii",       Run<FxnSCImportAscii>,
      "Read open or closed times from a text file, plain or ATF, with one duration (ms) per line."},
-    {"ExportOpenTimes",     Button,  "Export all lists...",  "",  "",   "FxnExportOpenTimes",     AsButton<FxnExportOpenTimes>,
+    {"ExportOpenTimes",     Button,  "Export all lists...",  "",  "",   "FxnExportOpenTimes",     Run<FxnExportOpenTimes>,
      "Write open times (.ops), closed times (.sht) and latencies (.lat) as ATF text files with the same "
      "name."},
-    {"ExportClosedTimes",   Button,  "Export closed times...", "", "",  "FxnExportClosedTimes",   AsButton<FxnExportClosedTimes>,
+    {"ExportClosedTimes",   Button,  "Export closed times...", "", "",  "FxnExportClosedTimes",   Run<FxnExportClosedTimes>,
      "Write the closed times as an ATF text file."},
-    {"ExportLatencies",     Button,  "Export latencies...",  "",  "",   "FxnExportLatencies",     AsButton<FxnExportLatencies>,
+    {"ExportLatencies",     Button,  "Export latencies...",  "",  "",   "FxnExportLatencies",     Run<FxnExportLatencies>,
      "Write the latencies as an ATF text file."},
     {"DwellListsDone",      Button,  "Close",                "",  "",   "FxnDwellListsDone",      FxnDwellListsDone,
      "Close the panel of dwell lists."},

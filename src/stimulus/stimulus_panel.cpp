@@ -150,11 +150,6 @@ void CloseStimulusPanel() {
   LeaveTask(StimulusPanelName);
 }
 
-template <void (*Operation)()>
-void Run(const ControlEvent&) {
-  Operation();
-}
-
 constexpr ControlKind Number = ControlKind::Number;
 constexpr ControlKind Switch = ControlKind::Switch;
 constexpr ControlKind Choice = ControlKind::Choice;
