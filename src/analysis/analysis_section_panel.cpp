@@ -71,7 +71,7 @@ void FxnAnTable(Table& /*table*/, int row, int column) {
     return;
   }
   if (chosen.episode != Trace.EpisodeIndex) GoToEpisode(chosen.episode);
-  if (ReanalyzeTrace()) RewriteRow(row);
+  if (ReanalyzeTrace() == Outcome::Done) RewriteRow(row);
 }
 
 constexpr auto Button = ControlKind::Button;

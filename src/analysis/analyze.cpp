@@ -100,12 +100,12 @@ void MeasureDecay() {
   DecayOf(RecordedTrace(), StoredMeasureSettings(), Analysis.Measures);
 }
 
-bool MeasureTrace() {
+Outcome MeasureTrace() {
   Analysis.Measures.measured = 0;
-  if (Model.ADInterval == 0.0F) return false;
+  if (Model.ADInterval == 0.0F) return Outcome::Refused;
   TellOf(MeasureResponse(RecordedTrace(), StoredMeasureSettings(), Analysis.Measures));
   ClearFit();
-  return true;
+  return Outcome::Done;
 }
 
 void ForgetMeasures() {
@@ -119,12 +119,12 @@ void ConnectMeasures() {
   TraceChanges.Add(ForgetMeasures);
 }
 
-bool ReanalyzeTrace() {
+Outcome ReanalyzeTrace() {
   MeasureSettingsWanted.Tell();
-  const bool measured = MeasureTrace();
+  const Outcome outcome = MeasureTrace();
   MeasuresChanged.Tell();
   ResponseToShow.Tell();
-  return measured;
+  return outcome;
 }
 
 void MeasureAgain() {
@@ -136,12 +136,14 @@ void MeasureAgain() {
   MarksChanged.Tell();
 }
 
-void AnalyzeTrace() {
-  if (!ReanalyzeTrace()) return;
+Outcome AnalyzeTrace() {
+  const Outcome outcome = ReanalyzeTrace();
+  if (outcome != Outcome::Done) return outcome;
   if (Analysis.AutoSaveMeasures != 0 && (Analysis.VerifyMeasures == 0 || ConfirmPopup("", SaveQuestion))) {
     SaveAnalysis();
   }
   if (TableAddRow(Analysis.TableRow)) ++Analysis.TableRow;
+  return outcome;
 }
 
 }  // namespace zelvane

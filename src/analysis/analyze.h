@@ -13,6 +13,8 @@
 #include <span>
 #include <string>
 
+#include "platform/outcome.h"
+
 namespace zelvane {
 
 /// The samples of the trace that hold the response.
@@ -45,8 +47,8 @@ void MeasureRise();
 void MeasureDecay();
 
 /// Measures the response with the settings of the panel, fits it where `Fit.FitMode` says so, and shows the
-/// result on the plot. False when `Model.ADInterval` is 0.
-bool ReanalyzeTrace();
+/// result on the plot. Refused, without a message, when `Model.ADInterval` is 0.
+Outcome ReanalyzeTrace();
 
 /// A cursor or a field of its place was moved: a response that has been measured is measured again and shown,
 /// without a word where a measure fails and without a row.
@@ -54,7 +56,8 @@ void MeasureAgain();
 
 /// The same, and then keeps it: in the measures file when `Analysis.AutoSaveMeasures` is on, and in a new row
 /// of the table.
-void AnalyzeTrace();
+/// @return as ReanalyzeTrace
+Outcome AnalyzeTrace();
 
 /// A series of responses begins: until EndSeries each reason why a rise cannot be measured is told once,
 /// since the same settings raise it at every response.
@@ -62,8 +65,8 @@ void BeginSeries();
 void EndSeries();
 
 /// All measures and the exponential fit with the settings of the stores, without panel and plot. Tells what
-/// stopped a measure. False when `Model.ADInterval` is 0.
-bool MeasureTrace();
+/// stopped a measure. Refused, without a message, when `Model.ADInterval` is 0.
+Outcome MeasureTrace();
 
 /// The trace is a new one, or is about to be: nothing is measured on it yet.
 void ForgetMeasures();

@@ -26,14 +26,18 @@ void ReadAndShowEpisode() {
 
 }  // namespace
 
-void AnalyzeAllEpisodes() {
-  if (!CanAnalyzeEpisodes()) return;
+Outcome AnalyzeAllEpisodes() {
+  if (!CanAnalyzeEpisodes()) return Outcome::Refused;
   Analysis.StopAnalysis = 0;
   const int episodes = Trace.EpisodeCount;
+  Outcome outcome = Outcome::Done;
   BeginSeries();
   for (int episode = 1; episode <= episodes; ++episode) {
     ProcessSystemEvents();
-    if (Analysis.StopAnalysis != 0) break;
+    if (Analysis.StopAnalysis != 0) {
+      outcome = Outcome::Stopped;
+      break;
+    }
     ShowProgress(static_cast<double>(episode - 1) / static_cast<double>(episodes),
                  FormatText("Episode %d of %d", episode, episodes));
     Trace.EpisodeIndex = episode;
@@ -46,22 +50,23 @@ void AnalyzeAllEpisodes() {
   Trace.EpisodeIndex = 1;
   Analysis.Measures.measured = 0;  // they belong to another episode than the one in view
   ReadAndShowEpisode();
+  return outcome;
 }
 
-void AnalyzeNextEpisode() {
-  if (!CanAnalyzeEpisodes()) return;
+Outcome AnalyzeNextEpisode() {
+  if (!CanAnalyzeEpisodes()) return Outcome::Refused;
   if (Trace.EpisodeCount <= 1) {
     MessagePopup(NoticeTitle, OneEpisode);
-    return;
+    return Outcome::Refused;
   }
   if (Trace.EpisodeIndex >= Trace.EpisodeCount) {
     Trace.EpisodeIndex = Trace.EpisodeCount;
     MessagePopup(NoticeTitle, EndOfFile);
-    return;
+    return Outcome::Refused;
   }
   ++Trace.EpisodeIndex;
   ReadAndShowEpisode();
-  AnalyzeTrace();
+  return AnalyzeTrace();
 }
 
 }  // namespace zelvane

@@ -227,14 +227,14 @@ bool AppendMeasures() {
   return AppendRow(MeasuresHeader(), MeasuresRow(DataFilePath(), Analysis.MeasuresCount, row));
 }
 
-void SaveAnalysis() {
+Outcome SaveAnalysis() {
   if (Analysis.MeasuresFileOpen == 0) {
-    if (!DataHaveName()) return;
+    if (!DataHaveName()) return Outcome::Refused;
     Analysis.MeasuresFileName = SiblingFile(DataFilePath(), ".res");
-    if (Exists(Analysis.MeasuresFileName) && !ConfirmPopup("", AppendQuestion)) return;
+    if (Exists(Analysis.MeasuresFileName) && !ConfirmPopup("", AppendQuestion)) return Outcome::Refused;
     MeasuresFileChanged.Tell();
   }
-  AppendMeasures();
+  return AppendMeasures() ? Outcome::Done : Outcome::Failed;
 }
 
 bool AppendMeanVariance(float mean, float variance) {
@@ -276,22 +276,26 @@ std::string TableCsv(std::span<const AnalysisRow> rows) {
   return text;
 }
 
-void SaveResultsTable() {
-  if (!DataHaveName()) return;
+Outcome SaveResultsTable() {
+  if (!DataHaveName()) return Outcome::Refused;
   const std::string path = SiblingFile(DataFilePath(), ".tbl");
-  if (ReplaceFile(path, TableText(FilledRows()))) TableFileNamed.Tell(path);
+  if (!ReplaceFile(path, TableText(FilledRows()))) return Outcome::Failed;
+  TableFileNamed.Tell(path);
+  return Outcome::Done;
 }
 
-void ExportTableCsv() {
+Outcome ExportTableCsv() {
   const auto path = FileSelectPopup({.title = ExportTitle,
                                      .defaultName = SiblingFile(DataFileName(), ".csv"),
                                      .filter = "*.csv",
                                      .save = true});
-  if (!path) return;
-  if (ReplaceFile(*path, TableCsv(FilledRows())))
-    TableFileNamed.Tell(*path);
-  else
+  if (!path) return Outcome::Refused;
+  if (!ReplaceFile(*path, TableCsv(FilledRows()))) {
     MessagePopup(FileErrorTitle, CannotWrite + *path);
+    return Outcome::Failed;
+  }
+  TableFileNamed.Tell(*path);
+  return Outcome::Done;
 }
 
 std::optional<TableFile> ParseTable(std::string_view text) {

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "analysis/analysis_store.h"
+#include "platform/outcome.h"
 
 namespace zelvane {
 
@@ -42,7 +43,9 @@ bool AppendMeasures();
 
 /// Appends the present results to the measures file. The first time it takes the file beside the data file;
 /// where that exists, the user is asked whether to append.
-void SaveAnalysis();
+/// @return Done; Refused when the data have no name or the user says no; Failed, without a message, when the file
+///         cannot be written
+Outcome SaveAnalysis();
 
 /// Appends a row of mean and variance of a current to `Analysis.MeasuresFileName`, with a header of its own
 /// where none is written yet. Reads `Baseline` and `BaselineVar`. False when the file cannot be written.
@@ -62,10 +65,13 @@ std::span<const AnalysisRow> FilledRows();
 
 /// Writes the table beside the data file (*.tbl) and shows the name. Nothing is asked; a file that cannot be
 /// written leaves everything as it was.
-void SaveResultsTable();
+/// @return Done; Refused, with a message, when the data have no name; Failed, without one, when the file cannot be
+///         written
+Outcome SaveResultsTable();
 
-/// Asks for a name and writes the table as CSV.
-void ExportTableCsv();
+/// Asks for a name and writes the table as CSV. On failure shows a message.
+/// @return Done, Refused without a name, or Failed
+Outcome ExportTableCsv();
 
 /// What a table file holds.
 struct TableFile {

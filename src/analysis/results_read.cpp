@@ -52,7 +52,7 @@ void ReadNamedModel(const std::string& path) {
   if (path.empty()) return;
   const std::string former = Model.ModelFileName;
   Model.ModelFileName = WithExtension(path, ".mod");
-  if (!ModelFileRead()) Model.ModelFileName = former;
+  if (ModelFileRead() != Outcome::Done) Model.ModelFileName = former;
 }
 
 /// Reads the recording of a table. False when the command is to end.
@@ -79,28 +79,29 @@ void FillTable(const TableFile& table) {
 
 }  // namespace
 
-void ReadResultsTable() {
+Outcome ReadResultsTable() {
   const auto path = FileSelectPopup({.title = LoadTitle, .defaultName = "*.tbl", .filter = "*.tbl;*.*"});
-  if (path) ReadResultsTableNamed(*path);
+  return path ? ReadResultsTableNamed(*path) : Outcome::Refused;
 }
 
-void ReadResultsTableNamed(const std::string& path) {
+Outcome ReadResultsTableNamed(const std::string& path) {
   TableFileNamed.Tell(path);
   const auto text = TextOf(path);
   if (!text) {
     FileErrorPopup(FileOpenFailed);
-    return;
+    return Outcome::Failed;
   }
   const auto table = ParseTable(*text);
   if (!table) {
     FileErrorPopup(WrongFileFormat);
-    return;
+    return Outcome::Failed;
   }
   ClearResultsTable();
   ReadNamedModel(table->modelPath);
-  if (!ReadNamedRecording(table->dataPath)) return;
+  if (!ReadNamedRecording(table->dataPath)) return Outcome::Failed;
   ResponseToShow.Tell();
   FillTable(*table);
+  return Outcome::Done;
 }
 
 }  // namespace zelvane

@@ -3,14 +3,18 @@
 
 #include <string>
 
+#include "platform/outcome.h"
+
 namespace zelvane {
 
 /// Asks for a table file (*.tbl), empties the table, reads the model and the recording that the file names,
 /// and fills the table with its rows. A file of another kind changes nothing. A table without a recording (of
 /// simulated responses) is read without one.
-void ReadResultsTable();
+/// @return Done; Refused without a name; Failed, with a message, when the file is no table or its recording
+///         cannot be read
+Outcome ReadResultsTable();
 
 /// The same for a file whose name is known.
-void ReadResultsTableNamed(const std::string& path);
+Outcome ReadResultsTableNamed(const std::string& path);
 
 }  // namespace zelvane

@@ -89,7 +89,7 @@ bool BeginRunAnalysis() {
 
 void AnalyzeRun() {
   MeasureSettingsWanted.Tell();
-  if (MeasureTrace()) {
+  if (MeasureTrace() == Outcome::Done) {
     MeasuresChanged.Tell();
     if (!AppendMeasures() && Averages().runs == 0) {
       MessagePopup(FileErrorTitle, CannotWrite + Analysis.MeasuresFileName);

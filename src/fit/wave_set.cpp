@@ -53,16 +53,16 @@ std::optional<std::string> FindFile(const std::string& name, const std::string& 
 void ReadModelOfList(const std::string& model, const std::string& list) {
   const std::string former = Model.ModelFileName;
   Model.ModelFileName = Beside(list, model);
-  if (!ModelFileRead()) Model.ModelFileName = former;
+  if (ModelFileRead() != Outcome::Done) Model.ModelFileName = former;
 }
 
-/// Loads the recording of a pair. False when there is none to use.
-bool LoadData(FitWaveform& wave, const std::string& name, const std::string& list) {
+/// Loads the recording of a pair.
+Outcome LoadData(FitWaveform& wave, const std::string& name, const std::string& list) {
   const auto path = FindFile(name, list, {.title = DataTitle, .defaultName = "*.abf", .filter = DataFilter});
-  if (!path) return false;
+  if (!path) return Outcome::Refused;
   Trace.EpisodeIndex = 1;
   Trace.ParseRequested = 0;
-  if (!BinaryTraceRead(*path, wave.WaveData)) return false;
+  if (!BinaryTraceRead(*path, wave.WaveData)) return Outcome::Failed;
   wave.DataLength = Model.NumPoints;
   AddFitLogLine(FormatText("  DATA File: %s length=%d adinterval=%f", path->c_str(), wave.DataLength,
                            static_cast<double>(Model.ADInterval)));
@@ -70,30 +70,32 @@ bool LoadData(FitWaveform& wave, const std::string& name, const std::string& lis
   wave.DataOn = 1;
   wave.WaveLoaded = 1;
   wave.WaveDataInterval = Model.ADInterval;
-  return true;
+  return Outcome::Done;
 }
 
-/// Loads the stimulus of a pair. False when there is none to use.
-bool LoadStimulus(FitWaveform& wave, const std::string& name, const std::string& list) {
+/// Loads the stimulus of a pair.
+Outcome LoadStimulus(FitWaveform& wave, const std::string& name, const std::string& list) {
   const auto path =
       FindFile(name, list, {.title = StimTitle, .defaultName = StimFilter, .filter = StimFilter});
-  if (!path) return false;
+  if (!path) return Outcome::Refused;
   wave.StimLength = WaveStimFileRead(*path, wave);
-  if (wave.StimLength == 0) return false;
+  if (wave.StimLength == 0) return Outcome::Failed;
   AddFitLogLine(FormatText("  STM File: %s length=%d adinterval=%f", path->c_str(), wave.StimLength,
                            static_cast<double>(wave.WaveStimInterval)));
   wave.StimOn = 1;
-  return true;
+  return Outcome::Done;
 }
 
-void LoadPairs(const WaveList& list, const std::string& path) {
+Outcome LoadPairs(const WaveList& list, const std::string& path) {
   ReadModelOfList(list.model, path);
   for (std::size_t p = 0; p < list.pairs.size(); ++p) {
     FitWaveform& wave = Fit.Wave[p + 1];
-    if (!LoadData(wave, list.pairs[p].data, path) || !LoadStimulus(wave, list.pairs[p].stimulus, path))
-      return;
+    Outcome outcome = LoadData(wave, list.pairs[p].data, path);
+    if (outcome == Outcome::Done) outcome = LoadStimulus(wave, list.pairs[p].stimulus, path);
+    if (outcome != Outcome::Done) return outcome;
     Fit.FitWaveCount = static_cast<int>(p) + 1;
   }
+  return Outcome::Done;
 }
 
 std::string ListText() {
@@ -134,30 +136,35 @@ void WaveSetClear() {
   Fit.FitWaveCount = 0;
 }
 
-void ReadListNamed(const std::string& path) {
+Outcome ReadListNamed(const std::string& path) {
   auto file = OpenInput(path);
   if (!file) {
     FileErrorPopup(FileOpenFailed);
     Fit.FitListOn = 1;
-    return;
+    return Outcome::Failed;
   }
   const auto list = ReadWaveList(std::move(*file));
   if (!list) {
     FileErrorPopup(WrongFileFormat);
-    return;
+    return Outcome::Failed;
   }
   Fit.FitListName = path;
-  LoadPairs(*list, path);
+  const Outcome outcome = LoadPairs(*list, path);
   Fit.FitListOn = 1;
+  return outcome;
 }
 
-void ListFileRead() {
-  if (const auto path = AskForList(ReadTitle, false)) ReadListNamed(*path);
+Outcome ListFileRead() {
+  const auto path = AskForList(ReadTitle, false);
+  return path ? ReadListNamed(*path) : Outcome::Refused;
 }
 
-void ListFileWrite() {
+Outcome ListFileWrite() {
   const auto path = AskForList(WriteTitle, true);
-  if (path && !ReplaceFile(*path, ListText())) FileErrorPopup(FileOpenFailed);
+  if (!path) return Outcome::Refused;
+  if (ReplaceFile(*path, ListText())) return Outcome::Done;
+  FileErrorPopup(FileOpenFailed);
+  return Outcome::Failed;
 }
 
 }  // namespace zelvane

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "fit/fit_store.h"
+#include "platform/outcome.h"
 
 namespace zelvane {
 
@@ -24,7 +25,8 @@ int WaveStimFileRead(const std::string& path, FitWaveform& wave);
 
 /// Asks for a list file and loads the model and the pairs that it names. Without a file `Fit.FitListOn` goes
 /// to 0.
-void ListFileRead();
+/// @return Refused without a file, else as ReadListNamed
+Outcome ListFileRead();
 
 /// Loads a list file: the model from the list's own folder, then each pair from where the list says or, where
 /// it is not there, from the list's folder or from a name that the user is asked for. When the user does not
@@ -32,14 +34,16 @@ void ListFileRead();
 /// Reads and writes:  `Fit.Wave` (1 to the number of pairs, at most MaxFitWaveforms), `Fit.FitWaveCount`,
 ///         `Fit.FitListOn`, `Fit.FitListName`, what reading a model, a recording and a stimulus writes.
 /// Tells:  a file that is no list or cannot be opened.
-void ReadListNamed(const std::string& path);
+/// @return Done when all pairs were loaded; Refused when a file that was asked for was not given; else Failed
+Outcome ReadListNamed(const std::string& path);
 
 /// Empties the set and loads a list file, as the menu does once its name is chosen.
-void OpenListNamed(const std::string& path);
+Outcome OpenListNamed(const std::string& path);
 
-/// Asks for a name and writes the model's file and the names of the pairs that are loaded to it. A failure is
-/// told, and a former file then stands.
-void ListFileWrite();
+/// Asks for a name and writes the model's file and the names of the pairs that are loaded to it. On failure
+/// shows a message and keeps the existing file.
+/// @return Done, Refused without a name, or Failed
+Outcome ListFileWrite();
 
 /// Adds the commands of the set to the menu.
 void AddWaveSetMenu();

@@ -15,10 +15,6 @@ void FxnListFile() {
   WriteAllControls();
 }
 
-void FitSaveList() {
-  ListFileWrite();
-}
-
 void FxnFitClear() {
   WaveSetClear();
   WriteAllControls();
@@ -27,7 +23,7 @@ void FxnFitClear() {
 // clang-format off
 constexpr MenuDecl WaveSetMenu[] = {
     {"Fit/Load Waveform List...", "FxnListFile", FxnListFile},
-    {"Fit/Save Waveform List...", "FitSaveList", FitSaveList},
+    {"Fit/Save Waveform List...", "FitSaveList", Run<ListFileWrite>},
     {"Fit/Clear Waveforms",       "FxnFitClear", FxnFitClear},
 };
 // clang-format on
@@ -43,10 +39,11 @@ void AddFitLogLine(const std::string& line) {
   }
 }
 
-void OpenListNamed(const std::string& path) {
+Outcome OpenListNamed(const std::string& path) {
   WaveSetClear();
-  ReadListNamed(path);
+  const Outcome outcome = ReadListNamed(path);
   WriteAllControls();
+  return outcome;
 }
 
 void AddWaveSetMenu() {

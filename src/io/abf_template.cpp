@@ -221,8 +221,8 @@ AbfTemplate AbfTemplateBytes(std::string_view name) {
   return AbfHeaderBytes(header);
 }
 
-bool LegacyAbfWrite(const std::string& path) {
-  if (RefuseSourceOfTrace(path)) return false;
+Outcome LegacyAbfWrite(const std::string& path) {
+  if (RefuseSourceOfTrace(path)) return Outcome::Refused;
   ReadRunParameters();
   const AbfStamp stamp = StampNow();
   const std::span<const float> samples = Samples();
@@ -234,16 +234,16 @@ bool LegacyAbfWrite(const std::string& path) {
   return SaveFile(path, Parts({Text(header), BytesOf(samples)}));
 }
 
-bool AutosaveAbfWrite(const std::string& path) {
-  if (RefuseSourceOfTrace(path)) return false;
+Outcome AutosaveAbfWrite(const std::string& path) {
+  if (RefuseSourceOfTrace(path)) return Outcome::Refused;
   const bool isNew = IsEmptyOrMissing(path);
   auto header = FormerHeader(path, isNew);
-  if (!header) return false;
+  if (!header) return Outcome::Failed;
   ReadRunParameters();
   const AbfStamp stamp = StampNow();
   const std::span<const float> samples = Samples();
   const std::int64_t end = EndOfSamples(*header);
-  if (!CountEpisode(*header, samples.size(), path)) return false;
+  if (!CountEpisode(*header, samples.size(), path)) return Outcome::Failed;
   PutTraceFields(*header, stamp.shortDate, stamp.seconds);
   PutCreator(*header, AutosaveCreator);
   return isNew ? SaveFile(path, Parts({Text(*header), BytesOf(samples)}))

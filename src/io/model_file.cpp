@@ -48,50 +48,51 @@ std::optional<std::string> ReadBytesAsking(std::string& path) {
 }
 
 /// Takes the model out of a file's bytes. The name becomes the model's only together with its content.
-bool TakeModel(const std::string& bytes, const std::string& path) {
-  if (!ReadModelText(bytes)) return false;
+Outcome TakeModel(const std::optional<std::string>& bytes, const std::string& path) {
+  if (!bytes || !ReadModelText(*bytes)) return Outcome::Refused;
   Model.ModelFileName = path;
   ShowModelOfFile();
-  return true;
+  return Outcome::Done;
 }
 
-bool ReadAsking(std::string path) {
+Outcome ReadAsking(std::string path) {
   const auto bytes = ReadBytesAsking(path);
-  return bytes && TakeModel(*bytes, path);
+  return TakeModel(bytes, path);
 }
 
-bool WriteTo(const std::string& path) {
+Outcome WriteTo(const std::string& path) {
   ReadPanelsOfModelFile();
   if (!ReplaceFile(path, ModelText())) {
     MessagePopup(FileErrorTitle, CannotWrite);
-    return false;
+    return Outcome::Failed;
   }
   Model.ModelFileName = path;
   ShowModelFileName();
-  return true;
+  return Outcome::Done;
 }
 
 }  // namespace
 
-bool ModelFileRead() {
+Outcome ModelFileRead() {
   return ReadAsking(Model.ModelFileName);
 }
 
-bool ModelFileReadNamed(const std::string& path) {
-  const auto bytes = ReadBytes(path, MaxModelBytes);
-  return bytes && TakeModel(*bytes, path);
+Outcome ModelFileReadNamed(const std::string& path) {
+  return TakeModel(ReadBytes(path, MaxModelBytes), path);
 }
 
-bool ModelFileWrite() {
+Outcome ModelFileWrite() {
   return WriteTo(Model.ModelFileName);
 }
 
-void OpenParameterFile() {
-  if (const auto path = AskForModel(ReadTitle, false)) ReadAsking(*path);
+Outcome OpenParameterFile() {
+  const auto path = AskForModel(ReadTitle, false);
+  return path ? ReadAsking(*path) : Outcome::Refused;
 }
 
-void SaveParameters() {
-  if (const auto path = AskForModel(SaveTitle, true)) WriteTo(*path);
+Outcome SaveParameters() {
+  const auto path = AskForModel(SaveTitle, true);
+  return path ? WriteTo(*path) : Outcome::Refused;
 }
 
 }  // namespace zelvane

@@ -12,9 +12,9 @@ namespace {
 
 // clang-format off
 constexpr MenuDecl ModelFileMenu[] = {
-    // path                      command              action             shortcut
-    {"File/Read Parameters...", "OpenParameterFile", OpenParameterFile, "Ctrl+O"},
-    {"File/Save Parameters...", "SaveParameters",    SaveParameters,    "Ctrl+S"},
+    // path                      command              action                  shortcut
+    {"File/Read Parameters...", "OpenParameterFile", Run<OpenParameterFile>, "Ctrl+O"},
+    {"File/Save Parameters...", "SaveParameters",    Run<SaveParameters>,    "Ctrl+S"},
 };
 // clang-format on
 

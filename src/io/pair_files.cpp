@@ -62,21 +62,21 @@ int PairTextRead(const std::string& path, std::span<float> first, std::span<floa
   return length;
 }
 
-int PairTextWrite(const std::string& path, std::span<const float> first, std::span<const float> second) {
+Outcome PairTextWrite(const std::string& path, std::span<const float> first, std::span<const float> second) {
   const auto append = [first, second](std::string& text, std::size_t i) {
     AppendRow(text, {static_cast<double>(first[i]), static_cast<double>(second[i])});
   };
-  return SaveFile(path, MakeRowBlocks({}, first.size(), append)) ? 1 : 0;
+  return SaveFile(path, MakeRowBlocks({}, first.size(), append));
 }
 
-int TripleTextWrite(const std::string& path, std::span<const double> first, std::span<const double> second,
-                    int start) {
+Outcome TripleTextWrite(const std::string& path, std::span<const double> first,
+                        std::span<const double> second, int start) {
   const auto skipped = std::min(static_cast<std::size_t>(std::max(start, 0)), first.size());
   const double interval = Model.ADInterval;
   const auto append = [=](std::string& text, std::size_t i) {
     AppendRow(text, {static_cast<double>(i) * interval, first[skipped + i], second[skipped + i]});
   };
-  return SaveFile(path, MakeRowBlocks({}, first.size() - skipped, append)) ? 1 : 0;
+  return SaveFile(path, MakeRowBlocks({}, first.size() - skipped, append));
 }
 
 }  // namespace zelvane

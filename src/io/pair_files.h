@@ -9,6 +9,8 @@
 #include <span>
 #include <string>
 
+#include "platform/outcome.h"
+
 namespace zelvane {
 
 /// Reads rows "first, second" into two arrays, until the end of the file, a row without two numbers, or one
@@ -18,13 +20,11 @@ namespace zelvane {
 int PairTextRead(const std::string& path, std::span<float> first, std::span<float> second);
 
 /// Writes a row "%.6e, %.6e" for each pair. `first` and `second` have one length.
-/// @return 1 when the file was written, else 0
-int PairTextWrite(const std::string& path, std::span<const float> first, std::span<const float> second);
+Outcome PairTextWrite(const std::string& path, std::span<const float> first, std::span<const float> second);
 
 /// Writes a row "%.6e, %.6e, %.6e" for the values from `start` on: (i - start) x `Model.ADInterval` (ms),
 /// then element i of each array. `first` and `second` have one length; `start` is not below 0.
-/// @return 1 when the file was written, else 0
-int TripleTextWrite(const std::string& path, std::span<const double> first, std::span<const double> second,
-                    int start);
+Outcome TripleTextWrite(const std::string& path, std::span<const double> first,
+                        std::span<const double> second, int start);
 
 }  // namespace zelvane

@@ -102,12 +102,12 @@ bool RefuseSourceOfTrace(const std::string& path) {
   return true;
 }
 
-bool TraceTextWrite(const std::string& path) {
+Outcome TraceTextWrite(const std::string& path) {
   const std::span<const float> samples = Trace.SimTrace.first(TextCount());
-  if (RefuseSourceOfTrace(path)) return false;
+  if (RefuseSourceOfTrace(path)) return Outcome::Refused;
   if (FileReplacement::Begin(path) == nullptr) {
     FileErrorPopup(FileOpenFailed);
-    return false;
+    return Outcome::Failed;
   }
   ReadRunParameters();
   const TraceFormat format =
@@ -115,25 +115,26 @@ bool TraceTextWrite(const std::string& path) {
   return SaveFile(path, TraceTextBlocks(format, samples, Model.ADInterval, ShownTraceTitle()));
 }
 
-bool TraceAbfWrite(const std::string& path) {
-  if (RefuseRecording(path) || RefuseSourceOfTrace(path)) return false;
+Outcome TraceAbfWrite(const std::string& path) {
+  if (RefuseRecording(path) || RefuseSourceOfTrace(path)) return Outcome::Refused;
   const AbfHeader header = HeaderOfTrace();
   AbfWriteHandle writer = OldABF_OpenWrite(path, header);
   if (writer == nullptr) {
     FileErrorPopup(FileOpenFailed);
-    return false;
+    return Outcome::Failed;
   }
   const auto samples =
       Trace.SimTrace.first(static_cast<std::size_t>(std::clamp(Model.NumPoints, 0, MaxStimPoints)));
   const bool good =
       OldABF_WriteRawSweep(*writer, samples) && OldABF_UpdateHeader(*writer, header) && OldABF_Close(writer);
-  if (!good) TellNotWritten(path);
-  return good;
+  if (good) return Outcome::Done;
+  TellNotWritten(path);
+  return WriteStopped() ? Outcome::Stopped : Outcome::Failed;
 }
 
-bool AutosaveTextWrite(const std::string& path) {
+Outcome AutosaveTextWrite(const std::string& path) {
   const std::size_t count = TextCount();
-  if (RefuseSourceOfTrace(path)) return false;
+  if (RefuseSourceOfTrace(path)) return Outcome::Refused;
   ReadRunParameters();
   if (Result.ResultKind == ResultSavedSteps) {
     const std::vector<float> values = SavedStepValues();
@@ -144,16 +145,13 @@ bool AutosaveTextWrite(const std::string& path) {
   return ExtendFile(path, BehindLastLine(path, column));
 }
 
-void AutosaveTrace() {
+Outcome AutosaveTrace() {
   if (Trace.AutosaveFileName.empty()) {
     MessagePopup(ErrorTitle, NoAutosaveFile);
-    return;
+    return Outcome::Refused;
   }
-  if (Model.AutosaveFormat == 0) {
-    AutosaveTextWrite(Trace.AutosaveFileName);
-  } else {
-    AutosaveAbfWrite(Trace.AutosaveFileName);
-  }
+  return Model.AutosaveFormat == 0 ? AutosaveTextWrite(Trace.AutosaveFileName)
+                                   : AutosaveAbfWrite(Trace.AutosaveFileName);
 }
 
 void ConnectAutosave() {

@@ -5,9 +5,10 @@
 //   Shared          RefusedByAutosave  RefuseSourceOfTrace  AbfTemplateBytes
 //   Panel           AddTraceWriteControls
 //
-// All write `Model.NumPoints` samples of `Trace.SimTrace`, one every `Model.ADInterval`. A failure is told,
-// and a former file then stands; so is the choice of the very file that the trace was read from, which is
-// refused.
+// All write `Model.NumPoints` samples of `Trace.SimTrace`, one every `Model.ADInterval`. Each returns
+// Done; Refused when nothing was begun (autosave has no file, or `path` is the very file that the trace was read
+// from), with a message; Stopped when the user stopped the writing; or Failed, with a message. The existing file
+// is then kept.
 #pragma once
 
 #include <array>
@@ -15,35 +16,32 @@
 #include <string>
 #include <string_view>
 
+#include "platform/outcome.h"
+
 namespace zelvane {
 
 /// Writes the trace as text. Reads the panels, then asks whether as ATF or as a single column: the interval
 /// in ms, then a sample a line.
-/// @return whether the file was written
-bool TraceTextWrite(const std::string& path);
+Outcome TraceTextWrite(const std::string& path);
 
 /// Writes the trace as an ABF file, version 1.83, gap-free, floats in the units of the trace. A recording,
 /// which is an ABF file of integers, is never written over.
-/// @return whether the file was written
-bool TraceAbfWrite(const std::string& path);
+Outcome TraceAbfWrite(const std::string& path);
 
 /// Writes the trace as an ABF file that is the template "SAMPLABF.DAT" but for length, interval, date, format
 /// and creator; the samples begin at byte 2048.
-/// @return whether the file was written
-bool LegacyAbfWrite(const std::string& path);
+Outcome LegacyAbfWrite(const std::string& path);
 
 /// Appends the trace to a text file, or makes it: as a single column, or, when the trace came from saved
 /// steps of an adaptive run, as an ATF block of these steps. Each run is a block with a head of its own.
-/// @return whether the run was appended
-bool AutosaveTextWrite(const std::string& path);
+Outcome AutosaveTextWrite(const std::string& path);
 
 /// Appends the trace to an ABF file as one more episode, or makes that file from the template. The episodes
 /// of a file are read back as such when all have the same number of samples.
-/// @return whether the run was appended
-bool AutosaveAbfWrite(const std::string& path);
+Outcome AutosaveAbfWrite(const std::string& path);
 
 /// Appends the trace to `Trace.AutosaveFileName` in the format `Model.AutosaveFormat`.
-void AutosaveTrace();
+Outcome AutosaveTrace();
 
 /// Whether autosave is on: reading and writing other data files then has to wait, which the user is told.
 bool RefusedByAutosave();

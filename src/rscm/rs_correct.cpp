@@ -70,39 +70,41 @@ int ReadPoints(std::string_view text) {
 
 }  // namespace
 
-bool RsCorrectLinear(float fracVolt, float fracCap, float lagFc) {
+Outcome RsCorrectLinear(float fracVolt, float fracCap, float lagFc) {
   const RsCircuit circuit = StoreCircuit();
-  if (!HasInterval(circuit)) return false;
+  if (!HasInterval(circuit)) return Outcome::Refused;
   CorrectLinear(TraceToWrite(Model.NumPoints), circuit, {fracVolt, fracCap, lagFc});
-  return true;
+  return Outcome::Done;
 }
 
-bool RsCorrectNonlinear(float fracVolt, float fracCap, float lagFc) {
+Outcome RsCorrectNonlinear(float fracVolt, float fracCap, float lagFc) {
   const RsCircuit circuit = StoreCircuit();
-  if (!HasInterval(circuit)) return false;
+  if (!HasInterval(circuit)) return Outcome::Refused;
   const auto count = static_cast<std::size_t>(std::clamp(RsCm.RcIvCount, 0, MaxIvPoints));
   const IvRelation relation =
       MakeIvRelation(std::span(RsCm.RcIvVolt).first(count), std::span(RsCm.RcIvCurrent).first(count));
   CorrectNonlinear(TraceToWrite(Model.NumPoints), circuit, {fracVolt, fracCap, lagFc}, relation);
-  return true;
+  return Outcome::Done;
 }
 
-void RsCorrectTrace() {
-  if (RsCorrectLinear(RsCm.RcFracVolt, RsCm.RcFracCap, RsCm.RcLagFc)) Trace.RsCorrected = 1;
+Outcome RsCorrectTrace() {
+  const Outcome outcome = RsCorrectLinear(RsCm.RcFracVolt, RsCm.RcFracCap, RsCm.RcLagFc);
+  if (outcome == Outcome::Done) Trace.RsCorrected = 1;
+  return outcome;
 }
 
-bool RcFilterConductance() {
+Outcome RcFilterConductance() {
   const RsCircuit circuit = StoreCircuit();
-  if (!IsCircuit(circuit)) return false;
+  if (!IsCircuit(circuit)) return Outcome::Refused;
   FilterConductance(TraceToWrite(Noise.RecordPoints), circuit);
-  return true;
+  return Outcome::Done;
 }
 
-bool RcFilterVoltage() {
+Outcome RcFilterVoltage() {
   const RsCircuit circuit = StoreCircuit();
-  if (!IsCircuit(circuit)) return false;
+  if (!IsCircuit(circuit)) return Outcome::Refused;
   FilterVoltage(TraceToWrite(Noise.RecordPoints), circuit);
-  return true;
+  return Outcome::Done;
 }
 
 void SetLinearIv() {

@@ -10,6 +10,8 @@
 
 #include <string>
 
+#include "platform/outcome.h"
+
 namespace zelvane {
 
 /// Corrects the first `Model.NumPoints` samples of the trace (pA) for a linear current-voltage relation.
@@ -19,23 +21,23 @@ namespace zelvane {
 /// @param lagFc     Hz, one-pole filter of the capacitive current
 ///
 /// Reads: `RsCm.RcRs`, `RcCm`, `RcVhold`, `RcVrev`, `Model.ADInterval`. When the interval is not above 0,
-/// shows a message, keeps the trace and returns false.
-bool RsCorrectLinear(float fracVolt, float fracCap, float lagFc);
+/// shows a message, keeps the trace and returns Refused.
+Outcome RsCorrectLinear(float fracVolt, float fracCap, float lagFc);
 
 /// Does the same with the measured relation of `RsCm.RcIvVolt` and `RcIvCurrent`.
-bool RsCorrectNonlinear(float fracVolt, float fracCap, float lagFc);
+Outcome RsCorrectNonlinear(float fracVolt, float fracCap, float lagFc);
 
 /// Corrects a trace that was just read: calls RsCorrectLinear with the fractions of `RsCm` and sets
 /// `Trace.RsCorrected` to 1.
-void RsCorrectTrace();
+Outcome RsCorrectTrace();
 
 /// Converts a trace of conductance (pS) to the current (pA) of a whole-cell recording, over
 /// `Noise.RecordPoints` samples. When the settings of the circuit are invalid, shows a message, keeps the
-/// trace and returns false.
-bool RcFilterConductance();
+/// trace and returns Refused.
+Outcome RcFilterConductance();
 
 /// Converts a trace of command voltage to the current (pA) of a whole-cell recording in the same way.
-bool RcFilterVoltage();
+Outcome RcFilterVoltage();
 
 /// Sets the linear relation through 0, with three points.
 void SetLinearIv();

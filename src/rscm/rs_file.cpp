@@ -125,23 +125,23 @@ bool ReadWhole(const std::string& path) {
 
 }  // namespace
 
-bool FileCorrect(const std::function<void()>& readSettings) {
+Outcome FileCorrect(const std::function<void()>& readSettings) {
   const auto source =
       FileSelectPopup({.title = OpenTitle, .defaultName = AbfFiles, .filter = AllRecordings, .save = false});
-  if (!source) return false;
-  if (!ReadWhole(*source)) return true;
+  if (!source) return Outcome::Refused;
+  if (!ReadWhole(*source)) return Outcome::Failed;
   readSettings();
-  RsCorrectTrace();
-  if (Trace.RsCorrected == 0) return true;
+  if (RsCorrectTrace() != Outcome::Done) return Outcome::Failed;
   const auto target =
       FileSelectPopup({.title = SaveTitle, .defaultName = AbfFiles, .filter = AllRecordings, .save = true});
-  if (!target) return true;
+  if (!target) return Outcome::Stopped;
   if (IsSameFile(*source, *target)) {
     MessagePopup(NoticeTitle, SameFile);
-  } else if (!WriteTrace(*target)) {
-    FileErrorPopup(FileOpenFailed);
+    return Outcome::Failed;
   }
-  return true;
+  if (WriteTrace(*target)) return Outcome::Done;
+  FileErrorPopup(FileOpenFailed);
+  return Outcome::Failed;
 }
 
 }  // namespace zelvane

@@ -3,6 +3,8 @@
 
 #include <functional>
 
+#include "platform/outcome.h"
+
 namespace zelvane {
 
 /// Asks for an ABF file and reads all its episodes into the trace, one after the other. Applies the linear
@@ -14,7 +16,8 @@ namespace zelvane {
 /// Without this file in the program's folder it uses a built-in template. Then it gets the fields of the
 /// trace. When the write fails, or when the new name is that of the source, shows a message and writes
 /// nothing.
-/// @return whether the trace has changed
-bool FileCorrect(const std::function<void()>& readSettings);
+/// @return Done; Refused without a file, and the trace is as it was; Stopped when no target is chosen; or Failed.
+///         The trace has changed unless Refused
+Outcome FileCorrect(const std::function<void()>& readSettings);
 
 }  // namespace zelvane

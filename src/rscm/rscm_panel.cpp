@@ -138,12 +138,12 @@ void TellOfRest() {
 }
 
 /// Asks, reads the panel and filters, unless the trace has been filtered before.
-void FilterTrace(const char* question, bool (*filter)(), const char* title) {
+void FilterTrace(const char* question, Outcome (*filter)(), const char* title) {
   if (!ConfirmPopup(NoticeTitle, question)) return;
   ReadControls(PanelName, CircuitGroup);
   if (Trace.RcFiltered != 0) {
     MessagePopup(NoticeTitle, AlreadyFiltered);
-  } else if (filter()) {
+  } else if (filter() == Outcome::Done) {
     Trace.RcFiltered = 1;
     FilteredTitle = title;
     TellOfRest();
@@ -151,11 +151,11 @@ void FilterTrace(const char* question, bool (*filter)(), const char* title) {
   TellTraceCame();
 }
 
-void CorrectTrace(bool (*correct)(float, float, float)) {
+void CorrectTrace(Outcome (*correct)(float, float, float)) {
   ReadControls(PanelName, CircuitGroup);
   if (Trace.RsCorrected != 0) {
     MessagePopup(NoticeTitle, AlreadyCorrected);
-  } else if (correct(RsCm.RcFracVolt, RsCm.RcFracCap, RsCm.RcLagFc)) {
+  } else if (correct(RsCm.RcFracVolt, RsCm.RcFracCap, RsCm.RcLagFc) == Outcome::Done) {
     Trace.RsCorrected = 1;
   }
 }
@@ -185,7 +185,8 @@ void RC_FilterCorrectNonlinearButton(const ControlEvent&) {
 }
 
 void FxnFileCorrect(const ControlEvent&) {
-  if (FileCorrect([] { ReadControls(PanelName, CircuitGroup); })) TellTraceCame();
+  const Outcome outcome = FileCorrect([] { ReadControls(PanelName, CircuitGroup); });
+  if (outcome != Outcome::Refused) TellTraceCame();
 }
 
 void RC_LoadIVButton(const ControlEvent&) {

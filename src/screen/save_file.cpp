@@ -27,26 +27,27 @@ struct Watched {
   }
 };
 
-bool Told(bool good, bool opened, const char* failure, const std::string& path) {
-  if (good || WriteStopped()) return good;
+Outcome OutcomeOf(bool written, bool opened, const char* failure, const std::string& path) {
+  if (written) return Outcome::Done;
+  if (WriteStopped()) return Outcome::Stopped;
   if (opened) TellAbout(failure, path);
   if (!opened) FileErrorPopup(FileOpenFailed);
-  return false;
+  return Outcome::Failed;
 }
 
 }  // namespace
 
-bool SaveFile(const std::string& path, const NextBlock& nextBlock) {
+Outcome SaveFile(const std::string& path, const NextBlock& nextBlock) {
   Watched blocks{nextBlock};
-  const bool good = ReplaceFileInBlocks(path, std::ref(blocks));
-  return Told(good, blocks.opened, NotWritten, path);
+  const bool written = ReplaceFileInBlocks(path, std::ref(blocks));
+  return OutcomeOf(written, blocks.opened, NotWritten, path);
 }
 
-bool ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string_view head,
-                std::optional<std::int64_t> end) {
+Outcome ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string_view head,
+                   std::optional<std::int64_t> end) {
   Watched blocks{nextBlock};
-  const bool good = AppendToFile(path, std::ref(blocks), head, end);
-  return Told(good, blocks.opened, NotExtended, path);
+  const bool written = AppendToFile(path, std::ref(blocks), head, end);
+  return OutcomeOf(written, blocks.opened, NotExtended, path);
 }
 
 void TellNotWritten(const std::string& path) {

@@ -7,17 +7,20 @@
 #include <string>
 #include <string_view>
 
+#include "platform/outcome.h"
 #include "platform/safe_file.h"
 
 namespace zelvane {
 
-/// Replaces the file `path` by the blocks. When that fails the user is told, and a former file stands.
-bool SaveFile(const std::string& path, const NextBlock& nextBlock);
+/// Replaces the file `path` by the blocks. On failure shows a message and keeps the existing file.
+/// @return Done, Stopped (WriteStopped, without a message) or Failed
+Outcome SaveFile(const std::string& path, const NextBlock& nextBlock);
 
-/// Appends the blocks to the file `path` or makes it, as AppendToFile does. When that fails the user is told,
-/// and the file is as it was.
-bool ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string_view head = {},
-                std::optional<std::int64_t> end = {});
+/// Appends the blocks to the file `path` or makes it, as AppendToFile does. On failure shows a message and
+/// leaves the file as it was.
+/// @return as SaveFile
+Outcome ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string_view head = {},
+                   std::optional<std::int64_t> end = {});
 
 /// Tells that a file, which could be opened, was not written.
 void TellNotWritten(const std::string& path);

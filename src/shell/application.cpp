@@ -100,7 +100,7 @@ void OpenNamedFile(const std::string& file) {
     OpenListNamed(file);
   } else if (extension == ".tbl") {
     ReadResultsTableNamed(file);
-  } else if (ModelFileReadNamed(file)) {
+  } else if (ModelFileReadNamed(file) == Outcome::Done) {
     return;
   } else if (file.ends_with(ModelExtension)) {
     MessagePopup(FileErrorTitle, NotAModelFile + file);

@@ -119,13 +119,13 @@ std::optional<int> ReadSingleColumnList(std::span<float> list, const std::string
   return count < 2 ? 0 : count;
 }
 
-bool ExportDwellList(DwellListKind kind, const std::string& path) {
-  if (ReplaceFileInBlocks(path, ListBlocks(ListOf(kind)))) return true;
+Outcome ExportDwellList(DwellListKind kind, const std::string& path) {
+  if (ReplaceFileInBlocks(path, ListBlocks(ListOf(kind)))) return Outcome::Done;
   FileErrorPopup(FileOpenFailed);
-  return false;
+  return Outcome::Failed;
 }
 
-bool ExportDwellLists(const std::string& path) {
+Outcome ExportDwellLists(const std::string& path) {
   const std::filesystem::path chosen(path);
   const std::string name = chosen.filename().string();
   const std::filesystem::path base = chosen.parent_path() / name.substr(0, name.find('.'));
@@ -134,10 +134,11 @@ bool ExportDwellLists(const std::string& path) {
     const ExportedList list = ListOf(kind);
     if (list.values.empty()) continue;
     any = true;
-    if (!ExportDwellList(kind, base.string() + list.extension)) return false;
+    const Outcome outcome = ExportDwellList(kind, base.string() + list.extension);
+    if (outcome != Outcome::Done) return outcome;
   }
   if (!any) MessagePopup(WarningTitle, NothingToExport);
-  return true;
+  return Outcome::Done;
 }
 
 }  // namespace zelvane

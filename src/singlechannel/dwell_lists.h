@@ -12,6 +12,8 @@
 #include <span>
 #include <string>
 
+#include "platform/outcome.h"
+
 namespace zelvane {
 
 /// Copies the list that `Dwell.OpenListSelector` names into the open times, with its count: 0 the raw open
@@ -35,15 +37,16 @@ std::optional<int> ReadSingleColumnList(std::span<float> list, const std::string
 /// Lists that can be exported.
 enum class DwellListKind { Open, Closed, Latencies };
 
-/// Writes a list as an ATF file of one column, a value a line with "%.6e". False, told as a file error with a
-/// former file untouched, when it cannot be written.
-bool ExportDwellList(DwellListKind kind, const std::string& path);
+/// Writes a list as an ATF file of one column, a value a line with "%.6e". On failure shows a file error and
+/// keeps the existing file.
+/// @return Done or Failed
+Outcome ExportDwellList(DwellListKind kind, const std::string& path);
 
 /// Writes each list that has entries to a file of its own, named like `path` up to the first full stop of its
 /// last part, with .ops (open times), .sht (closed times) or .lat (latencies) behind it. The user is told
 /// when there is nothing to write.
-/// @return false when a file could not be written: the user has been told, and those that follow are not
-/// tried
-bool ExportDwellLists(const std::string& path);
+/// @return Done, also without entries, or Failed, with a message, when a file could not be written; those that
+///         follow are not tried
+Outcome ExportDwellLists(const std::string& path);
 
 }  // namespace zelvane

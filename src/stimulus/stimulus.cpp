@@ -74,19 +74,19 @@ void BuildAutomaticStep() {
   Stimulus.StimFromFile = 0;
 }
 
-/// Asks for a stimulus file and reads it. False when there is none to use.
-bool ReadUserStimulus() {
+/// Asks for a stimulus file and reads it.
+Outcome ReadUserStimulus() {
   FileRequest request;
   request.title = "Read Stimulus Profile";
   request.filter = "*.stm";
   const auto path = FileSelectPopup(request);
-  return path && StimFileRead(*path);
+  return path ? StimFileRead(*path) : Outcome::Refused;
 }
 
 /// USER mode needs profiles from a file; without one the mode goes back to AUTOMATIC.
 void RebuildUserStimulus() {
   if (Stimulus.StimFromFile != 0 || Model.FitActive != 0) return;
-  if (ReadUserStimulus()) {
+  if (ReadUserStimulus() == Outcome::Done) {
     Stimulus.StimFromFile = 1;
     StimPanelRefresh();
     return;
@@ -151,14 +151,16 @@ void AddToTarget(const Pulse& pulse, const PulseTrain& train) {
 
 }  // namespace
 
-void StimRebuild() {
+Outcome StimRebuild() {
   StimReadControls();
   if (Stimulus.StimMode == StimAutomatic && Model.FitActive == 0) BuildAutomaticStep();
   if (Stimulus.StimMode == StimUser) RebuildUserStimulus();
   // Comes last: the USER mode that it leads to asks for its file at the next rebuild.
-  if (Stimulus.StimMode == StimUnavailable) LeaveUnavailableMode();
+  const bool unavailable = Stimulus.StimMode == StimUnavailable;
+  if (unavailable) LeaveUnavailableMode();
   ShowStimulusFacts();
   Stimulus.BuiltInterval = Model.ADInterval;
+  return unavailable ? Outcome::Refused : Outcome::Done;
 }
 
 void StimFollowInterval() {
@@ -177,17 +179,18 @@ void CreateStim() {
   StimPlot();
 }
 
-void CreateExpStim() {
+Outcome CreateExpStim() {
   StimReadControls();
   Stimulus.StimFromFile = 0;
   const std::int64_t start = IndexOf(Stimulus.StepStart);
   const std::int64_t stop = IndexOf(Stimulus.StepStop);
   if (stop >= RunSamples()) {
     MessagePopup(ErrorTitle, StopBeyondEnd);
-    return;
+    return Outcome::Refused;
   }
   AddToTarget(EdgedStep(stop - start), {.first = static_cast<double>(start)});
   StimPlot();
+  return Outcome::Done;
 }
 
 void CreateExp() {

@@ -9,7 +9,10 @@
 // Every creator first reads the panel (StimReadControls). A time is truncated to an index.
 #pragma once
 
+#include <string>
+
 #include "kinetics/rate_factor.h"
+#include "platform/outcome.h"
 namespace zelvane {
 
 void AddStimulusPanel();
@@ -22,7 +25,9 @@ void StimPanelRefresh();
 
 /// Reads the panel, dims the fields of the other modes and shows the length of the sweep. In AUTOMATIC
 /// mode, when no fit runs, it also builds the step of voltage or Drug1 over all MaxStimPoints samples.
-void StimRebuild();
+/// @return Done, also when USER mode got no file and went back to AUTOMATIC; Refused, with a message, when the
+///         mode is unavailable
+Outcome StimRebuild();
 
 /// Builds and plots the stimulus again when `Model.ADInterval` has changed since the last time, for example
 /// by a recording. The automatic step keeps its times. Does nothing in USER mode without a file.
@@ -32,10 +37,10 @@ void StimFollowInterval();
 void StimPlot();
 
 // -- Creators. They add to samples 0..NumPoints - 1 of the target profile --
-void CreateStim();     // square step or ramp
-void CreateExpStim();  // exponentially edged step
-void CreateExp();      // exponential waveform
-void CreateTrain();    // train of steps or waveforms
+void CreateStim();        // square step or ramp
+Outcome CreateExpStim();  // exponentially edged step; Refused when it ends beyond the run
+void CreateExp();         // exponential waveform
+void CreateTrain();       // train of steps or waveforms
 
 /// Sets the target's NumPoints samples to 0, rebuilds and plots.
 void EraseStim();

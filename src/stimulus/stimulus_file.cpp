@@ -104,7 +104,7 @@ std::size_t ExportCount(int count) {
 
 }  // namespace
 
-bool WriteStimProfiles(const std::string& path, float intervalMs, const StimProfileSpans& profiles) {
+Outcome WriteStimProfiles(const std::string& path, float intervalMs, const StimProfileSpans& profiles) {
   std::array<char, StimFileHeadBytes> head{};
   const auto samples = static_cast<std::int32_t>(profiles[0].size());
   std::memcpy(head.data(), &intervalMs, sizeof(float));
@@ -117,7 +117,7 @@ bool WriteStimProfiles(const std::string& path, float intervalMs, const StimProf
   });
 }
 
-bool WriteStimColumn(const std::string& path, float intervalMs, std::span<const float> profile) {
+Outcome WriteStimColumn(const std::string& path, float intervalMs, std::span<const float> profile) {
   std::string head;
   AppendExponent(head, static_cast<double>(intervalMs));
   head += '\n';
@@ -128,13 +128,13 @@ bool WriteStimColumn(const std::string& path, float intervalMs, std::span<const 
                   }));
 }
 
-bool StimFileRead(const std::string& path) {
+Outcome StimFileRead(const std::string& path) {
   const auto head = HeadOrTold(path);
-  if (!head) return false;
+  if (!head) return Outcome::Failed;
   const bool newInterval = AgreesToInterval(head->intervalMs);
   if (head->samples > MaxStimPoints) {
     MessagePopup(ErrorTitle, TooLarge);
-    return false;
+    return Outcome::Failed;
   }
   if (newInterval) Model.ADInterval = WithinLimits(head->intervalMs);
   for (const std::span<float> profile : Stimulus.Profile) ReleaseZeroPages(profile);
@@ -142,7 +142,7 @@ bool StimFileRead(const std::string& path) {
   if (Stimulus.ScriptRunning == 0 && AgreesToPoints(head->samples - 1)) Model.NumPoints = head->samples - 1;
   if (complete) Stimulus.StimFileName = path;
   ShowStimulusOfFile();
-  return complete;
+  return complete ? Outcome::Done : Outcome::Failed;
 }
 
 int StimFileReadInto(const std::string& path, const StimProfileSpans& profiles, float& intervalMs) {
@@ -163,7 +163,7 @@ int StimFileReadInto(const std::string& path, const StimProfileSpans& profiles, 
   return ReadStimProfiles(path, *head, profiles) == 0 ? 0 : head->samples;
 }
 
-bool StimFileWrite(const std::string& path, int count) {
+Outcome StimFileWrite(const std::string& path, int count) {
   ReadStimulusPanel();
   StimProfileSpans profiles = StoreProfiles();
   for (std::span<float>& profile : profiles) profile = profile.first(ExportCount(count));
@@ -185,7 +185,7 @@ std::optional<int> StimAsciiImport(const std::string& path) {
   return column->samples > LeastImport ? 1 : 0;
 }
 
-bool StimAsciiExport(const std::string& path, int count) {
+Outcome StimAsciiExport(const std::string& path, int count) {
   return WriteStimColumn(path, Model.ADInterval, TargetProfile().first(ExportCount(count)));
 }
 

@@ -13,7 +13,9 @@
 #include <span>
 #include <string>
 
+#include "fit/fit_store.h"
 #include "formats/stimulus_read.h"
+#include "platform/outcome.h"
 
 namespace zelvane {
 
@@ -21,12 +23,12 @@ namespace zelvane {
 inline constexpr float LeastFileInterval = 1e-6F;
 inline constexpr float MostFileInterval = 1e6F;
 
-/// Writes the profiles, all of one length. False, told and with a former file as it was, when that cannot be
-/// done.
-bool WriteStimProfiles(const std::string& path, float intervalMs, const StimProfileSpans& profiles);
+/// Writes the profiles, all of one length. On failure shows a message and keeps the existing file.
+/// @return Done, Stopped (the writing was, without a message) or Failed
+Outcome WriteStimProfiles(const std::string& path, float intervalMs, const StimProfileSpans& profiles);
 
-/// Writes a column of text, failures likewise.
-bool WriteStimColumn(const std::string& path, float intervalMs, std::span<const float> profile);
+/// Writes a column of text, likewise.
+Outcome WriteStimColumn(const std::string& path, float intervalMs, std::span<const float> profile);
 
 /// Reads the seven profiles of a file.
 ///
@@ -36,8 +38,8 @@ bool WriteStimColumn(const std::string& path, float intervalMs, std::span<const 
 /// told: what is missing is 0. Writes:  `Stimulus.Profile`, `Stimulus.StimFileName`, `Model.ADInterval`,
 /// `Model.NumPoints`; the panels
 ///          follow.
-/// @return whether samples of the last profile were read
-bool StimFileRead(const std::string& path);
+/// @return Done when samples of the last profile were read, else Failed
+Outcome StimFileRead(const std::string& path);
 
 /// Reads the seven profiles of a file into other arrays, all of one length, which are not cleared first. Asks
 /// whether to take over an interval that differs by more than 0.0001 ms from `Model.ADInterval`. Refusals as
@@ -47,9 +49,8 @@ bool StimFileRead(const std::string& path);
 int StimFileReadInto(const std::string& path, const StimProfileSpans& profiles, float& intervalMs);
 
 /// Reads the stimulus panel and writes `count` samples (1 to MaxStimPoints) of each profile, also those that
-/// lie beyond NumPoints. A failure is told.
-/// @return whether the file was written; if not, a former file stands
-bool StimFileWrite(const std::string& path, int count);
+/// lie beyond NumPoints. Messages and outcome as in WriteStimProfiles.
+Outcome StimFileWrite(const std::string& path, int count);
 
 /// Reads a column of text into the profile `Stimulus.StimTarget`. Asks whether to take over another interval
 /// and another number of points. Samples beyond those read stay as they were.
@@ -58,8 +59,8 @@ bool StimFileWrite(const std::string& path, int count);
 std::optional<int> StimAsciiImport(const std::string& path);
 
 /// Writes `count` samples (1 to MaxStimPoints) of the profile `Stimulus.StimTarget` as a column of text,
-/// failures as in StimFileWrite.
-bool StimAsciiExport(const std::string& path, int count);
+/// likewise.
+Outcome StimAsciiExport(const std::string& path, int count);
 
 /// Reads a binary stimulus file as the stimulus of the next runs: on success USER mode begins.
 void OpenStimulusNamed(const std::string& path);

@@ -128,7 +128,7 @@ bool PanelsStand() {
 }  // namespace
 
 void OpenStimulusNamed(const std::string& path) {
-  if (StimFileRead(path)) {
+  if (StimFileRead(path) == Outcome::Done) {
     EnterUserMode();
   } else {
     ShowWhatIsLeft();

@@ -72,7 +72,7 @@ class AbfOtherPrograms : public PanelTest {
     Note(name, sweeps);
   }
 
-  void OfTrace(const std::string& name, const std::function<bool(const std::string&)>& write,
+  void OfTrace(const std::string& name, const std::function<Outcome(const std::string&)>& write,
                const std::vector<std::vector<float>>& runs) {
     for (const auto& run : runs) {
       std::copy(run.begin(), run.end(), Trace.SimTrace.begin());
@@ -80,7 +80,7 @@ class AbfOtherPrograms : public PanelTest {
       Model.ADInterval = static_cast<float>(IntervalMs);
       Trace.TraceUnits = TracePicoamps;
       WriteRunParameters();
-      ASSERT_TRUE(write(folder.File(name)));
+      ASSERT_EQ(write(folder.File(name)), Outcome::Done);
     }
     Note(name, runs);
   }

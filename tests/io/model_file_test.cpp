@@ -84,14 +84,14 @@ TEST_F(ModelFileTest, AsksTwiceForANameWhileTheFileCannotBeOpened) {
   const std::string path = WriteModel("two.mod");
   Model.ModelFileName = folder.File("missing.mod");
   choices = {folder.Path().string(), path};  // a folder cannot be opened either
-  EXPECT_TRUE(ModelFileRead());
+  EXPECT_EQ(ModelFileRead(), Outcome::Done);
   EXPECT_EQ(fileRequests.size(), 2U);
   EXPECT_EQ(Model.ModelFileName, path);
 
   Model.ModelFileName = folder.File("missing.mod");
   Model.ModelTitle = "kept";
   choices = {"", folder.File("none"), path};
-  EXPECT_FALSE(ModelFileRead());
+  EXPECT_NE(ModelFileRead(), Outcome::Done);
   EXPECT_EQ(choices.size(), 1U) << "there is no third question";
   EXPECT_EQ(Model.ModelTitle, "kept");
   EXPECT_EQ(Model.ModelFileName, folder.File("missing.mod"));
@@ -103,7 +103,7 @@ TEST_F(ModelFileTest, WhatIsNoModelChangesNothingAndAsksNothing) {
   Model.KOn[1] = 5;
   for (const std::string& path :
        {text, folder.Path().string(), folder.File("missing.mod"), std::string("/dev/zero"), std::string()}) {
-    EXPECT_FALSE(ModelFileReadNamed(path)) << path;
+    EXPECT_NE(ModelFileReadNamed(path), Outcome::Done) << path;
   }
   EXPECT_EQ(Model.ModelFileName, "former.mod");
   EXPECT_EQ(Model.KOn[1], 5);
@@ -115,7 +115,7 @@ TEST_F(ModelFileTest, AFileOfAnySizeIsReadUpToABound) {
   const std::string path = folder.File("huge.mod");
   WriteWholeFile(path, "4ZV\nhuge\n");
   fs::resize_file(path, std::uintmax_t{1} << 36);  // sparse: 64 GB of NUL
-  EXPECT_TRUE(ModelFileReadNamed(path));
+  EXPECT_EQ(ModelFileReadNamed(path), Outcome::Done);
   EXPECT_EQ(Model.ModelTitle, "huge");
 }
 
@@ -144,7 +144,7 @@ TEST_F(ModelFileTest, ReadingRebuildsTheStimulusAndShowsTheGridsLabelsOfAnOlderF
   const std::string path = folder.File("old.mod");
   WriteWholeFile(path, InOlderFormat(ModelText(), 2));
   Stimulus.AutoValue = 0.125F;
-  ASSERT_TRUE(ModelFileReadNamed(path));
+  ASSERT_EQ(ModelFileReadNamed(path), Outcome::Done);
   EXPECT_EQ(ControlNamed("TableStateLabel[2]").text, "open");
   EXPECT_EQ(Stimulus.Profile[1][500], 0.5F);
 }

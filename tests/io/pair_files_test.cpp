@@ -19,7 +19,7 @@ class PairFilesTest : public StoreTest {
 TEST_F(PairFilesTest, PairsComeBackAsTheyWereWritten) {
   const std::vector<float> first{1.5F, -2e-9F, 0.0F};
   const std::vector<float> second{0.1F, 3e8F, -1.0F};
-  ASSERT_EQ(PairTextWrite(path, first, second), 1);
+  ASSERT_EQ(PairTextWrite(path, first, second), Outcome::Done);
   EXPECT_EQ(ReadWholeFile(path),
             "1.500000e+00, 1.000000e-01\n-2.000000e-09, 3.000000e+08\n0.000000e+00, -1.000000e+00\n");
   std::vector<float> a(10);
@@ -44,7 +44,7 @@ TEST_F(PairFilesTest, ReadingEndsAtARowWithoutTwoNumbers) {
     EXPECT_EQ(PairTextRead(path, a, b), rows) << text;
   }
   EXPECT_EQ(PairTextRead(folder.File("none"), a, b), 0);
-  EXPECT_EQ(PairTextWrite(folder.File("none/x"), a, b), 0);
+  EXPECT_EQ(PairTextWrite(folder.File("none/x"), a, b), Outcome::Failed);
   EXPECT_EQ(PopupTexts(), std::vector<std::string>(2, "IO Error 100: FileOpen failed"));
 }
 
@@ -52,7 +52,7 @@ TEST_F(PairFilesTest, TriplesBeginAtTimeZero) {
   Model.ADInterval = 0.5F;
   const std::vector<double> first{9, 1, 2};
   const std::vector<double> second{9, 3, 1e-100};
-  ASSERT_EQ(TripleTextWrite(path, first, second, 1), 1);
+  ASSERT_EQ(TripleTextWrite(path, first, second, 1), Outcome::Done);
   EXPECT_EQ(ReadWholeFile(path),
             "0.000000e+00, 1.000000e+00, 3.000000e+00\n5.000000e-01, 2.000000e+00, 1.000000e-100\n");
 }

@@ -184,7 +184,7 @@ TEST_F(TraceReadTest, AStimulusOpenedByItsNameIsTheStimulusAndNoTrace) {
   std::vector<float> volts(200, 0.02F);
   StimProfileSpans profiles;
   profiles.fill(volts);
-  ASSERT_TRUE(WriteStimProfiles(folder.File("pulse.stm"), 0.1F, profiles));
+  ASSERT_EQ(WriteStimProfiles(folder.File("pulse.stm"), 0.1F, profiles), Outcome::Done);
   RunAfterReading("answer yes\nanswer yes\nopen \"" + folder.File("pulse.stm") + "\"\n");
   EXPECT_EQ(Stimulus.StimMode, StimUser);
   EXPECT_EQ(Stimulus.Profile[0][199], 0.02F);

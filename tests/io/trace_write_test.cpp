@@ -85,15 +85,15 @@ TEST_F(TraceWriteTest, AnAbfFileReadsBackWithItsIntervalAndUnits) {
   EXPECT_NEAR(header.sampleInterval, 20.0, 1e-5);
   EXPECT_EQ(header.channelUnits[0], "nA");
   EXPECT_GT(header.startDate, 20200000);
-  EXPECT_TRUE(TraceAbfWrite(path)) << "a file of floats may be written over";
+  EXPECT_EQ(TraceAbfWrite(path), Outcome::Done) << "a file of floats may be written over";
 }
 
 TEST_F(TraceWriteTest, ARecordingAndTheSourceOfTheTraceAreNotWrittenOver) {
-  ASSERT_TRUE(TraceAbfWrite(path));
+  ASSERT_EQ(TraceAbfWrite(path), Outcome::Done);
   std::string recording = ReadWholeFile(path);
   recording[100] = 0;  // samples of 16 bits
   WriteWholeFile(path, recording);
-  EXPECT_FALSE(TraceAbfWrite(path));
+  EXPECT_NE(TraceAbfWrite(path), Outcome::Done);
   EXPECT_EQ(popups.back(),
             (SeenPopup{"Error!", path + " is in integer format, which usually means it is an acquired "
                                         "data file.\nCannot overwrite an acquired data file"}));
@@ -223,25 +223,26 @@ TEST_F(TraceWriteTest, FilesThatCannotBeWrittenAreTold) {
       EXPECT_EQ(PopupTexts(), std::vector<std::string>{OpenFailed}) << target;
     }
   }
-  EXPECT_FALSE(AutosaveAbfWrite(folder.File("model.mod")));
+  EXPECT_NE(AutosaveAbfWrite(folder.File("model.mod")), Outcome::Done);
   EXPECT_EQ(ReadWholeFile(folder.File("model.mod")), "no recording");
-  ASSERT_TRUE(AutosaveAbfWrite(path));
+  ASSERT_EQ(AutosaveAbfWrite(path), Outcome::Done);
   std::string tagged = ReadWholeFile(path) + "tags";
   tagged[44] = 5;  // the block where tags begin
   WriteWholeFile(path, tagged);
-  EXPECT_FALSE(AutosaveAbfWrite(path)) << "what follows on the samples would be taken for samples";
+  EXPECT_NE(AutosaveAbfWrite(path), Outcome::Done)
+      << "what follows on the samples would be taken for samples";
   EXPECT_EQ(ReadWholeFile(path), tagged);
 }
 
 TEST_F(TraceWriteTest, AutosaveGoesOnBehindARunWhoseWritingWasBrokenOff) {
-  ASSERT_TRUE(AutosaveAbfWrite(path));
+  ASSERT_EQ(AutosaveAbfWrite(path), Outcome::Done);
   WriteWholeFile(path, ReadWholeFile(path) + "a part of an episode, longer than a run");
-  ASSERT_TRUE(AutosaveAbfWrite(path));
+  ASSERT_EQ(AutosaveAbfWrite(path), Outcome::Done);
   EXPECT_EQ(ReadBack(), (std::vector<std::vector<float>>{{1.5F, -2.0F, 0.25F}, {1.5F, -2.0F, 0.25F}}));
   EXPECT_EQ(ReadWholeFile(path).size(), 2048U + 24U);
 
   const std::string column = folder.Written("runs.asc", "1\n2.34");
-  ASSERT_TRUE(AutosaveTextWrite(column));
+  ASSERT_EQ(AutosaveTextWrite(column), Outcome::Done);
   EXPECT_TRUE(ReadWholeFile(column).starts_with("1\n2.34\n2.000000e-02\n1.5"));
 }
 

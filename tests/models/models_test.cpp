@@ -50,7 +50,7 @@ constexpr double OverE = 1.0 / std::numbers::e;
 class PublishedModels : public PanelTest {
  protected:
   void Load(const std::string& name) {
-    ASSERT_TRUE(ModelFileReadNamed(std::string(ZELVANE_DATA) + "/" + name)) << name;
+    ASSERT_EQ(ModelFileReadNamed(std::string(ZELVANE_DATA) + "/" + name), Outcome::Done) << name;
     Model.DisplayUnits = UnitsProbability;
     WriteRunParameters();
   }
@@ -96,9 +96,9 @@ TEST_F(PublishedModels, AreAtLeastSixAndKeepTheirBytesWhenReadAndSaved) {
   for (const std::string& name : names) {
     SCOPED_TRACE(name);
     const std::string path = std::string(ZELVANE_DATA) + "/" + name;
-    ASSERT_TRUE(ModelFileReadNamed(path));
+    ASSERT_EQ(ModelFileReadNamed(path), Outcome::Done);
     Model.ModelFileName = folder.File("saved.mod");
-    ASSERT_TRUE(ModelFileWrite());
+    ASSERT_EQ(ModelFileWrite(), Outcome::Done);
     EXPECT_EQ(ReadWholeFile(folder.File("saved.mod")), ReadWholeFile(path));
     EXPECT_TRUE(popups.empty());
   }
@@ -107,7 +107,7 @@ TEST_F(PublishedModels, AreAtLeastSixAndKeepTheirBytesWhenReadAndSaved) {
 TEST_F(PublishedModels, RunAsTheyStandWithoutAMessageAndLoseNoChannel) {
   for (const std::string& name : ModelNames()) {
     SCOPED_TRACE(name);
-    ASSERT_TRUE(ModelFileReadNamed(std::string(ZELVANE_DATA) + "/" + name));
+    ASSERT_EQ(ModelFileReadNamed(std::string(ZELVANE_DATA) + "/" + name), Outcome::Done);
     const float step = Model.MaxStepSize;
     const float precision = Model.Precision;
     const Response r = Run(FixedStepIntegrator);

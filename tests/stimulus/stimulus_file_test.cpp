@@ -100,7 +100,7 @@ TEST_F(StimulusFileTest, IntervalAndLengthStayWhereTheUserRefusesOrAScriptCannot
   for (const bool script : {false, true}) {
     Stimulus.ScriptRunning = script ? 1 : 0;
     popups.clear();
-    EXPECT_TRUE(StimFileRead(Made(0.5F, 200)));
+    EXPECT_EQ(StimFileRead(Made(0.5F, 200)), Outcome::Done);
     EXPECT_EQ(popups.size(), script ? 1U : 2U);
     EXPECT_EQ(popups == told, script);
     EXPECT_EQ(Model.ADInterval, 0.01F);
@@ -112,7 +112,7 @@ TEST_F(StimulusFileTest, IntervalAndLengthStayWhereTheUserRefusesOrAScriptCannot
 TEST_F(StimulusFileTest, AnIntervalIsHeldToItsLimits) {
   for (const auto& [inFile, taken] : {std::pair{0.0F, 1e-6F}, {-3.0F, 1e-6F}, {INFINITY, 1e6F}}) {
     answers = {true};
-    EXPECT_TRUE(StimFileRead(Made(inFile, 4)));
+    EXPECT_EQ(StimFileRead(Made(inFile, 4)), Outcome::Done);
     EXPECT_EQ(Model.ADInterval, taken);
   }
 }
@@ -121,30 +121,30 @@ TEST_F(StimulusFileTest, WhatAShortFileLacksIsZeroAndNotTold) {
   Model.NumPoints = 99;
   for (std::size_t p = 0; p < 7; ++p) Stimulus.Profile[p][150] = 5.0F;
   const std::size_t begin = 8 + 24 * 100;  // of the last profile
-  EXPECT_TRUE(StimFileRead(Made(0.01F, 100, begin + 4 * 3 + 2)));
+  EXPECT_EQ(StimFileRead(Made(0.01F, 100, begin + 4 * 3 + 2)), Outcome::Done);
   EXPECT_EQ(Stimulus.Profile[5][99], 599.0F);
   EXPECT_EQ(Stimulus.Profile[6][2], 602.0F);
   EXPECT_EQ(Stimulus.Profile[6][3], 0.0F);
   EXPECT_EQ(Stimulus.Profile[0][150], 0.0F);
-  EXPECT_FALSE(StimFileRead(Made(0.01F, 100, begin + 3)));
+  EXPECT_NE(StimFileRead(Made(0.01F, 100, begin + 3)), Outcome::Done);
   EXPECT_TRUE(popups.empty());
 }
 
 TEST_F(StimulusFileTest, AFileThatIsNoneChangesNothing) {
   Stimulus.Profile[3][5] = 0.25F;
   const std::string missing = folder.File("missing.stm");
-  EXPECT_FALSE(StimFileRead(missing));
-  EXPECT_FALSE(StimFileRead(folder.Path().string()));
+  EXPECT_NE(StimFileRead(missing), Outcome::Done);
+  EXPECT_NE(StimFileRead(folder.Path().string()), Outcome::Done);
   EXPECT_EQ(PopupTexts(), (std::vector<std::string>{OpenFailed, OpenFailed}));
   popups.clear();
   answers = {true, true, true, true};
-  EXPECT_FALSE(StimFileRead(Made(0.5F, 10, 7)));
-  EXPECT_FALSE(StimFileRead(Made(NAN, 10)));
-  EXPECT_FALSE(StimFileRead(Claiming(0.5F, 0)));
-  EXPECT_FALSE(StimFileRead(Claiming(0.5F, -7)));
+  EXPECT_NE(StimFileRead(Made(0.5F, 10, 7)), Outcome::Done);
+  EXPECT_NE(StimFileRead(Made(NAN, 10)), Outcome::Done);
+  EXPECT_NE(StimFileRead(Claiming(0.5F, 0)), Outcome::Done);
+  EXPECT_NE(StimFileRead(Claiming(0.5F, -7)), Outcome::Done);
   EXPECT_EQ(PopupTexts(), std::vector<std::string>(4, WrongFormat));
   popups.clear();
-  EXPECT_FALSE(StimFileRead(Claiming(0.5F, 5'000'002)));
+  EXPECT_NE(StimFileRead(Claiming(0.5F, 5'000'002)), Outcome::Done);
   EXPECT_EQ(
       popups.back(),
       (SeenPopup{"! Error", "Stimulus file larger than current array size; cannot complete operation."}));
@@ -261,8 +261,8 @@ TEST_F(StimulusFileTest, AWriteThatFailsIsToldAndTheOldFileStands) {
   for (const std::string& target : {std::string("/dev/full"), folder.Path().string(),
                                     folder.File("none/a.stm"), folder.File("sub/a.stm")}) {
     popups.clear();
-    EXPECT_FALSE(StimFileWrite(target, 10)) << target;
-    EXPECT_FALSE(StimAsciiExport(target, 10)) << target;
+    EXPECT_NE(StimFileWrite(target, 10), Outcome::Done) << target;
+    EXPECT_NE(StimAsciiExport(target, 10), Outcome::Done) << target;
     EXPECT_EQ(PopupTexts(), (std::vector<std::string>{OpenFailed, OpenFailed})) << target;
   }
   std::filesystem::permissions(folder.File("sub"), std::filesystem::perms::owner_all);

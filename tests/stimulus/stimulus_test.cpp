@@ -214,7 +214,7 @@ TEST_F(StimulusTest, EraseClearsTheRunAndRebuilds) {
 TEST_F(StimulusTest, CreatorsOtherThanTheTrainEndAProtocolFromAFile) {
   Manual(10240);
   for (const auto& [create, fromFile] :
-       {std::pair{&CreateStim, 0}, {&CreateExpStim, 0}, {&CreateExp, 0}, {&CreateTrain, 1}}) {
+       {std::pair{&CreateStim, 0}, {+[] { CreateExpStim(); }, 0}, {&CreateExp, 0}, {&CreateTrain, 1}}) {
     Stimulus.StimFromFile = 1;
     create();
     EXPECT_EQ(Stimulus.StimFromFile, fromFile);

@@ -44,12 +44,12 @@ bool ApplySettings(const std::vector<std::string>& settings, std::ostream& err) 
   return true;
 }
 
-void ShowJobStores() {
+Outcome ShowJobStores() {
   RefreshModelPanels();
   WriteRunParameters();
   StimPanelRefresh();
   WriteAllControls();
-  StimRebuild();
+  return StimRebuild();
 }
 
 }  // namespace zelvane

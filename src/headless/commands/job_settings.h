@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/outcome.h"
+
 namespace zelvane {
 
 /// Sets store fields from "NAME=VALUE", in order. When a name is not a field or a value does not suit its
@@ -12,6 +14,7 @@ namespace zelvane {
 bool ApplySettings(const std::vector<std::string>& settings, std::ostream& err);
 
 /// Copies the stores to the panels, because a run reads the panels, and builds the stimulus again.
-void ShowJobStores();
+/// @return what came of the stimulus: Refused, with a message, when its mode is unavailable
+Outcome ShowJobStores();
 
 }  // namespace zelvane

@@ -124,7 +124,7 @@ void StartJob(const std::optional<Seeds>& seeds) {
 
 bool ReadJobModel(const std::string& path, const JobStreams& streams) {
   std::string reason = WhyUnreadable(path);
-  if (reason.empty() && ModelFileReadNamed(path)) return true;
+  if (reason.empty() && ModelFileReadNamed(path) == Outcome::Done) return true;
   if (reason.empty()) reason = "not a model file";
   streams.err << path << ": " << reason << std::endl;
   return false;

@@ -151,7 +151,7 @@ std::vector<float> Joined(const Excerpt& excerpt) {
 }
 
 /// A stimulus file whose only profile that is not 0 is the one named.
-bool WriteProfile(const std::string& path, const Excerpt& excerpt, int profile) {
+Outcome WriteProfile(const std::string& path, const Excerpt& excerpt, int profile) {
   std::vector<float> samples = Joined(excerpt);
   std::vector<float> zeros(samples.size());
   StimProfileSpans profiles;
@@ -160,13 +160,25 @@ bool WriteProfile(const std::string& path, const Excerpt& excerpt, int profile) 
   return WriteStimProfiles(path, static_cast<float>(excerpt.intervalMs), profiles);
 }
 
-bool WriteExcerpt(const ConvertOptions& options, const Excerpt& excerpt, bool fromProfiles) {
+/// Writes the new file. False, told, when it was not written.
+bool WriteExcerpt(const ConvertOptions& options, const Excerpt& excerpt, bool fromProfiles,
+                  const JobStreams& streams) {
   const std::string extension = ExtensionOf(options.out);
-  if (extension == ".abf") return WriteAbf(options.out, excerpt);
-  if (extension == ".stm") return WriteProfile(options.out, excerpt, options.channel.value_or(Drug1));
   const auto intervalMs = static_cast<float>(excerpt.intervalMs);
-  if (extension == ".asc" && fromProfiles) return WriteStimColumn(options.out, intervalMs, Joined(excerpt));
-  return WriteSweepsFile(options.out, excerpt.sweeps, intervalMs, excerpt.input.name, excerpt.input.units);
+  Outcome outcome = Outcome::Done;
+  bool written = true;
+  if (extension == ".abf") {
+    written = WriteAbf(options.out, excerpt);
+  } else if (extension == ".stm") {
+    outcome = WriteProfile(options.out, excerpt, options.channel.value_or(Drug1));
+  } else if (extension == ".asc" && fromProfiles) {
+    outcome = WriteStimColumn(options.out, intervalMs, Joined(excerpt));
+  } else {
+    written =
+        WriteSweepsFile(options.out, excerpt.sweeps, intervalMs, excerpt.input.name, excerpt.input.units);
+  }
+  if (!written || outcome == Outcome::Stopped) TellUnwritten(options.out, streams);
+  return written && outcome == Outcome::Done;
 }
 
 /// Why the new file has no room for what was read; empty when it has.
@@ -237,9 +249,7 @@ int ConvertCommand(const ConvertOptions& options, const JobStreams& streams) {
     streams.err << options.in << ": " << noRoom << '\n';
     return JobFailed;
   }
-  if (WriteExcerpt(options, *excerpt, fromProfiles)) return JobDone;
-  if (!screen.ErrorShown()) TellUnwritten(options.out, streams);
-  return JobFailed;
+  return WriteExcerpt(options, *excerpt, fromProfiles, streams) ? JobDone : JobFailed;
 }
 
 }  // namespace zelvane

@@ -51,7 +51,7 @@ bool ReadStimulus(const std::string& path, std::ostream& err) {
     Model.ADInterval = head->intervalMs;
     Model.NumPoints = head->samples - 1;
   }
-  if (!StimFileRead(path)) {
+  if (StimFileRead(path) != Outcome::Done) {
     err << path << ": no stimulus can be read from it\n";
     return false;
   }
@@ -110,7 +110,7 @@ bool WriteFiles(const SimulateOptions& options, std::span<const float> mean, con
     TellUnwritten(options.occupancyFile, streams);
     return false;
   }
-  if (options.dwellFile.empty() || ExportDwellLists(options.dwellFile)) return true;
+  if (options.dwellFile.empty() || ExportDwellLists(options.dwellFile) == Outcome::Done) return true;
   TellUnwritten(options.dwellFile, streams);
   return false;
 }
