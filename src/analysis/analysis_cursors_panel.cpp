@@ -1,0 +1,127 @@
+// The cursors of AnalysisPanel: their fields follow them, and they follow their fields.
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "analysis/analysis_panel.h"
+#include "analysis/analysis_store.h"
+#include "analysis/internal/analysis_plot.h"
+#include "analysis/internal/analysis_views.h"
+#include "screen/screen.h"
+
+namespace zelvane {
+namespace {
+
+constexpr Colour SearchColour{192, 0, 0};
+constexpr Colour ZoomColour{192, 192, 192};
+constexpr Colour ReadColour{0, 0, 128};
+
+constexpr std::array<Colour, AnalysisCursorCount> CursorColours = {
+    BaselineColour, BaselineColour, SearchColour, SearchColour, ZoomColour,
+    ZoomColour,     ReadColour,     ReadColour,   LatencyColour};
+
+int CountBetween(std::size_t from, std::size_t to) {
+  return static_cast<int>(
+      std::clamp(std::trunc(AnalysisCursor(to).x - AnalysisCursor(from).x), 0.0, 2147483647.0));
+}
+
+/// The end of a stretch was moved: a new length, or a snap back where it lies before the start.
+void MoveStretchEnd(std::size_t from, std::size_t to, int& count) {
+  if (AnalysisCursor(to).x >= AnalysisCursor(from).x) count = CountBetween(from, to);
+}
+
+void CursorMoved(Graph& /*graph*/, int cursor) {
+  const auto moved = static_cast<std::size_t>(cursor) - 1;
+  ReadAnalysisPanel();  // a value typed elsewhere and not yet committed stays
+  switch (moved) {
+    case BaseStartCursor:
+      Analysis.BaselineStart = MsOf(AnalysisCursor(moved).x);
+      break;
+    case BaseEndCursor:
+      MoveStretchEnd(BaseStartCursor, BaseEndCursor, Analysis.BaselinePts);
+      break;
+    case SearchStartCursor:
+      Analysis.StartAnalysis = MsOf(AnalysisCursor(moved).x);
+      break;
+    case SearchEndCursor:
+      MoveStretchEnd(SearchStartCursor, SearchEndCursor, Analysis.PeakSearchPts);
+      break;
+    case LatencyCursor:
+      Analysis.LatencyPos = MsOf(AnalysisCursor(moved).x);
+      break;
+    case ReadFirstCursor:
+    case ReadSecondCursor:
+      LockReadoutCursors();
+      HideCursorsOutsideView();
+      ShowCursorReadouts();
+      return;
+    default:
+      return;
+  }
+  FollowSettings();
+}
+
+/// Puts a stretch at two places of the view and takes it into its fields.
+void BringStretch(std::size_t from, double fromPart, double toPart, float& start, int& count) {
+  ReadAnalysisPanel();
+  const DataRange x = ViewRange(AnalysisGraph(), 'x');
+  AnalysisCursor(from).x = std::trunc(x.min + (x.max - x.min) * fromPart);
+  AnalysisCursor(from + 1).x = std::trunc(x.min + (x.max - x.min) * toPart);
+  start = MsOf(AnalysisCursor(from).x);
+  count = CountBetween(from, from + 1);
+  FollowSettings();
+}
+
+// -- Callbacks --
+
+void FxnBringBaseCursors(const ControlEvent&) {
+  BringStretch(BaseStartCursor, 0.25, 0.5, Analysis.BaselineStart, Analysis.BaselinePts);
+}
+
+void FxnBringAnalysisCursors(const ControlEvent&) {
+  BringStretch(SearchStartCursor, 1.0 / 3.0, 2.0 / 3.0, Analysis.StartAnalysis, Analysis.PeakSearchPts);
+}
+
+constexpr auto Button = ControlKind::Button;
+
+// clang-format off
+constexpr ControlDecl CursorControls[] = {
+    // name                  kind     label                unit  format  command                    action
+    {"BringBaseButton",      Button,  "Bring baseline",    "",   "",     "FxnBringBaseCursors",     FxnBringBaseCursors,
+     "Move the two baseline cursors to one quarter and one half of the view. The baseline is then "
+     "measured there."},
+    {"BringAnalysisButton",  Button,  "Bring peak search", "",   "",     "FxnBringAnalysisCursors", FxnBringAnalysisCursors,
+     "Move the two cursors of the peak search to one third and two thirds of the view. The peak is then "
+     "searched there."},
+};
+// clang-format on
+
+}  // namespace
+
+void AddAnalysisCursors() {
+  AddControls(AnalysisPanelName, "view", CursorControls);
+  Graph& graph = AnalysisGraph();
+  for (std::size_t c = 0; c < AnalysisCursorCount; ++c) {
+    const bool zoomPair = c == ZoomFirstCursor || c == ZoomSecondCursor;
+    graph.cursors[c] = {10.0 * static_cast<double>(c + 1), 50.0, !zoomPair, CursorColours[c]};
+  }
+  graph.cursorMoved = CursorMoved;
+}
+
+Cursor& AnalysisCursor(std::size_t cursor) {
+  return AnalysisGraph().cursors[cursor];
+}
+
+void PlaceAnalysisCursors() {
+  AnalysisCursor(BaseStartCursor).x = SampleOf(Analysis.BaselineStart);
+  AnalysisCursor(BaseEndCursor).x = AnalysisCursor(BaseStartCursor).x + Analysis.BaselinePts;
+  AnalysisCursor(SearchStartCursor).x = SampleOf(Analysis.StartAnalysis);
+  AnalysisCursor(SearchEndCursor).x = AnalysisCursor(SearchStartCursor).x + Analysis.PeakSearchPts;
+  AnalysisCursor(LatencyCursor).x = SampleOf(Analysis.LatencyPos);
+  for (const std::size_t c :
+       {BaseStartCursor, BaseEndCursor, SearchStartCursor, SearchEndCursor, LatencyCursor})
+    SetCursorOnTrace(c);
+  HideCursorsOutsideView();
+}
+
+}  // namespace zelvane

@@ -1,0 +1,89 @@
+// The marks of what was measured on the plot of AnalysisPanel.
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "analysis/analysis_panel.h"
+#include "analysis/analysis_store.h"
+#include "analysis/internal/analysis_plot.h"
+#include "analysis/internal/analysis_views.h"
+#include "analysis/measures.h"
+#include "numerics/rounding.h"
+#include "screen/screen.h"
+
+namespace zelvane {
+
+extern const Colour PeakMark{192, 0, 0};
+extern const Colour RiseMark{224, 112, 0};
+extern const Colour DecayMark{144, 0, 144};
+extern const Colour IntegralMark{96, 96, 96};
+
+namespace {
+
+constexpr double BarHeight = 0.02;  // of the bar above the foot of the view, as a part of its height
+
+void DrawLine(double fromX, double toX, float y, Colour colour, PlotStyle style = PlotStyle::Line) {
+  const std::array<double, 2> x = {fromX, toX};
+  const std::array<float, 2> level = {y, y};
+  PlotPoints(AnalysisGraph(), style, colour, x, level);
+}
+
+/// Bar along the foot of the picture under the stretch of the integral.
+void DrawIntegralBar(const MeasureSettings& settings) {
+  const Graph& graph = AnalysisGraph();
+  const DataRange y = ViewRange(graph, 'y');
+  const auto foot = static_cast<float>(y.min + (y.max - y.min) * BarHeight);
+  const double start = std::max(SampleOf(settings.startAnalysis), 0.0);
+  const double end = std::min(start + static_cast<double>(settings.integralPts), PointsOfTrace());
+  if (end > start) DrawLine(start, end, foot, IntegralMark);
+}
+
+void DrawRise(const MeasureSettings& settings, const ResponseMeasures& m) {
+  const float amplitude = m.PeakValue - m.Baseline;
+  const std::array<double, 2> x = {static_cast<double>(m.RiseStartPos), static_cast<double>(m.RiseEndPos)};
+  const std::array<float, 2> y = {m.Baseline + amplitude * settings.riseStartFrac,
+                                  m.Baseline + amplitude * settings.riseEndFrac};
+  PlotPoints(AnalysisGraph(), PlotStyle::Points, RiseMark, x, y);
+}
+
+void DrawBaseline(const MeasureSettings& settings, const ResponseMeasures& m) {
+  const double start = WholeSamples(std::trunc(settings.baselineStart) / settings.intervalMs);
+  DrawLine(start, std::min(start + settings.baselinePts, PointsOfTrace()), m.Baseline, BaselineColour);
+}
+
+void DrawDecay(const MeasureSettings& settings, const ResponseMeasures& m) {
+  const double end = m.PeakPos + SampleOf(m.DecayTime);
+  const bool both = (m.measured & MeasuredWidth) != 0;
+  DrawLine(both ? end - SampleOf(m.FracWidth) : static_cast<double>(m.PeakPos), end,
+           m.Baseline + DecayLevel(settings, m), DecayMark);
+}
+
+void DrawLatency(const MeasureSettings& settings, const ResponseMeasures& m) {
+  DrawLine(SampleOf(settings.latencyPos), SampleOf(settings.latencyPos + m.LatencyRise),
+           m.Baseline + LatencyLevel(settings, m), LatencyColour);
+}
+
+}  // namespace
+
+void DrawAnalysisMarks() {
+  KeepPlots(AnalysisGraph(), 1);
+  const MeasureSettings settings = StoredMeasureSettings();
+  const ResponseMeasures& m = Analysis.Measures;
+  const auto made = [&m](unsigned bit) { return (m.measured & bit) != 0; };
+  if (AnalysisGraph().plots.empty() || !(settings.intervalMs > 0.0F)) return;
+  if (made(MeasuredIntegral)) DrawIntegralBar(settings);
+  if (made(MeasuredBaseline)) DrawBaseline(settings, m);
+  if (made(MeasuredPeak)) {
+    const std::array<double, 1> x = {static_cast<double>(m.PeakPos)};
+    PlotPoints(AnalysisGraph(), PlotStyle::Cross, PeakMark, x, std::array{m.PeakValue});
+  }
+  if (made(MeasuredRise)) DrawRise(settings, m);
+  if (made(MeasuredDecay)) DrawDecay(settings, m);
+  if (made(MeasuredLatencyRise)) DrawLatency(settings, m);
+}
+
+void ShowAnalysisMarks() {
+  DrawAnalysisMarks();
+}
+
+}  // namespace zelvane

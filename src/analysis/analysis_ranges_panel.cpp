@@ -1,0 +1,218 @@
+// What the plot of AnalysisPanel shows of the trace: zoom, rescaling and gains.
+#include <algorithm>
+#include <cmath>
+
+#include "analysis/analysis_panel.h"
+#include "analysis/analysis_store.h"
+#include "analysis/internal/analysis_plot.h"
+#include "analysis/internal/analysis_views.h"
+#include "model/model_store.h"
+#include "screen/pyramid.h"
+#include "screen/screen.h"
+
+namespace zelvane {
+namespace {
+
+constexpr double NarrowestSpan = 10.0;   // samples
+constexpr double SmallestShrunk = 13.0;  // spans below this one become the narrowest
+constexpr double SpanStep = 0.2;
+constexpr double YMargin = 1.0 / 18.0;
+
+/// What the view remembers beside its graph.
+struct RangeState {
+  DataRange gainRange{0.0, 1.0};  // y range that stood when automatic rescaling went off
+  bool zoomArea = false;          // the zoom pair stands in place of the other cursors
+  DataRange fittedX;              // x range that y was fitted to
+};
+
+RangeState& Ranges() {
+  static RangeState state;
+  return state;
+}
+
+/// The samples in view.
+std::span<const float> VisibleSamples() {
+  const Graph& graph = AnalysisGraph();
+  if (graph.plots.empty()) return {};
+  const std::span<const float> trace = graph.plots.front().y;
+  const DataRange x = ViewRange(graph, 'x');
+  const auto size = static_cast<double>(trace.size());
+  const auto first = static_cast<std::size_t>(std::clamp(std::ceil(x.min), 0.0, size));
+  const auto last = static_cast<std::size_t>(std::clamp(std::floor(x.max) + 1.0, 0.0, size));
+  return last > first ? trace.subspan(first, last - first) : std::span<const float>{};
+}
+
+void FitYToView() {
+  Graph& graph = AnalysisGraph();
+  Ranges().fittedX = ViewRange(graph, 'x');
+  const MinMax range = AnalysisViewIsZoomed() ? RangeOfSamples(VisibleSamples()) : MinMax{};
+  const double span = static_cast<double>(range.max) - static_cast<double>(range.min);
+  if (range.empty || !(span > 0.0)) {
+    SetAxisAuto(graph, 'y');
+    return;
+  }
+  SetAxisRange(graph, 'y', static_cast<double>(range.min) - span * YMargin,
+               static_cast<double>(range.max) + span * YMargin);
+}
+
+void ApplyGains() {
+  const double min = Ranges().gainRange.min * static_cast<double>(Analysis.YMinGain);
+  const double max = Ranges().gainRange.max * static_cast<double>(Analysis.YMaxGain);
+  if (min < max) SetAxisRange(AnalysisGraph(), 'y', min, max);
+}
+
+/// Left and right zoom cursor.
+DataRange ZoomSpan() {
+  const auto [left, right] =
+      std::minmax(AnalysisCursor(ZoomFirstCursor).x, AnalysisCursor(ZoomSecondCursor).x);
+  return {left, right};
+}
+
+/// A zoomed view lies between the zoom cursors, however it was reached.
+void BringZoomCursors(const DataRange& x) {
+  if (Ranges().zoomArea || !AnalysisViewIsZoomed()) return;
+  AnalysisCursor(ZoomFirstCursor).x = x.min;
+  AnalysisCursor(ZoomSecondCursor).x = x.max;
+}
+
+void SetXRange(double left, double right) {
+  if (!(left < right)) return;
+  SetAxisRange(AnalysisGraph(), 'x', left, right);
+  ShowNewAnalysisRange();
+}
+
+// -- Callbacks --
+
+void AnalysisExpand(const ControlEvent&) {
+  const DataRange x = ViewRange(AnalysisGraph(), 'x');
+  const double span = x.max - x.min;
+  if (span < NarrowestSpan) return;
+  SetXRange(x.min, span < SmallestShrunk ? x.min + NarrowestSpan : x.max - SpanStep * span);
+}
+
+void AnalysisCompress(const ControlEvent&) {
+  const DataRange x = ViewRange(AnalysisGraph(), 'x');
+  SetXRange(x.min, std::min(x.min + (1.0 + SpanStep) * (x.max - x.min), PointsOfTrace()));
+}
+
+void AnalysisFullScale(const ControlEvent&) {
+  Ranges().zoomArea = false;
+  SetXRange(0.0, PointsOfTrace());
+  PlaceAnalysisCursors();
+}
+
+/// Places the zoom pair in the view in place of all other cursors.
+void FxnMenuZoomArea(const ControlEvent&) {
+  Ranges().zoomArea = !Ranges().zoomArea;
+  if (Ranges().zoomArea) {
+    const DataRange x = ViewRange(AnalysisGraph(), 'x');
+    const DataRange y = ViewRange(AnalysisGraph(), 'y');
+    AnalysisCursor(ZoomFirstCursor).x = x.min + (x.max - x.min) / 4.0;
+    AnalysisCursor(ZoomSecondCursor).x = x.max - (x.max - x.min) / 4.0;
+    AnalysisCursor(ZoomFirstCursor).y = y.min + (y.max - y.min) / 4.0;
+    AnalysisCursor(ZoomSecondCursor).y = y.max - (y.max - y.min) / 4.0;
+  }
+  HideCursorsOutsideView();
+}
+
+void AnalysisZoom(const ControlEvent&) {
+  const Cursor a = AnalysisCursor(ZoomFirstCursor);
+  const Cursor b = AnalysisCursor(ZoomSecondCursor);
+  Ranges().zoomArea = false;
+  SetXRange(std::min(a.x, b.x), std::max(a.x, b.x));
+  if (a.y != b.y) SetAxisRange(AnalysisGraph(), 'y', std::min(a.y, b.y), std::max(a.y, b.y));
+  HideCursorsOutsideView();
+  DrawAnalysisMarks();
+}
+
+void FxnRescale(const ControlEvent&) {
+  if (Analysis.AutoRescale != 0) {
+    FitYToView();
+  } else {
+    Ranges().gainRange = ViewRange(AnalysisGraph(), 'y');
+    ApplyGains();
+  }
+  DrawAnalysisMarks();
+}
+
+void FxnYGain(const ControlEvent&) {
+  if (Analysis.AutoRescale != 0) return;
+  ApplyGains();
+  DrawAnalysisMarks();
+}
+
+constexpr auto Number = ControlKind::Number;
+constexpr auto Switch = ControlKind::Switch;
+constexpr auto Button = ControlKind::Button;
+
+// clang-format off
+constexpr ControlDecl RangeControls[] = {
+    // name                  kind     label                unit  format  command                    action
+    {"AutoRescale",          Switch,  "Auto Rescale",      "",   "%d",   "FxnRescale",              FxnRescale,
+     "Fit the y axis to the samples in view. When it is off, the y axis keeps its range, multiplied by "
+     "the two gains.", 0, 0, "off|on"},
+    {"YMinGain",             Number,  "Y min x",           "",   "%g",   "FxnYMin",                 FxnYGain,
+     "Multiplies the lower limit that the y axis had when Auto Rescale was switched off."},
+    {"YMaxGain",             Number,  "Y max x",           "",   "%g",   "FxnYMax",                 FxnYGain,
+     "Multiplies the upper limit that the y axis had when Auto Rescale was switched off."},
+    {"AnalysisExpandButton", Button,  "Expand",            "",   "",     "AnalysisExpand",          AnalysisExpand,
+     "Show 20 % less of the trace. The left edge stays in place."},
+    {"AnalysisCompressButton", Button, "Compress",         "",   "",     "AnalysisCompress",        AnalysisCompress,
+     "Show 20 % more of the trace. The left edge stays in place."},
+    {"AnalysisFullButton",   Button,  "Full scale",        "",   "",     "AnalysisFullScale",       AnalysisFullScale,
+     "Show the whole trace, with each cursor at the time of its field."},
+    {"ZoomAreaButton",       Button,  "Zoom area",         "",   "",     "FxnMenuZoomArea",         FxnMenuZoomArea,
+     "Show two cursors at the corners of a rectangle, and hide all other cursors. Zoom then shows the "
+     "rectangle. Press again to cancel."},
+    {"AnalysisZoomButton",   Button,  "Zoom",              "",   "",     "AnalysisZoom",            AnalysisZoom,
+     "Show the rectangle between the two zoom cursors."},
+};
+// clang-format on
+
+}  // namespace
+
+void AddAnalysisRanges() {
+  Ranges() = RangeState{};
+  AddControls(AnalysisPanelName, "view", RangeControls);
+}
+
+bool AnalysisViewIsZoomed() {
+  const Graph& graph = AnalysisGraph();
+  return !graph.x.automatic && (graph.x.min > 0.0 || graph.x.max < graph.fullXMax);
+}
+
+void HideCursorsOutsideView() {
+  const DataRange x = ViewRange(AnalysisGraph(), 'x');
+  for (std::size_t c = 0; c < AnalysisCursorCount; ++c) {
+    const bool zoomPair = c == ZoomFirstCursor || c == ZoomSecondCursor;
+    Cursor& cursor = AnalysisCursor(c);
+    cursor.enabled = zoomPair == Ranges().zoomArea && (zoomPair || (cursor.x >= x.min && cursor.x <= x.max));
+  }
+}
+
+void FollowAnalysisRange(Graph& graph) {
+  const DataRange x = ViewRange(graph, 'x');
+  const DataRange fitted = Ranges().fittedX;
+  BringZoomCursors(x);
+  Analysis.ViewedPoints = static_cast<int>(std::clamp(x.max - x.min, 0.0, 2147483647.0));
+  HideCursorsOutsideView();
+  if (Analysis.AutoRescale != 0 && (x.min != fitted.min || x.max != fitted.max)) FitYToView();
+  DrawAnalysisMarks();
+}
+
+void ShowNewAnalysisRange() {
+  Ranges().fittedX = {};
+  FollowAnalysisRange(AnalysisGraph());
+}
+
+SampleRange SamplesInView() {
+  const SampleRange whole = {0, std::max(Model.NumPoints, 0)};
+  if (!AnalysisViewIsZoomed()) return whole;
+  const DataRange between = ZoomSpan();
+  const auto within = [&whole](double x) {
+    return static_cast<int>(std::clamp(x, 0.0, static_cast<double>(whole.last)));
+  };
+  return {within(std::ceil(between.min)), within(std::floor(between.max))};
+}
+
+}  // namespace zelvane
