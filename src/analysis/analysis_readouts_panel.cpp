@@ -6,8 +6,8 @@
 #include "analysis/analyze.h"
 #include "analysis/internal/analysis_plot.h"
 #include "analysis/internal/analysis_views.h"
-#include "trace/trace_store.h"
 #include "screen/screen.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

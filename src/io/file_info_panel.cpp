@@ -1,4 +1,5 @@
 // FileInfoPanel: what is known of the file read last.
+#include "io/internal/trace_dialogs.h"
 #include "io/trace_panels.h"
 #include "screen/screen.h"
 #include "trace/trace_events.h"

@@ -3,6 +3,9 @@
 #include <string>
 #include <string_view>
 
+#include "io/internal/trace_dialogs.h"
+#include "io/internal/trace_readers.h"
+#include "io/internal/trace_write_panels.h"
 #include "io/trace_panels.h"
 #include "io/trace_read.h"
 #include "io/trace_write.h"
@@ -166,14 +169,15 @@ void StepByKey(std::string_view key) {
 
 }  // namespace
 
-void AddRecordingControls() {
+void AddRecordingPanels() {
   AddControls(MainPanelName, RecordingGroup, RecordingControls);
   PanelNamed(MainPanelName).key = StepByKey;
   RecordingTaken.Add(ShowRecording);
-}
-
-void AddRecordingMenu() {
   AddMenu(RecordingMenu);
+  AddTraceWriteControls();
+  AddFileInfoPanel();
+  AddChannelChoicePanel();
+  AddParseReadPanel();
 }
 
 }  // namespace zelvane

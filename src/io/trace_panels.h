@@ -3,11 +3,9 @@
 
 namespace zelvane {
 
-void AddRecordingControls();  // onto MainPanel, behind the run controls
-void AddRecordingMenu();
-void AddFileInfoPanel();
-void AddChannelChoicePanel();  // with the dialog for the interval of a text
-void AddParseReadPanel();
+/// Declares the commands of recordings on MainPanel and in the menu, autosave, and the panels that reading asks
+/// or informs with.
+void AddRecordingPanels();
 
 /// Opens the panel with the information on the file read last.
 void FxnFileInfo();

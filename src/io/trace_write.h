@@ -3,7 +3,6 @@
 //   Whole files     TraceTextWrite  TraceAbfWrite  LegacyAbfWrite
 //   Run after run   AutosaveTrace  AutosaveTextWrite  AutosaveAbfWrite
 //   Shared          RefusedByAutosave  RefuseSourceOfTrace  AbfTemplateBytes
-//   Panel           AddTraceWriteControls
 //
 // All write `Model.NumPoints` samples of `Trace.SimTrace`, one every `Model.ADInterval`. Each returns
 // Done; Refused when nothing was begun (autosave has no file, or `path` is the very file that the trace was read
@@ -56,9 +55,6 @@ using AbfTemplate = std::array<std::byte, AbfTemplateLength>;
 /// "GAPFREE.ABF") and of an episodic one with ten episodes ("EPISODE-10.ABF"), without samples. Nothing but
 /// zeros for another name.
 AbfTemplate AbfTemplateBytes(std::string_view name);
-
-/// Adds the commands and the fields of autosave to the main panel and the menu.
-void AddTraceWriteControls();
 
 /// Lets each run append its trace to the autosave file while `Model.Autosave` is on.
 void ConnectAutosave();

@@ -19,8 +19,13 @@ constexpr char ClearTableQuestion[] =
 
 constexpr char RatesLeftBehind[] = "All rate constants for 3D model do not transfer to 2D model.";
 
+void ShowModel() {
+  ShowTask(MainPanelName);
+}
+
 // clang-format off
 constexpr MenuDecl ModelMenu[] = {
+    {"Model/Edit Model...",             "Model",            ShowModel},
     {"Model/Grid Model",                "FxnMainModel",     FxnMainModel},
     {"Model/Table Model",               "FxnTableModel",    FxnTableModel},
     {"Model/Copy Grid to Table",        "FxnGetGraphModel", FxnGetGraphModel},
@@ -107,7 +112,12 @@ void FxnClearTModel() {
   RefreshModelPanels();
 }
 
-void AddModelMenu() {
+void AddModelPanels() {
+  AddMainPanel();
+  AddDependencePanel();
+  AddConductancePanel();
+  AddInitialConditionsPanel();
+  AddTableModelPanel();
   AddMenu(ModelMenu);
 }
 

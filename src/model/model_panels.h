@@ -4,13 +4,8 @@
 
 namespace zelvane {
 
-// -- Declared once at start-up, in this order --
-void AddMainPanel();  // the panel itself, the grid's controls, labels, drug names, Kd readouts
-void AddDependencePanel();
-void AddConductancePanel();
-void AddInitialConditionsPanel();
-void AddTableModelPanel();
-void AddModelMenu();
+/// Declares the panels and the menu, once at start-up; other folders add to MainPanel.
+void AddModelPanels();
 
 // -- Copies between panels and store. A run calls the Read functions, WriteStartOccupancy and
 // ShowSweepLength. They do nothing without their panel, so a run needs no panels --

@@ -272,9 +272,6 @@ void AddRsCorrectionPanel() {
   AddGraph(PanelName, IvGraph, "Voltage (V)", "Relative current");
   RecordingToCorrect.Add(CorrectIfAsked);
   TraceChanged.Add(RefreshRsCmView);
-}
-
-void AddRsCorrectionMenu() {
   AddMenu(RsCmMenu);
 }
 

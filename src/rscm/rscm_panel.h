@@ -4,7 +4,6 @@
 namespace zelvane {
 
 void AddRsCorrectionPanel();
-void AddRsCorrectionMenu();
 
 /// Reads the fields of the panel, then corrects the trace that was just read (RsCorrectTrace).
 void CorrectTraceRead();

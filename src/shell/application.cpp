@@ -87,22 +87,33 @@ void ShowStores() {
   StimPanelRefresh();
 }
 
-/// A recording by what it begins with; a stimulus, a list of waveforms or a table of measures by its name; a
-/// model where the file is one; and else a text recording. A file that is named like a model and is none is
-/// not taken for a text of numbers.
+/// What opens the files of an extension.
+struct Opener {
+  std::string_view extension;
+  Outcome (*open)(const std::string& path);
+};
+constexpr Opener Openers[] = {
+    {".stm", OpenStimulusNamed},
+    {".lst", OpenListNamed},
+    {".tbl", ReadResultsTableNamed},
+};
+
+/// Opens a recording by what it begins with, a file of the table above by its name, a model where the file is
+/// one, and any other as a text recording. A file that is named like a model and is none is not taken for a text
+/// of numbers.
 void OpenNamedFile(const std::string& file) {
-  const std::string extension = ExtensionOf(file);
   if (BeginsLikeRecording(file)) {
     TraceReadFile(file);
-  } else if (extension == ".stm") {
-    OpenStimulusNamed(file);
-  } else if (extension == ".lst") {
-    OpenListNamed(file);
-  } else if (extension == ".tbl") {
-    ReadResultsTableNamed(file);
-  } else if (ModelFileReadNamed(file) == Outcome::Done) {
     return;
-  } else if (file.ends_with(ModelExtension)) {
+  }
+  const std::string extension = ExtensionOf(file);
+  for (const Opener& opener : Openers) {
+    if (opener.extension != extension) continue;
+    opener.open(file);
+    return;
+  }
+  if (ModelFileReadNamed(file) == Outcome::Done) return;
+  if (file.ends_with(ModelExtension)) {
     MessagePopup(FileErrorTitle, NotAModelFile + file);
   } else {
     TraceReadFile(file);
@@ -123,16 +134,11 @@ void Shutdown(const ControlEvent&) {
   AskToQuit();
 }
 
-void ShowModel() {
-  ShowTask("MainPanel");
-}
-
 // clang-format off
 constexpr ControlDecl ShellControls[] = {
     // name     kind                 label   unit format command     action    help
     {"Quit",    ControlKind::Button, "Quit", "",  "",    "Shutdown", Shutdown, QuitHelp},
 };
-constexpr MenuDecl ModelMenu[] = {{"Model/Edit Model...", "Model", ShowModel}};
 constexpr MenuDecl ShellMenu[] = {{"File/Quit", "ShutDown", AskToClose, "Ctrl+Q"}};
 // clang-format on
 
@@ -154,44 +160,25 @@ void OpenFileByName(const std::string& path) {
 }
 
 void AddAllPanels() {
-  AddMainPanel();
+  // The entries of a menu and the buttons of MainPanel stand in the order of these calls.
   AddModelFileMenu();
   AddUndoMenu();
-  AddMenu(ModelMenu);
-  AddModelMenu();
-  AddRunControls();
+  AddModelPanels();
+  AddRunPanels();
   AddTraceView();
-  AddStatisticsControls();
-  AddRunMenu();
   AddControls("MainPanel", "shell", ShellControls);
-  AddRecordingControls();
-  AddRecordingMenu();
+  AddRecordingPanels();
   AddStimulusPanel();
   AddStimulusFileControls();
-  AddTraceWriteControls();
-  AddWaveSetMenu();
-  AddDependencePanel();
-  AddConductancePanel();
-  AddInitialConditionsPanel();
-  AddValuesTablePanel();
-  AddFileInfoPanel();
-  AddChannelChoicePanel();
-  AddParseReadPanel();
   AddQMatrixPanel();
+  AddWaveSetMenu();
   AddDwellListsPanels();
-  AddTableModelPanel();
   AddAnalysisPanel();
   AddGraphPropertiesPanel();
   AddFilterPanel();
-  AddFilterButton();
   AddTransformPanel();
   AddRsCorrectionPanel();
   AddTraceExports();
-  AddFilterMenu();
-  AddTransformMenu();
-  AddRsCorrectionMenu();
-  AddTraceMenu();
-  AddGraphMenu();
   AddHelp();
   AddRecorderMenu();
   AddMenu(ShellMenu);

@@ -127,13 +127,7 @@ void AddFilterPanel() {
             "Filter the trace, or add noise. Each press filters or adds again."});
   AddControls(PanelName, "filter", FilterControls);
   TraceChanged.Add(TraceFilterUpdate);
-}
-
-void AddFilterButton() {
   AddControls("MainPanel", "shell", MainControls);
-}
-
-void AddFilterMenu() {
   AddMenu(FilterMenu);
 }
 

@@ -3,8 +3,6 @@
 
 namespace zelvane {
 
-void AddFilterPanel();
-void AddFilterButton();  // onto MainPanel
-void AddFilterMenu();
+void AddFilterPanel();  // with a button on MainPanel
 
 }  // namespace zelvane

@@ -220,9 +220,6 @@ void AddGraphPropertiesPanel() {
   AddControls(PropertiesPanel, "span", SpanControls);
   AddControls(PropertiesPanel, "view", ViewControls);
   AddControls(PropertiesPanel, "buttons", ButtonControls);
-}
-
-void AddGraphMenu() {
   AddMenu(GraphMenu);
 }
 

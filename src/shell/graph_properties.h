@@ -4,10 +4,8 @@
 
 namespace zelvane {
 
+/// Declares the page, and Full scale, Auto y and Properties in the Graph menu.
 void AddGraphPropertiesPanel();
-
-/// Adds Full scale, Auto y and Properties to the Graph menu.
-void AddGraphMenu();
 
 /// Both axes automatic; the view is the whole record.
 void ScaleFull();

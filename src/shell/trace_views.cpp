@@ -84,9 +84,6 @@ void ExportAnalysis() {
 
 void AddTraceExports() {
   AddControls("AnalysisPanel", "shell", ExportControls);
-}
-
-void AddTraceMenu() {
   AddMenu(TraceMenu);
 }
 

@@ -1,7 +1,7 @@
 // The trace on the main panel after a change, and what is sent elsewhere.
 //
 //   Exports   ExportTrace  ExportAnalysis
-//   Declaring AddTraceView  AddTraceExports  AddTraceMenu
+//   Declaring AddTraceView  AddTraceExports
 #pragma once
 
 namespace zelvane {
@@ -16,9 +16,7 @@ void ExportTrace();
 /// Would write the curve of the last exponential fit; without one the user is told so.
 void ExportAnalysis();
 
-/// Both exports as buttons of the analysis panel.
+/// Both exports as buttons of the analysis panel and in the menu.
 void AddTraceExports();
-
-void AddTraceMenu();
 
 }  // namespace zelvane

@@ -76,9 +76,6 @@ void AddTransformPanel() {
             "Change the whole trace: add, multiply, or keep every n-th point. To get the old trace back, "
             "read the file again."});
   AddControls(PanelName, Group, TransformControls);
-}
-
-void AddTransformMenu() {
   AddMenu(TransformMenu);
 }
 

@@ -4,6 +4,5 @@
 namespace zelvane {
 
 void AddTransformPanel();
-void AddTransformMenu();
 
 }  // namespace zelvane

@@ -9,6 +9,7 @@
 #include "model/model_panels.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
+#include "sim/internal/run_panels.h"
 #include "sim/result_store.h"
 #include "sim/run.h"
 #include "stimulus/stimulus.h"
@@ -229,7 +230,7 @@ void DimRunControls() {
 
 }  // namespace
 
-void AddRunControls() {
+void AddRunPanels() {
   AddControls(MainPanelName, RunGroup, RunControls);
   AddTraceGraph();
   PanelNamed(MainPanelName).dim.push_back(DimRunControls);
@@ -239,10 +240,9 @@ void AddRunControls() {
   });
   RunBegins.Add(ShowDataName);
   RunTextChanged.Add(ShowRunText);
-}
-
-void AddRunMenu() {
+  AddStatisticsControls();
   AddMenu(RunMenu);
+  AddValuesTablePanel();
 }
 
 void ReadRunParameters() {

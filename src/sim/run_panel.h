@@ -1,17 +1,16 @@
 // Run settings, run and stop on MainPanel, and the table of values of a result.
 //
-//   Declaring        AddRunControls  AddValuesTablePanel  AddRunMenu
+//   Declaring        AddRunPanels
 //   Panel and store  ReadRunParameters  WriteRunParameters
 //   Commands         AcquireData
 //   What is shown    ShowDataName  ShowRunText
-//   Statistics       AddStatisticsControls  ShowEventStatistics
+//   Statistics       ShowEventStatistics
 #pragma once
 
 namespace zelvane {
 
-void AddRunControls();  // onto MainPanel, with the graph of the trace
-void AddValuesTablePanel();
-void AddRunMenu();
+/// Declares the run's controls, statistics and graph on MainPanel, the table of values and the menu.
+void AddRunPanels();
 
 /// Copies the run settings from MainPanel into the store; NumPoints is held to its limit, MultiSubunit forces
 /// its fields. Without that panel the store stays as it is.
@@ -25,9 +24,6 @@ void AcquireData();
 
 /// Shows the model's file as the name of the present data.
 void ShowDataName();
-
-/// Readouts of what the channels of a Monte Carlo simulation did, onto MainPanel.
-void AddStatisticsControls();
 
 /// Shows exits, channels that reached a monitored state, and count and mean of the dwell lists.
 ///

@@ -4,6 +4,7 @@
 #include <span>
 
 #include "screen/screen.h"
+#include "sim/internal/run_panels.h"
 #include "sim/run_panel.h"
 #include "singlechannel/dwell_store.h"
 #include "trace/trace_events.h"

@@ -6,6 +6,7 @@
 
 #include "model/model_store.h"
 #include "screen/screen.h"
+#include "sim/internal/run_panels.h"
 #include "sim/result_store.h"
 #include "sim/run_panel.h"
 #include "sim/saved_steps.h"

@@ -63,7 +63,8 @@ std::optional<int> StimAsciiImport(const std::string& path);
 Outcome StimAsciiExport(const std::string& path, int count);
 
 /// Reads a binary stimulus file as the stimulus of the next runs: on success USER mode begins.
-void OpenStimulusNamed(const std::string& path);
+/// @return as StimFileRead
+Outcome OpenStimulusNamed(const std::string& path);
 
 /// Adds the commands and fields of stimulus files to the stimulus panel and the menu.
 void AddStimulusFileControls();

@@ -127,12 +127,14 @@ bool PanelsStand() {
 
 }  // namespace
 
-void OpenStimulusNamed(const std::string& path) {
-  if (StimFileRead(path) == Outcome::Done) {
+Outcome OpenStimulusNamed(const std::string& path) {
+  const Outcome outcome = StimFileRead(path);
+  if (outcome == Outcome::Done) {
     EnterUserMode();
   } else {
     ShowWhatIsLeft();
   }
+  return outcome;
 }
 
 void ReadStimulusPanel() {

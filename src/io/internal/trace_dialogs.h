@@ -7,6 +7,11 @@
 
 namespace zelvane {
 
+// -- The panels, each in its file --
+void AddFileInfoPanel();
+void AddChannelChoicePanel();  // with the dialog for the interval of a text
+void AddParseReadPanel();
+
 /// Asks for the channel, or the signal, to read; `proposed` stands in the field. Nothing when cancelled.
 std::optional<int> AskChannel(const std::string& text, int proposed);
 std::optional<int> AskSignal(const std::string& text, int proposed);

@@ -5,6 +5,9 @@
 
 namespace zelvane {
 
+/// Adds the commands and the fields of autosave to the main panel and the menu.
+void AddTraceWriteControls();
+
 /// The title of the Y axis of the main graph; empty without panels.
 std::string ShownTraceTitle();
 

@@ -5,7 +5,14 @@
 
 namespace zelvane {
 
-/// Makes the action of a button from a menu command.
+// -- The panels, each in its file --
+void AddMainPanel();  // the panel itself, the grid's controls, labels, drug names, Kd readouts
+void AddDependencePanel();
+void AddConductancePanel();
+void AddInitialConditionsPanel();
+void AddTableModelPanel();
+
+/// A command of a menu as the action of a button.
 template <void (*Command)()>
 void AsAction(const ControlEvent& /*event*/) {
   Command();
