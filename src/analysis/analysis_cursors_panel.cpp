@@ -86,12 +86,13 @@ constexpr auto Button = ControlKind::Button;
 
 // clang-format off
 constexpr ControlDecl CursorControls[] = {
-    // name                  kind     label                unit  format  command                    action
-    {"BringBaseButton",      Button,  "Bring baseline",    "",   "",     "FxnBringBaseCursors",     FxnBringBaseCursors,
-     "Move the two baseline cursors to one quarter and one half of the view. The baseline is then "
+    {.name = "BringBaseButton", .kind = Button, .label = "Bring baseline", .format = "",
+     .command = "FxnBringBaseCursors", .action = FxnBringBaseCursors,
+     .help = "Move the two baseline cursors to one quarter and one half of the view. The baseline is then "
      "measured there."},
-    {"BringAnalysisButton",  Button,  "Bring peak search", "",   "",     "FxnBringAnalysisCursors", FxnBringAnalysisCursors,
-     "Move the two cursors of the peak search to one third and two thirds of the view. The peak is then "
+    {.name = "BringAnalysisButton", .kind = Button, .label = "Bring peak search", .format = "",
+     .command = "FxnBringAnalysisCursors", .action = FxnBringAnalysisCursors,
+     .help = "Move the two cursors of the peak search to one third and two thirds of the view. The peak is then "
      "searched there."},
 };
 // clang-format on

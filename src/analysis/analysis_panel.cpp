@@ -137,111 +137,123 @@ constexpr char GoodnessHelp[] =
 
 // clang-format off
 constexpr ControlDecl SettingControls[] = {
-    // name              kind    label                     unit   format  command              action
-    {"BaselineStart",    Number, "Start Baseline",         "ms",  "%g",   "FxnBaselineStart",  FxnPosition,
-     "Time (ms) at which the baseline begins: cursor 1 on the plot. The measure starts at the whole "
+    {.name = "BaselineStart", .kind = Number, .label = "Start Baseline", .unit = "ms", .format = "%g",
+     .command = "FxnBaselineStart", .action = FxnPosition,
+     .help = "Time (ms) at which the baseline begins: cursor 1 on the plot. The measure starts at the whole "
      "millisecond before it."},
-    {"BaselinePts",      Number, "Length of baseline",     "ms",  "%g",   "FxnBaselinePts",    FxnBaselinePts,
-     "Length (ms) of the baseline. The baseline is the mean of its samples. The variance needs at least "
+    {.name = "BaselinePts", .kind = Number, .label = "Length of baseline", .unit = "ms", .format = "%g",
+     .command = "FxnBaselinePts", .action = FxnBaselinePts,
+     .help = "Length (ms) of the baseline. The baseline is the mean of its samples. The variance needs at least "
      "two samples.",
-     0, 0, "", 0, false, false, CountToMs, MsToCount},
-    {"StartAnalysis",    Number, "Start Analysis",         "ms",  "%g",   "FxnStartAnalysis",  FxnPosition,
-     "Time (ms) at which the search for the peak begins. The integral begins here too."},
-    {"PeakSearchPts",    Number, "Length of peak search",  "ms",  "%g",   "FxnPeakSearchPts",  FxnPeakSearchPts,
-     "Length (ms) of the search for the peak. The peak is the sample, or the group of samples, farthest "
+     .toShown = CountToMs, .toStored = MsToCount},
+    {.name = "StartAnalysis", .kind = Number, .label = "Start Analysis", .unit = "ms", .format = "%g",
+     .command = "FxnStartAnalysis", .action = FxnPosition,
+     .help = "Time (ms) at which the search for the peak begins. The integral begins here too."},
+    {.name = "PeakSearchPts", .kind = Number, .label = "Length of peak search", .unit = "ms", .format = "%g",
+     .command = "FxnPeakSearchPts", .action = FxnPeakSearchPts,
+     .help = "Length (ms) of the search for the peak. The peak is the sample, or the group of samples, farthest "
      "from the baseline.",
-     0, 0, "", 0, false, false, CountToMs, MsToCount},
-    {"PeakAvePts",       Number, "Peak Average Pts",       "",    "%d",   "FxnPeakAvePts",     nullptr,
-     "Number of consecutive samples to average for the peak. More samples reduce the bias of the peak in "
+     .toShown = CountToMs, .toStored = MsToCount},
+    {.name = "PeakAvePts", .kind = Number, .label = "Peak Average Pts", .format = "%d", .command = "FxnPeakAvePts",
+     .help = "Number of consecutive samples to average for the peak. More samples reduce the bias of the peak in "
      "a noisy trace."},
-    {"PeakOption",       Choice, "Peak stands at",         "",    "%d",   "FxnPeakOption",     nullptr,
-     "Position of the peak among the averaged samples: the first, the middle one, or the sample after the "
-     "last.", 0, 0, "first|middle|end"},
-    {"RiseStartFrac",    Number, "Rise from",              "",    "%g",   "FxnRiseStartFrac",  nullptr,
-     "Fraction of the amplitude at which the rise time begins, such as 0.1."},
-    {"RiseEndFrac",      Number, "Rise to",                "",    "%g",   "FxnRiseEndFrac",    nullptr,
-     "Fraction of the amplitude at which the rise time ends, such as 0.9."},
-    {"FracDecay",        Number, "Fraction decayed",       "",    "%g",   "FxnFracDecay",      nullptr,
-     "Decay time and width use the level at which this fraction of the amplitude is lost. With 0.5 the "
+    {.name = "PeakOption", .kind = Choice, .label = "Peak stands at", .format = "%d", .command = "FxnPeakOption",
+     .help = "Position of the peak among the averaged samples: the first, the middle one, or the sample after the "
+     "last.",
+     .choices = "first|middle|end"},
+    {.name = "RiseStartFrac", .kind = Number, .label = "Rise from", .format = "%g", .command = "FxnRiseStartFrac",
+     .help = "Fraction of the amplitude at which the rise time begins, such as 0.1."},
+    {.name = "RiseEndFrac", .kind = Number, .label = "Rise to", .format = "%g", .command = "FxnRiseEndFrac",
+     .help = "Fraction of the amplitude at which the rise time ends, such as 0.9."},
+    {.name = "FracDecay", .kind = Number, .label = "Fraction decayed", .format = "%g", .command = "FxnFracDecay",
+     .help = "Decay time and width use the level at which this fraction of the amplitude is lost. With 0.5 the "
      "width is the half-width. With 0.632 the decay time of an exponential is its time constant."},
-    {"LatencyPos",       Number, "Latency from",           "ms",  "%g",   "FxnLatencyPos",     FxnPosition,
-     "Time (ms) at which latencies begin, for example that of the stimulus: cursor 9 on the plot."},
-    {"LatencyFrac",      Number, "Latency to fraction",    "",    "%g",   "FxnLatencyFrac",    nullptr,
-     "Fraction of the amplitude at which the latency of the rise ends."},
-    {"FitMode",          Choice, "Exponential fit",        "",    "%d",   "AN_Expmodel",       nullptr,
-     "Switch exponential fitting model between single or dual components.", 0, 0, "none|decay|two decays|rise", 0,
-     false, false, SameNumber, SameNumber},
-    {"AnalysisFitPts",   Number, "Num Fit Pts",            "",    "%d",   "FxnNumFitPts",      nullptr,
-     "Number of data points used by simplex algorithm in fitting routine.\nTotal fit range is defined by the product "
-     "of Parse and Num Fit Pts."},
-    {"AnalysisParse",    Number, "Parse",                  "",    "%d",   "FxnParseWaveform",  nullptr,
-     "Number of data points to skip in between each fitted data point.\nTotal fit range is defined by the product of "
-     "Parse and Num Fit Pts."},
-    {"AutoSaveMeasures", Switch, "Save each analysis",     "",    "%d",   "FxnAutoSaveMeasures", nullptr,
-     "Append every analysis to the measures file (*.res). A spreadsheet can read this file.", 0, 0, "off|on"},
-    {"VerifyMeasures",   Switch, "Ask before saving",      "",    "%d",   "FxnVerifyMeasures", nullptr,
-     "Ask before each automatic save.", 0, 0, "off|on"},
+    {.name = "LatencyPos", .kind = Number, .label = "Latency from", .unit = "ms", .format = "%g",
+     .command = "FxnLatencyPos", .action = FxnPosition,
+     .help = "Time (ms) at which latencies begin, for example that of the stimulus: cursor 9 on the plot."},
+    {.name = "LatencyFrac", .kind = Number, .label = "Latency to fraction", .format = "%g",
+     .command = "FxnLatencyFrac", .help = "Fraction of the amplitude at which the latency of the rise ends."},
+    {.name = "FitMode", .kind = Choice, .label = "Exponential fit", .format = "%d", .command = "AN_Expmodel",
+     .help = "Switch exponential fitting model between single or dual components.",
+     .choices = "none|decay|two decays|rise", .toShown = SameNumber, .toStored = SameNumber},
+    {.name = "AnalysisFitPts", .kind = Number, .label = "Num Fit Pts", .format = "%d", .command = "FxnNumFitPts",
+     .help = "Number of data points used by simplex algorithm in fitting routine.\nTotal fit range is defined by the product "
+            "of Parse and Num Fit Pts."},
+    {.name = "AnalysisParse", .kind = Number, .label = "Parse", .format = "%d", .command = "FxnParseWaveform",
+     .help = "Number of data points to skip in between each fitted data point.\nTotal fit range is defined by the product of "
+            "Parse and Num Fit Pts."},
+    {.name = "AutoSaveMeasures", .kind = Switch, .label = "Save each analysis", .format = "%d",
+     .command = "FxnAutoSaveMeasures",
+     .help = "Append every analysis to the measures file (*.res). A spreadsheet can read this file.", .choices = "off|on"},
+    {.name = "VerifyMeasures", .kind = Switch, .label = "Ask before saving", .format = "%d",
+     .command = "FxnVerifyMeasures", .help = "Ask before each automatic save.", .choices = "off|on"},
 };
 
 constexpr ControlDecl ResultControls[] = {
-    {"Baseline",         Readout, "Baseline (pA)",    "",   "%.5g", "", nullptr,
-     "Mean of the samples of the baseline."},
-    {"BaselineVar",      Readout, "Var (pA2)",        "",   "%.5g", "", nullptr,
-     "Variance of the samples of the baseline."},
-    {"PeakValue",        Readout, "Peak (pA)",        "",   "%.5g", "", nullptr,
-     "Mean of the samples farthest from the baseline. The baseline is not subtracted."},
-    {"Amplitude",        Readout, "Amp",              "",   "%.5g", "", nullptr,
-     "Peak less baseline."},
-    {"RiseTime",         Readout, "Risetime",         "ms", "%.5g", "", nullptr,
-     "Time between the two rise levels, interpolated between samples."},
-    {"RisePoints",       Readout, "Risepts",          "",   "%g",   "", nullptr,
-     "Number of samples between the rise levels."},
-    {"RiseSlope",        Readout, "Slope",            "",   "%.5g", "", nullptr,
-     "Slope per ms of the straight line through the samples between the rise levels. It needs at least "
+    {.name = "Baseline", .kind = Readout, .label = "Baseline (pA)", .format = "%.5g",
+     .help = "Mean of the samples of the baseline."},
+    {.name = "BaselineVar", .kind = Readout, .label = "Var (pA2)", .format = "%.5g",
+     .help = "Variance of the samples of the baseline."},
+    {.name = "PeakValue", .kind = Readout, .label = "Peak (pA)", .format = "%.5g",
+     .help = "Mean of the samples farthest from the baseline. The baseline is not subtracted."},
+    {.name = "Amplitude", .kind = Readout, .label = "Amp", .format = "%.5g", .help = "Peak less baseline."},
+    {.name = "RiseTime", .kind = Readout, .label = "Risetime", .unit = "ms", .format = "%.5g",
+     .help = "Time between the two rise levels, interpolated between samples."},
+    {.name = "RisePoints", .kind = Readout, .label = "Risepts", .format = "%g",
+     .help = "Number of samples between the rise levels."},
+    {.name = "RiseSlope", .kind = Readout, .label = "Slope", .format = "%.5g",
+     .help = "Slope per ms of the straight line through the samples between the rise levels. It needs at least "
      "three samples."},
-    {"DecayTime",        Readout, "FracDecay",        "ms", "%.5g", "", nullptr,
-     "Time from the peak until the trace has lost the fraction that you set. It is empty when the trace "
+    {.name = "DecayTime", .kind = Readout, .label = "FracDecay", .unit = "ms", .format = "%.5g",
+     .help = "Time from the peak until the trace has lost the fraction that you set. It is empty when the trace "
      "does not decay so far."},
-    {"FracWidth",        Readout, "Width",            "ms", "%.5g", "", nullptr,
-     "Width of the response at the level of the decay time."},
-    {"LatencyRise",      Readout, "LatRise",          "ms", "%.5g", "", nullptr,
-     "Time from the latency cursor until the rising response reaches the fraction that you set."},
-    {"LatencyPeak",      Readout, "LatPeak",          "ms", "%.5g", "", nullptr,
-     "Time from the latency cursor to the peak."},
-    {"Integral",         Readout, "Integral(pAms)",   "",   "%.5g", "", nullptr,
-     "Area between trace and baseline from Start Analysis over Num Fit Pts x Parse samples. The bar at "
+    {.name = "FracWidth", .kind = Readout, .label = "Width", .unit = "ms", .format = "%.5g",
+     .help = "Width of the response at the level of the decay time."},
+    {.name = "LatencyRise", .kind = Readout, .label = "LatRise", .unit = "ms", .format = "%.5g",
+     .help = "Time from the latency cursor until the rising response reaches the fraction that you set."},
+    {.name = "LatencyPeak", .kind = Readout, .label = "LatPeak", .unit = "ms", .format = "%.5g",
+     .help = "Time from the latency cursor to the peak."},
+    {.name = "Integral", .kind = Readout, .label = "Integral(pAms)", .format = "%.5g",
+     .help = "Area between trace and baseline from Start Analysis over Num Fit Pts x Parse samples. The bar at "
      "the foot of the plot shows this part."},
-    {"Coastline",        Readout, "Coastline",        "",   "%.5g", "", nullptr,
-     "Sum of the sizes of all steps from sample to sample over the same part."},
-    {"FitAmp1",          Readout, "Amp1 (pA)",        "",   "%.5g", "FxnExponentialAmp",    nullptr, FitAmpHelp},
-    {"FitTau1",          Readout, "Tau (ms)",         "ms", "%.5g", "FxnExponentialTau",    nullptr, FitTauHelp},
-    {"FitAmp2",          Readout, "Amp2 (pA)",        "",   "%.5g", "FxnExponentialAmp2",   nullptr, FitAmpHelp},
-    {"FitTau2",          Readout, "Tau2 (ms)",        "ms", "%.5g", "FxnExponentialTau2",   nullptr, FitTauHelp},
-    {"FitOffset",        Readout, "Offset (pA)",      "",   "%.5g", "FxnExponentialOffset", nullptr, FitOffsetHelp},
-    {"FitGoodness",      Readout, "Goodness of fit",  "",   "%.6g", "FxnNormResiduals",     nullptr, GoodnessHelp},
-    {"AnalysisFitNote",  Readout, "Fit",              "",   "",     "FxnFitResult",         nullptr,
-     "Result from most recent fitting session (Converge, Maximum Iterations, User Break, One Step)."},
+    {.name = "Coastline", .kind = Readout, .label = "Coastline", .format = "%.5g",
+     .help = "Sum of the sizes of all steps from sample to sample over the same part."},
+    {.name = "FitAmp1", .kind = Readout, .label = "Amp1 (pA)", .format = "%.5g", .command = "FxnExponentialAmp",
+     .help = FitAmpHelp},
+    {.name = "FitTau1", .kind = Readout, .label = "Tau (ms)", .unit = "ms", .format = "%.5g",
+     .command = "FxnExponentialTau", .help = FitTauHelp},
+    {.name = "FitAmp2", .kind = Readout, .label = "Amp2 (pA)", .format = "%.5g", .command = "FxnExponentialAmp2",
+     .help = FitAmpHelp},
+    {.name = "FitTau2", .kind = Readout, .label = "Tau2 (ms)", .unit = "ms", .format = "%.5g",
+     .command = "FxnExponentialTau2", .help = FitTauHelp},
+    {.name = "FitOffset", .kind = Readout, .label = "Offset (pA)", .format = "%.5g",
+     .command = "FxnExponentialOffset", .help = FitOffsetHelp},
+    {.name = "FitGoodness", .kind = Readout, .label = "Goodness of fit", .format = "%.6g",
+     .command = "FxnNormResiduals", .help = GoodnessHelp},
+    {.name = "AnalysisFitNote", .kind = Readout, .label = "Fit", .format = "", .command = "FxnFitResult",
+     .help = "Result from most recent fitting session (Converge, Maximum Iterations, User Break, One Step)."},
 };
 
 constexpr ControlDecl StatusControls[] = {
-    {"AnalysisDataName", Readout, "Data",             "",   "",     "", nullptr,
-     "Name of the recording or model of the trace."},
-    {"AnalysisEpisodes", Readout, "Episodes",         "",   "",     "", nullptr,
-     "Episode in view, and number of episodes in the file."},
-    {"AnalysisRsStatus", Readout, "",                 "",   "",     "", nullptr,
-     "Shows whether the trace is corrected for series resistance and membrane capacitance."},
+    {.name = "AnalysisDataName", .kind = Readout, .label = "Data", .format = "",
+     .help = "Name of the recording or model of the trace."},
+    {.name = "AnalysisEpisodes", .kind = Readout, .label = "Episodes", .format = "",
+     .help = "Episode in view, and number of episodes in the file."},
+    {.name = "AnalysisRsStatus", .kind = Readout, .format = "",
+     .help = "Shows whether the trace is corrected for series resistance and membrane capacitance."},
 };
 
 constexpr ControlDecl CommandControls[] = {
-    {"AnalyzeButton",    Button, "Analyze",           "",   "",     "AN_AnalyzeButton", AN_AnalyzeButton,
-     "Measure the response in view and add a row to the table."},
-    {"AnalysisDone",     Button, "Done",              "",   "",     "FxnAnalysisDone",  FxnAnalysisDone,
-     "Close the analysis panel. The program keeps table and settings."},
+    {.name = "AnalyzeButton", .kind = Button, .label = "Analyze", .format = "", .command = "AN_AnalyzeButton",
+     .action = AN_AnalyzeButton, .help = "Measure the response in view and add a row to the table."},
+    {.name = "AnalysisDone", .kind = Button, .label = "Done", .format = "", .command = "FxnAnalysisDone",
+     .action = FxnAnalysisDone, .help = "Close the analysis panel. The program keeps table and settings."},
 };
 
 constexpr ControlDecl MainPanelButton[] = {
-    {"AnalysisButton",   Button, "Analysis...",       "",   "",     "FxnAnalysisButton", FxnAnalysisButton,
-     "Go to the analysis panel. It measures the response and collects the measures of many sweeps in a "
+    {.name = "AnalysisButton", .kind = Button, .label = "Analysis...", .format = "", .command = "FxnAnalysisButton",
+     .action = FxnAnalysisButton,
+     .help = "Go to the analysis panel. It measures the response and collects the measures of many sweeps in a "
      "table."},
 };
 

@@ -147,25 +147,29 @@ constexpr auto Button = ControlKind::Button;
 
 // clang-format off
 constexpr ControlDecl RangeControls[] = {
-    // name                  kind     label                unit  format  command                    action
-    {"AutoRescale",          Switch,  "Auto Rescale",      "",   "%d",   "FxnRescale",              FxnRescale,
-     "Fit the y axis to the samples in view. When it is off, the y axis keeps its range, multiplied by "
-     "the two gains.", 0, 0, "off|on"},
-    {"YMinGain",             Number,  "Y min x",           "",   "%g",   "FxnYMin",                 FxnYGain,
-     "Multiplies the lower limit that the y axis had when Auto Rescale was switched off."},
-    {"YMaxGain",             Number,  "Y max x",           "",   "%g",   "FxnYMax",                 FxnYGain,
-     "Multiplies the upper limit that the y axis had when Auto Rescale was switched off."},
-    {"AnalysisExpandButton", Button,  "Expand",            "",   "",     "AnalysisExpand",          AnalysisExpand,
-     "Show 20 % less of the trace. The left edge stays in place."},
-    {"AnalysisCompressButton", Button, "Compress",         "",   "",     "AnalysisCompress",        AnalysisCompress,
-     "Show 20 % more of the trace. The left edge stays in place."},
-    {"AnalysisFullButton",   Button,  "Full scale",        "",   "",     "AnalysisFullScale",       AnalysisFullScale,
-     "Show the whole trace, with each cursor at the time of its field."},
-    {"ZoomAreaButton",       Button,  "Zoom area",         "",   "",     "FxnMenuZoomArea",         FxnMenuZoomArea,
-     "Show two cursors at the corners of a rectangle, and hide all other cursors. Zoom then shows the "
+    {.name = "AutoRescale", .kind = Switch, .label = "Auto Rescale", .format = "%d", .command = "FxnRescale",
+     .action = FxnRescale,
+     .help = "Fit the y axis to the samples in view. When it is off, the y axis keeps its range, multiplied by "
+     "the two gains.",
+     .choices = "off|on"},
+    {.name = "YMinGain", .kind = Number, .label = "Y min x", .format = "%g", .command = "FxnYMin", .action = FxnYGain,
+     .help = "Multiplies the lower limit that the y axis had when Auto Rescale was switched off."},
+    {.name = "YMaxGain", .kind = Number, .label = "Y max x", .format = "%g", .command = "FxnYMax", .action = FxnYGain,
+     .help = "Multiplies the upper limit that the y axis had when Auto Rescale was switched off."},
+    {.name = "AnalysisExpandButton", .kind = Button, .label = "Expand", .format = "", .command = "AnalysisExpand",
+     .action = AnalysisExpand, .help = "Show 20 % less of the trace. The left edge stays in place."},
+    {.name = "AnalysisCompressButton", .kind = Button, .label = "Compress", .format = "",
+     .command = "AnalysisCompress", .action = AnalysisCompress,
+     .help = "Show 20 % more of the trace. The left edge stays in place."},
+    {.name = "AnalysisFullButton", .kind = Button, .label = "Full scale", .format = "",
+     .command = "AnalysisFullScale", .action = AnalysisFullScale,
+     .help = "Show the whole trace, with each cursor at the time of its field."},
+    {.name = "ZoomAreaButton", .kind = Button, .label = "Zoom area", .format = "", .command = "FxnMenuZoomArea",
+     .action = FxnMenuZoomArea,
+     .help = "Show two cursors at the corners of a rectangle, and hide all other cursors. Zoom then shows the "
      "rectangle. Press again to cancel."},
-    {"AnalysisZoomButton",   Button,  "Zoom",              "",   "",     "AnalysisZoom",            AnalysisZoom,
-     "Show the rectangle between the two zoom cursors."},
+    {.name = "AnalysisZoomButton", .kind = Button, .label = "Zoom", .format = "", .command = "AnalysisZoom",
+     .action = AnalysisZoom, .help = "Show the rectangle between the two zoom cursors."},
 };
 // clang-format on
 

@@ -29,21 +29,21 @@ constexpr auto Readout = ControlKind::Readout;
 
 // clang-format off
 constexpr ControlDecl ReadoutControls[] = {
-    // name                  kind     label                unit  format  command                    action
-    {"AnalysisDisplay[1]",   Switch,  "Lock on trace",     "",   "%d",   "FxnLockCursors",          FxnLockCursors,
-     "Keep the two readout cursors on the trace.", 0, 0, "off|on"},
-    {"CursorTime[%d]",       Readout, "Cursor %d",         "ms", "%.6g", "",                        nullptr,
-     "Time at readout cursor %d.", 7, 8},
-    {"CursorIndex[%d]",      Readout, "Sample %d",         "",   "%.0f", "",                        nullptr,
-     "Number of the sample at readout cursor %d.", 7, 8},
-    {"CursorValue[%d]",      Readout, "Value %d",          "",   "%.6g", "",                        nullptr,
-     "Height of readout cursor %d. While the cursors are locked, the height of the trace at this time.", 7, 8},
-    {"CursorTimeDifference", Readout, "Time difference",   "ms", "%.6g", "",                        nullptr,
-     "Time from readout cursor 7 to cursor 8."},
-    {"CursorIndexDifference", Readout, "Samples between",  "",   "%.0f", "",                        nullptr,
-     "Samples from readout cursor 7 to cursor 8."},
-    {"CursorValueDifference", Readout, "Value difference", "",   "%.6g", "",                        nullptr,
-     "Height of readout cursor 8 minus height of readout cursor 7."},
+    {.name = "AnalysisDisplay[1]", .kind = Switch, .label = "Lock on trace", .format = "%d",
+     .command = "FxnLockCursors", .action = FxnLockCursors, .help = "Keep the two readout cursors on the trace.",
+     .choices = "off|on"},
+    {.name = "CursorTime[%d]", .kind = Readout, .label = "Cursor %d", .unit = "ms", .format = "%.6g",
+     .help = "Time at readout cursor %d.", .first = 7, .last = 8},
+    {.name = "CursorIndex[%d]", .kind = Readout, .label = "Sample %d", .format = "%.0f",
+     .help = "Number of the sample at readout cursor %d.", .first = 7, .last = 8},
+    {.name = "CursorValue[%d]", .kind = Readout, .label = "Value %d", .format = "%.6g",
+     .help = "Height of readout cursor %d. While the cursors are locked, the height of the trace at this time.", .first = 7, .last = 8},
+    {.name = "CursorTimeDifference", .kind = Readout, .label = "Time difference", .unit = "ms", .format = "%.6g",
+     .help = "Time from readout cursor 7 to cursor 8."},
+    {.name = "CursorIndexDifference", .kind = Readout, .label = "Samples between", .format = "%.0f",
+     .help = "Samples from readout cursor 7 to cursor 8."},
+    {.name = "CursorValueDifference", .kind = Readout, .label = "Value difference", .format = "%.6g",
+     .help = "Height of readout cursor 8 minus height of readout cursor 7."},
 };
 // clang-format on
 

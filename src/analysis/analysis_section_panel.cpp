@@ -79,19 +79,20 @@ constexpr auto Number = ControlKind::Number;
 
 // clang-format off
 constexpr ControlDecl SectionControls[] = {
-    // name               kind    label            unit format  command                 action
-    {"AutoAnalyzeButton", Button, "Analyze all",   "",  "",     "AN_AutoAnalyzeButton", AN_AutoAnalyzeButton,
-     "Measure every episode of the recording. Each episode adds a row to the table."},
-    {"AnalyzeNextButton", Button, "Analyze next",  "",  "",     "AN_AnalyzeNextButton", AN_AnalyzeNextButton,
-     "Read the next episode and measure it."},
-    {"StopAnalysisButton", Button, "Stop",          "",  "",     "FxnStopAn",            FxnStopAn,
-     "Stop the analysis of all episodes before the next episode.", 0, 0, "", 0, true},
-    {"SectionNumber",     Number, "Episode",       "",  "%.0f", "FxnAnSectionRead",     FxnAnSectionRead,
-     "Number of the episode in view. Enter another number to read that episode."},
-    {"AnalysisLast",      Button, "Last episode",  "",  "",     "FxnAnLastSection",     FxnAnLastSection,
-     "Read the previous episode. From the first episode it goes to the last."},
-    {"AnalysisNext",      Button, "Next episode",  "",  "",     "FxnAnNextSection",     FxnAnNextSection,
-     "Read the next episode. From the last episode it goes to the first."},
+    {.name = "AutoAnalyzeButton", .kind = Button, .label = "Analyze all", .format = "",
+     .command = "AN_AutoAnalyzeButton", .action = AN_AutoAnalyzeButton,
+     .help = "Measure every episode of the recording. Each episode adds a row to the table."},
+    {.name = "AnalyzeNextButton", .kind = Button, .label = "Analyze next", .format = "",
+     .command = "AN_AnalyzeNextButton", .action = AN_AnalyzeNextButton,
+     .help = "Read the next episode and measure it."},
+    {.name = "StopAnalysisButton", .kind = Button, .label = "Stop", .format = "", .command = "FxnStopAn",
+     .action = FxnStopAn, .help = "Stop the analysis of all episodes before the next episode.", .whileBusy = true},
+    {.name = "SectionNumber", .kind = Number, .label = "Episode", .format = "%.0f", .command = "FxnAnSectionRead",
+     .action = FxnAnSectionRead, .help = "Number of the episode in view. Enter another number to read that episode."},
+    {.name = "AnalysisLast", .kind = Button, .label = "Last episode", .format = "", .command = "FxnAnLastSection",
+     .action = FxnAnLastSection, .help = "Read the previous episode. From the first episode it goes to the last."},
+    {.name = "AnalysisNext", .kind = Button, .label = "Next episode", .format = "", .command = "FxnAnNextSection",
+     .action = FxnAnNextSection, .help = "Read the next episode. From the last episode it goes to the first."},
 };
 // clang-format on
 

@@ -63,31 +63,35 @@ constexpr auto Readout = ControlKind::Readout;
 
 // clang-format off
 constexpr ControlDecl TableControls[] = {
-    // name                kind     label              unit  format  command              action
-    {"SaveAnalysisButton", Button,  "Save measures",   "",   "",     "SaveAnalysis",      SaveOneAnalysis,
-     "Append the present measures as a row to the measures file (*.res) in the folder of the data."},
-    {"DeleteMeasures",     Button,  "Delete last row", "",   "",     "AN_DeleteMeasures", AN_DeleteMeasures,
-     "Delete the last row of the table, and stop using the measures file."},
-    {"ClearResults",       Button,  "Clear table",     "",   "",     "AN_ClearTable",     Run<ClearResultsTable>,
-     "Empty the whole table. Nothing is asked."},
-    {"SaveTable",          Button,  "Save table",      "",   "",     "AN_SaveTable",      Run<SaveResultsTable>,
-     "Write the table to a file (*.tbl) in the folder of the data. It replaces an older file. Read table "
+    {.name = "SaveAnalysisButton", .kind = Button, .label = "Save measures", .format = "", .command = "SaveAnalysis",
+     .action = SaveOneAnalysis,
+     .help = "Append the present measures as a row to the measures file (*.res) in the folder of the data."},
+    {.name = "DeleteMeasures", .kind = Button, .label = "Delete last row", .format = "",
+     .command = "AN_DeleteMeasures", .action = AN_DeleteMeasures,
+     .help = "Delete the last row of the table, and stop using the measures file."},
+    {.name = "ClearResults", .kind = Button, .label = "Clear table", .format = "", .command = "AN_ClearTable",
+     .action = Run<ClearResultsTable>, .help = "Empty the whole table. Nothing is asked."},
+    {.name = "SaveTable", .kind = Button, .label = "Save table", .format = "", .command = "AN_SaveTable",
+     .action = Run<SaveResultsTable>,
+     .help = "Write the table to a file (*.tbl) in the folder of the data. It replaces an older file. Read table "
      "can read it again."},
-    {"ReadTable",          Button,  "Read table...",   "",   "",     "AN_ReadTable",      Run<ReadResultsTable>,
-     "Read a table file (*.tbl), and the model and the recording that it names. It replaces this table."},
-    {"ExportTable",        Button,  "Save as CSV...",  "",   "",     "FxnExportTable",    Run<ExportTableCsv>,
-     "Write the table as comma-separated text for a spreadsheet. A measure that is not possible is an "
+    {.name = "ReadTable", .kind = Button, .label = "Read table...", .format = "", .command = "AN_ReadTable",
+     .action = Run<ReadResultsTable>,
+     .help = "Read a table file (*.tbl), and the model and the recording that it names. It replaces this table."},
+    {.name = "ExportTable", .kind = Button, .label = "Save as CSV...", .format = "", .command = "FxnExportTable",
+     .action = Run<ExportTableCsv>,
+     .help = "Write the table as comma-separated text for a spreadsheet. A measure that is not possible is an "
      "empty cell."},
-    {"TableRight",         Button,  "More",            "",   "",     "FxnMoreRight",      FxnMoreRight,
-     "Show the last columns of the table."},
-    {"TableLeft",          Button,  "Back",            "",   "",     "FxnMoreLeft",       FxnMoreLeft,
-     "Show the first columns of the table."},
-    {"MeasuresFileShown",  Readout, "Measures file",   "",   "",     "",                  nullptr,
-     "Measures file in use. New rows are appended to it."},
-    {"MeasuresCount",      Readout, "Events saved",    "",   "%g",   "",                  nullptr,
-     "Number of rows written to the measures file."},
-    {"TableFileShown",     Readout, "Table file",      "",   "",     "",                  nullptr,
-     "Last table file that was written or read."},
+    {.name = "TableRight", .kind = Button, .label = "More", .format = "", .command = "FxnMoreRight",
+     .action = FxnMoreRight, .help = "Show the last columns of the table."},
+    {.name = "TableLeft", .kind = Button, .label = "Back", .format = "", .command = "FxnMoreLeft",
+     .action = FxnMoreLeft, .help = "Show the first columns of the table."},
+    {.name = "MeasuresFileShown", .kind = Readout, .label = "Measures file", .format = "",
+     .help = "Measures file in use. New rows are appended to it."},
+    {.name = "MeasuresCount", .kind = Readout, .label = "Events saved", .format = "%g",
+     .help = "Number of rows written to the measures file."},
+    {.name = "TableFileShown", .kind = Readout, .label = "Table file", .format = "",
+     .help = "Last table file that was written or read."},
 };
 // clang-format on
 

@@ -205,50 +205,62 @@ constexpr auto Readout = ControlKind::Readout;
 
 // clang-format off
 constexpr ControlDecl CircuitControls[] = {
-    // name        kind    label                       unit  format command          action   help
-    {"RcRs",       Number, "Series resistance",        "Ohm", "%g", "FxnRCRs",       nullptr, "Whole cell series resistance in Ohms"},
-    {"RcCm",       Number, "Capacitance",              "F",   "%g", "FxnRCCm",       nullptr, "Whole cell capacitance in Farads"},
-    {"RcRm",       Number, "Input resistance",         "Ohm", "%g", "FxnRCRm",       nullptr, "Input resistance in Ohms"},
-    {"RcVhold",    Number, "Holding potential",        "V",   "%g", "FxnRCVhold",    nullptr, "Holding potential in Volts"},
-    {"RcVrev",     Number, "Reversal potential",       "V",   "%g", "FxnRCVreversal", nullptr,
-     "Reversal potential for linear correction in Volts"},
-    {"RcFracVolt", Number, "Voltage error",            "",    "%g", "FxnFracVolt",   nullptr,
-     "Fraction of series resistance voltage error to correct"},
-    {"RcFracCap",  Number, "Capacitive current",       "",    "%g", "FxnFracCap",    nullptr,
-     "Fraction of series resistance capacitative current error to correct"},
-    {"RcLagFc",    Number, "Lag corner",               "Hz",  "%g", "FxnLagCorr",    FxnLagCorr,
-     "Fc in Hz for 1 pole filter applied to capacitative current correction"},
+    {.name = "RcRs", .kind = Number, .label = "Series resistance", .unit = "Ohm", .format = "%g",
+     .command = "FxnRCRs", .help = "Whole cell series resistance in Ohms"},
+    {.name = "RcCm", .kind = Number, .label = "Capacitance", .unit = "F", .format = "%g", .command = "FxnRCCm",
+     .help = "Whole cell capacitance in Farads"},
+    {.name = "RcRm", .kind = Number, .label = "Input resistance", .unit = "Ohm", .format = "%g", .command = "FxnRCRm",
+     .help = "Input resistance in Ohms"},
+    {.name = "RcVhold", .kind = Number, .label = "Holding potential", .unit = "V", .format = "%g",
+     .command = "FxnRCVhold", .help = "Holding potential in Volts"},
+    {.name = "RcVrev", .kind = Number, .label = "Reversal potential", .unit = "V", .format = "%g",
+     .command = "FxnRCVreversal", .help = "Reversal potential for linear correction in Volts"},
+    {.name = "RcFracVolt", .kind = Number, .label = "Voltage error", .format = "%g", .command = "FxnFracVolt",
+     .help = "Fraction of series resistance voltage error to correct"},
+    {.name = "RcFracCap", .kind = Number, .label = "Capacitive current", .format = "%g", .command = "FxnFracCap",
+     .help = "Fraction of series resistance capacitative current error to correct"},
+    {.name = "RcLagFc", .kind = Number, .label = "Lag corner", .unit = "Hz", .format = "%g", .command = "FxnLagCorr",
+     .action = FxnLagCorr, .help = "Fc in Hz for 1 pole filter applied to capacitative current correction"},
 };
 constexpr ControlDecl StateControls[] = {
-    {"RsCmAuto",     ControlKind::Switch, "Correct on reading", "", "%d", "FxnRsCmAuto", nullptr,
-     "Correct every trace for series resistance when it is read. Uses the linear correction and the "
+    {.name = "RsCmAuto", .kind = ControlKind::Switch, .label = "Correct on reading", .format = "%d",
+     .command = "FxnRsCmAuto",
+     .help = "Correct every trace for series resistance when it is read. Uses the linear correction and the "
      "settings of this panel.",
-     0, 0, "off|on"},
-    {"RsCmStatus",   Readout, "State",             "",   "",  "",              nullptr,
-     "Shows whether the trace on display is corrected for series resistance."},
-    {"RcLagTau",     Readout, "Lag time constant", "s",  "",  "FxnLagTau",     nullptr, "Tau lag = 1 / (2 PI dt Fc)"},
-    {"RcADInterval", Readout, "Interval",          "ms", "",  "FxnRCADInterval", nullptr, "Time interval in ms"},
-    {"RcFileName",   Readout, "Data",              "",   "",  "FxnRCFilename", nullptr,
-     "Filename for filtering or Rs correction"},
-    {"RcIvFileName", Readout, "IV curve",          "",   "",  "FxnIVFilename", nullptr,
-     "Filename for nonlinear normalized IV for filter correction"},
-    {"RcIvCount",    Readout, "Points",            "",   "%d", "",             nullptr,
-     "Number of points of the IV curve."},
+     .choices = "off|on"},
+    {.name = "RsCmStatus", .kind = Readout, .label = "State", .format = "",
+     .help = "Shows whether the trace on display is corrected for series resistance."},
+    {.name = "RcLagTau", .kind = Readout, .label = "Lag time constant", .unit = "s", .format = "",
+     .command = "FxnLagTau", .help = "Tau lag = 1 / (2 PI dt Fc)"},
+    {.name = "RcADInterval", .kind = Readout, .label = "Interval", .unit = "ms", .format = "",
+     .command = "FxnRCADInterval", .help = "Time interval in ms"},
+    {.name = "RcFileName", .kind = Readout, .label = "Data", .format = "", .command = "FxnRCFilename",
+     .help = "Filename for filtering or Rs correction"},
+    {.name = "RcIvFileName", .kind = Readout, .label = "IV curve", .format = "", .command = "FxnIVFilename",
+     .help = "Filename for nonlinear normalized IV for filter correction"},
+    {.name = "RcIvCount", .kind = Readout, .label = "Points", .format = "%d", .help = "Number of points of the IV curve."},
 };
 constexpr ControlDecl CommandControls[] = {
-    {"RcCorrectLinear",    Button, "Correct (linear IV)",     "", "", "RC_FilterCorrectLinearButton", RC_FilterCorrectLinearButton,
-     "Correct current trace (pA) for RC filtering assuming linear IV"},
-    {"RcCorrectNonlinear", Button, "Correct (measured IV)",   "", "", "RC_FilterCorrectNonlinearButton", RC_FilterCorrectNonlinearButton,
-     "Correct current trace (pA) for RC filtering assuming nonlinear IV; IV must be loaded"},
-    {"RcFromConductance",  Button, "Filter conductance",      "", "", "RC_FilterConductanceButton", RC_FilterConductanceButton,
-     "Subject conductance waveform to whole cell filtering; output is in pA"},
-    {"RcFromVoltage",      Button, "Filter voltage step",     "", "", "RC_FilterVoltageButton", RC_FilterVoltageButton,
-     "Convert voltage step to capacitative transient; output is in pA"},
-    {"RcLoadIv",           Button, "Load IV curve...",        "", "", "RC_LoadIVButton", RC_LoadIVButton,
-     "Load IV curve for nonlinear correction from two column column delimited ASCII file (3-2048 values) in V and relative current"},
-    {"RcFileCorrect",      Button, "Correct a file...",       "", "", "FxnFileCorrect", FxnFileCorrect,
-     "Read an ABF file, correct all of it (linear IV), and save it as another ABF file."},
-    {"DoneRC",             Button, "Done",                    "", "", "FxnDoneRC", FxnDoneRC, "Close RsCm window."},
+    {.name = "RcCorrectLinear", .kind = Button, .label = "Correct (linear IV)", .format = "",
+     .command = "RC_FilterCorrectLinearButton", .action = RC_FilterCorrectLinearButton,
+     .help = "Correct current trace (pA) for RC filtering assuming linear IV"},
+    {.name = "RcCorrectNonlinear", .kind = Button, .label = "Correct (measured IV)", .format = "",
+     .command = "RC_FilterCorrectNonlinearButton", .action = RC_FilterCorrectNonlinearButton,
+     .help = "Correct current trace (pA) for RC filtering assuming nonlinear IV; IV must be loaded"},
+    {.name = "RcFromConductance", .kind = Button, .label = "Filter conductance", .format = "",
+     .command = "RC_FilterConductanceButton", .action = RC_FilterConductanceButton,
+     .help = "Subject conductance waveform to whole cell filtering; output is in pA"},
+    {.name = "RcFromVoltage", .kind = Button, .label = "Filter voltage step", .format = "",
+     .command = "RC_FilterVoltageButton", .action = RC_FilterVoltageButton,
+     .help = "Convert voltage step to capacitative transient; output is in pA"},
+    {.name = "RcLoadIv", .kind = Button, .label = "Load IV curve...", .format = "", .command = "RC_LoadIVButton",
+     .action = RC_LoadIVButton,
+     .help = "Load IV curve for nonlinear correction from two column column delimited ASCII file (3-2048 values) in V and relative current"},
+    {.name = "RcFileCorrect", .kind = Button, .label = "Correct a file...", .format = "", .command = "FxnFileCorrect",
+     .action = FxnFileCorrect,
+     .help = "Read an ABF file, correct all of it (linear IV), and save it as another ABF file."},
+    {.name = "DoneRC", .kind = Button, .label = "Done", .format = "", .command = "FxnDoneRC", .action = FxnDoneRC,
+     .help = "Close RsCm window."},
 };
 constexpr MenuDecl RsCmMenu[] = {{"Tools/Series resistance...", "RsCmFilterFxn", OpenPanel}};
 // clang-format on
@@ -262,9 +274,14 @@ void CorrectIfAsked() {
 }  // namespace
 
 void AddRsCorrectionPanel() {
-  AddPanel({PanelName, "Series resistance", "RC", ShowReadouts, LeavePanel, nullptr,
-            "Correct a current for series resistance and membrane capacitance, or show how they filter a "
-            "conductance or a voltage step."});
+  AddPanel({.name = PanelName,
+            .title = "Series resistance",
+            .tag = "RC",
+            .dim = ShowReadouts,
+            .close = LeavePanel,
+            .help =
+                "Correct a current for series resistance and membrane capacitance, or show how they filter a "
+                "conductance or a voltage step."});
   AddControls(PanelName, CircuitGroup, CircuitControls);
   AddControls(PanelName, "state", StateControls);
   AddControls(PanelName, "commands", CommandControls);

@@ -18,8 +18,8 @@ void FxnCloseAbout(const ControlEvent&) {
 
 // clang-format off
 constexpr ControlDecl AboutControls[] = {
-    // name        kind                  label    unit format command          action         help
-    {"CloseAbout", ControlKind::Button, "Close",  "",  "",    "FxnCloseAbout", FxnCloseAbout, AboutHelp},
+    {.name = "CloseAbout", .kind = ControlKind::Button, .label = "Close", .format = "", .command = "FxnCloseAbout",
+     .action = FxnCloseAbout, .help = AboutHelp},
 };
 constexpr MenuDecl AboutMenu[] = {{"Help/About Zelvane", "FxnAbout", FxnAbout}};
 // clang-format on
@@ -33,7 +33,7 @@ constexpr const char* AboutLines[] = {
 }  // namespace
 
 void AddAboutPanel() {
-  AddPanel({"AboutPanel", "About Zelvane", "", nullptr, nullptr, nullptr, "Describes this program."});
+  AddPanel({.name = "AboutPanel", .title = "About Zelvane", .help = "Describes this program."});
   AddControls("AboutPanel", "about", AboutControls);
   TextBox& box = AddTextBox("AboutPanel", "AboutText");
   for (const char* line : AboutLines) InsertLine(box, line);

@@ -136,8 +136,8 @@ void Shutdown(const ControlEvent&) {
 
 // clang-format off
 constexpr ControlDecl ShellControls[] = {
-    // name     kind                 label   unit format command     action    help
-    {"Quit",    ControlKind::Button, "Quit", "",  "",    "Shutdown", Shutdown, QuitHelp},
+    {.name = "Quit", .kind = ControlKind::Button, .label = "Quit", .format = "", .command = "Shutdown",
+     .action = Shutdown, .help = QuitHelp},
 };
 constexpr MenuDecl ShellMenu[] = {{"File/Quit", "ShutDown", AskToClose, "Ctrl+Q"}};
 // clang-format on

@@ -100,22 +100,27 @@ constexpr char CornerHelp[] =
 
 // clang-format off
 constexpr ControlDecl FilterControls[] = {
-    // name           kind    label               unit   format command          action         help
-    {"AutoFilterFc",  Number, "Corner",           "kHz", "%g", "FxnFc",          FxnShared,     CornerHelp},
-    {"NoiseMean",     Number, "Mean of noise",    "",    "%g", "FxnNoiseMean",   nullptr,
-     "Enter the mean of noise (Gaussian or Rectangular) that is to be added to the trace."},
-    {"AutoNoiseSTD",  Number, "STD of noise",     "",    "%g", "FxnNoiseSTD",    FxnShared,
-     "Enter the standard Deviatoin of noise (Gaussian) that is to be added to the trace."},
-    {"ApplyFilter",   Button, "Filter",           "",    "",   "FxnApplyFilter", FxnApplyFilter,
-     "Filter the trace with a Gaussian Filter corrected for a phase shift."},
-    {"GaussNoise",    Button, "Add Gaussian noise", "",  "",   "FxnCreateGaussNoise", FxnCreateGaussNoise,
-     "Add Gaussian noise of the mean and standard deviation above to the trace."},
-    {"RectNoise",     Button, "Add rectangular noise", "", "", "FxnRectNoise",   FxnRectNoise,
-     "Add evenly distributed noise to the trace: the mean above plus a value between 0 and 1."},
-    {"DoneFilter",    Button, "Done",             "",    "",   "FxnDoneFilter",  FxnDoneFilter, "Close filter panel."},
+    {.name = "AutoFilterFc", .kind = Number, .label = "Corner", .unit = "kHz", .format = "%g", .command = "FxnFc",
+     .action = FxnShared, .help = CornerHelp},
+    {.name = "NoiseMean", .kind = Number, .label = "Mean of noise", .format = "%g", .command = "FxnNoiseMean",
+     .help = "Enter the mean of noise (Gaussian or Rectangular) that is to be added to the trace."},
+    {.name = "AutoNoiseSTD", .kind = Number, .label = "STD of noise", .format = "%g", .command = "FxnNoiseSTD",
+     .action = FxnShared,
+     .help = "Enter the standard Deviatoin of noise (Gaussian) that is to be added to the trace."},
+    {.name = "ApplyFilter", .kind = Button, .label = "Filter", .format = "", .command = "FxnApplyFilter",
+     .action = FxnApplyFilter, .help = "Filter the trace with a Gaussian Filter corrected for a phase shift."},
+    {.name = "GaussNoise", .kind = Button, .label = "Add Gaussian noise", .format = "",
+     .command = "FxnCreateGaussNoise", .action = FxnCreateGaussNoise,
+     .help = "Add Gaussian noise of the mean and standard deviation above to the trace."},
+    {.name = "RectNoise", .kind = Button, .label = "Add rectangular noise", .format = "", .command = "FxnRectNoise",
+     .action = FxnRectNoise,
+     .help = "Add evenly distributed noise to the trace: the mean above plus a value between 0 and 1."},
+    {.name = "DoneFilter", .kind = Button, .label = "Done", .format = "", .command = "FxnDoneFilter",
+     .action = FxnDoneFilter, .help = "Close filter panel."},
 };
 constexpr ControlDecl MainControls[] = {
-    {"FilterButton",  Button, "Filter trace",     "",    "",   "FxnFilterButton", FxnFilterButton, CornerHelp},
+    {.name = "FilterButton", .kind = Button, .label = "Filter trace", .format = "", .command = "FxnFilterButton",
+     .action = FxnFilterButton, .help = CornerHelp},
 };
 constexpr MenuDecl FilterMenu[] = {{"Tools/Filter...", "FxnMenuFilter", OpenPanel}};
 // clang-format on
@@ -123,8 +128,10 @@ constexpr MenuDecl FilterMenu[] = {{"Tools/Filter...", "FxnMenuFilter", OpenPane
 }  // namespace
 
 void AddFilterPanel() {
-  AddPanel({PanelName, "Filter and noise", "", nullptr, LeavePanel, nullptr,
-            "Filter the trace, or add noise. Each press filters or adds again."});
+  AddPanel({.name = PanelName,
+            .title = "Filter and noise",
+            .close = LeavePanel,
+            .help = "Filter the trace, or add noise. Each press filters or adds again."});
   AddControls(PanelName, "filter", FilterControls);
   TraceChanged.Add(TraceFilterUpdate);
   AddControls("MainPanel", "shell", MainControls);

@@ -184,26 +184,39 @@ void FxnPropertiesCancel(const ControlEvent&) {
 
 // clang-format off
 constexpr ControlDecl SpanControls[] = {
-    // name              kind                  label                 unit format   command             action           help
-    {"GraphTimeUnit",    ControlKind::Choice,  "Unit of time",       "",  "",      "FxnUpdateSpans",   UpdateFromSamples, "Unit of the limits in time.",
-     0, 0, "ms|s|min"},
-    {"GraphLeftTime",    ControlKind::Number,  "Left Limit (ms):",   "",  "%.3f",  "FxnLeftTime",      UpdateFromTimes, "Left limit of the x axis, in time."},
-    {"GraphRightTime",   ControlKind::Number,  "Right Limit (ms):",  "",  "%.3f",  "FxnRightTime",     UpdateFromTimes, "Right limit of the x axis, in time."},
-    {"GraphLeftSample",  ControlKind::Number,  "Left Limit (samples):", "", "%.0f", "FxnLeftSample",  UpdateFromSamples, "Left limit of the x axis, as the number of a sample."},
-    {"GraphRightSample", ControlKind::Number,  "Right Limit (samples):", "", "%.0f", "FxnRightSample", UpdateFromSamples, "Right limit of the x axis, as the number of a sample."},
-    {"GraphXSpan",       ControlKind::Readout, "",                   "",  "",      "",                 nullptr,         "Span of the x axis."},
-    {"GraphYMin",        ControlKind::Number,  "Lower limit",        "",  "%g",    "FxnLowerLimit",    UpdateFromY,     "Lower limit of the y axis."},
-    {"GraphYMax",        ControlKind::Number,  "Upper limit",        "",  "%g",    "FxnUpperLimit",    UpdateFromY,     "Upper limit of the y axis."},
-    {"GraphYSpan",       ControlKind::Readout, "",                   "",  "",      "",                 nullptr,         "Span of the y axis."},
+    {.name = "GraphTimeUnit", .kind = ControlKind::Choice, .label = "Unit of time", .format = "",
+     .command = "FxnUpdateSpans", .action = UpdateFromSamples, .help = "Unit of the limits in time.",
+     .choices = "ms|s|min"},
+    {.name = "GraphLeftTime", .kind = ControlKind::Number, .label = "Left Limit (ms):", .format = "%.3f",
+     .command = "FxnLeftTime", .action = UpdateFromTimes, .help = "Left limit of the x axis, in time."},
+    {.name = "GraphRightTime", .kind = ControlKind::Number, .label = "Right Limit (ms):", .format = "%.3f",
+     .command = "FxnRightTime", .action = UpdateFromTimes, .help = "Right limit of the x axis, in time."},
+    {.name = "GraphLeftSample", .kind = ControlKind::Number, .label = "Left Limit (samples):", .format = "%.0f",
+     .command = "FxnLeftSample", .action = UpdateFromSamples,
+     .help = "Left limit of the x axis, as the number of a sample."},
+    {.name = "GraphRightSample", .kind = ControlKind::Number, .label = "Right Limit (samples):", .format = "%.0f",
+     .command = "FxnRightSample", .action = UpdateFromSamples,
+     .help = "Right limit of the x axis, as the number of a sample."},
+    {.name = "GraphXSpan", .kind = ControlKind::Readout, .format = "", .help = "Span of the x axis."},
+    {.name = "GraphYMin", .kind = ControlKind::Number, .label = "Lower limit", .format = "%g",
+     .command = "FxnLowerLimit", .action = UpdateFromY, .help = "Lower limit of the y axis."},
+    {.name = "GraphYMax", .kind = ControlKind::Number, .label = "Upper limit", .format = "%g",
+     .command = "FxnUpperLimit", .action = UpdateFromY, .help = "Upper limit of the y axis."},
+    {.name = "GraphYSpan", .kind = ControlKind::Readout, .format = "", .help = "Span of the y axis."},
 };
 constexpr ControlDecl ViewControls[] = {
-    {"GraphAutoX",       ControlKind::Switch,  "Automatic x",        "",  "",      "FxnSignalsCheckBox", FxnSignalsCheckBox, "Fit the x axis to the data."},
-    {"GraphAutoY",       ControlKind::Switch,  "Automatic y",        "",  "",      "FxnSignalsAutoY",    FxnSignalsCheckBox, "Fit the y axis to the data."},
-    {"GraphLogY",        ControlKind::Switch,  "Logarithmic y",      "",  "",      "FxnSignalsLogY",     FxnSignalsCheckBox, "Draw a logarithmic y axis."},
+    {.name = "GraphAutoX", .kind = ControlKind::Switch, .label = "Automatic x", .format = "",
+     .command = "FxnSignalsCheckBox", .action = FxnSignalsCheckBox, .help = "Fit the x axis to the data."},
+    {.name = "GraphAutoY", .kind = ControlKind::Switch, .label = "Automatic y", .format = "",
+     .command = "FxnSignalsAutoY", .action = FxnSignalsCheckBox, .help = "Fit the y axis to the data."},
+    {.name = "GraphLogY", .kind = ControlKind::Switch, .label = "Logarithmic y", .format = "",
+     .command = "FxnSignalsLogY", .action = FxnSignalsCheckBox, .help = "Draw a logarithmic y axis."},
 };
 constexpr ControlDecl ButtonControls[] = {
-    {"GraphPropertiesOk",     ControlKind::Button, "OK",     "", "", "FxnGraphPropertiesOk",     FxnPropertiesOk,     "Use these limits."},
-    {"GraphPropertiesCancel", ControlKind::Button, "Cancel", "", "", "FxnGraphPropertiesCancel", FxnPropertiesCancel, "Close the panel without a change."},
+    {.name = "GraphPropertiesOk", .kind = ControlKind::Button, .label = "OK", .format = "",
+     .command = "FxnGraphPropertiesOk", .action = FxnPropertiesOk, .help = "Use these limits."},
+    {.name = "GraphPropertiesCancel", .kind = ControlKind::Button, .label = "Cancel", .format = "",
+     .command = "FxnGraphPropertiesCancel", .action = FxnPropertiesCancel, .help = "Close the panel without a change."},
 };
 constexpr MenuDecl GraphMenu[] = {
     {"Graph/Full scale",    "FxnScaleAxes",       ScaleFull,          "Ctrl+0"},
@@ -215,8 +228,11 @@ constexpr MenuDecl GraphMenu[] = {
 }  // namespace
 
 void AddGraphPropertiesPanel() {
-  AddPanel({PropertiesPanel, "Graph properties", "", DimProperties, PutBack, nullptr,
-            "Limits and scaling of the axes of the graph in front."});
+  AddPanel({.name = PropertiesPanel,
+            .title = "Graph properties",
+            .dim = DimProperties,
+            .close = PutBack,
+            .help = "Limits and scaling of the axes of the graph in front."});
   AddControls(PropertiesPanel, "span", SpanControls);
   AddControls(PropertiesPanel, "view", ViewControls);
   AddControls(PropertiesPanel, "buttons", ButtonControls);

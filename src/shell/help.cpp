@@ -79,20 +79,22 @@ void PrintMainScreen(const ControlEvent&) {
 
 // clang-format off
 constexpr ControlDecl MainControls[] = {
-    // name          kind                 label    unit format command            action           help
-    {"MainHelp",     ControlKind::Button, "Help",  "",  "",    "HelpMainScreen",  HelpMainScreen,  MainHelp,
-     0, 0, "", 0, false, true},
-    {"PrintMain",    ControlKind::Button, "Print", "",  "",    "PrintMainScreen", PrintMainScreen, PrintMainHelp},
+    {.name = "MainHelp", .kind = ControlKind::Button, .label = "Help", .format = "", .command = "HelpMainScreen",
+     .action = HelpMainScreen, .help = MainHelp, .helpActs = true},
+    {.name = "PrintMain", .kind = ControlKind::Button, .label = "Print", .format = "", .command = "PrintMainScreen",
+     .action = PrintMainScreen, .help = PrintMainHelp},
 };
 constexpr ControlDecl StimulusControls[] = {
-    {"StimulusHelp", ControlKind::Button, "Help",  "",  "",    "StimHelp",        StimHelp,        StimulusHelp,
-     0, 0, "", 0, false, true},
-    {"PrintStimulus", ControlKind::Button, "Print", "", "",    "PrintStim",       PrintStim,       PrintStimHelp},
+    {.name = "StimulusHelp", .kind = ControlKind::Button, .label = "Help", .format = "", .command = "StimHelp",
+     .action = StimHelp, .help = StimulusHelp, .helpActs = true},
+    {.name = "PrintStimulus", .kind = ControlKind::Button, .label = "Print", .format = "", .command = "PrintStim",
+     .action = PrintStim, .help = PrintStimHelp},
 };
 constexpr ControlDecl AnalysisControls[] = {
-    {"PrintAnalysisButton", ControlKind::Button, "Print", "", "", "PrintAnalysis",   PrintAnalysis,   PrintAnalysisHelp},
-    {"AnalysisHelpButton", ControlKind::Button, "Help", "", "", "AnalysisHelp",      AnalysisHelp,    AnalysisHelpText,
-     0, 0, "", 0, false, true},
+    {.name = "PrintAnalysisButton", .kind = ControlKind::Button, .label = "Print", .format = "",
+     .command = "PrintAnalysis", .action = PrintAnalysis, .help = PrintAnalysisHelp},
+    {.name = "AnalysisHelpButton", .kind = ControlKind::Button, .label = "Help", .format = "",
+     .command = "AnalysisHelp", .action = AnalysisHelp, .help = AnalysisHelpText, .helpActs = true},
 };
 constexpr MenuDecl HelpMenu[] = {
     {"File/Print...",    "FxnPrint",  PrintFront, "Ctrl+P"},

@@ -45,11 +45,12 @@ std::span<const float> ViewedSamples() {
 
 // clang-format off
 constexpr ControlDecl ExportControls[] = {
-    // name              kind                 label                   unit format command       action         help
-    {"ExportTraceButton", ControlKind::Button, "Export trace...",        "", "", "ExportTrace",    Run<ExportTrace>,
-     "Export data as it appears on the screen into 1-column ascii file with time interval in ms as first value."},
-    {"ExportCurveButton", ControlKind::Button, "Export fitted curve...", "", "", "ExportAnalysis", Run<ExportAnalysis>,
-     "Export fitted curve as 2 column ASCII file (ATF Format)."},
+    {.name = "ExportTraceButton", .kind = ControlKind::Button, .label = "Export trace...", .format = "",
+     .command = "ExportTrace", .action = Run<ExportTrace>,
+     .help = "Export data as it appears on the screen into 1-column ascii file with time interval in ms as first value."},
+    {.name = "ExportCurveButton", .kind = ControlKind::Button, .label = "Export fitted curve...", .format = "",
+     .command = "ExportAnalysis", .action = Run<ExportAnalysis>,
+     .help = "Export fitted curve as 2 column ASCII file (ATF Format)."},
 };
 constexpr MenuDecl TraceMenu[] = {
     {"Tools/Export trace...",        "ExportTrace",    ExportTrace},

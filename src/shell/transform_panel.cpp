@@ -56,15 +56,17 @@ constexpr char ParseHelp[] = "Parse waveform; replace waveform by using every n-
 
 // clang-format off
 constexpr ControlDecl TransformControls[] = {
-    // name              kind    label          unit format command            action       help
-    {"AddConstant",      Number, "Add",         "",  "%g", "",                 nullptr,     AddHelp},
-    {"MultiplyConstant", Number, "Multiply by", "",  "%g", "",                 nullptr,     MultiplyHelp},
-    {"ParseConstant",    Number, "Every n-th point", "", "%d", "",             nullptr,     ParseHelp},
-    {"AddToTrace",       Button, "Add",         "",  "",   "FxnAdd",           FxnAdd,      AddHelp},
-    {"MultiplyTrace",    Button, "Multiply",    "",  "",   "FxnMultiply",      FxnMultiply, MultiplyHelp},
-    {"ParseTrace",       Button, "Parse",       "",  "",   "FxnParseData",     FxnParseData, ParseHelp},
-    {"DoneTransform",    Button, "Done",        "",  "",   "FxnDoneTransform", FxnDoneTransform,
-     "Close transform panel."},
+    {.name = "AddConstant", .kind = Number, .label = "Add", .format = "%g", .help = AddHelp},
+    {.name = "MultiplyConstant", .kind = Number, .label = "Multiply by", .format = "%g", .help = MultiplyHelp},
+    {.name = "ParseConstant", .kind = Number, .label = "Every n-th point", .format = "%d", .help = ParseHelp},
+    {.name = "AddToTrace", .kind = Button, .label = "Add", .format = "", .command = "FxnAdd", .action = FxnAdd,
+     .help = AddHelp},
+    {.name = "MultiplyTrace", .kind = Button, .label = "Multiply", .format = "", .command = "FxnMultiply",
+     .action = FxnMultiply, .help = MultiplyHelp},
+    {.name = "ParseTrace", .kind = Button, .label = "Parse", .format = "", .command = "FxnParseData",
+     .action = FxnParseData, .help = ParseHelp},
+    {.name = "DoneTransform", .kind = Button, .label = "Done", .format = "", .command = "FxnDoneTransform",
+     .action = FxnDoneTransform, .help = "Close transform panel."},
 };
 constexpr MenuDecl TransformMenu[] = {{"Tools/Transform...", "FxnMenuTransform", OpenPanel}};
 // clang-format on
@@ -72,9 +74,12 @@ constexpr MenuDecl TransformMenu[] = {{"Tools/Transform...", "FxnMenuTransform",
 }  // namespace
 
 void AddTransformPanel() {
-  AddPanel({PanelName, "Transform", "", nullptr, LeavePanel, nullptr,
-            "Change the whole trace: add, multiply, or keep every n-th point. To get the old trace back, "
-            "read the file again."});
+  AddPanel({.name = PanelName,
+            .title = "Transform",
+            .close = LeavePanel,
+            .help =
+                "Change the whole trace: add, multiply, or keep every n-th point. To get the old trace back, "
+                "read the file again."});
   AddControls(PanelName, Group, TransformControls);
   AddMenu(TransformMenu);
 }

@@ -117,38 +117,45 @@ constexpr auto Readout = ControlKind::Readout;
 
 // clang-format off
 constexpr ControlDecl ListsControls[] = {
-    // name                 kind     label                   unit format command                   action
-    {"OpenTimesCount",      Readout, "Open times",           "",  "",   "",                       nullptr,
-     "Number of open times in the list in use."},
-    {"ClosedTimesCount",    Readout, "Closed times",         "",  "",   "",                       nullptr,
-     "Number of closed times in the list in use."},
-    {"LatenciesCount",      Readout, "Latencies",            "",  "",   "",                       nullptr,
-     "Number of sweeps in which a channel opened."},
-    {"OpenListSelector",    Choice,  "List of open times",   "",  "%d", "FxnOpenListSelector",    UseChosenList,
-     "List of open times to use: all open times that were read or simulated, or those of one amplitude "
-     "class of a file.", 0, 0, "All|Class 1|Class 2|Class 3|Class 4|Class 5"},
-    {"SCOpenWorkHistogram", Button,  "Restore open times",   "",  "",   "FxnSCOpenWorkHistogram", FxnSCOpenWorkHistogram,
-     "Replace current array with imposed resolution with raw open time array (no resolution imposed)."},
-    {"SCImportAscii",       Button,  "Import text...",       "",  "",   "FxnSCImportAscii",       Run<FxnSCImportAscii>,
-     "Read open or closed times from a text file, plain or ATF, with one duration (ms) per line."},
-    {"ExportOpenTimes",     Button,  "Export all lists...",  "",  "",   "FxnExportOpenTimes",     Run<FxnExportOpenTimes>,
-     "Write open times (.ops), closed times (.sht) and latencies (.lat) as ATF text files with the same "
+    {.name = "OpenTimesCount", .kind = Readout, .label = "Open times", .format = "",
+     .help = "Number of open times in the list in use."},
+    {.name = "ClosedTimesCount", .kind = Readout, .label = "Closed times", .format = "",
+     .help = "Number of closed times in the list in use."},
+    {.name = "LatenciesCount", .kind = Readout, .label = "Latencies", .format = "",
+     .help = "Number of sweeps in which a channel opened."},
+    {.name = "OpenListSelector", .kind = Choice, .label = "List of open times", .format = "%d",
+     .command = "FxnOpenListSelector", .action = UseChosenList,
+     .help = "List of open times to use: all open times that were read or simulated, or those of one amplitude "
+     "class of a file.",
+     .choices = "All|Class 1|Class 2|Class 3|Class 4|Class 5"},
+    {.name = "SCOpenWorkHistogram", .kind = Button, .label = "Restore open times", .format = "",
+     .command = "FxnSCOpenWorkHistogram", .action = FxnSCOpenWorkHistogram,
+     .help = "Replace current array with imposed resolution with raw open time array (no resolution imposed)."},
+    {.name = "SCImportAscii", .kind = Button, .label = "Import text...", .format = "", .command = "FxnSCImportAscii",
+     .action = Run<FxnSCImportAscii>,
+     .help = "Read open or closed times from a text file, plain or ATF, with one duration (ms) per line."},
+    {.name = "ExportOpenTimes", .kind = Button, .label = "Export all lists...", .format = "",
+     .command = "FxnExportOpenTimes", .action = Run<FxnExportOpenTimes>,
+     .help = "Write open times (.ops), closed times (.sht) and latencies (.lat) as ATF text files with the same "
      "name."},
-    {"ExportClosedTimes",   Button,  "Export closed times...", "", "",  "FxnExportClosedTimes",   Run<FxnExportClosedTimes>,
-     "Write the closed times as an ATF text file."},
-    {"ExportLatencies",     Button,  "Export latencies...",  "",  "",   "FxnExportLatencies",     Run<FxnExportLatencies>,
-     "Write the latencies as an ATF text file."},
-    {"DwellListsDone",      Button,  "Close",                "",  "",   "FxnDwellListsDone",      FxnDwellListsDone,
-     "Close the panel of dwell lists."},
+    {.name = "ExportClosedTimes", .kind = Button, .label = "Export closed times...", .format = "",
+     .command = "FxnExportClosedTimes", .action = Run<FxnExportClosedTimes>,
+     .help = "Write the closed times as an ATF text file."},
+    {.name = "ExportLatencies", .kind = Button, .label = "Export latencies...", .format = "",
+     .command = "FxnExportLatencies", .action = Run<FxnExportLatencies>,
+     .help = "Write the latencies as an ATF text file."},
+    {.name = "DwellListsDone", .kind = Button, .label = "Close", .format = "", .command = "FxnDwellListsDone",
+     .action = FxnDwellListsDone, .help = "Close the panel of dwell lists."},
 };
 
 constexpr ControlDecl ChoiceControls[] = {
-    {"ChoiceOpen",   Switch, "Open times",   "", "%d", "FxnChoiceOpen",   nullptr,
-     "The file holds open times.", 0, 0, "off|on"},
-    {"ChoiceClosed", Switch, "Closed times", "", "%d", "FxnChoiceClosed", nullptr,
-     "The file holds closed times.", 0, 0, "off|on"},
-    {"ListReplace",  Switch, "Replace the present list", "", "%d", "FxnListReplace", nullptr,
-     "On: the file replaces the present list. Off: the program adds the file to the present list.", 0, 0, "off|on"},
+    {.name = "ChoiceOpen", .kind = Switch, .label = "Open times", .format = "%d", .command = "FxnChoiceOpen",
+     .help = "The file holds open times.", .choices = "off|on"},
+    {.name = "ChoiceClosed", .kind = Switch, .label = "Closed times", .format = "%d", .command = "FxnChoiceClosed",
+     .help = "The file holds closed times.", .choices = "off|on"},
+    {.name = "ListReplace", .kind = Switch, .label = "Replace the present list", .format = "%d",
+     .command = "FxnListReplace", .help = "On: the file replaces the present list. Off: the program adds the file to the present list.",
+     .choices = "off|on"},
 };
 
 constexpr MenuDecl SingleChannelsMenu[] = {
