@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <optional>
-#include <sstream>
 
 #include "analysis/results_files.h"
 #include "analysis/results_table.h"
+#include "io/input_file.h"
 #include "io/model_file.h"
 #include "io/trace_read.h"
 #include "model/model_store.h"
@@ -25,27 +24,11 @@ constexpr char CutTable[] = "The table ends early: %d of %d rows could be read."
 constexpr std::size_t LongestTable = 64U << 20U;  // bytes; a thousand rows have less than one per cent of it
 constexpr std::size_t ExtensionLetters = 3;
 
-/// The text of a file, at most LongestTable bytes of it.
-std::optional<std::string> TextOf(const std::string& path) {
-  std::error_code error;
-  if (std::filesystem::is_directory(path, error)) return std::nullopt;
-  std::ifstream in(std::filesystem::path(path), std::ios::binary);
-  if (!in.is_open()) return std::nullopt;
-  std::string text(LongestTable, '\0');
-  in.read(text.data(), static_cast<std::streamsize>(text.size()));
-  text.resize(static_cast<std::size_t>(in.gcount()));
-  return text;
-}
-
 /// The path of the recording: its name is cut at its first full stop, and three letters follow it.
 std::string RecordingPath(const std::string& path) {
   const std::string name = FileNameOf(path);
   const std::size_t stop = name.find('.');
   return WithExtension(path, stop == std::string::npos ? "" : name.substr(stop, 1 + ExtensionLetters));
-}
-
-bool CanOpen(const std::string& path) {
-  return std::ifstream(std::filesystem::path(path)).is_open();
 }
 
 void ReadNamedModel(const std::string& path) {
@@ -60,7 +43,7 @@ bool ReadNamedRecording(const std::string& path) {
   if (path.empty()) return true;
   // A name with further full stops, such as a date, is that of the file as it stands.
   for (const std::string& recording : {RecordingPath(path), path}) {
-    if (CanOpen(recording)) return TraceReadFile(recording);
+    if (OpenInput(recording)) return TraceReadFile(recording);
   }
   FileErrorPopup(FileOpenFailed);
   return false;
@@ -86,7 +69,7 @@ Outcome ReadResultsTable() {
 
 Outcome ReadResultsTableNamed(const std::string& path) {
   TableFileNamed.Tell(path);
-  const auto text = TextOf(path);
+  const auto text = ReadBytes(path, LongestTable);
   if (!text) {
     FileErrorPopup(FileOpenFailed);
     return Outcome::Failed;

@@ -28,8 +28,6 @@ namespace zelvane {
 namespace {
 
 constexpr char TemplateName[] = "SAMPLABF.DAT";
-constexpr char GapFreeTemplate[] = "GAPFREE.ABF";
-constexpr char EpisodicTemplate[] = "EPISODE-10.ABF";
 constexpr int TemplateEpisodes = 10;
 // The last version whose header ends at byte 2048. Others expect 6144 bytes, where the samples are already.
 constexpr double ShortHeaderVersion = 1.5;

@@ -48,6 +48,8 @@ bool RefusedByAutosave();
 /// Whether `path` is the file that the trace was read from; the user is then told that it may not be written.
 bool RefuseSourceOfTrace(const std::string& path);
 
+inline constexpr char GapFreeTemplate[] = "GAPFREE.ABF";
+inline constexpr char EpisodicTemplate[] = "EPISODE-10.ABF";
 inline constexpr std::size_t AbfTemplateLength = 2048;
 using AbfTemplate = std::array<std::byte, AbfTemplateLength>;
 

@@ -9,7 +9,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char ProgramName[] = "zelvane";
-constexpr char ConfigFileName[] = "config.mod";  // what tells a data folder from any other
 
 /// Value of an environment variable; empty when it is not set.
 std::string Environment(const char* name) {

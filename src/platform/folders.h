@@ -6,6 +6,9 @@
 
 namespace zelvane {
 
+/// The model that the program starts with; it also tells a data folder from any other.
+inline constexpr char ConfigFileName[] = "config.mod";
+
 /// Returns the folder of the installed data ("config.mod", models): share/zelvane of an installation, or
 /// data/ of a build tree. Returns an empty string when it finds no folder.
 std::string ProgramDataFolder();

@@ -29,8 +29,6 @@ constexpr char SaveTitle[] = "Save Rs corrected data to which file";
 constexpr char AbfFiles[] = "*.abf";
 constexpr char AllRecordings[] = "*.dat;*.atf;*.asc;*.abf;*.ave";
 constexpr char SameFile[] = "Cannot overwrite file; choose a different filename or location.";
-constexpr char GapFreeTemplate[] = "GAPFREE.ABF";
-constexpr char EpisodicTemplate[] = "EPISODE-10.ABF";
 
 constexpr std::size_t MaxTemplateBytes = std::size_t{1} << 20;
 constexpr std::size_t BlockBytes = 512;

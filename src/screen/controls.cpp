@@ -5,16 +5,14 @@
 
 #include "screen/internal/announce.h"
 #include "screen/internal/observe.h"
+#include "screen/number_entry.h"
 #include "screen/observer.h"
 #include "screen/screen.h"
 
 namespace zelvane {
 namespace {
 
-constexpr char NotANumber[] = "not a number";
 constexpr char NotAChoice[] = "not one of the choices";
-constexpr char NotFinite[] = "not a finite number";
-constexpr char NotSuitable[] = "not a whole number, or too large for this field";
 constexpr char IsDimmed[] = "dimmed";
 constexpr char RunInProgress[] = "a run is in progress";
 constexpr char ReadOnly[] = "not editable";

@@ -7,6 +7,11 @@
 
 namespace zelvane {
 
+// -- Why a number is refused --
+inline constexpr char NotANumber[] = "not a number";
+inline constexpr char NotFinite[] = "not a finite number";
+inline constexpr char NotSuitable[] = "not a whole number, or too large for this field";
+
 /// Converts a typed number to the unit of its field. The decimal mark is a full stop or a comma. If the unit
 /// is M, S, A or V, or one of these with a prefix (mV, pA, pS), the text may have an SI prefix from f to G,
 /// with or without the unit: "1m" or "1 mM" in a field of M is 0.001, "2 nA" in a field of pA is 2000. u

@@ -43,7 +43,6 @@
 namespace zelvane {
 namespace {
 
-constexpr char ConfigFileName[] = "config.mod";
 constexpr char QuitQuestion[] = "Are you ready to exit Zelvane?";
 constexpr char CloseQuestion[] = "Are you ready to exit Zelvane ?";
 constexpr char QuitHelp[] = "Terminates the program";

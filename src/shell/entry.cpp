@@ -7,10 +7,6 @@
 namespace zelvane {
 namespace {
 
-constexpr char NotANumber[] = "not a number";
-constexpr char NotSuitable[] = "not a whole number, or too large for this field";
-constexpr char NotFinite[] = "not a finite number";
-
 /// Reason why a control cannot hold a number.
 Refusal CheckNumber(const Control& control, double value) {
   if (!std::isfinite(value)) return NotFinite;

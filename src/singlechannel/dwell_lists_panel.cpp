@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "model/model_store.h"
+#include "io/trace_write.h"
 #include "screen/screen.h"
 #include "sim/simulated_dwells.h"
 #include "singlechannel/dwell_lists.h"
@@ -23,7 +23,6 @@ constexpr char OneAtATime[] =
     "You must import each array of channel open/closed/burst/etc times individually.";
 constexpr char ImportOpenTitle[] = "Import Open Time Histograms from Single Column Ascii file ";
 constexpr char ImportClosedTitle[] = "Import Closed Time Histograms from Single Column Ascii file ";
-constexpr char AutosaveIsOn[] = "Turn off autosave before reading or writing other datafiles.";
 
 // -- Importing --
 
@@ -59,10 +58,7 @@ void FxnSCImportAscii() {
 
 /// Asks where to export to, unless autosave is on: then the user is told that it comes first.
 std::optional<std::string> AskForExport(const char* title, const char* filter) {
-  if (Model.Autosave != 0) {
-    MessagePopup(ErrorTitle, AutosaveIsOn);
-    return std::nullopt;
-  }
+  if (RefusedByAutosave()) return std::nullopt;
   return FileSelectPopup({.title = title, .filter = filter, .save = true});
 }
 
