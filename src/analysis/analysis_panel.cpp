@@ -12,6 +12,7 @@
 #include "fit/fit_store.h"
 #include "model/model_store.h"
 #include "numerics/rounding.h"
+#include "platform/index.h"
 #include "screen/screen.h"
 #include "trace/trace_events.h"
 #include "trace/trace_store.h"
@@ -279,15 +280,14 @@ void ShowUnits() {
   const bool known = Trace.TraceUnits > 0 && Trace.TraceUnits < static_cast<int>(UnitWords.size());
   for (const UnitLabel& label : UnitLabels) {
     std::string text = known ? label.withUnit : label.plain;
-    if (known) text.replace(text.find("%s"), 2, UnitWords[static_cast<std::size_t>(Trace.TraceUnits)]);
+    if (known) text.replace(text.find("%s"), 2, UnitWords[Index(Trace.TraceUnits)]);
     ControlNamed(label.control).label = text;
   }
   const bool one = Fit.FitMode == FitDecay || Fit.FitMode == FitRise;
   ControlNamed("FitTau1").label = one ? "Tau (ms)" : "Tau1 (ms)";
   Graph& graph = GraphNamed(AnalysisPanelName);
   SetAxisTitle(graph, 'y',
-               known ? FormatText("Amplitude (%s)", UnitWords[static_cast<std::size_t>(Trace.TraceUnits)])
-                     : "Amplitude (#)");
+               known ? FormatText("Amplitude (%s)", UnitWords[Index(Trace.TraceUnits)]) : "Amplitude (#)");
 }
 
 void ShowStatus() {

@@ -8,6 +8,7 @@
 #include "analysis/internal/analysis_views.h"
 #include "analysis/results_table.h"
 #include "io/trace_read.h"
+#include "platform/index.h"
 #include "screen/screen.h"
 #include "trace/trace_store.h"
 
@@ -63,7 +64,7 @@ bool OfPresentFile(const std::string& rowName) {
 /// A click on an episode shows that sweep and measures it again.
 void FxnAnTable(Table& /*table*/, int row, int column) {
   if (column != EpisodeColumn) return;
-  const AnalysisRow& chosen = Analysis.Rows[static_cast<std::size_t>(row)];
+  const AnalysisRow& chosen = Analysis.Rows[Index(row)];
   if (!chosen.filled || Trace.TraceValid == 0) return;
   MarkTableRow(row);
   if (!OfPresentFile(chosen.fileName)) {

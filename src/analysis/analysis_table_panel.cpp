@@ -10,6 +10,7 @@
 #include "analysis/results_files.h"
 #include "analysis/results_read.h"
 #include "analysis/results_table.h"
+#include "platform/index.h"
 #include "screen/screen.h"
 #include "trace/trace_events.h"
 
@@ -125,7 +126,7 @@ void ShowTableFile(const std::string& path) {
 
 void ShowTableRow(int row) {
   Table& table = Results();
-  const AnalysisRow& stored = Analysis.Rows[static_cast<std::size_t>(row)];
+  const AnalysisRow& stored = Analysis.Rows[Index(row)];
   SetCell(table, row, 1, FormatText("%d", row));
   SetCell(table, row, NameColumn, stored.fileName);
   SetCell(table, row, EpisodeColumn, FormatText("%d", stored.episode));

@@ -8,6 +8,7 @@
 #include "fit/fit_store.h"
 #include "model/model_store.h"
 #include "numerics/rounding.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {
@@ -20,8 +21,8 @@ std::int64_t Length(std::span<const float> trace) {
   return static_cast<std::int64_t>(trace.size());
 }
 
-float At(std::span<const float> trace, std::int64_t i) {
-  return trace[static_cast<std::size_t>(i)];
+float SampleAt(std::span<const float> trace, std::int64_t i) {
+  return trace[Index(i)];
 }
 
 bool Inside(std::span<const float> trace, std::int64_t i) {
@@ -52,7 +53,7 @@ struct Crossing {
 Crossing CrossingBefore(std::span<const float> trace, const ResponseMeasures& measures, float level) {
   const std::int64_t peak = measures.PeakPos;
   for (std::int64_t i = std::min(peak, Length(trace) - 1); i >= FirstBackSample; --i) {
-    if (std::abs(At(trace, i) - measures.Baseline) < std::abs(level)) return {i, true};
+    if (std::abs(SampleAt(trace, i) - measures.Baseline) < std::abs(level)) return {i, true};
   }
   return {std::min(peak, FirstBackSample), false};
 }
@@ -62,7 +63,7 @@ Crossing CrossingBefore(std::span<const float> trace, const ResponseMeasures& me
 Crossing CrossingAfter(std::span<const float> trace, const ResponseMeasures& measures, float level) {
   const std::int64_t end = Length(trace) - DecayAverage;
   for (std::int64_t i = std::max(measures.PeakPos, 0); i < end; ++i) {
-    const float mean = (At(trace, i) + At(trace, i + 1) + At(trace, i + 2)) / 3.0F;
+    const float mean = (SampleAt(trace, i) + SampleAt(trace, i + 1) + SampleAt(trace, i + 2)) / 3.0F;
     if (std::abs(mean - measures.Baseline) < std::abs(level)) return {i, true};
   }
   return {std::max<std::int64_t>(measures.PeakPos, end - 1), false};
@@ -71,8 +72,8 @@ Crossing CrossingAfter(std::span<const float> trace, const ResponseMeasures& mea
 /// Time to add to a sample for the point at which the trace runs through `target` before the next sample.
 float PartOfInterval(std::span<const float> trace, std::int64_t i, float target, float intervalMs) {
   if (!Inside(trace, i) || !Inside(trace, i + 1)) return 0.0F;
-  const float d = std::abs(target - At(trace, i));
-  const float g = std::abs(At(trace, i + 1) - At(trace, i));
+  const float d = std::abs(target - SampleAt(trace, i));
+  const float g = std::abs(SampleAt(trace, i + 1) - SampleAt(trace, i));
   return g != 0.0F && d < g ? (d / g) * intervalMs : 0.0F;
 }
 
@@ -113,7 +114,8 @@ Crossing FindFoot(std::span<const float> trace, const ResponseMeasures& measures
                   std::int64_t start) {
   for (std::int64_t i = std::min<std::int64_t>(measures.PeakPos, Length(trace) - 1); i > start && i > 1;
        --i) {
-    if (std::abs(At(trace, i) - measures.Baseline) < std::abs(lower - measures.Baseline)) return {i, true};
+    if (std::abs(SampleAt(trace, i) - measures.Baseline) < std::abs(lower - measures.Baseline))
+      return {i, true};
   }
   return {static_cast<std::int64_t>(measures.PeakPos) - 1, false};
 }
@@ -125,7 +127,7 @@ RiseSamples SumRise(std::span<const float> trace, const ResponseMeasures& measur
   const std::int64_t end =
       std::min<std::int64_t>(static_cast<std::int64_t>(measures.PeakPos) + 1, Length(trace));
   for (std::int64_t i = std::max<std::int64_t>(begin, 0); i < end; ++i) {
-    const float sample = At(trace, i);
+    const float sample = SampleAt(trace, i);
     const float deviation = std::abs(sample - base);
     if (!(std::abs(lower - base) < deviation && deviation < std::abs(upper - base))) continue;
     if (sums.count == 0) sums.first = i;
@@ -148,8 +150,10 @@ float RegressionSlope(const RiseSamples& rise) {
 /// Time between a sample and the level that the trace crosses on the side of its neighbour.
 float PartToLevel(std::span<const float> trace, std::int64_t i, std::int64_t neighbour, float level,
                   float intervalMs) {
-  if (!Inside(trace, i) || !Inside(trace, neighbour) || At(trace, i) == At(trace, neighbour)) return 0.0F;
-  return std::abs(At(trace, i) - level) * intervalMs / std::abs(At(trace, i) - At(trace, neighbour));
+  if (!Inside(trace, i) || !Inside(trace, neighbour) || SampleAt(trace, i) == SampleAt(trace, neighbour))
+    return 0.0F;
+  return std::abs(SampleAt(trace, i) - level) * intervalMs /
+         std::abs(SampleAt(trace, i) - SampleAt(trace, neighbour));
 }
 
 void MeasureDecayTimes(std::span<const float> trace, float intervalMs, float level, bool measurable,
@@ -198,11 +202,11 @@ void BaselineOf(std::span<const float> trace, std::int64_t start, std::int64_t c
   if (start + count > length) count = length - start - 1;
   if (start + count >= length) return;
   double sum = 0.0;
-  for (std::int64_t i = start; i < start + count; ++i) sum += static_cast<double>(At(trace, i));
+  for (std::int64_t i = start; i < start + count; ++i) sum += static_cast<double>(SampleAt(trace, i));
   if (count > 0) measures.Baseline = static_cast<float>(sum / static_cast<double>(count));
   float squares = 0.0F;
   for (std::int64_t i = start; i < start + count; ++i) {
-    const float deviation = At(trace, i) - measures.Baseline;
+    const float deviation = SampleAt(trace, i) - measures.Baseline;
     squares += deviation * deviation;
   }
   // One sample has no variance: 0 / 0.
@@ -219,7 +223,7 @@ void PeakOf(std::span<const float> trace, std::int64_t positions, std::int64_t s
   const std::int64_t best = BestWindow(trace, start, positions, baseline, width);
   const std::int64_t end = std::min(best + width, Length(trace));
   float sum = 0.0F;
-  for (std::int64_t i = best; i < end; ++i) sum += At(trace, i);
+  for (std::int64_t i = best; i < end; ++i) sum += SampleAt(trace, i);
   measures.PeakValue = 1.0F / static_cast<float>(width) * sum;
   const int option = width > 1 ? settings.peakOption : 1;
   const std::int64_t shift = option == 0 ? 0 : option == 2 ? width : width / 2;
@@ -240,19 +244,19 @@ float IntegralOf(std::span<const float> trace, std::int64_t start, std::int64_t 
   if (!Inside(trace, start)) return 0.0F;
   const std::int64_t length = Length(trace);
   if (start + count >= length) count = length - start - 1;
-  float area = intervalMs * (At(trace, start) - baseline) / 2.0F;
+  float area = intervalMs * (SampleAt(trace, start) - baseline) / 2.0F;
   if (start == 0) start = 1;
   if (start + count >= length) count = length - start - 1;
   if (count < 1) return 0.0F;
   float coastline = 0.0F;
   for (std::int64_t i = start + 1; i < start + count; ++i) {
-    coastline += std::abs((At(trace, i) - baseline) - (At(trace, i - 1) - baseline));
-    area += intervalMs * (At(trace, i) - baseline);
+    coastline += std::abs((SampleAt(trace, i) - baseline) - (SampleAt(trace, i - 1) - baseline));
+    area += intervalMs * (SampleAt(trace, i) - baseline);
   }
   const std::int64_t last = start + count;
-  coastline += std::abs((At(trace, last) - baseline) - (At(trace, last - 1) - baseline));
+  coastline += std::abs((SampleAt(trace, last) - baseline) - (SampleAt(trace, last - 1) - baseline));
   measures.Coastline = coastline;
-  area += intervalMs * (At(trace, last) - baseline) / 2.0F;
+  area += intervalMs * (SampleAt(trace, last) - baseline) / 2.0F;
   Mark(measures, MeasuredIntegral,
        (measures.measured & MeasuredBaseline) != 0 && std::isfinite(area) && std::isfinite(coastline));
   return area;

@@ -5,6 +5,7 @@
 
 #include "analysis/analyze.h"
 #include "fit/fit_store.h"
+#include "platform/index.h"
 #include "screen/popups.h"
 #include "trace/trace_events.h"
 #include "trace/trace_store.h"
@@ -21,48 +22,48 @@ constexpr std::array<const char*, AnalysisColumns + 1> Titles = {
     "Offset",    "LatRise",   "LatPeak",  "Integral",       "Slope",   "Risepts",
     "Coastline", "FracDecay", "BaseVar",  "Goodness-of-Fit"};
 
-/// A value and whether it was measured.
-void Put(AnalysisRow& row, std::size_t column, float value, bool measured) {
+/// Sets a value and whether it was measured.
+void SetValue(AnalysisRow& row, std::size_t column, float value, bool measured) {
   row.value[column] = value;
   row.measured[column] = measured;
 }
 
-void PutMeasures(AnalysisRow& row, const ResponseMeasures& m) {
+void SetMeasures(AnalysisRow& row, const ResponseMeasures& m) {
   const auto made = [&m](unsigned bit) { return (m.measured & bit) != 0; };
-  Put(row, 4, m.Baseline, made(MeasuredBaseline));
-  Put(row, 5, m.PeakValue - m.Baseline, made(MeasuredAmplitude));
-  Put(row, 6, m.RiseTime, made(MeasuredRise));
-  Put(row, 7, m.FracWidth, made(MeasuredWidth));
-  Put(row, 13, m.LatencyRise, made(MeasuredLatencyRise));
-  Put(row, 14, m.LatencyPeak, made(MeasuredLatencyPeak));
-  Put(row, 15, m.Integral, made(MeasuredIntegral));
-  Put(row, 16, m.RiseSlope, made(MeasuredSlope));
-  Put(row, 17, static_cast<float>(m.RisePoints), made(MeasuredRise));
-  Put(row, 18, m.Coastline, made(MeasuredIntegral));
-  Put(row, 19, m.DecayTime, made(MeasuredDecay));
-  Put(row, 20, m.BaselineVar, made(MeasuredVariance));
+  SetValue(row, 4, m.Baseline, made(MeasuredBaseline));
+  SetValue(row, 5, m.PeakValue - m.Baseline, made(MeasuredAmplitude));
+  SetValue(row, 6, m.RiseTime, made(MeasuredRise));
+  SetValue(row, 7, m.FracWidth, made(MeasuredWidth));
+  SetValue(row, 13, m.LatencyRise, made(MeasuredLatencyRise));
+  SetValue(row, 14, m.LatencyPeak, made(MeasuredLatencyPeak));
+  SetValue(row, 15, m.Integral, made(MeasuredIntegral));
+  SetValue(row, 16, m.RiseSlope, made(MeasuredSlope));
+  SetValue(row, 17, static_cast<float>(m.RisePoints), made(MeasuredRise));
+  SetValue(row, 18, m.Coastline, made(MeasuredIntegral));
+  SetValue(row, 19, m.DecayTime, made(MeasuredDecay));
+  SetValue(row, 20, m.BaselineVar, made(MeasuredVariance));
 }
 
 /// Without a fit its columns hold 0 and show nothing.
 void PutFit(AnalysisRow& row) {
   const bool ran = Analysis.FitRan != 0;
   const bool two = ran && Fit.FitMode == FitTwoDecays;
-  Put(row, 8, static_cast<float>(Fit.FitAmp1), ran);
-  Put(row, 9, static_cast<float>(Fit.FitTau1), ran);
-  Put(row, 10, static_cast<float>(Fit.FitAmp2), two);
-  Put(row, 11, static_cast<float>(Fit.FitTau2), two);
-  Put(row, 12, static_cast<float>(Fit.FitOffset), ran);
-  Put(row, 21, Fit.FitGoodness, ran);
+  SetValue(row, 8, static_cast<float>(Fit.FitAmp1), ran);
+  SetValue(row, 9, static_cast<float>(Fit.FitTau1), ran);
+  SetValue(row, 10, static_cast<float>(Fit.FitAmp2), two);
+  SetValue(row, 11, static_cast<float>(Fit.FitTau2), two);
+  SetValue(row, 12, static_cast<float>(Fit.FitOffset), ran);
+  SetValue(row, 21, Fit.FitGoodness, ran);
 }
 
 AnalysisRow& RowAt(int row) {
-  return Analysis.Rows[static_cast<std::size_t>(row)];
+  return Analysis.Rows[Index(row)];
 }
 
 }  // namespace
 
 const char* ColumnTitle(int column) {
-  return Titles[static_cast<std::size_t>(std::clamp(column, 1, AnalysisColumns))];
+  return Titles[Index(std::clamp(column, 1, AnalysisColumns))];
 }
 
 AnalysisRow ResultsRow(const ResponseMeasures& measures, const std::string& fileName, int episode) {
@@ -70,7 +71,7 @@ AnalysisRow ResultsRow(const ResponseMeasures& measures, const std::string& file
   row.fileName = fileName;
   row.episode = episode;
   row.filled = true;
-  PutMeasures(row, measures);
+  SetMeasures(row, measures);
   PutFit(row);
   return row;
 }

@@ -9,7 +9,7 @@ constexpr std::string_view Blanks = " \t";
 constexpr std::size_t LongestQuoted = 80;  // characters of a script's own text that a message repeats
 
 /// Takes a quoted word from the front of `line`, its opening quote already gone.
-std::optional<std::string> TakeQuoted(std::string_view& line) {
+std::optional<std::string> ReadQuoted(std::string_view& line) {
   std::string word;
   for (std::size_t i = 0; i < line.size(); ++i) {
     if (line[i] == '"') {
@@ -32,7 +32,7 @@ std::optional<std::vector<std::string>> SplitWords(std::string_view line) {
     line.remove_prefix(begin);
     if (line.front() == '"') {
       line.remove_prefix(1);
-      auto word = TakeQuoted(line);
+      auto word = ReadQuoted(line);
       if (!word) return std::nullopt;
       words.push_back(std::move(*word));
     } else {

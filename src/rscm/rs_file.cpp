@@ -46,7 +46,7 @@ constexpr std::size_t IntervalAt = 122;
 constexpr std::size_t EpisodeSamplesAt = 138;
 
 template <typename Number>
-void Put(std::string& bytes, std::size_t offset, Number value) {
+void SetField(std::string& bytes, std::size_t offset, Number value) {
   static_assert(std::endian::native == std::endian::little, "recordings hold numbers as memory does");
   std::memcpy(bytes.data() + offset, &value, sizeof value);
 }
@@ -83,13 +83,13 @@ std::string HeadOfTrace() {
   const int episodes = std::max(Trace.EpisodeCount, 1);
   const bool several = episodes > 1;
   std::string head = TemplateHead(several ? EpisodicTemplate : GapFreeTemplate);
-  Put(head, FormatAt, FloatFormat);
-  Put(head, ModeAt, static_cast<std::int16_t>(several ? EpisodicMode : GapFreeMode));
-  Put(head, SamplesAt, static_cast<std::int32_t>(Model.NumPoints));
-  Put(head, EpisodesAt, static_cast<std::int32_t>(episodes));
-  Put(head, ChannelsAt, std::int16_t{1});
-  Put(head, IntervalAt, Model.ADInterval * MicrosecondsPerMs);
-  Put(head, EpisodeSamplesAt, static_cast<std::int32_t>(Model.NumPoints / episodes));
+  SetField(head, FormatAt, FloatFormat);
+  SetField(head, ModeAt, static_cast<std::int16_t>(several ? EpisodicMode : GapFreeMode));
+  SetField(head, SamplesAt, static_cast<std::int32_t>(Model.NumPoints));
+  SetField(head, EpisodesAt, static_cast<std::int32_t>(episodes));
+  SetField(head, ChannelsAt, std::int16_t{1});
+  SetField(head, IntervalAt, Model.ADInterval * MicrosecondsPerMs);
+  SetField(head, EpisodeSamplesAt, static_cast<std::int32_t>(Model.NumPoints / episodes));
   return head;
 }
 

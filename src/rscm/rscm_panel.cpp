@@ -9,6 +9,7 @@
 #include "model/model_store.h"
 #include "noise/filtered_trace.h"
 #include "noise/noise_store.h"
+#include "platform/index.h"
 #include "rscm/rs_correct.h"
 #include "rscm/rs_file.h"
 #include "rscm/rscm_store.h"
@@ -99,7 +100,7 @@ void PlotRelation() {
 
 const char* UnitTitle() {
   const bool known = Trace.TraceUnits >= 0 && Trace.TraceUnits < static_cast<int>(UnitNames.size());
-  return known ? UnitNames[static_cast<std::size_t>(Trace.TraceUnits)] : "";
+  return known ? UnitNames[Index(Trace.TraceUnits)] : "";
 }
 
 // -- Opening and closing --

@@ -159,7 +159,7 @@ void ShowField(std::string_view name) {
   }
 }
 
-void TakeTyped(std::string_view name) {
+void StoreTyped(std::string_view name) {
   for (Control& control : Screen.controls) {
     if (control.name != name || !EditsField(control)) continue;
     const std::string former = FieldText(control.field);

@@ -18,7 +18,7 @@ constexpr Prefix Prefixes[] = {{"f", -15},       {"p", -12}, {"n", -9}, {"u", -6
 constexpr std::string_view PrefixedUnits = "MSAV";
 
 /// Exponent of a prefix at the front of `text`, which is then cut off; 0 without one.
-int TakePrefix(std::string_view& text) {
+int ReadPrefix(std::string_view& text) {
   for (const Prefix& prefix : Prefixes) {
     if (!text.starts_with(prefix.sign)) continue;
     text.remove_prefix(prefix.sign.size());
@@ -60,10 +60,10 @@ std::optional<int> SuffixExponent(std::string_view suffix, std::string_view unit
   }
   if (unit.empty() || PrefixedUnits.find(unit.back()) == std::string_view::npos) return std::nullopt;
   std::string_view fieldPrefix = unit.substr(0, unit.size() - 1);
-  const int fieldExponent = TakePrefix(fieldPrefix);
+  const int fieldExponent = ReadPrefix(fieldPrefix);
   if (!fieldPrefix.empty()) return std::nullopt;
   if (suffix == unit.substr(unit.size() - 1)) return -fieldExponent;  // the bare unit
-  const int exponent = TakePrefix(suffix);
+  const int exponent = ReadPrefix(suffix);
   if (exponent == 0 || !(suffix.empty() || suffix == unit.substr(unit.size() - 1))) return std::nullopt;
   return exponent - fieldExponent;
 }

@@ -3,7 +3,7 @@
 //
 //   Declaring            AddPanel  AddControls  AddGraph  AddTable  AddTextBox  AddMenu
 //   Panels               ShowPanel  HidePanel  ShowTask  RunModalPanel
-//   Controls             FindControl  FindCommand  ReadControls  WriteControls  ShowField  TakeTyped
+//   Controls             FindControl  FindCommand  ReadControls  WriteControls  ShowField  StoreTyped
 //                        ShowNumber  ShowText  SetDimmed
 //   Actions of the user  TypeInto  Commit  RightClick  ClosePanel  PressKey  MoveCursor  EnterCell  ClickCell
 //   Graphs               ClearPlots  PlotWave  PlotPoints  SetAxisTitle  SetAxisRange  SetAxisAuto
@@ -325,7 +325,7 @@ void ShowField(std::string_view name);
 
 /// Finds the first control of a field whose value differs from the field. Stores this value in the field
 /// and shows it in the other controls of the field.
-void TakeTyped(std::string_view name);
+void StoreTyped(std::string_view name);
 
 void ShowNumber(std::string_view control, double value);
 void ShowText(std::string_view control, std::string_view text);

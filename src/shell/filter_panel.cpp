@@ -28,7 +28,7 @@ constexpr char MeanField[] = "NoiseMean";
 constexpr char NoCorner[] = "The corner of the filter must be above 0 kHz.";
 
 void ReadFields() {
-  for (const char* field : {MeanField, DeviationField, CornerField}) TakeTyped(field);
+  for (const char* field : {MeanField, DeviationField, CornerField}) StoreTyped(field);
 }
 
 void OpenPanel() {
@@ -43,7 +43,7 @@ void LeavePanel() {
 
 void FxnRectNoise(const ControlEvent&) {
   Trace.TraceValid = 1;
-  TakeTyped(MeanField);
+  StoreTyped(MeanField);
   const float mean = Noise.NoiseMean;
   for (float& sample : TraceToWrite(Model.NumPoints))
     sample += mean + static_cast<float>(UniformRandom(ProgramRandom));
@@ -52,8 +52,8 @@ void FxnRectNoise(const ControlEvent&) {
 
 void FxnCreateGaussNoise(const ControlEvent&) {
   Trace.TraceValid = 1;
-  TakeTyped(MeanField);
-  TakeTyped(DeviationField);
+  StoreTyped(MeanField);
+  StoreTyped(DeviationField);
   const float mean = Noise.NoiseMean;
   const float deviation = Model.AutoNoiseSTD;
   for (float& sample : TraceToWrite(Model.NumPoints))
@@ -64,7 +64,7 @@ void FxnCreateGaussNoise(const ControlEvent&) {
 /// A trace that is shorter than the record last made, such as a short sweep of a recording, is the record
 /// here: a kernel too long for it is told, and not passed over in silence.
 void FilterTrace() {
-  TakeTyped(CornerField);
+  StoreTyped(CornerField);
   if (!(Model.AutoFilterFc > 0.0F)) {
     MessagePopup(NoticeTitle, NoCorner);
     return;

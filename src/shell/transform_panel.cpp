@@ -25,21 +25,21 @@ void LeavePanel() {
 }
 
 void FxnAdd(const ControlEvent&) {
-  TakeTyped("AddConstant");
+  StoreTyped("AddConstant");
   const float constant = Trace.AddConstant;
   for (float& sample : TraceToWrite(Model.NumPoints)) sample += constant;
   TellTraceChanged();
 }
 
 void FxnMultiply(const ControlEvent&) {
-  TakeTyped("MultiplyConstant");
+  StoreTyped("MultiplyConstant");
   const float constant = Trace.MultiplyConstant;
   for (float& sample : TraceToWrite(Model.NumPoints)) sample *= constant;
   TellTraceChanged();
 }
 
 void FxnParseData(const ControlEvent&) {
-  TakeTyped("ParseConstant");
+  StoreTyped("ParseConstant");
   ParseTrace();
   TellTraceCame();
 }

@@ -10,6 +10,7 @@
 #include "formats/input_file.h"
 #include "formats/line_scanner.h"
 #include "formats/number_text.h"
+#include "platform/index.h"
 #include "platform/safe_file.h"
 #include "screen/popups.h"
 #include "singlechannel/dwell_store.h"
@@ -114,7 +115,7 @@ std::optional<int> ReadSingleColumnList(std::span<float> list, const std::string
   }
   int count = replace ? 0 : std::clamp(currentCount, 0, MaxFileDwells);
   for (; line && count < MaxFileDwells; line = lines.Next()) {
-    if (const auto value = ValueOf(*line)) list[static_cast<std::size_t>(count++)] = *value;
+    if (const auto value = ValueOf(*line)) list[Index(count++)] = *value;
   }
   return count < 2 ? 0 : count;
 }

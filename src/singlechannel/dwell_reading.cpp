@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "platform/index.h"
 #include "screen/popups.h"
 #include "sim/simulated_dwells.h"
 #include "singlechannel/dwell_store.h"
@@ -43,7 +44,7 @@ bool WasLast(const Side& side) {
 }
 
 /// Takes a dwell of one side. False when it would be one too many.
-bool Take(const Side& same, const Side& other, float d, bool beginsSegment) {
+bool KeepDwell(const Side& same, const Side& other, float d, bool beginsSegment) {
   if (WasLast(same)) {
     Extend(same, d);
   } else if (d < same.resolution) {
@@ -59,28 +60,28 @@ void KeepInClass(const RecordedDwell& dwell) {
   if (dwell.amplitudeClass > MaxAmplitudeClasses) return;
   const auto c = static_cast<std::size_t>(dwell.amplitudeClass);
   int& count = Dwell.NumClassOpenTimes[c];
-  if (count < MaxFileDwells) Dwell.ClassOpenTimes[c][static_cast<std::size_t>(count++)] = dwell.duration;
+  if (count < MaxFileDwells) Dwell.ClassOpenTimes[c][Index(count++)] = dwell.duration;
 }
 
-bool TakeSegment(std::span<const RecordedDwell> dwells) {
+bool KeepSegment(std::span<const RecordedDwell> dwells) {
   const Side open{Dwell.OpenTimes, Dwell.NumOpenTimes, OpenDwell, Dwell.ResolutionOpen};
   const Side closed{Dwell.ClosedTimes, Dwell.NumClosedTimes, ClosedDwell, Dwell.ResolutionClosed};
   for (std::size_t i = 0; i < dwells.size(); ++i) {
     const bool isOpen = dwells[i].amplitudeClass >= 1;
     if (isOpen) KeepInClass(dwells[i]);
     const Side& same = isOpen ? open : closed;
-    if (!Take(same, isOpen ? closed : open, dwells[i].duration, i == 0)) return false;
+    if (!KeepDwell(same, isOpen ? closed : open, dwells[i].duration, i == 0)) return false;
   }
   return true;
 }
 
-/// Hands every segment to `take`; when that gives false, or a list is full at the head of a segment, the user
+/// Hands every segment to `keep`; when that gives false, or a list is full at the head of a segment, the user
 /// is told and the rest of the recording is left.
-template <typename TakeFunction>
-void ForEachSegment(const SegmentSource& nextSegment, TakeFunction take) {
+template <typename KeepFunction>
+void ForEachSegment(const SegmentSource& nextSegment, KeepFunction keep) {
   while (const auto segment = nextSegment()) {
     const bool full = Dwell.NumOpenTimes >= FullList || Dwell.NumClosedTimes >= FullList;
-    if (!full && take(*segment)) continue;
+    if (!full && keep(*segment)) continue;
     MessagePopup(WarningTitle, TooManyDwells);
     return;
   }
@@ -91,7 +92,7 @@ bool InCondition(float closed) {
 }
 
 /// Takes the openings behind a closed time of the condition.
-bool TakeFollowing(std::span<const RecordedDwell> dwells) {
+bool KeepFollowing(std::span<const RecordedDwell> dwells) {
   float closed = 0.0F;
   for (const RecordedDwell& dwell : dwells) {
     if (dwell.amplitudeClass < 1) {
@@ -105,7 +106,7 @@ bool TakeFollowing(std::span<const RecordedDwell> dwells) {
 }
 
 /// Takes the openings before one. `opening` is the last one, of this segment or of those before it.
-bool TakePreceding(std::span<const RecordedDwell> dwells, float& opening) {
+bool KeepPreceding(std::span<const RecordedDwell> dwells, float& opening) {
   for (const RecordedDwell& dwell : dwells) {
     if (dwell.amplitudeClass >= 1) {
       opening = dwell.duration;
@@ -129,7 +130,7 @@ void ReadDwellsWithResolution(const SegmentSource& nextSegment, bool clearFirst)
   }
   Dwell.NumRawOpenTimes = 0;
   Dwell.NumClassOpenTimes = {};
-  ForEachSegment(nextSegment, TakeSegment);
+  ForEachSegment(nextSegment, KeepSegment);
   KeepRawOpenTimes(Dwell);
 }
 
@@ -137,7 +138,7 @@ void ReadConditionalOpens(const SegmentSource& nextSegment) {
   Dwell.NumOpenTimes = 0.0F;
   float opening = 0.0F;
   ForEachSegment(nextSegment, [&opening](std::span<const RecordedDwell> dwells) {
-    return Dwell.CondUsePreceding != 0 ? TakeFollowing(dwells) : TakePreceding(dwells, opening);
+    return Dwell.CondUsePreceding != 0 ? KeepFollowing(dwells) : KeepPreceding(dwells, opening);
   });
   KeepRawOpenTimes(Dwell);
 }

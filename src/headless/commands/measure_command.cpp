@@ -22,6 +22,7 @@
 #include "noise/gaussian_filter.h"
 #include "noise/noise_store.h"
 #include "platform/file_names.h"
+#include "platform/index.h"
 #include "platform/safe_file.h"
 #include "rscm/rscm_panel.h"
 #include "rscm/rscm_store.h"
@@ -78,8 +79,8 @@ class MeasuringScreen {
   std::set<std::string> told_;
 };
 
-/// Takes the channel asked for, or the first. False, told, when the file has no such channel.
-bool TakeChannel(const MeasureOptions& options, Recording& recording, std::ostream& err) {
+/// Chooses the channel asked for, or the first. False, told, when the file has no such channel.
+bool ChooseChannel(const MeasureOptions& options, Recording& recording, std::ostream& err) {
   const std::vector<RecordedInput>& inputs = recording.abf->Account().inputs;
   if (inputs.empty()) return false;
   recording.channel = options.channel.value_or(inputs.front().number);
@@ -106,7 +107,7 @@ int OpenAbf(const MeasureOptions& options, Recording& recording, std::ostream& e
   const RecordingAccount& account = recording.abf->Account();
   recording.sweeps = account.sweeps;
   if (!account.note.empty()) err << options.file << ": " << account.note << '\n';
-  if (!TakeChannel(options, recording, err)) return JobMisused;
+  if (!ChooseChannel(options, recording, err)) return JobMisused;
   if (account.samples > MaxStimPoints) {
     err << options.file << ": a sweep of " << account.samples << " samples; " << MaxStimPoints
         << " can be measured\n";
@@ -149,9 +150,9 @@ int ReadAbfSweep(const Recording& recording, int sweep) {
   return recording.abf->Read(recording.channel, sweep, 0, trace) == trace.size() ? samples : 0;
 }
 
-int TakeTextSweep(const Recording& recording, int sweep) {
+int CopyTextSweep(const Recording& recording, int sweep) {
   if (static_cast<std::size_t>(sweep) > recording.episodes.size()) return 0;
-  const std::vector<float>& samples = recording.episodes[static_cast<std::size_t>(sweep) - 1];
+  const std::vector<float>& samples = recording.episodes[Index(sweep) - 1];
   std::copy(samples.begin(), samples.end(), Trace.SimTrace.begin());
   return static_cast<int>(samples.size());
 }
@@ -163,7 +164,7 @@ bool ReadSweepOf(const Recording& recording, int sweep) {
     TraceReloadEpisode();
     return Trace.TraceValid != 0;
   }
-  const int samples = recording.abf ? ReadAbfSweep(recording, sweep) : TakeTextSweep(recording, sweep);
+  const int samples = recording.abf ? ReadAbfSweep(recording, sweep) : CopyTextSweep(recording, sweep);
   if (samples < 1) return false;
   Trace.SimTraceUsed = std::max(Trace.SimTraceUsed, samples);
   Model.NumPoints = samples;

@@ -9,6 +9,7 @@
 #include "headless/commands/run_summary.h"
 #include "kinetics/rate_factor.h"
 #include "model/model_store.h"
+#include "platform/index.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {
@@ -18,15 +19,11 @@ using Labels = std::array<std::string, MaxStates + 1>;
 
 constexpr double MillivoltsPerVolt = 1000.0;
 
-std::size_t At(int index) {
-  return static_cast<std::size_t>(index);
-}
-
 /// States that take part: of the grid those that are on, of the table those with a rate into or out of them.
 std::vector<int> GridStatesOn() {
   std::vector<int> states;
   for (int s = 1; s <= MaxStates; ++s) {
-    if (Model.StateOn[At(s)] != 0) states.push_back(s);
+    if (Model.StateOn[Index(s)] != 0) states.push_back(s);
   }
   return states;
 }
@@ -40,10 +37,10 @@ std::vector<int> TableStates() {
 RateAccount Account(int from, int to, double rate, const DependenceTables& depend) {
   RateAccount account{from, to, rate, {}, false, 0.0, std::numeric_limits<double>::infinity()};
   for (int d = 1; d <= MaxDrugs; ++d) {
-    if (depend.Drug[At(d)][At(from)][At(to)] != 0) account.drugs.push_back(d);
+    if (depend.Drug[Index(d)][Index(from)][Index(to)] != 0) account.drugs.push_back(d);
   }
-  if (depend.Volt[At(from)][At(to)] != 1) return account;
-  const float steepness = depend.Steepness[At(from)][At(to)];
+  if (depend.Volt[Index(from)][Index(to)] != 1) return account;
+  const float steepness = depend.Steepness[Index(from)][Index(to)];
   account.onVoltage = true;
   account.steepness = static_cast<double>(steepness);
   const double coefficient = VoltageCoefficient(steepness, Model.Temperature);
@@ -52,7 +49,7 @@ RateAccount Account(int from, int to, double rate, const DependenceTables& depen
 }
 
 std::string DrugName(int drug) {
-  const std::string& label = Model.DrugLabel[At(drug)];
+  const std::string& label = Model.DrugLabel[Index(drug)];
   return label.empty() ? "Drug" + std::to_string(drug) : label;
 }
 
@@ -67,17 +64,17 @@ std::string DependenceText(const RateAccount& rate) {
 void WriteStates(std::ostream& out, const std::vector<int>& states, const Labels& labels) {
   out << "  state  label                conductance      start  monitored\n";
   for (const int s : states) {
-    out << FormatText("  %5d  %-20s %8g pS %10g", s, labels[At(s)].c_str(),
-                      static_cast<double>(Model.StateConductance[At(s)]),
-                      static_cast<double>(Model.StartOccupancy[At(s)]))
-        << (Model.StateMonitored[At(s)] != 0 ? "  yes\n" : "\n");
+    out << FormatText("  %5d  %-20s %8g pS %10g", s, labels[Index(s)].c_str(),
+                      static_cast<double>(Model.StateConductance[Index(s)]),
+                      static_cast<double>(Model.StartOccupancy[Index(s)]))
+        << (Model.StateMonitored[Index(s)] != 0 ? "  yes\n" : "\n");
   }
 }
 
 void WriteRates(std::ostream& out, const std::vector<RateAccount>& rates, const Labels& labels) {
   for (const RateAccount& rate : rates) {
     const std::string way =
-        StateName(rate.from, labels[At(rate.from)]) + " -> " + StateName(rate.to, labels[At(rate.to)]);
+        StateName(rate.from, labels[Index(rate.from)]) + " -> " + StateName(rate.to, labels[Index(rate.to)]);
     out << FormatText("  %2d -> %-2d  %-24s %12g ", rate.from, rate.to, way.c_str(), rate.rate)
         << RateUnit(rate) << DependenceText(rate) << '\n';
   }
@@ -148,10 +145,10 @@ Json StatesJson(const std::vector<int>& states, const Labels& labels) {
   for (const int s : states) {
     Json json;
     json["state"] = s;
-    json["label"] = labels[At(s)];
-    json["conductance"] = TypedJson(Model.StateConductance[At(s)]);
-    json["start"] = TypedJson(Model.StartOccupancy[At(s)]);
-    json["monitored"] = Model.StateMonitored[At(s)] != 0;
+    json["label"] = labels[Index(s)];
+    json["conductance"] = TypedJson(Model.StateConductance[Index(s)]);
+    json["start"] = TypedJson(Model.StartOccupancy[Index(s)]);
+    json["monitored"] = Model.StateMonitored[Index(s)] != 0;
     list.push_back(std::move(json));
   }
   return list;
@@ -192,10 +189,10 @@ Json StimulusJson() {
 std::vector<RateAccount> GridRates() {
   std::vector<RateAccount> rates;
   for (int n = 1; n <= MaxLinks; ++n) {
-    const auto [low, high] = LinkTable[At(n)];
-    if (Model.StateOn[At(low)] == 0 || Model.StateOn[At(high)] == 0) continue;
-    if (Model.KOn[At(n)] != 0.0) rates.push_back(Account(low, high, Model.KOn[At(n)], Model.Depend));
-    if (Model.KOff[At(n)] != 0.0) rates.push_back(Account(high, low, Model.KOff[At(n)], Model.Depend));
+    const auto [low, high] = LinkTable[Index(n)];
+    if (Model.StateOn[Index(low)] == 0 || Model.StateOn[Index(high)] == 0) continue;
+    if (Model.KOn[Index(n)] != 0.0) rates.push_back(Account(low, high, Model.KOn[Index(n)], Model.Depend));
+    if (Model.KOff[Index(n)] != 0.0) rates.push_back(Account(high, low, Model.KOff[Index(n)], Model.Depend));
   }
   return rates;
 }
@@ -204,7 +201,7 @@ std::vector<RateAccount> TableRates() {
   std::vector<RateAccount> rates;
   for (int i = 1; i <= MaxStates; ++i) {
     for (int j = 1; j <= MaxStates; ++j) {
-      const float rate = Model.TableRate[At(i)][At(j)];
+      const float rate = Model.TableRate[Index(i)][Index(j)];
       if (i != j && rate != 0.0F)
         rates.push_back(Account(i, j, static_cast<double>(rate), Model.TableDepend));
     }
@@ -237,7 +234,7 @@ Json ModelReportJson() {
   Json json;
   json["title"] = Model.ModelTitle;
   json["drugs"] = Json::array();
-  for (int d = 1; d <= MaxDrugs; ++d) json["drugs"].push_back(Model.DrugLabel[At(d)]);
+  for (int d = 1; d <= MaxDrugs; ++d) json["drugs"].push_back(Model.DrugLabel[Index(d)]);
   json["states"] = StatesJson(GridStatesOn(), Model.StateLabel);
   json["rates"] = RatesJson(GridRates());
   json["tableStates"] = StatesJson(TableStates(), Model.TableStateLabel);

@@ -5,6 +5,7 @@
 #include "headless/commands/job_settings.h"
 #include "headless/json_values.h"
 #include "model/model_store.h"
+#include "platform/index.h"
 #include "sim/q_matrix_analysis.h"
 
 namespace zelvane {
@@ -12,7 +13,7 @@ namespace {
 
 std::string NameOf(int state) {
   const auto& labels = Model.ModelIs2D != 0 ? Model.StateLabel : Model.TableStateLabel;
-  return StateName(state, labels[static_cast<std::size_t>(state)]);
+  return StateName(state, labels[Index(state)]);
 }
 
 /// Time of a point as a user would type it.

@@ -12,6 +12,7 @@
 #include "io/trace_export.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
+#include "platform/index.h"
 #include "screen/screen.h"
 #include "stimulus/stimulus_file.h"
 
@@ -156,7 +157,7 @@ Outcome WriteProfile(const std::string& path, const Excerpt& excerpt, int profil
   std::vector<float> zeros(samples.size());
   StimProfileSpans profiles;
   profiles.fill(zeros);
-  profiles[static_cast<std::size_t>(profile)] = samples;
+  profiles[Index(profile)] = samples;
   return WriteStimProfiles(path, static_cast<float>(excerpt.intervalMs), profiles);
 }
 

@@ -6,6 +6,7 @@
 #include "headless/commands/one_job.h"
 #include "headless/json_values.h"
 #include "model/model_store.h"
+#include "platform/index.h"
 #include "screen/screen.h"
 #include "sim/result_store.h"
 #include "trace/trace_store.h"
@@ -27,9 +28,7 @@ LastRow LastRowOfRun() {
   const double start = interval * Result.IntegrationOffset;
   const double end = interval * Model.NumPoints * (1.0 + 1e-6);  // times are 32-bit sums
   int step = Result.KeptSteps;
-  const auto time = [&](int q) {
-    return start + static_cast<double>(Result.SavedTime[static_cast<std::size_t>(q)]);
-  };
+  const auto time = [&](int q) { return start + static_cast<double>(Result.SavedTime[Index(q)]); };
   while (step > 1 && time(step) > end) --step;
   return {step, time(step)};
 }
@@ -69,7 +68,7 @@ std::vector<int> StatesOn() {
   const auto& on = Model.ModelIs2D != 0 ? Model.StateOn : Model.TableStateOn;
   std::vector<int> states;
   for (int s = 1; s <= MaxStates; ++s) {
-    if (on[static_cast<std::size_t>(s)] != 0) states.push_back(s);
+    if (on[Index(s)] != 0) states.push_back(s);
   }
   return states;
 }
@@ -126,8 +125,7 @@ RunSummary SummariseRun(double wallSeconds) {
   const auto& labels = Model.ModelIs2D != 0 ? Model.StateLabel : Model.TableStateLabel;
   for (const int s : StatesOn()) {
     const auto index = static_cast<std::size_t>(s);
-    summary.last.push_back(
-        {s, StateName(s, labels[index]), Result.Occupancy[index][static_cast<std::size_t>(last.point)]});
+    summary.last.push_back({s, StateName(s, labels[index]), Result.Occupancy[index][Index(last.point)]});
   }
   return summary;
 }

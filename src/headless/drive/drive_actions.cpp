@@ -70,14 +70,14 @@ char AxisLetter(DriveSession& session, const std::string& word) {
 }
 
 /// A finite number; a message and nothing otherwise.
-std::optional<double> Finite(DriveSession& session, const std::string& word) {
+std::optional<double> ReadFiniteNumber(DriveSession& session, const std::string& word) {
   const std::optional<double> value = ParseNumber(word);
   if (value && std::isfinite(*value)) return value;
   WriteMisunderstood(session, "not a finite number: " + Shortened(word));
   return std::nullopt;
 }
 
-std::optional<int> Whole(DriveSession& session, const std::string& word) {
+std::optional<int> ReadWholeNumber(DriveSession& session, const std::string& word) {
   const std::optional<int> value = WholeNumber(word);
   if (!value) WriteMisunderstood(session, "not a whole number: " + Shortened(word));
   return value;
@@ -163,8 +163,8 @@ void Click(DriveSession& session, Words words) {
     WriteUnknownName(session, "table", words[0], NamesOf(Screen.tables));
     return;
   }
-  const auto row = Whole(session, words[1]);
-  const auto column = Whole(session, words[2]);
+  const auto row = ReadWholeNumber(session, words[1]);
+  const auto column = ReadWholeNumber(session, words[2]);
   if (row && column) WriteIfRefused(session, table->name, ClickCell(*table, *row, *column));
 }
 
@@ -173,11 +173,11 @@ void Click(DriveSession& session, Words words) {
 void MoveCursorTo(DriveSession& session, Words words) {
   Graph* graph = KnownGraph(session, words[0]);
   if (graph == nullptr) return;
-  const auto number = Whole(session, words[1]);
-  const auto x = Finite(session, words[2]);
+  const auto number = ReadWholeNumber(session, words[1]);
+  const auto x = ReadFiniteNumber(session, words[2]);
   if (!number || !x) return;
   std::optional<double> y;
-  if (words.size() > 3 && !(y = Finite(session, words[3]))) return;
+  if (words.size() > 3 && !(y = ReadFiniteNumber(session, words[3]))) return;
   if (*number < 1 || *number > static_cast<int>(graph->cursors.size())) {
     WriteMisunderstood(session, graph->name + ": no such cursor: " + words[1]);
     return;
@@ -190,8 +190,8 @@ void Strip(DriveSession& session, Words words) {
   if (graph == nullptr) return;
   const char axis = AxisLetter(session, words[1]);
   if (axis == '\0') return;
-  const auto a = Finite(session, words[2]);
-  const auto b = Finite(session, words[3]);
+  const auto a = ReadFiniteNumber(session, words[2]);
+  const auto b = ReadFiniteNumber(session, words[3]);
   if (a && b) ZoomStrip(*graph, axis, *a, *b);
 }
 
@@ -216,8 +216,8 @@ void View(DriveSession& session, Words words) {
     WriteMisunderstood(session, "view: give a smallest and a largest coordinate");
     return;
   }
-  const auto min = Finite(session, words[2]);
-  const auto max = Finite(session, words[3]);
+  const auto min = ReadFiniteNumber(session, words[2]);
+  const auto max = ReadFiniteNumber(session, words[3]);
   if (min && max && !ZoomView(*graph, axis, *min, *max)) {
     WriteRefusal(session, graph->name + ": the smallest coordinate is not below the largest");
   }
@@ -228,7 +228,7 @@ void ThumbDrag(DriveSession& session, Words words) {
   if (graph == nullptr) return;
   const char axis = AxisLetter(session, words[1]);
   if (axis == '\0') return;
-  if (const auto pixels = Finite(session, words[2])) ZoomThumb(*graph, axis, *pixels);
+  if (const auto pixels = ReadFiniteNumber(session, words[2])) ZoomThumb(*graph, axis, *pixels);
 }
 
 void Page(DriveSession& session, Words words) {
@@ -236,7 +236,7 @@ void Page(DriveSession& session, Words words) {
   if (graph == nullptr) return;
   const char axis = AxisLetter(session, words[1]);
   if (axis == '\0') return;
-  if (const auto pages = Whole(session, words[2])) ZoomPage(*graph, axis, *pages);
+  if (const auto pages = ReadWholeNumber(session, words[2])) ZoomPage(*graph, axis, *pages);
 }
 
 void Open(DriveSession&, Words words) {
@@ -274,7 +274,7 @@ void Reply(DriveSession& session, Words words) {
 }
 
 void During(DriveSession& session, Words words) {
-  const auto moment = Whole(session, words[0]);
+  const auto moment = ReadWholeNumber(session, words[0]);
   if (!moment) return;
   if (*moment < 1 || words[1] != "press") {
     WriteMisunderstood(session, "during: N counts from 1, and the action must be press");
