@@ -155,8 +155,8 @@ Outcome AutosaveTrace() {
 }
 
 void ConnectAutosave() {
-  RunCompleted.Add([] {
-    if (Model.Autosave != 0) AutosaveTrace();
+  RunCompleted.Add([](Outcome& saved) {
+    if (Model.Autosave != 0) saved = FirstNotDone(saved, AutosaveTrace());
   });
 }
 

@@ -12,4 +12,9 @@ enum class Outcome {
   Failed,   // after the begin; a message gave the reason
 };
 
+/// Of two parts of an operation: the first that was not done.
+constexpr Outcome FirstNotDone(Outcome first, Outcome second) {
+  return first != Outcome::Done ? first : second;
+}
+
 }  // namespace zelvane

@@ -72,7 +72,7 @@ void TellFixedStep(const FixedStepResult& run) {
   if (run.reductions == MaxReductions) MessagePopup(StepErrorTitle, StepFailed);
 }
 
-void IntegrateFixed(const CompiledScheme& scheme) {
+Outcome IntegrateFixed(const CompiledScheme& scheme) {
   Result.IntegrationOffset = 0;
   const StimulusView stimulus = ActiveStimulus(0);
   const FixedStepRun run{scheme,          stimulus,          Model.StartOccupancy,
@@ -85,6 +85,8 @@ void IntegrateFixed(const CompiledScheme& scheme) {
   if (Model.FitActive == 0) TellFixedStep(result);
   ConvertTrace(false);
   Trace.TraceValid = 1;
+  if (result.stopped) return Outcome::Stopped;
+  return result.reductions == MaxReductions ? Outcome::Failed : Outcome::Done;
 }
 
 /// The times behind the last saved step read as 0. Times are above 0 from index 2 on, so those that an
@@ -103,7 +105,7 @@ void TellAdaptive(const AdaptiveResult& run) {
   WriteRunParameters();
 }
 
-void IntegrateAdaptively(const SchemeTables& tables, const CompiledScheme& scheme) {
+Outcome IntegrateAdaptively(const SchemeTables& tables, const CompiledScheme& scheme) {
   Result.IntegrationOffset =
       FirstActivePoint(tables, Model.StartOccupancy, ActiveStimulus(0), Model.NumPoints);
   const StimulusView stimulus = ActiveStimulus(Result.IntegrationOffset);
@@ -121,11 +123,13 @@ void IntegrateAdaptively(const SchemeTables& tables, const CompiledScheme& schem
     ConvertTrace(false);
   }
   Trace.TraceValid = 1;
+  if (result.stopped) return Outcome::Stopped;
+  return result.precisionReduced ? Outcome::Failed : Outcome::Done;
 }
 
 }  // namespace
 
-void IntegrateModel() {
+Outcome IntegrateModel() {
   Result.ResultKind = ResultUniform;
   if (Model.ModelIs2D != 0) {
     if (Model.FitActive == 0) {
@@ -136,15 +140,12 @@ void IntegrateModel() {
   }
   LimitNumPoints();
   ClearOccupancy(Model.NumPoints + 1);
-  if (!StepIsWanted()) return;
+  if (!StepIsWanted()) return Outcome::Refused;
   ForgetStop();
   const SchemeTables tables = ActiveTables();
   const CompiledScheme scheme = CompileScheme(tables);
-  if (Model.SimulatorKind == AdaptiveIntegrator) {
-    IntegrateAdaptively(tables, scheme);
-  } else {
-    IntegrateFixed(scheme);
-  }
+  return Model.SimulatorKind == AdaptiveIntegrator ? IntegrateAdaptively(tables, scheme)
+                                                   : IntegrateFixed(scheme);
 }
 
 }  // namespace zelvane

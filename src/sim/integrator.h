@@ -4,6 +4,8 @@
 // stores, calls one of them and leaves its result in the stores. Saved steps become a trace in saved_steps.h.
 #pragma once
 
+#include "platform/outcome.h"
+
 namespace zelvane {
 
 /// Integrates the model under its stimulus with the integrator that `Model.SimulatorKind` names, and converts
@@ -19,6 +21,8 @@ namespace zelvane {
 /// Tells:   "! Integration Warning" and "! Integration Error" about a reduced step, "!" about a reduced
 /// precision or a
 ///          stop. Asks before a long run with a step that an earlier one has reduced.
-void IntegrateModel();
+/// @return Done; Stopped; Refused when the user does not want that run; Failed when the step became too small or the
+///         precision was reduced
+Outcome IntegrateModel();
 
 }  // namespace zelvane

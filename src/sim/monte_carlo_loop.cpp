@@ -46,6 +46,7 @@ constexpr int ReseedPointsBack = 100;  // a sweep's end may be cut off by the la
 
 /// The settings of a simulation, fixed while it lasts, and how far it has come.
 struct Loop {
+  Outcome saved = Outcome::Done;  // of the autosaves so far
   Loop() = default;
   Loop(const Loop&) = delete;  // the parts of the simulator refer to each other
   Loop& operator=(const Loop&) = delete;
@@ -112,15 +113,15 @@ void ShowStatistics() {
   if (TalksToUser()) StatisticsChanged.Tell();
 }
 
-/// False, told, when the run has too many channels.
-bool StartRun(Loop& loop) {
+/// Refused, with a message, when the run has too many channels.
+Outcome StartRun(Loop& loop) {
   if (TalksToUser()) ResetProgress();
   const bool drawn = Model.ChannelsGaussian != 0 && !loop.subunits;
   loop.channels =
       ChannelsOfRun(loop.numChannels, drawn ? Model.ChannelsSTD * GaussianNoise(ProgramRandom) : 0.0F);
   if (loop.channels > MaxChannelsOfRun) {
     if (TalksToUser()) MessagePopup(ErrorTitle, FormatText(TooManyChannels, loop.channels, MaxChannelsOfRun));
-    return false;
+    return Outcome::Refused;
   }
   if (loop.channels > 0) {
     Result.ChannelUnit = 1.0F / static_cast<float>(loop.subunits ? loop.numRuns : loop.channels);
@@ -130,7 +131,7 @@ bool StartRun(Loop& loop) {
   loop.sweep.openStateExits = 0;
   loop.done = 0;
   loop.total = static_cast<std::int64_t>(loop.channels) * (static_cast<std::int64_t>(loop.numIntervals) + 1);
-  return true;
+  return Outcome::Done;
 }
 
 /// Shows how far the run has come and lets the user press stop. True when stop was pressed.
@@ -143,19 +144,20 @@ bool StoppedByUser(const Loop& loop) {
   return StopAsked();
 }
 
-/// Whether the run can go on after a channel; else the user is told why not.
-bool GoesOn(ChannelOutcome outcome) {
-  if (outcome == ChannelOutcome::Unmonitored || outcome == ChannelOutcome::Monitored) return true;
-  if (!TalksToUser()) return false;
+/// What a channel means for its run: Done when the run can go on, else shows why not.
+Outcome OutcomeAfter(ChannelOutcome outcome) {
+  if (outcome == ChannelOutcome::Unmonitored || outcome == ChannelOutcome::Monitored) return Outcome::Done;
+  const Outcome ofRun = outcome == ChannelOutcome::Stopped ? Outcome::Stopped : Outcome::Failed;
+  if (!TalksToUser()) return ofRun;
   ResetProgress();
   if (outcome == ChannelOutcome::Stopped) MessagePopup(NoticeTitle, Interrupted);
   if (outcome == ChannelOutcome::Isolated) MessagePopup(NoticeTitle, IsolatedState);
   if (outcome == ChannelOutcome::Stalled) MessagePopup(ErrorTitle, TooFast);
-  return false;
+  return ofRun;
 }
 
-/// Simulates the channels of one sweep, sorted by the state that they start in. False when the run is over.
-bool SimulateChannels(Loop& loop) {
+/// Simulates the channels of one sweep, sorted by the state that they start in. The run is over unless Done.
+Outcome SimulateChannels(Loop& loop) {
   for (std::size_t b = 1; b <= MaxStates; ++b) {
     const int starting = ChannelsStartingIn(loop.channels, Model.StartOccupancy[b]);
     for (int k = 0; k < starting; ++k) {
@@ -163,19 +165,19 @@ bool SimulateChannels(Loop& loop) {
           PollIsDue(loop.channels, loop.done, loop.total, k, !TalksToUser()) && StoppedByUser(loop);
       const ChannelOutcome outcome =
           stopped ? ChannelOutcome::Stopped : SimulateChannel(loop.sweep, static_cast<int>(b));
-      if (!GoesOn(outcome)) return false;
+      if (const Outcome ofRun = OutcomeAfter(outcome); ofRun != Outcome::Done) return ofRun;
       if (outcome == ChannelOutcome::Monitored) ++Dwell.MonitoredChannels;
       ++loop.done;
     }
   }
-  return true;
+  return Outcome::Done;
 }
 
 /// One sweep. Whole or broken off, occupancies, record and statistics are then in order.
-bool SimulateSweep(Loop& loop) {
+Outcome SimulateSweep(Loop& loop) {
   ClearOccupancy(loop.numPoints);
   StartSweep(loop.occupancy, Result.Occupancy, loop.numPoints, loop.channels, Result.ChannelUnit);
-  const bool whole = SimulateChannels(loop);
+  const Outcome outcome = SimulateChannels(loop);
   EndSweep(loop.occupancy);
   for (std::size_t s = 1; s <= MaxStates; ++s) {
     Result.OccupancyUsed[s] = std::max(Result.OccupancyUsed[s], loop.occupancy.used[s]);
@@ -184,7 +186,7 @@ bool SimulateSweep(Loop& loop) {
   StoreCounts(loop.recorder.lists, Dwell);
   Dwell.OpenStateExits = loop.sweep.openStateExits;
   if (Dwell.MonitoredChannels > 0) loop.reachedMonitored = true;
-  return whole;
+  return outcome;
 }
 
 bool DependsOnDrug(std::size_t from, std::size_t to) {
@@ -213,7 +215,7 @@ void RestoreRates(Loop& loop) {
 void FinishFirstSweep(Loop& loop, int run) {
   if (!loop.subunits) ConvertTrace(loop.numRuns != 1 && Model.ShowAllTraces == 0);
   if (loop.numIntervals > 0) RemoveDrugRates(loop);
-  if (!loop.subunits) TellRunCompleted();
+  if (!loop.subunits) loop.saved = FirstNotDone(loop.saved, TellRunCompleted());
   if (!loop.subunits && TalksToUser()) SeriesRun.Tell(run);
 }
 
@@ -234,18 +236,18 @@ void ShowSweepText(const Loop& loop, int run, int sweep) {
   if (TalksToUser()) RunTextChanged.Tell();
 }
 
-/// One run: a sweep and, unless it is the last run, its intervals. False when the simulation is over.
-bool SimulateRun(Loop& loop, int run) {
+/// One run: a sweep and, unless it is the last run, its intervals. The simulation is over unless Done.
+Outcome SimulateRun(Loop& loop, int run) {
   for (int sweep = 0; sweep <= loop.numIntervals; ++sweep) {
     ShowSweepText(loop, run, sweep);
-    if (!SimulateSweep(loop)) return false;
+    if (const Outcome outcome = SimulateSweep(loop); outcome != Outcome::Done) return outcome;
     if (sweep == 0) FinishFirstSweep(loop, run);
     if (Model.ReseedSimulation != 0 || loop.numIntervals > 0) ReseedFromEnd(loop.numPoints);
     if (sweep == loop.numIntervals && sweep > 0) RestoreRates(loop);
     if (run == loop.numRuns) break;
-    if (loop.sweep.breathe && loop.sweep.breathe(0.0)) return GoesOn(ChannelOutcome::Stopped);
+    if (loop.sweep.breathe && loop.sweep.breathe(0.0)) return OutcomeAfter(ChannelOutcome::Stopped);
   }
-  return true;
+  return Outcome::Done;
 }
 
 /// The monitored states, packed to the front.
@@ -299,22 +301,24 @@ void AddSubunit(int numPoints) {
   }
 }
 
-/// All runs. False when they were broken off.
-bool SimulateRuns(Loop& loop) {
+/// All runs, unless they are broken off.
+Outcome SimulateRuns(Loop& loop) {
   for (int run = 1; run <= loop.numRuns; ++run) {
-    if (!StartRun(loop) || !SimulateRun(loop, run)) return false;
+    Outcome outcome = StartRun(loop);
+    if (outcome == Outcome::Done) outcome = SimulateRun(loop, run);
+    if (outcome != Outcome::Done) return outcome;
     if (loop.subunits) AddSubunit(loop.numPoints);
   }
-  return true;
+  return Outcome::Done;
 }
 
-void FinishTrace(const Loop& loop) {
+void FinishTrace(Loop& loop) {
   if (loop.subunits) {
     if (TalksToUser()) {
       ShowSweepLength();
       TraceToPlot.Tell(true);
     }
-    TellRunCompleted();
+    loop.saved = TellRunCompleted();
   }
   if (!loop.reachedMonitored) return;
   BeginTrace(TraceOrigin::Simulation);
@@ -360,17 +364,19 @@ bool PollIsDue(int channels, std::int64_t done, std::int64_t total, int ofState,
   return !fitActive && done % (total / PollsPerRun) == 0;
 }
 
-void RunMonteCarlo() {
+Outcome RunMonteCarlo() {
   Result.ResultKind = ResultMonteCarlo;
   ForgetStop();
   Loop loop;
   ReadSettings(loop);
   if (TalksToUser()) SeriesBegins.Tell();
   PrepareSimulator(loop);
-  if (SimulateRuns(loop)) FinishTrace(loop);
+  const Outcome outcome = SimulateRuns(loop);
+  if (outcome == Outcome::Done) FinishTrace(loop);
   FinishLoop(loop);
   const bool nothingRan = Dwell.SegmentCounter == 1 && !StopAsked();
   if (nothingRan && loop.numChannels == 0 && TalksToUser()) MessagePopup(WarningTitle, NoChannels);
+  return FirstNotDone(outcome, loop.saved);
 }
 
 }  // namespace zelvane

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/outcome.h"
+
 namespace zelvane {
 
 /// Runs `Model.NumRuns` runs, each followed by `Model.NumIntervals` sweeps without drug-dependent rates (the
@@ -29,7 +31,9 @@ namespace zelvane {
 ///          the time of the sweep or a run has more than MaxChannelsOfRun channels. The run is then over. The
 ///          arrays keep the channels simulated so far, and the starting occupancies are as before the run,
 ///          unless `ReseedSimulation` is on.
-void RunMonteCarlo();
+/// @return Done, also when no channel was simulated; Stopped; Refused for too many channels; or Failed when a channel
+///         could not go on or a trace was not appended to the autosave file
+Outcome RunMonteCarlo();
 
 /// Most channels of a run. An occupancy is a 32-bit sum of one unit a channel, and further channels would no
 /// longer change it.

@@ -91,18 +91,18 @@ bool SchemeIsConnected() {
   return false;
 }
 
-void RunIntegrator() {
+Outcome RunIntegrator() {
   Result.EffectiveChannels = static_cast<float>(Model.NumChannels);
   const bool weighted = Model.DisplayUnits == UnitsConductance || Model.DisplayUnits == UnitsCurrent;
   if (Model.MultiSubunit != 0 && weighted) {
     if (TalksToUser()) MessagePopup(WarningTitle, NoSubunitIntegration);
-    return;
+    return Outcome::Refused;
   }
-  IntegrateModel();
+  const Outcome outcome = IntegrateModel();
   BeginTrace(TraceOrigin::Simulation);
   if (TalksToUser()) ResetProgress();
   ForgetStop();
-  TellRunCompleted();
+  return FirstNotDone(outcome, TellRunCompleted());
 }
 
 }  // namespace
@@ -111,8 +111,10 @@ void ConnectRuns() {
   RecordingCameIn.Add([] { Result.ResultKind = ResultMonteCarlo; });
 }
 
-void TellRunCompleted() {
-  if (TalksToUser()) RunCompleted.Tell();
+Outcome TellRunCompleted() {
+  Outcome saved = Outcome::Done;
+  if (TalksToUser()) RunCompleted.Tell(saved);
+  return saved;
 }
 
 bool RunHasLength() {
@@ -122,12 +124,12 @@ bool RunHasLength() {
   return false;
 }
 
-void RunSimulation(int numPoints) {
+Outcome RunSimulation(int numPoints) {
   Model.NumPoints = numPoints;
   if (TalksToUser() || Model.SimulatorKind == MonteCarlo) ClassifyConductances();
   if (TalksToUser()) ReadRunParameters();
   LimitNumPoints();
-  if (!RunHasLength()) return;
+  if (!RunHasLength()) return Outcome::Refused;
   ForgetStop();
   Noise.RecordPoints = Model.NumPoints;
   StartAtEquilibrium();
@@ -140,13 +142,9 @@ void RunSimulation(int numPoints) {
   ClearSamples(Model.NumPoints);
   ClearOccupancy(Model.NumPoints + 1);  // the fixed-step integrator also fills the point behind the last
   if (Model.ModelIs2D != 0) RatesFromGrid();
-  if (!SchemeIsConnected()) return;
+  if (!SchemeIsConnected()) return Outcome::Refused;
   if (TalksToUser()) RunBegins.Tell();
-  if (Model.SimulatorKind == MonteCarlo) {
-    RunMonteCarlo();
-  } else {
-    RunIntegrator();
-  }
+  return Model.SimulatorKind == MonteCarlo ? RunMonteCarlo() : RunIntegrator();
 }
 
 }  // namespace zelvane

@@ -7,6 +7,8 @@
 // Panels and commands are in run_panel.h, the integrators in integrator.h, Monte Carlo in monte_carlo_loop.h.
 #pragma once
 
+#include "platform/outcome.h"
+#include <span>
 namespace zelvane {
 
 /// Runs the model for `numPoints` points with the simulator that `Model.SimulatorKind` names.
@@ -17,7 +19,9 @@ namespace zelvane {
 /// `Trace.TraceValid` is 1 when the run completed. A scheme without connections is refused with "! Error", as
 /// is a state with more than MaxConnections exits for Monte Carlo, and a run without points or without time
 /// between them.
-void RunSimulation(int numPoints);
+/// @return Done; Stopped by the user; Refused; or Failed, when the simulator did not hold its precision or could not
+///         go on, or a trace was not appended to the autosave file. Messages are shown unless `Model.FitActive`
+Outcome RunSimulation(int numPoints);
 
 /// Turns `Result.Occupancy` into `Trace.SimTrace` by `Model.DisplayUnits`, adds noise and filter if asked,
 /// and plots. With `erase` the plots already on the graph are removed first. While a fit runs nothing is
@@ -39,7 +43,8 @@ void RefreshTrace();
 void ConnectRuns();
 
 /// Announces that a run has left its trace, unless a fit runs.
-void TellRunCompleted();
+/// @return what came of saving it; Done where nobody saves
+Outcome TellRunCompleted();
 
 /// Whether the run settings have points and time between them: a panel or a file can bring neither. If not,
 /// the user is told, unless a fit runs.

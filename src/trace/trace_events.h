@@ -11,6 +11,7 @@
 
 #include <string>
 
+#include "platform/outcome.h"
 #include "screen/listeners.h"
 
 namespace zelvane {
@@ -58,8 +59,9 @@ inline Listeners<> RunTextChanged;
 /// What the channels of a Monte Carlo simulation did has been counted.
 inline Listeners<> StatisticsChanged;
 
-/// A run has left its trace: the first sweep of each run of a Monte Carlo simulation, or the sum of subunits.
-inline Listeners<> RunCompleted;
+/// A run has left its trace: the first sweep of each run of a Monte Carlo simulation, or the sum of subunits. Who
+/// saves the trace adds what came of it to the outcome.
+inline Listeners<Outcome&> RunCompleted;
 
 /// A Monte Carlo simulation of one or several runs begins; it tells of each run, from 1, once its trace is
 /// complete, and of its end, also when it was broken off.

@@ -150,7 +150,7 @@ TEST_F(RunMonteCarloTest, StopIsHeardWithinAChannelOfManyDwellsAndBetweenManyRun
 class RunEventsTest : public RunMonteCarloTest {
  protected:
   RunEventsTest() {
-    RunCompleted.Add([this] { told += "s"; });
+    RunCompleted.Add([this](Outcome&) { told += "s"; });
     SeriesBegins.Add([this] { told += "b"; });
     SeriesRun.Add([this](int run) { told += std::to_string(run); });
     SeriesEnds.Add([this] { told += "e"; });

@@ -84,7 +84,6 @@ JobScreen::~JobScreen() {
 
 void JobScreen::Message(std::string_view title, std::string_view text) {
   ClearBar();
-  lastText_ = text;
   streams_.err << title << (title.empty() ? "" : ": ") << text << std::endl;
 }
 

@@ -50,9 +50,6 @@ class JobScreen {
   /// Returns whether a message had the title of an error, or reported an interrupted run.
   bool ErrorShown() const { return errorShown_; }
 
-  /// Returns the text of the last message; empty without a message.
-  const std::string& LastText() const { return lastText_; }
-
  private:
   void Message(std::string_view title, std::string_view text);
   void Progress(double fraction, std::string_view text);
@@ -61,7 +58,6 @@ class JobScreen {
   const JobStreams& streams_;
   FrontEnd former_;
   WriteStop formerStop_;
-  std::string lastText_;
   bool errorShown_ = false;
   bool barShown_ = false;
 };

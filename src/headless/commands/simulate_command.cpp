@@ -76,17 +76,13 @@ void WarnOfEmptyStimulus(std::ostream& err) {
 }
 
 /// Whether the run left a whole trace; the reason is told when the program has not told it.
-bool RunSucceeded(const JobScreen& screen, const JobStreams& streams) {
+bool RunSucceeded(Outcome run, const JobStreams& streams) {
   if (StopAsked(streams)) {
-    if (screen.LastText() != Interrupted) streams.err << Interrupted << '\n';  // it came after the last look
+    if (run != Outcome::Stopped) streams.err << Interrupted << '\n';  // it came after the last look
     return false;
   }
-  if (screen.ErrorShown()) return false;
+  if (run != Outcome::Done) return false;
   if (Model.SimulatorKind == MonteCarlo) return true;  // also when no channel has opened
-  if (Trace.TraceValid == 0) {
-    streams.err << "the run left no trace\n";
-    return false;
-  }
   if (Model.SimulatorKind == AdaptiveIntegrator && Result.ResultKind != ResultSavedSteps) {
     streams.err << "the adaptive integrator did not reach the end of the sweep; raise Precision (now "
                 << FormatText("%g", static_cast<double>(Model.Precision)) << ") or use --simulator fixed\n";
@@ -125,10 +121,15 @@ bool TraceNamesServe(const SimulateOptions& options, std::ostream& err) {
   return true;
 }
 
-double RunTimed() {
+struct TimedRun {
+  Outcome outcome = Outcome::Done;
+  double wallSeconds = 0.0;
+};
+
+TimedRun RunTimed() {
   const auto begin = std::chrono::steady_clock::now();
-  RunSimulation(Model.NumPoints);
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+  const Outcome outcome = RunSimulation(Model.NumPoints);
+  return {outcome, std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count()};
 }
 
 }  // namespace
@@ -146,13 +147,13 @@ int SimulateCommand(const SimulateOptions& options, const JobStreams& streams) {
   }
   ChooseAutosave(options.autosaveFile);
   const RunMean runs;
-  ShowJobStores();
+  const Outcome stimulus = ShowJobStores();
   WarnOfEmptyStimulus(streams.err);
-  const double wallSeconds = RunTimed();
-  if (!RunSucceeded(screen, streams)) return JobFailed;
+  const TimedRun run = RunTimed();
+  if (!RunSucceeded(FirstNotDone(stimulus, run.outcome), streams)) return JobFailed;
   const std::vector<float> mean = runs.Mean();
   if (!WriteFiles(options, mean, streams)) return JobFailed;
-  RunSummary summary = SummariseRun(wallSeconds);
+  RunSummary summary = SummariseRun(run.wallSeconds);
   if (Model.SimulatorKind == MonteCarlo && Model.NumRuns > 1) summary.meanPeak = PeakOf(mean);
   if (options.json)
     WriteSummaryJson(summary, options.model, streams.out);
