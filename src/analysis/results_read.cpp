@@ -43,7 +43,7 @@ bool ReadNamedRecording(const std::string& path) {
   if (path.empty()) return true;
   // A name with further full stops, such as a date, is that of the file as it stands.
   for (const std::string& recording : {RecordingPath(path), path}) {
-    if (OpenInput(recording)) return TraceReadFile(recording);
+    if (OpenInput(recording)) return TraceReadFile(recording) == Outcome::Done;
   }
   FileErrorPopup(FileOpenFailed);
   return false;

@@ -184,7 +184,7 @@ int ReadSamples(const AbfFile& file, const Selection& selection, std::span<float
 void CutSweep(std::size_t capacity, Questions questions) {
   if (static_cast<std::size_t>(Trace.SweepSamples) <= capacity) return;
   Trace.SweepSamples = static_cast<int>(capacity);
-  if (questions == Questions::Asked) MessagePopup(NoticeTitle, Truncated);
+  if (questions != Questions::AsBefore) MessagePopup(NoticeTitle, Truncated);
 }
 
 bool OpenAndCount(OpenAbf& abf) {
@@ -254,7 +254,7 @@ void TakeObfInfo(int read) {
 }
 
 Reading ReadObf(std::span<float> destination, Questions questions) {
-  if (questions == Questions::Asked) {
+  if (questions != Questions::AsBefore) {
     MessagePopup(BinaryTitle, FormatText(NotAbf, Trace.TraceFileName.c_str()));
   }
   auto file = OpenInput(Trace.TraceFileName);

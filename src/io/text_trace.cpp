@@ -18,6 +18,7 @@ constexpr char SignalQuestion[] =
     "%s contains %u signals: %s\nTo read in the first signal, enter 1.\nTo read the second signal, enter 2, "
     "and "
     "so forth.\nThen click OK.";
+constexpr char IntervalTitle[] = "Get ADinterval";
 constexpr char IntervalLineQuestion[] = "Read First Value of 1-column Ascii file as AD interval in ms ?";
 constexpr char TypeInterval[] = "Enter the time between samples and a factor that multiplies each of them.";
 constexpr char NoIntervalColumn[] = "You need to supply a time interval for this data.";
@@ -51,8 +52,8 @@ std::vector<std::vector<float>> Separated(const std::vector<float>& rows, std::s
 
 bool ChooseSignal(const std::string& path, const TextShape& shape, Questions questions) {
   if (questions == Questions::AsBefore) return true;
-  Trace.RecordedSignal = 1;
-  if (shape.signals < 2) return true;
+  if (questions == Questions::Asked || shape.signals < 2) Trace.RecordedSignal = 1;
+  if (questions == Questions::Answered || shape.signals < 2) return true;
   const auto answer = AskSignal(FormatText(SignalQuestion, FileNameOf(path).c_str(),
                                            static_cast<unsigned>(shape.signals), shape.signalList.c_str()),
                                 1);
@@ -66,10 +67,12 @@ bool ChooseInterval(Questions questions) {
     if (Trace.IntervalLine == 0) Model.ADInterval = Trace.TypedInterval;
     return true;
   }
-  Trace.IntervalLine = ConfirmPopup(IntervalTitle, IntervalLineQuestion) ? 1 : 0;
+  const bool asked = questions == Questions::Asked;
+  if (asked) Trace.IntervalLine = ConfirmPopup(IntervalTitle, IntervalLineQuestion) ? 1 : 0;
   if (Trace.IntervalLine != 0) return true;
   Trace.ScaleFactor = 1.0F;
-  if (!AskInterval(TypeInterval)) return false;
+  if (!asked) Model.ADInterval = Trace.TypedInterval;
+  if (asked && !AskInterval(TypeInterval)) return false;
   if (!(Model.ADInterval > 0.0F)) {
     MessagePopup(ErrorTitle, NotAnInterval);
     return false;
@@ -82,7 +85,7 @@ bool ChooseInterval(Questions questions) {
 bool AskAboutText(const std::string& path, const TextShape& shape, Questions questions) {
   if (!shape.atf) return ChooseInterval(questions);
   if (!ChooseSignal(path, shape, questions)) return false;
-  if (shape.columns == 1 && questions == Questions::Asked) MessagePopup(WarningTitle, NoIntervalColumn);
+  if (shape.columns == 1 && questions != Questions::AsBefore) MessagePopup(WarningTitle, NoIntervalColumn);
   return true;
 }
 

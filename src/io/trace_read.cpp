@@ -79,34 +79,43 @@ Reading ReadInto(bool text, Questions questions) {
   return reading;
 }
 
-/// Reads the first episode of the file at `path`. False when nothing is to be shown of it: refused,
-/// cancelled, or given up half-way.
-bool ReadNew(bool text, const std::string& path) {
+/// Puts the answers of a caller where the readers look for them.
+void StoreAnswers(const ReadAnswers& answers) {
+  Trace.RecordedSignal = answers.signal;
+  Trace.IntervalLine = answers.intervalMs ? 0 : 1;
+  Trace.TypedInterval = answers.intervalMs.value_or(0.0F);
+  if (answers.intervalMs) Model.ADInterval = *answers.intervalMs;  // also of an ATF file without times
+}
+
+/// Reads the first episode of the file at `path`. Nothing is to be shown of it unless Done.
+Outcome ReadNew(bool text, const std::string& path, const std::optional<ReadAnswers>& answers = {}) {
   FormerFile former;
   Trace.TraceFileName = path;
   Trace.EpisodeIndex = 1;
-  const Reading reading = ReadInto(text, Questions::Asked);
-  if (reading == Reading::Refused) return false;
+  if (answers) StoreAnswers(*answers);
+  const Reading reading = ReadInto(text, answers ? Questions::Answered : Questions::Asked);
+  if (reading == Reading::Refused) return Outcome::Refused;
   former.Keep();
   Trace.TraceIsText = text ? 1 : 0;
-  return reading == Reading::Done;
+  return reading == Reading::Done ? Outcome::Done : Outcome::Failed;
 }
 
-/// Reads the file at `path` as a new recording. False when no trace came of it.
-bool ReadRecording(const std::string& path) {
+/// Reads the file at `path` as a new recording.
+Outcome ReadRecording(const std::string& path, const std::optional<ReadAnswers>& answers = {}) {
   const FileKind kind = KindOf(path);
   if (kind == FileKind::Unreadable) {
     FileErrorPopup(FileOpenFailed);
-    return false;
+    return Outcome::Refused;
   }
   const bool text = kind == FileKind::Text;
-  if (text && !ConfirmPopup(ImportTitle, ImportQuestion)) return false;
-  if (!ReadNew(text, path)) return false;
+  if (text && !answers && !ConfirmPopup(ImportTitle, ImportQuestion)) return Outcome::Refused;
+  const Outcome outcome = ReadNew(text, path, answers);
+  if (outcome != Outcome::Done) return outcome;
   BeginRecording();
   RecordingToCorrect.Tell();
   ShowTrace();
   TellTraceCame();
-  return true;
+  return outcome;
 }
 
 /// Reads the present episode again. False when it cannot be read; the trace then stays.
@@ -126,20 +135,22 @@ bool BeginsLikeRecording(const std::string& path) {
   return mark && (*mark == "OBF" || *mark == "ABF" || *mark == "ATF");
 }
 
-bool TraceRead(const std::string& path) {
-  return !RefusedByAutosave() && ReadRecording(path);
+Outcome TraceRead(const std::string& path) {
+  return RefusedByAutosave() ? Outcome::Refused : ReadRecording(path);
 }
 
-bool TraceReadFile(const std::string& path) {
-  if (RefusedByAutosave()) return false;
+Outcome TraceReadFile(const std::string& path, const std::optional<ReadAnswers>& answers) {
+  if (RefusedByAutosave()) return Outcome::Refused;
   Trace.ParseRequested = 0;
-  if (!ReadRecording(path)) return false;
-  WholeTraceToShow.Tell();
-  return true;
+  const Outcome outcome = ReadRecording(path, answers);
+  if (outcome == Outcome::Done) WholeTraceToShow.Tell();
+  return outcome;
 }
 
-bool ReadAsciiData(const std::string& path) {
-  if (RefusedByAutosave() || !ReadNew(true, path)) return false;
+Outcome ReadAsciiData(const std::string& path) {
+  if (RefusedByAutosave()) return Outcome::Refused;
+  const Outcome outcome = ReadNew(true, path);
+  if (outcome != Outcome::Done) return outcome;
   if (IsResult(Model.NumPoints)) {
     BeginRecording();
     ShowTrace();
@@ -148,17 +159,18 @@ bool ReadAsciiData(const std::string& path) {
     EndTraceAt(static_cast<std::size_t>(Model.NumPoints));
     RecordingTaken.Tell();
   }
-  return true;
+  return Outcome::Done;
 }
 
-bool ReadWaveFile(const std::string& path) {
-  if (RefusedByAutosave()) return false;
+Outcome ReadWaveFile(const std::string& path) {
+  if (RefusedByAutosave()) return Outcome::Refused;
   Trace.ParseRequested = 0;
-  if (!ReadNew(false, path)) return false;
+  const Outcome outcome = ReadNew(false, path);
+  if (outcome != Outcome::Done) return outcome;
   BeginRecording();
   ShowTrace();
   TellTraceCame();
-  return true;
+  return Outcome::Done;
 }
 
 void TraceReloadEpisode() {

@@ -6,25 +6,36 @@
 //   The trace     ParseTrace  EraseTrace
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "platform/outcome.h"
+
 namespace zelvane {
 
 /// Reads the recording at `path` into the trace: all of it, or what the parse panel is set to while
-/// `Trace.ParseRequested` is 1. Asks before it takes a text. False when no trace came of it; the user has been
-/// told why, or has cancelled.
-bool TraceRead(const std::string& path);
+/// `Trace.ParseRequested` is 1. Asks before it takes a text.
+/// @return as TraceReadFile
+Outcome TraceRead(const std::string& path);
 
 /// Reads the text recording at `path`. The trace becomes a result only when it has more than 100 samples.
-bool ReadAsciiData(const std::string& path);
+Outcome ReadAsciiData(const std::string& path);
 
 /// Reads the binary recording at `path`; a file that is none is refused.
-bool ReadWaveFile(const std::string& path);
+Outcome ReadWaveFile(const std::string& path);
 
-/// Reads the file at `path` as TraceRead does, without the parse panel, and shows all of it.
-bool TraceReadFile(const std::string& path);
+/// What a caller answers in the user's place to the questions that a text recording raises.
+struct ReadAnswers {
+  int signal = 1;                     // of an ATF file with several
+  std::optional<float> intervalMs{};  // of a column of numbers, above 0; without one its first line tells it
+};
+
+/// Reads the file at `path` as TraceRead does, without the parse panel, and shows all of it; with `answers` without the questions of a text.
+/// @return Done; Refused, with everything as it was; or Failed, when the reading was given up half-way and no trace came
+///         of it. Refused and Failed show a message, unless the user has cancelled
+Outcome TraceReadFile(const std::string& path, const std::optional<ReadAnswers>& answers = {});
 
 /// Whether the file begins with the mark of a recording: "ABF", "OBF" or "ATF".
 bool BeginsLikeRecording(const std::string& path);
@@ -34,9 +45,6 @@ bool BeginsLikeRecording(const std::string& path);
 /// `Model.NumPoints`, `Model.ADInterval`; after a refusal all are as they were.
 /// @return whether samples came in; otherwise the user has been told, or has cancelled
 bool BinaryTraceRead(const std::string& path, std::span<float> destination);
-
-/// Title of the question whether the first line of a column of numbers is its interval.
-inline constexpr char IntervalTitle[] = "Get ADinterval";
 
 /// Reads a text recording (ATF or one number a line) into `destination`.
 /// @return 1 when more than 100 samples were read, else 0

@@ -7,8 +7,9 @@
 // Panels and commands are in run_panel.h, the integrators in integrator.h, Monte Carlo in monte_carlo_loop.h.
 #pragma once
 
-#include "platform/outcome.h"
 #include <span>
+
+#include "platform/outcome.h"
 namespace zelvane {
 
 /// Runs the model for `numPoints` points with the simulator that `Model.SimulatorKind` names.

@@ -195,7 +195,7 @@ TEST_F(TraceReadTest, AStimulusOpenedByItsNameIsTheStimulusAndNoTrace) {
 TEST_F(TraceReadTest, EveryFreshTraceIsCorrectedWhenThatIsAutomatic) {
   Run("quit\n");
   RsCm.RsCmAuto = 1;
-  ASSERT_TRUE(TraceReadFile(OneChannel));
+  ASSERT_EQ(TraceReadFile(OneChannel), Outcome::Done);
   EXPECT_EQ(Trace.RsCorrected, 1);
   StepEpisode(1);
   EXPECT_EQ(Trace.RsCorrected, 1);

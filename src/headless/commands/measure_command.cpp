@@ -52,21 +52,14 @@ bool CanWrite(const std::string& path) {
   return extension == ".csv" || extension == ".res" || extension == ".tbl";
 }
 
-/// Answers what reading a text asks, and tells each message once however many sweeps bring it.
+/// Shows each message once however many sweeps bring it.
 class MeasuringScreen {
  public:
-  MeasuringScreen(int signal, bool intervalTyped) {
+  MeasuringScreen() {
     former_ = SetFrontEnd({});
     FrontEnd own = former_;
     own.message = [this](MessageTitle title, std::string_view text) {
       if (told_.emplace(text).second && former_.message) former_.message(title, text);
-    };
-    own.confirm = [intervalTyped](std::string_view title, std::string_view) {
-      return !intervalTyped || title != IntervalTitle;
-    };
-    own.modal = [signal](Panel&, std::string_view) {
-      if (FindControl("Signal") != nullptr) ShowNumber("Signal", signal);
-      return true;
     };
     SetFrontEnd(std::move(own));
   }
@@ -121,8 +114,7 @@ int OpenAbf(const MeasureOptions& options, Recording& recording, std::ostream& e
   return JobDone;
 }
 
-int OpenRecording(const MeasureOptions& options, Recording& recording, const JobScreen& screen,
-                  std::ostream& err) {
+int OpenRecording(const MeasureOptions& options, Recording& recording, std::ostream& err) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(options.file, error)) {
     err << options.file << ": no such file\n";
@@ -130,11 +122,11 @@ int OpenRecording(const MeasureOptions& options, Recording& recording, const Job
   }
   int format = 0;
   if (IsABFFile(options.file, format)) return OpenAbf(options, recording, err);
-  if (options.intervalMs) Model.ADInterval = static_cast<float>(*options.intervalMs);  // as it is asked for
-  if (!TraceReadFile(options.file)) {
-    if (!screen.ErrorShown()) err << options.file << ": not a readable recording\n";
-    return JobFailed;
-  }
+  ReadAnswers answers{.signal = options.channel.value_or(1)};
+  if (options.intervalMs) answers.intervalMs = static_cast<float>(*options.intervalMs);
+  const Outcome read = TraceReadFile(options.file, answers);
+  if (read == Outcome::Failed) err << options.file << ": no recording that can be read\n";
+  if (read != Outcome::Done) return JobFailed;
   recording.sweeps = Trace.EpisodeCount;
   if (recording.sweeps > 1) recording.episodes = ReadTextEpisodes();
   return JobDone;
@@ -287,9 +279,9 @@ int MeasureCommand(const MeasureOptions& options, const JobStreams& streams) {
   const JobScreen screen(streams);
   StartJob({});
   if (!options.model.empty() && !ReadJobModel(options.model, streams)) return JobFailed;
-  const MeasuringScreen answers(options.channel.value_or(1), options.intervalMs.has_value());
+  const MeasuringScreen messages;
   Recording recording;
-  const int opened = OpenRecording(options, recording, screen, streams.err);
+  const int opened = OpenRecording(options, recording, streams.err);
   if (opened != JobDone) return opened;
   if (!ApplySettings(options.settings, streams.err)) return JobMisused;
   WriteAllControls();  // the correction reads its panel

@@ -47,9 +47,6 @@ class JobScreen {
   JobScreen(const JobScreen&) = delete;
   JobScreen& operator=(const JobScreen&) = delete;
 
-  /// Returns whether a message had the title of an error, or reported an interrupted run.
-  bool ErrorShown() const { return errorShown_; }
-
  private:
   void Message(std::string_view title, std::string_view text);
   void Progress(double fraction, std::string_view text);
@@ -58,7 +55,6 @@ class JobScreen {
   const JobStreams& streams_;
   FrontEnd former_;
   WriteStop formerStop_;
-  bool errorShown_ = false;
   bool barShown_ = false;
 };
 

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 
+#include "platform/outcome.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -16,8 +17,9 @@ enum class Reading {
   Emptied,  // given up half-way; the file fields are those of the new file, and no trace came of it
 };
 
-/// Whether questions are put to the user, or answered as they were when the file was first read.
-enum class Questions { Asked, AsBefore };
+/// Who answers questions: the user; a caller, whose answers stand in `Trace` (RecordedSignal, IntervalLine,
+/// TypedInterval); or the answers of the first read of the file, when nothing is told again either.
+enum class Questions { Asked, Answered, AsBefore };
 
 Reading ReadBinary(const std::string& path, std::span<float> destination, Questions questions);
 
