@@ -104,10 +104,6 @@ void FxnSharedSetting(const ControlEvent& event) {
   ShowField(event.control->name);
 }
 
-void FxnAcquireData(const ControlEvent& /*event*/) {
-  AcquireData();
-}
-
 void FxnSimRefresh(const ControlEvent& /*event*/) {
   RefreshTrace();
 }
@@ -190,7 +186,7 @@ constexpr ControlDecl RunControls[] = {
      "with non-zero conductance are displayed.", 1, MaxStates, "off|on"},
 
     // -- Commands and readouts --
-    {"Run",                Button, "Run",                 "",    "",    "AcquireData",            FxnAcquireData,
+    {"Run",                Button, "Run",                 "",    "",    "AcquireData",            Run<AcquireData>,
      "Executes model defined by rate constants shown above\nand parameters shown to left of the screen"},
     {"StopRun",            Button, "Stop",                "",    "",    "FxnStopRun",             FxnStopRun,
      "Stop simulation immediately.", 0, 0, "", 0, true},
@@ -204,7 +200,7 @@ constexpr ControlDecl RunControls[] = {
 };
 
 constexpr MenuDecl RunMenu[] = {
-    {"Run/Run",     "AcquireData",   AcquireData,  "F5"},
+    {"Run/Run",     "AcquireData",   Run<AcquireData>,  "F5"},
     {"Run/Refresh", "FxnSimRefresh", RefreshTrace, "Ctrl+R"},
 };
 // clang-format on
@@ -259,9 +255,9 @@ void WriteRunParameters() {
   ShowLength();
 }
 
-void AcquireData() {
+Outcome AcquireData() {
   ReadRunParameters();
-  RunSimulation(Model.NumPoints);
+  return RunSimulation(Model.NumPoints);
 }
 
 void ShowDataName() {

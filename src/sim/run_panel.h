@@ -7,6 +7,8 @@
 //   Statistics       ShowEventStatistics
 #pragma once
 
+#include "platform/outcome.h"
+
 namespace zelvane {
 
 /// Declares the run's controls, statistics and graph on MainPanel, the table of values and the menu.
@@ -20,7 +22,8 @@ void ReadRunParameters();
 void WriteRunParameters();
 
 /// The run button: reads rates and run settings from the panels and runs NumPoints points.
-void AcquireData();
+/// @return as RunSimulation
+Outcome AcquireData();
 
 /// Shows the model's file as the name of the present data.
 void ShowDataName();

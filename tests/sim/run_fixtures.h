@@ -47,9 +47,9 @@ class RunTest : public PanelTest {
   }
 
   /// Runs the model as the store stands.
-  static void RunAsSet() {
+  static Outcome RunAsSet() {
     Show();
-    AcquireData();
+    return AcquireData();
   }
 
   static Refusal Enter(const char* name, const char* value) {

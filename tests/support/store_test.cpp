@@ -16,6 +16,7 @@ StoreTest::StoreTest() {
   FrontEnd recorder;
   recorder.message = [this](MessageTitle title, std::string_view text) {
     popups.push_back({std::string(title.words), std::string(text)});
+    if (title.kind == MessageKind::Error) ++errors;
   };
   recorder.confirm = [this](std::string_view title, std::string_view text) {
     popups.push_back({std::string(title), std::string(text)});

@@ -33,6 +33,7 @@ class StoreTest : public ::testing::Test {
   std::vector<std::string> PopupTexts() const;
 
   std::vector<SeenPopup> popups;
+  int errors = 0;  // messages among them that are errors
   std::vector<std::string> consoleLines;
   std::vector<FileRequest> fileRequests;
   std::deque<bool> answers;
