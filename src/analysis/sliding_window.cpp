@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cmath>
 #include <vector>
 
@@ -72,6 +73,7 @@ std::int64_t BestWideWindow(std::span<const float> trace, std::size_t start, std
 
 std::int64_t BestWindow(std::span<const float> trace, std::int64_t start, std::int64_t positions,
                         float baseline, std::int64_t width) {
+  assert(width >= 1);
   const auto length = static_cast<std::int64_t>(trace.size());
   const std::int64_t last = std::clamp<std::int64_t>(positions, 0, length - 1 - start);
   const auto first = static_cast<std::size_t>(start);

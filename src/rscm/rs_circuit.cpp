@@ -1,6 +1,7 @@
 #include "rscm/rs_circuit.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <cstddef>
 #include <numeric>
@@ -36,6 +37,7 @@ float LagFactor(const RsCircuit& c, float lagFc) {
 template <typename Scale>
 void CorrectEach(std::span<float> current, const RsCircuit& circuit, const RsFractions& fractions,
                  Scale scale) {
+  assert(circuit.dt > 0.0F);
   if (current.empty()) return;
   const RsCircuit c = circuit;  // a copy, which no write to the trace can touch
   const float lag = LagFactor(c, fractions.lagFc);
@@ -111,6 +113,7 @@ void CorrectNonlinear(std::span<float> current, const RsCircuit& circuit, const 
 }
 
 void FilterConductance(std::span<float> trace, const RsCircuit& circuit) {
+  assert(circuit.dt > 0.0F && circuit.rs > 0.0F && circuit.rm > 0.0F && circuit.cm >= 0.0F);
   if (trace.empty()) return;
   const RsCircuit c = circuit;
   const float access = 1.0F / c.rs;
@@ -129,6 +132,7 @@ void FilterConductance(std::span<float> trace, const RsCircuit& circuit) {
 }
 
 void FilterVoltage(std::span<float> trace, const RsCircuit& circuit) {
+  assert(circuit.dt > 0.0F && circuit.rs > 0.0F && circuit.rm > 0.0F && circuit.cm >= 0.0F);
   const RsCircuit c = circuit;
   const float both = c.rm + c.rs;
   const float parallel = c.rm * c.rs / both;
