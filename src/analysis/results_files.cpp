@@ -83,14 +83,21 @@ std::string Listed(std::initializer_list<double> values) {
   return text;
 }
 
+/// Fields of what was not fitted.
+std::string DashedFields(int count) {
+  std::string text;
+  for (int k = 0; k < count; ++k) text += Dashes;
+  return text;
+}
+
 /// The fields of one fitted quantity: one component, two components, or dashes.
 std::string FitFields(double first, double second) {
   switch (Fit.FitMode) {
     case 0:
-      return std::string(Dashes) + Dashes + Dashes;
+      return DashedFields(3);
     case FitDecay:
     case FitRise:
-      return Listed({first}) + Dashes + Dashes;
+      return Listed({first}) + DashedFields(2);
     case FitTwoDecays:
       return "\"   ---\",\t" + Listed({first, second});
     default:
@@ -99,7 +106,7 @@ std::string FitFields(double first, double second) {
 }
 
 std::string FitQuality(double offset, double goodness) {
-  if (Fit.FitMode == 0) return std::string(Dashes) + Dashes;
+  if (Fit.FitMode == 0) return DashedFields(2);
   std::string text = " ";
   return text.append(Fixed(offset, 4)).append(", ").append(Fixed(goodness, 6)).append(", ");
 }
