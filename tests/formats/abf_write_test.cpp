@@ -4,6 +4,7 @@
 
 #include "formats/abf/abf.h"
 #include "formats/abf/byte_source.h"
+#include "support/abf_sweeps.h"
 #include "support/small_disk.h"
 #include "support/store_test.h"
 
@@ -35,18 +36,7 @@ class AbfWrite : public ::testing::Test {
     ASSERT_EQ(writer, nullptr);
   }
 
-  /// The sweeps of the file as they are read.
-  std::vector<std::vector<float>> ReadBack() {
-    int longest = 0;
-    int count = 0;
-    const AbfHandle file = OpenABFFile(path, read, longest, count);
-    std::vector<std::vector<float>> sweeps;
-    for (int sweep = 1; file != nullptr && sweep <= count; ++sweep) {
-      sweeps.emplace_back(static_cast<std::size_t>(SweepLength(*file, sweep)));
-      ReadSweep(*file, 0, sweep, 0, sweeps.back());
-    }
-    return sweeps;
-  }
+  std::vector<std::vector<float>> ReadBack() { return AbfSweeps(path, read); }
 
   template <class Number>
   Number Field(std::size_t offset) const {

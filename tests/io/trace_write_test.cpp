@@ -13,6 +13,7 @@
 #include "screen/screen.h"
 #include "sim/result_store.h"
 #include "sim/run_panel.h"
+#include "support/abf_sweeps.h"
 #include "support/pressing.h"
 #include "support/small_disk.h"
 #include "support/store_test.h"
@@ -35,18 +36,7 @@ class TraceWriteTest : public PanelTest {
     WriteRunParameters();
   }
 
-  /// The sweeps of the file as a reader of recordings finds them; its header comes out in `header`.
-  std::vector<std::vector<float>> ReadBack() {
-    int longest = 0;
-    int count = 0;
-    const AbfHandle file = OpenABFFile(path, header, longest, count);
-    std::vector<std::vector<float>> sweeps;
-    for (int sweep = 1; file != nullptr && sweep <= count; ++sweep) {
-      sweeps.emplace_back(static_cast<std::size_t>(SweepLength(*file, sweep)));
-      ReadSweep(*file, 0, sweep, 0, sweeps.back());
-    }
-    return sweeps;
-  }
+  std::vector<std::vector<float>> ReadBack() { return AbfSweeps(path, header); }
 
   template <typename Number>
   static Number At(const std::string& bytes, std::size_t offset) {

@@ -1,0 +1,24 @@
+// What a reader of recordings finds in an ABF file.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/abf/abf.h"
+
+namespace zelvane {
+
+/// The sweeps of channel 0, empty when the file cannot be read. Its header comes out in `header`.
+inline std::vector<std::vector<float>> AbfSweeps(const std::string& path, AbfHeader& header) {
+  int longest = 0;
+  int count = 0;
+  const AbfHandle file = OpenABFFile(path, header, longest, count);
+  std::vector<std::vector<float>> sweeps;
+  for (int sweep = 1; file != nullptr && sweep <= count; ++sweep) {
+    sweeps.emplace_back(static_cast<std::size_t>(SweepLength(*file, sweep)));
+    ReadSweep(*file, 0, sweep, 0, sweeps.back());
+  }
+  return sweeps;
+}
+
+}  // namespace zelvane
