@@ -5,6 +5,7 @@
 
 #include "model/model_store.h"
 #include "screen/screen.h"
+#include "shell/entry.h"
 #include "shell/stores.h"
 #include "shell/undo.h"
 #include "stimulus/stimulus_store.h"
@@ -80,6 +81,22 @@ TEST_F(ApplicationTest, ARightClickOnAnyControlExplainsItAndChangesNothing) {
     ASSERT_EQ(popups.size(), 1U) << control.name;
     EXPECT_EQ(popups[0].title, control.helpActs ? "? Main Panel Help" : "? Help") << control.name;
     EXPECT_FALSE(popups[0].text.empty()) << control.name << " (" << control.command << ") has no help";
+  }
+  EXPECT_EQ(StoreDigest(), before);
+}
+
+TEST_F(ApplicationTest, ATextThatIsNoNumberChangesNoControl) {
+  Start();
+  const std::string before = StoreDigest();
+  for (Control& control : Screen.controls) {
+    if (control.kind != ControlKind::Number) continue;
+    const std::string shown = ShownText(control);
+    for (const char* text : {"", "x", "1.000,5", "nan", "inf", "1e999"}) {
+      EXPECT_NE(CheckTyped(control, text), "") << control.name << " <- " << text;
+      EXPECT_NE(EnterTyped(control, text), "") << control.name << " <- " << text;
+      EXPECT_NE(TypeInto(control, text), "") << control.name << " <- " << text;
+    }
+    EXPECT_EQ(ShownText(control), shown) << control.name;
   }
   EXPECT_EQ(StoreDigest(), before);
 }
