@@ -1,93 +1,70 @@
 // The panel on which one rate's dependence is set.
 #include "model/model.h"
 #include "model/model_panels.h"
-#include "support/pressing.h"
-#include "support/store_test.h"
+#include "screen/screen.h"
+#include "support/drive_test.h"
 
 namespace zelvane {
 namespace {
 
-using DependencePanelTest = PanelTest;
+using DependencePanelTest = DriveTest;
 
 TEST_F(DependencePanelTest, OpensForTheRateOfItsButton) {
-  for (const auto& [command, code] : {std::pair{"FxnDepend1On", "102"},
-                                      {"FxnDepend31Off", "2019"},
-                                      {"FxnDepend15On", "712"},
-                                      {"fxndep1207", "1207"},
-                                      {"fxndep0120", "120"}}) {
-    PressCommand(command);
-    EXPECT_TRUE(PanelVisible("DependencePanel"));
-    EXPECT_EQ(Shown("DependCode"), code);
-  }
+  std::string script;
+  for (const char* button : {"FxnDepend1On", "FxnDepend31Off", "FxnDepend15On", "fxndep1207", "fxndep0120"})
+    script += std::string("press ") + button + "; control DependCode; ";
+  EXPECT_EQ(Told(script), (Values{"102", "2019", "712", "1207", "120"}));
+  EXPECT_TRUE(PanelVisible("DependencePanel"));
 }
 
+constexpr char Settings[] =
+    "enter DependDrug[4] 1; enter DependVolt 1; set DependSteepness -0.5; set DependTemperature 37; "
+    "set DrugLabel[4] Glycine; ";
+
 TEST_F(DependencePanelTest, StoresTheSettingsOfAGridRateWhenClosed) {
-  PressCommand("FxnDepend1Off");
-  Enter("DependDrug[4]", "1");
-  Enter("DependVolt", "1");
-  TypeOnly("DependSteepness", "-0.5");
-  TypeOnly("DependTemperature", "37");
-  TypeOnly("DrugLabel[4]", "Glycine");
-  EXPECT_EQ(Model.Depend.Drug[4][2][1], 0);
-  PressCommand("FxnExitConc");
-  EXPECT_FALSE(PanelVisible("DependencePanel"));
-  EXPECT_EQ(Model.Depend.Drug[4][2][1], 1);
-  EXPECT_EQ(Model.Depend.Volt[2][1], 1);
-  EXPECT_EQ(Model.Depend.Steepness[2][1], -0.5F);
-  EXPECT_EQ(Model.Depend.Range[2][1], 37.0F);
-  EXPECT_EQ(Model.Temperature, 25.0F) << "the temperature of the program follows its own field's commit";
-  EXPECT_EQ(Model.DrugLabel[4], "Glycine");
-  EXPECT_EQ(Model.Depend.Drug[4][1][2], 0);
-  EXPECT_EQ(Model.TableDepend.Drug[4][2][1], 0);
-  PressCommand("FxnDepend1Off");  // another rate keeps what was set for the first
-  TypeOnly("DependSteepness", "1e300");
-  PressCommand("FxnDepend1On");
-  EXPECT_EQ(ControlNumber("DependDrug[4]"), 0.0);
-  EXPECT_EQ(Model.Depend.Steepness[2][1], std::numeric_limits<float>::max()) << "held to its bound";
+  EXPECT_EQ(Told("press FxnDepend1Off; " + std::string(Settings) +
+                 "get DrugDepend[4][2][1]; press FxnExitConc; panels; get DrugDepend[4][2][1]; "
+                 "get VoltDepend[2][1]; get VoltSteepness[2][1]; get VoltRange[2][1]; "
+                 "get DrugDepend[4][1][2]; get TableDrugDepend[4][2][1]; get DrugLabel[4]; get Temperature"),
+            (Values{0, {"MainPanel"}, 1, 1, -0.5, 37, 0, 0, "Glycine", 25}))
+      << "the temperature of the program follows its own field's commit";
 }
 
 TEST_F(DependencePanelTest, StoresTheSettingsOfATableRateAndMarksItsButton) {
-  PressCommand("FxnTableModel");
-  PressCommand("fxndep0107");
-  Enter("DependDrug[2]", "1");
-  Enter("DependVolt", "1");
-  TypeOnly("DependTemperature", "37");
-  PressCommand("FxnExitConc");
-  EXPECT_EQ(Model.TableDepend.Drug[2][1][7], 1);
-  EXPECT_EQ(Model.TableDepend.Range[1][7], 37.0F);
-  EXPECT_EQ(Model.Temperature, 37.0F);
-  EXPECT_EQ(Model.Depend.Drug[2][1][7], 0);
-  EXPECT_EQ(ControlNamed("TableDepend[1][7]").colour, "green");
-  EXPECT_EQ(ControlNamed("TableDepend[1][7]").label, "2V");
-  PressCommand("fxndep0107");
-  EXPECT_EQ(ControlNumber("DependDrug[2]"), 1.0);
-  EXPECT_EQ(ControlNumber("DependDrug[1]"), 0.0);
-  Enter("DependDrug[2]", "0");
-  Enter("DependVolt", "0");
-  PressCommand("FxnExitConc");
-  EXPECT_EQ(Model.TableDepend.Volt[1][7], 0);
-  EXPECT_EQ(ControlNamed("TableDepend[1][7]").colour, "");
+  const std::string drugs = "get TableDrugDepend[4][2][1]; get DrugDepend[4][2][1]; ";
+  EXPECT_EQ(Told("press FxnTableModel; press fxndep0201; " + std::string(Settings) + drugs +
+                 "press FxnExitConc; " + drugs +
+                 "get TableVoltDepend[2][1]; get TableVoltSteepness[2][1]; get TableVoltRange[2][1]; "
+                 "get Temperature; control TableDepend[2][1]"),
+            (Values{0, 0, 1, 0, 1, -0.5, 37, 37, nullptr, "green"}));
+  EXPECT_EQ(ControlNamed("TableDepend[2][1]").label, "4V");
+}
+
+TEST_F(DependencePanelTest, ShowsWhatWasSetAndAnotherRateKeepsTheFirstOnes) {
+  EXPECT_EQ(Told("press FxnTableModel; press fxndep0201; " + std::string(Settings) +
+                 "press FxnExitConc; press fxndep0201; control DependDrug[4]; control DependDrug[1]; "
+                 "enter DependDrug[4] 0; enter DependVolt 0; set DependSteepness 1e300; press fxndep0102; "
+                 "control DependDrug[4]; get TableVoltDepend[2][1]; get TableVoltSteepness[2][1]; "
+                 "control TableDepend[2][1]"),
+            (Values{1, 0, 0, 0, 3.40282347e+38, nullptr}));
 }
 
 TEST_F(DependencePanelTest, ShowsTheCoefficientInBothForms) {
-  PressCommand("FxnDepend1On");
-  Enter("DependSteepness", "1");
-  EXPECT_EQ(Shown("DependGrowth"), "Voltage    kv=k exp(38.91535 Vh)");
-  EXPECT_EQ(Shown("DependEfold"), "Voltage    kv=k exp(Vh / 0.02570)");
-  Enter("DependTemperature", "10");
-  EXPECT_EQ(Model.Temperature, 10.0F);
-  EXPECT_EQ(Shown("DependGrowth"), "Voltage    kv=k exp(40.97683 Vh)");  // 11603 / 283.16
+  EXPECT_EQ(Told("press FxnDepend1On; enter DependSteepness 1; control DependGrowth; control DependEfold; "
+                 "enter DependTemperature 10; get Temperature; control DependGrowth"),
+            (Values{"Voltage    kv=k exp(38.91535 Vh)", "Voltage    kv=k exp(Vh / 0.02570)", 10,
+                    "Voltage    kv=k exp(40.97683 Vh)"}));  // 11603 / 283.16
 }
 
 TEST_F(DependencePanelTest, WhatAFileBringsIsShownAndClosedAway) {
-  PressCommand("FxnDepend1On");
+  Run("press FxnDepend1On");
   Model.Depend.Volt[1][2] = 2;
   Model.Depend.Steepness[1][2] = 2.0F;
   RefreshModelPanels();
   EXPECT_EQ(ControlNamed("KOn[1]").colour, "green");
   EXPECT_EQ(ControlNumber("DependVolt"), 2.0);
   EXPECT_EQ(ControlNumber("DependSteepness"), 2.0);
-  PressCommand("FxnExitConc");
+  Press(*FindCommand("FxnExitConc"));
   EXPECT_EQ(Model.Depend.Steepness[1][2], 2.0F) << "an open panel does not overwrite the file's";
   EXPECT_EQ(Model.Depend.Volt[1][2], 0) << "a flag of two goes with the next close";
 }

@@ -1,90 +1,56 @@
 // The table's panel, the switch between the forms and the transfers.
-#include "model/model.h"
-#include "model/model_panels.h"
-#include "support/pressing.h"
-#include "support/store_test.h"
+#include "screen/screen.h"
+#include "support/drive_test.h"
 
 namespace zelvane {
 namespace {
 
-using FormsPanelTest = PanelTest;
+using FormsPanelTest = DriveTest;
 
 TEST_F(FormsPanelTest, SwitchingMovesNoRateAndKeepsWhatWasTyped) {
-  TypeOnly("KOn[1]", "11");
-  PressCommand("FxnTableModel");
-  EXPECT_EQ(Model.ModelIs2D, 0);
-  EXPECT_TRUE(PanelVisible("TableModelPanel"));
-  EXPECT_EQ(Model.KOn[1], 11.0);
-  EXPECT_EQ(Model.TableRate[1][2], 0.0F);
-  TypeOnly("TableRate[3][1]", "31");
+  const nlohmann::json both{"MainPanel", "TableModelPanel"};
+  const nlohmann::json main{"MainPanel"};
+  EXPECT_EQ(
+      Told("set KOn[1] 11; press FxnTableModel; get ModelIs2D; panels; get KOn[1]; get TableRate[1][2]; "
+           "set TableRate[3][1] 31; enter TableRate[1][7] 3.5; get TableRate[3][1]; "
+           "control TableRate[3][1]; enter TableRate[1][7] 0; control TableRate[1][7]; press fxnquit; "
+           "panels; get ModelIs2D; press FxnMainModel; get ModelIs2D; panels; get KOn[1]; control KOn[1]"),
+      (Values{0, both, 11, 0, 31, 31, "mark", 0, main, 0, 1, main, 11, 11}))
+      << "a cell takes over all that is typed, and a closed table is still the model that runs";
   EXPECT_EQ(FindCommand("fxnk0707"), nullptr) << "the diagonal has no cell";
   EXPECT_EQ(FindCommand("fxnk0107"), FindControl("TableRate[1][7]"));
-  Enter("TableRate[1][7]", "3.5");
-  EXPECT_EQ(Model.TableRate[3][1], 31.0F) << "a cell takes over all that is typed";
-  EXPECT_EQ(ControlNamed("TableRate[3][1]").colour, "mark");
-  Enter("TableRate[1][7]", "0");
-  EXPECT_EQ(ControlNamed("TableRate[1][7]").colour, "");
-  PressCommand("fxnquit");
-  EXPECT_FALSE(PanelVisible("TableModelPanel"));
-  EXPECT_EQ(Model.ModelIs2D, 0) << "a closed table is still the model that runs";
-  PressCommand("FxnMainModel");
-  EXPECT_EQ(Model.ModelIs2D, 1);
-  EXPECT_FALSE(PanelVisible("TableModelPanel"));
-  EXPECT_EQ(Screen.PanelTag, "MN");
-  EXPECT_EQ(Model.KOn[1], 11.0);
-  EXPECT_EQ(ControlNamed("KOn[1]").number, 11.0);
 }
 
-TEST_F(FormsPanelTest, EachClearLeavesTheOtherFormAndWhatIsTypedThere) {
-  Enter("KOn[1]", "5");
-  TypeOnly("TableRate[1][2]", "6");
-  answers = {true, true};
-  PressCommand("FxnClear2DModel");
-  EXPECT_EQ(Model.KOn[1], 0.0);
-  EXPECT_EQ(Model.TableRate[1][2], 6.0F);
-  EXPECT_EQ(Model.TableStateLabel[1], "1");
-  TypeOnly("KOn[1]", "7");
-  PressCommand("FxnClearTModel");
-  EXPECT_EQ(popups.back().text,
+TEST_F(FormsPanelTest, EachClearLeavesWhatIsTypedIntoTheOtherForm) {
+  const auto lines =
+      Run("enter KOn[1] 5; set TableRate[1][2] 6; answer yes; press FxnClear2DModel; get KOn[1]; "
+          "get TableRate[1][2]; set KOn[1] 7; answer yes; press FxnClearTModel; get KOn[1]; "
+          "control TableRate[1][2]; control TableStateLabel[1]");
+  EXPECT_EQ(Told(lines), (Values{0, 6, 7, 0, ""}));
+  EXPECT_EQ(lines[3]["text"],
             "Are you sure you want to clear all Table rate constants and concentation dependence?");
-  EXPECT_EQ(Model.KOn[1], 7.0);
-  EXPECT_EQ(ControlNamed("TableRate[1][2]").number, 0.0);
-  EXPECT_EQ(ControlNamed("TableRate[1][2]").colour, "");
-  EXPECT_EQ(Shown("TableStateLabel[1]"), "");
 }
 
 TEST_F(FormsPanelTest, TheGridIsCopiedIntoTheTableAsItStandsOnThePanel) {
-  for (const char* state : {"StateOn[1]", "StateOn[2]"}) Enter(state, "1");
-  TypeOnly("KOn[1]", "5");
-  TypeOnly("KOn[2]", "6");  // state 3 is off
-  TypeOnly("StateLabel[1]", "C0");
-  Model.Depend.Drug[3][1][2] = 1;
-  PressCommand("FxnGetGraphModel");
-  EXPECT_EQ(ControlNamed("TableRate[1][2]").number, 5.0);
-  EXPECT_EQ(ControlNamed("TableRate[1][2]").colour, "mark");
-  EXPECT_EQ(Model.TableRate[2][3], 0.0F);
-  EXPECT_EQ(Model.TableStateLabel[1], "C0");
-  EXPECT_EQ(Shown("TableStateLabel[1]"), "C0");
-  EXPECT_EQ(ControlNamed("TableDepend[1][2]").colour, "green");
-  EXPECT_EQ(ControlNamed("TableDepend[2][1]").colour, "");
+  EXPECT_EQ(Told("enter StateOn[1] 1; enter StateOn[2] 1; set KOn[1] 5; set KOn[2] 6; set StateLabel[1] C0; "
+                 "press FxnDepend1On; enter DependDrug[3] 1; press FxnExitConc; press FxnGetGraphModel; "
+                 "control TableRate[1][2]; get TableRate[2][3]; get TableStateLabel[1]; "
+                 "control TableStateLabel[1]; control TableDepend[1][2]; control TableDepend[2][1]"),
+            (Values{5, "mark", 0, "C0", "C0", nullptr, "green", nullptr}))
+      << "state 3 is off";
 }
 
 TEST_F(FormsPanelTest, TheTableIsCopiedIntoTheGridWithAWarningForWhatStaysBehind) {
-  PressCommand("FxnTableModel");
-  TypeOnly("TableStateLabel[2]", "Open");
-  TypeOnly("TableRate[1][2]", "5");
-  PressCommand("FxnSetGraphModel");
-  EXPECT_TRUE(popups.empty());
-  EXPECT_EQ(Model.ModelIs2D, 1);
-  EXPECT_FALSE(PanelVisible("TableModelPanel"));
-  EXPECT_EQ(ControlNamed("KOn[1]").number, 5.0);
-  EXPECT_EQ(Shown("StateLabel[2]"), "Open");
-  EXPECT_EQ(ControlNamed("StateOn[2]").number, 1.0);
-  Enter("TableRate[1][7]", "1");
-  PressCommand("FxnSetGraphModel");
-  EXPECT_EQ(popups.back(),
-            (SeenPopup{"! Warning", "All rate constants for 3D model do not transfer to 2D model."}));
-  EXPECT_EQ(Model.KOn[1], 5.0);
+  EXPECT_EQ(Told("press FxnTableModel; set TableStateLabel[2] Open; set TableRate[1][2] 5; "
+                 "press FxnSetGraphModel; panels; get ModelIs2D; control KOn[1]; control StateLabel[2]; "
+                 "control StateOn[2]; enter TableRate[1][7] 1; press FxnSetGraphModel; get KOn[1]"),
+            (Values{{"MainPanel"},
+                    1,
+                    5,
+                    "Open",
+                    1,
+                    "All rate constants for 3D model do not transfer to 2D model.",
+                    5}));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <numeric>
 #include <utility>
 
+#include "screen/screen.h"
 #include "support/drive_test.h"
 
 namespace zelvane {
@@ -66,52 +67,46 @@ TEST_F(TraceViewsTest, ACornerTypedInEitherFieldReachesTheFilterAndTheOtherField
 }
 
 TEST_F(TraceViewsTest, AFilterThatCannotBeMadeIsToldAndLeavesTheTrace) {
-  const auto lines =
-      Run("enter NumPoints 30\nenter ADInterval 0.01\npress FxnMenuFilter\npress FxnRectNoise\nslice "
-          "SimTrace 0 30\n"
-          "enter AutoFilterFc 4.6\npress FxnApplyFilter\nset AutoFilterFc 0.05\npress FxnApplyFilter\n"
-          "set AutoFilterFc -2\npress FxnApplyFilter\nslice SimTrace 0 30\nenter AutoFilterFc 5\n"
-          "press FxnApplyFilter\nslice SimTrace 0 30");
-  ASSERT_EQ(lines.size(), 6U);
-  EXPECT_EQ(lines[1].at("text"), "Requested filtering is too light; too few points to filter.");
-  EXPECT_EQ(lines[2].at("text"), "Requested filtering is too heavy; too many points to filter.");
-  EXPECT_EQ(lines[3].at("text"), "The corner of the filter must be above 0 kHz.");
-  EXPECT_EQ(lines[4], lines[0]);
-  EXPECT_NE(lines[5], lines[0]) << "10 coefficients a side pass";
+  const auto told = Told(
+      "enter NumPoints 30\nenter ADInterval 0.01\npress FxnMenuFilter\npress FxnRectNoise\nslice SimTrace 0 30\n"
+      "enter AutoFilterFc 4.6\npress FxnApplyFilter\nset AutoFilterFc 0.05\npress FxnApplyFilter\n"
+      "set AutoFilterFc -2\npress FxnApplyFilter\nslice SimTrace 0 30\nenter AutoFilterFc 5\n"
+      "press FxnApplyFilter\nslice SimTrace 0 30");
+  EXPECT_EQ(Values(told.begin() + 1, told.end() - 1),
+            (Values{"Requested filtering is too light; too few points to filter.",
+                    "Requested filtering is too heavy; too many points to filter.",
+                    "The corner of the filter must be above 0 kHz.", told.front()}));
+  EXPECT_NE(told.back(), told.front()) << "10 coefficients a side pass";
 }
 
 TEST_F(TraceViewsTest, TransformsWorkOnWhatTheTraceHolds) {
-  const auto lines =
-      Run("enter NumPoints 10\nenter ADInterval 0.5\npress FxnMenuTransform\nset AddConstant 3\npress "
-          "FxnAdd\npress FxnAdd\n"
-          "enter MultiplyConstant -2\npress FxnMultiply\nslice SimTrace 0 11\ngraph RsCorrectionPanel.trace\n"
-          "set ParseConstant 4\npress FxnParseData\nget NumPoints\nget ADInterval\nget TraceParsed\npress "
-          "FxnSimRefresh");
-  EXPECT_EQ(lines.at(0).at("value"), nlohmann::json({-12, -12, -12, -12, -12, -12, -12, -12, -12, -12, 0}));
-  EXPECT_EQ(lines.at(1).at("plots").at(0).at("count"), 10);
-  EXPECT_EQ(lines.at(2).at("text"),
-            "The time interval has been changed since last simulation; do NOT refresh data.");
-  EXPECT_EQ(lines.at(3).at("value"), 3);
-  EXPECT_EQ(lines.at(4).at("value"), 2);
-  EXPECT_EQ(lines.at(5).at("value"), 1);
-  EXPECT_EQ(lines.back().at("text"), "Cannot refresh since data has been parsed (resampled).");
+  EXPECT_EQ(
+      Told(
+          "enter NumPoints 10\nenter ADInterval 0.5\npress FxnMenuTransform\nset AddConstant 3\npress FxnAdd\n"
+          "press FxnAdd\nenter MultiplyConstant -2\npress FxnMultiply\nslice SimTrace 0 11\n"
+          "set ParseConstant 4\npress FxnParseData\nget NumPoints\nget ADInterval\nget TraceParsed\n"
+          "press FxnSimRefresh"),
+      (Values{{-12, -12, -12, -12, -12, -12, -12, -12, -12, -12, 0},
+              "The time interval has been changed since last simulation; do NOT refresh data.",
+              3,
+              2,
+              1,
+              "Cannot refresh since data has been parsed (resampled)."}));
+  EXPECT_EQ(GraphNamed("RsCorrectionPanel.trace").plots.at(0).y.size(), 3U);
 }
 
 TEST_F(TraceViewsTest, AnExportAppendsItsBlock) {
   const std::string path = folder.File("out.asc");
-  const auto lines =
-      Run("choose " + path +
-          "\npress ExportTrace\nenter NumPoints 3\nenter ADInterval 0.5\n"
-          "press FxnMenuFilter\nset AutoNoiseSTD 0\npress FxnCreateGaussNoise\npress FxnMenuTransform\n"
-          "set AddConstant -1.5\npress FxnAdd\npress ExportTrace\nchoose " +
-          path +
-          "\npress ExportTrace\nchoose /no/such/folder/x.asc\npress ExportTrace\n"
-          "press ExportAnalysis");
-  EXPECT_EQ(lines.at(0).at("text"), "There is no trace to export.");
+  const std::string exporting = "choose " + path + "\npress ExportTrace\n";
+  EXPECT_EQ(
+      Told(
+          "press ExportTrace\nenter NumPoints 3\nenter ADInterval 0.5\npress FxnMenuFilter\nset AutoNoiseSTD 0\n"
+          "press FxnCreateGaussNoise\npress FxnMenuTransform\nset AddConstant -1.5\npress FxnAdd\n" +
+          exporting + exporting + "choose /no/such/folder/x.asc\npress ExportTrace\npress ExportAnalysis"),
+      (Values{"There is no trace to export.", "IO Error 100: FileOpen failed",
+              "No exponential fit has been made: there is no curve to export."}));
   const std::string block = "5.000000e-01\n-1.500000e+00\n-1.500000e+00\n-1.500000e+00\n";
   EXPECT_EQ(ReadWholeFile(path), block + block);
-  EXPECT_EQ(lines.at(lines.size() - 2).at("text"), "IO Error 100: FileOpen failed");
-  EXPECT_EQ(lines.back().at("text"), "No exponential fit has been made: there is no curve to export.");
 }
 
 TEST_F(TraceViewsTest, AnExportLeavesTheRecordingThatItComesFrom) {
@@ -121,6 +116,30 @@ TEST_F(TraceViewsTest, AnExportLeavesTheRecordingThatItComesFrom) {
   EXPECT_EQ(lines.back().at("text"),
             path + " is the file that the trace was read from. Choose another name.");
   EXPECT_EQ(ReadWholeFile(path), "0.5\n1\n2\n");
+}
+
+TEST_F(TraceViewsTest, LimitsOfTheGraphPropertiesHoldInTheUnitOfTheAxisAndWrongOnesLeaveTheView) {
+  for (const auto& [task, name, perMs] :
+       {std::tuple{"", "MainPanel", 1.0}, {"press Analysis\n", "AnalysisPanel", 20.0}}) {
+    const std::string view = FormatText("graph %s\n", name);
+    const auto lines =
+        Run(std::string("enter NumPoints 1000\nenter ADInterval 0.05\npress FxnMenuFilter\n") +
+            "press FxnRectNoise\n" + task + view + "press FxnGraphProperties\nget GraphRightSample\n" +
+            "enter GraphAutoX 0\nenter GraphAutoY 0\nenter GraphLeftTime 40\nenter GraphRightTime 30\n" +
+            "press GraphPropertiesOk\nenter GraphRightTime 45\nenter GraphYMin 5\nenter GraphYMax 5\n" +
+            "press GraphPropertiesOk\n" + view + "enter GraphYMax 7\npress GraphPropertiesOk\n" + view +
+            "press FxnScaleAxes\n" + view);
+    ASSERT_EQ(lines.size(), 7U) << name;
+    EXPECT_EQ(lines[2]["text"], "The left limit must be below the right limit.");
+    EXPECT_EQ(lines[3]["text"], "The lower limit must be below the upper limit.");
+    EXPECT_EQ(lines[4], lines[0]);
+    const auto& axes = lines[5]["axes"];
+    EXPECT_NEAR(axes["x"]["min"].get<double>(), 40.0 * perMs, 1e-6);
+    EXPECT_NEAR(axes["x"]["max"].get<double>(), 45.0 * perMs, 1e-6);
+    EXPECT_EQ(axes["y"]["min"], 5);
+    EXPECT_EQ(axes["y"]["max"], 7);
+    EXPECT_EQ(lines[6]["axes"]["x"]["scaling"], "auto");
+  }
 }
 
 TEST_F(TraceViewsTest, AZoomedAnalysisPlotExportsWhatLiesBetweenTheZoomCursors) {
@@ -159,11 +178,12 @@ TEST_F(TraceViewsTest, WhatWasMeasuredOfATraceIsGoneWithIt) {
 }
 
 TEST_F(TraceViewsTest, ThePanelInFrontIsPrintedOrTheOneAskedFor) {
-  const auto lines =
-      Run("press FxnPrintSetup\npress RsCmFilterFxn\npress FxnPrintSetup\npress PrintAnalysis");
-  EXPECT_EQ(lines.at(0).at("print"), "MainPanel");
-  EXPECT_EQ(lines.at(1).at("print"), "RsCorrectionPanel");
-  EXPECT_EQ(lines.at(2).at("print"), "AnalysisPanel");
+  std::string printed;
+  for (const auto& line : Run("press FxnPrintSetup\npress PrintMainScreen\npress RsCmFilterFxn\n"
+                              "press FxnPrintSetup\npress PrintAnalysis")) {
+    printed += line.value("print", "?") + ' ';
+  }
+  EXPECT_EQ(printed, "MainPanel MainPanel RsCorrectionPanel AnalysisPanel ");
 }
 
 }  // namespace

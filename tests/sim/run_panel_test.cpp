@@ -1,8 +1,7 @@
 // Run settings on MainPanel: what a commit does beside storing its value, what is dimmed, what help says.
-#include <set>
-
 #include "sim/run_fixtures.h"
 #include "stimulus/stimulus.h"
+#include "support/drive_test.h"
 
 namespace zelvane {
 namespace {
@@ -14,53 +13,38 @@ class RunPanelTest : public RunTest {
     StimPanelRefresh();
     Show();
   }
-  static float Millivolts(int i) { return Stimulus.Profile[0][i] * 1000.0F; }
 };
 
-TEST_F(RunPanelTest, AsManyPointsOrMoreExtendTheVoltageWhenTheUserAgrees) {
-  Model.VHold = -80.0F;
-  Show();
-  Enter("NumPoints", "199");
-  EXPECT_TRUE(popups.empty());
-  Enter("NumPoints", "199");  // the user says no
-  EXPECT_EQ(popups.size(), 1U);
-  EXPECT_EQ(Millivolts(198), 0.0F);
-  Enter("NumPoints", "200");
-  popups.clear();
-  answers = {true};
-  Trace.TraceValid = 1;
-  ASSERT_TRUE(Enter("NumPoints", "300").empty());
-  EXPECT_EQ(popups,
-            (std::vector<SeenPopup>{{"! New length specified", "Extend voltage protocol with new Vhold?"}}));
-  EXPECT_EQ(Millivolts(198), 0.0F);
-  EXPECT_EQ(Millivolts(199), -80.0F);
-  EXPECT_EQ(Millivolts(299), -80.0F);
-  EXPECT_EQ(Millivolts(300), 0.0F);
-  EXPECT_EQ(Trace.TraceValid, 0);
-  EXPECT_EQ(ControlNamed("SweepLength").text, "3.000e+00ms");
+using RunScreenTest = DriveTest;
+
+TEST_F(RunScreenTest, AsManyPointsOrMoreExtendTheVoltageWhenTheUserAgrees) {
+  const auto lines = Run(
+      "enter StimMode MANUAL; enter NumPoints 200; answer no; enter VHold -62.5; enter NumPoints 199; "
+      "answer no; enter NumPoints 199; slice VoltageProfile 198 1; answer no; enter NumPoints 200; answer yes; "
+      "enter NumPoints 300; slice VoltageProfile 198 2; slice VoltageProfile 299 2; control SweepLength");
+  EXPECT_EQ(Told(lines), (Values{{0}, {0, -0.0625}, {-0.0625, 0}, "3.000e+00ms"}));
+  ASSERT_EQ(lines.size(), 8U);
+  EXPECT_EQ(lines[1]["title"], "! New length specified");
+  EXPECT_EQ(lines[1]["text"], "Extend voltage protocol with new Vhold?");
 }
 
-TEST_F(RunPanelTest, NumPointsIsHeldToItsLimitsAndNoLengthIsRefused) {
-  for (const auto& [typed, kept] :
-       {std::pair{"0", 200}, {"5000001", 5'000'001}, {"5000002", 5'000'000}, {"-1", 5'000'000}}) {
-    Enter("NumPoints", typed);
-    EXPECT_EQ(Model.NumPoints, kept) << typed;
-  }
-  EXPECT_EQ(ControlNamed("NumPoints").number, 5e6) << "the former value stands after a refusal";
-  Enter("ADInterval", "0");
-  EXPECT_EQ(Model.ADInterval, 0.01F);
+TEST_F(RunScreenTest, NumPointsIsHeldToItsLimitsAndNoLengthIsRefused) {
+  EXPECT_EQ(
+      Told("enter NumPoints 0; get NumPoints; enter NumPoints 5000001; get NumPoints; "
+           "enter NumPoints 5000002; get NumPoints; enter NumPoints -1; control NumPoints; get NumPoints; "
+           "enter ADInterval 0; control ADInterval"),
+      (Values{"A run needs at least one point.", 10240, 5'000'001, 5'000'000,
+              "A run needs at least one point.", 5'000'000, 5'000'000,
+              "The time between points must be above 0 ms.", 0.00999999978}));
 }
 
-TEST_F(RunPanelTest, TheHoldingPotentialReplacesTheProtocolWhenTheUserAgrees) {
-  for (const bool answer : {false, true}) {
-    answers = {answer};
-    Enter("VHold", "-70");
-    EXPECT_EQ(popups.back(),
-              (SeenPopup{"! New timeinterval specified", "Replace voltage protocol with new Vhold?"}));
-    EXPECT_EQ(Millivolts(0), answer ? -70.0F : 0.0F);
-    EXPECT_EQ(Millivolts(199), answer ? -70.0F : 0.0F);
-    EXPECT_EQ(Millivolts(200), 0.0F);
-  }
+TEST_F(RunScreenTest, TheHoldingPotentialReplacesTheProtocolWhenTheUserAgrees) {
+  const std::string profile = "enter VHold -62.5; slice VoltageProfile 0 1; slice VoltageProfile 199 2; ";
+  const auto lines =
+      Run("enter StimMode MANUAL; enter NumPoints 200; answer no; " + profile + "answer yes; " + profile);
+  EXPECT_EQ(Told(lines), (Values{{0}, {0, 0}, {-0.0625}, {-0.0625, 0}}));
+  EXPECT_EQ(lines[0]["title"], "! New timeinterval specified");
+  EXPECT_EQ(lines[0]["text"], "Replace voltage protocol with new Vhold?");
 }
 
 TEST_F(RunPanelTest, ANewIntervalClearsTheTraceAndItsPlots) {
@@ -71,6 +55,9 @@ TEST_F(RunPanelTest, ANewIntervalClearsTheTraceAndItsPlots) {
   EXPECT_EQ(Trace.TraceValid, 0);
   EXPECT_TRUE(GraphNamed("MainPanel").plots.empty());
   EXPECT_EQ(ControlNamed("SweepLength").text, "4.000e+00ms");
+  RunAsSet();
+  Enter("NumPoints", "199");
+  EXPECT_EQ(Trace.TraceValid, 0);
 }
 
 TEST_F(RunPanelTest, TheTimeAxisHasFewerDecimalsTheLongerTheSweep) {
@@ -92,36 +79,31 @@ TEST_F(RunPanelTest, SubunitsForceTheirFields) {
        {"StartAtEquilibrium", "NumIntervals", "ReseedSimulation", "AutoAnalyze", "ShowAllTraces"}) {
     EXPECT_EQ(FieldNumber(ControlNamed(name).field), 0.0) << name;
     EXPECT_EQ(ControlNamed(name).number, 0.0) << name;
-    EXPECT_TRUE(ControlNamed(name).dimmed) << name;
   }
 }
 
 TEST_F(RunPanelTest, FieldsThatHaveNoEffectAreDimmed) {
-  using Names = std::set<std::string>;
   struct Case {
     int kind, subunits, runs;
-    Names dimmed;
+    const char* dimmed;
   };
-  for (const Case& c :
-       {Case{FixedStepIntegrator,
-             0,
-             5,
-             {"Precision", "NumRuns", "NumIntervals", "ReseedSimulation", "AutoAnalyze", "ShowAllTraces"}},
-        Case{AdaptiveIntegrator, 0, 5, {"MaxStepSize", "NumRuns", "NumIntervals", "ReseedSimulation"}},
-        Case{MonteCarlo, 0, 5, {"MaxStepSize", "Precision"}},
-        Case{MonteCarlo, 0, 1, {"MaxStepSize", "Precision", "AutoAnalyze", "ShowAllTraces"}},
-        Case{MonteCarlo,
-             1,
-             5,
-             {"MaxStepSize", "Precision", "NumRuns", "NumIntervals", "ReseedSimulation", "AutoAnalyze",
-              "ShowAllTraces", "StartAtEquilibrium"}}}) {
+  for (
+      const Case& c :
+      {Case{FixedStepIntegrator, 0, 5,
+            "NumRuns NumIntervals Precision ReseedSimulation ShowAllTraces AutoAnalyze "},
+       Case{AdaptiveIntegrator, 0, 5, "NumRuns NumIntervals MaxStepSize ReseedSimulation "},
+       Case{MonteCarlo, 0, 5, "MaxStepSize Precision "},
+       Case{MonteCarlo, 0, 1, "MaxStepSize Precision ShowAllTraces AutoAnalyze "},
+       Case{
+           MonteCarlo, 1, 5,
+           "NumRuns NumIntervals MaxStepSize Precision StartAtEquilibrium ReseedSimulation ShowAllTraces AutoAnalyze "}}) {
     Model.SimulatorKind = c.kind;
     Model.MultiSubunit = c.subunits;
     Model.NumRuns = c.runs;
     UpdateDimming();
-    Names dimmed;
+    std::string dimmed;
     for (const Control* control : PanelNamed("MainPanel").controls) {
-      if (control->dimmed) dimmed.insert(control->name);
+      if (control->dimmed) dimmed += control->name + ' ';
     }
     EXPECT_EQ(dimmed, c.dimmed) << "kind " << c.kind << " subunits " << c.subunits << " runs " << c.runs;
   }

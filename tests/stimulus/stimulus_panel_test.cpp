@@ -1,14 +1,14 @@
 // The stimulus panel, pressed as a user does.
 #include <cmath>
-#include <set>
+#include <sstream>
 
 #include "model/model_store.h"
 #include "screen/screen.h"
 #include "stimulus/stimulus.h"
 #include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
+#include "support/drive_test.h"
 #include "support/pressing.h"
-#include "support/store_test.h"
 
 namespace zelvane {
 namespace {
@@ -25,53 +25,44 @@ class StimulusPanelTest : public PanelTest {
 };
 
 TEST_F(StimulusPanelTest, OnlyTheParametersOfTheModeCanBeEdited) {
-  using Names = std::set<std::string>;
-  const Names automatic{"AutoValue", "AutoStart", "AutoStop", "AutoDrugOrVolt", "AutoFilterOn"};
-  const Names manual{"StepAmp",    "StepStart",     "StepStop",     "StepDuration",
-                     "StepRamp",   "StepRiseTau",   "StepDecayTau", "TrainCount",
-                     "TrainDelay", "TrainInterval", "TrainExpFlag", "TrainRiseFlag"};
-  const Names exponential{"ExpStart", "ExpOffset", "ExpAmp1", "ExpTau1", "ExpComponents", "ExpRiseFlag"};
-  const Names rest{"ExpAmp2", "ExpTau2", "ExpRiseTau", "FilterFc"};
-  const auto expectOpen = [&](const Names& open) {
-    for (const Names& names : {automatic, manual, exponential, rest}) {
-      for (const std::string& name : names) {
-        EXPECT_EQ(ControlNamed(name).dimmed, !open.contains(name)) << name;
-      }
-    }
-  };
-  const auto with = [](Names names, std::initializer_list<const char*> more) {
-    names.insert(more.begin(), more.end());
-    return names;
+  const std::string automatic = "AutoValue AutoStart AutoStop AutoDrugOrVolt AutoFilterOn ";
+  const std::string manual =
+      "StepAmp StepStart StepStop StepDuration StepRamp StepRiseTau StepDecayTau TrainCount TrainDelay "
+      "TrainInterval TrainExpFlag TrainRiseFlag ";
+  const std::string exponential = "ExpStart ExpOffset ExpAmp1 ExpTau1 ExpComponents ExpRiseFlag ";
+  const auto open = [&] {
+    std::istringstream names(automatic + manual + exponential + "ExpAmp2 ExpTau2 ExpRiseTau FilterFc");
+    std::string found;
+    for (std::string name; names >> name;) found += ControlNamed(name).dimmed ? "" : name + ' ';
+    return found;
   };
   Stimulus.StimFromFile = 1;
-  for (const auto& [mode, open] : {std::pair{"USER", Names{}},
-                                   {"AUTOMATIC", with(automatic, {"FilterFc"})},
-                                   {"MANUAL", with(manual, {"FilterFc"})},
-                                   {"EXPONENTIAL", with(exponential, {"FilterFc"})}}) {
-    SCOPED_TRACE(mode);
+  for (const auto& [mode, parameters] : {std::pair{"USER", std::string()},
+                                         {"AUTOMATIC", automatic + "FilterFc "},
+                                         {"MANUAL", manual + "FilterFc "},
+                                         {"EXPONENTIAL", exponential + "FilterFc "}}) {
     Enter("StimMode", mode);
-    expectOpen(open);
+    EXPECT_EQ(open(), parameters) << mode;
   }
   Enter("ExpComponents", "2");
-  expectOpen(with(exponential, {"FilterFc", "ExpAmp2", "ExpTau2"}));
+  EXPECT_EQ(open(), exponential + "ExpAmp2 ExpTau2 FilterFc ");
   PressCommand("ExpRise");
-  expectOpen(with(exponential, {"FilterFc", "ExpAmp2", "ExpTau2", "ExpRiseTau"}));
+  EXPECT_EQ(open(), exponential + "ExpAmp2 ExpTau2 ExpRiseTau FilterFc ");
 }
 
-TEST_F(StimulusPanelTest, OpeningShowsTheProfileOfTheAutomaticStep) {
-  Stimulus.AutoDrugOrVolt = 1;
-  Stimulus.StimTarget = 4;
-  PressCommand("FxnStimulusButton");
-  EXPECT_TRUE(PanelVisible("StimulusPanel"));
-  EXPECT_EQ(Screen.PanelTag, "ST");
-  EXPECT_EQ(Stimulus.StimTarget, 0);
+using StimulusScreenTest = DriveTest;
+
+TEST_F(StimulusScreenTest, OpeningShowsTheProfileOfTheAutomaticStep) {
+  EXPECT_EQ(
+      Told("enter AutoDrugOrVolt 1; enter StimTarget 4; press FxnStimulusButton; panels; get StimTarget; "
+           "control StimSweepLength"),
+      (Values{{"StimulusPanel"}, 0, "1.024e+02ms"}));
+  const Graph& graph = GraphNamed("StimulusPanel");
+  EXPECT_EQ(graph.y.title, "Voltage (V)");
+  EXPECT_EQ(graph.plots.front().y.size(), 10240U);
+  EXPECT_NEAR(graph.plots.front().step, 0.01, 1e-9);
   EXPECT_EQ(ShownText(ControlNamed("StimTarget")), "Voltage");
-  EXPECT_EQ(GraphNamed("StimulusPanel").y.title, "Voltage (V)");
-  EXPECT_EQ(ShownPlot().y.size(), 10240U);
-  EXPECT_NEAR(ShownPlot().step, 0.01, 1e-9);
-  EXPECT_EQ(ShownText(ControlNamed("StimSweepLength")), "1.024e+02ms");
-  PressCommand("FxnStimDone");
-  EXPECT_FALSE(PanelVisible("StimulusPanel"));
+  Press(*FindCommand("FxnStimDone"));
   EXPECT_EQ(Screen.PanelTag, "MN");
 }
 
@@ -100,16 +91,11 @@ TEST_F(StimulusPanelTest, TheTargetNamesTheAxis) {
   EXPECT_TRUE(GraphNamed("StimulusPanel").y.log);
 }
 
-TEST_F(StimulusPanelTest, DurationAndStopFollowEachOther) {
-  Enter("StimMode", "MANUAL");
-  Enter("StepStart", "10");
-  EXPECT_EQ(ControlNumber("StepDuration"), 89.0);
-  Enter("StepDuration", "5");
-  EXPECT_EQ(Stimulus.StepStop, 15.0F);
-  EXPECT_EQ(ControlNumber("StepStop"), 15.0);
-  Enter("StepDuration", "1e300");
-  EXPECT_EQ(PopupTexts(), std::vector<std::string>{"This duration is too long."});
-  EXPECT_EQ(ControlNumber("StepDuration"), 5.0);
+TEST_F(StimulusScreenTest, DurationAndStopFollowEachOther) {
+  EXPECT_EQ(Told("press FxnStimulusButton; enter StimMode MANUAL; enter StepStart 10; control StepDuration; "
+                 "enter StepDuration 5; get StepStop; control StepStop; enter StepDuration 1e300; "
+                 "control StepDuration"),
+            (Values{89, 15, 15, "This duration is too long.", 5}));
 }
 
 TEST_F(StimulusPanelTest, TrainReadoutsFollowTheFields) {
@@ -166,20 +152,15 @@ TEST_F(StimulusPanelTest, TheFifthModeSaysSoAndBecomesUser) {
 
 // -- The table --
 
-TEST_F(StimulusPanelTest, TheTableHoldsAGroupAColumnFromColumnTwo) {
-  Table& table = TableNamed("MultiStimTable");
-  EXPECT_EQ(CellText(table, 1, 1), "Concentration (M)");
-  EXPECT_EQ(CellText(table, 6, 1), "Duration (ms)");
-  ASSERT_EQ(EnterCell(table, 6, 50, "12.5"), "");
-  EXPECT_EQ(Stimulus.MultiStimTable[48][5], 12.5F);
-  ASSERT_EQ(EnterCell(table, 1, 2, "1e300"), "");
-  EXPECT_EQ(popups.size(), 1U);
-  EXPECT_EQ(CellText(table, 1, 2), "0");
-  ASSERT_EQ(EnterCell(table, 2, 1, "5"), "");
-  EXPECT_EQ(CellText(table, 2, 1), "Change/sweep (M)");
-  PressCommand("FxnClearMultiStim");
-  EXPECT_EQ(CellText(table, 6, 50), "0");
-  EXPECT_EQ(Stimulus.MultiStimTable[48][5], 0.0F);
+TEST_F(StimulusScreenTest, TheTableHoldsAGroupAColumnFromColumnTwo) {
+  const std::string last = "cell MultiStimTable 6 50; get MultiStimTable[48][5]; ";
+  EXPECT_EQ(
+      Told("cell MultiStimTable 1 1; cell MultiStimTable 6 1; enter-cell MultiStimTable 6 50 12.5; " + last +
+           "enter-cell MultiStimTable 1 2 1e300; enter-cell MultiStimTable 2 1 5; "
+           "press FxnClearMultiStim; " +
+           last),
+      (Values{"Concentration (M)", "Duration (ms)", 12.5, 12.5, 12.5,
+              "This value is too large for the table.", 0, "Change/sweep (M)", 0, 0}));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "support/drive_test.h"
 
+#include <regex>
 #include <sstream>
 
 #include "headless/drive/drive.h"
@@ -12,7 +13,7 @@ std::vector<nlohmann::json> Drive(const std::string& script, const std::string& 
   StartOptions options;
   options.folder = folder;
   options.seeds = {{1234.0, 5678.0, 9012.0}};
-  std::istringstream in(script);
+  std::istringstream in(std::regex_replace(script, std::regex("; "), "\n"));
   std::ostringstream out;
   const int result = RunDrive(in, out, options);
   if (status != nullptr) *status = result;
@@ -20,6 +21,17 @@ std::vector<nlohmann::json> Drive(const std::string& script, const std::string& 
   std::istringstream lines(out.str());
   for (std::string line; std::getline(lines, line);) objects.push_back(nlohmann::json::parse(line));
   return objects;
+}
+
+DriveTest::Values DriveTest::Told(const std::vector<nlohmann::json>& lines) {
+  Values told;
+  for (const auto& line : lines) {
+    if (line.value("popup", "message") != "message") continue;
+    for (const char* key : {"value", "colour", "text", "console", "error", "panels"}) {
+      if (line.contains(key)) told.push_back(line[key]);
+    }
+  }
+  return told;
 }
 
 std::vector<float> DriveTest::TraceNow() {
