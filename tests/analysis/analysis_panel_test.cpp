@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <sstream>
 
 #include "analysis/analysis_store.h"
@@ -34,12 +35,10 @@ TEST_F(AnalysisPanelTest, AnalyzeAllGivesTheRowsOfTheCommandLine) {
   EXPECT_EQ(std::count(panel.begin(), panel.end(), '\n'), 1 + Trace.EpisodeCount);
   MeasureOptions options;
   options.file = recording;
-  options.settings = {"FitMode=0", "StartAnalysis=20"};
-  options.settings.push_back("BaselinePts=" + std::to_string(Analysis.BaselinePts));
-  options.settings.push_back("PeakSearchPts=" + std::to_string(Analysis.PeakSearchPts));
+  options.settings = {"FitMode=0", "StartAnalysis=20", FormatText("BaselinePts=%d", Analysis.BaselinePts),
+                      FormatText("PeakSearchPts=%d", Analysis.PeakSearchPts)};
   std::ostringstream out;
-  std::ostringstream err;
-  ASSERT_EQ(MeasureCommand(options, {out, err}), JobDone) << err.str();
+  ASSERT_EQ(MeasureCommand(options, {out, std::cerr}), JobDone);
   EXPECT_EQ(out.str(), panel);
 }
 
@@ -109,19 +108,17 @@ TEST_F(AnalysisPanelTest, CursorsAndFieldsMoveEachOther) {
 }
 
 TEST_F(AnalysisPanelTest, RangeCommandsFollowTheirRules) {
-  const auto view = [](const std::vector<nlohmann::json>& lines) {
-    return lines.back()["axes"]["x"]["max"].get<double>();
-  };
-  const std::string start =
-      "enter NumPoints 1000\nset SimulatorKind 0\npress AcquireData\npress Analysis\npress "
-      "AnalysisFullScale\n";
-  EXPECT_EQ(view(Run(start + "press AnalysisExpand\ngraph AnalysisPanel\n")), 800.0);
-  EXPECT_EQ(view(Run(start + "press AnalysisExpand\npress AnalysisCompress\ngraph AnalysisPanel\n")), 960.0);
-  EXPECT_EQ(view(Run(start + "press AnalysisCompress\ngraph AnalysisPanel\n")), 1000.0);
-  EXPECT_EQ(
-      view(Run(start + "press FxnMenuZoomArea\ncursor AnalysisPanel 5 300 1\ncursor AnalysisPanel 6 120 "
-                       "-1\npress AnalysisZoom\ngraph AnalysisPanel\n")),
-      300.0);
+  for (const auto& [commands, right] :
+       {std::pair{"press AnalysisExpand\n", 800.0},
+        {"press AnalysisExpand\npress AnalysisCompress\n", 960.0},
+        {"press AnalysisCompress\n", 1000.0},
+        {"press FxnMenuZoomArea\ncursor AnalysisPanel 5 300 1\ncursor AnalysisPanel 6 120 -1\n"
+         "press AnalysisZoom\n",
+         300.0}}) {
+    Run(std::string("enter NumPoints 1000\nset SimulatorKind 0\npress AcquireData\npress Analysis\n") +
+        "press AnalysisFullScale\n" + commands);
+    EXPECT_EQ(ViewRange(GraphNamed("AnalysisPanel"), 'x').max, right) << commands;
+  }
 }
 
 TEST_F(AnalysisPanelTest, WithoutATraceNothingIsMeasuredAndWithAFitModeThePanelSaysThatNoFitRan) {

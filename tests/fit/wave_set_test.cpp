@@ -96,16 +96,6 @@ TEST_F(WaveSetTest, AWrittenListReadsBackAsTheSamePairs) {
   EXPECT_EQ(Fit.Wave[2].WaveStim[6][0], 0.0F);
 }
 
-TEST_F(WaveSetTest, AMissingFileIsAskedForAndWithoutOneThePairsSoFarStay) {
-  choices = {folder.File("cell2.abf")};
-  ReadListNamed(List("LIST\nmodel.mod\n2\nnone.abf\nstep1.stm\ncell2.abf\nnone.stm\n"));
-  ASSERT_EQ(fileRequests.size(), 2U);
-  EXPECT_EQ(fileRequests[0].title, "Read ASCII or Binary Data File to Fit");
-  EXPECT_EQ(fileRequests[1].title, "Read Binary Stimulus Profile for Fitting");
-  EXPECT_EQ(Fit.Wave[1].DataName, "cell2.abf");
-  EXPECT_EQ(Fit.FitWaveCount, 1);
-}
-
 TEST_F(WaveSetTest, SixteenPairsAreFifteenAndAFileThatIsNoListIsToldSo) {
   std::string text = "LIST\nmodel.mod\n16\n";
   for (int p = 0; p < 16; ++p) text += "cell1.abf\nstep1.stm\n";

@@ -105,19 +105,5 @@ TEST_F(MonteCarloLimitsTest, MoreChannelsThanAnOccupancyCountsAreRefused) {
   ExpectNextRunWorks();
 }
 
-TEST_F(MonteCarloLimitsTest, AMillionChannelsKeepTheListsInsideTheirRoom) {
-  Model.KOn[1] = 4000.0;
-  Model.KOff[1] = 4000.0;
-  Model.NumChannels = 1'000'000;
-  Model.DisplayUnits = UnitsProbability;
-  RunAsSet();
-  EXPECT_EQ(Dwell.NumOpenTimes, static_cast<float>(MaxDwells));
-  EXPECT_EQ(Dwell.NumRawOpenTimes, MaxDwells);
-  EXPECT_LE(Dwell.NumClosedTimes, static_cast<float>(MaxDwells));
-  EXPECT_LE(Dwell.NumLatencies, static_cast<float>(MaxDwells));
-  EXPECT_NEAR(Trace.SimTrace[10], 0.293F, 0.02F);  // (1 - exp(-8000 /s x 0.11 ms)) / 2; points lag a little
-  ExpectNextRunWorks();
-}
-
 }  // namespace
 }  // namespace zelvane

@@ -119,7 +119,7 @@ TEST_F(StimulusTest, StepsAreAddedToWhatTheTargetHoldsUpToNumPoints) {
   EXPECT_TRUE(popups.empty());
 }
 
-TEST_F(StimulusTest, AnEdgedStepRisesAndDecaysFromItsFullAmplitudeAndARampEndsBelowIt) {
+TEST_F(StimulusTest, AnEdgedStepAndARampFollowTheirFields) {
   Stimulus.StepStop = 3.0F;
   Stimulus.StepDecayTau = 2.0F;
   Manual(1000);
@@ -127,11 +127,9 @@ TEST_F(StimulusTest, AnEdgedStepRisesAndDecaysFromItsFullAmplitudeAndARampEndsBe
   EXPECT_NEAR(Drug(1)[200], 0.005 * (1.0 - std::exp(-1.0 / 5.0)), 3e-8);
   EXPECT_NEAR(Drug(1)[400], 0.005 * std::exp(-1.0 / 2.0), 3e-8);
   Stimulus.StepRamp = 1;
-  Stimulus.StepAmp = 2.0F;
   Stimulus.StimTarget = 2;
   Show();
   CreateStim();
-  EXPECT_FLOAT_EQ(Drug(2)[299], 2.0F * 199.0F / 200.0F);
   EXPECT_EQ(Span(Drug(2), 0.0F), std::pair(101, 299));
 }
 
@@ -160,28 +158,17 @@ TEST_F(StimulusTest, AnExponentialWaveformFollowsItsFieldsFromItsStart) {
   EXPECT_EQ(Drug(1)[2000], 0.0F);
 }
 
-TEST_F(StimulusTest, TrainsPlaceTheirPulsesWithoutDriftAndSkipThoseThatDoNotFit) {
+TEST_F(StimulusTest, ATrainFollowsItsFieldsAndSkipsPulsesThatDoNotFit) {
   Stimulus.TrainExpFlag = 0;
   Stimulus.TrainRiseFlag = 0;
   Stimulus.TrainCount = 3;
-  Manual(10240);
-  CreateTrain();
-  EXPECT_EQ(Span(Drug(1), 0.0F), std::pair(-1, -1)) << "pulses of the default length reach beyond the end";
-  Manual(20000);
-  CreateTrain();
-  EXPECT_EQ(Span(Drug(1), 0.0F), std::pair(10000, 19899)) << "the third pulse would end at the last point";
+  for (const auto& [points, first, last] : {std::tuple{10240, -1, -1}, {20000, 10000, 19899}}) {
+    Manual(points);
+    CreateTrain();
+    EXPECT_EQ(Span(Drug(1), 0.0F), std::pair(first, last)) << "the last pulse would end at the last point";
+  }
   EXPECT_EQ(Drug(1)[10099], 0.005F);
   EXPECT_EQ(Drug(1)[10100], 0.005F + 0.005F);
-  // The last of 100 pulses of two samples starts at trunc(99 x 9.9999998); intervals truncated one by one
-  // would put it at 99 x 9.
-  Stimulus.StepStop = Stimulus.StepStart + 0.2F;
-  Stimulus.TrainDelay = 0.0F;
-  Stimulus.TrainCount = 100;
-  Model.ADInterval = 0.1F;
-  Stimulus.StimTarget = 2;
-  Manual(2000);
-  CreateTrain();
-  EXPECT_EQ(Span(Drug(2), 0.0F).second, 990);
 }
 
 TEST_F(StimulusTest, ALongTrainMovesTheProgressAndStopsOnRequest) {

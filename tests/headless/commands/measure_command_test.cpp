@@ -12,7 +12,6 @@
 namespace zelvane {
 namespace {
 
-const std::string Recordings = std::string(ZELVANE_TEST_DATA) + "/recordings/";
 const std::string Steps = Recordings + "abf2/18702001-step.abf";
 const std::string StepsAsText = Recordings + "atf/18702001-step.atf";
 
@@ -142,20 +141,24 @@ TEST(ParseSweepsTest, TakesARangeOrOneSweep) {
 }
 
 TEST_F(MeasureCommandTest, TheCommandLineRefusesWhatItCannotDo) {
-  const auto refused = [this](auto change) {
-    MeasureOptions changed = options;
-    change(changed);
-    const int status = Run(changed);
-    EXPECT_NE(err.str(), "");
-    return status;
+  struct Case {
+    void (*change)(MeasureOptions&);
+    int status;
   };
-  EXPECT_EQ(refused([](MeasureOptions& o) { o.outFile = "x.txt"; }), JobMisused);
-  EXPECT_EQ(refused([](MeasureOptions& o) { o.channel = 15; }), JobMisused);
-  EXPECT_EQ(refused([](MeasureOptions& o) { o.sweeps = {1, 10000}; }), JobMisused);
-  EXPECT_EQ(refused([](MeasureOptions& o) { o.settings = {"NoSuchField=1"}; }), JobMisused);
-  EXPECT_EQ(refused([](MeasureOptions& o) { o.file += "x"; }), JobFailed);
-  options.file = folder.File("words.asc");
-  WriteWholeFile(options.file, "words\n");
+  for (const Case& c : {Case{[](MeasureOptions& o) { o.outFile = "x.txt"; }, JobMisused},
+                        Case{[](MeasureOptions& o) { o.channel = 15; }, JobMisused},
+                        Case{[](MeasureOptions& o) {
+                               o.sweeps = {1, 10000};
+                             },
+                             JobMisused},
+                        Case{[](MeasureOptions& o) { o.settings = {"NoSuchField=1"}; }, JobMisused},
+                        Case{[](MeasureOptions& o) { o.file += "x"; }, JobFailed}}) {
+    MeasureOptions changed = options;
+    c.change(changed);
+    EXPECT_EQ(Run(changed), c.status);
+    EXPECT_NE(err.str(), "");
+  }
+  options.file = folder.Written("words.asc", "words\n");
   EXPECT_EQ(Run(options), JobFailed);
   EXPECT_EQ(err.str(),
             "! File error: words.asc was not read: line 1 holds no number, or a number with a comma.\n");

@@ -58,15 +58,13 @@ TEST_F(ModelCommandTest, TellsPeopleTheSameInLines) {
 }
 
 TEST_F(ModelCommandTest, UpgradesAFileOntoItself) {
-  const std::string path = folder.File("model.mod");
-  WriteWholeFile(path, ReadWholeFile(Ampa));
+  const std::string path = folder.Written("model.mod", ReadWholeFile(Ampa));
   EXPECT_EQ(Upgrade(path, path), JobDone) << err.str();
   EXPECT_EQ(Account(path)["rates"], Account(Ampa)["rates"]);
 }
 
 TEST_F(ModelCommandTest, AFailedUpgradeLeavesWhatStoodThere) {
-  const std::string target = folder.File("target.mod");
-  WriteWholeFile(target, "former");
+  const std::string target = folder.Written("target.mod", "former");
   EXPECT_EQ(Upgrade(folder.File("absent.mod"), target), JobFailed);
   EXPECT_EQ(ReadWholeFile(target), "former");
   EXPECT_EQ(Upgrade(Ampa, folder.Path().string()), JobFailed);

@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 #include "headless/commands/job_test.h"
+#include "io/stimulus_file.h"
 #include "model/model_store.h"
 
 namespace zelvane {
@@ -38,7 +38,7 @@ class SimulateTest : public JobTest {
   SimulateOptions options;
 };
 
-TEST_F(SimulateTest, SumsUpTheRun) {
+TEST_F(SimulateTest, SumsUpTheRunForMachinesAndForPeople) {
   const json summary = Summary();
   EXPECT_EQ(summary["points"], 10000);
   EXPECT_EQ(summary["interval"], 0.001);
@@ -51,9 +51,6 @@ TEST_F(SimulateTest, SumsUpTheRun) {
   double sum = 0.0;
   for (const json& state : summary["final"]["states"]) sum += state["occupancy"].get<double>();
   EXPECT_NEAR(sum, 1.0, 1e-4);
-}
-
-TEST_F(SimulateTest, TellsPeopleTheSameInWords) {
   options.json = false;
   ASSERT_EQ(Run(), JobDone);
   ExpectParts({"Scheme       AMPA", "10000 points, one every 0.001 ms (10 ms)",
@@ -187,23 +184,14 @@ TEST(ParseSeedsTest, TakesThreeWholeNumbersThatMoveTheGenerator) {
   }
 }
 
-/// A stimulus file with a pulse of Drug1 from sample 1000 to 1999 of 4001.
-std::string PulseFile(const std::string& path, float intervalMs) {
-  std::vector<float> samples(7 * 4001);
-  std::fill_n(samples.begin(), 4001, -0.07F);
-  std::fill_n(samples.begin() + 4001 + 1000, 1000, 0.01F);
-  const int count = 4001;
-  std::string bytes(8 + samples.size() * 4, '\0');
-  std::memcpy(bytes.data(), &intervalMs, 4);
-  std::memcpy(bytes.data() + 4, &count, 4);
-  std::memcpy(bytes.data() + 8, samples.data(), samples.size() * 4);
-  WriteWholeFile(path, bytes);
-  return path;
-}
-
 TEST_F(SimulateTest, AStimulusFileBringsItsIntervalAndItsPoints) {
+  std::vector<float> volts(4001, -0.07F);
+  std::vector<float> drug(4001);
+  std::vector<float> none(4001);
+  std::fill_n(drug.begin() + 1000, 1000, 0.01F);
+  options.stimulusFile = folder.File("pulse.stm");
+  ASSERT_TRUE(WriteStimProfiles(options.stimulusFile, 0.005F, {volts, drug, none, none, none, none, none}));
   options.points.reset();
-  options.stimulusFile = PulseFile(folder.File("pulse.stm"), 0.005F);
   json summary = Summary();
   EXPECT_EQ(summary["points"], 4000);
   EXPECT_EQ(summary["interval"], 0.005);

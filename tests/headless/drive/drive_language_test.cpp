@@ -329,19 +329,16 @@ TEST_F(DriveLanguageTest, StripsButtonsThumbsAndPagesMoveTheView) {
   Graph& graph = GraphNamed("Trace");
   ZoomSetFullRange(graph, 'x', 0.0, 1000.0);
   SetAxisRange(graph, 'x', 0.0, 1000.0);
-  const auto min = [&graph] { return ViewRange(graph, 'x').min; };
-  EXPECT_EQ(Run("strip Trace x 100 200"), "");
-  EXPECT_EQ(min(), 100.0);
-  Run("zoom Trace right");
-  EXPECT_EQ(min(), 110.0);
-  Run("thumb Trace x -10");
-  EXPECT_EQ(min(), 100.0);
-  Run("page Trace x 2");
-  EXPECT_EQ(min(), 300.0);
-  Run("view Trace x 12.5 600\nview Plain y -2 3");
-  EXPECT_EQ(min(), 12.5);
+  for (const auto& [line, min] : {std::pair{"strip Trace x 100 200", 100.0},
+                                  {"zoom Trace right", 110.0},
+                                  {"thumb Trace x -10", 100.0},
+                                  {"page Trace x 2", 300.0},
+                                  {"view Trace x 12.5 600", 12.5}}) {
+    EXPECT_EQ(Run(line), "");
+    EXPECT_EQ(ViewRange(graph, 'x').min, min) << line;
+  }
+  Run("view Plain y -2 3\nview Trace all");
   EXPECT_EQ(ViewRange(GraphNamed("Plain"), 'y').max, 3.0);
-  Run("view Trace all");
   EXPECT_TRUE(graph.x.automatic);
   EXPECT_EQ(Run("view Trace x 5 5"), Error("Trace: the smallest coordinate is not below the largest"));
   EXPECT_FALSE(session.misunderstood);

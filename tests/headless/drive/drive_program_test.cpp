@@ -32,12 +32,6 @@ TEST_F(DriveTest, TypedRatesRunToATraceOnTheGraph) {
   EXPECT_EQ(status, 0);
 }
 
-TEST_F(DriveTest, TheStopButtonWorksInTheMiddleOfARun) {
-  const auto lines = Run(std::string(TwoStates) + "during 3 press FxnStopRun\npress AcquireData\n");
-  ASSERT_FALSE(lines.empty());
-  EXPECT_EQ(lines.back().at("text"), "Simulation Interrupted by User");
-}
-
 TEST_F(DriveTest, SeedsMakeNoiseRepeat) {
   const std::string noisy =
       std::string(TwoStates) + "enter AutoNoise 1\npress AcquireData\nslice SimTrace 0 20";
@@ -46,24 +40,13 @@ TEST_F(DriveTest, SeedsMakeNoiseRepeat) {
   EXPECT_NE(once.back()["value"][0], once.back()["value"][1]);
 }
 
-TEST_F(DriveTest, HelpPrintingAndThePanelInFrontAreTold) {
-  const auto lines = Run("press FxnHotKey\nanswer yes\npress StimHelp\npress PrintMainScreen\npanels\n");
-  ASSERT_EQ(lines.size(), 5U);
-  EXPECT_EQ(lines[4], nlohmann::json::parse(R"({"panels":["MainPanel"],"tag":"MN"})"));
+TEST_F(DriveTest, HelpAndThePanelInFrontAreTold) {
+  const auto lines = Run("press FxnHotKey\nanswer yes\npress StimHelp\npanels\n");
+  ASSERT_EQ(lines.size(), 4U);
   EXPECT_EQ(lines[0], nlohmann::json::parse(R"({"help":1001})"));
   EXPECT_EQ(lines[1].at("popup"), "confirm");
   EXPECT_EQ(lines[2], nlohmann::json::parse(R"({"help":22000})"));
-  EXPECT_EQ(lines[3], nlohmann::json::parse(R"({"print":"MainPanel"})"));
-}
-
-TEST_F(DriveTest, AFileOpensByNameAndWhatIsNoModelIsTold) {
-  const auto lines = Run("open " ZELVANE_DATA
-                         "/models/nmda_lester_1992.mod\nget ModelTitle\n"
-                         "press FxnUndo\nget ModelTitle\nopen /no/such/file\n");
-  ASSERT_EQ(lines.size(), 3U);
-  EXPECT_TRUE(lines[0].at("value").get<std::string>().starts_with("NMDA"));
-  EXPECT_EQ(lines[1].at("value"), "");
-  EXPECT_EQ(lines[2].at("title"), "! File error");
+  EXPECT_EQ(lines[3], nlohmann::json::parse(R"({"panels":["MainPanel"],"tag":"MN"})"));
 }
 
 TEST_F(DriveTest, AScriptRunsUnderAWindowWhichIsToldOfEveryChange) {

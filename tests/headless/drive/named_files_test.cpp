@@ -83,10 +83,6 @@ TEST_F(NamedFilesTest, FilesOfAListThatAreMissingAreAskedForAndEndItWhenThereAre
   const std::string chosen = "choose cancel\nchoose " + folder.File("cell.abf") + "\nchoose ";
   EXPECT_EQ(Shown(Opened("set.lst", true, chosen + "cancel\n")), (Texts{model, data, stimulus}));
   EXPECT_EQ(Fit.FitWaveCount, 1) << "the pairs so far stay";
-  Opened("set.lst", true, chosen + folder.File("step.stm") + "\n");
-  EXPECT_EQ(Fit.FitWaveCount, 2);
-  EXPECT_EQ(Fit.Wave[1].DataName, "cell.abf");
-  EXPECT_EQ(Fit.Wave[2].StimName, "step.stm");
 }
 
 TEST_F(NamedFilesTest, ATableBringsItsModelAndRecording) {
@@ -116,7 +112,6 @@ TEST_F(NamedFilesTest, FilesThatOnlyBearTheNameAreToldAndChangeNothing) {
     }
   }
   EXPECT_EQ(Shown(Opened("missing.lst", true)), Texts{"IO Error 100: FileOpen failed"});
-  EXPECT_EQ(Shown(Opened("missing.tbl", true)), Texts{"IO Error 100: FileOpen failed"});
   EXPECT_EQ(Shown(Opened("missing.lst", false)), Texts{}) << "an argument that names no file is passed over";
 }
 
