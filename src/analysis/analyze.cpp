@@ -53,6 +53,25 @@ void ClearFit() {
 
 }  // namespace
 
+MeasureSettings StoredMeasureSettings() {
+  MeasureSettings settings;
+  settings.intervalMs = Model.ADInterval;
+  settings.baselineStart = Analysis.BaselineStart;
+  settings.baselinePts = Analysis.BaselinePts;
+  settings.startAnalysis = Analysis.StartAnalysis;
+  settings.peakSearchPts = Analysis.PeakSearchPts;
+  settings.peakAvePts = Analysis.PeakAvePts;
+  settings.peakOption = Analysis.PeakOption;
+  settings.riseStartFrac = Analysis.RiseStartFrac;
+  settings.riseEndFrac = Analysis.RiseEndFrac;
+  settings.fracDecay = Analysis.FracDecay;
+  settings.latencyPos = Analysis.LatencyPos;
+  settings.latencyFrac = Analysis.LatencyFrac;
+  settings.integralPts =
+      static_cast<std::int64_t>(Fit.AnalysisFitPts) * static_cast<std::int64_t>(Fit.AnalysisParse);
+  return settings;
+}
+
 std::span<const float> RecordedTrace() {
   return Recorded(Trace.SimTrace);
 }

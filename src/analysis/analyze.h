@@ -3,6 +3,7 @@
 //   One measure          MeasureBaseline  PeakSearch  MeasureIntegral  MeasureRise  MeasureDecay
 //   The whole sequence   AnalyzeTrace  ReanalyzeTrace  MeasureTrace
 //   A series             BeginSeries  EndSeries
+//   Settings             StoredMeasureSettings
 //   What was measured    RecordedTrace  DataFilePath  DataFileName  DataEpisode
 //
 // The arithmetic is in measures.h, the walk through a file in episodes.h, the table in results_table.h, its
@@ -13,6 +14,7 @@
 #include <span>
 #include <string>
 
+#include "analysis/measures.h"
 #include "platform/outcome.h"
 
 namespace zelvane {
@@ -78,5 +80,8 @@ void ConnectMeasures();
 constexpr bool IsExponentialFit(int fitMode) {
   return fitMode >= 1 && fitMode <= 3;
 }
+
+/// Settings of the stores: `Analysis`, `Fit` (AnalysisFitPts x AnalysisParse), `Model.ADInterval`.
+MeasureSettings StoredMeasureSettings();
 
 }  // namespace zelvane

@@ -5,8 +5,6 @@
 #include <limits>
 
 #include "analysis/internal/sliding_window.h"
-#include "fit/fit_store.h"
-#include "model/model_store.h"
 #include "numerics/rounding.h"
 #include "platform/index.h"
 
@@ -174,25 +172,6 @@ void MeasureDecayTimes(std::span<const float> trace, float intervalMs, float lev
 }
 
 }  // namespace
-
-MeasureSettings StoredMeasureSettings() {
-  MeasureSettings settings;
-  settings.intervalMs = Model.ADInterval;
-  settings.baselineStart = Analysis.BaselineStart;
-  settings.baselinePts = Analysis.BaselinePts;
-  settings.startAnalysis = Analysis.StartAnalysis;
-  settings.peakSearchPts = Analysis.PeakSearchPts;
-  settings.peakAvePts = Analysis.PeakAvePts;
-  settings.peakOption = Analysis.PeakOption;
-  settings.riseStartFrac = Analysis.RiseStartFrac;
-  settings.riseEndFrac = Analysis.RiseEndFrac;
-  settings.fracDecay = Analysis.FracDecay;
-  settings.latencyPos = Analysis.LatencyPos;
-  settings.latencyFrac = Analysis.LatencyFrac;
-  settings.integralPts =
-      static_cast<std::int64_t>(Fit.AnalysisFitPts) * static_cast<std::int64_t>(Fit.AnalysisParse);
-  return settings;
-}
 
 void BaselineOf(std::span<const float> trace, std::int64_t start, std::int64_t count,
                 ResponseMeasures& measures) {

@@ -15,9 +15,44 @@
 #include <cstdint>
 #include <span>
 
-#include "analysis/analysis_store.h"
-
 namespace zelvane {
+
+/// Which measures the last analysis truly made. A field without its bit still holds what an earlier response
+/// left there, or a number that rests on a level the response never crossed.
+enum MeasuredBits : unsigned {
+  MeasuredBaseline = 1U << 0U,
+  MeasuredVariance = 1U << 1U,
+  MeasuredPeak = 1U << 2U,  // PeakValue, PeakPos
+  MeasuredAmplitude = 1U << 3U,
+  MeasuredRise = 1U << 4U,  // RiseTime, RisePoints, RiseStartPos, RiseEndPos
+  MeasuredSlope = 1U << 5U,
+  MeasuredDecay = 1U << 6U,
+  MeasuredWidth = 1U << 7U,
+  MeasuredLatencyRise = 1U << 8U,
+  MeasuredIntegral = 1U << 9U,      // Integral, Coastline
+  MeasuredLatencyPeak = 1U << 10U,  // a trace that stays on its baseline has none
+};
+
+/// What was measured of one response. A measure writes its own fields and leaves the others.
+struct ResponseMeasures {
+  unsigned measured = 0;  // MeasuredBits
+
+  float Baseline = 0.0F;     // trace units
+  float BaselineVar = 0.0F;  // squared units
+  float PeakValue = 0.0F;    // trace units, not less the baseline
+  int PeakPos = 0;           // sample
+  float RiseTime = 0.0F;     // ms
+  int RisePoints = 0;        // samples between the rise levels
+  int RiseStartPos = 0;      // sample
+  int RiseEndPos = 0;        // sample
+  float RiseSlope = 0.0F;    // trace units per ms
+  float DecayTime = 0.0F;    // ms
+  float FracWidth = 0.0F;    // ms
+  float LatencyRise = 0.0F;  // ms
+  float LatencyPeak = 0.0F;  // ms
+  float Integral = 0.0F;     // trace units x ms
+  float Coastline = 0.0F;    // trace units
+};
 
 /// What the measures of a response are to be made by.
 struct MeasureSettings {
@@ -35,9 +70,6 @@ struct MeasureSettings {
   float latencyFrac = 0.1F;
   std::int64_t integralPts = 0;
 };
-
-/// Settings of the stores: `Analysis`, `Fit` (AnalysisFitPts x AnalysisParse), `Model.ADInterval`.
-MeasureSettings StoredMeasureSettings();
 
 /// Mean and sample variance of samples start .. start + count - 1. A stretch that runs over the end is cut;
 /// one that begins outside the trace, or ends with its last sample, changes nothing.

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <array>
-#include <functional>
 #include <span>
 
 #include "kinetics/compiled_scheme.h"
+#include "platform/run_reporter.h"
 
 namespace zelvane {
 
@@ -15,13 +15,8 @@ inline constexpr int MaxReductions = 5;  // passes of a run that fails
 /// Occupancies of a run, [state][point], states and points from 1; rows of states that are off may be empty.
 using OccupancyRows = std::array<std::span<float>, MaxStates + 1>;
 
-/// Told at about 20 moments of a run which part of it is done; true stops the run. May be empty.
-using RunHook = std::function<bool(double fraction)>;
-
-/// Asked every BreathSteps steps, so that a window can repaint and a stop take hold within a long stretch;
-/// gets the part that is done, true stops the run. What a run computes does not depend on it. May be empty.
-using BreathHook = std::function<bool(double fraction)>;
-inline constexpr int BreathSteps = 2048;  // up to some milliseconds of work
+/// Steps between two breaths of a run: up to some milliseconds of work.
+inline constexpr int BreathSteps = 2048;
 
 struct FixedStepRun {
   const CompiledScheme& scheme;

@@ -3,10 +3,15 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <optional>
+#include <limits>
 
 namespace zelvane {
 namespace {
+
+constexpr int PollingFrom = 21;       // fewer channels are over before a user can press stop
+constexpr int ManyChannels = 1000;    // from here on stops are looked for at fixed steps
+constexpr int ManyChannelsStep = 50;  // channels of a state
+constexpr int PollsPerRun = 20;       // with fewer than ManyChannels
 
 /// Where a channel stands.
 struct Channel {
@@ -132,6 +137,20 @@ bool StoppedInBreath(ChannelSweep& sweep, const StateExits& exits, int points, f
 
 }  // namespace
 
+int ChannelsStartingIn(int channels, float occupancy) {
+  const float share = static_cast<float>(channels) * occupancy;
+  if (!(share > 0.0F)) return 0;  // nan as well
+  const float whole = std::trunc(share);
+  if (whole >= static_cast<float>(std::numeric_limits<int>::max())) return std::numeric_limits<int>::max();
+  return static_cast<int>(whole) + (share - whole >= 0.5F ? 1 : 0);
+}
+
+bool PollIsDue(int channels, std::int64_t done, std::int64_t total, int ofState) {
+  if (channels < PollingFrom) return false;
+  if (channels >= ManyChannels) return ofState % ManyChannelsStep == 0;
+  return done % (total / PollsPerRun) == 0;
+}
+
 int WholePoints(float d, float intervalMs) {
   // Floats next to a whole number are either within 4.8 or at least 5.3 tenths of a millionth of it, and from
   // 8 on none lies so close below one; so the sum in double decides as the text does.
@@ -160,6 +179,28 @@ ChannelOutcome SimulateChannel(ChannelSweep& sweep, int startState) {
     if (StoppedInBreath(sweep, exits, dwell.points, channel.t)) return ChannelOutcome::Stopped;
   }
   return sweep.recorder.opened ? ChannelOutcome::Monitored : ChannelOutcome::Unmonitored;
+}
+
+ChannelOutcome SimulateChannels(ChannelSweep& sweep, int channels,
+                                const std::array<float, MaxStates + 1>& start, const RunHook& hook) {
+  ChannelOutcome all = ChannelOutcome::Unmonitored;
+  for (std::size_t b = 1; b <= MaxStates; ++b) {
+    const int starting = ChannelsStartingIn(channels, start[b]);
+    for (int k = 0; k < starting; ++k) {
+      const bool asks = hook && PollIsDue(channels, sweep.done, sweep.total, k);
+      if (asks && hook(std::min(1.0, static_cast<double>(sweep.done) / static_cast<double>(sweep.total)))) {
+        return ChannelOutcome::Stopped;
+      }
+      const ChannelOutcome ended = SimulateChannel(sweep, static_cast<int>(b));
+      if (ended != ChannelOutcome::Unmonitored && ended != ChannelOutcome::Monitored) return ended;
+      if (ended == ChannelOutcome::Monitored) {
+        ++sweep.monitoredChannels;
+        all = ended;
+      }
+      ++sweep.done;
+    }
+  }
+  return all;
 }
 
 }  // namespace zelvane

@@ -5,11 +5,14 @@
 // Clay & DeFelice 1983, Biophys J 42:151). Where a rate depends on the stimulus the dwell is tried point by
 // point, so that a channel can leave on points only.
 //
-//   A sweep     ChannelSweep
+//   A sweep     ChannelSweep  SimulateChannels
+//   Its rules   MaxChannelsOfRun  ChannelsStartingIn  PollIsDue
 //   A channel   SimulateChannel  WholePoints
 //   Its parts   state_exits.h  occupancy_counts.h  dwell_recorder.h
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <vector>
 
 #include "kinetics/dwell_recorder.h"
@@ -17,6 +20,7 @@
 #include "kinetics/occupancy_counts.h"
 #include "kinetics/state_exits.h"
 #include "numerics/random.h"
+#include "platform/run_reporter.h"
 
 namespace zelvane {
 
@@ -28,6 +32,18 @@ enum class ChannelOutcome {
   Stalled,      // its dwells are too short for a 32-bit time to go on
   Stopped,      // the user has stopped the run
 };
+
+/// Most channels of a sweep. An occupancy is a 32-bit sum of one unit a channel, and further channels would no
+/// longer change it.
+inline constexpr int MaxChannelsOfRun = 1 << 24;
+
+/// Returns the channels that start in a state of the given occupancy: the product, rounded half up. None below 0.
+int ChannelsStartingIn(int channels, float occupancy);
+
+/// Returns whether a stop is asked for before channel `ofState` (from 0) of a state, with `done` of `total`
+/// channels simulated. Never with 20 channels or fewer, at every 20th part of the total below 1000, at every
+/// 50th channel of a state from 1000 on.
+bool PollIsDue(int channels, std::int64_t done, std::int64_t total, int ofState);
 
 inline constexpr int PaceDwells = 16384;  // of a channel, over which its time must get on
 
@@ -47,6 +63,9 @@ struct ChannelSweep {
   float lengthMs = 0.0F;            // interval x points, finite
   int openState = 0;                // state whose exits are counted
   int openStateExits = 0;           // counted so far
+  int monitoredChannels = 0;        // that reached a monitored state so far
+  std::int64_t done = 0;            // channels simulated so far
+  std::int64_t total = 0;           // channels to simulate, of all sweeps that count as one work
   BreathHook breathe{};             // may be empty; told the part of the channel that is done
   int work = 0;                     // since the last breath
   std::vector<float> passed{0.0F};  // n intervals, each addition rounded to a float
@@ -74,6 +93,13 @@ struct ChannelSweep {
 /// The time is a 32-bit sum. When dwells become so short against it that rounding leaves less than a quarter
 /// of their length over PaceDwells of them, the channel would hardly get on, and the run is given up.
 ChannelOutcome SimulateChannel(ChannelSweep& sweep, int startState);
+
+/// Simulates the channels of a sweep one after the other, sorted by the state that they start in. `hook` is
+/// called where PollIsDue. Returns Monitored or Unmonitored when all are done, else why the last one broke off.
+///
+/// @param start  proportion of the channels in each state at time 0
+ChannelOutcome SimulateChannels(ChannelSweep& sweep, int channels,
+                                const std::array<float, MaxStates + 1>& start, const RunHook& hook);
 
 /// Whole points in `d` ms: the integer part of d / interval, a float, written with six decimals. Writing
 /// rounds, so a quotient less than half a millionth below a whole number counts as that number. At most

@@ -155,6 +155,18 @@ int NextChange(const ExitBook& book, unsigned profiles, int point) {
 
 }  // namespace
 
+Connections ConnectionsOf(const StateTable<float>& rate) {
+  Connections connections;
+  for (std::size_t from = 1; from <= MaxStates; ++from) {
+    std::size_t count = 0;
+    for (std::size_t to = 1; to <= MaxStates; ++to) {
+      if (to != from && rate[from][to] > 0.0F) connections.to[from][++count] = static_cast<int>(to);
+    }
+    connections.count[from] = static_cast<int>(count);
+  }
+  return connections;
+}
+
 ExitBook PrepareExits(const ChannelTables& tables,
                       const std::array<std::span<const float>, MaxDrugs + 1>& profile, float intervalMs,
                       int numPoints) {

@@ -5,7 +5,7 @@
 // the chances of the next states, the exponential of a point. All of it is worked out when a channel first
 // needs it and kept for all channels after it.
 //
-//   ExitBook  PrepareExits  ForgetExits  ExitsAt  NextDrug
+//   ConnectionsOf  ExitBook  PrepareExits  ForgetExits  ExitsAt  NextDrug
 #pragma once
 
 #include <array>
@@ -18,6 +18,15 @@
 namespace zelvane {
 
 inline constexpr float MinRate = 1e-7F;  // 1/s; an exit at or below it is never taken
+
+/// The states that each state can leave to.
+struct Connections {
+  std::array<int, MaxStates + 1> count{};
+  StateTable<int> to{};  // [from][k], k from 1, rising
+};
+
+/// Returns the connections of a scheme: the rates above 0 between different states.
+Connections ConnectionsOf(const StateTable<float>& rate);
 
 /// What a scheme of single channels is made of: the tables of the model, indexed from 1.
 struct ChannelTables {

@@ -38,10 +38,6 @@ constexpr char TooManyChannels[] =
 constexpr char NoChannels[] = "There were no channels to simulate: the number of channels is 0.";
 constexpr char Interrupted[] = "Simulation Interrupted by User";
 
-constexpr int PollingFrom = 21;        // fewer channels are over before a user can press stop
-constexpr int ManyChannels = 1000;     // from here on stops are looked for at fixed steps
-constexpr int ManyChannelsStep = 50;   // channels of a state
-constexpr int PollsPerRun = 20;        // with fewer than ManyChannels
 constexpr int ReseedPointsBack = 100;  // a sweep's end may be cut off by the last dwell
 
 /// The settings of a simulation, fixed while it lasts, and how far it has come.
@@ -68,8 +64,6 @@ struct Loop {
 
   // -- The present run --
   int channels = 0;
-  std::int64_t done = 0;
-  std::int64_t total = 0;
 };
 
 bool TalksToUser() {
@@ -103,8 +97,8 @@ void PrepareSimulator(Loop& loop) {
   loop.sweep.openState = Model.OpenState;
   if (const BreathHook breathe = WindowBreath()) {
     loop.sweep.breathe = [&loop, breathe](double ofChannel) {
-      const auto total = static_cast<double>(std::max<std::int64_t>(1, loop.total));
-      return breathe((static_cast<double>(loop.done) + ofChannel) / total);
+      const auto total = static_cast<double>(std::max<std::int64_t>(1, loop.sweep.total));
+      return breathe((static_cast<double>(loop.sweep.done) + ofChannel) / total);
     };
   }
 }
@@ -128,23 +122,24 @@ Outcome StartRun(Loop& loop) {
   }
   Result.EffectiveChannels = static_cast<float>(loop.subunits ? loop.numRuns : loop.channels);
   Dwell.OpenStateExits = Dwell.MonitoredChannels = 0;
-  loop.sweep.openStateExits = 0;
-  loop.done = 0;
-  loop.total = static_cast<std::int64_t>(loop.channels) * (static_cast<std::int64_t>(loop.numIntervals) + 1);
+  loop.sweep.openStateExits = loop.sweep.monitoredChannels = 0;
+  loop.sweep.done = 0;
+  loop.sweep.total =
+      static_cast<std::int64_t>(loop.channels) * (static_cast<std::int64_t>(loop.numIntervals) + 1);
   return Outcome::Done;
 }
 
-/// Shows how far the run has come and lets the user press stop. True when stop was pressed.
-bool StoppedByUser(const Loop& loop) {
-  if (TalksToUser()) {
-    ShowProgress(std::min(1.0, static_cast<double>(loop.done) / static_cast<double>(loop.total)),
-                 Result.RunText);
-  }
-  ProcessSystemEvents();
-  return StopAsked();
+/// Shows how far the run has come and lets the user press stop.
+RunHook PollOf() {
+  if (!TalksToUser()) return {};
+  return [](double fraction) {
+    ShowProgress(fraction, Result.RunText);
+    ProcessSystemEvents();
+    return StopAsked();
+  };
 }
 
-/// What a channel means for its run: Done when the run can go on, else shows why not.
+/// What the last channel of a sweep means for its run: Done when the run can go on, else shows why not.
 Outcome OutcomeAfter(ChannelOutcome outcome) {
   if (outcome == ChannelOutcome::Unmonitored || outcome == ChannelOutcome::Monitored) return Outcome::Done;
   const Outcome ofRun = outcome == ChannelOutcome::Stopped ? Outcome::Stopped : Outcome::Failed;
@@ -156,28 +151,12 @@ Outcome OutcomeAfter(ChannelOutcome outcome) {
   return ofRun;
 }
 
-/// Simulates the channels of one sweep, sorted by the state that they start in. The run is over unless Done.
-Outcome SimulateChannels(Loop& loop) {
-  for (std::size_t b = 1; b <= MaxStates; ++b) {
-    const int starting = ChannelsStartingIn(loop.channels, Model.StartOccupancy[b]);
-    for (int k = 0; k < starting; ++k) {
-      const bool stopped =
-          PollIsDue(loop.channels, loop.done, loop.total, k, !TalksToUser()) && StoppedByUser(loop);
-      const ChannelOutcome outcome =
-          stopped ? ChannelOutcome::Stopped : SimulateChannel(loop.sweep, static_cast<int>(b));
-      if (const Outcome ofRun = OutcomeAfter(outcome); ofRun != Outcome::Done) return ofRun;
-      if (outcome == ChannelOutcome::Monitored) ++Dwell.MonitoredChannels;
-      ++loop.done;
-    }
-  }
-  return Outcome::Done;
-}
-
 /// One sweep. Whole or broken off, occupancies, record and statistics are then in order.
 Outcome SimulateSweep(Loop& loop) {
   ClearOccupancy(loop.numPoints);
   StartSweep(loop.occupancy, Result.Occupancy, loop.numPoints, loop.channels, Result.ChannelUnit);
-  const Outcome outcome = SimulateChannels(loop);
+  const Outcome outcome =
+      OutcomeAfter(SimulateChannels(loop.sweep, loop.channels, Model.StartOccupancy, PollOf()));
   EndSweep(loop.occupancy);
   for (std::size_t s = 1; s <= MaxStates; ++s) {
     Result.OccupancyUsed[s] = std::max(Result.OccupancyUsed[s], loop.occupancy.used[s]);
@@ -185,6 +164,7 @@ Outcome SimulateSweep(Loop& loop) {
   EndRecord(loop.recorder);
   StoreCounts(loop.recorder.lists, Dwell);
   Dwell.OpenStateExits = loop.sweep.openStateExits;
+  Dwell.MonitoredChannels = loop.sweep.monitoredChannels;
   if (Dwell.MonitoredChannels > 0) loop.reachedMonitored = true;
   return outcome;
 }
@@ -341,14 +321,6 @@ int ChannelsOfRun(int numChannels, float deviation) {
   return RoundCount(std::abs(static_cast<double>(numChannels) + static_cast<double>(deviation)));
 }
 
-int ChannelsStartingIn(int channels, float occupancy) {
-  const float share = static_cast<float>(channels) * occupancy;
-  if (!(share > 0.0F)) return 0;  // nan as well
-  const float whole = std::trunc(share);
-  if (whole >= static_cast<float>(std::numeric_limits<int>::max())) return std::numeric_limits<int>::max();
-  return static_cast<int>(whole) + (share - whole >= 0.5F ? 1 : 0);
-}
-
 int ReseedPoint(int numPoints) {
   return numPoints - (numPoints >= ReseedPointsBack ? ReseedPointsBack : 1);
 }
@@ -356,12 +328,6 @@ int ReseedPoint(int numPoints) {
 std::string RunProgressText(int run, int numRuns, float lengthSeconds, int sweep) {
   return FormatText("Run %d of %d with %.2fs interval (sec %d)", run, numRuns,
                     static_cast<double>(lengthSeconds), sweep);
-}
-
-bool PollIsDue(int channels, std::int64_t done, std::int64_t total, int ofState, bool fitActive) {
-  if (channels < PollingFrom) return false;
-  if (channels >= ManyChannels) return ofState % ManyChannelsStep == 0;
-  return !fitActive && done % (total / PollsPerRun) == 0;
 }
 
 Outcome RunMonteCarlo() {

@@ -1,12 +1,11 @@
 // The loop over runs, intervals and channels of a Monte Carlo simulation.
 //
 //   The loop    RunMonteCarlo
-//   Its rules   MaxChannelsOfRun  ChannelsOfRun  ChannelsStartingIn  ReseedPoint  RunProgressText  PollIsDue
+//   Its rules   ChannelsOfRun  ReseedPoint  RunProgressText
 //
-// The simulator of a channel is in monte_carlo.h.
+// The simulator of a sweep is in kinetics/monte_carlo.h.
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 #include "platform/outcome.h"
@@ -35,15 +34,8 @@ namespace zelvane {
 ///         could not go on or a trace was not appended to the autosave file
 Outcome RunMonteCarlo();
 
-/// Most channels of a run. An occupancy is a 32-bit sum of one unit a channel, and further channels would no
-/// longer change it.
-inline constexpr int MaxChannelsOfRun = 1 << 24;
-
 /// Channels of a run: |numChannels + deviation| through two decimals of text.
 int ChannelsOfRun(int numChannels, float deviation);
-
-/// Channels that start in a state of the given occupancy: the product, rounded half up. None below 0.
-int ChannelsStartingIn(int channels, float occupancy);
 
 /// The point whose occupancies start the next sweep: 100 points before the end, in a shorter run the last one
 /// that a channel fills which stays where it is to the end, that is numPoints - 1.
@@ -51,10 +43,5 @@ int ReseedPoint(int numPoints);
 
 /// "Run 1 of 3 with 0.20s interval (sec 0)".
 std::string RunProgressText(int run, int numRuns, float lengthSeconds, int sweep);
-
-/// Whether the user is asked for a stop before channel `ofState` (from 0) of a state, with `done` of `total`
-/// channels simulated. Never with 20 channels or fewer, at every 20th part of the total below 1000 unless a
-/// fit runs, at every 50th channel of a state from 1000 on.
-bool PollIsDue(int channels, std::int64_t done, std::int64_t total, int ofState, bool fitActive);
 
 }  // namespace zelvane

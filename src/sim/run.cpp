@@ -1,7 +1,9 @@
 #include "sim/run.h"
 
 #include <cmath>
+#include <numeric>
 
+#include "kinetics/state_exits.h"
 #include "model/model.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
@@ -64,16 +66,10 @@ void ReadRates() {
 /// Fills the connection table: the states that each state can leave to, in rising order.
 /// @return the number of connections of the whole scheme
 int BuildConnections() {
-  int sum = 0;
-  for (int from = 1; from <= MaxStates; ++from) {
-    int count = 0;
-    for (int to = 1; to <= MaxStates; ++to) {
-      if (to != from && Model.RateMatrix[from][to] > 0.0F) Result.Connection[from][++count] = to;
-    }
-    Result.ConnectionCount[from] = count;
-    sum += count;
-  }
-  return sum;
+  const Connections connections = ConnectionsOf(Model.RateMatrix);
+  Result.ConnectionCount = connections.count;
+  Result.Connection = connections.to;
+  return std::accumulate(connections.count.begin(), connections.count.end(), 0);
 }
 
 /// Whether the scheme can run; else the user is told why.

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "kinetics/monte_carlo.h"
 #include "kinetics/rate_factor.h"
 #include "kinetics/state_exits.h"
 #include "model/model_store.h"

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "kinetics/dwell_recorder.h"
+#include "kinetics/monte_carlo.h"
 #include "screen/popups.h"
 #include "screen/popups_store.h"
 #include "sim/run_fixtures.h"

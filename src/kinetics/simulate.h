@@ -1,0 +1,77 @@
+// One sweep of a scheme, by any of the three simulators.
+//
+//   Simulate
+//
+// Nothing but the arguments is read or written: several threads may simulate at once, each with a room, a
+// stream and a reporter of its own.
+#pragma once
+
+#include <array>
+#include <span>
+
+#include "kinetics/adaptive_step.h"
+#include "kinetics/compiled_scheme.h"
+#include "kinetics/dwell_recorder.h"
+#include "kinetics/fixed_step.h"
+#include "kinetics/scheme_tables.h"
+#include "numerics/random.h"
+#include "platform/outcome.h"
+#include "platform/run_reporter.h"
+
+namespace zelvane {
+
+enum class Simulator { FixedStep, Channels, Adaptive };
+
+/// How a sweep is to be run.
+struct SimulationSettings {
+  Simulator simulator = Simulator::FixedStep;
+  int numPoints = 0;                         // of the sweep, at least 1
+  std::array<float, MaxStates + 1> start{};  // occupancies at time 0
+  float maxStepMs = 0.005F;                  // fixed step
+  float precision = 0.0005F;                 // adaptive
+  int channels = 1;                          // single channels of the sweep
+  int openState = 0;                         // state whose exits are counted
+};
+
+/// Where a sweep goes. The rows of the states have room for numPoints + 2 values.
+struct SimulationRoom {
+  OccupancyRows rows{};               // points from 1 (fixed step), steps from 1 (adaptive), points from 0
+  std::span<float> savedTimeMs{};     // adaptive: as long as the rows
+  RandomStream* random = nullptr;     // single channels: the stream that they are drawn from
+  DwellRecorder* recorder = nullptr;  // single channels: takes their dwells behind those it holds
+};
+
+/// Why a sweep was not finished, or not as it was asked for.
+enum class SimulationFault {
+  None,
+  NoLength,         // no points, or no time between them
+  NoChannels,       // no single channel
+  TooManyExits,     // a state has more than MaxConnections exits: single channels alone
+  TooManyChannels,  // more than MaxChannelsOfRun
+  OutOfRange,       // fixed step: occupancies left their range even with the smallest step
+  NotFinished,      // adaptive: the steps were used up before the end
+  IsolatedState,    // a channel came to a state without exits
+  RateTooFast,      // the time of a channel no longer advances
+};
+
+struct SimulationResult {
+  Outcome outcome = Outcome::Done;
+  SimulationFault fault = SimulationFault::None;
+  FixedStepResult fixedStep{};
+  AdaptiveResult adaptive{};
+  int offset = 0;                         // adaptive: point at which integration started
+  std::array<int, MaxStates + 1> used{};  // single channels: points at and beyond this one hold 0
+  int openStateExits = 0;
+  int monitoredChannels = 0;  // that reached a monitored state
+};
+
+/// Simulates one sweep of `scheme` under `stimulus`, whose offset is 0, into `room`.
+///
+/// The integrators are IntegrateFixedStep and IntegrateAdaptive; for single channels see SimulateChannel. Their
+/// occupancies add up to 1; rows are set to 0 first. Progress and stops go through `reporter`, messages are left
+/// to the caller: the result tells the reason. Refused: NoLength to TooManyChannels, with the room untouched.
+SimulationResult Simulate(const SchemeTables& scheme, const StimulusView& stimulus,
+                          const SimulationSettings& settings, const SimulationRoom& room,
+                          const RunReporter& reporter = {});
+
+}  // namespace zelvane
