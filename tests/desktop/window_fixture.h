@@ -11,13 +11,13 @@
 
 #include "desktop/graph/graph_widget.h"
 #include "desktop/pages/task_page.h"
+#include "desktop/widget_test.h"
 #include "desktop/widgets/control_widget.h"
 #include "desktop/window/desktop_front_end.h"
 #include "desktop/window/main_window.h"
 #include "desktop/window/settings.h"
 #include "desktop/window/theme.h"
 #include "shell/application.h"
-#include "widget_test.h"
 
 namespace zelvane {
 

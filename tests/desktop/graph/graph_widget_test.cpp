@@ -11,9 +11,9 @@
 #include "desktop/graph/graph_colours.h"
 #include "desktop/graph/place_bar.h"
 #include "desktop/graph/zoom_bar.h"
+#include "desktop/widget_test.h"
 #include "desktop/widgets/table_widget.h"
 #include "shell/zoom_graph.h"
-#include "widget_test.h"
 
 namespace zelvane {
 namespace {

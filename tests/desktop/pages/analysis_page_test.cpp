@@ -10,9 +10,9 @@
 #include <QTimer>
 
 #include "analysis/analysis_store.h"
+#include "desktop/window_fixture.h"
 #include "model/model_store.h"
 #include "trace/trace_store.h"
-#include "window_fixture.h"
 
 namespace zelvane {
 namespace {

@@ -6,10 +6,10 @@
 
 #include "desktop/scheme/rate_table_model.h"
 #include "desktop/scheme/rate_table_view.h"
+#include "desktop/widget_test.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
-#include "widget_test.h"
 
 namespace zelvane {
 namespace {

@@ -3,10 +3,10 @@
 #include <QMenu>
 
 #include "desktop/scheme/scheme_view.h"
+#include "desktop/widget_test.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
-#include "widget_test.h"
 
 namespace zelvane {
 namespace {

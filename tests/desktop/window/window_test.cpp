@@ -25,6 +25,7 @@
 #include "desktop/window/main_window.h"
 #include "desktop/window/panel_dialog.h"
 #include "desktop/window/theme.h"
+#include "desktop/window_fixture.h"
 #include "headless/drive/drive.h"
 #include "model/model_store.h"
 #include "shell/application.h"
@@ -32,7 +33,6 @@
 #include "stimulus/stimulus_store.h"
 #include "support/store_digest.h"
 #include "trace/trace_store.h"
-#include "window_fixture.h"
 
 namespace zelvane {
 namespace {
