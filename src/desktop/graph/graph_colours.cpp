@@ -25,28 +25,28 @@ double Contrast(const QColor& a, const QColor& b) {
   return (light + 0.05) / (dark + 0.05);
 }
 
-QColor Mixed(const QColor& a, const QColor& b, double shareOfB) {
+QColor MixedColour(const QColor& a, const QColor& b, double shareOfB) {
   const auto mix = [shareOfB](int from, int to) {
     return static_cast<int>(std::lround(from + (to - from) * shareOfB));
   };
   return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
 }
 
-GraphColours Made(const QColor& background, const QColor& text) {
-  return {background, text, Mixed(background, text, 0.37), Mixed(background, text, 0.55)};
+GraphColours ColoursFrom(const QColor& background, const QColor& text) {
+  return {background, text, MixedColour(background, text, 0.37), MixedColour(background, text, 0.55)};
 }
 
 }  // namespace
 
 GraphColours ColoursOf(const QPalette& palette) {
-  return Made(palette.color(QPalette::Base), palette.color(QPalette::Text));
+  return ColoursFrom(palette.color(QPalette::Base), palette.color(QPalette::Text));
 }
 
 GraphColours PaperColours() {
-  return Made(Qt::white, Qt::black);
+  return ColoursFrom(Qt::white, Qt::black);
 }
 
-QColor Adapted(Colour colour, const GraphColours& colours) {
+QColor VisibleColour(Colour colour, const GraphColours& colours) {
   if (std::max({colour.red, colour.green, colour.blue}) < BlackBelow) return colours.text;
   QColor seen(colour.red, colour.green, colour.blue);
   const double direction = Luminance(colours.background) < 0.18 ? LightnessStep : -LightnessStep;

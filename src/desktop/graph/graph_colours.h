@@ -23,7 +23,7 @@ GraphColours PaperColours();
 
 /// A colour of a record as it is to be seen on `colours.background`: black becomes the text colour, and a
 /// colour with too little contrast is made lighter or darker in its own hue.
-QColor Adapted(Colour colour, const GraphColours& colours);
+QColor VisibleColour(Colour colour, const GraphColours& colours);
 
 /// White or black, whichever reads better on a ground.
 QColor TextOn(const QColor& ground);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "desktop/widgets/index.h"
 #include "shell/graph_text.h"
 
 namespace zelvane {
@@ -62,8 +63,8 @@ Refusal GraphCursors::drop() {
 std::vector<Cursor> GraphCursors::shown() const {
   std::vector<Cursor> cursors = graph_.cursors;
   if (dragged_ != 0) {
-    cursors[static_cast<std::size_t>(dragged_) - 1].x = x_;
-    cursors[static_cast<std::size_t>(dragged_) - 1].y = y_;
+    cursors[Index(dragged_) - 1].x = x_;
+    cursors[Index(dragged_) - 1].y = y_;
   }
   return cursors;
 }
@@ -101,7 +102,7 @@ void GraphCursors::drawBand(QCPPainter* painter, const Cursor& from, const Curso
   const double left = std::max(mParentPlot->xAxis->coordToPixel(from.x), area.left());
   const double right = std::min(mParentPlot->xAxis->coordToPixel(to.x), area.right() + 1.0);
   if (!(left < right)) return;
-  QColor colour = Adapted(from.colour, colours_);
+  QColor colour = VisibleColour(from.colour, colours_);
   colour.setAlpha(BandOpacity);
   painter->fillRect(QRectF(left, area.top(), right - left, area.height()), colour);
 }
@@ -110,7 +111,7 @@ void GraphCursors::draw(QCPPainter* painter) {
   const QRectF area = clipRect();
   const std::vector<Cursor> cursors = shown();
   for (const auto& [from, to] : bands_) {
-    drawBand(painter, cursors[static_cast<std::size_t>(from) - 1], cursors[static_cast<std::size_t>(to) - 1]);
+    drawBand(painter, cursors[Index(from) - 1], cursors[Index(to) - 1]);
   }
   const std::vector<QRectF> places = tags(cursors);
   for (std::size_t k = 0; k < cursors.size(); ++k) {
@@ -118,7 +119,7 @@ void GraphCursors::draw(QCPPainter* painter) {
     const double x = mParentPlot->xAxis->coordToPixel(cursors[k].x);
     if (!(x >= area.left() && x <= area.right())) continue;
     const double y = mParentPlot->yAxis->coordToPixel(cursors[k].y);
-    const QColor colour = Adapted(cursors[k].colour, colours_);
+    const QColor colour = VisibleColour(cursors[k].colour, colours_);
     const bool dragged = dragged_ == static_cast<int>(k) + 1;
     painter->setPen(QPen(colour, dragged ? 1.5 : 1.0, Qt::DashLine));
     painter->setAntialiasing(false);

@@ -6,6 +6,7 @@
 #include <QPdfWriter>
 #include <QSvgGenerator>
 
+#include "desktop/widgets/index.h"
 #include "platform/safe_file.h"
 
 namespace zelvane {
@@ -67,8 +68,7 @@ bool WriteGraphPicture(QCustomPlot& plot, const QString& path) {
     buffer.open(QIODevice::WriteOnly);
     format.write(plot, buffer);
     const QByteArray& bytes = buffer.data();
-    return !bytes.isEmpty() &&
-           ReplaceFile(path.toStdString(), {bytes.constData(), static_cast<std::size_t>(bytes.size())});
+    return !bytes.isEmpty() && ReplaceFile(path.toStdString(), {bytes.constData(), Index(bytes.size())});
   }
   return false;
 }

@@ -69,7 +69,7 @@ void GraphLegend::paintEvent(QPaintEvent* /*event*/) {
   int x = 0;
   for (const LegendEntry& entry : entries_) {
     const QRectF box(x, 0, WidthOfSign(entry, fontMetrics()), height());
-    DrawSign(painter, entry, box, Adapted(entry.colour, colours));
+    DrawSign(painter, entry, box, VisibleColour(entry.colour, colours));
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(QRectF(box.right() + SignGap, 0, width(), height()), Qt::AlignVCenter, entry.text);
     x += WidthOf(entry, fontMetrics());

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <optional>
 
+#include "desktop/widgets/index.h"
+
 namespace zelvane {
 namespace {
 
@@ -25,7 +27,7 @@ double XOf(const Plot& plot, std::size_t i) {
 /// Index of the first sample at or beyond `x`.
 std::size_t FirstFrom(const Plot& plot, double x) {
   if (!plot.x.empty()) {
-    return static_cast<std::size_t>(std::lower_bound(plot.x.begin(), plot.x.end(), x) - plot.x.begin());
+    return Index(std::lower_bound(plot.x.begin(), plot.x.end(), x) - plot.x.begin());
   }
   const double place = std::ceil((x - plot.start) / plot.step);
   return static_cast<std::size_t>(std::clamp(place, 0.0, static_cast<double>(plot.y.size())));
@@ -63,8 +65,8 @@ class CutLine {
   CutLine(QCPPainter* painter, const QRectF& rect)
       : painter_(painter),
         rect_(rect),
-        whole_(painter->modes().testFlag(QCPPainter::pmVectorized) ||
-               painter->pen().style() != Qt::SolidLine) {}
+        oneStroke_(painter->modes().testFlag(QCPPainter::pmVectorized) ||
+                   painter->pen().style() != Qt::SolidLine) {}
   ~CutLine() { lift(); }
   CutLine(const CutLine&) = delete;
   CutLine& operator=(const CutLine&) = delete;
@@ -88,8 +90,8 @@ class CutLine {
  private:
   /// Line by line is several times as fast as a smooth stroke of the whole, and looks the same in one colour.
   void flush() {
-    if (whole_ && points_.size() > 1) painter_->drawPolyline(points_);
-    if (!whole_) {
+    if (oneStroke_ && points_.size() > 1) painter_->drawPolyline(points_);
+    if (!oneStroke_) {
       std::vector<QLineF> lines;
       for (qsizetype i = 1; i < points_.size(); ++i) lines.emplace_back(points_[i - 1], points_[i]);
       painter_->drawLines(lines.data(), static_cast<int>(lines.size()));
@@ -109,7 +111,7 @@ class CutLine {
 
   QCPPainter* painter_;
   QRectF rect_;
-  bool whole_;
+  bool oneStroke_;
   QPolygonF points_;
   QPointF last_;
   bool begun_ = false;
@@ -181,7 +183,7 @@ GraphPicture::Stretch GraphPicture::inView(const Plot& plot, const Trace& trace)
 void GraphPicture::drawPlot(QCPPainter* painter, const Plot& plot, const Trace& trace) const {
   const Stretch samples = inView(plot, trace);
   if (samples.count() == 0) return;
-  QPen pen(Adapted(plot.colour, colours_), plot.y.size() <= FewPoints ? FewWidth : LineWidth);
+  QPen pen(VisibleColour(plot.colour, colours_), plot.y.size() <= FewPoints ? FewWidth : LineWidth);
   pen.setJoinStyle(Qt::RoundJoin);
   if (plot.style == PlotStyle::Dashed) pen.setStyle(Qt::DashLine);
   painter->setPen(pen);

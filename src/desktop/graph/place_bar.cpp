@@ -23,10 +23,10 @@ PlaceBar::PlaceBar(const Graph& graph, QWidget* parent) : QWidget(parent), graph
 
 QRectF PlaceBar::part() const {
   const auto range = DataRangeOf(graph_, 'x');
-  const DataRange whole = ViewRange(graph_, 'x');
-  if (!range || !(whole.max > whole.min)) return {};
+  const DataRange view = ViewRange(graph_, 'x');
+  if (!range || !(view.max > view.min)) return {};
   const auto pixel = [&](double x) {
-    return std::clamp((x - whole.min) / (whole.max - whole.min), 0.0, 1.0) * width();
+    return std::clamp((x - view.min) / (view.max - view.min), 0.0, 1.0) * width();
   };
   const double begin = std::min(pixel(range->min), width() - Narrowest);
   return {begin, 0.0, std::max(pixel(range->max) - begin, Narrowest), static_cast<double>(height())};

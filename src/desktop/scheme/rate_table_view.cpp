@@ -13,6 +13,7 @@
 
 #include "desktop/scheme/rate_cell_delegate.h"
 #include "desktop/scheme/rate_table_model.h"
+#include "desktop/widgets/index.h"
 #include "desktop/widgets/inline_editor.h"
 #include "desktop/widgets/text.h"
 #include "screen/number_entry.h"
@@ -156,12 +157,11 @@ void RateTableView::clearCells() {
   const QItemSelection selection = table_->selectionModel()->selection();
   if (selection.isEmpty()) return;
   const QItemSelectionRange range = selection.first();
-  NumberBlock block(static_cast<std::size_t>(range.height()),
-                    std::vector<std::optional<double>>(static_cast<std::size_t>(range.width()), 0.0));
+  NumberBlock block(Index(range.height()), std::vector<std::optional<double>>(Index(range.width()), 0.0));
   for (int i = 0; i < range.height(); ++i) {
     for (int j = 0; j < range.width(); ++j) {
       if (model_->rate(range.top() + i + 1, range.left() + j + 1) == nullptr) {
-        block[static_cast<std::size_t>(i)][static_cast<std::size_t>(j)].reset();
+        block[Index(i)][Index(j)].reset();
       }
     }
   }

@@ -11,7 +11,7 @@ namespace zelvane {
 inline QColor DependentColour(const QPalette& palette) {
   const GraphColours colours = ColoursOf(palette);
   const bool dark = colours.background.lightness() < colours.text.lightness();
-  return Adapted(dark ? Colour{95, 210, 135} : Colour{0, 125, 55}, colours);
+  return VisibleColour(dark ? Colour{95, 210, 135} : Colour{0, 125, 55}, colours);
 }
 
 }  // namespace zelvane

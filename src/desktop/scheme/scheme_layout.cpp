@@ -32,7 +32,7 @@ int ColumnOf(int state) {
   return (state - 1) % GridColumns;
 }
 
-QFont Sized(QFont font, double pixels) {
+QFont FontOfSize(QFont font, double pixels) {
   font.setPixelSize(std::max(7, static_cast<int>(pixels + 0.5)));
   return font;
 }
@@ -67,10 +67,10 @@ void SchemeLayout::place(const QSizeF& size, const QFont& font) {
   pitch_ = {size.width() / GridColumns, size.height() / rows};
   scale_ = std::clamp(std::min(pitch_.width() / DesignPitch.width(), pitch_.height() / DesignPitch.height()),
                       LeastScale, LargestScale);
-  labelFont_ = Sized(font, LabelPixels * scale_);
+  labelFont_ = FontOfSize(font, LabelPixels * scale_);
   labelFont_.setBold(true);
-  numberFont_ = Sized(font, NumberPixels * scale_);
-  smallFont_ = Sized(font, SmallPixels * scale_);
+  numberFont_ = FontOfSize(font, NumberPixels * scale_);
+  smallFont_ = FontOfSize(font, SmallPixels * scale_);
   items_.clear();
   for (int s = 1; s <= MaxStates; ++s) {
     const QRectF area = box(s);
@@ -139,10 +139,10 @@ void SchemeLayout::placeRate(int link, bool forward, const QRectF& room, Qt::Ali
                             ? DotSize * scale_
                             : QFontMetricsF(smallFont_).horizontalAdvance(badge) + BadgePadding * scale_;
   const double mark = std::clamp(room.width() - number - gap, DotSize * scale_, wanted);
-  const double whole = number + gap + mark;
+  const double width = number + gap + mark;
   double left = room.left();
-  if (alignment == Qt::AlignHCenter) left = room.center().x() - whole / 2.0;
-  if (alignment == Qt::AlignRight) left = room.right() - whole;
+  if (alignment == Qt::AlignHCenter) left = room.center().x() - width / 2.0;
+  if (alignment == Qt::AlignRight) left = room.right() - width;
   const bool markFirst = alignment == Qt::AlignRight;
   const QRectF numberRect(markFirst ? left + mark + gap : left, room.top(), number, room.height());
   const QRectF markRect(markFirst ? left : left + number + gap, room.top() + 1.0, mark, room.height() - 2.0);

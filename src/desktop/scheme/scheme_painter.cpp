@@ -184,7 +184,7 @@ class SchemePainter {
     wave.cubicTo(at + QPointF(3.0, -7.0) * k_, at + QPointF(5.0, -7.0) * k_, at + QPointF(7.0, 0.0) * k_);
     wave.cubicTo(at + QPointF(9.0, 5.0) * k_, at + QPointF(11.0, 5.0) * k_, at + QPointF(13.0, -2.0) * k_);
     painter_.setBrush(Qt::NoBrush);
-    painter_.setPen(QPen(Adapted(MonitoredBlue, colours_), 1.6 * k_));
+    painter_.setPen(QPen(VisibleColour(MonitoredBlue, colours_), 1.6 * k_));
     painter_.drawPath(wave);
   }
 

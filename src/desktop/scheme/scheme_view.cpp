@@ -8,6 +8,7 @@
 #include <QToolTip>
 
 #include "desktop/scheme/scheme_painter.h"
+#include "desktop/widgets/index.h"
 #include "desktop/widgets/inline_editor.h"
 #include "desktop/widgets/text.h"
 #include "shell/entry.h"
@@ -214,8 +215,8 @@ bool SchemeView::step(bool next) {
   do {
     i += next ? 1 : -1;
     if (i < 0 || i >= count) return false;
-  } while (!reachable(items[static_cast<std::size_t>(i)]));
-  current_ = items[static_cast<std::size_t>(i)];
+  } while (!reachable(items[Index(i)]));
+  current_ = items[Index(i)];
   update();
   return true;
 }

@@ -6,6 +6,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 
+#include "desktop/widgets/index.h"
 #include "desktop/widgets/text.h"
 #include "desktop/window/theme.h"
 #include "screen/number_entry.h"
@@ -53,9 +54,9 @@ QString TableRecordModel::text(int row, int column) const {
 }
 
 QString TableRecordModel::shown(int row, int column) const {
-  const QString whole = text(row, column);
-  const auto number = digits_ > 0 ? ParseNumber(whole.toStdString()) : std::nullopt;
-  return number ? ToQt(CompactNumber(*number, digits_)) : whole;
+  const QString full = text(row, column);
+  const auto number = digits_ > 0 ? ParseNumber(full.toStdString()) : std::nullopt;
+  return number ? ToQt(CompactNumber(*number, digits_)) : full;
 }
 
 QVariant TableRecordModel::data(const QModelIndex& index, int role) const {
@@ -79,8 +80,7 @@ QVariant TableRecordModel::data(const QModelIndex& index, int role) const {
 QVariant TableRecordModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (role != Qt::DisplayRole) return {};
   const auto& titles = orientation == Qt::Horizontal ? table_.columnTitles : table_.rowTitles;
-  if (static_cast<std::size_t>(section) < titles.size())
-    return ToQt(titles[static_cast<std::size_t>(section)]);
+  if (Index(section) < titles.size()) return ToQt(titles[Index(section)]);
   return section + 1;
 }
 

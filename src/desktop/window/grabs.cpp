@@ -14,7 +14,7 @@ namespace {
 
 constexpr int Turns = 4;  // of the event loop
 
-bool Save(QWidget& widget, const QDir& folder, const QString& name) {
+bool SavePicture(QWidget& widget, const QDir& folder, const QString& name) {
   return widget.grab().save(folder.filePath(name + ".png"));
 }
 
@@ -25,17 +25,17 @@ bool GrabPanels(MainWindow& window, const QString& folder) {
   if (!directory.mkpath(".")) return false;
   // What has changed is shown, laid out and painted, each in a turn of its own.
   for (int turn = 0; turn < Turns; ++turn) QCoreApplication::processEvents();
-  bool saved = Save(window, directory, ToQt(window.page()->panel().name));
+  bool saved = SavePicture(window, directory, ToQt(window.page()->panel().name));
   for (PanelDialog* dialog : window.openDialogs()) {
-    saved = Save(*dialog, directory, ToQt(dialog->panel().name)) && saved;
+    saved = SavePicture(*dialog, directory, ToQt(dialog->panel().name)) && saved;
   }
   if (QWidget* modal = QApplication::activeModalWidget()) {
-    saved = Save(*modal, directory, modal->objectName()) && saved;
+    saved = SavePicture(*modal, directory, modal->objectName()) && saved;
   }
   for (QWidget* widget : QApplication::topLevelWidgets()) {
     for (const char* name : {"Welcome", "HelpWindow"}) {
       if (widget->objectName() == name && widget->isVisible())
-        saved = Save(*widget, directory, name) && saved;
+        saved = SavePicture(*widget, directory, name) && saved;
     }
   }
   return saved;

@@ -27,7 +27,7 @@ qsizetype PlaceOf(const QString& title) {
   return place >= 0 ? place : Order().indexOf("View");
 }
 
-QString Plain(QString title) {
+QString WithoutMnemonic(QString title) {
   return title.remove('&');
 }
 
@@ -45,7 +45,7 @@ QString WithMnemonic(const QString& text, QString& taken) {
 void MarkActions(const QList<QAction*>& actions) {
   QString taken;
   for (QAction* action : actions) {
-    if (!action->isSeparator()) action->setText(WithMnemonic(Plain(action->text()), taken));
+    if (!action->isSeparator()) action->setText(WithMnemonic(WithoutMnemonic(action->text()), taken));
   }
 }
 
@@ -74,7 +74,7 @@ MainMenu::MainMenu(QMenuBar* bar) : QObject(bar), bar_(bar) {
 QMenu* MainMenu::menu(const QString& title) {
   QAction* before = nullptr;
   for (QAction* action : bar_->actions()) {
-    const QString other = Plain(action->text());
+    const QString other = WithoutMnemonic(action->text());
     if (other == title) return action->menu();
     if (before == nullptr && PlaceOf(other) > PlaceOf(title)) before = action;
   }

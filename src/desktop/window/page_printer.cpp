@@ -11,7 +11,7 @@ namespace zelvane {
 namespace {
 
 /// Paints a page as large as it fits. False when the printer takes nothing.
-bool Paint(QWidget& page, QPrinter& printer) {
+bool PaintOnPaper(QWidget& page, QPrinter& printer) {
   printer.setPageOrientation(page.width() > page.height() ? QPageLayout::Landscape : QPageLayout::Portrait);
   QPainter painter;
   if (!painter.begin(&printer)) return false;
@@ -27,14 +27,14 @@ bool Paint(QWidget& page, QPrinter& printer) {
 void PrintPage(QWidget& page) {
   QPrinter printer(QPrinter::HighResolution);
   QPrintDialog dialog(&printer, page.window());
-  if (dialog.exec() == QDialog::Accepted) Paint(page, printer);
+  if (dialog.exec() == QDialog::Accepted) PaintOnPaper(page, printer);
 }
 
 bool WritePagePdf(QWidget& page, const QString& path) {
   QPrinter printer(QPrinter::HighResolution);
   printer.setOutputFormat(QPrinter::PdfFormat);
   printer.setOutputFileName(path);
-  return Paint(page, printer) && QFileInfo(path).size() > 0;
+  return PaintOnPaper(page, printer) && QFileInfo(path).size() > 0;
 }
 
 }  // namespace zelvane

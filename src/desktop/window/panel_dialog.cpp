@@ -75,8 +75,8 @@ void PanelDialog::addText(QVBoxLayout* layout, const QString& text) {
   auto* label = new QLabel(text, this);
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);
-  const int whole = label->fontMetrics().boundingRect({}, Qt::TextExpandTabs, text).width() + 2;
-  label->setMinimumWidth(std::min(whole, WidestText));
+  const int textWidth = label->fontMetrics().boundingRect({}, Qt::TextExpandTabs, text).width() + 2;
+  label->setMinimumWidth(std::min(textWidth, WidestText));
   layout->addWidget(label);
 }
 

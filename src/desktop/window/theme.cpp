@@ -27,7 +27,7 @@ const Colours& DarkColours() {
   return colours;
 }
 
-bool& DarkNow() {
+bool& DarkIsActive() {
   static bool dark = false;
   return dark;
 }
@@ -36,8 +36,8 @@ bool IsDarkGround(const QPalette& palette) {
   return palette.color(QPalette::Window).lightness() < 128;
 }
 
-const Colours& Now() {
-  return DarkNow() ? DarkColours() : LightColours();
+const Colours& ActiveColours() {
+  return DarkIsActive() ? DarkColours() : LightColours();
 }
 
 /// Check boxes of the same weight on light and dark ground.
@@ -53,15 +53,17 @@ class CalmStyle : public QProxyStyle {
     }
     const bool on = option->state.testFlag(State_On);
     const bool enabled = option->state.testFlag(State_Enabled);
-    const QColor edge = option->state.testFlag(State_HasFocus) ? Now().accent : Now().muted;
+    const QColor edge =
+        option->state.testFlag(State_HasFocus) ? ActiveColours().accent : ActiveColours().muted;
     const QRectF box = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(on && enabled ? Now().accent : enabled ? edge : Now().border);
-    painter->setBrush(!on ? Now().base : enabled ? Now().accent : Now().border);
+    painter->setPen(on && enabled ? ActiveColours().accent : enabled ? edge : ActiveColours().border);
+    painter->setBrush(!on ? ActiveColours().base : enabled ? ActiveColours().accent : ActiveColours().border);
     painter->drawRoundedRect(box, 3, 3);
     if (on) {
-      painter->setPen(QPen(Now().base, box.width() / 7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+      painter->setPen(
+          QPen(ActiveColours().base, box.width() / 7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
       const auto at = [&](double x, double y) {
         return QPointF(box.left() + x * box.width(), box.top() + y * box.height());
       };
@@ -184,10 +186,10 @@ constexpr std::array Drawings = {
     Drawing{"", R"(<circle cx="12" cy="12" r="7"/>)"},
 };
 
-void Dress(bool dark) {
-  DarkNow() = dark;
-  QApplication::setPalette(PaletteOf(Now()));
-  ApplySheet(Now());
+void ApplyColours(bool dark) {
+  DarkIsActive() = dark;
+  QApplication::setPalette(PaletteOf(ActiveColours()));
+  ApplySheet(ActiveColours());
 }
 
 /// Keeps the chosen colours, and follows the system where that is the choice: its palette may change sides
@@ -199,7 +201,7 @@ class ThemeWatch : public QObject {
   void choose(Theme theme) {
     theme_ = theme;
     dressing_ = true;
-    Dress(theme == Theme::Dark || (theme == Theme::System && systemIsDark()));
+    ApplyColours(theme == Theme::Dark || (theme == Theme::System && systemIsDark()));
     dressing_ = false;
   }
 
@@ -215,7 +217,7 @@ class ThemeWatch : public QObject {
   void follow(bool newPalette) {
     dressing_ = true;
     const bool dark = newPalette ? IsDarkGround(QApplication::palette()) : systemIsDark();
-    Dress(dark);
+    ApplyColours(dark);
     dressing_ = false;
   }
 
@@ -229,7 +231,7 @@ class ThemeWatch : public QObject {
   bool dressing_ = false;  // what changes is our own doing
 };
 
-QPixmap Drawn(const QString& name, const QColor& stroke, const QColor& accent) {
+QPixmap RenderedDrawing(const QString& name, const QColor& stroke, const QColor& accent) {
   const auto drawing = std::find_if(Drawings.begin(), Drawings.end() - 1,
                                     [&](const Drawing& d) { return name == QLatin1String(d.name); });
   QString svg =
@@ -267,20 +269,20 @@ void ApplyTheme(Theme theme) {
 }
 
 bool IsDark() {
-  return DarkNow();
+  return DarkIsActive();
 }
 
 QColor AccentColour() {
-  return Now().accent;
+  return ActiveColours().accent;
 }
 
 QColor RefusedColour() {
-  return Now().refused;
+  return ActiveColours().refused;
 }
 
 QIcon ThemedIcon(const QString& name) {
-  QIcon icon(Drawn(name, Now().text, Now().accent));
-  icon.addPixmap(Drawn(name, Now().muted, Now().muted), QIcon::Disabled);
+  QIcon icon(RenderedDrawing(name, ActiveColours().text, ActiveColours().accent));
+  icon.addPixmap(RenderedDrawing(name, ActiveColours().muted, ActiveColours().muted), QIcon::Disabled);
   return icon;
 }
 

@@ -291,10 +291,10 @@ TEST(GraphColours, BlackShowsOnDarkAndHuesKeepTheirContrast) {
   dark.setColor(QPalette::Base, QColor(25, 25, 25));
   dark.setColor(QPalette::Text, QColor(230, 230, 230));
   const GraphColours colours = ColoursOf(dark);
-  EXPECT_EQ(Adapted(Black, colours), colours.text);
-  EXPECT_GT(Adapted(DarkBlue, colours).lightness(), 110);
-  EXPECT_EQ(Adapted(DarkBlue, colours).hslHue(), QColor(0, 0, 128).hslHue());
-  EXPECT_EQ(Adapted(DarkBlue, PaperColours()), QColor(0, 0, 128));
+  EXPECT_EQ(VisibleColour(Black, colours), colours.text);
+  EXPECT_GT(VisibleColour(DarkBlue, colours).lightness(), 110);
+  EXPECT_EQ(VisibleColour(DarkBlue, colours).hslHue(), QColor(0, 0, 128).hslHue());
+  EXPECT_EQ(VisibleColour(DarkBlue, PaperColours()), QColor(0, 0, 128));
 }
 
 TEST_F(GraphWidgetTest, ABarShowsWhereAPartLiesInItsWhole) {
