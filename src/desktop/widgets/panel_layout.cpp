@@ -2,7 +2,7 @@
 
 #include <QRegularExpression>
 #include <QStringList>
-#include <algorithm>
+#include <cassert>
 #include <set>
 
 #include "desktop/widgets/text.h"
@@ -12,71 +12,71 @@ namespace zelvane {
 namespace {
 
 struct LayoutRow {
-  const char* panel;
-  const char* title;
-  const char* tab;
-  const char* rows;  // split by blanks; + joins controls of one line, [1-6] makes a line of each
+  const char* panel = "";
+  const char* title = "";
+  const char* rows = "";  // split by blanks; + joins controls of one line, [1-6] makes a line of each
+  const char* tab = "";
   int columns = 1;
 };
 
 // clang-format off
 constexpr LayoutRow Layout[] = {
-    {"MainPanel", "Run", "", "SimulatorKind NumPoints ADInterval MaxStepSize Precision"},
-    {"MainPanel", "Channels", "", "NumChannels ChannelsGaussian ChannelsSTD MultiSubunit OpenState"},
-    {"MainPanel", "Start", "", "StartAtEquilibrium FitStartAtEquilibrium ReseedSimulation"},
-    {"MainPanel", "Electrical", "", "VHold VRev Valence"},
-    {"MainPanel", "Display", "", "DisplayUnits AutoFilter AutoFilterFc AutoNoise AutoNoiseSTD ShowAllTraces"},
-    {"MainPanel", "Repeated runs", "", "NumRuns NumIntervals AutoAnalyze"},
-    {"MainPanel", "Event statistics", "", "OpenStateExits MonitoredChannels OpenTimesText ClosedTimesText LatenciesText"},
-    {"MainPanel", "Files", "", "DataName MainStimFile Autosave AutosaveFormat AutosaveFileName"},
+    {"MainPanel", "Run", "SimulatorKind NumPoints ADInterval MaxStepSize Precision"},
+    {"MainPanel", "Channels", "NumChannels ChannelsGaussian ChannelsSTD MultiSubunit OpenState"},
+    {"MainPanel", "Start", "StartAtEquilibrium FitStartAtEquilibrium ReseedSimulation"},
+    {"MainPanel", "Electrical", "VHold VRev Valence"},
+    {"MainPanel", "Display", "DisplayUnits AutoFilter AutoFilterFc AutoNoise AutoNoiseSTD ShowAllTraces"},
+    {"MainPanel", "Repeated runs", "NumRuns NumIntervals AutoAnalyze"},
+    {"MainPanel", "Event statistics", "OpenStateExits MonitoredChannels OpenTimesText ClosedTimesText LatenciesText"},
+    {"MainPanel", "Files", "DataName MainStimFile Autosave AutosaveFormat AutosaveFileName"},
 
-    {"StimulusPanel", "Automatic step", "", "AutoDrugOrVolt AutoValue AutoStart AutoStop AutoFilterOn"},
-    {"StimulusPanel", "Step", "", "StepAmp StepStart StepStop StepDuration StepRamp StepRiseTau StepDecayTau"},
-    {"StimulusPanel", "Train", "", "TrainCount TrainDelay TrainInterval TrainExpFlag TrainRiseFlag TrainLength TrainFrequency"},
-    {"StimulusPanel", "Exponential waveform", "", "ExpStart ExpOffset ExpComponents ExpAmp1 ExpTau1 ExpAmp2 ExpTau2 ExpRiseFlag ExpRiseTau"},
-    {"StimulusPanel", "Filter", "", "FilterFc"},
-    {"StimulusPanel", "Files", "", "StimFile LoadStim+ButtonSaveStim ExportPoints ImportStim+ExportStim"},
+    {"StimulusPanel", "Automatic step", "AutoDrugOrVolt AutoValue AutoStart AutoStop AutoFilterOn"},
+    {"StimulusPanel", "Step", "StepAmp StepStart StepStop StepDuration StepRamp StepRiseTau StepDecayTau"},
+    {"StimulusPanel", "Train", "TrainCount TrainDelay TrainInterval TrainExpFlag TrainRiseFlag TrainLength TrainFrequency"},
+    {"StimulusPanel", "Exponential waveform", "ExpStart ExpOffset ExpComponents ExpAmp1 ExpTau1 ExpAmp2 ExpTau2 ExpRiseFlag ExpRiseTau"},
+    {"StimulusPanel", "Filter", "FilterFc"},
+    {"StimulusPanel", "Files", "StimFile LoadStim+ButtonSaveStim ExportPoints ImportStim+ExportStim"},
 
-    {"AnalysisPanel", "Baseline", "", "BaselineStart BaselinePts BringBaseButton"},
-    {"AnalysisPanel", "Peak", "", "StartAnalysis PeakSearchPts BringAnalysisButton PeakAvePts PeakOption"},
-    {"AnalysisPanel", "Rise, as fractions of the amplitude", "", "RiseStartFrac RiseEndFrac"},
-    {"AnalysisPanel", "Decay and width", "", "FracDecay"},
-    {"AnalysisPanel", "Latency", "", "LatencyPos LatencyFrac"},
-    {"AnalysisPanel", "Integral and exponential fit", "", "AnalysisFitPts AnalysisParse FitMode AnalysisFitNote"},
-    {"AnalysisPanel", "View", "", "AutoRescale YMinGain YMaxGain AnalysisExpandButton+AnalysisCompressButton "
+    {"AnalysisPanel", "Baseline", "BaselineStart BaselinePts BringBaseButton"},
+    {"AnalysisPanel", "Peak", "StartAnalysis PeakSearchPts BringAnalysisButton PeakAvePts PeakOption"},
+    {"AnalysisPanel", "Rise, as fractions of the amplitude", "RiseStartFrac RiseEndFrac"},
+    {"AnalysisPanel", "Decay and width", "FracDecay"},
+    {"AnalysisPanel", "Latency", "LatencyPos LatencyFrac"},
+    {"AnalysisPanel", "Integral and exponential fit", "AnalysisFitPts AnalysisParse FitMode AnalysisFitNote"},
+    {"AnalysisPanel", "View", "AutoRescale YMinGain YMaxGain AnalysisExpandButton+AnalysisCompressButton "
      "AnalysisFullButton+ZoomAreaButton AnalysisZoomButton AnalysisDisplay[1]"},
-    {"AnalysisPanel", "Files", "", "AutoSaveMeasures VerifyMeasures SaveAnalysisButton MeasuresFileShown MeasuresCount TableFileShown "
+    {"AnalysisPanel", "Files", "AutoSaveMeasures VerifyMeasures SaveAnalysisButton MeasuresFileShown MeasuresCount TableFileShown "
      "ExportTraceButton ExportCurveButton PrintAnalysisButton"},
 
-    {"RsCorrectionPanel", "Cell", "", "RcRs RcCm RcRm RcVhold RcVrev"},
-    {"RsCorrectionPanel", "Correction, as fractions of the error", "", "RcFracVolt RcFracCap RcLagFc RcLagTau "
+    {"RsCorrectionPanel", "Cell", "RcRs RcCm RcRm RcVhold RcVrev"},
+    {"RsCorrectionPanel", "Correction, as fractions of the error", "RcFracVolt RcFracCap RcLagFc RcLagTau "
      "RcCorrectLinear+RcCorrectNonlinear RsCmAuto RcFileCorrect"},
-    {"RsCorrectionPanel", "Current-voltage relation", "", "RcIvFileName RcIvCount RcLoadIv"},
-    {"RsCorrectionPanel", "Filtering by the cell", "", "RcFromConductance+RcFromVoltage"},
+    {"RsCorrectionPanel", "Current-voltage relation", "RcIvFileName RcIvCount RcLoadIv"},
+    {"RsCorrectionPanel", "Filtering by the cell", "RcFromConductance+RcFromVoltage"},
 
-    {"FilterPanel", "Gaussian filter", "", "AutoFilterFc+ApplyFilter"},
-    {"FilterPanel", "Noise", "", "NoiseMean AutoNoiseSTD GaussNoise+RectNoise"},
-    {"TransformPanel", "Every sample of the trace", "", "AddConstant+AddToTrace MultiplyConstant+MultiplyTrace"},
-    {"TransformPanel", "Fewer points", "", "ParseConstant+ParseTrace"},
+    {"FilterPanel", "Gaussian filter", "AutoFilterFc+ApplyFilter"},
+    {"FilterPanel", "Noise", "NoiseMean AutoNoiseSTD GaussNoise+RectNoise"},
+    {"TransformPanel", "Every sample of the trace", "AddConstant+AddToTrace MultiplyConstant+MultiplyTrace"},
+    {"TransformPanel", "Fewer points", "ParseConstant+ParseTrace"},
 
-    {"DependencePanel", "", "", "DependRate"},
-    {"DependencePanel", "Drugs: the rate is multiplied by their concentration", "", "DependDrug[1-6]+DrugLabel[1-6]"},
-    {"DependencePanel", "Voltage", "", "DependVolt DependSteepness DependTemperature DependGrowth DependEfold"},
+    {"DependencePanel", "", "DependRate"},
+    {"DependencePanel", "Drugs: the rate is multiplied by their concentration", "DependDrug[1-6]+DrugLabel[1-6]"},
+    {"DependencePanel", "Voltage", "DependVolt DependSteepness DependTemperature DependGrowth DependEfold"},
 
-    {"QMatrixPanel", "", "", "QMatrixTime QMatrixPoint"},
-    {"ParseReadPanel", "The file", "", "ParseFileName ParseFileSamples ADInterval ParseFileMs ParseFileMinutes"},
-    {"ParseReadPanel", "What to read", "",
+    {"QMatrixPanel", "", "QMatrixTime QMatrixPoint"},
+    {"ParseReadPanel", "The file", "ParseFileName ParseFileSamples ADInterval ParseFileMs ParseFileMinutes"},
+    {"ParseReadPanel", "What to read",
      "ParseStart ParseStartTime ParseCount ParseDuration ParseSkip ParseMaxPoints ParseInterval ParseMaximum"},
-    {"DwellListsPanel", "", "", "OpenTimesCount ClosedTimesCount LatenciesCount OpenListSelector"},
-    {"DwellListsPanel", "Read and write", "", "SCImportAscii+SCOpenWorkHistogram ExportOpenTimes+ExportClosedTimes ExportLatencies"},
+    {"DwellListsPanel", "", "OpenTimesCount ClosedTimesCount LatenciesCount OpenListSelector"},
+    {"DwellListsPanel", "Read and write", "SCImportAscii+SCOpenWorkHistogram ExportOpenTimes+ExportClosedTimes ExportLatencies"},
 
-    {"ConductancePanel", "", "", "StateConductance[1-20]", 2},
-    {"InitialConditionsPanel", "", "", "StartOccupancy[1-20]", 2},
+    {.panel = "ConductancePanel", .rows = "StateConductance[1-20]", .columns = 2},
+    {.panel = "InitialConditionsPanel", .rows = "StartOccupancy[1-20]", .columns = 2},
 
-    {"GraphPropertiesPanel", "X axis", "Limits",
-     "GraphTimeUnit GraphLeftTime GraphRightTime GraphLeftSample GraphRightSample GraphXSpan"},
-    {"GraphPropertiesPanel", "Y axis", "Limits", "GraphYMin GraphYMax GraphYSpan"},
-    {"GraphPropertiesPanel", "", "Scaling", "GraphAutoX GraphAutoY GraphLogY"},
+    {.panel = "GraphPropertiesPanel", .title = "X axis",
+     .rows = "GraphTimeUnit GraphLeftTime GraphRightTime GraphLeftSample GraphRightSample GraphXSpan", .tab = "Limits"},
+    {.panel = "GraphPropertiesPanel", .title = "Y axis", .rows = "GraphYMin GraphYMax GraphYSpan", .tab = "Limits"},
+    {.panel = "GraphPropertiesPanel", .rows = "GraphAutoX GraphAutoY GraphLogY", .tab = "Scaling"},
 };
 // clang-format on
 
@@ -88,33 +88,39 @@ Control* ControlOn(const Panel& panel, const std::string& name) {
   return FindControl(name);
 }
 
-/// Controls of one word of a layout: a name, or with [1-6] the family.
-std::vector<Control*> Family(const Panel& panel, const QString& word) {
+/// Names that one word of a layout stands for: itself, or with [1-6] the family.
+std::vector<std::string> NamesOf(const QString& word) {
   static const QRegularExpression range(QStringLiteral(R"(^(\w+)\[(\d+)-(\d+)\]$)"));
   const auto match = range.match(word);
-  std::vector<Control*> family;
-  if (!match.hasMatch()) {
-    if (Control* control = ControlOn(panel, word.toStdString())) family.push_back(control);
-    return family;
-  }
+  if (!match.hasMatch()) return {word.toStdString()};
+  std::vector<std::string> names;
   for (int i = match.captured(2).toInt(); i <= match.captured(3).toInt(); ++i) {
-    const std::string name = match.captured(1).toStdString() + '[' + std::to_string(i) + ']';
-    if (Control* control = ControlOn(panel, name)) family.push_back(control);
+    names.push_back(match.captured(1).toStdString() + '[' + std::to_string(i) + ']');
   }
-  return family;
+  return names;
+}
+
+std::vector<Control*> ControlsOf(const Panel& panel, const QString& word) {
+  std::vector<Control*> controls;
+  for (const std::string& name : NamesOf(word)) {
+    Control* control = ControlOn(panel, name);
+    assert(control != nullptr && "a word of the layout names no control");
+    if (control != nullptr) controls.push_back(control);
+  }
+  return controls;
 }
 
 void AddRows(FormSection& section, const Panel& panel, const QString& word) {
   std::vector<FormRow> rows;
   for (const QString& part : word.split('+')) {
-    const std::vector<Control*> family = Family(panel, part);
-    if (rows.size() < family.size()) rows.resize(family.size());
-    for (std::size_t i = 0; i < family.size(); ++i) rows[i].push_back(family[i]);
+    const std::vector<Control*> controls = ControlsOf(panel, part);
+    if (rows.size() < controls.size()) rows.resize(controls.size());
+    for (std::size_t i = 0; i < controls.size(); ++i) rows[i].push_back(controls[i]);
   }
   section.rows.insert(section.rows.end(), rows.begin(), rows.end());
 }
 
-std::set<const Control*> Named(const std::vector<FormSection>& sections) {
+std::set<const Control*> ControlsIn(const std::vector<FormSection>& sections) {
   std::set<const Control*> named;
   for (const FormSection& section : sections) {
     for (const FormRow& row : section.rows) named.insert(row.begin(), row.end());
@@ -137,7 +143,7 @@ std::vector<FormSection> NamedSections(const Panel& panel) {
 
 std::vector<FormSection> SectionsOf(const Panel& panel) {
   std::vector<FormSection> sections = NamedSections(panel);
-  const std::set<const Control*> named = Named(sections);
+  const std::set<const Control*> named = ControlsIn(sections);
   std::string group;
   bool open = false;
   for (Control* control : panel.controls) {
@@ -152,12 +158,29 @@ std::vector<FormSection> SectionsOf(const Panel& panel) {
 
 std::vector<Control*> ButtonsOf(const Panel& panel) {
   const std::vector<FormSection> sections = NamedSections(panel);
-  const std::set<const Control*> named = Named(sections);
+  const std::set<const Control*> named = ControlsIn(sections);
   std::vector<Control*> buttons;
   for (Control* control : panel.controls) {
     if (control->kind == ControlKind::Button && !named.contains(control)) buttons.push_back(control);
   }
   return buttons;
+}
+
+std::vector<std::string> LayoutFaults() {
+  std::vector<std::string> faults;
+  for (const LayoutRow& row : Layout) {
+    const Panel* panel = FindPanel(row.panel);
+    if (panel == nullptr) {
+      faults.emplace_back(row.panel);
+      continue;
+    }
+    for (const QString& word : QString(row.rows).split(QRegularExpression("[ +]"))) {
+      for (const std::string& name : NamesOf(word)) {
+        if (ControlOn(*panel, name) == nullptr) faults.push_back(panel->name + ' ' + name);
+      }
+    }
+  }
+  return faults;
 }
 
 }  // namespace zelvane

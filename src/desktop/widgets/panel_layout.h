@@ -2,7 +2,7 @@
 #pragma once
 
 #include <QString>
-#include <span>
+#include <string>
 #include <vector>
 
 #include "screen/screen.h"
@@ -28,5 +28,9 @@ std::vector<FormSection> NamedSections(const Panel& panel);
 
 /// Buttons of a panel that no section names, in their order.
 std::vector<Control*> ButtonsOf(const Panel& panel);
+
+/// Words of all layouts that name no control ("MainPanel NumPoint"), and names of panels that do not exist. Once
+/// the program has come up there is none.
+std::vector<std::string> LayoutFaults();
 
 }  // namespace zelvane

@@ -21,6 +21,7 @@
 #include "desktop/pages/task_page.h"
 #include "desktop/scheme/scheme_view.h"
 #include "desktop/widgets/control_widget.h"
+#include "desktop/widgets/panel_layout.h"
 #include "desktop/window/grabs.h"
 #include "desktop/window/main_window.h"
 #include "desktop/window/panel_dialog.h"
@@ -524,6 +525,10 @@ TEST_F(WindowTest, LimitsInTheWrongOrderAreToldAndThePageStays) {
   clickControl("GraphPropertiesOk");
   EXPECT_FALSE(PanelVisible("GraphPropertiesPanel"));
   EXPECT_EQ(ViewRange(GraphNamed("MainPanel"), 'y').max, 7.0);
+}
+
+TEST_F(WindowTest, EveryWordOfALayoutNamesAControl) {
+  EXPECT_EQ(LayoutFaults(), std::vector<std::string>{});
 }
 
 TEST_F(WindowTest, PicturesOfEveryVisiblePanelAreSaved) {
