@@ -9,7 +9,7 @@ namespace {
 
 constexpr int SignWidth = 18;  // pixels
 constexpr int SignGap = 5;     // from the sign to its word
-constexpr int EntryGap = 14;
+constexpr int EntryGap = 8;
 constexpr int LineGap = 4;
 constexpr double MarkRadius = 4.0;
 
@@ -52,9 +52,7 @@ void DrawSign(QPainter& painter, const LegendEntry& entry, const QRectF& box, co
 }  // namespace
 
 GraphLegend::GraphLegend(std::vector<LegendEntry> entries, QWidget* parent)
-    : QWidget(parent), entries_(std::move(entries)) {
-  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-}
+    : WrappingWidget(parent), entries_(std::move(entries)), places_(entries_.size()) {}
 
 QSize GraphLegend::sizeHint() const {
   int width = 0;
@@ -62,17 +60,30 @@ QSize GraphLegend::sizeHint() const {
   return {width, fontMetrics().height() + LineGap};
 }
 
+int GraphLegend::place(int width) {
+  const int line = fontMetrics().height() + LineGap;
+  QPoint next(0, 0);
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    const int own = WidthOf(entries_[i], fontMetrics());
+    if (next.x() > 0 && next.x() + own - EntryGap > width) next = {0, next.y() + line};
+    places_[i] = next;
+    next.rx() += own;
+  }
+  update();
+  return next.y() + line;
+}
+
 void GraphLegend::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const GraphColours colours = ColoursOf(palette());
-  int x = 0;
-  for (const LegendEntry& entry : entries_) {
-    const QRectF box(x, 0, WidthOfSign(entry, fontMetrics()), height());
+  const int line = fontMetrics().height() + LineGap;
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    const LegendEntry& entry = entries_[i];
+    const QRectF box(places_[i].x(), places_[i].y(), WidthOfSign(entry, fontMetrics()), line);
     DrawSign(painter, entry, box, VisibleColour(entry.colour, colours));
     painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(QRectF(box.right() + SignGap, 0, width(), height()), Qt::AlignVCenter, entry.text);
-    x += WidthOf(entry, fontMetrics());
+    painter.drawText(QRectF(box.right() + SignGap, box.top(), width(), line), Qt::AlignVCenter, entry.text);
   }
 }
 

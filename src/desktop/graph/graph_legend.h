@@ -1,9 +1,9 @@
 // What the colours on a graph mean.
 #pragma once
 
-#include <QWidget>
 #include <vector>
 
+#include "desktop/widgets/wrapping_widget.h"
 #include "screen/screen.h"
 
 namespace zelvane {
@@ -16,20 +16,24 @@ struct LegendEntry {
   QString numbers;  // of the cursors
 };
 
-/// Signs with a word each, in one line.
-class GraphLegend : public QWidget {
+/// Signs with a word each, in as many lines as the width asks for.
+class GraphLegend : public WrappingWidget {
   Q_OBJECT
  public:
   GraphLegend(std::vector<LegendEntry> entries, QWidget* parent);
 
   QSize sizeHint() const override;
-  QSize minimumSizeHint() const override { return {80, sizeHint().height()}; }
+  QSize minimumSizeHint() const override { return {LeastWidth, sizeHint().height()}; }
 
  protected:
+  int place(int width) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  static constexpr int LeastWidth = 140;  // pixels; takes each entry
+
   std::vector<LegendEntry> entries_;
+  std::vector<QPoint> places_;  // of the entries
 };
 
 }  // namespace zelvane

@@ -14,6 +14,7 @@
 #include "desktop/graph/zoom_bar.h"
 #include "desktop/graph/zoom_buttons.h"
 #include "desktop/graph/zoom_strip.h"
+#include "desktop/widgets/index.h"
 #include "shell/graph_text.h"
 
 namespace zelvane {
@@ -21,6 +22,7 @@ namespace {
 
 constexpr int RightMargin = 14;                          // pixels; half of the last number along x
 constexpr QMargins LeastMargins(66, 8, RightMargin, 0);  // the left one takes most numbers
+constexpr int BelowPlot = 45;                            // pixels of the numbers and title along x
 constexpr int XStripThickness = 20;                      // pixels
 constexpr int YStripThickness = 40;                      // pixels
 constexpr double KeyZoom = 0.8;                          // factor of the span
@@ -54,7 +56,6 @@ void ColourAxis(QCPAxis* axis, const GraphColours& colours, const QFont& font) {
 
 void ShowAxis(QCPAxis* axis, const Axis& record, const DataRange& range,
               const QSharedPointer<NumberTicker>& ticker) {
-  axis->setLabel(QString::fromStdString(record.title));
   axis->setScaleType(record.log ? QCPAxis::stLogarithmic : QCPAxis::stLinear);
   ticker->setDecimals(record.decimals);
   ticker->setGain(record.gain);
@@ -120,8 +121,17 @@ void GraphWidget::refresh() {
 }
 
 void GraphWidget::applyAxes() {
+  plot_->xAxis->setLabel(QString::fromStdString(graph_.x.title));
+  showYTitle();
   ShowAxis(plot_->xAxis, graph_.x, PictureRange(graph_, 'x'), xTicker_);
   ShowAxis(plot_->yAxis, graph_.y, PictureRange(graph_, 'y'), yTicker_);
+}
+
+/// The title of y runs along the axis: on a low graph it loses its middle, and keeps its unit.
+void GraphWidget::showYTitle() {
+  const QFontMetrics metrics(plot_->yAxis->labelFont());
+  plot_->yAxis->setLabel(metrics.elidedText(QString::fromStdString(graph_.y.title), Qt::ElideMiddle,
+                                            plot_->height() - BelowPlot));
 }
 
 void GraphWidget::applyColours(bool forPaper) {
@@ -160,6 +170,7 @@ void GraphWidget::placePlot() {
   readout_->setGeometry(0, 0, width() - bar - RightMargin, top);
   // Before a layout has given room the widget is tiny; nothing can be drawn on an empty plot.
   plot_->setGeometry(0, top, std::max(width() - bar, 1), std::max(height() - top - bar, 1));
+  showYTitle();
 }
 
 /// Once longer numbers have moved the plot area it stays there: it must not jump under the mouse.
@@ -316,10 +327,10 @@ void GraphWidget::shiftCursor(int key) {
     if (move.key != key) continue;
     const int count = static_cast<int>(graph_.cursors.size());
     for (int k = 1; k <= count && lastCursor_ == 0; ++k) {
-      if (graph_.cursors[static_cast<std::size_t>(k) - 1].enabled) lastCursor_ = k;
+      if (graph_.cursors[Index(k) - 1].enabled) lastCursor_ = k;
     }
     if (lastCursor_ == 0) return;
-    const Cursor& cursor = graph_.cursors[static_cast<std::size_t>(lastCursor_) - 1];
+    const Cursor& cursor = graph_.cursors[Index(lastCursor_) - 1];
     const QPointF from(plot_->xAxis->coordToPixel(cursor.x), plot_->yAxis->coordToPixel(cursor.y));
     const QPointF step(move.x / KeyShare, -move.y / KeyShare);
     cursors_->drag(lastCursor_, from + step, cursorsFollow_ && move.x != 0.0);

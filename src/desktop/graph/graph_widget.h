@@ -59,7 +59,7 @@ class GraphWidget : public QWidget {
   void saveAs(const QString& ending);
 
   QSize sizeHint() const override { return {720, 320}; }
-  QSize minimumSizeHint() const override { return {240, 140}; }
+  QSize minimumSizeHint() const override { return {240, 120}; }
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -74,6 +74,7 @@ class GraphWidget : public QWidget {
   void addZoomControls();
   void applyColours(bool forPaper);
   void applyAxes();
+  void showYTitle();
   void placePlot();
   void keepMargin();
   void placeZoomControls();

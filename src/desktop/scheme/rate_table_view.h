@@ -33,7 +33,7 @@ class RateTableView : public QWidget {
   void openDependence();
 
   QSize sizeHint() const override { return {720, 420}; }
-  QSize minimumSizeHint() const override { return {420, 220}; }
+  QSize minimumSizeHint() const override { return {420, 160}; }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

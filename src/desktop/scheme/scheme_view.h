@@ -14,14 +14,11 @@ class InlineEditor;
 
 /// The 20 states as boxes and the links between those that are on as pairs of arrows with their rates.
 ///
-///   Mouse   A click on a box switches its state on or off, on a rate edits it, on the mark beside a rate
-///   opens
-///           what it depends on, on the triangle of a box opens the menu of the state. A right click shows
-///           help.
-///   Keys    Tab goes through states, rates and marks, arrows from state to state. Enter or F2 edits a rate
-///   or
-///           a state's label, typing a digit edits a rate, Space switches a state or opens a dependence,
-///           Shift+F10 opens the menu of the state, F1 shows help.
+///   Mouse   A click on a box switches its state, on a rate edits it. On the mark beside a rate it opens what the
+///           rate depends on, on the triangle of a box the menu of the state. A right click shows help.
+///   Keys    Tab goes through states, rates and marks, arrows from state to state. Enter or F2 edits a rate or a
+///           state's label, a digit edits a rate, Space switches a state or opens a dependence, Shift+F10 opens
+///           the menu of the state, F1 shows help.
 class SchemeView : public QWidget {
   Q_OBJECT
  public:
@@ -32,7 +29,7 @@ class SchemeView : public QWidget {
 
   const SchemeLayout& scheme() const { return layout_; }
   QSize sizeHint() const override { return {720, 370}; }
-  QSize minimumSizeHint() const override { return {540, 280}; }
+  QSize minimumSizeHint() const override { return {480, 200}; }
 
  protected:
   bool event(QEvent* event) override;

@@ -13,6 +13,8 @@
 #include <QToolButton>
 #include <algorithm>
 
+#include "desktop/widgets/elided_label.h"
+#include "desktop/widgets/style_property.h"
 #include "desktop/widgets/text.h"
 #include "screen/number_entry.h"
 #include "shell/entry.h"
@@ -22,7 +24,7 @@ namespace {
 
 constexpr char NotOffered[] = "NOT AVAILABLE";  // a word that only a file can choose
 constexpr int FieldDigits = 7;                  // as many as a 32-bit float has
-constexpr int ChipSize = 26;                    // pixels
+constexpr QSize ChipSize(22, 20);               // pixels
 constexpr int UnitMargin = 7;                   // between unit and the field's right edge
 constexpr int WidestField = 210;
 
@@ -50,53 +52,6 @@ class EntryField : public QLineEdit {
     return QLineEdit::event(event);
   }
 };
-
-/// A text that loses its middle where it has no room: a path must not widen the form it stands in.
-class ReadoutLabel : public QLabel {
- public:
-  using QLabel::QLabel;
-
-  void showText(const QString& text) {
-    if (text == whole_) return;
-    whole_ = text;
-    fit();
-    updateGeometry();
-  }
-
-  QSize sizeHint() const override {
-    return {fontMetrics().horizontalAdvance(whole_) + 2, QLabel::sizeHint().height()};
-  }
-  QSize minimumSizeHint() const override {
-    constexpr int fewest = 16;  // characters that always have room
-    return {std::min(sizeHint().width(), fewest * fontMetrics().averageCharWidth()), sizeHint().height()};
-  }
-
- protected:
-  void resizeEvent(QResizeEvent* event) override {
-    QLabel::resizeEvent(event);
-    fit();
-  }
-  void showEvent(QShowEvent* event) override {
-    QLabel::showEvent(event);
-    fit();
-  }
-
- private:
-  void fit() {
-    const QString shown = isVisible() ? fontMetrics().elidedText(whole_, Qt::ElideMiddle, width()) : whole_;
-    setText(shown);
-    setToolTip(shown == whole_ ? QString() : whole_);
-  }
-
-  QString whole_;
-};
-
-void SetProperty(QWidget* widget, const char* name, const QVariant& value) {
-  if (widget->property(name) == value) return;
-  widget->setProperty(name, value);
-  widget->style()->unpolish(widget);
-  widget->style()->polish(widget);
-}
 
 QToolButton* Segment(const QString& text, QWidget* parent) {
   auto* segment = new QToolButton(parent);
@@ -201,7 +156,7 @@ void ControlWidget::makeChip() {
   chip->setText(QString::number(control_.index));
   chip->setCheckable(true);
   chip->setFocusPolicy(Qt::TabFocus);
-  chip->setFixedSize(ChipSize, ChipSize - 6);
+  chip->setFixedSize(ChipSize);
   chip->setProperty("role", "chip");
   chip_ = chip;
   place(chip);
@@ -215,7 +170,7 @@ void ControlWidget::makeButton() {
 }
 
 void ControlWidget::makeReadout() {
-  readout_ = new ReadoutLabel(this);
+  readout_ = new ElidedLabel(this);
   readout_->setTextFormat(Qt::PlainText);
   readout_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   place(readout_);
@@ -265,10 +220,9 @@ void ControlWidget::refresh() {
     button_->setEnabled(open);
   } else {
     const QString text = ToQt(ShownText(control_)).trimmed();
-    static_cast<ReadoutLabel*>(readout_)->showText(
-        text.isEmpty() || control_.unit.empty() ? text : text + ' ' + ToQt(control_.unit));
+    readout_->showText(text.isEmpty() || control_.unit.empty() ? text : text + ' ' + ToQt(control_.unit));
     readout_->setEnabled(open);
-    SetProperty(readout_, "tone", ToQt(control_.colour));
+    SetStyleProperty(readout_, "tone", ToQt(control_.colour));
   }
 }
 
@@ -307,7 +261,7 @@ void ControlWidget::restore() {
 
 void ControlWidget::markRefused(const Refusal& refusal) {
   refused_ = !refusal.empty();
-  SetProperty(field_, "refused", refused_);
+  SetStyleProperty(field_, "refused", refused_);
   field_->setToolTip(refused_ ? ToQt(refusal) : QString());
 }
 

@@ -14,6 +14,8 @@ class QLineEdit;
 
 namespace zelvane {
 
+class ElidedLabel;
+
 /// Shows one control record and gives what the user does to the dispatcher. A number or text is entered by
 /// Enter or by leaving the field, Escape brings back what it held; a text that is refused stays to be mended,
 /// marked, with the reason as its tool tip, and the control keeps its value. A right click asks for the help.
@@ -72,7 +74,7 @@ class ControlWidget : public QWidget {
   QButtonGroup* segments_ = nullptr;
   QAbstractButton* chip_ = nullptr;
   QAbstractButton* button_ = nullptr;
-  QLabel* readout_ = nullptr;
+  ElidedLabel* readout_ = nullptr;
   bool refused_ = false;
   bool entering_ = false;
   bool typesOnly_ = false;

@@ -6,7 +6,11 @@
 #include <algorithm>
 
 #include "desktop/widgets/control_widget.h"
+#include "desktop/widgets/fold_button.h"
+#include "desktop/widgets/index.h"
+#include "desktop/widgets/section_label.h"
 #include "desktop/widgets/text.h"
+#include "desktop/window/settings.h"
 
 namespace zelvane {
 namespace {
@@ -32,23 +36,48 @@ void FormPage::addSection(const FormSection& section) {
   Section added;
   if (nextRow_ > 0 && section.title.isEmpty()) grid_->setRowMinimumHeight(nextRow_++, SectionGap);
   if (!section.title.isEmpty()) {
-    added.title = new QLabel(section.title, this);
-    added.title->setProperty("role", "section");
-    added.title->setIndent(0);
-    if (nextRow_ > 0)
-      added.title->setContentsMargins(0, SectionGap, 0, 0);  // goes with a section out of sight
+    if (settings_ != nullptr) {
+      added.fold = newFold(section.title);
+      added.title = added.fold;
+    } else {
+      added.title = NewSectionLabel(section.title, this);
+      if (nextRow_ > 0)
+        added.title->setContentsMargins(0, SectionGap, 0, 0);  // goes with a section out of sight
+    }
     grid_->addWidget(added.title, nextRow_++, 0, 1, -1);
   }
   const int lines = static_cast<int>(section.rows.size());
   const int perColumn = (lines + section.columns - 1) / std::max(section.columns, 1);
   for (int i = 0; i < lines; ++i) {
     const int column = i / perColumn * GridColumnsOfLine;
-    added.lines.push_back(
-        addLine(section.rows[static_cast<std::size_t>(i)], nextRow_ + i % perColumn, column));
+    added.lines.push_back(addLine(section.rows[Index(i)], nextRow_ + i % perColumn, column));
     if (column > 0) grid_->setColumnMinimumWidth(column - 1, ColumnGap);
   }
   nextRow_ += perColumn;
   sections_.push_back(std::move(added));
+}
+
+void FormPage::setFolds(Settings& settings, const QString& key) {
+  settings_ = &settings;
+  key_ = key;
+}
+
+FoldButton* FormPage::newFold(const QString& title) {
+  auto* fold = new FoldButton(title, this);
+  fold->setChecked(!settings_->value(key_).toStringList().contains(title));
+  connect(fold, &QToolButton::clicked, this, [this] {
+    keepFolds();
+    refresh();
+  });
+  return fold;
+}
+
+void FormPage::keepFolds() {
+  QStringList folded;
+  for (const Section& section : sections_) {
+    if (section.fold != nullptr && !section.fold->isChecked()) folded.push_back(section.fold->text());
+  }
+  settings_->setValue(key_, folded);
 }
 
 FormPage::Line FormPage::addLine(const FormRow& row, int gridRow, int gridColumn) {
@@ -88,8 +117,9 @@ bool FormPage::isOpen(const Section& section) {
 
 void FormPage::refresh() {
   for (Section& section : sections_) {
-    const bool shown = !hidesDimmed_ || isOpen(section);
-    if (section.title != nullptr) section.title->setVisible(shown);
+    const bool inSight = !hidesDimmed_ || isOpen(section);
+    const bool shown = inSight && (section.fold == nullptr || section.fold->isChecked());
+    if (section.title != nullptr) section.title->setVisible(inSight);
     for (Line& line : section.lines) {
       for (ControlWidget* field : line.fields) {
         field->refresh();

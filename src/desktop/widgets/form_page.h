@@ -12,6 +12,8 @@ class QLabel;
 namespace zelvane {
 
 class ControlWidget;
+class FoldButton;
+class Settings;
 
 /// Sections under titles, in them lines of a label and its field; all labels and all fields of the form are
 /// aligned.
@@ -21,6 +23,10 @@ class FormPage : public QWidget {
   explicit FormPage(QWidget* parent = nullptr);
 
   void addSection(const FormSection& section);
+
+  /// A click on the title of a section added from here on folds it. What is folded is kept under `key` of the
+  /// settings.
+  void setFolds(Settings& settings, const QString& key);
 
   /// Sections in which everything is dimmed go out of sight.
   void setHidesDimmed(bool hides) { hidesDimmed_ = hides; }
@@ -34,17 +40,22 @@ class FormPage : public QWidget {
     std::vector<ControlWidget*> fields;
   };
   struct Section {
-    QLabel* title = nullptr;
+    QWidget* title = nullptr;
+    FoldButton* fold = nullptr;  // the title, where the section folds
     std::vector<Line> lines;
   };
 
   Line addLine(const FormRow& row, int gridRow, int gridColumn);
+  FoldButton* newFold(const QString& title);
+  void keepFolds();
   static bool isOpen(const Section& section);
 
   QGridLayout* grid_;
   std::vector<Section> sections_;
   int nextRow_ = 0;
   bool hidesDimmed_ = false;
+  Settings* settings_ = nullptr;  // nullptr where nothing folds
+  QString key_;
 };
 
 }  // namespace zelvane

@@ -1,9 +1,12 @@
 #include "desktop/widgets/readout_strip.h"
 
-#include <QGridLayout>
+#include <QBoxLayout>
 #include <QLabel>
-#include <QVBoxLayout>
+#include <algorithm>
+#include <iterator>
 
+#include "desktop/widgets/index.h"
+#include "desktop/widgets/style_property.h"
 #include "desktop/widgets/text.h"
 
 namespace zelvane {
@@ -11,6 +14,8 @@ namespace {
 
 constexpr int CellMargin = 8;  // pixels
 constexpr int CellGap = 6;
+constexpr int CompactMargin = 5;
+constexpr int CompactRowGap = 1;
 constexpr char16_t NotThere = u'\u2013';
 
 /// "Peak (pA)" and its like name their unit already, as do "Integral(pAms)" and "Tau (ms)".
@@ -24,14 +29,14 @@ QString NameOf(const Control& control) {
   return name;
 }
 
+QString ValueOf(const Control& control) {
+  const QString value = ToQt(ShownText(control)).trimmed();
+  return value.isEmpty() ? QString(QChar(NotThere)) : value;
+}
+
 }  // namespace
 
-ReadoutStrip::ReadoutStrip(std::span<const char* const> controls, int columns, QWidget* parent)
-    : QWidget(parent) {
-  auto* grid = new QGridLayout(this);
-  grid->setContentsMargins(0, 0, 0, 0);
-  grid->setSpacing(CellGap);
-  int place = 0;
+ReadoutStrip::ReadoutStrip(std::span<const char* const> controls, QWidget* parent) : WrappingWidget(parent) {
   for (const char* name : controls) {
     Control& control = ControlNamed(name);
     auto* frame = new QWidget(this);
@@ -40,32 +45,94 @@ ReadoutStrip::ReadoutStrip(std::span<const char* const> controls, int columns, Q
     frame->setToolTip(ToQt(control.help));
     frame->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(frame, &QWidget::customContextMenuRequested, this, [&control] { RightClick(control); });
-    auto* column = new QVBoxLayout(frame);
-    column->setContentsMargins(CellMargin, 3, CellMargin, 4);
-    column->setSpacing(0);
+    auto* column = new QBoxLayout(QBoxLayout::TopToBottom, frame);
     auto* title = new QLabel(frame);
     title->setProperty("role", "muted");
     auto* value = new QLabel(frame);
     value->setObjectName(ToQt(control.name) + "Value");
-    value->setProperty("role", "figure");
     column->addWidget(title);
-    column->addWidget(value);
-    grid->addWidget(frame, place / columns, place % columns);
-    grid->setColumnStretch(place % columns, 1);
-    grid->setColumnMinimumWidth(place % columns, 1);
-    ++place;
-    cells_.push_back({&control, title, value});
+    column->addWidget(value, 1);
+    cells_.push_back({&control, frame, title, value});
   }
+  dress();
   refresh();
 }
 
 void ReadoutStrip::refresh() {
   for (const Cell& cell : cells_) {
-    const QString value = ToQt(ShownText(*cell.control)).trimmed();
+    const QString value = ValueOf(*cell.control);
     cell.name->setText(NameOf(*cell.control));
-    cell.value->setText(value.isEmpty() ? QString(QChar(NotThere)) : value);
-    cell.value->setEnabled(!value.isEmpty());
+    cell.value->setText(value);
+    cell.value->setEnabled(value != QString(QChar(NotThere)));
   }
+}
+
+void ReadoutStrip::setCompact(bool compact) {
+  if (compact == compact_) return;
+  compact_ = compact;
+  dress();
+}
+
+void ReadoutStrip::dress() {
+  for (const Cell& cell : cells_) {
+    auto* box = static_cast<QBoxLayout*>(cell.frame->layout());
+    box->setDirection(compact_ ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    if (compact_)
+      box->setContentsMargins(CompactMargin, 0, CompactMargin, 0);
+    else
+      box->setContentsMargins(CellMargin, 3, CellMargin, 4);
+    box->setSpacing(compact_ ? CompactMargin : 0);
+    cell.value->setAlignment(compact_ ? Qt::AlignRight | Qt::AlignVCenter : Qt::AlignLeft | Qt::AlignVCenter);
+    SetStyleProperty(cell.value, "role", compact_ ? "value" : "figure");
+  }
+  updateGeometry();
+  arrange();
+}
+
+void ReadoutStrip::showFrom(int first, bool shown) {
+  for (std::size_t i = Index(first); i < cells_.size(); ++i) cells_[i].frame->setVisible(shown);
+  arrange();
+}
+
+std::vector<ReadoutStrip::Cell> ReadoutStrip::shownCells() const {
+  std::vector<Cell> shown;
+  std::copy_if(cells_.begin(), cells_.end(), std::back_inserter(shown),
+               [](const Cell& cell) { return !cell.frame->isHidden(); });
+  return shown;
+}
+
+/// The room that the longest name and value take.
+QSize ReadoutStrip::cellSize() const {
+  QSize size;
+  for (const Cell& cell : shownCells()) size = size.expandedTo(cell.frame->sizeHint());
+  return size;
+}
+
+QSize ReadoutStrip::sizeHint() const {
+  const QSize cell = cellSize();
+  return {(cell.width() + CellGap) * static_cast<int>(cells_.size()), cell.height()};
+}
+
+QSize ReadoutStrip::minimumSizeHint() const {
+  return cellSize();
+}
+
+/// Cells of one width, spread over as few rows as they fit in.
+int ReadoutStrip::place(int width) {
+  const std::vector<Cell> shown = shownCells();
+  const int count = static_cast<int>(shown.size());
+  if (count == 0) return 0;
+  const QSize cell = cellSize();
+  const int most = std::max(1, (width + CellGap) / (cell.width() + CellGap));
+  const int rows = (count + most - 1) / most;
+  const int columns = (count + rows - 1) / rows;
+  const int own = (width + CellGap) / columns - CellGap;
+  const int rowHeight = cell.height() + (compact_ ? CompactRowGap : CellGap);
+  for (int i = 0; i < count; ++i) {
+    const int left = i % columns * (width + CellGap) / columns;
+    shown[Index(i)].frame->setGeometry(left, i / columns * rowHeight, own, cell.height());
+  }
+  return rows * rowHeight - (rowHeight - cell.height());
 }
 
 }  // namespace zelvane

@@ -1,34 +1,53 @@
 // Results in large figures side by side.
 #pragma once
 
-#include <QWidget>
 #include <span>
 #include <vector>
 
+#include "desktop/widgets/wrapping_widget.h"
 #include "screen/screen.h"
 
 class QLabel;
 
 namespace zelvane {
 
-/// A row, or several, of readouts: the name small, the value large below it. A right click on one asks for
-/// its help.
-class ReadoutStrip : public QWidget {
+/// Readouts of one width in as many rows as the strip's width asks for: the name small, the value large below
+/// it. A right click on one asks for its help.
+class ReadoutStrip : public WrappingWidget {
   Q_OBJECT
  public:
-  /// The controls by name, `columns` in a row.
-  ReadoutStrip(std::span<const char* const> controls, int columns, QWidget* parent);
+  /// The controls by name.
+  ReadoutStrip(std::span<const char* const> controls, QWidget* parent);
 
   /// Shows what the records hold; a value that is not there as a dash.
   void refresh();
 
+  /// Shows or hides the readouts from place `first`, counted from 0, to the last.
+  void showFrom(int first, bool shown);
+
+  /// Shows name and value in one line without a frame, for a low page.
+  void setCompact(bool compact);
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  int place(int width) override;
+
  private:
   struct Cell {
     Control* control;
+    QWidget* frame;
     QLabel* name;
     QLabel* value;
   };
+
+  void dress();
+  QSize cellSize() const;
+  std::vector<Cell> shownCells() const;
+
   std::vector<Cell> cells_;
+  bool compact_ = false;
 };
 
 }  // namespace zelvane

@@ -3,28 +3,30 @@
 #include <QScrollBar>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace zelvane {
 namespace {
 
-constexpr int FormWidth = 346;  // pixels, with the scroll bar
-constexpr int Slack = 8;        // pixels below the view that are no more than margin
+constexpr int FormWidth = 346;  // pixels that the form wants, with the scroll bar
+constexpr int LeastHeight = 120;
+constexpr int Slack = 8;  // pixels below the view that are no more than margin
 
 }  // namespace
 
-SideForm::SideForm(const zelvane::Panel& panel, QWidget* parent)
+SideForm::SideForm(const zelvane::Panel& panel, Settings& settings, const QString& key, QWidget* parent)
     : QScrollArea(parent), more_(new QToolButton(this)) {
   auto* content = new QWidget(this);
   auto* layout = new QVBoxLayout(content);
   layout->setContentsMargins(4, 0, 10, 4);
   form_ = new FormPage(content);
+  form_->setFolds(settings, key + "/folded");
   for (const FormSection& section : NamedSections(panel)) form_->addSection(section);
   layout->addWidget(form_);
   layout->addStretch();
   setWidget(content);
   setWidgetResizable(true);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setFixedWidth(FormWidth);
   setFocusPolicy(Qt::NoFocus);
   viewport()->setAutoFillBackground(false);
   content->setAutoFillBackground(false);
@@ -37,6 +39,21 @@ SideForm::SideForm(const zelvane::Panel& panel, QWidget* parent)
   connect(more_, &QToolButton::clicked, bar, [bar] { bar->setValue(bar->maximum()); });
   connect(bar, &QScrollBar::valueChanged, this, &SideForm::showMore);
   connect(bar, &QScrollBar::rangeChanged, this, &SideForm::showMore);
+}
+
+QSize SideForm::sizeHint() const {
+  return {std::max(FormWidth, minimumSizeHint().width()), widget()->sizeHint().height()};
+}
+
+/// As wide as the form at its narrowest, so that nothing is cut at its side.
+QSize SideForm::minimumSizeHint() const {
+  const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, verticalScrollBar());
+  return {widget()->minimumSizeHint().width() + bar, LeastHeight};
+}
+
+bool SideForm::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == widget() && event->type() == QEvent::LayoutRequest) updateGeometry();
+  return QScrollArea::eventFilter(watched, event);
 }
 
 void SideForm::showMore() {

@@ -9,16 +9,22 @@ class QToolButton;
 
 namespace zelvane {
 
+class Settings;
+
 /// The named sections of a panel as one form that scrolls when the window is low; a button over its lower
 /// edge then tells that there is more, and goes there.
 class SideForm : public QScrollArea {  // zelvane::Panel: a QFrame has a Panel of its own
   Q_OBJECT
  public:
-  SideForm(const zelvane::Panel& panel, QWidget* parent);
+  SideForm(const zelvane::Panel& panel, Settings& settings, const QString& key, QWidget* parent);
 
   FormPage& form() { return *form_; }
 
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:

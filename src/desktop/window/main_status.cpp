@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "desktop/widgets/elided_label.h"
 #include "desktop/widgets/text.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
@@ -16,6 +17,8 @@ namespace zelvane {
 namespace {
 
 constexpr int ProgressSteps = 1000;
+constexpr int LeastProgressWidth = 240;  // pixels
+constexpr int MostProgressWidth = 380;
 constexpr char PercentText[] = "%p%";
 
 /// "12.3 s", from a minute on "3:05".
@@ -28,14 +31,15 @@ QString ElapsedText(qint64 ms) {
 
 MainStatus::MainStatus(QWidget* parent)
     : QStatusBar(parent),
-      file_(new QLabel(this)),
-      data_(new QLabel(this)),
+      file_(new ElidedLabel(this)),
+      data_(new ElidedLabel(this)),
       length_(new QLabel(this)),
       form_(new QLabel(this)),
       progress_(new QProgressBar(this)),
       stop_(new QPushButton("Stop", this)) {
   progress_->setRange(0, ProgressSteps);
-  progress_->setFixedWidth(380);
+  progress_->setMinimumWidth(LeastProgressWidth);
+  progress_->setMaximumWidth(MostProgressWidth);
   stop_->setFocusPolicy(Qt::NoFocus);
   stop_->setToolTip("Stop the run or the analysis (Esc)");
   connect(stop_, &QPushButton::clicked, this, &MainStatus::stopPressed);
@@ -46,7 +50,7 @@ MainStatus::MainStatus(QWidget* parent)
   addWidget(data_);
   addWidget(length_);
   addWidget(form_);
-  addPermanentWidget(progress_);
+  addPermanentWidget(progress_, 1);
   addPermanentWidget(stop_);
   progress_->hide();
   stop_->hide();
@@ -54,11 +58,9 @@ MainStatus::MainStatus(QWidget* parent)
 
 void MainStatus::refresh() {
   const QString path = ToQt(Model.ModelFileName);
-  file_->setText(path.isEmpty() ? QStringLiteral("No model file") : QFileInfo(path).fileName());
-  file_->setToolTip(path);
+  file_->showText(path.isEmpty() ? QStringLiteral("No model file") : QFileInfo(path).fileName(), path);
   const QString shown = ToQt(ControlNamed("DataName").text);  // of a run it is the model's
-  data_->setText(QFileInfo(shown).fileName());
-  data_->setToolTip(shown);
+  data_->showText(QFileInfo(shown).fileName(), shown);
   data_->setVisible(!shown.isEmpty() && shown != path);
   length_->setText("Sweep " + ToQt(CompactNumber(ControlNamed("SweepLength").number, 6)) + " ms");
   form_->setText(ToQt(ShownText(ControlNamed("ModelForm"))));

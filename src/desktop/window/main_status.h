@@ -10,6 +10,8 @@ class QPushButton;
 
 namespace zelvane {
 
+class ElidedLabel;
+
 class MainStatus : public QStatusBar {
   Q_OBJECT
  public:
@@ -28,8 +30,8 @@ class MainStatus : public QStatusBar {
   void stopPressed();
 
  private:
-  QLabel* file_;
-  QLabel* data_;  // name of the recording on display; hidden without one
+  ElidedLabel* file_;
+  ElidedLabel* data_;  // name of the recording on display; hidden without one
   QLabel* length_;
   QLabel* form_;
   QProgressBar* progress_;

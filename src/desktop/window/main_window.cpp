@@ -33,6 +33,7 @@
 namespace zelvane {
 namespace {
 
+constexpr QSize LeastSize(800, 560);
 constexpr int TaskBarWidth = 84;
 constexpr int TaskIconSize = 26;
 constexpr int ToolIconSize = 20;
@@ -81,6 +82,7 @@ MainWindow::MainWindow(DesktopFrontEnd& frontEnd, Settings& settings)
     : frontEnd_(frontEnd), settings_(settings), modelFile_(Model.ModelFileName) {
   setObjectName("MainWindow");
   setAcceptDrops(true);
+  setMinimumSize(LeastSize);  // for all pages: what a page shows must not enlarge the window
   menu_ = new MainMenu(menuBar());
   status_ = new MainStatus(this);
   setStatusBar(status_);
@@ -128,7 +130,7 @@ void MainWindow::addTasks() {
     button->setProperty("role", "task");
     button->setToolTip(ToQt(panel.help));
     buttons->addWidget(button);
-    tasks_.push_back({&task, task.make(panel, pages_), button});
+    tasks_.push_back({&task, task.make(panel, settings_, pages_), button});
     pages_->addWidget(tasks_.back().page);
     connect(button, &QToolButton::clicked, this, [this, shown = tasks_.back()] { goTo(shown); });
   }
@@ -199,6 +201,9 @@ void MainWindow::addViewMenu() {
     action->setChecked(theme == chosen);
     group->addAction(action);
   }
+  QAction* settings =
+      view->addAction("Settings", this, [this] { page()->openSettings(!page()->settingsOpen()); });
+  settings->setShortcut(QKeySequence("F9"));
   QAction* full =
       view->addAction("Full screen", this, [this](bool on) { on ? showFullScreen() : showNormal(); });
   full->setCheckable(true);

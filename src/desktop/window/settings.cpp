@@ -11,6 +11,7 @@ namespace {
 
 constexpr char LastFolderKey[] = "files/lastFolder";
 constexpr char RecentFilesKey[] = "files/recent";
+constexpr int MostPixels = 100'000;  // of a part of the window; a larger size is no size
 
 }  // namespace
 
@@ -32,9 +33,9 @@ void Settings::setLastFolder(const QString& folder) {
 }
 
 void Settings::addRecentFile(const QString& path) {
-  const QString whole = QFileInfo(path).absoluteFilePath();
-  recentFiles_.removeAll(whole);
-  recentFiles_.prepend(whole);
+  const QString fullPath = QFileInfo(path).absoluteFilePath();
+  recentFiles_.removeAll(fullPath);
+  recentFiles_.prepend(fullPath);
   recentFiles_ = recentFiles_.mid(0, MaxRecentFiles);
   setValue(RecentFilesKey, recentFiles_);
 }
@@ -45,11 +46,35 @@ void Settings::clearRecentFiles() {
 }
 
 QVariant Settings::value(const QString& key, const QVariant& unset) const {
-  return file_ ? file_->value(key, unset) : unset;
+  return file_ ? file_->value(key, unset) : session_.value(key, unset);
 }
 
 void Settings::setValue(const QString& key, const QVariant& value) {
-  if (file_) file_->setValue(key, value);
+  if (file_)
+    file_->setValue(key, value);
+  else
+    session_[key] = value;
+}
+
+bool Settings::flag(const QString& key, bool unset) const {
+  const QString word = value(key).toString();
+  return word == "true" || (unset && word != "false");
+}
+
+QList<int> Settings::sizes(const QString& key, qsizetype count) const {
+  QList<int> sizes;
+  for (const QString& word : value(key).toStringList()) {
+    const int size = word.toInt();  // 0 for a word that is no number
+    if (size <= 0 || size > MostPixels) return {};
+    sizes.push_back(size);
+  }
+  return sizes.size() == count ? sizes : QList<int>{};
+}
+
+void Settings::setSizes(const QString& key, const QList<int>& sizes) {
+  QStringList words;
+  for (const int size : sizes) words.push_back(QString::number(size));
+  setValue(key, words);
 }
 
 }  // namespace zelvane

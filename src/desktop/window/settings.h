@@ -30,8 +30,17 @@ class Settings {
   QVariant value(const QString& key, const QVariant& unset = {}) const;
   void setValue(const QString& key, const QVariant& value);
 
+  /// A switch; `unset` where the key is missing or holds another word than true and false.
+  bool flag(const QString& key, bool unset) const;
+
+  /// Sizes of `count` parts in pixels. Empty where the key is missing or holds anything but so many positive
+  /// numbers.
+  QList<int> sizes(const QString& key, qsizetype count) const;
+  void setSizes(const QString& key, const QList<int>& sizes);
+
  private:
   std::optional<QSettings> file_;
+  QVariantMap session_;  // in place of the file
   QString lastFolder_;
   QStringList recentFiles_;
 };

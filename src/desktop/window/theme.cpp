@@ -99,6 +99,11 @@ QLabel[role="unit"] { color: %2; }
 QLabel[role="muted"] { color: %2; }
 QLabel[tone="green"] { color: %10; }
 QLabel[tone="red"] { color: %6; }
+QLabel[role="value"] { font-weight: 600; }
+QLabel[role="value"]:disabled { color: %2; font-weight: 400; }
+QToolButton[role="fold"] { border: none; color: %5; font-weight: 600; padding: 4px 0; text-align: left; }
+QToolButton[role="fold"]:hover, QToolButton[role="fold"]:focus { background: %7; }
+QWidget[role="drawer"] { background: %9; border-left: 1px solid %4; }
 QLabel[role="figure"] { font-size: 14pt; font-weight: 600; }
 QLabel[role="figure"]:disabled { color: %2; font-weight: 400; }
 QWidget[role="readout"] { background: %3; border: 1px solid %4; border-radius: 4px; }
@@ -109,13 +114,13 @@ QLineEdit { background: %3; border: 1px solid %4; border-radius: 4px; padding: 2
 QLineEdit:focus { border: 1px solid %5; }
 QLineEdit:disabled { color: %2; background: transparent; }
 QLineEdit[refused="true"] { border: 1px solid %6; color: %6; }
-QPushButton { background: %8; border: 1px solid %4; border-radius: 4px; padding: 3px 12px; min-height: 18px; }
+QPushButton { background: %8; border: 1px solid %4; border-radius: 4px; padding: 3px 10px; min-height: 18px; }
 QPushButton:hover { border-color: %5; }
 QPushButton:focus { border-color: %5; }
 QPushButton:pressed { background: %7; }
 QPushButton:disabled { color: %2; }
 QPushButton:default { border-color: %5; }
-QToolButton[role="segment"] { background: %8; border: 1px solid %4; padding: 3px 10px; min-height: 18px; margin: 0; }
+QToolButton[role="segment"] { background: %8; border: 1px solid %4; padding: 3px 8px; min-height: 18px; max-height: 18px; margin: 0; }
 QToolButton[role="segment"]:checked { background: %5; color: %3; border-color: %5; }
 QToolButton[role="segment"]:disabled { color: %2; }
 QToolButton[role="segment"]:focus { border-color: %5; }

@@ -1,0 +1,31 @@
+// The tasks of the side bar and their pages.
+#include "desktop/pages/analysis_page.h"
+#include "desktop/pages/model_page.h"
+#include "desktop/pages/rscm_page.h"
+#include "desktop/pages/stimulus_page.h"
+#include "desktop/pages/task_page.h"
+
+namespace zelvane {
+namespace {
+
+template <typename Page>
+TaskPage* NewPage(Panel& panel, Settings& settings, QWidget* parent) {
+  return new Page(panel, settings, parent);
+}
+
+// clang-format off
+constexpr TaskDecl TaskTable[] = {
+    {.panel = "MainPanel",         .title = "Model",    .icon = "model",    .command = "Model",         .make = NewPage<ModelPage>},
+    {.panel = "StimulusPanel",     .title = "Stimulus", .icon = "stimulus", .command = "Stimulus",      .make = NewPage<StimulusPage>},
+    {.panel = "AnalysisPanel",     .title = "Analysis", .icon = "analysis", .command = "Analysis",      .make = NewPage<AnalysisPage>},
+    {.panel = "RsCorrectionPanel", .title = "Series R", .icon = "rscm",     .command = "RsCmFilterFxn", .make = NewPage<RscmPage>},
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const TaskDecl> Tasks() {
+  return TaskTable;
+}
+
+}  // namespace zelvane

@@ -1,0 +1,47 @@
+// A row of widgets that goes on in further rows where the width ends.
+#pragma once
+
+#include <vector>
+
+#include "desktop/widgets/wrapping_widget.h"
+
+namespace zelvane {
+
+/// Takes no room while it is empty.
+class FlowRow : public WrappingWidget {
+  Q_OBJECT
+ public:
+  explicit FlowRow(QWidget* parent);
+
+  /// Appends a widget, which becomes a child of the row. A text or field that can be short gives way first;
+  /// hidden widgets take no room.
+  void add(QWidget* widget);
+
+  /// Moves what is added from here on to the right edge of its row.
+  void addStretch() { atRight_ = true; }
+
+  void setGap(int pixels) { gap_ = pixels; }
+
+  QSize sizeHint() const override;         // all in one row
+  QSize minimumSizeHint() const override;  // the widest widget
+
+ protected:
+  int place(int width) override;
+
+ private:
+  struct Item {
+    QWidget* widget;
+    bool atRight;  // the room that its line leaves over lies before it and its like
+  };
+  using Line = std::vector<Item>;
+
+  std::vector<Line> linesOf(int width) const;
+  int leastWidthOf(const Line& line) const;
+  int placeLine(const Line& line, int top, int width) const;
+
+  std::vector<Item> items_;
+  int gap_ = 6;
+  bool atRight_ = false;
+};
+
+}  // namespace zelvane
