@@ -14,7 +14,7 @@ namespace zelvane {
 
 BenchScheme SchemeOfFile(const char* name) {
   const std::string path = std::string(ZELVANE_DATA) + "/" + name;
-  if (!ModelFileReadNamed(path)) {
+  if (ModelFileReadNamed(path) != Outcome::Done) {
     std::fprintf(stderr, "bench: no model in %s\n", path.c_str());
     std::exit(1);
   }

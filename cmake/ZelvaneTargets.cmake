@@ -9,7 +9,7 @@ target_compile_options(zelvane_options INTERFACE
   # Clang counts changes of sign under -Wconversion; GCC, whose warnings are the ones kept here, does not.
   $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wno-sign-conversion>)
 if(ZELVANE_PCH)
-  target_compile_options(zelvane_options INTERFACE -Wno-array-bounds -Wno-restrict)
+  target_compile_options(zelvane_options INTERFACE -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow -Wno-stringop-overread)
 endif()
 if(ZELVANE_SANITIZE)
   target_compile_options(zelvane_options INTERFACE

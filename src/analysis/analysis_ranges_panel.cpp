@@ -4,7 +4,7 @@
 
 #include "analysis/analysis_panel.h"
 #include "analysis/analysis_store.h"
-#include "analysis/internal/analysis_plot.h"
+#include "analysis/internal/analysis_plot_panels.h"
 #include "analysis/internal/analysis_views.h"
 #include "model/model_store.h"
 #include "screen/pyramid.h"

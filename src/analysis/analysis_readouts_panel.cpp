@@ -4,7 +4,7 @@
 
 #include "analysis/analysis_store.h"
 #include "analysis/analyze.h"
-#include "analysis/internal/analysis_plot.h"
+#include "analysis/internal/analysis_plot_panels.h"
 #include "analysis/internal/analysis_views.h"
 #include "screen/screen.h"
 #include "trace/trace_store.h"

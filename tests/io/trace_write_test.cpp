@@ -90,7 +90,7 @@ TEST_F(TraceWriteTest, ARecordingAndTheSourceOfTheTraceAreNotWrittenOver) {
   Trace.TraceFileName = folder.File("./out.abf");
   popups.clear();
   for (const auto write : {TraceTextWrite, LegacyAbfWrite, AutosaveTextWrite, AutosaveAbfWrite}) {
-    EXPECT_FALSE(write(path));
+    EXPECT_EQ(write(path), Outcome::Refused);
     EXPECT_EQ(popups.back().text, path + " is the file that the trace was read from. Choose another name.");
   }
   EXPECT_EQ(ReadWholeFile(path), recording);
@@ -209,7 +209,7 @@ TEST_F(TraceWriteTest, FilesThatCannotBeWrittenAreTold) {
     for (const std::string& target :
          {std::string("/dev/full"), folder.Path().string(), folder.File("none/a")}) {
       popups.clear();
-      EXPECT_FALSE(write(target)) << target;
+      EXPECT_NE(write(target), Outcome::Done) << target;
       EXPECT_EQ(PopupTexts(), std::vector<std::string>{OpenFailed}) << target;
     }
   }
@@ -240,12 +240,12 @@ TEST_F(TraceWriteTest, OnAFullDiskTheOldFileStands) {
   SetTrace(std::vector<float>(2000, 1.0F), 0.02F);
   for (const auto write :
        {TraceTextWrite, TraceAbfWrite, LegacyAbfWrite, AutosaveTextWrite, AutosaveAbfWrite}) {
-    ASSERT_TRUE(write(path));
+    ASSERT_EQ(write(path), Outcome::Done);
     const std::string old = ReadWholeFile(path);
     popups.clear();
     {
       const SmallDisk disk(old.size() < 10'500 ? 9000 : 12'000);
-      EXPECT_FALSE(write(path));
+      EXPECT_EQ(write(path), Outcome::Failed);
     }
     ASSERT_FALSE(popups.empty());
     EXPECT_EQ(popups.back().title, "! File error");

@@ -114,7 +114,7 @@ TEST_F(DwellListsTest, ExportsAreTheExactLines) {
   std::string many = header("Closed Times");  // more than is written at a time
   for (int i = 0; i < MaxDwells; ++i) many += "2.500000e-01\n";
   Fill(Dwell.ClosedTimes, Dwell.NumClosedTimes, List(MaxDwells, 0.25F));
-  ASSERT_TRUE(ExportDwellList(DwellListKind::Closed, folder.File("many.sht")));
+  ASSERT_EQ(ExportDwellList(DwellListKind::Closed, folder.File("many.sht")), Outcome::Done);
   EXPECT_TRUE(ReadWholeFile(folder.File("many.sht")) == many);
   EXPECT_TRUE(popups.empty());
 }
