@@ -8,8 +8,8 @@
 //   Results table      ShowTableRow  ShowResultsTable  MarkTableRow
 //   Commands           OpenAnalysisPanel
 //
-// The x axis of the plot counts samples; its gain shows them as times. The functions that show follow the
-// events of the measures from AddAnalysisPanel on.
+// The x axis of the plot counts samples; its gain converts them to times. AddAnalysisPanel connects the
+// functions that show results to the events of the measures.
 #pragma once
 
 #include <string>
@@ -29,33 +29,34 @@ void AddAnalysisPanel();
 /// Opens the panel as the task in front ("AN") and shows the trace on it.
 void OpenAnalysisPanel();
 
-/// Copies the settings of the panel into the stores. A count shown in ms is taken only where it was typed.
+/// Copies the settings of the panel into the stores. Copies a count that is shown in ms only if the user
+/// typed it.
 void ReadAnalysisPanel();
 
-/// Shows the settings of the stores, the names and labels that follow the units of the trace, and the
-/// cursors on their fields.
+/// Shows the settings of the stores, the names and labels for the units of the trace, and each cursor at
+/// the time of its field.
 void WriteAnalysisPanel();
 
-/// Shows what was measured; a measure that was not made shows nothing.
+/// Shows the measures. A measure that is missing stays empty.
 void ShowMeasures();
 
 /// Shows the measures file in use and the number of rows written to it.
 void ShowMeasuresFile();
 
-/// Shows the name of the table file last written or read.
+/// Shows the name of the last table file that was written or read.
 void ShowTableFile(const std::string& path);
 
-/// Draws the plot anew: the trace, and the marks of what was measured of it. Shows names, labels and status.
+/// Draws the plot again: the trace and the marks of its measures. Shows names, labels and status.
 void RefreshAnalysisView();
 
-/// Draws the marks of what was measured anew.
+/// Draws the marks of the measures again.
 void ShowAnalysisMarks();
 
-/// The trace has changed: nothing is measured of it yet. Draws it.
+/// Empties the measures and draws the new trace.
 void ShowNewTrace();
 
-/// Samples of the trace that the plot shows, both ends included: all of them, or those between the two zoom
-/// cursors while it is zoomed. The last may lie past the end of the trace.
+/// Returns the range of samples on the plot, with both ends: the whole trace, or the part between the two
+/// zoom cursors while the plot is zoomed. The last sample may be after the end of the trace.
 struct SampleRange {
   int first = 0;
   int last = 0;
@@ -68,10 +69,10 @@ void ClearAnalysisPlots();
 /// Shows a row of the store in the table.
 void ShowTableRow(int row);
 
-/// Shows all rows, none marked, from the top.
+/// Shows all rows from the top and removes the mark.
 void ShowResultsTable();
 
-/// Marks a row as the current one and scrolls it into view; 0 marks none.
+/// Marks a row as the current row and scrolls it into view. 0 removes the mark.
 void MarkTableRow(int row);
 
 }  // namespace zelvane

@@ -1,4 +1,4 @@
-// The analysis of the response in the trace: operations that users know by name, over the stores.
+// The analysis of the response in the trace. These operations work on the stores; users know them by name.
 //
 //   One measure          MeasureBaseline  PeakSearch  MeasureIntegral  MeasureRise  MeasureDecay
 //   The whole sequence   AnalyzeTrace  ReanalyzeTrace  MeasureTrace
@@ -6,9 +6,9 @@
 //   Settings             StoredMeasureSettings
 //   What was measured    RecordedTrace  DataFilePath  DataFileName  DataEpisode
 //
-// The arithmetic is in measures.h, the walk through a file in episodes.h, the table in results_table.h, its
-// files in results_files.h, the panel in analysis_panel.h. All work on the first `Model.NumPoints` samples of
-// `Trace.SimTrace` unless said.
+// The calculations are in measures.h, the episodes in episodes.h, the table in results_table.h, its files in
+// results_files.h, the panel in analysis_panel.h. The functions use the first `Model.NumPoints` samples of
+// `Trace.SimTrace`, unless their comment says otherwise.
 #pragma once
 
 #include <span>
@@ -19,64 +19,66 @@
 
 namespace zelvane {
 
-/// The samples of the trace that hold the response.
+/// Returns the samples of the trace with the response.
 std::span<const float> RecordedTrace();
 
-/// Path of the file that the response came from: the recording, or the model that was run.
+/// Returns the path of the file of the response: the recording, or the model.
 std::string DataFilePath();
 
-/// The same without its folder.
+/// Returns the same name without the folder.
 std::string DataFileName();
 
-/// Its episode; 1 for a simulation.
+/// Returns the episode; 1 for a simulation.
 int DataEpisode();
 
-/// Mean and variance of `count` samples from `start`, into `Baseline` and `BaselineVar`, and shows them.
+/// Measures mean and variance of `count` samples from `start`. Writes `Baseline` and `BaselineVar` and
+/// shows them.
 void MeasureBaseline(int start, int count);
 
 /// Finds the peak of any trace array, at most its first `Model.NumPoints` samples. Writes:  `PeakValue`,
 /// `PeakPos`, `LatencyPeak`, and shows them.
 void PeakSearch(std::span<const float> trace, int positions, int start, float baseline, int width);
 
-/// Area above `baseline`; sets `Coastline`.
+/// Measures the area above `baseline`, and `Coastline`.
 float MeasureIntegral(std::span<const float> trace, int start, int count, float baseline);
 
-/// Rise time and its companions from the latest peak and baseline. Tells of fractions in the wrong order and
-/// of a peak before the start of the analysis; the results then stay.
+/// Measures rise time, rise points and slope with the last peak and baseline. When the fractions are in the
+/// wrong order, or the peak is before the start of the analysis, shows a message and keeps the old results.
 void MeasureRise();
 
-/// Decay time, width and rise latency from the latest peak and baseline.
+/// Measures decay time, width and rise latency with the last peak and baseline.
 void MeasureDecay();
 
-/// Measures the response with the settings of the panel, fits it where `Fit.FitMode` says so, and shows the
-/// result on the plot. Refused, without a message, when `Model.ADInterval` is 0.
+/// Measures the response with the settings of the panel, fits it if `Fit.FitMode` selects a fit, and shows
+/// the result on the plot. Returns Refused, without a message, when `Model.ADInterval` is 0.
 Outcome ReanalyzeTrace();
 
-/// A cursor or a field of its place was moved: a response that has been measured is measured again and shown,
-/// without a word where a measure fails and without a row.
+/// Measures the response again after the user moved a cursor or changed its field, and shows the result.
+/// Only for a response that is already measured. Shows no message when a measure fails, and adds no row.
 void MeasureAgain();
 
-/// The same, and then keeps it: in the measures file when `Analysis.AutoSaveMeasures` is on, and in a new row
-/// of the table.
+/// Does the same and then stores the result: in a new row of the table and, when
+/// `Analysis.AutoSaveMeasures` is on, in the measures file.
 /// @return as ReanalyzeTrace
 Outcome AnalyzeTrace();
 
-/// A series of responses begins: until EndSeries each reason why a rise cannot be measured is told once,
-/// since the same settings raise it at every response.
+/// Begins a series of responses. Until EndSeries, each reason for a missing rise is shown only once,
+/// because the same settings cause it at every response.
 void BeginSeries();
 void EndSeries();
 
-/// All measures and the exponential fit with the settings of the stores, without panel and plot. Tells what
-/// stopped a measure. Refused, without a message, when `Model.ADInterval` is 0.
+/// Makes all measures and the exponential fit with the settings of the stores, without panel and plot.
+/// Shows a message for a measure that failed. Returns Refused, without a message, when `Model.ADInterval`
+/// is 0.
 Outcome MeasureTrace();
 
-/// The trace is a new one, or is about to be: nothing is measured on it yet.
+/// Empties the measures, because the trace is new or will soon change.
 void ForgetMeasures();
 
-/// Lets the measures follow the trace: a change forgets them.
+/// Connects the measures to the trace: a change of the trace empties them.
 void ConnectMeasures();
 
-/// Returns whether `fitMode` is one of the exponential fits of a response.
+/// Returns whether `fitMode` is an exponential fit of a response.
 constexpr bool IsExponentialFit(int fitMode) {
   return fitMode >= 1 && fitMode <= 3;
 }

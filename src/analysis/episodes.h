@@ -1,17 +1,18 @@
-// Walking through the episodes of a recording and analysing them.
+// Analyses the episodes of a recording, one after the other.
 #pragma once
 
 #include "platform/outcome.h"
 
 namespace zelvane {
 
-/// Analyses every episode of the file, until `Analysis.StopAnalysis` is set, and goes back to the first. User
-/// events run between two episodes.
-/// @return Done, Stopped, or Refused without a trace or while waveforms are being fitted
+/// Analyses every episode of the file until `Analysis.StopAnalysis` is set, then reads the first episode
+/// again. Handles user events between two episodes.
+/// @return Done, Stopped, or Refused without a trace or during a fit of waveforms
 Outcome AnalyzeAllEpisodes();
 
-/// Goes on to the next episode and analyses it. Does not wrap: at the end of the file shows a message.
-/// @return Done, or Refused when there is no next episode, no trace, or waveforms are being fitted
+/// Reads the next episode and analyses it. At the end of the file shows a message and does not return to
+/// the first.
+/// @return Done, or Refused without a next episode, without a trace, or during a fit of waveforms
 Outcome AnalyzeNextEpisode();
 
 }  // namespace zelvane

@@ -20,69 +20,69 @@
 
 namespace zelvane {
 
-/// The path of a file beside `path`: its folder, its name up to the first full stop and at most 75
-/// characters of it, and `extension` with its full stop.
+/// Returns the path of a file in the folder of `path`: its name up to the first full stop, at most 75
+/// characters, and `extension` with its full stop.
 std::string SiblingFile(const std::string& path, std::string_view extension);
 
-/// The same with all characters up to the full stop: a file that is there already, under another extension.
+/// Does the same with all characters up to the full stop, for an existing file with another extension.
 std::string WithExtension(const std::string& path, std::string_view extension);
 
 // -- Measures file: comma-delimited, rows are appended --
 
-/// The line of quoted titles, line end included.
+/// Returns the line of quoted titles, with its line end.
 std::string MeasuresHeader();
 
-/// One row, line end included, with the fields of the fit that `Fit.FitMode` names.
-/// @param path   of the data file, whole
+/// Returns one row, with its line end and the fields of the fit of `Fit.FitMode`.
+/// @param path   full path of the data file
 /// @param count  number of the row: rows written before it
 std::string MeasuresRow(const std::string& path, int count, const AnalysisRow& row);
 
-/// Appends the present results to `Analysis.MeasuresFileName`, with the header where it is due, and counts
-/// the row. False, and nothing counted or told, when the file cannot be written.
+/// Appends the present results to `Analysis.MeasuresFileName`, with the header if the file has none, and
+/// counts the row. When the write fails, returns false without a message and does not count the row.
 bool AppendMeasures();
 
-/// Appends the present results to the measures file. The first time it takes the file beside the data file;
-/// where that exists, the user is asked whether to append.
-/// @return Done; Refused when the data have no name or the user says no; Failed, without a message, when the file
-///         cannot be written
+/// Appends the present results to the measures file. The first time, selects the file in the folder of the
+/// data file; if it exists, asks whether to append.
+/// @return Done; Refused when the data have no name or the user says no; Failed, without a message, when
+///         the file cannot be written
 Outcome SaveAnalysis();
 
-/// Appends a row of mean and variance of a current to `Analysis.MeasuresFileName`, with a header of its own
-/// where none is written yet. Reads `Baseline` and `BaselineVar`. False when the file cannot be written.
+/// Appends a row with mean and variance of a current to `Analysis.MeasuresFileName`, with its own header if
+/// the file has none yet. Reads `Baseline` and `BaselineVar`. Returns false when the write fails.
 bool AppendMeanVariance(float mean, float variance);
 
 // -- Table --
 
-/// Rows as the text of a table file, with the names of the present model and data file.
+/// Returns rows as the text of a table file, with the names of the present model and data file.
 std::string TableText(std::span<const AnalysisRow> rows);
 
-/// Rows as CSV: titles, then one row a line. A measure that was not made is an empty cell. Numbers have the
-/// digits that read back to the same 32-bit float.
+/// Returns rows as CSV: titles, then one row per line. A missing measure is an empty cell. Numbers have
+/// enough digits to give the same 32-bit float when they are read.
 std::string TableCsv(std::span<const AnalysisRow> rows);
 
-/// Rows 1 to `Analysis.TableRow` - 1.
+/// Returns rows 1 to `Analysis.TableRow` - 1.
 std::span<const AnalysisRow> FilledRows();
 
-/// Writes the table beside the data file (*.tbl) and shows the name. Nothing is asked; a file that cannot be
-/// written leaves everything as it was.
-/// @return Done; Refused, with a message, when the data have no name; Failed, without one, when the file cannot be
-///         written
+/// Writes the table into the folder of the data file (*.tbl) and shows the name. Asks no questions. When
+/// the write fails, keeps the old file.
+/// @return Done; Refused, with a message, when the data have no name; Failed, without one, when the file
+///         cannot be written
 Outcome SaveResultsTable();
 
 /// Asks for a name and writes the table as CSV. On failure shows a message.
 /// @return Done, Refused without a name, or Failed
 Outcome ExportTableCsv();
 
-/// What a table file holds.
+/// The contents of a table file.
 struct TableFile {
   std::string modelPath;
   std::string dataPath;
-  int count = 0;                  // as the file tells it
-  std::vector<AnalysisRow> rows;  // as many as stand in it, at most MaxAnalysisRows
+  int count = 0;                  // number of rows in the header
+  std::vector<AnalysisRow> rows;  // rows of the file, at most MaxAnalysisRows
 };
 
-/// Takes a table file apart. Nothing when its first line does not begin with "TABLE" or it tells no count. A
-/// file name ends at its first blank. Reading stops at a row that does not hold its numbers.
+/// Parses a table file. Returns an empty result when its first line does not begin with "TABLE" or it has
+/// no count. A file name ends at its first blank. Stops at a row without its numbers.
 std::optional<TableFile> ParseTable(std::string_view text);
 
 }  // namespace zelvane

@@ -1,4 +1,4 @@
-// Reading a results table back, with the model and the recording that it names.
+// Reads a results table again, and the model and the recording that it names.
 #pragma once
 
 #include <string>
@@ -8,13 +8,13 @@
 namespace zelvane {
 
 /// Asks for a table file (*.tbl), empties the table, reads the model and the recording that the file names,
-/// and fills the table with its rows. A file of another kind changes nothing. A table without a recording (of
-/// simulated responses) is read without one.
+/// and fills the table with its rows. A file of another kind changes nothing. A table of simulated
+/// responses has no recording.
 /// @return Done; Refused without a name; Failed, with a message, when the file is no table or its recording
 ///         cannot be read
 Outcome ReadResultsTable();
 
-/// The same for a file whose name is known.
+/// Does the same for a file with a known name.
 Outcome ReadResultsTableNamed(const std::string& path);
 
 }  // namespace zelvane

@@ -4,8 +4,8 @@
 //   The table   DeleteLastRow  ClearResultsTable
 //   Columns     ColumnTitle  ColumnBit
 //
-// Rows stand in `Analysis.Rows`, numbered from 1; `Analysis.TableRow` is the next one to fill. The panel
-// shows what stands there (analysis_panel.h).
+// The rows are in `Analysis.Rows`, from 1. `Analysis.TableRow` is the next row to fill. The panel shows
+// these rows (analysis_panel.h).
 #pragma once
 
 #include <string>
@@ -14,23 +14,23 @@
 
 namespace zelvane {
 
-/// Title of a column, 1 to AnalysisColumns, as table files have it; column 1 has none.
+/// Returns the title of a column, 1 to AnalysisColumns, for table files. Column 1 has no title.
 const char* ColumnTitle(int column);
 
-/// The results as a row of the table: the measures of `measures`, the fit of `Fit`.
+/// Returns the results as a row of the table: the measures of `measures`, the fit of `Fit`.
 AnalysisRow ResultsRow(const ResponseMeasures& measures, const std::string& fileName, int episode);
 
-/// Puts the present results into row `row`, marks it as the current one and scrolls it into view. False, told
-/// to the user, when the table is full: its last row is never filled.
+/// Writes the present results to row `row`, marks it as the current row and scrolls it into view. When the
+/// table is full, shows a message and returns false. The last row is never filled.
 bool TableAddRow(int row);
 
-/// Puts the present results into a row that stands already.
+/// Writes the present results to an existing row.
 void RewriteRow(int row);
 
-/// Empties the last row and ends the use of the measures file. Clears the results and their plots.
+/// Empties the last row and stops using the measures file. Clears the results and their plots.
 void DeleteLastRow();
 
-/// Empties every row. Nothing is asked.
+/// Empties every row. Asks no questions.
 void ClearResultsTable();
 
 }  // namespace zelvane

@@ -1,4 +1,4 @@
-// Analysis of each run of a simulation: its row in the results file, and mean and variance over the runs.
+// Analysis of each run of a simulation: a row in the results file, and mean and variance over the runs.
 #pragma once
 
 #include <span>
@@ -7,7 +7,7 @@
 
 namespace zelvane {
 
-/// Mean and variance over traces, from the differences of successive ones.
+/// Mean and variance over traces. The variance comes from differences of successive traces.
 struct RunAverages {
   std::vector<float> mean;  // sums until FinishAverages
   std::vector<float> variance;
@@ -15,27 +15,28 @@ struct RunAverages {
   int runs = 0;
 };
 
-/// Adds a trace: to the mean, and from the second on the square of its difference from the one before it to
-/// the variance.
+/// Adds a trace to the mean. From the second trace on, also adds the square of its difference from the
+/// trace before it to the variance.
 void AddToAverages(RunAverages& averages, std::span<const float> trace);
 
-/// Divides the mean by the number of runs and the squares by one less. Does nothing for fewer than two runs.
+/// Divides the mean by the number of runs, and the squares by this number minus 1. Does nothing for fewer
+/// than two runs.
 void FinishAverages(RunAverages& averages);
 
-/// One line per sample, mean and variance. Left out: samples whose mean is 0 or whose variance is not above
-/// 0.0001.
+/// Returns one line per sample with mean and variance. Leaves out samples with a mean of 0 or a variance of
+/// 0.0001 or less.
 std::string VarianceText(const RunAverages& averages);
 
-/// Asks for the results file and makes ready. Rows are appended to a file that exists, with a notice. False
-/// when the user cancels.
+/// Asks for the results file and prepares the analysis. Shows a notice for an existing file and appends to
+/// it. Returns false when the user cancels.
 bool BeginRunAnalysis();
 
 /// Measures the trace of a run with the settings of the analysis panel, appends its row and adds it to the
 /// averages.
 void AnalyzeRun();
 
-/// Writes the variance file beside the results file once more than one run was analysed, and ends the use of
-/// the results file.
+/// After more than one analysed run, writes the variance file into the folder of the results file. Stops
+/// using the results file.
 void EndRunAnalysis();
 
 /// Lets the runs of each simulation be analysed while `Model.AutoAnalyze` is on and a results file is chosen.

@@ -1,4 +1,4 @@
-// Tables and settings of every fit: limits, seeds, fixed flags, switches, and the waveforms' windows.
+// Tables and settings of every fit: limits, seeds, fixed flags, switches, and the windows of the waveforms.
 // Data only.
 #pragma once
 
@@ -31,7 +31,7 @@ struct FitLimit {
 
 using FitLimitTable = std::array<FitLimit, MaxFitRows + 1>;
 
-/// Where one waveform and its simulation are compared.
+/// The windows for the comparison of one waveform with its simulation.
 struct FitWindow {
   float DataBaselineStart = 2.5F;  // ms
   float DataFitStart = 4.5F;       // ms
@@ -42,18 +42,19 @@ struct FitWindow {
   int NumFitPts = 500;
 };
 
-/// One recording of a waveform fit and the stimulus that it was made with.
+/// One recording of a waveform fit and its stimulus.
 struct FitWaveform {
-  std::span<float> WaveData;                 // MaxWaveformPoints samples, set once by AllocateStores
-  std::array<std::span<float>, 7> WaveStim;  // voltage (V), then drugs 1 to 6 (M), likewise
-  int WaveLoaded = 0;                        // 1 = it takes part in the fit
-  int DataOn = 0;                            // switches of its line on the panel
+  std::span<float> WaveData;  // MaxWaveformPoints samples, set once by AllocateStores
+  std::array<std::span<float>, 7>
+      WaveStim;        // voltage (V), then drugs 1 to 6 (M); MaxWaveformPoints samples each
+  int WaveLoaded = 0;  // 1 = part of the fit
+  int DataOn = 0;      // switches of its line on the panel
   int StimOn = 0;
   int DataLength = 0;             // samples
   int StimLength = 0;             // samples
   float WaveDataInterval = 0.0F;  // ms
   float WaveStimInterval = 0.0F;  // ms
-  std::string DataName;           // without its folder
+  std::string DataName;           // without the folder
   std::string StimName;
 };
 
@@ -61,7 +62,7 @@ struct FitWaveform {
 struct FitStore {
   int FitMode = FitDecay;
 
-  // -- Limits, one table a kind of fit --
+  // -- Limits: one table per kind of fit --
   FitLimitTable AnalysisFitLimits{};  // working copy of the running analysis fit
   FitLimitTable WaveFitLimits{};
   FitLimitTable DwellFitLimits{};
@@ -105,7 +106,7 @@ struct FitStore {
   std::array<FitWindow, MaxFitWaveforms + 1> Waveform{};
   std::array<FitWaveform, MaxFitWaveforms + 1> Wave{};
   int FitWaveCount = 0;               // waveforms loaded
-  int FitListOn = 0;                  // 1 = the set came from a list file
+  int FitListOn = 0;                  // 1 = the set is from a list file
   std::string FitListName;            // path of the list
   std::vector<std::string> LogLines;  // of the fit panel's log box, oldest first
 
@@ -121,7 +122,7 @@ struct FitStore {
   double FitTau1 = 1.0;    // ms
   double FitAmp2 = -10.0;  // the second component
   double FitTau2 = 10.0;
-  double FitOffset = 0.0;    // level that the exponentials decay to, relative to the baseline
+  double FitOffset = 0.0;    // final level of the exponentials, relative to the baseline
   float FitGoodness = 0.0F;  // 1 - residual / total sum of squares
 };
 

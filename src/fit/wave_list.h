@@ -1,7 +1,7 @@
-// List files: a model and pairs of recording and stimulus, by name.
+// List files: the names of a model and of pairs of recording and stimulus.
 //
-// A list file (.lst) is text, a name a line: "LIST", the model file, the number of pairs, then a data file
-// and a stimulus file for each pair.
+// A list file (.lst) is text with one name per line: "LIST", the model file, the number of pairs, then a
+// data file and a stimulus file for each pair.
 #pragma once
 
 #include <cstddef>
@@ -20,22 +20,22 @@ struct WaveListPair {
   std::string stimulus;
 };
 
-/// What a list says, its names cleaned (CleanedName).
+/// The contents of a list, with clean names (CleanedName).
 struct WaveList {
   std::string model;
-  std::vector<WaveListPair> pairs;  // at most MaxFitWaveforms; names that the file lacks are empty or bare
+  std::vector<WaveListPair> pairs;  // at most MaxFitWaveforms; missing names are empty or only an extension
 };
 
-/// Reads a list file. Nothing when its first line does not begin with the magic. Of a line 260 bytes count. A
-/// number of pairs that is missing or below 0 is 0.
+/// Reads a list file. Returns an empty result when its first line does not begin with "LIST". Uses the
+/// first 260 bytes of a line. If the number of pairs is missing or below 0, uses 0.
 std::optional<WaveList> ReadWaveList(std::ifstream file);
 
-/// Where the file's own name begins in a path of this system or of another one, and that name.
+/// Return the position of the file name in a path of this or of another system, and this name.
 std::size_t FileNameStart(std::string_view path);
 std::string BareFileName(std::string_view path);
 
-/// A name from a list file: cut at the first full stop of the file's name, with the extension put behind it.
-/// For a data file, which has no extension given, the full stop and the three characters behind it stay.
+/// Cleans a name from a list file: cuts it at the first full stop of the file name and appends the
+/// extension. Without `extension` (a data file) keeps the full stop and the three characters after it.
 std::string CleanedName(std::string_view line, std::string_view extension);
 
 }  // namespace zelvane

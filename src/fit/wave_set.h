@@ -1,11 +1,10 @@
-// The set of recordings that a waveform fit compares a model with, each with the stimulus that it was made
-// with, and the list files that name such a set.
+// The recordings of a waveform fit, each with its stimulus, and the list files with their names.
 //
 //   The set       WaveSetClear  WaveStimFileRead
 //   List files    ListFileRead  ListFileWrite  ReadListNamed  OpenListNamed
 //   Panel         AddWaveSetMenu
 //
-// The form of a list file is told in wave_list.h.
+// wave_list.h describes the form of a list file.
 #pragma once
 
 #include <string>
@@ -19,28 +18,27 @@ namespace zelvane {
 /// `Fit.FitWaveCount`.
 void WaveSetClear();
 
-/// Reads the stimulus that belongs to a waveform, as StimFileReadInto does, and takes its file's name.
-/// @return samples of a profile, or 0 when no sample of the last one was read
+/// Reads the stimulus of a waveform, as StimFileReadInto does, and stores the name of its file.
+/// @return number of samples of a profile; 0 when no sample of the last profile was read
 int WaveStimFileRead(const std::string& path, FitWaveform& wave);
 
-/// Asks for a list file and loads the model and the pairs that it names. Without a file `Fit.FitListOn` goes
-/// to 0.
-/// @return Refused without a file, else as ReadListNamed
+/// Asks for a list file and loads its model and its pairs. Without a file sets `Fit.FitListOn` to 0.
+/// @return Refused without a file, otherwise as ReadListNamed
 Outcome ListFileRead();
 
-/// Loads a list file: the model from the list's own folder, then each pair from where the list says or, where
-/// it is not there, from the list's folder or from a name that the user is asked for. When the user does not
-/// give one, or a file cannot be read, the pairs so far stay.
+/// Loads a list file: first the model from the folder of the list, then each pair. Looks for a file at the
+/// given place, then in the folder of the list, and then asks the user for a name. When the user gives no
+/// name, or a file cannot be read, keeps the pairs so far.
 /// Reads and writes:  `Fit.Wave` (1 to the number of pairs, at most MaxFitWaveforms), `Fit.FitWaveCount`,
 ///         `Fit.FitListOn`, `Fit.FitListName`, what reading a model, a recording and a stimulus writes.
-/// Tells:  a file that is no list or cannot be opened.
-/// @return Done when all pairs were loaded; Refused when a file that was asked for was not given; else Failed
+/// Tells:  a file that is not a list or cannot be opened.
+/// @return Done after all pairs; Refused when the user gave no file; otherwise Failed
 Outcome ReadListNamed(const std::string& path);
 
-/// Empties the set and loads a list file, as the menu does once its name is chosen.
+/// Empties the set and loads a list file, as the menu does after the choice of a name.
 Outcome OpenListNamed(const std::string& path);
 
-/// Asks for a name and writes the model's file and the names of the pairs that are loaded to it. On failure
+/// Asks for a name and writes a list with the model file and the names of the loaded pairs. On failure
 /// shows a message and keeps the existing file.
 /// @return Done, Refused without a name, or Failed
 Outcome ListFileWrite();

@@ -1,4 +1,4 @@
-// Opening files that others wrote, and reading them a bounded piece at a time.
+// Opens files of other programs and reads them in pieces of limited size.
 //
 //   OpenInput  ReadBytes  LineReader
 #pragma once
@@ -14,15 +14,15 @@
 
 namespace zelvane {
 
-/// Opens a regular file for reading bytes. A folder, pipe or device counts as one that cannot be opened:
-/// opening a pipe might never return.
+/// Opens a regular file for reading bytes. Fails for a folder, pipe or device, because opening a pipe might
+/// never return.
 std::optional<std::ifstream> OpenInput(const std::string& path);
 
 /// The bytes of a file, at most `most` of them; a longer file is taken as if it had been cut off there.
 /// Nothing when it cannot be opened and read.
 std::optional<std::string> ReadBytes(const std::string& path, std::size_t most);
 
-/// The lines of a text file of any length, one after the other, as TextLines gives them.
+/// Reads the lines of a text file of any length, one after the other, in the same way as TextLines.
 class LineReader {
  public:
   /// @param longest  bytes of a line that are given; what a longer line has beyond them is passed over

@@ -1,7 +1,7 @@
-// Lines of a text file, and the numbers on a line, taken the way scanf takes them.
+// Reads the lines of a text file, and the numbers on a line as scanf does.
 //
-// Only the scanning is like scanf: the decimal mark is a full stop in every locale, nothing depends on
-// setlocale, and a number that its field cannot hold is told apart from one that is missing.
+// Two things differ from scanf. The decimal mark is a full stop in every locale. A number that does not fit
+// its field is distinguished from a missing number.
 #pragma once
 
 #include <optional>
@@ -12,20 +12,20 @@ namespace zelvane {
 /// One line without its line end, "\n" or "\r\n".
 struct TextLine {
   std::string_view text;
-  bool ended = true;  // false: the file stopped before a line end, so that the line may have lost its tail
+  bool ended = true;  // false: the file ended before a line end, so the line may be incomplete
 };
 
-/// Takes the next line off `rest`. Nothing at the end of the text: the last line is never given twice.
+/// Removes the next line from `rest` and returns it. Returns an empty result at the end of the text.
 std::optional<TextLine> NextLine(std::string_view& rest);
 
 /// The word that begins the text, after blanks and line ends, at most `longest` bytes of it; it is taken off
 /// `rest`.
 std::string_view FirstWord(std::string_view& rest, std::size_t longest);
 
-/// What a scan found at the head of a line.
+/// The result of a scan at the begin of a line.
 enum class Scan {
   Taken,    // a number, stored
-  Refused,  // a number that is not finite or too large for its field: passed over, nothing stored
+  Refused,  // a number that is not finite or too large for its field; skipped and not stored
   Missing,  // no number: scanf would stop here
 };
 

@@ -1,8 +1,8 @@
-// Numbers as text, many of them: what printf gives in the C locale, without its cost.
+// Writes many numbers as text, with the same result as printf in the C locale, but faster.
 //
-// Seven or fewer digits come from one multiplication in double precision. Its error is known; where it could
-// decide the last digit, and outside the range of the powers of ten, std::to_chars has the word. Both round
-// to nearest, ties to even, as printf does.
+// One multiplication in double precision gives seven or fewer digits. If its error could change the last
+// digit, and outside the range of the powers of ten, std::to_chars is used. Both round to nearest, ties to
+// even, as printf does.
 #pragma once
 
 #include <string>
@@ -16,7 +16,7 @@ void AppendExponent(std::string& text, double value);
 /// Appends a number as "%.6g" does.
 void AppendGeneral(std::string& text, double value);
 
-/// Appends a number as "%.9g" does: enough digits to read a 32-bit float back to the bit.
+/// Appends a number as "%.9g" does. These digits give the same 32-bit float when they are read.
 void AppendNineDigits(std::string& text, double value);
 
 /// Appends a number as "%f" does: six decimals.

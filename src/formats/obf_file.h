@@ -1,4 +1,4 @@
-// OBF, the program's own binary layout of simulated runs. Read only; no screen, no stores.
+// OBF, the program's own binary format of simulated runs. Reads only; uses no screen and no stores.
 #pragma once
 
 #include <cstddef>
@@ -19,7 +19,7 @@ struct ObfHeader {
 
 ObfHeader ReadObfHeader(std::istream& file);
 
-/// Samples that the file holds, of all runs, whatever its header says.
+/// Returns the number of samples of all runs in the file, independent of its header.
 std::int64_t ObfSamplesHeld(std::istream& file);
 
 /// Reads up to `count` samples, run after run, from sample `first` on into the front of `destination`; as

@@ -1,4 +1,4 @@
-// What stimulus files hold: functions of a file and of spans to read it into.
+// Reads stimulus files into spans.
 //
 //   Binary files   StimFileHeadOf  ReadStimProfiles
 //   Columns        ReadStimColumn
@@ -14,7 +14,7 @@ namespace zelvane {
 
 inline constexpr std::size_t StimFileHeadBytes = 8;
 inline constexpr std::size_t StimFileProfiles = 7;  // voltage, Drug1 to Drug6
-inline constexpr int MaxStimSamples = 5'000'001;    // of a profile that a run can hold
+inline constexpr int MaxStimSamples = 5'000'001;    // most samples of a profile in a run
 
 /// What a binary file says of itself, and what it holds.
 struct StimFileHead {

@@ -1,4 +1,4 @@
-// The text of a model file, to and from the stores, without any screen.
+// Converts between the text of a model file and the stores, without a screen.
 #pragma once
 
 #include <string>
@@ -8,24 +8,23 @@ namespace zelvane {
 
 /// Reads the text of a model file in any of its four formats into the stores.
 ///
-/// Anything may stand in `text`. Lines are taken by position and of any length; headers are not looked at. A
-/// field that its line does not hold keeps its value, as does one whose number is not finite or too large for
-/// it, and every field whose line is missing. Values outside their range are then corrected (model_rows.h).
-/// Where the text stops within a line, a number or text that touches its end may have lost its tail and is
-/// not taken, unless that line is the file's last one.
+/// `text` may be any bytes. The position of a line decides its meaning; a line may have any length; headers
+/// are ignored. A field keeps its value when its line or its number is missing, and when the number is not
+/// finite or too large. Then values outside their range are corrected (model_rows.h). If the text ends
+/// within a line, the last number or text may be incomplete and is ignored, unless this line is the last
+/// line of the file.
 ///
-/// @return false, with every store untouched, when the first word does not name a format
+/// @return false when the first word is not a format; no store is changed then
 ///
 /// Writes: the fields of `Model`, `Constraints`, `Stimulus`, `Analysis`, `Fit`, `DwellFit`, `RsCm` that
-/// WalkModelFile visits, and `Model.TableStateOn`, which follows from `Model.TableRate`.
+/// WalkModelFile visits, and `Model.TableStateOn`, which depends on `Model.TableRate`.
 bool ReadModelText(std::string_view text);
 
-/// The stores as the text of a model file in the newest format.
+/// Returns the stores as the text of a model file in the newest format.
 ///
-/// No line is longer than MaxLineBytes, whatever the stores hold: where plain decimals would make it so
-/// (1e300 takes 308 characters), all fractional numbers of the line are written with an exponent and all
-/// their digits instead. A text is cut to its room and at its first line break. Numbers have a full stop in
-/// every locale.
+/// No line is longer than MaxLineBytes. If plain decimals need more (1e300 takes 308 characters), all
+/// fractional numbers of the line get an exponent and all their digits. A text is cut at its first line
+/// break and to the room of its field. Numbers have a full stop in every locale.
 std::string ModelText();
 
 }  // namespace zelvane

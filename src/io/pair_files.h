@@ -1,4 +1,4 @@
-// Small files of numbers, two or three a row.
+// Small files with two or three numbers per row.
 //
 //   PairTextRead  PairTextWrite  TripleTextWrite
 //

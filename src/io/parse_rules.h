@@ -1,27 +1,27 @@
-// Subsampled reading: which samples of a long recording are kept.
+// Subsampled reading: selects the samples to keep from a long recording.
 //
 //   Beginning     BeginParse
 //   After a commit of the parse panel's field   ParseCountChanged  ParseDurationChanged  ParseStartChanged
 //                 ParseStartTimeChanged  ParseSkipChanged
 //   At the end    AcceptParse  CancelParse
 //
-// They read and write the Parse... fields of `Trace` and read `Model.ADInterval`. Whatever was typed, at
-// least one sample is kept and none lies beyond `Trace.ParseLength`.
+// They read and write the Parse... fields of `Trace` and read `Model.ADInterval`. For any typed value they
+// keep at least one sample, and no sample after `Trace.ParseLength`.
 #pragma once
 
 namespace zelvane {
 
-/// Prepares the fields for a file with `length` samples of the channel: the skip that makes it fit, a start
-/// and a count within the file. The count falls where it does not fit and otherwise stays as it was.
+/// Prepares the fields for a file with `length` samples of the channel: a skip that makes the file fit, and
+/// a start and a count within the file. Reduces the count only if it does not fit.
 void BeginParse(int length, int skip);
 
 void ParseCountChanged();
 void ParseDurationChanged();
-void ParseStartChanged();  // tells when the start lies beyond the file, and takes 0
+void ParseStartChanged();  // shows a message and uses 0 when the start is after the end of the file
 void ParseStartTimeChanged();
 void ParseSkipChanged();
 
-/// Makes the fields agree, whichever of them were changed, and sets `Trace.ParseResult`.
+/// Makes all fields consistent after any change and sets `Trace.ParseResult`.
 void AcceptParse();
 void CancelParse();
 

@@ -1,10 +1,10 @@
-// The result of a run as text files for other programs.
+// Writes the result of a run as text files for other programs.
 //
 //   A trace         TraceFormatOf  WriteTraceFile  WriteSweepsFile  TraceTextBlocks  BehindLastLine
 //   Occupancies     WriteOccupancyCsv
 //
-// Numbers have a full stop in every locale. A file is replaced only when the new one is whole (safe_file.h);
-// nothing is held in memory but one block of it.
+// Numbers have a full stop in every locale. An old file is replaced only when the new one is complete
+// (safe_file.h). Only one block of the file is in memory.
 #pragma once
 
 #include <optional>
@@ -18,22 +18,24 @@
 namespace zelvane {
 
 enum class TraceFormat {
-  SingleColumn,  // .txt, .asc: the interval in ms, then one sample a line
+  SingleColumn,  // .txt, .asc: the interval in ms, then one sample per line
   Atf,           // .atf: Axon text file 1.0, time in seconds beside each sample
   Csv,           // .csv: time in ms, sample
 };
 
-/// The format that the extension of `path` names, in letters of either kind. Nothing for any other extension.
+/// Returns the format for the extension of `path`, in small or capital letters. Returns an empty result for
+/// any other extension.
 std::optional<TraceFormat> TraceFormatOf(const std::string& path);
 
 /// Writes a trace to `path` in the format of its extension.
 ///
-/// @param samples     sample i stands for time i x `intervalMs`
-/// @param intervalMs  ms, as stored: its shortest decimal form counts, so that 0.01F is a hundredth
-/// @param signalName  what the samples are, with their unit ("Macroscopic Current pA")
+/// @param samples     sample i belongs to time i x `intervalMs`
+/// @param intervalMs  ms; its shortest decimal form is used, so 0.01F is exactly 0.01
+/// @param signalName  name of the signal with its unit ("Macroscopic Current pA")
 ///
-/// Single column and ATF carry seven digits ("%.6e"), CSV nine, enough to read each sample back to the bit.
-/// @return false, with a former file untouched, for another extension or when the file cannot be written
+/// Single column and ATF have seven digits ("%.6e"). CSV has nine, which give the same bits when they are
+/// read.
+/// @return false for another extension or when the write fails; the old file stays unchanged
 bool WriteTraceFile(const std::string& path, std::span<const float> samples, float intervalMs,
                     std::string_view signalName);
 
@@ -46,7 +48,7 @@ using Sweeps = std::vector<std::vector<float>>;
 bool WriteSweepsFile(const std::string& path, const Sweeps& sweeps, float intervalMs,
                      std::string_view signalName, std::string_view units);
 
-/// The text that WriteTraceFile writes, block after block. `samples` must outlast it.
+/// Returns the text of WriteTraceFile, block after block. `samples` must stay valid during this time.
 NextBlock TraceTextBlocks(TraceFormat format, std::span<const float> samples, float intervalMs,
                           std::string_view signalName);
 

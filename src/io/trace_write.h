@@ -1,13 +1,13 @@
-// The trace to files: as text or as an Axon Binary File, at once or run after run.
+// Writes the trace to files, as text or as an Axon Binary File, once or after each run.
 //
 //   Whole files     TraceTextWrite  TraceAbfWrite  LegacyAbfWrite
 //   Run after run   AutosaveTrace  AutosaveTextWrite  AutosaveAbfWrite
 //   Shared          RefusedByAutosave  RefuseSourceOfTrace  AbfTemplateBytes
 //
-// All write `Model.NumPoints` samples of `Trace.SimTrace`, one every `Model.ADInterval`. Each returns
-// Done; Refused when nothing was begun (autosave has no file, or `path` is the very file that the trace was read
-// from), with a message; Stopped when the user stopped the writing; or Failed, with a message. The existing file
-// is then kept.
+// All write `Model.NumPoints` samples of `Trace.SimTrace`, one every `Model.ADInterval`. Each returns Done;
+// Refused when nothing was begun (autosave has no file, or `path` is the very file that the trace was read
+// from), with a message; Stopped when the user stopped the writing; or Failed, with a message. The existing
+// file is then kept.
 #pragma once
 
 #include <array>
@@ -19,24 +19,24 @@
 
 namespace zelvane {
 
-/// Writes the trace as text. Reads the panels, then asks whether as ATF or as a single column: the interval
-/// in ms, then a sample a line.
+/// Writes the trace as text. Reads the panels, then asks for the format: ATF, or a single column with the
+/// interval in ms and then one sample per line.
 Outcome TraceTextWrite(const std::string& path);
 
-/// Writes the trace as an ABF file, version 1.83, gap-free, floats in the units of the trace. A recording,
-/// which is an ABF file of integers, is never written over.
+/// Writes the trace as an ABF file, version 1.83, gap-free, floats in the units of the trace. Never
+/// overwrites a recording (an ABF file of integers).
 Outcome TraceAbfWrite(const std::string& path);
 
-/// Writes the trace as an ABF file that is the template "SAMPLABF.DAT" but for length, interval, date, format
-/// and creator; the samples begin at byte 2048.
+/// Writes the trace as an ABF file from the template "SAMPLABF.DAT". Changes length, interval, date, format
+/// and creator. The samples begin at byte 2048.
 Outcome LegacyAbfWrite(const std::string& path);
 
-/// Appends the trace to a text file, or makes it: as a single column, or, when the trace came from saved
-/// steps of an adaptive run, as an ATF block of these steps. Each run is a block with a head of its own.
+/// Appends the trace to a text file, or makes this file. Each run is a block with its own header: a single
+/// column, or an ATF block of the saved steps of an adaptive run.
 Outcome AutosaveTextWrite(const std::string& path);
 
-/// Appends the trace to an ABF file as one more episode, or makes that file from the template. The episodes
-/// of a file are read back as such when all have the same number of samples.
+/// Appends the trace to an ABF file as another episode, or makes this file from the template. A reader can
+/// separate the episodes only when all have the same number of samples.
 Outcome AutosaveAbfWrite(const std::string& path);
 
 /// Appends the trace to `Trace.AutosaveFileName` in the format `Model.AutosaveFormat`.

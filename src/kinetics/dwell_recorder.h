@@ -1,5 +1,5 @@
-// How the dwells of simulated channels become lists of open and closed times, latencies and an idealised
-// record.
+// Records the dwells of simulated channels as lists of open times, closed times and latencies, and as an
+// idealised record.
 //
 //   A simulation    DwellLists  DwellRecorder  ClearDwells
 //   A run           EndRecord
@@ -42,24 +42,24 @@ struct DwellRecorder {
   float lastOpeningEnd = 0.0F;  // ms into the sweep
 };
 
-/// Empties lists and record for a new simulation; their entries stay where they are, beyond the counts.
+/// Empties lists and record for a new simulation. Sets only the counts to 0 and keeps the entries.
 void ClearDwells(DwellRecorder& recorder);
 
-/// Begins the sweep of a channel: a segment marker, unless the record is full, and no opening yet. Whether
-/// the former channel ended open is not forgotten, so that a channel that starts open then goes on with the
-/// last entry of the open times.
+/// Begins the sweep of a channel: writes a segment marker, unless the record is full, and clears `opened`.
+/// Keeps `wasOpen`. So if the former channel ended open and this channel starts open, it continues the last
+/// entry of the open times.
 void StartSweepRecord(DwellRecorder& recorder);
 
 /// Records a dwell in a monitored state.
 void RecordOpenDwell(DwellRecorder& recorder, int state, float t, float d);
 
-/// Records a dwell in `state` which begins `t` ms into the sweep and lasts `d` ms.
+/// Records a dwell in `state`. It begins at `t` ms of the sweep and lasts `d` ms.
 ///
-/// A state that is not monitored is closed and stores nothing. Monitored states that follow on each other
-/// make one entry of the open times, but each its own in the record. The closed time before an opening is
-/// stored with that opening; the one before the first opening of a sweep is a latency instead, the one
-/// behind the last is never stored. When the open or the closed times are full neither grows further, and
-/// the run goes on; a full record only counts.
+/// A state that is not monitored is closed and adds no entry. Consecutive monitored states are one entry of
+/// the open times, but separate entries of the record. Each opening also stores the closed time before it.
+/// Before the first opening of a sweep this time is a latency instead. The closed time after the last
+/// opening is not stored. When the open or the closed times are full, neither list grows, and the run
+/// continues. A full record only counts.
 inline void RecordDwell(DwellRecorder& recorder, int state, float t, float d) {
   if (recorder.monitored[static_cast<std::size_t>(state)] != 0) {
     RecordOpenDwell(recorder, state, t, d);
@@ -68,8 +68,8 @@ inline void RecordDwell(DwellRecorder& recorder, int state, float t, float d) {
   }
 }
 
-/// Writes the end marker behind the last entry of the record, where there is room. It is not counted: the
-/// next sweep overwrites it.
+/// Writes the end marker after the last entry of the record, if there is room. The marker is not counted,
+/// so the next sweep overwrites it.
 void EndRecord(DwellRecorder& recorder);
 
 }  // namespace zelvane

@@ -24,7 +24,7 @@
 
 namespace zelvane {
 
-/// What one sweep of one channel came to.
+/// The result of one sweep of one channel.
 enum class ChannelOutcome {
   Unmonitored,  // the channel was never in a monitored state
   Monitored,    // it reached one
@@ -52,7 +52,7 @@ inline constexpr int PaceDwells = 16384;  // of a channel, over which its time m
 inline constexpr int BreathWork = 1 << 19;
 inline constexpr int DwellWork = 32;
 
-/// All that the channels of a sweep share.
+/// The data that the channels of a sweep share.
 struct ChannelSweep {
   RandomStream& random;
   ExitBook& exits;
@@ -86,12 +86,12 @@ struct ChannelSweep {
 /// - No exit above MinRate: it stays to the end or, if a stimulus can open an exit, up to and with the first
 ///   point at which some drug is above 0. Nothing is drawn.
 ///
-/// A dwell of constant rates that passes the end is recorded in full; occupancies end at the last point. An
-/// exit of the open state is counted with every dwell in it for which another state was chosen, also when the
-/// stimulus then cuts that dwell short.
+/// A dwell of constant rates that continues after the end is recorded in full; occupancies end at the last
+/// point. An exit of the open state counts for every dwell with a chosen next state, even when the stimulus
+/// then shortens this dwell.
 ///
-/// The time is a 32-bit sum. When dwells become so short against it that rounding leaves less than a quarter
-/// of their length over PaceDwells of them, the channel would hardly get on, and the run is given up.
+/// The time is a 32-bit sum. When rounding loses more than three quarters of the length of PaceDwells
+/// dwells, the channel would hardly advance, and the run ends.
 ChannelOutcome SimulateChannel(ChannelSweep& sweep, int startState);
 
 /// Simulates the channels of a sweep one after the other, sorted by the state that they start in. `hook` is

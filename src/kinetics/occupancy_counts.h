@@ -1,10 +1,9 @@
-// Occupancies of a sweep of many equal channels, as they are counted up dwell by dwell.
+// Occupancies of a sweep of many equal channels, counted dwell by dwell.
 //
-// Every channel adds the same unit, each at most once to a point, so an occupancy is one of few numbers: the
-// unit added n times to 0 in 32-bit floats, which depends on n alone. A dwell over points first..end - 1 thus
-// needs no more than to be noted at its two ends; the counts at all points are summed once, when the sweep is
-// over. With few channels that sum over all points and states would cost more than adding, so there the unit
-// is added to the points at once.
+// Every channel adds the same unit, at most once per point. So an occupancy is the unit added n times to 0
+// in 32-bit floats, and depends only on n. A dwell over points first..end - 1 is marked only at its two
+// ends, and the counts of all points are summed once at the end of the sweep. With few channels this sum
+// over all points and states would take longer. Then the unit is added directly to the points.
 #pragma once
 
 #include <algorithm>
@@ -29,14 +28,14 @@ struct OccupancyCounts {
   std::vector<float> sum;                                       // n times the unit
 };
 
-/// Prepares a sweep of `channels` channels which adds `unit` for each to `rows`. These hold 0 at points
-/// 0..numPoints and have room for them.
+/// Prepares a sweep of `channels` channels. Each channel adds `unit` to `rows`. The rows must have points
+/// 0..numPoints with the value 0.
 void StartSweep(OccupancyCounts& counts, const OccupancyRows& rows, int numPoints, int channels, float unit);
 
 /// Room for the changes of a state, as its first dwell needs it.
 void MakeRoom(OccupancyCounts& counts, std::size_t state);
 
-/// Adds the unit to `state` at points first..end - 1, those beyond the sweep left out. `first` >= 0.
+/// Adds the unit to `state` at points first..end - 1. Leaves out points after the sweep. `first` >= 0.
 inline void AddDwell(OccupancyCounts& counts, int state, int first, int end) {
   const int stop = std::min(end, counts.numPoints + 1);
   if (stop <= first) return;
@@ -54,8 +53,8 @@ inline void AddDwell(OccupancyCounts& counts, int state, int first, int end) {
   --counts.change[s][static_cast<std::size_t>(stop)];
 }
 
-/// Ends a sweep, whole or broken off: the rows then hold the occupancies of the channels so far. `used` tells
-/// up to where.
+/// Ends a complete or an interrupted sweep. The rows then hold the occupancies of the channels so far, up
+/// to `used`.
 void EndSweep(OccupancyCounts& counts);
 
 }  // namespace zelvane

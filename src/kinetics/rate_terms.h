@@ -8,11 +8,12 @@
 
 namespace zelvane {
 
-/// dydt of all lanes: (y x rate) x factor, term after term, each a 32-bit float. W is the number of vectors,
-/// Gathered tells the arrangement of the terms.
+/// Calculates dydt of all lanes: (y x rate) x factor, term after term, each a 32-bit float. W is the number
+/// of vectors. Gathered selects the layout of the terms.
 ///
-/// Starting from the first term instead of from 0.0 can only turn the sign of a zero sum, and adding 0 of
-/// either sign to an occupancy gives the same occupancy: it is never -0 itself (see StartLanes).
+/// The sum starts with the first term instead of 0.0. This can only change the sign of a zero sum. Adding 0
+/// of either sign to an occupancy gives the same occupancy, because an occupancy is never -0 (see
+/// StartLanes).
 template <int W, bool Gathered>
 ZELVANE_INLINE void Derivatives(const CompiledScheme& scheme, const TermTable<float>& factor,
                                 const Lanes (&y)[W], Lanes (&dydt)[W]) {
@@ -44,7 +45,7 @@ ZELVANE_INLINE void Derivatives(const CompiledScheme& scheme, const TermTable<fl
   }
 }
 
-/// Loads W vectors from the lanes of a state vector, and back.
+/// Load W vectors from the lanes of a state vector, and store them.
 template <int W>
 ZELVANE_INLINE void Load(const float* from, Lanes (&y)[W]) {
   for (std::size_t w = 0; w < W; ++w) y[w] = LoadLanes<Lanes>(from + w * LanesPerVector);
@@ -54,7 +55,7 @@ ZELVANE_INLINE void Store(float* to, const Lanes (&y)[W]) {
   for (std::size_t w = 0; w < W; ++w) StoreLanes(to + w * LanesPerVector, y[w]);
 }
 
-/// The occupancies `start`, indexed by state, in lanes. Adding 0 turns -0 to 0.
+/// Copies the occupancies `start` (index: state) into lanes. Adds 0, which changes -0 to 0.
 inline void StartLanes(const CompiledScheme& scheme, const std::array<float, MaxStates + 1>& start,
                        float* y) {
   for (std::size_t lane = 0; lane < MaxLanes; ++lane) {

@@ -2,11 +2,11 @@
 //
 //   Bw_HPF  Bw_BPF
 //
-// Each is a cascade of second-order sections made from the analogue poles by the bilinear transform, its
-// corners warped beforehand so that they lie at -3 dB where they were asked for. The sections are
-// state-variable filters, which keep their accuracy at corners of a millionth of the sampling rate, where the
-// coefficients of the direct forms cancel. Sources: Butterworth (1930), Experimental Wireless 7, 536-541;
-// Zavalishin (2018), The Art of VA Filter Design, chapters 4 and 5.
+// Each filter is a cascade of second-order sections. The bilinear transform makes them from the analogue
+// poles; prewarping puts the -3 dB points exactly at the corners. The sections are state-variable filters.
+// They stay accurate at corners of a millionth of the sampling rate, where the coefficients of the direct
+// forms cancel. Sources: Butterworth (1930), Experimental Wireless 7, 536-541; Zavalishin (2018), The Art
+// of VA Filter Design, chapters 4 and 5.
 #pragma once
 
 #include <span>
@@ -18,22 +18,21 @@ inline constexpr int BwMaxOrder = 8;
 /// High-pass filters `input` into `output`, which has the same length and may be the same array.
 ///
 /// @param rate    samples a second, above 0
-/// @param corner  Hz; -3 dB lies here
+/// @param corner  Hz; the -3 dB point
 /// @param order   2, 4, 6 or 8: the power with which the gain falls below the corner
 ///
-/// The filter starts as though the first finite sample had stood for ever, so a constant gives 0 from the
-/// start. A sample that is not finite counts as the one before it. A corner at or below 0, or nan, sets no
-/// limit: output = input, as with an order that is none of these or a rate that is not above 0. A corner at
-/// or above half the rate lets nothing pass: 0.
+/// The filter starts as if the first finite sample had lasted for ever, so a constant gives 0 from the
+/// start. For a sample that is not finite, uses the sample before it. Copies the input to the output when
+/// the corner is nan or not above 0, when the order is another number, or when the rate is not above 0. A
+/// corner at or above half the rate gives 0.
 void Bw_HPF(std::span<const double> input, double rate, double corner, int order, std::span<double> output);
 
 /// Band-pass filters `input` into `output`, which has the same length and may be the same array: -3 dB at
 /// `low` and at `high` Hz, and beyond each the gain falls with the power `order`.
 ///
-/// Start, samples that are not finite, `rate` and `order` as in Bw_HPF. A `low` at or below 0, or nan, sets
-/// no limit there (a low-pass filter is left), nor does a `high` at or above half the rate, or nan (a
-/// high-pass filter is left). A band that is empty (`low` at or above `high`, or at or above half the rate)
-/// gives 0.
+/// Start, samples that are not finite, `rate` and `order` are as in Bw_HPF. If `low` is nan or not above 0,
+/// the filter is only a low-pass filter. If `high` is nan or not below half the rate, it is only a
+/// high-pass filter. An empty band (`low` at or above `high`, or at or above half the rate) gives 0.
 void Bw_BPF(std::span<const double> input, double rate, double low, double high, int order,
             std::span<double> output);
 

@@ -1,4 +1,4 @@
-// A small matrix, row after row, of the size that the work at hand needs.
+// A small matrix of any size, stored row after row.
 #pragma once
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 // Streams of random values.
 //
-// A stream is an object that its owner passes on: two streams know nothing of each other, and the same seeds
-// give the same values. The order in which a program draws from one is part of what it computes.
+// A stream is an object; its owner passes it to functions. Two streams are independent. The same seeds give
+// the same values. The order in which a program draws from a stream is part of its results.
 //
 //   Values    UniformRandom  GaussianNoise
 //   Seeding   SetSeeds  SeedGenerators
@@ -21,14 +21,14 @@ struct Congruence {
 };
 inline constexpr std::array<Congruence, 3> RandomGenerators{{{171, 30269}, {172, 30307}, {170, 30323}}};
 
-/// Values made side by side: seed n + RandomStrides follows from seed n by the multiplier to the power of
-/// RandomStrides.
+/// Number of values that are made side by side. Seed n + RandomStrides is seed n times the multiplier to
+/// the power of RandomStrides.
 inline constexpr std::size_t RandomStrides = 16;
 
 /// The next RandomStrides seeds of each generator.
 using SeedStrides = std::array<std::array<std::uint32_t, RandomStrides>, RandomGenerators.size()>;
 
-/// The strides of the three seeds, which are whole and 1..modulus - 1.
+/// Returns the strides of the three seeds. A seed must be a whole number in 1..modulus - 1.
 constexpr SeedStrides StridesFrom(const std::array<std::uint32_t, RandomGenerators.size()>& seeds) {
   SeedStrides strides{};
   for (std::size_t k = 0; k < RandomGenerators.size(); ++k) {
@@ -41,8 +41,8 @@ constexpr SeedStrides StridesFrom(const std::array<std::uint32_t, RandomGenerato
   return strides;
 }
 
-/// The Wichmann-Hill generator AS 183 (Applied Statistics 31, 188, 1982) with its seeds 1, 2 and 3 until others
-/// are set. A stream belongs to one thread at a time.
+/// The Wichmann-Hill generator AS 183 (Applied Statistics 31, 188, 1982) with its seeds 1, 2 and 3 until
+/// others are set. A stream belongs to one thread at a time.
 struct RandomStream {
   // -- Values drawn ahead of their use; DrawAhead refills them --
   std::array<double, 512> ahead{};
@@ -55,17 +55,17 @@ struct RandomStream {
 
 void DrawAhead(RandomStream& stream);
 
-/// One value in the open interval (0, 1). A result of exactly 0 is thrown away.
+/// Returns one value in the open interval (0, 1). Skips a result of exactly 0.
 inline double UniformRandom(RandomStream& stream) {
   if (stream.next == stream.end) DrawAhead(stream);
   return stream.ahead[stream.next++];
 }
 
-/// One value of a normal distribution with mean 0 and standard deviation 1, by the polar Box-Muller method
-/// (Marsaglia & Bray 1964). Values come in pairs; the second is held for the next call.
+/// Returns one value of a normal distribution with mean 0 and standard deviation 1, by the polar Box-Muller
+/// method (Marsaglia & Bray 1964). The method makes pairs; the next call returns the second value.
 float GaussianNoise(RandomStream& stream);
 
-/// Seeds the generators from a clock reading, then from their own first numbers.
+/// Seeds the generators from a time of the clock, then from their own first numbers.
 void SeedGenerators(RandomStream& stream, std::uint32_t clock);
 
 /// Sets the three seeds and drops a held Gaussian value.

@@ -1,15 +1,16 @@
-// From times and counts held as fractions to whole numbers.
+// Converts times and counts from fractions to whole numbers.
 //
 //   RoundCount  WholeSamples
 #pragma once
 
 namespace zelvane {
 
-/// A float turned into a count through two decimals of text: 2.999 gives 3, 2.994 gives 2. Beyond the range
-/// of an int the nearest bound; nan gives 0.
+/// Converts a float to a count through a text with two decimals: 2.999 gives 3, 2.994 gives 2. Outside the
+/// range of an int returns the nearest bound; nan gives 0.
 int RoundCount(double value);
 
-/// A time over the interval, cut to whole samples. Beyond the range of an int the nearest bound; nan gives 0.
+/// Divides a time by the interval and truncates to whole samples. Outside the range of an int returns the
+/// nearest bound; nan gives 0.
 int WholeSamples(float samples);
 
 }  // namespace zelvane

@@ -1,11 +1,11 @@
-// Text made of numbers and words.
+// Makes text from numbers and words.
 #pragma once
 
 #include <string>
 
 namespace zelvane {
 
-/// printf into a string.
+/// Formats as printf does and returns a string.
 [[gnu::format(printf, 1, 2)]] std::string FormatText(const char* format, ...);
 
 }  // namespace zelvane

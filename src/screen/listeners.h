@@ -1,5 +1,5 @@
-// Who wants to hear of an event. What happens is announced where it happens; whoever listens has registered at
-// start-up, so a folder tells those above it without knowing them.
+// Lists of listeners of an event. An operation announces the event. Listeners register at start-up, so a
+// folder can inform higher folders without knowing them.
 #pragma once
 
 #include <functional>
@@ -14,9 +14,9 @@ void RemoveListeners();
 /// Calls `clear` in RemoveListeners.
 void AtRemovalOfListeners(std::function<void()> clear);
 
-/// The listeners of one kind of event. They hear of it in the order in which they were added.
+/// The listeners of one kind of event. They are called in the order in which they were added.
 ///
-/// A list lives from start to end, as a global object. An event without listeners does nothing.
+/// A list is a global object. An event without listeners does nothing.
 template <typename... Arguments>
 class Listeners {
  public:

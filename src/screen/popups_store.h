@@ -1,10 +1,10 @@
-// What the user asks of the work that is under way. Data only; RequestStop and StopAsked are in popups.h.
+// The wishes of the user for the running work. Data only. RequestStop and StopAsked are in popups.h.
 #pragma once
 
 namespace zelvane {
 
 struct UserRequests {
-  int StopRequested = 0;  // 1 = the work is to end and to keep what it has made
+  int StopRequested = 0;  // 1 = end the work and keep its results
 };
 
 inline UserRequests Requests;

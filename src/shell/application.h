@@ -10,28 +10,28 @@
 namespace zelvane {
 
 struct StartOptions {
-  std::string folder;                          // program's folder; empty = where the installed data lie
-  std::vector<std::string> files;              // files named on the command line
-  std::optional<std::array<double, 3>> seeds;  // of the generators, in place of the clock
-  std::function<void()> shown{};               // the main panel shows; the files are read next
+  std::string folder;                          // program's folder; empty = folder of the installed data
+  std::vector<std::string> files;              // files on the command line
+  std::optional<std::array<double, 3>> seeds;  // of the random generators; default: from the clock
+  std::function<void()> shown{};  // called when the main panel is shown, before the files are read
 };
 
-/// Brings the program up in its fixed order: banner, generators, stores, panels, "config.mod", stimulus, main
-/// panel, the files named. Needs a front end (SetFrontEnd) and may be called once in a process, or again
-/// after it in tests.
+/// Starts the program in a fixed order: banner, generators, stores, panels, "config.mod", stimulus, main
+/// panel, files of the command line. Needs a front end (SetFrontEnd). Only tests may call it again in the
+/// same process.
 void StartApplication(const StartOptions& options);
 
-/// Opens a file that the user named, dropped or chose among recent ones: a model or a recording. What
-/// cannot be read is told and changes nothing.
+/// Opens a model or a recording that the user named, dropped or selected from the recent files. When it
+/// cannot read the file, shows a message and changes nothing.
 void OpenFileByName(const std::string& path);
 
-/// Connects what lower folders hand on to higher ones.
+/// Connects the hooks from lower folders to higher folders.
 void ConnectHooks();
 
 /// Declares every panel on an empty screen.
 void AddAllPanels();
 
-/// The quit button and its companions ask their question; yes ends the event loop.
+/// Asks the question of the quit commands. Yes ends the event loop.
 void AskToQuit();
 
 }  // namespace zelvane

@@ -1,4 +1,4 @@
-// Longer help: the questions that lead to the help file, and the file's topics.
+// Longer help texts that offer to open the help file, and the topics of this file.
 #pragma once
 
 namespace zelvane {

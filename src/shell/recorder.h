@@ -1,4 +1,4 @@
-// The macro recorder: what the user does, written as a script of the command language.
+// The macro recorder: writes the actions of the user as a script of the command language.
 #pragma once
 
 #include <string>
@@ -6,18 +6,18 @@
 
 namespace zelvane {
 
-/// Starts watching; nothing is kept until StartRecording. Needs the screen's observers to be empty of a
-/// former one.
+/// Starts to observe the user. Keeps no actions before StartRecording. Remove the observer of an earlier
+/// recorder first.
 void WatchForRecorder();
 
 /// Adds Record and Stop recording to the Tools menu.
 void AddRecorderMenu();
 
-/// From here on every action is kept as lines that repeat it, each with the answers and files chosen before
-/// it.
+/// Starts to record. Keeps every action as lines of the command language; the answers and files of the
+/// action are written before it.
 void StartRecording();
 
-/// Ends the recording and gives its lines.
+/// Ends the recording and returns its lines.
 std::vector<std::string> StopRecording();
 
 bool IsRecording();

@@ -1,4 +1,4 @@
-// The registry's contents: every store field that a user can see, by name.
+// The contents of the registry: all store fields that a user can see.
 #pragma once
 
 namespace zelvane {

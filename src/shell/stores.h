@@ -1,14 +1,14 @@
-// The stores as a whole: their memory, their fields by name, their start-up state.
+// All stores together: their memory, their fields by name, their state at the start.
 #pragma once
 
 namespace zelvane {
 
-/// Takes the memory of the large arrays and registers every field. The first call counts, later ones do
-/// nothing.
+/// Allocates the memory of the large arrays and registers every field. Only the first call does this; later
+/// calls do nothing.
 void AllocateStores();
 
-/// Brings every store back to its start-up state, arrays and default fit limits included. What the screen
-/// shows is not touched. Needs AllocateStores.
+/// Resets every store to its state at the start, with arrays and default fit limits. Does not change the
+/// screen. Call AllocateStores first.
 void ResetStores();
 
 }  // namespace zelvane

@@ -3,8 +3,8 @@
 
 namespace zelvane {
 
-/// Starts watching the user's actions: before each one a copy of all settings is taken, and it is kept when
-/// the action changed one. The largest number of steps is MaxUndoSteps. Steps kept so far are dropped.
+/// Starts to observe the user. Copies all settings before each action, and keeps the copy when the action
+/// changed a setting. Keeps at most MaxUndoSteps copies. Drops earlier copies.
 void StartUndo();
 
 inline constexpr int MaxUndoSteps = 200;
@@ -12,15 +12,15 @@ inline constexpr int MaxUndoSteps = 200;
 /// Adds the Edit menu: Undo and Redo.
 void AddUndoMenu();
 
-/// Brings the settings back to before the last action that changed them; every panel follows and the stimulus
-/// is rebuilt. Nothing without such an action. Results of a run stay.
+/// Restores the settings before the last action that changed them, shows them on all panels and builds the
+/// stimulus again. Does nothing without an earlier action. Keeps the results of a run.
 void Undo();
 
-/// Does again what Undo took back.
+/// Repeats the action that Undo took back.
 void Redo();
 
-/// Makes the present length and interval of a run part of every step kept, and of the action under way: a
-/// recording brought them, and going back to an edit must not take them from under it.
+/// Writes the present length and interval of a run into all kept copies and into that of the present
+/// action. They belong to a recording, and an undo must not change them.
 void TakeLengthAsGiven();
 
 bool CanUndo();

@@ -1,11 +1,11 @@
-// Zoom, scroll and span rules of a graph. They work on the axis ranges alone.
+// Zoom, scroll and span rules of a graph. They change only the ranges of the axes.
 //
 //   Strips, bars, buttons   ZoomGraphCreate  ZoomSetFullRange  ZoomStrip  ZoomButton  ZoomThumb  ZoomPage
 //                           ZoomThumbOf
 //   Wheel, drag, keys       PictureRange  ZoomAbout  ZoomPan  ZoomView  ZoomFullScale  ZoomBringCursors
 //
-// Lengths along a strip or bar are pixels. Every change of a range calls the owner's axisChanged, and
-// observers are told the line of the command language that repeats it.
+// Lengths along a strip or bar are in pixels. Every change of a range calls axisChanged of the graph.
+// Observers get the change as a line of the command language.
 #pragma once
 
 #include <string_view>
@@ -14,7 +14,7 @@
 
 namespace zelvane {
 
-/// Size of the plot area, pixels; its strips and bars are as long. Without a window it is this one.
+/// Size of the plot area without a window, in pixels. The strips and bars have the same lengths.
 struct PlotArea {
   double width = 1000.0;
   double height = 500.0;
@@ -28,48 +28,49 @@ void ZoomGraphCreate(Graph& graph);
 /// Sets the full range of an axis ('x' or 'y').
 void ZoomSetFullRange(Graph& graph, char axis, double min, double max);
 
-/// A drag on a strip from pixel `a` to pixel `b`, button released. A drag of 5 pixels or less zooms nothing,
-/// nor does an x zoom to a span below 10.
+/// Handles a drag on a strip from pixel `a` to pixel `b`. Ignores a drag of 5 pixels or less, and an x zoom
+/// to a span below 10.
 void ZoomStrip(Graph& graph, char axis, double a, double b, PlotArea area = {});
 
-/// One press of "xexpand", "xcontract", "yexpand", "ycontract", "left", "right", "up" or "down".
-/// False when there is no such button.
+/// Presses one of the buttons "xexpand", "xcontract", "yexpand", "ycontract", "left", "right", "up" and
+/// "down". Returns false for any other name.
 bool ZoomButton(Graph& graph, std::string_view button);
 
 /// Drags the thumb of a bar by `pixels` (right and down positive).
 void ZoomThumb(Graph& graph, char axis, double pixels, PlotArea area = {});
 
-/// Pages beside the thumb: negative to the left and up. Each page shifts the view by one span.
+/// Scrolls by pages; negative to the left and up. Each page moves the view by one span.
 void ZoomPage(Graph& graph, char axis, int pages);
 
-/// Start and length of a bar's thumb, pixels. The y bar counts from the top.
+/// Returns start and length of the thumb of a bar, in pixels. The y bar counts from the top.
 struct Thumb {
   double start = 0.0;
   double length = 0.0;
 };
 Thumb ZoomThumbOf(const Graph& graph, char axis, PlotArea area = {});
 
-/// Range that a picture of the graph shows: that of ViewRange, an automatic y widened on each side by 1/18 of
-/// it, so that a trace does not run along the frame. Never empty; above 0 on a logarithmic axis.
+/// Returns the range for a picture of the graph: the range of ViewRange. An automatic y range grows by 1/18
+/// on each side, so a trace does not touch the frame. The range is never empty, and above 0 on a
+/// logarithmic axis.
 DataRange PictureRange(const Graph& graph, char axis);
 
-/// Multiplies the span of an axis by `factor`; coordinate `at` keeps its place in the picture. The x range of
-/// a zoom graph grows no further than its full range.
+/// Multiplies the span of an axis by `factor`. Coordinate `at` keeps its place in the picture. The x range
+/// of a zoom graph grows at most to its full range.
 void ZoomAbout(Graph& graph, char axis, double at, double factor);
 
-/// Shows `from` moved by `share` of its span, upward for a positive one. The x range of a zoom graph stops at
-/// its full range.
+/// Shows the range `from`, moved by `share` of its span; a positive share moves it up. The x range of a
+/// zoom graph stops at its full range.
 void ZoomPan(Graph& graph, char axis, DataRange from, double share);
 
-/// Shows a range of an axis. False, with the view as it was, when it is none: not finite, or min not below
-/// max.
+/// Shows a range of an axis. Keeps the view and returns false when the range is not finite, or when min is
+/// not below max.
 bool ZoomView(Graph& graph, char axis, double min, double max);
 
 /// Shows all data: both axes become automatic.
 void ZoomFullScale(Graph& graph);
 
-/// Moves the enabled cursors into the view, at even distances (two at one third and two thirds of the x
-/// range) and at the height of the first plot there, or half-way up without one.
+/// Moves the enabled cursors into the view at equal distances (two cursors: at one third and two thirds of
+/// the x range). Their height is that of the first plot there; without a plot, half of the view.
 void ZoomBringCursors(Graph& graph);
 
 }  // namespace zelvane

@@ -1,7 +1,7 @@
 // The random stream of the program.
 //
-// There is one, and the order in which it is drawn from is part of what the program computes: the same seeds
-// give the same channels. Who draws, and in which order, during a simulation of single channels:
+// The program has one stream. The order of the draws is part of its results: the same seeds give the same
+// channels. A simulation of single channels draws in this order:
 //   1. each run, with a Gaussian number of channels: one GaussianNoise (pairs of uniform values until one
 //      pair falls into the unit circle; every second call draws nothing);
 //   2. each sweep: the channels one after the other, sorted by the state that they start in;
@@ -15,7 +15,8 @@
 
 namespace zelvane {
 
-/// Seeded at start-up, by the clock or as the user asks. Engines take a stream as an argument.
+/// The stream is seeded at the start, from the clock or with the seeds of the user. Engines take a stream
+/// as an argument.
 inline constinit RandomStream ProgramRandom;
 
 }  // namespace zelvane

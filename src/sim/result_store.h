@@ -1,4 +1,4 @@
-// What a run leaves behind: occupancies, saved steps and the flags of the run driver. Data only.
+// The results of a run: occupancies, saved steps and the flags of the run driver. Data only.
 #pragma once
 
 #include <array>
@@ -15,8 +15,8 @@ inline constexpr int ResultUniform = 0;     // points of the fixed-step integrat
 inline constexpr int ResultMonteCarlo = 1;  // Monte Carlo, or a trace read from a file
 inline constexpr int ResultSavedSteps = 2;  // saved steps of a completed adaptive run
 
-/// Room of one state in Occupancy: a run of MaxStimPoints writes points 1..MaxStimPoints + 1. The row is a
-/// bit longer so that rows do not fall on the same sets of the cache.
+/// The length of a row of Occupancy. A run of MaxStimPoints writes points 1..MaxStimPoints + 1. A row is
+/// slightly longer, so that the rows use different sets of the cache.
 inline constexpr int OccupancyPoints = MaxStimPoints + 47;
 
 struct ResultStore {
@@ -24,20 +24,20 @@ struct ResultStore {
   // Occupancy[state][point], states from 1, OccupancyPoints each. After an integrator point 1 is time 0;
   // after Monte Carlo point p is time p x ADInterval.
   std::array<std::span<float>, MaxStates + 1> Occupancy{};
-  std::array<int, MaxStates + 1> OccupancyUsed{};  // points at and beyond this one hold 0
+  std::array<int, MaxStates + 1> OccupancyUsed{};  // this point and all after it are 0
   std::span<float> SavedTime;                      // ms, saved steps of an adaptive run, from index 1
 
   int ResultKind = ResultUniform;
   int KeptSteps = 0;          // rounds of the stepping loop; after conversion the last saved step
-  int IntegrationOffset = 0;  // point of the stimulus that the integrator's time 0 stands for
+  int IntegrationOffset = 0;  // point of the stimulus at time 0 of the integrator
   int ReductionCount = 0;     // halvings of MaxStepSize in the last fixed-step integration
 
   // -- Run driver --
   float EffectiveChannels = 1.0F;               // channels that scale the trace
-  float ChannelUnit = 1.0F;                     // what one channel adds to Occupancy
-  std::array<int, MaxStates + 1> StateClass{};  // ordinal of each state's conductance
+  float ChannelUnit = 1.0F;                     // unit of one channel in Occupancy
+  std::array<int, MaxStates + 1> StateClass{};  // number of the conductance of each state
   std::array<int, MaxStates + 1> ConnectionCount{};
-  StateTable<int> Connection{};  // [state][k], k from 1: the states that it can leave to, rising
+  StateTable<int> Connection{};  // [state][k], k from 1: its next states, in increasing order
   std::array<float, MaxStates + 1> EquilibriumOccupancy{};  // of the last Q-matrix analysis
   std::string ResultsFileName;
   std::string RunText;  // "Run 1 of 3 with ..." as last shown

@@ -1,4 +1,4 @@
-// The run driver: the one road from a committed scheme to a result.
+// The run driver: the only way from a committed scheme to a result.
 //
 //   Running     RunSimulation  RunHasLength  TellRunCompleted  ConnectRuns
 //   The trace   ConvertTrace  RefreshTrace
@@ -12,7 +12,7 @@
 #include "platform/outcome.h"
 namespace zelvane {
 
-/// Runs the model for `numPoints` points with the simulator that `Model.SimulatorKind` names.
+/// Runs the model for `numPoints` points with the simulator of `Model.SimulatorKind`.
 ///
 /// Unless `Model.FitActive`, rates and run settings are read from the panels first. With
 /// `Model.StartAtEquilibrium`, during a fit `FitStartAtEquilibrium`, the equilibrium under the stimulus of
@@ -20,8 +20,9 @@ namespace zelvane {
 /// `Trace.TraceValid` is 1 when the run completed. A scheme without connections is refused with "! Error", as
 /// is a state with more than MaxConnections exits for Monte Carlo, and a run without points or without time
 /// between them.
-/// @return Done; Stopped by the user; Refused; or Failed, when the simulator did not hold its precision or could not
-///         go on, or a trace was not appended to the autosave file. Messages are shown unless `Model.FitActive`
+/// @return Done; Stopped by the user; Refused; or Failed, when the simulator did not hold its precision or
+///         could not go on, or a trace was not appended to the autosave file. Messages are shown unless
+///         `Model.FitActive`
 Outcome RunSimulation(int numPoints);
 
 /// Turns `Result.Occupancy` into `Trace.SimTrace` by `Model.DisplayUnits`, adds noise and filter if asked,
@@ -35,9 +36,9 @@ Outcome RunSimulation(int numPoints);
 /// spline.
 bool ConvertTrace(bool erase);
 
-/// Converts the occupancies of the last run again with the present monitored states and units, and plots them
-/// in place of what the graph showed. Refuses a resampled trace and a recording; asks before it gives up a
-/// correction for series resistance; plots the trace of cooperative subunits as it stands.
+/// Converts the occupancies of the last run again with the present monitored states and units, and replaces
+/// the plot. Refuses a resampled trace and a recording. Asks before it removes a correction for series
+/// resistance. Does not convert the trace of cooperative subunits; only plots it.
 void RefreshTrace();
 
 /// Keeps `Result` in order when the trace changes: a recording has no occupancies, like one channel's run.
@@ -47,12 +48,12 @@ void ConnectRuns();
 /// @return what came of saving it; Done where nobody saves
 Outcome TellRunCompleted();
 
-/// Whether the run settings have points and time between them: a panel or a file can bring neither. If not,
-/// the user is told, unless a fit runs.
+/// Returns whether the run settings have points and a time interval; a panel or a file may give 0. If not,
+/// shows a message, except during a fit.
 bool RunHasLength();
 
-/// Sets points 0..`points` of every state in `Result.Occupancy` to 0. Pages that no run has written stay
-/// untouched, and `Result.OccupancyUsed` falls where nothing but zeros is left.
+/// Sets points 0..`points` of every state in `Result.Occupancy` to 0. Does not touch pages that no run has
+/// written. Reduces `Result.OccupancyUsed` when only zeros remain.
 void ClearOccupancy(int points);
 
 }  // namespace zelvane

@@ -7,17 +7,17 @@
 namespace zelvane {
 
 inline constexpr int MaxDwells = 1'000'000;       // entries of a list
-inline constexpr int MaxFileDwells = 999'999;     // entries that readers of files fill
+inline constexpr int MaxFileDwells = 999'999;     // most entries from a file
 inline constexpr int MaxIdealEvents = 3'000'000;  // entries of the idealised record
-inline constexpr int MaxAmplitudeClasses = 5;     // open classes with a list of their own, from 1
+inline constexpr int MaxAmplitudeClasses = 5;     // open classes with their own list, from 1
 
 /// Durations in ms, from index 0. The lists are set once by AllocateStores; the counts of the working lists
 /// are 32-bit floats that hold whole numbers.
 struct DwellStore {
   std::span<float> OpenTimes;     // working list: histograms, fits and the runs test use it
   std::span<float> ClosedTimes;   // working list
-  std::span<float> RawOpenTimes;  // copy of OpenTimes as a read or a run left it
-  std::array<std::span<float>, MaxAmplitudeClasses + 1> ClassOpenTimes{};  // as read, by amplitude class
+  std::span<float> RawOpenTimes;  // copy of OpenTimes after the last read or run
+  std::array<std::span<float>, MaxAmplitudeClasses + 1> ClassOpenTimes{};  // from a file, by amplitude class
   std::span<float> Latencies;                                              // first opening of each sweep
   float NumOpenTimes = 0.0F;
   float NumClosedTimes = 0.0F;
@@ -26,10 +26,10 @@ struct DwellStore {
   float NumLatencies = 0.0F;
 
   // -- Idealised record of a simulation or a converted file: MaxIdealEvents entries --
-  std::span<float> IdealDuration;   // ms; of a segment marker its number, of the end the count
+  std::span<float> IdealDuration;   // ms; for a segment marker its number, for the end the count
   std::span<float> IdealClass;      // see DwellLists in kinetics/dwell_recorder.h
-  std::span<float> IdealAmplitude;  // only where a file brought amplitudes
-  int NumIdealEvents = 0;           // goes on counting when the record is full
+  std::span<float> IdealAmplitude;  // only from a file with amplitudes
+  int NumIdealEvents = 0;           // still counts when the record is full
   int SegmentCounter = 1;           // next segment number
 
   // -- Event statistics of the last Monte Carlo run --
@@ -47,7 +47,7 @@ struct DwellStore {
   int CondUsePreceding = 1;          // 1 = openings that follow the closed time, 0 = that precede it
   int ChoiceOpen = 1;                // boxes of the list choice
   int ChoiceClosed = 0;
-  int ListReplace = 1;  // 1 = a list that is read replaces the present one
+  int ListReplace = 1;  // 1 = a list from a file replaces the present one
 };
 
 inline DwellStore Dwell;

@@ -1,4 +1,4 @@
-// The samples of the one trace: sizing, clearing, and where they come from.
+// The samples of the one trace: size, clearing and origin.
 //
 //   A new trace   BeginTrace  TraceToWrite
 //   Clearing      ClearTrace  ClearSamples  EndSamplesAt
@@ -14,32 +14,34 @@ namespace zelvane {
 
 enum class TraceOrigin { Simulation, Recording };
 
-/// The samples are complete and nothing has been done to them yet: sets `Trace.TraceValid` and
-/// `Trace.TraceFromFile`, and clears the marks of resampling, correction and filter.
+/// Marks the samples as complete and unchanged: sets `Trace.TraceValid` and `Trace.TraceFromFile`, and
+/// clears the marks of resampling, correction and filter.
 void BeginTrace(TraceOrigin origin);
 
-/// Tells whoever measured the trace that it changes, except while a fit runs.
+/// Announces a change of the trace to its listeners, except during a fit.
 void TellTraceChanges();
 
-/// Brings all that shows the trace, or is derived from it, up to date.
+/// Announces the changed trace, so that all views and all derived data are updated.
 ///
-/// TellTraceCame is for a trace whose length and interval are those of a file: they become part of every step
-/// that undo keeps.
+/// TellTraceCame is for a trace with the length and interval of a file. They become part of every step of
+/// undo.
 void TellTraceChanged();
 void TellTraceCame();
 
-/// Returns the first `samples` samples of `Trace.SimTrace`, or all of them, for a caller that writes them:
-/// `Trace.SimTraceUsed` rises to their number. Tells that the trace changes.
+/// Returns the first `samples` samples of `Trace.SimTrace`, at most all of them, for a caller that writes
+/// them. Raises `Trace.SimTraceUsed` to their number. Announces that the trace changes.
 std::span<float> TraceToWrite(int samples);
 
-/// Empties the trace: SimTrace 0, TraceValid 0, the main graph without plots. Tells that the trace changes.
+/// Empties the trace: SimTrace 0, TraceValid 0, the main graph without plots. Announces that the trace
+/// changes.
 void ClearTrace();
 
-/// Sets samples 0..`samples` - 1 of `Trace.SimTrace` to 0, as far as they were written. `Trace.SimTraceUsed`
-/// falls to 0 where only zeros are left.
+/// Sets the written samples among 0..`samples` - 1 of `Trace.SimTrace` to 0. Sets `Trace.SimTraceUsed` to 0
+/// when only zeros remain.
 void ClearSamples(int samples);
 
-/// Sets to 0 what the former trace left behind the first `samples` samples, which are those of the new one.
+/// Sets the samples of the former trace after the first `samples` samples to 0. The first ones belong to
+/// the new trace.
 void EndSamplesAt(std::size_t samples);
 
 }  // namespace zelvane

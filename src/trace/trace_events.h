@@ -1,9 +1,10 @@
-// Events around the trace. Operations announce, and whoever keeps or shows something that depends on it listens:
-// the subjects connect at start-up (ConnectHooks), each panel where it is declared.
+// Events of the trace. Operations announce them. Stores and panels that depend on the trace listen to them:
+// stores connect at start-up (ConnectHooks), each panel at its declaration.
 //
 //   The trace      TraceChanges  TraceToPlot  TraceGone  WholeTraceToShow  TraceChanged  LengthGiven
 //   A recording    RecordingCameIn  RecordingToCorrect  RecordingTaken
-//   Runs           RunBegins  RunTextChanged  StatisticsChanged  RunCompleted  SeriesBegins  SeriesRun  SeriesEnds
+//   Runs           RunBegins  RunTextChanged  StatisticsChanged  RunCompleted  SeriesBegins  SeriesRun
+//                  SeriesEnds
 //   Measures       MeasureSettingsWanted  MeasuresForgotten  MeasuresChanged  MarksChanged  ResponseToShow
 //                  ResponseGone  MeasuresFileChanged
 //   Results table  TableRowChanged  TableRowMarked  ResultsTableChanged  TableFileNamed
@@ -18,31 +19,31 @@ namespace zelvane {
 
 // -- The trace --
 
-/// The samples of the trace are being made anew, or cleared: nothing that was measured on them holds any
-/// more. A fit, which makes thousands of traces, does not announce it.
+/// The samples of the trace will be replaced or cleared, so old measures are no longer valid. A fit makes
+/// thousands of traces and does not announce them.
 inline Listeners<> TraceChanges;
 
-/// The trace is complete and goes onto its graph. True removes the plots already there first.
+/// The trace is complete and must be plotted. True: first remove the old plots.
 inline Listeners<bool> TraceToPlot;
 
-/// The trace holds no samples any more: its plots go.
+/// The trace is empty, so its plots must be removed.
 inline Listeners<> TraceGone;
 
-/// All of the trace is to come into view.
+/// The view must show the whole trace.
 inline Listeners<> WholeTraceToShow;
 
-/// The trace has changed: every view of it is drawn anew, and what is derived from it follows.
+/// The trace has changed, so all views and derived data must be updated.
 inline Listeners<> TraceChanged;
 
-/// Length and interval of the run have come with the trace: they are no edit of the user's.
+/// Length and interval of the run came with the trace. They are not an edit of the user.
 inline Listeners<> LengthGiven;
 
 // -- A recording --
 
-/// A recording has taken the place of what the trace held; nothing has been corrected or shown yet.
+/// A recording has replaced the trace. It is not corrected and not shown yet.
 inline Listeners<> RecordingCameIn;
 
-/// The recording in the trace is complete: it is corrected where the settings ask for that.
+/// The recording in the trace is complete and must be corrected, if the settings ask for it.
 inline Listeners<> RecordingToCorrect;
 
 /// Name, interval, length or episode of the recording have changed.
@@ -50,40 +51,40 @@ inline Listeners<> RecordingTaken;
 
 // -- Runs --
 
-/// A run of the model begins, and with it a trace under the model's name.
+/// A run of the model begins. Its trace has the name of the model.
 inline Listeners<> RunBegins;
 
-/// `Result.RunText` tells how far a Monte Carlo simulation has come.
+/// `Result.RunText`, the progress of a Monte Carlo simulation, has changed.
 inline Listeners<> RunTextChanged;
 
-/// What the channels of a Monte Carlo simulation did has been counted.
+/// The event statistics of a Monte Carlo simulation have changed.
 inline Listeners<> StatisticsChanged;
 
-/// A run has left its trace: the first sweep of each run of a Monte Carlo simulation, or the sum of subunits. Who
-/// saves the trace adds what came of it to the outcome.
+/// The trace of a run is complete: the first sweep of each run of a Monte Carlo simulation, or the sum of
+/// subunits. Who saves the trace adds what came of it to the outcome.
 inline Listeners<Outcome&> RunCompleted;
 
-/// A Monte Carlo simulation of one or several runs begins; it tells of each run, from 1, once its trace is
-/// complete, and of its end, also when it was broken off.
+/// A Monte Carlo simulation of one or several runs begins. It announces each run (from 1) when its trace is
+/// complete, and its end, even after an interruption.
 inline Listeners<> SeriesBegins;
 inline Listeners<int> SeriesRun;
 inline Listeners<> SeriesEnds;
 
 // -- Measures --
 
-/// The settings of the measures are about to be used: what is typed on a panel goes into the stores.
+/// The settings of the measures will be used, so typed values must be copied into the stores.
 inline Listeners<> MeasureSettingsWanted;
 
-/// What was measured belongs to a former trace.
+/// The measures belong to a former trace.
 inline Listeners<> MeasuresForgotten;
 
 /// `Analysis.Measures` or the fitted exponentials have changed.
 inline Listeners<> MeasuresChanged;
 
-/// So have the places on the response that the measures stand for.
+/// The marks of the measures on the response have changed.
 inline Listeners<> MarksChanged;
 
-/// The response is drawn anew, with the marks of what was measured.
+/// The response must be drawn again, with the marks of its measures.
 inline Listeners<> ResponseToShow;
 
 /// The response is no longer that of the last row.
@@ -96,7 +97,7 @@ inline Listeners<> MeasuresFileChanged;
 
 inline Listeners<int> TableRowChanged;
 
-/// A row is the current one; 0: none is.
+/// The current row has changed; 0 = no row.
 inline Listeners<int> TableRowMarked;
 
 inline Listeners<> ResultsTableChanged;

@@ -7,25 +7,26 @@
 
 namespace zelvane {
 
-/// Puts the graph on MainPanel and lets it follow the trace. The control "DisplayUnits", whose words name the units, is there before.
+/// Adds the graph to MainPanel and connects it to the trace. Declare the control "DisplayUnits" first; its
+/// words are the names of the units.
 void AddTraceGraph();
 
-/// Plots NumPoints samples of the trace against time, in the colour of the simulator. With `erase` the plots
-/// already there are removed first. Does nothing while a fit runs.
+/// Plots NumPoints samples of the trace against time, in the colour of the simulator. With `erase`, first
+/// removes the old plots. Does nothing during a fit.
 void PlotTrace(bool erase);
 
 void RemoveTracePlots();
 
-/// Brings all of the trace into view.
+/// Shows the whole trace.
 void ShowWholeTrace();
 
 /// Shows the unit of `Model.DisplayUnits` on the y axis.
 void ShowDisplayUnits();
 
-/// Shows the unit of `Trace.TraceUnits` there: that of what the trace holds.
+/// Shows the unit of the trace, `Trace.TraceUnits`, on the y axis.
 void ShowTraceUnits();
 
-/// Writes the numbers of the time axis with the decimals that the trace's length asks for.
+/// Sets the decimals of the time axis for the length of the trace.
 void ShowTimeAxis();
 
 /// Returns the decimals of the numbers along the time axis of a trace `lengthMs` long: 2 below 10 ms, 1 below

@@ -12,7 +12,7 @@ void AddConductancePanel();
 void AddInitialConditionsPanel();
 void AddTableModelPanel();
 
-/// A command of a menu as the action of a button.
+/// Makes the action of a button from a menu command.
 template <void (*Command)()>
 void AsAction(const ControlEvent& /*event*/) {
   Command();

@@ -1,4 +1,4 @@
-// The parts of the registry, one a group of stores.
+// The parts of the registry, one for each group of stores.
 #pragma once
 
 namespace zelvane {
