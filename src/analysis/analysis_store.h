@@ -1,4 +1,4 @@
-// Settings and results of the measures of a response, and the table that gathers them. Data only.
+// Settings and results of the measures of a response, and the table of results. Data only.
 #pragma once
 
 #include <array>
@@ -9,7 +9,7 @@
 
 namespace zelvane {
 
-inline constexpr int MaxAnalysisRows = 1000;  // of the results table; the last one is never filled
+inline constexpr int MaxAnalysisRows = 1000;  // of the results table; the last row is never filled
 
 /// Columns of the results table that hold values: AnalysisRow::value[FirstValueColumn..AnalysisColumns].
 inline constexpr int AnalysisColumns = 21;
@@ -17,11 +17,11 @@ inline constexpr int FirstValueColumn = 4;
 
 /// A row of the results table.
 struct AnalysisRow {
-  std::string fileName;  // without its folder
+  std::string fileName;  // without the folder
   int episode = 1;
   std::array<float, AnalysisColumns + 1> value{};    // columns 4 to 21
-  std::array<bool, AnalysisColumns + 1> measured{};  // whether that column was measured
-  bool filled = false;                               // the row holds a response
+  std::array<bool, AnalysisColumns + 1> measured{};  // whether the column was measured
+  bool filled = false;                               // the row has a response
 };
 
 struct AnalysisStore {
@@ -43,8 +43,8 @@ struct AnalysisStore {
   int VerifyMeasures = 0;
   std::array<int, 4> AnalysisDisplay{};  // display switches of the analysis panel, from index 1
 
-  ResponseMeasures Measures;  // of the response analysed last
-  int FitRan = 0;             // 1 = the exponential fit ran on that response
+  ResponseMeasures Measures;  // of the last response
+  int FitRan = 0;             // 1 = the exponential fit ran on this response
 
   // -- Results table and measures file --
   std::vector<AnalysisRow> Rows = std::vector<AnalysisRow>(MaxAnalysisRows + 1);  // from 1
@@ -56,7 +56,7 @@ struct AnalysisStore {
 
   // -- Views --
   int AutoRescale = 1;    // the y axis follows the samples in view
-  float YMinGain = 1.0F;  // multiply the y range that stood when AutoRescale went off
+  float YMinGain = 1.0F;  // multiply the y range at the time when AutoRescale was switched off
   float YMaxGain = 1.0F;
 };
 

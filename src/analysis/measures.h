@@ -1,15 +1,15 @@
-// Measures of one response: engines over a trace, without stores.
+// Measures of one response. The functions use their arguments and no stores.
 //
 //   One after the other   BaselineOf  PeakOf  IntegralOf  RiseOf  DecayOf
 //   The whole sequence    MeasureResponse
 //
-// A trace holds one sample an interval. Peaks and levels are found on the absolute deviation from the
-// baseline, so inward and outward currents need no switch. Sums are 32-bit floats in rising order of the
-// samples (the mean of the baseline a double), so that results repeat to the bit.
+// A trace has one sample per interval. Peaks and levels use the absolute deviation from the baseline, so
+// inward and outward currents need no switch. Sums are 32-bit floats in the order of the samples (the mean
+// of the baseline is a double), so equal samples give equal bits.
 //
-// Nothing outside the trace is read: a window is cut at its ends, and an interpolation that would need a
-// sample beyond them is left out. What could be measured is told by ResponseMeasures::measured; the other
-// fields keep or take what the arithmetic gives and are not to be shown.
+// The functions read no sample outside the trace. They cut a window at its ends, and leave out an
+// interpolation that needs a sample outside. ResponseMeasures::measured lists the successful measures. Do
+// not show the other fields: they keep an old value, or get a value without meaning.
 #pragma once
 
 #include <cstdint>
@@ -54,13 +54,13 @@ struct ResponseMeasures {
   float Coastline = 0.0F;    // trace units
 };
 
-/// What the measures of a response are to be made by.
+/// The settings of the measures of a response.
 struct MeasureSettings {
   float intervalMs = 0.0F;     // between two samples
   float baselineStart = 0.0F;  // ms
   int baselinePts = 0;
   float startAnalysis = 0.0F;  // ms
-  int peakSearchPts = 0;       // positions to try beside the first
+  int peakSearchPts = 0;       // positions to try after the first
   int peakAvePts = 1;
   int peakOption = 1;  // 0 first sample of the window, 1 middle, 2 one past its end
   float riseStartFrac = 0.1F;
@@ -71,39 +71,40 @@ struct MeasureSettings {
   std::int64_t integralPts = 0;
 };
 
-/// Mean and sample variance of samples start .. start + count - 1. A stretch that runs over the end is cut;
-/// one that begins outside the trace, or ends with its last sample, changes nothing.
+/// Measures mean and sample variance of samples start .. start + count - 1. Cuts the range at the end of
+/// the trace. Changes nothing when the range begins outside the trace, or has only its last sample.
 void BaselineOf(std::span<const float> trace, std::int64_t start, std::int64_t count,
                 ResponseMeasures& measures);
 
-/// Slides a window of `width` samples over `positions` + 1 places from `start` and keeps the one whose sum of
-/// deviations from `baseline` is the largest in size; of equal ones the leftmost. Samples past the end count
-/// as none. Changes nothing with a width below 1 or a start outside the trace.
+/// Moves a window of `width` samples over `positions` + 1 positions from `start`. Selects the window with
+/// the largest absolute sum of deviations from `baseline`, and the first of equal windows. Leaves out
+/// samples after the end. Changes nothing when the width is below 1 or the start is outside the trace.
 void PeakOf(std::span<const float> trace, std::int64_t positions, std::int64_t start, float baseline,
             std::int64_t width, const MeasureSettings& settings, ResponseMeasures& measures);
 
-/// Area between trace and baseline by the trapezoid rule over `count` intervals from `start`, in units x ms.
-/// Sets the coastline, the summed size of all steps from sample to sample. From sample 0 the first half term
-/// is that of sample 0 and the sum begins at sample 2.
+/// Measures the area between trace and baseline by the trapezoid rule over `count` intervals from `start`,
+/// in units x ms. Also sets the coastline, the sum of the sizes of all steps from sample to sample. If
+/// `start` is 0, the first half term is that of sample 0 and the sum begins at sample 2.
 float IntegralOf(std::span<const float> trace, std::int64_t start, std::int64_t count, float baseline,
                  float intervalMs, ResponseMeasures& measures);
 
-/// Why a rise was not measured; its results then stay as they were.
+/// The reason for a rise that was not measured. Its old results then stay.
 enum class RiseFault { None, FractionsInWrongOrder, PeakBeforeStart };
 
-/// Time between the two rise levels of the peak and baseline in `measures`, interpolated, and the regression
-/// slope of the samples between them.
+/// Measures the interpolated time between the two rise levels, from the peak and the baseline in
+/// `measures`, and the regression slope of the samples between them.
 RiseFault RiseOf(std::span<const float> trace, const MeasureSettings& settings, ResponseMeasures& measures);
 
-/// Time from the peak to the decay level, width at that level, and latency of the rise. A level that the
-/// trace does not cross leaves the last position tried, and the measure's bit unset.
+/// Measures the time from the peak to the decay level, the width at this level, and the latency of the
+/// rise. If the trace does not cross a level, the field gets the last position and the bit of the measure
+/// stays unset.
 void DecayOf(std::span<const float> trace, const MeasureSettings& settings, ResponseMeasures& measures);
 
-/// All measures of a response in order. Does nothing when `settings.intervalMs` is 0.
+/// Makes all measures of a response in order. Does nothing when `settings.intervalMs` is 0.
 RiseFault MeasureResponse(std::span<const float> trace, const MeasureSettings& settings,
                           ResponseMeasures& measures);
 
-/// Level of the decay and width measures and of the rise latency, in trace units.
+/// Returns the level of the decay and width measures and of the rise latency, in trace units.
 float DecayLevel(const MeasureSettings& settings, const ResponseMeasures& measures);
 float LatencyLevel(const MeasureSettings& settings, const ResponseMeasures& measures);
 

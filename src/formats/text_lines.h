@@ -1,4 +1,4 @@
-// Lines of a text file, taken off it one at a time, so that only one block of it is in memory.
+// Reads the lines of a text file one at a time. Only one block of the file is in memory.
 #pragma once
 
 #include <cstddef>
@@ -19,7 +19,8 @@ class TextLines {
   /// @param blockBytes  bytes read at a time, an even number
   explicit TextLines(std::istream& in, std::size_t blockBytes = DefaultBlock);
 
-  /// The next line without its end; it lasts until the next call. Nothing at the end of the text.
+  /// Returns the next line without its end; it stays valid until the next call. Returns an empty result at
+  /// the end of the text.
   std::optional<std::string_view> Next();
 
   /// What has been read behind the line given last, and the character that ends its lines. A caller may take

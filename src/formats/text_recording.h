@@ -43,23 +43,23 @@ struct TextRequest {
 
 struct TextSamples {
   std::vector<float> samples;        // of several episodes, the first of each, then the second of each ...
-  std::optional<double> intervalMs;  // within its limits; nothing where the text does not tell it
+  std::optional<double> intervalMs;  // within its limits; empty for a text without an interval
   bool unequalSteps = false;         // the third time lies too far from the second; three samples were read
-  std::size_t badLine = 0;           // line that is no row of numbers and ended the reading; 0 without one
+  std::size_t badLine = 0;  // line that is not a row of numbers and ended the read; 0 without such a line
 };
 
-/// Why a text gave no samples, in one sentence.
+/// Returns the reason why a text gave no samples, in one sentence.
 std::string WhyNoSamples(const TextShape& shape, const TextSamples& read);
 
 /// A text recording, read from its first line to its last.
 class TextRecording {
  public:
-  /// Reads what stands before the samples.
+  /// Reads the header before the samples.
   explicit TextRecording(std::istream& in, std::size_t blockBytes = TextLines::DefaultBlock);
 
   const TextShape& Shape() const { return shape_; }
 
-  /// Why there is nothing to read, in one sentence; empty when there is.
+  /// Returns the reason for a text without samples, in one sentence; empty for a text with samples.
   const std::string& Refusal() const { return refusal_; }
 
   /// Reads the samples, once. Lines may be of any length, blank ones are passed over, and a row of an ATF

@@ -12,18 +12,18 @@ namespace zelvane {
 
 void AddModelFileMenu();
 
-/// Reads the file `Model.ModelFileName`, in any of the four formats, into the stores, refreshes every panel
-/// and rebuilds the stimulus. While the file cannot be opened a dialog asks for a name, up to twice. A file
-/// with another magic changes nothing. A field that its line does not hold keeps its value.
-/// @return Done, or Refused when no file was chosen or the file is no model
+/// Reads the file `Model.ModelFileName`, in any of the four formats, into the stores, updates every panel
+/// and builds the stimulus again. When the file cannot be opened, asks for another name, up to twice. A
+/// file with another magic changes nothing. A field keeps its value when its line does not hold one.
+/// @return Done; Refused without a file, or when the file is not a model
 Outcome ModelFileRead();
 
-/// The same for a named file, without a dialog or a message: a file that cannot be opened or is no model
-/// changes nothing and is Refused.
+/// Does the same for a named file, without a dialog or a message. Returns Refused and changes nothing when
+/// the file cannot be opened or is not a model.
 Outcome ModelFileReadNamed(const std::string& path);
 
 /// Reads the panels into the stores and writes them to `Model.ModelFileName` in the newest format. The old
-/// file is replaced only when the new one is whole. On failure shows a message and keeps the old file.
+/// file is replaced only when the new one is complete. On failure shows a message and keeps the old file.
 /// @return Done or Failed
 Outcome ModelFileWrite();
 

@@ -1,7 +1,7 @@
-// The lines of a model file, told once for the reader and the writer.
+// The lines of a model file, described once for the reader and the writer.
 //
-// WalkModelFile goes through the file's lines in order and tells a visitor what stands on each: a header, a
-// text, numbers. The reader visits a file's text with it, the writer an empty page.
+// WalkModelFile visits the lines of the file in order and passes their contents to a visitor: a header, a
+// text, numbers. The reader visits the text of a file with it, the writer an empty text.
 #pragma once
 
 #include <limits>

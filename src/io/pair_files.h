@@ -2,8 +2,8 @@
 //
 //   PairTextRead  PairTextWrite  TripleTextWrite
 //
-// A file that cannot be opened is told ("IO Error 100: FileOpen failed"), as is one that cannot be written; a
-// former file then stands.
+// When a file cannot be opened ("IO Error 100: FileOpen failed") or written, the functions show a message
+// and keep the old file.
 #pragma once
 
 #include <span>
@@ -13,10 +13,10 @@
 
 namespace zelvane {
 
-/// Reads rows "first, second" into two arrays, until the end of the file, a row without two numbers, or one
-/// row less than the arrays hold. Writes:  `Noise.RecordPoints`, the length of the analysed record.
-/// @param first, second  of one length
-/// @return the number of rows, one more while `Fit.FitMode` is FitSublevels; 0 when the file did not open
+/// Reads rows "first, second" into two arrays, up to the end of the file, a row without two numbers, or one
+/// row less than the size of the arrays. Writes `Noise.RecordPoints`, the length of the analysed record.
+/// @param first, second  of equal length
+/// @return the number of rows, plus 1 while `Fit.FitMode` is FitSublevels; 0 when the file cannot be opened
 int PairTextRead(const std::string& path, std::span<float> first, std::span<float> second);
 
 /// Writes a row "%.6e, %.6e" for each pair. `first` and `second` have one length.

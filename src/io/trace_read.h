@@ -1,4 +1,4 @@
-// Recorded traces: the choice of a reader, episodes, and the commands around them.
+// Recorded traces: the choice of a reader, the episodes and their commands.
 //
 //   Reading       TraceRead  TraceReadFile  BinaryTraceRead  TextTraceRead  AbfDirectRead  ReadTextEpisodes
 //                 ReadAsciiData  ReadWaveFile
@@ -23,7 +23,7 @@ Outcome TraceRead(const std::string& path);
 /// Reads the text recording at `path`. The trace becomes a result only when it has more than 100 samples.
 Outcome ReadAsciiData(const std::string& path);
 
-/// Reads the binary recording at `path`; a file that is none is refused.
+/// Reads the binary recording at `path`. Refuses any other file.
 Outcome ReadWaveFile(const std::string& path);
 
 /// What a caller answers in the user's place to the questions that a text recording raises.
@@ -32,41 +32,42 @@ struct ReadAnswers {
   std::optional<float> intervalMs{};  // of a column of numbers, above 0; without one its first line tells it
 };
 
-/// Reads the file at `path` as TraceRead does, without the parse panel, and shows all of it; with `answers` without the questions of a text.
-/// @return Done; Refused, with everything as it was; or Failed, when the reading was given up half-way and no trace came
-///         of it. Refused and Failed show a message, unless the user has cancelled
+/// Reads the file at `path` as TraceRead does, without the parse panel, and shows all of it; with `answers`
+/// without the questions of a text.
+/// @return Done; Refused, with everything as it was; or Failed, when the reading was given up half-way and
+///         no trace came of it. Refused and Failed show a message, unless the user has cancelled
 Outcome TraceReadFile(const std::string& path, const std::optional<ReadAnswers>& answers = {});
 
-/// Whether the file begins with the mark of a recording: "ABF", "OBF" or "ATF".
+/// Returns whether the file begins with the mark of a recording: "ABF", "OBF" or "ATF".
 bool BeginsLikeRecording(const std::string& path);
 
-/// Reads episode `Trace.EpisodeIndex` of the recording (ABF or OBF) at `path` into `destination`, at most as many
-/// samples as it holds. The rest of `destination` is left as it was. Writes:  the file fields of `Trace`,
-/// `Model.NumPoints`, `Model.ADInterval`; after a refusal all are as they were.
+/// Reads episode `Trace.EpisodeIndex` of the recording (ABF or OBF) at `path` into `destination`, at most
+/// as many samples as it holds. The rest of `destination` is left as it was. Writes:  the file fields of
+/// `Trace`, `Model.NumPoints`, `Model.ADInterval`; after a refusal all are as they were.
 /// @return whether samples came in; otherwise the user has been told, or has cancelled
 bool BinaryTraceRead(const std::string& path, std::span<float> destination);
 
-/// Reads a text recording (ATF or one number a line) into `destination`.
+/// Reads a text recording (ATF or one number per line) into `destination`.
 /// @return 1 when more than 100 samples were read, else 0
 int TextTraceRead(std::span<float> destination, const std::string& path);
 
-/// Every episode of the text recording in `Trace`, signal `Trace.RecordedSignal`, read in one pass. Nothing,
-/// the user told, when it can no longer be read. A line that cannot be understood is told; it ends an
-/// episode.
+/// Reads all episodes of the text recording in `Trace`, signal `Trace.RecordedSignal`, in one pass. When
+/// the file is no longer readable, shows a message and returns an empty result. A line that is not a row of
+/// numbers ends an episode; a message gives its number.
 std::vector<std::vector<float>> ReadTextEpisodes();
 
-/// Reads an ABF 1.x recording straight from its header fields, first channel only, all episodes one behind
-/// the other.
+/// Reads an ABF 1.x recording directly from its header fields: only the first channel, all episodes one
+/// after the other.
 bool AbfDirectRead(const std::string& path, std::span<float> destination);
 
-/// Reads episode `Trace.EpisodeIndex` again from its file, by the reader that read it first, and corrects it
-/// when `RsCm.RsCmAuto` is set. No question is asked twice.
+/// Reads episode `Trace.EpisodeIndex` again from its file with the same reader, and corrects it when
+/// `RsCm.RsCmAuto` is set. Asks no question a second time.
 void TraceReloadEpisode();
 
-/// Moves to the next (+1) or last (-1) episode, around the ends, and reads it.
+/// Moves to the next (+1) or last (-1) episode and reads it. After the last episode follows the first.
 void StepEpisode(int by);
 
-/// Moves to an episode, by the same rule, and reads it.
+/// Moves to an episode by the same rule and reads it.
 void GoToEpisode(int episode);
 
 /// Keeps every `Trace.ParseConstant`-th sample of the trace in place.

@@ -42,10 +42,12 @@ Outcome AutosaveAbfWrite(const std::string& path);
 /// Appends the trace to `Trace.AutosaveFileName` in the format `Model.AutosaveFormat`.
 Outcome AutosaveTrace();
 
-/// Whether autosave is on: reading and writing other data files then has to wait, which the user is told.
+/// Returns whether autosave is on. If so, shows the message that reading and writing other data files must
+/// wait.
 bool RefusedByAutosave();
 
-/// Whether `path` is the file that the trace was read from; the user is then told that it may not be written.
+/// Returns whether `path` is the file of the trace. If so, shows the message that this file may not be
+/// overwritten.
 bool RefuseSourceOfTrace(const std::string& path);
 
 inline constexpr char GapFreeTemplate[] = "GAPFREE.ABF";
@@ -53,9 +55,9 @@ inline constexpr char EpisodicTemplate[] = "EPISODE-10.ABF";
 inline constexpr std::size_t AbfTemplateLength = 2048;
 using AbfTemplate = std::array<std::byte, AbfTemplateLength>;
 
-/// The template files that stand beside the program, by name: the head of a gap-free file ("SAMPLABF.DAT",
-/// "GAPFREE.ABF") and of an episodic one with ten episodes ("EPISODE-10.ABF"), without samples. Nothing but
-/// zeros for another name.
+/// Returns a template file from the program's folder, without samples: the header of a gap-free file
+/// ("SAMPLABF.DAT", "GAPFREE.ABF") or of a file with ten episodes ("EPISODE-10.ABF"). Returns zeros for
+/// another name.
 AbfTemplate AbfTemplateBytes(std::string_view name);
 
 /// Lets each run append its trace to the autosave file while `Model.Autosave` is on.

@@ -33,21 +33,21 @@ struct FixedStepResult {
   bool stopped = false;
 };
 
-/// Steps between two points: trunc(interval / step), at least 1.
+/// Returns the number of steps between two points: trunc(interval / step), at least 1.
 long long SubstepsPerPoint(float intervalMs, float stepMs);
 
-/// Integrates `run` into points 1..numPoints + 1 of `rows`, point 1 being time 0.
+/// Integrates `run` into points 1..numPoints + 1 of `rows`. Point 1 is time 0.
 ///
-/// A pass in which the occupancy of a state that is on is stored above 1.01 or below -0.01 (or as no number)
-/// ends there, and the next starts over with half the step; after MaxReductions the last one stands as it is.
-/// Rows of states that are off are not touched. Nothing is done without points or without time between them.
+/// A pass ends when the stored occupancy of a state that is on is above 1.01, below -0.01 or not a number.
+/// The next pass starts again with half the step. After MaxReductions passes the last one is the result.
+/// Does not write rows of states that are off. Does nothing without points or without time between them.
 ///
 /// States, rates and times are 32-bit floats. The method and its order of operations are those of rk4 in
 /// Press, Teukolsky, Vetterling & Flannery (1992), Numerical Recipes in C, 2nd ed., section 16.1. The last
-/// stage of a step falls on the next point of the stimulus: a step across an edge sees it early by up to one
-/// step.
+/// stage of a step uses the next point of the stimulus, so a step across an edge meets it early by up to
+/// one step.
 ///
-/// Nothing is allocated and no store touched: several threads may integrate at once.
+/// Allocates no memory and uses no store, so several threads may integrate at the same time.
 FixedStepResult IntegrateFixedStep(const FixedStepRun& run, const OccupancyRows& rows,
                                    const RunHook& hook = {});
 

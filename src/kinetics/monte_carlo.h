@@ -33,11 +33,12 @@ enum class ChannelOutcome {
   Stopped,      // the user has stopped the run
 };
 
-/// Most channels of a sweep. An occupancy is a 32-bit sum of one unit a channel, and further channels would no
-/// longer change it.
+/// Most channels of a sweep. An occupancy is a 32-bit sum of one unit a channel, and further channels would
+/// no longer change it.
 inline constexpr int MaxChannelsOfRun = 1 << 24;
 
-/// Returns the channels that start in a state of the given occupancy: the product, rounded half up. None below 0.
+/// Returns the channels that start in a state of the given occupancy: the product, rounded half up. None
+/// below 0.
 int ChannelsStartingIn(int channels, float occupancy);
 
 /// Returns whether a stop is asked for before channel `ofState` (from 0) of a state, with `done` of `total`
@@ -95,7 +96,8 @@ struct ChannelSweep {
 ChannelOutcome SimulateChannel(ChannelSweep& sweep, int startState);
 
 /// Simulates the channels of a sweep one after the other, sorted by the state that they start in. `hook` is
-/// called where PollIsDue. Returns Monitored or Unmonitored when all are done, else why the last one broke off.
+/// called where PollIsDue. Returns Monitored or Unmonitored when all are done, else why the last one broke
+/// off.
 ///
 /// @param start  proportion of the channels in each state at time 0
 ChannelOutcome SimulateChannels(ChannelSweep& sweep, int channels,

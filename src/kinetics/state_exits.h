@@ -1,9 +1,8 @@
-// The ways out of the states of a scheme, as a channel meets them at a point of the sweep.
+// The exits of the states of a scheme at a point of the sweep.
 //
-// What a channel in a given state can do depends on the point only through the stimulus, and through those
-// profiles alone that its exits look at. While they stand still everything about its exits does too: rates,
-// the chances of the next states, the exponential of a point. All of it is worked out when a channel first
-// needs it and kept for all channels after it.
+// The exits of a state change only when one of their profiles changes. Between two such changes their
+// rates, the probabilities of the next states and the exponential of a point are constant. The program
+// calculates them when a channel first needs them, and keeps them for all later channels.
 //
 //   ConnectionsOf  ExitBook  PrepareExits  ForgetExits  ExitsAt  NextDrug
 #pragma once
@@ -28,7 +27,7 @@ struct Connections {
 /// Returns the connections of a scheme: the rates above 0 between different states.
 Connections ConnectionsOf(const StateTable<float>& rate);
 
-/// What a scheme of single channels is made of: the tables of the model, indexed from 1.
+/// A scheme of single channels: the tables of the model, with indices from 1.
 struct ChannelTables {
   StateTable<float> rate{};  // 1/s or 1/(M s), [from][to]
   DependenceTables depend;
@@ -37,7 +36,7 @@ struct ChannelTables {
   float temperature = 25.0F;                         // degrees Celsius
 };
 
-/// What keeps a channel in its state.
+/// The kind of the exits of a state.
 enum class ExitKind : std::uint8_t {
   Isolated,   // nothing leads out of the state: an error of the model
   Constant,   // the rates are constant: the dwell is exponential
@@ -48,7 +47,7 @@ enum class ExitKind : std::uint8_t {
 
 inline constexpr int NeverChanges = 1 << 30;  // a point behind every sweep
 
-/// The exits of one state while the stimulus stands still. One line of the cache.
+/// The exits of one state during a constant stimulus. Fills one line of the cache.
 struct alignas(64) StateExits {
   // The next state is the first whose bound is above a uniform value, else the last; with one exit nothing is
   // drawn. Bounds are 32-bit quotients of the sums of rates.
@@ -61,7 +60,7 @@ struct alignas(64) StateExits {
   std::array<std::int8_t, MaxConnections> next{};
 };
 
-/// Where the profiles of one set of profiles change.
+/// The points at which a set of profiles changes.
 struct StimulusSteps {
   unsigned profiles = 0;              // bit k = profile k
   std::vector<std::int32_t> stretch;  // of every point: the number of changes up to it
@@ -93,20 +92,21 @@ ExitBook PrepareExits(const ChannelTables& tables,
                       const std::array<std::span<const float>, MaxDrugs + 1>& profile, float intervalMs,
                       int numPoints);
 
-/// Takes other rates. What the rates depend on and the connections stay as they are.
+/// Sets other rates. Keeps dependences and connections.
 void ForgetExits(ExitBook& book, const StateTable<float>& rate);
 
-/// Works out the exits of `state` in a stretch of its stimulus that begins at or before `point`.
+/// Calculates the exits of `state` for a constant part of its stimulus that begins at or before `point`.
 StateExits CompileExits(const ExitBook& book, int state, int point);
 
-/// Works out the exits and keeps them while there is room.
+/// Calculates the exits and keeps them if there is room.
 const StateExits& LearnExits(ExitBook& book, int state, int point);
 
-/// The exits of `state` at `point`, from 0. They hold until `changeAt`.
+/// Returns the exits of `state` at `point` (from 0). They are valid until `changeAt`.
 ///
-/// The rate of each exit is a float: the model's rate times the stimulus factor. One that is negative or no
-/// number counts as 0. Exits at or below MinRate are left out, and so is what they depend on; the total rate
-/// is then that of the rest, but with two exits of which one is left out it stays the sum of both.
+/// The rate of each exit is a float: the rate of the model times the stimulus factor. A rate that is
+/// negative or not a number becomes 0. Exits at or below MinRate are left out, with their dependences. The
+/// total rate is then the sum of the other exits. But if one of two exits is left out, the total rate stays
+/// the sum of both.
 inline const StateExits& ExitsAt(ExitBook& book, int state, int point) {
   const auto s = static_cast<std::size_t>(state);
   const StimulusSteps& steps = book.steps[book.stepsOf[s]];
@@ -118,7 +118,7 @@ inline const StateExits& ExitsAt(ExitBook& book, int state, int point) {
   return LearnExits(book, state, point);
 }
 
-/// First point at or behind `point` at which some drug is above 0, NeverChanges when there is none.
+/// Returns the first point at or after `point` at which a drug is above 0; NeverChanges without such a point.
 int NextDrug(const ExitBook& book, int point);
 
 }  // namespace zelvane

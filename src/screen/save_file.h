@@ -1,5 +1,5 @@
-// Writing whole files, with failures told: the texts that the writers of this folder share. That the user has
-// stopped the writing (WriteStopped) needs no telling.
+// Writes whole files and shows a message after a failure. The writers share these texts. A stop by the user
+// (WriteStopped) shows no message.
 #pragma once
 
 #include <cstdint>
@@ -17,12 +17,12 @@ namespace zelvane {
 Outcome SaveFile(const std::string& path, const NextBlock& nextBlock);
 
 /// Appends the blocks to the file `path` or makes it, as AppendToFile does. On failure shows a message and
-/// leaves the file as it was.
+/// keeps the file unchanged.
 /// @return as SaveFile
 Outcome ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string_view head = {},
                    std::optional<std::int64_t> end = {});
 
-/// Tells that a file, which could be opened, was not written.
+/// Shows the message that a file could be opened but not written.
 void TellNotWritten(const std::string& path);
 
 }  // namespace zelvane

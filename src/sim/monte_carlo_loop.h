@@ -12,9 +12,9 @@
 
 namespace zelvane {
 
-/// Runs `Model.NumRuns` runs, each followed by `Model.NumIntervals` sweeps without drug-dependent rates (the
-/// last run by none). With `Model.MultiSubunit` each of `Model.NumChannels` subunits takes the place of a
-/// run, and their sum is the trace.
+/// Makes `Model.NumRuns` runs. `Model.NumIntervals` sweeps without drug-dependent rates follow each run,
+/// except the last. With `Model.MultiSubunit`, each of `Model.NumChannels` subunits replaces a run, and the
+/// trace is their sum.
 ///
 /// Dwell lists and idealised record gather over all runs and sweeps; exits and channels that reached a
 /// monitored state are counted for each run. Unless a fit runs, the first sweep of each run is appended to
@@ -30,15 +30,15 @@ namespace zelvane {
 ///          the time of the sweep or a run has more than MaxChannelsOfRun channels. The run is then over. The
 ///          arrays keep the channels simulated so far, and the starting occupancies are as before the run,
 ///          unless `ReseedSimulation` is on.
-/// @return Done, also when no channel was simulated; Stopped; Refused for too many channels; or Failed when a channel
-///         could not go on or a trace was not appended to the autosave file
+/// @return Done, also when no channel was simulated; Stopped; Refused for too many channels; or Failed when
+///         a channel could not go on or a trace was not appended to the autosave file
 Outcome RunMonteCarlo();
 
-/// Channels of a run: |numChannels + deviation| through two decimals of text.
+/// Returns the channels of a run: |numChannels + deviation|, converted through a text with two decimals.
 int ChannelsOfRun(int numChannels, float deviation);
 
-/// The point whose occupancies start the next sweep: 100 points before the end, in a shorter run the last one
-/// that a channel fills which stays where it is to the end, that is numPoints - 1.
+/// Returns the point whose occupancies start the next sweep: 100 points before the end. In a shorter run it
+/// is numPoints - 1, the last point that a resting channel fills.
 int ReseedPoint(int numPoints);
 
 /// "Run 1 of 3 with 0.20s interval (sec 0)".

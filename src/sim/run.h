@@ -14,21 +14,21 @@ namespace zelvane {
 
 /// Runs the model for `numPoints` points with the simulator of `Model.SimulatorKind`.
 ///
-/// Unless `Model.FitActive`, rates and run settings are read from the panels first. With
-/// `Model.StartAtEquilibrium`, during a fit `FitStartAtEquilibrium`, the equilibrium under the stimulus of
-/// point 1 becomes `Model.StartOccupancy`. The result is left in `Result.Occupancy` and `Trace.SimTrace`;
-/// `Trace.TraceValid` is 1 when the run completed. A scheme without connections is refused with "! Error", as
-/// is a state with more than MaxConnections exits for Monte Carlo, and a run without points or without time
+/// Unless `Model.FitActive`, first reads rates and run settings from the panels. With
+/// `Model.StartAtEquilibrium` (during a fit `FitStartAtEquilibrium`), the equilibrium under the stimulus of
+/// point 1 becomes `Model.StartOccupancy`. Writes the result to `Result.Occupancy` and `Trace.SimTrace`.
+/// `Trace.TraceValid` is 1 after a complete run. Refuses with "! Error" a scheme without connections, a
+/// state with more than MaxConnections exits for Monte Carlo, and a run without points or without time
 /// between them.
 /// @return Done; Stopped by the user; Refused; or Failed, when the simulator did not hold its precision or
 ///         could not go on, or a trace was not appended to the autosave file. Messages are shown unless
 ///         `Model.FitActive`
 Outcome RunSimulation(int numPoints);
 
-/// Turns `Result.Occupancy` into `Trace.SimTrace` by `Model.DisplayUnits`, adds noise and filter if asked,
-/// and plots. With `erase` the plots already on the graph are removed first. While a fit runs nothing is
-/// plotted. False when the panels hold no points or no time between them: the user is told and the trace
-/// stays.
+/// Converts `Result.Occupancy` to `Trace.SimTrace` in the units of `Model.DisplayUnits`, adds noise and
+/// filter according to the settings, and plots the trace. With `erase`, first removes the old plots. Does
+/// not plot during a fit. When the panels have no points or no time between them, shows a message, keeps
+/// the trace and returns false.
 ///
 /// Sample p - 1 is the sum over the monitored states of a factor times the occupancy at point p, in 32-bit
 /// floats, state after state. The factor is the number of channels, times the conductance (pS), times driving
@@ -41,11 +41,11 @@ bool ConvertTrace(bool erase);
 /// resistance. Does not convert the trace of cooperative subunits; only plots it.
 void RefreshTrace();
 
-/// Keeps `Result` in order when the trace changes: a recording has no occupancies, like one channel's run.
+/// Updates `Result` when the trace changes. A recording has no occupancies, like the run of a single channel.
 void ConnectRuns();
 
-/// Announces that a run has left its trace, unless a fit runs.
-/// @return what came of saving it; Done where nobody saves
+/// Announces the complete trace of a run, except during a fit.
+/// @return the outcome of saving the trace; Done when no listener saves it
 Outcome TellRunCompleted();
 
 /// Returns whether the run settings have points and a time interval; a panel or a file may give 0. If not,

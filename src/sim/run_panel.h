@@ -14,26 +14,26 @@ namespace zelvane {
 /// Declares the run's controls, statistics and graph on MainPanel, the table of values and the menu.
 void AddRunPanels();
 
-/// Copies the run settings from MainPanel into the store; NumPoints is held to its limit, MultiSubunit forces
-/// its fields. Without that panel the store stays as it is.
+/// Copies the run settings from MainPanel into the store, limits NumPoints, and sets the fields that
+/// MultiSubunit forces. Without this panel does nothing.
 void ReadRunParameters();
 
-/// Writes the run settings of the store to MainPanel.
+/// Copies the run settings of the store to MainPanel.
 void WriteRunParameters();
 
-/// The run button: reads rates and run settings from the panels and runs NumPoints points.
+/// Does the work of the run button: reads rates and run settings from the panels and runs NumPoints points.
 /// @return as RunSimulation
 Outcome AcquireData();
 
-/// Shows the model's file as the name of the present data.
+/// Shows the name of the model file as the name of the present data.
 void ShowDataName();
 
-/// Shows exits, channels that reached a monitored state, and count and mean of the dwell lists.
+/// Shows the exits, the channels that reached a monitored state, and count and mean of the dwell lists.
 ///
 /// Reads: `Dwell`.
 void ShowEventStatistics();
 
-/// Shows how far a Monte Carlo simulation has come: `Result.RunText`.
+/// Shows the progress of a Monte Carlo simulation: `Result.RunText`.
 void ShowRunText();
 
 }  // namespace zelvane

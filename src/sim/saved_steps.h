@@ -1,19 +1,19 @@
-// From the saved steps of an adaptive run to samples at equal intervals.
+// Converts the saved steps of an adaptive run to samples at equal intervals.
 #pragma once
 
 #include <vector>
 
 namespace zelvane {
 
-/// Fills the first NumPoints samples of the trace from the saved steps of the last run: the monitored states
-/// in the units that `Model.DisplayUnits` names, through the spline; before the point at which integration
-/// started, the start occupancies. Sets `Result.KeptSteps` to the last saved step.
+/// Fills the first NumPoints samples of the trace from the saved steps of the last run: the monitored
+/// states in the units of `Model.DisplayUnits`, through the spline. Before the start of the integration
+/// uses the start occupancies. Sets `Result.KeptSteps` to the last saved step.
 ///
 /// Reads:   `Model`, `Stimulus.Profile[0]`, `Result`.
-/// Writes:  `Trace.SimTrace`, `Result.KeptSteps`, `Result.SavedTime` behind the last saved step.
+/// Writes:  `Trace.SimTrace`, `Result.KeptSteps`, `Result.SavedTime` after the last saved step.
 void SavedStepsToTrace();
 
-/// The value of every saved step of the last run, as SavedStepsToTrace takes them: element q - 1 belongs to
+/// Returns the value of every saved step of the last run, as in SavedStepsToTrace. Element q - 1 belongs to
 /// `Result.SavedTime[q]`, q from 1 to `Result.KeptSteps`. Call it after a conversion.
 ///
 /// Reads:   `Model`, `Stimulus.Profile[0]`, `Result`.

@@ -19,50 +19,52 @@
 
 namespace zelvane {
 
-/// Limits of an interval that a file brings (ms).
+/// Limits of the interval in a file (ms).
 inline constexpr float LeastFileInterval = 1e-6F;
 inline constexpr float MostFileInterval = 1e6F;
 
 /// Writes the profiles, all of one length. On failure shows a message and keeps the existing file.
-/// @return Done, Stopped (the writing was, without a message) or Failed
+/// @return Done; Stopped, without a message, when the user stopped the write; or Failed
 Outcome WriteStimProfiles(const std::string& path, float intervalMs, const StimProfileSpans& profiles);
 
-/// Writes a column of text, likewise.
+/// Writes a column of text in the same way.
 Outcome WriteStimColumn(const std::string& path, float intervalMs, std::span<const float> profile);
 
 /// Reads the seven profiles of a file.
 ///
-/// Asks whether to take over another interval and another number of points; after a script has run neither is
-/// asked, and the present ones stay. A file that cannot be opened, is no stimulus file or holds more than
-/// MaxStimPoints samples a profile is told and changes nothing. A file shorter than its head says is not
-/// told: what is missing is 0. Writes:  `Stimulus.Profile`, `Stimulus.StimFileName`, `Model.ADInterval`,
-/// `Model.NumPoints`; the panels
-///          follow.
+/// If the file has another interval or another number of points, asks before it uses them. After a script
+/// has run, asks nothing and keeps the present ones. Shows a message and changes nothing when the file
+/// cannot be opened, is not a stimulus file, or has more than MaxStimPoints samples per profile. If the
+/// file is shorter than its header says, sets the missing samples to 0 without a message.
+///
+/// Writes:  `Stimulus.Profile`, `Stimulus.StimFileName`, `Model.ADInterval`, `Model.NumPoints`, and their
+///          panels.
 /// @return Done when samples of the last profile were read, else Failed
 Outcome StimFileRead(const std::string& path);
 
-/// Reads the seven profiles of a file into other arrays, all of one length, which are not cleared first. Asks
-/// whether to take over an interval that differs by more than 0.0001 ms from `Model.ADInterval`. Refusals as
-/// above, with the arrays' length as the limit. Writes:  `profiles`, `intervalMs` (that of the file),
-/// `Model.ADInterval`.
+/// Reads the seven profiles of a file into other arrays of equal length and does not clear them first. Asks
+/// before it uses an interval that differs by more than 0.0001 ms from `Model.ADInterval`. Refuses the same
+/// files as StimFileRead, with the length of the arrays as the limit.
+///
+/// Writes:  `profiles`, `intervalMs` (that of the file), `Model.ADInterval`.
 /// @return N, or 0 when no sample of the last profile was read
 int StimFileReadInto(const std::string& path, const StimProfileSpans& profiles, float& intervalMs);
 
-/// Reads the stimulus panel and writes `count` samples (1 to MaxStimPoints) of each profile, also those that
-/// lie beyond NumPoints. Messages and outcome as in WriteStimProfiles.
+/// Reads the stimulus panel and writes `count` samples (1 to MaxStimPoints) of each profile, even after
+/// NumPoints. Messages and outcome are those of WriteStimProfiles.
 Outcome StimFileWrite(const std::string& path, int count);
 
-/// Reads a column of text into the profile `Stimulus.StimTarget`. Asks whether to take over another interval
-/// and another number of points. Samples beyond those read stay as they were.
-/// @return 1 when more than 100 samples were read, else 0; nothing when the file could not be opened, which
-///         has been told
+/// Reads a column of text into the profile `Stimulus.StimTarget`. Asks before it uses another interval or
+/// another number of points. Keeps the samples after those of the file.
+/// @return 1 when more than 100 samples were read, else 0; an empty result, with a message, when the file
+///         cannot be opened
 std::optional<int> StimAsciiImport(const std::string& path);
 
-/// Writes `count` samples (1 to MaxStimPoints) of the profile `Stimulus.StimTarget` as a column of text,
-/// likewise.
+/// Writes `count` samples (1 to MaxStimPoints) of the profile `Stimulus.StimTarget` as a column of text in
+/// the same way.
 Outcome StimAsciiExport(const std::string& path, int count);
 
-/// Reads a binary stimulus file as the stimulus of the next runs: on success USER mode begins.
+/// Reads a binary stimulus file as the stimulus of the next runs. On success selects USER mode.
 /// @return as StimFileRead
 Outcome OpenStimulusNamed(const std::string& path);
 

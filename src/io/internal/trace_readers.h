@@ -1,4 +1,4 @@
-// What the readers of recordings share.
+// Functions that the readers of recordings share.
 #pragma once
 
 #include <cstddef>
@@ -10,11 +10,11 @@
 
 namespace zelvane {
 
-/// What came of a read.
+/// The result of a read.
 enum class Reading {
-  Done,     // samples stand at the front of the destination, `Model.NumPoints` of them
-  Refused,  // the user has been told or has cancelled; destination and stores are as they were
-  Emptied,  // given up half-way; the file fields are those of the new file, and no trace came of it
+  Done,     // the destination begins with `Model.NumPoints` samples
+  Refused,  // after a message or a cancel; destination and stores are unchanged
+  Emptied,  // stopped during the read; the file fields belong to the new file, and there is no trace
 };
 
 /// Who answers questions: the user; a caller, whose answers stand in `Trace` (RecordedSignal, IntervalLine,
@@ -23,15 +23,15 @@ enum class Questions { Asked, Answered, AsBefore };
 
 Reading ReadBinary(const std::string& path, std::span<float> destination, Questions questions);
 
-/// With Emptied the samples read so far stand at the front of the destination, `kept` of them.
+/// With Emptied, the destination begins with the `kept` samples that were read so far.
 Reading ReadText(std::span<float> destination, const std::string& path, Questions questions,
                  std::size_t& kept);
 
-/// Whether a text of that many samples makes a result.
+/// Returns whether a text with this number of samples is a result.
 bool IsResult(int samples);
 
-/// Copies of the file fields and of the run's length and interval; they go back into the stores at the end of
-/// its life unless the read was a success.
+/// Copies of the file fields and of the length and interval of the run. Its destructor restores them,
+/// unless the read succeeded.
 class FormerFile {
  public:
   FormerFile();
@@ -49,13 +49,14 @@ class FormerFile {
   bool kept_ = true;
 };
 
-/// `Trace.TraceUnits` from the units of a channel; units of no code leave it.
+/// Sets `Trace.TraceUnits` from the units of a channel. Does nothing for units without a code.
 void TakeTraceUnits(const std::string& units);
 
-/// `Model.ADInterval` from a recording; one that is none, such as 0, is told and the former one stays.
+/// Sets `Model.ADInterval` from a recording. For an invalid interval such as 0, shows a message and keeps
+/// the old one.
 void TakeInterval(float intervalMs);
 
-/// What the information panel tells of an ABF file beside the fields of `Trace` and `Model.ADInterval`.
+/// Data of an ABF file for the information panel, beside the fields of `Trace` and `Model.ADInterval`.
 struct AbfInfo {
   double version = 1.0;
   bool floats = false;
