@@ -1,4 +1,4 @@
-// The common forms of decimal numbers, read faster than the library does and to the same bits.
+// Reads the common forms of decimal numbers faster than the library, with the same bits.
 #pragma once
 
 #include <array>

@@ -1,5 +1,5 @@
-// Recordings and stimulus files of every format, behind one interface: the one way to open them. Nothing is
-// asked; a file is opened once and read block by block.
+// Recordings and stimulus files of every format, with one interface: the only way to open them. Asks no
+// questions. Opens a file once and reads it block by block.
 #pragma once
 
 #include <cstdint>

@@ -39,11 +39,11 @@ std::optional<TraceFormat> TraceFormatOf(const std::string& path);
 bool WriteTraceFile(const std::string& path, std::span<const float> samples, float intervalMs,
                     std::string_view signalName);
 
-/// Several sweeps that begin at time 0 each, in the same formats: ATF and CSV have a column for each sweep,
-/// empty in a CSV where a sweep has ended; a single column has one sweep behind the other. In an ATF the
-/// sweeps are episodes of one signal and must be of equal length.
-/// @param units  of the samples; the titles of the columns end in them: "IN 0 (pA)". Empty without any
-/// @return false, with a former file untouched, also for sweeps that an ATF cannot hold
+/// Writes several sweeps in the same formats. Each sweep begins at time 0. ATF and CSV have one column per
+/// sweep. In a CSV the cells after the end of a sweep are empty. A single column has the sweeps one after
+/// the other. In an ATF the sweeps are episodes of one signal and must have equal lengths.
+/// @param units  units of the samples, at the end of the column titles: "IN 0 (pA)"; empty = no units
+/// @return false on failure, or for sweeps of unequal length in an ATF; the old file stays unchanged
 using Sweeps = std::vector<std::vector<float>>;
 bool WriteSweepsFile(const std::string& path, const Sweeps& sweeps, float intervalMs,
                      std::string_view signalName, std::string_view units);
@@ -52,8 +52,8 @@ bool WriteSweepsFile(const std::string& path, const Sweeps& sweeps, float interv
 NextBlock TraceTextBlocks(TraceFormat format, std::span<const float> samples, float intervalMs,
                           std::string_view signalName);
 
-/// The blocks for appending to the text file `path`, in front of them the end of its last line where that has
-/// none, so that two numbers do not become one.
+/// Returns the blocks for appending to the text file `path`. If its last line has no line end, adds one
+/// first, so that two numbers do not become one.
 NextBlock BehindLastLine(const std::string& path, NextBlock blocks);
 
 /// Writes the occupancies of the last run as CSV: time in ms, then a column for each state that is on, under

@@ -15,8 +15,8 @@
 
 namespace zelvane {
 
-/// Reads the recording at `path` into the trace: all of it, or what the parse panel is set to while
-/// `Trace.ParseRequested` is 1. Asks before it takes a text.
+/// Reads the recording at `path` into the trace: the whole recording or, while `Trace.ParseRequested` is 1,
+/// the part that the parse panel selects. Asks before it reads a text.
 /// @return as TraceReadFile
 Outcome TraceRead(const std::string& path);
 
@@ -26,25 +26,25 @@ Outcome ReadAsciiData(const std::string& path);
 /// Reads the binary recording at `path`. Refuses any other file.
 Outcome ReadWaveFile(const std::string& path);
 
-/// What a caller answers in the user's place to the questions that a text recording raises.
+/// The answers of a caller, instead of the user, to the questions about a text recording.
 struct ReadAnswers {
-  int signal = 1;                     // of an ATF file with several
-  std::optional<float> intervalMs{};  // of a column of numbers, above 0; without one its first line tells it
+  int signal = 1;                     // of an ATF file with several signals
+  std::optional<float> intervalMs{};  // of a column of numbers, above 0; empty = its first line
 };
 
-/// Reads the file at `path` as TraceRead does, without the parse panel, and shows all of it; with `answers`
-/// without the questions of a text.
-/// @return Done; Refused, with everything as it was; or Failed, when the reading was given up half-way and
-///         no trace came of it. Refused and Failed show a message, unless the user has cancelled
+/// Reads the file at `path` as TraceRead does, without the parse panel, and shows the whole trace. With
+/// `answers` asks no questions about a text.
+/// @return Done; Refused, without a change; or Failed, when the read stopped before its end and there is no
+///         trace. Refused and Failed show a message, except after a cancel
 Outcome TraceReadFile(const std::string& path, const std::optional<ReadAnswers>& answers = {});
 
 /// Returns whether the file begins with the mark of a recording: "ABF", "OBF" or "ATF".
 bool BeginsLikeRecording(const std::string& path);
 
 /// Reads episode `Trace.EpisodeIndex` of the recording (ABF or OBF) at `path` into `destination`, at most
-/// as many samples as it holds. The rest of `destination` is left as it was. Writes:  the file fields of
-/// `Trace`, `Model.NumPoints`, `Model.ADInterval`; after a refusal all are as they were.
-/// @return whether samples came in; otherwise the user has been told, or has cancelled
+/// as many samples as it holds. Keeps the rest of `destination`. Writes the file fields of `Trace`,
+/// `Model.NumPoints` and `Model.ADInterval`. Changes nothing after a refusal.
+/// @return whether it read samples; false after a message or a cancel
 bool BinaryTraceRead(const std::string& path, std::span<float> destination);
 
 /// Reads a text recording (ATF or one number per line) into `destination`.

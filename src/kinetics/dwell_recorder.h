@@ -15,7 +15,7 @@
 namespace zelvane {
 
 inline constexpr float SegmentMarker = -999999.0F;  // class of an entry that begins a sweep
-inline constexpr float RecordEnd = -2000000.0F;     // class of the entry behind the last
+inline constexpr float RecordEnd = -2000000.0F;     // class of the entry after the last one
 inline constexpr float ClosedClass = 1.0F;          // class of a closed dwell in the idealised record
 
 /// Lists of dwells with as many entries as their spans hold, and how many are filled. Durations are ms.

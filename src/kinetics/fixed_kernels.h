@@ -12,7 +12,7 @@ namespace zelvane {
 inline constexpr float LowestOccupancy = -0.01F;
 inline constexpr float HighestOccupancy = 1.01F;
 
-/// Where one pass stands.
+/// The state of one pass.
 struct FixedPass {
   float t = 0.0F;          // s
   float h = 0.0F;          // s
@@ -30,7 +30,7 @@ struct FixedPass {
 enum class StepsEnded {
   Limit,      // step `limit` is done
   Edge,       // the next step would reach `endTime`
-  Unchanged,  // two stored points are equal bit for bit: so are all that follow while the stimulus stands
+  Unchanged,  // two stored points are equal bit for bit; so are all later ones until the stimulus changes
   OutOfRange  // the point stored last left the range of occupancies
 };
 

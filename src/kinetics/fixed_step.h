@@ -29,7 +29,7 @@ struct FixedStepRun {
 
 struct FixedStepResult {
   int reductions = 0;     // passes in which an occupancy left its range; each halved the step
-  int stalledPasses = 0;  // passes in which a step no longer moved the time
+  int stalledPasses = 0;  // passes in which a step did not change the time any more
   bool stopped = false;
 };
 

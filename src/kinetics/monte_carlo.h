@@ -67,7 +67,7 @@ struct ChannelSweep {
   int monitoredChannels = 0;        // that reached a monitored state so far
   std::int64_t done = 0;            // channels simulated so far
   std::int64_t total = 0;           // channels to simulate, of all sweeps that count as one work
-  BreathHook breathe{};             // may be empty; told the part of the channel that is done
+  BreathHook breathe{};             // may be empty; gets the finished part of the channel
   int work = 0;                     // since the last breath
   std::vector<float> passed{0.0F};  // n intervals, each addition rounded to a float
 };
@@ -79,13 +79,13 @@ struct ChannelSweep {
 /// value u chooses the first exit whose sum of rates up to it, over the total rate, is above u. Then:
 ///
 /// - Constant rates: a second u gives d = -1000 / total x ln u ms, formed in double and rounded to a float.
-///   The dwell covers WholePoints of it; its rest is lost to the points, so that they fall behind the time
-///   by up to one point a dwell.
-/// - Rates that depend on the stimulus: for each point one u, and the channel leaves at the first that is at
-///   most 1 - exp(-total x interval / 1000). When a profile that the exits look at has changed, the channel
-///   stays for that point, nothing is drawn for it, and it chooses anew.
-/// - No exit above MinRate: it stays to the end or, if a stimulus can open an exit, up to and with the first
-///   point at which some drug is above 0. Nothing is drawn.
+///   The dwell covers WholePoints of it. The rest is not part of the points, so each dwell can shift the
+///   points against the time by up to one point.
+/// - Rates that depend on the stimulus: one u for each point. The channel leaves at the first u that is at
+///   most 1 - exp(-total x interval / 1000). When a profile of the exits has changed, the channel stays for
+///   this point without a draw and chooses its next state again.
+/// - No exit above MinRate: the channel stays to the end. If a stimulus can open an exit, it stays up to and
+///   including the first point at which a drug is above 0. There is no draw.
 ///
 /// A dwell of constant rates that continues after the end is recorded in full; occupancies end at the last
 /// point. An exit of the open state counts for every dwell with a chosen next state, even when the stimulus

@@ -33,25 +33,25 @@ struct SimulationSettings {
   int openState = 0;                         // state whose exits are counted
 };
 
-/// Where a sweep goes. The rows of the states have room for numPoints + 2 values.
+/// The memory for a sweep. The rows of the states have room for numPoints + 2 values.
 struct SimulationRoom {
   OccupancyRows rows{};               // points from 1 (fixed step), steps from 1 (adaptive), points from 0
   std::span<float> savedTimeMs{};     // adaptive: as long as the rows
-  RandomStream* random = nullptr;     // single channels: the stream that they are drawn from
-  DwellRecorder* recorder = nullptr;  // single channels: takes their dwells behind those it holds
+  RandomStream* random = nullptr;     // single channels: stream of their random values
+  DwellRecorder* recorder = nullptr;  // single channels: gets their dwells appended
 };
 
-/// Why a sweep was not finished, or not as it was asked for.
+/// The reason for an incomplete or a changed sweep.
 enum class SimulationFault {
   None,
   NoLength,         // no points, or no time between them
   NoChannels,       // no single channel
-  TooManyExits,     // a state has more than MaxConnections exits: single channels alone
+  TooManyExits,     // single channels: a state has more than MaxConnections exits
   TooManyChannels,  // more than MaxChannelsOfRun
   OutOfRange,       // fixed step: occupancies left their range even with the smallest step
   NotFinished,      // adaptive: the steps were used up before the end
   IsolatedState,    // a channel came to a state without exits
-  RateTooFast,      // the time of a channel no longer advances
+  RateTooFast,      // the time of a channel does not advance any more
 };
 
 struct SimulationResult {
@@ -60,16 +60,17 @@ struct SimulationResult {
   FixedStepResult fixedStep{};
   AdaptiveResult adaptive{};
   int offset = 0;                         // adaptive: point at which integration started
-  std::array<int, MaxStates + 1> used{};  // single channels: points at and beyond this one hold 0
+  std::array<int, MaxStates + 1> used{};  // single channels: this point and all after it are 0
   int openStateExits = 0;
   int monitoredChannels = 0;  // that reached a monitored state
 };
 
 /// Simulates one sweep of `scheme` under `stimulus`, whose offset is 0, into `room`.
 ///
-/// The integrators are IntegrateFixedStep and IntegrateAdaptive; for single channels see SimulateChannel. Their
-/// occupancies add up to 1; rows are set to 0 first. Progress and stops go through `reporter`, messages are left
-/// to the caller: the result tells the reason. Refused: NoLength to TooManyChannels, with the room untouched.
+/// The integrators are IntegrateFixedStep and IntegrateAdaptive; for single channels see SimulateChannel.
+/// Their occupancies add up to 1; rows are set to 0 first. `reporter` handles progress and stops. The
+/// function shows no messages; the result has the reason. Refused: NoLength to TooManyChannels, without a
+/// change of `room`.
 SimulationResult Simulate(const SchemeTables& scheme, const StimulusView& stimulus,
                           const SimulationSettings& settings, const SimulationRoom& room,
                           const RunReporter& reporter = {});

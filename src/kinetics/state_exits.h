@@ -45,7 +45,7 @@ enum class ExitKind : std::uint8_t {
   Waiting,    // none is above MinRate, but a stimulus can open a way out
 };
 
-inline constexpr int NeverChanges = 1 << 30;  // a point behind every sweep
+inline constexpr int NeverChanges = 1 << 30;  // a point after every sweep
 
 /// The exits of one state during a constant stimulus. Fills one line of the cache.
 struct alignas(64) StateExits {

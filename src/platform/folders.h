@@ -6,7 +6,7 @@
 
 namespace zelvane {
 
-/// The model that the program starts with; it also tells a data folder from any other.
+/// The model at the start of the program. A folder with this file is a data folder.
 inline constexpr char ConfigFileName[] = "config.mod";
 
 /// Returns the folder of the installed data ("config.mod", models): share/zelvane of an installation, or

@@ -16,7 +16,7 @@ namespace zelvane {
 /// Without this file in the program's folder it uses a built-in template. Then it gets the fields of the
 /// trace. When the write fails, or when the new name is that of the source, shows a message and writes
 /// nothing.
-/// @return Done; Refused without a file, and the trace is as it was; Stopped when no target is chosen; or Failed.
+/// @return Done; Refused without a file, with an unchanged trace; Stopped without a target; or Failed.
 ///         The trace has changed unless Refused
 Outcome FileCorrect(const std::function<void()>& readSettings);
 

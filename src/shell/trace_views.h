@@ -6,14 +6,14 @@
 
 namespace zelvane {
 
-/// Lets the graph of the main panel follow every change of the trace: both axes automatic, full ranges those of
-/// the trace.
+/// Lets the graph of the main panel follow every change of the trace: both axes automatic, full ranges
+/// those of the trace.
 void AddTraceView();
 
 /// Asks for a file and appends the interval (ms) and the samples in view to it, one number a line.
 void ExportTrace();
 
-/// Would write the curve of the last exponential fit; without one the user is told so.
+/// Shows the message that there is no fitted curve to export.
 void ExportAnalysis();
 
 /// Both exports as buttons of the analysis panel and in the menu.

@@ -61,7 +61,7 @@ inline Listeners<> RunTextChanged;
 inline Listeners<> StatisticsChanged;
 
 /// The trace of a run is complete: the first sweep of each run of a Monte Carlo simulation, or the sum of
-/// subunits. Who saves the trace adds what came of it to the outcome.
+/// subunits. A listener that saves the trace adds its result to the outcome.
 inline Listeners<Outcome&> RunCompleted;
 
 /// A Monte Carlo simulation of one or several runs begins. It announces each run (from 1) when its trace is

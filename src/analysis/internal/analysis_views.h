@@ -9,7 +9,7 @@ inline constexpr char AnalysisTableName[] = "AnalysisTable";
 // -- Plot and cursors (analysis_view_panel.cpp) --
 void AddAnalysisView();
 
-/// Puts the cursors on the fields they stand for.
+/// Moves the cursors to the times of their fields.
 void PlaceAnalysisCursors();
 
 // -- Table and files (analysis_table_panel.cpp) --

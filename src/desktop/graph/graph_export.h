@@ -10,11 +10,11 @@ namespace zelvane {
 
 inline constexpr double PictureScale = 3.0;  // pixels of a picture per pixel on the screen
 
-/// The graph as it shows, in its present colours.
+/// Returns the visible graph in its present colours.
 QImage GraphImage(QCustomPlot& plot);
 
-/// Writes a picture to a file whose ending tells the format: .png, .svg or .pdf. False, with a former file
-/// untouched, when it cannot be written or the ending is another.
+/// Writes a picture to a file. The ending selects the format: .png, .svg or .pdf. On failure, or for
+/// another ending, keeps the old file and returns false.
 bool WriteGraphPicture(QCustomPlot& plot, const QString& path);
 
 }  // namespace zelvane

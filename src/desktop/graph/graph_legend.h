@@ -1,4 +1,4 @@
-// What the colours on a graph mean.
+// The legend of a graph: the meaning of its colours.
 #pragma once
 
 #include <vector>

@@ -1,4 +1,4 @@
-// What the mouse does on the plot area of a graph.
+// The actions of the mouse on the plot area of a graph.
 #pragma once
 
 #include <qcustomplot.h>

@@ -1,4 +1,4 @@
-// Where everything of the drawn scheme stands.
+// The positions of all items of the drawn scheme.
 #pragma once
 
 #include <QFont>

@@ -1,4 +1,4 @@
-// What the program asks of the window: message boxes, dialogs, progress, repainting.
+// The functions of the window for the program: message boxes, dialogs, progress, repainting.
 #pragma once
 
 #include <QElapsedTimer>
@@ -16,8 +16,8 @@ namespace zelvane {
 
 class Settings;
 
-/// Fills the FrontEnd of the program with Qt dialogs. Changes of records are gathered: one signal at the next
-/// turn of the event loop stands for however many.
+/// Fills the FrontEnd of the program with Qt dialogs. Collects changes of records and sends one signal for
+/// all of them at the next turn of the event loop.
 class DesktopFrontEnd : public QObject {
   Q_OBJECT
  public:

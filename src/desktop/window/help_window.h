@@ -1,4 +1,4 @@
-// The help: pages by topic number, in a window of their own.
+// The help window: pages by topic number.
 #pragma once
 
 #include <QWidget>
@@ -14,7 +14,7 @@ class HelpWindow : public QWidget {
   /// `folder` holds the pages.
   explicit HelpWindow(const QString& folder);
 
-  /// Opens a topic. False, with nothing shown, when there is no such page.
+  /// Opens a topic. When its page is missing, shows nothing and returns false.
   bool open(int topic);
 
  protected:

@@ -41,7 +41,7 @@ class MainWindow : public QMainWindow {
   /// Dialogs that show at this moment.
   std::vector<PanelDialog*> openDialogs() const;
 
-  /// Runs a script of the command language against this window. What goes wrong is told at its end.
+  /// Runs a script of the command language in this window. Shows its failures at the end.
   void playScript(const QString& path);
 
   void showWelcome();

@@ -7,8 +7,8 @@ namespace zelvane {
 
 class DesktopFrontEnd;
 
-/// Plays the script of a file; its answers stand in for the user's. Refused and unknown commands are told
-/// together at its end.
+/// Plays the script of a file. The script answers instead of the user. At its end a message lists refused and
+/// unknown commands.
 void PlayScript(const QString& path, DesktopFrontEnd& frontEnd);
 
 }  // namespace zelvane

@@ -1,4 +1,4 @@
-// What the window remembers from one session to the next.
+// The settings that the window keeps between sessions.
 #pragma once
 
 #include <QByteArray>

@@ -17,8 +17,8 @@ enum class Reading {
   Emptied,  // stopped during the read; the file fields belong to the new file, and there is no trace
 };
 
-/// Who answers questions: the user; a caller, whose answers stand in `Trace` (RecordedSignal, IntervalLine,
-/// TypedInterval); or the answers of the first read of the file, when nothing is told again either.
+/// The source of the answers: the user; a caller, who has set `Trace` (RecordedSignal, IntervalLine,
+/// TypedInterval); or the first read of the file. In the last case messages are not repeated either.
 enum class Questions { Asked, Answered, AsBefore };
 
 Reading ReadBinary(const std::string& path, std::span<float> destination, Questions questions);

@@ -12,8 +12,8 @@ namespace zelvane {
 
 inline constexpr std::chrono::milliseconds BreathInterval{20};
 
-/// Lets a window live between the moments of progress, some 40 times a second, and tells whether stop was
-/// pressed. Empty while a fit runs.
+/// Lets a window handle events between two reports of progress, about 40 times per second, and returns
+/// whether stop was pressed. Empty during a fit.
 inline BreathHook WindowBreath() {
   if (Model.FitActive != 0) return {};
   using Clock = std::chrono::steady_clock;
