@@ -5,6 +5,7 @@
 
 #include "analysis/analysis_panel.h"
 #include "analysis/analysis_store.h"
+#include "analysis/analyze.h"
 #include "analysis/internal/analysis_plot_panels.h"
 #include "analysis/internal/analysis_views.h"
 #include "analysis/measures.h"

@@ -6,7 +6,7 @@
 
 #include "analysis/results_files.h"
 #include "analysis/results_table.h"
-#include "io/input_file.h"
+#include "formats/input_file.h"
 #include "io/model_file.h"
 #include "io/trace_read.h"
 #include "model/model_store.h"

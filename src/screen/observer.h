@@ -18,8 +18,8 @@ struct UserObserver {
 void AddUserObserver(UserObserver observer);
 void RemoveUserObservers();
 
-/// Returns a word for the command language. A word with blanks and an empty word get double quotes, with \
-/// before quotes and backslashes.
+/// Returns a word for the command language. A word with blanks and an empty word get double quotes; quotes and
+/// backslashes in them get a backslash before.
 std::string QuoteWord(std::string_view word);
 
 }  // namespace zelvane

@@ -170,7 +170,7 @@ TEST_F(ResultsTest, RunsGiveRowsMeanAndVarianceOfSuccessiveDifferences) {
   const float runs[3][3] = {{1, 0, 2}, {3, 0, 2}, {2, 0, 2}};
   for (int run = 0; run < 3; ++run) {
     std::copy(std::begin(runs[run]), std::end(runs[run]), Trace.SimTrace.begin());
-    AnalyzeRun(run + 1);
+    AnalyzeRun();
   }
   EndRunAnalysis();
   const std::string fault = "Position for starting risetime calculation > ending position.";

@@ -1,10 +1,10 @@
 // RsCorrectionPanel as a user presses it.
 #include <cstring>
 
-#include "io/trace_store.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
 #include "support/drive_test.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

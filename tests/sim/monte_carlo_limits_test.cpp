@@ -2,6 +2,7 @@
 #include <cmath>
 #include <limits>
 
+#include "kinetics/monte_carlo.h"
 #include "sim/run_fixtures.h"
 
 namespace zelvane {

@@ -127,7 +127,7 @@ TEST_F(StimulusPanelTest, WithoutAFileTheModeGoesBackToAutomaticAndElseKeepsTheF
   const std::string good = folder.File("good.stm");
   Stimulus.ScriptRunning = 1;  // a file's length and interval are not asked for
   Stimulus.Profile[1][0] = 2.0F;
-  ASSERT_TRUE(StimFileWrite(good, 10));
+  ASSERT_EQ(StimFileWrite(good, 10), Outcome::Done);
   StimRebuild();
   for (const std::string& file : {folder.File("none.stm"), good}) {
     EXPECT_EQ(Stimulus.StimMode, StimAutomatic);

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/abf/abf.h"
+#include "formats/abf/abf.h"
 
 namespace zelvane {
 

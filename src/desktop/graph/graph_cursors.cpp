@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "desktop/widgets/index.h"
+#include "platform/index.h"
 #include "shell/graph_text.h"
 
 namespace zelvane {

@@ -6,7 +6,7 @@
 #include <QPdfWriter>
 #include <QSvgGenerator>
 
-#include "desktop/widgets/index.h"
+#include "platform/index.h"
 #include "platform/safe_file.h"
 
 namespace zelvane {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <optional>
 
-#include "desktop/widgets/index.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {

@@ -14,7 +14,7 @@
 #include "desktop/graph/zoom_bar.h"
 #include "desktop/graph/zoom_buttons.h"
 #include "desktop/graph/zoom_strip.h"
-#include "desktop/widgets/index.h"
+#include "platform/index.h"
 #include "shell/graph_text.h"
 
 namespace zelvane {

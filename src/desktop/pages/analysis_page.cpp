@@ -9,10 +9,10 @@
 #include "desktop/graph/graph_legend.h"
 #include "desktop/graph/graph_widget.h"
 #include "desktop/widgets/flow_row.h"
-#include "desktop/widgets/index.h"
 #include "desktop/widgets/readout_strip.h"
 #include "desktop/widgets/table_widget.h"
 #include "desktop/widgets/text.h"
+#include "platform/index.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {

@@ -9,10 +9,10 @@
 #include "desktop/scheme/scheme_view.h"
 #include "desktop/widgets/control_widget.h"
 #include "desktop/widgets/flow_row.h"
-#include "desktop/widgets/index.h"
 #include "desktop/widgets/side_form.h"
 #include "desktop/widgets/text.h"
 #include "model/model_store.h"
+#include "platform/index.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {

@@ -18,7 +18,7 @@
 #include "desktop/widgets/table_widget.h"
 #include "desktop/widgets/text.h"
 #include "desktop/window/settings.h"
-#include "io/trace_store.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

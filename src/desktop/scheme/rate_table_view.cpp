@@ -13,9 +13,9 @@
 
 #include "desktop/scheme/rate_cell_delegate.h"
 #include "desktop/scheme/rate_table_model.h"
-#include "desktop/widgets/index.h"
 #include "desktop/widgets/inline_editor.h"
 #include "desktop/widgets/text.h"
+#include "platform/index.h"
 #include "screen/number_entry.h"
 #include "shell/entry.h"
 

@@ -8,9 +8,9 @@
 #include <QToolTip>
 
 #include "desktop/scheme/scheme_painter.h"
-#include "desktop/widgets/index.h"
 #include "desktop/widgets/inline_editor.h"
 #include "desktop/widgets/text.h"
+#include "platform/index.h"
 #include "shell/entry.h"
 #include "shell/scheme_text.h"
 

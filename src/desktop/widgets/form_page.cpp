@@ -7,10 +7,10 @@
 
 #include "desktop/widgets/control_widget.h"
 #include "desktop/widgets/fold_button.h"
-#include "desktop/widgets/index.h"
 #include "desktop/widgets/section_label.h"
 #include "desktop/widgets/text.h"
 #include "desktop/window/settings.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {

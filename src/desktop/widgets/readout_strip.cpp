@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <iterator>
 
-#include "desktop/widgets/index.h"
 #include "desktop/widgets/style_property.h"
 #include "desktop/widgets/text.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {

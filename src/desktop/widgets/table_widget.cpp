@@ -6,9 +6,9 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 
-#include "desktop/widgets/index.h"
 #include "desktop/widgets/text.h"
 #include "desktop/window/theme.h"
+#include "platform/index.h"
 #include "screen/number_entry.h"
 #include "shell/entry.h"
 

@@ -11,8 +11,8 @@
 #include "analysis/analysis_store.h"
 #include "desktop/widgets/drawer_frame.h"
 #include "desktop/window_fixture.h"
-#include "io/trace_store.h"
 #include "platform/folders.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -5,8 +5,8 @@
 #include <cmath>
 
 #include "headless/commands/job_test.h"
-#include "io/stimulus_file.h"
 #include "model/model_store.h"
+#include "stimulus/stimulus_file.h"
 
 namespace zelvane {
 namespace {
@@ -190,7 +190,8 @@ TEST_F(SimulateTest, AStimulusFileBringsItsIntervalAndItsPoints) {
   std::vector<float> none(4001);
   std::fill_n(drug.begin() + 1000, 1000, 0.01F);
   options.stimulusFile = folder.File("pulse.stm");
-  ASSERT_TRUE(WriteStimProfiles(options.stimulusFile, 0.005F, {volts, drug, none, none, none, none, none}));
+  ASSERT_EQ(WriteStimProfiles(options.stimulusFile, 0.005F, {volts, drug, none, none, none, none, none}),
+            Outcome::Done);
   options.points.reset();
   json summary = Summary();
   EXPECT_EQ(summary["points"], 4000);
