@@ -1,14 +1,12 @@
 // What README, manual, help pages and the page of the command language show runs as they show it.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <array>
-#include <cstdio>
 #include <filesystem>
 #include <set>
 #include <sstream>
 
 #include "headless/drive/drive_session.h"
+#include "support/shell.h"
 #include "support/store_test.h"
 
 namespace zelvane {
@@ -17,23 +15,6 @@ namespace {
 namespace fs = std::filesystem;
 
 const fs::path Source = ZELVANE_SOURCE;
-
-struct ShellResult {
-  int status = -1;
-  std::string out;
-};
-
-ShellResult Shell(const std::string& command) {
-  ShellResult result;
-  FILE* pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr) return result;
-  std::array<char, 4096> block{};
-  while (const std::size_t got = std::fread(block.data(), 1, block.size(), pipe))
-    result.out.append(block.data(), got);
-  const int status = pclose(pipe);
-  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return result;
-}
 
 /// A block of code of a page: lines indented by four blanks, or between fences.
 struct Block {

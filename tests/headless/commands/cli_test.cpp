@@ -1,31 +1,11 @@
 // The program as a shell sees it: exit status, standard output, Ctrl-C.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <array>
-#include <cstdio>
-
+#include "support/shell.h"
 #include "support/store_test.h"
 
 namespace zelvane {
 namespace {
-
-struct Outcome {
-  int status = -1;
-  std::string out;
-};
-
-/// Runs the program through the shell.
-Outcome Shell(const std::string& command) {
-  Outcome outcome;
-  FILE* pipe = popen(command.c_str(), "r");
-  std::array<char, 4096> block{};
-  while (const std::size_t got = std::fread(block.data(), 1, block.size(), pipe))
-    outcome.out.append(block.data(), got);
-  const int status = pclose(pipe);
-  outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return outcome;
-}
 
 const std::string Cli = std::string("'") + ZELVANE_CLI + "' ";
 const std::string Ampa = "'" ZELVANE_DATA "/models/ampa_jonas_1993.mod' ";
@@ -58,14 +38,14 @@ TEST(CliTest, DriveReadsAScriptOrStandardInput) {
       "{\"name\":\"NumPoints\",\"value\":10240}\n{\"error\":\"unknown command: frobnicate\"}\n"
       "{\"name\":\"Valence\",\"value\":1}\n";
   const std::string drive = Cli + "drive --dir '" + folder.Path().string() + "' ";
-  const Outcome fromFile = Shell(drive + "'" + script + "'");
+  const ShellResult fromFile = Shell(drive + "'" + script + "'");
   EXPECT_EQ(fromFile.out, expected);
   EXPECT_EQ(fromFile.status, 2);
   EXPECT_EQ(Shell(drive + "< '" + script + "'").out, expected);
 }
 
 TEST(CliTest, DriveOpensNamedFilesAndPassesOverThoseThatAreNone) {
-  const Outcome outcome =
+  const ShellResult outcome =
       Shell("echo 'get StateLabel[4]' | " + Cli + "drive --dir / --open absent.mod --open " + Ampa);
   EXPECT_EQ(outcome.out, "{\"name\":\"StateLabel[4]\",\"value\":\"O\"}\n");
   EXPECT_EQ(outcome.status, 0);
@@ -75,7 +55,7 @@ TEST(CliTest, CtrlCStopsARunAndWritesNothing) {
   const TemporaryFolder folder;
   // A thousand runs of many channels last for minutes if they are not stopped. In the foreground the signal
   // comes once: a second one ends the process.
-  const Outcome outcome =
+  const ShellResult outcome =
       Shell("timeout --foreground -s INT 1 " + Cli + "simulate " + Ampa +
             "--simulator montecarlo --points 1000000 --channels 100000 --runs 1000 --out '" +
             folder.File("trace.txt") + "' 2>&1; echo done");
