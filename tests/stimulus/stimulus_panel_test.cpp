@@ -155,12 +155,13 @@ TEST_F(StimulusPanelTest, TheFifthModeSaysSoAndBecomesUser) {
 TEST_F(StimulusScreenTest, TheTableHoldsAGroupAColumnFromColumnTwo) {
   const std::string last = "cell MultiStimTable 6 50; get MultiStimTable[48][5]; ";
   EXPECT_EQ(
-      Told("cell MultiStimTable 1 1; cell MultiStimTable 6 1; enter-cell MultiStimTable 6 50 12.5; " + last +
-           "enter-cell MultiStimTable 1 2 1e300; enter-cell MultiStimTable 2 1 5; "
-           "press FxnClearMultiStim; " +
-           last),
-      (Values{"Concentration (M)", "Duration (ms)", 12.5, 12.5, 12.5,
-              "This value is too large for the table.", 0, "Change/sweep (M)", 0, 0}));
+      Told(
+          "cell MultiStimTable 1 1; cell MultiStimTable 6 1; enter-cell MultiStimTable 6 50 12.5; " + last +
+          "enter-cell MultiStimTable 3 2 0.5; enter-cell MultiStimTable 1 2 1e300; enter-cell MultiStimTable 2 1 5; "
+          "press FxnClearMultiStim; " +
+          last + "cell MultiStimTable 3 2"),
+      (Values{"Concentration (M)", "Duration (ms)", 12.5, 12.5, 12.5, 0.5,
+              "This value is too large for the table.", 0, "Change/sweep (M)", 0, 0, 0}));
 }
 
 }  // namespace
