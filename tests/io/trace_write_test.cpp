@@ -15,14 +15,11 @@
 #include "sim/run_panel.h"
 #include "support/abf_sweeps.h"
 #include "support/pressing.h"
-#include "support/small_disk.h"
 #include "support/store_test.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
-
-constexpr char OpenFailed[] = "IO Error 100: FileOpen failed";
 
 class TraceWriteTest : public PanelTest {
  protected:
@@ -202,17 +199,8 @@ TEST_F(TraceWriteTest, AutosaveStaysOffWithoutAFileAndKeepsOtherFilesOut) {
   EXPECT_EQ(fileRequests.size(), asked);
 }
 
-TEST_F(TraceWriteTest, FilesThatCannotBeWrittenAreTold) {
+TEST_F(TraceWriteTest, AutosaveExtendsNoFileButItsOwnKind) {
   WriteWholeFile(folder.File("model.mod"), "no recording");
-  for (const auto write :
-       {TraceTextWrite, TraceAbfWrite, LegacyAbfWrite, AutosaveTextWrite, AutosaveAbfWrite}) {
-    for (const std::string& target :
-         {std::string("/dev/full"), folder.Path().string(), folder.File("none/a")}) {
-      popups.clear();
-      EXPECT_NE(write(target), Outcome::Done) << target;
-      EXPECT_EQ(PopupTexts(), std::vector<std::string>{OpenFailed}) << target;
-    }
-  }
   EXPECT_NE(AutosaveAbfWrite(folder.File("model.mod")), Outcome::Done);
   EXPECT_EQ(ReadWholeFile(folder.File("model.mod")), "no recording");
   ASSERT_EQ(AutosaveAbfWrite(path), Outcome::Done);
@@ -234,25 +222,6 @@ TEST_F(TraceWriteTest, AutosaveGoesOnBehindARunWhoseWritingWasBrokenOff) {
   const std::string column = folder.Written("runs.asc", "1\n2.34");
   ASSERT_EQ(AutosaveTextWrite(column), Outcome::Done);
   EXPECT_TRUE(ReadWholeFile(column).starts_with("1\n2.34\n2.000000e-02\n1.5"));
-}
-
-TEST_F(TraceWriteTest, OnAFullDiskTheOldFileStands) {
-  SetTrace(std::vector<float>(2000, 1.0F), 0.02F);
-  for (const auto write :
-       {TraceTextWrite, TraceAbfWrite, LegacyAbfWrite, AutosaveTextWrite, AutosaveAbfWrite}) {
-    ASSERT_EQ(write(path), Outcome::Done);
-    const std::string old = ReadWholeFile(path);
-    popups.clear();
-    {
-      const SmallDisk disk(old.size() < 10'500 ? 9000 : 12'000);
-      EXPECT_EQ(write(path), Outcome::Failed);
-    }
-    ASSERT_FALSE(popups.empty());
-    EXPECT_EQ(popups.back().title, "! File error");
-    EXPECT_EQ(ReadWholeFile(path), old);
-    EXPECT_EQ(folder.Names().size(), 1U) << "no temporary file is left";
-    std::filesystem::remove(path);
-  }
 }
 
 }  // namespace

@@ -1,16 +1,26 @@
 // Start-up, what every control owes its user, and the end of the program.
 #include "shell/application.h"
 
+#include <filesystem>
+#include <functional>
 #include <map>
 
+#include "io/model_file.h"
+#include "io/pair_files.h"
+#include "io/trace_write.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
 #include "shell/entry.h"
 #include "shell/stores.h"
 #include "shell/undo.h"
+#include "singlechannel/dwell_lists.h"
+#include "singlechannel/dwell_store.h"
+#include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
+#include "support/small_disk.h"
 #include "support/store_digest.h"
 #include "support/store_test.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -99,6 +109,56 @@ TEST_F(ApplicationTest, ATextThatIsNoNumberChangesNoControl) {
     EXPECT_EQ(ShownText(control), shown) << control.name;
   }
   EXPECT_EQ(StoreDigest(), before);
+}
+
+TEST_F(ApplicationTest, AWriterThatFailsTellsItAndLeavesTheFormerFile) {
+  Start();
+  Trace.SimTraceUsed = Model.NumPoints = 2000;
+  Dwell.NumOpenTimes = 2000.0F;
+  const std::vector<float> numbers(2000, 1.0F);
+  struct Writer {
+    const char* what;
+    bool appends;
+    std::function<Outcome(const std::string& path)> write;
+  };
+  const auto model = [](const std::string& path) {
+    Model.ModelFileName = path;
+    return ModelFileWrite();
+  };
+  for (const Writer& writer :
+       {Writer{"the trace as text", false, TraceTextWrite}, Writer{"the trace as ABF", false, TraceAbfWrite},
+        Writer{"the former ABF", false, LegacyAbfWrite}, Writer{"autosaved text", true, AutosaveTextWrite},
+        Writer{"autosaved ABF", true, AutosaveAbfWrite}, Writer{"the model", false, model},
+        Writer{"the stimulus", false, [](const std::string& path) { return StimFileWrite(path, 2000); }},
+        Writer{"a profile", false, [](const std::string& path) { return StimAsciiExport(path, 2000); }},
+        Writer{"pairs", false,
+               [&](const std::string& path) { return PairTextWrite(path, numbers, numbers); }},
+        Writer{"dwells", false,
+               [](const std::string& path) { return ExportDwellList(DwellListKind::Open, path); }}}) {
+    SCOPED_TRACE(writer.what);
+    const std::string path = folder.File("out");
+    std::filesystem::remove(path);
+    ASSERT_EQ(writer.write(path), Outcome::Done);
+    const std::string former = ReadWholeFile(path);
+    const auto expectFailure = [&](const std::string& target) {
+      popups.clear();
+      EXPECT_NE(writer.write(target), Outcome::Done) << target;
+      ASSERT_FALSE(popups.empty()) << target;
+      EXPECT_EQ(popups.back().title, "! File error") << target;
+    };
+    {
+      const SmallDisk disk(writer.appends ? former.size() * 3 / 2 : former.size() / 2);
+      expectFailure(path);
+    }
+    std::filesystem::permissions(folder.Path(),
+                                 std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+    for (const std::string& target :
+         {std::string("/dev/full"), folder.Path().string(), folder.File("none/out"), folder.File("new")})
+      expectFailure(target);
+    std::filesystem::permissions(folder.Path(), std::filesystem::perms::owner_all);
+    EXPECT_EQ(ReadWholeFile(path), former);
+    EXPECT_EQ(folder.Names(), std::vector<std::string>{"out"}) << "no temporary file is left";
+  }
 }
 
 TEST_F(ApplicationTest, NamesAreUniqueAndEveryCommandLeadsSomewhere) {

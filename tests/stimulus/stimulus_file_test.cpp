@@ -253,21 +253,5 @@ TEST_F(StimulusFileTest, ColumnsOfEveryKindOfTextAreRead) {
   EXPECT_EQ(popups.back().text, OpenFailed);
 }
 
-TEST_F(StimulusFileTest, AWriteThatFailsIsToldAndTheOldFileStands) {
-  std::filesystem::create_directory(folder.File("sub"));
-  WriteWholeFile(folder.File("sub/a.stm"), "old");
-  std::filesystem::permissions(folder.File("sub"),
-                               std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
-  for (const std::string& target : {std::string("/dev/full"), folder.Path().string(),
-                                    folder.File("none/a.stm"), folder.File("sub/a.stm")}) {
-    popups.clear();
-    EXPECT_NE(StimFileWrite(target, 10), Outcome::Done) << target;
-    EXPECT_NE(StimAsciiExport(target, 10), Outcome::Done) << target;
-    EXPECT_EQ(PopupTexts(), (std::vector<std::string>{OpenFailed, OpenFailed})) << target;
-  }
-  std::filesystem::permissions(folder.File("sub"), std::filesystem::perms::owner_all);
-  EXPECT_EQ(ReadWholeFile(folder.File("sub/a.stm")), "old");
-}
-
 }  // namespace
 }  // namespace zelvane
