@@ -93,6 +93,10 @@ class Desktop {
   bool IsScripted() const { return !arguments_.script.empty() || !arguments_.grabFolder.empty(); }
 
   void openWindow() {
+    frontEnd_.playScript = [this](std::istream& script, std::ostream& events) {
+      PlayDrive(script, events,
+                {.frontEnd = frontEnd_.functions(), .afterLine = [this] { frontEnd_.refreshNow(); }});
+    };
     window_ = std::make_unique<MainWindow>(frontEnd_, settings_);
     if (size_.isValid()) {
       window_->setWindowState(Qt::WindowNoState);

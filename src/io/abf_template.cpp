@@ -17,11 +17,11 @@
 #include "formats/input_file.h"
 #include "io/internal/abf_stamp.h"
 #include "io/trace_write.h"
+#include "model/model_events.h"
 #include "model/model_store.h"
 #include "platform/folders.h"
 #include "screen/popups.h"
 #include "screen/save_file.h"
-#include "sim/run_panel.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -221,7 +221,7 @@ AbfTemplate AbfTemplateBytes(std::string_view name) {
 
 Outcome LegacyAbfWrite(const std::string& path) {
   if (RefuseSourceOfTrace(path)) return Outcome::Refused;
-  ReadRunParameters();
+  RunSettingsWanted.Tell();
   const AbfStamp stamp = StampNow();
   const std::span<const float> samples = Samples();
   AbfTemplate header = Template();
@@ -237,7 +237,7 @@ Outcome AutosaveAbfWrite(const std::string& path) {
   const bool isNew = IsEmptyOrMissing(path);
   auto header = FormerHeader(path, isNew);
   if (!header) return Outcome::Failed;
-  ReadRunParameters();
+  RunSettingsWanted.Tell();
   const AbfStamp stamp = StampNow();
   const std::span<const float> samples = Samples();
   const std::int64_t end = EndOfSamples(*header);

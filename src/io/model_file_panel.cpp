@@ -1,11 +1,10 @@
 // Menu commands of the model file, and the panels that follow it.
 #include "io/internal/model_file_panels.h"
 #include "io/model_file.h"
+#include "model/model_events.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
-#include "sim/run_panel.h"
-#include "stimulus/stimulus.h"
 
 namespace zelvane {
 namespace {
@@ -33,19 +32,16 @@ void ReadPanelsOfModelFile() {
   GetTableNames();
   ReadGridRates();
   ReadTableRates();
-  ReadRunParameters();
-  StimReadControls();
+  ModelFileToSave.Tell();
 }
 
 void ShowModelOfFile() {
   if (!PanelsStand()) return;
-  // Whatever has no routine of its own below follows its field here; StimRebuild reads what its panel shows,
-  // and so comes after it.
+  // Whatever has no listener follows its field here; the stimulus is rebuilt from what its panel shows, and so
+  // comes after it.
   WriteAllControls();
   RefreshModelPanels();
-  WriteRunParameters();
-  StimPanelRefresh();
-  StimRebuild();
+  ModelFileCameIn.Tell();
 }
 
 void ShowModelFileName() {

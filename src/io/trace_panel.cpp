@@ -9,10 +9,10 @@
 #include "io/trace_panels.h"
 #include "io/trace_read.h"
 #include "io/trace_write.h"
+#include "model/model_events.h"
 #include "platform/folders.h"
 #include "platform/start_program.h"
 #include "screen/screen.h"
-#include "sim/run_panel.h"
 #include "stimulus/stimulus.h"
 #include "trace/trace_events.h"
 #include "trace/trace_graph.h"
@@ -37,7 +37,7 @@ constexpr char NoConversionTool[] =
 
 void ShowRecording() {
   WriteControls(MainPanelName, RecordingGroup);
-  WriteRunParameters();
+  RunSettingsChanged.Tell();
   ShowTraceUnits();
   ShowText("DataName", Trace.TraceFileName);
   StimFollowInterval();

@@ -12,11 +12,11 @@
 #include "io/internal/abf_stamp.h"
 #include "io/internal/trace_write_panels.h"
 #include "io/trace_export.h"
+#include "model/model_events.h"
 #include "model/model_store.h"
 #include "screen/popups.h"
 #include "screen/save_file.h"
 #include "sim/result_store.h"
-#include "sim/run_panel.h"
 #include "sim/saved_steps.h"
 #include "trace/trace_events.h"
 #include "trace/trace_store.h"
@@ -109,7 +109,7 @@ Outcome TraceTextWrite(const std::string& path) {
     FileErrorPopup(FileOpenFailed);
     return Outcome::Failed;
   }
-  ReadRunParameters();
+  RunSettingsWanted.Tell();
   const TraceFormat format =
       ConfirmPopup(AtfTitle, AtfQuestion) ? TraceFormat::Atf : TraceFormat::SingleColumn;
   return SaveFile(path, TraceTextBlocks(format, samples, Model.ADInterval, ShownTraceTitle()));
@@ -135,7 +135,7 @@ Outcome TraceAbfWrite(const std::string& path) {
 Outcome AutosaveTextWrite(const std::string& path) {
   const std::size_t count = TextCount();
   if (RefuseSourceOfTrace(path)) return Outcome::Refused;
-  ReadRunParameters();
+  RunSettingsWanted.Tell();
   if (Result.ResultKind == ResultSavedSteps) {
     const std::vector<float> values = SavedStepValues();
     return ExtendFile(path, BehindLastLine(path, SavedStepBlocks(values)));

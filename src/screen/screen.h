@@ -27,7 +27,6 @@
 #include <vector>
 
 #include "screen/fields.h"
-#include "screen/listeners.h"
 #include "screen/popups.h"
 
 namespace zelvane {
@@ -314,9 +313,6 @@ void WriteControls(std::string_view panel, std::string_view group);
 
 /// Copies the fields into all controls of the screen that edit them.
 void WriteAllControls();
-
-/// Interval, points or units of a run came from a file: titles and axes that follow them are to be shown.
-inline Listeners<> RunSettingsReplaced;
 
 // A field can have a control on several panels, all under its name.
 

@@ -164,7 +164,6 @@ void AddAllPanels() {
   AddUndoMenu();
   AddModelPanels();
   AddRunPanels();
-  AddTraceView();
   AddControls("MainPanel", "shell", ShellControls);
   AddRecordingPanels();
   AddStimulusPanel();

@@ -5,13 +5,10 @@
 #include "analysis/analysis_panel.h"
 #include "io/trace_export.h"
 #include "io/trace_write.h"
+#include "model/model_events.h"
 #include "model/model_store.h"
 #include "platform/safe_file.h"
 #include "screen/screen.h"
-#include "shell/zoom_graph.h"
-#include "sim/run_panel.h"
-#include "trace/trace_events.h"
-#include "trace/trace_graph.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -22,17 +19,6 @@ constexpr char ExportTitle[] =
 constexpr char NoTrace[] = "There is no trace to export.";
 constexpr char NoFit[] = "No exponential fit has been made: there is no curve to export.";
 constexpr char AsciiFiles[] = "*.asc";
-
-void RefreshMainGraph() {
-  Graph& graph = GraphNamed("MainPanel");
-  SetAxisAuto(graph, 'x');
-  SetAxisAuto(graph, 'y');
-  PlotTrace(true);
-  const DataRange x = ViewRange(graph, 'x');
-  const DataRange y = ViewRange(graph, 'y');
-  ZoomSetFullRange(graph, 'x', x.min, x.max);
-  ZoomSetFullRange(graph, 'y', y.min, y.max);
-}
 
 /// The samples between the ends of the analysis plot.
 std::span<const float> ViewedSamples() {
@@ -60,10 +46,6 @@ constexpr MenuDecl TraceMenu[] = {
 
 }  // namespace
 
-void AddTraceView() {
-  TraceChanged.Add(RefreshMainGraph);
-}
-
 void ExportTrace() {
   if (Trace.TraceValid == 0) {
     MessagePopup(NoticeTitle, NoTrace);
@@ -72,7 +54,7 @@ void ExportTrace() {
   const auto path =
       FileSelectPopup({.title = ExportTitle, .defaultName = AsciiFiles, .filter = AsciiFiles, .save = true});
   if (!path || RefuseSourceOfTrace(*path)) return;
-  ReadRunParameters();
+  RunSettingsWanted.Tell();
   const NextBlock column = TraceTextBlocks(TraceFormat::SingleColumn, ViewedSamples(), Model.ADInterval, {});
   if (!AppendToFile(*path, BehindLastLine(*path, column))) {
     FileErrorPopup(FileOpenFailed);

@@ -1,14 +1,10 @@
-// The trace on the main panel after a change, and what is sent elsewhere.
+// What the analysis panel shows, to files.
 //
 //   Exports   ExportTrace  ExportAnalysis
-//   Declaring AddTraceView  AddTraceExports
+//   Declaring AddTraceExports
 #pragma once
 
 namespace zelvane {
-
-/// Lets the graph of the main panel follow every change of the trace: both axes automatic, full ranges
-/// those of the trace.
-void AddTraceView();
 
 /// Asks for a file and appends the interval (ms) and the samples in view to it, one number a line.
 void ExportTrace();

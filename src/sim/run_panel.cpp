@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "model/model.h"
+#include "model/model_events.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
@@ -230,6 +231,10 @@ void AddRunPanels() {
   AddControls(MainPanelName, RunGroup, RunControls);
   AddTraceGraph();
   PanelNamed(MainPanelName).dim.push_back(DimRunControls);
+  RunSettingsWanted.Add(ReadRunParameters);
+  RunSettingsChanged.Add(WriteRunParameters);
+  ModelFileToSave.Add(ReadRunParameters);
+  ModelFileCameIn.Add(WriteRunParameters);
   RunSettingsReplaced.Add([] {
     ShowDisplayUnits();
     ShowLength();

@@ -13,7 +13,6 @@
 #include <span>
 #include <string>
 
-#include "fit/fit_store.h"
 #include "formats/stimulus_read.h"
 #include "platform/outcome.h"
 

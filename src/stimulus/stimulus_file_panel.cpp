@@ -1,6 +1,7 @@
 // Commands and fields of stimulus files on the stimulus panel and in the menu.
 #include <string>
 
+#include "model/model_events.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "screen/screen.h"

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "model/model.h"
+#include "model/model_events.h"
 #include "model/model_panels.h"
 #include "screen/screen.h"
 #include "stimulus/internal/stimulus_views.h"
@@ -336,6 +337,11 @@ void AddStimulusPanel() {
   AddMultiStimTable();
   AddControls("MainPanel", "stimulus", MainPanelButton);
   AddMenu(StimulusMenu);
+  ModelFileToSave.Add(StimReadControls);
+  ModelFileCameIn.Add([] {
+    StimPanelRefresh();
+    StimRebuild();
+  });
 }
 
 }  // namespace zelvane

@@ -6,6 +6,7 @@
 
 #include "model/model_store.h"
 #include "screen/screen.h"
+#include "shell/zoom_graph.h"
 #include "trace/trace_events.h"
 #include "trace/trace_graph.h"
 #include "trace/trace_store.h"
@@ -74,6 +75,18 @@ void DropOldestPlots(Graph& graph, std::size_t toCome) {
   }
 }
 
+/// Both axes are automatic and the full ranges those of the trace.
+void RefreshMainGraph() {
+  Graph& graph = MainGraph();
+  SetAxisAuto(graph, 'x');
+  SetAxisAuto(graph, 'y');
+  PlotTrace(true);
+  const DataRange x = ViewRange(graph, 'x');
+  const DataRange y = ViewRange(graph, 'y');
+  ZoomSetFullRange(graph, 'x', x.min, x.max);
+  ZoomSetFullRange(graph, 'y', y.min, y.max);
+}
+
 }  // namespace
 
 void AddTraceGraph() {
@@ -87,6 +100,7 @@ void AddTraceGraph() {
   TraceToPlot.Add(PlotTrace);
   TraceGone.Add(RemoveTracePlots);
   WholeTraceToShow.Add(ShowWholeTrace);
+  TraceChanged.Add(RefreshMainGraph);
 }
 
 void PlotTrace(bool erase) {

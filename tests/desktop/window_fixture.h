@@ -18,6 +18,7 @@
 #include "desktop/window/main_window.h"
 #include "desktop/window/settings.h"
 #include "desktop/window/theme.h"
+#include "headless/drive/drive.h"
 #include "shell/application.h"
 
 namespace zelvane {
@@ -47,6 +48,10 @@ class WindowTest : public StoreTest {
     shown.files = recorder.files;
     shown.quit = [this] { quit = true; };
     SetFrontEnd(shown);
+    frontEnd.playScript = [this](std::istream& script, std::ostream& events) {
+      PlayDrive(script, events,
+                {.frontEnd = frontEnd.functions(), .afterLine = [this] { frontEnd.refreshNow(); }});
+    };
     StartOptions start = options();
     start.files = std::move(files);
     start.shown = [this] {

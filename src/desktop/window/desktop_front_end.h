@@ -7,6 +7,7 @@
 #include <QTimer>
 #include <QWidget>
 #include <functional>
+#include <iosfwd>
 #include <set>
 #include <string>
 
@@ -44,6 +45,10 @@ class DesktopFrontEnd : public QObject {
 
   std::function<bool(int topic)> openHelp;  // false = no such page
   std::function<void()> modalShown;         // a script's modal dialog shows, filled in
+
+  /// Runs the lines of a script against the window and writes the events as objects, one a line. The program that
+  /// opens the window sets it: the command language is no part of this folder.
+  std::function<void(std::istream& script, std::ostream& events)> playScript;
 
  signals:
   void recordsChanged(const std::set<zelvane::Graph*>& graphs);

@@ -6,7 +6,6 @@
 #include <sstream>
 
 #include "desktop/window/desktop_front_end.h"
-#include "headless/drive/drive.h"
 #include "screen/screen.h"
 
 namespace zelvane {
@@ -45,7 +44,7 @@ void PlayScript(const QString& path, DesktopFrontEnd& frontEnd) {
   }
   std::stringstream events;
   frontEnd.setUnattended(true);
-  PlayDrive(script, events, {.frontEnd = frontEnd.functions(), .afterLine = [&] { frontEnd.refreshNow(); }});
+  frontEnd.playScript(script, events);
   frontEnd.setUnattended(false);
   const std::string errors = ErrorsOf(events);
   if (!errors.empty()) MessagePopup(PlayTitle, RefusedText + errors);
