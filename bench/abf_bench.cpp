@@ -17,10 +17,10 @@
 #include <string>
 #include <vector>
 
+#include "app/stores.h"
 #include "formats/abf/abf.h"
 #include "formats/abf/byte_source.h"
-#include "io/trace_read.h"
-#include "shell/stores.h"
+#include "trace/trace_read.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {

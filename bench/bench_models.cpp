@@ -6,8 +6,8 @@
 #include <random>
 #include <string>
 
-#include "io/model_file.h"
 #include "model/model.h"
+#include "model/model_file.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {

@@ -19,7 +19,7 @@
 #include "kinetics/fixed_step.h"
 #include "kinetics/rate_factor.h"
 #include "numerics/spline.h"
-#include "sim/result_store.h"
+#include "run/result_store.h"
 
 namespace zelvane {
 namespace {

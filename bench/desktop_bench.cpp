@@ -7,13 +7,13 @@
 #include <cmath>
 #include <random>
 
+#include "app/application.h"
+#include "app/stores.h"
 #include "desktop/graph/graph_widget.h"
 #include "model/model_store.h"
 #include "paint_count.h"
 #include "screen/pyramid.h"
-#include "shell/application.h"
-#include "shell/stores.h"
-#include "shell/zoom_graph.h"
+#include "screen/zoom_graph.h"
 #include "trace/trace_graph.h"
 #include "trace/trace_store.h"
 

@@ -12,15 +12,15 @@
 #include <string>
 #include <vector>
 
+#include "app/application.h"
+#include "app/stores.h"
 #include "bench_models.h"
 #include "bench_times.h"
 #include "kinetics/adaptive_step.h"
 #include "kinetics/fixed_step.h"
 #include "kinetics/integrator_cases.h"
 #include "kinetics/plain_integrator.h"
-#include "shell/application.h"
-#include "shell/stores.h"
-#include "sim/result_store.h"
+#include "run/result_store.h"
 
 #if defined(__linux__)
 #include <sys/resource.h>

@@ -11,18 +11,18 @@
 #include <functional>
 #include <string>
 
+#include "app/application.h"
+#include "app/stores.h"
 #include "bench_models.h"
 #include "bench_times.h"
-#include "io/model_file.h"
+#include "kinetics/plain_monte_carlo.h"
 #include "model/model.h"
-#include "shell/application.h"
-#include "shell/stores.h"
-#include "sim/monte_carlo_loop.h"
-#include "sim/plain_monte_carlo.h"
-#include "sim/program_random.h"
-#include "sim/result_store.h"
-#include "sim/run.h"
+#include "model/model_file.h"
+#include "run/monte_carlo_loop.h"
+#include "run/result_store.h"
+#include "run/run.h"
 #include "stimulus/stimulus_store.h"
+#include "trace/program_random.h"
 
 namespace zelvane {
 namespace {

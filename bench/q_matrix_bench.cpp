@@ -2,10 +2,10 @@
 // and with its time constants.
 #include <benchmark/benchmark.h>
 
+#include "app/stores.h"
 #include "bench_models.h"
 #include "model/model_store.h"
-#include "shell/stores.h"
-#include "sim/q_matrix_analysis.h"
+#include "run/q_matrix_analysis.h"
 
 namespace zelvane {
 namespace {

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "io/trace_export.h"
+#include "trace/trace_export.h"
 
 namespace zelvane {
 namespace {

@@ -16,6 +16,7 @@
 #include <thread>
 #include <vector>
 
+#include "app/application.h"
 #include "desktop/graph/graph_widget.h"
 #include "desktop/pages/task_page.h"
 #include "desktop/window/desktop_front_end.h"
@@ -24,9 +25,8 @@
 #include "desktop/window/theme.h"
 #include "long_run.h"
 #include "paint_count.h"
+#include "screen/entry.h"
 #include "screen/screen.h"
-#include "shell/application.h"
-#include "shell/entry.h"
 
 namespace zelvane {
 namespace {

@@ -8,13 +8,13 @@
 #include <string_view>
 
 #include "analysis/analysis_store.h"
-#include "fit/fit_store.h"
-#include "io/model_rows.h"
-#include "io/model_text.h"
+#include "dwells/dwell_fit_store.h"
 #include "model/constraints_store.h"
+#include "model/model_rows.h"
 #include "model/model_store.h"
+#include "model/model_text.h"
+#include "parameters/fit_store.h"
 #include "rscm/rscm_store.h"
-#include "singlechannel/dwell_fit_store.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {

@@ -2,8 +2,8 @@
 #include <iostream>
 #include <string>
 
-#include "io/trace_write.h"
 #include "platform/safe_file.h"
+#include "trace/trace_write.h"
 
 int main(int argc, char** argv) {
   if (argc != 2) {

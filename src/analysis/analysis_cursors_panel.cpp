@@ -4,9 +4,9 @@
 #include <cmath>
 
 #include "analysis/analysis_panel.h"
+#include "analysis/analysis_plot_panels.h"
 #include "analysis/analysis_store.h"
-#include "analysis/internal/analysis_plot_panels.h"
-#include "analysis/internal/analysis_views.h"
+#include "analysis/analysis_views.h"
 #include "screen/screen.h"
 
 namespace zelvane {

@@ -4,10 +4,10 @@
 #include <cmath>
 
 #include "analysis/analysis_panel.h"
+#include "analysis/analysis_plot_panels.h"
 #include "analysis/analysis_store.h"
+#include "analysis/analysis_views.h"
 #include "analysis/analyze.h"
-#include "analysis/internal/analysis_plot_panels.h"
-#include "analysis/internal/analysis_views.h"
 #include "analysis/measures.h"
 #include "numerics/rounding.h"
 #include "screen/screen.h"

@@ -6,12 +6,12 @@
 #include <cmath>
 
 #include "analysis/analysis_store.h"
+#include "analysis/analysis_views.h"
 #include "analysis/analyze.h"
-#include "analysis/internal/analysis_views.h"
 #include "analysis/measures.h"
-#include "fit/fit_store.h"
 #include "model/model_store.h"
 #include "numerics/rounding.h"
+#include "parameters/fit_store.h"
 #include "platform/index.h"
 #include "screen/screen.h"
 #include "trace/trace_events.h"

@@ -2,10 +2,10 @@
 #include <cmath>
 #include <span>
 
+#include "analysis/analysis_plot_panels.h"
 #include "analysis/analysis_store.h"
+#include "analysis/analysis_views.h"
 #include "analysis/analyze.h"
-#include "analysis/internal/analysis_plot_panels.h"
-#include "analysis/internal/analysis_views.h"
 #include "screen/screen.h"
 #include "trace/trace_store.h"
 

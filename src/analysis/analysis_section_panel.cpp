@@ -3,13 +3,13 @@
 
 #include "analysis/analysis_panel.h"
 #include "analysis/analysis_store.h"
+#include "analysis/analysis_views.h"
 #include "analysis/analyze.h"
 #include "analysis/episodes.h"
-#include "analysis/internal/analysis_views.h"
 #include "analysis/results_table.h"
-#include "io/trace_read.h"
 #include "platform/index.h"
 #include "screen/screen.h"
+#include "trace/trace_read.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {

@@ -5,8 +5,8 @@
 
 #include "analysis/analysis_panel.h"
 #include "analysis/analysis_store.h"
+#include "analysis/analysis_views.h"
 #include "analysis/analyze.h"
-#include "analysis/internal/analysis_views.h"
 #include "analysis/results_files.h"
 #include "analysis/results_read.h"
 #include "analysis/results_table.h"

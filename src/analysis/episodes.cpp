@@ -2,10 +2,10 @@
 
 #include "analysis/analysis_store.h"
 #include "analysis/analyze.h"
-#include "fit/fit_store.h"
-#include "io/trace_read.h"
+#include "parameters/fit_store.h"
 #include "screen/popups.h"
 #include "trace/trace_events.h"
+#include "trace/trace_read.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "analysis/internal/sliding_window.h"
+#include "analysis/sliding_window.h"
 #include "numerics/rounding.h"
 #include "platform/index.h"
 

@@ -8,9 +8,9 @@
 
 #include "analysis/analyze.h"
 #include "analysis/results_table.h"
-#include "fit/fit_store.h"
 #include "formats/line_scanner.h"
 #include "model/model_store.h"
+#include "parameters/fit_store.h"
 #include "platform/safe_file.h"
 #include "screen/popups.h"
 #include "trace/trace_events.h"

@@ -7,12 +7,12 @@
 #include "analysis/results_files.h"
 #include "analysis/results_table.h"
 #include "formats/input_file.h"
-#include "io/model_file.h"
-#include "io/trace_read.h"
+#include "model/model_file.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "screen/popups.h"
 #include "trace/trace_events.h"
+#include "trace/trace_read.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {

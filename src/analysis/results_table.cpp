@@ -4,7 +4,7 @@
 #include <array>
 
 #include "analysis/analyze.h"
-#include "fit/fit_store.h"
+#include "parameters/fit_store.h"
 #include "platform/index.h"
 #include "screen/popups.h"
 #include "trace/trace_events.h"

@@ -9,8 +9,8 @@
 #include "analysis/results_files.h"
 #include "model/model_store.h"
 #include "platform/safe_file.h"
+#include "run/result_store.h"
 #include "screen/popups.h"
-#include "sim/result_store.h"
 #include "trace/trace_events.h"
 #include "trace/trace_store.h"
 

@@ -1,4 +1,4 @@
-#include "analysis/internal/sliding_window.h"
+#include "analysis/sliding_window.h"
 
 #include <algorithm>
 #include <array>

@@ -5,18 +5,18 @@
 #include <optional>
 #include <vector>
 
-#include "fit/fit_store.h"
-#include "fit/internal/wave_set_panels.h"
 #include "fit/wave_list.h"
+#include "fit/wave_set_panels.h"
 #include "formats/input_file.h"
-#include "io/model_file.h"
-#include "io/trace_read.h"
+#include "model/model_file.h"
 #include "model/model_store.h"
+#include "parameters/fit_store.h"
 #include "platform/file_names.h"
 #include "platform/safe_file.h"
 #include "platform/zero_pages.h"
 #include "screen/popups.h"
 #include "stimulus/stimulus_file.h"
+#include "trace/trace_read.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {

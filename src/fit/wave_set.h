@@ -9,7 +9,7 @@
 
 #include <string>
 
-#include "fit/fit_store.h"
+#include "parameters/fit_store.h"
 #include "platform/outcome.h"
 
 namespace zelvane {

@@ -3,7 +3,7 @@
 #include <charconv>
 #include <cmath>
 
-#include "shell/zoom_graph.h"
+#include "screen/zoom_graph.h"
 
 namespace zelvane {
 namespace {

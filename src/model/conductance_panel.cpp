@@ -1,7 +1,7 @@
 // ConductancePanel: the single-channel conductance of every state.
-#include "model/internal/scheme_panels.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
+#include "model/scheme_panels.h"
 
 namespace zelvane {
 namespace {

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "kinetics/rate_factor.h"
-#include "model/internal/scheme_panels.h"
 #include "model/model.h"
 #include "model/model_panels.h"
+#include "model/scheme_panels.h"
 
 namespace zelvane {
 namespace {

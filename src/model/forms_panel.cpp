@@ -1,8 +1,8 @@
 // Commands on the scheme as a whole: which form is shown, transfers between the forms, clearing. And their
 // menu.
-#include "model/internal/scheme_panels.h"
 #include "model/model.h"
 #include "model/model_panels.h"
+#include "model/scheme_panels.h"
 
 namespace zelvane {
 namespace {

@@ -3,9 +3,9 @@
 #include <array>
 #include <string>
 
-#include "model/internal/scheme_panels.h"
 #include "model/model.h"
 #include "model/model_panels.h"
+#include "model/scheme_panels.h"
 
 namespace zelvane {
 namespace {

@@ -1,9 +1,9 @@
 // InitialConditionsPanel: the proportion of channels in each state at time 0.
 #include <numeric>
 
-#include "model/internal/scheme_panels.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
+#include "model/scheme_panels.h"
 
 namespace zelvane {
 namespace {

@@ -1,9 +1,9 @@
 // TableModelPanel: the free table of 380 rates, with what each depends on.
 #include <string>
 
-#include "model/internal/scheme_panels.h"
 #include "model/model.h"
 #include "model/model_panels.h"
+#include "model/scheme_panels.h"
 
 namespace zelvane {
 namespace {

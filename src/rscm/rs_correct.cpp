@@ -6,10 +6,10 @@
 #include "formats/input_file.h"
 #include "formats/line_scanner.h"
 #include "model/model_store.h"
-#include "noise/noise_store.h"
 #include "rscm/rs_circuit.h"
 #include "rscm/rscm_store.h"
 #include "screen/popups.h"
+#include "trace/noise_store.h"
 #include "trace/trace.h"
 #include "trace/trace_store.h"
 

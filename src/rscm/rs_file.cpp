@@ -11,15 +11,15 @@
 #include <utility>
 
 #include "formats/input_file.h"
-#include "io/trace_read.h"
-#include "io/trace_write.h"
 #include "model/model_store.h"
 #include "platform/folders.h"
 #include "platform/safe_file.h"
 #include "rscm/rs_correct.h"
 #include "screen/popups.h"
 #include "trace/trace.h"
+#include "trace/trace_read.h"
 #include "trace/trace_store.h"
+#include "trace/trace_write.h"
 
 namespace zelvane {
 namespace {

@@ -7,13 +7,13 @@
 #include <vector>
 
 #include "model/model_store.h"
-#include "noise/filtered_trace.h"
-#include "noise/noise_store.h"
 #include "platform/index.h"
 #include "rscm/rs_correct.h"
 #include "rscm/rs_file.h"
 #include "rscm/rscm_store.h"
 #include "screen/screen.h"
+#include "trace/filtered_trace.h"
+#include "trace/noise_store.h"
 #include "trace/trace.h"
 #include "trace/trace_events.h"
 #include "trace/trace_store.h"

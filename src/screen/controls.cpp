@@ -3,9 +3,9 @@
 #include <cmath>
 #include <utility>
 
-#include "screen/internal/announce.h"
-#include "screen/internal/observe.h"
+#include "screen/announce.h"
 #include "screen/number_entry.h"
+#include "screen/observe.h"
 #include "screen/observer.h"
 #include "screen/screen.h"
 

@@ -3,7 +3,7 @@
 #include <cassert>
 #include <cmath>
 
-#include "screen/internal/announce.h"
+#include "screen/announce.h"
 #include "screen/pyramid.h"
 #include "screen/screen.h"
 

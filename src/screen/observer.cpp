@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "screen/internal/observe.h"
+#include "screen/observe.h"
 
 namespace zelvane {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "screen/internal/announce.h"
-#include "screen/internal/observe.h"
+#include "screen/announce.h"
+#include "screen/observe.h"
 #include "screen/observer.h"
 #include "screen/popups_store.h"
 

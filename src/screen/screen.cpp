@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <unordered_map>
 
-#include "screen/internal/announce.h"
+#include "screen/announce.h"
 #include "screen/listeners.h"
 
 namespace zelvane {

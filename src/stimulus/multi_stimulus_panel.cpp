@@ -1,9 +1,9 @@
 // The table of multi-sweep voltage and concentration waveforms on the stimulus panel. It is kept with the
 // model.
 #include "screen/screen.h"
-#include "stimulus/internal/stimulus_views.h"
 #include "stimulus/stimulus.h"
 #include "stimulus/stimulus_store.h"
+#include "stimulus/stimulus_views.h"
 
 namespace zelvane {
 namespace {

@@ -7,13 +7,13 @@
 #include <cstdint>
 
 #include "model/model_store.h"
-#include "noise/gaussian_filter.h"
 #include "platform/zero_pages.h"
 #include "screen/popups.h"
-#include "stimulus/internal/stimulus_views.h"
+#include "stimulus/gaussian_filter.h"
 #include "stimulus/profile_builder.h"
 #include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
+#include "stimulus/stimulus_views.h"
 
 namespace zelvane {
 namespace {

@@ -18,7 +18,7 @@
 #include "platform/zero_pages.h"
 #include "screen/popups.h"
 #include "screen/save_file.h"
-#include "stimulus/internal/stimulus_file_panels.h"
+#include "stimulus/stimulus_file_panels.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {

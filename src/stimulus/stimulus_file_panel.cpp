@@ -5,9 +5,9 @@
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "screen/screen.h"
-#include "stimulus/internal/stimulus_file_panels.h"
 #include "stimulus/stimulus.h"
 #include "stimulus/stimulus_file.h"
+#include "stimulus/stimulus_file_panels.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {

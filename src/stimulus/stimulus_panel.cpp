@@ -7,9 +7,9 @@
 #include "model/model_events.h"
 #include "model/model_panels.h"
 #include "screen/screen.h"
-#include "stimulus/internal/stimulus_views.h"
 #include "stimulus/stimulus.h"
 #include "stimulus/stimulus_store.h"
+#include "stimulus/stimulus_views.h"
 
 namespace zelvane {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "model/model_store.h"
 #include "screen/screen.h"
-#include "shell/zoom_graph.h"
+#include "screen/zoom_graph.h"
 #include "trace/trace_events.h"
 #include "trace/trace_graph.h"
 #include "trace/trace_store.h"

@@ -9,7 +9,7 @@
 #include <random>
 #include <vector>
 
-#include "analysis/internal/sliding_window.h"
+#include "analysis/sliding_window.h"
 
 namespace zelvane {
 namespace {

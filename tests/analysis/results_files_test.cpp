@@ -7,8 +7,8 @@
 #include "analysis/analyze.h"
 #include "analysis/results_table.h"
 #include "analysis/run_analysis.h"
-#include "fit/fit_store.h"
 #include "model/model_store.h"
+#include "parameters/fit_store.h"
 #include "support/store_test.h"
 #include "trace/trace_store.h"
 

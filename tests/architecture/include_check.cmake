@@ -1,49 +1,112 @@
-# Walks the include lines of src/ and compares them with the dependencies that each folder declares.
-# A folder may include its own headers, those of the folders in its DEPENDS, and any *_store.h.
-# Only *_panel.cpp files and the folders above the subsystems may know controls (screen/screen.h).
-# Usage: cmake -DSOURCE_DIR=... -P include_check.cmake
+# Holds the include lines of src/ to the table of folders in docs/architecture.md.
+#
+#   1. The folders that a CMakeLists.txt names as DEPENDS are those of the table's last column, and all of them stand
+#      above it in the table.
+#   2. A file includes headers of its own folder, of the folders that its folder uses, and of those that these use.
+#   3. A header that its folder does not list under HEADERS is private: no other folder includes it.
+#   4. Controls (screen/screen.h) are known to *_panel files, to screen/ and to what lies above the subjects.
+#   5. Libraries beyond the standard one are included by front ends alone.
+#
+# Usage: cmake -DSOURCE_DIR=.../src -DTABLE=.../docs/architecture.md -P include_check.cmake
 
 cmake_minimum_required(VERSION 3.23)
 set(faults "")
-file(GLOB folders LIST_DIRECTORIES true ${SOURCE_DIR}/*)
+# Include lines that still go beyond the table. Each is to go; none may be added, and one that is no longer needed is a fault.
+set(beyond
+  "model/model_rows.cpp analysis/analysis_store.h"
+  "model/model_rows.cpp dwells/dwell_fit_store.h"
+  "model/model_rows.cpp parameters/fit_store.h"
+  "model/model_rows.cpp rscm/rscm_store.h"
+  "model/model_rows.cpp stimulus/stimulus_store.h"
+  "stimulus/gaussian_filter.cpp trace/noise_store.h"
+  "trace/trace_export.cpp run/result_store.h"
+  "trace/trace_write.cpp run/result_store.h"
+  "trace/trace_write.cpp run/saved_steps.h")
+set(needed "")
+set(knows_controls "^(screen|app|headless|desktop|apps)$")
+set(knows_libraries "^(headless|desktop|apps)$")
+
+# -- The table: rows "| `folder/` | what it is for | folder, folder |" --
+set(folders "")
+file(STRINGS ${TABLE} rows REGEX "^\\| `[a-z]+/` \\|")
+foreach(row IN LISTS rows)
+  string(REGEX REPLACE "^\\| `([a-z]+)/` \\|.*\\| ([^|]*) \\|$" "\\1;\\2" cells "${row}")
+  list(GET cells 0 folder)
+  list(GET cells 1 uses)
+  string(REGEX MATCHALL "[a-z]+" uses "${uses}")
+  set(reach ${folder})
+  foreach(used IN LISTS uses)
+    if(NOT used IN_LIST folders)
+      string(APPEND faults "The table lets ${folder} use ${used}, which does not stand above it\n")
+    endif()
+    list(APPEND reach ${reach_${used}})
+  endforeach()
+  list(REMOVE_DUPLICATES reach)
+  set(uses_${folder} ${uses})
+  set(reach_${folder} ${reach})
+  list(APPEND folders ${folder})
+endforeach()
+
+# -- What CMake is told --
 foreach(folder IN LISTS folders)
-  if(NOT EXISTS ${folder}/CMakeLists.txt OR NOT IS_DIRECTORY ${folder})
+  set(listed_${folder} "")
+  if(NOT EXISTS ${SOURCE_DIR}/${folder}/CMakeLists.txt)
+    string(APPEND faults "The table names ${folder}, which is not there\n")
     continue()
   endif()
-  get_filename_component(name ${folder} NAME)
-  file(READ ${folder}/CMakeLists.txt lists)
-  set(allowed ${name})
-  if(lists MATCHES "DEPENDS ([a-z \n]+)")
-    string(REGEX REPLACE "[ \n]+" ";" declared "${CMAKE_MATCH_1}")
-    list(APPEND allowed ${declared})
+  file(READ ${SOURCE_DIR}/${folder}/CMakeLists.txt lists)
+  if(lists MATCHES "HEADERS([^)]*)")
+    string(REGEX REPLACE "(DEPENDS|LIBRARIES).*" "" headers "${CMAKE_MATCH_1}")
+    string(REGEX MATCHALL "[a-z0-9_/]+\\.h" listed_${folder} "${headers}")
   endif()
-  if(name STREQUAL apps)
-    list(APPEND allowed headless desktop shell screen)
+  set(declared "")
+  if(lists MATCHES "DEPENDS([a-z \n]+)")
+    string(REGEX MATCHALL "[a-z]+" declared "${CMAKE_MATCH_1}")
   endif()
-  file(GLOB_RECURSE sources ${folder}/*.h ${folder}/*.cpp)
+  if(lists MATCHES "zelvane_add_subsystem" AND NOT "${declared}" STREQUAL "${uses_${folder}}")
+    string(APPEND faults "${folder} depends on '${declared}', but the table says '${uses_${folder}}'\n")
+  endif()
+endforeach()
+file(GLOB present LIST_DIRECTORIES true RELATIVE ${SOURCE_DIR} ${SOURCE_DIR}/*)
+foreach(folder IN LISTS present)
+  if(IS_DIRECTORY ${SOURCE_DIR}/${folder} AND NOT folder IN_LIST folders)
+    string(APPEND faults "${folder} has no row in the table\n")
+  endif()
+endforeach()
+
+# -- The include lines --
+foreach(folder IN LISTS folders)
+  file(GLOB_RECURSE sources RELATIVE ${SOURCE_DIR} ${SOURCE_DIR}/${folder}/*.h ${SOURCE_DIR}/${folder}/*.cpp)
   foreach(source IN LISTS sources)
-    file(RELATIVE_PATH shown ${SOURCE_DIR} ${source})
-    file(STRINGS ${source} includes REGEX "^#include \"")
+    file(STRINGS ${SOURCE_DIR}/${source} includes REGEX "^#include [<\"]")
     foreach(line IN LISTS includes)
-      string(REGEX REPLACE "^#include \"([^\"]+)\".*" "\\1" header ${line})
-      string(REGEX REPLACE "/.*" "" from ${header})
-      if(NOT from IN_LIST allowed AND NOT header MATCHES "_store\\.h$")
-        string(APPEND faults "${shown} includes ${header}, but ${name} does not declare ${from}\n")
+      if(line MATCHES "^#include <(Q|qcustomplot|nlohmann|CLI)" AND NOT folder MATCHES ${knows_libraries})
+        string(APPEND faults "${source}: ${line} is for front ends\n")
       endif()
-      if(header STREQUAL "screen/screen.h" AND NOT name MATCHES "^(screen|shell|headless|desktop|apps)$"
-         AND NOT shown MATCHES "_panels?\\.(cpp|h)$")
-        string(APPEND faults "${shown} includes screen/screen.h and is no panel file\n")
+      if(NOT line MATCHES "^#include \"([a-z]+)/([^\"]+)\"")
+        continue()
       endif()
-      if(header MATCHES "/internal/" AND NOT from STREQUAL name)
-        string(APPEND faults "${shown} includes ${header}, which is another folder's own\n")
+      set(from ${CMAKE_MATCH_1})
+      set(header ${CMAKE_MATCH_2})
+      if("${source} ${from}/${header}" IN_LIST beyond)
+        list(APPEND needed "${source} ${from}/${header}")
+      elseif(NOT from IN_LIST reach_${folder})
+        string(APPEND faults "${source} includes ${from}/${header}, which ${folder} does not use\n")
+      elseif(NOT from STREQUAL folder AND NOT header IN_LIST listed_${from})
+        string(APPEND faults "${source} includes ${from}/${header}, which is private to ${from}\n")
+      endif()
+      if("${from}/${header}" STREQUAL "screen/screen.h" AND NOT folder MATCHES ${knows_controls}
+         AND NOT source MATCHES "_panels?\\.(cpp|h)$")
+        string(APPEND faults "${source} knows controls and is no panel file\n")
       endif()
     endforeach()
-    file(STRINGS ${source} toolkit REGEX "^#include <(Q|nlohmann|CLI)")
-    if(toolkit AND NOT name MATCHES "^(headless|apps|desktop)$")
-      string(APPEND faults "${shown} includes a library that only front ends may use\n")
-    endif()
   endforeach()
 endforeach()
+foreach(line IN LISTS beyond)
+  if(NOT line IN_LIST needed)
+    string(APPEND faults "${line} no longer goes beyond the table: take it off the list\n")
+  endif()
+endforeach()
 if(faults)
-  message(FATAL_ERROR "Includes that go beyond what is declared:\n${faults}")
+  message(FATAL_ERROR "The house is not as its table says:\n${faults}")
 endif()

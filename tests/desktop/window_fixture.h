@@ -9,6 +9,7 @@
 #include <deque>
 #include <filesystem>
 
+#include "app/application.h"
 #include "desktop/graph/graph_widget.h"
 #include "desktop/pages/task_page.h"
 #include "desktop/widget_test.h"
@@ -19,7 +20,6 @@
 #include "desktop/window/settings.h"
 #include "desktop/window/theme.h"
 #include "headless/drive/drive.h"
-#include "shell/application.h"
 
 namespace zelvane {
 

@@ -3,16 +3,16 @@
 
 #include <filesystem>
 
-#include "fit/fit_store.h"
 #include "fit/wave_list.h"
-#include "io/trace_write.h"
 #include "model/model_store.h"
-#include "sim/run_panel.h"
+#include "parameters/fit_store.h"
+#include "run/run_panel.h"
 #include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
 #include "support/pressing.h"
 #include "support/store_test.h"
 #include "trace/trace_store.h"
+#include "trace/trace_write.h"
 
 namespace zelvane {
 namespace {

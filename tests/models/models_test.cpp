@@ -4,13 +4,13 @@
 #include <numbers>
 #include <vector>
 
-#include "io/model_file.h"
 #include "model/constraints_store.h"
 #include "model/model.h"
+#include "model/model_file.h"
 #include "model/model_panels.h"
-#include "sim/result_store.h"
-#include "sim/run.h"
-#include "sim/run_panel.h"
+#include "run/result_store.h"
+#include "run/run.h"
+#include "run/run_panel.h"
 #include "stimulus/stimulus.h"
 #include "stimulus/stimulus_store.h"
 #include "support/store_test.h"

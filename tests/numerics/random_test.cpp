@@ -9,7 +9,7 @@
 #include <set>
 #include <vector>
 
-#include "sim/plain_monte_carlo.h"
+#include "kinetics/plain_monte_carlo.h"
 
 namespace zelvane {
 namespace {

@@ -2,7 +2,7 @@
 #include "screen/fields.h"
 
 #include "model/model_store.h"
-#include "sim/result_store.h"
+#include "run/result_store.h"
 #include "support/store_test.h"
 
 namespace zelvane {

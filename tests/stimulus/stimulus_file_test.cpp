@@ -7,8 +7,8 @@
 
 #include "fit/wave_set.h"
 #include "model/model_store.h"
+#include "run/run_panel.h"
 #include "screen/screen.h"
-#include "sim/run_panel.h"
 #include "stimulus/stimulus.h"
 #include "stimulus/stimulus_store.h"
 #include "support/pressing.h"

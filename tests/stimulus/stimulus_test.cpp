@@ -4,13 +4,13 @@
 #include <cmath>
 
 #include "model/model_store.h"
-#include "noise/noise_store.h"
+#include "run/result_store.h"
 #include "screen/popups.h"
 #include "screen/popups_store.h"
 #include "screen/screen.h"
-#include "sim/result_store.h"
 #include "stimulus/stimulus_store.h"
 #include "support/store_test.h"
+#include "trace/noise_store.h"
 
 namespace zelvane {
 namespace {

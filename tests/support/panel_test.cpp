@@ -1,5 +1,5 @@
+#include "app/application.h"
 #include "screen/screen.h"
-#include "shell/application.h"
 #include "support/store_test.h"
 
 namespace zelvane {

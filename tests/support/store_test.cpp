@@ -4,8 +4,8 @@
 #include <random>
 #include <sstream>
 
+#include "app/stores.h"
 #include "screen/screen.h"
-#include "shell/stores.h"
 
 namespace zelvane {
 

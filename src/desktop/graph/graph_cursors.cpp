@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "platform/index.h"
-#include "shell/graph_text.h"
+#include "screen/graph_text.h"
 
 namespace zelvane {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "desktop/graph/graph_cursors.h"
 #include "desktop/graph/graph_widget.h"
-#include "shell/zoom_graph.h"
+#include "screen/zoom_graph.h"
 
 namespace zelvane {
 namespace {

@@ -15,7 +15,7 @@
 #include "desktop/graph/zoom_buttons.h"
 #include "desktop/graph/zoom_strip.h"
 #include "platform/index.h"
-#include "shell/graph_text.h"
+#include "screen/graph_text.h"
 
 namespace zelvane {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "shell/entry.h"
+#include "screen/entry.h"
 
 namespace zelvane {
 namespace {

@@ -7,7 +7,7 @@
 #include <cassert>
 #include <string_view>
 
-#include "shell/zoom_graph.h"
+#include "screen/zoom_graph.h"
 
 namespace zelvane {
 namespace {

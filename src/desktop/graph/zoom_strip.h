@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "screen/screen.h"
-#include "shell/zoom_graph.h"
+#include "screen/zoom_graph.h"
 
 namespace zelvane {
 

@@ -4,9 +4,9 @@
 #include <QFont>
 
 #include "desktop/widgets/text.h"
+#include "model/scheme_text.h"
+#include "screen/entry.h"
 #include "screen/number_entry.h"
-#include "shell/entry.h"
-#include "shell/scheme_text.h"
 
 namespace zelvane {
 namespace {

@@ -16,8 +16,8 @@
 #include "desktop/widgets/inline_editor.h"
 #include "desktop/widgets/text.h"
 #include "platform/index.h"
+#include "screen/entry.h"
 #include "screen/number_entry.h"
-#include "shell/entry.h"
 
 namespace zelvane {
 namespace {

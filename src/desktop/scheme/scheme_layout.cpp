@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "desktop/widgets/text.h"
-#include "shell/scheme_text.h"
+#include "model/scheme_text.h"
 
 namespace zelvane {
 namespace {

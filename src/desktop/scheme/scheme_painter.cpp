@@ -6,7 +6,7 @@
 
 #include "desktop/scheme/scheme_colours.h"
 #include "desktop/widgets/text.h"
-#include "shell/entry.h"
+#include "screen/entry.h"
 
 namespace zelvane {
 namespace {

@@ -10,9 +10,9 @@
 #include "desktop/scheme/scheme_painter.h"
 #include "desktop/widgets/inline_editor.h"
 #include "desktop/widgets/text.h"
+#include "model/scheme_text.h"
 #include "platform/index.h"
-#include "shell/entry.h"
-#include "shell/scheme_text.h"
+#include "screen/entry.h"
 
 namespace zelvane {
 namespace {

@@ -16,8 +16,8 @@
 #include "desktop/widgets/elided_label.h"
 #include "desktop/widgets/style_property.h"
 #include "desktop/widgets/text.h"
+#include "screen/entry.h"
 #include "screen/number_entry.h"
-#include "shell/entry.h"
 
 namespace zelvane {
 namespace {

@@ -6,8 +6,8 @@
 
 #include "desktop/widgets/text.h"
 #include "desktop/window/theme.h"
+#include "screen/entry.h"
 #include "screen/number_entry.h"
-#include "shell/entry.h"
 
 namespace zelvane {
 namespace {

@@ -9,8 +9,8 @@
 #include "desktop/widgets/text.h"
 #include "desktop/window/theme.h"
 #include "platform/index.h"
+#include "screen/entry.h"
 #include "screen/number_entry.h"
-#include "shell/entry.h"
 
 namespace zelvane {
 namespace {

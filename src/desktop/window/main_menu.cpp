@@ -8,9 +8,9 @@
 #include <QPointer>
 #include <algorithm>
 
+#include "app/recorder.h"
+#include "app/undo.h"
 #include "desktop/widgets/text.h"
-#include "shell/recorder.h"
-#include "shell/undo.h"
 
 namespace zelvane {
 namespace {

@@ -10,8 +10,8 @@
 #include "desktop/widgets/elided_label.h"
 #include "desktop/widgets/text.h"
 #include "model/model_store.h"
+#include "screen/entry.h"
 #include "screen/screen.h"
-#include "shell/entry.h"
 
 namespace zelvane {
 namespace {

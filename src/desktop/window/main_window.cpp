@@ -13,6 +13,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "app/application.h"
 #include "desktop/pages/task_page.h"
 #include "desktop/widgets/text.h"
 #include "desktop/window/help_window.h"
@@ -27,7 +28,6 @@
 #include "model/model_store.h"
 #include "platform/folders.h"
 #include "screen/observer.h"
-#include "shell/application.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {

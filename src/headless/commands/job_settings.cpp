@@ -5,8 +5,8 @@
 #include "headless/nearest_names.h"
 #include "headless/words.h"
 #include "model/model_panels.h"
+#include "run/run_panel.h"
 #include "screen/screen.h"
-#include "sim/run_panel.h"
 #include "stimulus/stimulus.h"
 
 namespace zelvane {

@@ -3,7 +3,7 @@
 #include <ostream>
 
 #include "headless/commands/model_report.h"
-#include "io/model_file.h"
+#include "model/model_file.h"
 #include "model/model_store.h"
 
 namespace zelvane {

@@ -6,12 +6,12 @@
 #include <fstream>
 #include <iostream>
 
-#include "io/model_file.h"
+#include "app/application.h"
+#include "app/stores.h"
+#include "model/model_file.h"
 #include "platform/terminal.h"
 #include "screen/screen.h"
-#include "shell/application.h"
-#include "shell/stores.h"
-#include "sim/program_random.h"
+#include "trace/program_random.h"
 
 namespace zelvane {
 namespace {

@@ -6,7 +6,7 @@
 #include "headless/json_values.h"
 #include "model/model_store.h"
 #include "platform/index.h"
-#include "sim/q_matrix_analysis.h"
+#include "run/q_matrix_analysis.h"
 
 namespace zelvane {
 namespace {

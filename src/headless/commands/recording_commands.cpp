@@ -9,12 +9,12 @@
 #include "formats/recording_file.h"
 #include "headless/json_values.h"
 #include "headless/words.h"
-#include "io/trace_export.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "platform/index.h"
 #include "screen/screen.h"
 #include "stimulus/stimulus_file.h"
+#include "trace/trace_export.h"
 
 namespace zelvane {
 namespace {

@@ -7,8 +7,8 @@
 #include "headless/json_values.h"
 #include "model/model_store.h"
 #include "platform/index.h"
+#include "run/result_store.h"
 #include "screen/screen.h"
-#include "sim/result_store.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {

@@ -5,18 +5,18 @@
 #include <cmath>
 #include <ostream>
 
+#include "dwells/dwell_lists.h"
 #include "headless/commands/job_settings.h"
 #include "headless/commands/run_summary.h"
 #include "headless/commands/single_channel_summary.h"
-#include "io/trace_export.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
+#include "run/result_store.h"
+#include "run/run.h"
 #include "screen/screen.h"
-#include "sim/result_store.h"
-#include "sim/run.h"
-#include "singlechannel/dwell_lists.h"
 #include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
+#include "trace/trace_export.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {

@@ -5,8 +5,8 @@
 #include <ostream>
 #include <span>
 
+#include "dwells/dwell_store.h"
 #include "model/model_store.h"
-#include "singlechannel/dwell_store.h"
 #include "trace/trace_events.h"
 #include "trace/trace_store.h"
 

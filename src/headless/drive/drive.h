@@ -5,8 +5,8 @@
 #include <functional>
 #include <iosfwd>
 
+#include "app/application.h"
 #include "screen/front_end.h"
-#include "shell/application.h"
 
 namespace zelvane {
 

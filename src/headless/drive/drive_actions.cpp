@@ -1,11 +1,11 @@
 // Commands of the language that do what a user does: type, press, answer, drag.
 #include <cmath>
 
+#include "app/application.h"
 #include "headless/drive/drive_session.h"
 #include "headless/nearest_names.h"
 #include "headless/words.h"
-#include "shell/application.h"
-#include "shell/zoom_graph.h"
+#include "screen/zoom_graph.h"
 
 namespace zelvane {
 namespace {

@@ -13,7 +13,7 @@
 #include "desktop/graph/zoom_bar.h"
 #include "desktop/widget_test.h"
 #include "desktop/widgets/table_widget.h"
-#include "shell/zoom_graph.h"
+#include "screen/zoom_graph.h"
 
 namespace zelvane {
 namespace {

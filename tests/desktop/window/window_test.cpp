@@ -17,6 +17,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "app/application.h"
+#include "app/recorder.h"
 #include "desktop/graph/graph_widget.h"
 #include "desktop/pages/task_page.h"
 #include "desktop/scheme/scheme_view.h"
@@ -29,8 +31,6 @@
 #include "desktop/window_fixture.h"
 #include "headless/drive/drive.h"
 #include "model/model_store.h"
-#include "shell/application.h"
-#include "shell/recorder.h"
 #include "stimulus/stimulus_store.h"
 #include "support/store_digest.h"
 #include "trace/trace_store.h"

@@ -5,7 +5,7 @@
 
 #include "headless/drive/drive_session.h"
 #include "model/model_store.h"
-#include "shell/zoom_graph.h"
+#include "screen/zoom_graph.h"
 #include "support/store_test.h"
 
 namespace zelvane {

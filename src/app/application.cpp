@@ -1,0 +1,221 @@
+#include "app/application.h"
+
+#include <chrono>
+#include <filesystem>
+
+#include "analysis/analysis_panel.h"
+#include "analysis/analyze.h"
+#include "analysis/results_read.h"
+#include "analysis/run_analysis.h"
+#include "analysis/trace_exports.h"
+#include "app/about_panel.h"
+#include "app/graph_properties.h"
+#include "app/help.h"
+#include "app/recorder.h"
+#include "app/stores.h"
+#include "app/undo.h"
+#include "dwells/dwell_lists_panel.h"
+#include "fit/wave_set.h"
+#include "model/model_file.h"
+#include "model/model_panels.h"
+#include "model/model_store.h"
+#include "platform/file_names.h"
+#include "platform/folders.h"
+#include "rscm/rs_correct.h"
+#include "rscm/rscm_panel.h"
+#include "run/q_matrix_panel.h"
+#include "run/run.h"
+#include "run/run_panel.h"
+#include "screen/observer.h"
+#include "screen/screen.h"
+#include "screen/zoom_graph.h"
+#include "stimulus/stimulus.h"
+#include "stimulus/stimulus_file.h"
+#include "trace/filter_panel.h"
+#include "trace/program_random.h"
+#include "trace/trace_export.h"
+#include "trace/trace_panels.h"
+#include "trace/trace_read.h"
+#include "trace/trace_store.h"
+#include "trace/trace_write.h"
+#include "trace/transform_panel.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char QuitQuestion[] = "Are you ready to exit Zelvane?";
+constexpr char CloseQuestion[] = "Are you ready to exit Zelvane ?";
+constexpr char QuitHelp[] = "Terminates the program";
+constexpr char ModelExtension[] = ".mod";
+constexpr char NotAModelFile[] = "This is no model file: ";
+
+bool Exists(const std::filesystem::path& path) {
+  std::error_code error;
+  return std::filesystem::is_regular_file(path, error);
+}
+
+/// The "config.mod" of this start: the one of the folder asked for, else the user's own, else the program's.
+std::string ConfigFile(const StartOptions& options) {
+  if (!options.folder.empty()) return (std::filesystem::path(options.folder) / ConfigFileName).string();
+  const std::string own = UserConfigFolder();
+  if (!own.empty() && Exists(std::filesystem::path(own) / ConfigFileName)) {
+    return (std::filesystem::path(own) / ConfigFileName).string();
+  }
+  const std::string folder = ProgramDataFolder();
+  return folder.empty() ? std::string{} : (std::filesystem::path(folder) / ConfigFileName).string();
+}
+
+void SeedAtStart(const StartOptions& options) {
+  if (options.seeds) return;
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  SeedGenerators(ProgramRandom,
+                 static_cast<std::uint32_t>(std::chrono::duration_cast<std::chrono::seconds>(now).count()));
+}
+
+/// Without a readable "config.mod" the program stands at its initial values and asks for no file.
+void ReadConfig(const StartOptions& options) {
+  const std::string path = ConfigFile(options);
+  if (path.empty() || !Exists(path)) return;
+  ModelFileReadNamed(path);
+}
+
+void ShowStores() {
+  WriteAllControls();
+  RefreshModelPanels();
+  WriteRunParameters();
+  StimPanelRefresh();
+}
+
+/// What opens the files of an extension.
+struct Opener {
+  std::string_view extension;
+  Outcome (*open)(const std::string& path);
+};
+constexpr Opener Openers[] = {
+    {".stm", OpenStimulusNamed},
+    {".lst", OpenListNamed},
+    {".tbl", ReadResultsTableNamed},
+};
+
+/// Opens a recording by what it begins with, a file of the table above by its name, a model where the file is
+/// one, and any other as a text recording. A file that is named like a model and is none is not taken for a text
+/// of numbers.
+void OpenNamedFile(const std::string& file) {
+  if (BeginsLikeRecording(file)) {
+    TraceReadFile(file);
+    return;
+  }
+  const std::string extension = ExtensionOf(file);
+  for (const Opener& opener : Openers) {
+    if (opener.extension != extension) continue;
+    opener.open(file);
+    return;
+  }
+  if (ModelFileReadNamed(file) == Outcome::Done) return;
+  if (file.ends_with(ModelExtension)) {
+    MessagePopup(FileErrorTitle, NotAModelFile + file);
+  } else {
+    TraceReadFile(file);
+  }
+}
+
+void OpenNamedFiles(const StartOptions& options) {
+  for (const std::string& file : options.files) {
+    if (Exists(file)) OpenFileByName(file);  // an argument that names no file is passed over
+  }
+}
+
+void AskToClose() {
+  if (ConfirmPopup("", CloseQuestion)) QuitUserInterface();
+}
+
+void Shutdown(const ControlEvent&) {
+  AskToQuit();
+}
+
+// clang-format off
+constexpr ControlDecl ShellControls[] = {
+    {.name = "Quit", .kind = ControlKind::Button, .label = "Quit", .format = "", .command = "Shutdown",
+     .action = Shutdown, .help = QuitHelp},
+};
+constexpr MenuDecl ShellMenu[] = {{"File/Quit", "ShutDown", AskToClose, "Ctrl+Q"}};
+// clang-format on
+
+}  // namespace
+
+void ConnectHooks() {
+  ConnectMeasures();
+  ConnectRuns();
+  ConnectAutosave();
+  ConnectRunAnalysis();
+}
+
+void AskToQuit() {
+  if (ConfirmPopup("", QuitQuestion)) QuitUserInterface();
+}
+
+void OpenFileByName(const std::string& path) {
+  Perform("open " + QuoteWord(path), [&] { OpenNamedFile(path); });
+}
+
+void AddAllPanels() {
+  // The entries of a menu and the buttons of MainPanel stand in the order of these calls.
+  AddModelFileMenu();
+  AddUndoMenu();
+  AddModelPanels();
+  AddRunPanels();
+  AddControls("MainPanel", "shell", ShellControls);
+  AddRecordingPanels();
+  AddStimulusPanel();
+  AddStimulusFileControls();
+  AddQMatrixPanel();
+  AddWaveSetMenu();
+  AddDwellListsPanels();
+  AddAnalysisPanel();
+  AddGraphPropertiesPanel();
+  AddFilterPanel();
+  AddTransformPanel();
+  AddRsCorrectionPanel();
+  AddTraceExports();
+  AddHelp();
+  AddRecorderMenu();
+  AddMenu(ShellMenu);
+  Panel& main = PanelNamed("MainPanel");
+  main.close = AskToClose;
+  main.maximised = true;
+  ZoomGraphCreate(GraphNamed("MainPanel"));
+  ZoomGraphCreate(GraphNamed("AnalysisPanel"));
+}
+
+void StartApplication(const StartOptions& options) {
+  // The order is fixed: later steps read what earlier ones set.
+  ClearScreen();
+  RemoveUserObservers();
+  AllocateStores();
+  AddAboutPanel();
+  SetVisible("CloseAbout", false);
+  ShowPanel("AboutPanel");
+  SeedAtStart(options);
+  SetProgramFolder(options.folder);
+  ResetStores();
+  ConnectHooks();
+  SetLinearIv();
+  AddAllPanels();
+  Screen.PanelTag = "MN";
+  ShowStores();
+  ReadConfig(options);
+  WriteGridRates();
+  RefreshLinks();
+  StimRebuild();
+  HidePanel("AboutPanel");
+  SetVisible("CloseAbout", true);
+  ShowPanel("MainPanel");
+  UpdateDimming();
+  if (options.shown) options.shown();
+  OpenNamedFiles(options);
+  StartUndo();
+  WatchForRecorder();
+  if (options.seeds) SetSeeds(ProgramRandom, *options.seeds);
+}
+
+}  // namespace zelvane

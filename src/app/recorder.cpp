@@ -1,0 +1,106 @@
+#include "app/recorder.h"
+
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+#include "platform/safe_file.h"
+#include "screen/observer.h"
+#include "screen/screen.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char RecordTitle[] = "Record Script";
+constexpr char ScriptFilter[] = "*.drive";
+constexpr char CannotWrite[] = "The script could not be written: ";
+
+struct Recorder {
+  bool on = false;
+  std::vector<std::string> queued;  // answers within the action under way: the script gives them first
+  std::vector<std::string> lines;
+  std::string path;
+};
+
+Recorder& TheRecorder() {
+  static Recorder recorder;
+  return recorder;
+}
+
+/// The view that a line sets: "view GRAPH x "; empty for any other line.
+std::string_view ViewSet(std::string_view line) {
+  if (!line.starts_with("view ") || line.ends_with(" all")) return {};
+  const std::size_t graphEnd = line.find(' ', sizeof("view ") - 1);
+  return line.substr(0, graphEnd + sizeof(" x"));
+}
+
+/// Takes out the view that `line` replaces: a pan or a turn of the wheel leaves many, of which the last
+/// counts.
+void DropFormerView(std::vector<std::string>& lines, const std::string& line) {
+  const std::string_view view = ViewSet(line);
+  if (view.empty()) return;
+  for (auto former = lines.rbegin(); former != lines.rend() && !ViewSet(*former).empty(); ++former) {
+    if (ViewSet(*former) != view) continue;
+    lines.erase(std::next(former).base());
+    return;
+  }
+}
+
+void Keep(const std::string& line) {
+  Recorder& recorder = TheRecorder();
+  std::vector<std::string> queued = std::exchange(recorder.queued, {});
+  if (!recorder.on || line == "press FxnRecord" || line == "press FxnStopRecording") return;
+  recorder.lines.insert(recorder.lines.end(), queued.begin(), queued.end());
+  DropFormerView(recorder.lines, line);
+  recorder.lines.push_back(line);
+}
+
+void FxnRecord() {
+  const auto path = FileSelectPopup({.title = RecordTitle, .filter = ScriptFilter, .save = true});
+  if (!path) return;
+  TheRecorder().path = *path;
+  StartRecording();
+}
+
+void FxnStopRecording() {
+  if (!IsRecording()) return;
+  std::string script = "# A recorded session. Run it with: zelvane-cli drive THIS-FILE\n";
+  for (const std::string& line : StopRecording()) script += line + '\n';
+  const std::string& path = TheRecorder().path;
+  if (!ReplaceFile(path, script)) MessagePopup(FileErrorTitle, CannotWrite + path);
+}
+
+// clang-format off
+constexpr MenuDecl RecorderMenu[] = {
+    {"Tools/Record...",       "FxnRecord",        FxnRecord},
+    {"Tools/Stop recording",  "FxnStopRecording", FxnStopRecording},
+};
+// clang-format on
+
+}  // namespace
+
+void WatchForRecorder() {
+  TheRecorder() = Recorder{};
+  AddUserObserver({nullptr, Keep, [](const std::string& line) { TheRecorder().queued.push_back(line); }});
+}
+
+void AddRecorderMenu() {
+  AddMenu(RecorderMenu);
+}
+
+void StartRecording() {
+  TheRecorder().lines.clear();
+  TheRecorder().queued.clear();
+  TheRecorder().on = true;
+}
+
+std::vector<std::string> StopRecording() {
+  TheRecorder().on = false;
+  return std::exchange(TheRecorder().lines, {});
+}
+
+bool IsRecording() {
+  return TheRecorder().on;
+}
+
+}  // namespace zelvane

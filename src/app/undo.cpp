@@ -1,0 +1,232 @@
+#include "app/undo.h"
+
+#include <algorithm>
+#include <cstring>
+#include <deque>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "analysis/analysis_panel.h"
+#include "analysis/analysis_store.h"
+#include "model/constraints_store.h"
+#include "model/model_panels.h"
+#include "model/model_store.h"
+#include "parameters/fit_store.h"
+#include "run/run_panel.h"
+#include "screen/fields.h"
+#include "screen/observer.h"
+#include "screen/screen.h"
+#include "stimulus/stimulus.h"
+#include "trace/trace_events.h"
+
+namespace zelvane {
+namespace {
+
+/// Fields that are results or working values of a run and no settings.
+constexpr std::string_view NotSettings[] = {
+    "RateMatrix[][]", "TableStateOn[]", "ResultKind", "KeptSteps", "IntegrationOffset", "ReductionCount",
+    "StopRequested", "StateClass[]", "EffectiveChannels", "TraceValid", "TraceParsed", "RsCorrected",
+    "EpisodeCount", "EpisodeIndex", "TraceFileName", "RecordPoints", "ResultsFileName", "FitActive",
+    "StimFromFile", "ViewedPoints", "TraceUnits", "RcFiltered", "EquilibriumOccupancy[]",
+    // counts of lists that are no settings themselves
+    "NumOpenTimes", "NumClosedTimes", "NumRawOpenTimes", "NumClassOpenTimes[]", "NumLatencies",
+    "NumIdealEvents", "SegmentCounter", "OpenStateExits", "MonitoredChannels", "LastDwellKind",
+    "OpenListSelector",
+    // what a read leaves beside the samples
+    "TraceIsText", "SweepSamples", "TotalSamples", "RecordedChannels", "RecordedChannel", "OperationMode",
+    "FinalGain", "AdcResolution", "AdcRange", "ParseRequested", "ParseSkip", "ParseCount", "ParseStart",
+    "ParseStartTime", "ParseInterval", "ParseDuration", "ParseMaxPoints", "ParseResult", "ParseLength",
+    "RecordedSignal", "IntervalLine", "TypedInterval", "ScaleFactor", "RcFiltered",
+    // measures
+    "Baseline", "BaselineVar", "PeakValue", "PeakPos", "RiseTime", "RisePoints", "RiseStartPos", "RiseEndPos",
+    "RiseSlope", "DecayTime", "FracWidth", "LatencyRise", "LatencyPeak", "Integral", "Coastline", "TableRow",
+    "MeasuresFileName", "MeasuresFileOpen", "MeasuresCount", "StopAnalysis", "FitAmp1", "FitTau1", "FitAmp2",
+    "FitTau2", "FitOffset", "FitGoodness"};
+
+/// Fields that the simulation of subunits forces; they are dimmed meanwhile, and what a run puts into them is
+/// no edit of the user's.
+constexpr std::string_view ForcedBySubunits[] = {"StartAtEquilibrium", "NumRuns",     "NumIntervals",
+                                                 "ReseedSimulation",   "AutoAnalyze", "ShowAllTraces"};
+
+template <std::size_t Count>
+bool Among(const std::string_view (&names)[Count], std::string_view name) {
+  return std::find(std::begin(names), std::end(names), name) != std::end(names);
+}
+
+/// Arrays with more elements than this hold samples, not settings.
+constexpr int MaxSettingElements = 4096;
+
+bool IsSetting(const Field& field) {
+  for (int k = 0; k < field.rank; ++k) {
+    if (field.index[static_cast<std::size_t>(k)].last > MaxSettingElements) return false;
+  }
+  return !Among(NotSettings, field.name);
+}
+
+/// Calls `visit` with the address of every element of a field.
+template <typename Visit>
+void ForEachElement(const Field& field, std::byte* address, int depth, Visit&& visit) {
+  if (depth == field.rank) {
+    visit(address);
+    return;
+  }
+  const FieldIndex& index = field.index[static_cast<std::size_t>(depth)];
+  for (int i = index.first; i <= index.last; ++i)
+    ForEachElement(field, address + index.step * i, depth + 1, visit);
+}
+
+std::size_t SizeOf(FieldType type) {
+  return type == FieldType::Double ? sizeof(double) : sizeof(float);
+}
+
+/// All settings at one moment.
+struct Settings {
+  std::vector<std::byte> numbers;
+  std::vector<std::string> texts;
+  std::vector<std::size_t> forced;  // bytes among the numbers that subunits force
+};
+
+/// Whether the user sees any difference.
+bool Same(Settings a, Settings b) {
+  if (a.numbers.size() != b.numbers.size() || a.texts != b.texts) return false;
+  if (Model.MultiSubunit != 0) {
+    for (const std::size_t at : a.forced) a.numbers[at] = b.numbers[at];
+  }
+  return a.numbers == b.numbers;
+}
+
+Settings CopySettings() {
+  Settings copy;
+  for (const auto& [name, field] : AllFields()) {
+    if (!IsSetting(field)) continue;
+    const bool forced = Among(ForcedBySubunits, field.name);
+    ForEachElement(field, field.base, 0, [&, type = field.type](std::byte* address) {
+      if (type == FieldType::Text) {
+        copy.texts.push_back(*reinterpret_cast<std::string*>(address));
+      } else {
+        for (std::size_t i = 0; forced && i < SizeOf(type); ++i)
+          copy.forced.push_back(copy.numbers.size() + i);
+        copy.numbers.insert(copy.numbers.end(), address, address + SizeOf(type));
+      }
+    });
+  }
+  return copy;
+}
+
+void RestoreSettings(const Settings& copy) {
+  std::size_t number = 0;
+  std::size_t text = 0;
+  for (const auto& [name, field] : AllFields()) {
+    if (!IsSetting(field)) continue;
+    ForEachElement(field, field.base, 0, [&, type = field.type](std::byte* address) {
+      if (type == FieldType::Text) {
+        *reinterpret_cast<std::string*>(address) = copy.texts[text++];
+      } else {
+        std::memcpy(address, copy.numbers.data() + number, SizeOf(type));
+        number += SizeOf(type);
+      }
+    });
+  }
+  WriteAllControls();
+  RefreshModelPanels();
+  RefreshLinks();
+  WriteRunParameters();
+  StimPanelRefresh();
+  StimRebuild();
+  StimPlot();
+  WriteAnalysisPanel();
+}
+
+/// Puts the present value of a field that is one number into a copy.
+void Refresh(Settings& copy, std::string_view name) {
+  std::size_t at = 0;
+  for (const auto& [fieldName, field] : AllFields()) {
+    if (!IsSetting(field) || field.type == FieldType::Text) continue;
+    if (fieldName == name) std::memcpy(copy.numbers.data() + at, field.base, SizeOf(field.type));
+    ForEachElement(field, field.base, 0, [&, type = field.type](std::byte*) { at += SizeOf(type); });
+  }
+}
+
+struct UndoState {
+  Settings before;              // as the action under way found them
+  std::deque<Settings> undone;  // newest at the back
+  std::deque<Settings> redone;
+  bool restoring = false;
+};
+
+UndoState& State() {
+  static UndoState state;
+  return state;
+}
+
+void KeepIfChanged() {
+  UndoState& state = State();
+  if (state.restoring) {
+    state.restoring = false;
+    return;
+  }
+  const Settings before = std::exchange(state.before, Settings{});
+  if (before.numbers.empty() || Same(before, CopySettings())) return;
+  state.undone.push_back(before);
+  if (state.undone.size() > MaxUndoSteps) state.undone.pop_front();
+  state.redone.clear();
+}
+
+/// Goes from one pile to the other. The menu press that runs this is no edit itself.
+void Step(std::deque<Settings>& from, std::deque<Settings>& to) {
+  State().restoring = true;
+  if (from.empty()) return;
+  to.push_back(CopySettings());
+  RestoreSettings(from.back());
+  from.pop_back();
+}
+
+// clang-format off
+constexpr MenuDecl UndoMenu[] = {
+    {"Edit/Undo", "FxnUndo", Undo, "Ctrl+Z"},
+    {"Edit/Redo", "FxnRedo", Redo, "Ctrl+Shift+Z"},
+};
+// clang-format on
+
+}  // namespace
+
+void StartUndo() {
+  State() = UndoState{};
+  AddUserObserver(
+      {[] { State().before = CopySettings(); }, [](const std::string&) { KeepIfChanged(); }, nullptr});
+}
+
+void AddUndoMenu() {
+  AddMenu(UndoMenu);
+  LengthGiven.Add(TakeLengthAsGiven);
+}
+
+void TakeLengthAsGiven() {
+  UndoState& state = State();
+  const auto refresh = [](Settings& copy) {
+    if (copy.numbers.empty()) return;
+    for (const std::string_view name : {"NumPoints", "ADInterval", "NumRuns"}) Refresh(copy, name);
+  };
+  refresh(state.before);
+  for (Settings& copy : state.undone) refresh(copy);
+  for (Settings& copy : state.redone) refresh(copy);
+}
+
+void Undo() {
+  Step(State().undone, State().redone);
+}
+
+void Redo() {
+  Step(State().redone, State().undone);
+}
+
+bool CanUndo() {
+  return !State().undone.empty();
+}
+
+bool CanRedo() {
+  return !State().redone.empty();
+}
+
+}  // namespace zelvane

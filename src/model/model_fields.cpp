@@ -1,0 +1,108 @@
+#include "model/model_fields.h"
+
+#include "model/constraints_store.h"
+#include "model/model_store.h"
+#include "screen/fields.h"
+
+namespace zelvane {
+namespace {
+
+/// A dependence cube offered from drug 1, state 1.
+Field DrugField(const char* name, DependenceTables& tables) {
+  return CubeField(name, tables.Drug);
+}
+
+void RegisterScheme() {
+  RegisterFields({
+      ArrayField("KOn[]", Model.KOn),
+      ArrayField("KOff[]", Model.KOff),
+      ArrayField("StateOn[]", Model.StateOn),
+      ArrayField("StateLabel[]", Model.StateLabel, 1, StateLabelBytes),
+      DrugField("DrugDepend[][][]", Model.Depend),
+      TableField("VoltDepend[][]", Model.Depend.Volt),
+      TableField("VoltSteepness[][]", Model.Depend.Steepness),
+      TableField("VoltRange[][]", Model.Depend.Range),
+      TableField("TableRate[][]", Model.TableRate),
+      DrugField("TableDrugDepend[][][]", Model.TableDepend),
+      TableField("TableVoltDepend[][]", Model.TableDepend.Volt),
+      TableField("TableVoltSteepness[][]", Model.TableDepend.Steepness),
+      TableField("TableVoltRange[][]", Model.TableDepend.Range),
+      ArrayField("TableStateOn[]", Model.TableStateOn),
+      ArrayField("TableStateLabel[]", Model.TableStateLabel, 1, StateLabelBytes),
+      TableField("RateMatrix[][]", Model.RateMatrix),
+      ArrayField("StateMonitored[]", Model.StateMonitored),
+      ArrayField("StateConductance[]", Model.StateConductance, 0),
+      ArrayField("StartOccupancy[]", Model.StartOccupancy),
+      ArrayField("DrugLabel[]", Model.DrugLabel, 1, DrugLabelBytes),
+  });
+}
+
+void RegisterRunSettings() {
+  RegisterFields({
+      ScalarField("ModelIs2D", Model.ModelIs2D),
+      ScalarField("SimulatorKind", Model.SimulatorKind),
+      ScalarField("NumPoints", Model.NumPoints),
+      ScalarField("ADInterval", Model.ADInterval),
+      ScalarField("NumRuns", Model.NumRuns),
+      ScalarField("NumIntervals", Model.NumIntervals),
+      ScalarField("NumChannels", Model.NumChannels),
+      ScalarField("ChannelsGaussian", Model.ChannelsGaussian),
+      ScalarField("ChannelsSTD", Model.ChannelsSTD),
+      ScalarField("MultiSubunit", Model.MultiSubunit),
+      ScalarField("OpenState", Model.OpenState),
+      ScalarField("StartState", Model.StartState),
+      ScalarField("ReseedSimulation", Model.ReseedSimulation),
+      ScalarField("StartAtEquilibrium", Model.StartAtEquilibrium),
+      ScalarField("FitStartAtEquilibrium", Model.FitStartAtEquilibrium),
+      ScalarField("DisplayUnits", Model.DisplayUnits),
+      ScalarField("ShowAllTraces", Model.ShowAllTraces),
+      ScalarField("AutoAnalyze", Model.AutoAnalyze),
+      ScalarField("Autosave", Model.Autosave),
+      ScalarField("AutosaveFormat", Model.AutosaveFormat),
+      ScalarField("AutoFilter", Model.AutoFilter),
+      ScalarField("AutoFilterFc", Model.AutoFilterFc),
+      ScalarField("AutoNoise", Model.AutoNoise),
+      ScalarField("AutoNoiseSTD", Model.AutoNoiseSTD),
+      ScalarField("VHold", Model.VHold),
+      ScalarField("VRev", Model.VRev),
+      ScalarField("Valence", Model.Valence),
+      ScalarField("Temperature", Model.Temperature),
+      ScalarField("MaxStepSize", Model.MaxStepSize),
+      ScalarField("Precision", Model.Precision),
+      ScalarField("ModelTitle", Model.ModelTitle, TitleBytes),
+      ScalarField("ModelFileName", Model.ModelFileName),
+      ScalarField("FitActive", Model.FitActive),
+  });
+}
+
+void RegisterConstraints() {
+  Field loopState{"LoopConstraint[].state[]",
+                  FieldType::Int,
+                  reinterpret_cast<std::byte*>(Constraints.Loop[0].State.data()),
+                  2,
+                  {{{1, MaxLoopConstraints, sizeof(LoopConstraint)}, {1, MaxLoopStates, sizeof(int)}}},
+                  0};
+  RegisterFields({
+      RowField("RateConstraint[].enabled", Constraints.Rate, &RateConstraint::Enabled),
+      RowField("RateConstraint[].targetFrom", Constraints.Rate, &RateConstraint::TargetFrom),
+      RowField("RateConstraint[].targetTo", Constraints.Rate, &RateConstraint::TargetTo),
+      RowField("RateConstraint[].sourceFrom", Constraints.Rate, &RateConstraint::SourceFrom),
+      RowField("RateConstraint[].sourceTo", Constraints.Rate, &RateConstraint::SourceTo),
+      RowField("RateConstraint[].operation", Constraints.Rate, &RateConstraint::Operation),
+      RowField("RateConstraint[].value", Constraints.Rate, &RateConstraint::Value),
+      RowField("LoopConstraint[].enabled", Constraints.Loop, &LoopConstraint::Enabled),
+      loopState,
+      RowField("LoopConstraint[].rateFrom", Constraints.Loop, &LoopConstraint::RateFrom),
+      RowField("LoopConstraint[].rateTo", Constraints.Loop, &LoopConstraint::RateTo),
+  });
+}
+
+}  // namespace
+
+void RegisterModelFields() {
+  RegisterScheme();
+  RegisterRunSettings();
+  RegisterConstraints();
+}
+
+}  // namespace zelvane

@@ -1,0 +1,212 @@
+#include "model/model_text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <type_traits>
+
+#include "formats/line_scanner.h"
+#include "model/model.h"
+#include "model/model_rows.h"
+
+namespace zelvane {
+namespace {
+
+/// First words of the formats, oldest first. Three characters count.
+constexpr std::array<std::string_view, NewestFileVersion> Magics{"MOD", "2ZV", "3ZV", "4ZV"};
+constexpr std::size_t MagicBytes = 3;
+constexpr std::size_t MagicWordBytes = 4;
+
+/// A text as it may stand on a line: up to its first line break or NUL, at most `bytes` - 1 bytes, and never
+/// ending inside a UTF-8 character that was whole before.
+std::string_view OneLine(std::string_view text, int bytes) {
+  constexpr std::string_view Breaks("\r\n\0", 3);
+  text = text.substr(0, text.find_first_of(Breaks));
+  std::size_t size = std::min(text.size(), static_cast<std::size_t>(bytes - 1));
+  const auto topBits = [text](std::size_t i) { return static_cast<unsigned char>(text[i]) & 0xC0U; };
+  if (size < text.size() && topBits(size) == 0x80U) {
+    std::size_t start = size;
+    while (start > 0 && topBits(start) == 0x80U) --start;
+    if (topBits(start) == 0xC0U && size - start < 4) size = start;
+  }
+  return text.substr(0, size);
+}
+
+// -- Reading --
+
+double Checked(const CellRule& rule, double value) {
+  if (rule.absolute && value < 0.0) value = -value;
+  if (value < rule.least || (rule.leastIsBelow && value == rule.least)) return rule.belowBecomes;
+  if (value > rule.most) return rule.aboveBecomes;
+  return value;
+}
+
+struct Reader final : ModelFileVisitor {
+  std::string_view rest;
+  bool onLastLine = false;
+
+  void Header(std::string_view) override { NextLine(rest); }
+
+  void NumberedHeader(int number, std::string_view) override {
+    while (const auto line = NextLine(rest)) {
+      std::string_view at = line->text;
+      int scanned = 0;
+      if (ScanNumber(at, scanned) == Scan::Taken && scanned == number) return;
+    }
+  }
+
+  void Text(std::string& field, int bytes, std::string* follower) override {
+    const auto line = NextLine(rest);
+    if (!line || !(line->ended || onLastLine)) return;
+    field = OneLine(line->text, bytes);
+    if (follower != nullptr) *follower = field;
+  }
+
+  void Numbers(std::span<const Cell> cells, bool) override {
+    auto line = NextLine(rest);
+    if (!line) return;
+    line->ended = line->ended || onLastLine;
+    bool holdsMore = true;
+    for (const Cell& cell : cells) {
+      holdsMore = std::visit([&](auto field) { return ReadCell(*line, holdsMore, cell, field); }, cell.field);
+    }
+  }
+
+  void Reserved(int lines, std::string_view) override {
+    for (int i = 0; i < lines; ++i) NextLine(rest);
+  }
+
+  void LastLine() override { onLastLine = true; }
+
+ private:
+  /// Reads one number off the line. False when the line holds no more.
+  template <typename T>
+  static bool ReadCell(TextLine& line, bool holdsMore, const Cell& cell, T field) {
+    using Number = std::remove_pointer_t<T>;
+    Number value{};
+    Scan scan = holdsMore ? ScanNumber(line.text, value) : Scan::Missing;
+    // Digits may be lost where the file stops.
+    if (line.text.empty() && !line.ended) scan = Scan::Missing;
+    if constexpr (std::is_pointer_v<T>) {
+      if (scan == Scan::Taken) {
+        *field = static_cast<Number>(Checked(*cell.rule, static_cast<double>(value)));
+        if (cell.rule->insteadOfZero != nullptr && *field == 0)
+          *field = static_cast<Number>(*cell.rule->insteadOfZero);
+      }
+      if (scan == Scan::Missing && cell.rule->missing && line.ended)
+        *field = static_cast<Number>(*cell.rule->missing);
+    }
+    return scan != Scan::Missing;
+  }
+};
+
+/// The format that the head of a file names, 0 for none. Takes the word and what follows it on its line.
+int TakeMagic(std::string_view& rest) {
+  const std::string_view word = FirstWord(rest, MagicWordBytes);
+  const auto found = std::find(Magics.begin(), Magics.end(), word.substr(0, MagicBytes));
+  if (found == Magics.end()) return 0;
+  NextLine(rest);
+  return static_cast<int>(found - Magics.begin()) + 1;
+}
+
+// -- Writing --
+
+/// What a line's fractional numbers look like: by their cell, or with all their digits where that would be
+/// too long.
+enum class Digits { ByForm, All };
+
+struct Writer final : ModelFileVisitor {
+  std::string text;
+
+  void Header(std::string_view header) override {
+    text += header;
+    text += '\n';
+  }
+
+  void NumberedHeader(int number, std::string_view header) override {
+    AppendInt(number);
+    text += ' ';
+    Header(header);
+  }
+
+  void Text(std::string& field, int bytes, std::string*) override { Header(OneLine(field, bytes)); }
+
+  void Numbers(std::span<const Cell> cells, bool blankAtEnd) override {
+    const std::size_t start = text.size();
+    AppendCells(cells, blankAtEnd, Digits::ByForm);
+    if (text.size() - start > MaxLineBytes) {
+      text.resize(start);
+      AppendCells(cells, blankAtEnd, Digits::All);
+    }
+    text += '\n';
+  }
+
+  void Reserved(int lines, std::string_view line) override {
+    for (int i = 0; i < lines; ++i) Header(line);
+  }
+
+  void LastLine() override {}
+
+ private:
+  void AppendCells(std::span<const Cell> cells, bool blankAtEnd, Digits digits) {
+    for (const Cell& cell : cells) {
+      std::visit([&](auto field) { AppendCell(cell.rule->form, field, digits); }, cell.field);
+      text += ' ';
+    }
+    if (!blankAtEnd) text.pop_back();
+  }
+
+  template <typename T>
+  void AppendCell(NumberForm form, T field, Digits digits) {
+    if constexpr (std::is_same_v<T, int>) {
+      AppendInt(field);
+    } else if constexpr (std::is_same_v<T, int*>) {
+      AppendInt(*field);
+    } else {
+      AppendReal(form, *field, digits);
+    }
+  }
+
+  void AppendInt(int value) {
+    std::array<char, 16> buffer;
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    text.append(buffer.data(), result.ptr);
+  }
+
+  /// As printf's %f, %e and %.4e would in the C locale.
+  template <typename Real>
+  void AppendReal(NumberForm form, Real value, Digits digits) {
+    // The longest is the largest double in plain decimals: 309 digits, sign, point and six decimals.
+    std::array<char, 320> buffer;
+    constexpr int AllDigits = std::is_same_v<Real, float> ? 8 : 16;  // after the first one
+    const bool plain = form == NumberForm::Plain && digits == Digits::ByForm;
+    const int decimals = digits == Digits::All ? AllDigits : form == NumberForm::ShortExponent ? 4 : 6;
+    const auto result =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                      plain ? std::chars_format::fixed : std::chars_format::scientific, decimals);
+    text.append(buffer.data(), result.ptr);
+  }
+};
+
+}  // namespace
+
+bool ReadModelText(std::string_view text) {
+  Reader reader;
+  reader.rest = text;
+  const int version = TakeMagic(reader.rest);
+  if (version == 0) return false;
+  WalkModelFile(version, reader);
+  UpdateTableStates();
+  return true;
+}
+
+std::string ModelText() {
+  Writer writer;
+  constexpr std::size_t UsualBytes = 64 * 1024;
+  writer.text.reserve(UsualBytes);
+  writer.Header(Magics.back());
+  WalkModelFile(NewestFileVersion, writer);
+  return std::move(writer.text);
+}
+
+}  // namespace zelvane

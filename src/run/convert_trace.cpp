@@ -1,0 +1,79 @@
+// From occupancies to the displayed trace.
+#include <algorithm>
+#include <cstddef>
+#include <span>
+
+#include "model/model_store.h"
+#include "platform/zero_pages.h"
+#include "run/active_scheme.h"
+#include "run/result_store.h"
+#include "run/run.h"
+#include "run/run_panel.h"
+#include "run/saved_steps.h"
+#include "screen/popups.h"
+#include "stimulus/gaussian_filter.h"
+#include "stimulus/stimulus_store.h"
+#include "trace/program_random.h"
+#include "trace/trace.h"
+#include "trace/trace_events.h"
+#include "trace/trace_store.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char ParsedText[] = "Cannot refresh since data has been parsed (resampled).";
+constexpr char RecordingText[] = "Cannot refresh since the data was read from a file.";
+constexpr char RemovesCorrection[] = "Refreshing will remove RsCm correction. Do you want to continue?";
+
+void AddNoise(std::span<float> trace) {
+  for (float& sample : trace) sample += Model.AutoNoiseSTD * GaussianNoise(ProgramRandom);
+}
+
+}  // namespace
+
+void ClearOccupancy(int points) {
+  for (std::size_t s = 1; s <= MaxStates; ++s) {
+    ClearUsed(Result.Occupancy[s], Result.OccupancyUsed[s], points + 1);
+  }
+}
+
+bool ConvertTrace(bool erase) {
+  if (Model.FitActive == 0) ReadRunParameters();
+  if (!RunHasLength()) return false;
+  Trace.TraceUnits = Model.DisplayUnits;
+  TellTraceChanges();
+  ClearSamples(Trace.SimTraceUsed);
+  const int samples = std::clamp(Model.NumPoints, 0, MaxStimPoints);
+  const std::span<float> trace = Trace.SimTrace.first(static_cast<std::size_t>(samples));
+  Trace.SimTraceUsed = samples;
+  if (Result.ResultKind == ResultSavedSteps) {
+    SavedStepsToTrace();
+  } else {
+    AddMonitoredStates(ActiveConversion(), Result.Occupancy, Result.OccupancyUsed, trace);
+  }
+  if (Model.AutoNoise != 0) AddNoise(trace);
+  if (Model.AutoFilter != 0) GaussianFilter(trace, Model.AutoFilterFc);
+  TraceToPlot.Tell(erase);
+  return true;
+}
+
+void RefreshTrace() {
+  if (Trace.TraceParsed != 0) {
+    MessagePopup(WarningTitle, ParsedText);
+    return;
+  }
+  if (Trace.TraceFromFile != 0) {  // the occupancies belong to a former run
+    MessagePopup(WarningTitle, RecordingText);
+    return;
+  }
+  if (Model.MultiSubunit != 0 && Result.ResultKind == ResultMonteCarlo) {
+    TraceToPlot.Tell(true);  // occupancies hold the last subunit alone
+    return;
+  }
+  if (Trace.RsCorrected != 0 && !ConfirmPopup(WarningTitle, RemovesCorrection)) return;
+  if (!ConvertTrace(true)) return;
+  Trace.RsCorrected = 0;
+  Trace.RcFiltered = 0;
+}
+
+}  // namespace zelvane

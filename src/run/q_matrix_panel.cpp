@@ -1,0 +1,142 @@
+#include "run/q_matrix_panel.h"
+
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "model/model_panels.h"
+#include "model/model_store.h"
+#include "run/q_matrix_analysis.h"
+#include "run/result_store.h"
+#include "screen/screen.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char PanelName[] = "QMatrixPanel";
+constexpr char MatrixBox[] = "QMatrixText";
+constexpr char ResultsBox[] = "QResultsText";
+
+bool OnScreen() {
+  return FindPanel(PanelName) != nullptr;
+}
+
+void ShowMatrix(const QMatrix& matrix) {
+  TextBox& box = TextBoxNamed(MatrixBox);
+  ClearLines(box);
+  InsertLine(box, "Q=");
+  for (std::size_t i = 0; i < matrix.rates.rows; ++i) {
+    std::string line;
+    for (std::size_t j = 0; j < matrix.rates.columns; ++j) {
+      line += FormatText("%.1e    ", static_cast<double>(matrix.rates(i, j)));
+    }
+    InsertLine(box, line);
+  }
+  InsertLine(box, "");
+}
+
+void ShowResults(const QMatrixSolution& solution) {
+  TextBox& box = TextBoxNamed(ResultsBox);
+  ClearLines(box);
+  InsertLine(box, "Relaxation time constants");
+  for (const RelaxationTime& time : solution.relaxation) {
+    InsertLine(box, FormatText("    Tau(%d)=%f ms", time.eigenvalue, static_cast<double>(time.ms)));
+  }
+  InsertLine(box, "");
+  InsertLine(box, "Equilibrium Probabilities");
+  const std::vector<double>& occupancy = solution.equilibrium.occupancy;
+  for (std::size_t k = 0; k < occupancy.size(); ++k) {
+    InsertLine(box, FormatText("    %.2e State %d probability  ", occupancy[k], solution.matrix.states[k]));
+  }
+  InsertLine(box, "");
+  InsertLine(box, "");
+}
+
+/// Time of a point, in floats as StimulusPointAt divides them: where the product is rounded so that the
+/// quotient falls short of the point, the next float stands for it.
+float TimeOf(int point) {
+  const auto points = static_cast<float>(point);
+  const float timeMs = Model.ADInterval * points;
+  return timeMs / Model.ADInterval < points ? std::nextafter(timeMs, std::numeric_limits<float>::max())
+                                            : timeMs;
+}
+
+// -- Callbacks --
+
+void SolveAtRest() {
+  QMatrixAnalysis(true, RestingPoint);
+}
+
+void FxnQMatrix(const ControlEvent& /*event*/) {
+  SolveAtRest();
+}
+
+void FxnRecalculateQ(const ControlEvent& /*event*/) {
+  QMatrixAnalysis(true, StimulusPointAt(static_cast<float>(ControlNumber("QMatrixTime"))));
+}
+
+void FxnInsertInitProb(const ControlEvent& /*event*/) {
+  Model.StartOccupancy = Result.EquilibriumOccupancy;
+  WriteStartOccupancy();
+}
+
+void FxnQuitQ(const ControlEvent& /*event*/) {
+  HidePanel(PanelName);
+}
+
+constexpr auto Number = ControlKind::Number;
+constexpr auto Button = ControlKind::Button;
+constexpr auto Readout = ControlKind::Readout;
+
+// clang-format off
+constexpr ControlDecl MainControls[] = {
+    // name              kind     label                      unit  format command              action
+    {"QMatrix",          Button,  "Q matrix",                "",   "",    "FxnQMatrix",        FxnQMatrix,
+     "Solve the Q matrix for all eigen vectors in the absence of any stimulation\nin order to calculate the various "
+     "tau relaxation values."},
+};
+
+constexpr ControlDecl QMatrixControls[] = {
+    {"QMatrixTime",      Number,  "Time",                    "ms", "%g",  "FxnQMatrixTime",    nullptr,
+     "Time in the stimulus for the rates of the matrix."},
+    {"QMatrixPoint",     Readout, "Point",                   "",   "",    "",                  nullptr,
+     "Point of the stimulus for the rates of the matrix."},
+    {"RecalculateQ",     Button,  "Recalculate",             "",   "",    "FxnRecalculateQ",   FxnRecalculateQ,
+     "Recalculate equilibrium probabilities determined from q-matrix using the time entered into panel."},
+    {"InsertInitProb",   Button,  "Use as start",            "",   "",    "FxnInsertInitProb", FxnInsertInitProb,
+     "Use equilibrium probabilities determined from q-matrix as starting conditions."},
+    {"QuitQ",            Button,  "Close",                   "",   "",    "FxnQuitQ",          FxnQuitQ,
+     "Close the panel."},
+};
+
+constexpr MenuDecl QMatrixMenu[] = {{"Model/Q Matrix...", "FxnQMatrix", SolveAtRest, "Ctrl+M"}};
+// clang-format on
+
+}  // namespace
+
+void AddQMatrixPanel() {
+  AddControls("MainPanel", "qmatrix", MainControls);
+  AddPanel({.name = PanelName,
+            .title = "Q matrix",
+            .help = "The rate matrix at a point of the stimulus, its relaxation time constants and the "
+                    "occupancies at equilibrium."});
+  AddControls(PanelName, "qmatrix", QMatrixControls);
+  AddTextBox(PanelName, MatrixBox);
+  AddTextBox(PanelName, ResultsBox);
+  AddMenu(QMatrixMenu);
+}
+
+void ShowQMatrixTime(int point) {
+  if (!OnScreen()) return;
+  ShowNumber("QMatrixTime", static_cast<double>(TimeOf(point)));
+  ShowText("QMatrixPoint", FormatText("%d", point));
+}
+
+void ShowQMatrixReport(const QMatrixSolution& solution) {
+  if (!OnScreen()) return;
+  ShowMatrix(solution.matrix);
+  ShowResults(solution);
+  ShowPanel(PanelName);
+}
+
+}  // namespace zelvane

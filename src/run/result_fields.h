@@ -1,0 +1,9 @@
+// What a run leaves behind, by name.
+#pragma once
+
+namespace zelvane {
+
+/// Adds the fields to the registry. Needs the memory of the large arrays.
+void RegisterResultFields();
+
+}  // namespace zelvane

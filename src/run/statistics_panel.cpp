@@ -1,0 +1,58 @@
+// Event statistics on MainPanel: what the channels of the last Monte Carlo simulation did.
+#include <algorithm>
+#include <cstddef>
+#include <span>
+
+#include "dwells/dwell_store.h"
+#include "run/run_panel.h"
+#include "run/run_panels.h"
+#include "screen/screen.h"
+#include "trace/trace_events.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char MainPanelName[] = "MainPanel";
+constexpr char StatisticsGroup[] = "statistics";
+
+// clang-format off
+constexpr ControlDecl StatisticsControls[] = {
+    // name               kind                  label                    unit  format  command  action
+    {"OpenStateExits",    ControlKind::Readout, "Exits of open state",   "",   "%d",   "",      nullptr,
+     "Number of times that the channels left the open state in the last run."},
+    {"MonitoredChannels", ControlKind::Readout, "Channels that opened",  "",   "%d",   "",      nullptr,
+     "Number of sweeps of channels in the last run that reached a monitored state."},
+    {"OpenTimesText",     ControlKind::Readout, "Open times",            "",   "",     "",      nullptr,
+     "Number and mean of the open times of the last simulation."},
+    {"ClosedTimesText",   ControlKind::Readout, "Closed times",          "",   "",     "",      nullptr,
+     "Number and mean of the closed times between openings of the last simulation."},
+    {"LatenciesText",     ControlKind::Readout, "Latencies",             "",   "",     "",      nullptr,
+     "Number and mean of the times to the first opening of a sweep in the last simulation."},
+};
+// clang-format on
+
+/// "1024, mean 0.512 ms"; an empty list has no mean.
+std::string ListText(std::span<const float> list, float count) {
+  const auto entries = std::min(static_cast<std::size_t>(std::max(count, 0.0F)), list.size());
+  if (entries == 0) return "0";
+  double sum = 0.0;
+  for (const float entry : list.first(entries)) sum += static_cast<double>(entry);
+  return FormatText("%zu, mean %.4g ms", entries, sum / static_cast<double>(entries));
+}
+
+}  // namespace
+
+void AddStatisticsControls() {
+  AddControls(MainPanelName, StatisticsGroup, StatisticsControls);
+  StatisticsChanged.Add(ShowEventStatistics);
+}
+
+void ShowEventStatistics() {
+  ShowNumber("OpenStateExits", Dwell.OpenStateExits);
+  ShowNumber("MonitoredChannels", Dwell.MonitoredChannels);
+  ShowText("OpenTimesText", ListText(Dwell.OpenTimes, Dwell.NumOpenTimes));
+  ShowText("ClosedTimesText", ListText(Dwell.ClosedTimes, Dwell.NumClosedTimes));
+  ShowText("LatenciesText", ListText(Dwell.Latencies, Dwell.NumLatencies));
+}
+
+}  // namespace zelvane

@@ -1,0 +1,100 @@
+// The table of the values of a result: time and value of every point, or of every saved step of an adaptive
+// run.
+#include <algorithm>
+#include <cstddef>
+#include <string>
+
+#include "model/model_store.h"
+#include "run/result_store.h"
+#include "run/run_panel.h"
+#include "run/run_panels.h"
+#include "run/saved_steps.h"
+#include "screen/screen.h"
+#include "trace/trace_store.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char PanelName[] = "ValuesTablePanel";
+constexpr char TableName[] = "ValuesTable";
+constexpr MessageTitle SlowTitle{MessageKind::Warning, "! Slow operation"};
+constexpr char SlowText[] = "Creating the table of values may take some time.";
+constexpr char NoResult[] = "There is no result to show in the table. Run a simulation first.";
+
+constexpr int ManyRows = 5100;  // above it the user is told that filling takes time
+
+/// Makes room for `rows` rows of time and value and fills them from `timeOf(row)` and `valueOf(row)`, rows
+/// from 0.
+template <typename TimeOf, typename ValueOf>
+void FillRows(int rows, TimeOf timeOf, ValueOf valueOf) {
+  if (rows > ManyRows) MessagePopup(SlowTitle, SlowText);
+  Table& table = TableNamed(TableName);
+  table.rows = rows;
+  table.cells.clear();
+  table.cells.reserve(2 * static_cast<std::size_t>(rows));
+  for (int row = 0; row < rows; ++row) {
+    table.cells.push_back(FormatText("%.9g", static_cast<double>(timeOf(row))));
+    table.cells.push_back(FormatText("%.9g", static_cast<double>(valueOf(row))));
+  }
+}
+
+void FillFromSavedSteps() {
+  const std::vector<float> values = SavedStepValues();
+  FillRows(
+      static_cast<int>(values.size()), [](int row) { return Result.SavedTime[row + 1]; },
+      [&](int row) { return values[static_cast<std::size_t>(row)]; });
+}
+
+void FillFromTrace() {
+  FillRows(
+      std::clamp(Model.NumPoints, 0, MaxStimPoints),
+      [](int row) { return static_cast<float>(row) * Model.ADInterval; },
+      [](int row) { return Trace.SimTrace[static_cast<std::size_t>(row)]; });
+}
+
+void FxnFillTable(const ControlEvent& /*event*/) {
+  if (Trace.TraceValid == 0) {
+    MessagePopup(WarningTitle, NoResult);
+    return;
+  }
+  if (Result.ResultKind == ResultSavedSteps) {
+    FillFromSavedSteps();
+  } else {
+    FillFromTrace();
+  }
+  ShowPanel(PanelName);  // also tells the front end that the table changed
+}
+
+void FxnValuesDone(const ControlEvent& /*event*/) {
+  HidePanel(PanelName);
+}
+
+void FxnValuesTable() {
+  ShowPanel(PanelName);
+}
+
+// clang-format off
+constexpr ControlDecl ValuesControls[] = {
+    {"FillTable",  ControlKind::Button, "Fill table", "", "", "FxnFillTable",  FxnFillTable,
+     "Fill table to right with values (this may take a few minutes)."},
+    {"ValuesDone", ControlKind::Button, "Done",       "", "", "FxnValuesDone", FxnValuesDone,
+     "Close the table of values."},
+};
+
+constexpr MenuDecl ValuesMenu[] = {{"Run/Table of Values...", "FxnValuesTable", FxnValuesTable}};
+// clang-format on
+
+}  // namespace
+
+void AddValuesTablePanel() {
+  AddPanel({.name = PanelName,
+            .title = "Values",
+            .help = "Time and value of every point of the trace. For an adaptive run, of every saved step."});
+  AddControls(PanelName, "values", ValuesControls);
+  Table& table = AddTable(PanelName, TableName, 0, 2);
+  table.columnTitles = {"Time (ms)", "Value"};
+  table.help = "Time (ms) and value of the last result.";
+  AddMenu(ValuesMenu);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,251 @@
+// ABF files made from a template, which stands beside the program: all that it says stays, but for the few
+// fields that tell of the trace.
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <ctime>
+#include <filesystem>
+#include <limits>
+#include <optional>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "formats/abf/abf.h"
+#include "formats/abf/byte_source.h"
+#include "formats/input_file.h"
+#include "model/model_events.h"
+#include "model/model_store.h"
+#include "platform/folders.h"
+#include "screen/popups.h"
+#include "screen/save_file.h"
+#include "trace/abf_stamp.h"
+#include "trace/trace_store.h"
+#include "trace/trace_write.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char TemplateName[] = "SAMPLABF.DAT";
+constexpr int TemplateEpisodes = 10;
+// The last version whose header ends at byte 2048. Others expect 6144 bytes, where the samples are already.
+constexpr double ShortHeaderVersion = 1.5;
+
+constexpr char LegacyCreator[] = "Zelvane v2.0";
+constexpr char AutosaveCreator[] = "Zelvane v1.0";
+constexpr std::size_t CreatorBytes = 16;
+
+constexpr char NotAppendable[] =
+    " is no ABF file that runs can be appended to. Choose another name, or one that autosave has made.";
+constexpr char FileIsFull[] = " holds as many samples as an ABF file can count.";
+
+// -- Fields of a header of version 1 --
+constexpr std::size_t ModeAt = 8;              // int16
+constexpr std::size_t SamplesAt = 10;          // int32
+constexpr std::size_t EpisodesAt = 16;         // int32
+constexpr std::size_t DateAt = 20;             // int32
+constexpr std::size_t TimeAt = 24;             // int32
+constexpr std::size_t DataBlockAt = 40;        // int32, blocks of 512 bytes
+constexpr std::size_t SectionsAt = 44;         // blocks and lengths of tags, synch array and others, to 99
+constexpr std::size_t FormatAt = 100;          // int16
+constexpr std::size_t IntervalAt = 122;        // float, us
+constexpr std::size_t EpisodeSamplesAt = 138;  // int32
+constexpr std::size_t AveragingAt = 266;       // int16
+constexpr std::size_t AutoGainAt = 268;        // float
+constexpr std::size_t AutoFilterAt = 272;      // float, Hz
+constexpr std::size_t AutoLevelAt = 276;       // float
+constexpr std::size_t CreatorAt = 294;
+
+constexpr std::int64_t BlockBytes = 512;
+constexpr std::int64_t DataBlock = AbfTemplateLength / BlockBytes;
+
+template <typename Number>
+void Put(AbfTemplate& header, std::size_t offset, Number value) {
+  PutLittleEndian(header.data() + offset, value);
+}
+
+template <typename Number>
+Number Get(const AbfTemplate& header, std::size_t offset) {
+  return LittleEndian<Number>(header.data() + offset);
+}
+
+bool IsAbf(const AbfTemplate& header) {
+  return std::memcmp(header.data(), "ABF ", 4) == 0;
+}
+
+/// The first bytes of a file; nothing when it has fewer.
+std::optional<AbfTemplate> HeadOf(const std::string& path) {
+  const auto bytes = ReadBytes(path, AbfTemplateLength);
+  if (!bytes || bytes->size() < AbfTemplateLength) return std::nullopt;
+  AbfTemplate header;
+  std::memcpy(header.data(), bytes->data(), AbfTemplateLength);
+  return header;
+}
+
+/// The template beside the program; the built-in one where none stands there.
+AbfTemplate Template() {
+  const auto header = HeadOf(ProgramFile(TemplateName));
+  return header && IsAbf(*header) ? *header : AbfTemplateBytes(TemplateName);
+}
+
+void PutCreator(AbfTemplate& header, std::string_view creator) {
+  std::array<char, CreatorBytes> text{};
+  std::copy(creator.begin(), creator.end(), text.begin());
+  std::memcpy(header.data() + CreatorAt, text.data(), text.size());
+}
+
+/// The fields that both writers set alike.
+void PutTraceFields(AbfTemplate& header, int date, int seconds) {
+  Put(header, DateAt, static_cast<std::int32_t>(date));
+  Put(header, TimeAt, static_cast<std::int32_t>(seconds));
+  Put(header, FormatAt, std::int16_t{AbfFloats});
+  Put(header, IntervalAt, 1000.0F * Model.ADInterval);
+  Put(header, AveragingAt, std::int16_t{0});
+  Put(header, AutoGainAt, 1.0F);
+  Put(header, AutoFilterAt, 10000.0F);
+  Put(header, AutoLevelAt, 0.0F);
+}
+
+std::string_view Text(const AbfTemplate& header) {
+  return {reinterpret_cast<const char*>(header.data()), header.size()};
+}
+
+std::span<const float> Samples() {
+  return Trace.SimTrace.first(static_cast<std::size_t>(std::clamp(Model.NumPoints, 0, MaxStimPoints)));
+}
+
+/// Gives the parts one after the other.
+NextBlock Parts(std::vector<std::string_view> parts) {
+  return [parts = std::move(parts), next = std::size_t{0}]() mutable {
+    while (next < parts.size() && parts[next].empty()) ++next;
+    return next < parts.size() ? parts[next++] : std::string_view{};
+  };
+}
+
+std::string_view BytesOf(std::span<const float> samples) {
+  static_assert(std::endian::native == std::endian::little, "recordings hold numbers as memory does");
+  return {reinterpret_cast<const char*>(samples.data()), samples.size_bytes()};
+}
+
+/// Where the samples end that the header counts.
+std::int64_t EndOfSamples(const AbfTemplate& header) {
+  return Get<std::int32_t>(header, DataBlockAt) * BlockBytes +
+         Get<std::int32_t>(header, SamplesAt) * std::int64_t{sizeof(float)};
+}
+
+/// Whether what may stand behind the samples is of no use: the begin of an episode whose writing was broken
+/// off. Such a file is one of autosave's and tells of no section.
+bool HasOnlySamples(const AbfTemplate& header) {
+  const auto sections = std::span(header).subspan(SectionsAt, FormatAt - SectionsAt);
+  return std::memcmp(header.data() + CreatorAt, AutosaveCreator, sizeof AutosaveCreator) == 0 &&
+         std::all_of(sections.begin(), sections.end(), [](std::byte byte) { return byte == std::byte{0}; });
+}
+
+/// Whether episodes of floats can follow behind those that the file has: it ends where its samples end.
+bool TakesEpisodes(const AbfTemplate& header, std::uintmax_t fileBytes) {
+  if (!IsAbf(header) || Get<std::int16_t>(header, FormatAt) != AbfFloats ||
+      Get<std::int32_t>(header, DataBlockAt) < DataBlock || Get<std::int32_t>(header, SamplesAt) < 0 ||
+      Get<std::int32_t>(header, EpisodesAt) < 0)
+    return false;
+  const auto end = static_cast<std::uintmax_t>(EndOfSamples(header));
+  return fileBytes == end || (fileBytes > end && HasOnlySamples(header));
+}
+
+bool IsEmptyOrMissing(const std::string& path) {
+  std::error_code error;
+  return !std::filesystem::exists(path, error) ||
+         (std::filesystem::is_regular_file(path, error) && std::filesystem::file_size(path, error) == 0);
+}
+
+/// The header of the file before this run: that of the template for a new one. Nothing, told, when the file
+/// takes no run.
+std::optional<AbfTemplate> FormerHeader(const std::string& path, bool isNew) {
+  if (isNew) {
+    AbfTemplate header = Template();
+    for (const std::size_t count : {SamplesAt, EpisodesAt, EpisodeSamplesAt})
+      Put(header, count, std::int32_t{0});
+    return header;
+  }
+  const auto header = HeadOf(path);
+  std::error_code error;
+  if (header && TakesEpisodes(*header, std::filesystem::file_size(path, error))) return header;
+  if (OpenInput(path)) {
+    MessagePopup(ErrorTitle, path + NotAppendable);
+  } else {
+    FileErrorPopup(FileOpenFailed);
+  }
+  return std::nullopt;
+}
+
+/// Counts the run in the header. False, told, when the counts are at their ends.
+bool CountEpisode(AbfTemplate& header, std::size_t samples, const std::string& path) {
+  constexpr std::int64_t Most = std::numeric_limits<std::int32_t>::max();
+  const std::int64_t total = Get<std::int32_t>(header, SamplesAt) + static_cast<std::int64_t>(samples);
+  const std::int64_t episodes = std::int64_t{Get<std::int32_t>(header, EpisodesAt)} + 1;
+  if (total > Most || episodes > Most) {
+    MessagePopup(ErrorTitle, path + FileIsFull);
+    return false;
+  }
+  Put(header, ModeAt, static_cast<std::int16_t>(EpisodicMode));
+  Put(header, SamplesAt, static_cast<std::int32_t>(total));
+  Put(header, EpisodesAt, static_cast<std::int32_t>(episodes));
+  Put(header, EpisodeSamplesAt, static_cast<std::int32_t>(samples));
+  return true;
+}
+
+}  // namespace
+
+AbfStamp StampNow() {
+  const std::time_t now = std::time(nullptr);
+  const std::tm* here = std::localtime(&now);
+  if (here == nullptr) return {};
+  const int day = 100 * (here->tm_mon + 1) + here->tm_mday;
+  return {10000 * (here->tm_year + 1900) + day, 10000 * (here->tm_year % 100) + day,
+          3600 * here->tm_hour + 60 * here->tm_min + here->tm_sec};
+}
+
+AbfTemplate AbfTemplateBytes(std::string_view name) {
+  const bool episodic = name == EpisodicTemplate;
+  if (!episodic && name != GapFreeTemplate && name != TemplateName) return {};
+  AbfHeader header;
+  InitializeHeader(header);
+  header.version = ShortHeaderVersion;
+  header.operationMode = episodic ? EpisodicMode : GapFreeMode;
+  header.episodes = episodic ? TemplateEpisodes : 1;
+  // The legacy file keeps this number: a program that goes by it must not cut the trace into pieces.
+  if (name == TemplateName) header.samplesPerEpisode = MaxStimPoints;
+  header.sampleInterval = 10.0;  // us, as a new model has it
+  return AbfHeaderBytes(header);
+}
+
+Outcome LegacyAbfWrite(const std::string& path) {
+  if (RefuseSourceOfTrace(path)) return Outcome::Refused;
+  RunSettingsWanted.Tell();
+  const AbfStamp stamp = StampNow();
+  const std::span<const float> samples = Samples();
+  AbfTemplate header = Template();
+  Put(header, ModeAt, static_cast<std::int16_t>(GapFreeMode));
+  Put(header, SamplesAt, static_cast<std::int32_t>(samples.size()));
+  PutTraceFields(header, stamp.shortDate, stamp.seconds);
+  PutCreator(header, LegacyCreator);
+  return SaveFile(path, Parts({Text(header), BytesOf(samples)}));
+}
+
+Outcome AutosaveAbfWrite(const std::string& path) {
+  if (RefuseSourceOfTrace(path)) return Outcome::Refused;
+  const bool isNew = IsEmptyOrMissing(path);
+  auto header = FormerHeader(path, isNew);
+  if (!header) return Outcome::Failed;
+  RunSettingsWanted.Tell();
+  const AbfStamp stamp = StampNow();
+  const std::span<const float> samples = Samples();
+  const std::int64_t end = EndOfSamples(*header);
+  if (!CountEpisode(*header, samples.size(), path)) return Outcome::Failed;
+  PutTraceFields(*header, stamp.shortDate, stamp.seconds);
+  PutCreator(*header, AutosaveCreator);
+  return isNew ? SaveFile(path, Parts({Text(*header), BytesOf(samples)}))
+               : ExtendFile(path, Parts({BytesOf(samples)}), Text(*header), end);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,47 @@
+// FileInfoPanel: what is known of the file read last.
+#include "screen/screen.h"
+#include "trace/trace_dialogs.h"
+#include "trace/trace_events.h"
+#include "trace/trace_panels.h"
+#include "trace/trace_store.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char PanelName[] = "FileInfoPanel";
+constexpr char BoxName[] = "FileInfoText";
+
+void FnxCloseFileInfo(const ControlEvent& /*event*/) {
+  HidePanel(PanelName);
+}
+
+// clang-format off
+constexpr ControlDecl InfoControls[] = {
+    {"CloseFileInfo", ControlKind::Button, "Close", "", "", "FnxCloseFileInfo", FnxCloseFileInfo,
+     "Close File Information Panel"},
+};
+// clang-format on
+
+}  // namespace
+
+void AddFileInfoPanel() {
+  AddPanel({.name = PanelName,
+            .title = "File information",
+            .help = "Mode, length, interval, gains and units of the last recording that was read."});
+  AddControls(PanelName, "info", InfoControls);
+  AddTextBox(PanelName, BoxName);
+  RecordingTaken.Add(ShowFileInfo);
+}
+
+void FxnFileInfo() {
+  ShowFileInfo();
+  ShowPanel(PanelName);
+}
+
+void ShowFileInfo() {
+  TextBox& box = TextBoxNamed(BoxName);
+  ClearLines(box);
+  for (const std::string& line : Trace.FileInfo) InsertLine(box, line);
+}
+
+}  // namespace zelvane

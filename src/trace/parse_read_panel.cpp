@@ -1,0 +1,153 @@
+// ParseReadPanel: which samples of a long recording to read. It is modal; its fields act as they are typed.
+#include <array>
+
+#include "model/model_store.h"
+#include "platform/file_names.h"
+#include "screen/screen.h"
+#include "trace/parse_rules.h"
+#include "trace/trace_dialogs.h"
+#include "trace/trace_panels.h"
+#include "trace/trace_readers.h"
+#include "trace/trace_store.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char PanelName[] = "ParseReadPanel";
+constexpr char ParseGroup[] = "parse";
+constexpr char Question[] = "Choose the samples to read.";
+constexpr double MsPerMinute = 60'000.0;
+
+/// The part of the file that will be read, as a bar over its whole length.
+void PlotBar() {
+  const double length = Trace.ParseLength;
+  if (!(length > 0.0)) return;
+  const double begin = Trace.ParseStart;
+  const double span = static_cast<double>(Trace.ParseCount) * Trace.ParseSkip;
+  const std::array<double, 2> x = {begin / length, (begin + span) / length};
+  const std::array<float, 2> y{};
+  Graph& graph = GraphNamed(PanelName);
+  ClearPlots(graph);
+  PlotPoints(graph, PlotStyle::Line, DarkBlue, x, y);
+}
+
+void ShowParse() {
+  WriteControls(PanelName, ParseGroup);
+  const double lengthMs = static_cast<double>(Trace.ParseLength) * static_cast<double>(Model.ADInterval);
+  ShowText("ParseFileName", FileNameOf(Trace.TraceFileName));
+  ShowNumber("ParseFileSamples", Trace.ParseLength);
+  ShowNumber("ParseFileMs", lengthMs);
+  ShowNumber("ParseFileMinutes", lengthMs / MsPerMinute);
+  ShowNumber("ParseMaximum", MaxStimPoints);
+  PlotBar();
+}
+
+/// The command of a field: its value is in the store; what follows from it is worked out and shown.
+template <void (*Rule)()>
+void After(const ControlEvent& /*event*/) {
+  Rule();
+  ShowParse();
+}
+
+void MaxPtsChanged() {}
+
+void ReadAndAccept() {
+  ReadControls(PanelName, ParseGroup);
+  AcceptParse();
+}
+
+constexpr auto FxnNumPtsRead = After<ParseCountChanged>;
+constexpr auto FxnReadTime = After<ParseDurationChanged>;
+constexpr auto FxnReadAt = After<ParseStartChanged>;
+constexpr auto FxnReadATTime = After<ParseStartTimeChanged>;
+constexpr auto FxnParseRead = After<ParseSkipChanged>;
+constexpr auto FxnMaxPtsRead = After<MaxPtsChanged>;
+
+void FxnOKParse(const ControlEvent& /*event*/) {
+  ReadAndAccept();
+  HidePanel(PanelName);
+}
+
+void FxnCancelParse(const ControlEvent& /*event*/) {
+  CancelParse();
+  HidePanel(PanelName);
+}
+
+constexpr auto Number = ControlKind::Number;
+constexpr auto Switch = ControlKind::Switch;
+constexpr auto Button = ControlKind::Button;
+constexpr auto Readout = ControlKind::Readout;
+constexpr bool Acts = true;  // while the read that opened the panel waits
+
+// clang-format off
+constexpr ControlDecl ParseControls[] = {
+    // name             kind     label                unit   format   command           action
+    {"ParseStart",      Number,  "Start at sample",   "",    "%d",   "FxnReadAt",      FxnReadAt,
+     "First sample to read, from 0.", 0, 0, "", 0, Acts},
+    {"ParseStartTime",  Number,  "Start at",          "ms",  "%g",   "FxnReadATTime",  FxnReadATTime,
+     "Time of the first sample to read (in ms).", 0, 0, "", 0, Acts},
+    {"ParseCount",      Number,  "Samples to keep",   "",    "%d",   "FxnNumPtsRead",  FxnNumPtsRead,
+     "Number of samples to keep, at most 5,000,000.", 0, 0, "", 0, Acts},
+    {"ParseDuration",   Number,  "Duration",          "ms",  "%g",   "FxnReadTime",    FxnReadTime,
+     "Length of the samples to keep (in ms).", 0, 0, "", 0, Acts},
+    {"ParseSkip",       Number,  "Keep every n-th",   "",    "%d",   "FxnParseRead",   FxnParseRead,
+     "Keep every n-th sample.", 0, 0, "", 0, Acts},
+    {"ParseMaxPoints",  Switch,  "As many as fit",    "",    "%d",   "FxnMaxPtsRead",  FxnMaxPtsRead,
+     "Always try to read 5,000,000 samples.", 0, 0, "off|on", 0, Acts},
+    {"ParseInterval",   Readout, "Interval kept",     "ms",  "%g",   "", nullptr,
+     "Time between kept samples (in ms)."},
+    {"ADInterval",      Readout, "Interval of file",  "ms",  "%g",   "", nullptr,
+     "Time between the samples of the file (in ms)."},
+};
+
+constexpr ControlDecl FileControls[] = {
+    {"ParseFileName",    Readout, "File",              "",    "",     "", nullptr, "Name of the file."},
+    {"ParseFileSamples", Readout, "Samples in file",   "",    "%.0f", "", nullptr,
+     "Samples of the channel in the file."},
+    {"ParseFileMs",      Readout, "Length of file",    "ms",  "%g",   "", nullptr, "Length of the file (in ms)."},
+    {"ParseFileMinutes", Readout, "In minutes",        "min", "%g",   "", nullptr,
+     "Length of the file (in minutes)."},
+    {"ParseMaximum",     Readout, "Samples at most",   "",    "%.0f", "", nullptr,
+     "Samples that the trace can hold."},
+};
+
+/// The dialog's own buttons stand for these two.
+constexpr ControlDecl EndControls[] = {
+    {"OKParse",     Button, "OK",     "", "", "FxnOKParse",     FxnOKParse,
+     "Read the chosen samples.", 0, 0, "", 0, Acts},
+    {"CancelParse", Button, "Cancel", "", "", "FxnCancelParse", FxnCancelParse,
+     "Read nothing.", 0, 0, "", 0, Acts},
+};
+// clang-format on
+
+}  // namespace
+
+void AddParseReadPanel() {
+  AddPanel({.name = PanelName,
+            .title = "Read part of a recording",
+            .help = "Start, length and step of the samples to read from a long recording. The bar shows "
+                    "their place in the file."});
+  AddControls(PanelName, ParseGroup, ParseControls);
+  AddControls(PanelName, "file", FileControls);
+  AddControls(PanelName, "end", EndControls);
+  SetVisible("OKParse", false);
+  SetVisible("CancelParse", false);
+  Graph& graph = AddGraph(PanelName, PanelName, "Part of the file", "");
+  SetAxisRange(graph, 'x', 0.0, 1.0);
+  SetAxisRange(graph, 'y', -1.0, 1.0);
+}
+
+void AskParse() {
+  if (FindPanel(PanelName) == nullptr) {
+    CancelParse();
+    return;
+  }
+  ShowParse();
+  if (RunModalPanel(PanelName, Question)) {
+    ReadAndAccept();
+  } else {
+    CancelParse();
+  }
+}
+
+}  // namespace zelvane

@@ -1,0 +1,183 @@
+// Commands that read a recording, erase it or step through its episodes, and what MainPanel shows of it.
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "model/model_events.h"
+#include "platform/folders.h"
+#include "platform/start_program.h"
+#include "screen/screen.h"
+#include "stimulus/stimulus.h"
+#include "trace/trace_dialogs.h"
+#include "trace/trace_events.h"
+#include "trace/trace_graph.h"
+#include "trace/trace_panels.h"
+#include "trace/trace_read.h"
+#include "trace/trace_readers.h"
+#include "trace/trace_store.h"
+#include "trace/trace_write.h"
+#include "trace/trace_write_panels.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char MainPanelName[] = "MainPanel";
+constexpr char RecordingGroup[] = "recording";
+constexpr char ReadTitle[] = "Read ASCII, ABF, ATF, or OBF Data File";
+constexpr char ReadDefault[] = "*.abf";
+constexpr char ReadFilter[] = "*.dat;*.atf;*.asc;*.abf;*.ave";
+constexpr char AsciiTitle[] = "Read ASCII Data File";
+constexpr char AsciiDefault[] = "*.asc;*.ATF;*.ave;*.nrm";
+constexpr char AsciiFilter[] = "*.asc";
+constexpr char WaveTitle[] = "Select Axon binary file to read";
+constexpr char WaveFilter[] = "*.abf";
+constexpr char ConversionTool[] = "ABFUtil1.exe";
+constexpr char NoConversionTool[] =
+    "The conversion tool ABFUtil1.exe is not in the program's folder, or cannot be started.";
+
+void ShowRecording() {
+  WriteControls(MainPanelName, RecordingGroup);
+  RunSettingsChanged.Tell();
+  ShowTraceUnits();
+  ShowText("DataName", Trace.TraceFileName);
+  StimFollowInterval();
+}
+
+// -- Commands --
+
+std::optional<std::string> ChooseFile(const char* title, const char* proposed, const char* filter) {
+  FileRequest request;
+  request.title = title;
+  request.defaultName = proposed;
+  request.filter = filter;
+  return FileSelectPopup(request);
+}
+
+/// Asks for a file of a kind. Nothing when the user cancels, or while an autosave holds the trace.
+std::optional<std::string> AskForTrace(const char* title, const char* proposed, const char* filter) {
+  if (RefusedByAutosave()) return std::nullopt;
+  return ChooseFile(title, proposed, filter);
+}
+
+void ReadIntoView() {
+  if (const auto path = AskForTrace(ReadTitle, ReadDefault, ReadFilter)) TraceRead(*path);
+}
+
+void ReadFile() {
+  Trace.ParseRequested = 0;
+  if (const auto path = AskForTrace(ReadTitle, ReadDefault, ReadFilter)) TraceReadFile(*path);
+}
+
+void ReadText() {
+  if (const auto path = AskForTrace(AsciiTitle, AsciiDefault, AsciiFilter)) ReadAsciiData(*path);
+}
+
+void ReadBinary() {
+  Trace.ParseRequested = 0;
+  if (const auto path = AskForTrace(WaveTitle, WaveFilter, WaveFilter)) ReadWaveFile(*path);
+}
+
+void ReadBinaryData() {
+  Trace.ParseRequested = 0;
+  ReadIntoView();
+}
+
+void ReadParseBinaryData() {
+  Trace.ParseRequested = 1;
+  ReadIntoView();
+}
+
+void LastSection() {
+  StepEpisode(-1);
+}
+
+void NextSection() {
+  StepEpisode(1);
+}
+
+void FxnRead(const ControlEvent& /*event*/) {
+  ReadFile();
+}
+
+void FxnLastSection(const ControlEvent& /*event*/) {
+  LastSection();
+}
+
+void FxnNextSection(const ControlEvent& /*event*/) {
+  NextSection();
+}
+
+/// The field holds the typed episode already; a recording that cannot be read again keeps the one on display.
+void FxnSectionRead(const ControlEvent& event) {
+  const int typed = Trace.EpisodeIndex;
+  Trace.EpisodeIndex = static_cast<int>(event.previous);
+  GoToEpisode(typed);
+  ShowRecording();
+}
+
+void FxnEraseData() {
+  EraseTrace();
+}
+
+/// The conversion tool is a program of its own, which need not be installed.
+void FxnFileConversion() {
+  if (!StartProgram(ProgramFile(ConversionTool))) MessagePopup(FileErrorTitle, NoConversionTool);
+}
+
+constexpr auto Button = ControlKind::Button;
+constexpr auto Number = ControlKind::Number;
+constexpr auto Readout = ControlKind::Readout;
+
+// clang-format off
+constexpr ControlDecl RecordingControls[] = {
+    // name          kind     label          unit format command          action
+    {"ReadFile",     Button,  "Read...",     "",  "",   "FxnRead",        FxnRead,
+     "Read Binary or Ascii file."},
+    {"EpisodeIndex", Number,  "Episode",     "",  "%d", "FxnSectionRead", FxnSectionRead,
+     "Number of the episode on display. Enter another number to read that episode."},
+    {"EpisodeCount", Readout, "Episodes",    "",  "%d", "",               nullptr,
+     "Number of episodes in the recording."},
+    {"LastSection",  Button,  "Last episode", "", "",   "FxnLastSection", FxnLastSection,
+     "Read the previous episode. From the first episode it goes to the last."},
+    {"NextSection",  Button,  "Next episode", "", "",   "FxnNextSection", FxnNextSection,
+     "Read the next episode. From the last episode it goes to the first."},
+};
+
+constexpr MenuDecl RecordingMenu[] = {
+    {"File/Open Recording...",          "FxnRead",             ReadFile,            "Ctrl+Shift+O"},
+    {"File/Open Part of Recording...",  "ReadParseBinaryData", ReadParseBinaryData},
+    {"File/Open Text Recording...",     "ReadAsciiData",       ReadText},
+    {"File/Open Binary Recording...",   "FxnWaveRead",         ReadBinary},
+    {"File/Read Recording into View...", "ReadBinaryData",     ReadBinaryData},
+    {"Recording/Last Episode",          "FxnLastSection",      LastSection,         "PgDown"},
+    {"Recording/Next Episode",          "FxnNextSection",      NextSection,         "PgUp"},
+    {"Recording/File Information...",   "FxnFileInfo",         FxnFileInfo},
+    {"Recording/Erase Data",            "EraseData",           FxnEraseData},
+    {"Tools/File Conversion...",        "FxnFileConversion",   FxnFileConversion},
+};
+// clang-format on
+
+// -- Keys --
+
+void StepByKey(std::string_view key) {
+  if (key == "PageDown") {
+    LastSection();
+  } else if (key == "PageUp") {
+    NextSection();
+  }
+}
+
+}  // namespace
+
+void AddRecordingPanels() {
+  AddControls(MainPanelName, RecordingGroup, RecordingControls);
+  PanelNamed(MainPanelName).key = StepByKey;
+  RecordingTaken.Add(ShowRecording);
+  AddMenu(RecordingMenu);
+  AddTraceWriteControls();
+  AddFileInfoPanel();
+  AddChannelChoicePanel();
+  AddParseReadPanel();
+}
+
+}  // namespace zelvane

@@ -1,0 +1,153 @@
+#include "model/model_file.h"
+
+#include <filesystem>
+
+#include "model/model_lines.h"
+#include "model/model_panels.h"
+#include "model/model_store.h"
+#include "model/model_text.h"
+#include "screen/screen.h"
+#include "stimulus/stimulus_store.h"
+#include "support/pressing.h"
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char CannotWrite[] =
+    "Either file cannot be created (e.g. no space on disk) or cannot overwrite Read-only file.";
+
+class ModelFileTest : public PanelTest {
+ protected:
+  /// A file with a scheme of two states, distinct from what the stores hold.
+  std::string WriteModel(const std::string& name) {
+    const ModelStore former = Model;
+    Model.ModelTitle = "Saved";
+    Model.StateOn[1] = Model.StateOn[2] = 1;
+    Model.KOn[1] = 250;
+    const std::string path = folder.File(name);
+    WriteWholeFile(path, ModelText());
+    Model = former;
+    return path;
+  }
+
+  TemporaryFolder folder;
+};
+
+TEST_F(ModelFileTest, TheMenuReadsTheChosenFileAndShowsItOnEveryPanel) {
+  const std::string path = WriteModel("two.mod");
+  choices = {path};
+  PressCommand("OpenParameterFile");
+  ASSERT_EQ(fileRequests.size(), 1U);
+  EXPECT_EQ(fileRequests[0].title, "Read Parameters");
+  EXPECT_EQ(fileRequests[0].filter, "*.mod");
+  EXPECT_FALSE(fileRequests[0].save);
+  EXPECT_EQ(Model.ModelFileName, path);
+  EXPECT_EQ(ControlNamed("ModelFileName").text, path);
+  EXPECT_EQ(ControlNamed("ModelTitle").text, "Saved");
+  EXPECT_EQ(ControlNumber("KOn[1]"), 250);
+  EXPECT_EQ(ControlNumber("NumPoints"), 100'000);
+  EXPECT_TRUE(ControlNamed("KOn[1]").visible) << "both states of the link are on";
+  EXPECT_TRUE(popups.empty());
+}
+
+TEST_F(ModelFileTest, TheMenuSavesWhatThePanelsShowCommittedOrNot) {
+  const std::string path = folder.File("saved.mod");
+  TypeOnly("KOn[3]", "77");
+  TypeOnly("NumChannels", "12");
+  TypeOnly("AutoValue", "0.25");
+  TypeOnly("ModelTitle", "Typed");
+  choices = {path};
+  PressCommand("SaveParameters");
+  EXPECT_EQ(fileRequests.at(0).title, "Save Parameters");
+  EXPECT_TRUE(fileRequests.at(0).save);
+  EXPECT_EQ(ControlNamed("ModelFileName").text, path);
+  ASSERT_TRUE(ReadModelText(ReadWholeFile(path)));
+  EXPECT_EQ(Model.KOn[3], 77);
+  EXPECT_EQ(Model.NumChannels, 12);
+  EXPECT_EQ(Stimulus.AutoValue, 0.25F);
+  EXPECT_EQ(Model.ModelTitle, "Typed");
+}
+
+TEST_F(ModelFileTest, ACancelledDialogDoesNothing) {
+  Model.ModelFileName = "former.mod";
+  OpenParameterFile();
+  SaveParameters();
+  EXPECT_EQ(Model.ModelFileName, "former.mod");
+  EXPECT_TRUE(folder.Names().empty());
+  EXPECT_TRUE(popups.empty());
+}
+
+TEST_F(ModelFileTest, AsksTwiceForANameWhileTheFileCannotBeOpened) {
+  const std::string path = WriteModel("two.mod");
+  Model.ModelFileName = folder.File("missing.mod");
+  choices = {folder.Path().string(), path};  // a folder cannot be opened either
+  EXPECT_EQ(ModelFileRead(), Outcome::Done);
+  EXPECT_EQ(fileRequests.size(), 2U);
+  EXPECT_EQ(Model.ModelFileName, path);
+
+  Model.ModelFileName = folder.File("missing.mod");
+  Model.ModelTitle = "kept";
+  choices = {"", folder.File("none"), path};
+  EXPECT_NE(ModelFileRead(), Outcome::Done);
+  EXPECT_EQ(choices.size(), 1U) << "there is no third question";
+  EXPECT_EQ(Model.ModelTitle, "kept");
+  EXPECT_EQ(Model.ModelFileName, folder.File("missing.mod"));
+}
+
+TEST_F(ModelFileTest, WhatIsNoModelChangesNothingAndAsksNothing) {
+  const std::string text = folder.Written("trace.mod", "ATF\t1.0\n3\t2\n");
+  Model.ModelFileName = "former.mod";
+  Model.KOn[1] = 5;
+  for (const std::string& path :
+       {text, folder.Path().string(), folder.File("missing.mod"), std::string("/dev/zero"), std::string()}) {
+    EXPECT_NE(ModelFileReadNamed(path), Outcome::Done) << path;
+  }
+  EXPECT_EQ(Model.ModelFileName, "former.mod");
+  EXPECT_EQ(Model.KOn[1], 5);
+  EXPECT_TRUE(fileRequests.empty());
+  EXPECT_TRUE(popups.empty());
+}
+
+TEST_F(ModelFileTest, AFileOfAnySizeIsReadUpToABound) {
+  const std::string path = folder.File("huge.mod");
+  WriteWholeFile(path, "4ZV\nhuge\n");
+  fs::resize_file(path, std::uintmax_t{1} << 36);  // sparse: 64 GB of NUL
+  EXPECT_EQ(ModelFileReadNamed(path), Outcome::Done);
+  EXPECT_EQ(Model.ModelTitle, "huge");
+}
+
+TEST_F(ModelFileTest, AFailedSaveIsToldAndLeavesTheOldFile) {
+  const std::string path = WriteModel("kept.mod");
+  const std::string before = ReadWholeFile(path);
+  fs::permissions(path, fs::perms::owner_read);
+  Model.ModelFileName = "former.mod";
+  for (const std::string& target :
+       {path, folder.Path().string(), folder.File("no/such/folder.mod"), std::string()}) {
+    popups.clear();
+    choices = {target};
+    SaveParameters();
+    ASSERT_EQ(popups.size(), 1U) << target;
+    EXPECT_EQ(popups[0], (SeenPopup{"! File error", CannotWrite}));
+  }
+  EXPECT_EQ(ReadWholeFile(path), before);
+  EXPECT_EQ(Model.ModelFileName, "former.mod");
+  EXPECT_EQ(folder.Names(), std::vector<std::string>{"kept.mod"});
+}
+
+TEST_F(ModelFileTest, ReadingRebuildsTheStimulusAndShowsTheGridsLabelsOfAnOlderFile) {
+  Model.StateLabel[2] = "open";
+  Model.TableStateLabel[2] = "two";
+  Stimulus.AutoValue = 0.5F;
+  const std::string path = folder.File("old.mod");
+  WriteWholeFile(path, InOlderFormat(ModelText(), 2));
+  Stimulus.AutoValue = 0.125F;
+  ASSERT_EQ(ModelFileReadNamed(path), Outcome::Done);
+  EXPECT_EQ(ControlNamed("TableStateLabel[2]").text, "open");
+  EXPECT_EQ(Stimulus.Profile[1][500], 0.5F);
+}
+
+}  // namespace
+}  // namespace zelvane

@@ -1,0 +1,205 @@
+// IntegrateModel: from the stores to the trace, with its messages and questions.
+#include "run/integrator.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "run/run_fixtures.h"
+#include "run/saved_steps.h"
+#include "screen/popups.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char StepDecreased[] = "Max Step Size was decreased during integration.";
+constexpr char StepFailed[] =
+    "Integration has failed. You need to decrease Max Step Size or increase Time Interval.";
+
+/// Two states of the grid: closed (1) opens at 1000/s, open (2) of 50 pS closes at 500/s. 1000 points of 0.01
+/// ms.
+class IntegrateModelTest : public RunTest {
+ protected:
+  IntegrateModelTest() {
+    Model.NumPoints = 1000;
+    Model.Precision = 1e-8F;  // the end slopes of the spline fit steps of about one interval only
+  }
+
+  static double Open(double ms) { return 2.0 / 3.0 * (1.0 - std::exp(-1.5 * ms)); }
+
+  static Outcome Integrate(int simulator) {
+    Model.SimulatorKind = simulator;
+    Show();
+    Result.EffectiveChannels = static_cast<float>(Model.NumChannels);
+    return IntegrateModel();
+  }
+};
+
+TEST_F(IntegrateModelTest, GivesTheClosedFormInAllUnits) {
+  Model.NumChannels = 40;
+  Model.VRev = 10.0F;
+  Model.Valence = 2;
+  std::fill_n(Stimulus.Profile[0].begin(), 1001, -0.06F);
+  std::fill_n(Stimulus.Profile[1].begin(), 1001, 1e-3F);
+  Model.KOn[1] = 1e6;  // times 1 mM
+  Model.Depend.Drug[1][1][2] = 1;
+  Model.KOff[1] = 500.0 / std::exp(-0.06 * 0.7 * 11603.0 / 298.16);
+  Model.Depend.Volt[2][1] = 1;
+  Model.Depend.Steepness[2][1] = 0.7F;
+  struct Row {
+    int units;
+    double factor;
+  };
+  for (const Row& row : {Row{UnitsChannels, 40.0}, Row{UnitsConductance, 2000.0},
+                         Row{UnitsCurrent, -0.07 * 2 * 2000.0}, Row{UnitsProbability, 1.0}}) {
+    Model.DisplayUnits = row.units;
+    for (const int simulator : {FixedStepIntegrator, AdaptiveIntegrator}) {
+      SCOPED_TRACE(testing::Message() << "units " << row.units << " simulator " << simulator);
+      Integrate(simulator);
+      EXPECT_EQ(Trace.TraceValid, 1);
+      const double tolerance =
+          simulator == FixedStepIntegrator ? 3e-6 : 1e-3;  // roundings; precision and spline
+      for (std::size_t i = 0; i < 1000; i += 37) {
+        const double expected = row.factor * Open(0.01 * static_cast<double>(i));
+        EXPECT_NEAR(Trace.SimTrace[i], expected, tolerance * std::fabs(row.factor)) << i;
+      }
+    }
+  }
+  EXPECT_TRUE(popups.empty());
+}
+
+TEST_F(IntegrateModelTest, StartsTheAdaptiveRunAtALateStep) {
+  Model.Depend.Drug[1][1][2] = 1;
+  Model.KOn[1] = 1e6;
+  Model.NumPoints = 800;
+  Model.DisplayUnits = UnitsProbability;
+  Model.StartOccupancy[1] = 1.0F;
+  std::fill_n(Stimulus.Profile[1].begin() + 300, 700, 1e-3F);
+  Integrate(AdaptiveIntegrator);
+  EXPECT_EQ(Result.IntegrationOffset, 300);
+  EXPECT_EQ(Result.ResultKind, ResultSavedSteps);
+  for (std::size_t i = 0; i <= 300; ++i) EXPECT_EQ(Trace.SimTrace[i], 0.0F) << i;
+  EXPECT_NEAR(Trace.SimTrace[400], Open(1.0), 1e-3);
+  EXPECT_EQ(Model.StartOccupancy[1], 1.0F);
+}
+
+TEST_F(IntegrateModelTest, ConvertsSavedStepsAgainAndForgetsThoseOfALongerRun) {
+  Integrate(AdaptiveIntegrator);
+  const std::vector<float> first(Trace.SimTrace.begin(), Trace.SimTrace.begin() + 1000);
+  EXPECT_NEAR(Result.SavedTime[static_cast<std::size_t>(Result.KeptSteps)], 10.0F, 1e-4);
+  ConvertTrace(false);
+  EXPECT_TRUE(std::equal(first.begin(), first.end(), Trace.SimTrace.begin()));
+  Model.ModelIs2D = 0;  // the table on show is not the form that ran
+  ConvertTrace(false);
+  EXPECT_TRUE(std::equal(first.begin(), first.end(), Trace.SimTrace.begin()));
+  Model.ModelIs2D = 1;
+  Model.NumPoints = 30;
+  Integrate(AdaptiveIntegrator);
+  const auto last = static_cast<std::size_t>(Result.KeptSteps);
+  EXPECT_NEAR(Result.SavedTime[last], 0.3F, 1e-5);
+  EXPECT_LE(Result.SavedTime[last + 2], 0.0F);
+  EXPECT_NEAR(Trace.SimTrace[29], 50.0 * Open(0.29), 0.05);
+}
+
+TEST_F(IntegrateModelTest, HalvesTheStepSaysSoAndGivesUpAfterFivePasses) {
+  const std::vector<SeenPopup> told{{"! Integration Warning", StepDecreased},
+                                    {"! Integration Error", StepFailed}};
+  struct Row {
+    double perSecond;
+    int reductions;
+    std::size_t popups;
+  };
+  // A step is stable up to step x 2 x rate = 2.785.
+  for (const Row& row : {Row{1e5, 0, 0}, Row{2e5, 1, 1}, Row{4e5, 2, 1}, Row{1e7, 5, 2}}) {
+    popups.clear();
+    Model.KOn[1] = Model.KOff[1] = row.perSecond;
+    Model.MaxStepSize = 0.01F;
+    Result.ReductionCount = 0;
+    Integrate(FixedStepIntegrator);
+    EXPECT_FLOAT_EQ(Model.MaxStepSize, std::ldexp(0.01F, -row.reductions));
+    EXPECT_EQ(ControlNamed("MaxStepSize").number, static_cast<double>(Model.MaxStepSize));
+    EXPECT_EQ(Result.ReductionCount, row.reductions);
+    EXPECT_EQ(popups, std::vector<SeenPopup>(told.begin(), told.begin() + static_cast<int>(row.popups)));
+    EXPECT_EQ(Trace.TraceValid, 1);
+  }
+  popups.clear();
+  pumps = 0;
+  Model.FitActive = 1;
+  IntegrateModel();
+  EXPECT_TRUE(popups.empty()) << "a fit is silent";
+  EXPECT_EQ(pumps, 0);
+}
+
+TEST_F(IntegrateModelTest, AsksBeforeALongRunWithAReducedStep) {
+  Model.NumPoints = 20001;
+  Model.MaxStepSize = 0.0009F;
+  Result.ReductionCount = 1;
+  Integrate(FixedStepIntegrator);  // the user says no
+  ASSERT_EQ(popups.size(), 1U);
+  EXPECT_EQ(popups[0].title, "! Slow Integration");
+  EXPECT_EQ(Result.Occupancy[1][1], 0.0F);
+  Model.NumPoints = 20000;
+  Integrate(FixedStepIntegrator);
+  EXPECT_EQ(popups.size(), 1U);
+  EXPECT_EQ(Result.Occupancy[1][1], 1.0F);
+}
+
+TEST_F(IntegrateModelTest, StopsAtTheButtonAndConvertsWhatAFixedRunHas) {
+  onPump = [](int call) {
+    if (call == 10) RequestStop();
+  };
+  EXPECT_EQ(Integrate(FixedStepIntegrator), Outcome::Stopped);
+  EXPECT_EQ(popups.size(), 1U);
+  EXPECT_GT(Trace.SimTrace[450], 0.0F);
+  EXPECT_EQ(Trace.SimTrace[550], 0.0F);
+}
+
+TEST_F(IntegrateModelTest, KeepsAStateThatIsOffAtZeroAlsoAfterARunWithIt) {
+  Model.DisplayUnits = UnitsProbability;
+  for (const int simulator : {FixedStepIntegrator, AdaptiveIntegrator}) {
+    Model.StateOn[2] = 1;
+    Integrate(simulator);
+    EXPECT_GT(Trace.SimTrace[999], 0.5F);
+    Model.StateOn[2] = 0;
+    Model.StateOn[6] = 1;  // state 1 now reaches state 6 instead
+    Model.KOn[5] = 100.0;
+    Model.StartOccupancy[2] = 0.25F;
+    Integrate(simulator);
+    for (std::size_t p = 1; p <= 1001; ++p) ASSERT_EQ(Result.Occupancy[2][p], 0.0F);
+    EXPECT_EQ(Trace.SimTrace[0], 0.0F);
+    Model.StateOn[6] = 0;
+    Model.StartOccupancy[2] = 0.0F;
+  }
+}
+
+TEST_F(IntegrateModelTest, TellsThatThePrecisionWasReduced) {
+  // From 5 s on state 1 asks for steps that no longer move the time; state 6 lets the run start at 0.
+  Model.KOn[1] = 1e12;
+  Model.KOff[1] = 1e12;
+  Model.Depend.Drug[1][1][2] = 1;
+  Model.StateOn[6] = Model.StateOn[7] = 1;
+  Model.KOn[10] = 1e-3;
+  Model.StartOccupancy[6] = 0.1F;
+  Model.NumPoints = 20;
+  Model.ADInterval = 1000.0F;
+  Model.Precision = 1e-9F;
+  std::fill_n(Stimulus.Profile[1].begin() + 5, 100, 1.0F);
+  Integrate(AdaptiveIntegrator);
+  EXPECT_GT(Model.Precision, 1e-9F);
+  ASSERT_FALSE(popups.empty());
+  EXPECT_EQ(popups[0], (SeenPopup{"!", "Precision reduced during integration."}));
+}
+
+TEST_F(IntegrateModelTest, SaysOnceAPassThatAStepIsTooSmall) {
+  // 18 million steps just below 2^-36 s: from 2^-12 s on a float no longer tells the time of one from the
+  // next. Without the drug nothing opens, so only the time moves.
+  Model.Depend.Drug[1][1][2] = 1;
+  Model.NumPoints = 110000;
+  Model.ADInterval = 2.3e-6F;
+  Model.MaxStepSize = 1.44e-8F;
+  Integrate(FixedStepIntegrator);
+  EXPECT_EQ(consoleLines, std::vector<std::string>{"Step size too small in routine rkdumb"});
+}
+
+}  // namespace
+}  // namespace zelvane

@@ -1,0 +1,146 @@
+// The Q matrix of the stores: against the integrator, schemes without an answer, the panel.
+#include "run/q_matrix_analysis.h"
+
+#include <cmath>
+#include <limits>
+
+#include "run/run_fixtures.h"
+#include "stimulus/stimulus.h"
+#include "support/pressing.h"
+
+namespace zelvane {
+namespace {
+
+class QMatrixTest : public RunTest {
+ protected:
+  static float Equilibrium(std::size_t state) { return Result.EquilibriumOccupancy[state]; }
+};
+
+TEST_F(QMatrixTest, TellsMatrixTimeConstantsAndEquilibrium) {
+  Show();
+  PressCommand("FxnQMatrix");
+  EXPECT_TRUE(PanelVisible("QMatrixPanel"));
+  EXPECT_EQ(TextBoxNamed("QMatrixText").lines,
+            (std::vector<std::string>{"Q=", "-1.0e+03    1.0e+03    ", "5.0e+02    -5.0e+02    ", ""}));
+  const std::vector<std::string>& results = TextBoxNamed("QResultsText").lines;
+  EXPECT_EQ(results.front(), "Relaxation time constants");
+  EXPECT_NE(std::find(results.begin(), results.end(), "    Tau(1)=0.666667 ms"), results.end());
+  EXPECT_EQ((std::vector<std::string>{results.end() - 6, results.end()}),
+            (std::vector<std::string>{"", "Equilibrium Probabilities", "    3.33e-01 State 1 probability  ",
+                                      "    6.67e-01 State 2 probability  ", "", ""}));
+  PressCommand("FxnInsertInitProb");
+  EXPECT_FLOAT_EQ(Model.StartOccupancy[2], 2.0F / 3.0F);
+  EXPECT_FLOAT_EQ(static_cast<float>(ControlNamed("StartOccupancy[2]").number), 2.0F / 3.0F);
+  PressCommand("FxnQuitQ");
+  EXPECT_FALSE(PanelVisible("QMatrixPanel"));
+}
+
+TEST_F(QMatrixTest, ADrugCountsAtTheTimeEntered) {
+  Model.KOn[1] = 1e8;
+  Model.Depend.Drug[1][1][2] = 1;
+  for (std::size_t p = 50; p < 100; ++p) Stimulus.Profile[1][p] = 1e-5F;
+  Show();
+  PressCommand("FxnQMatrix");
+  EXPECT_EQ(Equilibrium(1), 1.0F);
+  EXPECT_EQ(Shown("QMatrixPoint"), "1");
+  struct Case {
+    const char* ms;
+    const char* point;
+    float open;
+  };
+  constexpr float Bound = 2.0F / 3.0F;
+  for (const Case& c : {Case{"0.5", "50", Bound}, Case{"0.999", "99", Bound}, Case{"1", "100", 0},
+                        Case{"0", "1", 0}, Case{"-3", "1", 0}, Case{"1e30", "5000000", 0}}) {
+    TypeOnly("QMatrixTime", c.ms);
+    PressCommand("FxnRecalculateQ");
+    EXPECT_EQ(Shown("QMatrixPoint"), c.point) << c.ms;
+    EXPECT_FLOAT_EQ(Equilibrium(2), c.open) << c.ms;
+  }
+}
+
+TEST_F(QMatrixTest, TheTimeShownStandsForItsPoint) {
+  for (const float interval : {0.001F, 0.005F, 0.01F, 0.02F, 0.05F, 0.07F, 0.1F, 0.3F, 1.0F}) {
+    Model.ADInterval = interval;
+    Show();
+    for (const int point : {1, 2, 3, 7, 19, 101, 1003, 30011, 500009}) {
+      QMatrixAnalysis(false, point);
+      PressCommand("FxnRecalculateQ");
+      EXPECT_EQ(Shown("QMatrixPoint"), std::to_string(point)) << interval;
+    }
+  }
+}
+
+TEST_F(QMatrixTest, StatesWithoutAWayInDoNotTakePart) {
+  Model.StateOn[3] = 1;  // on, without a rate
+  EXPECT_EQ(ActiveQMatrix(1).states, (std::vector{1, 2}));
+  Model.ModelIs2D = 0;
+  Model.TableRate[4][9] = 10.0F;
+  Model.TableRate[9][4] = 30.0F;
+  Model.TableRate[9][11] = 5.0F;
+  EXPECT_EQ(ActiveQMatrix(1).states, (std::vector{4, 9, 11}));
+  EXPECT_EQ(Model.TableStateOn[11], 1);
+}
+
+TEST_F(QMatrixTest, ARateOfZeroNeedsNoFactor) {
+  Model.FitActive = 1;
+  Model.ModelIs2D = 0;
+  Model.TableRate[1][2] = Model.TableRate[2][1] = 50.0F;
+  Model.TableRate[3][1] = 1.0F;
+  Model.TableRate[2][3] = 50.0F;
+  Model.TableDepend.Volt[1][3] = 1;
+  Model.TableDepend.Steepness[1][3] = 1e9F;
+  Stimulus.Profile[0][1] = 1.0F;  // its exponential is infinite
+  EXPECT_TRUE(QMatrixAnalysis(false, 1).finite);
+  Model.TableRate[1][3] = 1.0F;
+  EXPECT_FALSE(QMatrixAnalysis(false, 1).finite);
+}
+
+TEST_F(QMatrixTest, WithoutAnAnswerTheEquilibriumIsZeroAndTheNextAnalysisWorks) {
+  const auto isClear = [] { return !HasEquilibrium(); };
+  QMatrixAnalysis(true, 1);
+  Model.StateOn[1] = Model.StateOn[2] = 0;
+  EXPECT_TRUE(QMatrixAnalysis(true, 1).matrix.states.empty());
+  EXPECT_TRUE(isClear());
+  EXPECT_EQ(TextBoxNamed("QMatrixText").lines, (std::vector<std::string>{"Q=", ""}));
+  Model.StateOn[1] = Model.StateOn[2] = 1;
+  for (const double bad : {double(NAN), 1e300}) {
+    consoleLines.clear();
+    Model.KOff[1] = bad;
+    Model.FitActive = 1;  // a panel would not take such a rate
+    EXPECT_FALSE(QMatrixAnalysis(true, 1).finite);
+    EXPECT_TRUE(isClear());
+    EXPECT_EQ(consoleLines.size(), 1U);
+  }
+  Model.KOff[1] = 500.0;
+  QMatrixAnalysis(true, 1);
+  EXPECT_FLOAT_EQ(Equilibrium(1), 1.0F / 3.0F);
+  Model.StateOn[4] = Model.StateOn[5] = 1;  // a second scheme beside the first
+  Model.KOn[4] = Model.KOff[4] = 40.0;
+  consoleLines.clear();
+  QMatrixAnalysis(true, 1);
+  EXPECT_EQ(consoleLines, std::vector<std::string>{"Singular matrix in routine ludcmp"});
+  EXPECT_NEAR(Equilibrium(1) + Equilibrium(2) + Equilibrium(4) + Equilibrium(5), 1.0F, 1e-6F);
+  EXPECT_TRUE(popups.empty());
+}
+
+TEST_F(QMatrixTest, ARunStartsAtEquilibriumWhenAskedAndAFitByItsOwnSwitch) {
+  Model.FitStartAtEquilibrium = 0;
+  Model.StartAtEquilibrium = 1;
+  RunAsSet();
+  EXPECT_FLOAT_EQ(Model.StartOccupancy[2], 2.0F / 3.0F);
+  EXPECT_NEAR(Result.Occupancy[2][200], 2.0 / 3.0, 1e-5);
+  EXPECT_NEAR(Result.Occupancy[2][1], 2.0 / 3.0, 1e-6);
+  Model.StartOccupancy = {};
+  Model.StartOccupancy[1] = 1.0F;
+  Model.FitActive = 1;
+  RunSimulation(200);
+  EXPECT_EQ(Model.StartOccupancy[1], 1.0F);
+  Model.FitStartAtEquilibrium = 1;
+  Model.StartAtEquilibrium = 0;
+  RunSimulation(200);
+  EXPECT_FLOAT_EQ(Model.StartOccupancy[1], 1.0F / 3.0F);
+  EXPECT_TRUE(popups.empty());
+}
+
+}  // namespace
+}  // namespace zelvane

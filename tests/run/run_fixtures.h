@@ -1,0 +1,62 @@
+// What the tests of the run driver share.
+#pragma once
+
+#include <algorithm>
+#include <vector>
+
+#include "dwells/dwell_store.h"
+#include "model/model_panels.h"
+#include "model/model_store.h"
+#include "run/monte_carlo_loop.h"
+#include "run/result_store.h"
+#include "run/run.h"
+#include "run/run_panel.h"
+#include "screen/screen.h"
+#include "stimulus/stimulus_store.h"
+#include "support/store_test.h"
+#include "trace/program_random.h"
+#include "trace/trace.h"
+#include "trace/trace_graph.h"
+#include "trace/trace_store.h"
+
+namespace zelvane {
+
+/// Two states of the grid, closed (1) and open (2), all channels closed; 200 points of 0.01 ms.
+class RunTest : public PanelTest {
+ protected:
+  RunTest() {
+    SetSeeds(ProgramRandom, {1234.0, 5678.0, 9012.0});
+    Model.StateOn[1] = Model.StateOn[2] = 1;
+    Model.KOn[1] = 1000.0;
+    Model.KOff[1] = 500.0;
+    Model.StateMonitored[2] = 1;
+    Model.StateConductance[2] = 50.0F;
+    Model.StartOccupancy[1] = 1.0F;
+    Model.NumPoints = 200;
+    Model.MultiSubunit = 0;
+    Model.NumIntervals = 0;
+    Model.ReseedSimulation = 0;
+    Model.SimulatorKind = FixedStepIntegrator;
+    Show();
+  }
+
+  /// Brings the panels to the store.
+  static void Show() {
+    RefreshModelPanels();
+    WriteRunParameters();
+  }
+
+  /// Runs the model as the store stands.
+  static Outcome RunAsSet() {
+    Show();
+    return AcquireData();
+  }
+
+  static Refusal Enter(const char* name, const char* value) {
+    Control& control = ControlNamed(name);
+    const Refusal refusal = TypeInto(control, value);
+    return refusal.empty() ? Commit(control) : refusal;
+  }
+};
+
+}  // namespace zelvane

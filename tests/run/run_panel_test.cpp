@@ -1,0 +1,138 @@
+// Run settings on MainPanel: what a commit does beside storing its value, what is dimmed, what help says.
+#include "run/run_fixtures.h"
+#include "stimulus/stimulus.h"
+#include "support/drive_test.h"
+
+namespace zelvane {
+namespace {
+
+class RunPanelTest : public RunTest {
+ protected:
+  RunPanelTest() {
+    Stimulus.StimMode = StimManual;  // the automatic step would rebuild the voltage at every change
+    StimPanelRefresh();
+    Show();
+  }
+};
+
+using RunScreenTest = DriveTest;
+
+TEST_F(RunScreenTest, AsManyPointsOrMoreExtendTheVoltageWhenTheUserAgrees) {
+  const auto lines = Run(
+      "enter StimMode MANUAL; enter NumPoints 200; answer no; enter VHold -62.5; enter NumPoints 199; "
+      "answer no; enter NumPoints 199; slice VoltageProfile 198 1; answer no; enter NumPoints 200; answer yes; "
+      "enter NumPoints 300; slice VoltageProfile 198 2; slice VoltageProfile 299 2; control SweepLength");
+  EXPECT_EQ(Told(lines), (Values{{0}, {0, -0.0625}, {-0.0625, 0}, "3.000e+00ms"}));
+  ASSERT_EQ(lines.size(), 8U);
+  EXPECT_EQ(lines[1]["title"], "! New length specified");
+  EXPECT_EQ(lines[1]["text"], "Extend voltage protocol with new Vhold?");
+}
+
+TEST_F(RunScreenTest, NumPointsIsHeldToItsLimitsAndNoLengthIsRefused) {
+  EXPECT_EQ(
+      Told("enter NumPoints 0; get NumPoints; enter NumPoints 5000001; get NumPoints; "
+           "enter NumPoints 5000002; get NumPoints; enter NumPoints -1; control NumPoints; get NumPoints; "
+           "enter ADInterval 0; control ADInterval"),
+      (Values{"A run needs at least one point.", 10240, 5'000'001, 5'000'000,
+              "A run needs at least one point.", 5'000'000, 5'000'000,
+              "The time between points must be above 0 ms.", 0.00999999978}));
+}
+
+TEST_F(RunScreenTest, TheHoldingPotentialReplacesTheProtocolWhenTheUserAgrees) {
+  const std::string profile = "enter VHold -62.5; slice VoltageProfile 0 1; slice VoltageProfile 199 2; ";
+  const auto lines =
+      Run("enter StimMode MANUAL; enter NumPoints 200; answer no; " + profile + "answer yes; " + profile);
+  EXPECT_EQ(Told(lines), (Values{{0}, {0, 0}, {-0.0625}, {-0.0625, 0}}));
+  EXPECT_EQ(lines[0]["title"], "! New timeinterval specified");
+  EXPECT_EQ(lines[0]["text"], "Replace voltage protocol with new Vhold?");
+}
+
+TEST_F(RunPanelTest, ANewIntervalClearsTheTraceAndItsPlots) {
+  RunAsSet();
+  ASSERT_NE(Trace.SimTrace[150], 0.0F);
+  Enter("ADInterval", "0.02");
+  EXPECT_EQ(Trace.SimTrace[150], 0.0F);
+  EXPECT_EQ(Trace.TraceValid, 0);
+  EXPECT_TRUE(GraphNamed("MainPanel").plots.empty());
+  EXPECT_EQ(ControlNamed("SweepLength").text, "4.000e+00ms");
+  RunAsSet();
+  Enter("NumPoints", "199");
+  EXPECT_EQ(Trace.TraceValid, 0);
+}
+
+TEST_F(RunPanelTest, TheTimeAxisHasFewerDecimalsTheLongerTheSweep) {
+  for (const auto& [points, decimals] : {std::pair{"999", 2}, {"1000", 1}, {"9999", 1}, {"10000", 0}}) {
+    Enter("NumPoints", points);
+    EXPECT_EQ(GraphNamed("MainPanel").x.decimals, decimals) << points;
+  }
+}
+
+TEST_F(RunPanelTest, SubunitsForceTheirFields) {
+  Model.SimulatorKind = MonteCarlo;
+  Model.NumRuns = 5;
+  Model.NumIntervals = Model.ReseedSimulation = Model.ShowAllTraces = Model.AutoAnalyze = 1;
+  Model.StartAtEquilibrium = 1;
+  Show();
+  Enter("MultiSubunit", "on");
+  EXPECT_EQ(Model.NumRuns, 1);
+  for (const char* name :
+       {"StartAtEquilibrium", "NumIntervals", "ReseedSimulation", "AutoAnalyze", "ShowAllTraces"}) {
+    EXPECT_EQ(FieldNumber(ControlNamed(name).field), 0.0) << name;
+    EXPECT_EQ(ControlNamed(name).number, 0.0) << name;
+  }
+}
+
+TEST_F(RunPanelTest, FieldsThatHaveNoEffectAreDimmed) {
+  struct Case {
+    int kind, subunits, runs;
+    const char* dimmed;
+  };
+  for (
+      const Case& c :
+      {Case{FixedStepIntegrator, 0, 5,
+            "NumRuns NumIntervals Precision ReseedSimulation ShowAllTraces AutoAnalyze "},
+       Case{AdaptiveIntegrator, 0, 5, "NumRuns NumIntervals MaxStepSize ReseedSimulation "},
+       Case{MonteCarlo, 0, 5, "MaxStepSize Precision "},
+       Case{MonteCarlo, 0, 1, "MaxStepSize Precision ShowAllTraces AutoAnalyze "},
+       Case{
+           MonteCarlo, 1, 5,
+           "NumRuns NumIntervals MaxStepSize Precision StartAtEquilibrium ReseedSimulation ShowAllTraces AutoAnalyze "}}) {
+    Model.SimulatorKind = c.kind;
+    Model.MultiSubunit = c.subunits;
+    Model.NumRuns = c.runs;
+    UpdateDimming();
+    std::string dimmed;
+    for (const Control* control : PanelNamed("MainPanel").controls) {
+      if (control->dimmed) dimmed += control->name + ' ';
+    }
+    EXPECT_EQ(dimmed, c.dimmed) << "kind " << c.kind << " subunits " << c.subunits << " runs " << c.runs;
+  }
+}
+
+TEST_F(RunPanelTest, TheTableOfValuesHoldsEveryPointOrEverySavedStep) {
+  const Table& table = TableNamed("ValuesTable");
+  const auto cell = [&table](int row, int column) { return std::stof(CellText(table, row, column)); };
+  for (const int points : {5101, 200}) {
+    Model.NumPoints = points;
+    RunAsSet();
+    Commit(*FindCommand("FxnFillTable"));
+  }
+  EXPECT_EQ(
+      popups,
+      (std::vector<SeenPopup>{{"! Slow operation", "Creating the table of values may take some time."}}));
+  ASSERT_EQ(table.rows, 200);
+  EXPECT_NEAR(cell(200, 1), 1.99F, 1e-5F);
+  EXPECT_EQ(cell(200, 2), Trace.SimTrace[199]);
+  Model.SimulatorKind = AdaptiveIntegrator;
+  RunAsSet();
+  Commit(*FindCommand("FxnFillTable"));
+  ASSERT_EQ(table.rows, Result.KeptSteps);
+  ASSERT_LT(table.rows, 200);
+  for (int q = 1; q <= table.rows; ++q) {
+    EXPECT_EQ(cell(q, 1), Result.SavedTime[q]);
+    EXPECT_NEAR(cell(q, 2), 50.0F * Result.Occupancy[2][q], 1e-4F);
+  }
+}
+
+}  // namespace
+}  // namespace zelvane

@@ -1,0 +1,134 @@
+// From occupancies to the trace: units, monitored states, noise, what is cleared.
+#include <cmath>
+
+#include "run/run_fixtures.h"
+#include "trace/noise_store.h"
+#include "trace/program_random.h"
+
+namespace zelvane {
+namespace {
+
+class RunTraceTest : public RunTest {
+ protected:
+  /// As after a run: 10 points, states 1 and 2 occupied by 0.1 and 0.2, 100 channels at -60 mV.
+  RunTraceTest() {
+    Model.NumPoints = 10;
+    Model.NumChannels = 100;
+    Result.EffectiveChannels = 100.0F;
+    Model.StateMonitored[1] = 1;
+    Model.StateMonitored[2] = 0;
+    Model.StateConductance[1] = 50.0F;
+    std::fill_n(Stimulus.Profile[0].begin(), 20, -0.06F);
+    Fill(1, 0.1F);
+    Fill(2, 0.2F);
+    Show();
+  }
+
+  static void Fill(int state, float occupancy) {
+    std::fill_n(Result.Occupancy[state].begin() + 1, Model.NumPoints, occupancy);
+    Result.OccupancyUsed[state] = Model.NumPoints + 1;
+  }
+};
+
+TEST_F(RunTraceTest, PointPGoesWithVoltagePToSamplePLess1UpToTheLongestRun) {
+  Model.DisplayUnits = UnitsCurrent;
+  Model.StateMonitored[2] = 1;  // both monitored states count
+  Model.StateConductance[2] = 10.0F;
+  Stimulus.Profile[0][0] = 1.0F;
+  Stimulus.Profile[0][10] = 0.04F;
+  Result.Occupancy[1][1] = 0.5F;
+  Show();
+  ConvertTrace(true);
+  EXPECT_NEAR(Trace.SimTrace[0], -0.06F * 100.0F * (50.0F * 0.5F + 10.0F * 0.2F), 1e-4F);
+  EXPECT_NEAR(Trace.SimTrace[9], 0.04F * 100.0F * (50.0F * 0.1F + 10.0F * 0.2F), 1e-4F);
+  Model.NumPoints = MaxStimPoints;
+  Stimulus.Profile[0].back() = -0.06F;
+  Result.Occupancy[1][MaxStimPoints] = 0.1F;
+  Result.OccupancyUsed[1] = MaxStimPoints + 1;
+  Show();
+  ConvertTrace(true);
+  EXPECT_NEAR(Trace.SimTrace[MaxStimPoints - 1], -30.0F, 1e-4F);
+}
+
+TEST_F(RunTraceTest, AShortRunAfterALongOneLeavesZerosBehindIt) {
+  Model.StartOccupancy[1] = 1.0F;
+  Model.NumPoints = 500;
+  RunAsSet();
+  ASSERT_NE(Trace.SimTrace[499], 0.0F);
+  Model.NumPoints = 50;
+  RunAsSet();
+  EXPECT_NE(Trace.SimTrace[49], 0.0F);
+  for (int p = 50; p < 500; ++p) ASSERT_EQ(Trace.SimTrace[p], 0.0F) << p;
+  EXPECT_EQ(Noise.RecordPoints, 50);
+}
+
+TEST_F(RunTraceTest, NoiseHasTheStandardDeviationAskedForAndIsFilteredAsWell) {
+  SetSeeds(ProgramRandom, {{1.0, 2.0, 3.0}});
+  Model.NumPoints = Noise.RecordPoints = 20000;
+  Model.StateMonitored[1] = 0;
+  Model.AutoNoise = 1;
+  Model.AutoNoiseSTD = 3.0F;
+  Model.AutoFilterFc = 2.0F;
+  for (const int filtered : {0, 1}) {
+    Model.AutoFilter = filtered;
+    Show();
+    ConvertTrace(true);
+    double squares = 0.0;
+    for (int p = 1000; p < 19000; ++p) squares += std::pow(static_cast<double>(Trace.SimTrace[p]), 2);
+    // The standard error is 3 / sqrt(2 x 18000); a corner of 1/50 of the sampling rate leaves some 0.2 of it.
+    EXPECT_NEAR(std::sqrt(squares / 18000.0), filtered == 0 ? 3.0 : 0.6, filtered == 0 ? 0.06 : 0.2);
+    EXPECT_EQ(Trace.SimTrace[20000], 0.0F);
+  }
+}
+
+TEST_F(RunTraceTest, PlotsInTheColourOfTheSimulator) {
+  for (const auto& [kind, colour] : {std::pair{MonteCarlo, Colour{0, 0, 0}},
+                                     {FixedStepIntegrator, {0, 0, 128}},
+                                     {AdaptiveIntegrator, {128, 0, 0}}}) {
+    Model.SimulatorKind = kind;
+    Show();
+    ConvertTrace(true);
+    const Graph& graph = GraphNamed("MainPanel");
+    EXPECT_EQ(graph.plots.at(0).colour.red, colour.red) << kind;
+    EXPECT_EQ(graph.plots.at(0).colour.blue, colour.blue) << kind;
+    EXPECT_NEAR(graph.fullXMax, 0.09, 1e-6);
+  }
+}
+
+TEST_F(RunTraceTest, RefreshRefusesARecordingAndAResampledTraceAndKeepsThatOfSubunits) {
+  Model.MultiSubunit = 1;
+  Result.ResultKind = ResultMonteCarlo;
+  Trace.SimTrace[5] = 42.0F;
+  Trace.SimTraceUsed = 10;
+  Show();
+  Commit(ControlNamed("SimRefresh"));
+  EXPECT_EQ(GraphNamed("MainPanel").plots.at(0).y[5], 42.0F);
+  Trace.TraceFromFile = 1;
+  Commit(ControlNamed("SimRefresh"));
+  Trace.TraceParsed = 1;
+  Commit(ControlNamed("SimRefresh"));
+  EXPECT_EQ(popups, (std::vector<SeenPopup>{
+                        {"! Warning", "Cannot refresh since the data was read from a file."},
+                        {"! Warning", "Cannot refresh since data has been parsed (resampled)."}}));
+  EXPECT_EQ(Trace.SimTrace[5], 42.0F);
+}
+
+TEST_F(RunTraceTest, RefreshShowsOtherStatesButAsksBeforeItGivesUpACorrection) {
+  Model.DisplayUnits = UnitsProbability;
+  Show();
+  ConvertTrace(false);
+  ASSERT_TRUE(Enter("StateMonitored[1]", "0").empty());
+  ASSERT_TRUE(Enter("StateMonitored[2]", "1").empty());
+  for (const bool answer : {false, true}) {
+    Trace.RsCorrected = 1;
+    answers = {answer};
+    Commit(ControlNamed("SimRefresh"));
+    EXPECT_EQ(popups.back().text, "Refreshing will remove RsCm correction. Do you want to continue?");
+    EXPECT_EQ(Trace.SimTrace[5], answer ? 0.2F : 0.1F);
+    EXPECT_EQ(Trace.RsCorrected, answer ? 0 : 1);
+    EXPECT_EQ(GraphNamed("MainPanel").plots.size(), 1U);
+  }
+}
+
+}  // namespace
+}  // namespace zelvane

@@ -1,0 +1,139 @@
+// Readouts and data of a graph as text; the view under wheel, drag and keys.
+#include "screen/graph_text.h"
+
+#include <cmath>
+#include <limits>
+
+#include "screen/zoom_graph.h"
+#include "support/store_test.h"
+
+namespace zelvane {
+namespace {
+
+class GraphTextTest : public StoreTest {
+ protected:
+  GraphTextTest() {
+    AddPanel({.name = "Panel"});
+    graph = &AddGraph("Panel", "Graph", "Time (ms)", "Current", 3);
+    graph->cursors[1].enabled = false;
+  }
+  void Wave(std::vector<float> y, double start = 0.0, double step = 0.5) {
+    PlotWave(*graph, PlotStyle::Line, Black, y, start, step);
+  }
+  std::string Text(DataRange view) { return GraphText(*graph, view, ',', 100).value_or("too many"); }
+
+  static constexpr double Inf = std::numeric_limits<double>::infinity();
+  Graph* graph = nullptr;
+};
+
+TEST_F(GraphTextTest, PlotsAtTheSameTimesShareAColumn) {
+  Wave({1.0F, 2.0F, 3.0F});
+  Wave({4.0F, 5.0F});
+  EXPECT_EQ(Text({-Inf, Inf}), "Time (ms),Current,Current\n0,1,4\n0.5,2,5\n1,3,\n");
+  EXPECT_EQ(Text({0.4, 0.6}), "Time (ms),Current,Current\n0.5,2,5\n");
+  graph->x.gain = 0.5;  // an axis of samples is written in the unit of its title
+  EXPECT_EQ(Text({-Inf, Inf}), "Time (ms),Current,Current\n0,1,4\n0.25,2,5\n0.5,3,\n");
+}
+
+TEST_F(GraphTextTest, PlotsAtOtherTimesHaveTheirOwn) {
+  Wave({1.0F, 2.0F});
+  PlotPoints(*graph, PlotStyle::Points, Black, std::vector<double>{7.0, 0.25},
+             std::vector<float>{8.0F, 9.0F});
+  SetAxisTitle(*graph, 'y', "I, \"A\"");
+  EXPECT_EQ(Text({-Inf, Inf}),
+            "Time (ms),\"I, \"\"A\"\"\",Time (ms),\"I, \"\"A\"\"\"\n0,1,7,8\n0.5,2,0.25,9\n");
+}
+
+TEST_F(GraphTextTest, MoreRowsThanAllowedGiveNothing) {
+  Wave(std::vector<float>(101));
+  EXPECT_EQ(Text({-Inf, Inf}), "too many");
+  EXPECT_NE(Text({0.0, 10.0}), "too many");
+}
+
+TEST_F(GraphTextTest, AFileHoldsAllSamplesAndAFailedOneLeavesTheOld) {
+  const TemporaryFolder folder;
+  Wave(std::vector<float>(300'000, 0.125F), 0.0, 0.01);
+  ASSERT_TRUE(WriteGraphFile(*graph, folder.File("a.csv")));
+  const std::string content = ReadWholeFile(folder.File("a.csv"));
+  EXPECT_EQ(std::count(content.begin(), content.end(), '\n'), 300'001);
+  EXPECT_TRUE(content.ends_with("\n2999.99,0.125\n"));
+  EXPECT_FALSE(WriteGraphFile(*graph, folder.Path().string()));
+}
+
+TEST_F(GraphTextTest, HeightIsLinearBetweenSamples) {
+  Wave({0.0F, 10.0F, NAN, 2.0F}, 1.0);
+  const Plot& plot = graph->plots[0];
+  EXPECT_EQ(HeightAt(plot, 1.25), 5.0);
+  EXPECT_EQ(HeightAt(plot, 1.0), 0.0);
+  for (const double x : {0.9, 2.6, 1.75, static_cast<double>(NAN), Inf}) EXPECT_FALSE(HeightAt(plot, x)) << x;
+  EXPECT_FALSE(HeightAt(Plot{}, 0.0));
+}
+
+TEST_F(GraphTextTest, ThePictureLeavesRoomAboveAndBelowAutomaticData) {
+  EXPECT_EQ(PictureRange(*graph, 'y').max, 1.0);
+  Wave({0.0F, 18.0F});
+  EXPECT_EQ(PictureRange(*graph, 'y').min, -1.0);
+  EXPECT_EQ(PictureRange(*graph, 'y').max, 19.0);
+  SetAxisRange(*graph, 'y', 0.0, 18.0);
+  EXPECT_EQ(PictureRange(*graph, 'y').max, 18.0);
+  SetAxisRange(*graph, 'y', 4.0, 4.0);  // never empty
+  EXPECT_EQ(PictureRange(*graph, 'y').max, 6.0);
+  SetAxisLog(*graph, 'y', true);
+  SetAxisRange(*graph, 'y', -1.0, 100.0);  // above 0
+  EXPECT_NEAR(PictureRange(*graph, 'y').min, 1e-4, 1e-18);
+}
+
+TEST_F(GraphTextTest, AZoomKeepsThePlaceOfItsPoint) {
+  SetAxisRange(*graph, 'x', 100.0, 200.0);
+  ZoomAbout(*graph, 'x', 120.0, 0.5);
+  EXPECT_EQ(graph->x.min, 110.0);
+  EXPECT_EQ(graph->x.max, 160.0);
+  ZoomAbout(*graph, 'x', 120.0, 1e-12);  // closer than numbers reach
+  EXPECT_EQ(graph->x.max, 160.0);
+  SetAxisLog(*graph, 'x', true);
+  SetAxisRange(*graph, 'x', 1.0, 10000.0);
+  ZoomAbout(*graph, 'x', 100.0, 0.5);
+  EXPECT_NEAR(graph->x.min, 10.0, 1e-12);
+  EXPECT_NEAR(graph->x.max, 1000.0, 1e-9);
+}
+
+TEST_F(GraphTextTest, TheXViewOfAZoomGraphStopsAtItsFullRange) {
+  ZoomGraphCreate(*graph);
+  ZoomSetFullRange(*graph, 'x', 0.0, 1000.0);
+  SetAxisRange(*graph, 'x', 100.0, 300.0);
+  ZoomPan(*graph, 'x', {100.0, 300.0}, -5.0);
+  EXPECT_EQ(graph->x.min, 0.0);
+  EXPECT_EQ(graph->x.max, 200.0);
+  ZoomAbout(*graph, 'x', 100.0, 100.0);
+  EXPECT_EQ(graph->x.min, 0.0);
+  EXPECT_EQ(graph->x.max, 1000.0);
+  ZoomPan(*graph, 'y', {0.0, 1.0}, 3.0);  // y goes where it likes
+  EXPECT_EQ(graph->y.min, 3.0);
+}
+
+TEST_F(GraphTextTest, TheOwnerIsToldOfEveryChangeOfTheView) {
+  static int told = 0;
+  told = 0;
+  graph->axisChanged = [](Graph&) { ++told; };
+  ZoomAbout(*graph, 'x', 0.5, 0.5);
+  ZoomPan(*graph, 'y', {0.0, 1.0}, 0.1);
+  ZoomFullScale(*graph);
+  ZoomFullScale(*graph);  // nothing more to change
+  EXPECT_EQ(told, 3);
+  EXPECT_TRUE(graph->x.automatic && graph->y.automatic);
+}
+
+TEST_F(GraphTextTest, CursorsAreBroughtToThirdsOfTheView) {
+  Wave({0.0F, 30.0F}, 0.0, 30.0);
+  ZoomBringCursors(*graph);
+  EXPECT_EQ(graph->cursors[0].x, 10.0);
+  EXPECT_EQ(graph->cursors[0].y, 10.0);
+  EXPECT_EQ(graph->cursors[2].x, 20.0);
+  EXPECT_EQ(graph->cursors[1].x, 0.0);  // disabled
+  EXPECT_EQ(CursorReadout(graph->cursors, graph->x.title),
+            "1: 10 ms, 10    3: 20 ms, 20    \u0394: 10 ms, 10");
+  EXPECT_EQ(CursorReadout({}, "Time"), "");
+}
+
+}  // namespace
+}  // namespace zelvane

@@ -1,0 +1,228 @@
+// Writers of the trace: exact bytes, what they protect, and autosave run after run.
+#include "trace/trace_write.h"
+
+#include <bit>
+#include <cstring>
+#include <filesystem>
+#include <map>
+
+#include "formats/abf/abf.h"
+#include "model/model_store.h"
+#include "platform/folders.h"
+#include "run/result_store.h"
+#include "run/run_panel.h"
+#include "screen/screen.h"
+#include "support/abf_sweeps.h"
+#include "support/pressing.h"
+#include "support/store_test.h"
+#include "trace/trace_export.h"
+#include "trace/trace_store.h"
+
+namespace zelvane {
+namespace {
+
+class TraceWriteTest : public PanelTest {
+ protected:
+  TraceWriteTest() { SetTrace({1.5F, -2.0F, 0.25F}, 0.02F); }
+  ~TraceWriteTest() override { SetProgramFolder(""); }
+
+  static void SetTrace(const std::vector<float>& samples, float intervalMs) {
+    std::copy(samples.begin(), samples.end(), Trace.SimTrace.begin());
+    Trace.SimTraceUsed = Model.NumPoints = static_cast<int>(samples.size());
+    Model.ADInterval = intervalMs;
+    WriteRunParameters();
+  }
+
+  std::vector<std::vector<float>> ReadBack() { return AbfSweeps(path, header); }
+
+  template <typename Number>
+  static Number At(const std::string& bytes, std::size_t offset) {
+    Number value{};
+    std::memcpy(&value, bytes.data() + offset, sizeof value);
+    return value;
+  }
+
+  TemporaryFolder folder;
+  std::string path = folder.File("out.abf");
+  AbfHeader header;
+};
+
+TEST_F(TraceWriteTest, TextIsAtfOrASingleColumn) {
+  choices = {path, path};
+  answers = {true, false};
+  PressCommand("SaveAsciiData");
+  const std::string title = GraphNamed("MainPanel").y.title;
+  const float samples[] = {1.5F, -2.0F, 0.25F};
+  ASSERT_TRUE(WriteTraceFile(folder.File("trace.atf"), samples, 0.02F, title));
+  EXPECT_EQ(ReadWholeFile(path), ReadWholeFile(folder.File("trace.atf")));
+  EXPECT_EQ(popups.back(), (SeenPopup{"?", "Export ASCII in ATF format?"}));
+  PressCommand("SaveAsciiData");
+  EXPECT_EQ(ReadWholeFile(path), "2.000000e-02\n1.500000e+00\n-2.000000e+00\n2.500000e-01\n");
+}
+
+TEST_F(TraceWriteTest, AnAbfFileReadsBackWithItsIntervalAndUnits) {
+  std::vector<float> samples(3000);
+  for (std::size_t i = 0; i < samples.size(); ++i) samples[i] = static_cast<float>(i) / 7;
+  SetTrace(samples, 0.02F);
+  Trace.TraceUnits = TraceNanoamps;
+  choices = {path};
+  PressCommand("SaveBinaryData");
+  EXPECT_EQ(ReadBack(), std::vector<std::vector<float>>{samples});
+  EXPECT_EQ(header.operationMode, GapFreeMode);
+  EXPECT_NEAR(header.sampleInterval, 20.0, 1e-5);
+  EXPECT_EQ(header.channelUnits[0], "nA");
+  EXPECT_GT(header.startDate, 20200000);
+  EXPECT_EQ(TraceAbfWrite(path), Outcome::Done) << "a file of floats may be written over";
+}
+
+TEST_F(TraceWriteTest, ARecordingAndTheSourceOfTheTraceAreNotWrittenOver) {
+  ASSERT_EQ(TraceAbfWrite(path), Outcome::Done);
+  std::string recording = ReadWholeFile(path);
+  recording[100] = 0;  // samples of 16 bits
+  WriteWholeFile(path, recording);
+  EXPECT_NE(TraceAbfWrite(path), Outcome::Done);
+  EXPECT_EQ(popups.back(),
+            (SeenPopup{"Error!", path + " is in integer format, which usually means it is an acquired "
+                                        "data file.\nCannot overwrite an acquired data file"}));
+  Trace.TraceFileName = folder.File("./out.abf");
+  popups.clear();
+  for (const auto write : {TraceTextWrite, LegacyAbfWrite, AutosaveTextWrite, AutosaveAbfWrite}) {
+    EXPECT_EQ(write(path), Outcome::Refused);
+    EXPECT_EQ(popups.back().text, path + " is the file that the trace was read from. Choose another name.");
+  }
+  EXPECT_EQ(ReadWholeFile(path), recording);
+}
+
+TEST_F(TraceWriteTest, TheLegacyFileIsTheTemplateButForItsFields) {
+  std::string sample(2048, '\x55');
+  std::memcpy(sample.data(), "ABF ", 4);
+  WriteWholeFile(folder.File("SAMPLABF.DAT"), sample);
+  SetProgramFolder(folder.Path().string());
+  choices = {path};
+  PressCommand("SaveLegacyABFCallback");
+  std::string bytes = ReadWholeFile(path);
+  ASSERT_EQ(bytes.size(), 2048U + 12U);
+  EXPECT_EQ(At<std::int16_t>(bytes, 8), 3);
+  EXPECT_EQ(At<std::int32_t>(bytes, 10), 3);
+  const int date = At<std::int32_t>(bytes, 20);
+  EXPECT_TRUE(date > 0 && date < 1'000'000) << date << " has a year of two digits";
+  EXPECT_LT(At<std::int32_t>(bytes, 24), 86'400);
+  EXPECT_EQ(At<std::int16_t>(bytes, 100), 1);
+  EXPECT_EQ(At<float>(bytes, 122), 20.0F);
+  EXPECT_EQ(At<std::int16_t>(bytes, 266), 0);
+  EXPECT_EQ(At<float>(bytes, 268), 1.0F);
+  EXPECT_EQ(At<float>(bytes, 272), 10000.0F);
+  EXPECT_EQ(At<float>(bytes, 276), 0.0F);
+  EXPECT_EQ(bytes.substr(294, 16), std::string("Zelvane v2.0\0\0\0\0", 16));
+  EXPECT_EQ(At<float>(bytes, 2052), -2.0F);
+  // Everything else is the template's.
+  for (const auto& [offset, length] : std::map<std::size_t, std::size_t>{
+           {8, 2}, {10, 4}, {20, 8}, {100, 2}, {122, 4}, {266, 14}, {294, 16}}) {
+    bytes.replace(offset, length, length, '\x55');
+  }
+  EXPECT_EQ(bytes.substr(0, 2048), sample);
+}
+
+TEST_F(TraceWriteTest, TheTemplatesBesideTheProgramAreThoseThatTheProgramMakes) {
+  for (const char* name : {"SAMPLABF.DAT", "GAPFREE.ABF", "EPISODE-10.ABF"}) {
+    const AbfTemplate made = AbfTemplateBytes(name);
+    EXPECT_EQ(ReadWholeFile(std::string(ZELVANE_DATA "/") + name),
+              std::string(reinterpret_cast<const char*>(made.data()), made.size()))
+        << name << ": build make_templates and run it";
+  }
+}
+
+TEST_F(TraceWriteTest, EveryRunBecomesAnEpisodeOfTheAutosaveFile) {
+  choices = {path};
+  Enter("Autosave", "on");
+  EXPECT_EQ(fileRequests.back().title, "Append data to ABF File");
+  EXPECT_EQ(Shown("AutosaveFileName"), path);
+  AutosaveTrace();
+  SetTrace({7.0F, 8.0F, 9.0F}, 0.02F);
+  AutosaveTrace();
+  const std::string bytes = ReadWholeFile(path);
+  ASSERT_EQ(bytes.size(), 2048U + 24U);
+  EXPECT_EQ(At<std::int16_t>(bytes, 8), 5);
+  EXPECT_EQ(At<std::int32_t>(bytes, 10), 6);
+  EXPECT_EQ(At<std::int32_t>(bytes, 16), 2);
+  EXPECT_EQ(At<std::int32_t>(bytes, 138), 3);
+  EXPECT_EQ(bytes.substr(294, 16), std::string("Zelvane v1.0\0\0\0\0", 16));
+  EXPECT_EQ(ReadBack(), (std::vector<std::vector<float>>{{1.5F, -2.0F, 0.25F}, {7.0F, 8.0F, 9.0F}}));
+}
+
+TEST_F(TraceWriteTest, AutosavedTextHoldsABlockARun) {
+  path = folder.File("runs.asc");
+  choices = {path};
+  Enter("AutosaveFormat", "ASCII");
+  Enter("Autosave", "on");
+  EXPECT_EQ(fileRequests.back().title, "Append data to single column ASCII File");
+  AutosaveTrace();
+  SetTrace({4.0F}, 0.5F);
+  AutosaveTrace();
+  const std::string columns =
+      "2.000000e-02\n1.500000e+00\n-2.000000e+00\n2.500000e-01\n5.000000e-01\n4.000000e+00\n";
+  EXPECT_EQ(ReadWholeFile(path), columns);
+  Result.ResultKind = ResultSavedSteps;
+  Result.KeptSteps = 2;
+  Result.SavedTime[2] = 12.5F;
+  Result.Occupancy[1][1] = 1.0F;
+  Result.Occupancy[1][2] = 0.25F;
+  Result.EffectiveChannels = 4.0F;
+  Model.StateMonitored[1] = 1;
+  Model.DisplayUnits = UnitsChannels;
+  WriteRunParameters();
+  AutosaveTrace();
+  EXPECT_EQ(ReadWholeFile(path), columns + "ATF 1.0\n2 2\n\"Type=\"\n\"Comment=\"\n\"Time (s)\" \"" +
+                                     GraphNamed("MainPanel").y.title +
+                                     "\"\n0.000000e+00 4.000000e+00\n1.250000e-02 1.000000e+00\n");
+}
+
+TEST_F(TraceWriteTest, AutosaveStaysOffWithoutAFileAndKeepsOtherFilesOut) {
+  Enter("Autosave", "on");
+  EXPECT_EQ(Model.Autosave, 0);
+  choices = {path};
+  Enter("Autosave", "on");
+  Enter("AutosaveFormat", "ASCII");
+  EXPECT_EQ(
+      popups.back().text,
+      "If you change file type AFTER selecting the filename, the extension (*.abf,*.asc) may not match the "
+      "filetype.");
+  const std::size_t asked = fileRequests.size();
+  for (const char* command : {"SaveAsciiData", "SaveBinaryData", "SaveLegacyABFCallback", "FxnRead",
+                              "ReadBinaryData", "ReadParseBinaryData", "ReadAsciiData", "FxnWaveRead"}) {
+    popups.clear();
+    PressCommand(command);
+    ASSERT_EQ(popups.size(), 1U) << command;
+    EXPECT_EQ(popups.back(),
+              (SeenPopup{"! Error", "Turn off autosave before reading or writing other datafiles."}));
+  }
+  EXPECT_EQ(fileRequests.size(), asked);
+}
+
+TEST_F(TraceWriteTest, AutosaveExtendsNoFileButItsOwnKind) {
+  WriteWholeFile(folder.File("model.mod"), "no recording");
+  EXPECT_NE(AutosaveAbfWrite(folder.File("model.mod")), Outcome::Done);
+  EXPECT_EQ(ReadWholeFile(folder.File("model.mod")), "no recording");
+  ASSERT_EQ(AutosaveAbfWrite(path), Outcome::Done);
+  std::string tagged = ReadWholeFile(path) + "tags";
+  tagged[44] = 5;  // the block where tags begin
+  WriteWholeFile(path, tagged);
+  EXPECT_NE(AutosaveAbfWrite(path), Outcome::Done)
+      << "what follows on the samples would be taken for samples";
+  EXPECT_EQ(ReadWholeFile(path), tagged);
+}
+
+TEST_F(TraceWriteTest, AutosaveGoesOnBehindARunWhoseWritingWasBrokenOff) {
+  ASSERT_EQ(AutosaveAbfWrite(path), Outcome::Done);
+  WriteWholeFile(path, ReadWholeFile(path) + "a part of an episode, longer than a run");
+  ASSERT_EQ(AutosaveAbfWrite(path), Outcome::Done);
+  EXPECT_EQ(ReadBack(), (std::vector<std::vector<float>>{{1.5F, -2.0F, 0.25F}, {1.5F, -2.0F, 0.25F}}));
+  EXPECT_EQ(ReadWholeFile(path).size(), 2048U + 24U);
+
+  const std::string column = folder.Written("runs.asc", "1\n2.34");
+  ASSERT_EQ(AutosaveTextWrite(column), Outcome::Done);
+  EXPECT_TRUE(ReadWholeFile(column).starts_with("1\n2.34\n2.000000e-02\n1.5"));
+}
+
+}  // namespace
+}  // namespace zelvane
