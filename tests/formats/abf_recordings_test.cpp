@@ -1,5 +1,5 @@
 // Parts of the sweeps of other programs' recordings. What the whole sweeps hold is told in
-// io/recordings_test.cpp.
+// trace/recordings_test.cpp.
 #include <algorithm>
 #include <vector>
 

@@ -54,6 +54,7 @@ void ModelPage::addScheme() {
   addFold(part, {});
   part.row->add(newFormSwitch(part.row));
   title_ = &add(*part.row, "ModelTitle");
+  title_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   for (const char* control : {"GetGraphModel", "SetGraphModel", "ClearTable"}) {
     tableCommands_.push_back(&add(*part.row, control));
   }

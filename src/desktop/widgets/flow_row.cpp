@@ -72,7 +72,8 @@ int FlowRow::leastWidthOf(const Line& line) const {
   return width;
 }
 
-/// Places one line and returns its height. What can be wider takes the room left over, up to its wish.
+/// Places one line and returns its height. What can be wider takes the room left over, up to its wish; the rest goes to
+/// the first widget whose size policy expands.
 int FlowRow::placeLine(const Line& line, int top, int width) const {
   int left = std::max(0, width - leastWidthOf(line));
   int height = 0;
@@ -83,6 +84,10 @@ int FlowRow::placeLine(const Line& line, int top, int width) const {
     const int more = std::min(left, WantedSize(*item.widget).width() - least);
     left -= more;
     widths.push_back(std::min(least + more, width));
+  }
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    const bool expands = (line[i].widget->sizePolicy().horizontalPolicy() & QSizePolicy::ExpandFlag) != 0;
+    if (expands) widths[i] += std::exchange(left, 0);
   }
   int x = 0;
   for (std::size_t i = 0; i < line.size(); ++i) {

@@ -14,7 +14,7 @@ class FlowRow : public WrappingWidget {
   explicit FlowRow(QWidget* parent);
 
   /// Appends a widget, which becomes a child of the row. A text or field that can be short gives way first;
-  /// hidden widgets take no room.
+  /// hidden widgets take no room. A widget whose size policy expands takes the room that its line leaves over.
   void add(QWidget* widget);
 
   /// Moves what is added from here on to the right edge of its row.
