@@ -3,8 +3,8 @@
 #include <fstream>
 #include <string>
 
+#include "fit/fit_store.h"
 #include "fit/wave_list.h"
-#include "parameters/fit_store.h"
 #include "scratch_file.h"
 
 namespace zelvane {

@@ -7,18 +7,41 @@
 #include <string>
 #include <string_view>
 
+#include "analysis/analysis_fields.h"
+#include "analysis/analysis_fit_store.h"
 #include "analysis/analysis_store.h"
+#include "dwells/dwell_fields.h"
 #include "dwells/dwell_fit_store.h"
+#include "fit/fit_fields.h"
+#include "fit/fit_store.h"
 #include "model/constraints_store.h"
+#include "model/model_fields.h"
 #include "model/model_rows.h"
 #include "model/model_store.h"
 #include "model/model_text.h"
-#include "parameters/fit_store.h"
+#include "noise/noise_fields.h"
+#include "noise/noise_fit_store.h"
+#include "parameters/parameters_fields.h"
+#include "parameters/parameters_store.h"
+#include "rscm/rscm_fields.h"
 #include "rscm/rscm_store.h"
+#include "stimulus/stimulus_fields.h"
 #include "stimulus/stimulus_store.h"
 
 namespace zelvane {
 namespace {
+
+/// The fields that a model file holds, by name.
+void RegisterSavedFields() {
+  RegisterModelFields();
+  RegisterStimulusFields();
+  RegisterAnalysisFields();
+  RegisterRscmFields();
+  RegisterParametersFields();
+  RegisterDwellFields();
+  RegisterNoiseFields();
+  RegisterFitFields();
+}
 
 void ResetModelStores() {
   // One set of initial values for all runs: building them anew would cost more than a small input does.
@@ -29,6 +52,9 @@ void ResetModelStores() {
   Constraints = ConstraintsStore{};
   Stimulus = StimulusStore{};
   Analysis = AnalysisStore{};
+  AnalysisFit = AnalysisFitStore{};
+  Parameters = ParametersStore{};
+  NoiseFit = NoiseFitStore{};
   DwellFit = DwellFitStore{};
   RsCm = RsCmStore{};
 }
@@ -71,6 +97,8 @@ void CheckOne(std::string_view bytes) {
 }  // namespace zelvane
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const bool registered = (zelvane::RegisterSavedFields(), true);
+  static_cast<void>(registered);
   zelvane::CheckOne({reinterpret_cast<const char*>(data), size});
   return 0;
 }

@@ -1,50 +1,84 @@
 #include "analysis/analysis_fields.h"
 
+#include "analysis/analysis_fit_store.h"
 #include "analysis/analysis_store.h"
+#include "parameters/parameters_fields.h"
 #include "screen/fields.h"
 
 namespace zelvane {
+namespace {
+
+void RegisterFitOfResponse() {
+  RegisterLimits(SavedSetting, "ExpFitLimits", AnalysisFit.ExpFitLimits);
+  RegisterLimits(UnsavedSetting, "DoseFitLimits", AnalysisFit.DoseFitLimits);
+  RegisterSavedSettings({
+      ScalarField("AnalysisParse", AnalysisFit.AnalysisParse),
+      ScalarField("AnalysisFitPts", AnalysisFit.AnalysisFitPts),
+      ScalarField("AnalysisNumIterations", AnalysisFit.AnalysisNumIterations),
+      ScalarField("AnalysisNumRestarts", AnalysisFit.AnalysisNumRestarts),
+      ScalarField("AnalysisTolerance", AnalysisFit.AnalysisTolerance),
+      ScalarField("DualSpeedPts", AnalysisFit.DualSpeedPts),
+      ScalarField("FitStartPts", AnalysisFit.FitStartPts),
+  });
+  RegisterResults({
+      ScalarField("FitAmp1", AnalysisFit.FitAmp1),
+      ScalarField("FitTau1", AnalysisFit.FitTau1, "ms"),
+      ScalarField("FitAmp2", AnalysisFit.FitAmp2),
+      ScalarField("FitTau2", AnalysisFit.FitTau2, "ms"),
+      ScalarField("FitOffset", AnalysisFit.FitOffset),
+      ScalarField("FitGoodness", AnalysisFit.FitGoodness),
+  });
+}
+
+}  // namespace
 
 void RegisterAnalysisFields() {
-  RegisterFields({
-      ScalarField("BaselineStart", Analysis.BaselineStart),
+  RegisterFitOfResponse();
+  RegisterSavedSettings({
+      ScalarField("BaselineStart", Analysis.BaselineStart, "ms"),
       ScalarField("BaselinePts", Analysis.BaselinePts),
-      ScalarField("StartAnalysis", Analysis.StartAnalysis),
+      ScalarField("StartAnalysis", Analysis.StartAnalysis, "ms"),
       ScalarField("PeakSearchPts", Analysis.PeakSearchPts),
       ScalarField("PeakAvePts", Analysis.PeakAvePts),
-      ScalarField("PeakOption", Analysis.PeakOption),
       ScalarField("RiseStartFrac", Analysis.RiseStartFrac),
       ScalarField("RiseEndFrac", Analysis.RiseEndFrac),
-      ScalarField("FracDecay", Analysis.FracDecay),
-      ScalarField("LatencyPos", Analysis.LatencyPos),
+      ScalarField("LatencyPos", Analysis.LatencyPos, "ms"),
       ScalarField("LatencyFrac", Analysis.LatencyFrac),
-      ScalarField("ViewedPoints", Analysis.ViewedPoints),
       ScalarField("AutoSaveMeasures", Analysis.AutoSaveMeasures),
       ScalarField("VerifyMeasures", Analysis.VerifyMeasures),
       ArrayField("AnalysisDisplay[]", Analysis.AnalysisDisplay),
+  });
+  RegisterSettings({
+      ScalarField("PeakOption", Analysis.PeakOption),
+      ScalarField("FracDecay", Analysis.FracDecay),
+      ScalarField("AutoRescale", Analysis.AutoRescale),
+      ScalarField("YMinGain", Analysis.YMinGain),
+      ScalarField("YMaxGain", Analysis.YMaxGain),
+  });
+  RegisterResults({
       ScalarField("Baseline", Analysis.Measures.Baseline),
       ScalarField("BaselineVar", Analysis.Measures.BaselineVar),
       ScalarField("PeakValue", Analysis.Measures.PeakValue),
       ScalarField("PeakPos", Analysis.Measures.PeakPos),
-      ScalarField("RiseTime", Analysis.Measures.RiseTime),
+      ScalarField("RiseTime", Analysis.Measures.RiseTime, "ms"),
       ScalarField("RisePoints", Analysis.Measures.RisePoints),
       ScalarField("RiseStartPos", Analysis.Measures.RiseStartPos),
       ScalarField("RiseEndPos", Analysis.Measures.RiseEndPos),
       ScalarField("RiseSlope", Analysis.Measures.RiseSlope),
-      ScalarField("DecayTime", Analysis.Measures.DecayTime),
-      ScalarField("FracWidth", Analysis.Measures.FracWidth),
-      ScalarField("LatencyRise", Analysis.Measures.LatencyRise),
-      ScalarField("LatencyPeak", Analysis.Measures.LatencyPeak),
+      ScalarField("DecayTime", Analysis.Measures.DecayTime, "ms"),
+      ScalarField("FracWidth", Analysis.Measures.FracWidth, "ms"),
+      ScalarField("LatencyRise", Analysis.Measures.LatencyRise, "ms"),
+      ScalarField("LatencyPeak", Analysis.Measures.LatencyPeak, "ms"),
       ScalarField("Integral", Analysis.Measures.Integral),
       ScalarField("Coastline", Analysis.Measures.Coastline),
       ScalarField("TableRow", Analysis.TableRow),
       ScalarField("MeasuresFileName", Analysis.MeasuresFileName),
-      ScalarField("MeasuresFileOpen", Analysis.MeasuresFileOpen),
       ScalarField("MeasuresCount", Analysis.MeasuresCount),
+  });
+  RegisterWorkingFields({
+      ScalarField("ViewedPoints", Analysis.ViewedPoints),
+      ScalarField("MeasuresFileOpen", Analysis.MeasuresFileOpen),
       ScalarField("StopAnalysis", Analysis.StopAnalysis),
-      ScalarField("AutoRescale", Analysis.AutoRescale),
-      ScalarField("YMinGain", Analysis.YMinGain),
-      ScalarField("YMaxGain", Analysis.YMaxGain),
   });
 }
 

@@ -5,13 +5,14 @@
 #include <array>
 #include <cmath>
 
+#include "analysis/analysis_fit_store.h"
 #include "analysis/analysis_store.h"
 #include "analysis/analysis_views.h"
 #include "analysis/analyze.h"
 #include "analysis/measures.h"
 #include "model/model_store.h"
 #include "numerics/rounding.h"
-#include "parameters/fit_store.h"
+#include "parameters/parameters_store.h"
 #include "platform/index.h"
 #include "screen/screen.h"
 #include "trace/trace_events.h"
@@ -87,7 +88,7 @@ void FxnPosition(const ControlEvent&) {
 
 void AN_AnalyzeButton(const ControlEvent&) {
   if (Trace.TraceValid == 0) return;
-  if (Fit.FitMode == FitWaveforms) {
+  if (Parameters.FitMode == FitWaveforms) {
     MessagePopup(NoticeTitle, WaveformFitQuestion);
     return;
   }
@@ -283,7 +284,7 @@ void ShowUnits() {
     if (known) text.replace(text.find("%s"), 2, UnitWords[Index(Trace.TraceUnits)]);
     ControlNamed(label.control).label = text;
   }
-  const bool one = Fit.FitMode == FitDecay || Fit.FitMode == FitRise;
+  const bool one = Parameters.FitMode == FitDecay || Parameters.FitMode == FitRise;
   ControlNamed("FitTau1").label = one ? "Tau (ms)" : "Tau1 (ms)";
   Graph& graph = GraphNamed(AnalysisPanelName);
   SetAxisTitle(graph, 'y',
@@ -308,16 +309,16 @@ void ShowResult(const char* control, double value, bool measured) {
 
 void ShowFit() {
   const bool ran = Analysis.FitRan != 0;
-  const bool two = ran && Fit.FitMode == FitTwoDecays;
-  ShowResult("FitAmp1", Fit.FitAmp1, ran);
-  ShowResult("FitTau1", Fit.FitTau1, ran);
-  ShowResult("FitAmp2", Fit.FitAmp2, two);
-  ShowResult("FitTau2", Fit.FitTau2, two);
-  ShowResult("FitOffset", Fit.FitOffset, ran);
-  ShowResult("FitGoodness", static_cast<double>(Fit.FitGoodness), ran);
+  const bool two = ran && Parameters.FitMode == FitTwoDecays;
+  ShowResult("FitAmp1", AnalysisFit.FitAmp1, ran);
+  ShowResult("FitTau1", AnalysisFit.FitTau1, ran);
+  ShowResult("FitAmp2", AnalysisFit.FitAmp2, two);
+  ShowResult("FitTau2", AnalysisFit.FitTau2, two);
+  ShowResult("FitOffset", AnalysisFit.FitOffset, ran);
+  ShowResult("FitGoodness", static_cast<double>(AnalysisFit.FitGoodness), ran);
   if (!ran)
     ShowText("AnalysisFitNote",
-             IsExponentialFit(Fit.FitMode) && Analysis.Measures.measured != 0 ? NoFit : "");
+             IsExponentialFit(Parameters.FitMode) && Analysis.Measures.measured != 0 ? NoFit : "");
 }
 
 }  // namespace
@@ -340,7 +341,7 @@ void AddAnalysisPanel() {
   AddAnalysisTable();
   AddAnalysisSections();
   PanelNamed(AnalysisPanelName).dim.push_back(DimAnalysisPanel);  // from here on: the rule needs the controls
-  AddControls("MainPanel", "analysis", MainPanelButton);
+  AddControls(MainPanelName, "analysis", MainPanelButton);
   AddMenu(AnalysisMenu);
   MeasureSettingsWanted.Add(ReadAnalysisPanel);
   MeasuresChanged.Add(ShowMeasures);

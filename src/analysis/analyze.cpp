@@ -4,11 +4,11 @@
 #include <optional>
 #include <set>
 
+#include "analysis/analysis_fit_store.h"
 #include "analysis/measures.h"
 #include "analysis/results_files.h"
 #include "analysis/results_table.h"
 #include "model/model_store.h"
-#include "parameters/fit_store.h"
 #include "platform/file_names.h"
 #include "screen/popups.h"
 #include "trace/trace_events.h"
@@ -43,12 +43,12 @@ void TellOf(RiseFault fault) {
 /// No exponentials are fitted to the response.
 void ClearFit() {
   Analysis.FitRan = 0;
-  Fit.FitAmp1 = 0.0;
-  Fit.FitTau1 = 0.0;
-  Fit.FitAmp2 = 0.0;
-  Fit.FitTau2 = 0.0;
-  Fit.FitOffset = 0.0;
-  Fit.FitGoodness = 0.0F;
+  AnalysisFit.FitAmp1 = 0.0;
+  AnalysisFit.FitTau1 = 0.0;
+  AnalysisFit.FitAmp2 = 0.0;
+  AnalysisFit.FitTau2 = 0.0;
+  AnalysisFit.FitOffset = 0.0;
+  AnalysisFit.FitGoodness = 0.0F;
 }
 
 }  // namespace
@@ -67,8 +67,8 @@ MeasureSettings StoredMeasureSettings() {
   settings.fracDecay = Analysis.FracDecay;
   settings.latencyPos = Analysis.LatencyPos;
   settings.latencyFrac = Analysis.LatencyFrac;
-  settings.integralPts =
-      static_cast<std::int64_t>(Fit.AnalysisFitPts) * static_cast<std::int64_t>(Fit.AnalysisParse);
+  settings.integralPts = static_cast<std::int64_t>(AnalysisFit.AnalysisFitPts) *
+                         static_cast<std::int64_t>(AnalysisFit.AnalysisParse);
   return settings;
 }
 

@@ -2,7 +2,7 @@
 
 #include "analysis/analysis_store.h"
 #include "analysis/analyze.h"
-#include "parameters/fit_store.h"
+#include "parameters/parameters_store.h"
 #include "screen/popups.h"
 #include "trace/trace_events.h"
 #include "trace/trace_read.h"
@@ -16,7 +16,7 @@ constexpr char OneEpisode[] =
 constexpr char EndOfFile[] = "You have reached the end of the file.";
 
 bool CanAnalyzeEpisodes() {
-  return Trace.TraceValid != 0 && Fit.FitMode != FitWaveforms;
+  return Trace.TraceValid != 0 && Parameters.FitMode != FitWaveforms;
 }
 
 void ReadAndShowEpisode() {

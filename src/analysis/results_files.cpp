@@ -10,7 +10,7 @@
 #include "analysis/results_table.h"
 #include "formats/line_scanner.h"
 #include "model/model_store.h"
-#include "parameters/fit_store.h"
+#include "parameters/parameters_store.h"
 #include "platform/safe_file.h"
 #include "screen/popups.h"
 #include "trace/trace_events.h"
@@ -92,7 +92,7 @@ std::string DashedFields(int count) {
 
 /// The fields of one fitted quantity: one component, two components, or dashes.
 std::string FitFields(double first, double second) {
-  switch (Fit.FitMode) {
+  switch (Parameters.FitMode) {
     case 0:
       return DashedFields(3);
     case FitDecay:
@@ -106,7 +106,7 @@ std::string FitFields(double first, double second) {
 }
 
 std::string FitQuality(double offset, double goodness) {
-  if (Fit.FitMode == 0) return DashedFields(2);
+  if (Parameters.FitMode == 0) return DashedFields(2);
   std::string text = " ";
   return text.append(Fixed(offset, 4)).append(", ").append(Fixed(goodness, 6)).append(", ");
 }

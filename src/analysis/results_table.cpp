@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <array>
 
+#include "analysis/analysis_fit_store.h"
 #include "analysis/analyze.h"
-#include "parameters/fit_store.h"
+#include "parameters/parameters_store.h"
 #include "platform/index.h"
 #include "screen/popups.h"
 #include "trace/trace_events.h"
@@ -47,13 +48,13 @@ void SetMeasures(AnalysisRow& row, const ResponseMeasures& m) {
 /// Without a fit its columns hold 0 and show nothing.
 void PutFit(AnalysisRow& row) {
   const bool ran = Analysis.FitRan != 0;
-  const bool two = ran && Fit.FitMode == FitTwoDecays;
-  SetValue(row, 8, static_cast<float>(Fit.FitAmp1), ran);
-  SetValue(row, 9, static_cast<float>(Fit.FitTau1), ran);
-  SetValue(row, 10, static_cast<float>(Fit.FitAmp2), two);
-  SetValue(row, 11, static_cast<float>(Fit.FitTau2), two);
-  SetValue(row, 12, static_cast<float>(Fit.FitOffset), ran);
-  SetValue(row, 21, Fit.FitGoodness, ran);
+  const bool two = ran && Parameters.FitMode == FitTwoDecays;
+  SetValue(row, 8, static_cast<float>(AnalysisFit.FitAmp1), ran);
+  SetValue(row, 9, static_cast<float>(AnalysisFit.FitTau1), ran);
+  SetValue(row, 10, static_cast<float>(AnalysisFit.FitAmp2), two);
+  SetValue(row, 11, static_cast<float>(AnalysisFit.FitTau2), two);
+  SetValue(row, 12, static_cast<float>(AnalysisFit.FitOffset), ran);
+  SetValue(row, 21, AnalysisFit.FitGoodness, ran);
 }
 
 AnalysisRow& RowAt(int row) {

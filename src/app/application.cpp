@@ -164,7 +164,7 @@ void AddAllPanels() {
   AddUndoMenu();
   AddModelPanels();
   AddRunPanels();
-  AddControls("MainPanel", "shell", ShellControls);
+  AddControls(MainPanelName, "shell", ShellControls);
   AddRecordingPanels();
   AddStimulusPanel();
   AddStimulusFileControls();
@@ -180,10 +180,10 @@ void AddAllPanels() {
   AddHelp();
   AddRecorderMenu();
   AddMenu(ShellMenu);
-  Panel& main = PanelNamed("MainPanel");
+  Panel& main = PanelNamed(MainPanelName);
   main.close = AskToClose;
   main.maximised = true;
-  ZoomGraphCreate(GraphNamed("MainPanel"));
+  ZoomGraphCreate(GraphNamed(MainPanelName));
   ZoomGraphCreate(GraphNamed("AnalysisPanel"));
 }
 
@@ -209,7 +209,7 @@ void StartApplication(const StartOptions& options) {
   StimRebuild();
   HidePanel("AboutPanel");
   SetVisible("CloseAbout", true);
-  ShowPanel("MainPanel");
+  ShowPanel(MainPanelName);
   UpdateDimming();
   if (options.shown) options.shown();
   OpenNamedFiles(options);

@@ -107,7 +107,7 @@ constexpr MenuDecl HelpMenu[] = {
 }  // namespace
 
 void AddHelp() {
-  AddControls("MainPanel", "shell", MainControls);
+  AddControls(MainPanelName, "shell", MainControls);
   AddControls("StimulusPanel", "shell", StimulusControls);
   AddControls("AnalysisPanel", "shell", AnalysisControls);
   AddMenu(HelpMenu);

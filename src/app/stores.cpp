@@ -1,18 +1,20 @@
 #include "app/stores.h"
 
-#include <algorithm>
-#include <iterator>
-
 #include "analysis/analysis_fields.h"
+#include "analysis/analysis_fit_store.h"
 #include "analysis/analysis_store.h"
 #include "dwells/dwell_fields.h"
 #include "dwells/dwell_fit_store.h"
 #include "dwells/dwell_store.h"
+#include "fit/fit_fields.h"
+#include "fit/fit_store.h"
 #include "model/constraints_store.h"
 #include "model/model_fields.h"
 #include "model/model_store.h"
-#include "parameters/fit_fields.h"
-#include "parameters/fit_store.h"
+#include "noise/noise_fields.h"
+#include "noise/noise_fit_store.h"
+#include "parameters/parameters_fields.h"
+#include "parameters/parameters_store.h"
 #include "platform/zero_pages.h"
 #include "rscm/rscm_fields.h"
 #include "rscm/rscm_store.h"
@@ -97,54 +99,20 @@ void AttachArrays() {
   AttachWaveforms(arrays.waveforms);
 }
 
-// -- Default limits of the fits --
-
-struct LimitRow {
-  int first;
-  int last;
-  int step;
-  FitLimit limit;
-};
-
-constexpr LimitRow SublevelLimits[] = {{1, 4, 1, {0, 1}}, {5, 7, 1, {0, 100}}, {8, 8, 1, {0, 10000}}};
-constexpr LimitRow VarLimits[] = {{1, 1, 1, {-10, 10}}, {2, 2, 1, {0, 5000}}, {3, 3, 1, {0, 10}}};
-constexpr LimitRow SpecLimits[] = {{1, 3, 2, {0.001, 1}}, {2, 4, 2, {1e-12, 1}}};
-constexpr LimitRow DwellLimits[] = {{1, 9, 2, {0.01, 100000}},     // time constants 1 to 5
-                                    {2, 10, 2, {0.001, 100}},      // areas
-                                    {11, 11, 1, {0.05, 100000}}};  // time constant 6
-constexpr LimitRow ExpLimits[] = {{1, 1, 1, {0.01, 100000}},
-                                  {2, 2, 1, {0.01, 10000}},
-                                  {3, 3, 1, {0.01, 1000}},
-                                  {4, 4, 1, {0.001, 100000}},
-                                  {5, 5, 1, {0.01, 10000}}};
-
-void SetLimits(FitLimitTable& table, std::span<const LimitRow> rows) {
-  for (const LimitRow& row : rows) {
-    for (int r = row.first; r <= row.last; r += row.step) table[static_cast<std::size_t>(r)] = row.limit;
-  }
-}
-
-void SetDefaultFitLimits() {
-  SetLimits(Fit.SublevelFitLimits, SublevelLimits);
-  SetLimits(Fit.VarFitLimits, VarLimits);
-  SetLimits(Fit.SpecFitLimits, SpecLimits);
-  SetLimits(Fit.DwellFitLimits, DwellLimits);
-  SetLimits(Fit.ExpFitLimits, ExpLimits);
-}
-
 }  // namespace
 
 void AllocateStores() {
   static const bool done = [] {
     AttachArrays();
-    SetDefaultFitLimits();
     RegisterModelFields();
     RegisterStimulusFields();
     RegisterResultFields();
     RegisterTraceFields();
     RegisterRscmFields();
     RegisterAnalysisFields();
+    RegisterParametersFields();
     RegisterDwellFields();
+    RegisterNoiseFields();
     RegisterFitFields();
     return true;
   }();
@@ -168,9 +136,11 @@ void ResetStores() {
   Noise = NoiseStore{};
   DwellFit = DwellFitStore{};
   Dwell = DwellStore{};
+  Parameters = ParametersStore{};
+  AnalysisFit = AnalysisFitStore{};
+  NoiseFit = NoiseFitStore{};
   Fit = FitStore{};
   AttachArrays();
-  SetDefaultFitLimits();
 }
 
 }  // namespace zelvane

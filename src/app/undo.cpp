@@ -12,7 +12,6 @@
 #include "model/constraints_store.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
-#include "parameters/fit_store.h"
 #include "run/run_panel.h"
 #include "screen/fields.h"
 #include "screen/observer.h"
@@ -23,45 +22,18 @@
 namespace zelvane {
 namespace {
 
-/// Fields that are results or working values of a run and no settings.
-constexpr std::string_view NotSettings[] = {
-    "RateMatrix[][]", "TableStateOn[]", "ResultKind", "KeptSteps", "IntegrationOffset", "ReductionCount",
-    "StopRequested", "StateClass[]", "EffectiveChannels", "TraceValid", "TraceParsed", "RsCorrected",
-    "EpisodeCount", "EpisodeIndex", "TraceFileName", "RecordPoints", "ResultsFileName", "FitActive",
-    "StimFromFile", "ViewedPoints", "TraceUnits", "RcFiltered", "EquilibriumOccupancy[]",
-    // counts of lists that are no settings themselves
-    "NumOpenTimes", "NumClosedTimes", "NumRawOpenTimes", "NumClassOpenTimes[]", "NumLatencies",
-    "NumIdealEvents", "SegmentCounter", "OpenStateExits", "MonitoredChannels", "LastDwellKind",
-    "OpenListSelector",
-    // what a read leaves beside the samples
-    "TraceIsText", "SweepSamples", "TotalSamples", "RecordedChannels", "RecordedChannel", "OperationMode",
-    "FinalGain", "AdcResolution", "AdcRange", "ParseRequested", "ParseSkip", "ParseCount", "ParseStart",
-    "ParseStartTime", "ParseInterval", "ParseDuration", "ParseMaxPoints", "ParseResult", "ParseLength",
-    "RecordedSignal", "IntervalLine", "TypedInterval", "ScaleFactor", "RcFiltered",
-    // measures
-    "Baseline", "BaselineVar", "PeakValue", "PeakPos", "RiseTime", "RisePoints", "RiseStartPos", "RiseEndPos",
-    "RiseSlope", "DecayTime", "FracWidth", "LatencyRise", "LatencyPeak", "Integral", "Coastline", "TableRow",
-    "MeasuresFileName", "MeasuresFileOpen", "MeasuresCount", "StopAnalysis", "FitAmp1", "FitTau1", "FitAmp2",
-    "FitTau2", "FitOffset", "FitGoodness"};
-
 /// Fields that the simulation of subunits forces; they are dimmed meanwhile, and what a run puts into them is
 /// no edit of the user's.
 constexpr std::string_view ForcedBySubunits[] = {"StartAtEquilibrium", "NumRuns",     "NumIntervals",
                                                  "ReseedSimulation",   "AutoAnalyze", "ShowAllTraces"};
 
-template <std::size_t Count>
-bool Among(const std::string_view (&names)[Count], std::string_view name) {
-  return std::find(std::begin(names), std::end(names), name) != std::end(names);
+bool IsForced(std::string_view name) {
+  return std::find(std::begin(ForcedBySubunits), std::end(ForcedBySubunits), name) !=
+         std::end(ForcedBySubunits);
 }
 
-/// Arrays with more elements than this hold samples, not settings.
-constexpr int MaxSettingElements = 4096;
-
 bool IsSetting(const Field& field) {
-  for (int k = 0; k < field.rank; ++k) {
-    if (field.index[static_cast<std::size_t>(k)].last > MaxSettingElements) return false;
-  }
-  return !Among(NotSettings, field.name);
+  return field.kind.role == FieldRole::Setting;
 }
 
 /// Calls `visit` with the address of every element of a field.
@@ -100,7 +72,7 @@ Settings CopySettings() {
   Settings copy;
   for (const auto& [name, field] : AllFields()) {
     if (!IsSetting(field)) continue;
-    const bool forced = Among(ForcedBySubunits, field.name);
+    const bool forced = IsForced(field.name);
     ForEachElement(field, field.base, 0, [&, type = field.type](std::byte* address) {
       if (type == FieldType::Text) {
         copy.texts.push_back(*reinterpret_cast<std::string*>(address));
@@ -199,10 +171,10 @@ void StartUndo() {
 
 void AddUndoMenu() {
   AddMenu(UndoMenu);
-  LengthGiven.Add(TakeLengthAsGiven);
+  LengthGiven.Add(AdoptGivenLength);
 }
 
-void TakeLengthAsGiven() {
+void AdoptGivenLength() {
   UndoState& state = State();
   const auto refresh = [](Settings& copy) {
     if (copy.numbers.empty()) return;

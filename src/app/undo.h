@@ -21,7 +21,7 @@ void Redo();
 
 /// Writes the present length and interval of a run into all kept copies and into that of the present
 /// action. They belong to a recording, and an undo must not change them.
-void TakeLengthAsGiven();
+void AdoptGivenLength();
 
 bool CanUndo();
 bool CanRedo();

@@ -2,6 +2,7 @@
 
 #include "dwells/dwell_fit_store.h"
 #include "dwells/dwell_store.h"
+#include "parameters/parameters_fields.h"
 #include "screen/fields.h"
 
 namespace zelvane {
@@ -23,12 +24,27 @@ Field ClassLists() {
 }  // namespace
 
 void RegisterDwellFields() {
-  RegisterFields({
-      SpanField("OpenTimes[]", Dwell.OpenTimes),
-      SpanField("ClosedTimes[]", Dwell.ClosedTimes),
-      SpanField("RawOpenTimes[]", Dwell.RawOpenTimes),
-      SpanField("Latencies[]", Dwell.Latencies),
-      SpanField("IdealDuration[]", Dwell.IdealDuration),
+  RegisterLimits(SavedSetting, "DwellFitLimits", DwellFit.DwellFitLimits);
+  RegisterSavedSettings({
+      ScalarField("ScTolerance", DwellFit.ScTolerance),
+  });
+  RegisterSettings({
+      ScalarField("ResolutionOpen", Dwell.ResolutionOpen, "ms"),
+      ScalarField("ResolutionClosed", Dwell.ResolutionClosed, "ms"),
+      ScalarField("CondClosedMin", Dwell.CondClosedMin, "ms"),
+      ScalarField("CondClosedMax", Dwell.CondClosedMax, "ms"),
+      ScalarField("CondOpenResolution", Dwell.CondOpenResolution, "ms"),
+      ScalarField("CondUsePreceding", Dwell.CondUsePreceding),
+      ScalarField("ChoiceOpen", Dwell.ChoiceOpen),
+      ScalarField("ChoiceClosed", Dwell.ChoiceClosed),
+      ScalarField("ListReplace", Dwell.ListReplace),
+  });
+  RegisterResults({
+      SpanField("OpenTimes[]", Dwell.OpenTimes, "ms"),
+      SpanField("ClosedTimes[]", Dwell.ClosedTimes, "ms"),
+      SpanField("RawOpenTimes[]", Dwell.RawOpenTimes, "ms"),
+      SpanField("Latencies[]", Dwell.Latencies, "ms"),
+      SpanField("IdealDuration[]", Dwell.IdealDuration, "ms"),
       SpanField("IdealClass[]", Dwell.IdealClass),
       SpanField("IdealAmplitude[]", Dwell.IdealAmplitude),
       ClassLists(),
@@ -38,21 +54,13 @@ void RegisterDwellFields() {
       ScalarField("NumRawOpenTimes", Dwell.NumRawOpenTimes),
       ScalarField("NumLatencies", Dwell.NumLatencies),
       ScalarField("NumIdealEvents", Dwell.NumIdealEvents),
-      ScalarField("SegmentCounter", Dwell.SegmentCounter),
       ScalarField("OpenStateExits", Dwell.OpenStateExits),
       ScalarField("MonitoredChannels", Dwell.MonitoredChannels),
-      ScalarField("ResolutionOpen", Dwell.ResolutionOpen),
-      ScalarField("ResolutionClosed", Dwell.ResolutionClosed),
-      ScalarField("LastDwellKind", Dwell.LastDwellKind),
       ScalarField("OpenListSelector", Dwell.OpenListSelector),
-      ScalarField("CondClosedMin", Dwell.CondClosedMin),
-      ScalarField("CondClosedMax", Dwell.CondClosedMax),
-      ScalarField("CondOpenResolution", Dwell.CondOpenResolution),
-      ScalarField("CondUsePreceding", Dwell.CondUsePreceding),
-      ScalarField("ChoiceOpen", Dwell.ChoiceOpen),
-      ScalarField("ChoiceClosed", Dwell.ChoiceClosed),
-      ScalarField("ListReplace", Dwell.ListReplace),
-      ScalarField("ScTolerance", DwellFit.ScTolerance),
+  });
+  RegisterWorkingFields({
+      ScalarField("SegmentCounter", Dwell.SegmentCounter),
+      ScalarField("LastDwellKind", Dwell.LastDwellKind),
   });
 }
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "fit/fit_store.h"
 #include "formats/input_file.h"
 #include "formats/line_scanner.h"
-#include "parameters/fit_store.h"
 
 namespace zelvane {
 namespace {

@@ -5,12 +5,12 @@
 #include <optional>
 #include <vector>
 
+#include "fit/fit_store.h"
 #include "fit/wave_list.h"
 #include "fit/wave_set_panels.h"
 #include "formats/input_file.h"
 #include "model/model_file.h"
 #include "model/model_store.h"
-#include "parameters/fit_store.h"
 #include "platform/file_names.h"
 #include "platform/safe_file.h"
 #include "platform/zero_pages.h"

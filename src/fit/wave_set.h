@@ -9,7 +9,7 @@
 
 #include <string>
 
-#include "parameters/fit_store.h"
+#include "fit/fit_store.h"
 #include "platform/outcome.h"
 
 namespace zelvane {

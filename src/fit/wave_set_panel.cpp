@@ -1,7 +1,7 @@
 // Menu commands of the set of waveforms.
+#include "fit/fit_store.h"
 #include "fit/wave_set.h"
 #include "fit/wave_set_panels.h"
-#include "parameters/fit_store.h"
 #include "screen/screen.h"
 
 namespace zelvane {

@@ -35,7 +35,7 @@ class LineReader {
   }
 
  private:
-  static constexpr std::size_t BlockBytes = 16 * 1024;  // lists and profiles are short
+  static constexpr std::size_t BlockBytes = std::size_t{16} * 1024;  // lists and profiles are short
 
   std::ifstream file_;
   std::size_t longest_;

@@ -16,7 +16,7 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "stimulus files hold numbers as memory does");
 
-constexpr std::size_t BlockSamples = 64 * 1024;
+constexpr std::size_t BlockSamples = std::size_t{64} * 1024;
 constexpr std::size_t LongestLine = 300;  // bytes
 
 bool SameBits(float a, float b) {

@@ -14,7 +14,7 @@ namespace zelvane {
 /// end. NUL bytes are bytes like any other. Memory grows with the longest line only.
 class TextLines {
  public:
-  static constexpr std::size_t DefaultBlock = 256 * 1024;
+  static constexpr std::size_t DefaultBlock = std::size_t{256} * 1024;
 
   /// @param blockBytes  bytes read at a time, an even number
   explicit TextLines(std::istream& in, std::size_t blockBytes = DefaultBlock);

@@ -7,7 +7,6 @@
 namespace zelvane {
 namespace {
 
-constexpr char MainPanelName[] = "MainPanel";
 constexpr char TablePanelName[] = "TableModelPanel";
 
 // -- Questions --
@@ -119,6 +118,7 @@ void AddModelPanels() {
   AddInitialConditionsPanel();
   AddTableModelPanel();
   AddMenu(ModelMenu);
+  FollowModelFile();
 }
 
 }  // namespace zelvane

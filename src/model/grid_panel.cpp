@@ -10,7 +10,6 @@
 namespace zelvane {
 namespace {
 
-constexpr char MainPanelName[] = "MainPanel";
 constexpr char StatesGroup[] = "states";
 constexpr char RatesGroup[] = "rates";
 constexpr char TextsGroup[] = "texts";  // title and labels, which the user types beside the rates

@@ -17,7 +17,11 @@ inline Listeners<> RunSettingsReplaced;
 /// A model file is about to be written: what is typed on the panels goes into the stores.
 inline Listeners<> ModelFileToSave;
 
-/// A model file was read: the panels show it, first the run settings, then the stimulus.
+/// A model file was read: the panels show it, first the scheme, then the run settings, then the stimulus, which is
+/// rebuilt from what its panel shows.
 inline Listeners<> ModelFileCameIn;
+
+/// The model has the name of another file.
+inline Listeners<> ModelFileNamed;
 
 }  // namespace zelvane

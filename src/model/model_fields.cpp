@@ -13,36 +13,37 @@ Field DrugField(const char* name, DependenceTables& tables) {
 }
 
 void RegisterScheme() {
-  RegisterFields({
+  RegisterSavedSettings({
       ArrayField("KOn[]", Model.KOn),
       ArrayField("KOff[]", Model.KOff),
       ArrayField("StateOn[]", Model.StateOn),
-      ArrayField("StateLabel[]", Model.StateLabel, 1, StateLabelBytes),
+      TextsField("StateLabel[]", Model.StateLabel, StateLabelBytes),
       DrugField("DrugDepend[][][]", Model.Depend),
       TableField("VoltDepend[][]", Model.Depend.Volt),
       TableField("VoltSteepness[][]", Model.Depend.Steepness),
       TableField("VoltRange[][]", Model.Depend.Range),
-      TableField("TableRate[][]", Model.TableRate),
+      TableField("TableRate[][]", Model.TableRate, "1/s"),
       DrugField("TableDrugDepend[][][]", Model.TableDepend),
       TableField("TableVoltDepend[][]", Model.TableDepend.Volt),
       TableField("TableVoltSteepness[][]", Model.TableDepend.Steepness),
       TableField("TableVoltRange[][]", Model.TableDepend.Range),
-      ArrayField("TableStateOn[]", Model.TableStateOn),
-      ArrayField("TableStateLabel[]", Model.TableStateLabel, 1, StateLabelBytes),
-      TableField("RateMatrix[][]", Model.RateMatrix),
+      TextsField("TableStateLabel[]", Model.TableStateLabel, StateLabelBytes),
       ArrayField("StateMonitored[]", Model.StateMonitored),
-      ArrayField("StateConductance[]", Model.StateConductance, 0),
+      ArrayField("StateConductance[]", Model.StateConductance, "pS", 0),
       ArrayField("StartOccupancy[]", Model.StartOccupancy),
-      ArrayField("DrugLabel[]", Model.DrugLabel, 1, DrugLabelBytes),
+      TextsField("DrugLabel[]", Model.DrugLabel, DrugLabelBytes),
+  });
+  RegisterWorkingFields({
+      ArrayField("TableStateOn[]", Model.TableStateOn),
+      TableField("RateMatrix[][]", Model.RateMatrix, "1/s"),
   });
 }
 
 void RegisterRunSettings() {
-  RegisterFields({
-      ScalarField("ModelIs2D", Model.ModelIs2D),
+  RegisterSavedSettings({
       ScalarField("SimulatorKind", Model.SimulatorKind),
       ScalarField("NumPoints", Model.NumPoints),
-      ScalarField("ADInterval", Model.ADInterval),
+      ScalarField("ADInterval", Model.ADInterval, "ms"),
       ScalarField("NumRuns", Model.NumRuns),
       ScalarField("NumIntervals", Model.NumIntervals),
       ScalarField("NumChannels", Model.NumChannels),
@@ -60,18 +61,24 @@ void RegisterRunSettings() {
       ScalarField("Autosave", Model.Autosave),
       ScalarField("AutosaveFormat", Model.AutosaveFormat),
       ScalarField("AutoFilter", Model.AutoFilter),
-      ScalarField("AutoFilterFc", Model.AutoFilterFc),
+      ScalarField("AutoFilterFc", Model.AutoFilterFc, "kHz"),
       ScalarField("AutoNoise", Model.AutoNoise),
       ScalarField("AutoNoiseSTD", Model.AutoNoiseSTD),
-      ScalarField("VHold", Model.VHold),
-      ScalarField("VRev", Model.VRev),
+      ScalarField("VHold", Model.VHold, "mV"),
+      ScalarField("VRev", Model.VRev, "mV"),
       ScalarField("Valence", Model.Valence),
-      ScalarField("Temperature", Model.Temperature),
-      ScalarField("MaxStepSize", Model.MaxStepSize),
+      ScalarField("Temperature", Model.Temperature, "degrees Celsius"),
+      ScalarField("MaxStepSize", Model.MaxStepSize, "ms"),
       ScalarField("Precision", Model.Precision),
-      ScalarField("ModelTitle", Model.ModelTitle, TitleBytes),
+      TextField("ModelTitle", Model.ModelTitle, TitleBytes),
+  });
+  RegisterSettings({
+      ScalarField("ModelIs2D", Model.ModelIs2D),
       ScalarField("ModelFileName", Model.ModelFileName),
+  });
+  RegisterWorkingFields({
       ScalarField("FitActive", Model.FitActive),
+      ScalarField("RecordPoints", Model.RecordPoints),
   });
 }
 
@@ -82,7 +89,7 @@ void RegisterConstraints() {
                   2,
                   {{{1, MaxLoopConstraints, sizeof(LoopConstraint)}, {1, MaxLoopStates, sizeof(int)}}},
                   0};
-  RegisterFields({
+  RegisterSavedSettings({
       RowField("RateConstraint[].enabled", Constraints.Rate, &RateConstraint::Enabled),
       RowField("RateConstraint[].targetFrom", Constraints.Rate, &RateConstraint::TargetFrom),
       RowField("RateConstraint[].targetTo", Constraints.Rate, &RateConstraint::TargetTo),

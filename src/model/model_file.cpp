@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "formats/input_file.h"
-#include "model/model_file_panels.h"
+#include "model/model_events.h"
 #include "model/model_store.h"
 #include "model/model_text.h"
 #include "platform/safe_file.h"
@@ -23,7 +23,7 @@ constexpr int OpenAttempts = 2;  // names asked for while a file cannot be opene
 
 /// A model file takes some 60 KB. Of a larger one this much is read, as if it had been cut off there, so that
 /// a wrong name costs neither the memory nor the time that its file would.
-constexpr std::size_t MaxModelBytes = 16 * 1024 * 1024;
+constexpr std::size_t MaxModelBytes = std::size_t{16} * 1024 * 1024;
 
 std::optional<std::string> AskForModel(const std::string& title, bool save) {
   FileRequest request;
@@ -51,7 +51,7 @@ std::optional<std::string> ReadBytesAsking(std::string& path) {
 Outcome TakeModel(const std::optional<std::string>& bytes, const std::string& path) {
   if (!bytes || !ReadModelText(*bytes)) return Outcome::Refused;
   Model.ModelFileName = path;
-  ShowModelOfFile();
+  ModelFileCameIn.Tell();
   return Outcome::Done;
 }
 
@@ -61,13 +61,13 @@ Outcome ReadAsking(std::string path) {
 }
 
 Outcome WriteTo(const std::string& path) {
-  ReadPanelsOfModelFile();
+  ModelFileToSave.Tell();
   if (!ReplaceFile(path, ModelText())) {
     MessagePopup(FileErrorTitle, CannotWrite);
     return Outcome::Failed;
   }
   Model.ModelFileName = path;
-  ShowModelFileName();
+  ModelFileNamed.Tell();
   return Outcome::Done;
 }
 

@@ -1,9 +1,9 @@
-// Menu commands of the model file, and the panels that follow it.
+// Menu commands of the model file, and the panels of the scheme that follow it.
 #include "model/model_events.h"
 #include "model/model_file.h"
-#include "model/model_file_panels.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
+#include "model/scheme_panels.h"
 #include "screen/screen.h"
 
 namespace zelvane {
@@ -17,8 +17,15 @@ constexpr MenuDecl ModelFileMenu[] = {
 };
 // clang-format on
 
-bool PanelsStand() {
-  return FindPanel("MainPanel") != nullptr && FindPanel("StimulusPanel") != nullptr;
+void ReadForms() {
+  GetTableNames();
+  ReadGridRates();
+  ReadTableRates();
+}
+
+void ShowForms() {
+  WriteAllControls();
+  RefreshModelPanels();
 }
 
 }  // namespace
@@ -27,25 +34,10 @@ void AddModelFileMenu() {
   AddMenu(ModelFileMenu);
 }
 
-void ReadPanelsOfModelFile() {
-  if (!PanelsStand()) return;
-  GetTableNames();
-  ReadGridRates();
-  ReadTableRates();
-  ModelFileToSave.Tell();
-}
-
-void ShowModelOfFile() {
-  if (!PanelsStand()) return;
-  // Whatever has no listener follows its field here; the stimulus is rebuilt from what its panel shows, and so
-  // comes after it.
-  WriteAllControls();
-  RefreshModelPanels();
-  ModelFileCameIn.Tell();
-}
-
-void ShowModelFileName() {
-  if (FindControl("ModelFileName") != nullptr) ShowText("ModelFileName", Model.ModelFileName);
+void FollowModelFile() {
+  ModelFileToSave.Add(ReadForms);
+  ModelFileCameIn.Add(ShowForms);
+  ModelFileNamed.Add([] { ShowText("ModelFileName", Model.ModelFileName); });
 }
 
 }  // namespace zelvane

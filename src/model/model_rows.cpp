@@ -1,15 +1,13 @@
 #include "model/model_rows.h"
 
+#include <cassert>
 #include <initializer_list>
+#include <iterator>
+#include <string>
+#include <variant>
 #include <vector>
 
-#include "analysis/analysis_store.h"
-#include "dwells/dwell_fit_store.h"
-#include "model/constraints_store.h"
 #include "model/model_store.h"
-#include "parameters/fit_store.h"
-#include "rscm/rscm_store.h"
-#include "stimulus/stimulus_store.h"
 
 namespace zelvane {
 namespace {
@@ -46,12 +44,12 @@ constexpr CellRule PrecisionRule{.least = 1e-9,
                                  .leastIsBelow = true,
                                  .missing = 5e-5,
                                  .form = NumberForm::Exponent};
-const CellRule ToleranceOfDwellFit{.insteadOfZero = &Fit.FitTolerance};
+constexpr CellRule ToleranceOfDwellFit{.insteadOfZero = "FitTolerance"};
 
 constexpr int FitRowsOfFirstFormat = 36;
 constexpr int WaveformsOfOldFormats = 5;
 
-/// The walk's shorthands: one call a line.
+/// The walk's shorthands: one call a line, or a group of like lines.
 struct Walk {
   int version;
   ModelFileVisitor& visitor;
@@ -60,27 +58,53 @@ struct Walk {
     visitor.Numbers({cells.begin(), cells.size()}, blankAtEnd);
   }
   void Header(std::string_view text) const { visitor.Header(text); }
-  int FitRows() const { return version == 1 ? FitRowsOfFirstFormat : MaxFitRows; }
-};
 
-/// A number from 1 to `last` as an index into a store's array.
-std::size_t At(int i) {
-  return static_cast<std::size_t>(i);
-}
+  /// A line for each index of these fields, from 1 to `last` or, without it, to their end.
+  void Rows(std::initializer_list<const char*> names, bool blankAtEnd, int last = 0) const {
+    const std::vector<FieldElements> columns(names.begin(), names.end());
+    std::vector<Cell> cells;
+    for (int i = 1; i <= (last > 0 ? last : columns.front().Last()); ++i) {
+      cells.clear();
+      for (const FieldElements& column : columns) cells.emplace_back(column(i));
+      visitor.Numbers(cells, blankAtEnd);
+    }
+  }
+
+  /// A line for each text of this field. `follower` is the field that takes the same texts on reading, if any.
+  void Texts(const char* name, const char* follower = nullptr) const {
+    const FieldElements texts(name);
+    for (int i = 1; i <= texts.Last(); ++i) {
+      if (follower != nullptr) {
+        visitor.Text(texts(i), FieldElements(follower)(i));
+      } else {
+        visitor.Text(texts(i), {});
+      }
+    }
+  }
+};
 
 // -- The scheme --
 
 void StateRows(const Walk& walk) {
+  const FieldElements on("StateOn[]");
+  const FieldElements monitored("StateMonitored[]");
+  const FieldElements conductance("StateConductance[]");
+  const FieldElements start("StartOccupancy[]");
   walk.Header("[State1-20: onoff]");
-  for (std::size_t s = 1; s <= MaxStates; ++s) {
-    walk.Line({{&Model.StateOn[s], &SwitchOr1},
-               {&Model.StateMonitored[s]},
-               {&Model.StateConductance[s]},
-               {&Model.StartOccupancy[s]}});
+  for (int s = 1; s <= MaxStates; ++s) {
+    walk.Line({{on(s), SwitchOr1}, {monitored(s)}, {conductance(s)}, {start(s)}});
   }
   walk.Header("[Drug dependence labels]");
-  for (std::size_t d = 1; d <= MaxDrugs; ++d) walk.visitor.Text(Model.DrugLabel[d], DrugLabelBytes, nullptr);
+  walk.Texts("DrugLabel[]");
 }
+
+/// What the rates of one form depend on: the last nine numbers of a table's row, in three groups for the links.
+struct DependenceFields {
+  FieldElements drug;
+  FieldElements volt;
+  FieldElements steepness;
+  FieldElements range;
+};
 
 /// Section titles of the links' rates in one direction.
 struct LinkTitles {
@@ -98,81 +122,77 @@ constexpr LinkTitles OffTitles{"[K1-31off]", "[Koff concentration/voltage depend
 
 /// Rates of all links in one direction and what they depend on; `forward` is from the lower state to the
 /// higher.
-void LinkRows(const Walk& walk, const LinkTitles& titles, std::array<double, MaxLinks + 1>& rates,
-              bool forward) {
-  DependenceTables& depend = Model.Depend;
-  const auto fromOf = [forward](std::size_t n) { return At(forward ? LinkTable[n].low : LinkTable[n].high); };
-  const auto toOf = [forward](std::size_t n) { return At(forward ? LinkTable[n].high : LinkTable[n].low); };
-  walk.Header(titles.rates);
-  for (std::size_t n = 1; n <= MaxLinks; ++n) walk.Line({{&rates[n], &Magnitude}});
-  walk.Header(titles.dependence);
-  for (std::size_t n = 1; n <= MaxLinks; ++n) {
-    const std::size_t from = fromOf(n);
-    const std::size_t to = toOf(n);
-    walk.Line({{&depend.Drug[1][from][to]},
-               {&depend.Drug[2][from][to]},
-               {&depend.Drug[3][from][to]},
-               {&depend.Drug[4][from][to]},
-               {&depend.Drug[5][from][to]},
-               {&depend.Drug[6][from][to]},
-               {&depend.Volt[from][to]}});
-  }
-  walk.Header(titles.steepness);
-  for (std::size_t n = 1; n <= MaxLinks; ++n) walk.Line({{&depend.Steepness[fromOf(n)][toOf(n)]}});
-  walk.Header(titles.range);
-  for (std::size_t n = 1; n <= MaxLinks; ++n) walk.Line({{&depend.Range[fromOf(n)][toOf(n)]}});
+void LinkRows(const Walk& walk, const LinkTitles& titles, const char* rates, bool forward) {
+  const DependenceFields depend{FieldElements("DrugDepend[][][]"), FieldElements("VoltDepend[][]"),
+                                FieldElements("VoltSteepness[][]"), FieldElements("VoltRange[][]")};
+  const FieldElements rate(rates);
+  const auto forEachLink = [&](const char* title, auto&& line) {
+    walk.Header(title);
+    for (std::size_t n = 1; n <= MaxLinks; ++n) {
+      const Link& link = LinkTable[n];
+      line(static_cast<int>(n), forward ? link.low : link.high, forward ? link.high : link.low);
+    }
+  };
+  forEachLink(titles.rates, [&](int n, int, int) { walk.Line({{rate(n), Magnitude}}); });
+  forEachLink(titles.dependence, [&](int, int from, int to) {
+    walk.Line({{depend.drug(1, from, to)},
+               {depend.drug(2, from, to)},
+               {depend.drug(3, from, to)},
+               {depend.drug(4, from, to)},
+               {depend.drug(5, from, to)},
+               {depend.drug(6, from, to)},
+               {depend.volt(from, to)}});
+  });
+  forEachLink(titles.steepness, [&](int, int from, int to) { walk.Line({{depend.steepness(from, to)}}); });
+  forEachLink(titles.range, [&](int, int from, int to) { walk.Line({{depend.range(from, to)}}); });
 }
 
 void TableRows(const Walk& walk) {
-  DependenceTables& depend = Model.TableDepend;
+  const DependenceFields depend{FieldElements("TableDrugDepend[][][]"), FieldElements("TableVoltDepend[][]"),
+                                FieldElements("TableVoltSteepness[][]"), FieldElements("TableVoltRange[][]")};
+  const FieldElements rate("TableRate[][]");
   walk.Header("[Rate constants for transitions between all states]");
-  for (int i = 1; i <= MaxStates; ++i) {
-    for (int j = 1; j <= MaxStates; ++j) {
-      const std::size_t from = At(i);
-      const std::size_t to = At(j);
-      walk.Line({{i},
-                 {j},
-                 {&Model.TableRate[from][to]},
-                 {&depend.Drug[1][from][to]},
-                 {&depend.Drug[2][from][to]},
-                 {&depend.Drug[3][from][to]},
-                 {&depend.Drug[4][from][to]},
-                 {&depend.Drug[5][from][to]},
-                 {&depend.Drug[6][from][to]},
-                 {&depend.Volt[from][to]},
-                 {&depend.Steepness[from][to]},
-                 {&depend.Range[from][to]}});
+  for (int from = 1; from <= MaxStates; ++from) {
+    for (int to = 1; to <= MaxStates; ++to) {
+      walk.Line({Cell(from),
+                 Cell(to),
+                 {rate(from, to)},
+                 {depend.drug(1, from, to)},
+                 {depend.drug(2, from, to)},
+                 {depend.drug(3, from, to)},
+                 {depend.drug(4, from, to)},
+                 {depend.drug(5, from, to)},
+                 {depend.drug(6, from, to)},
+                 {depend.volt(from, to)},
+                 {depend.steepness(from, to)},
+                 {depend.range(from, to)}});
     }
   }
 }
 
 void ConstraintRows(const Walk& walk) {
   walk.Header("[Constraints for rate constants for transitions]");
-  for (std::size_t n = 1; n <= MaxRateConstraints; ++n) {
-    RateConstraint& row = Constraints.Rate[n];
-    walk.Line({{&row.Enabled},
-               {&row.TargetFrom},
-               {&row.TargetTo},
-               {&row.SourceFrom},
-               {&row.SourceTo},
-               {&row.Operation},
-               {&row.Value}},
-              true);
-  }
+  walk.Rows({"RateConstraint[].enabled", "RateConstraint[].targetFrom", "RateConstraint[].targetTo",
+             "RateConstraint[].sourceFrom", "RateConstraint[].sourceTo", "RateConstraint[].operation",
+             "RateConstraint[].value"},
+            true);
   walk.Header("[Loop Constraints for rate constants for transitions]");
-  for (std::size_t n = 1; n <= MaxLoopConstraints; ++n) {
-    LoopConstraint& row = Constraints.Loop[n];
-    walk.Line({{&row.Enabled},
-               {&row.State[1]},
-               {&row.State[2]},
-               {&row.State[3]},
-               {&row.State[4]},
-               {&row.State[5]},
-               {&row.State[6]},
-               {&row.State[7]},
-               {&row.State[8]},
-               {&row.RateFrom},
-               {&row.RateTo}});
+  const FieldElements enabled("LoopConstraint[].enabled");
+  const FieldElements state("LoopConstraint[].state[]");
+  const FieldElements rateFrom("LoopConstraint[].rateFrom");
+  const FieldElements rateTo("LoopConstraint[].rateTo");
+  for (int n = 1; n <= enabled.Last(); ++n) {
+    walk.Line({{enabled(n)},
+               {state(n, 1)},
+               {state(n, 2)},
+               {state(n, 3)},
+               {state(n, 4)},
+               {state(n, 5)},
+               {state(n, 6)},
+               {state(n, 7)},
+               {state(n, 8)},
+               {rateFrom(n)},
+               {rateTo(n)}});
   }
 }
 
@@ -180,92 +200,92 @@ void ConstraintRows(const Walk& walk) {
 
 void RunRows(const Walk& walk) {
   walk.Header("[QMatrixMonteCarlo,#passes,#pts,#start,#channels,openstate,startstate,pApS,mVmM]");
-  walk.Line({{&Model.SimulatorKind}});
-  walk.Line({{&Model.NumRuns}});
-  walk.Line({{&Model.NumPoints, &PointsOfRun}});
-  walk.Line({{&Model.NumIntervals}});
-  walk.Line({{&Model.NumChannels}});
-  walk.Line({{&Model.OpenState}});
-  walk.Line({{&Model.StartState}});
-  walk.Line({{&Model.ReseedSimulation}, {&Model.MultiSubunit, &SubunitSwitch}});
-  walk.Line({{&Model.DisplayUnits}}, true);
+  walk.Line({{"SimulatorKind"}});
+  walk.Line({{"NumRuns"}});
+  walk.Line({{"NumPoints", PointsOfRun}});
+  walk.Line({{"NumIntervals"}});
+  walk.Line({{"NumChannels"}});
+  walk.Line({{"OpenState"}});
+  walk.Line({{"StartState"}});
+  walk.Line({{"ReseedSimulation"}, {"MultiSubunit", SubunitSwitch}});
+  walk.Line({{"DisplayUnits"}}, true);
   walk.visitor.Reserved(1, "0");
-  walk.Line({{&Model.ShowAllTraces}});
-  walk.Line({{&Model.AutoAnalyze}, {&Model.Autosave, &SwitchOr0}, {&Model.AutosaveFormat, &SwitchOr0}});
+  walk.Line({{"ShowAllTraces"}});
+  walk.Line({{"AutoAnalyze"}, {"Autosave", SwitchOr0}, {"AutosaveFormat", SwitchOr0}});
 }
 
 void IntegratorAndFitRows(const Walk& walk) {
   walk.Header("[extra storage space]");
-  walk.Line({{&Model.MaxStepSize, &InExponentForm}, {&Model.Precision, &PrecisionRule}});
-  walk.Line({{&Model.Temperature}});
-  walk.Line({{&Fit.AnalysisTolerance, &InShortExponentForm}});
-  walk.Line({{&Fit.FitAlign},
-             {&Fit.FitModelIs2D},
-             {&Fit.WaveFitFixOn, &SwitchOr0},
-             {&Fit.WaveFitLimitsOn, &SwitchOr0},
-             {&Fit.WaveFitAutoSeed, &SwitchOr0},
-             {&Fit.AutoGenFitLims, &SwitchOr0},
-             {&Fit.FitLimsXFold, &LimitFactor}});
-  walk.Line({{&Fit.FitPeakSearchPts, &AtLeast500},
-             {&Fit.FitNumIterations, &AtLeast10},
-             {&Fit.FitNumRestarts, &AtLeast1},
-             {&Fit.FitPeakAve, &AtLeast1},
-             {&Fit.FitDualSpeed, &AtLeast0},
-             {&Fit.FitStepSize, &AtLeastHalf}});
-  walk.Line({{&Model.StartAtEquilibrium, &SwitchOr0}, {&Model.FitStartAtEquilibrium, &SwitchOr0}});
-  walk.Line({{&Model.AutoFilter},
-             {&Model.AutoFilterFc, &CornerTo50},
-             {&Model.AutoNoise},
-             {&Model.AutoNoiseSTD, &AtLeast0},
-             {&Model.ChannelsGaussian},
-             {&Model.ChannelsSTD, &AtLeast0}});
+  walk.Line({{"MaxStepSize", InExponentForm}, {"Precision", PrecisionRule}});
+  walk.Line({{"Temperature"}});
+  walk.Line({{"AnalysisTolerance", InShortExponentForm}});
+  walk.Line({{"FitAlign"},
+             {"FitModelIs2D"},
+             {"WaveFitFixOn", SwitchOr0},
+             {"WaveFitLimitsOn", SwitchOr0},
+             {"WaveFitAutoSeed", SwitchOr0},
+             {"AutoGenFitLims", SwitchOr0},
+             {"FitLimsXFold", LimitFactor}});
+  walk.Line({{"FitPeakSearchPts", AtLeast500},
+             {"FitNumIterations", AtLeast10},
+             {"FitNumRestarts", AtLeast1},
+             {"FitPeakAve", AtLeast1},
+             {"FitDualSpeed", AtLeast0},
+             {"FitStepSize", AtLeastHalf}});
+  walk.Line({{"StartAtEquilibrium", SwitchOr0}, {"FitStartAtEquilibrium", SwitchOr0}});
+  walk.Line({{"AutoFilter"},
+             {"AutoFilterFc", CornerTo50},
+             {"AutoNoise"},
+             {"AutoNoiseSTD", AtLeast0},
+             {"ChannelsGaussian"},
+             {"ChannelsSTD", AtLeast0}});
   walk.visitor.Reserved(13, "1");
 }
 
 void ElectricalRows(const Walk& walk) {
   walk.Header("[adinterval,conductance,voltage,vrev,valence,kzero]");
-  walk.Line({{&Model.ADInterval}});
-  walk.Line({{&Model.StateConductance[0]}});
-  walk.Line({{&Model.VHold}});
-  walk.Line({{&Model.VRev}});
-  walk.Line({{&Model.Valence}});
+  walk.Line({{"ADInterval"}});
+  walk.Line({{"StateConductance[0]"}});
+  walk.Line({{"VHold"}});
+  walk.Line({{"VRev"}});
+  walk.Line({{"Valence"}});
 }
 
 void StimulusRows(const Walk& walk) {
   walk.Header("[Stimulus: Mode,AutoStep,ManualStep,Exp,Fc,pole,autofilt]");
-  walk.Line({{&Stimulus.StimMode}});
-  walk.Line({{&Stimulus.AutoValue, &InExponentForm}});
-  walk.Line({{&Stimulus.AutoStart}});
-  walk.Line({{&Stimulus.AutoStop}});
-  walk.Line({{&Stimulus.StepAmp, &InExponentForm}, {&Stimulus.StepRamp, &SwitchOr0}});
-  walk.Line({{&Stimulus.StepStart}, {&Stimulus.StepRiseTau, &TimeConstant}});
-  walk.Line({{&Stimulus.StepStop}, {&Stimulus.StepDecayTau, &TimeConstant}});
-  walk.Line({{&Stimulus.ExpStart}});
-  walk.Line({{&Stimulus.ExpAmp1, &InExponentForm}});
-  walk.Line({{&Stimulus.ExpAmp2, &InExponentForm}});
-  walk.Line({{&Stimulus.ExpTau1}});
-  walk.Line({{&Stimulus.ExpTau2}});
-  walk.Line({{&Stimulus.ExpRiseTau}});
-  walk.Line({{&Stimulus.ExpOffset}});
-  walk.Line({{&Stimulus.ExpRiseFlag}});
-  walk.Line({{&Stimulus.ExpComponents}});
-  walk.Line({{&Stimulus.FilterFc}});
-  walk.Line({{&Stimulus.FilterPoles},
-             {&Stimulus.TrainExpFlag, &SwitchOr1},
-             {&Stimulus.TrainCount, &TrainRange},
-             {&Stimulus.TrainRiseFlag, &SwitchOr1},
-             {&Stimulus.TrainDelay},
-             {&Stimulus.TrainInterval, &TrainRange}});
-  walk.Line({{&Stimulus.AutoFilterOn}, {&Stimulus.AutoDrugOrVolt, &VoltageSwitch}});
-  walk.Line({{&Stimulus.StimLogAxis}});
+  walk.Line({{"StimMode"}});
+  walk.Line({{"AutoValue", InExponentForm}});
+  walk.Line({{"AutoStart"}});
+  walk.Line({{"AutoStop"}});
+  walk.Line({{"StepAmp", InExponentForm}, {"StepRamp", SwitchOr0}});
+  walk.Line({{"StepStart"}, {"StepRiseTau", TimeConstant}});
+  walk.Line({{"StepStop"}, {"StepDecayTau", TimeConstant}});
+  walk.Line({{"ExpStart"}});
+  walk.Line({{"ExpAmp1", InExponentForm}});
+  walk.Line({{"ExpAmp2", InExponentForm}});
+  walk.Line({{"ExpTau1"}});
+  walk.Line({{"ExpTau2"}});
+  walk.Line({{"ExpRiseTau"}});
+  walk.Line({{"ExpOffset"}});
+  walk.Line({{"ExpRiseFlag"}});
+  walk.Line({{"ExpComponents"}});
+  walk.Line({{"FilterFc"}});
+  walk.Line({{"FilterPoles"},
+             {"TrainExpFlag", SwitchOr1},
+             {"TrainCount", TrainRange},
+             {"TrainRiseFlag", SwitchOr1},
+             {"TrainDelay"},
+             {"TrainInterval", TrainRange}});
+  walk.Line({{"AutoFilterOn"}, {"AutoDrugOrVolt", VoltageSwitch}});
+  walk.Line({{"StimLogAxis"}});
 }
 
 void MultiStimRows(const Walk& walk) {
+  const FieldElements group("MultiStimTable[][]");
   walk.Header("[Multi-stimulus file voltage / concentration parameters]");
-  for (auto& group : Stimulus.MultiStimTable) {
-    const bool last = &group == &Stimulus.MultiStimTable.back();
-    if (last && walk.version < NewestFileVersion) walk.visitor.LastLine();
-    walk.Line({{&group[0]}, {&group[1]}, {&group[2]}, {&group[3]}, {&group[4]}, {&group[5]}});
+  for (int g = 0; g <= group.Last(); ++g) {
+    if (g == group.Last() && walk.version < NewestFileVersion) walk.visitor.LastLine();
+    walk.Line({{group(g, 0)}, {group(g, 1)}, {group(g, 2)}, {group(g, 3)}, {group(g, 4)}, {group(g, 5)}});
   }
 }
 
@@ -273,84 +293,78 @@ void MultiStimRows(const Walk& walk) {
 
 void MeasureRows(const Walk& walk) {
   walk.Header("[Analysis: pksrch,pkave,basepts,basepos,startpos,risebeg,riseend]");
-  walk.Line({{&Analysis.PeakSearchPts}});
-  walk.Line({{&Analysis.PeakAvePts},
-             {&Analysis.AutoSaveMeasures, &SwitchOr0},
-             {&Analysis.VerifyMeasures, &SwitchOr0},
-             {&Analysis.AnalysisDisplay[1], &SwitchOr0},
-             {&Analysis.AnalysisDisplay[2], &SwitchOr0},
-             {&Analysis.AnalysisDisplay[3], &SwitchOr0},
-             {&RsCm.RsCmAuto, &SwitchOr0}});
-  walk.Line({{&Analysis.BaselinePts}});
-  walk.Line({{&Analysis.BaselineStart}});
-  walk.Line({{&Analysis.StartAnalysis}, {&Analysis.LatencyPos, &AtLeast0}});
-  walk.Line({{&Analysis.RiseStartFrac}, {&Analysis.LatencyFrac, &FractionOfPeak}});
-  walk.Line({{&Analysis.RiseEndFrac}});
+  walk.Line({{"PeakSearchPts"}});
+  walk.Line({{"PeakAvePts"},
+             {"AutoSaveMeasures", SwitchOr0},
+             {"VerifyMeasures", SwitchOr0},
+             {"AnalysisDisplay[1]", SwitchOr0},
+             {"AnalysisDisplay[2]", SwitchOr0},
+             {"AnalysisDisplay[3]", SwitchOr0},
+             {"RsCmAuto", SwitchOr0}});
+  walk.Line({{"BaselinePts"}});
+  walk.Line({{"BaselineStart"}});
+  walk.Line({{"StartAnalysis"}, {"LatencyPos", AtLeast0}});
+  walk.Line({{"RiseStartFrac"}, {"LatencyFrac", FractionOfPeak}});
+  walk.Line({{"RiseEndFrac"}});
 }
 
 void AnalysisFitRows(const Walk& walk) {
   walk.Header("[Analysis: expmodel,parse,numfitpts,numiter,numrestarts,tol,dual,startpts]");
-  walk.Line({{&Fit.FitMode}});
-  walk.Line({{&Fit.AnalysisParse}});
-  walk.Line({{&Fit.AnalysisFitPts}});
-  walk.Line({{&Fit.AnalysisNumIterations}});
-  walk.Line({{&Fit.AnalysisNumRestarts}});
-  walk.Line({{&Fit.FitTolerance}, {&DwellFit.ScTolerance, &ToleranceOfDwellFit}});
-  walk.Line({{&Fit.DualSpeedPts}});
-  walk.Line({{&Fit.FitStartPts}});
+  walk.Line({{"FitMode"}});
+  walk.Line({{"AnalysisParse"}});
+  walk.Line({{"AnalysisFitPts"}});
+  walk.Line({{"AnalysisNumIterations"}});
+  walk.Line({{"AnalysisNumRestarts"}});
+  walk.Line({{"FitTolerance"}, {"ScTolerance", ToleranceOfDwellFit}});
+  walk.Line({{"DualSpeedPts"}});
+  walk.Line({{"FitStartPts"}});
 }
 
 void FitTableRows(const Walk& walk) {
-  const std::size_t rows = At(walk.FitRows());
+  constexpr const char* Tables[] = {"AnalysisFitLimits", "WaveFitLimits", "DwellFitLimits", "ExpFitLimits",
+                                    "SublevelFitLimits", "VarFitLimits",  "SpecFitLimits"};
+  std::vector<FieldElements> bounds;  // of each table the upper ones, then of each the lower ones
+  for (const char* bound : {"[].hi", "[].lo"}) {
+    for (const char* table : Tables) bounds.emplace_back(std::string(table) + bound);
+  }
+  const int rows = walk.version == 1 ? FitRowsOfFirstFormat : bounds.front().Last();
   walk.Header("[Analysis: Fit limits hi,lo for vertex 1-72]");
-  for (std::size_t r = 1; r <= rows; ++r) {
-    for (double FitLimit::*bound : {&FitLimit::hi, &FitLimit::lo}) {
-      walk.Line({{&(Fit.AnalysisFitLimits[r].*bound)},
-                 {&(Fit.WaveFitLimits[r].*bound)},
-                 {&(Fit.DwellFitLimits[r].*bound)},
-                 {&(Fit.ExpFitLimits[r].*bound)},
-                 {&(Fit.SublevelFitLimits[r].*bound)},
-                 {&(Fit.VarFitLimits[r].*bound)},
-                 {&(Fit.SpecFitLimits[r].*bound)}});
+  for (int r = 1; r <= rows; ++r) {
+    for (auto of = bounds.begin(); of != bounds.end(); of += std::size(Tables)) {
+      walk.Line({{of[0](r)}, {of[1](r)}, {of[2](r)}, {of[3](r)}, {of[4](r)}, {of[5](r)}, {of[6](r)}});
     }
   }
   walk.Header("[Analysis: Fixed fit params for vertex 1-72]");
-  for (std::size_t r = 1; r <= rows; ++r) walk.Line({{&Fit.AnalysisFitFixed[r]}, {&Fit.WaveFitFixed[r]}});
+  walk.Rows({"AnalysisFitFixed[]", "WaveFitFixed[]"}, false, rows);
   walk.Header("[Analysis: Seeds for vertex 1-72, fitlims,autoseed,fixfree]");
-  for (std::size_t r = 1; r <= rows; ++r) walk.Line({{&Fit.AnalysisFitSeed[r]}, {&Fit.WaveFitSeed[r]}});
-  walk.Line({{&Fit.AnalysisLimitsOn}});
-  walk.Line({{&Fit.AnalysisAutoSeed}});
-  walk.Line({{&Fit.AnalysisFixOn}});
+  walk.Rows({"AnalysisFitSeed[]", "WaveFitSeed[]"}, false, rows);
+  walk.Line({{"AnalysisLimitsOn"}});
+  walk.Line({{"AnalysisAutoSeed"}});
+  walk.Line({{"AnalysisFixOn"}});
 }
 
 /// One field of the waveforms' windows: a line for all waveforms, or, before the third format, one for each
 /// of five.
-template <typename T>
-void WindowRow(const Walk& walk, T FitWindow::*field) {
+void WindowRow(const Walk& walk, const char* name) {
   if (walk.version < 3) {
-    for (std::size_t w = 1; w <= WaveformsOfOldFormats; ++w) walk.Line({{&(Fit.Waveform[w].*field)}});
+    walk.Rows({name}, false, WaveformsOfOldFormats);
     return;
   }
+  const FieldElements window(name);
   std::vector<Cell> cells;
-  cells.reserve(MaxFitWaveforms);
-  for (std::size_t w = 1; w <= MaxFitWaveforms; ++w) cells.push_back({&(Fit.Waveform[w].*field)});
+  for (int w = 1; w <= window.Last(); ++w) cells.emplace_back(window(w));
   walk.visitor.Numbers(cells, false);
 }
 
 void WaveformFitRows(const Walk& walk) {
   walk.Header("[FitWaveforms: start, stop positions for fit]");
-  walk.Line({{&Fit.FitNormalized}});
-  walk.Line({{&Fit.FitSeedSpread}});
-  walk.Line({{&Fit.FitFilterOn},
-             {&Fit.AlignRange, &AtMost1},
-             {&Fit.FitAlignChoice, &SwitchOr0},
-             {&Fit.FitFilterFc, &CornerTo20}});
-  for (auto field : {&FitWindow::DataBaselineStart, &FitWindow::DataFitStart, &FitWindow::SimBaselineStart,
-                     &FitWindow::SimFitStart}) {
-    WindowRow(walk, field);
-  }
-  for (auto field : {&FitWindow::NumBaselinePts, &FitWindow::NumAlignPts, &FitWindow::NumFitPts}) {
-    WindowRow(walk, field);
+  walk.Line({{"FitNormalized"}});
+  walk.Line({{"FitSeedSpread"}});
+  walk.Line(
+      {{"FitFilterOn"}, {"AlignRange", AtMost1}, {"FitAlignChoice", SwitchOr0}, {"FitFilterFc", CornerTo20}});
+  for (const char* name : {"DataBaselineStart[]", "DataFitStart[]", "SimBaselineStart[]", "SimFitStart[]",
+                           "NumBaselinePts[]", "NumAlignPts[]", "NumFitPts[]"}) {
+    WindowRow(walk, name);
   }
   if (walk.version < 3) return;
   walk.visitor.Reserved(20, "0.000000");
@@ -362,32 +376,44 @@ void WaveformFitRows(const Walk& walk) {
 /// Before the fourth format the table had no labels of its own: it shows the grid's.
 void OldLabelRows(const Walk& walk) {
   walk.Header("[State1-20: labels]");
-  for (std::size_t s = 1; s <= MaxStates; ++s) {
-    walk.visitor.Text(Model.StateLabel[s], StateLabelBytes, &Model.TableStateLabel[s]);
-  }
+  walk.Texts("StateLabel[]", "TableStateLabel[]");
 }
 
 void LabelRows(const Walk& walk) {
+  const FieldElements labels("StateLabel[]");
   walk.visitor.NumberedHeader(MaxStates, "[TState1-20: labels]");
-  for (std::size_t s = 1; s <= MaxStates; ++s) {
-    walk.visitor.Text(Model.TableStateLabel[s], StateLabelBytes, nullptr);
-  }
+  walk.Texts("TableStateLabel[]");
   walk.Header("[State1-20: labels]");
-  for (std::size_t s = 1; s <= MaxStates; ++s) {
-    if (s == MaxStates) walk.visitor.LastLine();
-    walk.visitor.Text(Model.StateLabel[s], StateLabelBytes, nullptr);
+  for (int s = 1; s <= labels.Last(); ++s) {
+    if (s == labels.Last()) walk.visitor.LastLine();
+    walk.visitor.Text(labels(s), {});
+  }
+}
+
+std::variant<int*, float*, double*, int> NumberAt(FieldRef ref) {
+  assert(ref && ref.field->kind.saved);
+  switch (ref.field->type) {
+    case FieldType::Int:
+      return reinterpret_cast<int*>(ref.address);
+    case FieldType::Float:
+      return reinterpret_cast<float*>(ref.address);
+    default:
+      assert(ref.field->type == FieldType::Double);
+      return reinterpret_cast<double*>(ref.address);
   }
 }
 
 }  // namespace
 
+Cell::Cell(FieldRef field, const CellRule& itsRule) : number(NumberAt(field)), rule(&itsRule) {}
+
 void WalkModelFile(int version, ModelFileVisitor& visitor) {
   const Walk walk{version, visitor};
-  visitor.Text(Model.ModelTitle, TitleBytes, nullptr);
+  visitor.Text(FindField("ModelTitle"), {});
   if (version < NewestFileVersion) OldLabelRows(walk);
   StateRows(walk);
-  LinkRows(walk, OnTitles, Model.KOn, true);
-  LinkRows(walk, OffTitles, Model.KOff, false);
+  LinkRows(walk, OnTitles, "KOn[]", true);
+  LinkRows(walk, OffTitles, "KOff[]", false);
   RunRows(walk);
   IntegratorAndFitRows(walk);
   ElectricalRows(walk);

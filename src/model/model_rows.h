@@ -11,6 +11,8 @@
 #include <string_view>
 #include <variant>
 
+#include "screen/fields.h"
+
 namespace zelvane {
 
 /// Formats of a model file. Older ones are read only.
@@ -29,10 +31,10 @@ struct CellRule {
   double most = std::numeric_limits<double>::infinity();
   double belowBecomes = 0.0;
   double aboveBecomes = 0.0;
-  bool leastIsBelow = false;              // `least` itself is outside
-  bool absolute = false;                  // the sign is dropped first
-  const double* insteadOfZero = nullptr;  // a 0 takes this field's value
-  std::optional<double> missing{};        // taken when a whole line holds no such number
+  bool leastIsBelow = false;            // `least` itself is outside
+  bool absolute = false;                // the sign is dropped first
+  const char* insteadOfZero = nullptr;  // a 0 takes the value of this field
+  std::optional<double> missing{};      // taken when a whole line holds no such number
 
   NumberForm form = NumberForm::Plain;
 };
@@ -41,7 +43,12 @@ inline constexpr CellRule AsItStands{};
 /// A number on a line: the field that it belongs to, or an int that is written for the human eye (the states
 /// of a rate) and passed over on reading.
 struct Cell {
-  std::variant<int*, float*, double*, int> field;
+  explicit Cell(int shown) : number(shown) {}
+  Cell(FieldRef field, const CellRule& itsRule = AsItStands);
+  /// Of the field with this full name, which must be registered.
+  Cell(const char* name, const CellRule& itsRule = AsItStands) : Cell(FindField(name), itsRule) {}
+
+  std::variant<int*, float*, double*, int> number;
   const CellRule* rule = &AsItStands;
 };
 
@@ -52,9 +59,9 @@ struct ModelFileVisitor {
   virtual void Header(std::string_view text) = 0;
   /// A line that begins with a whole number; a reader passes over all lines before it.
   virtual void NumberedHeader(int number, std::string_view text) = 0;
-  /// A text of at most `bytes` - 1 bytes. The table's label follows the grid's where a file has the latter
-  /// alone.
-  virtual void Text(std::string& field, int bytes, std::string* follower) = 0;
+  /// A text. The table's label follows the grid's where a file has the latter alone: `follower` is empty
+  /// otherwise.
+  virtual void Text(FieldRef field, FieldRef follower) = 0;
   /// A line of numbers. Some lines have ended in a blank since the first format.
   virtual void Numbers(std::span<const Cell> cells, bool blankAtEnd) = 0;
   /// Lines that carry nothing.
@@ -63,9 +70,8 @@ struct ModelFileVisitor {
   virtual void LastLine() = 0;
 };
 
-/// Walks through the lines that follow the magic, from `Model.ModelTitle` on, in the format `version` (1 to
-/// 4). The cells point into the stores: `Model`, `Constraints`, `Stimulus`, `Analysis`, `Fit`, `DwellFit`,
-/// `RsCm`.
+/// Walks through the lines that follow the magic, from "ModelTitle" on, in the format `version` (1 to 4). The
+/// fields are found in the registry by name, so they must be registered.
 void WalkModelFile(int version, ModelFileVisitor& visitor);
 
 }  // namespace zelvane

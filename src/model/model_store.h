@@ -95,7 +95,8 @@ struct ModelStore {
   std::string ModelFileName;  // path
 
   // -- Process --
-  int FitActive = 0;  // 1 while a fit calls the simulators: they read no panel and show no message
+  int RecordPoints = 10240;  // length of the last record: of a run, or of the data under analysis
+  int FitActive = 0;         // 1 while a fit calls the simulators: they read no panel and show no message
 };
 
 /// The one model of the process.

@@ -32,6 +32,10 @@ std::string_view OneLine(std::string_view text, int bytes) {
   return text.substr(0, size);
 }
 
+std::string& TextOf(FieldRef ref) {
+  return *reinterpret_cast<std::string*>(ref.address);
+}
+
 // -- Reading --
 
 double Checked(const CellRule& rule, double value) {
@@ -55,11 +59,11 @@ struct Reader final : ModelFileVisitor {
     }
   }
 
-  void Text(std::string& field, int bytes, std::string* follower) override {
+  void Text(FieldRef field, FieldRef follower) override {
     const auto line = NextLine(rest);
     if (!line || !(line->ended || onLastLine)) return;
-    field = OneLine(line->text, bytes);
-    if (follower != nullptr) *follower = field;
+    TextOf(field) = OneLine(line->text, field.field->textBytes);
+    if (follower) TextOf(follower) = TextOf(field);
   }
 
   void Numbers(std::span<const Cell> cells, bool) override {
@@ -68,7 +72,8 @@ struct Reader final : ModelFileVisitor {
     line->ended = line->ended || onLastLine;
     bool holdsMore = true;
     for (const Cell& cell : cells) {
-      holdsMore = std::visit([&](auto field) { return ReadCell(*line, holdsMore, cell, field); }, cell.field);
+      holdsMore =
+          std::visit([&](auto field) { return ReadCell(*line, holdsMore, cell, field); }, cell.number);
     }
   }
 
@@ -91,7 +96,7 @@ struct Reader final : ModelFileVisitor {
       if (scan == Scan::Taken) {
         *field = static_cast<Number>(Checked(*cell.rule, static_cast<double>(value)));
         if (cell.rule->insteadOfZero != nullptr && *field == 0)
-          *field = static_cast<Number>(*cell.rule->insteadOfZero);
+          *field = static_cast<Number>(FieldNumber(FindField(cell.rule->insteadOfZero)));
       }
       if (scan == Scan::Missing && cell.rule->missing && line.ended)
         *field = static_cast<Number>(*cell.rule->missing);
@@ -129,7 +134,7 @@ struct Writer final : ModelFileVisitor {
     Header(header);
   }
 
-  void Text(std::string& field, int bytes, std::string*) override { Header(OneLine(field, bytes)); }
+  void Text(FieldRef field, FieldRef) override { Header(OneLine(TextOf(field), field.field->textBytes)); }
 
   void Numbers(std::span<const Cell> cells, bool blankAtEnd) override {
     const std::size_t start = text.size();
@@ -150,7 +155,7 @@ struct Writer final : ModelFileVisitor {
  private:
   void AppendCells(std::span<const Cell> cells, bool blankAtEnd, Digits digits) {
     for (const Cell& cell : cells) {
-      std::visit([&](auto field) { AppendCell(cell.rule->form, field, digits); }, cell.field);
+      std::visit([&](auto field) { AppendCell(cell.rule->form, field, digits); }, cell.number);
       text += ' ';
     }
     if (!blankAtEnd) text.pop_back();
@@ -202,7 +207,7 @@ bool ReadModelText(std::string_view text) {
 
 std::string ModelText() {
   Writer writer;
-  constexpr std::size_t UsualBytes = 64 * 1024;
+  constexpr std::size_t UsualBytes = std::size_t{64} * 1024;
   writer.text.reserve(UsualBytes);
   writer.Header(Magics.back());
   WalkModelFile(NewestFileVersion, writer);

@@ -12,6 +12,9 @@ void AddConductancePanel();
 void AddInitialConditionsPanel();
 void AddTableModelPanel();
 
+/// Makes the panels of the scheme follow the model file: before the panels of its other parts, see model_events.h.
+void FollowModelFile();
+
 /// Makes the action of a button from a menu command.
 template <void (*Command)()>
 void AsAction(const ControlEvent& /*event*/) {

@@ -8,10 +8,9 @@
 #include "formats/number_text.h"
 #include "formats/row_blocks.h"
 #include "model/model_store.h"
-#include "parameters/fit_store.h"
+#include "parameters/parameters_store.h"
 #include "screen/popups.h"
 #include "screen/save_file.h"
-#include "trace/noise_store.h"
 
 namespace zelvane {
 namespace {
@@ -57,8 +56,8 @@ int PairTextRead(const std::string& path, std::span<float> first, std::span<floa
     if (!ScanPair(*line, first[rows], second[rows])) break;
     ++rows;
   }
-  const int length = static_cast<int>(rows) + (Fit.FitMode == FitSublevels ? 1 : 0);
-  Noise.RecordPoints = length;
+  const int length = static_cast<int>(rows) + (Parameters.FitMode == FitSublevels ? 1 : 0);
+  Model.RecordPoints = length;
   return length;
 }
 

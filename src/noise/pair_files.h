@@ -14,9 +14,9 @@
 namespace zelvane {
 
 /// Reads rows "first, second" into two arrays, up to the end of the file, a row without two numbers, or one
-/// row less than the size of the arrays. Writes `Noise.RecordPoints`, the length of the analysed record.
+/// row less than the size of the arrays. Writes `Model.RecordPoints`, the length of the analysed record.
 /// @param first, second  of equal length
-/// @return the number of rows, plus 1 while `Fit.FitMode` is FitSublevels; 0 when the file cannot be opened
+/// @return the number of rows, plus 1 while `Parameters.FitMode` is FitSublevels; 0 when the file cannot be opened
 int PairTextRead(const std::string& path, std::span<float> first, std::span<float> second);
 
 /// Writes a row "%.6e, %.6e" for each pair. `first` and `second` have one length.

@@ -9,7 +9,6 @@
 #include "rscm/rs_circuit.h"
 #include "rscm/rscm_store.h"
 #include "screen/popups.h"
-#include "trace/noise_store.h"
 #include "trace/trace.h"
 #include "trace/trace_store.h"
 
@@ -96,14 +95,14 @@ Outcome RsCorrectTrace() {
 Outcome RcFilterConductance() {
   const RsCircuit circuit = StoreCircuit();
   if (!IsCircuit(circuit)) return Outcome::Refused;
-  FilterConductance(TraceToWrite(Noise.RecordPoints), circuit);
+  FilterConductance(TraceToWrite(Model.RecordPoints), circuit);
   return Outcome::Done;
 }
 
 Outcome RcFilterVoltage() {
   const RsCircuit circuit = StoreCircuit();
   if (!IsCircuit(circuit)) return Outcome::Refused;
-  FilterVoltage(TraceToWrite(Noise.RecordPoints), circuit);
+  FilterVoltage(TraceToWrite(Model.RecordPoints), circuit);
   return Outcome::Done;
 }
 

@@ -32,7 +32,7 @@ Outcome RsCorrectNonlinear(float fracVolt, float fracCap, float lagFc);
 Outcome RsCorrectTrace();
 
 /// Converts a trace of conductance (pS) to the current (pA) of a whole-cell recording, over
-/// `Noise.RecordPoints` samples. When the settings of the circuit are invalid, shows a message, keeps the
+/// `Model.RecordPoints` samples. When the settings of the circuit are invalid, shows a message, keeps the
 /// trace and returns Refused.
 Outcome RcFilterConductance();
 

@@ -6,20 +6,22 @@
 namespace zelvane {
 
 void RegisterRscmFields() {
-  RegisterFields({
+  RegisterSavedSettings({
       ScalarField("RsCmAuto", RsCm.RsCmAuto),
-      ScalarField("RcRs", RsCm.RcRs),
-      ScalarField("RcCm", RsCm.RcCm),
-      ScalarField("RcRm", RsCm.RcRm),
-      ScalarField("RcVhold", RsCm.RcVhold),
-      ScalarField("RcVrev", RsCm.RcVrev),
+  });
+  RegisterSettings({
+      ScalarField("RcRs", RsCm.RcRs, "ohm"),
+      ScalarField("RcCm", RsCm.RcCm, "F"),
+      ScalarField("RcRm", RsCm.RcRm, "ohm"),
+      ScalarField("RcVhold", RsCm.RcVhold, "V"),
+      ScalarField("RcVrev", RsCm.RcVrev, "V"),
       ScalarField("RcFracVolt", RsCm.RcFracVolt),
       ScalarField("RcFracCap", RsCm.RcFracCap),
-      ScalarField("RcLagFc", RsCm.RcLagFc),
+      ScalarField("RcLagFc", RsCm.RcLagFc, "Hz"),
       ScalarField("RcIvCount", RsCm.RcIvCount),
       ScalarField("RcIvLoaded", RsCm.RcIvLoaded),
-      ArrayField("RcIvVolt[]", RsCm.RcIvVolt, 0),
-      ArrayField("RcIvCurrent[]", RsCm.RcIvCurrent, 0),
+      ArrayField("RcIvVolt[]", RsCm.RcIvVolt, "V", 0),
+      ArrayField("RcIvCurrent[]", RsCm.RcIvCurrent, "", 0),
   });
 }
 

@@ -13,7 +13,6 @@
 #include "rscm/rscm_store.h"
 #include "screen/screen.h"
 #include "trace/filtered_trace.h"
-#include "trace/noise_store.h"
 #include "trace/trace.h"
 #include "trace/trace_events.h"
 #include "trace/trace_store.h"
@@ -133,8 +132,8 @@ void FxnLagCorr(const ControlEvent&) {
 
 /// The filters run over the record as it was made. A recording may be longer.
 void TellOfRest() {
-  if (Model.NumPoints > Noise.RecordPoints) {
-    MessagePopup(NoticeTitle, FormatText(RestUnfiltered, Noise.RecordPoints));
+  if (Model.NumPoints > Model.RecordPoints) {
+    MessagePopup(NoticeTitle, FormatText(RestUnfiltered, Model.RecordPoints));
   }
 }
 

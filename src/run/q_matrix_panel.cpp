@@ -115,7 +115,7 @@ constexpr MenuDecl QMatrixMenu[] = {{"Model/Q Matrix...", "FxnQMatrix", SolveAtR
 }  // namespace
 
 void AddQMatrixPanel() {
-  AddControls("MainPanel", "qmatrix", MainControls);
+  AddControls(MainPanelName, "qmatrix", MainControls);
   AddPanel({.name = PanelName,
             .title = "Q matrix",
             .help = "The rate matrix at a point of the stimulus, its relaxation time constants and the "

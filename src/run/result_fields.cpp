@@ -16,18 +16,20 @@ void RegisterResultFields() {
                   2,
                   {{{1, MaxStates, rowStep}, {0, OccupancyPoints - 1, sizeof(float)}}},
                   0};
-  RegisterFields({
+  RegisterResults({
       occupancy,
-      SpanField("SavedTime[]", Result.SavedTime),
+      SpanField("SavedTime[]", Result.SavedTime, "ms"),
       ScalarField("ResultKind", Result.ResultKind),
       ScalarField("KeptSteps", Result.KeptSteps),
       ScalarField("IntegrationOffset", Result.IntegrationOffset),
       ScalarField("ReductionCount", Result.ReductionCount),
-      ScalarField("StopRequested", Requests.StopRequested),
       ScalarField("EffectiveChannels", Result.EffectiveChannels),
       ArrayField("StateClass[]", Result.StateClass),
       ArrayField("EquilibriumOccupancy[]", Result.EquilibriumOccupancy),
       ScalarField("ResultsFileName", Result.ResultsFileName),
+  });
+  RegisterWorkingFields({
+      ScalarField("StopRequested", Requests.StopRequested),
   });
 }
 

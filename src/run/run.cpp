@@ -13,7 +13,6 @@
 #include "run/result_store.h"
 #include "run/run_panel.h"
 #include "screen/popups.h"
-#include "trace/noise_store.h"
 #include "trace/trace.h"
 #include "trace/trace_events.h"
 #include "trace/trace_store.h"
@@ -127,7 +126,7 @@ Outcome RunSimulation(int numPoints) {
   LimitNumPoints();
   if (!RunHasLength()) return Outcome::Refused;
   ForgetStop();
-  Noise.RecordPoints = Model.NumPoints;
+  Model.RecordPoints = Model.NumPoints;
   StartAtEquilibrium();
   if (TalksToUser()) ReadRates();
   if (Model.ModelIs2D == 0) ActivateTableModel();

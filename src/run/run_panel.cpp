@@ -22,7 +22,6 @@
 namespace zelvane {
 namespace {
 
-constexpr char MainPanelName[] = "MainPanel";
 constexpr char RunGroup[] = "run";
 constexpr char SimulatorWords[] = "Fixed-step integrator|Monte Carlo|Adaptive integrator";
 constexpr char UnitWords[] =

@@ -12,7 +12,6 @@
 namespace zelvane {
 namespace {
 
-constexpr char MainPanelName[] = "MainPanel";
 constexpr char StatisticsGroup[] = "statistics";
 
 // clang-format off

@@ -1,5 +1,6 @@
 #include "screen/fields.h"
 
+#include <cassert>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -33,20 +34,37 @@ std::byte* Walk(const Field& field, std::span<const int> indices) {
 
 }  // namespace
 
-Field SpanField(std::string name, std::span<float> values, int first) {
-  return {std::move(name),
-          FieldType::Float,
-          reinterpret_cast<std::byte*>(values.data()),
-          1,
-          {{{first, static_cast<int>(values.size()) - 1, sizeof(float)}}},
-          0};
+Field SpanField(std::string name, std::span<float> values, std::string_view unit) {
+  return {.name = std::move(name),
+          .type = FieldType::Float,
+          .base = reinterpret_cast<std::byte*>(values.data()),
+          .rank = 1,
+          .index = {{{0, static_cast<int>(values.size()) - 1, sizeof(float)}}},
+          .unit = unit};
 }
 
-void RegisterFields(std::vector<Field> fields) {
+void RegisterFields(FieldKind kind, std::vector<Field> fields) {
   for (Field& field : fields) {
+    field.kind = kind;
     std::string name = field.name;
     Registry().insert_or_assign(std::move(name), std::move(field));
   }
+}
+
+void RegisterSavedSettings(std::vector<Field> fields) {
+  RegisterFields(SavedSetting, std::move(fields));
+}
+
+void RegisterSettings(std::vector<Field> fields) {
+  RegisterFields(UnsavedSetting, std::move(fields));
+}
+
+void RegisterResults(std::vector<Field> fields) {
+  RegisterFields({FieldRole::ResultValue, false}, std::move(fields));
+}
+
+void RegisterWorkingFields(std::vector<Field> fields) {
+  RegisterFields({FieldRole::Working, false}, std::move(fields));
 }
 
 const std::map<std::string, Field, std::less<>>& AllFields() {
@@ -97,6 +115,21 @@ FieldRun FindFieldRun(std::string_view name) {
 
 FieldRef RunElement(const FieldRun& run, int index) {
   return {run.field, run.base + run.index.step * index};
+}
+
+FieldElements::FieldElements(std::string_view description) : field_(FieldByKey(description)) {
+  assert(field_ != nullptr);
+}
+
+FieldRef FieldElements::Element(std::span<const int> indices) const {
+  assert(static_cast<int>(indices.size()) == field_->rank);
+  std::byte* address = Walk(*field_, indices);
+  assert(address != nullptr);
+  return {field_, address};
+}
+
+int FieldElements::Last() const {
+  return field_->index[0].last;
 }
 
 double FieldNumber(FieldRef ref) {

@@ -1,7 +1,10 @@
 // The registry of store fields. Panels, scripts and tests read and write the fields by name.
 //
-//   Describing a field   ScalarField  ArrayField  TableField  RowField  SpanField  RegisterFields
-//   Finding one          FindField  FieldElement
+//   Describing a field   ScalarField  TextField  ArrayField  TextsField  TableField  CubeField  RowField
+//                        SpanField
+//   Registration         RegisterSavedSettings  RegisterSettings  RegisterResults  RegisterWorkingFields
+//                        RegisterFields
+//   Finding one          FindField  FindFieldRun  RunElement  FieldElements
 //   Values               FieldNumber  SetFieldNumber  FieldText  SetFieldText  ParseNumber
 //
 // A name carries its indices in brackets: "KOn[5]", "TableRate[1][7]", "RateConstraint[3].value". In a
@@ -24,6 +27,20 @@ enum class FieldType { Int, Float, Double, Text };
 
 inline constexpr int MaxFieldRank = 3;
 
+/// What a field holds.
+enum class FieldRole {
+  Setting,      // a choice of the user; undo brings it back
+  ResultValue,  // computed, or read from a file
+  Working,      // part of an operation under way, or derived from other fields
+};
+
+struct FieldKind {
+  FieldRole role = FieldRole::Working;
+  bool saved = false;  // a model file holds it
+};
+inline constexpr FieldKind SavedSetting{FieldRole::Setting, true};
+inline constexpr FieldKind UnsavedSetting{FieldRole::Setting, false};
+
 /// The position of the elements along one index of a field.
 struct FieldIndex {
   int first = 0;            // smallest index
@@ -31,14 +48,16 @@ struct FieldIndex {
   std::ptrdiff_t step = 0;  // bytes from one element to the next
 };
 
-/// A store field: its name, type, dimensions and address.
+/// A store field: its name, type, dimensions, address, unit and kind.
 struct Field {
   std::string name;  // with an empty bracket for every index
   FieldType type = FieldType::Int;
   std::byte* base = nullptr;  // element with all indices 0, even if `index` does not include it
   int rank = 0;
   std::array<FieldIndex, MaxFieldRank> index{};
-  int textBytes = 0;  // room for a text with its terminator; 0 = no limit
+  int textBytes = 0;           // room for a text with its terminator; 0 = no limit
+  std::string_view unit = {};  // empty for a pure number
+  FieldKind kind = {};         // set by the registration
 };
 
 /// One element of a field.
@@ -63,65 +82,88 @@ constexpr FieldType TypeOfField() {
   }
 }
 
-/// Describes a plain field.
+/// Describes a plain field. The unit must live as long as the process, as a literal does.
 template <typename T>
-Field ScalarField(std::string name, T& value, int textBytes = 0) {
-  return {std::move(name), TypeOfField<T>(), reinterpret_cast<std::byte*>(&value), 0, {}, textBytes};
+Field ScalarField(std::string name, T& value, std::string_view unit = {}) {
+  return {.name = std::move(name),
+          .type = TypeOfField<T>(),
+          .base = reinterpret_cast<std::byte*>(&value),
+          .unit = unit};
+}
+
+/// Describes a text with room for `bytes` bytes, its terminator included.
+inline Field TextField(std::string name, std::string& value, int bytes) {
+  Field field = ScalarField(std::move(name), value);
+  field.textBytes = bytes;
+  return field;
 }
 
 /// Describes an array with indices from `first` to its end.
 template <typename T, std::size_t N>
-Field ArrayField(std::string name, std::array<T, N>& values, int first = 1, int textBytes = 0) {
-  return {std::move(name),
-          TypeOfField<T>(),
-          reinterpret_cast<std::byte*>(values.data()),
-          1,
-          {{{first, static_cast<int>(N) - 1, sizeof(T)}}},
-          textBytes};
+Field ArrayField(std::string name, std::array<T, N>& values, std::string_view unit = {}, int first = 1) {
+  return {.name = std::move(name),
+          .type = TypeOfField<T>(),
+          .base = reinterpret_cast<std::byte*>(values.data()),
+          .rank = 1,
+          .index = {{{first, static_cast<int>(N) - 1, sizeof(T)}}},
+          .unit = unit};
+}
+
+/// Describes an array of texts with indices from 1, each with room for `bytes` bytes, its terminator included.
+template <std::size_t N>
+Field TextsField(std::string name, std::array<std::string, N>& values, int bytes) {
+  Field field = ArrayField(std::move(name), values);
+  field.textBytes = bytes;
+  return field;
 }
 
 /// Describes a table of two indices, both from `first` to their ends.
 template <typename T, std::size_t N, std::size_t M>
-Field TableField(std::string name, std::array<std::array<T, M>, N>& values, int first = 1) {
-  return {std::move(name),
-          TypeOfField<T>(),
-          reinterpret_cast<std::byte*>(values.data()),
-          2,
-          {{{first, static_cast<int>(N) - 1, sizeof(std::array<T, M>)},
-            {first, static_cast<int>(M) - 1, sizeof(T)}}},
-          0};
+Field TableField(std::string name, std::array<std::array<T, M>, N>& values, std::string_view unit = {},
+                 int first = 1) {
+  return {.name = std::move(name),
+          .type = TypeOfField<T>(),
+          .base = reinterpret_cast<std::byte*>(values.data()),
+          .rank = 2,
+          .index = {{{first, static_cast<int>(N) - 1, sizeof(std::array<T, M>)},
+                     {first, static_cast<int>(M) - 1, sizeof(T)}}},
+          .unit = unit};
 }
 
-/// Describes a table of three indices, all from `first` to their ends.
+/// Describes a table of three indices, all from 1 to their ends.
 template <typename T, std::size_t N, std::size_t M, std::size_t L>
-Field CubeField(std::string name, std::array<std::array<std::array<T, L>, M>, N>& values, int first = 1) {
+Field CubeField(std::string name, std::array<std::array<std::array<T, L>, M>, N>& values) {
   using Plane = std::array<std::array<T, L>, M>;
-  return {std::move(name),
-          TypeOfField<T>(),
-          reinterpret_cast<std::byte*>(values.data()),
-          3,
-          {{{first, static_cast<int>(N) - 1, sizeof(Plane)},
-            {first, static_cast<int>(M) - 1, sizeof(std::array<T, L>)},
-            {first, static_cast<int>(L) - 1, sizeof(T)}}},
-          0};
+  return {.name = std::move(name),
+          .type = TypeOfField<T>(),
+          .base = reinterpret_cast<std::byte*>(values.data()),
+          .rank = 3,
+          .index = {{{1, static_cast<int>(N) - 1, sizeof(Plane)},
+                     {1, static_cast<int>(M) - 1, sizeof(std::array<T, L>)},
+                     {1, static_cast<int>(L) - 1, sizeof(T)}}}};
 }
 
-/// Describes one member of an array of records, with indices from `first` to the end of the array.
+/// Describes one member of an array of records, with indices from 1 to the end of the array.
 template <typename Row, typename T, std::size_t N>
-Field RowField(std::string name, std::array<Row, N>& rows, T Row::*member, int first = 1) {
-  return {std::move(name),
-          TypeOfField<T>(),
-          reinterpret_cast<std::byte*>(&(rows[0].*member)),
-          1,
-          {{{first, static_cast<int>(N) - 1, sizeof(Row)}}},
-          0};
+Field RowField(std::string name, std::array<Row, N>& rows, T Row::*member, std::string_view unit = {}) {
+  return {.name = std::move(name),
+          .type = TypeOfField<T>(),
+          .base = reinterpret_cast<std::byte*>(&(rows[0].*member)),
+          .rank = 1,
+          .index = {{{1, static_cast<int>(N) - 1, sizeof(Row)}}},
+          .unit = unit};
 }
 
-/// Describes a large array, with indices from `first` to its end. The array must live as long as the process.
-Field SpanField(std::string name, std::span<float> values, int first = 0);
+/// Describes a large array, with indices from 0 to its end. The array must live as long as the process.
+Field SpanField(std::string name, std::span<float> values, std::string_view unit = {});
 
-/// Adds fields to the registry. A field with the same name is replaced, so a field may be registered twice.
-void RegisterFields(std::vector<Field> fields);
+/// Adds fields of one kind to the registry. A field with the same name is replaced, so a field may be
+/// registered twice.
+void RegisterFields(FieldKind kind, std::vector<Field> fields);
+void RegisterSavedSettings(std::vector<Field> fields);
+void RegisterSettings(std::vector<Field> fields);  // that no model file holds
+void RegisterResults(std::vector<Field> fields);
+void RegisterWorkingFields(std::vector<Field> fields);
 
 /// Returns all fields by name. The address of a field in the map does not change when fields are added.
 const std::map<std::string, Field, std::less<>>& AllFields();
@@ -148,6 +190,27 @@ struct FieldRun {
 };
 FieldRun FindFieldRun(std::string_view name);
 FieldRef RunElement(const FieldRun& run, int index);
+
+/// A field whose elements are reached by their indices, without a search by name for each.
+class FieldElements {
+ public:
+  /// Finds the field of this description ("KOn[]"). The field must be registered.
+  explicit FieldElements(std::string_view description);
+
+  /// Returns the element with these indices. There must be as many as the field has, each within its range.
+  template <typename... Indices>
+  FieldRef operator()(Indices... indices) const {
+    return Element(std::array<int, sizeof...(Indices)>{static_cast<int>(indices)...});
+  }
+
+  /// Returns the largest value of the first index.
+  int Last() const;
+
+ private:
+  FieldRef Element(std::span<const int> indices) const;
+
+  const Field* field_ = nullptr;
+};
 
 /// Returns the number in an element; 0 for a text.
 double FieldNumber(FieldRef ref);

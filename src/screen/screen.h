@@ -31,6 +31,9 @@
 
 namespace zelvane {
 
+/// The first panel: scheme, run and trace. Other subjects add controls and buttons to it.
+inline constexpr char MainPanelName[] = "MainPanel";
+
 enum class ControlKind { Number, Switch, Choice, Text, Button, Readout };
 
 struct Control;

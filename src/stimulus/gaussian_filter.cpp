@@ -3,7 +3,6 @@
 #include "model/model_store.h"
 #include "numerics/gaussian_kernel.h"
 #include "screen/popups.h"
-#include "trace/noise_store.h"
 
 namespace zelvane {
 namespace {
@@ -21,7 +20,7 @@ void Warn(const char* text) {
 void GaussianFilter(std::span<float> trace, float fc) {
   if (!(fc > 0.0F) || !(Model.ADInterval > 0.0F)) return;
   const float corner = fc / (1.0F / Model.ADInterval);
-  switch (GaussianLowPass(trace, corner, Noise.RecordPoints)) {
+  switch (GaussianLowPass(trace, corner, Model.RecordPoints)) {
     case LowPassOutcome::Aliased:
       Warn(Aliasing);
       break;

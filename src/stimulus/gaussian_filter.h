@@ -14,7 +14,7 @@ namespace zelvane {
 /// The kernel does not cover the first and last samples; they keep their values. A corner that is 0,
 /// negative or nan leaves the trace unchanged.
 ///
-/// Reads:   `Model.ADInterval`, `Model.FitActive`, `Noise.RecordPoints`.
+/// Reads:   `Model.ADInterval`, `Model.FitActive`, `Model.RecordPoints`.
 /// Tells:   "! Warning" at a corner above half the sampling rate (the trace is filtered). Also "! Warning" for
 ///          a kernel of more than 1000 coefficients on a side, or one too long for the record (the trace stays
 ///          unchanged). Silent during a fit.

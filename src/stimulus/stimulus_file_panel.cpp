@@ -111,7 +111,7 @@ constexpr ControlDecl FileControls[] = {
      "one value."},
 };
 
-constexpr ControlDecl MainPanelName[] = {
+constexpr ControlDecl MainPanelReadout[] = {
     {"MainStimFile",   Readout, "Stimulus file",      "", "",   "",               nullptr,
      "Name of the last stimulus file that was read."},
 };
@@ -123,7 +123,7 @@ constexpr MenuDecl StimulusFileMenu[] = {
 // clang-format on
 
 bool PanelsStand() {
-  return FindPanel("MainPanel") != nullptr && FindPanel(StimulusPanelName) != nullptr;
+  return FindPanel(MainPanelName) != nullptr && FindPanel(StimulusPanelName) != nullptr;
 }
 
 }  // namespace
@@ -155,7 +155,7 @@ void ShowStimulusOfFile() {
 
 void AddStimulusFileControls() {
   AddControls(StimulusPanelName, FilesGroup, FileControls);
-  AddControls("MainPanel", "stimulus", MainPanelName);
+  AddControls(MainPanelName, "stimulus", MainPanelReadout);
   AddMenu(StimulusFileMenu);
 }
 

@@ -335,7 +335,7 @@ void AddStimulusPanel() {
   for (const Section& section : Sections) AddControls(StimulusPanelName, section.group, section.controls);
   AddGraph(StimulusPanelName, StimulusPanelName, "Time (ms)", TargetTitle(Stimulus.StimTarget));
   AddMultiStimTable();
-  AddControls("MainPanel", "stimulus", MainPanelButton);
+  AddControls(MainPanelName, "stimulus", MainPanelButton);
   AddMenu(StimulusMenu);
   ModelFileToSave.Add(StimReadControls);
   ModelFileCameIn.Add([] {

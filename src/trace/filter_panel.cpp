@@ -69,9 +69,9 @@ void FilterTrace() {
     MessagePopup(NoticeTitle, NoCorner);
     return;
   }
-  const int recorded = std::exchange(Noise.RecordPoints, std::min(Noise.RecordPoints, Model.NumPoints));
+  const int recorded = std::exchange(Model.RecordPoints, std::min(Model.RecordPoints, Model.NumPoints));
   GaussianFilter(TraceToWrite(Model.NumPoints), Model.AutoFilterFc);
-  Noise.RecordPoints = recorded;
+  Model.RecordPoints = recorded;
 }
 
 void FxnApplyFilter(const ControlEvent&) {
@@ -134,7 +134,7 @@ void AddFilterPanel() {
             .help = "Filter the trace, or add noise. Each press filters or adds again."});
   AddControls(PanelName, "filter", FilterControls);
   TraceChanged.Add(TraceFilterUpdate);
-  AddControls("MainPanel", "shell", MainControls);
+  AddControls(MainPanelName, "shell", MainControls);
   AddMenu(FilterMenu);
 }
 

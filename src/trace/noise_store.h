@@ -6,7 +6,6 @@
 namespace zelvane {
 
 struct NoiseStore {
-  int RecordPoints = 10240;        // length of the last record
   float NoiseMean = 0.0F;          // mean of added noise, in units of the trace
   double HighPassFc = 1.0;         // Hz
   double LowPassFc = 4000.0;       // Hz

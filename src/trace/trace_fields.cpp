@@ -7,7 +7,17 @@
 namespace zelvane {
 
 void RegisterTraceFields() {
-  RegisterFields({
+  RegisterSettings({
+      ScalarField("AddConstant", Trace.AddConstant),
+      ScalarField("MultiplyConstant", Trace.MultiplyConstant),
+      ScalarField("ParseConstant", Trace.ParseConstant),
+      ScalarField("AutosaveFileName", Trace.AutosaveFileName),
+      ScalarField("NoiseMean", Noise.NoiseMean),
+      ScalarField("HighPassFc", Noise.HighPassFc, "Hz"),
+      ScalarField("LowPassFc", Noise.LowPassFc, "Hz"),
+      ScalarField("LowPassOn", Noise.LowPassOn),
+  });
+  RegisterResults({
       SpanField("SimTrace[]", Trace.SimTrace),
       ScalarField("TraceValid", Trace.TraceValid),
       ScalarField("TraceParsed", Trace.TraceParsed),
@@ -16,7 +26,6 @@ void RegisterTraceFields() {
       ScalarField("EpisodeCount", Trace.EpisodeCount),
       ScalarField("EpisodeIndex", Trace.EpisodeIndex),
       ScalarField("TraceFileName", Trace.TraceFileName),
-      ScalarField("RecordPoints", Noise.RecordPoints),
       ScalarField("TraceIsText", Trace.TraceIsText),
       ScalarField("SweepSamples", Trace.SweepSamples),
       ScalarField("TotalSamples", Trace.TotalSamples),
@@ -25,30 +34,24 @@ void RegisterTraceFields() {
       ScalarField("OperationMode", Trace.OperationMode),
       ScalarField("FinalGain", Trace.FinalGain),
       ScalarField("AdcResolution", Trace.AdcResolution),
-      ScalarField("AdcRange", Trace.AdcRange),
-      ScalarField("ParseRequested", Trace.ParseRequested),
+      ScalarField("AdcRange", Trace.AdcRange, "V"),
       ScalarField("ParseSkip", Trace.ParseSkip),
       ScalarField("ParseCount", Trace.ParseCount),
       ScalarField("ParseStart", Trace.ParseStart),
-      ScalarField("ParseStartTime", Trace.ParseStartTime),
-      ScalarField("ParseInterval", Trace.ParseInterval),
-      ScalarField("ParseDuration", Trace.ParseDuration),
+      ScalarField("ParseStartTime", Trace.ParseStartTime, "ms"),
+      ScalarField("ParseInterval", Trace.ParseInterval, "ms"),
+      ScalarField("ParseDuration", Trace.ParseDuration, "ms"),
       ScalarField("ParseMaxPoints", Trace.ParseMaxPoints),
-      ScalarField("ParseResult", Trace.ParseResult),
-      ScalarField("ParseLength", Trace.ParseLength),
       ScalarField("RecordedSignal", Trace.RecordedSignal),
       ScalarField("IntervalLine", Trace.IntervalLine),
-      ScalarField("TypedInterval", Trace.TypedInterval),
+      ScalarField("TypedInterval", Trace.TypedInterval, "ms"),
       ScalarField("ScaleFactor", Trace.ScaleFactor),
-      ScalarField("AddConstant", Trace.AddConstant),
-      ScalarField("MultiplyConstant", Trace.MultiplyConstant),
-      ScalarField("ParseConstant", Trace.ParseConstant),
-      ScalarField("AutosaveFileName", Trace.AutosaveFileName),
       ScalarField("RcFiltered", Trace.RcFiltered),
-      ScalarField("NoiseMean", Noise.NoiseMean),
-      ScalarField("HighPassFc", Noise.HighPassFc),
-      ScalarField("LowPassFc", Noise.LowPassFc),
-      ScalarField("LowPassOn", Noise.LowPassOn),
+  });
+  RegisterWorkingFields({
+      ScalarField("ParseRequested", Trace.ParseRequested),
+      ScalarField("ParseResult", Trace.ParseResult),
+      ScalarField("ParseLength", Trace.ParseLength),
       SpanField("FilteredTrace[]", Noise.FilteredTrace),
   });
 }

@@ -14,8 +14,6 @@
 namespace zelvane {
 namespace {
 
-constexpr char MainPanelName[] = "MainPanel";
-
 /// Titles of the units that recordings have beside those, from TraceMicrovolts on.
 constexpr std::array RecordedUnitTitles = {"Potential uV", "Potential mV", "Macroscopic Current nA"};
 

@@ -21,7 +21,6 @@
 namespace zelvane {
 namespace {
 
-constexpr char MainPanelName[] = "MainPanel";
 constexpr char RecordingGroup[] = "recording";
 constexpr char ReadTitle[] = "Read ASCII, ABF, ATF, or OBF Data File";
 constexpr char ReadDefault[] = "*.abf";

@@ -10,7 +10,6 @@
 namespace zelvane {
 namespace {
 
-constexpr char MainPanelName[] = "MainPanel";
 constexpr char AbfPattern[] = "*.abf";
 constexpr char ColumnPattern[] = "*.asc";
 constexpr char FileTypeWarning[] =

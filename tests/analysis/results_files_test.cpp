@@ -8,7 +8,7 @@
 #include "analysis/results_table.h"
 #include "analysis/run_analysis.h"
 #include "model/model_store.h"
-#include "parameters/fit_store.h"
+#include "parameters/parameters_store.h"
 #include "support/store_test.h"
 #include "trace/trace_store.h"
 
@@ -18,7 +18,7 @@ namespace {
 class ResultsTest : public StoreTest {
  protected:
   ResultsTest() {
-    Fit.FitMode = 0;
+    Parameters.FitMode = 0;
     Trace.TraceFromFile = 1;
     Trace.TraceFileName = folder.File("cell 1.old.abf");
     ResponseMeasures& m = Analysis.Measures;
@@ -129,10 +129,10 @@ TEST_F(ResultsTest, MeasuresRowsHaveTheFieldsOfTheFitMode) {
           "\", 1, 0, 0.0000, 0.0000, -50.0000, 0.5000, 0.0000, \"   ---\", \"   ---\", \"   ---\", "
           "\"   ---\", \"   ---\", \"   ---\", \"   ---\", \"   ---\",  -130.0000, 0.0000, -1.5000, 0.2500, "
           "0.0000, 2.2500, \n");
-  Fit.FitMode = FitTwoDecays;
+  Parameters.FitMode = FitTwoDecays;
   EXPECT_NE(MeasuresRow("x", 3, AnalysisRow{}).find("\"   ---\",\t0.0000, 0.0000, \"   ---\",\t0.0000"),
             std::string::npos);
-  Fit.FitMode = FitDwells;
+  Parameters.FitMode = FitDwells;
   EXPECT_NE(MeasuresRow("x", 3, AnalysisRow{}).find("0.0000,  0.0000, 0.000000,  0.0000"), std::string::npos);
 }
 

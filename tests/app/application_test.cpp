@@ -74,6 +74,16 @@ TEST_F(ApplicationTest, EachTableOfFitLimitsHasItsDefaultsAfterStart) {
   }
 }
 
+/// Undo copies all settings at each action, so samples must be none.
+TEST_F(ApplicationTest, SavedFieldsAreSettingsAndSettingsAreSmall) {
+  Start();
+  for (const auto& [name, field] : AllFields()) {
+    EXPECT_TRUE(!field.kind.saved || field.kind.role == FieldRole::Setting) << name;
+    if (field.kind.role != FieldRole::Setting) continue;
+    for (const FieldIndex& index : field.index) EXPECT_LE(index.last, 4096) << name;
+  }
+}
+
 TEST_F(ApplicationTest, ResetBringsEveryFieldBack) {
   const std::string before = StoreDigest();
   for (const auto& [name, field] : AllFields()) SetFieldText(EndOf(field, &FieldIndex::last), "77");

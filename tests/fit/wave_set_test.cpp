@@ -3,9 +3,9 @@
 
 #include <filesystem>
 
+#include "fit/fit_store.h"
 #include "fit/wave_list.h"
 #include "model/model_store.h"
-#include "parameters/fit_store.h"
 #include "run/run_panel.h"
 #include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"

@@ -3,15 +3,17 @@
 #include <clocale>
 #include <limits>
 
+#include "analysis/analysis_fit_store.h"
 #include "analysis/analysis_store.h"
 #include "app/stores.h"
 #include "dwells/dwell_fit_store.h"
+#include "fit/fit_store.h"
 #include "model/constraints_store.h"
 #include "model/model_lines.h"
 #include "model/model_rows.h"
 #include "model/model_store.h"
 #include "model/saved_fields.h"
-#include "parameters/fit_store.h"
+#include "parameters/parameters_store.h"
 #include "rscm/rscm_store.h"
 #include "stimulus/stimulus_store.h"
 #include "support/store_test.h"
@@ -127,7 +129,7 @@ TEST_F(ModelTextTest, KeepsEveryLineShortEnoughToBeReadBack) {
   Model.StateLabel[20] = std::string(1000, 'l');
   Model.KOn[1] = hugeDouble;
   Model.Depend.Steepness[1][2] = -hugeFloat;
-  for (FitLimit& limit : Fit.DwellFitLimits) limit = {-hugeDouble, hugeDouble};
+  for (FitLimit& limit : DwellFit.DwellFitLimits) limit = {-hugeDouble, hugeDouble};
   for (FitWindow& window : Fit.Waveform) window.DataFitStart = -hugeFloat;
   const std::string text = ModelText();
   for (const std::string& line : LinesOf(text))
@@ -139,9 +141,9 @@ TEST_F(ModelTextTest, KeepsEveryLineShortEnoughToBeReadBack) {
   EXPECT_EQ(Model.StateLabel[20], std::string(19, 'l'));
   EXPECT_EQ(Model.KOn[1], hugeDouble);
   EXPECT_EQ(Model.Depend.Steepness[1][2], -hugeFloat);
-  EXPECT_EQ(Fit.DwellFitLimits[72].lo, -hugeDouble);
+  EXPECT_EQ(DwellFit.DwellFitLimits[72].lo, -hugeDouble);
   EXPECT_EQ(Fit.Waveform[15].DataFitStart, -hugeFloat);
-  EXPECT_EQ(Fit.ExpFitLimits[1].hi, 100000);
+  EXPECT_EQ(AnalysisFit.ExpFitLimits[1].hi, 100000);
 }
 
 TEST_F(ModelTextTest, WritesATextUpToItsFirstLineBreakAndNeverHalfACharacter) {

@@ -5,42 +5,10 @@
 #include <random>
 #include <set>
 
-#include "dwells/dwell_store.h"
 #include "model/model_store.h"
-#include "parameters/fit_store.h"
-#include "run/result_store.h"
-#include "screen/popups_store.h"
-#include "trace/noise_store.h"
-#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
-
-/// Fields that a model file does not hold.
-// clang-format off
-const std::set<std::string> NotSaved{
-    "ModelIs2D", "ModelFileName", "FitActive", "RateMatrix[][]", "StimTarget", "StimFromFile", "PeakOption",
-    "FracDecay", "DoseFitLimits[].lo", "DoseFitLimits[].hi", "ViewedPoints", "AutoRescale", "Baseline",
-    "BaselineVar", "Coastline", "DecayTime", "ExportPoints", "FitAmp1", "FitAmp2", "FitGoodness",
-    "FitListName", "FitListOn", "FitOffset", "FitTau1", "FitTau2", "FitWaveCount", "FracWidth", "Integral",
-    "LatencyPeak", "LatencyRise", "MeasuresCount", "MeasuresFileName", "MeasuresFileOpen", "PeakPos",
-    "PeakValue", "RcCm", "RcFracCap", "RcFracVolt", "RcIvCount", "RcIvCurrent[]", "RcIvLoaded", "RcIvVolt[]",
-    "RcLagFc", "RcRm", "RcRs", "RcVhold", "RcVrev", "RiseEndPos", "RisePoints", "RiseSlope", "RiseStartPos",
-    "RiseTime", "ScriptRunning", "StimFileName", "StopAnalysis", "TableRow", "YMaxGain", "YMinGain"};
-// clang-format on
-
-/// Whether a field lies in a store, or a part of one, that no model file holds anything of.
-bool InStoreNeverSaved(const Field& field) {
-  const auto within = [&field](const auto& store) {
-    const auto* begin = reinterpret_cast<const std::byte*>(&store);
-    return field.base >= begin && field.base < begin + sizeof store;
-  };
-  return within(Trace) || within(Noise) || within(Dwell) || within(Result) || within(Requests) ||
-         within(Fit.Wave);
-}
-
-/// Computed from other fields.
-const std::set<std::string> Derived{"TableStateOn[]"};
 
 /// Tables that the file holds for the links of the grid alone.
 const std::set<std::string> OfLinks{"DrugDepend[][][]", "VoltDepend[][]", "VoltSteepness[][]",
@@ -67,6 +35,11 @@ const std::map<std::string, Range> Ranges{
     {"AnalysisTolerance", {0.125, 8}}, {"FitAlignChoice", {0, 1}}};
 // clang-format on
 
+/// Reading a model calculates it from other fields.
+bool IsDerived(const Field& field) {
+  return field.name == "TableStateOn[]";
+}
+
 constexpr std::ptrdiff_t LargeArray = 100'000;
 
 bool AreNeighbours(int a, int b) {
@@ -91,7 +64,7 @@ void AddElements(const Field& field, std::vector<StoreElement>& elements, std::v
     name += c;
     if (c == '[') name += std::to_string(*index++);
   }
-  bool inFile = !NotSaved.contains(field.name) && !InStoreNeverSaved(field);
+  bool inFile = field.kind.saved;
   if (OfLinks.contains(field.name)) inFile = AreNeighbours(indices[depth - 2], indices[depth - 1]);
   elements.push_back({name, FindField(name), inFile});
 }
@@ -119,7 +92,7 @@ std::vector<StoreElement> StoreElements() {
   std::vector<StoreElement> elements;
   for (const auto& [name, field] : AllFields()) {
     const auto isLarge = [](const FieldIndex& index) { return index.last - index.first > LargeArray; };
-    if (Derived.contains(name) || std::any_of(field.index.begin(), field.index.end(), isLarge)) continue;
+    if (IsDerived(field) || std::any_of(field.index.begin(), field.index.end(), isLarge)) continue;
     std::vector<int> indices;
     AddElements(field, elements, indices);
   }

@@ -3,9 +3,8 @@
 #include <vector>
 
 #include "model/model_store.h"
-#include "parameters/fit_store.h"
+#include "parameters/parameters_store.h"
 #include "support/store_test.h"
-#include "trace/noise_store.h"
 
 namespace zelvane {
 namespace {
@@ -25,13 +24,13 @@ TEST_F(PairFilesTest, PairsComeBackAsTheyWereWritten) {
   std::vector<float> a(10);
   std::vector<float> b(10);
   EXPECT_EQ(PairTextRead(path, a, b), 3);
-  EXPECT_EQ(Noise.RecordPoints, 3);
+  EXPECT_EQ(Model.RecordPoints, 3);
   a.resize(3);
   b.resize(3);
   EXPECT_EQ(a, first);
   EXPECT_EQ(b, second);
   EXPECT_EQ(PairTextRead(path, a, b), 2) << "one row less than there is room for";
-  Fit.FitMode = FitSublevels;
+  Parameters.FitMode = FitSublevels;
   EXPECT_EQ(PairTextRead(path, a, b), 3);
 }
 

@@ -1,8 +1,8 @@
 // From occupancies to the trace: units, monitored states, noise, what is cleared.
 #include <cmath>
 
+#include "model/model_store.h"
 #include "run/run_fixtures.h"
-#include "trace/noise_store.h"
 #include "trace/program_random.h"
 
 namespace zelvane {
@@ -59,12 +59,12 @@ TEST_F(RunTraceTest, AShortRunAfterALongOneLeavesZerosBehindIt) {
   RunAsSet();
   EXPECT_NE(Trace.SimTrace[49], 0.0F);
   for (int p = 50; p < 500; ++p) ASSERT_EQ(Trace.SimTrace[p], 0.0F) << p;
-  EXPECT_EQ(Noise.RecordPoints, 50);
+  EXPECT_EQ(Model.RecordPoints, 50);
 }
 
 TEST_F(RunTraceTest, NoiseHasTheStandardDeviationAskedForAndIsFilteredAsWell) {
   SetSeeds(ProgramRandom, {{1.0, 2.0, 3.0}});
-  Model.NumPoints = Noise.RecordPoints = 20000;
+  Model.NumPoints = Model.RecordPoints = 20000;
   Model.StateMonitored[1] = 0;
   Model.AutoNoise = 1;
   Model.AutoNoiseSTD = 3.0F;

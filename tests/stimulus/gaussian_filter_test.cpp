@@ -7,7 +7,6 @@
 
 #include "model/model_store.h"
 #include "support/store_test.h"
-#include "trace/noise_store.h"
 
 namespace zelvane {
 namespace {
@@ -53,7 +52,7 @@ TEST_F(GaussianFilterTest, RefusesKernelsThatAreTooLongAndLeavesTheTrace) {
                         Case{51.0F, 1, Aliasing}}) {
     SCOPED_TRACE(c.fc);
     popups.clear();
-    Noise.RecordPoints = c.recordPoints;
+    Model.RecordPoints = c.recordPoints;
     for (const int fit : {1, 0}) {  // a fit is told nothing, but the refusals stay in force
       Model.FitActive = fit;
       std::vector<float> trace = Ramp(4000);

@@ -95,7 +95,7 @@ void ModelPage::addResponse() {
   part.row->addStretch();
   addStepper(*part.row, {"EpisodeIndex", "EpisodeCount", "LastSection", "NextSection"});
   add(*part.row, {"RunText", "SimRefresh"});
-  addGraph(part, GraphNamed("MainPanel"));
+  addGraph(part, GraphNamed(MainPanelName));
 }
 
 void ModelPage::refreshMore() {

@@ -15,7 +15,7 @@ TaskPage* NewPage(Panel& panel, Settings& settings, QWidget* parent) {
 
 // clang-format off
 constexpr TaskDecl TaskTable[] = {
-    {.panel = "MainPanel",         .title = "Model",    .icon = "model",    .command = "Model",         .make = NewPage<ModelPage>},
+    {.panel = MainPanelName,         .title = "Model",    .icon = "model",    .command = "Model",         .make = NewPage<ModelPage>},
     {.panel = "StimulusPanel",     .title = "Stimulus", .icon = "stimulus", .command = "Stimulus",      .make = NewPage<StimulusPage>},
     {.panel = "AnalysisPanel",     .title = "Analysis", .icon = "analysis", .command = "Analysis",      .make = NewPage<AnalysisPage>},
     {.panel = "RsCorrectionPanel", .title = "Series R", .icon = "rscm",     .command = "RsCmFilterFxn", .make = NewPage<RscmPage>},

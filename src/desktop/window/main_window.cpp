@@ -359,7 +359,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   }
   if (!closing_) {
     FinishTyping();
-    ClosePanel(PanelNamed("MainPanel"));
+    ClosePanel(PanelNamed(MainPanelName));
     return;
   }
   closing_ = Screen.busy > 0;

@@ -25,7 +25,6 @@
 #include "rscm/rscm_store.h"
 #include "screen/screen.h"
 #include "stimulus/gaussian_filter.h"
-#include "trace/noise_store.h"
 #include "trace/trace.h"
 #include "trace/trace_export.h"
 #include "trace/trace_read.h"
@@ -160,7 +159,7 @@ bool ReadSweepOf(const Recording& recording, int sweep) {
   if (samples < 1) return false;
   Trace.SimTraceUsed = std::max(Trace.SimTraceUsed, samples);
   Model.NumPoints = samples;
-  Noise.RecordPoints = samples;
+  Model.RecordPoints = samples;
   BeginTrace(TraceOrigin::Recording);
   return true;
 }

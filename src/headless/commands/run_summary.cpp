@@ -115,7 +115,7 @@ RunSummary SummariseRun(double wallSeconds) {
   summary.simulator = Model.SimulatorKind;
   summary.control = AsTyped(Model.SimulatorKind == AdaptiveIntegrator ? Model.Precision : Model.MaxStepSize);
   summary.units = Model.DisplayUnits;
-  summary.axisTitle = GraphNamed("MainPanel").y.title;
+  summary.axisTitle = GraphNamed(MainPanelName).y.title;
   summary.wallSeconds = wallSeconds;
   if (Result.ResultKind == ResultSavedSteps) summary.savedSteps = Result.KeptSteps;
   summary.peak = PeakOf(Trace.SimTrace.first(static_cast<std::size_t>(Model.NumPoints)));

@@ -93,7 +93,7 @@ bool RunSucceeded(Outcome run, const JobStreams& streams) {
 
 bool WriteTrace(const std::string& path, std::span<const float> trace, const JobStreams& streams) {
   if (path.empty()) return true;
-  if (WriteTraceFile(path, trace, Model.ADInterval, GraphNamed("MainPanel").y.title)) return true;
+  if (WriteTraceFile(path, trace, Model.ADInterval, GraphNamed(MainPanelName).y.title)) return true;
   TellUnwritten(path, streams);
   return false;
 }

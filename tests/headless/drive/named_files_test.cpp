@@ -4,9 +4,9 @@
 #include <sstream>
 
 #include "analysis/analysis_store.h"
+#include "fit/fit_store.h"
 #include "headless/drive/drive.h"
 #include "model/model_store.h"
-#include "parameters/fit_store.h"
 #include "support/drive_test.h"
 #include "trace/trace_store.h"
 
