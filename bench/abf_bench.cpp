@@ -68,12 +68,12 @@ void WriteIntegers(const std::string& path, const std::vector<float>& samples) {
   header.acquisitionLength = static_cast<std::int64_t>(samples.size());
   header.samplesPerEpisode = static_cast<int>(samples.size());
   auto bytes = AbfHeaderBytes(header);
-  PutLittleEndian(bytes.data() + 100, static_cast<std::int16_t>(AbfIntegers));
+  WriteLittleEndian(bytes.data() + 100, static_cast<std::int16_t>(AbfIntegers));
   std::ofstream file(path, std::ios::binary);
   file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
   std::vector<std::byte> counts(samples.size() * 2);
   for (std::size_t k = 0; k < samples.size(); ++k)
-    PutLittleEndian(counts.data() + 2 * k, static_cast<std::int16_t>(samples[k]));
+    WriteLittleEndian(counts.data() + 2 * k, static_cast<std::int16_t>(samples[k]));
   file.write(reinterpret_cast<const char*>(counts.data()), static_cast<std::streamsize>(counts.size()));
 }
 

@@ -38,7 +38,7 @@ char Lower(char c) {
 }
 
 /// Takes `word`, given in small letters, off the head of `rest` in letters of either kind.
-bool TakeWord(std::string_view& rest, std::string_view word) {
+bool SkipWord(std::string_view& rest, std::string_view word) {
   const bool same = rest.size() >= word.size() && std::equal(word.begin(), word.end(), rest.begin(),
                                                              [](char w, char c) { return w == Lower(c); });
   if (same) rest.remove_prefix(word.size());
@@ -86,11 +86,11 @@ template <typename Real>
 Scan ScanReal(std::string_view& rest, Real& value) {
   std::string_view at = rest;
   const Sign sign = SkipToDigits(at);
-  if (TakeWord(at, "infinity") || TakeWord(at, "inf") || TakeWord(at, "nan")) {
+  if (SkipWord(at, "infinity") || SkipWord(at, "inf") || SkipWord(at, "nan")) {
     rest = at;
     return Scan::Refused;
   }
-  const bool hexadecimal = TakeWord(at, "0x");
+  const bool hexadecimal = SkipWord(at, "0x");
   // from_chars has a sign and words of its own, which have had their turn.
   if (!BeginsWithDigits(at, hexadecimal)) return Scan::Missing;
   const auto format = hexadecimal ? std::chars_format::hex : std::chars_format::general;

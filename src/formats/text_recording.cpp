@@ -124,7 +124,7 @@ std::optional<Real> FirstValue(std::string_view text) {
 }
 
 /// The list behind the mark up to its closing quote, and the names that it holds.
-void TakeSignals(std::string_view line, TextShape& shape) {
+void ReadSignalList(std::string_view line, TextShape& shape) {
   line.remove_prefix(SignalsMark.size());
   shape.signalList = line.substr(0, line.find('"'));
   shape.signals = 1 + static_cast<int>(std::count(shape.signalList.begin(), shape.signalList.end(), ','));
@@ -140,7 +140,7 @@ std::string UnitOf(std::string_view title) {
 }
 
 /// The units of the signals, from the titles of the columns, which stand in quotes or between tabs.
-void TakeUnits(std::string_view titles, TextShape& shape) {
+void ReadUnits(std::string_view titles, TextShape& shape) {
   const char mark = titles.find('"') == std::string_view::npos ? '\t' : '"';
   const std::size_t step = mark == '"' ? 2 : 1;  // what lies between two quoted titles is none
   const std::size_t first = (shape.columns > 1 ? 2 * step : step) - 1;  // behind the time, where there is one
@@ -165,7 +165,7 @@ std::size_t WantedColumn(const TextShape& shape, const TextRequest& request) {
 }
 
 /// The interval and its test, from the first times of an ATF, s. Only a step that is too long fails.
-void TakeInterval(const std::array<double, TimesTested>& times, std::size_t count, TextSamples& read) {
+void ReadInterval(const std::array<double, TimesTested>& times, std::size_t count, TextSamples& read) {
   if (count < 2) return;
   const double interval = std::clamp((times[1] - times[0]) * 1000.0, MinTextInterval, MaxAtfInterval);
   if (count == TimesTested) {
@@ -201,9 +201,9 @@ void TextRecording::ReadAtfHeader() {
   for (int k = 0; k < headerLines; ++k) {
     const auto line = lines_.Next();
     if (!line) break;
-    if (line->starts_with(SignalsMark)) TakeSignals(*line, shape_);
+    if (line->starts_with(SignalsMark)) ReadSignalList(*line, shape_);
   }
-  TakeUnits(lines_.Next().value_or(std::string_view{}), shape_);
+  ReadUnits(lines_.Next().value_or(std::string_view{}), shape_);
   if (columns > 2) shape_.episodes = (columns - 1) / shape_.signals;
   if (shape_.episodes < 1) refusal_ = TooFewColumns;
 }
@@ -243,7 +243,7 @@ void TextRecording::ReadColumn(const TextRequest& request, TextSamples& read) {
     read.intervalMs = std::clamp(*interval, MinTextInterval, MaxColumnInterval);
   }
   while (read.samples.size() < request.most) {
-    if (shape_.atf || firstGiven_) TakePlainLines(request, read.samples);
+    if (shape_.atf || firstGiven_) ReadPlainLines(request, read.samples);
     if (read.samples.size() == request.most) return;
     const auto line = FirstOrNext();
     if (!line) return;
@@ -258,7 +258,7 @@ void TextRecording::ReadColumn(const TextRequest& request, TextSamples& read) {
 }
 
 /// Takes the lines ahead that hold a number and nothing else, up to the first that needs more care.
-void TextRecording::TakePlainLines(const TextRequest& request, std::vector<float>& samples) {
+void TextRecording::ReadPlainLines(const TextRequest& request, std::vector<float>& samples) {
   const std::string_view ahead = lines_.Ahead();
   const char* const end = ahead.data() + ahead.size();
   const char lineEnd = lines_.LineEnd();
@@ -287,19 +287,19 @@ void TextRecording::ReadTable(const TextRequest& request, TextSamples& read) {
     const auto row = NextRow(column, sample, read);
     if (!row) return;
     const auto time = k < TimesTested ? FirstValue<double>(*row) : 0.0;
-    if (!time || !TakeRow(sample, episodes, request.scale, read)) {
+    if (!time || !AppendRow(sample, episodes, request.scale, read)) {
       read.badLine = lines_.Number();
       return;
     }
     if (k >= TimesTested) continue;
     times[k] = *time;
-    TakeInterval(times, k + 1, read);
+    ReadInterval(times, k + 1, read);
   }
 }
 
 /// Takes the sample that a row begins with, and those of the episodes that follow. False, with none of them
 /// taken, when one is no number.
-bool TextRecording::TakeRow(std::string_view row, int episodes, float scale, TextSamples& read) const {
+bool TextRecording::AppendRow(std::string_view row, int episodes, float scale, TextSamples& read) const {
   const std::size_t taken = read.samples.size();
   for (int e = 0; e < episodes; ++e) {
     if (e > 0) row = FromWord(row, static_cast<std::size_t>(shape_.signals));

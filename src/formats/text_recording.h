@@ -70,12 +70,12 @@ class TextRecording {
  private:
   void ReadAtfHeader();
   std::optional<std::string_view> FirstOrNext();
-  void TakePlainLines(const TextRequest& request, std::vector<float>& samples);
+  void ReadPlainLines(const TextRequest& request, std::vector<float>& samples);
   std::optional<std::string_view> NextRow(std::size_t column, std::string_view& sample, TextSamples& read);
   std::optional<std::string_view> JoinRow(std::string_view begin, std::size_t words, TextSamples& read);
   void ReadColumn(const TextRequest& request, TextSamples& read);
   void ReadTable(const TextRequest& request, TextSamples& read);
-  bool TakeRow(std::string_view row, int episodes, float scale, TextSamples& read) const;
+  bool AppendRow(std::string_view row, int episodes, float scale, TextSamples& read) const;
 
   TextLines lines_;
   std::string first_;  // the line that told the kind; without an ATF's mark it is read again

@@ -62,7 +62,7 @@ constexpr std::int64_t DataBlock = AbfTemplateLength / BlockBytes;
 
 template <typename Number>
 void Put(AbfTemplate& header, std::size_t offset, Number value) {
-  PutLittleEndian(header.data() + offset, value);
+  WriteLittleEndian(header.data() + offset, value);
 }
 
 template <typename Number>
@@ -89,14 +89,14 @@ AbfTemplate Template() {
   return header && IsAbf(*header) ? *header : AbfTemplateBytes(TemplateName);
 }
 
-void PutCreator(AbfTemplate& header, std::string_view creator) {
+void WriteCreator(AbfTemplate& header, std::string_view creator) {
   std::array<char, CreatorBytes> text{};
   std::copy(creator.begin(), creator.end(), text.begin());
   std::memcpy(header.data() + CreatorAt, text.data(), text.size());
 }
 
 /// The fields that both writers set alike.
-void PutTraceFields(AbfTemplate& header, int date, int seconds) {
+void WriteTraceFields(AbfTemplate& header, int date, int seconds) {
   Put(header, DateAt, static_cast<std::int32_t>(date));
   Put(header, TimeAt, static_cast<std::int32_t>(seconds));
   Put(header, FormatAt, std::int16_t{AbfFloats});
@@ -227,8 +227,8 @@ Outcome LegacyAbfWrite(const std::string& path) {
   AbfTemplate header = Template();
   Put(header, ModeAt, static_cast<std::int16_t>(GapFreeMode));
   Put(header, SamplesAt, static_cast<std::int32_t>(samples.size()));
-  PutTraceFields(header, stamp.shortDate, stamp.seconds);
-  PutCreator(header, LegacyCreator);
+  WriteTraceFields(header, stamp.shortDate, stamp.seconds);
+  WriteCreator(header, LegacyCreator);
   return SaveFile(path, Parts({Text(header), BytesOf(samples)}));
 }
 
@@ -242,8 +242,8 @@ Outcome AutosaveAbfWrite(const std::string& path) {
   const std::span<const float> samples = Samples();
   const std::int64_t end = EndOfSamples(*header);
   if (!CountEpisode(*header, samples.size(), path)) return Outcome::Failed;
-  PutTraceFields(*header, stamp.shortDate, stamp.seconds);
-  PutCreator(*header, AutosaveCreator);
+  WriteTraceFields(*header, stamp.shortDate, stamp.seconds);
+  WriteCreator(*header, AutosaveCreator);
   return isNew ? SaveFile(path, Parts({Text(*header), BytesOf(samples)}))
                : ExtendFile(path, Parts({BytesOf(samples)}), Text(*header), end);
 }

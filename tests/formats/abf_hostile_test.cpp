@@ -157,7 +157,7 @@ class AbfHeaderLies : public ::testing::Test {
  protected:
   template <class Number>
   void Put(std::size_t offset, Number number) {
-    PutLittleEndian(std::as_writable_bytes(std::span(bytes)).data() + offset, number);
+    WriteLittleEndian(std::as_writable_bytes(std::span(bytes)).data() + offset, number);
   }
 
   float FirstSample() {

@@ -66,7 +66,7 @@ void FromLittleEndian(std::span<Sample> samples) {
 
 /// Every `stride`-th sample of a block of a sweep, in user units. The case of one channel stands apart so
 /// that its loop runs over neighbours.
-void TakeChannel(std::span<const std::int16_t> block, std::size_t stride, float scale, float offset,
+void CopyChannel(std::span<const std::int16_t> block, std::size_t stride, float scale, float offset,
                  std::size_t sweepSamples, std::span<float> out) {
   if (stride == 1) {
     const auto convert = sweepSamples > CachedSamples ? ToUserUnitsPastCaches : ToUserUnits;
@@ -77,7 +77,7 @@ void TakeChannel(std::span<const std::int16_t> block, std::size_t stride, float 
     out[k] = static_cast<float>(block[k * stride]) * scale + offset;
 }
 
-void TakeChannel(std::span<const float> block, std::size_t stride, float, float, std::size_t,
+void CopyChannel(std::span<const float> block, std::size_t stride, float, float, std::size_t,
                  std::span<float> out) {
   for (std::size_t k = 0; k < out.size(); ++k) out[k] = block[k * stride];
 }
@@ -105,7 +105,7 @@ std::size_t ReadInterleaved(const AbfFile& file, std::int64_t position, std::siz
     const std::size_t got = file.source->Read(position, std::as_writable_bytes(wanted)) / sizeof(Sample);
     const std::size_t whole = (got + stride - 1) / stride;
     FromLittleEndian(wanted.first(got));
-    TakeChannel(wanted, stride, file.header.scale[at], file.header.offset[at], buffer.size(),
+    CopyChannel(wanted, stride, file.header.scale[at], file.header.offset[at], buffer.size(),
                 buffer.subspan(done, whole));
     done += whole;
     if (whole < frames) break;  // the file has become shorter since it was opened

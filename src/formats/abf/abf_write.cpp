@@ -36,34 +36,34 @@ constexpr std::size_t DacOutputs = 4;
 
 template <class Number>
 void Put(HeaderBytes& bytes, std::size_t offset, Number number) {
-  PutLittleEndian(bytes.data() + offset, number);
+  WriteLittleEndian(bytes.data() + offset, number);
 }
 
 /// A text field of `length` bytes, filled up with `padding`.
-void PutText(HeaderBytes& bytes, std::size_t offset, std::size_t length, std::string_view text,
-             char padding) {
+void WriteText(HeaderBytes& bytes, std::size_t offset, std::size_t length, std::string_view text,
+               char padding) {
   std::string field = Latin1Of(text);
   field.resize(length, padding);
   std::memcpy(bytes.data() + offset, field.data(), length);
 }
 
 /// What stands once for each of the 16 inputs. Only input 0 is recorded, but none may have a gain of 0.
-void PutInputs(HeaderBytes& bytes, const AbfHeader& header) {
+void WriteInputs(HeaderBytes& bytes, const AbfHeader& header) {
   const int first = header.samplingSequence[0];
   const auto named = static_cast<std::size_t>(first >= 0 && first < AbfMaxChannels ? first : 0);
   for (std::size_t input = 0; input < AbfMaxChannels; ++input) {
     Put(bytes, 378 + 2 * input, static_cast<std::int16_t>(input));
     Put(bytes, 410 + 2 * input, static_cast<std::int16_t>(input == 0 ? 0 : -1));
-    PutText(bytes, 442 + NameBytes * input, NameBytes, input == 0 ? header.channelName[named] : "", ' ');
-    PutText(bytes, 602 + UnitsBytes * input, UnitsBytes, input == 0 ? header.channelUnits[named] : "", ' ');
+    WriteText(bytes, 442 + NameBytes * input, NameBytes, input == 0 ? header.channelName[named] : "", ' ');
+    WriteText(bytes, 602 + UnitsBytes * input, UnitsBytes, input == 0 ? header.channelUnits[named] : "", ' ');
     Put(bytes, 730 + 4 * input, 1.0F);       // programmable gain
     Put(bytes, 794 + 4 * input, 1.0F);       // display amplification
     Put(bytes, 922 + 4 * input, UnitScale);  // instrument scale factor
     Put(bytes, 1050 + 4 * input, 1.0F);      // signal gain
   }
   for (std::size_t output = 0; output < DacOutputs; ++output) {
-    PutText(bytes, 1306 + NameBytes * output, NameBytes, "", ' ');
-    PutText(bytes, 1346 + UnitsBytes * output, UnitsBytes, "", ' ');
+    WriteText(bytes, 1306 + NameBytes * output, NameBytes, "", ' ');
+    WriteText(bytes, 1346 + UnitsBytes * output, UnitsBytes, "", ' ');
   }
 }
 
@@ -76,8 +76,8 @@ std::vector<std::byte> SynchBytes(const std::vector<std::int32_t>& lengths) {
   std::vector<std::byte> bytes(lengths.size() * 8);
   std::int32_t start = 0;
   for (std::size_t sweep = 0; sweep < lengths.size(); ++sweep) {
-    PutLittleEndian(bytes.data() + 8 * sweep, start);
-    PutLittleEndian(bytes.data() + 8 * sweep + 4, lengths[sweep]);
+    WriteLittleEndian(bytes.data() + 8 * sweep, start);
+    WriteLittleEndian(bytes.data() + 8 * sweep + 4, lengths[sweep]);
     start += lengths[sweep];
   }
   return bytes;
@@ -118,7 +118,7 @@ void InitializeHeader(AbfHeader& header) {
 
 std::array<std::byte, 2048> AbfHeaderBytes(const AbfHeader& header) {
   HeaderBytes bytes{};
-  PutText(bytes, 0, 4, "ABF ", ' ');
+  WriteText(bytes, 0, 4, "ABF ", ' ');
   Put(bytes, 4, static_cast<float>(header.version));
   Put(bytes, 8, static_cast<std::int16_t>(header.operationMode == Episodic ? Episodic : AbfGapFree));
   Put(bytes, 10, static_cast<std::int32_t>(header.acquisitionLength));
@@ -138,8 +138,8 @@ std::array<std::byte, 2048> AbfHeaderBytes(const AbfHeader& header) {
   Put(bytes, 256, AdcResolution);
   Put(bytes, 268, 1.0F);      // auto-sample gain
   Put(bytes, 272, 10000.0F);  // its filter, Hz
-  PutText(bytes, 294, 16, header.creator, '\0');
-  PutInputs(bytes, header);
+  WriteText(bytes, 294, 16, header.creator, '\0');
+  WriteInputs(bytes, header);
   return bytes;
 }
 
@@ -160,7 +160,7 @@ bool OldABF_WriteRawSweep(AbfWriter& writer, std::span<const float> samples) {
     written = writer.file->Write(position, AsText(std::as_bytes(samples)));
   } else {
     std::vector<std::byte> bytes(samples.size_bytes());
-    for (std::size_t k = 0; k < samples.size(); ++k) PutLittleEndian(bytes.data() + 4 * k, samples[k]);
+    for (std::size_t k = 0; k < samples.size(); ++k) WriteLittleEndian(bytes.data() + 4 * k, samples[k]);
     written = writer.file->Write(position, AsText(bytes));
   }
   writer.samples += count;

@@ -58,7 +58,7 @@ Number NumberAt(std::span<const std::byte> bytes, std::size_t offset) {
 
 /// Writes `number` to `bytes` in little-endian order.
 template <class Number>
-void PutLittleEndian(std::byte* bytes, Number number) {
+void WriteLittleEndian(std::byte* bytes, Number number) {
   static_assert(std::is_arithmetic_v<Number>);
   std::memcpy(bytes, &number, sizeof number);
   if constexpr (std::endian::native == std::endian::big) std::reverse(bytes, bytes + sizeof number);
