@@ -122,10 +122,6 @@ constexpr MenuDecl StimulusFileMenu[] = {
 };
 // clang-format on
 
-bool PanelsStand() {
-  return FindPanel(MainPanelName) != nullptr && FindPanel(StimulusPanelName) != nullptr;
-}
-
 }  // namespace
 
 Outcome OpenStimulusNamed(const std::string& path) {
@@ -139,11 +135,10 @@ Outcome OpenStimulusNamed(const std::string& path) {
 }
 
 void ReadStimulusPanel() {
-  if (PanelsStand()) StimReadControls();
+  StimReadControls();
 }
 
 void ShowStimulusOfFile() {
-  if (!PanelsStand()) return;
   WriteAllControls();
   RunSettingsReplaced.Tell();
   StimPanelRefresh();

@@ -1,4 +1,4 @@
-// What reading and writing stimulus files asks of the panels. Without panels on the screen these do nothing.
+// What reading and writing stimulus files asks of the panels.
 #pragma once
 
 namespace zelvane {
