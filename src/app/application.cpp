@@ -16,6 +16,7 @@
 #include "app/undo.h"
 #include "dwells/dwell_lists_panel.h"
 #include "fit/wave_set.h"
+#include "formats/recording_file.h"
 #include "model/model_file.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"

@@ -36,7 +36,7 @@ std::string Beside(const std::string& list, std::string_view path) {
   return (fs::path(list).parent_path() / BareFileName(path)).string();
 }
 
-bool Opens(const std::string& path) {
+bool CanBeOpened(const std::string& path) {
   return OpenInput(path).has_value();
 }
 
@@ -44,10 +44,10 @@ bool Opens(const std::string& path) {
 /// nowhere.
 std::optional<std::string> FindFile(const std::string& name, const std::string& list,
                                     const FileRequest& request) {
-  if (Opens(name)) return name;
-  if (std::string beside = Beside(list, name); Opens(beside)) return beside;
+  if (CanBeOpened(name)) return name;
+  if (std::string beside = Beside(list, name); CanBeOpened(beside)) return beside;
   auto chosen = FileSelectPopup(request);
-  return chosen && Opens(*chosen) ? chosen : std::nullopt;
+  return chosen && CanBeOpened(*chosen) ? chosen : std::nullopt;
 }
 
 void ReadModelOfList(const std::string& model, const std::string& list) {
@@ -117,9 +117,11 @@ std::optional<std::string> AskForList(const char* title, bool save) {
 }  // namespace
 
 int WaveStimFileRead(const std::string& path, FitWaveform& wave) {
-  const int samples = StimFileReadInto(path, wave.WaveStim, wave.WaveStimInterval);
-  if (samples > 0) wave.StimName = FileNameOf(path);
-  return samples;
+  const auto read = StimFileReadInto(path, wave.WaveStim);
+  if (!read) return 0;
+  wave.WaveStimInterval = read->intervalMs;
+  if (read->samples > 0) wave.StimName = FileNameOf(path);
+  return read->samples;
 }
 
 void WaveSetClear() {

@@ -5,9 +5,12 @@
 #include <cmath>
 #include <fstream>
 #include <limits>
+#include <string_view>
 #include <utility>
 
 #include "formats/abf/abf.h"
+#include "formats/abf/abf_layout.h"
+#include "formats/abf/byte_source.h"
 #include "formats/input_file.h"
 #include "formats/obf_file.h"
 #include "formats/stimulus_read.h"
@@ -18,18 +21,24 @@
 namespace zelvane {
 namespace {
 
+constexpr char StimulusKind[] = "stimulus";
 constexpr char NoFile[] = "cannot be opened";
 constexpr char NoRecording[] = "no recording";
 constexpr char NoSamples[] = "holds no such samples";
 constexpr char TooManyPoints[] = "its profiles are longer than a run can be";
 constexpr char UnequalSteps[] = "the steps of time are not equal";
+constexpr std::string_view AbfMark = "ABF";
+constexpr std::string_view Abf1Mark = "ABF ";
+constexpr std::string_view Abf2Mark = "ABF2";
+constexpr std::string_view ObfMark = "OBF";
+constexpr std::string_view AtfMark = "ATF";
 constexpr double MicrosecondsPerMs = 1000.0;
 constexpr std::size_t BlockSamples = 1 << 20;
 
 const std::array<const char*, StimFileProfiles> ProfileNames = {"Voltage", "Drug1", "Drug2", "Drug3",
                                                                 "Drug4",   "Drug5", "Drug6"};
 
-using Open = std::unique_ptr<RecordingFile>;
+using FilePointer = std::unique_ptr<RecordingFile>;
 
 std::string NoteOfEnd(std::int64_t samples, std::int64_t announced) {
   if (samples >= announced) return {};
@@ -41,20 +50,23 @@ std::string NoteOfEnd(std::int64_t samples, std::int64_t announced) {
 
 class AbfRecording final : public RecordingFile {
  public:
-  static Open Begin(const std::string& path, std::string& why) {
+  static FilePointer Begin(std::unique_ptr<ByteSource> source, std::string& why) {
     auto recording = std::make_unique<AbfRecording>();
     RecordingAccount& account = recording->account_;
     AbfHeader header;
-    recording->file_ = OpenABFFile(path, header, account.samples, account.sweeps, &why);
+    recording->file_ = OpenAbfSource(std::move(source), header, account.samples, account.sweeps, &why);
     if (recording->file_ == nullptr) return nullptr;
     account.kind = "ABF";
     account.version = header.version;
     account.intervalMs = header.sampleInterval / MicrosecondsPerMs;
     account.note = NoteOfEnd(header.acquisitionLength, header.announcedSamples);
+    account.abf = {header.operationMode, header.dataFormat == AbfFloats, header.adcResolution,
+                   header.adcRange, header.acquisitionLength};
     for (int k = 0; k < header.channels; ++k) account.inputs.push_back(InputOf(header, k));
-    recording->TakeLengths();
     return recording;
   }
+
+  int SweepSamples(int sweep) const override { return SweepLength(*file_, sweep); }
 
   bool Load(int, int, int, std::string&) override { return true; }
 
@@ -72,15 +84,7 @@ class AbfRecording final : public RecordingFile {
     GetADCScaleFactor(header, input, scale, offset);
     const float gain = header.adcRange / (scale * static_cast<float>(header.adcResolution));
     return {input, header.channelName[at], header.channelUnits[at],
-            std::isfinite(gain) ? static_cast<double>(gain) : 1.0};
-  }
-
-  void TakeLengths() {
-    std::vector<int> lengths(static_cast<std::size_t>(account_.sweeps));
-    for (std::size_t s = 0; s < lengths.size(); ++s)
-      lengths[s] = SweepLength(*file_, static_cast<int>(s) + 1);
-    if (std::adjacent_find(lengths.begin(), lengths.end(), std::not_equal_to<>()) != lengths.end())
-      account_.lengths = std::move(lengths);
+            std::isfinite(gain) ? static_cast<double>(gain) : 1.0, scale};
   }
 
   AbfHandle file_;
@@ -90,7 +94,7 @@ class AbfRecording final : public RecordingFile {
 
 class ObfRecording final : public RecordingFile {
  public:
-  static Open Begin(std::ifstream file, std::string& why) {
+  static FilePointer Begin(std::ifstream file, std::string& why) {
     auto recording = std::make_unique<ObfRecording>();
     RecordingAccount& account = recording->account_;
     const ObfHeader header = ReadObfHeader(file);
@@ -100,7 +104,9 @@ class ObfRecording final : public RecordingFile {
       why = NoRecording;
       return nullptr;
     }
-    account = {.kind = "OBF", .inputs = {{0, "", "", 1.0}}};
+    account.kind = "OBF";
+    account.inputs = {{}};
+    account.obf.runs = std::max(0, header.numRuns.value_or(0));
     const auto interval = static_cast<double>(header.intervalMs.value_or(0.0F));
     account.intervalMs = std::isfinite(interval) && interval > 0.0 ? interval : 0.0;
     const std::int64_t runs = std::max(1, header.numRuns.value_or(1));
@@ -115,39 +121,29 @@ class ObfRecording final : public RecordingFile {
 
   std::size_t Read(int, int sweep, std::int64_t at, std::span<float> samples) override {
     const std::int64_t before = std::int64_t{account_.samples} * (sweep - 1);
-    return ReadObfSamples(file_, before + at, account_.samples - at, samples);
+    return ReadObfSamples(file_, before + at, static_cast<std::int64_t>(samples.size()), samples);
   }
 
  private:
   std::ifstream file_;
 };
 
-/// Samples that stand in memory, sweep after sweep of `stride` samples apart.
-std::size_t CopyOf(const std::vector<float>& loaded, std::size_t place, std::size_t stride, std::int64_t at,
-                   std::span<float> samples) {
-  std::size_t come = 0;
-  for (std::size_t k = static_cast<std::size_t>(at) * stride + place; k < loaded.size(); k += stride) {
-    if (come == samples.size()) break;
-    samples[come++] = loaded[k];
-  }
-  return come;
-}
-
 // -- Stimulus --
 
 class StimulusRecording final : public RecordingFile {
  public:
-  static Open Begin(const std::string& path, std::string& why) {
-    const auto head = StimFileHeadOf(path);
+  static FilePointer Begin(std::ifstream file, std::string& why) {
+    const auto head = ReadStimHead(file);
     if (!head) {
       why = NoRecording;
       return nullptr;
     }
     auto recording = std::make_unique<StimulusRecording>();
-    recording->path_ = path;
+    recording->file_ = std::move(file);
     recording->head_ = *head;
     RecordingAccount& account = recording->account_;
-    account.kind = "stimulus";
+    account.kind = StimulusKind;
+    account.stimulus = {head->intervalMs, head->samplesHeld};
     if (std::isfinite(head->intervalMs)) account.intervalMs = static_cast<double>(head->intervalMs);
     account.samples = head->samples;
     if (head->samplesHeld < head->samples)
@@ -158,127 +154,169 @@ class StimulusRecording final : public RecordingFile {
     return recording;
   }
 
-  bool Load(int input, int, int, std::string& why) override {
-    if (head_.samples > MaxStimSamples) {
-      why = TooManyPoints;
-      return false;
-    }
-    profile_.assign(static_cast<std::size_t>(head_.samples), 0.0F);
-    StimProfileSpans profiles;
-    profiles[static_cast<std::size_t>(input)] = profile_;
-    ReadStimProfiles(path_, head_, profiles);
-    return true;
+  bool Load(int, int, int, std::string& why) override {
+    if (head_.samples <= MaxStimSamples) return true;
+    why = TooManyPoints;
+    return false;
   }
 
-  std::size_t Read(int, int, std::int64_t at, std::span<float> samples) override {
-    return CopyOf(profile_, 0, 1, at, samples);
+  std::size_t Read(int input, int, std::int64_t at, std::span<float> samples) override {
+    return ReadStimSamples(file_, head_, input, at, samples);
   }
 
  private:
-  std::string path_;
+  std::ifstream file_;
   StimFileHead head_;
-  std::vector<float> profile_;
 };
 
 // -- Text --
 
 class TextFile final : public RecordingFile {
  public:
-  static Open Begin(std::ifstream file, std::optional<double> typedIntervalMs, std::string& why) {
+  static FilePointer Begin(std::ifstream file, std::string& why) {
     auto recording = std::make_unique<TextFile>();
     recording->file_ = std::move(file);
-    recording->typedIntervalMs_ = typedIntervalMs;
-    return recording->TakeAccount(why) ? std::move(recording) : nullptr;
+    TextRecording& text = recording->text_.emplace(recording->file_);
+    why = text.Refusal();
+    if (!why.empty()) return nullptr;
+    const TextShape& shape = text.Shape();
+    RecordingAccount& account = recording->account_;
+    account.kind = shape.atf ? "ATF" : "single column";
+    account.inputs = SignalsOf(shape);
+    account.sweeps = shape.episodes;
+    account.text = {shape.atf, shape.columns, shape.signalList};
+    return recording;
+  }
+
+  int SweepSamples(int sweep) const override {
+    if (sweep < first_ || sweep > last_) return RecordingFile::SweepSamples(sweep);
+    return CountOf(samples_.size() / static_cast<std::size_t>(last_ - first_ + 1));
+  }
+
+  /// A column of numbers has its interval typed or on its first line, if that can be one.
+  bool CompleteAccount(std::optional<double> typedIntervalMs, std::string& why) override {
+    reading_.intervalLine = !account_.text.atf && !typedIntervalMs;
+    bool loaded = Load(1, 1, 1, why);
+    if (reading_.intervalLine && !(intervalMs_ && *intervalMs_ > MinTextInterval)) {
+      reading_.intervalLine = false;
+      input_ = 0;
+      loaded = Load(1, 1, 1, why);
+    }
+    account_.intervalMs = intervalMs_.value_or(typedIntervalMs.value_or(0.0));
+    account_.samples = CountOf(samples_.size());
+    return loaded;
+  }
+
+  void SetTextReading(const TextReading& reading) override {
+    reading_ = reading;
+    input_ = 0;
   }
 
   bool Load(int input, int first, int last, std::string& why) override {
     if (input == input_ && first == first_ && last == last_) return true;
-    TextSamples read = ReadAll(input, first, last);
-    why = WhyNot(read);
+    input_ = input;
+    first_ = first;
+    last_ = last;
+    if (textIsRead_) Rewind();
+    textIsRead_ = true;
+    TextSamples read = text_->Read({.signal = input,
+                                    .episode = first,
+                                    .episodes = last - first + 1,
+                                    .intervalLine = !account_.text.atf && reading_.intervalLine,
+                                    .scale = reading_.scale,
+                                    .most = reading_.most});
+    KeepFacts(read);
+    why.clear();
+    if (read.unequalSteps) why = UnequalSteps;
+    if (read.samples.empty()) why = WhyNoSamples(text_->Shape(), read);
     samples_ = std::move(read.samples);
     return why.empty();
   }
 
   std::size_t Read(int, int sweep, std::int64_t at, std::span<float> samples) override {
-    return CopyOf(samples_, static_cast<std::size_t>(sweep - first_),
-                  static_cast<std::size_t>(last_ - first_ + 1), at, samples);
+    if (sweep < first_ || sweep > last_) return 0;
+    // The samples of several sweeps lie row after row.
+    const auto stride = static_cast<std::size_t>(last_ - first_ + 1);
+    const std::size_t begin =
+        static_cast<std::size_t>(at) * stride + static_cast<std::size_t>(sweep - first_);
+    if (begin >= samples_.size()) return 0;
+    const std::size_t count = std::min(samples.size(), (samples_.size() - begin + stride - 1) / stride);
+    if (stride == 1) {
+      std::copy_n(samples_.begin() + static_cast<std::ptrdiff_t>(begin), count, samples.begin());
+    } else {
+      for (std::size_t k = 0; k < count; ++k) samples[k] = samples_[begin + k * stride];
+    }
+    return count;
   }
 
  private:
-  /// Reads the whole text: a column of numbers has its interval typed or on its first line, if that can be
-  /// one.
-  bool TakeAccount(std::string& why) {
-    lineHoldsInterval_ = !typedIntervalMs_;
-    TextSamples read = ReadAll(1, 1, 1);
-    if (!shape_.atf && lineHoldsInterval_ && !(read.intervalMs && *read.intervalMs > MinTextInterval)) {
-      lineHoldsInterval_ = false;
-      read = ReadAll(1, 1, 1);
-    }
-    why = WhyNot(read);
-    if (!why.empty()) return false;
-    account_.kind = shape_.atf ? "ATF" : "single column";
-    account_.inputs = Signals();
-    account_.intervalMs = read.intervalMs.value_or(typedIntervalMs_.value_or(0.0));
-    account_.sweeps = shape_.episodes;
-    account_.samples =
-        static_cast<int>(std::min<std::size_t>(read.samples.size(), std::numeric_limits<int>::max()));
-    samples_ = std::move(read.samples);
-    return true;
-  }
-
-  TextSamples ReadAll(int signal, int first, int last) {
-    input_ = signal;
-    first_ = first;
-    last_ = last;
-    file_.clear();
-    file_.seekg(0);
-    TextRecording text(file_);
-    shape_ = text.Shape();
-    refusal_ = text.Refusal();
-    if (!refusal_.empty()) return {};
-    TextRequest request;
-    request.signal = signal;
-    request.episode = first;
-    request.episodes = last - first + 1;
-    request.intervalLine = !shape_.atf && lineHoldsInterval_;
-    request.most = std::numeric_limits<std::size_t>::max();
-    TextSamples read = text.Read(request);
-    account_.note.clear();
-    if (read.badLine != 0)
-      account_.note = FormatText("read up to line %zu, which is not a row of numbers", read.badLine);
-    return read;
-  }
-
-  std::string WhyNot(const TextSamples& read) const {
-    if (!refusal_.empty()) return refusal_;
-    if (read.unequalSteps) return UnequalSteps;
-    return read.samples.empty() ? WhyNoSamples(shape_, read) : std::string{};
+  static int CountOf(std::size_t samples) {
+    return static_cast<int>(std::min<std::size_t>(samples, std::numeric_limits<int>::max()));
   }
 
   /// Splits "IN 0,IN 1" into names.
-  std::vector<RecordedInput> Signals() const {
+  static std::vector<RecordedInput> SignalsOf(const TextShape& shape) {
     std::vector<RecordedInput> signals;
-    std::string_view rest = shape_.signalList;
-    for (int s = 1; s <= shape_.signals; ++s) {
+    std::string_view rest = shape.signalList;
+    for (int s = 1; s <= shape.signals; ++s) {
       const std::size_t comma = rest.find(',');
       const auto place = static_cast<std::size_t>(s - 1);
       signals.push_back({s, std::string(rest.substr(0, comma)),
-                         place < shape_.units.size() ? shape_.units[place] : std::string{}, 1.0});
+                         place < shape.units.size() ? shape.units[place] : std::string{}, 1.0});
       rest.remove_prefix(comma == std::string_view::npos ? rest.size() : comma + 1);
     }
     return signals;
   }
 
+  void Rewind() {
+    file_.clear();
+    file_.seekg(0);
+    text_.emplace(file_);
+  }
+
+  void KeepFacts(const TextSamples& read) {
+    intervalMs_ = read.intervalMs;
+    if (intervalMs_) account_.intervalMs = *intervalMs_;
+    account_.text.unequalSteps = read.unequalSteps;
+    account_.text.badLine = read.badLine;
+    account_.note.clear();
+    if (read.badLine != 0)
+      account_.note = FormatText("read up to line %zu, which is not a row of numbers", read.badLine);
+  }
+
   std::ifstream file_;
-  std::optional<double> typedIntervalMs_;
-  bool lineHoldsInterval_ = true;
-  TextShape shape_;
-  std::string refusal_;
+  std::optional<TextRecording> text_;  // reads the samples once; another read begins at the first line again
+  bool textIsRead_ = false;
+  TextReading reading_;
+  std::optional<double> intervalMs_;
   int input_ = 0;  // what `samples_` holds
   int first_ = 1;
   int last_ = 1;
   std::vector<float> samples_;
 };
+
+/// The first four bytes of a file, fewer of a shorter one.
+std::string MarkOf(const ByteSource& source) {
+  std::array<std::byte, 4> mark{};
+  const std::size_t read = source.Read(0, mark);
+  return {reinterpret_cast<const char*>(mark.data()), read};
+}
+
+RecordingForm FormOf(const std::string& mark, const std::string& path, OpenAs as) {
+  if (as == OpenAs::Text) return RecordingForm::Text;
+  if (as == OpenAs::Stimulus) return RecordingForm::Stimulus;
+  if (mark == Abf1Mark || mark == Abf2Mark) return RecordingForm::Abf;
+  if (mark.starts_with(AbfMark)) return RecordingForm::Unknown;
+  if (mark.starts_with(ObfMark)) return RecordingForm::Obf;
+  const bool stimulus = as == OpenAs::AnyFile && ExtensionOf(path) == ".stm";
+  return stimulus ? RecordingForm::Stimulus : RecordingForm::Text;
+}
+
+FilePointer Begin(std::ifstream file, RecordingForm form, std::string& why) {
+  if (form == RecordingForm::Obf) return ObfRecording::Begin(std::move(file), why);
+  if (form == RecordingForm::Stimulus) return StimulusRecording::Begin(std::move(file), why);
+  return TextFile::Begin(std::move(file), why);
+}
 
 /// Reads one sweep block by block, keeping every n-th sample.
 std::optional<std::vector<float>> ReadPart(RecordingFile& file, const SweepExtract& wanted, int sweep,
@@ -286,6 +324,7 @@ std::optional<std::vector<float>> ReadPart(RecordingFile& file, const SweepExtra
   const double sweeps = wanted.last - wanted.first + 1;
   std::int64_t end = file.Account().samples;
   if (wanted.length) end = std::min(end, wanted.start + *wanted.length);
+  const bool zerosFollow = file.Account().kind == StimulusKind;  // where a stimulus file ends early
   std::vector<float> part;
   std::vector<float> block(static_cast<std::size_t>(
       std::clamp<std::int64_t>(end - wanted.start, 0, static_cast<std::int64_t>(BlockSamples))));
@@ -294,8 +333,12 @@ std::optional<std::vector<float>> ReadPart(RecordingFile& file, const SweepExtra
     const double done = static_cast<double>(at - wanted.start) / static_cast<double>(end - wanted.start);
     if (!goOn((sweep - wanted.first + done) / sweeps)) return std::nullopt;
     const auto length = std::min<std::int64_t>(end - at, static_cast<std::int64_t>(block.size()));
-    const auto come = static_cast<std::int64_t>(
+    auto come = static_cast<std::int64_t>(
         file.Read(wanted.input, sweep, at, std::span(block).first(static_cast<std::size_t>(length))));
+    if (zerosFollow) {
+      std::fill(block.begin() + come, block.begin() + length, 0.0F);
+      come = length;
+    }
     for (; next < at + come; next += wanted.every) part.push_back(block[static_cast<std::size_t>(next - at)]);
     if (come < length) break;
     at += come;
@@ -305,28 +348,41 @@ std::optional<std::vector<float>> ReadPart(RecordingFile& file, const SweepExtra
 
 }  // namespace
 
-Open OpenRecordingFile(const std::string& path, std::string& why, std::optional<double> typedIntervalMs) {
-  auto file = OpenInput(path);
-  if (!file) {
-    why = NoFile;
-    return nullptr;
+bool HasInput(const RecordingAccount& account, int number) {
+  return std::any_of(account.inputs.begin(), account.inputs.end(),
+                     [number](const RecordedInput& input) { return input.number == number; });
+}
+
+int RecordingFile::SweepSamples(int sweep) const {
+  return sweep >= 1 && sweep <= account_.sweeps ? account_.samples : 0;
+}
+
+OpenedRecording OpenRecordingFile(const std::string& path, OpenAs as) {
+  OpenedRecording opened;
+  std::unique_ptr<ByteSource> source = OpenFileSource(path, opened.why);  // nullptr for an empty file
+  opened.form = FormOf(source != nullptr ? MarkOf(*source) : "", path, as);
+  if (opened.form == RecordingForm::Abf || opened.form == RecordingForm::Unknown) {
+    opened.file = AbfRecording::Begin(std::move(source), opened.why);
+  } else if (auto file = OpenInput(path)) {
+    opened.file = Begin(std::move(*file), opened.form, opened.why);
+  } else {
+    opened.form = RecordingForm::Missing;
+    opened.why = NoFile;
   }
-  std::array<char, 3> mark{};
-  file->read(mark.data(), mark.size());
-  const std::string_view begin(mark.data(), static_cast<std::size_t>(file->gcount()));
-  if (begin == "ABF") return AbfRecording::Begin(path, why);
-  if (begin == "OBF") return ObfRecording::Begin(std::move(*file), why);
-  if (ExtensionOf(path) == ".stm") return StimulusRecording::Begin(path, why);
-  return TextFile::Begin(std::move(*file), typedIntervalMs, why);
+  return opened;
+}
+
+bool BeginsLikeRecording(const std::string& path) {
+  std::string why;
+  const std::unique_ptr<ByteSource> source = OpenFileSource(path, why);
+  const std::string mark = source != nullptr ? MarkOf(*source) : "";
+  return mark.starts_with(AbfMark) || mark.starts_with(ObfMark) || mark.starts_with(AtfMark);
 }
 
 std::optional<std::vector<std::vector<float>>> ReadExtract(RecordingFile& file, const SweepExtract& wanted,
                                                            const GoOn& goOn, std::string& why) {
-  const auto& inputs = file.Account().inputs;
-  const auto has = [&](const RecordedInput& one) { return one.number == wanted.input; };
   why = NoSamples;
-  if (wanted.first < 1 || wanted.last > file.Account().sweeps ||
-      std::none_of(inputs.begin(), inputs.end(), has))
+  if (wanted.first < 1 || wanted.last > file.Account().sweeps || !HasInput(file.Account(), wanted.input))
     return std::nullopt;
   if (!file.Load(wanted.input, wanted.first, wanted.last, why)) return std::nullopt;
   std::vector<std::vector<float>> sweeps;

@@ -1,9 +1,15 @@
 // Recordings and stimulus files of every format, with one interface: the only way to open them. Asks no
-// questions. Opens a file once and reads it block by block.
+// questions, shows no messages and touches no store. Opens a file once and reads it block by block.
+//
+//   Opening    OpenRecordingFile  BeginsLikeRecording
+//   Account    RecordingFile::Account  SweepSamples  CompleteAccount
+//   Samples    RecordingFile::SetTextReading  Load  Read; ReadExtract
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <span>
@@ -12,11 +18,50 @@
 
 namespace zelvane {
 
+enum class RecordingForm {
+  Missing,  // the file cannot be opened
+  Unknown,  // begins with "ABF", but is no Axon Binary File
+  Abf,
+  Obf,
+  Text,  // ATF, or one number per line
+  Stimulus,
+};
+
 struct RecordedInput {
   int number = 0;  // physical input of an ABF, signal of a text from 1, profile of a stimulus from 0
   std::string name;
   std::string units;
-  double gain = 1.0;  // total gain, as on the information panel
+  double gain = 1.0;   // total gain, as on the information panel
+  float scale = 1.0F;  // user units per count of an ABF
+};
+
+/// What only an ABF tells.
+struct AbfFacts {
+  int operationMode = 0;
+  bool floats = false;
+  int adcResolution = 0;     // counts of full scale
+  float adcRange = 0.0F;     // volts of full scale
+  std::int64_t samples = 0;  // of all inputs and sweeps
+};
+
+/// What only an OBF tells.
+struct ObfFacts {
+  int runs = 0;  // in the header; 0 without a valid number
+};
+
+/// What only a text tells. Load sets the last two.
+struct TextFacts {
+  bool atf = false;
+  int columns = 1;
+  std::string signalList{};   // names of the signals as the file lists them
+  bool unequalSteps = false;  // Load has failed for this reason, but has read the first three samples
+  std::size_t badLine = 0;    // line that is not a row of numbers and ended the read; 0 without such a line
+};
+
+/// What only a stimulus file tells.
+struct StimulusFacts {
+  float intervalMs = 0.0F;  // as in the file: perhaps infinite, 0 or below 0
+  int lastHeld = 0;         // samples of the last profile that are really in the file
 };
 
 struct RecordingAccount {
@@ -25,9 +70,22 @@ struct RecordingAccount {
   std::vector<RecordedInput> inputs{};
   double intervalMs = 0.0;  // 0 for a file without an interval
   int sweeps = 1;
-  int samples = 0;             // of one input in the longest sweep
-  std::vector<int> lengths{};  // samples of each sweep, where they differ
-  std::string note{};          // a warning about the file; mostly empty
+  int samples = 0;     // of one input in the longest sweep
+  std::string note{};  // a warning about the file; mostly empty
+  AbfFacts abf{};
+  ObfFacts obf{};
+  TextFacts text{};
+  StimulusFacts stimulus{};
+};
+
+/// Returns whether the file has an input with this number.
+bool HasInput(const RecordingAccount& account, int number);
+
+/// How to read a text. An ATF uses only `most`.
+struct TextReading {
+  bool intervalLine = false;  // the first line of a column of numbers is its interval
+  float scale = 1.0F;         // factor of every sample
+  std::size_t most = std::numeric_limits<std::size_t>::max();  // samples of a sweep at most
 };
 
 /// Gets the progress of a read, 0 to 1. False stops it.
@@ -40,25 +98,56 @@ class RecordingFile {
   RecordingFile& operator=(const RecordingFile&) = delete;
   virtual ~RecordingFile() = default;
 
+  /// Returns what is known before a sample is read. Interval, samples and note of a text are known only after
+  /// CompleteAccount or Load.
   const RecordingAccount& Account() const { return account_; }
 
-  /// Prepares sweeps first..last of one input for Read. On failure returns false and writes the reason to
-  /// `why`.
+  /// Returns the number of samples of one input in a sweep, from 1; 0 for a sweep that does not exist. For a
+  /// text this is the number that Load has read.
+  virtual int SweepSamples(int sweep) const;
+
+  /// Completes the account of a text: reads its first sweep of the first signal. Does nothing for other files.
+  /// On failure returns false and writes the reason to `why`.
+  /// @param typedIntervalMs  of a text that does not tell its interval; the first line of a column is a sample
+  ///                         then. Without it, the first line is the interval if it can be one
+  virtual bool CompleteAccount(std::optional<double> /*typedIntervalMs*/, std::string& /*why*/) {
+    return true;
+  }
+
+  /// Sets how Load reads a text. Does nothing for other files.
+  virtual void SetTextReading(const TextReading& /*reading*/) {}
+
+  /// Prepares sweeps first..last of one input for Read; a text is read here. On failure returns false and
+  /// writes the reason to `why`.
   virtual bool Load(int input, int first, int last, std::string& why) = 0;
 
   /// Reads samples of a loaded sweep from `at` on. Returns their number; fewer than asked at the end of the
-  /// sweep.
+  /// sweep, or of the file for an OBF, whose sweeps follow each other.
   virtual std::size_t Read(int input, int sweep, std::int64_t at, std::span<float> samples) = 0;
 
  protected:
   RecordingAccount account_;
 };
 
-/// Opens a recording or a stimulus file. On failure returns nullptr and writes the reason to `why`.
-/// @param typedIntervalMs  of a text that does not tell its interval; the first line of a single column is a
-///                         sample then
-std::unique_ptr<RecordingFile> OpenRecordingFile(const std::string& path, std::string& why,
-                                                 std::optional<double> typedIntervalMs = {});
+/// The result of opening a file.
+struct OpenedRecording {
+  std::unique_ptr<RecordingFile> file;          // nullptr on failure
+  RecordingForm form = RecordingForm::Missing;  // also of a file that holds no recording
+  std::string why{};                            // the reason of a failure
+};
+
+/// Which form a caller expects.
+enum class OpenAs {
+  AnyFile,    // by its first bytes, a stimulus by the extension .stm, else text
+  Recording,  // by its first bytes, else text
+  Text,
+  Stimulus,
+};
+
+OpenedRecording OpenRecordingFile(const std::string& path, OpenAs as = OpenAs::AnyFile);
+
+/// Returns whether the file begins with the mark of a recording: "ABF", "OBF" or "ATF".
+bool BeginsLikeRecording(const std::string& path);
 
 /// The samples to read.
 struct SweepExtract {

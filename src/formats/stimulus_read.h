@@ -1,14 +1,16 @@
-// Reads stimulus files into spans.
+// Reads stimulus files.
 //
-//   Binary files   StimFileHeadOf  ReadStimProfiles
+//   Binary files   ReadStimHead  ReadStimSamples; recording_file.h opens them
 //   Columns        ReadStimColumn
 #pragma once
 
-#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <istream>
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace zelvane {
 
@@ -23,26 +25,24 @@ struct StimFileHead {
   int samplesHeld = 0;  // of the last profile, really in the file
 };
 
-/// Reads the header of a file. Returns an empty result when the file cannot be opened or is not a stimulus
-/// file: it is shorter than a header, its interval is not a number, or it has less than one sample.
-std::optional<StimFileHead> StimFileHeadOf(const std::string& path);
+/// Reads the header of a file. Returns an empty result when the file is not a stimulus file: it is shorter
+/// than a header, its interval is not a number, or it has less than one sample.
+std::optional<StimFileHead> ReadStimHead(std::istream& file);
 
-using StimProfileSpans = std::array<std::span<float>, StimFileProfiles>;
+/// Reads samples of profile 0..6 from `first` on, up to the end of the profile, of the file or of `samples`.
+/// @return number of samples that were read
+std::size_t ReadStimSamples(std::istream& file, const StimFileHead& head, int profile, std::int64_t first,
+                            std::span<float> samples);
 
-/// Reads the profiles of a file with this header, each up to the end of the file or of its span. Keeps the
-/// samples after them. Does not write a 0 over a 0, so untouched memory stays untouched.
-/// @return number of samples of the last profile that were read
-int ReadStimProfiles(const std::string& path, const StimFileHead& head, const StimProfileSpans& profiles);
-
-/// The result of reading a column of text.
+/// A column of text: its interval on line 1, then one sample per line.
 struct StimColumn {
   std::optional<float> intervalMs;  // empty when line 1 has no number
-  int samples = 0;
+  std::vector<float> samples{};
 };
 
-/// Reads a column of text into `profile`, at most MaxStimColumn samples. A line without a number repeats
-/// the value before it, at first 0. Returns an empty result when the file cannot be opened.
-inline constexpr int MaxStimColumn = 4'999'999;
-std::optional<StimColumn> ReadStimColumn(const std::string& path, std::span<float> profile);
+/// Reads at most `most` samples. A line without a number repeats the value before it, at first 0. Returns an
+/// empty result when the file cannot be opened.
+inline constexpr std::size_t MaxStimColumn = 4'999'999;
+std::optional<StimColumn> ReadStimColumn(const std::string& path, std::size_t most = MaxStimColumn);
 
 }  // namespace zelvane

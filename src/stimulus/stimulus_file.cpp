@@ -5,13 +5,12 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <limits>
+#include <memory>
 #include <string_view>
 #include <vector>
 
-#include "formats/input_file.h"
-#include "formats/line_scanner.h"
 #include "formats/number_text.h"
+#include "formats/recording_file.h"
 #include "formats/row_blocks.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
@@ -26,8 +25,9 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "stimulus files hold numbers as memory does");
 static_assert(StimFileProfiles == MaxDrugs + 1);
-static_assert(MaxStimSamples == MaxStimPoints);
+static_assert(MaxStimSamples == MaxStimPoints && MaxStimColumn <= MaxStimPoints);
 
+constexpr std::size_t BlockSamples = std::size_t{64} * 1024;
 constexpr int LeastImport = 100;         // an import of no more samples does not show its name
 constexpr float SameInterval = 0.0001F;  // ms, between a waveform and its stimulus
 
@@ -58,15 +58,42 @@ float WithinLimits(float intervalMs) {
   return std::clamp(intervalMs, LeastFileInterval, MostFileInterval);
 }
 
-/// Opens a file and reads its head, or tells why there is none.
-std::optional<StimFileHead> HeadOrTold(const std::string& path) {
-  if (!OpenInput(path)) {
+/// Opens a stimulus file. On failure shows a message and returns nullptr.
+std::unique_ptr<RecordingFile> OpenStimulus(const std::string& path) {
+  OpenedRecording opened = OpenRecordingFile(path, OpenAs::Stimulus);
+  if (opened.form == RecordingForm::Missing)
     FileErrorPopup(FileOpenFailed);
-    return std::nullopt;
+  else if (opened.file == nullptr)
+    FileErrorPopup(WrongFileFormat);
+  return std::move(opened.file);
+}
+
+bool SameBits(float a, float b) {
+  return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
+}
+
+/// Reads a profile into the front of `profile`, up to the end of the file. Keeps the samples after them. Writes
+/// only samples that differ, so that untouched memory stays untouched.
+void ReadProfile(RecordingFile& file, int input, std::span<float> profile, std::span<float> block) {
+  std::size_t done = 0;
+  while (done < profile.size()) {
+    const std::span<float> wanted = block.first(std::min(block.size(), profile.size() - done));
+    const std::size_t read = file.Read(input, 1, static_cast<std::int64_t>(done), wanted);
+    for (std::size_t k = 0; k < read; ++k) {
+      if (!SameBits(profile[done + k], wanted[k])) profile[done + k] = wanted[k];
+    }
+    done += read;
+    if (read < wanted.size()) break;
   }
-  const auto head = StimFileHeadOf(path);
-  if (!head) FileErrorPopup(WrongFileFormat);
-  return head;
+}
+
+/// Reads the seven profiles.
+/// @return whether samples of the last profile were read
+bool ReadProfiles(RecordingFile& file, const StimProfileSpans& profiles) {
+  std::vector<float> block(std::min(BlockSamples, static_cast<std::size_t>(file.Account().samples)));
+  for (std::size_t p = 0; p < profiles.size(); ++p)
+    ReadProfile(file, static_cast<int>(p), profiles[p], block);
+  return file.Account().stimulus.lastHeld > 0;
 }
 
 bool AgreesToPoints(int points) {
@@ -76,8 +103,7 @@ bool AgreesToPoints(int points) {
 
 /// Whether the user, or the rule of scripts, lets the interval of a file replace the present one.
 bool AgreesToInterval(float intervalMs) {
-  if (std::bit_cast<std::uint32_t>(intervalMs) == std::bit_cast<std::uint32_t>(Model.ADInterval))
-    return false;
+  if (SameBits(intervalMs, Model.ADInterval)) return false;
   if (Stimulus.ScriptRunning == 0)
     return ConfirmPopup(IntervalTitle, IntervalText(IntervalQuestion, intervalMs));
   MessagePopup(NoticeTitle, IntervalText(IntervalKept, intervalMs));
@@ -129,38 +155,43 @@ Outcome WriteStimColumn(const std::string& path, float intervalMs, std::span<con
 }
 
 Outcome StimFileRead(const std::string& path) {
-  const auto head = HeadOrTold(path);
-  if (!head) return Outcome::Failed;
-  const bool newInterval = AgreesToInterval(head->intervalMs);
-  if (head->samples > MaxStimPoints) {
+  const auto file = OpenStimulus(path);
+  if (file == nullptr) return Outcome::Failed;
+  const float intervalMs = file->Account().stimulus.intervalMs;
+  const int samples = file->Account().samples;
+  const bool newInterval = AgreesToInterval(intervalMs);
+  if (samples > MaxStimPoints) {
     MessagePopup(ErrorTitle, TooLarge);
     return Outcome::Failed;
   }
-  if (newInterval) Model.ADInterval = WithinLimits(head->intervalMs);
+  const bool newPoints = Stimulus.ScriptRunning == 0 && AgreesToPoints(samples - 1);
   for (const std::span<float> profile : Stimulus.Profile) ReleaseZeroPages(profile);
-  const bool complete = ReadStimProfiles(path, *head, StoreProfiles()) > 0;
-  if (Stimulus.ScriptRunning == 0 && AgreesToPoints(head->samples - 1)) Model.NumPoints = head->samples - 1;
+  const bool complete = ReadProfiles(*file, StoreProfiles());
+  if (newInterval) Model.ADInterval = WithinLimits(intervalMs);
+  if (newPoints) Model.NumPoints = samples - 1;
   if (complete) Stimulus.StimFileName = path;
   ShowStimulusOfFile();
   return complete ? Outcome::Done : Outcome::Failed;
 }
 
-int StimFileReadInto(const std::string& path, const StimProfileSpans& profiles, float& intervalMs) {
-  const auto head = HeadOrTold(path);
-  if (!head) return 0;
-  const bool differs = !(std::abs(head->intervalMs - Model.ADInterval) <= SameInterval);
+std::optional<StimulusRead> StimFileReadInto(const std::string& path, const StimProfileSpans& profiles) {
+  const auto file = OpenStimulus(path);
+  if (file == nullptr) return std::nullopt;
+  const float intervalMs = file->Account().stimulus.intervalMs;
+  const int samples = file->Account().samples;
+  const bool differs = !(std::abs(intervalMs - Model.ADInterval) <= SameInterval);
   const bool newInterval =
-      differs && ConfirmPopup(ColumnIntervalTitle, IntervalText(IntervalQuestion, head->intervalMs));
-  if (head->samples > static_cast<int>(profiles[0].size())) {
+      differs && ConfirmPopup(ColumnIntervalTitle, IntervalText(IntervalQuestion, intervalMs));
+  if (samples > static_cast<int>(profiles[0].size())) {
     MessagePopup(ErrorTitle, TooLargeForWaveform);
-    return 0;
+    return std::nullopt;
   }
+  const bool complete = ReadProfiles(*file, profiles);
   if (newInterval) {
-    Model.ADInterval = WithinLimits(head->intervalMs);
+    Model.ADInterval = WithinLimits(intervalMs);
     ShowStimulusOfFile();
   }
-  intervalMs = head->intervalMs;
-  return ReadStimProfiles(path, *head, profiles) == 0 ? 0 : head->samples;
+  return StimulusRead{complete ? samples : 0, intervalMs};
 }
 
 Outcome StimFileWrite(const std::string& path, int count) {
@@ -171,18 +202,21 @@ Outcome StimFileWrite(const std::string& path, int count) {
 }
 
 std::optional<int> StimAsciiImport(const std::string& path) {
-  const auto column = ReadStimColumn(path, TargetProfile());
+  const auto column = ReadStimColumn(path);
   if (!column) {
     FileErrorPopup(FileOpenFailed);
     return std::nullopt;
   }
-  if (column->intervalMs && *column->intervalMs != Model.ADInterval &&
-      ConfirmPopup(ColumnIntervalTitle, IntervalText(ColumnIntervalQuestion, *column->intervalMs))) {
-    Model.ADInterval = WithinLimits(*column->intervalMs);
-  }
-  if (AgreesToPoints(column->samples)) Model.NumPoints = column->samples;
+  const auto samples = static_cast<int>(column->samples.size());
+  const bool newInterval =
+      column->intervalMs && *column->intervalMs != Model.ADInterval &&
+      ConfirmPopup(ColumnIntervalTitle, IntervalText(ColumnIntervalQuestion, *column->intervalMs));
+  const bool newPoints = AgreesToPoints(samples);
+  if (newInterval) Model.ADInterval = WithinLimits(*column->intervalMs);
+  if (newPoints) Model.NumPoints = samples;
+  std::copy(column->samples.begin(), column->samples.end(), TargetProfile().begin());
   ShowStimulusOfFile();
-  return column->samples > LeastImport ? 1 : 0;
+  return samples > LeastImport ? 1 : 0;
 }
 
 Outcome StimAsciiExport(const std::string& path, int count) {

@@ -1,7 +1,7 @@
 // Stimulus files: all seven profiles in a binary file (.stm), one of them in a column of text (.asc).
 //
 //   Commands       StimFileRead  StimFileWrite  StimAsciiImport  StimAsciiExport  StimFileReadInto
-//   Bare files     WriteStimProfiles  WriteStimColumn; readers in stimulus_read.h
+//   Bare files     WriteStimProfiles  WriteStimColumn; readers in recording_file.h and stimulus_read.h
 //   Panel          AddStimulusFileControls
 //
 // A binary file is little-endian and has no magic: the interval in ms (32-bit float), N (32-bit integer),
@@ -9,6 +9,7 @@
 // it proposes. A text file has the interval in ms on line 1, then one sample a line.
 #pragma once
 
+#include <array>
 #include <optional>
 #include <span>
 #include <string>
@@ -17,6 +18,9 @@
 #include "platform/outcome.h"
 
 namespace zelvane {
+
+/// One span for each profile of a file, all of one length.
+using StimProfileSpans = std::array<std::span<float>, StimFileProfiles>;
 
 /// Limits of the interval in a file (ms).
 inline constexpr float LeastFileInterval = 1e-6F;
@@ -41,13 +45,18 @@ Outcome WriteStimColumn(const std::string& path, float intervalMs, std::span<con
 /// @return Done when samples of the last profile were read, else Failed
 Outcome StimFileRead(const std::string& path);
 
+/// What StimFileReadInto read.
+struct StimulusRead {
+  int samples = 0;  // of a profile; 0 when no sample of the last profile was read
+  float intervalMs = 0.0F;
+};
+
 /// Reads the seven profiles of a file into other arrays of equal length and does not clear them first. Asks
 /// before it uses an interval that differs by more than 0.0001 ms from `Model.ADInterval`. Refuses the same
-/// files as StimFileRead, with the length of the arrays as the limit.
+/// files as StimFileRead, with the length of the arrays as the limit; the result is then empty.
 ///
-/// Writes:  `profiles`, `intervalMs` (that of the file), `Model.ADInterval`.
-/// @return N, or 0 when no sample of the last profile was read
-int StimFileReadInto(const std::string& path, const StimProfileSpans& profiles, float& intervalMs);
+/// Writes:  `profiles`, `Model.ADInterval`.
+std::optional<StimulusRead> StimFileReadInto(const std::string& path, const StimProfileSpans& profiles);
 
 /// Reads the stimulus panel and writes `count` samples (1 to MaxStimPoints) of each profile, even after
 /// NumPoints. Messages and outcome are those of WriteStimProfiles.

@@ -1,5 +1,6 @@
 // A reader of ABF 1.x that takes everything from the header's own bytes: the first channel, all episodes one
-// behind the other, without offsets.
+// behind the other, without offsets. It opens its file itself: RecordingFile refuses headers that this reader
+// repairs, and scales counts in another way.
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -14,10 +15,10 @@
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "screen/popups.h"
-#include "trace/parse_rules.h"
+#include "trace/recording_facts.h"
 #include "trace/trace_dialogs.h"
 #include "trace/trace_read.h"
-#include "trace/trace_readers.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -136,21 +137,21 @@ float OverallGain(const DirectHeader& header) {
   return 1.0F;
 }
 
-void TakeFields(const DirectHeader& header) {
-  Trace.OperationMode = header.mode;
-  Trace.SweepSamples = header.samples;
-  Trace.TotalSamples = header.samples;
-  Trace.EpisodeCount = header.mode == GapFreeMode ? 1 : header.episodes;
-  Trace.RecordedChannels = header.channels;
-  Trace.RecordedChannel = header.channel;
-  Trace.AdcRange = header.range;
-  Trace.AdcResolution = static_cast<float>(header.resolution);
-  TakeInterval(header.intervalUs / 1000.0F * static_cast<float>(header.channels));
-  TakeTraceUnits(header.units);
-  Trace.FinalGain = OverallGain(header);
+void FillFacts(const DirectHeader& header, RecordingFacts& facts) {
+  facts.operationMode = header.mode;
+  facts.sweepSamples = header.samples;
+  facts.totalSamples = header.samples;
+  facts.episodes = header.mode == GapFreeMode ? 1 : header.episodes;
+  facts.channels = header.channels;
+  facts.channel = header.channel;
+  facts.adcRange = header.range;
+  facts.adcResolution = static_cast<float>(header.resolution);
+  SetInterval(facts, header.intervalUs / 1000.0F * static_cast<float>(header.channels));
+  SetUnits(facts, header.units);
+  facts.finalGain = OverallGain(header);
 }
 
-void TakeInfo(const DirectHeader& header) {
+void FillInfo(const DirectHeader& header, RecordingFacts& facts) {
   AbfInfo info;
   info.version = static_cast<double>(header.version);
   info.floats = header.floats;
@@ -159,9 +160,9 @@ void TakeInfo(const DirectHeader& header) {
   info.programmableGain = static_cast<double>(header.programmable);
   info.instrumentGain = static_cast<double>(header.instrument);
   info.signalGain = static_cast<double>(header.signal);
-  info.scale = static_cast<double>(Trace.AdcRange / (Trace.FinalGain * Trace.AdcResolution));
+  info.scale = static_cast<double>(facts.adcRange / (facts.finalGain * facts.adcResolution));
   info.units = header.units;
-  TakeAbfInfo(info);
+  facts.infoLines = AbfInfoLines(facts, info);
 }
 
 /// Where the wanted samples lie: sample i at byte `begin` + i x `step`.
@@ -173,29 +174,34 @@ struct Layout {
   float divisor = 1.0F;  // of counts
 };
 
-/// Settles which samples are read; of a file too long for the trace, or on request, by the parse panel. False
-/// when that was cancelled.
-bool SelectSamples(const DirectHeader& header, Layout& layout) {
-  const int bytes = header.floats ? 4 : 2;
-  const int channels = header.channels;
-  const int ofChannel = header.samples / channels;
+/// Asks by the parse panel for the part of a file that is too long for the trace, or of any file on request.
+/// False when the panel was cancelled.
+bool ChoosePart(const DirectHeader& header, RecordingFacts& facts) {
+  const int ofChannel = header.samples / header.channels;
+  facts.parse.skip = header.channels;
+  if (ofChannel > MaxStimPoints) facts.parse.requested = 1;
+  if (facts.parse.requested == 0) return true;
+  const float most = static_cast<float>(MaxParseCount) * static_cast<float>(header.channels);
+  const int skip = static_cast<int>(std::ceil(static_cast<float>(header.samples) / most));
+  facts.parse = AskParse(facts.path, ofChannel, skip, facts.intervalMs);
+  if (facts.parse.result != 1) return false;
+  facts.intervalMs = facts.parse.interval;
+  return true;
+}
+
+/// Returns the place of the first channel or, after the parse panel, of the chosen part.
+Layout LayoutOf(const DirectHeader& header, const RecordingFacts& facts) {
+  Layout layout;
   layout.begin = static_cast<std::int64_t>(header.dataBlock) * BlockBytes;
   layout.floats = header.floats;
-  layout.divisor = Trace.FinalGain * Trace.AdcResolution / Trace.AdcRange;
-  layout.step = static_cast<std::int64_t>(bytes) * channels;
-  layout.count = ofChannel;
-  Trace.ParseSkip = channels;
-  if (ofChannel > MaxStimPoints) Trace.ParseRequested = 1;
-  if (Trace.ParseRequested == 0) return true;
-  const float most = static_cast<float>(MaxParseCount) * static_cast<float>(channels);
-  BeginParse(ofChannel, static_cast<int>(std::ceil(static_cast<float>(header.samples) / most)));
-  AskParse();
-  if (Trace.ParseResult != 1) return false;
-  Model.ADInterval = Trace.ParseInterval;
-  layout.begin += Trace.ParseStart * layout.step;
-  layout.step *= Trace.ParseSkip;
-  layout.count = std::min(Trace.ParseCount, MaxStimPoints);
-  return true;
+  layout.divisor = facts.finalGain * facts.adcResolution / facts.adcRange;
+  layout.step = static_cast<std::int64_t>(header.floats ? 4 : 2) * header.channels;
+  layout.count = header.samples / header.channels;
+  if (facts.parse.requested == 0) return layout;
+  layout.begin += facts.parse.start * layout.step;
+  layout.step *= facts.parse.skip;
+  layout.count = std::min(facts.parse.count, MaxStimPoints);
+  return layout;
 }
 
 float ValueAt(const unsigned char* bytes, const Layout& layout) {
@@ -234,7 +240,6 @@ bool HasMark(std::istream& file) {
 }  // namespace
 
 bool AbfDirectRead(const std::string& path, std::span<float> destination) {
-  FormerFile former;
   auto file = OpenInput(path);
   if (!file) {
     FileErrorPopup(FileOpenFailed);
@@ -249,22 +254,22 @@ bool AbfDirectRead(const std::string& path, std::span<float> destination) {
     MessagePopup(WarningTitle, InvalidAbf);
     return false;
   }
-  Trace.TraceFileName = path;
-  Trace.TraceIsText = 0;
-  TakeFields(*header);
-  Layout layout;
-  if (!SelectSamples(*header, layout)) return false;
+  RecordingFacts facts = StoredFacts();
+  facts.path = path;
+  facts.text = false;
+  FillFacts(*header, facts);
+  if (!ChoosePart(*header, facts)) return false;
   const bool slow = header->samples > ManySamples;
   if (slow) ShowProgress(0.0, PleaseWait);
-  const std::size_t read = ReadSamples(*file, layout, destination);
+  const std::size_t read = ReadSamples(*file, LayoutOf(*header, facts), destination);
   if (slow) ResetProgress();
   if (read == 0) {
-    MessagePopup(FileErrorTitle, FormatText(NoSamples, FileNameOf(Trace.TraceFileName).c_str()));
+    MessagePopup(FileErrorTitle, FormatText(NoSamples, FileNameOf(path).c_str()));
     return false;
   }
-  Model.NumPoints = static_cast<int>(read);
-  TakeInfo(*header);
-  former.Keep();
+  facts.points = static_cast<int>(read);
+  FillInfo(*header, facts);
+  StoreRecording(facts);
   return true;
 }
 

@@ -1,19 +1,17 @@
-// The reader of binary recordings: ABF by its library, OBF from its own layout.
+// The reader of binary recordings: ABF, and the program's own layout OBF.
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
-#include "formats/abf/abf.h"
-#include "formats/input_file.h"
-#include "formats/obf_file.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "screen/popups.h"
-#include "trace/parse_rules.h"
 #include "trace/trace_dialogs.h"
 #include "trace/trace_read.h"
 #include "trace/trace_readers.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -23,99 +21,67 @@ constexpr char NotOpened[] = "%s could not be opened";
 constexpr MessageTitle BinaryTitle{MessageKind::Information, "Read Binary"};
 constexpr char NotAbf[] = "%s is not a valid ABF file\nProceeding to read binary (NOT ABF)";
 constexpr char Truncated[] = "Binary file was truncated to fit into memory.";
-constexpr char ChannelQuestion[] =
-    "%s contains %u channels.\nThe channels with data are: %sTo read in channel %u, click OK.\nOtherwise "
-    "enter "
-    "the number of the channel to read in and then click OK.";
 
 constexpr char NoSamples[] = "%s holds no samples.";
-constexpr char NoSuchChannel[] = "%s holds no channel %d.";
 constexpr char PleaseWait[] = "Please wait";
 
 constexpr int MaxUncountedSamples = MaxStimPoints;  // a longer file goes through the parse panel
 constexpr int BlockSamples = 65536;
 
-Reading Refuse(MessageTitle title, const std::string& text) {
-  MessagePopup(title, text);
-  return Reading::Refused;
+int AsInt(std::int64_t count) {
+  return static_cast<int>(std::min<std::int64_t>(count, std::numeric_limits<int>::max()));
+}
+
+RecordingRead RefuseWithoutSamples(const std::string& path) {
+  MessagePopup(FileErrorTitle, FormatText(NoSamples, FileNameOf(path).c_str()));
+  return {};
 }
 
 // -- ABF --
 
-/// An open ABF file and what its header told.
-struct OpenAbf {
-  AbfHandle file;
-  AbfHeader header;
-  int samplesPerSweep = 0;
-  int sweeps = 1;
-  bool floats = false;
-};
-
-/// The physical inputs of the recording, in their order.
-std::vector<int> ChannelsOf(const AbfHeader& header) {
-  const auto& sequence = header.samplingSequence;
-  return {sequence.begin(), std::find(sequence.begin(), sequence.end(), -1)};
+/// Sets the channel: the only one, the one read before, or the one that the user chooses. False when the user
+/// chose none.
+bool ChooseChannel(const RecordingAccount& account, Questions questions, RecordingFacts& facts) {
+  if (questions == Questions::AsBefore && HasInput(account, facts.channel)) return true;
+  facts.channel = account.inputs.front().number;
+  if (account.inputs.size() < 2) return true;
+  const auto answer = AskChannel(facts.path, account);
+  facts.channel = answer.value_or(facts.channel);
+  return answer.has_value();
 }
 
-bool Holds(const std::vector<int>& channels, int channel) {
-  return std::find(channels.begin(), channels.end(), channel) != channels.end();
+/// What the account tells of the channel that was chosen.
+const RecordedInput& ChosenInput(const RecordingAccount& account, int channel) {
+  return *std::find_if(account.inputs.begin(), account.inputs.end(),
+                       [channel](const RecordedInput& input) { return input.number == channel; });
 }
 
-/// Sets `Trace.RecordedChannel`: the only one, the one read before, or the one that the user chooses.
-bool ChooseChannel(const AbfHeader& header, Questions questions) {
-  const std::vector<int> channels = ChannelsOf(header);
-  if (channels.empty()) return false;
-  if (questions == Questions::AsBefore && Holds(channels, Trace.RecordedChannel)) return true;
-  Trace.RecordedChannel = channels.front();
-  if (channels.size() < 2) return true;
-  std::string list;
-  for (const int channel : channels) list += FormatText("%d ", channel);
-  const auto proposed = static_cast<unsigned>(channels.front());
-  const auto answer =
-      AskChannel(FormatText(ChannelQuestion, Trace.TraceFileName.c_str(),
-                            static_cast<unsigned>(channels.size()), (list + '\n').c_str(), proposed),
-                 channels.front());
-  if (!answer) return false;
-  if (!Holds(channels, *answer)) {
-    MessagePopup(FileErrorTitle, FormatText(NoSuchChannel, FileNameOf(Trace.TraceFileName).c_str(), *answer));
-    return false;
+void FillAbfFacts(const RecordingAccount& account, RecordingFacts& facts) {
+  facts.totalSamples = AsInt(account.abf.samples);
+  facts.channels = static_cast<int>(account.inputs.size());
+  facts.operationMode = account.abf.operationMode;
+  facts.sweepSamples = account.samples;
+  facts.episodes = account.sweeps;
+  if (facts.operationMode == GapFreeMode) {
+    facts.sweepSamples = facts.totalSamples / facts.channels;
+    facts.episodes = 1;
   }
-  Trace.RecordedChannel = *answer;
-  return true;
+  facts.episode = std::clamp(facts.episode, 1, facts.episodes);
+  facts.adcResolution = static_cast<float>(account.abf.adcResolution);
+  facts.adcRange = account.abf.adcRange;
+  SetInterval(facts, static_cast<float>(account.intervalMs));
+  SetUnits(facts, ChosenInput(account, facts.channel).units);
 }
 
-/// Overall gain by the scale of the channel; 1 where the file gives no scale to divide by.
-float GainOf(float scale) {
-  const float gain = Trace.AdcRange / (scale * Trace.AdcResolution);
-  return std::isfinite(gain) ? gain : 1.0F;
-}
-
-void TakeAbfFields(const OpenAbf& abf) {
-  const AbfHeader& header = abf.header;
-  Trace.OperationMode = header.operationMode;
-  Trace.SweepSamples = abf.samplesPerSweep;
-  Trace.EpisodeCount = abf.sweeps;
-  if (header.operationMode == GapFreeMode) {
-    Trace.SweepSamples = Trace.TotalSamples / Trace.RecordedChannels;
-    Trace.EpisodeCount = 1;
-  }
-  Trace.EpisodeIndex = std::clamp(Trace.EpisodeIndex, 1, Trace.EpisodeCount);
-  Trace.AdcResolution = static_cast<float>(header.adcResolution);
-  Trace.AdcRange = header.adcRange;
-  TakeInterval(static_cast<float>(header.sampleInterval / 1000.0));
-  TakeTraceUnits(header.channelUnits[static_cast<std::size_t>(Trace.RecordedChannel)]);
-}
-
-void TakeInfo(const OpenAbf& abf) {
+/// Sets the gain and the lines of the information panel, from facts that are complete.
+void FillAbfInfo(const RecordingAccount& account, RecordingFacts& facts) {
+  const RecordedInput& input = ChosenInput(account, facts.channel);
+  facts.finalGain = static_cast<float>(input.gain);
   AbfInfo info;
-  float scale = 1.0F;
-  float offset = 0.0F;
-  GetADCScaleFactor(abf.header, Trace.RecordedChannel, scale, offset);
-  Trace.FinalGain = GainOf(scale);
-  info.floats = abf.floats;
-  info.scale = static_cast<double>(scale);
-  info.units = abf.header.channelUnits[static_cast<std::size_t>(Trace.RecordedChannel)];
-  TakeAbfInfo(info);
+  info.floats = account.abf.floats;
+  info.scale = static_cast<double>(input.scale);
+  info.units = input.units;
+  facts.infoLines = AbfInfoLines(facts, info);
 }
 
 /// Which samples of the episode are kept: from `first`, every `skip`-th of `span`.
@@ -127,173 +93,160 @@ struct Selection {
   int Kept() const { return span / skip + (span % skip != 0 ? 1 : 0); }
 };
 
-/// The whole episode or, after the parse panel, what that was set to. False when the panel was cancelled.
-bool SelectSamples(int episodeSamples, Questions questions, Selection& selection) {
+/// Asks by the parse panel for the part of a file that is too long, or of any file on request. False when the
+/// panel was cancelled.
+bool ChoosePart(RecordingFacts& facts) {
+  facts.parse.result = 0;
+  facts.parse.skip = 1;
+  if (facts.sweepSamples > MaxUncountedSamples) facts.parse.requested = 1;
+  if (facts.parse.requested == 0) return true;
+  const float skip = std::ceil(static_cast<float>(facts.sweepSamples) / static_cast<float>(MaxParseCount));
+  facts.parse = AskParse(facts.path, facts.sweepSamples, static_cast<int>(skip), facts.intervalMs);
+  return facts.parse.result == 1;
+}
+
+/// Returns the whole episode or, after the parse panel, the chosen part, whose interval it sets.
+Selection SelectSamples(int episodeSamples, RecordingFacts& facts) {
+  Selection selection;
   selection.span = episodeSamples;
-  const bool again = questions == Questions::AsBefore;
-  if (!again) {
-    Trace.ParseResult = 0;
-    Trace.ParseSkip = 1;
-    if (Trace.SweepSamples > MaxUncountedSamples) Trace.ParseRequested = 1;
-    if (Trace.ParseRequested != 0) {
-      const float skip =
-          std::ceil(static_cast<float>(Trace.SweepSamples) / static_cast<float>(MaxParseCount));
-      BeginParse(Trace.SweepSamples, static_cast<int>(skip));
-      AskParse();
-      if (Trace.ParseResult != 1) return false;
-    }
-  }
-  if (Trace.ParseResult != 1) return true;
-  Trace.ParseInterval = Model.ADInterval * static_cast<float>(Trace.ParseSkip);
-  Model.ADInterval = Trace.ParseInterval;
-  selection.skip = Trace.ParseSkip;
-  selection.first = std::min(Trace.ParseStart, episodeSamples);
-  const std::int64_t wanted = static_cast<std::int64_t>(Trace.ParseSkip) * Trace.ParseCount;
+  ParseSettings& parse = facts.parse;
+  if (parse.result != 1) return selection;
+  parse.interval = facts.intervalMs * static_cast<float>(parse.skip);
+  facts.intervalMs = parse.interval;
+  selection.skip = parse.skip;
+  selection.first = std::min(parse.start, episodeSamples);
+  const std::int64_t wanted = static_cast<std::int64_t>(parse.skip) * parse.count;
   selection.span = static_cast<int>(std::min<std::int64_t>(wanted, episodeSamples - selection.first));
-  return true;
+  return selection;
 }
 
 /// Reads every `skip`-th sample in blocks; a block begins with a sample that is kept.
-int ReadSkipping(const AbfFile& file, const Selection& selection, std::span<float> destination) {
+std::size_t ReadSkipping(RecordingFile& file, const RecordingFacts& facts, const Selection& selection,
+                         std::span<float> destination) {
   const int stride = selection.skip;
   const int block = stride >= BlockSamples ? 1 : BlockSamples / stride * stride;
   const int step = std::max(block, stride);
   std::vector<float> buffer(static_cast<std::size_t>(block));
   std::size_t kept = 0;
   for (std::int64_t k = 0; k < selection.span && kept < destination.size(); k += step) {
-    const int read = ReadSweep(file, Trace.RecordedChannel, Trace.EpisodeIndex,
-                               selection.first + static_cast<int>(k), buffer);
+    const auto read = static_cast<int>(file.Read(facts.channel, facts.episode, selection.first + k, buffer));
     for (int i = 0; i < read && k + i < selection.span && kept < destination.size(); i += stride) {
       destination[kept++] = buffer[static_cast<std::size_t>(i)];
     }
     if (read < block) break;
   }
-  return static_cast<int>(kept);
+  return kept;
 }
 
-int ReadSamples(const AbfFile& file, const Selection& selection, std::span<float> destination) {
+std::size_t ReadSamples(RecordingFile& file, const RecordingFacts& facts, const Selection& selection,
+                        std::span<float> destination) {
   const std::size_t most = std::min(destination.size(), static_cast<std::size_t>(MaxStimPoints));
   const std::span<float> front =
       destination.first(std::min(most, static_cast<std::size_t>(selection.Kept())));
-  if (selection.skip == 1) {
-    return ReadSweep(file, Trace.RecordedChannel, Trace.EpisodeIndex, selection.first, front);
-  }
-  return ReadSkipping(file, selection, front);
+  if (selection.skip == 1) return file.Read(facts.channel, facts.episode, selection.first, front);
+  return ReadSkipping(file, facts, selection, front);
 }
 
-void CutSweep(std::size_t capacity, Questions questions) {
-  if (static_cast<std::size_t>(Trace.SweepSamples) <= capacity) return;
-  Trace.SweepSamples = static_cast<int>(capacity);
+/// Limits the length of a sweep to the capacity, with a message.
+void CutSweep(std::size_t capacity, Questions questions, RecordingFacts& facts) {
+  if (static_cast<std::size_t>(facts.sweepSamples) <= capacity) return;
+  facts.sweepSamples = static_cast<int>(capacity);
   if (questions != Questions::AsBefore) MessagePopup(NoticeTitle, Truncated);
 }
 
-bool OpenAndCount(OpenAbf& abf) {
-  InitializeHeader(abf.header);
-  abf.file = OpenABFFile(Trace.TraceFileName, abf.header, abf.samplesPerSweep, abf.sweeps);
-  if (!abf.file) {
-    MessagePopup(OpenTitle, FormatText(NotOpened, Trace.TraceFileName.c_str()));
-    return false;
+RecordingRead ReadAbf(RecordingFile& file, RecordingFacts facts, std::span<float> destination,
+                      Questions questions) {
+  const RecordingAccount& account = file.Account();
+  if (!ChooseChannel(account, questions, facts)) return {};
+  FillAbfFacts(account, facts);
+  const int episodeSamples = file.SweepSamples(facts.episode);
+  if (episodeSamples < 1) return RefuseWithoutSamples(facts.path);
+  if (questions != Questions::AsBefore && !ChoosePart(facts)) {
+    FillAbfInfo(account, facts);
+    return {Reading::Emptied, std::move(facts)};
   }
-  std::int64_t total = 0;
-  if (!GetActualSamples(*abf.file, total) || total <= 0 || abf.header.channels < 1) {
-    MessagePopup(FileErrorTitle, FormatText(NoSamples, FileNameOf(Trace.TraceFileName).c_str()));
-    return false;
-  }
-  Trace.TotalSamples = static_cast<int>(std::min<std::int64_t>(total, std::numeric_limits<int>::max()));
-  Trace.RecordedChannels = abf.header.channels;
-  return true;
-}
-
-Reading ReadAbf(std::span<float> destination, Questions questions, bool floats) {
-  OpenAbf abf;
-  abf.floats = floats;
-  if (!OpenAndCount(abf) || !ChooseChannel(abf.header, questions)) return Reading::Refused;
-  TakeAbfFields(abf);
-  const int episodeSamples = SweepLength(*abf.file, Trace.EpisodeIndex);
-  if (episodeSamples < 1) {
-    return Refuse(FileErrorTitle, FormatText(NoSamples, FileNameOf(Trace.TraceFileName).c_str()));
-  }
-  Selection selection;
-  if (!SelectSamples(episodeSamples, questions, selection)) {
-    TakeInfo(abf);
-    return Reading::Emptied;
-  }
+  const Selection selection = SelectSamples(episodeSamples, facts);
   const bool slow = selection.span > MaxUncountedSamples;
   if (slow) ShowProgress(0.0, PleaseWait);
-  CutSweep(destination.size(), questions);
-  const int read = ReadSamples(*abf.file, selection, destination);
+  CutSweep(destination.size(), questions, facts);
+  std::string why;
+  const bool loaded = file.Load(facts.channel, facts.episode, facts.episode, why);
+  const std::size_t read = loaded ? ReadSamples(file, facts, selection, destination) : 0;
   if (slow) ResetProgress();
-  if (read < 1) return Refuse(FileErrorTitle, FormatText(NoSamples, FileNameOf(Trace.TraceFileName).c_str()));
-  Model.NumPoints = read;
-  TakeInfo(abf);
-  CloseABFFile(abf.file);
-  return Reading::Done;
+  if (read == 0) return RefuseWithoutSamples(facts.path);
+  facts.points = static_cast<int>(read);
+  FillAbfInfo(account, facts);
+  return {Reading::Done, std::move(facts), read};
 }
 
 // -- OBF --
 
-/// The fields of the header that can be; the others keep their former values.
-void TakeObfFields(const ObfHeader& header) {
-  if (header.numRuns && *header.numRuns > 0) Model.NumRuns = *header.numRuns;
-  if (header.intervalMs && std::isfinite(*header.intervalMs) && *header.intervalMs > 0.0F) {
-    Model.ADInterval = *header.intervalMs;
-  }
-  Trace.RecordedChannels = 1;
-  Trace.EpisodeCount = 1;
-  Trace.EpisodeIndex = 1;
-  Trace.OperationMode = GapFreeMode;
-  Trace.ParseResult = 0;
+/// Sets the valid fields of the header; the others keep their former values.
+void FillObfFacts(const RecordingAccount& account, RecordingFacts& facts) {
+  if (account.obf.runs > 0) facts.runs = account.obf.runs;
+  if (account.intervalMs > 0.0) facts.intervalMs = static_cast<float>(account.intervalMs);
+  facts.channels = 1;
+  facts.episodes = 1;
+  facts.episode = 1;
+  facts.operationMode = GapFreeMode;
+  facts.parse.result = 0;
 }
 
-void TakeObfInfo(int read) {
-  Trace.SweepSamples = read;
-  Trace.TotalSamples = read;
-  Trace.FileInfo = {"OBF File", FormatText("Number of runs %d", Model.NumRuns),
-                    FormatText("Total number of pts %d", read),
-                    FormatText("Digitization interval (ms) %f", static_cast<double>(Model.ADInterval))};
+/// Reads all runs, one after the other.
+RecordingRead ReadObf(RecordingFile& file, RecordingFacts facts, std::span<float> destination) {
+  FillObfFacts(file.Account(), facts);
+  const std::int64_t samples = std::int64_t{facts.runs} * file.Account().samples;
+  const auto most = std::min<std::int64_t>(static_cast<std::int64_t>(destination.size()), MaxStimPoints);
+  const auto wanted = static_cast<std::size_t>(std::clamp<std::int64_t>(samples, 0, most));
+  const std::size_t read = file.Read(0, 1, 0, destination.first(wanted));
+  if (read == 0) return RefuseWithoutSamples(facts.path);
+  facts.points = static_cast<int>(read);
+  facts.sweepSamples = facts.points;
+  facts.totalSamples = facts.points;
+  facts.infoLines = {"OBF File", FormatText("Number of runs %d", facts.runs),
+                     FormatText("Total number of pts %d", facts.points),
+                     FormatText("Digitization interval (ms) %f", static_cast<double>(facts.intervalMs))};
+  return {Reading::Done, std::move(facts), read};
 }
 
-Reading ReadObf(std::span<float> destination, Questions questions) {
-  if (questions != Questions::AsBefore) {
-    MessagePopup(BinaryTitle, FormatText(NotAbf, Trace.TraceFileName.c_str()));
-  }
-  auto file = OpenInput(Trace.TraceFileName);
-  if (!file) {
+/// Shows that the file is read as an OBF, and the reason if it is not one.
+bool AcceptObf(const OpenedRecording& opened, const std::string& path, Questions questions) {
+  if (questions != Questions::AsBefore) MessagePopup(BinaryTitle, FormatText(NotAbf, path.c_str()));
+  if (opened.form == RecordingForm::Missing) {
     FileErrorPopup(FileOpenFailed);
-    return Reading::Refused;
-  }
-  const ObfHeader header = ReadObfHeader(*file);
-  if (!header.marked) {  // neither an ABF file that can be read nor one of the program's own
+  } else if (opened.form != RecordingForm::Obf) {
     FileErrorPopup(WrongFileFormat);
-    return Reading::Refused;
+  } else if (opened.file == nullptr) {
+    RefuseWithoutSamples(path);
+  } else {
+    return true;
   }
-  TakeObfFields(header);
-  const std::int64_t points = header.numPoints.value_or(Model.NumPoints);
-  const std::size_t most = std::min(destination.size(), static_cast<std::size_t>(MaxStimPoints));
-  const std::size_t read = ReadObfSamples(*file, 0, Model.NumRuns * points, destination.first(most));
-  if (read == 0)
-    return Refuse(FileErrorTitle, FormatText(NoSamples, FileNameOf(Trace.TraceFileName).c_str()));
-  Model.NumPoints = static_cast<int>(read);
-  TakeObfInfo(Model.NumPoints);
-  return Reading::Done;
+  return false;
 }
 
 }  // namespace
 
-Reading ReadBinary(const std::string& path, std::span<float> destination, Questions questions) {
-  FormerFile former;
-  Trace.TraceFileName = path;
-  int format = AbfIntegers;
-  const Reading reading = IsABFFile(path, format) ? ReadAbf(destination, questions, format == AbfFloats)
-                                                  : ReadObf(destination, questions);
-  if (reading == Reading::Refused) return reading;
-  former.Keep();
-  Trace.TraceIsText = 0;  // whoever reads the file again reads it so
-  return reading;
+RecordingRead ReadBinary(const OpenedRecording& opened, RecordingFacts facts, std::span<float> destination,
+                         Questions questions) {
+  facts.text = false;  // the file is read again in the same way
+  if (opened.form != RecordingForm::Abf) {
+    if (!AcceptObf(opened, facts.path, questions)) return {};
+    return ReadObf(*opened.file, std::move(facts), destination);
+  }
+  if (opened.file == nullptr) {
+    MessagePopup(OpenTitle, FormatText(NotOpened, facts.path.c_str()));
+    return {};
+  }
+  return ReadAbf(*opened.file, std::move(facts), destination, questions);
 }
 
 bool BinaryTraceRead(const std::string& path, std::span<float> destination) {
-  return ReadBinary(path, destination, Questions::Asked) == Reading::Done;
+  RecordingFacts facts = StoredFacts();
+  facts.path = path;
+  const RecordingRead read =
+      ReadBinary(OpenRecordingFile(path, OpenAs::Recording), std::move(facts), destination, Questions::Asked);
+  if (read.reading != Reading::Refused) StoreRecording(read.facts);
+  return read.reading == Reading::Done;
 }
 
 }  // namespace zelvane

@@ -1,5 +1,6 @@
 // ParseReadPanel: which samples of a long recording to read. It is modal; its fields act as they are typed.
 #include <array>
+#include <utility>
 
 #include "model/model_store.h"
 #include "platform/file_names.h"
@@ -7,7 +8,6 @@
 #include "trace/parse_rules.h"
 #include "trace/trace_dialogs.h"
 #include "trace/trace_panels.h"
-#include "trace/trace_readers.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -34,7 +34,6 @@ void PlotBar() {
 void ShowParse() {
   WriteControls(PanelName, ParseGroup);
   const double lengthMs = static_cast<double>(Trace.ParseLength) * static_cast<double>(Model.ADInterval);
-  ShowText("ParseFileName", FileNameOf(Trace.TraceFileName));
   ShowNumber("ParseFileSamples", Trace.ParseLength);
   ShowNumber("ParseFileMs", lengthMs);
   ShowNumber("ParseFileMinutes", lengthMs / MsPerMinute);
@@ -137,17 +136,22 @@ void AddParseReadPanel() {
   SetAxisRange(graph, 'y', -1.0, 1.0);
 }
 
-void AskParse() {
-  if (FindPanel(PanelName) == nullptr) {
-    CancelParse();
-    return;
-  }
+ParseSettings AskParse(const std::string& path, int length, int skip, float intervalMs) {
+  const ParseSettings former = StoredParse();
+  const float formerInterval = std::exchange(Model.ADInterval, intervalMs);
+  Trace.ParseRequested = 1;
+  BeginParse(length, skip);
+  ShowText("ParseFileName", FileNameOf(path));
   ShowParse();
   if (RunModalPanel(PanelName, Question)) {
     ReadAndAccept();
   } else {
     CancelParse();
   }
+  const ParseSettings answer = StoredParse();
+  StoreParse(former);
+  Model.ADInterval = formerInterval;
+  return answer;
 }
 
 }  // namespace zelvane

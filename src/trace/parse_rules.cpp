@@ -50,6 +50,32 @@ void ShowStartTime() {
 
 }  // namespace
 
+ParseSettings StoredParse() {
+  return {.requested = Trace.ParseRequested,
+          .skip = Trace.ParseSkip,
+          .count = Trace.ParseCount,
+          .start = Trace.ParseStart,
+          .startTime = Trace.ParseStartTime,
+          .interval = Trace.ParseInterval,
+          .duration = Trace.ParseDuration,
+          .maxPoints = Trace.ParseMaxPoints,
+          .result = Trace.ParseResult,
+          .length = Trace.ParseLength};
+}
+
+void StoreParse(const ParseSettings& settings) {
+  Trace.ParseRequested = settings.requested;
+  Trace.ParseSkip = settings.skip;
+  Trace.ParseCount = settings.count;
+  Trace.ParseStart = settings.start;
+  Trace.ParseStartTime = settings.startTime;
+  Trace.ParseInterval = settings.interval;
+  Trace.ParseDuration = settings.duration;
+  Trace.ParseMaxPoints = settings.maxPoints;
+  Trace.ParseResult = settings.result;
+  Trace.ParseLength = settings.length;
+}
+
 void BeginParse(int length, int skip) {
   Trace.ParseLength = length;
   Trace.ParseResult = 0;

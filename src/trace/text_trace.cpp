@@ -1,205 +1,162 @@
-// The reader of text recordings: its questions, and what it leaves in the stores.
+// The reader of text recordings: ATF, and one number per line.
 #include <algorithm>
+#include <utility>
 
-#include "formats/input_file.h"
-#include "formats/text_recording.h"
-#include "model/model_store.h"
 #include "platform/file_names.h"
 #include "screen/popups.h"
 #include "trace/trace_dialogs.h"
-#include "trace/trace_events.h"
 #include "trace/trace_read.h"
 #include "trace/trace_readers.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
 
-constexpr char SignalQuestion[] =
-    "%s contains %u signals: %s\nTo read in the first signal, enter 1.\nTo read the second signal, enter 2, "
-    "and "
-    "so forth.\nThen click OK.";
-constexpr char IntervalTitle[] = "Get ADinterval";
-constexpr char IntervalLineQuestion[] = "Read First Value of 1-column Ascii file as AD interval in ms ?";
-constexpr char TypeInterval[] = "Enter the time between samples and a factor that multiplies each of them.";
 constexpr char NoIntervalColumn[] = "You need to supply a time interval for this data.";
 constexpr MessageTitle StepsTitle{MessageKind::Warning, "! Incomaptible format"};
 constexpr char UnequalSteps[] =
     "The x intervals are not equal, are too small (<1e6) or are too large (>1e6).";
 
 constexpr char NotRead[] = "%s was not read: %s";
-constexpr char ReadUpTo[] = "%s was read up to line %zu, which is not a row of numbers.";
 constexpr char NotAnInterval[] = "The time between samples must be above 0 ms.";
-
-constexpr int ResultAbove = 100;  // a text of more samples is a result
+constexpr char ReadUpTo[] = "%s was read up to line %zu, which is not a row of numbers.";
 
 void TellNotRead(const std::string& path, const std::string& why) {
   MessagePopup(FileErrorTitle, FormatText(NotRead, FileNameOf(path).c_str(), why.c_str()));
 }
 
-/// Tells of a line that ended the reading.
-void TellReadUpTo(const std::string& path, const TextSamples& read) {
-  if (read.badLine == 0) return;
-  MessagePopup(WarningTitle, FormatText(ReadUpTo, FileNameOf(path).c_str(), read.badLine));
+/// Shows which line ended the reading.
+void TellReadUpTo(const std::string& path, const RecordingAccount& account) {
+  if (account.text.badLine == 0) return;
+  MessagePopup(WarningTitle, FormatText(ReadUpTo, FileNameOf(path).c_str(), account.text.badLine));
 }
 
-/// The samples of each episode, from rows that hold one of each.
-std::vector<std::vector<float>> Separated(const std::vector<float>& rows, std::size_t episodes) {
-  std::vector<std::vector<float>> separated(episodes);
-  for (std::vector<float>& episode : separated) episode.reserve(rows.size() / episodes);
-  for (std::size_t k = 0; k < rows.size(); ++k) separated[k % episodes].push_back(rows[k]);
-  return separated;
+/// Returns whether the text was opened; otherwise shows the reason.
+bool CheckOpened(const OpenedRecording& opened, const std::string& path) {
+  if (opened.form == RecordingForm::Missing) {
+    FileErrorPopup(FileOpenFailed);
+  } else if (opened.file == nullptr) {
+    TellNotRead(path, opened.why);
+  }
+  return opened.file != nullptr;
 }
 
-bool ChooseSignal(const std::string& path, const TextShape& shape, Questions questions) {
+bool ChooseSignal(const RecordingAccount& account, Questions questions, RecordingFacts& facts) {
+  const bool several = account.inputs.size() > 1;
   if (questions == Questions::AsBefore) return true;
-  if (questions == Questions::Asked || shape.signals < 2) Trace.RecordedSignal = 1;
-  if (questions == Questions::Answered || shape.signals < 2) return true;
-  const auto answer = AskSignal(FormatText(SignalQuestion, FileNameOf(path).c_str(),
-                                           static_cast<unsigned>(shape.signals), shape.signalList.c_str()),
-                                1);
-  Trace.RecordedSignal = answer.value_or(1);
+  if (questions == Questions::Asked || !several) facts.signal = 1;
+  if (questions == Questions::Answered || !several) return true;
+  const auto answer = AskSignal(facts.path, account);
+  facts.signal = answer.value_or(1);
   return answer.has_value();
 }
 
-/// Settles where a column of numbers has its interval from.
-bool ChooseInterval(Questions questions) {
-  if (questions == Questions::AsBefore) {
-    if (Trace.IntervalLine == 0) Model.ADInterval = Trace.TypedInterval;
-    return true;
+/// Sets where a column of numbers has its interval from. Returns false on cancel, and for an interval that is
+/// not above 0, after a message.
+bool ChooseInterval(Questions questions, RecordingFacts& facts) {
+  if (questions == Questions::Asked) {
+    const auto answer = AskColumnInterval();
+    if (!answer) return false;
+    facts.intervalLine = answer->firstLine;
+    if (!facts.intervalLine) facts.typedIntervalMs = answer->intervalMs;
+    if (!facts.intervalLine) facts.scale = answer->scale;
   }
-  const bool asked = questions == Questions::Asked;
-  if (asked) Trace.IntervalLine = ConfirmPopup(IntervalTitle, IntervalLineQuestion) ? 1 : 0;
-  if (Trace.IntervalLine != 0) return true;
-  Trace.ScaleFactor = 1.0F;
-  if (!asked) Model.ADInterval = Trace.TypedInterval;
-  if (asked && !AskInterval(TypeInterval)) return false;
-  if (!(Model.ADInterval > 0.0F)) {
-    MessagePopup(ErrorTitle, NotAnInterval);
-    return false;
-  }
-  Trace.TypedInterval = Model.ADInterval;
+  if (facts.intervalLine) return true;
+  if (questions == Questions::Answered) facts.scale = 1.0F;
+  facts.intervalMs = facts.typedIntervalMs;
+  if (questions == Questions::AsBefore || facts.intervalMs > 0.0F) return true;
+  MessagePopup(ErrorTitle, NotAnInterval);
+  return false;
+}
+
+/// Asks the questions that a text of this shape leaves open. Returns false when the user cancels.
+bool AskAboutText(const RecordingAccount& account, Questions questions, RecordingFacts& facts) {
+  if (!account.text.atf) return ChooseInterval(questions, facts);
+  if (!ChooseSignal(account, questions, facts)) return false;
+  if (account.text.columns == 1 && questions != Questions::AsBefore)
+    MessagePopup(WarningTitle, NoIntervalColumn);
   return true;
 }
 
-/// Puts the questions that a text of this shape raises. False when the user cancels.
-bool AskAboutText(const std::string& path, const TextShape& shape, Questions questions) {
-  if (!shape.atf) return ChooseInterval(questions);
-  if (!ChooseSignal(path, shape, questions)) return false;
-  if (shape.columns == 1 && questions != Questions::AsBefore) MessagePopup(WarningTitle, NoIntervalColumn);
-  return true;
+TextReading ReadingOf(const RecordingFacts& facts, bool atf, std::size_t capacity) {
+  const std::size_t spared = atf ? 2 : 1;
+  return {.intervalLine = !atf && facts.intervalLine,
+          .scale = atf || facts.intervalLine ? 1.0F : facts.scale,
+          .most = capacity - std::min(capacity, spared)};
 }
 
-TextRequest RequestFor(const TextShape& shape, std::size_t capacity) {
-  TextRequest request;
-  request.signal = Trace.RecordedSignal;
-  request.episode = Trace.EpisodeIndex;
-  request.intervalLine = !shape.atf && Trace.IntervalLine != 0;
-  if (!shape.atf && Trace.IntervalLine == 0) request.scale = Trace.ScaleFactor;
-  const std::size_t spared = shape.atf ? 2 : 1;
-  request.most = capacity - std::min(capacity, spared);
-  return request;
+/// Returns whether the trace ends in a sample of 0 after those of the text. It does so for an ATF of one column
+/// of data and for a column whose first line is the interval.
+bool EndsInZero(const TextFacts& text, bool intervalLine) {
+  return text.atf ? text.columns <= 2 : intervalLine;
 }
 
-/// Whether the trace ends in a sample of 0 behind those of the text. It does so for an ATF of one column of
-/// data and for a column whose first line is the interval.
-bool EndsInZero(const TextShape& shape) {
-  return shape.atf ? shape.columns <= 2 : Trace.IntervalLine != 0;
+void FillTextFacts(const RecordingAccount& account, std::size_t read, RecordingFacts& facts) {
+  facts.episodes = account.sweeps;
+  facts.channels = static_cast<int>(account.inputs.size());
+  facts.sweepSamples = static_cast<int>(read);
+  facts.totalSamples = facts.sweepSamples;
+  facts.operationMode = account.sweeps > 1 ? EpisodicMode : GapFreeMode;
+  facts.parse.result = 0;
+  if (account.intervalMs > 0.0) facts.intervalMs = static_cast<float>(account.intervalMs);
 }
 
-void TakeTextFields(const TextShape& shape, const TextSamples& read) {
-  const int samples = static_cast<int>(read.samples.size());
-  Trace.EpisodeCount = shape.episodes;
-  Trace.EpisodeIndex = std::clamp(Trace.EpisodeIndex, 1, Trace.EpisodeCount);
-  Trace.RecordedChannels = shape.signals;
-  Trace.SweepSamples = samples;
-  Trace.TotalSamples = samples;
-  Trace.OperationMode = shape.episodes > 1 ? EpisodicMode : GapFreeMode;
-  Trace.ParseResult = 0;
-  if (read.intervalMs) Model.ADInterval = static_cast<float>(*read.intervalMs);
-}
-
-void TakeTextInfo(const TextShape& shape) {
-  Trace.FileInfo = {shape.atf ? "ATF File" : "One number a line"};
-  if (shape.atf) Trace.FileInfo.push_back(FormatText("Number of signals %d", shape.signals));
-  if (!shape.signalList.empty()) Trace.FileInfo.push_back("Signals " + shape.signalList);
-  Trace.FileInfo.push_back(FormatText("Number of episodes %d", shape.episodes));
-  Trace.FileInfo.push_back(FormatText("Number of samples/episode %d", Trace.SweepSamples));
-  Trace.FileInfo.push_back(
-      FormatText("Digitization interval (ms) %f", static_cast<double>(Model.ADInterval)));
-}
-
-Reading TakeText(const std::string& path, TextRecording& text, std::span<float> destination,
-                 std::size_t& kept) {
-  const TextShape& shape = text.Shape();
-  const TextSamples read = text.Read(RequestFor(shape, destination.size()));
-  if (read.samples.empty()) {
-    TellNotRead(path, WhyNoSamples(shape, read));
-    return Reading::Refused;
-  }
-  kept = read.samples.size();
-  std::copy(read.samples.begin(), read.samples.end(), destination.begin());
-  TakeTextFields(shape, read);
-  if (read.unequalSteps) {
-    MessagePopup(StepsTitle, UnequalSteps);
-    return Reading::Emptied;
-  }
-  if (EndsInZero(shape)) destination[kept++] = 0.0F;
-  Model.NumPoints = static_cast<int>(kept);
-  TakeTextInfo(shape);
-  TellReadUpTo(path, read);
-  return Reading::Done;
+std::vector<std::string> TextInfoLines(const TextFacts& text, const RecordingFacts& facts) {
+  std::vector<std::string> lines = {text.atf ? "ATF File" : "One number a line"};
+  if (text.atf) lines.push_back(FormatText("Number of signals %d", facts.channels));
+  if (!text.signalList.empty()) lines.push_back("Signals " + text.signalList);
+  lines.push_back(FormatText("Number of episodes %d", facts.episodes));
+  lines.push_back(FormatText("Number of samples/episode %d", facts.sweepSamples));
+  lines.push_back(FormatText("Digitization interval (ms) %f", static_cast<double>(facts.intervalMs)));
+  return lines;
 }
 
 }  // namespace
 
-Reading ReadText(std::span<float> destination, const std::string& path, Questions questions,
-                 std::size_t& kept) {
-  FormerFile former;
-  auto file = OpenInput(path);
-  if (!file) {
-    FileErrorPopup(FileOpenFailed);
-    return Reading::Refused;
+RecordingRead ReadText(const OpenedRecording& opened, RecordingFacts facts, std::span<float> destination,
+                       Questions questions) {
+  facts.text = true;
+  if (!CheckOpened(opened, facts.path)) return {};
+  RecordingFile& file = *opened.file;
+  const RecordingAccount& account = file.Account();
+  if (!AskAboutText(account, questions, facts)) return {};
+  facts.episode = std::clamp(facts.episode, 1, account.sweeps);
+  file.SetTextReading(ReadingOf(facts, account.text.atf, destination.size()));
+  std::string why;
+  if (!file.Load(facts.signal, facts.episode, facts.episode, why) && !account.text.unequalSteps) {
+    TellNotRead(facts.path, why);
+    return {};
   }
-  TextRecording text(*file);
-  if (!text.Refusal().empty()) {
-    TellNotRead(path, text.Refusal());
-    return Reading::Refused;
+  std::size_t kept = file.Read(facts.signal, facts.episode, 0, destination);
+  FillTextFacts(account, kept, facts);
+  if (account.text.unequalSteps) {
+    MessagePopup(StepsTitle, UnequalSteps);
+    return {Reading::Emptied, std::move(facts), kept};
   }
-  if (!AskAboutText(path, text.Shape(), questions)) return Reading::Refused;
-  const Reading reading = TakeText(path, text, destination, kept);
-  if (reading != Reading::Refused) former.Keep();
-  return reading;
+  if (EndsInZero(account.text, facts.intervalLine)) destination[kept++] = 0.0F;
+  facts.points = static_cast<int>(kept);
+  facts.infoLines = TextInfoLines(account.text, facts);
+  TellReadUpTo(facts.path, account);
+  return {Reading::Done, std::move(facts), kept};
 }
 
 std::vector<std::vector<float>> ReadTextEpisodes() {
-  const std::string& path = Trace.TraceFileName;
-  auto file = OpenInput(path);
-  if (!file) {
-    FileErrorPopup(FileOpenFailed);
-    return {};
+  const RecordingFacts facts = StoredFacts();
+  const OpenedRecording opened = OpenRecordingFile(facts.path, OpenAs::Text);
+  if (!CheckOpened(opened, facts.path)) return {};
+  RecordingFile& file = *opened.file;
+  const RecordingAccount& account = file.Account();
+  file.SetTextReading(ReadingOf(facts, account.text.atf, Trace.SimTrace.size()));
+  std::string why;  // of episodes without samples, which the result shows
+  static_cast<void>(file.Load(facts.signal, 1, account.sweeps, why));
+  TellReadUpTo(facts.path, account);
+  std::vector<std::vector<float>> episodes(static_cast<std::size_t>(account.sweeps));
+  for (int e = 1; e <= account.sweeps; ++e) {
+    std::vector<float>& episode = episodes[static_cast<std::size_t>(e) - 1];
+    episode.resize(static_cast<std::size_t>(file.SweepSamples(e)));
+    file.Read(facts.signal, e, 0, episode);
   }
-  TextRecording text(*file);
-  if (!text.Refusal().empty()) {
-    TellNotRead(path, text.Refusal());
-    return {};
-  }
-  TextRequest request = RequestFor(text.Shape(), Trace.SimTrace.size());
-  request.episode = 1;
-  request.episodes = text.Shape().episodes;
-  const TextSamples read = text.Read(request);
-  TellReadUpTo(path, read);
-  return Separated(read.samples, static_cast<std::size_t>(request.episodes));
-}
-
-int TextTraceRead(std::span<float> destination, const std::string& path) {
-  std::size_t kept = 0;
-  const Reading reading = ReadText(destination, path, Questions::Asked, kept);
-  if (reading == Reading::Done) RecordingTaken.Tell();
-  return reading == Reading::Done && IsResult(Model.NumPoints) ? 1 : 0;
-}
-
-bool IsResult(int samples) {
-  return samples > ResultAbove;
+  return episodes;
 }
 
 }  // namespace zelvane

@@ -1,8 +1,12 @@
-// The dialogs for reading a recording. Without panels the dialogs are cancelled and show nothing.
+// The panels that ask which part of a recording to read, and the one that informs about it. Questions write no
+// store: the controls edit fields of the stores, which get their former values back after the answer.
 #pragma once
 
 #include <optional>
 #include <string>
+
+#include "formats/recording_file.h"
+#include "trace/parse_rules.h"
 
 namespace zelvane {
 
@@ -11,14 +15,23 @@ void AddFileInfoPanel();
 void AddChannelChoicePanel();  // with the dialog for the interval of a text
 void AddParseReadPanel();
 
-/// Asks for the channel or the signal to read and proposes `proposed`. Returns an empty result on cancel.
-std::optional<int> AskChannel(const std::string& text, int proposed);
-std::optional<int> AskSignal(const std::string& text, int proposed);
+/// Asks which input of an ABF, or which signal of a text, to read. Returns an empty result on cancel, and for
+/// an input that the file does not have, after a message.
+std::optional<int> AskChannel(const std::string& path, const RecordingAccount& account);
+std::optional<int> AskSignal(const std::string& path, const RecordingAccount& account);
 
-/// Asks for `Model.ADInterval` and `Trace.ScaleFactor` of a text. Returns false on cancel.
-bool AskInterval(const std::string& text);
+/// Where a column of numbers has its interval from.
+struct ColumnInterval {
+  bool firstLine = false;
+  float intervalMs = 0.0F;  // typed, with a factor of the samples; without meaning if `firstLine` is true
+  float scale = 1.0F;
+};
 
-/// Shows the parse panel until the user accepts or cancels it, and sets `Trace.ParseResult`.
-void AskParse();
+/// Asks for the interval of a column of numbers. Returns an empty result on cancel.
+std::optional<ColumnInterval> AskColumnInterval();
+
+/// Shows the parse panel for a file with `length` samples of the channel, and proposes to keep every `skip`-th.
+/// Returns its settings with the result 1 or, after a cancel, 2.
+ParseSettings AskParse(const std::string& path, int length, int skip, float intervalMs);
 
 }  // namespace zelvane

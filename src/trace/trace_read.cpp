@@ -1,13 +1,13 @@
 #include "trace/trace_read.h"
 
 #include <algorithm>
-#include <array>
 #include <optional>
-#include <string_view>
+#include <utility>
 
-#include "formats/input_file.h"
+#include "formats/recording_file.h"
 #include "model/model_store.h"
 #include "screen/popups.h"
+#include "trace/recording_facts.h"
 #include "trace/trace.h"
 #include "trace/trace_events.h"
 #include "trace/trace_readers.h"
@@ -22,23 +22,7 @@ constexpr char ImportQuestion[] = "Import ATF or Ascii File of Floating Point Nu
 constexpr char ResampledWarning[] =
     "The time interval has been changed since last simulation; do NOT refresh data.";
 
-enum class FileKind { Unreadable, Binary, Text };
-
-/// The first three bytes of a file, fewer of a shorter one. Nothing when it cannot be opened.
-std::optional<std::string> MarkOf(const std::string& path) {
-  auto file = OpenInput(path);
-  if (!file) return std::nullopt;
-  std::array<char, 3> mark{};
-  file->read(mark.data(), mark.size());
-  return std::string(mark.data(), static_cast<std::size_t>(file->gcount()));
-}
-
-/// Tells by them which reader takes the file.
-FileKind KindOf(const std::string& path) {
-  const auto mark = MarkOf(path);
-  if (!mark) return FileKind::Unreadable;
-  return *mark == "OBF" || *mark == "ABF" ? FileKind::Binary : FileKind::Text;
-}
+constexpr int ResultAbove = 100;  // a text of more samples is a result
 
 /// The first `samples` samples have come from a file.
 void EndTraceAt(std::size_t samples) {
@@ -70,46 +54,49 @@ void LeaveNoTrace(std::size_t samples) {
   ShowNoTrace();
 }
 
-/// Reads `Trace.TraceFileName` into the trace by the reader of `text`.
-Reading ReadInto(bool text, Questions questions) {
-  std::size_t kept = 0;
-  const Reading reading = text ? ReadText(Trace.SimTrace, Trace.TraceFileName, questions, kept)
-                               : ReadBinary(Trace.TraceFileName, Trace.SimTrace, questions);
-  if (reading == Reading::Emptied) LeaveNoTrace(kept);
-  return reading;
+/// Reads an opened file into the trace and stores what it tells.
+Reading ReadInto(const OpenedRecording& opened, RecordingFacts facts, Questions questions, bool text) {
+  const auto reader = text ? ReadText : ReadBinary;
+  const RecordingRead read = reader(opened, std::move(facts), Trace.SimTrace, questions);
+  if (read.reading == Reading::Refused) return read.reading;
+  StoreRecording(read.facts);
+  if (read.reading == Reading::Emptied) LeaveNoTrace(read.kept);
+  return read.reading;
 }
 
-/// Puts the answers of a caller where the readers look for them.
-void StoreAnswers(const ReadAnswers& answers) {
-  Trace.RecordedSignal = answers.signal;
-  Trace.IntervalLine = answers.intervalMs ? 0 : 1;
-  Trace.TypedInterval = answers.intervalMs.value_or(0.0F);
-  if (answers.intervalMs) Model.ADInterval = *answers.intervalMs;  // also of an ATF file without times
-}
-
-/// Reads the first episode of the file at `path`. Nothing is to be shown of it unless Done.
-Outcome ReadNew(bool text, const std::string& path, const std::optional<ReadAnswers>& answers = {}) {
-  FormerFile former;
-  Trace.TraceFileName = path;
-  Trace.EpisodeIndex = 1;
-  if (answers) StoreAnswers(*answers);
-  const Reading reading = ReadInto(text, answers ? Questions::Answered : Questions::Asked);
-  if (reading == Reading::Refused) return Outcome::Refused;
-  former.Keep();
-  Trace.TraceIsText = text ? 1 : 0;
-  return reading == Reading::Done ? Outcome::Done : Outcome::Failed;
+/// Reads the first episode of the file at `path`, without a display.
+Outcome ReadNew(const OpenedRecording& opened, const std::string& path, bool text,
+                const std::optional<ReadAnswers>& answers = {}) {
+  RecordingFacts facts = StoredFacts();
+  facts.path = path;
+  facts.episode = 1;
+  if (answers) {
+    facts.signal = answers->signal;
+    facts.intervalLine = !answers->intervalMs;
+    facts.typedIntervalMs = answers->intervalMs.value_or(0.0F);
+    facts.intervalMs = answers->intervalMs.value_or(facts.intervalMs);  // also of an ATF file without times
+  }
+  const Questions questions = answers ? Questions::Answered : Questions::Asked;
+  switch (ReadInto(opened, std::move(facts), questions, text)) {
+    case Reading::Done:
+      return Outcome::Done;
+    case Reading::Emptied:
+      return Outcome::Failed;
+    default:
+      return Outcome::Refused;
+  }
 }
 
 /// Reads the file at `path` as a new recording.
 Outcome ReadRecording(const std::string& path, const std::optional<ReadAnswers>& answers = {}) {
-  const FileKind kind = KindOf(path);
-  if (kind == FileKind::Unreadable) {
+  const OpenedRecording opened = OpenRecordingFile(path, OpenAs::Recording);
+  if (opened.form == RecordingForm::Missing) {
     FileErrorPopup(FileOpenFailed);
     return Outcome::Refused;
   }
-  const bool text = kind == FileKind::Text;
+  const bool text = opened.form == RecordingForm::Text;
   if (text && !answers && !ConfirmPopup(ImportTitle, ImportQuestion)) return Outcome::Refused;
-  const Outcome outcome = ReadNew(text, path, answers);
+  const Outcome outcome = ReadNew(opened, path, text, answers);
   if (outcome != Outcome::Done) return outcome;
   BeginRecording();
   RecordingToCorrect.Tell();
@@ -118,10 +105,13 @@ Outcome ReadRecording(const std::string& path, const std::optional<ReadAnswers>&
   return outcome;
 }
 
-/// Reads the present episode again. False when it cannot be read; the trace then stays.
-bool ReloadEpisode() {
+/// Reads an episode of the present recording. When it cannot be read, returns false and keeps the trace.
+bool ReadEpisode(int episode) {
   if (Trace.TraceFileName.empty()) return false;
-  if (ReadInto(Trace.TraceIsText != 0, Questions::AsBefore) != Reading::Done) return false;
+  RecordingFacts facts = StoredFacts();
+  facts.episode = episode;
+  const OpenedRecording opened = OpenRecordingFile(facts.path, facts.text ? OpenAs::Text : OpenAs::Recording);
+  if (ReadInto(opened, facts, Questions::AsBefore, facts.text) != Reading::Done) return false;
   BeginRecording();
   RecordingToCorrect.Tell();
   RecordingTaken.Tell();
@@ -129,11 +119,6 @@ bool ReloadEpisode() {
 }
 
 }  // namespace
-
-bool BeginsLikeRecording(const std::string& path) {
-  const auto mark = MarkOf(path);
-  return mark && (*mark == "OBF" || *mark == "ABF" || *mark == "ATF");
-}
 
 Outcome TraceRead(const std::string& path) {
   return RefusedByAutosave() ? Outcome::Refused : ReadRecording(path);
@@ -149,9 +134,9 @@ Outcome TraceReadFile(const std::string& path, const std::optional<ReadAnswers>&
 
 Outcome ReadAsciiData(const std::string& path) {
   if (RefusedByAutosave()) return Outcome::Refused;
-  const Outcome outcome = ReadNew(true, path);
+  const Outcome outcome = ReadNew(OpenRecordingFile(path, OpenAs::Text), path, true);
   if (outcome != Outcome::Done) return outcome;
-  if (IsResult(Model.NumPoints)) {
+  if (Model.NumPoints > ResultAbove) {
     BeginRecording();
     ShowTrace();
     TellTraceCame();
@@ -165,7 +150,7 @@ Outcome ReadAsciiData(const std::string& path) {
 Outcome ReadWaveFile(const std::string& path) {
   if (RefusedByAutosave()) return Outcome::Refused;
   Trace.ParseRequested = 0;
-  const Outcome outcome = ReadNew(false, path);
+  const Outcome outcome = ReadNew(OpenRecordingFile(path, OpenAs::Recording), path, false);
   if (outcome != Outcome::Done) return outcome;
   BeginRecording();
   ShowTrace();
@@ -174,16 +159,16 @@ Outcome ReadWaveFile(const std::string& path) {
 }
 
 void TraceReloadEpisode() {
-  ReloadEpisode();
+  ReadEpisode(Trace.EpisodeIndex);
 }
 
 void GoToEpisode(int episode) {
   if (Trace.TraceFileName.empty()) return;
   const int former = Trace.EpisodeIndex;
-  Trace.EpisodeIndex = episode;
-  if (episode < 1) Trace.EpisodeIndex = Trace.EpisodeCount;
-  if (episode > Trace.EpisodeCount) Trace.EpisodeIndex = 1;
-  if (!ReloadEpisode()) {
+  int wanted = episode;
+  if (episode < 1) wanted = Trace.EpisodeCount;
+  if (episode > Trace.EpisodeCount) wanted = 1;
+  if (!ReadEpisode(wanted)) {
     Trace.EpisodeIndex = former;
     RecordingTaken.Tell();
     return;

@@ -1,6 +1,6 @@
 // Recorded traces: the choice of a reader, the episodes and their commands.
 //
-//   Reading       TraceRead  TraceReadFile  BinaryTraceRead  TextTraceRead  AbfDirectRead  ReadTextEpisodes
+//   Reading       TraceRead  TraceReadFile  BinaryTraceRead  AbfDirectRead  ReadTextEpisodes
 //                 ReadAsciiData  ReadWaveFile
 //   Episodes      TraceReloadEpisode  StepEpisode  GoToEpisode
 //   The trace     ParseTrace  EraseTrace
@@ -38,18 +38,11 @@ struct ReadAnswers {
 ///         trace. Refused and Failed show a message, except after a cancel
 Outcome TraceReadFile(const std::string& path, const std::optional<ReadAnswers>& answers = {});
 
-/// Returns whether the file begins with the mark of a recording: "ABF", "OBF" or "ATF".
-bool BeginsLikeRecording(const std::string& path);
-
 /// Reads episode `Trace.EpisodeIndex` of the recording (ABF or OBF) at `path` into `destination`, at most
 /// as many samples as it holds. Keeps the rest of `destination`. Writes the file fields of `Trace`,
 /// `Model.NumPoints` and `Model.ADInterval`. Changes nothing after a refusal.
 /// @return whether it read samples; false after a message or a cancel
 bool BinaryTraceRead(const std::string& path, std::span<float> destination);
-
-/// Reads a text recording (ATF or one number per line) into `destination`.
-/// @return 1 when more than 100 samples were read, else 0
-int TextTraceRead(std::span<float> destination, const std::string& path);
 
 /// Reads all episodes of the text recording in `Trace`, signal `Trace.RecordedSignal`, in one pass. When
 /// the file is no longer readable, shows a message and returns an empty result. A line that is not a row of

@@ -90,12 +90,12 @@ bool ChooseChannel(const MeasureOptions& options, Recording& recording, std::ost
 }
 
 int OpenAbf(const MeasureOptions& options, Recording& recording, std::ostream& err) {
-  std::string why;
-  recording.abf = OpenRecordingFile(options.file, why);
-  if (!recording.abf) {
-    err << options.file << ": " << why << '\n';
+  OpenedRecording opened = OpenRecordingFile(options.file);
+  if (!opened.file) {
+    err << options.file << ": " << opened.why << '\n';
     return JobFailed;
   }
+  recording.abf = std::move(opened.file);
   const RecordingAccount& account = recording.abf->Account();
   recording.sweeps = account.sweeps;
   if (!account.note.empty()) err << options.file << ": " << account.note << '\n';
@@ -133,9 +133,7 @@ int OpenRecording(const MeasureOptions& options, Recording& recording, std::ostr
 
 /// Reads a sweep into the trace. Its samples; 0 when the file does not hold them.
 int ReadAbfSweep(const Recording& recording, int sweep) {
-  const RecordingAccount& account = recording.abf->Account();
-  const auto place = static_cast<std::size_t>(sweep) - 1;
-  const int samples = account.lengths.empty() ? account.samples : account.lengths[place];
+  const int samples = recording.abf->SweepSamples(sweep);
   if (samples < 1 || samples > MaxStimPoints) return 0;
   const std::span<float> trace = Trace.SimTrace.first(static_cast<std::size_t>(samples));
   return recording.abf->Read(recording.channel, sweep, 0, trace) == trace.size() ? samples : 0;

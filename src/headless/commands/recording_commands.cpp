@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <ostream>
 
 #include "formats/abf/abf.h"
@@ -27,13 +29,22 @@ constexpr char UnequalSweeps[] =
     "or .abf";
 constexpr int Drug1 = 1;
 
-void WriteAccount(const std::string& path, const RecordingAccount& account, std::ostream& out) {
+/// The samples of each sweep, where they differ; else empty.
+std::vector<int> UnequalLengths(const RecordingFile& file) {
+  std::vector<int> lengths(static_cast<std::size_t>(file.Account().sweeps));
+  for (std::size_t s = 0; s < lengths.size(); ++s) lengths[s] = file.SweepSamples(static_cast<int>(s) + 1);
+  const bool differ =
+      std::adjacent_find(lengths.begin(), lengths.end(), std::not_equal_to<>()) != lengths.end();
+  return differ ? lengths : std::vector<int>{};
+}
+
+void WriteAccount(const std::string& path, const RecordingAccount& account, bool unequal, std::ostream& out) {
   out << path << "\n  Kind      " << account.kind;
   if (account.version > 0.0) out << FormatText(" %.2f", account.version);
   const bool timed = account.intervalMs > 0.0;
   out << "\n  Interval  " << (timed ? FormatText("%.6g ms", account.intervalMs) : "not told")
-      << "\n  Sweeps    " << account.sweeps << (account.lengths.empty() ? " of " : " of up to ")
-      << account.samples << " samples";
+      << "\n  Sweeps    " << account.sweeps << (unequal ? " of up to " : " of ") << account.samples
+      << " samples";
   if (timed) out << FormatText(" (%.6g ms)", account.samples * account.intervalMs);
   out << '\n';
   for (const RecordedInput& input : account.inputs) {
@@ -44,7 +55,7 @@ void WriteAccount(const std::string& path, const RecordingAccount& account, std:
   }
 }
 
-Json AccountJson(const std::string& path, const RecordingAccount& account) {
+Json AccountJson(const std::string& path, const RecordingAccount& account, const std::vector<int>& lengths) {
   Json json;
   json["file"] = path;
   json["kind"] = account.kind;
@@ -53,7 +64,7 @@ Json AccountJson(const std::string& path, const RecordingAccount& account) {
   json["interval"] = timed ? NumberJson(account.intervalMs) : Json(nullptr);
   json["sweeps"] = account.sweeps;
   json["samples"] = account.samples;
-  if (!account.lengths.empty()) json["samples_per_sweep"] = account.lengths;
+  if (!lengths.empty()) json["samples_per_sweep"] = lengths;
   json["length"] = timed ? NumberJson(account.samples * account.intervalMs) : Json(nullptr);
   json["channels"] = Json::array();
   for (const RecordedInput& input : account.inputs) {
@@ -63,6 +74,15 @@ Json AccountJson(const std::string& path, const RecordingAccount& account) {
                                 {"gain", NumberJson(input.gain)}});
   }
   return json;
+}
+
+/// Opens a file and completes its account. On failure returns nullptr and writes the reason to `why`.
+std::unique_ptr<RecordingFile> OpenWithAccount(const std::string& path, std::optional<double> intervalMs,
+                                               std::string& why) {
+  OpenedRecording opened = OpenRecordingFile(path);
+  why = opened.why;
+  if (opened.file != nullptr && !opened.file->CompleteAccount(intervalMs, why)) opened.file = nullptr;
+  return std::move(opened.file);
 }
 
 /// The sweeps of one input that are asked for, each cut and thinned.
@@ -203,7 +223,7 @@ int InfoCommand(const std::vector<std::string>& files, bool json, const JobStrea
   int status = JobDone;
   for (const std::string& path : files) {
     std::string why;
-    const auto file = OpenRecordingFile(path, why, intervalMs);
+    const auto file = OpenWithAccount(path, intervalMs, why);
     if (file == nullptr) {
       streams.err << path << ": " << why << '\n';
       status = JobFailed;
@@ -211,10 +231,11 @@ int InfoCommand(const std::vector<std::string>& files, bool json, const JobStrea
     }
     const RecordingAccount& account = file->Account();
     if (!account.note.empty()) streams.err << path << ": " << account.note << '\n';
+    const std::vector<int> lengths = UnequalLengths(*file);
     if (json) {
-      streams.out << JsonLine(AccountJson(path, account)) << '\n';
+      streams.out << JsonLine(AccountJson(path, account, lengths)) << '\n';
     } else {
-      WriteAccount(path, account, streams.out);
+      WriteAccount(path, account, !lengths.empty(), streams.out);
     }
   }
   return status;
@@ -232,7 +253,7 @@ int ConvertCommand(const ConvertOptions& options, const JobStreams& streams) {
     return JobFailed;
   }
   std::string why;
-  const auto file = OpenRecordingFile(options.in, why, options.intervalMs);
+  const auto file = OpenWithAccount(options.in, options.intervalMs, why);
   if (file == nullptr || !(file->Account().intervalMs > 0.0)) {
     const bool text =
         file != nullptr && (file->Account().kind == "single column" || file->Account().kind == "ATF");

@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "dwells/dwell_lists.h"
+#include "formats/recording_file.h"
 #include "headless/commands/job_settings.h"
 #include "headless/commands/run_summary.h"
 #include "headless/commands/single_channel_summary.h"
@@ -46,10 +47,10 @@ bool ApplyOptions(const SimulateOptions& options, std::ostream& err) {
 
 /// Takes the stimulus, its interval and its points from a file.
 bool ReadStimulus(const std::string& path, std::ostream& err) {
-  const auto head = StimFileHeadOf(path);
-  if (head) {  // what the file proposes holds before it is read, so that nothing is asked
-    Model.ADInterval = head->intervalMs;
-    Model.NumPoints = head->samples - 1;
+  if (const OpenedRecording opened = OpenRecordingFile(path, OpenAs::Stimulus); opened.file) {
+    // What the file proposes holds before it is read, so that nothing is asked.
+    Model.ADInterval = opened.file->Account().stimulus.intervalMs;
+    Model.NumPoints = opened.file->Account().samples - 1;
   }
   if (StimFileRead(path) != Outcome::Done) {
     err << path << ": no stimulus can be read from it\n";
