@@ -15,17 +15,17 @@ struct GraphColours {
   QColor frame;
 };
 
-/// The colours of a window's palette.
+/// Returns the colours of a window's palette.
 GraphColours ColoursOf(const QPalette& palette);
 
-/// Black on white, for pictures that go into papers.
+/// Returns black on white, for pictures that go into papers.
 GraphColours PaperColours();
 
-/// A colour of a record as it is to be seen on `colours.background`: black becomes the text colour, and a
-/// colour with too little contrast is made lighter or darker in its own hue.
+/// Returns a colour of a record in the form that is visible on `colours.background`: black becomes the text
+/// colour, and a colour with too little contrast becomes lighter or darker in its own hue.
 QColor VisibleColour(Colour colour, const GraphColours& colours);
 
-/// White or black, whichever reads better on a ground.
+/// Returns white or black, whichever reads better on a ground.
 QColor TextOn(const QColor& ground);
 
 }  // namespace zelvane

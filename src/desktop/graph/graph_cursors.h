@@ -1,4 +1,4 @@
-// The cursors of a graph: lines that one can grab.
+// The cursors of a graph: lines that the user can drag.
 #pragma once
 
 #include <qcustomplot.h>
@@ -12,8 +12,8 @@
 
 namespace zelvane {
 
-/// Draws the enabled cursors of a graph over its plots, and knows which one the mouse is at. While one is
-/// dragged it shows at the mouse, and the record keeps the former place until the drag ends.
+/// Draws the enabled cursors of a graph over its plots, and finds the one under the mouse. A dragged cursor
+/// shows at the mouse; the record keeps the old place until the drag ends.
 class GraphCursors : public QCPLayerable {
   Q_OBJECT
  public:
@@ -21,21 +21,23 @@ class GraphCursors : public QCPLayerable {
 
   void setColours(const GraphColours& colours) { colours_ = colours; }
 
-  /// Pairs of cursors with the stretch between them shaded in the colour of the first.
+  /// Sets pairs of cursors; the stretch between them is shaded in the colour of the first.
   void setBands(std::vector<std::pair<int, int>> bands) { bands_ = std::move(bands); }
 
-  /// Number of the cursor within reach of a pixel, or whose tag is there; 0 = none. Of several the nearest.
+  /// Returns the number of the cursor whose line or tag is within reach of a pixel, the nearest of several; 0
+  /// = no cursor.
   int at(const QPointF& pixel) const;
 
-  /// The dragged cursor shows here. `follows` puts it at the height of the plot that is nearest to the mouse.
+  /// Shows the dragged cursor at a pixel. `follows` puts it at the height of the plot that is nearest to the
+  /// mouse.
   void drag(int cursor, const QPointF& pixel, bool follows);
 
-  /// Ends a drag: MoveCursor to where it shows. The reason when it may not move now.
+  /// Ends a drag with MoveCursor to the place shown. Returns the reason when the cursor may not move now.
   Refusal drop();
   void cancel() { dragged_ = 0; }
   bool dragging() const { return dragged_ != 0; }
 
-  /// All cursors as they show.
+  /// Returns all cursors at the places where they show.
   std::vector<Cursor> shown() const;
 
  protected:
@@ -52,7 +54,7 @@ class GraphCursors : public QCPLayerable {
   GraphColours colours_;
   std::vector<std::pair<int, int>> bands_;
   int dragged_ = 0;  // number of the cursor
-  double x_ = 0.0;   // where it shows
+  double x_ = 0.0;   // where it shows, in coordinates of the plot
   double y_ = 0.0;
 };
 

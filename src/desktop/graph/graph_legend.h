@@ -13,10 +13,10 @@ struct LegendEntry {
   Sign sign;
   Colour colour;
   QString text;
-  QString numbers;  // of the cursors
+  QString numbers;  // numbers of the cursors
 };
 
-/// Signs with a word each, in as many lines as the width asks for.
+/// Shows each sign with a word, in as many lines as the width needs.
 class GraphLegend : public WrappingWidget {
   Q_OBJECT
  public:
@@ -30,10 +30,10 @@ class GraphLegend : public WrappingWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  static constexpr int LeastWidth = 140;  // pixels; takes each entry
+  static constexpr int LeastWidth = 140;  // pixels; every entry fits
 
   std::vector<LegendEntry> entries_;
-  std::vector<QPoint> places_;  // of the entries
+  std::vector<QPoint> places_;  // places of the entries
 };
 
 }  // namespace zelvane

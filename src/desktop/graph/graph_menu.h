@@ -7,7 +7,7 @@ namespace zelvane {
 
 class GraphWidget;
 
-/// A menu that acts on `graph` and is deleted when it closes.
+/// Returns a menu that acts on `graph` and is deleted when it closes.
 QMenu* NewGraphMenu(GraphWidget& graph);
 
 }  // namespace zelvane

@@ -12,8 +12,8 @@ namespace zelvane {
 
 class GraphWidget;
 
-/// Wheel zooms at the pointer (with Ctrl x alone, with Shift y alone), a drag pans, a drag of a cursor moves
-/// it, a double click shows all, the right button opens the menu.
+/// The wheel zooms at the pointer (with Ctrl x alone, with Shift y alone), a drag pans, a drag of a cursor
+/// moves it, a double click shows all, and the right button opens the menu.
 class GraphMouse : public QObject {
   Q_OBJECT
  public:
@@ -27,7 +27,7 @@ class GraphMouse : public QObject {
   bool wheel(const QWheelEvent& event);
   void showPointer(const QPointF& position);
 
-  /// A pan under way: where it began and what the picture showed then.
+  /// A pan under way: where it began and what the graph showed then.
   struct Pan {
     QPointF from;
     DataRange x;

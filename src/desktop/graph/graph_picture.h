@@ -13,8 +13,8 @@
 
 namespace zelvane {
 
-/// Draws all plots of one graph. What a picture of millions of samples rests on, a pyramid per plot, is built
-/// when a plot comes and kept for every pan and zoom after.
+/// Draws all plots of one graph. Millions of samples draw fast because each plot has a pyramid of minima and
+/// maxima, built when the plot is added and kept for all later pans and zooms.
 class GraphPicture : public QCPAbstractPlottable {
   Q_OBJECT
  public:
@@ -22,7 +22,7 @@ class GraphPicture : public QCPAbstractPlottable {
 
   void setColours(const GraphColours& colours) { colours_ = colours; }
 
-  /// Takes up what the record holds now. Before every replot: draw() rests on it.
+  /// Reads the plots that the record holds now. Call before every replot: draw() uses what sync() has read.
   void sync();
 
   double selectTest(const QPointF& pos, bool onlySelectable, QVariant* details) const override;
@@ -35,10 +35,10 @@ class GraphPicture : public QCPAbstractPlottable {
   void drawLegendIcon(QCPPainter* painter, const QRectF& rect) const override;
 
  private:
-  /// What is kept of a plot.
+  /// What is kept for each plot.
   struct Trace {
     Pyramid pyramid;
-    bool rising = false;  // x never falls, so that a stretch of x is a stretch of samples
+    bool rising = false;  // x never falls, so a stretch of x is a stretch of samples
   };
   /// Samples first..last - 1.
   struct Stretch {
@@ -47,9 +47,9 @@ class GraphPicture : public QCPAbstractPlottable {
     std::size_t count() const { return last - first; }
   };
 
-  /// What a plot does within one pixel column.
+  /// The drawing of a plot within one pixel column.
   struct Column {
-    QLineF extent;  // upright, from its largest value to its smallest
+    QLineF extent;  // vertical, from its largest value to its smallest
     QPointF end;    // the last sample
   };
 

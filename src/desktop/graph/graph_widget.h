@@ -25,14 +25,14 @@ class ZoomStripArea;
 ///   arrows            scroll by a tenth      + -          zoom x
 ///   Shift Page Up, Down   scroll by a page   Ctrl + -     zoom y
 ///   Home              show all               Ctrl arrow   move the cursor last moved
-///   Escape            let a dragged cursor go back
+///   Escape            return a dragged cursor
 class GraphWidget : public QWidget {
   Q_OBJECT
  public:
   explicit GraphWidget(Graph& graph, QWidget* parent = nullptr);
 
   /// Shows what the record holds now, at the next turn of the event loop. Cheap when little has changed:
-  /// plots are taken up when the record's revision rose.
+  /// plots are read again only when the record's revision rose.
   void refresh();
 
   Graph& graph() { return graph_; }
@@ -40,11 +40,11 @@ class GraphWidget : public QWidget {
   QCustomPlot& plot() { return *plot_; }
   GraphCursors& cursors() { return *cursors_; }
 
-  /// Whether a moved cursor takes the height of the trace.
+  /// Returns whether a moved cursor takes the height of the trace.
   bool cursorsFollow() const { return cursorsFollow_; }
   void setCursorsFollow(bool follow) { cursorsFollow_ = follow; }
 
-  /// The cursors whose places stand above the plot; empty = all.
+  /// Sets the cursors whose places show above the plot; empty = all.
   void setReadoutCursors(std::vector<int> cursors) { readoutCursors_ = std::move(cursors); }
 
   // -- What mouse, keys and menu do --

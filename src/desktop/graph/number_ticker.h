@@ -5,8 +5,8 @@
 
 namespace zelvane {
 
-/// Ticks at round numbers, labelled with as many decimals as their distance needs, at least `decimals`
-/// (-1 = as they come). The numbers are coordinate x gain, and it is they that are round.
+/// Puts ticks at round numbers and labels them with as many decimals as their distance needs, at least
+/// `decimals` (-1 = no minimum). A number is coordinate x gain; the numbers are round, not the coordinates.
 class NumberTicker : public QCPAxisTicker {
  public:
   void setDecimals(int decimals) { decimals_ = decimals; }
@@ -19,8 +19,8 @@ class NumberTicker : public QCPAxisTicker {
  private:
   int decimals_ = -1;
   double gain_ = 1.0;
-  double step_ = 1.0;  // of the numbers
-  double size_ = 1.0;  // of the largest tick
+  double step_ = 1.0;  // between the numbers of two ticks
+  double size_ = 1.0;  // the largest number
 };
 
 }  // namespace zelvane

@@ -7,14 +7,14 @@
 
 namespace zelvane {
 
-/// Draws a small graph record whose one line runs from the beginning to the end of the part, on an x axis as
-/// long as the whole: a bar with the part filled.
+/// Draws a small graph record as a bar with a filled part. The x axis of the record is as long as the whole,
+/// and its one line runs from the beginning to the end of the part.
 class PlaceBar : public QWidget {
   Q_OBJECT
  public:
   explicit PlaceBar(const Graph& graph, QWidget* parent = nullptr);
 
-  /// The part as drawn, widget coordinates; empty without one.
+  /// Returns the part as drawn, in widget coordinates; empty when there is no part.
   QRectF part() const;
 
   QSize sizeHint() const override { return {320, 18}; }

@@ -12,13 +12,13 @@ namespace zelvane {
 
 inline constexpr int ZoomBarThickness = 15;  // pixels
 
-/// A drag of the thumb scrolls; a press beside it pages, again and again while it is held.
+/// A drag of the thumb scrolls; a press beside it pages, and repeats while it is held.
 class ZoomBar : public QWidget {
   Q_OBJECT
  public:
   ZoomBar(Graph& graph, char axis, QWidget* parent);
 
-  /// The thumb as drawn, widget coordinates.
+  /// Returns the thumb as drawn, in widget coordinates.
   QRectF thumb() const;
 
  signals:
@@ -36,10 +36,10 @@ class ZoomBar : public QWidget {
   double length() const { return axis_ == 'x' ? width() : height(); }
   PlotArea area() const { return {static_cast<double>(width()), static_cast<double>(height())}; }
 
-  /// A drag of the thumb, pixels from where it began.
+  /// A drag of the thumb, in pixels from where it began.
   struct Grip {
-    double least = 0.0;  // at the start of the bar
-    double most = 0.0;   // at its end
+    double least = 0.0;  // with the thumb at the start of the bar
+    double most = 0.0;   // with the thumb at the end of the bar
     double moved = 0.0;
   };
 

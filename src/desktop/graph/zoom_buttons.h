@@ -8,8 +8,8 @@
 
 namespace zelvane {
 
-/// One press of a scroll button shifts the view, again and again while it is held; a span button acts on a
-/// click. `name` is that of ZoomButton ("xexpand" ... "down").
+/// A press of a scroll button shifts the view, and repeats while it is held; a span button acts on a click.
+/// `name` is that of ZoomButton ("xexpand" ... "down").
 class ZoomGraphButton : public QAbstractButton {
   Q_OBJECT
  public:

@@ -9,8 +9,8 @@
 
 namespace zelvane {
 
-/// Lies over the numbers of an axis, as long as the plot area, and lets them show through. A drag zooms the
-/// axis to the stretch passed over; a right click shows the strip's help.
+/// Lies over the numbers of an axis, as long as the plot area, and is transparent. A drag zooms the axis to
+/// the stretch that the mouse passed over; a right click shows the strip's help.
 class ZoomStripArea : public QWidget {
   Q_OBJECT
  public:
@@ -33,7 +33,7 @@ class ZoomStripArea : public QWidget {
 
   Graph& graph_;
   char axis_;
-  std::optional<double> start_;  // of the drag under way, pixels
+  std::optional<double> start_;  // where the drag began, pixels
   double end_ = 0.0;
 };
 

@@ -1,5 +1,4 @@
-// The page of the analysis: a response with its cursors and marks, what was measured of it, the results
-// table.
+// The page of the analysis: a response with its cursors and marks, its measures, the results table.
 #pragma once
 
 #include "desktop/pages/task_page.h"

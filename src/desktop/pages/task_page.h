@@ -24,9 +24,10 @@ class Settings;
 class SideForm;
 class TableWidget;
 
-/// A row of controls at the top, readouts, then parts with a splitter between them (a graph, a table, a
-/// drawing, each below a row of its own); at the right the column of settings with a row of buttons below. A
-/// page names its parts in its constructor, from top to bottom; what it adds here is shown anew by `refresh`.
+/// Shows a row of controls at the top, then readouts, then parts with a splitter between them (a graph, a
+/// table, a drawing, each below its own row of controls). At the right is the column of settings with a row
+/// of buttons below. A page names its parts in its constructor, from top to bottom; `refresh` shows the parts
+/// anew.
 class TaskPage : public QWidget {
   Q_OBJECT
  public:
@@ -34,18 +35,19 @@ class TaskPage : public QWidget {
 
   Panel& panel() { return panel_; }
 
-  /// Shows what the records hold; of graphs those that changed.
+  /// Shows what the records hold; redraws only the graphs in `changed`.
   void refresh(const std::set<Graph*>& changed);
 
-  /// All graphs of the page, for a page that comes to the front.
+  /// Returns all graphs of the page, for a page that comes to the front.
   std::set<Graph*> graphs() const { return {panel_.graphs.begin(), panel_.graphs.end()}; }
 
-  /// The column of settings: beside the parts, or in a narrow window a drawer over them.
+  /// Returns whether the column of settings is open: beside the parts, or in a narrow window a drawer over
+  /// them.
   bool settingsOpen() const;
   void openSettings(bool open);
 
  protected:
-  /// A part of the page: its row of controls, and room for a drawing below.
+  /// A part of the page: its row of controls, and the room below for a graph, table or drawing.
   struct Part {
     FlowRow* row;
     QWidget* content;
@@ -62,10 +64,10 @@ class TaskPage : public QWidget {
   // -- Parts --
   FlowRow& header() { return *header_; }
   ReadoutStrip& addStrip(std::span<const char* const> controls);
-  Part addPart(int share);  // of the page's height, against the other parts
+  Part addPart(int share);  // its part of the page's height, relative to the other parts
   GraphWidget& addGraph(const Part& part, Graph& graph);
   TableWidget& addTable(const Part& part, Table& table);
-  void finishParts();  // once all parts are in
+  void finishParts();  // call after the last addPart
   FormPage& form();
   QVBoxLayout& aboveForm() { return *aboveForm_; }
   FlowRow& foot() { return *foot_; }
@@ -77,13 +79,13 @@ class TaskPage : public QWidget {
   void add(FlowRow& row, std::initializer_list<const char*> controls);
   ControlWidget& addLabelled(FlowRow& row, const char* control, const QString& label);
   void addTitle(FlowRow& row, const QString& title);
-  void addFold(const Part& part, const QString& title);  // a title that folds the part down to its row
-  void addStepper(FlowRow& row, const EpisodeControls& controls);  // shown for several episodes
+  void addFold(const Part& part, const QString& title);  // adds a title that folds the part down to its row
+  void addStepper(FlowRow& row, const EpisodeControls& controls);  // shown when there are several episodes
 
-  /// What the page shows beside its parts, after them.
+  /// Shows what the page has beside its parts; called after them.
   virtual void refreshMore() {}
 
-  /// A right click beside all controls tells what the page is for.
+  /// Shows what the page is for when the right click is beside all controls.
   void contextMenuEvent(QContextMenuEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
@@ -94,7 +96,7 @@ class TaskPage : public QWidget {
 
   Panel& panel_;
   Settings& settings_;
-  QString key_;  // the settings' name of the page
+  QString key_;  // name of the page in the settings
   FlowRow* header_ = nullptr;
   QVBoxLayout* strips_ = nullptr;
   RememberedSplitter* parts_ = nullptr;
@@ -103,7 +105,7 @@ class TaskPage : public QWidget {
   FlowRow* foot_ = nullptr;
   DrawerFrame* frame_ = nullptr;
   QList<int> shares_;
-  std::vector<ControlWidget*> controls_;  // outside the form
+  std::vector<ControlWidget*> controls_;  // those outside the form
   std::vector<GraphWidget*> graphs_;
   std::vector<TableWidget*> tables_;
   std::vector<ReadoutStrip*> readoutStrips_;
@@ -115,11 +117,11 @@ struct TaskDecl {
   const char* panel = "";
   const char* title = "";    // in the side bar
   const char* icon = "";     // name of a drawing: ThemedIcon
-  const char* command = "";  // menu command that brings the task to the front
+  const char* command = "";  // menu command that brings the page to the front
   TaskPage* (*make)(Panel& panel, Settings& settings, QWidget* parent) = nullptr;
 };
 
-/// All tasks, in the order of the side bar.
+/// Returns all tasks, in the order of the side bar.
 std::span<const TaskDecl> Tasks();
 
 }  // namespace zelvane

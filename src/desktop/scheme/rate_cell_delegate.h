@@ -5,13 +5,13 @@
 
 namespace zelvane {
 
-/// Draws a rate with the mark of what it depends on at its left, and edits it.
+/// Draws a rate with a mark at its left that shows what the rate depends on, and edits the rate.
 class RateCellDelegate : public QStyledItemDelegate {
   Q_OBJECT
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
 
-  /// Where the mark of a cell is, so that a click on it can be told from one on the number.
+  /// Returns the place of a cell's mark, to tell a click on the mark from one on the number.
   static QRect markOf(const QRect& cell);
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;

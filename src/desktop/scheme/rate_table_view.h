@@ -13,10 +13,10 @@ namespace zelvane {
 class InlineEditor;
 class RateTableModel;
 
-/// The table of rates from each state (rows) to each other (columns). Typing or a double click edits a cell,
-/// a double click on a header its state's label. The mark at the left of a cell tells what its rate depends
-/// on and opens it, as does Ctrl+D. Ctrl+C and Ctrl+V exchange blocks with spreadsheets. A right click shows
-/// help.
+/// The table of rates from each state (rows) to each other (columns). Typing or a double click edits a cell;
+/// a double click on a header edits the label of its state. The mark at the left of a cell shows what its
+/// rate depends on; a click on the mark or Ctrl+D opens that setting. Ctrl+C and Ctrl+V exchange blocks with
+/// spreadsheets. A right click shows help.
 class RateTableView : public QWidget {
   Q_OBJECT
  public:

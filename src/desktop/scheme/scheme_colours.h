@@ -7,7 +7,7 @@
 
 namespace zelvane {
 
-/// Green of a rate that depends on the stimulus, on the ground of `palette`.
+/// Returns the green of a rate that depends on the stimulus, on the ground of `palette`.
 inline QColor DependentColour(const QPalette& palette) {
   const GraphColours colours = ColoursOf(palette);
   const bool dark = colours.background.lightness() < colours.text.lightness();

@@ -16,9 +16,9 @@ namespace zelvane {
 struct SchemeItem {
   enum class Kind { State, Menu, RateOn, RateOff, DependOn, DependOff, Kd };
   Kind kind = Kind::State;
-  int number = 0;  // of the state or link
+  int number = 0;  // number of the state or link
   QRectF rect;
-  Control* control = nullptr;  // what it shows, edits or presses
+  Control* control = nullptr;  // the control that it shows, edits or presses
 
   bool isRate() const { return kind == Kind::RateOn || kind == Kind::RateOff; }
   bool isBadge() const { return kind == Kind::DependOn || kind == Kind::DependOff; }
@@ -29,15 +29,15 @@ struct SchemeItem {
 /// The grid of states in a rectangle: boxes, arrows and numbers, in proportion to its size.
 class SchemeLayout {
  public:
-  /// Finds the controls of MainPanel, which must be there.
+  /// Finds the controls of MainPanel, which must exist.
   SchemeLayout();
 
-  /// Places everything as the controls stand now. Links that are not visible have no items.
+  /// Places everything by the present values of the controls. Links that are not visible have no items.
   void place(const QSizeF& size, const QFont& font);
 
   const std::vector<SchemeItem>& items() const { return items_; }  // in the order of the Tab key
   const SchemeItem* at(const QPointF& point) const;
-  const SchemeItem* find(const SchemeItem& item) const;  // the same item as it stands now
+  const SchemeItem* find(const SchemeItem& item) const;  // the same item as it is now
   QRectF box(int state) const;
   bool horizontal(int link) const;
   double scale() const { return scale_; }  // 1 = as designed, for about 700 by 360 pixels

@@ -12,10 +12,12 @@ namespace zelvane {
 
 class InlineEditor;
 
-/// The 20 states as boxes and the links between those that are on as pairs of arrows with their rates.
+/// Draws the 20 states as boxes, and each link between two states that are on as a pair of arrows with their
+/// rates.
 ///
-///   Mouse   A click on a box switches its state, on a rate edits it. On the mark beside a rate it opens what the
-///           rate depends on, on the triangle of a box the menu of the state. A right click shows help.
+///   Mouse   A click on a box switches its state, on a rate edits it, on the mark beside a rate opens what
+///           the rate depends on, and on the triangle of a box opens the menu of the state. A right click
+///           shows help.
 ///   Keys    Tab goes through states, rates and marks, arrows from state to state. Enter or F2 edits a rate or a
 ///           state's label, a digit edits a rate, Space switches a state or opens a dependence, Shift+F10 opens
 ///           the menu of the state, F1 shows help.
@@ -61,7 +63,7 @@ class SchemeView : public QWidget {
   InlineEditor* editor_;
   std::optional<SchemeItem> hovered_;
   std::optional<SchemeItem> pressed_;
-  SchemeItem current_;  // the one with the focus
+  SchemeItem current_;  // the item with the focus
 };
 
 }  // namespace zelvane

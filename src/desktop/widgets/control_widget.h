@@ -16,9 +16,9 @@ namespace zelvane {
 
 class ElidedLabel;
 
-/// Shows one control record and gives what the user does to the dispatcher. A number or text is entered by
-/// Enter or by leaving the field, Escape brings back what it held; a text that is refused stays to be mended,
-/// marked, with the reason as its tool tip, and the control keeps its value. A right click asks for the help.
+/// Shows one control record and passes the user's actions to the dispatcher. Enter or leaving the field
+/// enters a number or text; Escape restores the old one. A refused text stays in the field, marked, with the
+/// reason as its tool tip, and the control keeps its value. A right click asks for the help.
 class ControlWidget : public QWidget {
   Q_OBJECT
  public:
@@ -30,18 +30,19 @@ class ControlWidget : public QWidget {
 
   explicit ControlWidget(Control& control, QWidget* parent = nullptr, Look look = Look::Standard);
 
-  /// Shows what the record holds. What the user is typing stays. Cheap when nothing changed.
+  /// Shows what the record holds, and keeps what the user is typing. Cheap when nothing changed.
   void refresh();
 
   Control& control() { return control_; }
 
-  /// Whether the widget names its control itself, so that no label is needed beside it.
+  /// Returns whether the widget shows the name of its control, so that no label is needed beside it.
   bool namesItself() const { return check_ != nullptr || button_ != nullptr; }
 
-  /// In a dialog that a running command waits for, a value is only typed: the command reads it afterwards.
+  /// Sets whether a value is only typed. This is for a dialog that a running command waits for: the command
+  /// reads the value afterwards.
   void setTypesOnly(bool typesOnly) { typesOnly_ = typesOnly; }
 
-  /// A label that a form puts beside it: its right click asks for the help as well.
+  /// Makes a right click on a label, which a form puts beside the widget, ask for the help as well.
   void adopt(QLabel* label);
 
  protected:
@@ -80,7 +81,7 @@ class ControlWidget : public QWidget {
   bool typesOnly_ = false;
 };
 
-/// The control as it is best shown, by its kind and choices.
+/// Returns the look that suits a control, by its kind and choices.
 ControlWidget::Look LookOf(const Control& control);
 
 }  // namespace zelvane

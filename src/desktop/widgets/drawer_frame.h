@@ -1,4 +1,4 @@
-// A drawing with a column of settings at its right, which folds away.
+// A main part with a column of settings at its right, which folds away.
 #pragma once
 
 #include <QWidget>
@@ -10,15 +10,15 @@ namespace zelvane {
 class EdgeButton;
 class Settings;
 
-/// The column stands beside the main part, and the user sets its width. In a window below `DrawerBelow` it is a
-/// drawer: it lies over the main part once the user opens it by the button at the edge. Escape closes the
-/// drawer while nothing runs. Whether the column shows in a wide window, and its width, are kept in the settings.
+/// The column is beside the main part, and the user sets its width. In a window narrower than `DrawerBelow`
+/// it is a drawer: the button at the edge opens it over the main part. Escape closes the drawer while nothing
+/// runs. The settings keep the width of the column and whether it shows in a wide window.
 class DrawerFrame : public QWidget {
   Q_OBJECT
  public:
   static constexpr int DrawerBelow = 1100;  // pixels of the window's width
 
-  /// Takes both widgets; `key` is the settings' name of the page.
+  /// Takes over both widgets; `key` is the settings' name of the page.
   DrawerFrame(QWidget* main, QWidget* column, Settings& settings, const QString& key, QWidget* parent);
 
   bool isOpen() const;
@@ -39,7 +39,7 @@ class DrawerFrame : public QWidget {
 
   Settings& settings_;
   QString key_;
-  QSplitter* splitter_;  // the main part, and the column while it is no drawer
+  QSplitter* splitter_;  // the main part, and the column unless it is a drawer
   QWidget* main_;
   QWidget* column_;
   EdgeButton* edge_;

@@ -1,17 +1,18 @@
-// A text that gives way where it has no room.
+// A text that is shortened where it has no room.
 #pragma once
 
 #include <QLabel>
 
 namespace zelvane {
 
-/// Loses its middle where it has no room: a path must not widen the form or window around it.
+/// Leaves out the middle of its text where it has no room: a path must not widen the form or window around
+/// it.
 class ElidedLabel : public QLabel {
   Q_OBJECT
  public:
   using QLabel::QLabel;
 
-  /// Shows a text. The tool tip is `tip`, or without one the text where it is cut.
+  /// Shows a text. The tool tip is `tip`; when that is empty, it is the text where the text is cut.
   void showText(const QString& text, const QString& tip = {});
 
   QSize sizeHint() const override;

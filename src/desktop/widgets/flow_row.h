@@ -1,4 +1,4 @@
-// A row of widgets that goes on in further rows where the width ends.
+// A row of widgets that continues in further rows where the width ends.
 #pragma once
 
 #include <vector>
@@ -13,11 +13,12 @@ class FlowRow : public WrappingWidget {
  public:
   explicit FlowRow(QWidget* parent);
 
-  /// Appends a widget, which becomes a child of the row. A text or field that can be short gives way first;
-  /// hidden widgets take no room. A widget whose size policy expands takes the room that its line leaves over.
+  /// Appends a widget, which becomes a child of the row. Texts and fields that can be short are narrowed
+  /// first; hidden widgets take no room. A widget whose size policy expands takes the room that its line
+  /// leaves over.
   void add(QWidget* widget);
 
-  /// Moves what is added from here on to the right edge of its row.
+  /// Moves the widgets added after this call to the right edge of their row.
   void addStretch() { atRight_ = true; }
 
   void setGap(int pixels) { gap_ = pixels; }
@@ -31,7 +32,7 @@ class FlowRow : public WrappingWidget {
  private:
   struct Item {
     QWidget* widget;
-    bool atRight;  // the room that its line leaves over lies before it and its like
+    bool atRight;  // the spare room of its line lies to the left of all these items
   };
   using Line = std::vector<Item>;
 

@@ -5,11 +5,11 @@
 
 namespace zelvane {
 
-/// A title with an arrow; down (checked) while what it heads is open.
+/// A title with an arrow, which points down (checked) while the part below it is open.
 class FoldButton : public QToolButton {
   Q_OBJECT
  public:
-  /// Without a title only the arrow shows.
+  /// With an empty title shows only the arrow.
   FoldButton(const QString& title, QWidget* parent);
 
  protected:

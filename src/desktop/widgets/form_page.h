@@ -15,8 +15,8 @@ class ControlWidget;
 class FoldButton;
 class Settings;
 
-/// Sections under titles, in them lines of a label and its field; all labels and all fields of the form are
-/// aligned.
+/// Shows sections under titles, with lines of a label and its field; all labels and all fields of the form
+/// are aligned.
 class FormPage : public QWidget {
   Q_OBJECT
  public:
@@ -24,11 +24,11 @@ class FormPage : public QWidget {
 
   void addSection(const FormSection& section);
 
-  /// A click on the title of a section added from here on folds it. What is folded is kept under `key` of the
-  /// settings.
+  /// Makes the sections that are added after this call fold by a click on their title. The settings keep
+  /// under `key` which are folded.
   void setFolds(Settings& settings, const QString& key);
 
-  /// Sections in which everything is dimmed go out of sight.
+  /// Sets whether a section in which everything is dimmed is hidden.
   void setHidesDimmed(bool hides) { hidesDimmed_ = hides; }
 
   /// Shows what the records hold.

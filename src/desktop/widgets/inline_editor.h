@@ -7,19 +7,19 @@
 
 namespace zelvane {
 
-/// Edits one control: Enter, Tab or leaving the field takes the text, Escape lets it be. A refused text stays
-/// in the field, marked, with the reason as its tool tip; the control keeps its value. The field of a text
-/// that was taken or let be hides.
+/// Edits one control: Enter, Tab or leaving the field enters the text, Escape leaves the value as it was; the
+/// field then hides. A refused text stays in the field, marked, with the reason as its tool tip; the control
+/// keeps its value.
 class InlineEditor : public QLineEdit {
   Q_OBJECT
  public:
   explicit InlineEditor(QWidget* parent);
 
-  /// Opens over `place` (grown to a useful width) with the control's value to full precision, selected; with
-  /// `typed` it holds that instead, as after a first key.
+  /// Opens over `place` (widened to a useful width) with the control's value to full precision, selected. A
+  /// `typed` text shows instead of the value, as after a first key.
   void open(Control& control, const QRect& place, const QString& typed = {});
 
-  /// The control being edited; nullptr while hidden.
+  /// Returns the control being edited; nullptr while the field is hidden.
   Control* control() const { return isVisible() ? control_ : nullptr; }
 
  signals:

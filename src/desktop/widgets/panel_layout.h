@@ -19,18 +19,18 @@ struct FormSection {
   int columns = 1;  // rows run down each column in turn
 };
 
-/// The sections of a panel in their order. Controls that no layout names follow in sections of their own, by
-/// group; buttons are left out.
+/// Returns the sections of a panel in their order, without its buttons. Controls that no layout names follow
+/// in sections by group.
 std::vector<FormSection> SectionsOf(const Panel& panel);
 
-/// Only the sections that the layout of a panel names.
+/// Returns only the sections that the layout of a panel names.
 std::vector<FormSection> NamedSections(const Panel& panel);
 
-/// Buttons of a panel that no section names, in their order.
+/// Returns the buttons of a panel that no section names, in their order.
 std::vector<Control*> ButtonsOf(const Panel& panel);
 
-/// Words of all layouts that name no control ("MainPanel NumPoint"), and names of panels that do not exist. Once
-/// the program has come up there is none.
+/// Returns the words of all layouts that name no control ("MainPanel NumPoint"), and names of panels that do
+/// not exist. Empty once the program has started, unless a layout has a mistake.
 std::vector<std::string> LayoutFaults();
 
 }  // namespace zelvane

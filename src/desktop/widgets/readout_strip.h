@@ -11,15 +11,15 @@ class QLabel;
 
 namespace zelvane {
 
-/// Readouts of one width in as many rows as the strip's width asks for: the name small, the value large below
-/// it. A right click on one asks for its help.
+/// Shows readouts of one width in as many rows as the strip's width needs: the name small, the value large
+/// below it. A right click on a readout asks for its help.
 class ReadoutStrip : public WrappingWidget {
   Q_OBJECT
  public:
-  /// The controls by name.
+  /// Takes the names of the controls.
   ReadoutStrip(std::span<const char* const> controls, QWidget* parent);
 
-  /// Shows what the records hold; a value that is not there as a dash.
+  /// Shows what the records hold; a missing value as a dash.
   void refresh();
 
   /// Shows or hides the readouts from place `first`, counted from 0, to the last.

@@ -7,14 +7,14 @@ namespace zelvane {
 
 class Settings;
 
-/// Shows a grip on each handle. Keeps the sizes of its parts under a key of the settings; a window of another
-/// size shares its room in the same proportions.
+/// Shows a grip on each handle. The settings keep the sizes of the parts under a key; a window of another
+/// size divides its room in the same proportions.
 class RememberedSplitter : public QSplitter {
   Q_OBJECT
  public:
   RememberedSplitter(Qt::Orientation orientation, Settings& settings, QString key, QWidget* parent);
 
-  /// Gives the parts the remembered sizes, or else `sizes`. Once all parts are in.
+  /// Gives the parts the remembered sizes, or else `sizes`. Call after the last part was added.
   void restore(const QList<int>& sizes);
 
  protected:

@@ -11,8 +11,8 @@ namespace zelvane {
 
 class Settings;
 
-/// The named sections of a panel as one form that scrolls when the window is low; a button over its lower
-/// edge then tells that there is more, and goes there.
+/// Shows the named sections of a panel as one form that scrolls when the window is low. A button over its
+/// lower edge then shows that there is more, and scrolls to it.
 class SideForm : public QScrollArea {  // zelvane::Panel: a QFrame has a Panel of its own
   Q_OBJECT
  public:

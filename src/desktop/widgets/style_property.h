@@ -7,7 +7,7 @@
 
 namespace zelvane {
 
-/// Sets a property of a widget that is on display and applies the rules of the style sheet that ask for it.
+/// Sets a property of a visible widget and applies the rules of the style sheet that depend on the property.
 inline void SetStyleProperty(QWidget* widget, const char* name, const QVariant& value) {
   if (widget->property(name) == value) return;
   widget->setProperty(name, value);

@@ -8,22 +8,22 @@
 
 namespace zelvane {
 
-/// The cells of a table record; an edited cell goes to the dispatcher.
+/// The cells of a table record; passes an edited cell to the dispatcher.
 class TableRecordModel : public QAbstractTableModel {
   Q_OBJECT
  public:
   TableRecordModel(Table& table, QObject* parent);
 
-  /// Takes up what the record holds now.
+  /// Reads what the record holds now.
   void refresh();
 
-  /// Significant digits that a cell shows; 0 = all that the record holds.
+  /// Sets the significant digits that a cell shows; 0 = all that the record holds.
   void setDigits(int digits) { digits_ = digits; }
 
-  /// Whether a row, from 1, holds anything; one that does not shows its first column alone.
+  /// Sets the test of whether a row, from 1, holds anything. An empty row shows only its first column.
   void setFilled(bool (*filled)(int row)) { filled_ = filled; }
 
-  /// Text of a cell, rows and columns from 1, with all its digits.
+  /// Returns the text of a cell, rows and columns from 1, with all its digits.
   QString text(int row, int column) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -42,8 +42,8 @@ class TableRecordModel : public QAbstractTableModel {
   bool (*filled_)(int row) = nullptr;
 };
 
-/// Ctrl+C copies the selected block with tabulators between columns; a right click shows the help. A click on
-/// a cell of a table that is only read goes to the record, of one that is edited a double click.
+/// Ctrl+C copies the selected block with tabulators between columns; a right click shows the help. The record
+/// receives a click on a cell of a table that is only read, and a double click on one that can be edited.
 class TableWidget : public QTableView {
   Q_OBJECT
  public:
@@ -51,7 +51,7 @@ class TableWidget : public QTableView {
 
   void refresh();
 
-  /// As of the model.
+  /// Sets the digits of the model.
   void setDigits(int digits);
   void setFilled(bool (*filled)(int row)) { model_->setFilled(filled); }
 

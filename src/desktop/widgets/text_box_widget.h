@@ -12,7 +12,7 @@ class TextBoxWidget : public QPlainTextEdit {
  public:
   explicit TextBoxWidget(TextBox& box, QWidget* parent = nullptr);
 
-  /// Takes up what the record holds now; the newest line stays in view.
+  /// Reads what the record holds now; the newest line stays in view.
   void refresh();
 
   QSize sizeHint() const override;

@@ -18,42 +18,42 @@ namespace zelvane {
 class Settings;
 
 /// Fills the FrontEnd of the program with Qt dialogs. Collects changes of records and sends one signal for
-/// all of them at the next turn of the event loop.
+/// all changes at the next turn of the event loop.
 class DesktopFrontEnd : public QObject {
   Q_OBJECT
  public:
   explicit DesktopFrontEnd(Settings& settings);
 
-  /// The functions; they hold this object, which must outlive them.
+  /// Returns the functions. They keep a pointer to this object, which must outlive them.
   FrontEnd functions();
 
-  /// Parent of all dialogs from here on.
+  /// Sets the parent of all later dialogs.
   void setWindow(QWidget* window) { window_ = window; }
 
-  /// A script runs the program: nothing may wait for the user. A modal dialog shows what the script has
-  /// filled in and goes again.
+  /// Sets whether a script runs the program. Nothing then waits for the user: a modal dialog shows what the
+  /// script has filled in and closes.
   void setUnattended(bool unattended) { unattended_ = unattended; }
 
-  /// Something changed that no record tells.
+  /// Asks for a refresh after a change that no record reports.
   void scheduleRefresh();
 
-  /// Sends what has gathered, now.
+  /// Sends the collected changes at once.
   void refreshNow();
 
-  /// A panel that runs modally at this moment.
+  /// Returns whether a panel runs modally at this moment.
   bool runsModally(const Panel& panel) const { return modal_.contains(&panel); }
 
   std::function<bool(int topic)> openHelp;  // false = no such page
-  std::function<void()> modalShown;         // a script's modal dialog shows, filled in
+  std::function<void()> modalShown;         // called when a script's modal dialog shows, filled in
 
-  /// Runs the lines of a script against the window and writes the events as objects, one a line. The program that
-  /// opens the window sets it: the command language is no part of this folder.
+  /// Runs the lines of a script against the window and writes the events as objects, one a line. The program
+  /// that opens the window sets it, because the command language is not part of this folder.
   std::function<void(std::istream& script, std::ostream& events)> playScript;
 
  signals:
   void recordsChanged(const std::set<zelvane::Graph*>& graphs);
   void progressed(double fraction, const QString& text);
-  void breathed(double fraction);  // some 15 times a second while a run computes
+  void breathed(double fraction);  // about 15 times a second while a run computes
   void printWanted(zelvane::Panel* panel);
 
  private:

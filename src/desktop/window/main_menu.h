@@ -12,25 +12,26 @@ class QMenu;
 
 namespace zelvane {
 
-/// Enters what the user is typing: a command by key or tool button takes no focus, and would pass it over.
+/// Enters what the user is typing. A command by key or tool button takes no focus, so the text would
+/// otherwise not be entered.
 void FinishTyping();
 
-/// Builds a menu bar from the program's menu records; a path names the place, "File/Print...".
+/// Builds a menu bar from the program's menu records; a path gives the place, "File/Print...".
 class MainMenu : public QObject {
   Q_OBJECT
  public:
   explicit MainMenu(QMenuBar* bar);
 
-  /// The menu of a title, made where it is due in the order of the bar.
+  /// Returns the menu of a title; makes a new one at its place in the order of the bar.
   QMenu* menu(const QString& title);
 
-  /// The action of a menu command; nullptr where the program has no such command.
+  /// Returns the action of a menu command; nullptr when the program has no such command.
   QAction* action(std::string_view command) const;
 
-  /// Gives every entry a letter of its own. Once all entries are there.
+  /// Gives every entry a letter of its own. Call after the last entry was added.
   void assignMnemonics();
 
-  /// Enables what can be done now.
+  /// Enables the entries that can be used now.
   void refresh();
 
  private:

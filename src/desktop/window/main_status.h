@@ -20,10 +20,10 @@ class MainStatus : public QStatusBar {
   /// Shows what the records hold.
   void refresh();
 
-  /// `fraction` from 0 to 1; below 0 there is nothing to show.
+  /// Shows progress: `fraction` from 0 to 1; below 0 hides it.
   void showProgress(double fraction, const QString& text);
 
-  /// The part that is done and the seconds since it began.
+  /// Shows the fraction done and the seconds since the operation began.
   void showFraction(double fraction);
 
  signals:
@@ -31,13 +31,13 @@ class MainStatus : public QStatusBar {
 
  private:
   ElidedLabel* file_;
-  ElidedLabel* data_;  // name of the recording on display; hidden without one
+  ElidedLabel* data_;  // name of the recording on display; hidden when there is no recording
   QLabel* length_;
   QLabel* form_;
   QProgressBar* progress_;
   QPushButton* stop_;
   QString runText_;
-  QElapsedTimer sinceStart_;  // of what the progress is of; invalid when nothing runs
+  QElapsedTimer sinceStart_;  // since the operation began; invalid when nothing runs
 };
 
 }  // namespace zelvane

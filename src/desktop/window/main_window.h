@@ -28,17 +28,17 @@ struct TaskDecl;
 class MainWindow : public QMainWindow {
   Q_OBJECT
  public:
-  /// The application has come up (StartApplication) and `frontEnd` shows it.
+  /// Shows a started program (StartApplication) through `frontEnd`.
   MainWindow(DesktopFrontEnd& frontEnd, Settings& settings);
   ~MainWindow() override;
 
-  /// Shows what the records hold; of graphs those that changed.
+  /// Shows what the records hold; redraws only the graphs in `changed`.
   void refresh(const std::set<Graph*>& changed);
 
-  /// The page in front.
+  /// Returns the page in front.
   TaskPage* page() const;
 
-  /// Dialogs that show at this moment.
+  /// Returns the dialogs that show at this moment.
   std::vector<PanelDialog*> openDialogs() const;
 
   /// Runs a script of the command language in this window. Shows its failures at the end.
@@ -88,8 +88,8 @@ class MainWindow : public QMainWindow {
   std::vector<Task> tasks_;
   std::map<Panel*, PanelDialog*> dialogs_;
   std::unique_ptr<HelpWindow> help_;
-  std::string modelFile_;  // the one that the title shows
-  std::string traceFile_;  // recording read last
+  std::string modelFile_;  // the file that the title shows
+  std::string traceFile_;  // the recording that was read last
   bool closing_ = false;   // the window closes once the run has stopped
 };
 

@@ -18,9 +18,9 @@ class PlaceBar;
 class TableWidget;
 class TextBoxWidget;
 
-/// Text boxes, sections of controls, tables and graphs of a panel from top to bottom, its buttons below.
-/// Closing the dialog is the panel's own close event. A modal one has OK and Cancel in place of a close
-/// event.
+/// Shows text boxes, sections of controls, tables and graphs of a panel from top to bottom, with its buttons
+/// below. Closing the dialog is the panel's own close event. A modal dialog has OK and Cancel instead of a
+/// close event.
 class PanelDialog : public QDialog {
   Q_OBJECT
  public:
@@ -30,7 +30,7 @@ class PanelDialog : public QDialog {
 
   Panel& panel() { return panel_; }
 
-  /// Shows what the records hold; of graphs those that changed.
+  /// Shows what the records hold; redraws only the given graphs.
   void refresh(const std::set<Graph*>& graphs);
 
  protected:
@@ -53,7 +53,7 @@ class PanelDialog : public QDialog {
   std::vector<TextBoxWidget*> textBoxes_;
   std::vector<TableWidget*> tables_;
   std::vector<GraphWidget*> graphs_;
-  PlaceBar* place_ = nullptr;  // in place of a graph that shows where a part lies
+  PlaceBar* place_ = nullptr;  // instead of a graph that shows where a part lies
 };
 
 }  // namespace zelvane

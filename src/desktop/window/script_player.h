@@ -7,8 +7,8 @@ namespace zelvane {
 
 class DesktopFrontEnd;
 
-/// Plays the script of a file. The script answers instead of the user. At its end a message lists refused and
-/// unknown commands.
+/// Plays the script of a file. The script answers questions instead of the user. At the end a message lists
+/// refused and unknown commands.
 void PlayScript(const QString& path, DesktopFrontEnd& frontEnd);
 
 }  // namespace zelvane

@@ -10,23 +10,23 @@ namespace zelvane {
 
 enum class Theme { System, Light, Dark };
 
-/// "light", "dark" or "system"; nothing for another word.
+/// Returns the theme named "light", "dark" or "system"; nullopt for another word.
 std::optional<Theme> ThemeNamed(const QString& word);
 QString ThemeWord(Theme theme);
 
-/// Dresses the application. System takes the side that the desktop's own palette is on.
+/// Sets colours and style of the application. System is light or dark as the desktop's own palette is.
 void ApplyTheme(Theme theme);
 
 bool IsDark();
 
-/// Colour of marks and of what is selected.
+/// Returns the colour of marks and of what is selected.
 QColor AccentColour();
 
-/// Colour of a text that was refused.
+/// Returns the colour of a refused text.
 QColor RefusedColour();
 
-/// A drawing in the colours of the theme: "model", "stimulus", "analysis", "rscm", "run", "stop", "open",
-/// "save", "undo", "redo". A name without a drawing gives a plain disc.
+/// Returns a drawing in the colours of the theme: "model", "stimulus", "analysis", "rscm", "run", "stop",
+/// "open", "save", "undo", "redo". For any other name returns a plain disc.
 QIcon ThemedIcon(const QString& name);
 
 }  // namespace zelvane

@@ -11,7 +11,7 @@ struct ExampleModel {
   QString title;
 };
 
-/// The model files of a folder, by name, with the title that stands in each.
+/// Returns the model files of a folder, sorted by name, with the title that each file holds.
 std::vector<ExampleModel> ExampleModels(const QString& folder);
 
 class Welcome : public QDialog {
