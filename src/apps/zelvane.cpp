@@ -62,7 +62,7 @@ void AddOptions(CLI::App& app, Arguments& arguments) {
   app.add_option("FILE", arguments.start.files, "files to open")->type_name("");
 }
 
-/// Parts of "1280x720"; wrong usage is told by an exception of the parser.
+/// Returns the parts of "1280x720". On wrong usage throws an exception of the parser.
 QSize SizeOf(const std::string& text) {
   const QStringList parts = ToQt(text).split('x');
   const QSize size(parts.value(0).toInt(), parts.value(1).toInt());
@@ -126,7 +126,7 @@ class Desktop {
     return grab() ? status : JobFailed;
   }
 
-  /// Ends with a picture of what shows: once all files are read, or while one of them waits for an answer.
+  /// Ends with a picture of what shows: when all files are read, or while one of them waits for an answer.
   void grabAndEnd() {
     QTimer::singleShot(0, window_.get(), [this] {
       if (Screen.busy > 0 && QApplication::activeModalWidget() == nullptr) return grabAndEnd();
@@ -139,7 +139,7 @@ class Desktop {
     SetFrontEnd(frontEnd_.functions());
     const bool grabs = !arguments_.grabFolder.empty();
     StartOptions options = arguments_.start;
-    options.shown = [this, grabs] {  // what the files ask and tell has the window behind it
+    options.shown = [this, grabs] {  // questions about the files then have the window behind them
       openWindow();
       if (arguments_.welcome) window_->showWelcome();
       if (grabs) grabAndEnd();
@@ -163,8 +163,8 @@ class Desktop {
   std::optional<bool> grabbed_;  // whether the pictures could be written, once they were taken
 };
 
-/// Without a display a script still gets its window, in memory; a user is told in place of the toolkit's
-/// abort.
+/// Returns whether there is a display, or a script, which without a display gets a window in memory. On
+/// failure the caller shows a message, because the toolkit would abort.
 bool FindDisplay(std::span<char*> arguments) {
 #if defined(__linux__)
   for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {

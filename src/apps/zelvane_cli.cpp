@@ -81,7 +81,7 @@ constexpr char ModelFooter[] =
     "  zelvane-cli model --upgrade old.mod new.mod\n"
     "reads old.mod in any of the four formats and writes new.mod in the newest format.";
 
-/// Set by Ctrl-C; a run looks at it when it lets user events through, a writer between the parts of a file.
+/// Set by Ctrl-C. A run reads it when it lets user events through, a writer between the parts of a file.
 std::atomic<bool> StopAsked{false};
 static_assert(std::atomic<bool>::is_always_lock_free);  // a signal handler may write it
 
@@ -106,7 +106,7 @@ struct ModelArguments {
   bool json = false;
 };
 
-/// The three seeds of a `--seed`; wrong usage is told by an exception of the parser.
+/// Returns the three seeds of a `--seed`. On wrong usage throws an exception of the parser.
 std::optional<Seeds> SeedsOf(const std::string& text) {
   if (text.empty()) return std::nullopt;
   const auto seeds = ParseSeeds(text);
@@ -136,7 +136,7 @@ int RunModelCommand(const ModelArguments& arguments) {
   return ModelCommand(arguments.files[0], arguments.json, Streams());
 }
 
-/// One of a few words.
+/// Adds an option that takes one of a few words.
 CLI::Option* AddWords(CLI::App& app, const char* name, std::string& value,
                       const std::vector<std::string>& words, const char* help) {
   std::string list;
@@ -144,7 +144,7 @@ CLI::Option* AddWords(CLI::App& app, const char* name, std::string& value,
   return app.add_option(name, value, help)->check(CLI::IsMember(words).description(""))->type_name(list);
 }
 
-/// Position of a word among others that hold it.
+/// Returns the position of `word` in `words`, which must hold it.
 int IndexOf(const std::vector<std::string>& words, const std::string& word) {
   return static_cast<int>(std::find(words.begin(), words.end(), word) - words.begin());
 }
@@ -163,7 +163,7 @@ CLI::App* AddDrive(CLI::App& app, DriveArguments& arguments) {
   return drive;
 }
 
-/// What the words of `simulate` stand for is settled after the parse.
+/// The options of `simulate` as words; they are converted after the parse.
 struct SimulateArguments {
   SimulateOptions options;
   std::string simulator;
@@ -176,7 +176,7 @@ constexpr int SimulatorCodes[] = {FixedStepIntegrator, AdaptiveIntegrator, Monte
 const std::vector<std::string> UnitWords = {"channels", "pS", "pA", "probability"};
 constexpr int UnitCodes[] = {UnitsChannels, UnitsConductance, UnitsCurrent, UnitsProbability};
 
-/// Why a word is no time between points; empty when it is one. It is kept as a 32-bit float.
+/// Returns why a word is not a time between points, or an empty string. The time is kept as a 32-bit float.
 std::string IntervalFault(const std::string& word) {
   const auto intervalMs = ParseNumber(word);
   const bool good = intervalMs && static_cast<float>(*intervalMs) > 0.0F &&
@@ -251,7 +251,7 @@ CLI::App* AddModel(CLI::App& app, ModelArguments& arguments) {
   return model;
 }
 
-/// Why a word is no time in the stimulus; empty when it is one.
+/// Returns why a word is not a time in the stimulus, or an empty string.
 std::string TimeFault(const std::string& word) {
   const auto timeMs = ParseNumber(word);
   return timeMs && *timeMs >= 0.0 && *timeMs < 1e30 ? "" : word + " is not a time of 0 ms or more";
@@ -311,7 +311,7 @@ CLI::App* AddConvert(CLI::App& app, ConvertOptions& options) {
   return convert;
 }
 
-/// What the words of `measure` stand for is settled after the parse.
+/// The options of `measure` as words; they are converted after the parse.
 struct MeasureArguments {
   MeasureOptions options;
   std::string sweeps;

@@ -10,8 +10,8 @@ namespace zelvane {
 namespace {
 
 constexpr double Reach = 6.0;       // pixels to both sides of a cursor's line
-constexpr double MarkLength = 7.0;  // pixels, of the cross at a cursor's height
-constexpr double TagHeight = 14.0;  // pixels, of the number at its top
+constexpr double MarkLength = 7.0;  // pixels; cross at a cursor's height
+constexpr double TagHeight = 14.0;  // pixels; number at the top of a cursor
 constexpr int BandOpacity = 30;     // of 255
 
 }  // namespace
@@ -36,7 +36,7 @@ int GraphCursors::at(const QPointF& pixel) const {
   return nearest;
 }
 
-/// Height of the plot that passes nearest to (x, y).
+/// Returns the height of the plot that passes nearest to (x, y).
 std::optional<double> GraphCursors::heightNear(double x, double y) const {
   std::optional<double> nearest;
   for (const Plot& plot : graph_.plots) {
@@ -77,8 +77,8 @@ QRect GraphCursors::clipRect() const {
   return mParentPlot->axisRect()->rect();
 }
 
-/// Where the numbers of the cursors stand, empty for one that does not show. Those of cursors that stand
-/// close hang below each other, so that each can be grabbed.
+/// Returns the rectangles of the cursors' numbers, empty for a cursor that does not show. The numbers of
+/// close cursors are below one another, so that the mouse can reach each of them.
 std::vector<QRectF> GraphCursors::tags(const std::vector<Cursor>& cursors) const {
   const QRectF area = clipRect();
   std::vector<QRectF> places(cursors.size());
@@ -96,7 +96,7 @@ std::vector<QRectF> GraphCursors::tags(const std::vector<Cursor>& cursors) const
   return places;
 }
 
-/// The stretch between two cursors, as far as it is in view. Cursors beyond the view are hidden, not off.
+/// Draws the visible part of the stretch between two cursors. Cursors beyond the view are hidden, not off.
 void GraphCursors::drawBand(QCPPainter* painter, const Cursor& from, const Cursor& to) const {
   const QRectF area = clipRect();
   const double left = std::max(mParentPlot->xAxis->coordToPixel(from.x), area.left());

@@ -14,7 +14,7 @@ namespace {
 
 constexpr double PointsPerPixel = 72.0 / 96.0;
 
-/// Draws the plot on a device of lines and letters.
+/// Draws the plot on a device that takes lines and letters.
 void DrawVectors(QCustomPlot& plot, QPaintDevice& device) {
   QCPPainter painter;
   painter.begin(&device);

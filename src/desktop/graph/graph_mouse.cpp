@@ -11,7 +11,7 @@ namespace {
 
 constexpr double DragThreshold = 3.0;    // pixels; a shorter movement is a click
 constexpr double ZoomPerNotch = 0.8;     // factor of the span for one notch of the wheel
-constexpr double UnitsPerNotch = 120.0;  // of QWheelEvent::angleDelta
+constexpr double UnitsPerNotch = 120.0;  // units of QWheelEvent::angleDelta
 
 }  // namespace
 
@@ -57,7 +57,7 @@ bool GraphMouse::move(const QMouseEvent& event) {
   const QPointF way = event.position() - pressed_;
   const bool far = std::hypot(way.x(), way.y()) >= DragThreshold;
   if (cursor_ != 0) {
-    const bool gone = dragged_ && !widget_.cursors().dragging();  // Escape let it go back
+    const bool gone = dragged_ && !widget_.cursors().dragging();  // Escape returned it
     if (!gone && (far || dragged_)) widget_.dragCursor(cursor_, event.position());
     dragged_ = dragged_ || far;
   } else if (pan_) {

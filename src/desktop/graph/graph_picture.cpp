@@ -9,22 +9,22 @@
 namespace zelvane {
 namespace {
 
-constexpr double LineWidth = 1.25;           // pixels, of a line that is drawn smoothly
+constexpr double LineWidth = 1.25;           // pixels; a line that is drawn smoothly
 constexpr double VectorColumnsPerPixel = 4;  // columns of a picture for print
 constexpr std::size_t MostMarks = 20'000;    // points or crosses; more are drawn as columns
 constexpr double MarkRadius = 2.0;           // pixels
-constexpr std::size_t FewPoints = 3;         // a plot of no more marks a place on another one, and stands out
+constexpr std::size_t FewPoints = 3;         // a plot with no more points marks places, and is drawn larger
 constexpr double FewRadius = 5.0;            // pixels
 constexpr double FewWidth = 2.5;
 constexpr double SmoothTravel = 12.0;  // heights of the plot that a smooth line may run up and down
-constexpr double Excursion = 0.5;      // pixels; what goes less far beyond the ends of a column is not drawn
+constexpr double Excursion = 0.5;      // pixels; a smaller excursion beyond the ends of a column is not drawn
 constexpr double Beyond = 10.0;        // pixels outside the plot area where lines are cut
 
 double XOf(const Plot& plot, std::size_t i) {
   return plot.x.empty() ? plot.start + plot.step * static_cast<double>(i) : plot.x[i];
 }
 
-/// Index of the first sample at or beyond `x`.
+/// Returns the index of the first sample at or beyond `x`.
 std::size_t FirstFrom(const Plot& plot, double x) {
   if (!plot.x.empty()) {
     return Index(std::lower_bound(plot.x.begin(), plot.x.end(), x) - plot.x.begin());
@@ -35,12 +35,12 @@ std::size_t FirstFrom(const Plot& plot, double x) {
 
 bool IsRising(const Plot& plot) {
   if (plot.x.empty()) return plot.step > 0.0;
-  // nan compares false, so a plot with one does not count as rising
+  // NaN compares false, so a plot with NaN does not count as rising
   return std::adjacent_find(plot.x.begin(), plot.x.end(), [](double a, double b) { return !(a <= b); }) ==
          plot.x.end();
 }
 
-/// The part of a line within a rectangle (Liang and Barsky 1984); nothing when it misses it.
+/// Returns the part of a line within a rectangle (Liang and Barsky 1984); nullopt when the line misses it.
 std::optional<QLineF> Cut(const QLineF& line, const QRectF& rect) {
   double enter = 0.0;
   double leave = 1.0;
@@ -81,14 +81,15 @@ class CutLine {
     last_ = point;
   }
 
-  /// What comes next stands apart.
+  /// Begins a new line with the next point.
   void lift() {
     flush();
     begun_ = false;
   }
 
  private:
-  /// Line by line is several times as fast as a smooth stroke of the whole, and looks the same in one colour.
+  /// Draws line by line. This is several times as fast as a smooth stroke of the whole, and looks the same in
+  /// one colour.
   void flush() {
     if (oneStroke_ && points_.size() > 1) painter_->drawPolyline(points_);
     if (!oneStroke_) {
@@ -126,8 +127,8 @@ GraphPicture::GraphPicture(const Graph& graph, QCPAxis* keyAxis, QCPAxis* valueA
 
 void GraphPicture::sync() {
   if (graph_.revision == syncedRevision_) return;
-  // Every change of the plots raises the revision by one. When it rose by as many as there are plots more,
-  // plots were added at the end and none was taken away.
+  // Every change of the plots raises the revision by one. When it rose by the number of new plots, plots were
+  // only added at the end.
   const bool addedOnly = graph_.plots.size() >= traces_.size() &&
                          graph_.revision - syncedRevision_ == graph_.plots.size() - traces_.size();
   if (!addedOnly) traces_.clear();
@@ -169,7 +170,7 @@ QPointF GraphPicture::pointOf(const Plot& plot, std::size_t i) const {
   return {mKeyAxis->coordToPixel(XOf(plot, i)), mValueAxis->coordToPixel(static_cast<double>(plot.y[i]))};
 }
 
-/// Samples in view, with the next one on each side, to which lines lead.
+/// Returns the samples in view, and the next one on each side, to which lines lead.
 GraphPicture::Stretch GraphPicture::inView(const Plot& plot, const Trace& trace) const {
   if (!trace.rising) return {0, plot.y.size()};
   const QCPRange view = mKeyAxis->range();
@@ -233,8 +234,8 @@ void GraphPicture::drawMarks(QCPPainter* painter, const Plot& plot, Stretch samp
   }
 }
 
-/// The columns of the device, each with the values that the plot takes there on its way from the last sample
-/// before it. Columns without a finite sample are left out.
+/// Returns the columns of the device, each with the values that the plot takes there, from the last sample
+/// before the column on. Leaves out columns without a finite sample.
 std::vector<GraphPicture::Column> GraphPicture::columnsOf(const Plot& plot, const Trace& trace) const {
   const QRectF area = clipRect();
   const double width = 1.0 / columnsPerPixel_;
@@ -263,8 +264,8 @@ std::vector<GraphPicture::Column> GraphPicture::columnsOf(const Plot& plot, cons
   return columns;
 }
 
-/// Smoothly where the plot is calm, else without smoothing: a dense trace gains nothing by it and would cost
-/// ten times as much.
+/// Draws smoothly where the plot is calm, else without smoothing: a dense trace looks no better when smoothed
+/// and would take ten times as long.
 void GraphPicture::drawColumns(QCPPainter* painter, const Plot& plot, const Trace& trace) const {
   const std::vector<Column> columns = columnsOf(plot, trace);
   double travel = 0.0;
@@ -289,7 +290,7 @@ void GraphPicture::drawDense(QCPPainter* painter, const std::vector<Column>& col
   painter->drawLines(lines.data(), static_cast<int>(lines.size()));
 }
 
-/// One line through the last samples of the columns, by way of what lies beyond them in between.
+/// Draws one line through the last samples of the columns, and through the extremes that lie beyond them.
 void GraphPicture::drawCalm(QCPPainter* painter, const std::vector<Column>& columns) const {
   painter->setAntialiasing(true);
   CutLine line(painter, QRectF(clipRect()).adjusted(-Beyond, -Beyond, Beyond, Beyond));

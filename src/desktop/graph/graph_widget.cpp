@@ -21,18 +21,18 @@ namespace zelvane {
 namespace {
 
 constexpr int RightMargin = 14;                          // pixels; half of the last number along x
-constexpr QMargins LeastMargins(66, 8, RightMargin, 0);  // the left one takes most numbers
+constexpr QMargins LeastMargins(66, 8, RightMargin, 0);  // most numbers fit into the left one
 constexpr int BelowPlot = 45;                            // pixels of the numbers and title along x
 constexpr int XStripThickness = 20;                      // pixels
 constexpr int YStripThickness = 40;                      // pixels
 constexpr double KeyZoom = 0.8;                          // factor of the span
-constexpr double KeyShare = 0.1;                         // of the span
+constexpr double KeyShare = 0.1;                         // share of the span
 constexpr std::size_t MostCopiedRows = 1'000'000;
 
 constexpr char TooManyRows[] =
     "There are more than 1000000 rows in view. Zoom in first, or export them as a CSV file.";
 
-/// A move of the view by one key, in spans, y upward.
+/// A move of the view by one key, in spans; y counts upward.
 struct KeyMove {
   int key;
   double x;
@@ -81,7 +81,7 @@ GraphWidget::GraphWidget(Graph& graph, QWidget* parent)
   setFocusPolicy(Qt::StrongFocus);
   setAccessibleName(QString::fromStdString(graph.name + " graph"));
   plot_->setFocusPolicy(Qt::NoFocus);
-  plot_->setLocale(QLocale::c());  // a full stop, as in every file
+  plot_->setLocale(QLocale::c());  // a full stop as decimal mark, as in every file
   plot_->axisRect()->setMinimumMargins(LeastMargins);
   for (QCPAxis* axis : {plot_->xAxis, plot_->yAxis}) axis->setNumberFormat(QStringLiteral("gb"));
   cursors_->setLayer(QStringLiteral("overlay"));
@@ -127,7 +127,7 @@ void GraphWidget::applyAxes() {
   ShowAxis(plot_->yAxis, graph_.y, PictureRange(graph_, 'y'), yTicker_);
 }
 
-/// The title of y runs along the axis: on a low graph it loses its middle, and keeps its unit.
+/// Shows the title of y along the axis. On a low graph it loses its middle and keeps its unit.
 void GraphWidget::showYTitle() {
   const QFontMetrics metrics(plot_->yAxis->labelFont());
   plot_->yAxis->setLabel(metrics.elidedText(QString::fromStdString(graph_.y.title), Qt::ElideMiddle,
@@ -168,12 +168,12 @@ void GraphWidget::placePlot() {
   const int top = readout_->text().isEmpty() ? 0 : fontMetrics().height() + 4;
   const int bar = graph_.zooms ? ZoomBarThickness : 0;
   readout_->setGeometry(0, 0, width() - bar - RightMargin, top);
-  // Before a layout has given room the widget is tiny; nothing can be drawn on an empty plot.
+  // Before the layout has set a size the widget is tiny, and a plot needs at least one pixel.
   plot_->setGeometry(0, top, std::max(width() - bar, 1), std::max(height() - top - bar, 1));
   showYTitle();
 }
 
-/// Once longer numbers have moved the plot area it stays there: it must not jump under the mouse.
+/// Keeps the plot area where longer numbers have moved it: it must not jump under the mouse.
 void GraphWidget::keepMargin() {
   QCPAxisRect& area = *plot_->axisRect();
   QMargins least = area.minimumMargins();
@@ -181,7 +181,7 @@ void GraphWidget::keepMargin() {
   area.setMinimumMargins(least);
 }
 
-/// Strips, bars and buttons around the plot area as it lies now.
+/// Places strips, bars and buttons around the present plot area.
 void GraphWidget::placeZoomControls() {
   keepMargin();
   if (xBar_ == nullptr) return;
@@ -189,7 +189,7 @@ void GraphWidget::placeZoomControls() {
   constexpr int bar = ZoomBarThickness;
   const int right = width() - bar;
   const int bottom = height() - bar;
-  // The margin above and below an automatic view is no part of it: the strip is as long as the view.
+  // The margin above and below an automatic view is not part of the view: the strip is as long as the view.
   const DataRange view = ViewRange(graph_, 'y');
   int top = area.top();
   int end = area.bottom() + 1;
@@ -238,7 +238,7 @@ void GraphWidget::dragCursor(int cursor, const QPointF& pixel) {
 }
 
 void GraphWidget::dropCursor() {
-  cursors_->drop();  // during a run it may not move, and shows where it was again
+  cursors_->drop();  // during a run a cursor may not move, and shows at its old place again
   refresh();
 }
 
@@ -321,7 +321,7 @@ bool GraphWidget::zoomKey(int key, bool y) {
   return true;
 }
 
-/// Moves the cursor that was moved last, else the first, by one pixel.
+/// Moves the cursor that was moved last, or else the first, by one pixel.
 void GraphWidget::shiftCursor(int key) {
   for (const KeyMove& move : KeyMoves) {
     if (move.key != key) continue;

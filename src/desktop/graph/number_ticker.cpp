@@ -8,9 +8,9 @@
 namespace zelvane {
 namespace {
 
-constexpr double PlainBelow = 1e6;       // larger numbers are written with a power of ten
-constexpr int MostDecimals = 5;          // as are numbers that need more decimals than this
-constexpr double RoundingOfZero = 1e-6;  // of a step: ticks are sums of steps
+constexpr double PlainBelow = 1e6;  // larger numbers are written with a power of ten
+constexpr int MostDecimals = 5;     // numbers that need more decimals are written with a power of ten, too
+constexpr double RoundingOfZero = 1e-6;  // share of a step: ticks are sums of steps
 
 }  // namespace
 
@@ -25,7 +25,7 @@ QString NumberTicker::getTickLabel(double tick, const QLocale& /*locale*/, QChar
                                    int /*precision*/) {
   tick *= gain_;
   if (std::abs(tick) < step_ * RoundingOfZero) tick = 0.0;
-  // 0.25 has two decimals though its order of magnitude would do with one
+  // 0.25 needs two decimals, though its order of magnitude asks for one
   int needed = std::max(0, static_cast<int>(std::ceil(-std::log10(step_) - RoundingOfZero)));
   const double scaled = step_ * std::pow(10.0, needed);
   if (std::abs(scaled - std::round(scaled)) > 1e-3) ++needed;

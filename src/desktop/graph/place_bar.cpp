@@ -9,7 +9,7 @@
 namespace zelvane {
 namespace {
 
-constexpr double Narrowest = 2.0;  // pixels of a part, so that it is seen
+constexpr double Narrowest = 2.0;  // pixels; the least width of a part, so that it is visible
 constexpr double Radius = 4.0;
 
 }  // namespace

@@ -18,7 +18,7 @@ constexpr int LaterWaitMs = 100;
 struct ButtonFace {
   std::string_view name;
   bool scrolls;
-  int turn;  // degrees by which its picture is turned: 0 = to the right
+  int turn;  // degrees by which its picture is turned; 0 = points to the right
   const char* help;
 };
 constexpr std::array<ButtonFace, 8> Faces{{
@@ -40,7 +40,7 @@ const ButtonFace& FaceOf(std::string_view name) {
   return Faces.front();
 }
 
-/// An arrow head at (x, 0) that points to the right or, with a negative size, to the left.
+/// Draws an arrow head at (x, 0) that points to the right or, with a negative size, to the left.
 void DrawHead(QPainter& painter, double x, double size) {
   QPainterPath head;
   head.moveTo(x + size, 0.0);

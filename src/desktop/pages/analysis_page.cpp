@@ -18,12 +18,12 @@
 namespace zelvane {
 namespace {
 
-constexpr int GraphShare = 5;  // of the page's height, against the table's
+constexpr int GraphShare = 5;  // share of the page's height, relative to the table's
 constexpr int TableShare = 3;
-constexpr int TableDigits = 6;        // that a cell shows; what is copied has all
-constexpr int LeastTableHeight = 62;  // pixels; takes a row
+constexpr int TableDigits = 6;        // digits that a cell shows; a copy has all
+constexpr int LeastTableHeight = 62;  // pixels; one row fits
 
-/// Columns, from 0, that hold no measure: row number, file, episode; pixels.
+/// Width in pixels of the columns, from 0, that hold no measure: row number, file, episode.
 constexpr std::pair<int, int> ColumnWidths[] = {{0, 42}, {1, 140}, {2, 66}};
 
 constexpr const char* Readouts[] = {"PeakValue", "Amplitude", "RiseTime", "DecayTime", "FracWidth",
@@ -33,7 +33,7 @@ constexpr const char* Readouts[] = {"PeakValue", "Amplitude", "RiseTime", "Decay
                                     "FitAmp1", "FitTau1", "FitAmp2", "FitTau2", "FitOffset", "FitGoodness"};
 constexpr int FirstOfFit = 13;
 
-/// The colours are those of the graph's own cursors and marks.
+/// Returns the legend in the colours of the graph's own cursors and marks.
 std::vector<LegendEntry> LegendOf(const Graph& graph) {
   using Sign = LegendEntry::Sign;
   const auto cursor = [&](int number) { return graph.cursors[Index(number) - 1].colour; };
@@ -88,7 +88,7 @@ void AnalysisPage::refreshMore() {
   stop_->setEnabled(Screen.busy > 0);
 }
 
-/// Home and End go to the first and last episode here, also while the graph has the keys.
+/// Goes to the first or last episode with Home or End, also while the graph has the keys.
 bool AnalysisPage::pressKey(int key) {
   if (key != Qt::Key_Home && key != Qt::Key_End) return false;
   PressKey(panel(), key == Qt::Key_Home ? "Home" : "End");

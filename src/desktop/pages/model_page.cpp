@@ -19,7 +19,7 @@ namespace zelvane {
 namespace {
 
 constexpr char TablePanelName[] = "TableModelPanel";
-constexpr int SchemeShare = 10;  // of the page's height, against the response's
+constexpr int SchemeShare = 10;  // share of the page's height, relative to the response's
 constexpr int ResponseShare = 9;
 constexpr int ChipGap = 3;  // pixels
 
@@ -107,7 +107,7 @@ void ModelPage::refreshMore() {
     table_->refresh();
   else
     scheme_->refresh();
-  // The table's commands take the place of the title, so that its rows have the height.
+  // The table's commands replace the title, to leave more height to its rows.
   title_->setVisible(!table);
   for (ControlWidget* command : tableCommands_) command->setVisible(table);
   for (ControlWidget* monitor : monitors_) {

@@ -6,7 +6,7 @@
 namespace zelvane {
 namespace {
 
-constexpr int TraceShare = 3;  // of the page's height, against the relation's
+constexpr int TraceShare = 3;  // share of the page's height, relative to the relation's
 constexpr int RelationShare = 2;
 
 }  // namespace

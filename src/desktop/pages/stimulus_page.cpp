@@ -14,12 +14,12 @@
 namespace zelvane {
 namespace {
 
-constexpr int GraphShare = 3;  // of the page's height, against the table's
+constexpr int GraphShare = 3;  // share of the page's height, relative to the table's
 constexpr int TableShare = 2;
 constexpr int CreatorColumns = 2;
-constexpr int LeastRows = 2;  // of the table that always show
+constexpr int LeastRows = 2;  // rows of the table that always show
 
-/// Height of a table with so many rows, its header and its scroll bar.
+/// Returns the height of a table with `rows` rows, its header and its scroll bar.
 int HeightOfRows(const QTableView& table, int rows) {
   return table.horizontalHeader()->sizeHint().height() + 2 * table.frameWidth() + rows * table.rowHeight(0) +
          table.style()->pixelMetric(QStyle::PM_ScrollBarExtent);

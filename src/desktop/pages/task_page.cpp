@@ -166,7 +166,7 @@ void TaskPage::addFold(const Part& part, const QString& title) {
   const QSizePolicy::Policy height = frame->sizePolicy().verticalPolicy();
   const auto show = [this, part, frame, height](bool open) {
     part.content->setVisible(open);
-    // A part that is folded takes no more than its row.
+    // A folded part takes only the height of its row.
     frame->setSizePolicy(QSizePolicy::Preferred, open ? height : QSizePolicy::Maximum);
     finishParts();
   };

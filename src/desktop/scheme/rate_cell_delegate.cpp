@@ -11,8 +11,8 @@ namespace zelvane {
 namespace {
 
 constexpr int MarkWidth = 15;      // pixels, at the left of a cell
-constexpr int DiagonalAlpha = 30;  // there is no rate from a state to itself
-constexpr int RateAlpha = 34;      // a rate stands out among the empty cells
+constexpr int DiagonalAlpha = 30;  // opacity of the diagonal: there is no rate from a state to itself
+constexpr int RateAlpha = 34;      // makes a rate visible among the empty cells
 constexpr int Padding = 4;         // pixels, right of the number
 
 }  // namespace

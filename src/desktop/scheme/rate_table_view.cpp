@@ -22,7 +22,7 @@
 namespace zelvane {
 namespace {
 
-constexpr int CellWidth = 70;  // pixels; takes "1.23e-5" and the mark
+constexpr int CellWidth = 70;  // pixels; "1.23e-5" and the mark fit
 constexpr int CellHeight = 23;
 constexpr int RowHeaderWidth = 84;
 constexpr char Hint[] =
@@ -78,7 +78,7 @@ RateTableView::RateTableView(QWidget* parent)
   connect(model_, &QAbstractItemModel::dataChanged, this, [this] { tell(QString::fromLatin1(Hint)); });
 }
 
-/// A command of the table: with a key, and with a button where `name` is given.
+/// Adds a command of the table: with a key, and with a button where `name` is given.
 void RateTableView::addAction(QHBoxLayout* row, const char* name, const QKeySequence& key,
                               void (RateTableView::*command)()) {
   auto* action = new QAction(this);
@@ -88,7 +88,7 @@ void RateTableView::addAction(QHBoxLayout* row, const char* name, const QKeySequ
   QWidget::addAction(action);
   if (name == nullptr) return;
   action->setText(QString::fromLatin1(name));
-  action->setIconText(action->text());  // with its dots
+  action->setIconText(action->text());  // with its three dots
   action->setToolTip(action->text() + QStringLiteral(" (%1)").arg(key.toString(QKeySequence::NativeText)));
   auto* button = new QToolButton(this);
   button->setDefaultAction(action);
@@ -106,7 +106,7 @@ void RateTableView::tell(const QString& text) {
 
 // -- Copy and paste --
 
-/// The selection as rows of lines and tabulators, numbers to full precision, nothing on the diagonal.
+/// Copies the selection as lines with tabulators, numbers to full precision, the diagonal empty.
 void RateTableView::copy() {
   const QItemSelection selection = table_->selectionModel()->selection();
   if (selection.isEmpty()) return;
@@ -205,7 +205,7 @@ void RateTableView::showHelpOfCell() {
   if (cell != nullptr) RightClick(*cell);
 }
 
-/// A click on the mark of a cell opens what its rate depends on.
+/// Opens what a cell's rate depends on after a click on the mark of the cell.
 bool RateTableView::eventFilter(QObject* watched, QEvent* event) {
   if (watched != table_->viewport() || event->type() != QEvent::MouseButtonRelease) return false;
   const auto* mouse = static_cast<QMouseEvent*>(event);

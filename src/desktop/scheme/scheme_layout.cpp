@@ -10,11 +10,11 @@ namespace zelvane {
 namespace {
 
 // Lengths in pixels at scale 1.
-constexpr QSizeF DesignPitch(138.0, 72.0);  // from state to state, at the least
+constexpr QSizeF DesignPitch(138.0, 72.0);  // least distance from state to state
 constexpr double LeastScale = 0.75;
 constexpr double LargestScale = 1.9;
 constexpr QSizeF BoxSize(58.0, 38.0);
-constexpr double LargestBoxShare = 0.44;  // of the height from state to state
+constexpr double LargestBoxShare = 0.44;  // share of the height from state to state
 constexpr double BesideBox = 4.0;         // between a box and the numbers of a horizontal link
 constexpr double LabelPixels = 13.0;
 constexpr double NumberPixels = 11.5;
@@ -22,7 +22,7 @@ constexpr double SmallPixels = 9.5;
 constexpr double Gap = 2.0;        // between a number and its badge, and beside arrows
 constexpr double ArrowAway = 6.0;  // from the middle of a link to the numbers beside its arrows
 constexpr double BadgePadding = 6.0;
-constexpr double DotSize = 8.0;  // a badge of a rate that depends on nothing
+constexpr double DotSize = 8.0;  // badge of a rate that depends on nothing
 constexpr double MenuSize = 14.0;
 
 int RowOf(int state) {
@@ -96,7 +96,7 @@ bool SchemeLayout::horizontal(int link) const {
   return RowOf(low) == RowOf(high);
 }
 
-/// The rates of a horizontal link stand above and below its arrows, those of an upright one beside them.
+/// Places the rates of a horizontal link above and below its arrows, those of an upright one beside them.
 void SchemeLayout::placeLink(int link) {
   const auto [low, high] = LinkTable[link];
   const QRectF from = box(low);
@@ -127,8 +127,8 @@ void SchemeLayout::placeLink(int link) {
   if (!kd(link).text.empty()) items_.push_back({SchemeItem::Kind::Kd, link, kdRoom, &kd(link)});
 }
 
-/// A number and the badge that tells what it depends on, side by side within `room`: the number first, or
-/// last where both stand at its right edge.
+/// Places a number and the badge for what it depends on side by side within `room`. The number is first, or
+/// last when both are at the right edge.
 void SchemeLayout::placeRate(int link, bool forward, const QRectF& room, Qt::Alignment alignment) {
   const LinkControls& controls = links_[link];
   const QString badge = badgeText(link, forward);
@@ -153,7 +153,7 @@ void SchemeLayout::placeRate(int link, bool forward, const QRectF& room, Qt::Ali
 }
 
 const SchemeItem* SchemeLayout::at(const QPointF& point) const {
-  // what was placed last lies on top: the menu mark on its box
+  // the last item is on top: the menu mark is over its box
   const auto hit = std::find_if(items_.rbegin(), items_.rend(),
                                 [&](const SchemeItem& item) { return item.rect.contains(point); });
   return hit != items_.rend() ? &*hit : nullptr;

@@ -29,7 +29,7 @@ QColor WithAlpha(QColor colour, int alpha) {
   return colour;
 }
 
-/// What fits of a list of words: all, or the first with "+" for the rest, cut where it must be.
+/// Returns as much of a list of words as fits: all, or the first with "+" for the rest, cut if need be.
 QString Fitting(const QString& words, const QFontMetricsF& metrics, double width) {
   if (metrics.horizontalAdvance(words) <= width) return words;
   const qsizetype comma = words.indexOf(QLatin1Char(','));
@@ -76,7 +76,7 @@ class SchemePainter {
   QColor green() const { return DependentColour(palette_); }
   QColor linkColour(int n) const { return layout_.rate(n, true).colour.empty() ? colours_.text : green(); }
 
-  /// One arrow with half a head, on its outer side, as chemists draw the steps of an equilibrium.
+  /// Draws one arrow with half a head, on its outer side, as chemists draw the steps of an equilibrium.
   void harpoon(const QPointF& from, const QPointF& to, const QPointF& outward) {
     const QPointF along = (to - from) / QLineF(from, to).length();
     QPainterPath head;
@@ -98,7 +98,7 @@ class SchemePainter {
         across ? QPointF(a.right() + clear, a.center().y()) : QPointF(a.center().x(), a.bottom() + clear);
     const QPointF end =
         across ? QPointF(b.left() - clear, b.center().y()) : QPointF(b.center().x(), b.top() - clear);
-    // the way on runs above, or to the right of the way back
+    // the forward arrow is above the backward one, or to its right
     const QPointF outward = across ? QPointF(0.0, -1.0) : QPointF(1.0, 0.0);
     const QPointF apart = outward * ArrowApart * k_;
     painter_.setPen(QPen(linkColour(n), LineWidth * k_, Qt::SolidLine, Qt::FlatCap));
@@ -140,7 +140,7 @@ class SchemePainter {
     painter_.drawPath(outline);
   }
 
-  /// Starting occupancy as the level at the left side of the box.
+  /// Draws the starting occupancy as the level at the left side of the box.
   void gauge(int s, const QRectF& box, const QPainterPath& outline) {
     const double share = std::clamp(layout_.startOccupancy(s).number, 0.0, 1.0);
     if (!(share > 0.0)) return;
@@ -175,7 +175,7 @@ class SchemePainter {
                       Qt::AlignLeft | Qt::AlignTop, QString::number(s));
   }
 
-  /// A monitored state carries a small wave.
+  /// Draws a small wave on a monitored state.
   void extras(int s, const QRectF& box) {
     const Control* monitored = layout_.monitored(s);
     if (monitored == nullptr || monitored->number == 0.0) return;

@@ -38,7 +38,7 @@ SchemeView::SchemeView(QWidget* parent) : QWidget(parent), editor_(new InlineEdi
 
 void SchemeView::refresh() {
   layout_.place(size(), font());
-  // a link that went away takes its marks along
+  // a link that disappeared takes its marks with it
   if (hovered_ && layout_.find(*hovered_) == nullptr) hovered_.reset();
   if (layout_.find(current_) == nullptr)
     current_ = {Kind::State, LinkTable[current_.number].low, {}, nullptr};
@@ -57,7 +57,7 @@ void SchemeView::paintEvent(QPaintEvent* /*event*/) {
   PaintScheme(painter, layout_, palette(), marks);
 }
 
-// -- What the user does to an item --
+// -- Actions on an item --
 
 void SchemeView::act(const SchemeItem& item) {
   switch (item.kind) {
@@ -167,10 +167,10 @@ void SchemeView::mouseReleaseEvent(QMouseEvent* event) {
   const SchemeItem* item = layout_.at(event->position());
   const bool clicked = item != nullptr && item->same(*pressed_);
   pressed_.reset();
-  if (clicked) act(SchemeItem(*item));  // a copy: the items are placed anew on the way
+  if (clicked) act(SchemeItem(*item));  // a copy, because the action places the items anew
 }
 
-/// The right button shows help, as on any control; the key for menus opens the menu of the state.
+/// Shows help for the right button, as on any control; opens the menu of the state for the key for menus.
 void SchemeView::contextMenuEvent(QContextMenuEvent* event) {
   if (event->reason() == QContextMenuEvent::Keyboard) {
     if (current_.kind == Kind::State) openMenu(current_.number);
@@ -203,7 +203,7 @@ bool SchemeView::event(QEvent* event) {
   return QWidget::event(event);
 }
 
-/// Moves to the next or former item that keys can reach; false at either end.
+/// Moves to the next or previous item that keys can reach; returns false at either end.
 bool SchemeView::step(bool next) {
   const auto reachable = [](const SchemeItem& item) {
     return item.kind != Kind::Menu && item.kind != Kind::Kd;

@@ -28,17 +28,17 @@ constexpr QSize ChipSize(22, 20);               // pixels
 constexpr int UnitMargin = 7;                   // between unit and the field's right edge
 constexpr int WidestField = 210;
 
-/// A switch whose two words say no more than off and on.
+/// Returns whether the two words of a switch mean only off and on.
 bool IsOnOff(const Control& control) {
   return control.choices.empty() || ToQt(control.choices.front()).compare("off", Qt::CaseInsensitive) == 0;
 }
 
-/// A help text as a tool tip: its own line breaks, and wrapped.
+/// Returns a help text as a tool tip: with its own line breaks, and wrapped.
 QString TipOf(const std::string& help) {
   return help.empty() ? QString() : "<p>" + ToQt(help).toHtmlEscaped().replace('\n', "<br>") + "</p>";
 }
 
-/// Fields take back undo and redo while something is typed, and leave them to the window otherwise.
+/// A field that takes undo and redo while something is typed; otherwise the window gets them.
 class EntryField : public QLineEdit {
  public:
   using QLineEdit::QLineEdit;
@@ -94,19 +94,19 @@ ControlWidget::ControlWidget(Control& control, QWidget* parent, Look look)
 }
 
 void ControlWidget::place(QWidget* widget) {
-  widget->setContextMenuPolicy(Qt::NoContextMenu);  // the right click is this widget's
+  widget->setContextMenuPolicy(Qt::NoContextMenu);  // the right click belongs to this widget
   static_cast<QHBoxLayout*>(layout())->addWidget(widget);
   if (focusProxy() == nullptr) setFocusProxy(widget);
 }
 
 void ControlWidget::makeField() {
   field_ = new EntryField(this);
-  field_->setAcceptDrops(false);  // a dropped file is the window's
+  field_->setAcceptDrops(false);  // a dropped file belongs to the window
   place(field_);
   if (control_.kind == ControlKind::Number) {
     field_->setMaximumWidth(WidestField);
     static_cast<QHBoxLayout*>(layout())->addStretch();
-    static_cast<QHBoxLayout*>(layout())->setStretch(0, 100);  // the rest is for what the field may not take
+    static_cast<QHBoxLayout*>(layout())->setStretch(0, 100);  // room that the field may not use
   }
   connect(field_, &QLineEdit::editingFinished, this, &ControlWidget::enterTyped);
   connect(field_, &QLineEdit::textEdited, this, [this](const QString& text) {
@@ -236,7 +236,7 @@ Refusal ControlWidget::enter(const std::string& text) {
 }
 
 void ControlWidget::enterTyped() {
-  if (!field_->isModified() || entering_) return;  // a message box takes the focus: that is no second entry
+  if (!field_->isModified() || entering_) return;  // a message box takes the focus: must not enter twice
   entering_ = true;
   const Refusal refusal = enter(field_->text().toStdString());
   if (refusal.empty()) {
@@ -249,7 +249,7 @@ void ControlWidget::enterTyped() {
 
 void ControlWidget::enterNumber(double value) {
   enter(FormatText("%.0f", value));
-  refresh();  // a refusal brings back what stood there
+  refresh();  // a refusal restores the text that was there
 }
 
 void ControlWidget::restore() {

@@ -97,7 +97,7 @@ void DrawerFrame::setOpen(bool open) {
   updateGeometry();
 }
 
-/// The width that the user has set, or else the one that the column wants.
+/// Returns the width that the user has set, or else the width that the column prefers.
 int DrawerFrame::columnWidth() const {
   const QList<int> kept = settings_.sizes(key_ + "/columnWidth", 1);
   const int wanted = kept.isEmpty() ? column_->sizeHint().width() : kept.front();
@@ -136,7 +136,7 @@ QSize DrawerFrame::sizeHint() const {
   return splitter_->sizeHint() + QSize(EdgeButton::Width, 0);
 }
 
-/// In a narrow window the column lies over the main part.
+/// Returns the size of the main part alone: in a narrow window the column lies over it.
 QSize DrawerFrame::minimumSizeHint() const {
   return main_->minimumSizeHint().expandedTo(column_->minimumSizeHint()) + QSize(EdgeButton::Width, 0);
 }

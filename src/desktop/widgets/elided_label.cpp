@@ -5,7 +5,7 @@
 namespace zelvane {
 namespace {
 
-constexpr int FewestCharacters = 16;  // that always have room
+constexpr int FewestCharacters = 16;  // there is always room for these
 
 }  // namespace
 

@@ -6,7 +6,7 @@
 namespace zelvane {
 namespace {
 
-constexpr int ElasticWidth = 110;  // pixels that a text or field which can be short keeps
+constexpr int ElasticWidth = 110;  // pixels; least width of a text or field that can be short
 
 QSize WantedSize(const QWidget& widget) {
   return widget.sizeHint().expandedTo(widget.minimumSize()).boundedTo(widget.maximumSize());
@@ -72,8 +72,8 @@ int FlowRow::leastWidthOf(const Line& line) const {
   return width;
 }
 
-/// Places one line and returns its height. What can be wider takes the room left over, up to its wish; the rest goes to
-/// the first widget whose size policy expands.
+/// Places one line and returns its height. Widgets that can be wider take the room left over, up to their
+/// preferred width; the rest goes to the first widget whose size policy expands.
 int FlowRow::placeLine(const Line& line, int top, int width) const {
   int left = std::max(0, width - leastWidthOf(line));
   int height = 0;

@@ -42,7 +42,7 @@ void FormPage::addSection(const FormSection& section) {
     } else {
       added.title = NewSectionLabel(section.title, this);
       if (nextRow_ > 0)
-        added.title->setContentsMargins(0, SectionGap, 0, 0);  // goes with a section out of sight
+        added.title->setContentsMargins(0, SectionGap, 0, 0);  // hidden together with its section
     }
     grid_->addWidget(added.title, nextRow_++, 0, 1, -1);
   }
@@ -93,7 +93,7 @@ FormPage::Line FormPage::addLine(const FormRow& row, int gridRow, int gridColumn
     line.label->setTextFormat(Qt::PlainText);
     first->adopt(line.label);
     grid_->addWidget(line.label, gridRow, gridColumn);
-    // What stands beside, such as the button that uses the number, has a column of its own.
+    // A further control on the line, such as the button that uses the number, has a column of its own.
     for (std::size_t i = 1; i < row.size(); ++i) {
       grid_->addWidget(line.fields[i], gridRow, gridColumn + 1 + static_cast<int>(i));
     }

@@ -12,8 +12,8 @@
 namespace zelvane {
 namespace {
 
-constexpr int LeastNumberWidth = 76;  // pixels; takes "1.234567e-05"
-constexpr int LeastTextWidth = 120;   // takes a state's label
+constexpr int LeastNumberWidth = 76;  // pixels; "1.234567e-05" fits
+constexpr int LeastTextWidth = 120;   // a state's label fits
 
 QString ValueOf(const Control& control) {
   return ToQt(control.kind == ControlKind::Number ? EntryText(control.number) : control.text);
@@ -30,7 +30,7 @@ InlineEditor::InlineEditor(QWidget* parent) : QLineEdit(parent) {
 
 void InlineEditor::open(Control& control, const QRect& place, const QString& typed) {
   if (isVisible() && control_ != nullptr && control_ != &control && !take(0))
-    return;  // that one is to be mended
+    return;  // the user must correct that text first
   control_ = &control;
   const bool number = control.kind == ControlKind::Number;
   QRect area = place;
@@ -63,7 +63,7 @@ void InlineEditor::mark(const Refusal& refusal) {
   if (refused && isVisible()) QToolTip::showText(mapToGlobal(QPoint(0, height())), toolTip(), this);
 }
 
-/// False when the text is refused. An untouched text is not entered again.
+/// Enters the text. Returns false when it is refused. Does not enter an unchanged text again.
 bool InlineEditor::take(int step) {
   if (control_ == nullptr) return true;
   if (isModified()) {
@@ -76,7 +76,7 @@ bool InlineEditor::take(int step) {
   return true;
 }
 
-/// Hides the field; the focus, if it is here, goes to what it lies on.
+/// Hides the field. If the field has the focus, passes it to the widget below.
 void InlineEditor::close() {
   control_ = nullptr;
   if (hasFocus()) parentWidget()->setFocus();
@@ -84,7 +84,7 @@ void InlineEditor::close() {
 }
 
 bool InlineEditor::event(QEvent* event) {
-  // Tab is a key of this field before it is one of the window.
+  // Tab belongs to this field before the window gets it.
   if (event->type() == QEvent::KeyPress) {
     const int key = static_cast<QKeyEvent*>(event)->key();
     if (key == Qt::Key_Tab || key == Qt::Key_Backtab) {

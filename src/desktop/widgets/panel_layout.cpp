@@ -14,7 +14,7 @@ namespace {
 struct LayoutRow {
   const char* panel = "";
   const char* title = "";
-  const char* rows = "";  // split by blanks; + joins controls of one line, [1-6] makes a line of each
+  const char* rows = "";  // split by blanks; + joins controls of one line, [1-6] makes one line each
   const char* tab = "";
   int columns = 1;
 };
@@ -80,7 +80,8 @@ constexpr LayoutRow Layout[] = {
 };
 // clang-format on
 
-/// The control of a name on a panel, or else on another: a panel may show a field that stands elsewhere too.
+/// Returns the control of this name on the panel, or else on another: a panel may also show a field of
+/// another panel.
 Control* ControlOn(const Panel& panel, const std::string& name) {
   for (Control* control : panel.controls) {
     if (control->name == name) return control;
@@ -88,7 +89,7 @@ Control* ControlOn(const Panel& panel, const std::string& name) {
   return FindControl(name);
 }
 
-/// Names that one word of a layout stands for: itself, or with [1-6] the family.
+/// Returns the names for one word of a layout: the word itself, or with [1-6] all six.
 std::vector<std::string> NamesOf(const QString& word) {
   static const QRegularExpression range(QStringLiteral(R"(^(\w+)\[(\d+)-(\d+)\]$)"));
   const auto match = range.match(word);

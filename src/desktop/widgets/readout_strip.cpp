@@ -18,7 +18,7 @@ constexpr int CompactMargin = 5;
 constexpr int CompactRowGap = 1;
 constexpr char16_t NotThere = u'\u2013';
 
-/// "Peak (pA)" and its like name their unit already, as do "Integral(pAms)" and "Tau (ms)".
+/// Returns whether the name includes the unit, as in "Peak (pA)", "Integral(pAms)" and "Tau (ms)".
 bool NamesUnit(const Control& control) {
   return control.label.find('(') != std::string::npos;
 }
@@ -101,7 +101,7 @@ std::vector<ReadoutStrip::Cell> ReadoutStrip::shownCells() const {
   return shown;
 }
 
-/// The room that the longest name and value take.
+/// Returns the room that the longest name and value need.
 QSize ReadoutStrip::cellSize() const {
   QSize size;
   for (const Cell& cell : shownCells()) size = size.expandedTo(cell.frame->sizeHint());
@@ -117,7 +117,7 @@ QSize ReadoutStrip::minimumSizeHint() const {
   return cellSize();
 }
 
-/// Cells of one width, spread over as few rows as they fit in.
+/// Places cells of one width in as few rows as they fit in.
 int ReadoutStrip::place(int width) {
   const std::vector<Cell> shown = shownCells();
   const int count = static_cast<int>(shown.size());

@@ -8,9 +8,9 @@
 namespace zelvane {
 namespace {
 
-constexpr int FormWidth = 346;  // pixels that the form wants, with the scroll bar
+constexpr int FormWidth = 346;  // pixels; preferred width of the form with its scroll bar
 constexpr int LeastHeight = 120;
-constexpr int Slack = 8;  // pixels below the view that are no more than margin
+constexpr int Slack = 8;  // pixels; no more than this below the view is only margin
 
 }  // namespace
 
@@ -33,7 +33,7 @@ SideForm::SideForm(const zelvane::Panel& panel, Settings& settings, const QStrin
   more_->setText("More settings below");
   more_->setArrowType(Qt::DownArrow);
   more_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  more_->setFocusPolicy(Qt::NoFocus);  // the fields below take the focus, and come into view
+  more_->setFocusPolicy(Qt::NoFocus);  // the fields below take the focus and scroll into view
   more_->setProperty("role", "more");
   QScrollBar* bar = verticalScrollBar();
   connect(more_, &QToolButton::clicked, bar, [bar] { bar->setValue(bar->maximum()); });
@@ -45,7 +45,7 @@ QSize SideForm::sizeHint() const {
   return {std::max(FormWidth, minimumSizeHint().width()), widget()->sizeHint().height()};
 }
 
-/// As wide as the form at its narrowest, so that nothing is cut at its side.
+/// Returns the least width of the form, so that its sides are not cut.
 QSize SideForm::minimumSizeHint() const {
   const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, verticalScrollBar());
   return {widget()->minimumSizeHint().width() + bar, LeastHeight};

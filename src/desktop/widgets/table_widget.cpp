@@ -15,10 +15,10 @@
 namespace zelvane {
 namespace {
 
-constexpr int FewColumns = 4;             // that share the width
-constexpr int MaxCopiedRows = 1'000'000;  // a clipboard of more chokes the programs that take it
+constexpr int FewColumns = 4;             // this many or fewer share the width
+constexpr int MaxCopiedRows = 1'000'000;  // a longer copy blocks the programs that paste it
 
-/// Ground of the current row.
+/// Returns the ground of the current row.
 QColor MarkColour() {
   QColor colour = AccentColour();
   colour.setAlpha(60);
@@ -60,7 +60,7 @@ QString TableRecordModel::shown(int row, int column) const {
 }
 
 QVariant TableRecordModel::data(const QModelIndex& index, int role) const {
-  if (index.row() >= table_.rows) return {};  // the record has shrunk and the view does not know yet
+  if (index.row() >= table_.rows) return {};  // the record has shrunk and the view has not heard of it yet
   switch (role) {
     case Qt::DisplayRole:
       return shown(index.row() + 1, index.column() + 1);
@@ -104,7 +104,7 @@ TableWidget::TableWidget(Table& table, QWidget* parent)
   setModel(model_);
   setAlternatingRowColors(true);
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
-  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);  // millions of rows: none is measured
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);  // millions of rows are not measured
   horizontalHeader()->setHighlightSections(false);
   if (table.columns <= FewColumns) horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   setToolTip(ToQt(table.help));
@@ -129,8 +129,8 @@ void TableWidget::refresh() {
   follow();
 }
 
-/// The record tells where its view begins, for a height of its own, and which row is the current one: a row
-/// that becomes it is brought into view. Where the user scrolls to in between stays.
+/// Scrolls to where the record wants the view to begin, and brings a new current row into view. Otherwise
+/// keeps the place to which the user has scrolled.
 void TableWidget::follow() {
   const bool marks = table_.markedRow != marked_ && table_.markedRow > 0;
   const bool scrolls = table_.topRow != corner_.y();

@@ -17,7 +17,7 @@ constexpr int Prose = 64;  // columns of a text that is wrapped
 constexpr char ProseBox[] = "AboutText";
 constexpr int TabColumns = 8;
 
-/// Columns that a line takes, its tabs drawn out.
+/// Returns the columns that a line takes with its tabs expanded.
 int WidthOf(const std::string& line) {
   int columns = 0;
   for (const char c : line) columns += c == '\t' ? TabColumns - columns % TabColumns : 1;
@@ -30,7 +30,7 @@ TextBoxWidget::TextBoxWidget(TextBox& box, QWidget* parent) : QPlainTextEdit(par
   setObjectName(ToQt(box.name));
   setReadOnly(true);
   setTabChangesFocus(true);
-  if (box.name != ProseBox) {  // a report: its columns stand below one another
+  if (box.name != ProseBox) {  // a report, whose columns must be aligned
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     setLineWrapMode(NoWrap);
     setMinimumWidth(FewestColumns * fontMetrics().averageCharWidth());
@@ -50,7 +50,7 @@ void TextBoxWidget::refresh() {
 
 QSize TextBoxWidget::sizeHint() const {
   const int lines =
-      std::clamp(document()->blockCount() + 1, FewestLines, MostLines);  // and one to see the end
+      std::clamp(document()->blockCount() + 1, FewestLines, MostLines);  // and one more line to show the end
   int longest = FewestColumns;
   for (const std::string& line : box_.lines) longest = std::max(longest, WidthOf(line));
   const int margins = static_cast<int>(std::ceil(2.0 * document()->documentMargin()));

@@ -9,7 +9,7 @@ WrappingWidget::WrappingWidget(QWidget* parent) : QWidget(parent) {
 }
 
 void WrappingWidget::arrange() {
-  if (!isVisible()) return;  // it has no width of its own yet
+  if (!isVisible()) return;  // it has no width yet
   const int needed = place(width());
   if (needed != minimumHeight() || needed != maximumHeight()) setFixedHeight(needed);
 }

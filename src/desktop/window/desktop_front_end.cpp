@@ -14,8 +14,8 @@
 namespace zelvane {
 namespace {
 
-// While a run computes: milliseconds from one repaint to the next. A run of many short channels pumps events
-// and tells its progress far more often than anyone sees.
+// Milliseconds between two repaints while a run computes. A run of many short channels pumps events and
+// reports its progress far more often than anyone can see.
 constexpr int BreathMs = 50;
 constexpr int PumpMs = 20;
 
@@ -30,7 +30,7 @@ void SetUp(QMessageBox& box, std::string_view title, std::string_view text) {
   box.setText(ToQt(text));
 }
 
-/// "*.mod;*.txt" as Qt's dialogs take it.
+/// Returns "*.mod;*.txt" in the form of Qt's dialogs.
 QString FilterOf(const std::string& filter) {
   const QString patterns = ToQt(filter).replace(';', ' ').simplified();
   const QString all = QStringLiteral("All files (*)");
@@ -38,14 +38,14 @@ QString FilterOf(const std::string& filter) {
   return QStringLiteral("Files (%1);;").arg(patterns) + all;
 }
 
-/// Ending that a saved file gets when the user gives none: that of a filter with one pattern.
+/// Returns the ending for a saved file when the user gives no ending: that of a filter with one pattern.
 QString EndingOf(const std::string& filter) {
   const QString pattern = ToQt(filter);
   if (!pattern.startsWith("*.") || pattern.contains(';') || pattern.count('*') != 1) return {};
   return pattern.mid(2);
 }
 
-/// Where a dialog opens: folder and name of the request, else the last folder.
+/// Returns where a dialog opens: folder and name of the request, or else the last folder.
 QString StartOf(const FileRequest& request, const QString& lastFolder) {
   const QString folder = request.directory.empty() ? lastFolder : ToQt(request.directory);
   const QString name = ToQt(request.defaultName);

@@ -12,7 +12,7 @@
 namespace zelvane {
 namespace {
 
-constexpr int Turns = 4;  // of the event loop
+constexpr int Turns = 4;  // turns of the event loop
 
 bool SavePicture(QWidget& widget, const QDir& folder, const QString& name) {
   return widget.grab().save(folder.filePath(name + ".png"));
@@ -23,7 +23,7 @@ bool SavePicture(QWidget& widget, const QDir& folder, const QString& name) {
 bool GrabPanels(MainWindow& window, const QString& folder) {
   const QDir directory(folder);
   if (!directory.mkpath(".")) return false;
-  // What has changed is shown, laid out and painted, each in a turn of its own.
+  // A change is shown, laid out and painted in separate turns.
   for (int turn = 0; turn < Turns; ++turn) QCoreApplication::processEvents();
   bool saved = SavePicture(window, directory, ToQt(window.page()->panel().name));
   for (PanelDialog* dialog : window.openDialogs()) {

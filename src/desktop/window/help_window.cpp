@@ -23,7 +23,7 @@ constexpr int PageMargin = 20;
 constexpr int HeadingGap = 14;
 constexpr int CellPadding = 4;
 
-/// Air around headings and in tables, which Markdown comes without.
+/// Adds space around headings and in tables, which plain Markdown lacks.
 void SetOut(QTextDocument& page) {
   page.setDocumentMargin(PageMargin);
   for (QTextBlock block = page.begin(); block.isValid(); block = block.next()) {

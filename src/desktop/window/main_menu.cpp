@@ -15,7 +15,7 @@
 namespace zelvane {
 namespace {
 
-/// Left to right; menus of other names stand before View.
+/// Returns the menus from left to right; menus of other names are placed before View.
 const QStringList& Order() {
   static const QStringList order = {"File",  "Edit", "Model", "Stimulus", "Run",
                                     "Graph", "View", "Tools", "Help"};
@@ -31,7 +31,7 @@ QString WithoutMnemonic(QString title) {
   return title.remove('&');
 }
 
-/// Marks the first letter that no entry before has taken.
+/// Marks the first letter that no earlier entry has taken.
 QString WithMnemonic(const QString& text, QString& taken) {
   for (qsizetype i = 0; i < text.size(); ++i) {
     const QChar letter = text[i].toLower();
@@ -62,7 +62,7 @@ bool CanDo(const MenuItem& item) {
 void FinishTyping() {
   QWidget* field = QApplication::focusWidget();
   if (qobject_cast<QLineEdit*>(field) == nullptr) return;
-  const QPointer<QWidget> kept = field;  // an editor in place goes when it loses the focus
+  const QPointer<QWidget> kept = field;  // an editor in place is deleted when it loses the focus
   field->clearFocus();
   if (kept != nullptr && kept->isVisible()) kept->setFocus();
 }

@@ -21,7 +21,7 @@ constexpr int LeastProgressWidth = 240;  // pixels
 constexpr int MostProgressWidth = 380;
 constexpr char PercentText[] = "%p%";
 
-/// "12.3 s", from a minute on "3:05".
+/// Returns "12.3 s", or "3:05" from one minute on.
 QString ElapsedText(qint64 ms) {
   if (ms < 60'000) return QString::number(static_cast<double>(ms / 100) / 10.0, 'f', 1) + " s";
   return QStringLiteral("%1:%2").arg(ms / 60'000).arg(ms / 1000 % 60, 2, 10, QChar('0'));
@@ -59,7 +59,7 @@ MainStatus::MainStatus(QWidget* parent)
 void MainStatus::refresh() {
   const QString path = ToQt(Model.ModelFileName);
   file_->showText(path.isEmpty() ? QStringLiteral("No model file") : QFileInfo(path).fileName(), path);
-  const QString shown = ToQt(ControlNamed("DataName").text);  // of a run it is the model's
+  const QString shown = ToQt(ControlNamed("DataName").text);  // for a run the path of the model
   data_->showText(QFileInfo(shown).fileName(), shown);
   data_->setVisible(!shown.isEmpty() && shown != path);
   length_->setText("Sweep " + ToQt(CompactNumber(ControlNamed("SweepLength").number, 6)) + " ms");
@@ -84,7 +84,7 @@ void MainStatus::showFraction(double fraction) {
     progress_->show();
     stop_->show();
   }
-  // The text first: the value paints at once, and that is the one paint of a breath.
+  // The text first: setting the value paints at once, and only one paint is wanted.
   progress_->setFormat(runText_ + PercentText + "  " + ElapsedText(sinceStart_.elapsed()));
   progress_->setValue(static_cast<int>(std::lround(std::clamp(fraction, 0.0, 1.0) * ProgressSteps)));
 }

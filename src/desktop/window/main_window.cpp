@@ -40,7 +40,7 @@ constexpr int ToolIconSize = 20;
 constexpr int StopPollMs = 20;  // while a closing window waits for the end of a run
 
 constexpr char TablePanelName[] = "TableModelPanel";  // part of the model's page
-/// What ends a command that runs: each stops its own kind.
+/// Controls that end a running command; each stops its own kind of command.
 constexpr const char* StopControls[] = {"StopRun", "StopAnalysisButton"};
 
 constexpr char CannotWritePdf[] = "The PDF file could not be written: ";
@@ -82,7 +82,7 @@ MainWindow::MainWindow(DesktopFrontEnd& frontEnd, Settings& settings)
     : frontEnd_(frontEnd), settings_(settings), modelFile_(Model.ModelFileName) {
   setObjectName("MainWindow");
   setAcceptDrops(true);
-  setMinimumSize(LeastSize);  // for all pages: what a page shows must not enlarge the window
+  setMinimumSize(LeastSize);  // for all pages: the content of a page must not enlarge the window
   menu_ = new MainMenu(menuBar());
   status_ = new MainStatus(this);
   setStatusBar(status_);
@@ -300,7 +300,7 @@ void MainWindow::goTo(const Task& task) {
   FinishTyping();
   MenuItem* command = FindMenu(task.decl->command);
   if (task.page != page() && command != nullptr) PressMenu(*command);
-  refresh({});  // the button of the page in front is down, whichever was clicked
+  refresh({});  // the button of the page in front shows as pressed, whichever was clicked
 }
 
 void MainWindow::fillRecentFiles() {
@@ -352,7 +352,7 @@ void MainWindow::changeEvent(QEvent* event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  event->ignore();  // the program ends through its own question
+  event->ignore();  // the program ends only after its own question
   if (Screen.busy > 0) {
     StopWork();
     closing_ = true;
@@ -382,7 +382,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
   QStringList paths;
   for (const QUrl& url : event->mimeData()->urls())
     paths << (url.isLocalFile() ? url.toLocalFile() : url.toString());
-  // After the drop has ended: a message must not hold up the program that the files came from.
+  // After the drop has ended: a message must not block the program that the files came from.
   QTimer::singleShot(0, this, [this, paths] {
     for (const QString& path : paths) openFile(path);
   });

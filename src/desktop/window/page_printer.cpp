@@ -10,7 +10,7 @@
 namespace zelvane {
 namespace {
 
-/// Paints a page as large as it fits. False when the printer takes nothing.
+/// Paints a page as large as it fits. Returns false when the printer does not accept it.
 bool PaintOnPaper(QWidget& page, QPrinter& printer) {
   printer.setPageOrientation(page.width() > page.height() ? QPageLayout::Landscape : QPageLayout::Portrait);
   QPainter painter;

@@ -30,7 +30,7 @@ constexpr int TableWidth = 360;
 constexpr int TableHeight = 360;
 constexpr char PlacePanel[] = "ParseReadPanel";  // its graph is a bar
 
-/// A page of sections, by the name of its tab.
+/// Returns the page of sections for a tab, by the tab's name.
 FormPage* PageOf(std::map<QString, FormPage*>& pages, QTabWidget*& tabs, const QString& tab, QWidget* parent,
                  QVBoxLayout* layout) {
   FormPage*& page = pages[tab];
@@ -66,7 +66,7 @@ PanelDialog::PanelDialog(Panel& panel, QWidget* parent, Mode mode, const QString
   addRecords(layout);
   addButtons(layout);
   refresh({});
-  // As large as its content, and no larger than the window it belongs to.
+  // As large as its content, but not larger than the window it belongs to.
   const QSize room = parent != nullptr ? parent->window()->size() : screen()->availableSize();
   resize(sizeHint().boundedTo(room));
 }
@@ -121,7 +121,7 @@ void PanelDialog::addButtons(QVBoxLayout* layout) {
     buttons_.push_back(new ControlWidget(*control, this));
     row->addWidget(buttons_.back());
   }
-  // Enter commits a field; it must press no button beside.
+  // Enter commits a field; it must not press a button as well.
   for (QPushButton* button : findChildren<QPushButton*>()) button->setAutoDefault(false);
   if (mode_ == Modal) {
     for (ControlWidget* widget : findChildren<ControlWidget*>()) widget->setTypesOnly(true);
@@ -149,7 +149,7 @@ void PanelDialog::closeEvent(QCloseEvent* event) {
     QDialog::closeEvent(event);
     return;
   }
-  event->ignore();  // the dialog goes when its panel does
+  event->ignore();  // the dialog closes when its panel does
   ClosePanel(panel_);
 }
 
@@ -159,7 +159,7 @@ void PanelDialog::keyPressEvent(QKeyEvent* event) {
     return;
   }
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    if (mode_ == Modeless) return;  // a field has taken it
+    if (mode_ == Modeless) return;  // a field has taken the key
   }
   QDialog::keyPressEvent(event);
 }
@@ -175,7 +175,7 @@ void PanelDialog::showEvent(QShowEvent* event) {
   selectFirstField();
 }
 
-/// What is typed into a field that has the focus from the start takes the place of what stands there.
+/// Selects the text of the first field, so that typing replaces it.
 void PanelDialog::selectFirstField() {
   QWidget* first = nextInFocusChain();
   const auto takesKeys = [this](const QWidget* widget) {

@@ -14,9 +14,9 @@ namespace {
 constexpr MessageTitle PlayTitle{MessageKind::Warning, "! Script"};
 constexpr char BusyText[] = "A run is in progress.";
 constexpr char RefusedText[] = "The script has ended. These commands could not be carried out:\n\n";
-constexpr int MostErrors = 12;  // that a message shows
+constexpr int MostErrors = 12;  // errors that a message shows
 
-/// The objects that tell of an error, one a line.
+/// Returns the objects that report an error, one a line.
 std::string ErrorsOf(std::istream& events) {
   std::string errors;
   std::string line;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr char LastFolderKey[] = "files/lastFolder";
 constexpr char RecentFilesKey[] = "files/recent";
-constexpr int MostPixels = 100'000;  // of a part of the window; a larger size is no size
+constexpr int MostPixels = 100'000;  // a larger number is not the size of a part
 
 }  // namespace
 
@@ -64,7 +64,7 @@ bool Settings::flag(const QString& key, bool unset) const {
 QList<int> Settings::sizes(const QString& key, qsizetype count) const {
   QList<int> sizes;
   for (const QString& word : value(key).toStringList()) {
-    const int size = word.toInt();  // 0 for a word that is no number
+    const int size = word.toInt();  // 0 for a word that is not a number
     if (size <= 0 || size > MostPixels) return {};
     sizes.push_back(size);
   }

@@ -40,7 +40,7 @@ const Colours& ActiveColours() {
   return DarkIsActive() ? DarkColours() : LightColours();
 }
 
-/// Check boxes of the same weight on light and dark ground.
+/// Draws check boxes with equally strong lines on light and dark ground.
 class CalmStyle : public QProxyStyle {
  public:
   CalmStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
@@ -197,8 +197,8 @@ void ApplyColours(bool dark) {
   ApplySheet(ActiveColours());
 }
 
-/// Keeps the chosen colours, and follows the system where that is the choice: its palette may change sides
-/// while the program runs.
+/// Keeps the chosen colours. With the choice System follows the desktop, whose palette may change between
+/// light and dark while the program runs.
 class ThemeWatch : public QObject {
  public:
   ThemeWatch() : QObject(qApp) { qApp->installEventFilter(this); }
@@ -212,7 +212,7 @@ class ThemeWatch : public QObject {
 
   bool eventFilter(QObject* watched, QEvent* event) override {
     const bool newPalette = event->type() == QEvent::ApplicationPaletteChange && watched == qApp;
-    // Our own palette hides the system's: only its change of theme is heard.
+    // Our own palette hides the system's, so only its change of theme is noticed.
     if (theme_ == Theme::System && !dressing_ && (newPalette || event->type() == QEvent::ThemeChange))
       follow(newPalette);
     return false;
@@ -226,14 +226,14 @@ class ThemeWatch : public QObject {
     dressing_ = false;
   }
 
-  /// The side that the system's palette is on; takes our own off.
+  /// Returns whether the system's palette is dark. Removes our own palette.
   static bool systemIsDark() {
     QApplication::setPalette(QPalette());
     return IsDarkGround(QApplication::palette());
   }
 
   Theme theme_ = Theme::System;
-  bool dressing_ = false;  // what changes is our own doing
+  bool dressing_ = false;  // the change is our own
 };
 
 QPixmap RenderedDrawing(const QString& name, const QColor& stroke, const QColor& accent) {

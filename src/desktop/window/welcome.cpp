@@ -55,11 +55,11 @@ Welcome::Welcome(const QString& modelsFolder, QWidget* parent) : QDialog(parent)
   list->setMinimumSize(720, 330);
   list->setSpacing(3);
   list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-  list->setWordWrap(true);  // titles name their sources: none is cut
+  list->setWordWrap(true);  // titles name their sources and must not be cut
   list->setTextElideMode(Qt::ElideNone);
   list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   const auto choose = [this](const QListWidgetItem* item) {
-    if (!isVisible()) return;  // a click has chosen already
+    if (!isVisible()) return;  // a click has already chosen
     const QString path = item->data(PathRole).toString();
     accept();
     emit modelChosen(path);
