@@ -9,7 +9,7 @@ namespace zelvane {
 namespace {
 
 constexpr double LargestPlainWhole = 1e15;  // whole numbers below it are written without point and exponent
-constexpr int FloatDigits = 9;              // digits from which every 32-bit float reads back
+constexpr int FloatDigits = 9;              // enough digits to read back every 32-bit float
 
 Json RangeJson(const std::optional<DataRange>& range, char axis) {
   if (!range) return nullptr;

@@ -9,10 +9,10 @@
 namespace zelvane {
 namespace {
 
-constexpr std::size_t LongestName = 60;  // a longer word is no slip of the keyboard
+constexpr std::size_t LongestName = 60;  // a longer word is not a typing mistake
 constexpr std::size_t MaxSuggestions = 3;
 
-/// The name with nothing between its brackets.
+/// Returns the name with empty brackets.
 std::string WithoutIndices(std::string_view name) {
   std::string plain;
   bool inside = false;
@@ -24,7 +24,7 @@ std::string WithoutIndices(std::string_view name) {
   return plain;
 }
 
-/// What stands between the brackets of a name, bracket by bracket.
+/// Returns the texts between the brackets of a name.
 std::vector<std::string> Indices(std::string_view name) {
   std::vector<std::string> indices;
   for (std::size_t open = name.find('['); open != std::string_view::npos; open = name.find('[', open + 1)) {
@@ -33,7 +33,7 @@ std::vector<std::string> Indices(std::string_view name) {
   return indices;
 }
 
-/// A name with empty brackets under the indices of another one, where it has as many.
+/// Returns a name with the indices of another one in its empty brackets, if the numbers of brackets agree.
 std::string WithIndices(const std::string& plain, const std::vector<std::string>& indices) {
   if (static_cast<std::size_t>(std::count(plain.begin(), plain.end(), '[')) != indices.size()) return plain;
   std::string name;
@@ -50,7 +50,7 @@ std::string Lower(std::string text) {
   return text;
 }
 
-/// Insertions, deletions and replacements that turn `a` into `b` (Levenshtein 1966).
+/// Returns the number of insertions, deletions and replacements that turn `a` into `b` (Levenshtein 1966).
 std::size_t EditDistance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> row(b.size() + 1);
   for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
@@ -84,7 +84,7 @@ std::vector<std::string> NearestNames(std::string_view name, const std::vector<s
   for (const auto& [distance, plain] : near) {
     if (names.size() == MaxSuggestions) break;
     std::string suggestion = WithIndices(plain, Indices(name));
-    if (suggestion != name) names.push_back(std::move(suggestion));  // its indices may be what is wrong
+    if (suggestion != name) names.push_back(std::move(suggestion));  // the mistake may be in the indices
   }
   return names;
 }

@@ -6,9 +6,9 @@ namespace zelvane {
 namespace {
 
 constexpr std::string_view Blanks = " \t";
-constexpr std::size_t LongestQuoted = 80;  // characters of a script's own text that a message repeats
+constexpr std::size_t LongestQuoted = 80;  // characters of a script's text that a message repeats
 
-/// Takes a quoted word from the front of `line`, its opening quote already gone.
+/// Removes a quoted word from the front of `line`; its opening quote is already removed.
 std::optional<std::string> ReadQuoted(std::string_view& line) {
   std::string word;
   for (std::size_t i = 0; i < line.size(); ++i) {

@@ -12,7 +12,8 @@
 namespace zelvane {
 namespace {
 
-/// Sets one "NAME=VALUE". False, told, when the name is no field or the value does not suit it.
+/// Sets one "NAME=VALUE". Writes a message and returns false when the name is not a field or the value does
+/// not suit its field.
 bool ApplySetting(const std::string& setting, std::ostream& err) {
   const std::size_t equals = setting.find('=');
   if (equals == std::string::npos) {

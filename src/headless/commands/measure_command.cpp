@@ -37,10 +37,10 @@ constexpr char Interrupted[] = "stopped; nothing was written";
 constexpr char MeasuringText[] = "measuring";
 constexpr int ProgressSteps = 100;
 
-/// The recording that is measured, sweep after sweep, into `Trace.SimTrace`.
+/// The recording to measure, one sweep at a time, in `Trace.SimTrace`.
 struct Recording {
-  std::unique_ptr<RecordingFile> abf;        // nothing = a text
-  std::vector<std::vector<float>> episodes;  // of a text that has several, read in one pass
+  std::unique_ptr<RecordingFile> abf;        // nullptr = a text
+  std::vector<std::vector<float>> episodes;  // of a text with several episodes, read in one pass
   int channel = 0;
   int sweeps = 1;
   std::string units;
@@ -51,7 +51,7 @@ bool CanWrite(const std::string& path) {
   return extension == ".csv" || extension == ".res" || extension == ".tbl";
 }
 
-/// Shows each message once however many sweeps bring it.
+/// Shows each message once, although many sweeps may cause it.
 class MeasuringScreen {
  public:
   MeasuringScreen() {
@@ -71,7 +71,8 @@ class MeasuringScreen {
   std::set<std::string> told_;
 };
 
-/// Chooses the channel asked for, or the first. False, told, when the file has no such channel.
+/// Chooses the channel of the options, or the first. Writes a message and returns false when the file has no
+/// such channel.
 bool ChooseChannel(const MeasureOptions& options, Recording& recording, std::ostream& err) {
   const std::vector<RecordedInput>& inputs = recording.abf->Account().inputs;
   if (inputs.empty()) return false;
@@ -131,7 +132,7 @@ int OpenRecording(const MeasureOptions& options, Recording& recording, std::ostr
   return JobDone;
 }
 
-/// Reads a sweep into the trace. Its samples; 0 when the file does not hold them.
+/// Reads a sweep into the trace. Returns its samples; 0 when the file does not hold the sweep.
 int ReadAbfSweep(const Recording& recording, int sweep) {
   const int samples = recording.abf->SweepSamples(sweep);
   if (samples < 1 || samples > MaxStimPoints) return 0;
@@ -146,7 +147,7 @@ int CopyTextSweep(const Recording& recording, int sweep) {
   return static_cast<int>(samples.size());
 }
 
-/// Brings a sweep into the trace. False when the file does not hold it.
+/// Reads a sweep into the trace. Returns false when the file does not hold the sweep.
 bool ReadSweepOf(const Recording& recording, int sweep) {
   Trace.EpisodeIndex = sweep;
   if (!recording.abf && recording.sweeps == 1) {
@@ -162,7 +163,7 @@ bool ReadSweepOf(const Recording& recording, int sweep) {
   return true;
 }
 
-/// Corrects and filters the trace, in the order of the panels: a correction belongs to the reading.
+/// Corrects and filters the trace, in the order of the panels, where the correction is part of the reading.
 void PrepareSweep(const MeasureOptions& options, bool correct) {
   if (correct) CorrectTraceRead();
   if (!options.filterKHz) return;
@@ -170,13 +171,14 @@ void PrepareSweep(const MeasureOptions& options, bool correct) {
   GaussianFilter(Trace.SimTrace.first(samples), static_cast<float>(*options.filterKHz));
 }
 
-/// Measures the sweeps asked for. False, told, when one could not be read or the user stopped.
+/// Measures the sweeps of the options. Writes a message and returns false when a sweep could not be read or
+/// the user stopped.
 bool MeasureSweeps(const MeasureOptions& options, const Recording& recording, std::vector<AnalysisRow>& rows,
                    const JobStreams& streams) {
   const int last = options.sweeps.last == 0 ? recording.sweeps : options.sweeps.last;
   const int step = std::max((last - options.sweeps.first + 1) / ProgressSteps, 1);
   const std::string name = DataFileName();
-  // Here alone, so that no trace is corrected twice.
+  // The correction is made here alone, so that no trace is corrected twice.
   const bool correct = std::exchange(RsCm.RsCmAuto, 0) != 0 || options.correct;
   for (int sweep = options.sweeps.first; sweep <= last; ++sweep) {
     if (StopAsked(streams)) {
@@ -233,7 +235,7 @@ void WriteJson(const MeasureOptions& options, const Recording& recording,
   out << JsonLine(json) << '\n';
 }
 
-/// What is wrong with the command line, as far as the file need not be known.
+/// Returns what is wrong with the command line before the file is read, or an empty string.
 std::string MisuseOf(const MeasureOptions& options) {
   if (!options.outFile.empty() && !CanWrite(options.outFile)) {
     return options.outFile + ": the name of a file of measures ends in .csv, .res or .tbl";

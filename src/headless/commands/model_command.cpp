@@ -27,7 +27,7 @@ int UpgradeModelCommand(const std::string& oldPath, const std::string& newPath, 
   StartJob({});
   if (!ReadJobModel(oldPath, streams)) return JobFailed;
   Model.ModelFileName = newPath;
-  return ModelFileWrite() == Outcome::Done ? JobDone : JobFailed;  // a failure has been told
+  return ModelFileWrite() == Outcome::Done ? JobDone : JobFailed;  // the message has been shown
 }
 
 }  // namespace zelvane

@@ -19,7 +19,8 @@ using Labels = std::array<std::string, MaxStates + 1>;
 
 constexpr double MillivoltsPerVolt = 1000.0;
 
-/// States that take part: of the grid those that are on, of the table those with a rate into or out of them.
+/// Return the states that take part: in the grid those that are on, in the table those with a rate into or
+/// out of them.
 std::vector<int> GridStatesOn() {
   std::vector<int> states;
   for (int s = 1; s <= MaxStates; ++s) {

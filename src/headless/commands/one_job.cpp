@@ -18,9 +18,9 @@ namespace {
 
 constexpr int BarWidth = 40;  // characters
 constexpr double LargestSeed = 2147483647.0;
-constexpr Seeds SeedModuli = {30269.0, 30307.0, 30323.0};  // AS 183: three multiples of them never move
+constexpr Seeds SeedModuli = {30269.0, 30307.0, 30323.0};  // AS 183: multiples of them are fixed points
 
-/// Why a file cannot be a model, or an empty text.
+/// Returns why a file cannot be a model, or an empty string.
 std::string WhyUnreadable(const std::string& path) {
   std::error_code error;
   const auto status = std::filesystem::status(path, error);

@@ -16,7 +16,7 @@ std::string NameOf(int state) {
   return StateName(state, labels[Index(state)]);
 }
 
-/// Time of a point as a user would type it.
+/// Returns the time of a point as a user would type it.
 double TimeOf(int point) {
   return AsTyped(Model.ADInterval) * point;
 }
@@ -90,7 +90,7 @@ int QMatrixCommand(const QMatrixOptions& options, const JobStreams& streams) {
   ShowJobStores();
   const int point = StimulusPointAt(static_cast<float>(options.timeMs));
   const QMatrixSolution solution = QMatrixAnalysis(true, point);
-  if (!solution.finite) return JobFailed;  // told on the console
+  if (!solution.finite) return JobFailed;  // the console has the message
   if (solution.matrix.states.empty()) {
     streams.err << options.model << ": no rate leads into any state\n";
     return JobFailed;

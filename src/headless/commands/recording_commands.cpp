@@ -23,7 +23,7 @@ namespace {
 
 constexpr char Stopped[] = "stopped; nothing is written\n";
 constexpr char NoInterval[] = "does not hold the time between samples";
-constexpr char IntervalCan[] = "; --interval can";  // of a text
+constexpr char IntervalCan[] = "; --interval can";  // for a text
 constexpr char UnequalSweeps[] =
     "its sweeps have different lengths and do not fit side by side; cut them with --length, or write .csv "
     "or .abf";
@@ -85,14 +85,14 @@ std::unique_ptr<RecordingFile> OpenWithAccount(const std::string& path, std::opt
   return std::move(opened.file);
 }
 
-/// The sweeps of one input that are asked for, each cut and thinned.
+/// The chosen sweeps of one input, each cut and thinned.
 struct Excerpt {
   Sweeps sweeps;
   double intervalMs = 0.0;
   RecordedInput input{};
 };
 
-/// Why the options ask for nothing that can be; empty when they do not.
+/// Returns why the options cannot be met, or an empty string.
 std::string Misuse(const ConvertOptions& options) {
   if (options.every < 1) return "--every takes a whole number of 1 or more";
   if (!(options.startMs >= 0.0) || !std::isfinite(options.startMs))
@@ -111,7 +111,7 @@ std::string Misuse(const ConvertOptions& options) {
   return {};
 }
 
-/// Samples that a time spans; more than any file holds where it is longer.
+/// Returns the samples in a time; for a very long time a number larger than any file holds.
 std::int64_t SamplesOf(double timeMs, double intervalMs) {
   constexpr double Most = 1e15;
   return static_cast<std::int64_t>(std::min(std::round(timeMs / intervalMs), Most));
@@ -171,7 +171,7 @@ std::vector<float> Joined(const Excerpt& excerpt) {
   return joined;
 }
 
-/// A stimulus file whose only profile that is not 0 is the one named.
+/// Writes a stimulus file in which only the given profile is not 0.
 Outcome WriteProfile(const std::string& path, const Excerpt& excerpt, int profile) {
   std::vector<float> samples = Joined(excerpt);
   std::vector<float> zeros(samples.size());
@@ -181,7 +181,7 @@ Outcome WriteProfile(const std::string& path, const Excerpt& excerpt, int profil
   return WriteStimProfiles(path, static_cast<float>(excerpt.intervalMs), profiles);
 }
 
-/// Writes the new file. False, told, when it was not written.
+/// Writes the new file. On failure writes a message and returns false.
 bool WriteExcerpt(const ConvertOptions& options, const Excerpt& excerpt, bool fromProfiles,
                   const JobStreams& streams) {
   const std::string extension = ExtensionOf(options.out);
@@ -202,7 +202,7 @@ bool WriteExcerpt(const ConvertOptions& options, const Excerpt& excerpt, bool fr
   return written && outcome == Outcome::Done;
 }
 
-/// Why the new file has no room for what was read; empty when it has.
+/// Returns why the new file cannot hold the samples, or an empty string.
 std::string NoRoom(const ConvertOptions& options, const Sweeps& sweeps) {
   std::size_t samples = 0;
   bool unequal = false;
@@ -262,7 +262,7 @@ int ConvertCommand(const ConvertOptions& options, const JobStreams& streams) {
     return JobFailed;
   }
   const bool fromProfiles = file->Account().kind == "stimulus";
-  // It names the profile written; the input is the only one that has sense.
+  // The channel is then the profile to write; the input must be the first.
   const bool namesProfile = ExtensionOf(options.out) == ".stm" && !fromProfiles;
   const auto excerpt = ReadExcerpt(options, namesProfile ? std::nullopt : options.channel, *file, streams);
   if (!excerpt) return JobFailed;

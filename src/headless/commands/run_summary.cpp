@@ -14,13 +14,14 @@
 namespace zelvane {
 namespace {
 
-/// The row of Occupancy that ends the sweep, and its time in the sweep.
+/// The last row of Occupancy inside the sweep, and its time in the sweep.
 struct LastRow {
   int point = 0;
   double timeMs = 0.0;
 };
 
-/// After an adaptive run that began late the saved steps go on beyond the sweep: the last one inside counts.
+/// Returns the last row of the run. The saved steps of an adaptive run that began late continue beyond the
+/// sweep; then it is the last step inside.
 LastRow LastRowOfRun() {
   const auto interval = AsTyped(Model.ADInterval);
   if (Result.ResultKind == ResultMonteCarlo) return {Model.NumPoints, interval * Model.NumPoints};
@@ -33,7 +34,7 @@ LastRow LastRowOfRun() {
   return {step, time(step)};
 }
 
-/// An occupancy for six decimals: what rounds to zero has no sign.
+/// Returns an occupancy for printing with six decimals; a value that rounds to zero loses its sign.
 float Shown(float occupancy) {
   return std::abs(occupancy) < 5e-7F ? 0.0F : occupancy;
 }
@@ -79,7 +80,7 @@ const char* SimulatorWord(int simulator) {
       return "montecarlo";
     case AdaptiveIntegrator:
       return "adaptive";
-    default:  // whatever else a file holds runs so
+    default:  // any other code of a file runs as this one
       return "fixed";
   }
 }

@@ -25,7 +25,7 @@ namespace {
 
 constexpr char Interrupted[] = "Simulation Interrupted by User";
 
-/// Sets all that the options say in the stores; false when they ask for something that cannot be.
+/// Writes all options to the stores. Returns false when an option cannot be met.
 bool ApplyOptions(const SimulateOptions& options, std::ostream& err) {
   if (!ApplySettings(options.settings, err)) return false;
   if (options.simulator) Model.SimulatorKind = *options.simulator;
@@ -45,10 +45,10 @@ bool ApplyOptions(const SimulateOptions& options, std::ostream& err) {
   return true;
 }
 
-/// Takes the stimulus, its interval and its points from a file.
+/// Reads the stimulus, its interval and its points from a file.
 bool ReadStimulus(const std::string& path, std::ostream& err) {
   if (const OpenedRecording opened = OpenRecordingFile(path, OpenAs::Stimulus); opened.file) {
-    // What the file proposes holds before it is read, so that nothing is asked.
+    // Set before the reading, so that the reader does not ask whether to use them.
     Model.ADInterval = opened.file->Account().stimulus.intervalMs;
     Model.NumPoints = opened.file->Account().samples - 1;
   }
@@ -62,7 +62,7 @@ bool ReadStimulus(const std::string& path, std::ostream& err) {
   return true;
 }
 
-/// A job appends its run to the file of its options, never to one of the model's.
+/// Makes a job append its run to the file of its options, never to a file of the model.
 void ChooseAutosave(const std::string& path) {
   Model.Autosave = path.empty() ? 0 : 1;
   Model.AutosaveFormat = ExtensionOf(path) == ".abf" ? 1 : 0;
@@ -76,14 +76,14 @@ void WarnOfEmptyStimulus(std::ostream& err) {
       << " uses the automatic step.\n";
 }
 
-/// Whether the run left a whole trace; the reason is told when the program has not told it.
+/// Returns whether the run left a whole trace. Writes the reason when the program has not shown it.
 bool RunSucceeded(Outcome run, const JobStreams& streams) {
   if (StopAsked(streams)) {
-    if (run != Outcome::Stopped) streams.err << Interrupted << '\n';  // it came after the last look
+    if (run != Outcome::Stopped) streams.err << Interrupted << '\n';  // the stop came after the last check
     return false;
   }
   if (run != Outcome::Done) return false;
-  if (Model.SimulatorKind == MonteCarlo) return true;  // also when no channel has opened
+  if (Model.SimulatorKind == MonteCarlo) return true;  // also when no channel opened
   if (Model.SimulatorKind == AdaptiveIntegrator && Result.ResultKind != ResultSavedSteps) {
     streams.err << "the adaptive integrator did not reach the end of the sweep; raise Precision (now "
                 << FormatText("%g", static_cast<double>(Model.Precision)) << ") or use --simulator fixed\n";
@@ -112,7 +112,7 @@ bool WriteFiles(const SimulateOptions& options, std::span<const float> mean, con
   return false;
 }
 
-/// Whether the names of the traces say in which format they are to be written.
+/// Returns whether the names of the trace files give their formats.
 bool TraceNamesServe(const SimulateOptions& options, std::ostream& err) {
   for (const std::string& path : {options.traceFile, options.meanFile}) {
     if (path.empty() || TraceFormatOf(path)) continue;

@@ -36,7 +36,7 @@ Json ListJson(const DwellListSummary& list) {
   return json;
 }
 
-/// The trace of the last run as it stands.
+/// Returns the trace of the last run.
 std::span<const float> PresentTrace() {
   return Trace.SimTrace.first(static_cast<std::size_t>(std::clamp(Model.NumPoints, 0, MaxStimPoints)));
 }
@@ -85,7 +85,7 @@ Json SingleChannelsJson(const SingleChannelSummary& summary) {
 
 RunMean::RunMean() {
   listening = this;
-  Model.AutoAnalyze = 0;  // no file of measures is asked for
+  Model.AutoAnalyze = 0;  // a job writes no file of measures
   SeriesRun.Add([](int) {
     if (listening != nullptr) listening->Add();
   });

@@ -9,12 +9,12 @@
 namespace zelvane {
 namespace {
 
-constexpr std::size_t LongestLine = 1'000'000;         // bytes; a command that long is junk
-constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";  // some editors begin a text with it
+constexpr std::size_t LongestLine = 1'000'000;         // bytes; a longer command is a mistake
+constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";  // some editors put it at the start of a text
 constexpr int Misunderstood = 2;                       // exit status
 
-/// Reads up to the next line end, which is kept out of `line`, as is a carriage return before it. What lies
-/// beyond the longest line is passed over, with `tooLong` set. False at the end of the input.
+/// Reads up to the next line end, and leaves it and a carriage return before it out of `line`. Skips what
+/// exceeds the longest line and sets `tooLong`. Returns false at the end of the input.
 bool ReadLine(std::istream& in, std::string& line, bool& tooLong) {
   line.clear();
   tooLong = false;
@@ -50,7 +50,7 @@ std::vector<std::string> CommandNames() {
 void RunCommand(DriveSession& session, const DriveCommand& command, Words words) {
   session.pumps = 0;
   command.run(session, words);
-  if (!command.queues) session.presses.clear();  // a press whose moment did not come is dropped
+  if (!command.queues) session.presses.clear();  // drops presses whose moment did not come
 }
 
 void RunLine(DriveSession& session, std::string_view line) {
@@ -87,7 +87,7 @@ void RunLines(DriveSession& session, std::istream& in, const DriveHost& host) {
     else
       RunLine(session, first && line.starts_with(Utf8Mark) ? line.substr(Utf8Mark.size()) : line);
     first = false;
-    session.out->flush();  // whoever holds the other end of a pipe waits for the answer
+    session.out->flush();  // the program at the other end of a pipe waits for the answer
     if (host.afterLine) host.afterLine();
   }
 }

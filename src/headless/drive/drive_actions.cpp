@@ -1,4 +1,4 @@
-// Commands of the language that do what a user does: type, press, answer, drag.
+// Commands of the language for actions of a user: type, press, answer, drag.
 #include <cmath>
 
 #include "app/application.h"
@@ -52,7 +52,7 @@ Graph* KnownGraph(DriveSession& session, const std::string& name) {
   return graph;
 }
 
-/// A graph that has strips and bars.
+/// Returns a graph that has strips and bars; on failure writes a message and returns nullptr.
 Graph* ZoomGraphNamed(DriveSession& session, const std::string& name) {
   Graph* graph = KnownGraph(session, name);
   if (graph != nullptr && !graph->zooms) {
@@ -62,14 +62,14 @@ Graph* ZoomGraphNamed(DriveSession& session, const std::string& name) {
   return graph;
 }
 
-/// 'x' or 'y'; a message and 0 otherwise.
+/// Returns 'x' or 'y'; on failure writes a message and returns 0.
 char AxisLetter(DriveSession& session, const std::string& word) {
   if (word == "x" || word == "y") return word[0];
   WriteMisunderstood(session, "no axis (x or y): " + Shortened(word));
   return '\0';
 }
 
-/// A finite number; a message and nothing otherwise.
+/// Returns a finite number; on failure writes a message and returns nullopt.
 std::optional<double> ReadFiniteNumber(DriveSession& session, const std::string& word) {
   const std::optional<double> value = ParseNumber(word);
   if (value && std::isfinite(*value)) return value;
@@ -89,7 +89,7 @@ void WriteIfRefused(DriveSession& session, const std::string& name, const Refusa
 
 // -- Controls --
 
-/// Types into a control. False when it was refused.
+/// Types into a control. Returns false when the control refuses.
 bool TypeWord(DriveSession& session, Control& control, const std::string& value) {
   const Refusal refusal = TypeInto(control, value);
   WriteIfRefused(session, control.name, refusal);
@@ -116,7 +116,7 @@ void PressWord(DriveSession& session, Words words) {
   PressNamed(session, words[0]);
 }
 
-/// Tables answer a right click as controls do, and a panel tells what it is for.
+/// Shows the help of a table, as a right click on a control does, or of a panel.
 bool HelpOfRecord(const std::string& name) {
   for (const Table& table : Screen.tables) {
     if (table.name != name && (table.command.empty() || table.command != name)) continue;
@@ -202,7 +202,7 @@ void Zoom(DriveSession& session, Words words) {
                    {"xexpand", "xcontract", "yexpand", "ycontract", "left", "right", "up", "down"});
 }
 
-/// `view GRAPH all`, or an axis and its range.
+/// Handles `view GRAPH all`, and `view` with an axis and its range.
 void View(DriveSession& session, Words words) {
   Graph* graph = KnownGraph(session, words[0]);
   if (graph == nullptr) return;

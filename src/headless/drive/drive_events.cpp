@@ -1,4 +1,4 @@
-// Events of the program: popups, dialogs and console lines written out, answered from the queues.
+// Events of the program: writes popups, dialogs and console lines, and answers from the queues.
 #include <algorithm>
 
 #include "headless/drive/drive_session.h"
@@ -8,7 +8,7 @@
 namespace zelvane {
 namespace {
 
-/// The front of a queue, or nothing.
+/// Takes and returns the front of a queue; nullopt when it is empty.
 template <typename T>
 std::optional<T> Take(std::deque<T>& queue) {
   if (queue.empty()) return std::nullopt;
@@ -45,7 +45,7 @@ bool Confirm(DriveSession& session, std::string_view title, std::string_view tex
   return answer.value_or(false);
 }
 
-/// One path, or with a multiple selection all of them; null when the dialog is cancelled.
+/// Returns one path, or all of a multiple selection; null when the dialog is cancelled.
 Json ChosenJson(const std::vector<std::string>& paths, bool multiple) {
   if (paths.empty()) return nullptr;
   if (multiple) return paths;
@@ -64,8 +64,8 @@ std::vector<std::string> ChooseFiles(DriveSession& session, const FileRequest& r
   return paths;
 }
 
-/// Types one field of a dialog. A control that may act while the command that opened the dialog still runs
-/// acts at once, as it does under the user's hand.
+/// Types one field of a dialog. A control that may act while the command waits for the dialog acts at once,
+/// as it does for a user.
 void FillField(DriveSession& session, Panel& panel, const std::string& name, const std::string& value) {
   const auto it = std::find_if(panel.controls.begin(), panel.controls.end(),
                                [&](const Control* control) { return control->name == name; });
@@ -97,7 +97,7 @@ bool RunModal(DriveSession& session, const FrontEnd& shown, Panel& panel, std::s
   return accept;
 }
 
-/// The presses queued for this moment happen.
+/// Performs the presses that are queued for this moment.
 void Pump(DriveSession& session) {
   const int moment = ++session.pumps;
   std::vector<QueuedPress> due;

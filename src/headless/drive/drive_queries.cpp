@@ -25,7 +25,7 @@ Json Named(const std::string& name) {
   return object;
 }
 
-/// Told of a name that is no array.
+/// Writes that a name is not an array.
 void UnknownField(DriveSession& session, const std::string& name) {
   if (FindField(name))
     WriteMisunderstood(session, name + ": one value, not an array");
@@ -73,7 +73,7 @@ void Get(DriveSession& session, Words words) {
   WriteObject(session, object);
 }
 
-/// Whether elements first..first + count - 1 exist; a message when not.
+/// Returns whether elements first..first + count - 1 exist; on failure writes a message.
 bool InRun(DriveSession& session, const std::string& name, const FieldRun& run, int first, int count) {
   if (count >= 0 && first >= run.index.first && first <= run.index.last + 1 &&
       count <= run.index.last - first + 1) {
@@ -104,7 +104,7 @@ void Slice(DriveSession& session, Words words) {
   WriteObject(session, object);
 }
 
-/// A float's four bytes, lowest first on any machine.
+/// Appends the four bytes of a float, lowest first on any machine.
 void AppendFloat(std::string& bytes, float value) {
   const auto bits = std::bit_cast<std::uint32_t>(value);
   for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>((bits >> shift) & 0xFFU);
@@ -182,7 +182,7 @@ std::optional<CellAddress> FindCell(DriveSession& session, Words words) {
   return CellAddress{table, row, column};
 }
 
-/// A number where the table holds numbers and the cell one, else its text.
+/// Writes a cell: a number where the table and the cell hold numbers, else the text.
 void WriteCell(DriveSession& session, const CellAddress& cell) {
   const std::string& text = CellText(*cell.table, cell.row, cell.column);
   const auto number = cell.table->numeric ? ParseNumber(text) : std::nullopt;
