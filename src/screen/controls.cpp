@@ -1,4 +1,4 @@
-// Values of controls, and the one rule of what a click, a commit and a right click do.
+// Values of controls, and the rules for clicks, commits and right clicks.
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -18,7 +18,7 @@ constexpr char RunInProgress[] = "a run is in progress";
 constexpr char ReadOnly[] = "not editable";
 constexpr char NoSuchCell[] = "no such cell";
 
-/// Changes of views while a command runs; told after it.
+/// Changes of views while a command runs; observers get them after it.
 std::vector<std::string>& ViewedMeanwhile() {
   static std::vector<std::string> lines;
   return lines;
@@ -33,14 +33,14 @@ bool EditsField(const Control& control) {
   return control.field && (HoldsNumber(control) || control.kind == ControlKind::Text);
 }
 
-/// Number of the store's field as the panel shows it.
+/// Returns the number of the store's field as the panel shows it.
 double ShownNumber(const Control& control) {
   const double stored = FieldNumber(control.field);
   return control.toShown != nullptr ? control.toShown(stored) : stored;
 }
 
-/// Takes over a value shown in another unit only where the user typed it: the way to the panel and back may
-/// round.
+/// Stores a value shown in another unit, but only one that the user typed: converting to the panel and back
+/// may round.
 void StoreConverted(Control& control) {
   if (!control.typed) return;
   control.typed = false;
@@ -70,8 +70,8 @@ void LoadControl(Control& control) {
   }
 }
 
-/// Runs what a user did with the screen marked busy, then the dimming rules. `line` repeats it in the command
-/// language; observers are told of the outermost action alone.
+/// Runs an action of the user with the screen marked busy, then the dimming rules. `line` is the action in
+/// the command language; observers get only the outermost action.
 template <typename Function>
 void RunAction(const std::string& line, Function&& action) {
   const bool outermost = Screen.busy == 0;
@@ -90,7 +90,7 @@ void RunAction(const std::string& line, Function&& action) {
   for (const std::string& viewed : std::exchange(ViewedMeanwhile(), {})) ObserveDid(viewed);
 }
 
-/// The command language's words for a press of a control.
+/// Returns the words of the command language for a press of a control.
 std::string PressLine(const Control& control) {
   return control.command.empty() ? "commit " + QuoteWord(control.name) : "press " + control.command;
 }

@@ -7,7 +7,7 @@
 namespace zelvane {
 namespace {
 
-/// Reason why a control cannot hold a number.
+/// Returns the reason why a control cannot hold a number.
 Refusal CheckNumber(const Control& control, double value) {
   if (!std::isfinite(value)) return NotFinite;
   if (control.field && !NumberSuits(control.field.field->type, value)) return NotSuitable;
@@ -32,8 +32,8 @@ bool IsBlank(std::string_view text) {
   return text.find_first_not_of(" \r") == std::string_view::npos;
 }
 
-/// Calls `visit` with row and column of the table and the number, for every number of a block. The first
-/// refusal ends the walk.
+/// Calls `visit` for every number of a block, with its row and column of the table. Stops at the first
+/// refusal.
 template <typename Visit>
 Refusal ForEachNumber(const NumberBlock& block, int row, int column, Visit&& visit) {
   for (std::size_t i = 0; i < block.size(); ++i) {
@@ -61,7 +61,7 @@ Refusal EnterTyped(Control& control, std::string_view text) {
     if (!value) return NotANumber;
     typed = EntryText(*value);
   }
-  if (Screen.busy > 0 && !control.whileBusy) return Commit(control);  // tells why not, and nothing is typed
+  if (Screen.busy > 0 && !control.whileBusy) return Commit(control);  // returns the reason and types nothing
   const Refusal refusal = TypeInto(control, typed);
   return refusal.empty() ? Commit(control) : refusal;
 }

@@ -21,7 +21,7 @@ const Field* FieldByKey(std::string_view key) {
   return it != Registry().end() ? &it->second : nullptr;
 }
 
-/// Address after the given indices, or nullptr when one is out of range.
+/// Returns the address for the given indices, or nullptr when an index is out of range.
 std::byte* Walk(const Field& field, std::span<const int> indices) {
   std::byte* address = field.base;
   for (std::size_t k = 0; k < indices.size(); ++k) {
@@ -98,8 +98,8 @@ FieldRef FindField(std::string_view name) {
 FieldRun FindFieldRun(std::string_view name) {
   const auto parsed = ParseFieldName(name);
   if (!parsed) return {};
-  // The free index may be the last of several ("TableRate[2]") and its bracket is not written; after it a
-  // member can follow ("RateConstraint.value" stands for all rows), so every field of one rank more is tried.
+  // The free index may be the last of several ("TableRate[2]"), and its bracket is not written. A member can
+  // follow it ("RateConstraint.value" means all rows). So every field with one more index is tried.
   for (const auto& [fieldName, field] : Registry()) {
     if (field.rank != static_cast<int>(parsed->indices.size()) + 1) continue;
     const std::size_t bracket = fieldName.rfind("[]");
@@ -213,7 +213,7 @@ std::optional<double> ParseNumber(std::string_view text) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (end != text.data() + text.size()) return std::nullopt;
   if (error == std::errc::result_out_of_range) {
-    // from_chars leaves the value alone: a huge number is infinite, a tiny one 0.
+    // from_chars does not set the value here: a huge number is infinite, a tiny one 0.
     const auto exponent = text.find_first_of("eE");
     const bool tiny =
         exponent != std::string_view::npos && text.find('-', exponent) != std::string_view::npos;

@@ -12,9 +12,9 @@ namespace zelvane {
 namespace {
 
 constexpr std::size_t BlockBytes = 1 << 20;
-constexpr int TimeDigits = 10;  // start + i x step carries rounding beyond these
+constexpr int TimeDigits = 10;  // start + i x step has rounding errors beyond these digits
 
-/// "ms" of "Time (ms)".
+/// Returns "ms" for "Time (ms)".
 std::string_view UnitOf(std::string_view title) {
   const std::size_t open = title.rfind('(');
   const std::size_t close = title.rfind(')');
@@ -115,7 +115,7 @@ class GraphRows {
     bool ownTimes = true;
     std::vector<Stretch> stretches;
     std::size_t stretch = 0;
-    std::size_t next = 0;  // within the stretch
+    std::size_t next = 0;  // position within the stretch
 
     std::size_t Count() const {
       std::size_t count = 0;
@@ -147,7 +147,7 @@ class GraphRows {
   std::size_t count_ = 0;
 };
 
-/// Sample of `plot` whose x is the last at or below `x`; nothing outside the plot.
+/// Returns the last sample of `plot` with an x at or below `x`; nullopt outside the plot.
 std::optional<std::size_t> SampleBefore(const Plot& plot, double x) {
   if (plot.y.size() < 2) return std::nullopt;
   if (plot.x.empty()) {

@@ -17,7 +17,7 @@ constexpr Prefix Prefixes[] = {{"f", -15},       {"p", -12}, {"n", -9}, {"u", -6
 
 constexpr std::string_view PrefixedUnits = "MSAV";
 
-/// Exponent of a prefix at the front of `text`, which is then cut off; 0 without one.
+/// Removes a prefix from the front of `text` and returns its exponent; 0 without a prefix.
 int ReadPrefix(std::string_view& text) {
   for (const Prefix& prefix : Prefixes) {
     if (!text.starts_with(prefix.sign)) continue;
@@ -33,7 +33,7 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(" \t") - begin + 1);
 }
 
-/// Length of the number at the front: digits, marks, sign and exponent.
+/// Returns the length of the number at the front: digits, marks, sign and exponent.
 std::size_t NumberLength(std::string_view text) {
   std::size_t end = 0;
   while (end < text.size()) {
@@ -49,8 +49,8 @@ std::size_t NumberLength(std::string_view text) {
   return end;
 }
 
-/// Power of ten that a suffix ("m", "mM", "nA") multiplies a number with in a field of `unit`. Nothing when
-/// the suffix does not suit the unit.
+/// Returns the power of ten by which a suffix ("m", "mM", "nA") multiplies a number in a field of `unit`;
+/// nullopt when the suffix does not suit the unit.
 std::optional<int> SuffixExponent(std::string_view suffix, std::string_view unit) {
   if (suffix.empty() || suffix == unit) return 0;
   constexpr std::string_view either = " or ";  // "V or M": a stimulus of voltage or of a drug
@@ -62,7 +62,7 @@ std::optional<int> SuffixExponent(std::string_view suffix, std::string_view unit
   std::string_view fieldPrefix = unit.substr(0, unit.size() - 1);
   const int fieldExponent = ReadPrefix(fieldPrefix);
   if (!fieldPrefix.empty()) return std::nullopt;
-  if (suffix == unit.substr(unit.size() - 1)) return -fieldExponent;  // the bare unit
+  if (suffix == unit.substr(unit.size() - 1)) return -fieldExponent;  // the unit without a prefix
   const int exponent = ReadPrefix(suffix);
   if (exponent == 0 || !(suffix.empty() || suffix == unit.substr(unit.size() - 1))) return std::nullopt;
   return exponent - fieldExponent;
@@ -79,7 +79,7 @@ std::optional<double> ParseEntry(std::string_view text, std::string_view unit) {
   std::replace(number.begin(), number.end(), ',', '.');
   const std::optional<int> exponent = SuffixExponent(Trimmed(text.substr(length)), unit);
   if (number.empty() || !exponent) return std::nullopt;
-  // The power of ten goes into the text, so that "1m" is the double nearest to 0.001 and not a product.
+  // The power of ten is added to the text, so that "1m" is the double nearest to 0.001 and not a product.
   if (*exponent != 0) {
     const std::size_t mark = number.find_first_of("eE");
     int own = 0;

@@ -28,7 +28,7 @@ constexpr FileErrorText FileErrorTexts[] = {
     {WrongFileFormat, "IO Error 103: Wrong File Format"},
 };
 
-/// The conversion letter of the first % in a format, or 0.
+/// Returns the conversion letter of the first % in a format, or 0.
 char ConversionLetter(std::string_view format) {
   for (std::size_t i = format.find('%'); i != std::string_view::npos; i = format.find('%', i + 1)) {
     if (i + 1 < format.size() && format[i + 1] == '%') {

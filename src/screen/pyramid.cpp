@@ -26,16 +26,16 @@ MinMax OneByOne(std::span<const float> samples) {
   return range;
 }
 
-// Samples in lanes side by side become vector instructions; blocks are short, so that one sample that is not
-// finite sends few others the slow way.
+// Parallel lanes of samples become vector instructions. Blocks are short, so that a sample that is not finite
+// sends only a few others to the slow path.
 constexpr std::size_t Lanes = 8;
 constexpr std::size_t FastBlock = 1024;
 
-/// `samples` holds at least one whole set of lanes.
+/// `samples` must fill the lanes at least once.
 MinMax OfBlock(std::span<const float> samples) {
   std::array<float, Lanes> low{};
   std::array<float, Lanes> high{};
-  std::array<float, Lanes> notFinite{};  // 0 x value is 0 for a finite value and nan for any other
+  std::array<float, Lanes> notFinite{};  // 0 x value is 0 for a finite value and NaN for any other
   std::copy_n(samples.begin(), Lanes, low.begin());
   high = low;
   std::size_t i = 0;
@@ -93,13 +93,13 @@ Pyramid BuildPyramid(std::span<const float> samples) {
 
 MinMax RangeOf(const Pyramid& pyramid, std::span<const float> samples, std::size_t first, std::size_t last) {
   MinMax range;
-  // Whole blocks of the finest level, with the samples before and after them taken one by one.
+  // Whole blocks of the finest level; the samples before and after them are read one by one.
   std::size_t firstBlock = (first + PyramidBase - 1) / PyramidBase;
   std::size_t lastBlock = last / PyramidBase;
   if (firstBlock >= lastBlock) return RangeOfSamples(samples.subspan(first, last - first));
   range = RangeOfSamples(samples.subspan(first, firstBlock * PyramidBase - first));
   Take(range, RangeOfSamples(samples.subspan(lastBlock * PyramidBase, last - lastBlock * PyramidBase)));
-  // Upward: an odd block at either end is taken here, the even rest one level higher.
+  // Upward: reads an odd block at either end here, and the even rest one level higher.
   for (std::size_t k = 0; firstBlock < lastBlock; ++k) {
     const std::vector<MinMax>& level = pyramid.levels[k];
     if (firstBlock % 2 == 1) Take(range, level[firstBlock++]);

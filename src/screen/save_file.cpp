@@ -17,7 +17,7 @@ void TellAbout(std::string text, const std::string& path) {
   MessagePopup(FileErrorTitle, text.replace(text.find("%s"), 2, path));
 }
 
-/// Blocks that note whether the first was asked for: if not, the file could not be opened.
+/// Notes whether the first block was asked for; if not, the file could not be opened.
 struct Watched {
   const NextBlock& nextBlock;
   bool opened = false;

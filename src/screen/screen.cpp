@@ -12,7 +12,7 @@
 namespace zelvane {
 namespace {
 
-/// Records by name; the records themselves stand in Screen.
+/// Records by name; the records themselves are in Screen.
 struct NameIndex {
   std::unordered_map<std::string, Control*> controls;
   std::unordered_map<std::string, Control*> commands;
@@ -40,7 +40,7 @@ Record& Existing(Record* record, std::string_view name) {
   return *record;
 }
 
-/// A declared text with its family's number in place.
+/// Returns a declared text with the number of its family in place of %d.
 std::string Expanded(const char* pattern, int index) {
   std::string text = pattern;
   for (const std::string_view mark : {"%04d", "%d"}) {

@@ -13,11 +13,11 @@ constexpr double MinDragPixels = 5.0;     // a drag must be longer than this to 
 constexpr double MinXSpan = 10.0;         // units of the x axis
 constexpr double SmallestHalvedX = 13.0;  // spans below this one are cut to MinXSpan, not halved
 constexpr double MinThumbPixels = 10.0;
-constexpr double MinThumbShare = 0.01;         // of the bar
-constexpr double ButtonShift = 0.1;            // of the span
-constexpr double AutoMargin = 1.0 / 18.0;      // of the data's span, above and below it
-constexpr double SmallestLogShare = 1e-6;      // of the largest value, where a range reaches 0
-constexpr double SmallestShareOfValue = 1e-9;  // of the limits: closer in, doubles and labels give out
+constexpr double MinThumbShare = 0.01;         // share of the bar
+constexpr double ButtonShift = 0.1;            // share of the span
+constexpr double AutoMargin = 1.0 / 18.0;      // share of the data's span, above and below it
+constexpr double SmallestLogShare = 1e-6;      // share of the largest value, where a range reaches 0
+constexpr double SmallestShareOfValue = 1e-9;  // share of the limits: doubles and labels cannot resolve less
 
 double BarLength(char axis, PlotArea area) {
   return axis == 'x' ? area.width : area.height;
@@ -27,8 +27,8 @@ DataRange FullRange(const Graph& graph, char axis) {
   return axis == 'x' ? DataRange{graph.fullXMin, graph.fullXMax} : DataRange{graph.fullYMin, graph.fullYMax};
 }
 
-/// Fixes an axis at a new range and calls the owner. False when that is the range in view already, or no
-/// range.
+/// Fixes an axis at a new range and calls the owner. Returns false when the range is not finite or is already
+/// in view.
 bool ChangeView(Graph& graph, char axis, double min, double max) {
   const DataRange view = ViewRange(graph, axis);
   if (!std::isfinite(min) || !std::isfinite(max) || (min == view.min && max == view.max)) return false;
@@ -37,15 +37,16 @@ bool ChangeView(Graph& graph, char axis, double min, double max) {
   return true;
 }
 
-/// The same by a move of the mouse. A script is told the range: the pixels hold for this window alone.
+/// Does the same for a move of the mouse. Observers get the range, because the pixels hold only for this
+/// window.
 bool ChangeViewByMouse(Graph& graph, char axis, double min, double max) {
   if (!ChangeView(graph, axis, min, max)) return false;
   TellViewed(FormatText("view %s %c %.17g %.17g", graph.name.c_str(), axis, min, max));
   return true;
 }
 
-/// The view shifted, its span kept; the limits stop at the full range, and a limit that lies beyond it
-/// already stays where it is.
+/// Returns the view shifted, with the same span. The limits stop at the full range; a limit that already lies
+/// beyond it does not move.
 DataRange Shifted(const Graph& graph, char axis, double shift) {
   const DataRange view = ViewRange(graph, axis);
   const DataRange full = FullRange(graph, axis);
@@ -59,7 +60,7 @@ DataRange Shifted(const Graph& graph, char axis, double shift) {
   return {view.min + shift, view.max + shift};
 }
 
-/// Direction in axis units of a move to the right or down: y falls on the way down.
+/// Returns the direction in axis units of a move to the right or down: y decreases downwards.
 double Downward(char axis) {
   return axis == 'x' ? 1.0 : -1.0;
 }
@@ -97,7 +98,8 @@ void PressShift(Graph& graph, char axis, double direction) {
   ChangeView(graph, axis, to.min, to.max);
 }
 
-/// Ranges are moved and stretched where the axis is even: on a logarithmic one among the exponents.
+/// Return values on the scale of the axis, which is linear for moves and stretches: a logarithmic axis uses
+/// exponents.
 double ToScale(const Axis& axis, double value) {
   return axis.log ? std::log10(value) : value;
 }
@@ -105,14 +107,14 @@ double FromScale(const Axis& axis, double value) {
   return axis.log ? std::pow(10.0, value) : value;
 }
 
-/// A range of positive numbers for a logarithmic axis.
+/// Returns a range of positive numbers for a logarithmic axis.
 DataRange Positive(DataRange range) {
   if (!(range.max > 0.0)) return {0.1, 1.0};
   if (!(range.min > 0.0)) range.min = range.max * SmallestLogShare;
   return range;
 }
 
-/// A range with room: one number stands in the middle of a span of its own size.
+/// Returns a range that is not empty: a single number is in the middle of a span of its own size.
 DataRange NotEmpty(DataRange range, bool log) {
   if (range.max > range.min) return range;
   if (log) return {range.min / 10.0, range.max * 10.0};
@@ -120,7 +122,8 @@ DataRange NotEmpty(DataRange range, bool log) {
   return {range.min - half, range.max + half};
 }
 
-/// Whether a view is held within the full range: the x range of a zoom graph, once it lies there.
+/// Returns whether a view must stay within the full range: the x range of a zoom graph that already lies
+/// there.
 bool StopsAtFull(const Graph& graph, char axis, DataRange view) {
   const DataRange full = FullRange(graph, axis);
   return axis == 'x' && graph.zooms && view.min >= full.min && view.max <= full.max;
@@ -145,7 +148,7 @@ void ZoomSetFullRange(Graph& graph, char axis, double min, double max) {
 
 void ZoomStrip(Graph& graph, char axis, double a, double b, PlotArea area) {
   const double length = BarLength(axis, area);
-  const double from = std::clamp(std::min(a, b), 0.0, length);  // the mouse is held within the strip
+  const double from = std::clamp(std::min(a, b), 0.0, length);  // the mouse may leave the strip
   const double to = std::clamp(std::max(a, b), 0.0, length);
   if (!(to - from > MinDragPixels)) return;
   const DataRange view = ViewRange(graph, axis);
@@ -207,7 +210,7 @@ Thumb ZoomThumbOf(const Graph& graph, char axis, PlotArea area) {
   const DataRange full = FullRange(graph, axis);
   const double length = BarLength(axis, area);
   const double range = full.max - full.min;
-  if (!(range > 0.0)) return {0.0, length};  // without a range the whole bar is thumb
+  if (!(range > 0.0)) return {0.0, length};  // without a range the thumb fills the bar
   const double before = axis == 'x' ? view.min - full.min : full.max - view.max;
   Thumb thumb{std::trunc(length * before / range), std::trunc(length * (view.max - view.min) / range)};
   if (thumb.length < MinThumbPixels) thumb.length = std::max(MinThumbPixels, MinThumbShare * length);
