@@ -24,8 +24,8 @@ constexpr double GrowPower = -0.2;
 constexpr float SmallError = 0.000189F;
 constexpr float MostGrowth = 5.0F;
 
-/// Where the stepping loop stands. Times are seconds.
-// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): there is one a run; its order is for readers
+/// The state of the stepping loop. Times are seconds.
+// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): one per run; the order is for readers
 struct Stepper {
   const AdaptiveRun& run;
   StimulusCursor cursor;
@@ -39,7 +39,7 @@ struct Stepper {
   LaneValues scale;
 };
 
-/// Makes the tolerance ten times coarser. It stays a number however often that happens.
+/// Makes the tolerance ten times coarser, at most the largest float.
 void LoosenPrecision(Stepper& stepper) {
   stepper.workingPrecision = std::min(stepper.workingPrecision * 10.0F, std::numeric_limits<float>::max());
 }
@@ -49,8 +49,8 @@ const StimulusStretch& StretchAtTime(Stepper& stepper, float t) {
                    PointIndex(stepper.run.stimulus, t));
 }
 
-/// Factors at the later stages of a step of size `h`. All are those of its start when its end still lies
-/// there.
+/// Returns the factors at the later stages of a step of size `h`. They are the factors of its start when its
+/// end lies in the same stretch.
 LaterStages FactorsOfStages(Stepper& stepper, float h) {
   using namespace cash_karp;
   const StimulusStretch& start = StretchAtTime(stepper, stepper.x);
@@ -66,8 +66,8 @@ LaterStages FactorsOfStages(Stepper& stepper, float h) {
   return factor;
 }
 
-/// Takes a step of size stepper.h or as much shorter as `tolerance` asks for, and sets the next one. False
-/// when no step is left to take: the slopes are no numbers.
+/// Takes a step of size stepper.h, or a shorter one that `tolerance` allows, and sets the next size. Returns
+/// false when the step shrinks to 0, because the slopes are not numbers.
 bool ControlledStep(Stepper& stepper, float tolerance) {
   float h = stepper.h;
   float worst = 0.0F;
@@ -104,7 +104,7 @@ void SaveStep(const Stepper& stepper, int index, std::span<float> savedTime, con
   }
 }
 
-/// The stepping loop from time 0 to the end of the run.
+/// Runs the stepping loop from time 0 to the end of the run.
 void RunLoop(Stepper& stepper, std::span<float> savedTime, const OccupancyRows& rows, const RunHook& hook,
              AdaptiveResult& result) {
   const AdaptiveRun& run = stepper.run;
@@ -151,10 +151,10 @@ void RunLoop(Stepper& stepper, std::span<float> savedTime, const OccupancyRows& 
       stepper.h = smallest;
     }
   }
-  --result.rounds;  // all were used up
+  --result.rounds;  // all rounds were used up
 }
 
-/// First point below `limit` at which `profile` is not 0, or `limit`.
+/// Returns the first point below `limit` at which `profile` is not 0, or `limit`.
 int FirstNonZero(std::span<const float> profile, int limit) {
   const auto points = profile.first(std::min(profile.size(), static_cast<std::size_t>(std::max(0, limit))));
   const auto found = std::find_if(points.begin(), points.end(), [](float value) { return value != 0.0F; });

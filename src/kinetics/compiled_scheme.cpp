@@ -32,7 +32,8 @@ void AssignLanes(const SchemeTables& tables, CompiledScheme& scheme) {
   scheme.vectors = std::max(1, (scheme.lanes + LanesPerVector - 1) / LanesPerVector);
 }
 
-/// Index of `wanted` among the first `count` of `items`; it is added when `same` finds none.
+/// Returns the index of `wanted` among the first `count` of `items`. Appends `wanted` when `same` finds no
+/// equal item.
 template <typename Items, typename Item, typename Same>
 int IndexOf(Items& items, int& count, const Item& wanted, Same same) {
   for (int i = 0; i < count; ++i) {
@@ -42,7 +43,8 @@ int IndexOf(Items& items, int& count, const Item& wanted, Same same) {
   return count++;
 }
 
-/// The kind of factor of the rate from `a` to `b`, NoKind when the stimulus does not touch it.
+/// Returns the kind of factor of the rate from `a` to `b`; NoKind when the rate does not depend on the
+/// stimulus.
 int KindOf(const SchemeTables& tables, std::size_t a, std::size_t b, CompiledScheme& scheme) {
   FactorKind kind;
   for (unsigned d = 1; d <= MaxDrugs; ++d) {
@@ -63,7 +65,7 @@ int KindOf(const SchemeTables& tables, std::size_t a, std::size_t b, CompiledSch
 }
 
 struct Term {
-  int lane = 0;   // that the flow is added to
+  int lane = 0;   // lane to which the flow is added
   int other = 0;  // lane at the other end
   bool inflow = true;
   float rate = 0.0F;
@@ -75,7 +77,7 @@ struct TermList {
   int count = 0;
 };
 
-/// All terms in their order: state after state, for each other state the inflow, then the outflow.
+/// Returns all terms in their order: for each state, and each other state, the inflow and then the outflow.
 TermList ListTerms(const SchemeTables& tables, CompiledScheme& scheme) {
   TermList list;
   const auto add = [&](int lane, int other, bool inflow) {
@@ -99,7 +101,7 @@ TermList ListTerms(const SchemeTables& tables, CompiledScheme& scheme) {
   return list;
 }
 
-/// Length of the longest list of a state.
+/// Returns the length of the longest list of a state.
 int LongestList(const TermList& list) {
   std::array<int, MaxLanes> length{};
   for (int i = 0; i < list.count; ++i)
@@ -107,15 +109,15 @@ int LongestList(const TermList& list) {
   return *std::max_element(length.begin(), length.end());
 }
 
-/// Whether gathering the k-th terms is quicker than walking all pairs of lanes. A vector holds the sources of
-/// a row in one permutation; with two or three vectors each row takes as many permutations and a choice
-/// between them.
+/// Returns whether gathering the k-th terms is quicker than visiting all pairs of lanes. One vector gets the
+/// sources of a row with one permutation. With two or three vectors each row needs as many permutations, and
+/// a choice between them.
 bool GatheringPays(const CompiledScheme& scheme, int longest) {
   if (scheme.vectors == 1) return true;
   return longest * scheme.vectors <= 2 * scheme.lanes;
 }
 
-/// Places every term in its row. Where a row has no term for a lane, the lane adds 0 times its own occupancy.
+/// Places every term in its row. A row without a term for a lane adds 0 times the lane's own occupancy.
 void PlaceTerms(const TermList& list, CompiledScheme& scheme) {
   for (auto& row : scheme.source.row) {
     for (int lane = 0; lane < MaxLanes; ++lane) row[static_cast<std::size_t>(lane)] = lane;

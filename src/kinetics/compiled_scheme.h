@@ -40,12 +40,12 @@ struct FactorSlot {
   int kind = 0;
 };
 
-// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): there is one a run; its order is for readers
+// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): one per run; the order is for readers
 struct CompiledScheme {
   // -- Lanes: the states that are on, and states that are off but feed one that is on, in rising order --
   int lanes = 0;
   int vectors = 1;                    // vectors of 8 lanes that hold them
-  std::array<int, MaxLanes> state{};  // of each lane
+  std::array<int, MaxLanes> state{};  // state of each lane
   std::array<bool, MaxLanes> on{};    // occupancies of the lane are stored and tested
   // -- Terms --
   // Gathered: row k holds the k-th term of every lane, from lane `source`. Otherwise every pair of lanes

@@ -15,7 +15,7 @@ void Append(std::span<float> list, int& count, float value) {
   list[static_cast<std::size_t>(count++)] = value;
 }
 
-/// Stores an entry of the record where it has room. It is not counted yet.
+/// Stores an entry of the record if there is room. Does not count the entry.
 void StoreEntry(const DwellLists& lists, float duration, float dwellClass) {
   if (!HasRoom(lists.idealDuration, lists.numIdealEvents)) return;
   const auto at = static_cast<std::size_t>(lists.numIdealEvents);
@@ -23,7 +23,7 @@ void StoreEntry(const DwellLists& lists, float duration, float dwellClass) {
   lists.idealClass[at] = dwellClass;
 }
 
-/// A full record goes on counting, as far as the count can.
+/// Appends an entry and counts it. A full record only counts, up to the largest count.
 void AppendEntry(DwellLists& lists, float duration, float dwellClass) {
   StoreEntry(lists, duration, dwellClass);
   if (lists.numIdealEvents < std::numeric_limits<int>::max()) ++lists.numIdealEvents;

@@ -23,21 +23,21 @@ struct DwellLists {
   std::span<float> openTimes;
   std::span<float> closedTimes;
   std::span<float> latencies;      // first opening of each sweep
-  std::span<float> idealDuration;  // of a segment marker its number, of the end the count
-  std::span<float> idealClass;     // as long: 1 closed, 2 and above open; SegmentMarker, RecordEnd
+  std::span<float> idealDuration;  // number of a segment marker, count of the end marker
+  std::span<float> idealClass;     // same length: 1 closed, 2 and above open; SegmentMarker, RecordEnd
   int numOpenTimes = 0;
   int numClosedTimes = 0;
   int numLatencies = 0;
-  int numIdealEvents = 0;  // goes on counting when the record is full
+  int numIdealEvents = 0;  // a full record still counts
   int segmentCounter = 1;  // next segment number
 };
 
-/// Where dwells go and what is known of the present sweep.
+/// The lists for dwells, and the state of the present sweep.
 struct DwellRecorder {
   DwellLists lists{};
   std::array<int, MaxStates + 1> monitored{};  // not 0 = the state counts as open
   std::array<int, MaxStates + 1> openClass{};  // class of each state in the idealised record
-  bool wasOpen = false;         // the last dwell of this or the former sweep was open, and was stored
+  bool wasOpen = false;         // the last dwell of this or the previous sweep was open, and was stored
   bool opened = false;          // the present sweep has had its first opening
   float lastOpeningEnd = 0.0F;  // ms into the sweep
 };

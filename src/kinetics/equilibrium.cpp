@@ -11,7 +11,7 @@
 namespace zelvane {
 namespace {
 
-/// S transpose(S) of S = Q with a last column of ones.
+/// Returns S transpose(S), where S is Q with a last column of ones.
 DenseMatrix<double> NormalMatrix(const DenseMatrix<float>& rates) {
   const std::size_t n = rates.rows;
   DenseMatrix<double> s(n, n + 1);
@@ -30,16 +30,16 @@ DenseMatrix<double> NormalMatrix(const DenseMatrix<float>& rates) {
   return a;
 }
 
-/// A matrix as the product of a lower triangle with ones on its diagonal and an upper one, in one array, with
-/// the order in which its rows were taken.
+/// A matrix as the product of a lower triangle with ones on its diagonal and an upper triangle, both in one
+/// array, with the order of its rows.
 struct LuDecomposition {
   DenseMatrix<double> lu;
   std::vector<std::size_t> row;
   bool singular = false;
 };
 
-/// Decomposes with partial pivoting. A pivot no larger than the rounding is taken for 0, and one that is 0 is
-/// replaced by the rounding, so that the solution shows the direction which the equations leave open.
+/// Decomposes with partial pivoting. A matrix with a pivot not larger than the rounding is singular. The
+/// rounding replaces a pivot of 0, so that the solution shows the direction which the equations leave open.
 LuDecomposition Decompose(DenseMatrix<double> a) {
   const std::size_t n = a.rows;
   LuDecomposition d;
@@ -68,7 +68,7 @@ LuDecomposition Decompose(DenseMatrix<double> a) {
   return d;
 }
 
-/// Column `unit` of the inverse.
+/// Returns column `unit` of the inverse.
 std::vector<double> SolveUnit(const LuDecomposition& d, std::size_t unit) {
   const std::size_t n = d.lu.rows;
   std::vector<double> x(n);
@@ -85,7 +85,7 @@ std::vector<double> SolveUnit(const LuDecomposition& d, std::size_t unit) {
   return x;
 }
 
-/// Divides by the sum. False, with all 0, when no sum above 0 allows it.
+/// Divides by the sum. Sets all values to 0 and returns false when the sum does not allow it.
 bool DivideBySum(std::vector<double>& p, bool signsCount) {
   const double sum = std::accumulate(p.begin(), p.end(), 0.0);
   const bool possible = std::isfinite(sum) && (signsCount ? sum > 0.0 : sum != 0.0);
@@ -105,7 +105,7 @@ Equilibrium EquilibriumOf(const DenseMatrix<float>& rates) {
     const std::vector<double> column = SolveUnit(d, j);
     p.push_back(std::accumulate(column.begin(), column.end(), 0.0));
   }
-  if (d.singular) DivideBySum(p, false);  // it carries the scale and sign of a pivot that was rounding
+  if (d.singular) DivideBySum(p, false);  // its scale and sign are those of a pivot that was only rounding
   for (double& value : p) {
     if (!(value >= SmallestEquilibrium)) value = 0.0;
   }

@@ -7,7 +7,7 @@
 namespace zelvane {
 namespace {
 
-/// One classical fourth-order Runge-Kutta step.
+/// Takes one classical fourth-order Runge-Kutta step.
 template <int W, bool Gathered>
 ZELVANE_INLINE void RungeKuttaStep(const CompiledScheme& scheme, const StageFactors& factors, float h,
                                    Lanes (&y)[W]) {
@@ -33,7 +33,8 @@ ZELVANE_INLINE void RungeKuttaStep(const CompiledScheme& scheme, const StageFact
   for (int w = 0; w < W; ++w) y[w] = y[w] + sixth * ((slope1[w] + slope4[w]) + two * slope3[w]);
 }
 
-/// Stores the occupancies of the next point, state after state, up to one that is out of range.
+/// Stores the occupancies of the next point, state after state. Stops after an occupancy that is out of range
+/// and returns false.
 bool StorePointWithFailure(FixedPass& pass) {
   for (std::size_t i = 0; i < static_cast<std::size_t>(pass.stored); ++i) {
     const float value = pass.y[pass.storedLane[i]];
@@ -49,7 +50,7 @@ ZELVANE_INLINE bool StorePoint(FixedPass& pass, const Lanes (&y)[W]) {
   ++pass.point;
   bool suspect = false;
   for (int w = 0; w < W; ++w) suspect = suspect || AnyOutside(y[w], LowestOccupancy, HighestOccupancy);
-  if (suspect) return StorePointWithFailure(pass);  // a lane that is off may hold anything
+  if (suspect) return StorePointWithFailure(pass);  // the suspect lane may belong to a state that is off
   for (std::size_t i = 0; i < static_cast<std::size_t>(pass.stored); ++i) {
     pass.row[i][pass.point] = pass.y[pass.storedLane[i]];
   }
@@ -67,7 +68,7 @@ template <int W, bool Gathered>
 ZELVANE_INLINE StepsEnded Steps(const CompiledScheme& scheme, const StageFactors& factors, float endTime,
                                 long long limit, FixedPass& pass) {
   Lanes y[W];
-  Lanes last[W];  // occupancies of the last stored point, once `wholePoint`
+  Lanes last[W];  // occupancies of the last stored point when `wholePoint`
   Load(pass.y, y);
   for (int w = 0; w < W; ++w) last[w] = y[w];
   bool wholePoint = pass.substep == 0;  // all steps since the last stored point were taken here

@@ -18,12 +18,12 @@ struct FixedPass {
   float h = 0.0F;          // s
   long long step = 0;      // steps done
   long long substeps = 1;  // per point
-  long long substep = 0;   // done since the last stored point
-  int point = 1;           // stored last
+  long long substep = 0;   // steps since the last stored point
+  int point = 1;           // last stored point
   bool stalled = false;    // a step did not move the time
   int stored = 0;          // lanes that are on
   std::array<int, MaxLanes> storedLane{};
-  std::array<float*, MaxLanes> row{};  // of each stored lane, index = point
+  std::array<float*, MaxLanes> row{};  // row of each stored lane, index = point
   alignas(32) float y[MaxLanes] = {};
 };
 
@@ -31,7 +31,7 @@ enum class StepsEnded {
   Limit,      // step `limit` is done
   Edge,       // the next step would reach `endTime`
   Unchanged,  // two stored points are equal bit for bit; so are all later ones until the stimulus changes
-  OutOfRange  // the point stored last left the range of occupancies
+  OutOfRange  // the last stored point left the range of occupancies
 };
 
 /// Factors at the times of a step: its start, its middle and its end.
@@ -42,7 +42,7 @@ struct StageFactors {
 };
 
 /// Takes Runge-Kutta steps of `pass` up to step number `limit` as long as they end before `endTime`, and
-/// stores a point after every `pass.substeps` of them. The first vector kernel that fits the scheme does it.
+/// stores a point after every `pass.substeps` of them. Uses the first vector kernel that fits the scheme.
 StepsEnded TakeSteps(const CompiledScheme& scheme, const StageFactors& factors, float endTime,
                      long long limit, FixedPass& pass);
 

@@ -10,12 +10,12 @@ namespace zelvane {
 namespace {
 
 constexpr int ProgressMoments = 20;
-/// No time is at or after it, not even the infinite one that a huge interval makes.
+/// A limit that no time reaches, not even an infinite time from a huge interval.
 constexpr float Never = std::numeric_limits<float>::quiet_NaN();
 
 enum class PassEnded { Finished, OutOfRange, Stopped };
 
-/// A pass at time 0 with its first point stored.
+/// Returns a pass at time 0 with its first point stored.
 FixedPass StartPass(const FixedStepRun& run, const OccupancyRows& rows, float stepMs) {
   FixedPass pass;
   pass.substeps = SubstepsPerPoint(run.stimulus.intervalMs, stepMs);
@@ -45,8 +45,8 @@ StepsEnded StepAcrossEdge(const FixedStepRun& run, StimulusCursor& cursor, Fixed
   return TakeSteps(run.scheme, {start, middle, end}, Never, pass.step + 1, pass);
 }
 
-/// Fills points with the occupancies of the last one for as long as their steps end before `endTime`, up to
-/// step number `limit`. Only the time moves, one float addition a step as ever.
+/// Repeats the last occupancies at all points whose steps end before `endTime`, up to step number `limit`.
+/// Only the time advances, still by one float addition per step.
 void RepeatPoint(FixedPass& pass, float endTime, long long limit) {
   const float h = pass.h;
   float t = pass.t;  // at a stored point
@@ -60,7 +60,7 @@ void RepeatPoint(FixedPass& pass, float endTime, long long limit) {
       next = moved;
     }
     if (!(next < endTime)) break;
-    const bool still = next == t;  // the time no longer moves: nothing ends this but the limit
+    const bool still = next == t;  // the time no longer advances: only the limit ends this
     t = next;
     points = still ? most : points + 1;
   }
@@ -72,7 +72,7 @@ void RepeatPoint(FixedPass& pass, float endTime, long long limit) {
   pass.step += points * pass.substeps;
 }
 
-/// Takes steps up to number `limit`; false when an occupancy left its range.
+/// Takes steps up to number `limit`. Returns false when an occupancy left its range.
 bool AdvanceTo(long long limit, const FixedStepRun& run, StimulusCursor& cursor, FixedPass& pass) {
   while (pass.step < limit) {
     const StimulusStretch& stretch =
@@ -86,7 +86,7 @@ bool AdvanceTo(long long limit, const FixedStepRun& run, StimulusCursor& cursor,
   return true;
 }
 
-/// The same with a breath every BreathSteps steps.
+/// Does the same with a breath every BreathSteps steps.
 PassEnded AdvanceBreathing(long long limit, const FixedStepRun& run, StimulusCursor& cursor,
                            FixedPass& pass) {
   const auto whole = static_cast<double>(run.numPoints * pass.substeps);
@@ -98,7 +98,7 @@ PassEnded AdvanceBreathing(long long limit, const FixedStepRun& run, StimulusCur
   return PassEnded::Finished;
 }
 
-/// One pass from time 0 to the end. `hook` is asked before the steps to every 1/20 of the points.
+/// Runs one pass from time 0 to the end. Calls `hook` before the steps to every 1/20 of the points.
 PassEnded RunPass(const FixedStepRun& run, FixedPass& pass, StimulusCursor& cursor, const RunHook& hook) {
   StartCursor(cursor, run.scheme);
   const int interval = std::max(1, run.numPoints / ProgressMoments);

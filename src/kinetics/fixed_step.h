@@ -10,7 +10,7 @@
 namespace zelvane {
 
 inline constexpr float SmallestStepMs = 1e-8F;
-inline constexpr int MaxReductions = 5;  // passes of a run that fails
+inline constexpr int MaxReductions = 5;  // passes of a run before it fails
 
 /// Occupancies of a run, [state][point], states and points from 1; rows of states that are off may be empty.
 using OccupancyRows = std::array<std::span<float>, MaxStates + 1>;
@@ -23,7 +23,7 @@ struct FixedStepRun {
   const StimulusView& stimulus;                   // offset 0
   const std::array<float, MaxStates + 1>& start;  // occupancies at time 0
   int numPoints = 0;
-  float maxStepMs = 0.005F;  // below SmallestStepMs it is read as that
+  float maxStepMs = 0.005F;  // SmallestStepMs if smaller
   BreathHook breathe{};
 };
 

@@ -1,8 +1,8 @@
 // Eight 32-bit floats side by side: one lane for each state of a scheme.
 //
 // Every operation works lane by lane in IEEE arithmetic, so the width of the machine's registers does not
-// change a bit of a result. GCC's vector types carry it; elsewhere, or with ZELVANE_PLAIN_LANES, a plain
-// struct does.
+// change a bit of a result. Uses GCC's vector types; with other compilers, or with ZELVANE_PLAIN_LANES, a
+// plain struct.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ inline constexpr int LanesPerVector = 8;
 
 #if defined(ZELVANE_VECTOR_LANES)
 
-// How such vectors would be passed between functions depends on the machine; these here are all inlined.
+// The calling convention for vectors depends on the machine; all functions here are inlined.
 #pragma GCC diagnostic ignored "-Wpsabi"
 
 using Lanes = float __attribute__((vector_size(32)));
@@ -26,7 +26,7 @@ ZELVANE_INLINE Lanes Spread(float value) {
   return Lanes{value, value, value, value, value, value, value, value};
 }
 
-/// Lane k becomes y[index[k]], index from 0 to 7; with two or three vectors to 15 or 23.
+/// Sets lane k to y[index[k]], index from 0 to 7; with two or three vectors to 15 or 23.
 ZELVANE_INLINE Lanes Pick(const Lanes (&y)[1], const LaneIndex& index) {
   return __builtin_shuffle(y[0], index);
 }
@@ -38,14 +38,14 @@ ZELVANE_INLINE Lanes Pick(const Lanes (&y)[3], const LaneIndex& index) {
   return index < 2 * LanesPerVector ? low : __builtin_shuffle(y[2], index);
 }
 
-/// Whether any lane is above `high`, below `low` or no number.
+/// Returns whether any lane is above `high`, below `low` or not a number.
 ZELVANE_INLINE bool AnyOutside(const Lanes& y, float low, float high) {
   using Halves = std::int64_t __attribute__((vector_size(32)));
   const Halves inside = reinterpret_cast<Halves>((y >= low) & (y <= high));
   return (inside[0] & inside[1] & inside[2] & inside[3]) != -1;
 }
 
-/// Whether the two differ in any bit.
+/// Returns whether any bit differs.
 ZELVANE_INLINE bool AnyBitDiffers(const Lanes& a, const Lanes& b) {
   using Halves = std::int64_t __attribute__((vector_size(32)));
   const Halves bits = reinterpret_cast<Halves>(a) ^ reinterpret_cast<Halves>(b);

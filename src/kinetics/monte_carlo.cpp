@@ -8,25 +8,25 @@
 namespace zelvane {
 namespace {
 
-constexpr int PollingFrom = 21;       // fewer channels are over before a user can press stop
-constexpr int ManyChannels = 1000;    // from here on stops are looked for at fixed steps
+constexpr int PollingFrom = 21;       // fewer channels end before a user can press stop
+constexpr int ManyChannels = 1000;    // with so many or more, stops are checked at fixed steps
 constexpr int ManyChannelsStep = 50;  // channels of a state
 constexpr int PollsPerRun = 20;       // with fewer than ManyChannels
 
-/// Where a channel stands.
+/// The position of a channel.
 struct Channel {
   int state = 0;
   float t = 0.0F;  // ms into the sweep
   int point = 0;
 };
 
-/// What becomes of a channel in its present state.
+/// The next dwell of a channel in its present state.
 struct ChannelDwell {
   float d = 0.0F;  // ms
   int points = 0;
-  int next = 0;        // state chosen; the present one when nothing was chosen
-  bool moves = false;  // to `next`
-  bool ends = false;   // the sweep
+  int next = 0;        // chosen state; the present one without a choice
+  bool moves = false;  // moves to `next`
+  bool ends = false;   // ends the sweep
 };
 
 int ChooseNext(RandomStream& random, const StateExits& exits) {
@@ -49,7 +49,7 @@ ChannelDwell DwellAtConstantRates(const ChannelSweep& sweep, const StateExits& e
   return dwell;
 }
 
-/// The float sum of `points` intervals.
+/// Returns the float sum of `points` intervals.
 float Passed(ChannelSweep& sweep, int points) {
   while (sweep.passed.size() <= static_cast<std::size_t>(points)) {
     sweep.passed.push_back(sweep.passed.back() + sweep.intervalMs);
@@ -109,16 +109,16 @@ ChannelDwell TakeDwell(ChannelSweep& sweep, const StateExits& exits, const Chann
   }
 }
 
-/// The last dwells of a channel: how long they were, and from when on.
+/// The length of the last dwells of a channel, and their start.
 struct Pace {
   int dwells = 0;
   double lived = 0.0;  // ms
   float since = 0.0F;  // ms into the sweep
 };
 
-constexpr double SlowestClock = 0.25;  // of the length of dwells, as the time goes on
+constexpr double SlowestClock = 0.25;  // slowest advance of the time, as a share of the length of dwells
 
-/// Adds a dwell of `d` ms that ended at time t. False when the time hardly gets on.
+/// Adds a dwell of `d` ms that ended at time t. Returns false when the time hardly advances.
 bool KeepsPace(Pace& pace, float d, float t) {
   pace.lived += static_cast<double>(d);
   if (++pace.dwells < PaceDwells) return true;
@@ -127,7 +127,8 @@ bool KeepsPace(Pace& pace, float d, float t) {
   return moves;
 }
 
-/// Counts the work of a dwell and takes a breath when one is due. True when the user has stopped the run.
+/// Counts the work of a dwell and takes a breath when it is due. Returns true when the user has stopped the
+/// run.
 bool StoppedInBreath(ChannelSweep& sweep, const StateExits& exits, int points, float t) {
   sweep.work += exits.kind == ExitKind::Dependent ? DwellWork + points : DwellWork;
   if (sweep.work < BreathWork) return false;
@@ -139,7 +140,7 @@ bool StoppedInBreath(ChannelSweep& sweep, const StateExits& exits, int points, f
 
 int ChannelsStartingIn(int channels, float occupancy) {
   const float share = static_cast<float>(channels) * occupancy;
-  if (!(share > 0.0F)) return 0;  // nan as well
+  if (!(share > 0.0F)) return 0;  // also for NaN
   const float whole = std::trunc(share);
   if (whole >= static_cast<float>(std::numeric_limits<int>::max())) return std::numeric_limits<int>::max();
   return static_cast<int>(whole) + (share - whole >= 0.5F ? 1 : 0);
@@ -152,8 +153,8 @@ bool PollIsDue(int channels, std::int64_t done, std::int64_t total, int ofState)
 }
 
 int WholePoints(float d, float intervalMs) {
-  // Floats next to a whole number are either within 4.8 or at least 5.3 tenths of a millionth of it, and from
-  // 8 on none lies so close below one; so the sum in double decides as the text does.
+  // Floats near a whole number differ from it by less than 4.8 or more than 5.3 tenths of a millionth; from 8
+  // on, no float is so close below a whole number. So this sum in double decides like the text.
   constexpr double HalfAMillionth = 5e-7;
   const double quotient = static_cast<double>(d / intervalMs);
   if (!(quotient < NeverChanges)) return std::isnan(quotient) ? 0 : NeverChanges;

@@ -33,12 +33,12 @@ enum class ChannelOutcome {
   Stopped,      // the user has stopped the run
 };
 
-/// Most channels of a sweep. An occupancy is a 32-bit sum of one unit a channel, and further channels would
-/// no longer change it.
+/// Most channels of a sweep. An occupancy is a 32-bit sum of one unit per channel, and further channels would
+/// not change it any more.
 inline constexpr int MaxChannelsOfRun = 1 << 24;
 
-/// Returns the channels that start in a state of the given occupancy: the product, rounded half up. None
-/// below 0.
+/// Returns the channels that start in a state of the given occupancy: the product, rounded half up; 0 for a
+/// product below 0.
 int ChannelsStartingIn(int channels, float occupancy);
 
 /// Returns whether a stop is asked for before channel `ofState` (from 0) of a state, with `done` of `total`
@@ -46,7 +46,7 @@ int ChannelsStartingIn(int channels, float occupancy);
 /// 50th channel of a state from 1000 on.
 bool PollIsDue(int channels, std::int64_t done, std::int64_t total, int ofState);
 
-inline constexpr int PaceDwells = 16384;  // of a channel, over which its time must get on
+inline constexpr int PaceDwells = 16384;  // dwells of a channel during which its time must advance
 
 // Between two calls of ChannelSweep::breathe, counted over all channels: up to some milliseconds. A point at
 // which a number is drawn is 1, a dwell DwellWork.
@@ -103,9 +103,9 @@ ChannelOutcome SimulateChannel(ChannelSweep& sweep, int startState);
 ChannelOutcome SimulateChannels(ChannelSweep& sweep, int channels,
                                 const std::array<float, MaxStates + 1>& start, const RunHook& hook);
 
-/// Whole points in `d` ms: the integer part of d / interval, a float, written with six decimals. Writing
-/// rounds, so a quotient less than half a millionth below a whole number counts as that number. At most
-/// NeverChanges.
+/// Returns the whole points in `d` ms: the integer part of d / interval, a float, written with six decimals.
+/// Writing rounds, so a quotient less than half a millionth below a whole number counts as that number. At
+/// most NeverChanges.
 int WholePoints(float d, float intervalMs);
 
 }  // namespace zelvane

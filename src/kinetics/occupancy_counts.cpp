@@ -3,10 +3,11 @@
 namespace zelvane {
 namespace {
 
-/// From here on counting is quicker than adding: a count costs about as much as some thirty additions.
+/// From this number of channels on counting is quicker than adding: a count takes as long as about thirty
+/// additions.
 constexpr int CountingFrom = 32;
 
-/// n times the unit, each addition rounded to a float.
+/// Returns n times the unit, each addition rounded to a float.
 float Sum(OccupancyCounts& counts, std::int32_t n) {
   while (counts.sum.size() <= static_cast<std::size_t>(n)) {
     counts.sum.push_back(counts.sum.back() + counts.unit);
@@ -48,7 +49,7 @@ void EndSweep(OccupancyCounts& counts) {
   for (std::size_t s = 1; s <= MaxStates; ++s) {
     if (counts.used[s] > 0) SumUp(counts, s);
   }
-  counts.counting = false;  // what comes now would add to finished rows
+  counts.counting = false;  // later dwells are added to finished rows
 }
 
 }  // namespace zelvane

@@ -24,7 +24,7 @@ struct OccupancyCounts {
   float unit = 0.0F;
   OccupancyRows rows{};
   std::array<int, MaxStates + 1> used{};  // points of the sweep at and beyond this one hold 0
-  std::array<std::vector<std::int32_t>, MaxStates + 1> change;  // channels that come less those that leave
+  std::array<std::vector<std::int32_t>, MaxStates + 1> change;  // channels that enter minus those that leave
   std::vector<float> sum;                                       // n times the unit
 };
 
@@ -32,7 +32,7 @@ struct OccupancyCounts {
 /// 0..numPoints with the value 0.
 void StartSweep(OccupancyCounts& counts, const OccupancyRows& rows, int numPoints, int channels, float unit);
 
-/// Room for the changes of a state, as its first dwell needs it.
+/// Makes room for the changes of a state. Its first dwell needs this.
 void MakeRoom(OccupancyCounts& counts, std::size_t state);
 
 /// Adds the unit to `state` at points first..end - 1. Leaves out points after the sweep. `first` >= 0.

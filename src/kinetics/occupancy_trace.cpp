@@ -9,10 +9,10 @@
 namespace zelvane {
 namespace {
 
-/// Adds one monitored state as a current: point p goes with point p of the voltage, to sample p - 1.
+/// Adds one monitored state as a current: occupancy and voltage at point p give sample p - 1.
 void AddCurrent(const TraceConversion& conversion, std::span<const float> occupancy, float conductance,
                 std::span<float> trace) {
-  // Copies, since a write to the trace could be one to the conversion for all that the compiler knows.
+  // Copies, because for the compiler a write to the trace could change the conversion.
   const std::span<const float> volts = conversion.volts.subspan(1);
   const float reversal = conversion.reversalMv / 1000.0F;
   const float valence = static_cast<float>(conversion.valence);
@@ -22,16 +22,16 @@ void AddCurrent(const TraceConversion& conversion, std::span<const float> occupa
     trace[i] += (volts[i] - reversal) * valence * conductance * channels * occupancy[i];
   }
   for (std::size_t i = inside; i < occupancy.size();
-       ++i) {  // the longest run is one point longer than the voltage
+       ++i) {  // the longest run has one point more than the voltage
     trace[i] += OhmicDrive(conversion, static_cast<int>(i) + 1) * conductance * channels * occupancy[i];
   }
 }
 
-/// Adds one monitored state to the trace: samples and points in the order of memory.
+/// Adds one monitored state to the trace, in the order of memory.
 void AddState(const TraceConversion& conversion, std::span<const float> row, int used, float conductance,
               std::span<float> trace) {
   const std::size_t written = static_cast<std::size_t>(std::max(0, used - 1));
-  const std::size_t count = std::min(trace.size(), written);  // the rest holds 0 and adds nothing
+  const std::size_t count = std::min(trace.size(), written);  // the rest is 0
   const std::span<const float> occupancy = row.subspan(1, count);
   if (conversion.unit == TraceUnit::Current) {
     AddCurrent(conversion, occupancy, conductance, trace);
@@ -43,7 +43,8 @@ void AddState(const TraceConversion& conversion, std::span<const float> row, int
   for (std::size_t i = 0; i < count; ++i) trace[i] += factor * occupancy[i];
 }
 
-/// What one channel in each state adds to the trace at point `p` of the stimulus; 0 for states not monitored.
+/// Returns the factor of each state's occupancy in the trace at point `p` of the stimulus; 0 for states not
+/// monitored.
 std::array<float, MaxStates + 1> TraceFactors(const TraceConversion& conversion, int p) {
   const float channels = conversion.channels;
   std::array<float, MaxStates + 1> factor{};
@@ -68,7 +69,7 @@ std::array<float, MaxStates + 1> TraceFactors(const TraceConversion& conversion,
   return factor;
 }
 
-/// Sum over the monitored states at saved step `q`, with the voltage of point `p`.
+/// Returns the sum over the monitored states at saved step `q`, with the voltage of point `p`.
 float SumAtStep(const TraceConversion& conversion, const SavedSteps& steps, std::size_t q, int p) {
   const auto factor = TraceFactors(conversion, p);
   float value = 0.0F;
@@ -81,7 +82,7 @@ float SumAtStep(const TraceConversion& conversion, const SavedSteps& steps, std:
 float ValueOfStep(const TraceConversion& conversion, const SavedSteps& steps, std::size_t q) {
   const double points = static_cast<double>(steps.timeMs[q]) / static_cast<double>(steps.intervalMs);
   const double point =
-      points > 0.0 ? std::min(points, static_cast<double>(MaxStimPoints)) : 0.0;  // nan as well
+      points > 0.0 ? std::min(points, static_cast<double>(MaxStimPoints)) : 0.0;  // also for NaN
   return SumAtStep(conversion, steps, q, static_cast<int>(point) + steps.offset);
 }
 
@@ -127,7 +128,7 @@ void SavedStepsToSamples(const TraceConversion& conversion, const SavedSteps& st
   values.reserve(saved.size());
   for (std::size_t i = 0; i < saved.size(); ++i) {
     const auto time = static_cast<double>(steps.timeMs[i + 1]);
-    if (!times.empty() && !(time > times.back())) continue;  // one float cannot tell the two apart
+    if (!times.empty() && !(time > times.back())) continue;  // the two times are equal as floats
     times.push_back(time);
     values.push_back(static_cast<double>(saved[i]));
   }

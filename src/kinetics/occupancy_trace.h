@@ -16,7 +16,7 @@ namespace zelvane {
 
 enum class TraceUnit { Channels, Conductance, Current, Probability };  // -, pS, pA, -
 
-/// What makes a trace of occupancies.
+/// How occupancies become a trace.
 struct TraceConversion {
   const std::array<int, MaxStates + 1>& monitored;      // not 0 = the state is part of the sum
   const std::array<float, MaxStates + 1>& conductance;  // pS
@@ -53,8 +53,8 @@ struct SavedSteps {
 /// that the step falls on. Element q - 1 belongs to step q.
 std::vector<float> SavedStepValues(const TraceConversion& conversion, const SavedSteps& steps);
 
-/// Fills `samples` from the saved steps through the spline; before the point at which integration started,
-/// with the occupancies of the first step, of which a current alone follows the voltage.
+/// Fills `samples` from the saved steps with a spline. Samples before the point at which integration started
+/// get the occupancies of the first step; there only a current follows the voltage.
 void SavedStepsToSamples(const TraceConversion& conversion, const SavedSteps& steps,
                          std::span<float> samples);
 

@@ -13,13 +13,14 @@ namespace {
 
 constexpr float MsPerSecond = 1000.0F;
 
-/// Whether a rate above 0 leads into the state. One that is no number counts too: it must not pass unseen.
+/// Returns whether a rate above 0 leads into the state. A rate that is not a number counts too, so that it is
+/// noticed.
 bool RateLeadsInto(const StateTable<float>& rate, std::size_t state) {
   return std::any_of(rate.begin() + 1, rate.end(),
                      [state](const auto& row) { return !(row[state] <= 0.0F); });
 }
 
-/// Rate times stimulus factor. A rate of 0 needs no factor.
+/// Returns rate times stimulus factor. A rate of 0 needs no factor.
 float EffectiveRate(const SchemeTables& scheme, int from, int to, const StimulusValues& stimulus) {
   const float rate = scheme.rate[static_cast<std::size_t>(from)][static_cast<std::size_t>(to)];
   return rate == 0.0F ? 0.0F : rate * RateFactor(scheme.depend, scheme.temperature, from, to, stimulus);

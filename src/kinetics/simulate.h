@@ -2,8 +2,8 @@
 //
 //   Simulate
 //
-// Nothing but the arguments is read or written: several threads may simulate at once, each with a room, a
-// stream and a reporter of its own.
+// Reads and writes only the arguments: several threads may simulate at once, each with its own room, stream
+// and reporter.
 #pragma once
 
 #include <array>
@@ -22,7 +22,7 @@ namespace zelvane {
 
 enum class Simulator { FixedStep, Channels, Adaptive };
 
-/// How a sweep is to be run.
+/// The settings of a sweep.
 struct SimulationSettings {
   Simulator simulator = Simulator::FixedStep;
   int numPoints = 0;                         // of the sweep, at least 1

@@ -9,10 +9,10 @@
 namespace zelvane {
 namespace {
 
-constexpr std::size_t MaxKeptStretches = std::size_t{1} << 18;  // of a state
-constexpr std::size_t MaxKeptExits = std::size_t{1} << 20;      // of all states: 64 MB
+constexpr std::size_t MaxKeptStretches = std::size_t{1} << 18;  // limit for one state
+constexpr std::size_t MaxKeptExits = std::size_t{1} << 20;      // limit for all states: 64 MB
 
-/// Profiles that the rate from `a` to `b` depends on.
+/// Returns the profiles that the rate from `a` to `b` depends on.
 unsigned ProfilesOf(const DependenceTables& depend, std::size_t a, std::size_t b) {
   unsigned profiles = depend.Volt[a][b] == 1 ? 1U : 0U;
   for (unsigned d = 1; d <= MaxDrugs; ++d) {
@@ -33,7 +33,7 @@ unsigned ProfilesOfState(const ChannelTables& tables, std::size_t state) {
   return profiles;
 }
 
-/// The points at which a profile differs from the point before. Values are compared as floats.
+/// Returns the points at which a profile differs from the point before. Values are compared as floats.
 std::vector<std::int32_t> ChangesOf(std::span<const float> profile) {
   std::vector<std::int32_t> changes;
   for (std::size_t p = 1; p < profile.size(); ++p) {
@@ -89,8 +89,8 @@ void ForgetPlaces(ExitBook& book) {
   }
 }
 
-/// The effective rate from `a` to `b`: a float after every step, drugs in their order, the exponential
-/// (formed in double) last.
+/// Returns the effective rate from `a` to `b`: a float after every step, drugs in their order, the
+/// exponential (formed in double) last.
 float EffectiveRate(const ExitBook& book, std::size_t a, std::size_t b, std::size_t point) {
   const DependenceTables& depend = book.tables.depend;
   float factor = 1.0F;
@@ -111,8 +111,8 @@ struct OpenExits {
   std::array<std::size_t, MaxConnections> to{};
   std::array<float, MaxConnections> rate{};
   std::size_t count = 0;
-  float total = 0.0F;      // of all exits
-  float openTotal = 0.0F;  // of those that can be taken
+  float total = 0.0F;      // sum of all exits
+  float openTotal = 0.0F;  // sum of the exits that can be taken
   bool waits = false;      // the model's rate of some exit is above MinRate
 };
 
@@ -141,7 +141,7 @@ void SetChances(const OpenExits& open, StateExits& exits) {
   }
 }
 
-/// First point behind `point` at which one of `profiles` changes.
+/// Returns the first point after `point` at which one of `profiles` changes.
 int NextChange(const ExitBook& book, unsigned profiles, int point) {
   int next = NeverChanges;
   for (std::size_t k = 0; k <= MaxDrugs; ++k) {

@@ -41,20 +41,20 @@ enum class ExitKind : std::uint8_t {
   Isolated,   // nothing leads out of the state: an error of the model
   Constant,   // the rates are constant: the dwell is exponential
   Dependent,  // some rate depends on the stimulus: the dwell is tried point by point
-  Shut,       // no rate is above MinRate, and none can become so
-  Waiting,    // none is above MinRate, but a stimulus can open a way out
+  Shut,       // no rate is above MinRate, or can become so
+  Waiting,    // no rate is above MinRate, but a stimulus can open an exit
 };
 
 inline constexpr int NeverChanges = 1 << 30;  // a point after every sweep
 
 /// The exits of one state during a constant stimulus. Fills one line of the cache.
 struct alignas(64) StateExits {
-  // The next state is the first whose bound is above a uniform value, else the last; with one exit nothing is
-  // drawn. Bounds are 32-bit quotients of the sums of rates.
+  // The next state is the first whose bound is above a uniform value, else the last. One exit alone needs no
+  // draw. Bounds are 32-bit quotients of the sums of rates.
   std::array<double, MaxConnections - 1> bound{};
   double scaleMs = 0.0;         // -1000 / total rate: times ln u it is a dwell in ms
   double leave = 0.0;           // chance to leave within a point, 1 - exp(-total rate x interval)
-  int changeAt = NeverChanges;  // first later point at which a profile that the exits look at is another
+  int changeAt = NeverChanges;  // first later point at which a profile of the exits changes
   ExitKind kind = ExitKind::Isolated;
   std::uint8_t count = 0;
   std::array<std::int8_t, MaxConnections> next{};
@@ -78,7 +78,7 @@ struct ExitBook {
   std::array<std::size_t, MaxStates + 1> stepsOf{};  // index into steps
   std::vector<std::int32_t> drugFrom;                // stretches of points with some drug above 0
   std::vector<std::int32_t> drugUntil;
-  // -- Worked out so far --
+  // -- Calculated so far --
   std::array<std::vector<std::int32_t>, MaxStates + 1> place{};  // of each stretch in `known`, -1 = not yet
   std::vector<StateExits> known;
   StateExits unkept;  // exits beyond the room of `known`

@@ -1,4 +1,4 @@
-// Where the stimulus stands still, and the factors of the rates over such a stretch.
+// Finds stretches of constant stimulus, and the factors of the rates over them.
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -11,20 +11,20 @@
 namespace zelvane {
 namespace {
 
-/// Points that are searched at a time for the end of a stretch: more would cost short runs, fewer long ones.
+/// Points searched at a time for the end of a stretch: more would slow short runs, fewer long runs.
 constexpr int LongestStretch = 16384;
 
 bool SameBits(float a, float b) {
   return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
 }
 
-/// First point after `first` and below `end` at which the profile differs from its value at `first`, or
-/// `end`.
+/// Returns the first point after `first` and below `end` at which the profile differs from its value at
+/// `first`, or `end`.
 int ConstantUntil(std::span<const float> profile, int first, int end) {
   constexpr int block = 512;
   const float* p = profile.data();
   int i = first + 1;
-  // A block that equals itself moved by one point holds one value.
+  // A block that equals itself shifted by one point holds one value.
   const auto wholeBlock = [&] {
     const void* here = p + i - 1;
     const void* moved = p + i;
@@ -35,7 +35,7 @@ int ConstantUntil(std::span<const float> profile, int first, int end) {
   return i;
 }
 
-/// The earliest time whose point is not below `index`: a float, found by stepping from the product.
+/// Returns the earliest time whose point is not below `index`, found in float steps from the product.
 float TimeOfPoint(const StimulusView& stimulus, int index) {
   constexpr float never = std::numeric_limits<float>::infinity();
   if (index >= static_cast<int>(stimulus.profile[0].size())) return never;
@@ -46,7 +46,7 @@ float TimeOfPoint(const StimulusView& stimulus, int index) {
   return t;
 }
 
-/// Value of one kind of factor: a float after every step, the drugs in their order, the exponential last.
+/// Returns one kind of factor: a float after every step, the drugs in their order, the exponential last.
 float FactorOf(const FactorKind& kind, const StimulusCursor& cursor, const StimulusView& stimulus,
                std::size_t point) {
   float factor = 1.0F;
@@ -95,7 +95,7 @@ void StartCursor(StimulusCursor& cursor, const CompiledScheme& scheme) {
   for (StimulusStretch& stretch : cursor.stretch) {
     stretch.first = stretch.end = 0;
     stretch.lastUse = 0;
-    // Factors of rates that no stimulus touches are 1 and stay so.
+    // Rates that do not depend on the stimulus keep the factor 1.
     for (std::size_t row = 0; row < static_cast<std::size_t>(scheme.rows); ++row) {
       stretch.factor.row[row].fill(1.0F);
     }
