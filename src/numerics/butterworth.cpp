@@ -1,6 +1,6 @@
-// Second-order sections of a cascade run side by side: at each step of the clock section k takes the sample
-// that section k - 1 gave a step before, so that all of them can work at once, one lane each. The output is
-// late by one step a section, and is put back to its place.
+// The second-order sections of a cascade run in parallel: at each step of the clock section k takes the
+// sample that section k - 1 gave one step before, so that all sections work at once, one lane each. The
+// output is late by one step per section and is shifted back.
 #include "numerics/butterworth.h"
 
 #include <algorithm>
@@ -32,7 +32,7 @@ struct Section {
   double gain = 1.0;
 };
 
-/// The same for the clock. With band state b and low state l, input x:
+/// The same section in steps of the clock. With band state b and low state l, input x:
 ///   output = direct x + ofBand b + ofLow l
 ///   b += bandByInput x + bandByBand b - bandByInput l
 ///   l += lowByInput (x - l) + bandByInput b
@@ -68,7 +68,7 @@ void SetLane(Lanes& lanes, std::size_t i, const Section& section) {
   }
 }
 
-/// Lanes in the state that `steady`, standing for ever, leaves them in.
+/// Returns lanes in the state that an endless constant input `steady` leads to.
 Lanes MakeLanes(const std::vector<Section>& sections, double steady) {
   Lanes lanes;
   std::fill(std::begin(lanes.direct), std::end(lanes.direct), 1.0);
@@ -99,8 +99,8 @@ ZELVANE_INLINE void Store(const Four& four, double* values, std::size_t half) {
   std::memcpy(values + half * LanesOfHalf, &four, sizeof four);
 }
 
-/// Steps the clock once for each sample of `chunk`, with so many vectors of lanes. What has to wait for the
-/// step before, a state and the pull on it, is added last.
+/// Steps the clock once for each sample of `chunk`, with `Halves` vectors of lanes. Adds last what depends on
+/// the previous step: a state, and its difference from the input.
 template <std::size_t Halves>
 ZELVANE_INLINE void RunHalves(Lanes& lanes, std::span<double> chunk) {
   Four direct[Halves], ofBand[Halves], ofLow[Halves], bandByInput[Halves], bandByBand[Halves];
@@ -144,12 +144,12 @@ ZELVANE_CLONES void RunEight(Lanes& lanes, std::span<double> chunk) {
   RunHalves<2>(lanes, chunk);
 }
 
-/// Steps that an output is late by.
+/// Returns the steps by which an output is late.
 std::size_t StepsLate(const Lanes& lanes) {
   return (lanes.sections <= LanesOfHalf ? LanesOfHalf : MaxSections) - 1;
 }
 
-/// Steps the clock once for each sample of `chunk`, which is replaced by what the last lane gives.
+/// Steps the clock once for each sample of `chunk`, and replaces the sample by the output of the last lane.
 void RunLanes(Lanes& lanes, std::span<double> chunk) {
   if (lanes.sections <= LanesOfHalf) {
     RunFour(lanes, chunk);
@@ -179,13 +179,13 @@ void RunLanes(Lanes& lanes, std::span<double> chunk) {
 
 #endif
 
-/// The first finite sample, 0 without one.
+/// Returns the first finite sample, or 0.
 double FirstFinite(std::span<const double> input) {
   const auto it = std::find_if(input.begin(), input.end(), [](double x) { return std::isfinite(x); });
   return it != input.end() ? *it : 0.0;
 }
 
-/// Sends `input` through the sections. Chunk by chunk, the output trails the input by the steps it is late.
+/// Sends `input` through the sections in chunks. The output is late by StepsLate.
 void RunCascade(const std::vector<Section>& sections, std::span<const double> input,
                 std::span<double> output) {
   double last = FirstFinite(input);
@@ -208,7 +208,7 @@ void RunCascade(const std::vector<Section>& sections, std::span<const double> in
 
 // -- Sections of each filter --
 
-/// Angles of the prototype's poles in the upper left quarter plane, order / 2 of them.
+/// Returns the prototype's poles in the upper left quarter plane, order / 2 of them.
 std::vector<std::complex<double>> PrototypePoles(int order) {
   std::vector<std::complex<double>> poles;
   for (int i = 0; i < order / 2; ++i) {
@@ -235,8 +235,9 @@ Section SectionOf(Passes passes, std::complex<double> pole, double gain) {
   return {passes, g, -2.0 * pole.real() / g, gain};
 }
 
-/// s goes to (s^2 + low high) / (s (high - low)): every pole of the prototype becomes two, a larger one that
-/// bounds the band above and a smaller one that bounds it below. All low ones come first.
+/// Returns the sections of a band. s becomes (s^2 + low high) / (s (high - low)): every pole of the prototype
+/// becomes two, a larger one for the upper edge of the band and a smaller one for the lower edge. All low
+/// ones come first.
 std::vector<Section> TwoSided(double low, double high, int order) {
   const double width = high - low;
   const double centre2 = low * high;

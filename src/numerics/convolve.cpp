@@ -1,8 +1,8 @@
 // The convolution of the Gaussian filter.
 //
-// The order of additions within a sum is fixed, so nothing can be gained inside one. But neighbouring sums
-// take the same steps on neighbouring samples: a group of them runs side by side, each in a lane of its own,
-// and every lane sees the very operations, in the very order, that its sum alone would see.
+// The order of additions within a sum is fixed, so one sum cannot be made faster. But neighbouring sums do
+// the same steps on neighbouring samples. A group of them runs in parallel, one lane each, with the same
+// operations in the same order as for a single sum.
 #include <algorithm>
 #include <array>
 #include <cassert>
@@ -18,29 +18,29 @@ namespace {
 
 constexpr std::size_t BlockSums = 4096;  // sums of one window: it then stays in the first-level cache
 
-/// Unfiltered samples around a block: `half` on each side of it.
+/// The unfiltered samples of a block, and `half` samples on each side.
 using Window = std::array<float, BlockSums + 2 * MaxKernelHalf>;
-/// A kernel written out from its first coefficient to its last.
+/// A kernel as a list from its first coefficient to its last.
 using FullKernel = std::array<float, 2 * MaxKernelHalf + 1>;
 
-/// What the sums of a block are made of: out[k] = the sum over j of coefficient[j] x window[k + j], j rising.
+/// The sums of a block: out[k] = the sum over j of coefficient[j] x window[k + j], j rising.
 struct BlockJob {
   const float* window = nullptr;
   const float* coefficient = nullptr;
   std::size_t taps = 0;
-  std::size_t sums = 0;  // the last group may run past them: window and out have room for BlockSums
+  std::size_t sums = 0;  // the last group may exceed them: window and out have room for BlockSums
   float* out = nullptr;
 };
 
 #if defined(ZELVANE_VECTOR_LANES)
 
-#pragma GCC diagnostic ignored "-Wpsabi"  // such vectors never pass between functions here
+#pragma GCC diagnostic ignored "-Wpsabi"  // functions here pass no vectors
 
 using FourSums = float __attribute__((vector_size(16)));
 using EightSums = float __attribute__((vector_size(32)));
 using SixteenSums = float __attribute__((vector_size(64)));
 
-/// The block's sums in groups of so many vectors, all held in registers.
+/// Calculates the block's sums in groups of `Vectors` vectors, all held in registers.
 template <typename Sums, std::size_t Vectors>
 ZELVANE_INLINE void SumGroups(const BlockJob& job) {
   constexpr std::size_t Lanes = sizeof(Sums) / sizeof(float);
@@ -102,8 +102,8 @@ void ConvolveInPlace(std::span<float> trace, const GaussianKernel& kernel) {
   std::array<float, BlockSums> sums;
   std::copy_n(trace.begin(), 2 * half, window.begin());
   for (std::size_t first = half; first < trace.size() - half; first += BlockSums) {
-    // The window begins `half` samples before the block. Its first 2 x half samples stand there already:
-    // those before the block have been overwritten in the trace.
+    // The window begins `half` samples before the block. Its first 2 x half samples are already there; in the
+    // trace those before the block are overwritten.
     const std::size_t count = std::min(BlockSums, trace.size() - half - first);
     std::copy_n(&trace[first + half], count, window.begin() + static_cast<std::ptrdiff_t>(2 * half));
     SumBlock({window.data(), full.data(), 2 * half + 1, count, sums.data()});

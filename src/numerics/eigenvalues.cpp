@@ -19,8 +19,8 @@ constexpr float WorthScaling = 0.95F;
 constexpr float ExceptionalSum = 0.75F;
 constexpr float ExceptionalProduct = -0.4375F;
 
-/// Power of the radix by which column `i` is to be scaled, and row `i` by its inverse; 1 when it does not
-/// pay.
+/// Returns the power of the radix by which to scale column `i`, and row `i` by its inverse; 1 when scaling
+/// gains too little.
 float ScaleOf(const DenseMatrix<float>& a, std::size_t i) {
   float column = 0.0F;
   float row = 0.0F;
@@ -48,12 +48,12 @@ struct Reflection {
 struct QrSweep {
   std::size_t low = 0;   // first row
   std::size_t high = 0;  // last row
-  float x = 0.0F;        // the corner, or an exceptional shift in its place
+  float x = 0.0F;        // the corner, or the exceptional shift that replaces it
   float y = 0.0F;
   float w = 0.0F;
 };
 
-/// Divides by the sum of the magnitudes, which is returned; one of 0 leaves all as it is.
+/// Divides by the sum of the magnitudes and returns this sum. Changes nothing when it is 0.
 float Normalise(Reflection& v) {
   const float sum = std::abs(v.p) + std::abs(v.q) + std::abs(v.r);
   if (sum == 0.0F) return 0.0F;
@@ -71,8 +71,8 @@ float NormOf(const DenseMatrix<float>& a) {
   return norm;
 }
 
-/// First row of the block that ends with row `high`: above it a subdiagonal element is negligible, and is
-/// set to 0.
+/// Returns the first row of the block that ends with row `high`. The subdiagonal element before the block is
+/// negligible and becomes 0.
 std::size_t BlockStart(DenseMatrix<float>& a, std::size_t high, float norm) {
   for (std::size_t l = high; l > 0; --l) {
     float size = std::abs(a(l - 1, l - 1)) + std::abs(a(l, l));
@@ -85,7 +85,7 @@ std::size_t BlockStart(DenseMatrix<float>& a, std::size_t high, float norm) {
   return 0;
 }
 
-/// Real parts of the two eigenvalues of the block of rows `high` - 1 and `high`, `shift` added.
+/// Returns the real parts of the two eigenvalues of rows `high` - 1 and `high`, plus `shift`.
 std::pair<float, float> PairOf(const DenseMatrix<float>& a, std::size_t high, float shift) {
   const float x = a(high, high);
   const float w = a(high, high - 1) * a(high - 1, high);
@@ -97,7 +97,7 @@ std::pair<float, float> PairOf(const DenseMatrix<float>& a, std::size_t high, fl
   return {base + z, z != 0.0F ? base - w / z : base + z};
 }
 
-/// Takes the corner off the diagonal and puts an exceptional shift in its place.
+/// Subtracts the corner from the diagonal and uses an exceptional shift instead.
 void ShiftExceptionally(DenseMatrix<float>& a, QrSweep& sweep, float& shift) {
   shift += sweep.x;
   for (std::size_t i = 0; i <= sweep.high; ++i) a(i, i) -= sweep.x;
@@ -106,7 +106,7 @@ void ShiftExceptionally(DenseMatrix<float>& a, QrSweep& sweep, float& shift) {
   sweep.w = ExceptionalProduct * size * size;
 }
 
-/// First column of the double step if it begins at row `m`.
+/// Returns the first column of the double step that begins at row `m`.
 Reflection FirstColumn(const DenseMatrix<float>& a, const QrSweep& sweep, std::size_t m) {
   const float z = a(m, m);
   const float r = sweep.x - z;
@@ -116,7 +116,8 @@ Reflection FirstColumn(const DenseMatrix<float>& a, const QrSweep& sweep, std::s
   return v;
 }
 
-/// Row at which the double step begins: two subdiagonal elements that are small together end the search.
+/// Returns the row at which the double step begins: the search ends where two subdiagonal elements are small
+/// together.
 std::size_t StartOfStep(const DenseMatrix<float>& a, const QrSweep& sweep, Reflection& v) {
   for (std::size_t m = sweep.high - 2;; --m) {
     v = FirstColumn(a, sweep, m);
@@ -159,7 +160,7 @@ void Reflect(DenseMatrix<float>& a, const QrSweep& sweep, std::size_t k, Reflect
   }
 }
 
-/// One double QR step on the rows of the sweep.
+/// Does one double QR step on the rows of the sweep.
 void DoubleStep(DenseMatrix<float>& a, const QrSweep& sweep) {
   Reflection v;
   const std::size_t m = StartOfStep(a, sweep, v);
@@ -184,7 +185,7 @@ void DoubleStep(DenseMatrix<float>& a, const QrSweep& sweep) {
   }
 }
 
-/// The sweep over rows `low`..`high` with the shifts of the last two rows.
+/// Returns the sweep over rows `low`..`high` with the shifts of the last two rows.
 QrSweep SweepOver(const DenseMatrix<float>& a, std::size_t low, std::size_t high) {
   return {low, high, a(high, high), a(high - 1, high - 1), a(high, high - 1) * a(high - 1, high)};
 }

@@ -9,14 +9,14 @@ namespace {
 
 /// sqrt(ln 2) / (2 pi): the standard deviation of a Gaussian kernel, in samples, times the normalised corner.
 constexpr float SigmaTimesCorner = 0.132505F;
-/// Below this standard deviation the kernel is narrower than the samples lie apart, and three coefficients
-/// serve.
+/// With a smaller standard deviation the kernel is narrower than the distance of two samples, and has three
+/// coefficients.
 constexpr float NarrowSigma = 0.62F;
-constexpr float SigmasCovered = 4.0F;  // the kernel is cut here, on each side
+constexpr float SigmasCovered = 4.0F;  // the kernel ends here, on each side
 constexpr float HalfTheRate = 0.5F;
 constexpr int MarginPoints = 10;  // a record must be this much longer than twice the kernel's half
 
-/// Three coefficients with the variance of the Gaussian.
+/// Sets three coefficients with the variance of the Gaussian.
 void SetNarrowKernel(GaussianKernel& kernel, float sigma) {
   kernel.half = 1;
   kernel.coefficient[1] = sigma * sigma / 2.0F;
@@ -30,7 +30,8 @@ void SetSampledKernel(GaussianKernel& kernel, float sigma) {
   sides[0] = 1.0F;
   for (std::size_t i = 1; i < sides.size(); ++i) {
     const auto distance = static_cast<float>(i);
-    // The double exponential, narrowed: libraries agree on it where their 32-bit ones differ in the last bit.
+    // The double exponential, narrowed: it is the same in all libraries, while their 32-bit ones differ in
+    // the last bit.
     sides[i] = static_cast<float>(std::exp(static_cast<double>(b * distance * distance)));
     sum += sides[i];
   }
@@ -53,7 +54,7 @@ GaussianKernel MakeGaussianKernel(float corner) {
 }
 
 LowPassOutcome GaussianLowPass(std::span<float> trace, float corner, int recordPoints) {
-  if (!(corner >= 0.0F)) return LowPassOutcome::NoCorner;  // 0 makes a kernel without end
+  if (!(corner >= 0.0F)) return LowPassOutcome::NoCorner;  // 0 makes an infinite kernel
   const GaussianKernel kernel = MakeGaussianKernel(corner);
   if (kernel.half > MaxKernelHalf) return LowPassOutcome::TooHeavy;
   // The narrow kernel of three coefficients fits every record.

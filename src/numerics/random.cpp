@@ -18,17 +18,17 @@ constexpr std::uint32_t StrideMultiplier(const Congruence& generator) {
 
 constexpr int CoarseMax = 32767;
 constexpr std::size_t SeedTableSize = 100;
-constexpr int LastDrawnEntry = 99;  // indices are drawn as trunc(99 u): the last entry is never taken
+constexpr int LastDrawnEntry = 99;  // indices are drawn as trunc(99 u): never the last entry
 using SeedTable = std::array<double, SeedTableSize>;
 
-/// 0..32767: the example generator of the C standard (ISO/IEC 9899:1999, 7.20.2.2). It spreads the bits of
-/// the clock, and unlike the rand() of a library it does so alike on every machine.
+/// Returns 0..32767 by the example generator of the C standard (ISO/IEC 9899:1999, 7.20.2.2). It spreads the
+/// bits of the clock and, unlike a library's rand(), gives the same values on every machine.
 int CoarseRandom(std::uint32_t& state) {
   state = state * 1103515245U + 12345U;
   return static_cast<int>(state / 65536U % 32768U);
 }
 
-/// A seed that its generator does not stick at: whole and 1..modulus - 1.
+/// Returns a seed with which its generator does not repeat one value: whole and 1..modulus - 1.
 std::uint32_t ValidSeed(double seed, std::uint32_t modulus) {
   if (!std::isfinite(seed)) return 1;
   double rest = std::fmod(std::trunc(seed), modulus);
@@ -36,10 +36,10 @@ std::uint32_t ValidSeed(double seed, std::uint32_t modulus) {
   return rest == 0.0 ? 1 : static_cast<std::uint32_t>(rest);
 }
 
-/// Seed `n` of generator K over its modulus; the seed is moved on.
+/// Returns seed `n` of generator K over its modulus, and advances the seed.
 template <std::size_t K>
 ZELVANE_INLINE double Quotient(RandomStream& stream, std::size_t n) {
-  // Seeds are whole numbers below 2^15: 32-bit integers hold every product, as doubles would.
+  // Seeds are whole numbers below 2^15: 32-bit integers hold every product exactly, as doubles would.
   constexpr Congruence generator = RandomGenerators[K];
   constexpr std::uint32_t multiplier = StrideMultiplier(generator);
   const std::uint32_t seed = stream.seeds[K][n];
@@ -47,8 +47,8 @@ ZELVANE_INLINE double Quotient(RandomStream& stream, std::size_t n) {
   return static_cast<double>(static_cast<std::int32_t>(seed)) / static_cast<double>(generator.modulus);
 }
 
-/// Writes the next RandomStrides values, 0 among them where one comes out. The sum of three quotients is below 3;
-/// taking off its whole part rounds nothing.
+/// Writes the next RandomStrides values; some may be 0. The sum of three quotients is below 3, so removing
+/// its whole part does not round.
 ZELVANE_INLINE void NextStride(RandomStream& stream, double* values) {
   for (std::size_t n = 0; n < RandomStrides; ++n) {
     const double sum = Quotient<0>(stream, n) + Quotient<1>(stream, n) + Quotient<2>(stream, n);
@@ -68,7 +68,7 @@ void SeedFromClock(RandomStream& stream, std::uint32_t clock) {
   SetSeeds(stream, seeds);
 }
 
-/// Three different entries of a table of the generators' own first numbers.
+/// Seeds with three different entries of a table of the generators' own first numbers.
 void SeedFromOwnNumbers(RandomStream& stream) {
   SeedTable table;
   for (double& entry : table) entry = RoundCount(1.0 + 32764.0 * UniformRandom(stream));
@@ -126,7 +126,7 @@ void SetSeeds(RandomStream& stream, const std::array<double, 3>& seeds) {
 void SeedGenerators(RandomStream& stream, std::uint32_t clock) {
   SeedFromClock(stream, clock);
   SeedFromOwnNumbers(stream);
-  UniformRandom(stream);  // the first value seeded a further generator once: the series begins behind it
+  UniformRandom(stream);  // the first value once seeded another generator: the series begins after it
 }
 
 }  // namespace zelvane

@@ -13,9 +13,9 @@ int RoundCount(double value) {
   if (std::isnan(value)) return 0;
   if (value >= highest) return highest;
   if (value <= lowest) return lowest;
-  // The text decides, not a sum such as value + 0.005: it rounds the exact binary value to two decimals,
-  // once. The argument is a double so that a caller's float keeps its value; 1.995 lies just above the middle
-  // in both types.
+  // Rounds through a text, not a sum such as value + 0.005: the text rounds the exact binary value to two
+  // decimals, once. The argument is a double so that a caller's float keeps its value; 1.995 is just above
+  // the middle in both types.
   char text[24];  // sign, ten digits, full stop, two decimals
   const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, 2).ptr;
   int count = 0;

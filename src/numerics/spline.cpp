@@ -7,7 +7,7 @@
 namespace zelvane {
 namespace {
 
-/// Second derivatives at the knots of the spline with the given slopes at its ends.
+/// Returns the second derivatives at the knots of the spline with the given slopes at its ends.
 std::vector<double> SecondDerivatives(std::span<const double> x, std::span<const double> y, double firstSlope,
                                       double lastSlope) {
   const std::size_t n = x.size();
