@@ -4,10 +4,15 @@
 #include <sstream>
 
 #include "headless/drive/drive.h"
-#include "model/model_store.h"
-#include "trace/trace_store.h"
 
 namespace zelvane {
+
+std::vector<nlohmann::json> ParsedLines(const std::string& text) {
+  std::vector<nlohmann::json> objects;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) objects.push_back(nlohmann::json::parse(line));
+  return objects;
+}
 
 std::vector<nlohmann::json> Drive(const std::string& script, const std::string& folder, int* status) {
   StartOptions options;
@@ -17,10 +22,7 @@ std::vector<nlohmann::json> Drive(const std::string& script, const std::string& 
   std::ostringstream out;
   const int result = RunDrive(in, out, options);
   if (status != nullptr) *status = result;
-  std::vector<nlohmann::json> objects;
-  std::istringstream lines(out.str());
-  for (std::string line; std::getline(lines, line);) objects.push_back(nlohmann::json::parse(line));
-  return objects;
+  return ParsedLines(out.str());
 }
 
 DriveTest::Values DriveTest::Told(const std::vector<nlohmann::json>& lines) {
@@ -34,7 +36,7 @@ DriveTest::Values DriveTest::Told(const std::vector<nlohmann::json>& lines) {
   return told;
 }
 
-std::vector<float> DriveTest::TraceNow() {
+Floats DriveTest::TraceNow() {
   const auto used = Trace.SimTrace.first(static_cast<std::size_t>(Model.NumPoints));
   return {used.begin(), used.end()};
 }

@@ -2,12 +2,14 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
-#include <string>
-#include <vector>
 
 #include "support/store_test.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
+
+/// The object that each line of a text holds.
+std::vector<nlohmann::json> ParsedLines(const std::string& text);
 
 /// Starts the application anew (seeds 1234,5678,9012, program folder `folder`), runs the lines of `script`, which
 /// "; " may part as well, and gives the objects that it wrote. `status` receives the exit status.
@@ -36,7 +38,6 @@ class DriveTest : public StoreTest {
   /// The points of the trace on display.
   static std::vector<float> TraceNow();
 
-  TemporaryFolder folder;
   int status = 0;
 };
 

@@ -1,12 +1,7 @@
 // Shorthand for what a user does to a control.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <string_view>
-
-#include "screen/screen.h"
+#include "support/store_test.h"
 
 namespace zelvane {
 

@@ -4,8 +4,8 @@
 #include <random>
 #include <sstream>
 
+#include "app/application.h"
 #include "app/stores.h"
-#include "screen/screen.h"
 
 namespace zelvane {
 
@@ -27,8 +27,8 @@ StoreTest::StoreTest() {
   };
   recorder.files = [this](const FileRequest& request) {
     fileRequests.push_back(request);
-    if (choices.empty()) return std::vector<std::string>{};
-    std::vector<std::string> chosen{choices.front()};
+    if (choices.empty()) return Texts{};
+    Texts chosen{choices.front()};
     choices.pop_front();
     return chosen;
   };
@@ -44,10 +44,15 @@ StoreTest::~StoreTest() {
   SetFrontEnd(std::move(former_));
 }
 
-std::vector<std::string> StoreTest::PopupTexts() const {
-  std::vector<std::string> texts;
+Texts StoreTest::PopupTexts() const {
+  Texts texts;
   for (const SeenPopup& popup : popups) texts.push_back(popup.text);
   return texts;
+}
+
+PanelTest::PanelTest() {
+  AddAllPanels();
+  WriteAllControls();
 }
 
 TemporaryFolder::TemporaryFolder() {
@@ -74,8 +79,8 @@ std::string TemporaryFolder::Written(std::string_view name, std::string_view con
   return File(name);
 }
 
-std::vector<std::string> TemporaryFolder::Names() const {
-  std::vector<std::string> names;
+Texts TemporaryFolder::Names() const {
+  Texts names;
   for (const auto& entry : std::filesystem::directory_iterator(path_))
     names.push_back(entry.path().filename().string());
   return names;
