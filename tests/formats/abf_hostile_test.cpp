@@ -1,11 +1,8 @@
 // Damaged recordings, and headers that lie: a refusal in one sentence, or what the file truly holds.
 #include <sys/stat.h>
 
-#include <algorithm>
-#include <cmath>
 #include <map>
 #include <random>
-#include <vector>
 
 #include "formats/abf/abf_layout.h"
 #include "formats/allocations.h"
@@ -52,7 +49,7 @@ void ExpectRefusedOrWhole(const Opened& opened, std::size_t fileBytes) {
   ASSERT_LE(2 * samples, static_cast<std::int64_t>(fileBytes));
   ASSERT_GE(opened.longest, 1);
   ASSERT_LE(opened.sweeps, samples);
-  std::vector<float> sweep(static_cast<std::size_t>(opened.longest));
+  Floats sweep(static_cast<std::size_t>(opened.longest));
   for (const int number : {1, opened.sweeps}) {
     for (int place = 0; place < opened.header.channels; ++place) {
       const int channel = opened.header.samplingSequence[static_cast<std::size_t>(place)];

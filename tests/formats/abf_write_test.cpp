@@ -1,8 +1,5 @@
 // Files written here: read back by this program, and byte by byte.
-#include <cmath>
-#include <vector>
 
-#include "formats/abf/abf.h"
 #include "formats/abf/byte_source.h"
 #include "support/abf_sweeps.h"
 #include "support/small_disk.h"
@@ -11,8 +8,8 @@
 namespace zelvane {
 namespace {
 
-std::vector<float> Wave(std::size_t samples, float amplitude) {
-  std::vector<float> wave(samples);
+Floats Wave(std::size_t samples, float amplitude) {
+  Floats wave(samples);
   for (std::size_t k = 0; k < samples; ++k)
     wave[k] = amplitude * static_cast<float>(std::sin(0.01 * static_cast<double>(k)));
   return wave;
@@ -27,7 +24,7 @@ class AbfWrite : public ::testing::Test {
     header.startTime = 5025;
   }
 
-  void Write(const std::vector<std::vector<float>>& sweeps) {
+  void Write(const std::vector<Floats>& sweeps) {
     AbfWriteHandle writer = OldABF_OpenWrite(path, header);
     ASSERT_NE(writer, nullptr);
     for (const auto& sweep : sweeps) ASSERT_TRUE(OldABF_WriteRawSweep(*writer, sweep));
@@ -36,7 +33,7 @@ class AbfWrite : public ::testing::Test {
     ASSERT_EQ(writer, nullptr);
   }
 
-  std::vector<std::vector<float>> ReadBack() { return AbfSweeps(path, read); }
+  std::vector<Floats> ReadBack() { return AbfSweeps(path, read); }
 
   template <class Number>
   Number Field(std::size_t offset) const {
@@ -53,9 +50,9 @@ class AbfWrite : public ::testing::Test {
 TEST_F(AbfWrite, AGapFreeFileReadsBackWhole) {
   header.channelUnits[0] = "\xC2\xB5V";
   header.channelName[0] = "a name too long";
-  const std::vector<float> wave = Wave(5000, 80.0F);
+  const Floats wave = Wave(5000, 80.0F);
   Write({{wave.begin(), wave.begin() + 1234}, {wave.begin() + 1234, wave.end()}});
-  EXPECT_EQ(ReadBack(), std::vector<std::vector<float>>{wave});
+  EXPECT_EQ(ReadBack(), std::vector<Floats>{wave});
   EXPECT_EQ(read.version, 1.83);
   EXPECT_EQ(read.operationMode, 3);
   EXPECT_EQ(read.dataFormat, AbfFloats);
@@ -89,7 +86,7 @@ TEST_F(AbfWrite, TheHeaderHasTheValuesThatOtherProgramsNeed) {
 
 TEST_F(AbfWrite, EpisodesOfAnyLengthReadBackBySynchArray) {
   header.operationMode = 5;
-  const std::vector<std::vector<float>> sweeps = {Wave(700, 1.0F), Wave(31, 2.0F), Wave(1500, 3.0F)};
+  const std::vector<Floats> sweeps = {Wave(700, 1.0F), Wave(31, 2.0F), Wave(1500, 3.0F)};
   Write(sweeps);
   EXPECT_EQ(ReadBack(), sweeps);
   EXPECT_EQ(Field<std::int32_t>(16), 3);
@@ -102,7 +99,7 @@ TEST_F(AbfWrite, EpisodesOfAnyLengthReadBackBySynchArray) {
 TEST_F(AbfWrite, TheHeaderMayBeWrittenBackBetweenSweeps) {
   header.operationMode = 5;
   AbfWriteHandle writer = OldABF_OpenWrite(path, header);
-  std::vector<std::vector<float>> sweeps;
+  std::vector<Floats> sweeps;
   for (int sweep = 0; sweep < 4; ++sweep) {
     sweeps.push_back(Wave(400, static_cast<float>(sweep)));
     ASSERT_TRUE(OldABF_WriteRawSweep(*writer, sweeps.back()));
@@ -145,7 +142,7 @@ TEST_F(AbfWrite, AFileMayTakeThePlaceOfTheOneThatIsRead) {
   int longest = 0;
   int count = 0;
   const AbfHandle file = OpenABFFile(path, read, longest, count);
-  std::vector<float> samples(3000);
+  Floats samples(3000);
   Write({Wave(10, 9.0F)});
   EXPECT_EQ(ReadSweep(*file, 0, 1, 0, samples), 3000);
   EXPECT_EQ(samples, Wave(3000, 1.0F));

@@ -3,7 +3,6 @@
 
 #include <bit>
 #include <charconv>
-#include <cmath>
 #include <limits>
 #include <random>
 #include <sstream>
@@ -30,7 +29,7 @@ Outcome ReadBytes(const std::string& bytes, TextRequest request = {}) {
   return outcome;
 }
 
-std::vector<float> Samples(const std::string& bytes, TextRequest request = {}) {
+Floats Samples(const std::string& bytes, TextRequest request = {}) {
   return ReadBytes(bytes, request).read.samples;
 }
 
@@ -40,7 +39,6 @@ std::string Atf(int columns, const std::string& header, const std::string& rows)
          "\"Time (s)\"\t\"x\"\n" + rows;
 }
 
-using Floats = std::vector<float>;
 constexpr float Infinity = std::numeric_limits<float>::infinity();
 
 /// A text of plain letters in UTF-16, with its mark.
@@ -69,15 +67,12 @@ TEST(TextRecording, LineEndsMarksAndBlanksMakeNoDifference) {
 }
 
 TEST(TextRecording, NumbersAreThoseOfScanfRoundedOnce) {
-  struct Case {
-    const char* text;
-    float value;
-  };
-  for (const Case& c :
+  using Case = std::pair<const char*, float>;
+  for (const auto& [text, value] :
        {Case{"16777217", 16777216.0F}, Case{"1.00000017881393432617187500001", 1.00000024F},
         Case{"0x1.8p1", 3.0F}, Case{"1e-60", 0.0F}, Case{"-1e60", -Infinity}, Case{"INF", Infinity},
         Case{".5", 0.5F}, Case{"5.", 5.0F}, Case{"3.25pA", 3.25F}, Case{"1e", 1.0F}, Case{"1e-40", 1e-40F}}) {
-    EXPECT_EQ(Samples(c.text), Floats{c.value}) << c.text;
+    EXPECT_EQ(Samples(text), Floats{value}) << text;
   }
   EXPECT_TRUE(std::isnan(Samples("nan").at(0)));
 }
@@ -87,7 +82,7 @@ TEST(TextRecording, NumbersHaveTheBitsThatTheLibraryGivesThem) {
   std::mt19937_64 random(11);
   const char* forms[] = {"%.6e", "%.9g", "%.3f", "%.17g", "%.0f", "%g"};
   std::string text;
-  std::vector<float> expected;
+  Floats expected;
   for (int k = 0; k < 60'000; ++k) {
     double value = std::ldexp(static_cast<double>(random() >> 11), static_cast<int>(random() % 140) - 120);
     if (k % 3 == 0)
@@ -124,20 +119,17 @@ TEST(TextRecording, ACommaIsADecimalMarkOrEndsTheReading) {
 TEST(TextRecording, SignalsAndEpisodesFindTheirColumns) {
   const std::string signals = "\"SignalsExported=IN 0,\xB5V b\"\n\"Other=\"\n";
   const std::string text = Atf(5, signals, "0 11 21 12 22\n.001 31 41 32 42\n.002 51 61 52 62\n");
-  struct Case {
-    int signal, episode;
-    float first;
-  };
-  for (const Case& c : {Case{1, 1, 11}, Case{2, 1, 21}, Case{1, 2, 12}, Case{2, 2, 22}, Case{3, 1, 11},
-                        Case{0, 1, 21}, Case{2, 9, 22}}) {
+  using Case = std::tuple<int, int, float>;
+  for (const auto& [signal, episode, first] : {Case{1, 1, 11}, Case{2, 1, 21}, Case{1, 2, 12}, Case{2, 2, 22},
+                                               Case{3, 1, 11}, Case{0, 1, 21}, Case{2, 9, 22}}) {
     TextRequest request;
-    request.signal = c.signal;
-    request.episode = c.episode;
+    request.signal = signal;
+    request.episode = episode;
     const Outcome outcome = ReadBytes(text, request);
     EXPECT_EQ(outcome.shape.signals, 2);
     EXPECT_EQ(outcome.shape.episodes, 2);
     ASSERT_EQ(outcome.read.samples.size(), 3U);
-    EXPECT_EQ(outcome.read.samples[0], c.first) << c.signal << ' ' << c.episode;
+    EXPECT_EQ(outcome.read.samples[0], first) << signal << ' ' << episode;
   }
   EXPECT_EQ(ReadBytes(Atf(4, "", "0 1 2 3\n")).shape.episodes,
             3);  // without a list each column is an episode
@@ -145,20 +137,16 @@ TEST(TextRecording, SignalsAndEpisodesFindTheirColumns) {
 }
 
 TEST(TextRecording, TheIntervalComesFromTheFirstStepAndOnlyALongerOneFails) {
-  struct Case {
-    const char* rows;
-    double intervalMs;
-    bool unequal;
-  };
-  for (const Case& c :
+  using Case = std::tuple<const char*, double, bool>;
+  for (const auto& [rows, intervalMs, unequal] :
        {Case{"0 1\n.001 2\n.002 3\n", 1.0, false}, Case{"20.00002 1\n20.00004 2\n20.00006 3\n", 0.02, false},
         Case{"0 1\n.001 2\n.0015 3\n", 1.0, false}, Case{"0 1\n.001 2\n.0021 3\n", 1.0, true},
         Case{"0 1\n0 2\n0 3\n", 1e-6, false}, Case{"0 1\n1e9 2\n2e9 3\n", 1e8, true},
         Case{"0 1\nnan 2\n.002 3\n", 0.0, true}, Case{"5 1\n4 2\n6 3\n", 1e-6, true}}) {
-    const Outcome outcome = ReadBytes(Atf(2, "", std::string(c.rows) + ".003 4\n"));
-    EXPECT_EQ(outcome.read.unequalSteps, c.unequal) << c.rows;
-    EXPECT_EQ(outcome.read.samples.size(), c.unequal ? 3U : 4U) << c.rows;
-    EXPECT_NEAR(outcome.read.intervalMs.value_or(0.0), c.intervalMs, 1e-9 * c.intervalMs) << c.rows;
+    const Outcome outcome = ReadBytes(Atf(2, "", std::string(rows) + ".003 4\n"));
+    EXPECT_EQ(outcome.read.unequalSteps, unequal) << rows;
+    EXPECT_EQ(outcome.read.samples.size(), unequal ? 3U : 4U) << rows;
+    EXPECT_NEAR(outcome.read.intervalMs.value_or(0.0), intervalMs, 1e-9 * intervalMs) << rows;
   }
   EXPECT_FALSE(ReadBytes(Atf(2, "", "0 1\n")).read.intervalMs.has_value());
 }

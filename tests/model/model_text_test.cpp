@@ -11,7 +11,6 @@
 #include "model/constraints_store.h"
 #include "model/model_lines.h"
 #include "model/model_rows.h"
-#include "model/model_store.h"
 #include "model/saved_fields.h"
 #include "parameters/parameters_store.h"
 #include "rscm/rscm_store.h"

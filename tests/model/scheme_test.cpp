@@ -116,19 +116,16 @@ TEST_F(SchemeTest, EachClearReachesItsFormAndNoMore) {
   const ModelStore filled = Model;
   ModelStore empty;
   empty.TableStateLabel = {};  // a clear takes the numbers of the start away too
-  struct Case {
-    const char* name;
-    void (*clear)();
-    bool grid, table;
-  };
-  for (const Case& c : {Case{"both", ClearModel, true, true}, Case{"grid", ClearGridModel, true, false},
-                        Case{"table", ClearTableModel, false, true}}) {
+  for (const auto& [clear, grid, table] : {std::tuple{&ClearModel, true, true},
+                                           {&ClearGridModel, true, false},
+                                           {&ClearTableModel, false, true}}) {
+    SCOPED_TRACE(testing::Message() << grid << table);
     Model = filled;
-    c.clear();
-    EXPECT_TRUE(GridPart(Model) == GridPart(c.grid ? empty : filled)) << c.name;
-    EXPECT_TRUE(TablePart(Model) == TablePart(c.table ? empty : filled)) << c.name;
-    EXPECT_EQ(Model.StateConductance, empty.StateConductance) << c.name;
-    EXPECT_EQ(Model.StartOccupancy, filled.StartOccupancy) << c.name;
+    clear();
+    EXPECT_TRUE(GridPart(Model) == GridPart(grid ? empty : filled));
+    EXPECT_TRUE(TablePart(Model) == TablePart(table ? empty : filled));
+    EXPECT_EQ(Model.StateConductance, empty.StateConductance);
+    EXPECT_EQ(Model.StartOccupancy, filled.StartOccupancy);
   }
 }
 

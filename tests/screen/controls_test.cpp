@@ -1,7 +1,5 @@
 // The one rule of every control: a right click explains, a commit stores and acts, nothing else does
 // anything.
-#include "model/model_store.h"
-#include "screen/screen.h"
 #include "support/store_test.h"
 
 namespace zelvane {

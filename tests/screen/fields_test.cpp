@@ -1,7 +1,6 @@
 // The registry of store fields: names, bounds, and what may be stored.
 #include "screen/fields.h"
 
-#include "model/model_store.h"
 #include "run/result_store.h"
 #include "support/store_test.h"
 
@@ -32,22 +31,19 @@ TEST_F(FieldsTest, RunsAlongTheIndexThatIsLeftOut) {
 }
 
 TEST_F(FieldsTest, RefusesWhatDoesNotSuitTheType) {
-  struct Case {
-    const char* name;
-    const char* text;
-    bool taken;
-  };
-  for (const Case& c : {Case{"NumPoints", "1e5", true}, Case{"NumPoints", "2.5", false},
-                        Case{"NumPoints", "3000000000", false}, Case{"NumPoints", "", false},
-                        Case{"NumPoints", "12 points", false}, Case{"ADInterval", "nan", false},
-                        Case{"ADInterval", "inf", false}, Case{"ADInterval", "1e39", false},
-                        Case{"ADInterval", " +2.5e-3 ", true}, Case{"KOn[1]", "1e999", false},
-                        Case{"KOn[1]", "1e300", true}, Case{"KOn[1]", "1e-999", true}}) {
-    SCOPED_TRACE(std::string(c.name) + " <- " + c.text);
-    const FieldRef field = FindField(c.name);
+  using Case = std::tuple<const char*, const char*, bool>;
+  for (const auto& [name, text, taken] :
+       {Case{"NumPoints", "1e5", true}, Case{"NumPoints", "2.5", false},
+        Case{"NumPoints", "3000000000", false}, Case{"NumPoints", "", false},
+        Case{"NumPoints", "12 points", false}, Case{"ADInterval", "nan", false},
+        Case{"ADInterval", "inf", false}, Case{"ADInterval", "1e39", false},
+        Case{"ADInterval", " +2.5e-3 ", true}, Case{"KOn[1]", "1e999", false}, Case{"KOn[1]", "1e300", true},
+        Case{"KOn[1]", "1e-999", true}}) {
+    SCOPED_TRACE(std::string(name) + " <- " + text);
+    const FieldRef field = FindField(name);
     const std::string before = FieldText(field);
-    EXPECT_EQ(SetFieldText(field, c.text), c.taken);
-    if (!c.taken) {
+    EXPECT_EQ(SetFieldText(field, text), taken);
+    if (!taken) {
       EXPECT_EQ(FieldText(field), before);
     }
   }

@@ -1,9 +1,6 @@
 // Zoom graphs: strips, span buttons, bars. Expected ranges follow from the rules by hand on round numbers.
 #include "screen/zoom_graph.h"
 
-#include <algorithm>
-#include <vector>
-
 #include "support/store_test.h"
 
 namespace zelvane {
@@ -38,20 +35,18 @@ class ZoomGraphTest : public StoreTest {
 };
 
 TEST_F(ZoomGraphTest, AStripDragShowsTheHighlightedArea) {
-  struct Case {
-    char axis;
-    double a, b, min, max;
-  };
-  for (const Case& c : {Case{'x', 250.0, 750.0, 125.0, 175.0}, Case{'x', 750.0, 250.0, 125.0, 175.0},
-                        Case{'x', -300.0, 500.0, 100.0, 150.0}, Case{'x', 500.0, 5000.0, 150.0, 200.0},
-                        Case{'y', 0.0, 250.0, 0.0, 10.0},  // pixels count from the top
-                        Case{'y', 250.0, 256.0, -0.24, 0.0}}) {
-    SCOPED_TRACE(testing::Message() << c.axis << ' ' << c.a << ' ' << c.b);
+  using Case = std::tuple<char, double, double, double, double>;
+  for (const auto& [axis, a, b, min, max] :
+       {Case{'x', 250.0, 750.0, 125.0, 175.0}, Case{'x', 750.0, 250.0, 125.0, 175.0},
+        Case{'x', -300.0, 500.0, 100.0, 150.0}, Case{'x', 500.0, 5000.0, 150.0, 200.0},
+        Case{'y', 0.0, 250.0, 0.0, 10.0},  // pixels count from the top
+        Case{'y', 250.0, 256.0, -0.24, 0.0}}) {
+    SCOPED_TRACE(testing::Message() << axis << ' ' << a << ' ' << b);
     View('x', 100.0, 200.0);
     View('y', -10.0, 10.0);
     changes = 0;
-    ZoomStrip(*graph, c.axis, c.a, c.b);
-    ExpectView(c.axis, c.min, c.max);
+    ZoomStrip(*graph, axis, a, b);
+    ExpectView(axis, min, max);
     EXPECT_EQ(changes, 1);
   }
 }
@@ -69,11 +64,8 @@ TEST_F(ZoomGraphTest, AShortDragAndATooNarrowXZoomLeaveTheView) {
 }
 
 TEST_F(ZoomGraphTest, ButtonsResizeAndShiftTheViewWithinTheFullRange) {
-  struct Case {
-    const char* button;
-    DataRange before, after;
-  };
-  for (const Case& c :
+  using Case = std::tuple<const char*, DataRange, DataRange>;
+  for (const auto& [button, before, after] :
        {Case{"xexpand", {100.0, 200.0}, {100.0, 150.0}}, Case{"xexpand", {100.0, 113.0}, {100.0, 106.5}},
         Case{"xexpand", {100.0, 112.9}, {100.0, 110.0}}, Case{"xexpand", {100.0, 110.0}, {100.0, 110.0}},
         Case{"xexpand", {100.0, 109.9}, {100.0, 109.9}}, Case{"xcontract", {100.0, 180.0}, {100.0, 260.0}},
@@ -82,13 +74,13 @@ TEST_F(ZoomGraphTest, ButtonsResizeAndShiftTheViewWithinTheFullRange) {
         Case{"left", {5.0, 105.0}, {0.0, 100.0}}, Case{"right", {100.0, 200.0}, {110.0, 210.0}},
         Case{"right", {-100.0, 1200.0}, {-100.0, 1200.0}}, Case{"up", {-10.0, 10.0}, {-8.0, 12.0}},
         Case{"down", {-10.0, 10.0}, {-12.0, 8.0}}}) {
-    SCOPED_TRACE(testing::Message() << c.button << ' ' << c.before.min << ' ' << c.before.max);
-    const char axis = c.before.min == -10.0 ? 'y' : 'x';
-    View(axis, c.before.min, c.before.max);
+    SCOPED_TRACE(testing::Message() << button << ' ' << before.min << ' ' << before.max);
+    const char axis = before.min == -10.0 ? 'y' : 'x';
+    View(axis, before.min, before.max);
     changes = 0;
-    EXPECT_TRUE(ZoomButton(*graph, c.button));
-    ExpectView(axis, c.after.min, c.after.max);
-    const bool moved = c.after.min != c.before.min || c.after.max != c.before.max;
+    EXPECT_TRUE(ZoomButton(*graph, button));
+    ExpectView(axis, after.min, after.max);
+    const bool moved = after.min != before.min || after.max != before.max;
     EXPECT_EQ(changes, moved ? 1 : 0);
   }
   EXPECT_FALSE(ZoomButton(*graph, "zexpand"));
@@ -120,18 +112,15 @@ TEST_F(ZoomGraphTest, ThumbsAreTruncatedAndKeepALengthThatCanBeGrasped) {
 }
 
 TEST_F(ZoomGraphTest, AThumbDragShiftsByItsShareOfTheFullRangeAndStopsAtTheEnds) {
-  struct Case {
-    char axis;
-    double pixels, min, max;
-  };
-  for (const Case& c :
+  using Case = std::tuple<char, double, double, double>;
+  for (const auto& [axis, pixels, min, max] :
        {Case{'x', 30.0, 130.0, 230.0}, Case{'x', -150.0, 0.0, 100.0}, Case{'x', 5000.0, 900.0, 1000.0},
         Case{'y', 50.0, -20.0, 0.0}, Case{'y', -1000.0, 30.0, 50.0}, Case{'y', 900.0, -50.0, -30.0}}) {
-    SCOPED_TRACE(testing::Message() << c.axis << ' ' << c.pixels);
+    SCOPED_TRACE(testing::Message() << axis << ' ' << pixels);
     View('x', 100.0, 200.0);
     View('y', -10.0, 10.0);
-    ZoomThumb(*graph, c.axis, c.pixels);
-    ExpectView(c.axis, c.min, c.max);
+    ZoomThumb(*graph, axis, pixels);
+    ExpectView(axis, min, max);
   }
 }
 
@@ -161,7 +150,7 @@ TEST_F(ZoomGraphTest, AViewWiderThanTheFullRangeStays) {
 }
 
 TEST_F(ZoomGraphTest, AnAutomaticAxisIsFixedAtItsViewWhenZoomed) {
-  const std::vector<float> samples{0.0F, 1.0F, 4.0F, 2.0F};
+  const Floats samples{0.0F, 1.0F, 4.0F, 2.0F};
   PlotWave(*graph, PlotStyle::Line, Black, samples, 0.0, 100.0);
   SetAxisAuto(*graph, 'x');
   SetAxisAuto(*graph, 'y');
