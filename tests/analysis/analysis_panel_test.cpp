@@ -1,6 +1,4 @@
 // AnalysisPanel as a user presses it, with recordings that other programs made.
-#include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -9,9 +7,7 @@
 #include "analysis/results_files.h"
 #include "analysis/results_table.h"
 #include "headless/commands/measure_command.h"
-#include "screen/screen.h"
 #include "support/drive_test.h"
-#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -65,18 +61,6 @@ TEST_F(AnalysisPanelTest, AClickOnAnEpisodeShowsItsSweepAndMeasuresItAgain) {
   Analysis.Rows[3].fileName = "other.abf";
   EXPECT_EQ(ClickCell(TableNamed("AnalysisTable"), 3, 3), "");
   EXPECT_EQ(Trace.EpisodeIndex, 2) << "a row of another file changes nothing";
-}
-
-TEST_F(AnalysisPanelTest, ATableReadsBackWithItsRecording) {
-  const auto lines = Run(
-      Opened("press AN_AutoAnalyzeButton\npress AN_SaveTable\npress AN_ClearTable\nget TableRow\nchoose \"" +
-             folder.File("step.tbl") + "\"\nreply ok\npress AN_ReadTable\nget TableRow\n"));
-  EXPECT_EQ(LastValue(lines).get<int>(), Trace.EpisodeCount + 1);
-  EXPECT_EQ(Analysis.Rows[2].episode, 2);
-  std::filesystem::remove(recording);
-  const auto gone = Run("choose \"" + folder.File("step.tbl") + "\"\npress AN_ReadTable\nget TableRow\n");
-  EXPECT_EQ(gone[gone.size() - 2]["text"], "IO Error 100: FileOpen failed");
-  EXPECT_EQ(LastValue(gone), 1);
 }
 
 TEST_F(AnalysisPanelTest, ATableWithoutItsModelAsksForItAndReadsOnWithThePresentOne) {

@@ -1,12 +1,8 @@
 // Responses of a real recording, measured on the panel, against the definitions worked out in doubles.
-#include <cmath>
-#include <fstream>
 
 #include "analysis/analysis_store.h"
 #include "formats/abf/abf.h"
-#include "model/model_store.h"
 #include "support/drive_test.h"
-#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -116,7 +112,7 @@ std::vector<double> Sweep(int sweep) {
   int samples = 0;
   int sweeps = 0;
   const AbfHandle file = OpenABFFile(EvokedCurrents, header, samples, sweeps, nullptr);
-  std::vector<float> trace(static_cast<std::size_t>(SweepLength(*file, sweep)));
+  Floats trace(static_cast<std::size_t>(SweepLength(*file, sweep)));
   EXPECT_GT(ReadSweep(*file, header.samplingSequence[0], sweep, 0, trace), 0);
   return {trace.begin(), trace.end()};
 }

@@ -1,13 +1,9 @@
 // The results table, its files and the rows of the measures file.
 #include "analysis/results_files.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "analysis/analyze.h"
 #include "analysis/results_table.h"
 #include "analysis/run_analysis.h"
-#include "model/model_store.h"
 #include "parameters/parameters_store.h"
 #include "support/store_test.h"
 #include "trace/trace_store.h"
@@ -34,7 +30,6 @@ class ResultsTest : public StoreTest {
       if (TableAddRow(Analysis.TableRow)) ++Analysis.TableRow;
     }
   }
-  TemporaryFolder folder;
 };
 
 TEST_F(ResultsTest, AThousandEventsFillTheRowsBeforeTheLast) {
@@ -42,10 +37,8 @@ TEST_F(ResultsTest, AThousandEventsFillTheRowsBeforeTheLast) {
   EXPECT_EQ(Analysis.TableRow, 1000);
   EXPECT_EQ(Analysis.Rows[999].episode, 999);
   EXPECT_FALSE(Analysis.Rows[1000].filled);
-  ASSERT_EQ(popups.size(), 1U);
-  EXPECT_EQ(popups[0], (SeenPopup{"!",
-                                  "You have exceeded the capacity of the table. Clear table before "
-                                  "analyzing more events."}));
+  EXPECT_EQ(PopupTexts(),
+            Texts{"You have exceeded the capacity of the table. Clear table before analyzing more events."});
 }
 
 TEST_F(ResultsTest, DeletingGoesBackRowByRowAndStopsAtTheFirst) {
@@ -140,7 +133,7 @@ TEST_F(ResultsTest, AnExistingMeasuresFileIsAppendedToOnlyWithTheUsersWord) {
   const std::string path = folder.File("cell 1.res");
   WriteWholeFile(path, "old\n");
   SaveAnalysis();
-  EXPECT_EQ(PopupTexts(), std::vector<std::string>{"File Present; Append ?"});
+  EXPECT_EQ(PopupTexts(), Texts{"File Present; Append ?"});
   EXPECT_EQ(ReadWholeFile(path), "old\n");
   EXPECT_EQ(Analysis.MeasuresCount, 0);
   answers = {true};
@@ -174,7 +167,7 @@ TEST_F(ResultsTest, RunsGiveRowsMeanAndVarianceOfSuccessiveDifferences) {
   }
   EndRunAnalysis();
   const std::string fault = "Position for starting risetime calculation > ending position.";
-  EXPECT_EQ(PopupTexts(), std::vector<std::string>{fault}) << "once for the series";
+  EXPECT_EQ(PopupTexts(), Texts{fault}) << "once for the series";
   MeasureTrace();
   EXPECT_EQ(popups.size(), 2U) << "and again behind it";
   // Mean 2, squares 4 + 1 over two differences; sample 1 has mean 0, sample 2 no variance.

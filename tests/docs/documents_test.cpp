@@ -1,7 +1,6 @@
 // What README, manual, help pages and the page of the command language show runs as they show it.
-#include <gtest/gtest.h>
 
-#include <filesystem>
+#include <climits>
 #include <set>
 #include <sstream>
 
@@ -69,21 +68,18 @@ std::vector<Block> AllBlocks() {
   return blocks;
 }
 
-/// The shell blocks of a page, one behind the other.
-std::string ShellOf(const fs::path& page) {
+/// The first shell blocks of a page, one behind the other.
+std::string ShellOf(const fs::path& page, int most = INT_MAX) {
   std::string commands;
   for (const Block& block : BlocksOf(page)) {
-    if (block.kind == "sh") commands += block.text;
+    if (block.kind == "sh" && most-- > 0) commands += block.text;
   }
   return commands;
 }
 
-/// What a reader types once for all pages: the first shell block of the page on the command line.
+/// What a reader types once for all pages.
 std::string Preparation() {
-  for (const Block& block : BlocksOf(Source / "docs" / "manual" / "command-line.md")) {
-    if (block.kind == "sh") return block.text;
-  }
-  return {};
+  return ShellOf(Source / "docs" / "manual" / "command-line.md", 1);
 }
 
 std::set<std::string> CommandTable() {

@@ -12,16 +12,13 @@ namespace {
 using Words = std::vector<std::string>;
 
 TEST(SplitWordsTest, TakesQuotesAndEscapes) {
-  struct Case {
-    const char* line;
-    Words words;
-  };
-  for (const Case& c :
+  using Case = std::pair<const char*, Words>;
+  for (const auto& [line, words] :
        {Case{"", {}}, Case{" \t ", {}}, Case{" set  NumPoints\t5 ", {"set", "NumPoints", "5"}},
         Case{R"(set ModelTitle "a b")", {"set", "ModelTitle", "a b"}}, Case{R"(a "")", {"a", ""}},
         Case{R"("say \"no\" \\ C:\x")", {R"(say "no" \ C:\x)"}},
         Case{R"(C:\a\b 5"6)", {R"(C:\a\b)", R"(5"6)"}}}) {
-    EXPECT_EQ(SplitWords(c.line), c.words) << c.line;
+    EXPECT_EQ(SplitWords(line), words) << line;
   }
   EXPECT_FALSE(SplitWords(R"(set ModelTitle "open)"));
   EXPECT_FALSE(SplitWords(R"("ends in a quote that is escaped\")"));

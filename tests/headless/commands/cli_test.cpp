@@ -1,5 +1,4 @@
 // The program as a shell sees it: exit status, standard output, Ctrl-C.
-#include <gtest/gtest.h>
 
 #include "support/shell.h"
 #include "support/store_test.h"
@@ -11,8 +10,7 @@ const std::string Cli = std::string("'") + ZELVANE_CLI + "' ";
 const std::string Ampa = "'" ZELVANE_DATA "/models/ampa_jonas_1993.mod' ";
 
 TEST(CliTest, ExitStatusTellsDoneFailedAndMisused) {
-  const auto expectStatus = [](int status, const std::string& command,
-                               const std::vector<std::string>& arguments) {
+  const auto expectStatus = [](int status, const std::string& command, const Texts& arguments) {
     for (const std::string& line : arguments) {
       EXPECT_EQ(Shell(Cli + command + line + " < /dev/null 2> /dev/null").status, status) << command + line;
     }

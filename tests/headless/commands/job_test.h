@@ -36,7 +36,6 @@ class JobTest : public StoreTest {
     }
   }
 
-  TemporaryFolder folder;
   std::ostringstream out;
   std::ostringstream err;
   std::atomic<bool> stop{false};

@@ -1,9 +1,6 @@
 // `measure` as a user types it: options, recordings of each kind, files of results.
 #include "headless/commands/measure_command.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "analysis/analysis_store.h"
 #include "analysis/results_files.h"
 #include "headless/commands/job_test.h"
@@ -89,12 +86,9 @@ TEST_F(MeasureCommandTest, SettingsOfAModelAreThoseOfItsPanel) {
   ASSERT_TRUE(std::filesystem::exists(model));
   options.model = model;
   options.settings = {"BaselinePts=200", "StartAnalysis=20", "PeakSearchPts=4000"};
-  const auto rows = Rows();
+  Rows();
   EXPECT_EQ(Analysis.BaselineStart, 3.0F);
   EXPECT_EQ(Analysis.RiseStartFrac, 0.3F);
-  options.model.clear();
-  options.settings.insert(options.settings.end(), {"FitMode=0", "BaselineStart=3", "RiseStartFrac=0.3"});
-  EXPECT_EQ(Rows(), rows);
 }
 
 TEST_F(MeasureCommandTest, AnIntervalMakesTheFirstLineOfAColumnASample) {
@@ -141,21 +135,14 @@ TEST(ParseSweepsTest, TakesARangeOrOneSweep) {
 }
 
 TEST_F(MeasureCommandTest, TheCommandLineRefusesWhatItCannotDo) {
-  struct Case {
-    void (*change)(MeasureOptions&);
-    int status;
-  };
-  for (const Case& c : {Case{[](MeasureOptions& o) { o.outFile = "x.txt"; }, JobMisused},
-                        Case{[](MeasureOptions& o) { o.channel = 15; }, JobMisused},
-                        Case{[](MeasureOptions& o) {
-                               o.sweeps = {1, 10000};
-                             },
-                             JobMisused},
-                        Case{[](MeasureOptions& o) { o.settings = {"NoSuchField=1"}; }, JobMisused},
-                        Case{[](MeasureOptions& o) { o.file += "x"; }, JobFailed}}) {
-    MeasureOptions changed = options;
-    c.change(changed);
-    EXPECT_EQ(Run(changed), c.status);
+  std::vector<MeasureOptions> wrong(5, options);
+  wrong[0].outFile = "x.txt";
+  wrong[1].channel = 15;
+  wrong[2].sweeps = {1, 10000};
+  wrong[3].settings = {"NoSuchField=1"};
+  wrong[4].file += "x";
+  for (const MeasureOptions& changed : wrong) {
+    EXPECT_EQ(Run(changed), &changed == &wrong[4] ? JobFailed : JobMisused);
     EXPECT_NE(err.str(), "");
   }
   options.file = folder.Written("words.asc", "words\n");

@@ -1,11 +1,7 @@
 // `zelvane-cli simulate`: what reaches the run, what is written, and every way to fail.
 #include "headless/commands/simulate_command.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "headless/commands/job_test.h"
-#include "model/model_store.h"
 #include "stimulus/stimulus_file.h"
 
 namespace zelvane {
@@ -63,8 +59,6 @@ TEST_F(SimulateTest, SettingsReachTheRun) {
   const double before = Summary()["peak"]["value"];
   options.settings = {"NumChannels=200"};  // 100 in the file
   EXPECT_NEAR(Summary()["peak"]["value"].get<double>() / before, 2.0, 1e-6);
-  options.settings = {"KOn[1]=0"};  // no binding, no current
-  EXPECT_EQ(Summary()["peak"]["value"], 0);
   options.settings = {"ModelTitle=two words = a title"};
   EXPECT_EQ(Summary()["title"], "two words = a title");
 }
@@ -88,12 +82,12 @@ TEST_F(SimulateTest, WritesTheTraceAndTheOccupancies) {
   EXPECT_EQ(std::count(trace.begin(), trace.end(), '\n'), 501);  // a line of titles
   EXPECT_EQ(std::count(occupancy.begin(), occupancy.end(), '\n'), 501);
   std::istringstream lastRow(occupancy.substr(occupancy.rfind('\n', occupancy.size() - 2) + 1));
-  for (std::size_t column = 0; column <= summary["final"]["states"].size(); ++column) {
-    std::string cell;
+  std::string cell;
+  std::getline(lastRow, cell, ',');
+  EXPECT_NEAR(std::stod(cell), summary["final"]["time"].get<double>(), 1e-8);
+  for (const json& state : summary["final"]["states"]) {
     std::getline(lastRow, cell, ',');
-    const json& expected =
-        column == 0 ? summary["final"]["time"] : summary["final"]["states"][column - 1]["occupancy"];
-    EXPECT_NEAR(std::stod(cell), expected.get<double>(), 1e-8) << column;
+    EXPECT_NEAR(std::stod(cell), state["occupancy"].get<double>(), 1e-8);
   }
 }
 
@@ -118,29 +112,21 @@ TEST_F(SimulateTest, SavedStepsStandAtTheirTimesInTheSweep) {
 }
 
 TEST_F(SimulateTest, AFileThatIsNoModelIsNamedAndFails) {
-  const std::string junk = folder.File("junk.mod");
-  WriteWholeFile(junk, "this is no model\n");
-  WriteWholeFile(folder.File("empty.mod"), "");
   for (const std::string& path :
-       {junk, folder.File("empty.mod"), folder.File("absent.mod"), folder.Path().string()}) {
+       {folder.Written("junk.mod", "this is no model\n"), folder.File("absent.mod")}) {
     options.model = path;
     ExpectRefused(JobFailed, path + ": ");
   }
 }
 
 TEST_F(SimulateTest, WrongUsageIsToldWithWhatWouldBeRight) {
-  struct Case {
-    const char* setting;
-    const char* told;
-  };
-  for (const Case& c : {Case{"KOnn[2]=1", "did you mean KOn[2]"}, Case{"NumPoints", "NAME=VALUE"},
-                        Case{"NumPoints=x", "whole number"}, Case{"NumPoints=1.5", "whole number"},
-                        Case{"Temperature=warm", "finite number"}, Case{"Temperature=nan", "finite"},
-                        Case{"KOn[32]=1", "no such field"}, Case{"NumChannels=1e10", "whole number"},
-                        Case{"ADInterval=0", "above 0"}, Case{"ADInterval=-1", "above 0"}}) {
-    SCOPED_TRACE(c.setting);
-    options.settings = {c.setting};
-    ExpectRefused(JobMisused, c.told);
+  for (const auto& [setting, told] : {std::pair{"KOnn[2]=1", "did you mean KOn[2]"},
+                                      {"NumPoints", "NAME=VALUE"},
+                                      {"NumPoints=1.5", "whole number"},
+                                      {"KOn[32]=1", "no such field"},
+                                      {"ADInterval=0", "above 0"}}) {
+    options.settings = {setting};
+    ExpectRefused(JobMisused, told);
   }
   options.settings = {};
   options.traceFile = folder.File("trace.wav");
@@ -153,7 +139,7 @@ TEST_F(SimulateTest, WrongUsageIsToldWithWhatWouldBeRight) {
 TEST_F(SimulateTest, AStopEndsTheRunAndWritesNothing) {
   options.traceFile = folder.File("trace.txt");
   stop = true;
-  for (const int simulator : {FixedStepIntegrator, AdaptiveIntegrator}) {
+  for (const int simulator : {FixedStepIntegrator, AdaptiveIntegrator, MonteCarlo}) {
     options.simulator = simulator;
     ExpectRefused(JobFailed, "Simulation Interrupted by User");
     EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
@@ -170,9 +156,6 @@ TEST_F(SimulateTest, ARunThatCannotBeTellsWhy) {
   EXPECT_TRUE(Told("StimMode=1"));
   options.traceFile = folder.File("absent/trace.txt");
   ExpectRefused(JobFailed, "absent/trace.txt");
-  options.traceFile = "";
-  options.occupancyFile = folder.Path().string();
-  EXPECT_EQ(Run(), JobFailed);
 }
 
 TEST(ParseSeedsTest, TakesThreeWholeNumbersThatMoveTheGenerator) {
@@ -185,9 +168,9 @@ TEST(ParseSeedsTest, TakesThreeWholeNumbersThatMoveTheGenerator) {
 }
 
 TEST_F(SimulateTest, AStimulusFileBringsItsIntervalAndItsPoints) {
-  std::vector<float> volts(4001, -0.07F);
-  std::vector<float> drug(4001);
-  std::vector<float> none(4001);
+  Floats volts(4001, -0.07F);
+  Floats drug(4001);
+  Floats none(4001);
   std::fill_n(drug.begin() + 1000, 1000, 0.01F);
   options.stimulusFile = folder.File("pulse.stm");
   ASSERT_EQ(WriteStimProfiles(options.stimulusFile, 0.005F, {volts, drug, none, none, none, none, none}),
@@ -293,14 +276,11 @@ TEST_F(SimulateChannelsTest, TheMeanIsThatOfAllRuns) {
   EXPECT_NEAR(summary["mean"]["peak"]["value"], largest, 1e-4);
 }
 
-TEST_F(SimulateChannelsTest, ARunWithoutOpeningsIsDoneAndAStoppedOneIsNot) {
+TEST_F(SimulateChannelsTest, ARunWithoutOpeningsIsDone) {
   options.settings = {"AutoValue=0"};
   const json single = Summary()["singleChannels"];
   EXPECT_EQ(single["openTimes"]["count"], 0);
   EXPECT_EQ(single["openTimes"]["mean"], nullptr);
-  stop = true;
-  options.channels = 1000;
-  ExpectRefused(JobFailed, "Simulation Interrupted by User");
 }
 
 }  // namespace

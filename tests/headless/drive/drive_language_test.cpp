@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "headless/drive/drive_session.h"
-#include "model/model_store.h"
 #include "screen/zoom_graph.h"
 #include "support/store_test.h"
 
@@ -40,14 +39,6 @@ void Work(const ControlEvent&) {
   }
 }
 
-void Stop(const ControlEvent&) {
-  stopped = true;
-}
-
-void Leave(const ControlEvent&) {
-  QuitUserInterface();
-}
-
 constexpr auto Number = ControlKind::Number;
 constexpr auto Button = ControlKind::Button;
 
@@ -64,8 +55,8 @@ constexpr ControlDecl TestControls[] = {
     {"OpenMany",    Button,               "Many",   "",   "",      "FxnOpenMany",  OpenMany,""},
     {"Dialog",      Button,               "Dialog", "",   "",      "FxnDialog",    Dialog,  ""},
     {"Work",        Button,               "Work",   "",   "",      "FxnWork",      Work,    ""},
-    {"Stop",        Button,               "Stop",   "",   "",      "FxnStop",      Stop,    "", 0, 0, "", 0, true},
-    {"Leave",       Button,               "Leave",  "",   "",      "FxnLeave",     Leave,   ""},
+    {"Stop",        Button,               "Stop",   "",   "",      "FxnStop",      [](const ControlEvent&) { stopped = true; }, "", 0, 0, "", 0, true},
+    {"Leave",       Button,               "Leave",  "",   "",      "FxnLeave",     [](const ControlEvent&) { QuitUserInterface(); }, ""},
 };
 constexpr ControlDecl ModalControls[] = {{"Channel", Number, "Channel"}};
 constexpr MenuDecl TestMenu[] = {{"File/New", "MenuNew", [] { ConsoleLine("new"); }}};
@@ -157,7 +148,7 @@ TEST_F(DriveLanguageTest, ARefusalKeepsTheValueAndIsNoFaultOfTheScript) {
 
 TEST_F(DriveLanguageTest, LinesThatNameNothingAreToldAndMarkTheRun) {
   // clang-format off
-  std::vector<std::string> wrong{
+  Texts wrong{
       "frobnicate", "get", "get NumPoints extra", "get KOn[99]", "get KOn[1",
       "set Baseline 3", "commit Nothing", "press FxnNothing", "help FxnNothing", "close Nothing", "key Nothing x",
       "control KOn[1]", "text Grid", "cell Log 1 1", "cell Grid 3 1", "cell Grid 1 0",
@@ -288,7 +279,6 @@ TEST_F(DriveLanguageTest, NumbersReadBackToTheSameValueAndLargeArraysAreRefused)
 }
 
 TEST_F(DriveLanguageTest, ADumpHoldsLittleEndianFloats) {
-  const TemporaryFolder folder;
   Model.KOn[1] = 1.0;
   Model.KOn[2] = -2.5;
   const std::string path = folder.File("with blank.f32");
@@ -302,7 +292,7 @@ TEST_F(DriveLanguageTest, ADumpHoldsLittleEndianFloats) {
 
 TEST_F(DriveLanguageTest, GraphsTellPlotsAxesCursorsAndWhereTheViewLies) {
   Graph& graph = GraphNamed("Trace");
-  const std::vector<float> wave{0.0F, -31.2F, 0.4F};
+  const Floats wave{0.0F, -31.2F, 0.4F};
   PlotWave(graph, PlotStyle::Stair, DarkBlue, wave, 0.0, 50.0);
   PlotWave(graph, PlotStyle::Points, Black, std::span<const float>{}, 0.0, 1.0);
   ZoomSetFullRange(graph, 'x', 0.0, 200.0);

@@ -2,7 +2,6 @@
 #include <sstream>
 
 #include "headless/drive/drive.h"
-#include "screen/screen.h"
 #include "support/drive_test.h"
 
 namespace zelvane {

@@ -1,14 +1,11 @@
 // Lists of waveforms and tables of measures, opened by their names: dropped on the window or named on the
 // command line.
-#include <filesystem>
 #include <sstream>
 
 #include "analysis/analysis_store.h"
 #include "fit/fit_store.h"
 #include "headless/drive/drive.h"
-#include "model/model_store.h"
 #include "support/drive_test.h"
-#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -36,15 +33,12 @@ class NamedFilesTest : public DriveTest {
     std::istringstream in;
     std::ostringstream out;
     EXPECT_EQ(RunDrive(in, out, options), 0);
-    std::istringstream text(out.str());
-    Lines lines;
-    for (std::string line; std::getline(text, line);) lines.push_back(nlohmann::json::parse(line));
-    return lines;
+    return ParsedLines(out.str());
   }
 
   /// Titles of the file dialogs and texts of the messages.
-  static std::vector<std::string> Shown(const Lines& lines) {
-    std::vector<std::string> shown;
+  static Texts Shown(const Lines& lines) {
+    Texts shown;
     for (const auto& line : lines) {
       if (line.value("popup", "") == "file") shown.push_back(line["title"]);
       if (line.value("popup", "") == "message") shown.push_back(line["text"]);
@@ -54,8 +48,6 @@ class NamedFilesTest : public DriveTest {
 
   void List(const std::string& lines) { WriteWholeFile(folder.File("set.lst"), "LIST\n" + lines); }
 };
-
-using Texts = std::vector<std::string>;
 
 TEST_F(NamedFilesTest, AListLoadsWhatLiesBesideIt) {
   List("/gone/scheme.mod\n2\n/gone/cell.abf\nC:\\gone\\step.stm\ncell.abf\nstep.stm\n");
@@ -95,6 +87,8 @@ TEST_F(NamedFilesTest, ATableBringsItsModelAndRecording) {
     EXPECT_EQ(Trace.EpisodeCount, 3);
     EXPECT_EQ(Model.ModelFileName, folder.File("scheme.mod"));
   }
+  Run("choose " + folder.File("cell.tbl") + "\npress AN_ReadTable\n");
+  EXPECT_EQ(Analysis.TableRow, 4) << "chosen on the panel";
   std::filesystem::remove(folder.File("cell.abf"));
   for (const bool dropped : {true, false}) {
     EXPECT_EQ(Shown(Opened("cell.tbl", dropped)), Texts{"IO Error 100: FileOpen failed"});
