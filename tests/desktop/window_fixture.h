@@ -6,8 +6,7 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QToolButton>
-#include <deque>
-#include <filesystem>
+#include <sstream>
 
 #include "app/application.h"
 #include "desktop/graph/graph_widget.h"
@@ -54,13 +53,25 @@ class WindowTest : public StoreTest {
     };
     StartOptions start = options();
     start.files = std::move(files);
-    start.shown = [this] {
-      window = std::make_unique<MainWindow>(frontEnd, settings);
-      window->setWindowState(Qt::WindowNoState);
-      ShowAt(*window, {1280, 720});
-    };
+    start.shown = [this] { reopen(settings); };
     StartApplication(start);
     Settle();
+  }
+
+  /// Makes the window anew.
+  void reopen(Settings& from) {
+    window.reset();
+    window = std::make_unique<MainWindow>(frontEnd, from);
+    window->setWindowState(Qt::WindowNoState);
+    ShowAt(*window, {1280, 720});
+  }
+
+  /// Plays a script anew without a window. What it leaves must have the digest expected.
+  void ReplayAndExpect(const std::string& script, std::string (*digest)(), const std::string& expected) {
+    std::istringstream in(script);
+    std::ostringstream out;
+    EXPECT_EQ(RunDrive(in, out, options()), 0) << script << out.str();
+    EXPECT_EQ(digest(), expected) << script;
   }
 
   StartOptions options() const { return {folder.Path().string(), {}, {{1.0, 2.0, 3.0}}}; }
@@ -135,7 +146,6 @@ class WindowTest : public StoreTest {
 
   GraphWidget* graph() { return window->page()->findChild<GraphWidget*>(); }
 
-  TemporaryFolder folder;
   Settings settings{false};
   DesktopFrontEnd frontEnd{settings};
   std::unique_ptr<MainWindow> window;

@@ -5,8 +5,6 @@
 
 #include <QClipboard>
 #include <array>
-#include <cmath>
-#include <filesystem>
 
 #include "desktop/graph/graph_colours.h"
 #include "desktop/graph/place_bar.h"
@@ -28,7 +26,7 @@ class GraphWidgetTest : public StoreTest {
     graph->cursors[0] = {200.0, 0.5, true, DarkBlue};
     graph->cursors[1] = {600.0, 0.5, true, DarkRed};
     graph->cursors[2] = {400.0, 0.5, false, DarkRed};
-    std::vector<float> wave(10001);
+    Floats wave(10001);
     for (std::size_t i = 0; i < wave.size(); ++i) wave[i] = std::sin(static_cast<float>(i) * 0.001F);
     PlotWave(*graph, PlotStyle::Line, DarkBlue, wave, 0.0, 0.1);  // 1000 ms
     ZoomGraphCreate(*graph);
@@ -137,8 +135,7 @@ TEST_F(GraphWidgetTest, TheYStripZoomsToWhatStandsBesideIt) {
 
 TEST_F(GraphWidgetTest, ARightClickOnAStripShowsItsHelpAlone) {
   QTest::mouseClick(Child("xStrip"), Qt::RightButton);
-  ASSERT_EQ(popups.size(), 1U);
-  EXPECT_EQ(popups[0], (SeenPopup{"? Help", "Click and drag to zoom the axis to the highlighted area"}));
+  EXPECT_EQ(PopupTexts(), Texts{"Click and drag to zoom the axis to the highlighted area"});
   EXPECT_TRUE(graph->x.automatic);
 }
 
@@ -173,13 +170,6 @@ TEST_F(GraphWidgetTest, AScrollButtonActsOnThePressAndRepeats) {
   EXPECT_GE(graph->x.min, 740.0);
 }
 
-TEST_F(GraphWidgetTest, SpanButtonsHalveAndDouble) {
-  QTest::mouseClick(Child("xexpand"), Qt::LeftButton);
-  EXPECT_EQ(graph->x.max, 500.0);
-  QTest::mouseClick(Child("xcontract"), Qt::LeftButton);
-  EXPECT_EQ(graph->x.max, 1000.0);
-}
-
 TEST_F(GraphWidgetTest, KeysScrollZoomAndMoveTheCursor) {
   SetAxisRange(*graph, 'x', 300.0, 500.0);
   QTest::keyClick(widget.get(), Qt::Key_Right);
@@ -194,7 +184,6 @@ TEST_F(GraphWidgetTest, KeysScrollZoomAndMoveTheCursor) {
 }
 
 TEST_F(GraphWidgetTest, TheMenuExportsPicturesAndData) {
-  TemporaryFolder folder;
   const std::pair<const char*, std::string> cases[] = {
       {".png", "\x89PNG"}, {".svg", "<?xml"}, {".pdf", "%PDF"}, {".csv", "Time (ms),Current (pA)"}};
   for (const auto& [ending, start] : cases) {
@@ -206,10 +195,9 @@ TEST_F(GraphWidgetTest, TheMenuExportsPicturesAndData) {
     EXPECT_EQ(content.substr(0, start.size()), start);
     EXPECT_GT(content.size(), 2000U);
   }
-  widget->saveAs(".png");  // cancelled
   choices.push_back(folder.File("none/out"));
   widget->saveAs(".png");
-  EXPECT_EQ(PopupTexts(), std::vector<std::string>{"IO Error 100: FileOpen failed"});
+  EXPECT_EQ(PopupTexts(), Texts{"IO Error 100: FileOpen failed"});
 }
 
 TEST_F(GraphWidgetTest, ARightClickOpensTheMenu) {
@@ -246,7 +234,7 @@ TEST_F(GraphWidgetTest, CopiesTheDataInView) {
 }
 
 TEST_F(GraphWidgetTest, OneSampleAmongMillionsIsSeen) {
-  std::vector<float> wave(3'000'000, 0.0F);
+  Floats wave(3'000'000, 0.0F);
   wave[1'234'567] = 1.0F;
   ClearPlots(*graph);
   graph->cursors.clear();
@@ -265,7 +253,7 @@ TEST_F(GraphWidgetTest, OneSampleAmongMillionsIsSeen) {
 
 TEST_F(GraphWidgetTest, NonFiniteAndHugeValuesAreDrawnWithoutHarm) {
   const float inf = std::numeric_limits<float>::infinity();
-  const std::vector<float> y{0.0F, 1.0F, NAN, 3e38F, -3e38F, inf, 2.0F, 1.0F};
+  const Floats y{0.0F, 1.0F, NAN, 3e38F, -3e38F, inf, 2.0F, 1.0F};
   const std::vector<double> x{0.0, 1.0, 2.0, 3.0, 4.0, 5.0, NAN, 1e300};
   for (const PlotStyle style :
        {PlotStyle::Line, PlotStyle::Stair, PlotStyle::Points, PlotStyle::Cross, PlotStyle::Dashed}) {

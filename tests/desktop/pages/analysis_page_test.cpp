@@ -1,7 +1,6 @@
 // The page of the analysis, pressed as a user presses it.
 #include <qcustomplot.h>
 
-#include <QAction>
 #include <QClipboard>
 #include <QLabel>
 #include <QPushButton>
@@ -96,34 +95,6 @@ TEST_F(AnalysisPageTest, StopBesideTheProgressEndsTheAnalysisOfAllSweeps) {
   EXPECT_EQ(Analysis.TableRow, 2) << "the sweep under way is the last";
   EXPECT_EQ(Trace.EpisodeIndex, 1);
   EXPECT_EQ(Screen.busy, 0);
-}
-
-TEST_F(AnalysisPageTest, LimitsTypedOnThePropertiesHoldOnAnAxisThatCountsSamples) {
-  window->findChild<QAction*>("FxnGraphProperties")->trigger();
-  Settle();
-  EXPECT_EQ(field("GraphRightSample")->text().toInt(), Model.NumPoints);
-  type("GraphLeftTime", "2");
-  type("GraphRightTime", "4");
-  if (ControlNumber("GraphAutoY") != 0.0) {
-    ShowNumber("GraphAutoY", 0.0);
-    UpdateDimming();
-    frontEnd.refreshNow();
-  }
-  type("GraphYMin", "-700");
-  type("GraphYMax", "50");
-  clickControl("GraphPropertiesOk");
-  const Graph& record = GraphNamed("AnalysisPanel");
-  EXPECT_NEAR(ViewRange(record, 'x').min, 40.0, 1e-6);
-  EXPECT_NEAR(ViewRange(record, 'x').max, 80.0, 1e-6);
-  EXPECT_EQ(ViewRange(record, 'y').min, -700.0);
-  EXPECT_EQ(ViewRange(record, 'y').max, 50.0);
-}
-
-TEST_F(AnalysisPageTest, TheSideGoesStraightToEachTask) {
-  clickTool("Stimulus");
-  clickTool("Analysis");
-  clickTool("Model");
-  EXPECT_EQ(Screen.PanelTag, "MN");
 }
 
 }  // namespace

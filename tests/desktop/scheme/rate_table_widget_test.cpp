@@ -8,8 +8,6 @@
 #include "desktop/scheme/rate_table_view.h"
 #include "desktop/widget_test.h"
 #include "model/model_panels.h"
-#include "model/model_store.h"
-#include "screen/screen.h"
 
 namespace zelvane {
 namespace {
@@ -56,6 +54,7 @@ TEST_F(RateTableViewTest, ATypedRateReachesTheStore) {
   EXPECT_EQ(Shown(3, 7), "2500");
   EXPECT_EQ(Shown(1, 2), "4.59e6");
   EXPECT_EQ(Shown(1, 3), "");  // no transition
+  EXPECT_FALSE(Table().model()->flags(Cell(4, 4)).testFlag(Qt::ItemIsEditable));
 }
 
 TEST_F(RateTableViewTest, ARefusedTextIsMarkedAndTheRateStays) {
@@ -68,11 +67,6 @@ TEST_F(RateTableViewTest, ARefusedTextIsMarkedAndTheRateStays) {
   Type("12");
   EXPECT_EQ(Model.TableRate[1][2], 12.0F);
   EXPECT_FALSE(Cell(1, 2).data(RateTableModel::RefusedRole).toBool());
-}
-
-TEST_F(RateTableViewTest, TheDiagonalHasNoCell) {
-  EXPECT_FALSE(Table().model()->flags(Cell(4, 4)).testFlag(Qt::ItemIsEditable));
-  EXPECT_TRUE(Table().model()->flags(Cell(4, 5)).testFlag(Qt::ItemIsEditable));
 }
 
 TEST_F(RateTableViewTest, ABlockIsCopiedAsASpreadsheetTakesIt) {
@@ -95,26 +89,20 @@ TEST_F(RateTableViewTest, ABlockIsPastedWholeAndBlanksLeaveWhatStands) {
 }
 
 TEST_F(RateTableViewTest, ABadBlockIsRefusedWhole) {
-  struct Case {
-    const char* text;
-    int from, to;
-    const char* reason;
-  };
-  for (const Case& c :
-       {Case{"1\t2\n3\tabc\n", 1, 2, "row 2, column 2: \"abc\" is not a number"},
+  for (const auto& [text, from, to, reason] :
+       {std::tuple{"1\t2\n3\tabc\n", 1, 2, "row 2, column 2: \"abc\" is not a number"},
         {"1\t2\n", 5, 4, "row 1, column 2: there is no cell for this number"},  // the diagonal
         {"1\t2\n", 5, 20, "row 1, column 2: there is no cell for this number"},
         {"1\t1e300\n", 1, 2, "row 1, column 2: not a whole number, or too large for this field"},
         {"", 1, 2, "The clipboard holds no numbers."}}) {
-    SCOPED_TRACE(c.text);
+    SCOPED_TRACE(text);
     const auto before = Model.TableRate;
-    Clip(c.text);
-    Select(c.from, c.to);
+    Clip(text);
+    Select(from, to);
     view->paste();
     EXPECT_EQ(Model.TableRate, before);
     EXPECT_EQ(ControlNamed("TableRate[1][2]").number, 4.59e6);
-    ASSERT_EQ(popups.size(), 1U);
-    EXPECT_EQ(popups[0].text, std::string("Nothing was pasted. ") + c.reason);
+    EXPECT_EQ(PopupTexts(), Texts{std::string("Nothing was pasted. ") + reason});
     popups.clear();
   }
 }
@@ -162,8 +150,7 @@ TEST_F(RateTableViewTest, ARightClickShowsTheHelpOfTheCell) {
   const QPoint at = Table().visualRect(Cell(1, 2)).center();
   QContextMenuEvent event(QContextMenuEvent::Mouse, at, Table().viewport()->mapToGlobal(at));
   QApplication::sendEvent(Table().viewport(), &event);
-  ASSERT_EQ(popups.size(), 1U);
-  EXPECT_EQ(popups[0].text, ControlNamed("TableRate[1][2]").help);
+  EXPECT_EQ(PopupTexts(), Texts{ControlNamed("TableRate[1][2]").help});
 }
 
 }  // namespace

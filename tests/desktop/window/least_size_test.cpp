@@ -1,7 +1,5 @@
 // The window at its least size: every page in every state shows all it has, and no state makes the window larger.
 #include <QAbstractButton>
-#include <QAbstractItemView>
-#include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
 #include <QLabel>
@@ -20,19 +18,13 @@ namespace {
 constexpr QSize Least(800, 560);
 constexpr char Recording[] = ZELVANE_TEST_DATA "/recordings/abf2/20101002.abf";  // three sweeps
 
-/// "QToolButton 10 20x20 of 22x20 in 22x20 < StateMonitored[10] < MainWindow"
+/// "QToolButton 10 of StateMonitored[10]: 20 x 20"
 QString Described(const QWidget& widget) {
-  const auto sizeText = [](const QSize& size) {
-    return QString("%1x%2").arg(size.width()).arg(size.height());
-  };
-  QString text = widget.metaObject()->className();
-  if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) text += ' ' + button->text();
-  if (const auto* label = qobject_cast<const QLabel*>(&widget)) text += ' ' + label->text();
-  text += ' ' + sizeText(widget.size()) + " of " + sizeText(widget.minimumSizeHint());
-  for (const QWidget* up = widget.parentWidget(); up != nullptr; up = up->parentWidget()) {
-    text += " < " + up->objectName() + ' ' + sizeText(up->size());
-  }
-  return text;
+  const QString text = widget.property("text").toString();
+  return QString("%1 %2 of %3: %4 x %5")
+      .arg(widget.metaObject()->className(), text, widget.parentWidget()->objectName())
+      .arg(widget.width())
+      .arg(widget.height());
 }
 
 /// A button may be made smaller than its hint, but its caption must fit.
@@ -60,15 +52,10 @@ QStringList CutWidgets(const QWidget& page) {
   QStringList cut;
   for (const QWidget* widget : page.findChildren<QWidget*>()) {
     const auto* label = qobject_cast<const QLabel*>(widget);
-    const bool counts = qobject_cast<const QAbstractButton*>(widget) != nullptr ||
-                        qobject_cast<const QComboBox*>(widget) != nullptr ||
-                        qobject_cast<const QLineEdit*>(widget) != nullptr ||
-                        qobject_cast<const GraphWidget*>(widget) != nullptr ||
-                        (label != nullptr && !label->text().isEmpty() && !label->wordWrap());
-    if (!counts || !widget->isVisible() ||
-        qobject_cast<QAbstractItemView*>(widget->parentWidget()) != nullptr) {
-      continue;
-    }
+    bool counts = label != nullptr && !label->text().isEmpty() && !label->wordWrap();
+    for (const char* kind : {"QAbstractButton", "QComboBox", "QLineEdit", "zelvane::GraphWidget"})
+      counts = counts || widget->inherits(kind);
+    if (!counts || !widget->isVisible() || widget->parentWidget()->inherits("QAbstractItemView")) continue;
     const QSize least = widget->minimumSizeHint().boundedTo(widget->maximumSize());
     if (widget->width() < least.width() || widget->height() < least.height() || !CaptionFits(*widget) ||
         !LiesInside(*widget)) {
@@ -85,14 +72,6 @@ class LeastSizeTest : public WindowTest {
   void resize(const QSize& size) {
     window->resize(size);
     Settle();
-  }
-
-  /// The window as it starts anew.
-  void reopen(Settings& from) {
-    window.reset();
-    window = std::make_unique<MainWindow>(frontEnd, from);
-    window->setWindowState(Qt::WindowNoState);
-    ShowAt(*window, {1280, 720});
   }
 
   /// With the settings folded away and over the page.
