@@ -1,8 +1,6 @@
 // Start-up, what every control owes its user, and the end of the program.
 #include "app/application.h"
 
-#include <filesystem>
-#include <functional>
 #include <map>
 
 #include "app/stores.h"
@@ -10,10 +8,8 @@
 #include "dwells/dwell_lists.h"
 #include "dwells/dwell_store.h"
 #include "model/model_file.h"
-#include "model/model_store.h"
 #include "noise/pair_files.h"
 #include "screen/entry.h"
-#include "screen/screen.h"
 #include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
 #include "support/small_disk.h"
@@ -27,29 +23,23 @@ namespace {
 
 class ApplicationTest : public StoreTest {
  protected:
-  void Start(std::vector<std::string> files = {}) {
+  void Start(Texts files = {}) {
     StartApplication({folder.Path().string(), std::move(files), {{1.0, 2.0, 3.0}}});
   }
-  TemporaryFolder folder;
 };
 
-TEST_F(ApplicationTest, AStartWithoutConfigStandsAtTheInitialValuesAndAsksNothing) {
-  Start();
-  EXPECT_TRUE(popups.empty());
-  EXPECT_TRUE(fileRequests.empty());
-  EXPECT_EQ(Model.NumPoints, 10240);
-  EXPECT_EQ(Screen.PanelTag, "MN");
-  EXPECT_TRUE(PanelVisible("MainPanel"));
-  EXPECT_FALSE(PanelVisible("AboutPanel"));
-  EXPECT_EQ(Stimulus.Profile[1][100], 0.005F) << "the automatic step is built before the first run";
-  EXPECT_EQ(Stimulus.Profile[1][99], 0.0F);
-}
-
-TEST_F(ApplicationTest, ConfigThatCannotBeReadLeavesTheInitialValues) {
-  WriteWholeFile(folder.File("config.mod"), "this is no model");
-  Start();
-  EXPECT_EQ(Model.NumPoints, 10240);
-  EXPECT_TRUE(fileRequests.empty());
+TEST_F(ApplicationTest, AStartWithoutAReadableConfigStandsAtTheInitialValuesAndAsksNothing) {
+  for (const bool junk : {false, true}) {
+    if (junk) WriteWholeFile(folder.File("config.mod"), "this is no model");
+    Start();
+    EXPECT_TRUE(popups.empty() && fileRequests.empty());
+    EXPECT_EQ(Model.NumPoints, 10240);
+    EXPECT_EQ(Screen.PanelTag, "MN");
+    EXPECT_TRUE(PanelVisible("MainPanel"));
+    EXPECT_FALSE(PanelVisible("AboutPanel"));
+    EXPECT_EQ(Stimulus.Profile[1][100], 0.005F) << "the automatic step is built before the first run";
+    EXPECT_EQ(Stimulus.Profile[1][99], 0.0F);
+  }
 }
 
 TEST_F(ApplicationTest, ARefusedFirstRunLeavesNothingToUndo) {
@@ -125,7 +115,7 @@ TEST_F(ApplicationTest, AWriterThatFailsTellsItAndLeavesTheFormerFile) {
   Start();
   Trace.SimTraceUsed = Model.NumPoints = 2000;
   Dwell.NumOpenTimes = 2000.0F;
-  const std::vector<float> numbers(2000, 1.0F);
+  const Floats numbers(2000, 1.0F);
   struct Writer {
     const char* what;
     bool appends;
@@ -167,7 +157,7 @@ TEST_F(ApplicationTest, AWriterThatFailsTellsItAndLeavesTheFormerFile) {
       expectFailure(target);
     std::filesystem::permissions(folder.Path(), std::filesystem::perms::owner_all);
     EXPECT_EQ(ReadWholeFile(path), former);
-    EXPECT_EQ(folder.Names(), std::vector<std::string>{"out"}) << "no temporary file is left";
+    EXPECT_EQ(folder.Names(), Texts{"out"}) << "no temporary file is left";
   }
 }
 
@@ -199,10 +189,8 @@ TEST_F(ApplicationTest, TheThreeWaysOutAskTheirQuestionAndNoDoesNothing) {
   Press(*FindCommand("Shutdown"));
   PressMenu(*FindMenu("ShutDown"));
   ClosePanel(PanelNamed("MainPanel"));
-  const std::vector<SeenPopup> asked = {{"", "Are you ready to exit Zelvane?"},
-                                        {"", "Are you ready to exit Zelvane ?"},
-                                        {"", "Are you ready to exit Zelvane ?"}};
-  EXPECT_EQ(popups, asked);
+  const std::string asked = "Are you ready to exit Zelvane";
+  EXPECT_EQ(PopupTexts(), (Texts{asked + "?", asked + " ?", asked + " ?"}));
   EXPECT_FALSE(ended);
   EXPECT_TRUE(PanelVisible("MainPanel"));
   answers = {true};

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "dwells/dwell_store.h"
-#include "model/model_store.h"
 #include "support/drive_test.h"
 #include "support/pressing.h"
 
@@ -12,11 +11,9 @@ namespace zelvane {
 namespace {
 
 using nlohmann::json;
-using List = std::vector<float>;
-
 class DwellListsTest : public PanelTest {
  protected:
-  List Import(const std::string& content, bool replace = true) {
+  Floats Import(const std::string& content, bool replace = true) {
     WriteWholeFile(folder.File("list.txt"), content);
     const int current = static_cast<int>(Dwell.NumOpenTimes);
     const auto count = ReadSingleColumnList(Dwell.OpenTimes, folder.File("list.txt"), replace, current);
@@ -24,16 +21,14 @@ class DwellListsTest : public PanelTest {
     return {Dwell.OpenTimes.begin(), Dwell.OpenTimes.begin() + count.value_or(0)};
   }
 
-  static void Fill(std::span<float> list, float& count, const List& values) {
+  static void Fill(std::span<float> list, float& count, const Floats& values) {
     std::copy(values.begin(), values.end(), list.begin());
     count = static_cast<float>(values.size());
   }
-
-  TemporaryFolder folder;
 };
 
 TEST_F(DwellListsTest, ReadsAPlainColumnAndAnAtfFileAlike) {
-  const List expected{1.5F, 0.25F, 1e-3F};
+  const Floats expected{1.5F, 0.25F, 1e-3F};
   EXPECT_EQ(Import("1.5\n0.25\n1e-3\n"), expected);
   EXPECT_EQ(Import("1.5\r\n0.25\r\n1e-3"), expected);
   EXPECT_EQ(Import("ATF 1.0\n2 1\n\"Type=\"\n\"Comment=\"\n\"Open Times (ms)\"\n1.5\n0.25\n1e-3\n"),
@@ -47,11 +42,11 @@ TEST_F(DwellListsTest, ReadsAPlainColumnAndAnAtfFileAlike) {
 }
 
 TEST_F(DwellListsTest, AListOfOneIsEmptyAndAListCanGrow) {
-  EXPECT_EQ(Import("7\n"), List{});
-  EXPECT_EQ(Import("1\n2\n"), (List{1, 2}));
-  EXPECT_EQ(Import("3\n", false), (List{1, 2, 3}));
-  EXPECT_EQ(Import(""), List{});
-  EXPECT_EQ(Import("ATF 1.0\n5000 1\n\"short\"\n"), List{});
+  EXPECT_EQ(Import("7\n"), Floats{});
+  EXPECT_EQ(Import("1\n2\n"), (Floats{1, 2}));
+  EXPECT_EQ(Import("3\n", false), (Floats{1, 2, 3}));
+  EXPECT_EQ(Import(""), Floats{});
+  EXPECT_EQ(Import("ATF 1.0\n5000 1\n\"short\"\n"), Floats{});
   std::string many;
   for (int i = 0; i < MaxDwells + 5; ++i) many += "2\n";
   EXPECT_EQ(Import(many).size(), 999'999U);
@@ -90,13 +85,15 @@ TEST_F(DwellListsTest, ExportsAreTheExactLines) {
   const auto header = [](const char* title) {
     return "ATF 1.0\n2 1\n\"Type=\"\n\"Comment=\"\n\"" + std::string(title) + " (ms)\"\n";
   };
+  choices = {folder.File("run.two.ops"), folder.File("run.two.ops")};
+  PressCommand("FxnExportOpenTimes");
+  EXPECT_EQ(popups.size(), 1U) << "there is nothing to export";
+  EXPECT_TRUE(folder.Names().empty());
   Fill(Dwell.OpenTimes, Dwell.NumOpenTimes, {0.1F, 12345.678F, 0});
-  choices = {folder.File("run.two.ops")};
   PressCommand("FxnExportOpenTimes");
   EXPECT_EQ(ReadWholeFile(folder.File("run.ops")),
             header("Open Times") + "1.000000e-01\n1.234568e+04\n0.000000e+00\n");
-  EXPECT_FALSE(std::filesystem::exists(folder.File("run.sht")));
-  EXPECT_FALSE(std::filesystem::exists(folder.File("run.lat")));
+  EXPECT_EQ(folder.Names(), Texts{"run.ops"});
   EXPECT_EQ(fileRequests.back().filter, "*.ops");
   EXPECT_EQ(fileRequests.back().title, "Export Open Times as ATF ASCII File");
   EXPECT_TRUE(fileRequests.back().save);
@@ -113,28 +110,10 @@ TEST_F(DwellListsTest, ExportsAreTheExactLines) {
   EXPECT_EQ(ReadWholeFile(folder.File("l.txt")), latencies);
   std::string many = header("Closed Times");  // more than is written at a time
   for (int i = 0; i < MaxDwells; ++i) many += "2.500000e-01\n";
-  Fill(Dwell.ClosedTimes, Dwell.NumClosedTimes, List(MaxDwells, 0.25F));
+  Fill(Dwell.ClosedTimes, Dwell.NumClosedTimes, Floats(MaxDwells, 0.25F));
   ASSERT_EQ(ExportDwellList(DwellListKind::Closed, folder.File("many.sht")), Outcome::Done);
   EXPECT_TRUE(ReadWholeFile(folder.File("many.sht")) == many);
-  EXPECT_TRUE(popups.empty());
-}
-
-TEST_F(DwellListsTest, ExportsWaitForAutosaveAndTellOfFailures) {
-  Model.Autosave = 1;
-  for (const char* command : {"FxnExportOpenTimes", "FxnExportClosedTimes", "FxnExportLatencies"})
-    PressCommand(command);
-  EXPECT_EQ(popups, std::vector<SeenPopup>(
-                        3, {"! Error", "Turn off autosave before reading or writing other datafiles."}));
-  EXPECT_TRUE(fileRequests.empty());
-  Model.Autosave = 0;
-  popups.clear();
-  choices = {folder.File("x")};
-  PressCommand("FxnExportOpenTimes");
-  EXPECT_EQ(popups.size(), 1U) << "there is nothing to export";
-  EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
-  choices = {folder.File("no/such/folder.sht")};
-  PressCommand("FxnExportClosedTimes");
-  EXPECT_EQ(popups.back(), (SeenPopup{"! File error", "IO Error 100: FileOpen failed"}));
+  EXPECT_EQ(popups.size(), 1U);
 }
 
 // -- The modal choice, in the command language --

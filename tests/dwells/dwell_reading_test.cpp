@@ -29,22 +29,16 @@ class DwellReadingTest : public StoreTest {
   }
   static void ReadConditional(const Segments& segments) { ReadConditionalOpens(From(segments)); }
 
-  static std::vector<float> Open() { return First(Dwell.OpenTimes, Dwell.NumOpenTimes); }
-  static std::vector<float> Closed() { return First(Dwell.ClosedTimes, Dwell.NumClosedTimes); }
-  static std::vector<float> First(std::span<const float> list, float count) {
+  static Floats Open() { return First(Dwell.OpenTimes, Dwell.NumOpenTimes); }
+  static Floats Closed() { return First(Dwell.ClosedTimes, Dwell.NumClosedTimes); }
+  static Floats First(std::span<const float> list, float count) {
     return {list.begin(), list.begin() + static_cast<std::ptrdiff_t>(count)};
   }
 };
 
-using List = std::vector<float>;
-
 TEST_F(DwellReadingTest, ImposesTheResolutionOnEachKind) {
-  struct Case {
-    const char* what;
-    Segments segments;
-    List open, closed;
-  };
-  for (const Case& c : {
+  using Case = std::tuple<const char*, Segments, Floats, Floats>;
+  for (const auto& [what, segments, open, closed] : {
            Case{"a short closing belongs to the opening", {{{1, 2}, {0, 0.125F}, {1, 4}}}, {6.125F}, {}},
            Case{"a short opening belongs to the closing", {{{0, 2}, {1, 0.125F}, {0, 4}}}, {}, {6.125F}},
            Case{"the resolution itself is accepted", {{{1, 0.25F}, {0, 0.25F}, {1, 1}}}, {0.25F, 1}, {0.25F}},
@@ -58,11 +52,11 @@ TEST_F(DwellReadingTest, ImposesTheResolutionOnEachKind) {
            Case{"negative classes are closed", {{{1, 1}, {-2, 2}}}, {1}, {2}},
            Case{"empty segments", {{}, {{1, 1}}, {}}, {1}, {}},
        }) {
-    SCOPED_TRACE(c.what);
-    Read(c.segments);
-    EXPECT_EQ(Open(), c.open);
-    EXPECT_EQ(Closed(), c.closed);
-    EXPECT_EQ(First(Dwell.RawOpenTimes, static_cast<float>(Dwell.NumRawOpenTimes)), c.open);
+    SCOPED_TRACE(what);
+    Read(segments);
+    EXPECT_EQ(Open(), open);
+    EXPECT_EQ(Closed(), closed);
+    EXPECT_EQ(First(Dwell.RawOpenTimes, static_cast<float>(Dwell.NumRawOpenTimes)), open);
   }
   EXPECT_TRUE(popups.empty());
 }
@@ -70,9 +64,9 @@ TEST_F(DwellReadingTest, ImposesTheResolutionOnEachKind) {
 TEST_F(DwellReadingTest, KeepsEveryOpeningOfAClassAsItIs) {
   Dwell.OpenListSelector = 3;
   Read({{{1, 0.125F}, {2, 1}, {0, 0.125F}, {5, 2}, {6, 4}}, {{2, 8}}});
-  EXPECT_EQ(First(Dwell.ClassOpenTimes[1], static_cast<float>(Dwell.NumClassOpenTimes[1])), List{0.125F});
-  EXPECT_EQ(First(Dwell.ClassOpenTimes[2], static_cast<float>(Dwell.NumClassOpenTimes[2])), (List{1, 8}));
-  EXPECT_EQ(First(Dwell.ClassOpenTimes[5], static_cast<float>(Dwell.NumClassOpenTimes[5])), List{2});
+  EXPECT_EQ(First(Dwell.ClassOpenTimes[1], static_cast<float>(Dwell.NumClassOpenTimes[1])), Floats{0.125F});
+  EXPECT_EQ(First(Dwell.ClassOpenTimes[2], static_cast<float>(Dwell.NumClassOpenTimes[2])), (Floats{1, 8}));
+  EXPECT_EQ(First(Dwell.ClassOpenTimes[5], static_cast<float>(Dwell.NumClassOpenTimes[5])), Floats{2});
   EXPECT_EQ(Dwell.OpenListSelector, 0);
   Read({});
   EXPECT_EQ(Dwell.NumClassOpenTimes[2], 0);
@@ -81,14 +75,14 @@ TEST_F(DwellReadingTest, KeepsEveryOpeningOfAClassAsItIs) {
 TEST_F(DwellReadingTest, PoolsRecordingsUnlessItClearsFirst) {
   Read({{{0, 1}, {1, 2}}});
   Read({{{1, 4}, {0, 8}}}, false);
-  EXPECT_EQ(Open(), List{6});  // the opening goes on
-  EXPECT_EQ(Closed(), (List{1, 8}));
+  EXPECT_EQ(Open(), Floats{6});  // the opening goes on
+  EXPECT_EQ(Closed(), (Floats{1, 8}));
   Read({{{1, 1}}});
-  EXPECT_EQ(Open(), List{1});
+  EXPECT_EQ(Open(), Floats{1});
   EXPECT_EQ(Dwell.ClosedTimes[1], 0.0F) << "cleared beyond the count";
   Dwell.NumOpenTimes = 0;  // a simulation without openings leaves the kind behind
   Read({{{1, 2}}}, false);
-  EXPECT_EQ(Open(), List{2});
+  EXPECT_EQ(Open(), Floats{2});
 }
 
 TEST_F(DwellReadingTest, TakesOpeningsNextToClosedTimesOfTheCondition) {
@@ -99,12 +93,12 @@ TEST_F(DwellReadingTest, TakesOpeningsNextToClosedTimesOfTheCondition) {
                           {{1, 16}, {0, 0.75F}, {0, 0.25F}, {1, 32}}};
   Dwell.NumClosedTimes = 7;
   ReadConditional(segments);  // openings behind
-  EXPECT_EQ(Open(), (List{2, 8}));
+  EXPECT_EQ(Open(), (Floats{2, 8}));
   Dwell.CondUsePreceding = 0;  // openings before
   ReadConditional(segments);
-  EXPECT_EQ(Open(), (List{1, 4, 16}));
+  EXPECT_EQ(Open(), (Floats{1, 4, 16}));
   ReadConditional({{{1, 3}}, {{0, 0.75F}}});
-  EXPECT_EQ(Open(), List{3}) << "the opening is remembered across segments";
+  EXPECT_EQ(Open(), Floats{3}) << "the opening is remembered across segments";
   EXPECT_EQ(Dwell.NumRawOpenTimes, 1);
   EXPECT_EQ(Dwell.NumClosedTimes, 7);
   Dwell.CondUsePreceding = 1;

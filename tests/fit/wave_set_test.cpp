@@ -2,15 +2,12 @@
 #include "fit/wave_set.h"
 
 #include <filesystem>
-
 #include "fit/fit_store.h"
 #include "fit/wave_list.h"
-#include "model/model_store.h"
 #include "run/run_panel.h"
 #include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
 #include "support/pressing.h"
-#include "support/store_test.h"
 #include "trace/trace_store.h"
 #include "trace/trace_write.h"
 
@@ -35,8 +32,6 @@ class WaveSetTest : public PanelTest {
     WriteWholeFile(folder.File("set.lst"), text);
     return folder.File("set.lst");
   }
-
-  TemporaryFolder folder;
 };
 
 // The last line has a stray carriage return, which ends the name.
@@ -63,7 +58,7 @@ TEST_F(WaveSetTest, AListMovedWithItsFilesLoadsWithoutADialog) {
   PressCommand("FxnListFile");
   EXPECT_EQ(Trace.TraceIsText, 0) << "the next episode is one of the last recording";
   EXPECT_EQ(fileRequests.size(), 1U);
-  EXPECT_EQ(PopupTexts(), std::vector<std::string>{});
+  EXPECT_EQ(PopupTexts(), Texts{});
   EXPECT_EQ(Model.ModelFileName, folder.File("model.mod"));
   EXPECT_EQ(Fit.FitWaveCount, 2);
   EXPECT_EQ(Fit.FitListOn, 1);
@@ -111,8 +106,7 @@ TEST_F(WaveSetTest, SixteenPairsAreFifteenAndAFileThatIsNoListIsToldSo) {
   Fit.FitListOn = 0;
   ReadListNamed(folder.File("missing.lst"));
   EXPECT_EQ(Fit.FitListOn, 1);
-  EXPECT_EQ(PopupTexts(),
-            (std::vector<std::string>{"IO Error 103: Wrong File Format", "IO Error 100: FileOpen failed"}));
+  EXPECT_EQ(PopupTexts(), (Texts{"IO Error 103: Wrong File Format", "IO Error 100: FileOpen failed"}));
   PressCommand("FxnListFile");
   EXPECT_EQ(Fit.FitListOn, 0) << "a cancelled dialog";
 }

@@ -2,12 +2,10 @@
 // preset "tsan") the same runs also show what they share.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstring>
 #include <functional>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "analysis/measures.h"
 #include "kinetics/integrator_cases.h"

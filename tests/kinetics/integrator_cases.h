@@ -2,15 +2,10 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <random>
-#include <span>
 #include <vector>
 
-#include "kinetics/adaptive_step.h"
-#include "kinetics/compiled_scheme.h"
-#include "kinetics/fixed_step.h"
 #include "kinetics/plain_integrator.h"
 
 namespace zelvane {

@@ -146,18 +146,16 @@ TEST(FixedStepTest, RunsOfFewPointsReportAtEachPoint) {
 
 TEST(FixedStepTest, DoesNothingWithoutTimeAndEndsWhenNumbersDo) {
   constexpr float NoNumber = std::numeric_limits<float>::quiet_NaN();
-  struct Row {
-    float intervalMs, start;
-    int reductions;
-  };
-  for (const Row& row : {Row{0, 0, 0}, Row{-1, 0, 0}, Row{NoNumber, 0, 0}, Row{3e38F, 0, MaxReductions},
-                         Row{0.01F, NoNumber, MaxReductions}}) {
+  using Row = std::tuple<float, float, int>;
+  for (const auto& [intervalMs, start, reductions] :
+       {Row{0, 0, 0}, Row{-1, 0, 0}, Row{NoNumber, 0, 0}, Row{3e38F, 0, MaxReductions},
+        Row{0.01F, NoNumber, MaxReductions}}) {
     IntegratorCase c = TwoStates(1000.0F, 500.0F);
-    c.intervalMs = c.maxStepMs = row.intervalMs;
-    c.start[2] = row.start;
+    c.intervalMs = c.maxStepMs = intervalMs;
+    c.start[2] = start;
     IntegratorOutput out(c.numPoints);
-    EXPECT_EQ(RunFixed(c, out).reductions, row.reductions) << row.intervalMs << ", " << row.start;
-    EXPECT_EQ(out.room[1][1], row.reductions == 0 ? 0.0F : 1.0F);
+    EXPECT_EQ(RunFixed(c, out).reductions, reductions) << intervalMs << ", " << start;
+    EXPECT_EQ(out.room[1][1], reductions == 0 ? 0.0F : 1.0F);
   }
 }
 

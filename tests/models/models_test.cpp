@@ -1,6 +1,4 @@
 // The schemes under data/: that they run as they stand, and that their responses are those of their papers.
-#include <cmath>
-#include <filesystem>
 #include <numbers>
 #include <vector>
 
@@ -81,8 +79,8 @@ class PublishedModels : public PanelTest {
   }
 };
 
-std::vector<std::string> ModelNames() {
-  std::vector<std::string> names{"config.mod"};
+Texts ModelNames() {
+  Texts names{"config.mod"};
   for (const auto& entry : std::filesystem::directory_iterator(std::string(ZELVANE_DATA) + "/models")) {
     names.push_back("models/" + entry.path().filename().string());
   }
@@ -90,8 +88,7 @@ std::vector<std::string> ModelNames() {
 }
 
 TEST_F(PublishedModels, AreAtLeastSixAndKeepTheirBytesWhenReadAndSaved) {
-  const TemporaryFolder folder;
-  const std::vector<std::string> names = ModelNames();
+  const Texts names = ModelNames();
   EXPECT_GE(names.size(), 7U);
   for (const std::string& name : names) {
     SCOPED_TRACE(name);
@@ -135,20 +132,16 @@ TEST_F(PublishedModels, RunAsTheyStandWithoutAMessageAndLoseNoChannel) {
 }
 
 TEST_F(PublishedModels, ObeyMicroscopicReversibilityAroundEveryCycle) {
-  struct Case {
-    const char* name;
-    int cycles;
-    double tolerance;
-  };
-  for (const Case& c : {
+  using Case = std::tuple<const char*, int, double>;
+  for (const auto& [name, inFile, tolerance] : {
            Case{"models/ampa_jonas_1993.mod", 2, 0.01},  // three printed digits: 0.6 % and 0.1 %
            Case{"models/gabaa_jones_1995.mod", 1, 1e-6},
            Case{"models/nicotinic_colquhoun_1985.mod", 1, 1e-6},
            Case{"models/nicotinic_colquhoun_1982.mod", 1, 1e-6},
            Case{"models/sodium_hodgkin_1952.mod", 3, 1e-6},
        }) {
-    SCOPED_TRACE(c.name);
-    Load(c.name);
+    SCOPED_TRACE(name);
+    Load(name);
     RatesFromGrid();
     int cycles = 0;
     for (const LoopConstraint& loop : Constraints.Loop) {
@@ -164,10 +157,10 @@ TEST_F(PublishedModels, ObeyMicroscopicReversibilityAroundEveryCycle) {
         ratio *= double(Model.RateMatrix[from][to]) / double(Model.RateMatrix[to][from]);
         charge += double(Model.Depend.Steepness[from][to]) - double(Model.Depend.Steepness[to][from]);
       }
-      EXPECT_NEAR(ratio, 1.0, c.tolerance);
+      EXPECT_NEAR(ratio, 1.0, tolerance);
       EXPECT_NEAR(charge, 0.0, 1e-6);
     }
-    EXPECT_EQ(cycles, c.cycles);
+    EXPECT_EQ(cycles, inFile);
   }
 }
 
@@ -215,16 +208,13 @@ TEST_F(PublishedModels, DesensitisedStatesProlongTheGabaResponse) {
 
 // Values of the schemes themselves, solved by an independent integrator in double precision.
 TEST_F(PublishedModels, TheOtherSchemesPeakAndDecayAsTheirEquationsSay) {
-  struct Case {
-    const char* name;
-    double peak, decayMs;
-  };
-  for (const Case& c : {Case{"models/ampa_patneau_1991.mod", 0.1716, 5.2},
-                        Case{"models/gabaa_busch_1990.mod", 0.8786, 5.3}}) {
-    Load(c.name);
+  using Case = std::tuple<const char*, double, double>;
+  for (const auto& [name, peak, decayMs] : {Case{"models/ampa_patneau_1991.mod", 0.1716, 5.2},
+                                            Case{"models/gabaa_busch_1990.mod", 0.8786, 5.3}}) {
+    Load(name);
     const Response r = Run(FixedStepIntegrator);
-    EXPECT_NEAR(r.Top(), c.peak, 0.001) << c.name;
-    EXPECT_NEAR(r.Decay(OverE), c.decayMs, 0.1) << c.name;
+    EXPECT_NEAR(r.Top(), peak, 0.001) << name;
+    EXPECT_NEAR(r.Decay(OverE), decayMs, 0.1) << name;
   }
 }
 

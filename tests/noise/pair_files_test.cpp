@@ -2,7 +2,6 @@
 
 #include <vector>
 
-#include "model/model_store.h"
 #include "parameters/parameters_store.h"
 #include "support/store_test.h"
 
@@ -11,18 +10,17 @@ namespace {
 
 class PairFilesTest : public StoreTest {
  protected:
-  TemporaryFolder folder;
   std::string path = folder.File("pairs.txt");
 };
 
 TEST_F(PairFilesTest, PairsComeBackAsTheyWereWritten) {
-  const std::vector<float> first{1.5F, -2e-9F, 0.0F};
-  const std::vector<float> second{0.1F, 3e8F, -1.0F};
+  const Floats first{1.5F, -2e-9F, 0.0F};
+  const Floats second{0.1F, 3e8F, -1.0F};
   ASSERT_EQ(PairTextWrite(path, first, second), Outcome::Done);
   EXPECT_EQ(ReadWholeFile(path),
             "1.500000e+00, 1.000000e-01\n-2.000000e-09, 3.000000e+08\n0.000000e+00, -1.000000e+00\n");
-  std::vector<float> a(10);
-  std::vector<float> b(10);
+  Floats a(10);
+  Floats b(10);
   EXPECT_EQ(PairTextRead(path, a, b), 3);
   EXPECT_EQ(Model.RecordPoints, 3);
   a.resize(3);
@@ -35,15 +33,15 @@ TEST_F(PairFilesTest, PairsComeBackAsTheyWereWritten) {
 }
 
 TEST_F(PairFilesTest, ReadingEndsAtARowWithoutTwoNumbers) {
-  std::vector<float> a(10);
-  std::vector<float> b(10);
+  Floats a(10);
+  Floats b(10);
   for (const auto& [text, rows] :
        {std::pair{"1,2\r\n\r\n 3 ,4\r\n", 1}, {"1, 2\n\n3, 4\n5\n6, 7\n", 2}, {"x", 0}, {"", 0}}) {
     WriteWholeFile(path, text);
     EXPECT_EQ(PairTextRead(path, a, b), rows) << text;
   }
   EXPECT_EQ(PairTextRead(folder.File("none"), a, b), 0);
-  EXPECT_EQ(PopupTexts(), std::vector<std::string>{"IO Error 100: FileOpen failed"});
+  EXPECT_EQ(PopupTexts(), Texts{"IO Error 100: FileOpen failed"});
 }
 
 TEST_F(PairFilesTest, TriplesBeginAtTimeZero) {

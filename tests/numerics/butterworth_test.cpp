@@ -51,21 +51,19 @@ TEST(ButterworthTest, TheHighPassHasItsCornerAndItsSlope) {
 }
 
 TEST(ButterworthTest, TheBandPassHasBothCornersAndBothSlopes) {
-  struct Band {
-    double low, high;
-  };
-  for (const Band& band : {Band{20.0, 4000.0}, Band{1000.0, 1200.0}, Band{3000.0, 45000.0}}) {
+  using Band = std::pair<double, double>;
+  for (const auto& [lowHz, highHz] : {Band{20.0, 4000.0}, Band{1000.0, 1200.0}, Band{3000.0, 45000.0}}) {
     std::vector<double> response = Impulse(1 << 18);
-    Bw_BPF(response, Rate, band.low, band.high, 8, response);
-    const double low = Warp(band.low);
-    const double high = Warp(band.high);
-    for (const double hz : {band.low / 2.0, band.low, std::sqrt(band.low * band.high), band.high,
-                            std::min(1.5 * band.high, 49000.0)}) {
+    Bw_BPF(response, Rate, lowHz, highHz, 8, response);
+    const double low = Warp(lowHz);
+    const double high = Warp(highHz);
+    for (const double hz :
+         {lowHz / 2.0, lowHz, std::sqrt(lowHz * highHz), highHz, std::min(1.5 * highHz, 49000.0)}) {
       SCOPED_TRACE(hz);
       const double w = Warp(hz);
       const double q = (w * w - low * high) / (w * (high - low));
       const double gain = 1.0 / std::sqrt(1.0 + std::pow(q, 16));
-      EXPECT_NEAR(GainOf(response, hz), gain, 1e-5 * gain + 1e-12) << band.low << " to " << band.high;
+      EXPECT_NEAR(GainOf(response, hz), gain, 1e-5 * gain + 1e-12) << lowHz << " to " << highHz;
     }
   }
 }

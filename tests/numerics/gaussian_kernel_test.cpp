@@ -1,4 +1,3 @@
-#include "numerics/gaussian_kernel.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +5,6 @@
 #include <cstring>
 #include <limits>
 #include <random>
-#include <vector>
 
 #include "numerics/plain_convolution.h"
 
@@ -15,22 +13,19 @@ namespace {
 
 // Coefficients worked out by hand for an interval of 0.01 ms: corner 2, 10 and 50 kHz.
 TEST(GaussianKernelTest, KernelsHaveTheirWorkedCoefficientsAndUnitSum) {
-  struct Case {
-    float corner;
-    int half;
-    double a0, a1;
-  };
-  for (const Case& c : {Case{0.02F, 26, 0.060219, 0.059537}, Case{0.1F, 5, 0.301084, 0.226470},
-                        Case{0.5F, 1, 0.929770, 0.035115}, Case{0.0006F, 883, 0.0, 0.0}}) {
-    SCOPED_TRACE(c.corner);
-    const GaussianKernel kernel = MakeGaussianKernel(c.corner);
-    EXPECT_EQ(kernel.half, c.half);
-    if (c.a0 > 0.0) {
-      EXPECT_NEAR(kernel.coefficient[0], c.a0, 1e-6);
-      EXPECT_NEAR(kernel.coefficient[1], c.a1, 1e-6);
+  using Case = std::tuple<float, int, double, double>;
+  for (const auto& [corner, half, a0, a1] :
+       {Case{0.02F, 26, 0.060219, 0.059537}, Case{0.1F, 5, 0.301084, 0.226470},
+        Case{0.5F, 1, 0.929770, 0.035115}, Case{0.0006F, 883, 0.0, 0.0}}) {
+    SCOPED_TRACE(corner);
+    const GaussianKernel kernel = MakeGaussianKernel(corner);
+    EXPECT_EQ(kernel.half, half);
+    if (a0 > 0.0) {
+      EXPECT_NEAR(kernel.coefficient[0], a0, 1e-6);
+      EXPECT_NEAR(kernel.coefficient[1], a1, 1e-6);
     }
     double sum = kernel.coefficient[0];
-    for (int i = 1; i <= c.half; ++i) sum += 2.0 * kernel.coefficient[static_cast<std::size_t>(i)];
+    for (int i = 1; i <= half; ++i) sum += 2.0 * kernel.coefficient[static_cast<std::size_t>(i)];
     EXPECT_NEAR(sum, 1.0, 1e-5);
   }
   EXPECT_GT(MakeGaussianKernel(0.0005F).half, MaxKernelHalf);

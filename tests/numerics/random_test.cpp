@@ -4,10 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdint>
 #include <limits>
 #include <set>
-#include <vector>
 
 #include "kinetics/plain_monte_carlo.h"
 

@@ -14,14 +14,11 @@ namespace {
 
 TEST(RoundCountTest, IsRoundedToTwoDecimalsThenCutAndHeldToItsRange) {
   constexpr double Infinity = std::numeric_limits<double>::infinity();
-  struct Case {
-    double value;
-    int count;
-  };
-  for (const Case& c :
+  using Case = std::pair<double, int>;
+  for (const auto& [value, count] :
        {Case{-0.5, 0}, Case{-2.999, -3}, Case{2147483646.25, 2147483646}, Case{1e300, INT_MAX},
         Case{Infinity, INT_MAX}, Case{-Infinity, INT_MIN}, Case{std::nan(""), 0}}) {
-    EXPECT_EQ(RoundCount(c.value), c.count) << c.value;
+    EXPECT_EQ(RoundCount(value), count) << value;
   }
 }
 

@@ -1,7 +1,6 @@
 #include "platform/folders.h"
 
 #include <cstdlib>
-#include <filesystem>
 #include <optional>
 
 #include "support/store_test.h"
@@ -37,15 +36,13 @@ TEST(Folders, ABuildTreeFindsTheDataOfItsSourcesUnlessTheEnvironmentNamesAnother
 
 TEST(Folders, TheUsersFolderFollowsTheDesktopsConvention) {
 #if defined(__linux__)
-  struct Case {
-    const char *configHome, *home, *folder;
-  };
-  for (const Case& c :
+  using Case = std::tuple<const char*, const char*, const char*>;
+  for (const auto& [configHome, userHome, folder] :
        {Case{"/conf", "/home/someone", "/conf/zelvane"},
         Case{"conf", "/home/someone", "/home/someone/.config/zelvane"}, Case{nullptr, nullptr, ""}}) {
-    const Environment config("XDG_CONFIG_HOME", c.configHome);
-    const Environment home("HOME", c.home);
-    EXPECT_EQ(UserConfigFolder(), c.folder);
+    const Environment config("XDG_CONFIG_HOME", configHome);
+    const Environment home("HOME", userHome);
+    EXPECT_EQ(UserConfigFolder(), folder);
   }
 #else
   GTEST_SKIP() << "another system's convention";

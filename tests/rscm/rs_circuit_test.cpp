@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <random>
 
 namespace zelvane {
@@ -80,16 +79,14 @@ TEST(RsCircuitTest, NothingIsScaledWhereTheRelationDoesNotReach) {
   const std::vector<float> current = {-1.0F, 0.0F, 2.0F};
   // V is -0.099: above, below and on a relation; held at -0.1; one whose points fall, and one of a single
   // voltage
-  struct Case {
-    std::vector<float> volt;
-    bool scales;
-  };
-  for (const Case& c : {Case{{-0.3F, -0.2F, -0.1F}, false}, Case{{0.1F, 0.2F, 0.3F}, false},
-                        Case{{-0.3F, 0.0F, 0.3F}, true}, Case{{0.3F, 0.0F, -0.3F}, true},
-                        Case{{-0.1F, -0.1F, -0.1F}, false}, Case{{-0.1F}, false}, Case{{}, false}}) {
+  using Case = std::pair<std::vector<float>, bool>;
+  for (const auto& [volt, scales] :
+       {Case{{-0.3F, -0.2F, -0.1F}, false}, Case{{0.1F, 0.2F, 0.3F}, false}, Case{{-0.3F, 0.0F, 0.3F}, true},
+        Case{{0.3F, 0.0F, -0.3F}, true}, Case{{-0.1F, -0.1F, -0.1F}, false}, Case{{-0.1F}, false},
+        Case{{}, false}}) {
     std::vector<float> trace = in;
-    CorrectNonlinear(trace, {}, {1.0F, 0.0F, 0.0F}, MakeIvRelation(c.volt, current));
-    EXPECT_EQ(trace[1] != in[1], c.scales);
+    CorrectNonlinear(trace, {}, {1.0F, 0.0F, 0.0F}, MakeIvRelation(volt, current));
+    EXPECT_EQ(trace[1] != in[1], scales);
     EXPECT_TRUE(std::isfinite(trace[1]));
   }
 }

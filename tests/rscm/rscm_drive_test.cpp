@@ -1,10 +1,7 @@
 // RsCorrectionPanel as a user presses it.
 #include <cstring>
 
-#include "model/model_store.h"
-#include "screen/screen.h"
 #include "support/drive_test.h"
-#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

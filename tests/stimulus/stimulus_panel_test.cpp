@@ -1,9 +1,6 @@
 // The stimulus panel, pressed as a user does.
-#include <cmath>
 #include <sstream>
 
-#include "model/model_store.h"
-#include "screen/screen.h"
 #include "stimulus/stimulus.h"
 #include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
@@ -106,24 +103,20 @@ TEST_F(StimulusPanelTest, TrainReadoutsFollowTheFields) {
   EXPECT_EQ(ShownText(ControlNamed("TrainFrequency")), "40");
   Enter("TrainInterval", "-1");
   EXPECT_EQ(ShownText(ControlNamed("TrainFrequency")), "");
-  for (const float interval : {0.0F, -1.0F, std::nanf("")}) {
-    Stimulus.TrainInterval = interval;
-    StimPanelRefresh();
-    EXPECT_EQ(ControlNumber("TrainInterval"), 1.0);
-  }
+  Stimulus.TrainInterval = std::nanf("");
+  StimPanelRefresh();
+  EXPECT_EQ(ControlNumber("TrainInterval"), 1.0);
 }
 
 // -- USER mode --
 
 TEST_F(StimulusPanelTest, WithoutAFileTheModeGoesBackToAutomaticAndElseKeepsTheFile) {
   Enter("StimMode", "USER");  // and cancels the dialog
-  ASSERT_EQ(fileRequests.size(), 1U);
-  EXPECT_EQ(fileRequests[0].title, "Read Stimulus Profile");
+  EXPECT_EQ(fileRequests.at(0).title, "Read Stimulus Profile");
   EXPECT_EQ(fileRequests[0].filter, "*.stm");
   EXPECT_TRUE(popups.empty()) << "a cancelled dialog says nothing";
   EXPECT_EQ(ShownText(ControlNamed("StimMode")), "AUTOMATIC");
   EXPECT_FALSE(ControlNamed("AutoValue").dimmed);
-  const TemporaryFolder folder;
   const std::string good = folder.File("good.stm");
   Stimulus.ScriptRunning = 1;  // a file's length and interval are not asked for
   Stimulus.Profile[1][0] = 2.0F;
@@ -144,8 +137,7 @@ TEST_F(StimulusPanelTest, WithoutAFileTheModeGoesBackToAutomaticAndElseKeepsTheF
 TEST_F(StimulusPanelTest, TheFifthModeSaysSoAndBecomesUser) {
   Enter("StimMode", "5");
   EXPECT_EQ(PopupTexts(),
-            std::vector<std::string>{
-                "This option will be available soon/it is undergoing development and testing."});
+            Texts{"This option will be available soon/it is undergoing development and testing."});
   EXPECT_EQ(Stimulus.StimMode, StimUser);
   EXPECT_EQ(ShownText(ControlNamed("StimMode")), "USER");
 }

@@ -1,13 +1,9 @@
 // The operations on the profiles: what each mode rebuilds, what each creator adds.
 #include "stimulus/stimulus.h"
 
-#include <cmath>
-
-#include "model/model_store.h"
 #include "run/result_store.h"
 #include "screen/popups.h"
 #include "screen/popups_store.h"
-#include "screen/screen.h"
 #include "stimulus/stimulus_store.h"
 #include "support/store_test.h"
 #include "trace/noise_store.h"
@@ -73,22 +69,19 @@ TEST_F(StimulusTest, TheAutomaticVoltageStepStandsOnTheHoldingPotential) {
 }
 
 TEST_F(StimulusTest, IndicesFollowFromTimesByTruncation) {
-  struct Case {
-    float interval, start, stop;
-    int first, last;
-  };
-  for (const Case& c :
+  using Case = std::tuple<float, float, float, int, int>;
+  for (const auto& [interval, start, stop, first, last] :
        {Case{0.01F, 1.0F, 99.0F, 100, 9899}, Case{0.1F, 1.0F, 2.0F, 9, 18}, Case{0.01F, 5.0F, 5.0F, -1, -1},
         Case{0.01F, 9.0F, 3.0F, -1, -1}, Case{0.01F, -5.0F, 1.0F, 0, 99}, Case{0.0F, 0.0F, 0.0F, -1, -1},
         Case{-0.01F, -1.0F, -2.0F, 100, 199}, Case{0.01F, 1.0F, 1e30F, 100, MaxStimPoints - 1},
         Case{std::nanf(""), 1.0F, 2.0F, -1, -1}}) {
-    SCOPED_TRACE(c.interval);
-    Model.ADInterval = c.interval;
-    Stimulus.AutoStart = c.start;
-    Stimulus.AutoStop = c.stop;
+    SCOPED_TRACE(interval);
+    Model.ADInterval = interval;
+    Stimulus.AutoStart = start;
+    Stimulus.AutoStop = stop;
     Show();
     StimRebuild();
-    EXPECT_EQ(Span(Drug(1), 0.0F), std::pair(c.first, c.last));
+    EXPECT_EQ(Span(Drug(1), 0.0F), std::pair(first, last));
   }
 }
 
@@ -141,7 +134,7 @@ TEST_F(StimulusTest, AnEdgedStepMustStopInsideTheRecord) {
     CreateExpStim();
     EXPECT_FLOAT_EQ(Drug(1)[9900], 0.005F);
   }
-  EXPECT_EQ(PopupTexts(), std::vector<std::string>{Text});
+  EXPECT_EQ(PopupTexts(), Texts{Text});
 }
 
 TEST_F(StimulusTest, AnExponentialWaveformFollowsItsFieldsFromItsStart) {
@@ -206,17 +199,6 @@ TEST_F(StimulusTest, CreatorsOtherThanTheTrainEndAProtocolFromAFile) {
     create();
     EXPECT_EQ(Stimulus.StimFromFile, fromFile);
   }
-}
-
-TEST_F(StimulusTest, TheHoldingPotentialFillsWhatLiesInsideTheProfile) {
-  Model.VHold = 50.0F;
-  FillVoltage(-5, 3);
-  FillVoltage(MaxStimPoints - 2, MaxStimPoints + 100);
-  FillVoltage(10, 5);
-  EXPECT_EQ(Voltage()[2], 0.05F);
-  EXPECT_EQ(Voltage()[3], 0.0F);
-  EXPECT_EQ(Voltage()[10], 0.0F);
-  EXPECT_EQ(Voltage()[MaxStimPoints - 1], 0.05F);
 }
 
 }  // namespace

@@ -1,13 +1,10 @@
 // ABF files of every writer, read by other programs: Neo and Stimfit's Python module, where they are
 // installed.
-#include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <functional>
 #include <vector>
 
 #include "formats/abf/abf.h"
-#include "model/model_store.h"
 #include "run/run_panel.h"
 #include "support/store_test.h"
 #include "trace/trace_store.h"
@@ -19,8 +16,8 @@ namespace {
 constexpr double IntervalMs = 0.025;
 constexpr std::size_t Long = 30'000;  // gap-free: programs read such a file in pieces of 8192 when they can
 
-std::vector<float> Wave(std::size_t samples, double amplitude) {
-  std::vector<float> wave(samples);
+Floats Wave(std::size_t samples, double amplitude) {
+  Floats wave(samples);
   for (std::size_t k = 0; k < samples; ++k)
     wave[k] = static_cast<float>(amplitude * std::sin(0.01 * static_cast<double>(k)));
   return wave;
@@ -49,19 +46,15 @@ class AbfOtherPrograms : public PanelTest {
   }
 
  private:
-  void Note(const std::string& name, const std::vector<std::vector<float>>& sweeps) {
+  void Note(const std::string& name, const std::vector<Floats>& sweeps) {
     std::string samples;
     for (const auto& sweep : sweeps)
       samples.append(reinterpret_cast<const char*>(sweep.data()), 4 * sweep.size());
     WriteWholeFile(folder.File(name + ".raw"), samples);
-    files.append("'")
-        .append(folder.File(name))
-        .append("': ")
-        .append(std::to_string(sweeps.size()))
-        .append(", ");
+    files += FormatText("'%s': %d, ", folder.File(name).c_str(), static_cast<int>(sweeps.size()));
   }
 
-  void BySweeps(const std::string& name, int mode, const std::vector<std::vector<float>>& sweeps) {
+  void BySweeps(const std::string& name, int mode, const std::vector<Floats>& sweeps) {
     AbfHeader header;
     InitializeHeader(header);
     header.operationMode = mode;
@@ -73,7 +66,7 @@ class AbfOtherPrograms : public PanelTest {
   }
 
   void OfTrace(const std::string& name, const std::function<Outcome(const std::string&)>& write,
-               const std::vector<std::vector<float>>& runs) {
+               const std::vector<Floats>& runs) {
     for (const auto& run : runs) {
       std::copy(run.begin(), run.end(), Trace.SimTrace.begin());
       Trace.SimTraceUsed = Model.NumPoints = static_cast<int>(run.size());
@@ -85,7 +78,6 @@ class AbfOtherPrograms : public PanelTest {
     Note(name, runs);
   }
 
-  TemporaryFolder folder;
   std::string files;  // entries of a Python dictionary: path and number of sweeps
 };
 

@@ -1,10 +1,8 @@
 // The filtered copy of the trace and the Nyquist test of its low-pass corner.
 #include "trace/filtered_trace.h"
 
-#include <cmath>
 #include <limits>
 
-#include "model/model_store.h"
 #include "support/store_test.h"
 #include "trace/noise_store.h"
 #include "trace/trace_store.h"

@@ -189,7 +189,8 @@ TEST_F(TraceWriteTest, AutosaveStaysOffWithoutAFileAndKeepsOtherFilesOut) {
       "filetype.");
   const std::size_t asked = fileRequests.size();
   for (const char* command : {"SaveAsciiData", "SaveBinaryData", "SaveLegacyABFCallback", "FxnRead",
-                              "ReadBinaryData", "ReadParseBinaryData", "ReadAsciiData", "FxnWaveRead"}) {
+                              "ReadBinaryData", "ReadParseBinaryData", "ReadAsciiData", "FxnWaveRead",
+                              "FxnExportOpenTimes", "FxnExportClosedTimes", "FxnExportLatencies"}) {
     popups.clear();
     PressCommand(command);
     ASSERT_EQ(popups.size(), 1U) << command;
