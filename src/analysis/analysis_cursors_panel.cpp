@@ -1,4 +1,4 @@
-// The cursors of AnalysisPanel: their fields follow them, and they follow their fields.
+// The cursors of AnalysisPanel: a moved cursor changes its fields, and a changed field moves its cursor.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -25,14 +25,14 @@ int CountBetween(std::size_t from, std::size_t to) {
       std::clamp(std::trunc(AnalysisCursor(to).x - AnalysisCursor(from).x), 0.0, 2147483647.0));
 }
 
-/// The end of a stretch was moved: a new length, or a snap back where it lies before the start.
+/// Sets the new length of a stretch whose end was moved. An end before the start returns to its place.
 void MoveStretchEnd(std::size_t from, std::size_t to, int& count) {
   if (AnalysisCursor(to).x >= AnalysisCursor(from).x) count = CountBetween(from, to);
 }
 
 void CursorMoved(Graph& /*graph*/, int cursor) {
   const auto moved = static_cast<std::size_t>(cursor) - 1;
-  ReadAnalysisPanel();  // a value typed elsewhere and not yet committed stays
+  ReadAnalysisPanel();  // keeps a value that is typed elsewhere and not yet committed
   switch (moved) {
     case BaseStartCursor:
       Analysis.BaselineStart = MsOf(AnalysisCursor(moved).x);
@@ -61,7 +61,7 @@ void CursorMoved(Graph& /*graph*/, int cursor) {
   FollowSettings();
 }
 
-/// Puts a stretch at two places of the view and takes it into its fields.
+/// Puts a stretch at two places of the view and writes it to its fields.
 void BringStretch(std::size_t from, double fromPart, double toPart, float& start, int& count) {
   ReadAnalysisPanel();
   const DataRange x = ViewRange(AnalysisGraph(), 'x');

@@ -1,4 +1,4 @@
-// The marks of what was measured on the plot of AnalysisPanel.
+// The marks of the measures on the plot of AnalysisPanel.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -21,7 +21,7 @@ extern const Colour IntegralMark{96, 96, 96};
 
 namespace {
 
-constexpr double BarHeight = 0.02;  // of the bar above the foot of the view, as a part of its height
+constexpr double BarHeight = 0.02;  // height of the bar above the foot of the view, as a part of the view
 
 void DrawLine(double fromX, double toX, float y, Colour colour, PlotStyle style = PlotStyle::Line) {
   const std::array<double, 2> x = {fromX, toX};
@@ -29,7 +29,7 @@ void DrawLine(double fromX, double toX, float y, Colour colour, PlotStyle style 
   PlotPoints(AnalysisGraph(), style, colour, x, level);
 }
 
-/// Bar along the foot of the picture under the stretch of the integral.
+/// Draws a bar along the foot of the picture under the stretch of the integral.
 void DrawIntegralBar(const MeasureSettings& settings) {
   const Graph& graph = AnalysisGraph();
   const DataRange y = ViewRange(graph, 'y');

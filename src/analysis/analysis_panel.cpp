@@ -39,12 +39,12 @@ double CountToMs(double count) {
   return static_cast<double>(static_cast<float>(count) * Model.ADInterval);
 }
 
-/// Two decimals such as 2 ms and 0.001 ms are 32-bit floats whose quotient can miss the whole number that the
-/// user means by this share of it.
+/// Largest relative error of a quotient of two 32-bit floats for decimals such as 2 ms and 0.001 ms. The
+/// quotient can miss the whole number that the user means by so much.
 constexpr double FloatQuotientError = 1.5e-7;
 constexpr double LargestCorrection = 0.25;  // samples
 
-/// Cut to whole samples. Without an interval there is no count that would do.
+/// Returns whole samples, truncated. Without an interval returns NaN.
 double MsToCount(double ms) {
   if (Model.ADInterval == 0.0F) return std::nan("");
   const double count = ms / static_cast<double>(Model.ADInterval);
@@ -55,9 +55,9 @@ double SameNumber(double number) {
   return number;
 }
 
-constexpr std::int64_t SpareSamples = 10;  // kept free behind a stretch that was cut
+constexpr std::int64_t SpareSamples = 10;  // kept free after a stretch that was cut
 
-/// Cuts a stretch that would end past the record.
+/// Cuts a stretch that would end after the record.
 void CutStretch(float startMs, int& count) {
   const float interval = Model.ADInterval;
   const float end = startMs + static_cast<float>(count) * interval;
@@ -269,7 +269,7 @@ constexpr std::array<const char*, 7> UnitWords = {"#", "pS", "pA", "Po", "uV", "
 struct UnitLabel {
   const char* control;
   const char* withUnit;  // %s = the unit
-  const char* plain;     // for numbers without one
+  const char* plain;     // for numbers without a unit
 };
 constexpr UnitLabel UnitLabels[] = {
     {"Baseline", "Baseline (%s)", "Baseline(#)"},  {"BaselineVar", "Var (%s2)", "Var (#2)"},
@@ -299,7 +299,7 @@ void ShowStatus() {
   SetColour("AnalysisRsStatus", Trace.RsCorrected != 0 ? "green" : "red");
 }
 
-/// Shows a result, or nothing where none was measured.
+/// Shows a result, or an empty readout when it was not measured.
 void ShowResult(const char* control, double value, bool measured) {
   if (measured)
     ShowNumber(control, value);
@@ -333,14 +333,14 @@ void AddAnalysisPanel() {
   AddControls(AnalysisPanelName, ResultsGroup, ResultControls);
   AddControls(AnalysisPanelName, "status", StatusControls);
   AddControls(AnalysisPanelName, "commands", CommandControls);
-  // A readout shows a result only while it has been measured, not whatever its field holds.
+  // A readout shows a result only if it was measured, whatever its field holds.
   for (Control* control : PanelNamed(AnalysisPanelName).controls) {
     if (control->group == ResultsGroup) control->field = FieldRef{};
   }
   AddAnalysisView();
   AddAnalysisTable();
   AddAnalysisSections();
-  PanelNamed(AnalysisPanelName).dim.push_back(DimAnalysisPanel);  // from here on: the rule needs the controls
+  PanelNamed(AnalysisPanelName).dim.push_back(DimAnalysisPanel);  // last, because the rule needs the controls
   AddControls(MainPanelName, "analysis", MainPanelButton);
   AddMenu(AnalysisMenu);
   MeasureSettingsWanted.Add(ReadAnalysisPanel);

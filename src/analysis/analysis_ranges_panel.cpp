@@ -1,4 +1,4 @@
-// What the plot of AnalysisPanel shows of the trace: zoom, rescaling and gains.
+// The visible part of the trace on the plot of AnalysisPanel: zoom, rescaling and gains.
 #include <algorithm>
 #include <cmath>
 
@@ -18,11 +18,11 @@ constexpr double SmallestShrunk = 13.0;  // spans below this one become the narr
 constexpr double SpanStep = 0.2;
 constexpr double YMargin = 1.0 / 18.0;
 
-/// What the view remembers beside its graph.
+/// The state of the view besides its graph.
 struct RangeState {
-  DataRange gainRange{0.0, 1.0};  // y range that stood when automatic rescaling went off
-  bool zoomArea = false;          // the zoom pair stands in place of the other cursors
-  DataRange fittedX;              // x range that y was fitted to
+  DataRange gainRange{0.0, 1.0};  // y range when automatic rescaling was switched off
+  bool zoomArea = false;          // the zoom pair shows instead of the other cursors
+  DataRange fittedX;              // x range for which y was fitted
 };
 
 RangeState& Ranges() {
@@ -30,7 +30,7 @@ RangeState& Ranges() {
   return state;
 }
 
-/// The samples in view.
+/// Returns the samples in view.
 std::span<const float> VisibleSamples() {
   const Graph& graph = AnalysisGraph();
   if (graph.plots.empty()) return {};
@@ -61,14 +61,14 @@ void ApplyGains() {
   if (min < max) SetAxisRange(AnalysisGraph(), 'y', min, max);
 }
 
-/// Left and right zoom cursor.
+/// Returns the left and the right zoom cursor.
 DataRange ZoomSpan() {
   const auto [left, right] =
       std::minmax(AnalysisCursor(ZoomFirstCursor).x, AnalysisCursor(ZoomSecondCursor).x);
   return {left, right};
 }
 
-/// A zoomed view lies between the zoom cursors, however it was reached.
+/// Puts the zoom cursors at the ends of a zoomed view, in whatever way the user reached it.
 void BringZoomCursors(const DataRange& x) {
   if (Ranges().zoomArea || !AnalysisViewIsZoomed()) return;
   AnalysisCursor(ZoomFirstCursor).x = x.min;
@@ -101,7 +101,7 @@ void AnalysisFullScale(const ControlEvent&) {
   PlaceAnalysisCursors();
 }
 
-/// Places the zoom pair in the view in place of all other cursors.
+/// Shows the zoom pair in the view instead of all other cursors.
 void FxnMenuZoomArea(const ControlEvent&) {
   Ranges().zoomArea = !Ranges().zoomArea;
   if (Ranges().zoomArea) {

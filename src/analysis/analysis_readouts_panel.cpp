@@ -12,7 +12,7 @@
 namespace zelvane {
 namespace {
 
-/// Sample of the trace at a place of the axis; nan where there is none.
+/// Returns the sample of the trace at a place of the axis; NaN outside the trace.
 double TraceAt(double x) {
   const std::span<const float> trace = RecordedTrace();
   if (Trace.TraceValid == 0 || !(x >= 0.0 && x < static_cast<double>(trace.size()))) return std::nan("");

@@ -55,13 +55,13 @@ void PressAnalysisKey(std::string_view key) {
   if (key == "End") ShowSection(Trace.EpisodeCount);
 }
 
-/// Whether a row of the table came from the present data file.
+/// Returns whether a row of the table comes from the present data file.
 bool OfPresentFile(const std::string& rowName) {
   const std::size_t stem = rowName.size() > ExtensionLength ? rowName.size() - ExtensionLength : 0;
   return DataFileName().starts_with(rowName.substr(0, stem));
 }
 
-/// A click on an episode shows that sweep and measures it again.
+/// Shows the sweep of a clicked episode and measures it again.
 void FxnAnTable(Table& /*table*/, int row, int column) {
   if (column != EpisodeColumn) return;
   const AnalysisRow& chosen = Analysis.Rows[Index(row)];

@@ -1,4 +1,4 @@
-// The results table of AnalysisPanel, its files, and the commands on it.
+// The results table of AnalysisPanel, its files and its commands.
 #include <algorithm>
 #include <charconv>
 #include <string>
@@ -27,13 +27,13 @@ Table& Results() {
   return TableNamed(AnalysisTableName);
 }
 
-/// The shortest decimal that reads back to the same 32-bit float.
+/// Returns the shortest decimal that gives the same 32-bit float when it is read.
 std::string Shortest(float value) {
   char text[32];
   return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
-/// What a cell shows: an empty row zeros, a row of a response nothing where a measure was not made.
+/// Returns the text of a cell: zeros in an empty row, an empty text for a measure that was not made.
 std::string ValueCell(const AnalysisRow& row, std::size_t column) {
   if (row.filled && !row.measured[column]) return {};
   return Shortest(row.value[column]);

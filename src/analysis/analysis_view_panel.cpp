@@ -14,7 +14,7 @@
 namespace zelvane {
 namespace {
 
-/// The trace stays, the marks go.
+/// Removes the marks and keeps the trace.
 void ShowNothingMeasured() {
   KeepPlots(AnalysisGraph(), 1);
   ShowMeasures();

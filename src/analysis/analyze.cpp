@@ -28,7 +28,7 @@ std::span<const float> Recorded(std::span<const float> trace) {
   return trace.first(std::min(points, trace.size()));
 }
 
-/// What was told in the series; nothing outside of one.
+/// Returns the faults already shown in the series; empty outside a series.
 std::optional<std::set<RiseFault>>& ToldInSeries() {
   static std::optional<std::set<RiseFault>> told;
   return told;
@@ -40,7 +40,7 @@ void TellOf(RiseFault fault) {
   if (fault == RiseFault::PeakBeforeStart) MessagePopup(AnalysisWarningTitle, PeakBeforeStart);
 }
 
-/// No exponentials are fitted to the response.
+/// Removes the exponentials of the response.
 void ClearFit() {
   Analysis.FitRan = 0;
   AnalysisFit.FitAmp1 = 0.0;

@@ -48,7 +48,7 @@ Outcome AnalyzeAllEpisodes() {
   ResetProgress();
   Analysis.StopAnalysis = 1;
   Trace.EpisodeIndex = 1;
-  Analysis.Measures.measured = 0;  // they belong to another episode than the one in view
+  Analysis.Measures.measured = 0;  // they belong to another episode than the visible one
   ReadAndShowEpisode();
   return outcome;
 }

@@ -11,9 +11,9 @@
 namespace zelvane {
 namespace {
 
-constexpr std::int64_t DecayAverage = 3;     // samples averaged on the way down from the peak
+constexpr std::int64_t DecayAverage = 3;     // samples averaged after the peak
 constexpr std::int64_t FirstBackSample = 5;  // the search before the peak ends here
-constexpr int SlopePoints = 3;               // a regression through fewer samples means nothing
+constexpr int SlopePoints = 3;               // fewer samples give no regression
 
 std::int64_t Length(std::span<const float> trace) {
   return static_cast<std::int64_t>(trace.size());
@@ -27,7 +27,7 @@ bool Inside(std::span<const float> trace, std::int64_t i) {
   return i >= 0 && i < Length(trace);
 }
 
-/// Marks a measure as made, or as not made.
+/// Marks a measure as made or not made.
 void Mark(ResponseMeasures& measures, unsigned bits, bool made) {
   measures.measured = made ? measures.measured | bits : measures.measured & ~bits;
 }
@@ -36,18 +36,18 @@ float Amplitude(const ResponseMeasures& measures) {
   return measures.PeakValue - measures.Baseline;
 }
 
-/// Whether there is a response whose levels mean something.
+/// Returns whether there is a response with meaningful levels.
 bool HasAmplitude(const ResponseMeasures& measures) {
   return (measures.measured & MeasuredAmplitude) != 0 && Amplitude(measures) != 0.0F;
 }
 
-/// A crossing found by walking along the trace.
+/// A crossing that was searched along the trace.
 struct Crossing {
   std::int64_t sample = 0;
   bool found = false;
 };
 
-/// Walks back from the peak to the first sample nearer to the baseline than `level`.
+/// Goes back from the peak to the first sample nearer to the baseline than `level`.
 Crossing CrossingBefore(std::span<const float> trace, const ResponseMeasures& measures, float level) {
   const std::int64_t peak = measures.PeakPos;
   for (std::int64_t i = std::min(peak, Length(trace) - 1); i >= FirstBackSample; --i) {
@@ -56,8 +56,7 @@ Crossing CrossingBefore(std::span<const float> trace, const ResponseMeasures& me
   return {std::min(peak, FirstBackSample), false};
 }
 
-/// Walks on from the peak to the first run of three samples whose mean is nearer to the baseline than
-/// `level`.
+/// Goes on from the peak to the first three samples whose mean is nearer to the baseline than `level`.
 Crossing CrossingAfter(std::span<const float> trace, const ResponseMeasures& measures, float level) {
   const std::int64_t end = Length(trace) - DecayAverage;
   for (std::int64_t i = std::max(measures.PeakPos, 0); i < end; ++i) {
@@ -67,7 +66,7 @@ Crossing CrossingAfter(std::span<const float> trace, const ResponseMeasures& mea
   return {std::max<std::int64_t>(measures.PeakPos, end - 1), false};
 }
 
-/// Time to add to a sample for the point at which the trace runs through `target` before the next sample.
+/// Returns the time from a sample to the point at which the trace crosses `target` before the next sample.
 float PartOfInterval(std::span<const float> trace, std::int64_t i, float target, float intervalMs) {
   if (!Inside(trace, i) || !Inside(trace, i + 1)) return 0.0F;
   const float d = std::abs(target - SampleAt(trace, i));
@@ -99,15 +98,16 @@ struct LineSums {
   }
 };
 
-/// Samples on the rise: the first one, how many, and their sums.
+/// The samples on the rise: the first, their number and their sums.
 struct RiseSamples {
   std::int64_t first = 0;
   int count = 0;
   LineSums line;       // times from the start of the trace
-  LineSums fromFirst;  // times from the first of them
+  LineSums fromFirst;  // times from the first sample of the rise
 };
 
-/// Last foot before the peak: the sample nearer to the baseline than the lower rise level.
+/// Returns the last foot before the peak: the first sample, going back, nearer to the baseline than the lower
+/// rise level.
 Crossing FindFoot(std::span<const float> trace, const ResponseMeasures& measures, float lower,
                   std::int64_t start) {
   for (std::int64_t i = std::min<std::int64_t>(measures.PeakPos, Length(trace) - 1); i > start && i > 1;
@@ -136,16 +136,17 @@ RiseSamples SumRise(std::span<const float> trace, const ResponseMeasures& measur
   return sums;
 }
 
-/// A short rise late in a trace has times that hardly differ: their 32-bit squares then cancel but for
-/// rounding. Such a line is taken about its first sample, which has the same slope.
+/// Returns the slope of the regression. In a short rise late in a trace the times hardly differ, and their
+/// 32-bit squares cancel down to rounding errors. Such a line is calculated from its first sample on; it has
+/// the same slope.
 float RegressionSlope(const RiseSamples& rise) {
-  constexpr float FewestDigits = 1e3F;  // of the spread of the times, to be right
+  constexpr float FewestDigits = 1e3F;  // digits of the spread of the times that must be right
   const auto n = static_cast<float>(rise.count);
   const float rounding = std::numeric_limits<float>::epsilon() * rise.line.tt;
   return rise.line.Spread(n) > FewestDigits * rounding ? rise.line.Slope(n) : rise.fromFirst.Slope(n);
 }
 
-/// Time between a sample and the level that the trace crosses on the side of its neighbour.
+/// Returns the time between a sample and the level that the trace crosses towards its neighbour.
 float PartToLevel(std::span<const float> trace, std::int64_t i, std::int64_t neighbour, float level,
                   float intervalMs) {
   if (!Inside(trace, i) || !Inside(trace, neighbour) || SampleAt(trace, i) == SampleAt(trace, neighbour))
@@ -188,7 +189,7 @@ void BaselineOf(std::span<const float> trace, std::int64_t start, std::int64_t c
     const float deviation = SampleAt(trace, i) - measures.Baseline;
     squares += deviation * deviation;
   }
-  // One sample has no variance: 0 / 0.
+  // One sample alone has the variance 0 / 0.
   measures.BaselineVar =
       count == 1 ? std::numeric_limits<float>::quiet_NaN() : squares / static_cast<float>(count - 1);
   Mark(measures, MeasuredBaseline, count > 0 && std::isfinite(measures.Baseline));
@@ -208,7 +209,7 @@ void PeakOf(std::span<const float> trace, std::int64_t positions, std::int64_t s
   const std::int64_t shift = option == 0 ? 0 : option == 2 ? width : width / 2;
   measures.PeakPos = static_cast<int>(std::min<std::int64_t>(best + shift, std::numeric_limits<int>::max()));
   measures.LatencyPeak = static_cast<float>(measures.PeakPos) * settings.intervalMs - settings.latencyPos;
-  // A window that runs over the end has no mean of `width` samples.
+  // A window that exceeds the end has no mean of `width` samples.
   const bool whole = best + width <= Length(trace);
   Mark(measures, MeasuredPeak, whole && std::isfinite(measures.PeakValue));
   Mark(measures, MeasuredAmplitude,

@@ -30,7 +30,7 @@ enum MeasuredBits : unsigned {
   MeasuredWidth = 1U << 7U,
   MeasuredLatencyRise = 1U << 8U,
   MeasuredIntegral = 1U << 9U,      // Integral, Coastline
-  MeasuredLatencyPeak = 1U << 10U,  // a trace that stays on its baseline has none
+  MeasuredLatencyPeak = 1U << 10U,  // not for a trace that stays on its baseline
 };
 
 /// What was measured of one response. A measure writes its own fields and leaves the others.

@@ -55,7 +55,8 @@ constexpr char MeanVarianceHeader[] =
     "\"Datafilename\",\"episode\",\"base current(pA)\",\"base var (pA2)\",\"current(pA)\",\"var (pA2)\","
     "\"current-base (pA)\",\"var-base (pA2)\",\" unitary current (pA)\"\n";
 
-/// A path whose file name is cut at its first full stop, and after `longest` bytes, and gets an extension.
+/// Returns a path with a shorter file name and an extension. Cuts the name at its first full stop and after
+/// `longest` bytes.
 std::string Renamed(const std::string& path, std::size_t longest, std::string_view extension) {
   const std::filesystem::path whole(path);
   std::string stem = whole.filename().string();
@@ -63,7 +64,7 @@ std::string Renamed(const std::string& path, std::size_t longest, std::string_vi
   return (whole.parent_path() / (stem + std::string(extension))).string();
 }
 
-/// A number as "%.*f" writes it, with a full stop in every locale.
+/// Returns a number as "%.*f" writes it, with a full stop in every locale.
 std::string Fixed(double value, int decimals) {
   if (std::isnan(value)) return "nan";
   if (std::isinf(value)) return value > 0.0 ? "inf" : "-inf";
@@ -76,21 +77,21 @@ std::string Fixed(float value, int decimals) {
   return Fixed(static_cast<double>(value), decimals);
 }
 
-/// Numbers with four decimals, each followed by a comma and a blank.
+/// Returns numbers with four decimals, each followed by a comma and a blank.
 std::string Listed(std::initializer_list<double> values) {
   std::string text;
   for (const double value : values) text += Fixed(value, 4) + ", ";
   return text;
 }
 
-/// Fields of what was not fitted.
+/// Returns dashes for the fields of a fit that was not made.
 std::string DashedFields(int count) {
   std::string text;
   for (int k = 0; k < count; ++k) text += Dashes;
   return text;
 }
 
-/// The fields of one fitted quantity: one component, two components, or dashes.
+/// Returns the fields of one fitted quantity: one component, two components, or dashes.
 std::string FitFields(double first, double second) {
   switch (Parameters.FitMode) {
     case 0:
@@ -130,7 +131,7 @@ bool AppendRow(const std::string& header, const std::string& row) {
   return true;
 }
 
-/// Whether the trace has a file to name others after; else the user is told.
+/// Returns whether the trace has a file whose name other files can use. On failure shows a message.
 bool DataHaveName() {
   if (!DataFilePath().empty()) return true;
   MessagePopup(NoticeTitle, NoName);
@@ -148,7 +149,7 @@ std::string TableRowText(const AnalysisRow& row) {
   return text + '\n';
 }
 
-/// A text as a cell of a CSV file.
+/// Returns a text as a cell of a CSV file.
 std::string CsvText(const std::string& text) {
   if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
   std::string quoted = "\"";
@@ -164,7 +165,7 @@ std::string Shortest(float value) {
   return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
-/// Words of a line of a table file; blanks split them.
+/// Returns the words of a line of a table file, separated by blanks.
 std::vector<std::string_view> WordsOf(std::string_view line) {
   std::vector<std::string_view> words;
   for (std::string_view word = FirstWord(line, line.size()); !word.empty();
@@ -174,7 +175,7 @@ std::vector<std::string_view> WordsOf(std::string_view line) {
   return words;
 }
 
-/// A value of a table file. "nan" stands for one that was not measured.
+/// Reads a value of a table file. "nan" means not measured.
 bool ScanValue(std::string_view word, float& value, bool& measured) {
   const Scan scan = ScanNumber(word, value);
   measured = scan == Scan::Taken;
@@ -183,7 +184,8 @@ bool ScanValue(std::string_view word, float& value, bool& measured) {
 
 constexpr std::size_t NumbersOfRow = 1 + AnalysisColumns - FirstValueColumn + 1;  // episode and values
 
-/// A row of a table file. Its numbers are the last words of the line, its name the first word before them.
+/// Reads a row of a table file. The numbers are the last words of the line, and the name is the first word
+/// before them.
 std::optional<AnalysisRow> ParseRow(std::string_view line) {
   const std::vector<std::string_view> words = WordsOf(line);
   if (words.size() < NumbersOfRow) return std::nullopt;
@@ -317,7 +319,7 @@ std::optional<TableFile> ParseTable(std::string_view text) {
   const auto rows = static_cast<std::size_t>(std::min(table.count, MaxAnalysisRows));
   while (table.rows.size() < rows) {
     const auto line = NextLine(text);
-    // A line without its end may have lost a number, or the tail of one.
+    // In a line without its end a number, or its last digits, may be missing.
     const auto row = line && line->ended ? ParseRow(line->text) : std::nullopt;
     if (!row) break;
     table.rows.push_back(*row);

@@ -21,10 +21,11 @@ namespace {
 constexpr char LoadTitle[] = "Load Table of Analyzed Results.";
 constexpr char TooManyRows[] = "Table resutls file exceeds current Table size.";
 constexpr char CutTable[] = "The table ends early: %d of %d rows could be read.";
-constexpr std::size_t LongestTable = 64U << 20U;  // bytes; a thousand rows have less than one per cent of it
+constexpr std::size_t LongestTable = 64U << 20U;  // bytes; a thousand rows need less than one per cent
 constexpr std::size_t ExtensionLetters = 3;
 
-/// The path of the recording: its name is cut at its first full stop, and three letters follow it.
+/// Returns the path of the recording: cuts the name at its first full stop, and keeps three letters after the
+/// stop.
 std::string RecordingPath(const std::string& path) {
   const std::string name = FileNameOf(path);
   const std::size_t stop = name.find('.');
@@ -38,10 +39,10 @@ void ReadNamedModel(const std::string& path) {
   if (ModelFileRead() != Outcome::Done) Model.ModelFileName = former;
 }
 
-/// Reads the recording of a table. False when the command is to end.
+/// Reads the recording of a table. Returns false when the command must end.
 bool ReadNamedRecording(const std::string& path) {
   if (path.empty()) return true;
-  // A name with further full stops, such as a date, is that of the file as it stands.
+  // A name with further full stops, for example in a date, may be the complete name of the file.
   for (const std::string& recording : {RecordingPath(path), path}) {
     if (OpenInput(recording)) return TraceReadFile(recording) == Outcome::Done;
   }

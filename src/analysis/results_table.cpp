@@ -45,7 +45,7 @@ void SetMeasures(AnalysisRow& row, const ResponseMeasures& m) {
   SetValue(row, 20, m.BaselineVar, made(MeasuredVariance));
 }
 
-/// Without a fit its columns hold 0 and show nothing.
+/// Puts the fit into its columns; without a fit they hold 0 and show nothing.
 void PutFit(AnalysisRow& row) {
   const bool ran = Analysis.FitRan != 0;
   const bool two = ran && Parameters.FitMode == FitTwoDecays;

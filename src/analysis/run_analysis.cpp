@@ -28,7 +28,7 @@ RunAverages& Averages() {
   return averages;
 }
 
-/// A number as "%.6e" writes it.
+/// Appends a number as "%.6e" writes it.
 void AppendExponential(std::string& text, float value) {
   char digits[32];
   text.append(digits, std::to_chars(digits, digits + sizeof digits, static_cast<double>(value),
@@ -112,7 +112,7 @@ void EndRunAnalysis() {
 }
 
 void ConnectRunAnalysis() {
-  static bool analyzes = false;  // the runs of the present series
+  static bool analyzes = false;  // whether to analyse the runs of this series
   analyzes = false;
   SeriesBegins.Add([] { analyzes = Model.AutoAnalyze != 0 && BeginRunAnalysis(); });
   SeriesRun.Add([](int) {

@@ -9,9 +9,9 @@
 namespace zelvane {
 namespace {
 
-constexpr std::size_t BlockWindows = 64;  // windows summed side by side
+constexpr std::size_t BlockWindows = 64;  // windows summed in parallel
 
-/// The best window so far. Of equal ones the first stays.
+/// The best window so far. Of equal windows the first is kept.
 struct Best {
   std::int64_t position = 0;
   float size = 0.0F;
@@ -26,7 +26,7 @@ struct Best {
   }
 };
 
-/// Sums of `count` neighbouring windows from `first`, cut at the end of the trace.
+/// Sums `count` neighbouring windows from `first`, cut at the end of the trace.
 void SumWindows(std::span<const float> trace, std::size_t first, std::size_t count, std::size_t width,
                 float baseline, std::array<float, BlockWindows>& sums) {
   sums.fill(0.0F);

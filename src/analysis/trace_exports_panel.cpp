@@ -19,7 +19,7 @@ constexpr char NoTrace[] = "There is no trace to export.";
 constexpr char NoFit[] = "No exponential fit has been made: there is no curve to export.";
 constexpr char AsciiFiles[] = "*.asc";
 
-/// The samples between the ends of the analysis plot.
+/// Returns the samples between the ends of the analysis plot.
 std::span<const float> ViewedSamples() {
   const SampleRange view = SamplesInView();
   const int samples = std::clamp(Model.NumPoints, 0, static_cast<int>(Trace.SimTrace.size()));
