@@ -1,5 +1,4 @@
-// The table of multi-sweep voltage and concentration waveforms on the stimulus panel. It is kept with the
-// model.
+// The table of multi-sweep voltage and concentration waveforms on the stimulus panel. Model files hold it.
 #include "screen/screen.h"
 #include "stimulus/stimulus.h"
 #include "stimulus/stimulus_store.h"
@@ -20,7 +19,7 @@ constexpr int FirstGroupColumn = 2;  // group 0
 constexpr const char* RowTitles[MultiStimFields] = {"Concentration (M)", "Change/sweep (M)", "Drug# (1-6)",
                                                     "Voltage (V)",       "Change/sweep (V)", "Duration (ms)"};
 
-/// The value behind a cell of a group's column.
+/// Returns the value of a cell in a group's column.
 float& CellValue(int row, int column) {
   return Stimulus
       .MultiStimTable[static_cast<std::size_t>(column - FirstGroupColumn)][static_cast<std::size_t>(row - 1)];
@@ -32,7 +31,8 @@ void ShowCell(Table& table, int row, int column) {
                                 : FormatText("%g", static_cast<double>(CellValue(row, column))));
 }
 
-/// A value typed over a row's title, or too large for a 32-bit float, leaves the cell as it was.
+/// Handles a typed cell. Keeps the old value of a row's title, and when the new value is too large for a
+/// 32-bit float.
 void FxnMultiStimTable(Table& table, int row, int column) {
   if (column >= FirstGroupColumn) {
     const double typed = ParseNumber(CellText(table, row, column)).value_or(0.0);

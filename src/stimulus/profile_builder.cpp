@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::int64_t LastIndex = std::int64_t{1} << 53;
 
-/// Additions between two questions whether to go on, some 10 ms of work, and what a pulse costs beside them.
+/// Additions between two polls, about 10 ms of work, and the extra work of a pulse.
 constexpr std::int64_t WorkBetweenPolls = std::int64_t{1} << 24;
 constexpr std::int64_t WorkPerPulse = 64;
 
@@ -19,12 +19,12 @@ std::span<float> From(std::span<float> samples, std::int64_t first) {
   return SamplesWithin(samples, first, LastIndex);
 }
 
-/// exp(-t / tau), and 0 at every t for a tau of 0.
+/// Returns exp(-t / tau); 0 for a tau of 0.
 double Decay(float t, float tau) {
   return tau == 0.0F ? 0.0 : std::exp(-static_cast<double>(t) / static_cast<double>(tau));
 }
 
-/// out[i] = term(t), t the running sum in 32-bit floats, as if `skip` samples had gone before.
+/// Sets out[i] = term(t). t is the running sum in 32-bit floats, as if `skip` samples came before.
 template <typename Term>
 void SampleTerm(std::span<float> out, float intervalMs, std::int64_t skip, Term term) {
   auto t = static_cast<float>(static_cast<double>(skip) * static_cast<double>(intervalMs));
@@ -60,19 +60,19 @@ void Sample(const ExponentialPulse& pulse, float intervalMs, std::int64_t skip, 
   });
 }
 
-/// Samples of the part of a pulse that must end inside the profile.
+/// Returns the samples of the part of a pulse that must end inside the profile.
 std::int64_t BodySamples(const Pulse& pulse) {
   if (const auto* square = std::get_if<SquarePulse>(&pulse)) return square->samples;
   if (const auto* edged = std::get_if<EdgedPulse>(&pulse)) return edged->samples;
   return 0;
 }
 
-/// How many pulses of the train, from `pulse` on, begin at the same sample. Starts of a train rise or fall
-/// steadily, so the last of them is found by bisection.
+/// Returns how many pulses of the train, from `pulse` on, begin at the same sample. The starts of a train
+/// increase or decrease steadily, so bisection finds the last one.
 int PulsesTogether(const PulseTrain& train, int pulse) {
   const std::int64_t start = PulseStart(train, pulse);
   int same = pulse;
-  int other = train.count;  // first pulse known to begin elsewhere
+  int other = train.count;  // first pulse known to begin at another sample
   for (int probe = pulse + 1; probe < other; probe = same + std::max((other - same) / 2, 1)) {
     if (PulseStart(train, probe) == start) {
       same = probe;
@@ -108,7 +108,7 @@ std::span<float> SamplesWithin(std::span<float> profile, std::int64_t first, std
 }
 
 void FillLevel(std::span<float> profile, float level) {
-  std::array<float, 1024> pattern;  // one page: the unit in which the system hands out memory
+  std::array<float, 1024> pattern;  // one page: the system gives memory in pages
   pattern.fill(level);
   while (!profile.empty()) {
     const std::span<float> part = profile.first(std::min(profile.size(), pattern.size()));
@@ -140,7 +140,7 @@ void SamplePulse(const Pulse& pulse, float intervalMs, std::int64_t skip, std::s
 }
 
 std::int64_t PulseStart(const PulseTrain& train, int pulse) {
-  // An infinite step, from an interval of 0, must not make nan of the first start.
+  // An infinite step, from an interval of 0, must not make the first start NaN.
   return SampleIndex(pulse == 0 ? train.first : train.first + pulse * train.step);
 }
 
@@ -150,12 +150,12 @@ void AddTrain(std::span<float> profile, const Pulse& pulse, const PulseTrain& tr
   if (train.count < 1 || AddsNothing(pulse)) return;
   const auto size = static_cast<std::int64_t>(profile.size());
   const std::int64_t body = BodySamples(pulse);
-  const std::int64_t lead = std::min<std::int64_t>(body, 0);  // a decay that begins before the start
+  const std::int64_t lead = std::min<std::int64_t>(body, 0);  // a decay that begins before its pulse
 
-  // No pulse needs more samples than the one that begins first.
+  // The pulse that begins first needs the most samples.
   const std::int64_t earliest = std::min(PulseStart(train, 0), PulseStart(train, train.count - 1)) + lead;
   const std::span<float> samples = scratch.first(From(profile, earliest).size());
-  std::int64_t sampledFrom = -1;  // sample of the pulse that samples[0] holds
+  std::int64_t sampledFrom = -1;  // sample of the pulse in samples[0]
 
   std::int64_t work = 0;
   for (int p = 0, together = 0; p < train.count; p += together) {
@@ -163,7 +163,7 @@ void AddTrain(std::span<float> profile, const Pulse& pulse, const PulseTrain& tr
     together = PulsesTogether(train, p);
     work += WorkPerPulse;
     if (start + body >= size) {
-      if (train.step > 0.0) return;  // all later ones end later still
+      if (train.step > 0.0) return;  // later pulses end later
     } else {
       const std::int64_t begin = start + lead;
       const std::span<float> touched = std::holds_alternative<SquarePulse>(pulse)

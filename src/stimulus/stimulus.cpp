@@ -26,7 +26,7 @@ int RunSamples() {
   return std::clamp(Model.NumPoints, 0, MaxStimPoints);
 }
 
-/// The samples of a run of the profile that is shown and edited.
+/// Returns the samples of a run in the profile that is shown and edited.
 std::span<float> TargetSamples() {
   const auto profile = static_cast<std::size_t>(std::clamp(Stimulus.StimTarget, 0, MaxDrugs));
   return Stimulus.Profile[profile].first(static_cast<std::size_t>(RunSamples()));
@@ -40,7 +40,7 @@ float HoldingVolts() {
   return Model.VHold / 1000.0F;
 }
 
-/// A level of 0 gives the memory of the samples back to the system in place of writing to it.
+/// Sets samples to a level. For a level of 0 returns their memory to the system instead of writing to it.
 void SetLevel(std::span<float> samples, float level) {
   if (std::bit_cast<std::uint32_t>(level) == 0) {
     ReleaseZeroPages(samples);
@@ -57,7 +57,7 @@ void SetStep(std::span<float> profile, float outside, float inside, std::int64_t
   SetLevel(profile.subspan(before + step.size()), outside);
 }
 
-/// The step of voltage or Drug1, over all samples, so that a longer run finds it right.
+/// Builds the step of voltage or Drug1 over all samples, so that it is also right for a longer run.
 void BuildAutomaticStep() {
   const std::int64_t start = IndexOf(Stimulus.AutoStart);
   const std::int64_t stop = IndexOf(Stimulus.AutoStop);
@@ -83,7 +83,7 @@ Outcome ReadUserStimulus() {
   return path ? StimFileRead(*path) : Outcome::Refused;
 }
 
-/// USER mode needs profiles from a file; without one the mode goes back to AUTOMATIC.
+/// Reads the profiles of USER mode from a file, if necessary. On failure selects AUTOMATIC mode.
 void RebuildUserStimulus() {
   if (Stimulus.StimFromFile != 0 || Model.FitActive != 0) return;
   if (ReadUserStimulus() == Outcome::Done) {
@@ -117,8 +117,8 @@ ExponentialPulse ExponentialWave() {
           .rises = Stimulus.ExpRiseFlag != 0};
 }
 
-/// Length of a step pulse of a train. It is one quotient, so that a pulse keeps its length wherever it
-/// starts.
+/// Returns the length of a step pulse of a train. It is one quotient, so that all pulses have the same
+/// length.
 std::int64_t TrainStepSamples() {
   const double length = static_cast<double>(Stimulus.StepStop) - static_cast<double>(Stimulus.StepStart);
   return SampleIndex(length / static_cast<double>(Model.ADInterval));
@@ -139,7 +139,7 @@ bool PollStop(double fraction) {
 }
 
 void AddToTarget(const Pulse& pulse, const PulseTrain& train) {
-  // Room for one pulse, taken once for the life of the program; between uses its pages belong to the system.
+  // Room for one pulse, taken once per process; between uses the system has its pages.
   static const std::span<float> room = TakeZeroPages(MaxStimPoints);
   const std::span<float> target = TargetSamples();
   if (target.empty()) return;
@@ -155,7 +155,7 @@ Outcome StimRebuild() {
   StimReadControls();
   if (Stimulus.StimMode == StimAutomatic && Model.FitActive == 0) BuildAutomaticStep();
   if (Stimulus.StimMode == StimUser) RebuildUserStimulus();
-  // Comes last: the USER mode that it leads to asks for its file at the next rebuild.
+  // Comes last: it selects USER mode, which asks for its file at the next rebuild.
   const bool unavailable = Stimulus.StimMode == StimUnavailable;
   if (unavailable) LeaveUnavailableMode();
   ShowStimulusFacts();

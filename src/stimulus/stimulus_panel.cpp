@@ -1,4 +1,4 @@
-// The stimulus panel: its controls, what they show, and which of them the mode in force leaves open.
+// The stimulus panel: its controls, what they show, and which are open in the present mode.
 #include <algorithm>
 #include <span>
 #include <string>
@@ -38,7 +38,7 @@ constexpr char DecayTauHelp[] =
     "Time constant (ms) of the decay of an exponentially edged step; 0 for no delay.";
 constexpr char ConfigFileHelp[] = "Name of configuration file currently loaded (blank if none loaded).";
 
-// -- What the panel shows beside its fields --
+// -- What the panel shows besides its fields --
 
 double StepDuration() {
   return static_cast<double>(Stimulus.StepStop) - static_cast<double>(Stimulus.StepStart);
@@ -53,7 +53,7 @@ void ShowTrain() {
   }
 }
 
-/// A step of the automatic mode is shown: voltage or Drug1, whichever holds it.
+/// Shows the profile with the step of the automatic mode, voltage or Drug1.
 void FollowAutomaticStep() {
   if (Stimulus.StimMode != StimAutomatic || Model.FitActive != 0) return;
   Stimulus.StimTarget = Stimulus.AutoDrugOrVolt == 1 ? 0 : 1;
@@ -61,7 +61,7 @@ void FollowAutomaticStep() {
 
 // -- Dimming --
 
-/// A field that may be edited in one mode only.
+/// A field that only one mode may edit.
 struct ModeField {
   const char* control;
   int mode;
@@ -78,7 +78,7 @@ constexpr ModeField ModeFields[] = {
     {"ExpRiseFlag", StimExponential},   {"ExpRiseTau", StimExponential},
 };
 
-/// Mode, target, axis and buttons stay open in every mode; in USER mode no other field does.
+/// Dims the panel. Mode, target, axis and buttons are open in every mode; USER mode has no other open field.
 void DimStimulusPanel() {
   for (const ModeField& field : ModeFields) SetDimmed(field.control, Stimulus.StimMode != field.mode);
   if (Stimulus.ExpComponents != 2) SetDimmed("ExpAmp2", true);
@@ -282,8 +282,8 @@ std::string TargetTitle(int target) {
   return (label.empty() ? FormatText("Drug%d", target) : label) + " (M)";
 }
 
-/// NumPoints as MainPanel shows it, so that a creator works on the length that the user sees. A fit sets the
-/// length of its own simulations and keeps it.
+/// Reads NumPoints as MainPanel shows it, so that a creator uses the visible length. A fit sets the length of
+/// its own simulations and keeps it.
 void ReadNumPoints() {
   const Control* shown = FindControl("NumPoints");
   if (shown != nullptr && shown->field && Model.FitActive == 0) SetFieldNumber(shown->field, shown->number);
@@ -320,7 +320,7 @@ void StimPlot() {
   SetAxisTitle(graph, 'y', TargetTitle(target));
   SetAxisLog(graph, 'y', Stimulus.StimLogAxis != 0);
   ClearPlots(graph);
-  // The simulators hold each sample until the next: a stair shows the stimulus as it acts.
+  // The simulators hold each sample until the next, so a stair shows the stimulus as it acts.
   PlotWave(graph, PlotStyle::Stair, Black, Stimulus.Profile[static_cast<std::size_t>(target)].first(points),
            0.0, static_cast<double>(Model.ADInterval));
 }
