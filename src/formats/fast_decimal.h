@@ -11,23 +11,23 @@
 
 namespace zelvane {
 
-/// Whether rounding a double that is itself rounded to 32 bits gives what rounding its decimal would: it lies
-/// within the normal range of a float and not half-way between two of them.
+/// Returns whether rounding this double, itself rounded, to 32 bits gives the same as rounding its decimal.
+/// This is so within the normal range of a float, except half-way between two floats.
 inline bool RoundsOnce(double value) {
-  constexpr std::uint64_t Below = (std::uint64_t{1} << 29) - 1;  // bits that a float has no room for
+  constexpr std::uint64_t Below = (std::uint64_t{1} << 29) - 1;  // bits that a float does not have
   constexpr std::uint64_t Half = std::uint64_t{1} << 28;
   const double size = std::fabs(value);
   return size == 0.0 ||
          (size > 1e-37 && size < 1e38 && (std::bit_cast<std::uint64_t>(value) & Below) != Half);
 }
 
-/// Reads the number of at most 18 digits, with a sign, a full stop and an exponent or without, that a text
-/// begins with, correctly rounded. Nothing, with `value` as it was, for every other text, and for the few
-/// numbers that need more care.
+/// Reads the number at the begin of a text, correctly rounded: at most 18 digits, with or without sign, full
+/// stop and exponent. For any other text, and for the few numbers that need more care, returns nullptr and
+/// keeps `value`.
 ///
 /// A whole number below 2^53, multiplied or divided by a power of ten up to 10^22, is exact before its one
 /// rounding (Clinger 1990, How to read floating point numbers accurately).
-/// @return the place behind the number; a number that ends with the text may go on in what was not read yet
+/// @return the place after the number; at the end of the text the number may continue in text not yet read
 template <typename Real>
 const char* FastDecimalAt(const char* at, const char* end, Real& value) {
   static_assert(std::is_same_v<Real, float> || std::is_same_v<Real, double>);
@@ -47,7 +47,7 @@ const char* FastDecimalAt(const char* at, const char* end, Real& value) {
     for (; at != end; ++at) {
       const unsigned digit = static_cast<unsigned char>(*at) - unsigned{'0'};
       if (digit > 9) return;
-      whole = whole * 10 + digit;  // may go around with too many digits, which the count below refuses
+      whole = whole * 10 + digit;  // may overflow with too many digits; the count below refuses them
     }
   };
   digits();
@@ -84,7 +84,7 @@ const char* FastDecimalAt(const char* at, const char* end, Real& value) {
   return at;
 }
 
-/// The same for a word that is such a number and nothing else; false for every other.
+/// Does the same for a word that is only such a number. Returns false for any other word.
 template <typename Real>
 bool FastDecimal(std::string_view word, Real& value) {
   const char* end = word.data() + word.size();

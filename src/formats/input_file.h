@@ -18,17 +18,18 @@ namespace zelvane {
 /// never return.
 std::optional<std::ifstream> OpenInput(const std::string& path);
 
-/// The bytes of a file, at most `most` of them; a longer file is taken as if it had been cut off there.
-/// Nothing when it cannot be opened and read.
+/// Returns the bytes of a file, at most `most`; a longer file is cut there. Returns nullopt when the file
+/// cannot be opened and read.
 std::optional<std::string> ReadBytes(const std::string& path, std::size_t most);
 
 /// Reads the lines of a text file of any length, one after the other, in the same way as TextLines.
 class LineReader {
  public:
-  /// @param longest  bytes of a line that are given; what a longer line has beyond them is passed over
+  /// @param longest  bytes of a line that Next returns; it skips the rest of a longer line
   LineReader(std::ifstream file, std::size_t longest) : file_(std::move(file)), longest_(longest) {}
 
-  /// The next line without its end, or nothing at the end of the file. It lasts until the next call.
+  /// Returns the next line without its end, valid until the next call. Returns nullopt at the end of the
+  /// file.
   std::optional<std::string_view> Next() {
     const auto line = lines_.Next();
     return line ? std::optional(line->substr(0, longest_)) : std::nullopt;

@@ -9,12 +9,12 @@
 namespace zelvane {
 namespace {
 
-/// What isspace takes in the C locale.
+/// Returns what isspace returns in the C locale.
 bool IsBlank(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-/// What stands before the digits of every kind of number.
+/// The sign before the digits of a number.
 struct Sign {
   bool minus = false;
   bool any = false;
@@ -37,7 +37,7 @@ char Lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-/// Takes `word`, given in small letters, off the head of `rest` in letters of either kind.
+/// Removes `word`, in small letters, from the front of `rest`, in small or capital letters.
 bool SkipWord(std::string_view& rest, std::string_view word) {
   const bool same = rest.size() >= word.size() && std::equal(word.begin(), word.end(), rest.begin(),
                                                              [](char w, char c) { return w == Lower(c); });
@@ -45,8 +45,8 @@ bool SkipWord(std::string_view& rest, std::string_view word) {
   return same;
 }
 
-/// Whether `number`, which from_chars found out of range, is too small rather than too large. `mark` begins
-/// its exponent; digits are decimal or hexadecimal.
+/// Returns whether `number`, which from_chars found out of range, is too small and not too large. `mark`
+/// begins its exponent; digits are decimal or hexadecimal.
 bool TooSmall(std::string_view number, char mark, std::int64_t exponentPerDigit) {
   const auto isMark = [mark](char c) { return Lower(c) == mark; };
   const auto end =
@@ -61,8 +61,8 @@ bool TooSmall(std::string_view number, char mark, std::int64_t exponentPerDigit)
     const auto [stop, error] = std::from_chars(begin, number.data() + number.size(), exponent);
     if (error == std::errc::result_out_of_range) return *begin == '-';
   }
-  // The first digit that counts stands `point - first` places before the point. Lines are far too short for
-  // this sum to matter beside a 64-bit exponent, which is held away from its bounds all the same.
+  // The first digit above 0 is `point - first` places before the point. Lines are far too short to make this
+  // sum large. The exponent has 64 bits; the bound keeps the sum from overflow.
   constexpr std::int64_t Bound = std::numeric_limits<std::int64_t>::max() / 4;
   return std::clamp(exponent, -Bound, Bound) + (point - first) * exponentPerDigit < 0;
 }
@@ -73,8 +73,8 @@ bool BeginsWithDigits(std::string_view text, bool hexadecimal) {
   return IsDigit(c) || c == '.' || (hexadecimal && c >= 'a' && c <= 'f');
 }
 
-/// Passes over the mark and sign of an exponent without digits behind `number`, as scanf does. So a number
-/// that was cut off within its exponent reaches to the end of its line, too.
+/// Skips the mark and sign of an exponent without digits after `number`, as scanf does. So a number that was
+/// cut off in its exponent also reaches the end of its line.
 void PassOpenExponent(std::string_view& rest, std::string_view number, char mark) {
   const auto isMark = [mark](char c) { return Lower(c) == mark; };
   if (rest.empty() || !isMark(rest.front()) || std::any_of(number.begin(), number.end(), isMark)) return;
@@ -91,7 +91,7 @@ Scan ScanReal(std::string_view& rest, Real& value) {
     return Scan::Refused;
   }
   const bool hexadecimal = SkipWord(at, "0x");
-  // from_chars has a sign and words of its own, which have had their turn.
+  // from_chars accepts its own signs and words; they were read above.
   if (!BeginsWithDigits(at, hexadecimal)) return Scan::Missing;
   const auto format = hexadecimal ? std::chars_format::hex : std::chars_format::general;
   Real scanned = 0;

@@ -18,8 +18,8 @@ struct TextLine {
 /// Removes the next line from `rest` and returns it. Returns an empty result at the end of the text.
 std::optional<TextLine> NextLine(std::string_view& rest);
 
-/// The word that begins the text, after blanks and line ends, at most `longest` bytes of it; it is taken off
-/// `rest`.
+/// Removes the first word from `rest`, after blanks and line ends, and returns it. Takes at most `longest`
+/// bytes.
 std::string_view FirstWord(std::string_view& rest, std::size_t longest);
 
 /// The result of a scan at the begin of a line.
@@ -29,10 +29,9 @@ enum class Scan {
   Missing,  // no number: scanf would stop here
 };
 
-/// Scans one number off the head of `rest` into `value`, as scanf's %d, %f and %lf do: blanks before it are
-/// skipped and a number may be followed directly by anything else. The int form takes the leading integer of
-/// "3.7". The others take a fraction, an exponent and the hexadecimal form; one too small for the type gives
-/// 0.
+/// Reads one number from the front of `rest` into `value` and removes it, as scanf's %d, %f and %lf do: skips
+/// blanks before it, and allows any text directly after it. The int form reads the leading integer of "3.7".
+/// The others read a fraction, an exponent and the hexadecimal form; a number too small for the type gives 0.
 Scan ScanNumber(std::string_view& rest, int& value);
 Scan ScanNumber(std::string_view& rest, float& value);
 Scan ScanNumber(std::string_view& rest, double& value);

@@ -11,7 +11,7 @@
 
 namespace zelvane {
 
-/// The number whose bytes, lowest first, begin at `bytes`.
+/// Returns the number whose bytes, lowest first, begin at `bytes`.
 inline std::uint32_t LittleEndian32(const unsigned char* bytes) {
   return static_cast<std::uint32_t>(bytes[0]) | (static_cast<std::uint32_t>(bytes[1]) << 8) |
          (static_cast<std::uint32_t>(bytes[2]) << 16) | (static_cast<std::uint32_t>(bytes[3]) << 24);
@@ -21,7 +21,7 @@ inline std::uint16_t LittleEndian16(const unsigned char* bytes) {
   return static_cast<std::uint16_t>(bytes[0] | (bytes[1] << 8));
 }
 
-/// Reads up to `count` bytes at `offset`; the number of bytes that were there.
+/// Reads up to `count` bytes at `offset`. Returns the number of bytes read.
 inline std::size_t ReadAt(std::istream& file, std::int64_t offset, void* bytes, std::size_t count) {
   file.clear();
   file.seekg(offset);
@@ -30,7 +30,7 @@ inline std::size_t ReadAt(std::istream& file, std::int64_t offset, void* bytes, 
   return static_cast<std::size_t>(file.gcount());
 }
 
-/// Fields of a header, each where the file reaches that far.
+/// Return a field of a header; nullopt when the file ends before it.
 inline std::optional<std::int32_t> Int32At(std::istream& file, std::int64_t offset) {
   unsigned char bytes[4];
   if (ReadAt(file, offset, bytes, sizeof bytes) != sizeof bytes) return std::nullopt;
@@ -49,7 +49,7 @@ inline std::optional<float> FloatAt(std::istream& file, std::int64_t offset) {
   return std::bit_cast<float>(*bits);
 }
 
-/// Puts floats that were read as bytes into the order of this machine.
+/// Converts floats that were read as bytes to the order of this machine.
 inline void FromLittleEndian(std::span<float> values) {
   if constexpr (std::endian::native == std::endian::little) return;
   for (float& value : values) {

@@ -26,13 +26,13 @@ std::array<double, 2 * MostExponent + 1> PowersOfTen() {
 
 const std::array<double, 2 * MostExponent + 1> Powers = PowersOfTen();
 
-/// Magnitudes that the multiplication serves: with seven digits the power of ten stays within the table, and
-/// no operand is subnormal.
+/// Limits of a magnitude for the multiplication: with seven digits the power of ten stays within the table,
+/// and no operand is subnormal.
 constexpr double LeastMagnitude = 1e-290;
 constexpr double MostMagnitude = 1e290;
 
-/// A product of fewer than eight digits before the point is wrong by at most 10^7 x 2 x 2^-53 = 2.3e-9.
-/// Closer than this to a half it does not tell how the exact value rounds.
+/// A product of fewer than eight digits before the point has an error of at most 10^7 x 2 x 2^-53 = 2.3e-9.
+/// If it is nearer than this to a half, the rounding of the exact value is unknown.
 constexpr double Doubt = 1e-8;
 
 constexpr std::uint32_t Power10[] = {1, 10, 100, 1000, 10'000, 100'000, 1'000'000, 10'000'000};
@@ -43,9 +43,9 @@ struct Decimal {
   int exponent = 0;
 };
 
-/// Rounds a magnitude within the range above to `count` digits, at most 7. False when in doubt.
+/// Rounds a magnitude within the range above to `count` digits, at most 7. Returns false when in doubt.
 inline bool RoundTo(int count, double magnitude, Decimal& decimal) {
-  // 1233 / 4096 lies just above log10(2): the estimate is right or one too small.
+  // 1233 / 4096 is just above log10(2): the estimate is right or one too small.
   const int binary = static_cast<int>(std::bit_cast<std::uint64_t>(magnitude) >> 52) - 1023;
   decimal.exponent = (binary * 1233) >> 12;
   if (binary < 0) decimal.exponent = -((-binary * 1233 + 4095) >> 12);
@@ -70,7 +70,7 @@ bool FastRange(double magnitude) {
   return magnitude >= LeastMagnitude && magnitude <= MostMagnitude;
 }
 
-/// "00" to "99", one behind the other.
+/// "00" to "99" in one row.
 constexpr std::array<char, 200> DigitPairs = [] {
   std::array<char, 200> pairs{};
   for (std::size_t k = 0; k < 100; ++k) {
@@ -80,7 +80,7 @@ constexpr std::array<char, 200> DigitPairs = [] {
   return pairs;
 }();
 
-/// Writes `count` digits, zeros in front included, to `out`.
+/// Writes `count` digits, with leading zeros, to `out`.
 inline void WriteDigits(char* out, std::uint32_t digits, int count) {
   for (; count > 1; count -= 2) {
     std::memcpy(out + count - 2, DigitPairs.data() + 2 * (digits % 100), 2);
@@ -105,7 +105,7 @@ inline char* WriteExponent(char* out, int exponent) {
   return out + digits;
 }
 
-/// Writes d.dddddd with the given digits behind the point, none and no point for 0.
+/// Writes d.dddddd with `decimals` digits after the point; without a point for 0.
 inline char* WriteMantissa(char* out, std::uint32_t digits, int decimals) {
   WriteDigits(out + 1, digits, decimals + 1);
   out[0] = out[1];
@@ -139,7 +139,7 @@ void AppendGeneral(std::string& text, double value) {
     AppendSlowly(text, value, std::chars_format::general, Digits);
     return;
   }
-  int count = Digits;  // trailing zeros are left out
+  int count = Digits;  // without trailing zeros
   while (count > 1 && decimal.digits % 10 == 0) {
     decimal.digits /= 10;
     --count;

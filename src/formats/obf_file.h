@@ -9,7 +9,7 @@
 
 namespace zelvane {
 
-/// Fields of the header, each where the file reaches that far. Their values are the file's own.
+/// Fields of the header with the values in the file; empty where the file is too short.
 struct ObfHeader {
   bool marked = false;  // the file begins with "OBF"
   std::optional<std::int32_t> numRuns;
@@ -22,8 +22,8 @@ ObfHeader ReadObfHeader(std::istream& file);
 /// Returns the number of samples of all runs in the file, independent of its header.
 std::int64_t ObfSamplesHeld(std::istream& file);
 
-/// Reads up to `count` samples, run after run, from sample `first` on into the front of `destination`; as
-/// many as it holds and the file has. A count below 1 reads none.
+/// Reads up to `count` samples, run after run, from sample `first` on into the front of `destination`. Stops
+/// when `destination` is full or the file ends. Reads nothing for a count below 1.
 std::size_t ReadObfSamples(std::istream& file, std::int64_t first, std::int64_t count,
                            std::span<float> destination);
 

@@ -10,7 +10,8 @@
 
 namespace zelvane {
 
-/// Gives `head` and then `rows` rows, each appended by `appendRow(text, row)`, about a megabyte at a time.
+/// Returns `head` and then `rows` rows in blocks of about a megabyte. `appendRow(text, row)` appends each
+/// row.
 template <typename AppendRow>
 NextBlock MakeRowBlocks(std::string head, std::size_t rows, AppendRow appendRow) {
   constexpr std::size_t BlockBytes = 1 << 20;

@@ -18,7 +18,7 @@ static_assert(std::endian::native == std::endian::little, "stimulus files hold n
 constexpr std::int64_t SampleBytes = 4;
 constexpr std::size_t LongestLine = 300;  // bytes
 
-/// The byte at which a profile begins.
+/// Returns the byte at which a profile begins.
 std::int64_t SampleBegin(std::size_t profile, int samples) {
   return static_cast<std::int64_t>(StimFileHeadBytes) +
          static_cast<std::int64_t>(profile) * samples * SampleBytes;

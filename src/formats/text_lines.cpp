@@ -10,7 +10,7 @@ constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view Utf16LittleMark = "\xFF\xFE";
 constexpr std::string_view Utf16BigMark = "\xFE\xFF";
 
-/// Appends a code unit of UTF-16 as UTF-8. Halves of a pair, which no number and no name of a signal needs,
+/// Appends a code unit of UTF-16 as UTF-8. Halves of a pair, which numbers and names of signals do not need,
 /// become question marks.
 void AppendUnit(std::string& text, unsigned unit) {
   if (unit < 0x80) {
@@ -48,7 +48,7 @@ void TextLines::Begin() {
   if (text.find('\n') == std::string_view::npos && text.find('\r') != std::string_view::npos) lineEnd_ = '\r';
 }
 
-/// Adds the next block behind what is still to be given. False at the end of the file.
+/// Appends the next block to the bytes not yet returned. Returns false at the end of the file.
 bool TextLines::Refill() {
   if (at_ > 0) {
     std::memmove(buffer_.data(), buffer_.data() + at_, filled_ - at_);
@@ -68,7 +68,7 @@ bool TextLines::Refill() {
   return read > 0;
 }
 
-/// Appends an even number of bytes; an odd one at the end of the file is no unit.
+/// Appends an even number of bytes. Ignores an odd byte at the end of the file.
 void TextLines::AppendUtf16(std::string_view raw) {
   buffer_.resize(filled_);
   const std::size_t low = encoding_ == Encoding::Utf16Little ? 0 : 1;

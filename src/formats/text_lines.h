@@ -9,9 +9,9 @@
 
 namespace zelvane {
 
-/// Lines of a text in plain bytes, UTF-8 or, by its mark, UTF-16; marks are taken off and lines come as
-/// UTF-8. Lines end in "\n" or "\r\n" or, where the first block holds no "\n", in "\r". The last one need not
-/// end. NUL bytes are bytes like any other. Memory grows with the longest line only.
+/// Lines of a text in plain bytes, UTF-8 or, with its mark, UTF-16. Removes the marks and returns lines in
+/// UTF-8. Lines end in "\n" or "\r\n", or in "\r" when the first block has no "\n". The last line may lack
+/// its end. NUL bytes are bytes like any other. Memory grows only with the longest line.
 class TextLines {
  public:
   static constexpr std::size_t DefaultBlock = std::size_t{256} * 1024;
@@ -23,8 +23,8 @@ class TextLines {
   /// the end of the text.
   std::optional<std::string_view> Next();
 
-  /// What has been read behind the line given last, and the character that ends its lines. A caller may take
-  /// whole lines off it, ends included, and say so with Skip.
+  /// Returns the text that was read after the last line, and the character that ends its lines. A caller may
+  /// use whole lines from it, with their ends, and must then call Skip.
   std::string_view Ahead() const { return std::string_view(buffer_).substr(at_, filled_ - at_); }
   char LineEnd() const { return lineEnd_; }
   void Skip(std::size_t bytes, std::size_t lines) {
@@ -32,7 +32,7 @@ class TextLines {
     number_ += lines;
   }
 
-  /// Lines given so far: the number of the one given last, from 1.
+  /// Returns the number of lines so far, which is the number of the last line, from 1.
   std::size_t Number() const { return number_; }
 
  private:
@@ -45,10 +45,10 @@ class TextLines {
   std::istream& in_;
   std::size_t blockBytes_;
   Encoding encoding_ = Encoding::Bytes;
-  std::string buffer_;  // the bytes [at_, filled_) are still to be given
+  std::string buffer_;  // bytes [at_, filled_) are not yet returned
   std::size_t at_ = 0;
   std::size_t filled_ = 0;
-  std::string raw_;  // a block as the file has it, where it is not UTF-8
+  std::string raw_;  // a block as in the file, when it is not UTF-8
   char lineEnd_ = '\n';
   std::size_t number_ = 0;
 };

@@ -25,7 +25,7 @@ constexpr std::size_t TimesTested = 3;
 
 // -- Words of a line --
 
-/// Blanks, control bytes and NUL part words.
+/// Returns whether a character separates words: blanks, control bytes and NUL.
 bool IsBlank(char c) {
   return static_cast<unsigned char>(c) <= ' ';
 }
@@ -38,7 +38,7 @@ std::size_t CountWords(std::string_view line) {
   return words;
 }
 
-/// Takes the next word off `rest`; empty at its end.
+/// Removes the next word from `rest` and returns it; empty at the end.
 std::string_view NextWord(std::string_view& rest) {
   std::size_t begin = 0;
   while (begin < rest.size() && IsBlank(rest[begin])) ++begin;
@@ -49,7 +49,7 @@ std::string_view NextWord(std::string_view& rest) {
   return word;
 }
 
-/// A line from its word `index` on, counted from 0; empty without that word.
+/// Returns a line from its word `index` on, counted from 0; empty without that word.
 std::string_view FromWord(std::string_view line, std::size_t index) {
   for (std::size_t k = 0; k < index; ++k) NextWord(line);
   std::size_t begin = 0;
@@ -63,7 +63,7 @@ bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-/// A word with its comma changed into a full stop, if that stands between the digits of its number.
+/// Returns a word with a full stop instead of its comma, if the comma is between digits of a number.
 std::optional<std::string> WithFullStop(std::string_view word) {
   const std::size_t comma = word.find_first_not_of("0123456789", word.front() == '-' || word.front() == '+');
   if (comma == std::string_view::npos || word[comma] != ',') return std::nullopt;
@@ -76,7 +76,7 @@ std::optional<std::string> WithFullStop(std::string_view word) {
   return changed;
 }
 
-/// What %g makes of a number that is not finite or too large: the word names which.
+/// Returns what %g gives for a number that is not finite or too large: the word says which.
 template <typename Real>
 Real BeyondFinite(std::string_view word) {
   const bool minus = word.front() == '-';
@@ -86,7 +86,7 @@ Real BeyondFinite(std::string_view word) {
   return minus ? -size : size;
 }
 
-/// Every form that %g takes, with what may follow it in its word, and a comma as decimal mark.
+/// Reads every form that %g takes, with any text after it in its word, and a comma as decimal mark.
 template <typename Real>
 std::optional<Real> UnusualValue(std::string_view word) {
   std::optional<std::string> changed;
@@ -108,8 +108,8 @@ std::optional<Real> UnusualValue(std::string_view word) {
   return std::nullopt;
 }
 
-/// The number that the first word of a text is. Mostly the text is that word and nothing else, and need not
-/// be searched for its end.
+/// Returns the number in the first word of a text. Usually the text is only that word, so its end need not be
+/// searched.
 template <typename Real>
 std::optional<Real> FirstValue(std::string_view text) {
   Real value = 0;
@@ -123,14 +123,14 @@ std::optional<Real> FirstValue(std::string_view text) {
   return UnusualValue<Real>(word);
 }
 
-/// The list behind the mark up to its closing quote, and the names that it holds.
+/// Reads the list after the mark up to its closing quote, and the names in it.
 void ReadSignalList(std::string_view line, TextShape& shape) {
   line.remove_prefix(SignalsMark.size());
   shape.signalList = line.substr(0, line.find('"'));
   shape.signals = 1 + static_cast<int>(std::count(shape.signalList.begin(), shape.signalList.end(), ','));
 }
 
-/// The unit that ends a title: "pA" of "Trace #1 (pA)".
+/// Returns the unit at the end of a title: "pA" of "Trace #1 (pA)".
 std::string UnitOf(std::string_view title) {
   const std::size_t open = title.rfind('(');
   if (open == std::string_view::npos) return {};
@@ -139,11 +139,11 @@ std::string UnitOf(std::string_view title) {
                                          : std::string(title.substr(open + 1, close - open - 1));
 }
 
-/// The units of the signals, from the titles of the columns, which stand in quotes or between tabs.
+/// Reads the units of the signals from the titles of the columns, which are in quotes or between tabs.
 void ReadUnits(std::string_view titles, TextShape& shape) {
   const char mark = titles.find('"') == std::string_view::npos ? '\t' : '"';
-  const std::size_t step = mark == '"' ? 2 : 1;  // what lies between two quoted titles is none
-  const std::size_t first = (shape.columns > 1 ? 2 * step : step) - 1;  // behind the time, where there is one
+  const std::size_t step = mark == '"' ? 2 : 1;  // text between two quoted titles is not a title
+  const std::size_t first = (shape.columns > 1 ? 2 * step : step) - 1;  // after the time, if there is one
   const std::size_t signals = std::min(static_cast<std::size_t>(shape.signals), titles.size());
   for (std::size_t part = 0; shape.units.size() < signals && !titles.empty(); ++part) {
     const std::size_t end = titles.find(mark);
@@ -154,7 +154,7 @@ void ReadUnits(std::string_view titles, TextShape& shape) {
   shape.units.resize(signals);
 }
 
-/// The column of the wanted signal and episode; column 0 is the time.
+/// Returns the column of the signal and episode of the request; column 0 is the time.
 std::size_t WantedColumn(const TextShape& shape, const TextRequest& request) {
   if (shape.columns == 2) return 1;
   const int place = (request.signal - 1) % shape.signals;
@@ -164,7 +164,7 @@ std::size_t WantedColumn(const TextShape& shape, const TextRequest& request) {
          static_cast<std::size_t>(signal);
 }
 
-/// The interval and its test, from the first times of an ATF, s. Only a step that is too long fails.
+/// Reads the interval from the first times of an ATF, in s, and tests it. Only a step that is too long fails.
 void ReadInterval(const std::array<double, TimesTested>& times, std::size_t count, TextSamples& read) {
   if (count < 2) return;
   const double interval = std::clamp((times[1] - times[0]) * 1000.0, MinTextInterval, MaxAtfInterval);
@@ -226,7 +226,7 @@ TextSamples TextRecording::Read(const TextRequest& request) {
   return read;
 }
 
-/// The next line of one number; without an ATF's header the first line of the file is one.
+/// Returns the next line with one number. Without an ATF header this includes the first line of the file.
 std::optional<std::string_view> TextRecording::FirstOrNext() {
   if (shape_.atf || firstGiven_) return lines_.Next();
   firstGiven_ = true;
@@ -257,7 +257,7 @@ void TextRecording::ReadColumn(const TextRequest& request, TextSamples& read) {
   }
 }
 
-/// Takes the lines ahead that hold a number and nothing else, up to the first that needs more care.
+/// Reads the next lines that hold only a number, up to the first that needs more care.
 void TextRecording::ReadPlainLines(const TextRequest& request, std::vector<float>& samples) {
   const std::string_view ahead = lines_.Ahead();
   const char* const end = ahead.data() + ahead.size();
@@ -297,8 +297,8 @@ void TextRecording::ReadTable(const TextRequest& request, TextSamples& read) {
   }
 }
 
-/// Takes the sample that a row begins with, and those of the episodes that follow. False, with none of them
-/// taken, when one is no number.
+/// Reads the sample at the begin of a row, and those of the next episodes. If one is not a number, appends no
+/// sample and returns false.
 bool TextRecording::AppendRow(std::string_view row, int episodes, float scale, TextSamples& read) const {
   const std::size_t taken = read.samples.size();
   for (int e = 0; e < episodes; ++e) {
@@ -313,7 +313,7 @@ bool TextRecording::AppendRow(std::string_view row, int episodes, float scale, T
   return true;
 }
 
-/// The next row; `sample` begins with the word in the wanted column of it.
+/// Returns the next row; `sample` begins with its word in the column of the request.
 std::optional<std::string_view> TextRecording::NextRow(std::size_t column, std::string_view& sample,
                                                        TextSamples& read) {
   const auto wanted = static_cast<std::size_t>(shape_.columns) - column;  // words from the wanted one on
@@ -330,8 +330,8 @@ std::optional<std::string_view> TextRecording::NextRow(std::size_t column, std::
   }
 }
 
-/// A row that goes on in the lines that follow. When these do not end where the row must, its first line is
-/// bad; a row that the end of the text cuts off is left out.
+/// Joins a row that continues in the next lines. If they do not end where the row must end, its first line is
+/// bad. Leaves out a row that is cut off by the end of the text.
 std::optional<std::string_view> TextRecording::JoinRow(std::string_view begin, std::size_t words,
                                                        TextSamples& read) {
   const std::size_t number = lines_.Number();

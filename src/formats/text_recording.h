@@ -1,8 +1,8 @@
-// Recordings written as text: ATF, and one number a line. No screen, no stores.
+// Recordings written as text: ATF, and one number a line. Uses no screen and no stores.
 //
-// Numbers are those of scanf's %g, correctly rounded, with a full stop in every locale. A comma between the
-// digits of a number that has no full stop is taken as its decimal mark; any other comma makes the line no
-// row of numbers.
+// Numbers are read as by scanf's %g, correctly rounded, with a full stop in every locale. A comma between the
+// digits of a number without a full stop is its decimal mark. With any other comma the line is not a row of
+// numbers.
 #pragma once
 
 #include <cstddef>
@@ -16,35 +16,35 @@
 
 namespace zelvane {
 
-/// Limits of the interval between samples that a text can bring, ms.
+/// Limits of the interval between samples in a text, ms.
 inline constexpr double MinTextInterval = 1e-6;
 inline constexpr double MaxAtfInterval = 1e8;
 inline constexpr double MaxColumnInterval = 1e6;
 
-/// What the lines before the samples tell.
+/// The contents of the lines before the samples.
 struct TextShape {
   bool atf = false;                  // false: one number a line
-  int columns = 1;                   // of an ATF, the time included where it has one
-  int signals = 1;                   // side by side in each episode
+  int columns = 1;                   // columns of an ATF, including the time if there is one
+  int signals = 1;                   // signals side by side in each episode
   std::string signalList;            // their names as the file lists them, split by commas
-  std::vector<std::string> units{};  // of each signal, as the titles of an ATF's columns tell them
+  std::vector<std::string> units{};  // unit of each signal, from the titles of an ATF's columns
   int episodes = 1;
 };
 
-/// Which samples are wanted.
+/// The samples to read.
 struct TextRequest {
-  int signal = 1;             // counts around: with 2 signals 3 is the first again
+  int signal = 1;             // modulo the signals: with 2 signals 3 is the first again
   int episode = 1;            // 1..TextShape::episodes
-  int episodes = 1;           // so many from there on, in one reading
+  int episodes = 1;           // number of episodes to read at once
   bool intervalLine = false;  // one number a line: the first is the interval, ms
-  float scale = 1.0F;         // of every sample
-  std::size_t most = 0;       // samples of an episode at most
+  float scale = 1.0F;         // factor for every sample
+  std::size_t most = 0;       // most samples of an episode
 };
 
 struct TextSamples {
-  std::vector<float> samples;        // of several episodes, the first of each, then the second of each ...
+  std::vector<float> samples;  // several episodes: the first sample of each, then the second of each ...
   std::optional<double> intervalMs;  // within its limits; empty for a text without an interval
-  bool unequalSteps = false;         // the third time lies too far from the second; three samples were read
+  bool unequalSteps = false;         // the third time is too far from the second; three samples were read
   std::size_t badLine = 0;  // line that is not a row of numbers and ended the read; 0 without such a line
 };
 
@@ -62,9 +62,9 @@ class TextRecording {
   /// Returns the reason for a text without samples, in one sentence; empty for a text with samples.
   const std::string& Refusal() const { return refusal_; }
 
-  /// Reads the samples, once. Lines may be of any length, blank ones are passed over, and a row of an ATF
-  /// may go on in further lines. Reading ends at the end of the text, at `request.most` samples or at a line
-  /// that is no row of numbers.
+  /// Reads the samples, once. Lines may have any length, blank lines are skipped, and a row of an ATF may
+  /// continue in further lines. Reading ends at the end of the text, at `request.most` samples or at a line
+  /// that is not a row of numbers.
   TextSamples Read(const TextRequest& request);
 
  private:
@@ -78,7 +78,7 @@ class TextRecording {
   bool AppendRow(std::string_view row, int episodes, float scale, TextSamples& read) const;
 
   TextLines lines_;
-  std::string first_;  // the line that told the kind; without an ATF's mark it is read again
+  std::string first_;  // the line that decided the kind; without an ATF's mark it is read again
   bool firstGiven_ = false;
   std::string row_;  // a row put together from several lines
   TextShape shape_;

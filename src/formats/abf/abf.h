@@ -115,8 +115,8 @@ using AbfWriteHandle = std::unique_ptr<AbfWriter, AbfWriterCloser>;
 AbfWriteHandle OldABF_OpenWrite(const std::string& path, const AbfHeader& header);
 
 /// Appends samples in user units: a sweep of an episodic file (operation mode 5), or the next part of a
-/// gap-free file (mode 3). Returns false when the write fails, or when the format cannot count so many
-/// samples.
+/// gap-free file (mode 3). Returns false when the write fails, or when there are more samples than the format
+/// can count.
 bool OldABF_WriteRawSweep(AbfWriter& writer, std::span<const float> samples);
 
 /// Writes the header again, with the present lengths and sweeps of the file instead of those in `header`.

@@ -1,4 +1,4 @@
-// The header of ABF 1.x: fields at fixed places of its first 2048 bytes, of 6144 in later files.
+// The header of ABF 1.x: fields at fixed places of its first 2048 bytes, in later files 6144 bytes.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -11,12 +11,12 @@ namespace {
 constexpr std::size_t ShortHeader = 2048;
 constexpr std::size_t LongHeader = 6144;
 constexpr std::int64_t FirstDataBlock = 4;        // with a short header
-constexpr std::int64_t LongHeaderDataBlock = 12;  // from here on the telegraph fields exist
+constexpr std::int64_t LongHeaderDataBlock = 12;  // from this block on the telegraph fields exist
 constexpr double FirstLongVersion = 1.6;
 
 using Bytes = std::span<const std::byte>;
 
-/// The physical inputs in sampling order.
+/// Reads the physical inputs in sampling order.
 std::string ReadSamplingSequence(Bytes bytes, AbfHeader& header) {
   const int channels = NumberAt<std::int16_t>(bytes, 120);
   if (channels < 1 || channels > AbfMaxChannels) return "The header names an impossible number of channels.";
@@ -36,16 +36,16 @@ std::string ReadSamplingSequence(Bytes bytes, AbfHeader& header) {
     header.samplingSequence[at] = input;
   }
   if (repeated && !allZero) return "The sampling sequence of the header names an input twice.";
-  // Some programs leave the sequence unset; their inputs then stand in order.
+  // Some programs do not set the sequence; their inputs are in order.
   for (int place = 0; place < channels && repeated; ++place)
     header.samplingSequence[static_cast<std::size_t>(place)] = place;
   return {};
 }
 
-/// The gain that an amplifier told the recording program, beyond those of the converter.
+/// Returns the gain that an amplifier reported to the recording program, without those of the converter.
 float AdditionalGain(Bytes bytes, int input, bool longHeader) {
   const auto at = static_cast<std::size_t>(input);
-  // In short headers the telegraph's place holds samples already, and only 1 means enabled.
+  // A short header has samples at the place of the telegraph fields. Only 1 means enabled.
   if (longHeader)
     return NumberAt<std::int16_t>(bytes, 4512 + 2 * at) == 1 ? NumberAt<float>(bytes, 4576 + 4 * at) : 1.0F;
   const bool autoSample =
@@ -107,7 +107,7 @@ std::string ReadAbf1Header(const ByteSource& source, AbfHeader& header, AbfLayou
 
   const double interval = NumberAt<float>(bytes, 122);
   if (!std::isfinite(interval) || interval <= 0.0) return "The sample interval is not a positive number.";
-  header.sampleInterval = interval * header.channels;  // the header has it between any two samples
+  header.sampleInterval = interval * header.channels;  // in the header it is between any two samples
   header.startDate = AbfDate(NumberAt<std::int32_t>(bytes, 20));
   header.startTime = AbfTimeOfDay(NumberAt<std::int32_t>(bytes, 24));
   header.creator = TextAt(bytes, 294, 16);

@@ -1,4 +1,4 @@
-// The header of ABF 2.x: a table of sections, each of which stands anywhere in the file.
+// The header of ABF 2.x: a table of sections, which may be anywhere in the file.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -22,10 +22,10 @@ constexpr std::size_t StringsSection = 220;
 constexpr std::size_t DataSection = 236;
 constexpr std::size_t SynchSection = 316;
 
-constexpr std::size_t ProtocolBytes = 140;  // as far as its fields are read
-constexpr std::size_t AdcItemBytes = 82;    // the same of one input
+constexpr std::size_t ProtocolBytes = 140;  // the part with fields that are read
+constexpr std::size_t AdcItemBytes = 82;    // the same for one input
 constexpr std::size_t MaxAdcItemBytes = 4096;
-constexpr std::size_t MaxStringBytes = 1 << 20;  // names and units stand at the front
+constexpr std::size_t MaxStringBytes = 1 << 20;  // names and units are at the front
 constexpr std::size_t FirstString = 44;
 
 struct Section {
@@ -39,7 +39,8 @@ Section SectionAt(Bytes fileHeader, std::size_t offset) {
           NumberAt<std::int64_t>(fileHeader, offset + 8)};
 }
 
-/// `count` bytes at the begin of a section, fewer at the end of the file; none of an absent one.
+/// Returns `count` bytes from the begin of a section, fewer at the end of the file. Empty for an absent
+/// section.
 std::vector<std::byte> ReadSection(const ByteSource& source, const Section& section, std::size_t count) {
   const std::int64_t position = section.block * AbfBlockBytes;
   if (section.block == 0 || position >= source.Size()) return {};
@@ -49,7 +50,7 @@ std::vector<std::byte> ReadSection(const ByteSource& source, const Section& sect
   return bytes;
 }
 
-/// The strings of a file, closed by a NUL each and counted from 1.
+/// The strings of a file, each with a NUL at its end and counted from 1.
 class StringTable {
  public:
   StringTable(const ByteSource& source, const Section& section)
@@ -60,7 +61,7 @@ class StringTable {
       bytes_.clear();
   }
 
-  /// Empty for an index that no string has.
+  /// Returns a string; empty for an index without a string.
   std::string At(std::int32_t index) const {
     if (bytes_.empty() || index < 1) return {};
     auto begin = bytes_.begin() + FirstString;
@@ -78,7 +79,7 @@ class StringTable {
 std::string ReadProtocol(Bytes protocol, AbfHeader& header) {
   if (protocol.size() < ProtocolBytes) return "The file has no protocol section.";
   header.operationMode = NumberAt<std::int16_t>(protocol, 0);
-  header.sampleInterval = NumberAt<float>(protocol, 2);  // of one channel, unlike that of version 1
+  header.sampleInterval = NumberAt<float>(protocol, 2);  // for one channel, unlike in version 1
   if (!std::isfinite(header.sampleInterval) || header.sampleInterval <= 0.0)
     return "The sample interval is not a positive number.";
   SetConverter(header, NumberAt<float>(protocol, 110), NumberAt<std::int32_t>(protocol, 118));
@@ -99,7 +100,7 @@ void ReadInput(Bytes item, int input, const StringTable& strings, AbfHeader& hea
                  .signalOffset = NumberAt<float>(item, 52)});
 }
 
-/// One item for each channel, in the order of the samples.
+/// Reads one item for each channel, in the order of the samples.
 std::string ReadInputs(const ByteSource& source, const Section& section, const StringTable& strings,
                        AbfHeader& header) {
   if (section.items < 1 || section.items > AbfMaxChannels)
@@ -135,7 +136,7 @@ std::string ReadDataSection(Bytes fileHeader, const ByteSource& source, std::int
   std::array<std::int64_t, SectionCount> sections{};
   for (std::size_t place = 0; place < SectionCount; ++place) {
     const Section section = SectionAt(fileHeader, FirstSection + place * SectionEntryBytes);
-    sections[place] = section.items > 0 ? section.block : 0;  // an empty one may point anywhere
+    sections[place] = section.items > 0 ? section.block : 0;  // an empty section may point anywhere
   }
   const Section synch = SectionAt(fileHeader, SynchSection);
   layout.dataPosition = data.block * AbfBlockBytes;

@@ -18,7 +18,7 @@ struct AbfFile {
 namespace {
 
 constexpr std::size_t BlockBytes = 512 * 1024;      // half of a second-level cache, and few calls
-constexpr std::size_t CachedSamples = 1024 * 1024;  // more are not all in the caches when they are looked at
+constexpr std::size_t CachedSamples = 1024 * 1024;  // the caches cannot hold more until the samples are used
 constexpr std::int64_t MaxSweepSamples = std::numeric_limits<int>::max();
 
 enum class Signature { None, Version1, Version2 };
@@ -36,7 +36,7 @@ std::int64_t SweepCount(const AbfLayout& layout) {
   return (layout.samples + layout.equalLength - 1) / layout.equalLength;
 }
 
-/// Sweep `sweep`, from 1; an empty one when it does not exist.
+/// Returns sweep `sweep`, from 1; an empty sweep when it does not exist.
 AbfSweep SweepAt(const AbfLayout& layout, int sweep) {
   if (sweep < 1 || sweep > SweepCount(layout)) return {};
   if (!layout.sweeps.empty()) return layout.sweeps[static_cast<std::size_t>(sweep) - 1];
@@ -50,22 +50,22 @@ std::int64_t LongestSweep(const AbfLayout& layout) {
   return longest;
 }
 
-/// Place of a physical input in the multiplexed samples, from 0; -1 when it was not recorded.
+/// Returns the place of a physical input in the multiplexed samples, from 0; -1 when it was not recorded.
 int PlaceOf(const AbfHeader& header, int channel) {
   const auto end = header.samplingSequence.begin() + std::clamp(header.channels, 0, AbfMaxChannels);
   const auto found = std::find(header.samplingSequence.begin(), end, channel);
   return found == end ? -1 : static_cast<int>(found - header.samplingSequence.begin());
 }
 
-/// What stands in a file as little-endian, as this machine has it.
+/// Converts little-endian samples of a file to the order of this machine.
 template <class Sample>
 void FromLittleEndian(std::span<Sample> samples) {
   if constexpr (std::endian::native == std::endian::little) return;
   for (Sample& sample : samples) sample = LittleEndian<Sample>(reinterpret_cast<const std::byte*>(&sample));
 }
 
-/// Every `stride`-th sample of a block of a sweep, in user units. The case of one channel stands apart so
-/// that its loop runs over neighbours.
+/// Copies every `stride`-th sample of a block of a sweep, in user units. One channel is a separate case, so
+/// that its loop runs over neighbouring samples.
 void CopyChannel(std::span<const std::int16_t> block, std::size_t stride, float scale, float offset,
                  std::size_t sweepSamples, std::span<float> out) {
   if (stride == 1) {
@@ -82,14 +82,14 @@ void CopyChannel(std::span<const float> block, std::size_t stride, float, float,
   for (std::size_t k = 0; k < out.size(); ++k) out[k] = block[k * stride];
 }
 
-/// Reads floats that stand side by side straight to their place.
+/// Reads neighbouring floats directly into `buffer`.
 std::size_t ReadFloats(const ByteSource& source, std::int64_t position, std::span<float> buffer) {
   const std::size_t read = source.Read(position, std::as_writable_bytes(buffer)) / sizeof(float);
   FromLittleEndian(buffer.first(read));
   return read;
 }
 
-/// Reads samples of one channel that stand `stride` samples apart, the first at byte `position`, in large
+/// Reads samples of one channel that are `stride` samples apart, the first at byte `position`, in large
 /// blocks.
 template <class Sample>
 std::size_t ReadInterleaved(const AbfFile& file, std::int64_t position, std::size_t stride, int channel,
@@ -100,7 +100,7 @@ std::size_t ReadInterleaved(const AbfFile& file, std::int64_t position, std::siz
   std::size_t done = 0;
   while (done < buffer.size()) {
     const std::size_t frames = std::min(framesPerBlock, buffer.size() - done);
-    // Of the last frame only the channel's own sample is needed, and it may be all that the file has.
+    // The last frame needs only the channel's own sample, and the file may end there.
     const auto wanted = std::span(block).first((frames - 1) * stride + 1);
     const std::size_t got = file.source->Read(position, std::as_writable_bytes(wanted)) / sizeof(Sample);
     const std::size_t whole = (got + stride - 1) / stride;

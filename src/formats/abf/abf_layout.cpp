@@ -8,12 +8,12 @@ namespace zelvane {
 namespace {
 
 constexpr float CustomaryRange = 10.24F;  // volts
-constexpr float LeastRange = 1e-6F;       // no converter's
+constexpr float LeastRange = 1e-6F;       // smaller than that of any converter
 constexpr float MostRange = 1e6F;
 constexpr int CustomaryResolution = 2048;
 constexpr float LargestCount = 32768.0F;
 constexpr std::int64_t PairBytes = 8;
-constexpr std::int64_t MaxPairBytes = 64;  // with what later versions may add to a pair
+constexpr std::int64_t MaxPairBytes = 64;  // a pair and what later versions may add
 
 bool Usable(float factor) {
   return std::isfinite(factor) && factor != 0.0F;
@@ -23,7 +23,7 @@ float FiniteOrZero(float value) {
   return std::isfinite(value) ? value : 0.0F;
 }
 
-/// The lengths of a synch array, in samples of all channels; none when the array cannot be right.
+/// Returns the lengths in a synch array, in samples of all channels. Empty when the array cannot be right.
 std::vector<std::int32_t> SynchLengths(const ByteSource& source, const AbfSynchArray& synch,
                                        std::int64_t samples) {
   const std::int64_t size = source.Size();
@@ -43,7 +43,7 @@ std::vector<std::int32_t> SynchLengths(const ByteSource& source, const AbfSynchA
   return lengths;
 }
 
-/// Sweeps stand one after the other; the gaps between them are not stored.
+/// Returns the sweeps, one directly after the other; the gaps between them are not stored.
 std::vector<AbfSweep> SweepsOfLengths(const std::vector<std::int32_t>& lengths, int channels,
                                       std::int64_t samples) {
   std::vector<AbfSweep> sweeps;
@@ -57,19 +57,19 @@ std::vector<AbfSweep> SweepsOfLengths(const std::vector<std::int32_t>& lengths, 
   return sweeps;
 }
 
-/// The length of the sweeps of a file without a synch array.
+/// Returns the length of the sweeps of a file without a synch array.
 std::int64_t EqualSweepLength(const AbfHeader& header, const AbfSweepClaims& claims, std::int64_t samples) {
   const int mode = header.operationMode;
-  if (mode != 2 && mode != 4 && mode != 5) return samples;  // a display piece there, not a sweep
+  if (mode != 2 && mode != 4 && mode != 5) return samples;  // their length is that of a display
   const std::int64_t length = claims.samplesPerEpisode;
   if (length >= header.channels && length <= samples) return length;
-  // A header without a length may still know the number of its sweeps.
+  // A header without a length may still give the number of its sweeps.
   const bool divides = claims.episodes > 1 && length <= 0 && samples % claims.episodes == 0 &&
                        samples / claims.episodes >= header.channels;
   return divides ? samples / claims.episodes : samples;
 }
 
-/// The number of samples that have room up to the first of the `sections`, or to the end of the file.
+/// Returns the number of samples that fit before the first of the `sections`, or before the end of the file.
 std::int64_t SampleRoom(const ByteSource& source, const AbfHeader& header, std::int64_t dataPosition,
                         std::span<const std::int64_t> sections = {}) {
   std::int64_t end = source.Size();
@@ -101,7 +101,7 @@ void PlanSweeps(const ByteSource& source, const AbfHeader& header, const AbfSwee
   if (layout.samples < header.channels) return;
   layout.equalLength = EqualSweepLength(header, claims, layout.samples);
   const std::int64_t rest = layout.samples % layout.equalLength;
-  if (rest < header.channels) layout.samples -= rest;  // a sweep has a sample of each channel
+  if (rest < header.channels) layout.samples -= rest;  // every sweep has a sample of each channel
 }
 
 void SetConverter(AbfHeader& header, float range, std::int32_t resolution) {
@@ -115,7 +115,7 @@ void SetInputScale(AbfHeader& header, int input, const AbfInputGains& gains) {
   header.instrumentGain[at] = gains.instrument;
   header.signalGain[at] = gains.signal;
   header.additionalGain[at] = Usable(gains.additional) ? gains.additional : 1.0F;
-  // Programs without a signal conditioner may leave its gain unset.
+  // Programs without a signal conditioner may not set its gain.
   const float signal = Usable(gains.signal) ? gains.signal : 1.0F;
   const double gain =
       double{gains.instrument} * gains.programmable * signal * double{header.additionalGain[at]};
@@ -125,7 +125,7 @@ void SetInputScale(AbfHeader& header, int input, const AbfInputGains& gains) {
   header.gain[at] = good ? static_cast<float>(gain) : 1.0F;
   header.scale[at] = 1.0F;
   header.offset[at] = 0.0F;
-  if (header.dataFormat == AbfFloats) return;  // they are in user units already
+  if (header.dataFormat == AbfFloats) return;  // the samples are already in user units
   header.scale[at] = good ? scale : static_cast<float>(perCount);
   const float offset = FiniteOrZero(gains.instrumentOffset) - FiniteOrZero(gains.signalOffset);
   const float largest = std::abs(header.scale[at]) * LargestCount + std::abs(offset);
@@ -143,7 +143,7 @@ int AbfDate(std::int64_t date) {
   const std::int64_t month = date / 100 % 100;
   const std::int64_t day = date % 100;
   if (month < 1 || month > 12 || day < 1 || day > 31) return 0;
-  if (year < 100) year += year < 80 ? 2000 : 1900;  // no recording of the format is older
+  if (year < 100) year += year < 80 ? 2000 : 1900;  // the format is not older
   return static_cast<int>(year * 10000 + month * 100 + day);
 }
 

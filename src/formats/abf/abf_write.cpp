@@ -1,5 +1,5 @@
-// Writing ABF 1.x with floats. The values of fields that this program has no use for are those with which
-// other programs read the file.
+// Writing ABF 1.x with floats. Fields that this program does not use have the values with which other
+// programs read the file.
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -23,8 +23,8 @@ namespace {
 using HeaderBytes = std::array<std::byte, 2048>;
 
 constexpr std::int64_t ShortHeaderBytes = std::tuple_size_v<HeaderBytes>;
-// Headers of version 1.6 and later are that long. Other programs read all of it, and cut a gap-free recording
-// of such a version into pieces when its samples begin earlier. What follows on HeaderBytes is 0.
+// Headers of version 1.6 and later have this length. Other programs read the whole header, and cut a gap-free
+// recording of these versions into pieces when its samples begin earlier. The bytes after HeaderBytes are 0.
 constexpr std::int64_t DataPosition = 6144;
 constexpr int Episodic = 5;
 constexpr float AdcRange = 10.0F;
@@ -39,7 +39,7 @@ void Put(HeaderBytes& bytes, std::size_t offset, Number number) {
   WriteLittleEndian(bytes.data() + offset, number);
 }
 
-/// A text field of `length` bytes, filled up with `padding`.
+/// Writes a text field of `length` bytes, filled up with `padding`.
 void WriteText(HeaderBytes& bytes, std::size_t offset, std::size_t length, std::string_view text,
                char padding) {
   std::string field = Latin1Of(text);
@@ -47,7 +47,7 @@ void WriteText(HeaderBytes& bytes, std::size_t offset, std::size_t length, std::
   std::memcpy(bytes.data() + offset, field.data(), length);
 }
 
-/// What stands once for each of the 16 inputs. Only input 0 is recorded, but none may have a gain of 0.
+/// Writes the fields that exist for each of the 16 inputs. Only input 0 is recorded, but no gain may be 0.
 void WriteInputs(HeaderBytes& bytes, const AbfHeader& header) {
   const int first = header.samplingSequence[0];
   const auto named = static_cast<std::size_t>(first >= 0 && first < AbfMaxChannels ? first : 0);
@@ -71,7 +71,8 @@ std::string_view AsText(std::span<const std::byte> bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-/// The synch array: where each sweep begins on the clock of the recording, in samples, and how long it is.
+/// Returns the synch array: where each sweep begins on the clock of the recording, in samples, and its
+/// length.
 std::vector<std::byte> SynchBytes(const std::vector<std::int32_t>& lengths) {
   std::vector<std::byte> bytes(lengths.size() * 8);
   std::int32_t start = 0;
@@ -83,7 +84,7 @@ std::vector<std::byte> SynchBytes(const std::vector<std::int32_t>& lengths) {
   return bytes;
 }
 
-/// The header with the counts of what was written.
+/// Returns the header with the counts of the written samples.
 AbfHeader CountedHeader(const AbfWriter& writer, const AbfHeader& header) {
   AbfHeader counted = header;
   const bool episodic = header.operationMode == Episodic && !writer.sweepLengths.empty();
@@ -126,18 +127,18 @@ std::array<std::byte, 2048> AbfHeaderBytes(const AbfHeader& header) {
   Put(bytes, 20, static_cast<std::int32_t>(header.startDate));
   Put(bytes, 24, static_cast<std::int32_t>(header.startTime));
   Put(bytes, 32, static_cast<float>(header.version));
-  Put(bytes, 36, std::int16_t{1});  // a file of samples
+  Put(bytes, 36, std::int16_t{1});  // kind of file: samples
   Put(bytes, 40, static_cast<std::int32_t>(ShortHeaderBytes / AbfBlockBytes));
   Put(bytes, 100, static_cast<std::int16_t>(AbfFloats));
   Put(bytes, 120, std::int16_t{1});  // channels
   Put(bytes, 122, static_cast<float>(header.sampleInterval));
   Put(bytes, 138, static_cast<std::int32_t>(header.samplesPerEpisode));
   Put(bytes, 244, AdcRange);
-  Put(bytes, 248, AdcRange);  // of the outputs
+  Put(bytes, 248, AdcRange);  // range of the outputs
   Put(bytes, 252, AdcResolution);
   Put(bytes, 256, AdcResolution);
   Put(bytes, 268, 1.0F);      // auto-sample gain
-  Put(bytes, 272, 10000.0F);  // its filter, Hz
+  Put(bytes, 272, 10000.0F);  // auto-sample filter, Hz
   WriteText(bytes, 294, 16, header.creator, '\0');
   WriteInputs(bytes, header);
   return bytes;

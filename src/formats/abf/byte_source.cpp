@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 
 class FileBytes final : public ByteSource {
  public:
-  /// Unbuffered: the blocks asked for are large, and go straight to their place.
+  /// Opens the file without a buffer: the blocks are large, and are read directly to their place.
   explicit FileBytes(const std::string& path) {
     file_.rdbuf()->pubsetbuf(nullptr, 0);
     file_.open(path, std::ios::binary);
@@ -33,7 +33,7 @@ class FileBytes final : public ByteSource {
   }
 
  private:
-  mutable std::ifstream file_;  // its position is no part of what the source is
+  mutable std::ifstream file_;  // reading changes the position, but not the source
   std::int64_t size_ = -1;
 };
 
@@ -64,7 +64,7 @@ std::unique_ptr<ByteSource> OpenFileSource(const std::string& path, std::string&
   };
   if (path.find('\0') != std::string::npos) return refuse("The file does not exist.");
   std::error_code error;
-  // Asked before opening: to open a pipe would wait for somebody to write into it.
+  // Checked before opening: opening a pipe would wait for a writer.
   const fs::file_status status = fs::status(path, error);
   if (status.type() == fs::file_type::not_found) return refuse("The file does not exist.");
   if (fs::is_directory(status)) return refuse("This is a folder, not a file.");
@@ -109,9 +109,9 @@ std::string Latin1Of(std::string_view text) {
     if (code < 0x80) {
       latin1 += text[at];
     } else if ((code == 0xC2 || code == 0xC3) && at + 1 < text.size()) {
-      // Latin-1 is the first 256 code points: two bytes that begin with these.
+      // Latin-1 is the first 256 code points: in UTF-8, two bytes that begin with C2 or C3.
       latin1 += static_cast<char>((code & 0x03U) << 6U | (static_cast<unsigned char>(text[++at]) & 0x3FU));
-    } else if (code >= 0xC0) {  // the bytes that follow belong to the same character
+    } else if (code >= 0xC0) {  // the next bytes belong to the same character
       latin1 += '?';
     }
   }

@@ -18,7 +18,7 @@ void ToUserUnits(std::span<const std::int16_t> counts, float scale, float offset
 
 void ToUserUnitsPastCaches(std::span<const std::int16_t> counts, float scale, float offset,
                            std::span<float> out) {
-  constexpr std::size_t Aligned = 16;  // bytes, where a stream of four floats has to begin
+  constexpr std::size_t Aligned = 16;  // bytes; a stream of four floats must begin at a multiple
   const __m128 scales = _mm_set1_ps(scale);
   const __m128 offsets = _mm_set1_ps(offset);
   const auto stream = [&](float* place, __m128i fourCounts) {
@@ -29,11 +29,11 @@ void ToUserUnitsPastCaches(std::span<const std::int16_t> counts, float scale, fl
   ToUserUnits(counts, scale, offset, out.first(k));
   for (; k + 8 <= out.size(); k += 8) {
     const __m128i eight = _mm_loadu_si128(reinterpret_cast<const __m128i*>(counts.data() + k));
-    // Each count beside itself makes 32 bits, whose upper half is shifted down with its sign.
+    // Each count beside itself makes 32 bits; a shift moves their upper half down with its sign.
     stream(out.data() + k, _mm_srai_epi32(_mm_unpacklo_epi16(eight, eight), 16));
     stream(out.data() + k + 4, _mm_srai_epi32(_mm_unpackhi_epi16(eight, eight), 16));
   }
-  _mm_sfence();  // whoever reads the samples next finds them
+  _mm_sfence();  // makes the samples visible to their next reader
   ToUserUnits(counts.subspan(k), scale, offset, out.subspan(k));
 }
 
