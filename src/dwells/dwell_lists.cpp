@@ -47,7 +47,7 @@ ExportedList ListOf(DwellListKind kind) {
   return {entries(Dwell.Latencies, Dwell.NumLatencies), "Latencies (ms)", ".lat"};
 }
 
-/// The file of one list as blocks: the header, then a value a line.
+/// Returns the file of one list as blocks: the header, then one value a line.
 NextBlock ListBlocks(const ExportedList& list) {
   std::string header = std::string("ATF 1.0\n2 1\n\"Type=\"\n\"Comment=\"\n\"") + list.title + "\"\n";
   return [text = std::move(header), values = list.values, begun = false]() mutable -> std::string_view {
@@ -63,14 +63,14 @@ NextBlock ListBlocks(const ExportedList& list) {
   };
 }
 
-/// The first number of a line, where it begins with a finite one.
+/// Returns the number at the begin of a line; nullopt when there is no finite number.
 std::optional<float> ValueOf(std::string_view line) {
   float value = 0.0F;
   if (ScanNumber(line, value) != Scan::Taken) return std::nullopt;
   return value;
 }
 
-/// Passes over the rest of an ATF header, its mark read. False when it is none.
+/// Skips the rest of an ATF header after its mark. Returns false when it is not an ATF header.
 bool PassAtfHeader(LineReader& lines) {
   auto sizes = lines.Next();
   int headerLines = 0;
@@ -80,7 +80,7 @@ bool PassAtfHeader(LineReader& lines) {
     return false;
   }
   bool more = true;
-  for (int k = 0; k <= headerLines && more; ++k) more = lines.Next().has_value();  // the titles are one more
+  for (int k = 0; k <= headerLines && more; ++k) more = lines.Next().has_value();  // and the line of titles
   if (columns > 1) MessagePopup(WarningTitle, ManyColumns);
   return true;
 }

@@ -1,4 +1,4 @@
-// The dwell lists in use, the choice of the list that a text file goes into, and the commands around them.
+// The dwell lists in use, the choice of the list that receives a text file, and their commands.
 #include "dwells/dwell_lists_panel.h"
 
 #include <optional>
@@ -56,7 +56,7 @@ void FxnSCImportAscii() {
 
 // -- Exporting --
 
-/// Asks where to export to, unless autosave is on: then the user is told that it comes first.
+/// Asks for the name of an export. While autosave is on, shows a message instead.
 std::optional<std::string> AskForExport(const char* title, const char* filter) {
   if (RefusedByAutosave()) return std::nullopt;
   return FileSelectPopup({.title = title, .filter = filter, .save = true});
@@ -98,7 +98,7 @@ void FxnDwellLists() {
   ShowPanel(ListsPanel);
 }
 
-/// A run or a read changes the lists behind the panel: counts and selection follow after every commit.
+/// Shows counts and selection. Runs after every commit, because a run or a read changes the lists.
 void ShowLists() {
   ShowField("OpenListSelector");
   ShowText("OpenTimesCount", FormatText("%.0f", static_cast<double>(Dwell.NumOpenTimes)));

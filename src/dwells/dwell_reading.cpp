@@ -17,7 +17,7 @@ constexpr char TooManyDwells[] =
 
 constexpr auto FullList = static_cast<float>(MaxFileDwells);
 
-/// A working list and what decides over its dwells.
+/// A working list with its kind of dwells and their resolution.
 struct Side {
   std::span<float> list;
   float& count;
@@ -25,7 +25,7 @@ struct Side {
   float resolution;
 };
 
-/// Appends a dwell. False when the list is full.
+/// Appends a dwell. Returns false when the list is full.
 bool Append(std::span<float> list, float& count, float d) {
   if (!(count < FullList)) return false;
   list[static_cast<std::size_t>(count)] = d;
@@ -38,12 +38,12 @@ void Extend(const Side& side, float d) {
   side.list[static_cast<std::size_t>(side.count) - 1] += d;
 }
 
-/// Whether the last accepted dwell was one of this list. An emptied list has none.
+/// Returns whether the last accepted dwell is in this list. Returns false for an empty list.
 bool WasLast(const Side& side) {
   return Dwell.LastDwellKind == side.kind && side.count >= 1.0F;
 }
 
-/// Takes a dwell of one side. False when it would be one too many.
+/// Adds a dwell to its side. Returns false when the list is full.
 bool KeepDwell(const Side& same, const Side& other, float d, bool beginsSegment) {
   if (WasLast(same)) {
     Extend(same, d);
@@ -75,8 +75,8 @@ bool KeepSegment(std::span<const RecordedDwell> dwells) {
   return true;
 }
 
-/// Hands every segment to `keep`; when that gives false, or a list is full at the head of a segment, the user
-/// is told and the rest of the recording is left.
+/// Passes every segment to `keep`. When it returns false, or a list is full before a segment, shows a message
+/// and does not read the rest of the recording.
 template <typename KeepFunction>
 void ForEachSegment(const SegmentSource& nextSegment, KeepFunction keep) {
   while (const auto segment = nextSegment()) {
@@ -91,7 +91,7 @@ bool InCondition(float closed) {
   return closed >= Dwell.CondClosedMin && closed < Dwell.CondClosedMax;
 }
 
-/// Takes the openings behind a closed time of the condition.
+/// Keeps the openings after a closed time of the condition.
 bool KeepFollowing(std::span<const RecordedDwell> dwells) {
   float closed = 0.0F;
   for (const RecordedDwell& dwell : dwells) {
@@ -105,7 +105,8 @@ bool KeepFollowing(std::span<const RecordedDwell> dwells) {
   return true;
 }
 
-/// Takes the openings before one. `opening` is the last one, of this segment or of those before it.
+/// Keeps the openings before a closed time of the condition. `opening` is the last opening, of this segment
+/// or an earlier one.
 bool KeepPreceding(std::span<const RecordedDwell> dwells, float& opening) {
   for (const RecordedDwell& dwell : dwells) {
     if (dwell.amplitudeClass >= 1) {

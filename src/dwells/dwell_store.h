@@ -26,7 +26,7 @@ struct DwellStore {
   float NumLatencies = 0.0F;
 
   // -- Idealised record of a simulation or a converted file: MaxIdealEvents entries --
-  std::span<float> IdealDuration;   // ms; for a segment marker its number, for the end the count
+  std::span<float> IdealDuration;   // ms; number of a segment marker, count of the end marker
   std::span<float> IdealClass;      // see DwellLists in kinetics/dwell_recorder.h
   std::span<float> IdealAmplitude;  // only from a file with amplitudes
   int NumIdealEvents = 0;           // still counts when the record is full
@@ -39,7 +39,7 @@ struct DwellStore {
   // -- Reading --
   float ResolutionOpen = 0.1F;       // ms
   float ResolutionClosed = 0.1F;     // ms
-  int LastDwellKind = -1;            // last accepted dwell: -1 none, 0 closed, 1 open
+  int LastDwellKind = -1;            // last accepted dwell: -1 no dwell, 0 closed, 1 open
   int OpenListSelector = 0;          // 0 raw list, 1..5 class list
   float CondClosedMin = 0.1F;        // ms, inclusive
   float CondClosedMax = 1.0F;        // ms, exclusive

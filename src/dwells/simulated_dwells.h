@@ -1,4 +1,4 @@
-// Between the dwell store and the recorder of simulated channels.
+// Connects the dwell store with the recorder of simulated channels.
 //
 //   ListsOf  StoreCounts  KeepRawOpenTimes
 #pragma once
@@ -8,14 +8,14 @@
 
 namespace zelvane {
 
-/// Returns the working lists and the record of a store as a recorder takes them, all empty.
+/// Returns the working lists and the record of a store in the form of a recorder, all empty.
 DwellLists ListsOf(const DwellStore& store);
 
-/// Writes the counts of lists that ListsOf has given to their store.
+/// Writes the counts of lists from ListsOf to their store.
 void StoreCounts(const DwellLists& lists, DwellStore& store);
 
 /// Copies the open times to the raw open times and selects these. Every simulation and every read of dwells
-/// ends with it, so that what is worked out from the raw ones describes the latest.
+/// calls it at the end, so the results of the raw list belong to the latest dwells.
 void KeepRawOpenTimes(DwellStore& lists);
 
 }  // namespace zelvane
