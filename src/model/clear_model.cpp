@@ -1,4 +1,4 @@
-// Emptying the scheme, in one of its forms or in both.
+// Clears the scheme, in one form or in both.
 #include "model/model.h"
 
 namespace zelvane {

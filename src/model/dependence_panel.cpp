@@ -1,4 +1,4 @@
-// DependencePanel: what the stimulus does to one rate, of the grid or of the table.
+// DependencePanel: the effect of the stimulus on one rate, of the grid or of the table.
 #include <algorithm>
 #include <limits>
 #include <string>
@@ -15,11 +15,11 @@ constexpr char DependencePanelName[] = "DependencePanel";
 constexpr char LabelsGroup[] = "labels";
 constexpr char SettingsGroup[] = "settings";
 
-// DependVolt stands for two switches of which one at most is on. The second can be on out of a file only; it
-// selects nothing, and a rate keeps it until its panel is closed.
+// DependVolt is a pair of switches of which at most one is on. Only a file can switch the second one on. It
+// has no effect, and a rate keeps it until its panel is closed.
 constexpr int SecondVoltSwitch = 2;
 
-/// The rate that the panel is open for; from is 0 while it is closed.
+/// The rate for which the panel is open; `from` is 0 while it is closed.
 struct OpenRate {
   int from = 0;
   int to = 0;
@@ -27,7 +27,7 @@ struct OpenRate {
 };
 OpenRate Open;
 
-/// Number of a state of the open form, with its label where that tells more.
+/// Returns the number of a state of the open form, with its label if that says more.
 std::string StateName(int state) {
   const std::string number = FormatText("%d", state);
   const std::string& label = (Open.ofTable ? Model.TableStateLabel : Model.StateLabel)[state];
@@ -42,8 +42,7 @@ std::string DrugControl(int drug) {
   return FormatText("DependDrug[%d]", drug);
 }
 
-/// A number of the panel as the store keeps it. A typed value beyond the range of a float is held to its
-/// bound.
+/// Returns a number of the panel as the store keeps it. Limits a typed value to the range of a float.
 float FloatOnPanel(std::string_view control) {
   constexpr auto largest = static_cast<double>(std::numeric_limits<float>::max());
   return static_cast<float>(std::clamp(ControlNumber(control), -largest, largest));
@@ -105,7 +104,7 @@ void AddDependencePanel() {
             .help = "Dependence of one rate on drugs and voltage."});
   AddControls(DependencePanelName, LabelsGroup, LabelControls);
   AddControls(DependencePanelName, SettingsGroup, SettingControls);
-  SetVisible("DependCode", false);  // DependRate says it in words
+  SetVisible("DependCode", false);  // DependRate shows it in words
 }
 
 void OpenDependenceOfGrid(int from, int to) {
@@ -143,7 +142,7 @@ void CloseDependencePanel() {
   }
   tables.Volt[from][to] = ControlNumber("DependVolt") == 1.0 ? 1 : 0;
   tables.Steepness[from][to] = FloatOnPanel("DependSteepness");
-  tables.Range[from][to] = FloatOnPanel("DependTemperature");  // its place in the file; no rate reads it
+  tables.Range[from][to] = FloatOnPanel("DependTemperature");  // its place in the file; no rate uses it
   ReadControls(DependencePanelName, LabelsGroup);
   Open = OpenRate{};
   if (ofTable) {

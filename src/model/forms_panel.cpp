@@ -1,5 +1,4 @@
-// Commands on the scheme as a whole: which form is shown, transfers between the forms, clearing. And their
-// menu.
+// Commands on the whole scheme and their menu: the visible form, transfers between the forms, clearing.
 #include "model/model.h"
 #include "model/model_panels.h"
 #include "model/scheme_panels.h"
@@ -37,7 +36,7 @@ constexpr MenuDecl ModelMenu[] = {
 };
 // clang-format on
 
-/// Takes over what is typed on both forms, so that showing the store again loses nothing.
+/// Reads what is typed on both forms, so that showing the store again loses nothing.
 void ReadBothForms() {
   ReadGridRates();
   ReadTableRates();
@@ -69,7 +68,7 @@ void FxnTableModel() {
     Model.ModelIs2D = 0;
     WriteTableRates();
   }
-  ShowTask(MainPanelName);  // run settings and response stay in view below the table
+  ShowTask(MainPanelName);  // run settings and response stay visible below the table
   ShowPanel(TablePanelName);
 }
 

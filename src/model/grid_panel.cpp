@@ -18,8 +18,8 @@ constexpr char CommandsGroup[] = "scheme";
 
 constexpr char DependentColour[] = "green";
 
-/// What stands on one link. Filled when the panel is declared; the dimming rule runs after every commit and
-/// must not look up 155 names.
+/// The controls of one link. Filled when the panel is declared, because the dimming rule runs after every
+/// commit and must not search for 155 names.
 struct LinkControls {
   Control* on = nullptr;
   Control* off = nullptr;
@@ -119,7 +119,7 @@ void FindDimmedControls() {
   }
 }
 
-/// A link is drawn when both of its states are on, in green when one of its rates depends on the stimulus.
+/// Shows a link when both of its states are on, in green when one of its rates depends on the stimulus.
 void DimMainPanel() {
   for (int n = 1; n <= MaxLinks; ++n) {
     const auto [low, high] = LinkTable[n];
@@ -134,12 +134,13 @@ void DimMainPanel() {
   FormOnPanel->text = Model.ModelIs2D == 1 ? "Grid (2D)" : "Table (3D)";
 }
 
-/// Empties the dissociation constants: what they keep through a rate of 0 belongs to one scheme.
+/// Clears the dissociation constants. A readout keeps its constant when a rate becomes 0, but not for another
+/// scheme.
 void ClearLinkReadouts() {
   for (int n = 1; n <= MaxLinks; ++n) LinksOnPanel[n].kd->text.clear();
 }
 
-/// The switches of the monitored states stand beside the graph and are declared with it.
+/// Shows the monitored states. Their switches are beside the graph and are declared with it.
 void ShowMonitoredStates() {
   for (int s = 1; s <= MaxStates; ++s) {
     const std::string name = FormatText("StateMonitored[%d]", s);
@@ -163,7 +164,7 @@ void AddMainPanel() {
   AddControls(MainPanelName, StatesGroup, FileNameControls);
   AddControls(MainPanelName, CommandsGroup, CommandControls);
   FindDimmedControls();
-  panel.dim.push_back(DimMainPanel);  // from here on: the rule needs the controls
+  panel.dim.push_back(DimMainPanel);  // last, because the rule needs the controls
 }
 
 void ReadGridRates() {
@@ -186,9 +187,9 @@ void RefreshLinks() {
       readout.text = FormatNumber(readout.format, *kd);
     } else if (!DependsOnStimulus(Model.Depend, low, high) && !DependsOnStimulus(Model.Depend, high, low)) {
       readout.text.clear();
-    }  // a dependent link with a rate of 0 has no constant: the readout stays as it was
+    }  // a dependent link with a rate of 0 has no constant: the readout keeps its text
   }
-  WriteControls(MainPanelName, LinksGroup);  // the records above are shown anew
+  WriteControls(MainPanelName, LinksGroup);  // shows the records above again
 }
 
 void ShowGridConductances() {

@@ -1,27 +1,27 @@
-// Events around the settings of the model. Operations announce, and the panels that show the settings listen.
+// Events of the model's settings. Operations announce them; the panels of the settings listen.
 #pragma once
 
 #include "screen/listeners.h"
 
 namespace zelvane {
 
-/// The run settings are about to be used: what is typed on a panel goes into the store.
+/// The run settings will be used now: panels store what is typed on them.
 inline Listeners<> RunSettingsWanted;
 
 /// The run settings in the store have changed: panels show them.
 inline Listeners<> RunSettingsChanged;
 
-/// Length or interval of the run came with a file: what is derived from them on the panels follows.
+/// The run has got the length or interval of a file: panels show what depends on it.
 inline Listeners<> RunSettingsReplaced;
 
-/// A model file is about to be written: what is typed on the panels goes into the stores.
+/// A model file will be written now: panels store what is typed on them.
 inline Listeners<> ModelFileToSave;
 
-/// A model file was read: the panels show it, first the scheme, then the run settings, then the stimulus, which is
-/// rebuilt from what its panel shows.
+/// A model file was read: the panels show it, first the scheme, then the run settings, then the stimulus,
+/// which is built again from its panel.
 inline Listeners<> ModelFileCameIn;
 
-/// The model has the name of another file.
+/// The model has got the name of another file.
 inline Listeners<> ModelFileNamed;
 
 }  // namespace zelvane

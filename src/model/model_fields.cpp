@@ -7,7 +7,7 @@
 namespace zelvane {
 namespace {
 
-/// A dependence cube offered from drug 1, state 1.
+/// Describes a dependence cube with indices from drug 1, state 1.
 Field DrugField(const char* name, DependenceTables& tables) {
   return CubeField(name, tables.Drug);
 }

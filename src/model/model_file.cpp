@@ -13,16 +13,16 @@ namespace zelvane {
 namespace {
 
 constexpr char ReadTitle[] = "Read Parameters";
-constexpr char NotOpened[] = ": cannot open ";  // in the title of the dialog that asks for another
+constexpr char NotOpened[] = ": cannot open ";  // part of the title of the dialog that asks for another name
 constexpr char SaveTitle[] = "Save Parameters";
 constexpr char ModelFilter[] = "*.mod";
 constexpr char CannotWrite[] =
     "Either file cannot be created (e.g. no space on disk) or cannot overwrite Read-only file.";
 
-constexpr int OpenAttempts = 2;  // names asked for while a file cannot be opened
+constexpr int OpenAttempts = 2;  // times to ask for another name when a file cannot be opened
 
-/// A model file takes some 60 KB. Of a larger one this much is read, as if it had been cut off there, so that
-/// a wrong name costs neither the memory nor the time that its file would.
+/// A model file has about 60 KB. A larger file is read up to this length, so that a wrong name costs little
+/// memory and time.
 constexpr std::size_t MaxModelBytes = std::size_t{16} * 1024 * 1024;
 
 std::optional<std::string> AskForModel(const std::string& title, bool save) {
@@ -34,8 +34,7 @@ std::optional<std::string> AskForModel(const std::string& title, bool save) {
   return FileSelectPopup(request);
 }
 
-/// Reads the bytes of the file `path`; while that cannot be done, asks for another name and changes `path` to
-/// it.
+/// Reads the bytes of the file `path`. On failure asks for another name and changes `path` to it.
 std::optional<std::string> ReadBytesAsking(std::string& path) {
   auto bytes = ReadBytes(path, MaxModelBytes);
   for (int attempt = 0; !bytes && attempt < OpenAttempts; ++attempt) {
@@ -47,7 +46,7 @@ std::optional<std::string> ReadBytesAsking(std::string& path) {
   return bytes;
 }
 
-/// Takes the model out of a file's bytes. The name becomes the model's only together with its content.
+/// Reads the model from a file's bytes. The model gets the name of the file only together with its contents.
 Outcome TakeModel(const std::optional<std::string>& bytes, const std::string& path) {
   if (!bytes || !ReadModelText(*bytes)) return Outcome::Refused;
   Model.ModelFileName = path;

@@ -1,4 +1,4 @@
-// Menu commands of the model file, and the panels of the scheme that follow it.
+// Menu commands of the model file. The panels of the scheme follow the file.
 #include "model/model_events.h"
 #include "model/model_file.h"
 #include "model/model_panels.h"

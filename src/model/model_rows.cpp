@@ -12,7 +12,7 @@
 namespace zelvane {
 namespace {
 
-// -- Numbers with a rule of their own --
+// -- Numbers with their own rule --
 constexpr CellRule SwitchOr0{.least = 0, .most = 1};
 constexpr CellRule SwitchOr1{.least = 0, .most = 1, .belowBecomes = 1, .aboveBecomes = 1};
 constexpr CellRule Magnitude{.absolute = true};
@@ -34,7 +34,7 @@ constexpr CellRule FractionOfPeak{.least = 0, .most = 1, .belowBecomes = 0.1, .a
 constexpr CellRule InExponentForm{.form = NumberForm::Exponent};
 constexpr CellRule InShortExponentForm{.form = NumberForm::ShortExponent};
 
-// Lines of the oldest files end before these.
+// The oldest files do not have these lines.
 constexpr CellRule SubunitSwitch{.missing = 0.0};
 constexpr CellRule VoltageSwitch{.least = 0, .most = 1, .missing = 0.0};
 constexpr CellRule PrecisionRule{.least = 1e-9,
@@ -49,7 +49,7 @@ constexpr CellRule ToleranceOfDwellFit{.insteadOfZero = "FitTolerance"};
 constexpr int FitRowsOfFirstFormat = 36;
 constexpr int WaveformsOfOldFormats = 5;
 
-/// The walk's shorthands: one call a line, or a group of like lines.
+/// Short forms for the walk: one call per line, or per group of similar lines.
 struct Walk {
   int version;
   ModelFileVisitor& visitor;
@@ -59,7 +59,7 @@ struct Walk {
   }
   void Header(std::string_view text) const { visitor.Header(text); }
 
-  /// A line for each index of these fields, from 1 to `last` or, without it, to their end.
+  /// Visits one line for each index of these fields, from 1 to `last`, or to their end when `last` is 0.
   void Rows(std::initializer_list<const char*> names, bool blankAtEnd, int last = 0) const {
     const std::vector<FieldElements> columns(names.begin(), names.end());
     std::vector<Cell> cells;
@@ -70,7 +70,8 @@ struct Walk {
     }
   }
 
-  /// A line for each text of this field. `follower` is the field that takes the same texts on reading, if any.
+  /// Visits one line for each text of this field. When reading, `follower` gets the same texts, if it is
+  /// given.
   void Texts(const char* name, const char* follower = nullptr) const {
     const FieldElements texts(name);
     for (int i = 1; i <= texts.Last(); ++i) {
@@ -98,7 +99,8 @@ void StateRows(const Walk& walk) {
   walk.Texts("DrugLabel[]");
 }
 
-/// What the rates of one form depend on: the last nine numbers of a table's row, in three groups for the links.
+/// The dependences of the rates of one form: the last nine numbers of a table's row, in three groups for the
+/// links.
 struct DependenceFields {
   FieldElements drug;
   FieldElements volt;
@@ -120,7 +122,7 @@ constexpr LinkTitles OffTitles{"[K1-31off]", "[Koff concentration/voltage depend
                                "[Koff steepness of voltage dependence]",
                                "[Koff activation range for voltage dependence]"};
 
-/// Rates of all links in one direction and what they depend on; `forward` is from the lower state to the
+/// Visits rates of all links in one direction and their dependences. `forward` is from the lower state to the
 /// higher.
 void LinkRows(const Walk& walk, const LinkTitles& titles, const char* rates, bool forward) {
   const DependenceFields depend{FieldElements("DrugDepend[][][]"), FieldElements("VoltDepend[][]"),
@@ -323,7 +325,7 @@ void AnalysisFitRows(const Walk& walk) {
 void FitTableRows(const Walk& walk) {
   constexpr const char* Tables[] = {"AnalysisFitLimits", "WaveFitLimits", "DwellFitLimits", "ExpFitLimits",
                                     "SublevelFitLimits", "VarFitLimits",  "SpecFitLimits"};
-  std::vector<FieldElements> bounds;  // of each table the upper ones, then of each the lower ones
+  std::vector<FieldElements> bounds;  // first the upper bounds of all tables, then the lower bounds
   for (const char* bound : {"[].hi", "[].lo"}) {
     for (const char* table : Tables) bounds.emplace_back(std::string(table) + bound);
   }
@@ -343,8 +345,8 @@ void FitTableRows(const Walk& walk) {
   walk.Line({{"AnalysisFixOn"}});
 }
 
-/// One field of the waveforms' windows: a line for all waveforms, or, before the third format, one for each
-/// of five.
+/// Visits one field of the waveforms' windows: one line for all waveforms, or five lines before the third
+/// format.
 void WindowRow(const Walk& walk, const char* name) {
   if (walk.version < 3) {
     walk.Rows({name}, false, WaveformsOfOldFormats);
@@ -373,7 +375,7 @@ void WaveformFitRows(const Walk& walk) {
 
 // -- Labels --
 
-/// Before the fourth format the table had no labels of its own: it shows the grid's.
+/// Visits labels before the fourth format, which has no labels for the table: it shows those of the grid.
 void OldLabelRows(const Walk& walk) {
   walk.Header("[State1-20: labels]");
   walk.Texts("StateLabel[]", "TableStateLabel[]");

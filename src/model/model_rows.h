@@ -15,37 +15,37 @@
 
 namespace zelvane {
 
-/// Formats of a model file. Older ones are read only.
+/// Formats of a model file. Older formats are only read.
 inline constexpr int NewestFileVersion = 4;
 
-/// Characters of a line at most, its line end not counted.
+/// Most characters of a line without its line end.
 inline constexpr int MaxLineBytes = 299;
 
-/// How a number is written, in the words of printf: %d for an int, else %f, %e or %.4e.
+/// The form of a written number, in the words of printf: %d for an int, else %f, %e or %.4e.
 enum class NumberForm { Plain, Exponent, ShortExponent };
 
-/// What a number of a file goes through beside being scanned and printed.
+/// How a number of a file is corrected and written.
 struct CellRule {
-  // -- A value read that lies outside its range is replaced --
+  // -- Replaces a value outside its range --
   double least = -std::numeric_limits<double>::infinity();
   double most = std::numeric_limits<double>::infinity();
   double belowBecomes = 0.0;
   double aboveBecomes = 0.0;
-  bool leastIsBelow = false;            // `least` itself is outside
-  bool absolute = false;                // the sign is dropped first
-  const char* insteadOfZero = nullptr;  // a 0 takes the value of this field
-  std::optional<double> missing{};      // taken when a whole line holds no such number
+  bool leastIsBelow = false;            // `least` is outside the range
+  bool absolute = false;                // first drops the sign
+  const char* insteadOfZero = nullptr;  // a 0 becomes the value of this field
+  std::optional<double> missing{};      // value when a complete line has no number here
 
   NumberForm form = NumberForm::Plain;
 };
 inline constexpr CellRule AsItStands{};
 
-/// A number on a line: the field that it belongs to, or an int that is written for the human eye (the states
-/// of a rate) and passed over on reading.
+/// A number on a line. It belongs to a field, or it is an int for people (the states of a rate), which
+/// readers skip.
 struct Cell {
   explicit Cell(int shown) : number(shown) {}
   Cell(FieldRef field, const CellRule& itsRule = AsItStands);
-  /// Of the field with this full name, which must be registered.
+  /// Uses the field with this full name, which must be registered.
   Cell(const char* name, const CellRule& itsRule = AsItStands) : Cell(FindField(name), itsRule) {}
 
   std::variant<int*, float*, double*, int> number;
@@ -55,23 +55,23 @@ struct Cell {
 struct ModelFileVisitor {
   virtual ~ModelFileVisitor() = default;
 
-  /// A line that readers pass over.
+  /// A line that readers skip.
   virtual void Header(std::string_view text) = 0;
-  /// A line that begins with a whole number; a reader passes over all lines before it.
+  /// A line that begins with a whole number. Readers skip all lines before it.
   virtual void NumberedHeader(int number, std::string_view text) = 0;
-  /// A text. The table's label follows the grid's where a file has the latter alone: `follower` is empty
-  /// otherwise.
+  /// A text. In a file with labels for the grid only, `follower` is the table's label and gets the same text;
+  /// else it is empty.
   virtual void Text(FieldRef field, FieldRef follower) = 0;
-  /// A line of numbers. Some lines have ended in a blank since the first format.
+  /// A line of numbers. Some lines end in a blank in all formats.
   virtual void Numbers(std::span<const Cell> cells, bool blankAtEnd) = 0;
-  /// Lines that carry nothing.
+  /// Lines without a meaning.
   virtual void Reserved(int lines, std::string_view text) = 0;
-  /// The next line is the last one.
+  /// Announces the last line.
   virtual void LastLine() = 0;
 };
 
-/// Walks through the lines that follow the magic, from "ModelTitle" on, in the format `version` (1 to 4). The
-/// fields are found in the registry by name, so they must be registered.
+/// Visits the lines after the magic, from "ModelTitle" on, in the format `version` (1 to 4). Finds the fields
+/// in the registry by name, so they must be registered.
 void WalkModelFile(int version, ModelFileVisitor& visitor);
 
 }  // namespace zelvane

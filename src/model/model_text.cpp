@@ -12,13 +12,13 @@
 namespace zelvane {
 namespace {
 
-/// First words of the formats, oldest first. Three characters count.
+/// First words of the formats, oldest first. The first three characters decide.
 constexpr std::array<std::string_view, NewestFileVersion> Magics{"MOD", "2ZV", "3ZV", "4ZV"};
 constexpr std::size_t MagicBytes = 3;
 constexpr std::size_t MagicWordBytes = 4;
 
-/// A text as it may stand on a line: up to its first line break or NUL, at most `bytes` - 1 bytes, and never
-/// ending inside a UTF-8 character that was whole before.
+/// Returns the part of a text that a line can hold: up to its first line break or NUL, at most `bytes` - 1
+/// bytes. Does not cut a UTF-8 character in two.
 std::string_view OneLine(std::string_view text, int bytes) {
   constexpr std::string_view Breaks("\r\n\0", 3);
   text = text.substr(0, text.find_first_of(Breaks));
@@ -84,13 +84,13 @@ struct Reader final : ModelFileVisitor {
   void LastLine() override { onLastLine = true; }
 
  private:
-  /// Reads one number off the line. False when the line holds no more.
+  /// Reads one number from the line. Returns false when there are no more numbers.
   template <typename T>
   static bool ReadCell(TextLine& line, bool holdsMore, const Cell& cell, T field) {
     using Number = std::remove_pointer_t<T>;
     Number value{};
     Scan scan = holdsMore ? ScanNumber(line.text, value) : Scan::Missing;
-    // Digits may be lost where the file stops.
+    // A file that was cut off may lack digits.
     if (line.text.empty() && !line.ended) scan = Scan::Missing;
     if constexpr (std::is_pointer_v<T>) {
       if (scan == Scan::Taken) {
@@ -105,7 +105,7 @@ struct Reader final : ModelFileVisitor {
   }
 };
 
-/// The format that the head of a file names, 0 for none. Takes the word and what follows it on its line.
+/// Returns the format in the first word of a text, or 0. Removes the line with this word.
 int TakeMagic(std::string_view& rest) {
   const std::string_view word = FirstWord(rest, MagicWordBytes);
   const auto found = std::find(Magics.begin(), Magics.end(), word.substr(0, MagicBytes));
@@ -116,7 +116,7 @@ int TakeMagic(std::string_view& rest) {
 
 // -- Writing --
 
-/// What a line's fractional numbers look like: by their cell, or with all their digits where that would be
+/// The form of a line's fractional numbers: that of each cell, or all digits if the line would otherwise be
 /// too long.
 enum class Digits { ByForm, All };
 
@@ -178,10 +178,10 @@ struct Writer final : ModelFileVisitor {
     text.append(buffer.data(), result.ptr);
   }
 
-  /// As printf's %f, %e and %.4e would in the C locale.
+  /// Appends a number as printf's %f, %e and %.4e do in the C locale.
   template <typename Real>
   void AppendReal(NumberForm form, Real value, Digits digits) {
-    // The longest is the largest double in plain decimals: 309 digits, sign, point and six decimals.
+    // The largest double in plain decimals is the longest: 309 digits, sign, point and six decimals.
     std::array<char, 320> buffer;
     constexpr int AllDigits = std::is_same_v<Real, float> ? 8 : 16;  // after the first one
     const bool plain = form == NumberForm::Plain && digits == Digits::ByForm;

@@ -1,4 +1,4 @@
-// The two forms of the scheme, and what is asked of their rates.
+// The two forms of the scheme, and facts about their rates.
 #include <optional>
 
 #include "model/model.h"
@@ -18,7 +18,7 @@ bool LinkPresent(Link link) {
   return Model.StateOn[link.low] != 0 && Model.StateOn[link.high] != 0;
 }
 
-/// Whether the table holds a rate that the grid has no link for.
+/// Returns whether the table has a rate without a link of the grid.
 bool TableLeavesTheGrid() {
   for (int from = 1; from <= MaxStates; ++from) {
     for (int to = 1; to <= MaxStates; ++to) {
@@ -61,7 +61,7 @@ void UpdateTableStates() {
 void ActivateTableModel() {
   UpdateTableStates();
   Model.RateMatrix = Model.TableRate;
-  // A file can bring values on the diagonal; to a simulator they would be transitions of a state to itself.
+  // A file can have values on the diagonal; a simulator would take them as transitions of a state to itself.
   for (int s = 1; s <= MaxStates; ++s) Model.RateMatrix[s][s] = 0.0F;
   Model.Depend = Model.TableDepend;
 }

@@ -6,13 +6,14 @@
 namespace zelvane {
 
 // -- The panels, each in its file --
-void AddMainPanel();  // the panel itself, the grid's controls, labels, drug names, Kd readouts
+void AddMainPanel();  // the panel, the grid's controls, labels, drug names, Kd readouts
 void AddDependencePanel();
 void AddConductancePanel();
 void AddInitialConditionsPanel();
 void AddTableModelPanel();
 
-/// Makes the panels of the scheme follow the model file: before the panels of its other parts, see model_events.h.
+/// Makes the panels of the scheme follow the model file. They come before the panels of its other parts, see
+/// model_events.h.
 void FollowModelFile();
 
 /// Makes the action of a button from a menu command.

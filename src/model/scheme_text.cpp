@@ -16,7 +16,7 @@ int DrugsOf(const DependenceTables& tables, int from, int to) {
   return drugs;
 }
 
-/// 1/s for a rate without a drug, one 1/M more for each drug.
+/// Returns 1/s for a rate without a drug, with one 1/M more for each drug.
 std::string UnitOfRate(int drugs) {
   if (drugs == 0) return "/s";
   return drugs == 1 ? "/M/s" : "/M^" + std::to_string(drugs) + "/s";

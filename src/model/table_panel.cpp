@@ -1,4 +1,4 @@
-// TableModelPanel: the free table of 380 rates, with what each depends on.
+// TableModelPanel: the free table of 380 rates and their dependences.
 #include <string>
 
 #include "model/model.h"
@@ -17,7 +17,7 @@ constexpr char CommandsGroup[] = "commands";
 constexpr char MarkedColour[] = "mark";
 constexpr char DependentColour[] = "green";
 
-// Filled when the panel is declared, for the dimming rule. The diagonal has no cell.
+// Filled when the panel is declared, for the dimming rule. The diagonal has no cells.
 StateTable<Control*> Cells{};
 StateTable<Control*> Buttons{};
 
@@ -42,7 +42,7 @@ void HideTable() {
   HidePanel(TablePanelName);
 }
 
-/// The two controls of one cell, fxnkIIJJ and fxndepIIJJ. They carry the rate's code as their index.
+/// Adds the two controls of one cell, fxnkIIJJ and fxndepIIJJ. Their index is the code of the rate.
 void AddCell(int from, int to) {
   const int code = RateCode(from, to);
   const std::string pair = FormatText("[%d][%d]", from, to);
@@ -69,7 +69,7 @@ void AddCell(int from, int to) {
                                   code);
 }
 
-/// A cell that holds a rate is marked.
+/// Marks the cells with a rate.
 void DimTablePanel() {
   ForEachCell([](int from, int to) {
     std::string& colour = Cells[from][to]->colour;
@@ -114,7 +114,7 @@ void AddTableModelPanel() {
   AddControls(TablePanelName, LabelsGroup, LabelControls);
   ForEachCell(AddCell);
   AddControls(TablePanelName, CommandsGroup, CommandControls);
-  panel.dim.push_back(DimTablePanel);  // from here on: the rule needs the cells
+  panel.dim.push_back(DimTablePanel);  // last, because the rule needs the cells
 }
 
 void ShowTableDependence(int from, int to) {
