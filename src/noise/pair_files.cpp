@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t LongestLine = 300;  // bytes
 
-/// Takes "%g, %g" off a line.
+/// Reads "%g, %g" from a line.
 bool ScanPair(std::string_view line, float& first, float& second) {
   if (ScanNumber(line, first) != Scan::Taken || !line.starts_with(',')) return false;
   line.remove_prefix(1);
