@@ -14,7 +14,8 @@ constexpr float PicosPerUnit = 1e12F;
 constexpr float TwoPi = 6.283185308F;
 constexpr int GuideSteps = 32768;
 
-/// The double exponential, narrowed: libraries agree on it where their 32-bit ones differ in the last bit.
+/// The double exponential, narrowed: it is the same in all libraries, while their 32-bit ones differ in the
+/// last bit.
 float Exp(float x) {
   return static_cast<float>(std::exp(static_cast<double>(x)));
 }
@@ -23,7 +24,7 @@ float MembraneVolt(const RsCircuit& c, float picoamps) {
   return c.vHold - c.rs * picoamps * UnitsPerPico;
 }
 
-/// What a sample loses of itself at a membrane voltage, as a fraction.
+/// Returns the fraction of a sample to subtract at a membrane voltage.
 float LinearLoss(const RsCircuit& c, float fraction, float volt) {
   return volt == c.vRev ? 0.0F : fraction * (1.0F - (c.vHold - c.vRev) / (volt - c.vRev));
 }
@@ -32,14 +33,14 @@ float LagFactor(const RsCircuit& c, float lagFc) {
   return 1.0F - Exp(-TwoPi * c.dt * lagFc);
 }
 
-/// Runs over neighbouring samples: relieves each of its capacitive current, then lets `scale(sample, volt)`
-/// have it, `volt` being the membrane voltage at the next sample.
+/// Subtracts the capacitive current from each sample, then replaces the sample by `scale(sample, volt)`.
+/// `volt` is the membrane voltage at the next sample.
 template <typename Scale>
 void CorrectEach(std::span<float> current, const RsCircuit& circuit, const RsFractions& fractions,
                  Scale scale) {
   assert(circuit.dt > 0.0F);
   if (current.empty()) return;
-  const RsCircuit c = circuit;  // a copy, which no write to the trace can touch
+  const RsCircuit c = circuit;  // a copy, which writes to the trace cannot change
   const float lag = LagFactor(c, fractions.lagFc);
   const float capacitive = PicosPerUnit * fractions.cap;
   float before = MembraneVolt(c, current[0]);
@@ -82,7 +83,7 @@ IvRelation MakeIvRelation(std::span<const float> volt, std::span<const float> cu
   const float span = relation.volt.back() - relation.first;
   relation.stepsPerVolt = std::isfinite(span) && span > 0.0F ? (GuideSteps - 1) / span : 0.0F;
   if (!std::isfinite(relation.stepsPerVolt)) relation.stepsPerVolt = 0.0F;
-  // The step of a voltage never falls as it rises, so points of an earlier step cannot lie above it.
+  // The step increases with the voltage, so points of an earlier step are not above it.
   relation.guide.resize(GuideSteps + 1);
   std::size_t point = 1;
   for (int step = 0; step <= GuideSteps; ++step) {
@@ -120,7 +121,7 @@ void FilterConductance(std::span<float> trace, const RsCircuit& circuit) {
   const float drive = c.vHold - c.vRev;
   const float leak = 1.0F / c.rm;
   const float rest = access * drive / (access + (trace[0] * UnitsPerPico + leak));
-  float volt = 0.0F;  // from rest
+  float volt = 0.0F;  // relative to rest
   for (float& sample : trace) {
     const float g = sample * UnitsPerPico + leak;
     const float decay = Exp(-(access + g) * c.dt / c.cm);

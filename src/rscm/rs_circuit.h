@@ -26,8 +26,8 @@ struct RsCircuit {
 
 /// The fractions of the errors that a correction removes.
 struct RsFractions {
-  float volt = 1.0F;        // of the voltage error
-  float cap = 1.0F;         // of the capacitive current
+  float volt = 1.0F;        // fraction of the voltage error
+  float cap = 1.0F;         // fraction of the capacitive current
   float lagFc = 100000.0F;  // Hz, one-pole filter of the capacitive current
 };
 

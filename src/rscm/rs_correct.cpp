@@ -46,7 +46,7 @@ bool IsCircuit(const RsCircuit& circuit) {
   return circuit.cm >= 0.0F || Refuse(NoCapacitance);
 }
 
-/// Two numbers off the head of a line.
+/// Reads two numbers from the begin of a line.
 bool ScanPoint(std::string_view line, float& volt, float& current) {
   std::string_view rest = line.substr(0, IvLineBytes);
   if (ScanNumber(rest, volt) != Scan::Taken) return false;
@@ -55,7 +55,7 @@ bool ScanPoint(std::string_view line, float& volt, float& current) {
   return ScanNumber(rest, current) == Scan::Taken;
 }
 
-/// Points at the head of a text; they replace those of the store. Their number.
+/// Reads the points at the begin of a text into the store and returns their number.
 int ReadPoints(std::string_view text) {
   int count = 0;
   while (count < MaxIvPoints) {

@@ -35,7 +35,7 @@ constexpr std::size_t BlockBytes = 512;
 constexpr float MicrosecondsPerMs = 1000.0F;
 constexpr std::int16_t FloatFormat = 1;
 
-// Fields of a header of version 1, by their offsets.
+// Offsets of fields in a header of version 1.
 constexpr std::size_t ModeAt = 8;
 constexpr std::size_t SamplesAt = 10;
 constexpr std::size_t EpisodesAt = 16;
@@ -57,7 +57,7 @@ std::int32_t DataBlock(const std::string& bytes) {
   return block;
 }
 
-/// Whether samples can follow a header: it is whole, and they begin behind it.
+/// Returns whether the header is complete and its samples begin after it.
 bool IsTemplate(const std::string& bytes) {
   if (bytes.size() < AbfTemplateLength || bytes.compare(0, 3, "ABF") != 0) return false;
   const auto begin = static_cast<std::int64_t>(DataBlock(bytes)) * static_cast<std::int64_t>(BlockBytes);
@@ -65,7 +65,7 @@ bool IsTemplate(const std::string& bytes) {
          begin <= static_cast<std::int64_t>(MaxTemplateBytes);
 }
 
-/// The bytes of the template up to its samples.
+/// Returns the bytes of the template up to its samples.
 std::string TemplateHead(const char* name) {
   const auto beside = ReadBytes(ProgramFile(name), MaxTemplateBytes);
   std::string head;
@@ -110,7 +110,8 @@ bool IsSameFile(const std::string& a, const std::string& b) {
   return a == b || std::filesystem::equivalent(a, b, error);
 }
 
-/// Reads the file into the trace as a new recording. False when no samples came in: the trace is then empty.
+/// Reads the file into the trace as a new recording. Returns false when it gets no samples; the trace is then
+/// empty.
 bool ReadWhole(const std::string& path) {
   ClearSamples(Trace.SimTraceUsed);
   Trace.TraceValid = 0;

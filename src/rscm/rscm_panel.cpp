@@ -45,19 +45,19 @@ constexpr char LoadTitle[] = "Import model IV curve (V,relative current) for RsC
 
 constexpr float TwoPi = 6.283185308F;
 
-/// Units by the codes of Trace.TraceUnits.
+/// Units for the codes of Trace.TraceUnits.
 constexpr std::array<const char*, 7> UnitNames = {"#", "pS", "pA", "Po", "uV", "mV", "nA"};
 
-const char* FilteredTitle = ConductanceTitle;  // what the filter of the present trace made of it
+const char* FilteredTitle = ConductanceTitle;  // title after the filter of the present trace
 
-// -- What is shown --
+// -- Showing --
 
-/// Shows a text unless it stands there already: this runs after every commit.
+/// Shows a text that has changed: this runs after every commit.
 void ShowNew(std::string_view control, const std::string& text) {
   if (ControlNamed(control).text != text) ShowText(control, text);
 }
 
-/// The state of the trace, on every panel that has a readout for it.
+/// Shows the state of the trace on every panel with a readout for it.
 void ShowStatus() {
   const bool corrected = Trace.RsCorrected != 0;
   for (Control& control : Screen.controls) {
@@ -72,7 +72,7 @@ void ShowLagTau() {
   ShowNew("RcLagTau", std::isfinite(tau) ? FormatNumber("%.4g", static_cast<double>(tau)) : std::string{});
 }
 
-/// The switch also follows the model files that carry it.
+/// Shows the switch when it has changed, for example by a model file.
 void ShowAuto() {
   static int shown = 0;
   if (shown != RsCm.RsCmAuto) ShowField("RsCmAuto");
@@ -130,14 +130,14 @@ void FxnLagCorr(const ControlEvent&) {
   ShowLagTau();
 }
 
-/// The filters run over the record as it was made. A recording may be longer.
+/// Shows a message when the recording is longer than the record, because the filters cover only the record.
 void TellOfRest() {
   if (Model.NumPoints > Model.RecordPoints) {
     MessagePopup(NoticeTitle, FormatText(RestUnfiltered, Model.RecordPoints));
   }
 }
 
-/// Asks, reads the panel and filters, unless the trace has been filtered before.
+/// Asks, reads the panel and filters, unless the trace is already filtered.
 void FilterTrace(const char* question, Outcome (*filter)(), const char* title) {
   if (!ConfirmPopup(NoticeTitle, question)) return;
   ReadControls(PanelName, CircuitGroup);

@@ -8,7 +8,7 @@ void AddRsCorrectionPanel();
 /// Reads the fields of the panel, then corrects the trace that was just read (RsCorrectTrace).
 void CorrectTraceRead();
 
-/// Draws the trace on the panel again and shows what state it is in.
+/// Draws the trace on the panel again and shows its state.
 void RefreshRsCmView();
 
 }  // namespace zelvane
