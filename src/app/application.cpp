@@ -55,7 +55,7 @@ bool Exists(const std::filesystem::path& path) {
   return std::filesystem::is_regular_file(path, error);
 }
 
-/// The "config.mod" of this start: the one of the folder asked for, else the user's own, else the program's.
+/// Returns the "config.mod" of this start: that of the given folder, else the user's own, else the program's.
 std::string ConfigFile(const StartOptions& options) {
   if (!options.folder.empty()) return (std::filesystem::path(options.folder) / ConfigFileName).string();
   const std::string own = UserConfigFolder();
@@ -73,7 +73,7 @@ void SeedAtStart(const StartOptions& options) {
                  static_cast<std::uint32_t>(std::chrono::duration_cast<std::chrono::seconds>(now).count()));
 }
 
-/// Without a readable "config.mod" the program stands at its initial values and asks for no file.
+/// Reads "config.mod". Without it keeps the initial values and asks for no file.
 void ReadConfig(const StartOptions& options) {
   const std::string path = ConfigFile(options);
   if (path.empty() || !Exists(path)) return;
@@ -87,7 +87,7 @@ void ShowStores() {
   StimPanelRefresh();
 }
 
-/// What opens the files of an extension.
+/// The function that opens files with an extension.
 struct Opener {
   std::string_view extension;
   Outcome (*open)(const std::string& path);
@@ -98,9 +98,9 @@ constexpr Opener Openers[] = {
     {".tbl", ReadResultsTableNamed},
 };
 
-/// Opens a recording by what it begins with, a file of the table above by its name, a model where the file is
-/// one, and any other as a text recording. A file that is named like a model and is none is not taken for a text
-/// of numbers.
+/// Opens a file: a recording, recognised by its first bytes; a file of the table above, by its name; a model;
+/// or any other file as a text recording. A file with the name of a model and other contents is not read as
+/// numbers.
 void OpenNamedFile(const std::string& file) {
   if (BeginsLikeRecording(file)) {
     TraceReadFile(file);
@@ -122,7 +122,7 @@ void OpenNamedFile(const std::string& file) {
 
 void OpenNamedFiles(const StartOptions& options) {
   for (const std::string& file : options.files) {
-    if (Exists(file)) OpenFileByName(file);  // an argument that names no file is passed over
+    if (Exists(file)) OpenFileByName(file);  // skips names without a file
   }
 }
 
@@ -160,7 +160,7 @@ void OpenFileByName(const std::string& path) {
 }
 
 void AddAllPanels() {
-  // The entries of a menu and the buttons of MainPanel stand in the order of these calls.
+  // The entries of a menu and the buttons of MainPanel are in the order of these calls.
   AddModelFileMenu();
   AddUndoMenu();
   AddModelPanels();
@@ -189,7 +189,7 @@ void AddAllPanels() {
 }
 
 void StartApplication(const StartOptions& options) {
-  // The order is fixed: later steps read what earlier ones set.
+  // The order is fixed: later steps use the results of earlier ones.
   ClearScreen();
   RemoveUserObservers();
   AllocateStores();

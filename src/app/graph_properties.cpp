@@ -16,7 +16,7 @@ constexpr char PropertiesPanel[] = "GraphPropertiesPanel";
 constexpr MessageTitle LimitsTitle{MessageKind::Warning, "! Graph limits"};
 constexpr char NoXRange[] = "The left limit must be below the right limit.";
 constexpr char NoYRange[] = "The lower limit must be below the upper limit.";
-constexpr double AutoYMargin = 1.0 / 18.0;  // of the range, on each side
+constexpr double AutoYMargin = 1.0 / 18.0;  // share of the range, on each side
 
 struct TimeUnit {
   const char* left;
@@ -44,14 +44,14 @@ double IntervalMs() {
   return static_cast<double>(Model.ADInterval);
 }
 
-/// Sample nearest to a time on the x axis, within the range of an int.
+/// Returns the sample nearest to a time on the x axis, limited to the range of an int.
 double SampleAt(double ms) {
   const double sample = IntervalMs() > 0.0 ? std::round(ms / IntervalMs()) : 0.0;
   return std::clamp(sample, -2147483647.0, 2147483647.0);
 }
 
-/// Length of a sample along the x axis of a graph: 1 where it counts samples, the interval where it counts
-/// ms.
+/// Returns the length of a sample along the x axis of a graph: 1 where the axis counts samples, the interval
+/// where it counts ms.
 double SampleStep(const Graph& graph) {
   return graph.x.gain > 0.0 ? IntervalMs() / graph.x.gain : IntervalMs();
 }
@@ -74,7 +74,7 @@ void ShowTimes() {
   ShowNumber("GraphRightTime", ControlNumber("GraphRightSample") * IntervalMs() / unit.ms);
 }
 
-// -- FxnUpdateSpans, one for each kind of field it keeps in step --
+// -- FxnUpdateSpans, one for each kind of field --
 
 void UpdateFromSamples(const ControlEvent&) {
   ShowTimes();
@@ -91,7 +91,7 @@ void UpdateFromY(const ControlEvent&) {
   ShowSpans();
 }
 
-/// Limits mean nothing on an axis that scales itself.
+/// Dims the limits of an automatic axis.
 void DimProperties() {
   const bool autoX = ControlNumber("GraphAutoX") != 0.0;
   const bool autoY = ControlNumber("GraphAutoY") != 0.0;
@@ -105,7 +105,7 @@ void FxnSignalsCheckBox(const ControlEvent&) {
   DimProperties();
 }
 
-/// Values of the page's second tab, as they stood when it opened.
+/// A value of the page's second tab when the page was opened.
 struct KeptValue {
   std::string name;
   double number;
@@ -137,7 +137,7 @@ void FxnGraphProperties() {
   ShowPanel(PropertiesPanel);
 }
 
-/// Why the axes cannot be scaled as the page says; nullptr when they can.
+/// Returns why the axes cannot get the limits of the page, or nullptr.
 const char* WrongLimits() {
   const bool x = ControlNumber("GraphAutoX") == 0.0;
   const bool y = ControlNumber("GraphAutoY") == 0.0;
@@ -147,7 +147,7 @@ const char* WrongLimits() {
 }
 
 void FxnPropertiesOk(const ControlEvent&) {
-  if (const char* wrong = WrongLimits()) {  // the page stays to be mended
+  if (const char* wrong = WrongLimits()) {  // the page stays open for a correction
     MessagePopup(LimitsTitle, wrong);
     return;
   }
@@ -162,7 +162,7 @@ void FxnPropertiesOk(const ControlEvent&) {
     SetAxisRange(*graph, 'x', left * SampleStep(*graph), right * SampleStep(*graph));
     Analysis.ViewedPoints = static_cast<int>(std::min(right - left, 2147483647.0));
   }
-  if (graph->axisChanged != nullptr) graph->axisChanged(*graph);  // y may follow x; its own limits then hold
+  if (graph->axisChanged != nullptr) graph->axisChanged(*graph);  // may change y; its own limits come next
   if (ControlNumber("GraphAutoY") != 0.0) {
     SetAxisAuto(*graph, 'y');
   } else {

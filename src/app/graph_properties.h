@@ -7,7 +7,7 @@ namespace zelvane {
 /// Declares the page, and Full scale, Auto y and Properties in the Graph menu.
 void AddGraphPropertiesPanel();
 
-/// Both axes automatic; the view is the whole record.
+/// Makes both axes automatic, so that the whole record is visible.
 void ScaleFull();
 
 /// Sets y to the smallest and largest of every second sample in view, widened on each side by 1/18 of their

@@ -48,7 +48,7 @@ void FxnHotKey() {
   SystemHelp(HelpHotKeys);
 }
 
-// Print commands stand beside the help buttons: both are commands on a whole panel.
+// Print commands are next to the help buttons: both act on a whole panel.
 constexpr char PrintMainHelp[] =
     "Print Modeling Panel. Print from menu to access setup options.\nUses default Windows Printer settings.";
 constexpr char PrintStimHelp[] =

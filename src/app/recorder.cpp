@@ -17,7 +17,7 @@ constexpr char CannotWrite[] = "The script could not be written: ";
 
 struct Recorder {
   bool on = false;
-  std::vector<std::string> queued;  // answers within the action under way: the script gives them first
+  std::vector<std::string> queued;  // answers during the present action: the script gives them first
   std::vector<std::string> lines;
   std::string path;
 };
@@ -27,15 +27,15 @@ Recorder& TheRecorder() {
   return recorder;
 }
 
-/// The view that a line sets: "view GRAPH x "; empty for any other line.
+/// Returns the view in a line: "view GRAPH x "; empty for any other line.
 std::string_view ViewSet(std::string_view line) {
   if (!line.starts_with("view ") || line.ends_with(" all")) return {};
   const std::size_t graphEnd = line.find(' ', sizeof("view ") - 1);
   return line.substr(0, graphEnd + sizeof(" x"));
 }
 
-/// Takes out the view that `line` replaces: a pan or a turn of the wheel leaves many, of which the last
-/// counts.
+/// Removes the view that `line` replaces. A pan or a turn of the wheel gives many views, and only the last
+/// one counts.
 void DropFormerView(std::vector<std::string>& lines, const std::string& line) {
   const std::string_view view = ViewSet(line);
   if (view.empty()) return;

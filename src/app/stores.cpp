@@ -30,8 +30,8 @@
 namespace zelvane {
 namespace {
 
-/// Room of one stimulus profile: a bit more than it holds, so that the seven do not fall on the same sets of
-/// the cache.
+/// Size of one stimulus profile: a bit more than its samples, so that the seven profiles do not use the same
+/// sets of the cache.
 constexpr std::size_t ProfileRoom = MaxStimPoints + 47;
 
 struct LargeArrays {

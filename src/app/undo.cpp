@@ -22,8 +22,8 @@
 namespace zelvane {
 namespace {
 
-/// Fields that the simulation of subunits forces; they are dimmed meanwhile, and what a run puts into them is
-/// no edit of the user's.
+/// Fields that the simulation of subunits forces. They are dimmed meanwhile, and their changes by a run are
+/// not edits of the user.
 constexpr std::string_view ForcedBySubunits[] = {"StartAtEquilibrium", "NumRuns",     "NumIntervals",
                                                  "ReseedSimulation",   "AutoAnalyze", "ShowAllTraces"};
 
@@ -56,10 +56,10 @@ std::size_t SizeOf(FieldType type) {
 struct Settings {
   std::vector<std::byte> numbers;
   std::vector<std::string> texts;
-  std::vector<std::size_t> forced;  // bytes among the numbers that subunits force
+  std::vector<std::size_t> forced;  // bytes of `numbers` that subunits force
 };
 
-/// Whether the user sees any difference.
+/// Returns whether the settings look the same to the user.
 bool Same(Settings a, Settings b) {
   if (a.numbers.size() != b.numbers.size() || a.texts != b.texts) return false;
   if (Model.MultiSubunit != 0) {
@@ -110,7 +110,7 @@ void RestoreSettings(const Settings& copy) {
   WriteAnalysisPanel();
 }
 
-/// Puts the present value of a field that is one number into a copy.
+/// Writes the present value of a field with one number into a copy.
 void Refresh(Settings& copy, std::string_view name) {
   std::size_t at = 0;
   for (const auto& [fieldName, field] : AllFields()) {
@@ -121,7 +121,7 @@ void Refresh(Settings& copy, std::string_view name) {
 }
 
 struct UndoState {
-  Settings before;              // as the action under way found them
+  Settings before;              // before the present action
   std::deque<Settings> undone;  // newest at the back
   std::deque<Settings> redone;
   bool restoring = false;
@@ -145,7 +145,7 @@ void KeepIfChanged() {
   state.redone.clear();
 }
 
-/// Goes from one pile to the other. The menu press that runs this is no edit itself.
+/// Goes from one list of copies to the other. The menu press for it is not an edit itself.
 void Step(std::deque<Settings>& from, std::deque<Settings>& to) {
   State().restoring = true;
   if (from.empty()) return;
