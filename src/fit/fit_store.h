@@ -75,7 +75,7 @@ struct FitStore {
   int FitWaveCount = 0;               // waveforms loaded
   int FitListOn = 0;                  // 1 = the set is from a list file
   std::string FitListName;            // path of the list
-  std::vector<std::string> LogLines;  // of the fit panel's log box, oldest first
+  std::vector<std::string> LogLines;  // lines of the fit panel's log box, oldest first
 };
 
 inline FitStore Fit;

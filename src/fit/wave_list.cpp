@@ -10,11 +10,11 @@
 namespace zelvane {
 namespace {
 
-constexpr std::size_t LongestLine = 260;  // bytes; what a line has beyond them is lost
+constexpr std::size_t LongestLine = 260;  // bytes; the rest of a longer line is lost
 constexpr std::size_t ExtensionLength = 3;
 
-/// The next line; an empty one at the end of the file. A carriage return ends a name even where lines end
-/// otherwise: a list written from the name could not be read again.
+/// Returns the next line; an empty one at the end of the file. A carriage return always ends a name: a list
+/// written with it could not be read again.
 std::string LineOf(LineReader& lines) {
   const std::string_view line = lines.Next().value_or(std::string_view{});
   return std::string(line.substr(0, line.find('\r')));

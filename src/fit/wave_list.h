@@ -23,7 +23,7 @@ struct WaveListPair {
 /// The contents of a list, with clean names (CleanedName).
 struct WaveList {
   std::string model;
-  std::vector<WaveListPair> pairs;  // at most MaxFitWaveforms; missing names are empty or only an extension
+  std::vector<WaveListPair> pairs;  // at most MaxFitWaveforms; a missing name is empty or only an extension
 };
 
 /// Reads a list file. Returns an empty result when its first line does not begin with "LIST". Uses the
