@@ -1,4 +1,4 @@
-// What all fits share, by name.
+// The fields that all fits share, by name.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
-// What every fit shares: which fit runs, the working tables of its parameters, and the type of a table of limits.
-// Data only. The limits of each kind of fit lie with its subject.
+// The data that every fit shares: which fit runs, the working tables of its parameters, and the type of a
+// table of limits. Data only. The limits of each kind of fit are with its subject.
 #pragma once
 
 #include <array>
