@@ -10,13 +10,13 @@ namespace fs = std::filesystem;
 
 constexpr char ProgramName[] = "zelvane";
 
-/// Value of an environment variable; empty when it is not set.
+/// Returns the value of an environment variable; empty when it is not set.
 std::string Environment(const char* name) {
   const char* value = std::getenv(name);
   return value != nullptr ? value : "";
 }
 
-/// The folder that the running program lies in.
+/// Returns the folder of the running program.
 fs::path ExecutableFolder() {
   std::error_code error;
 #if defined(__linux__)
@@ -54,7 +54,7 @@ std::string ProgramDataFolder() {
   const fs::path program = ExecutableFolder();
   const fs::path installed = (program / ".." / "share" / ProgramName).lexically_normal();
   if (HoldsData(installed)) return installed.string();
-  // In a build tree the program lies some folders below the one that holds data/.
+  // In a build tree the program is some folders below the one with data/.
   for (fs::path folder = program;; folder = folder.parent_path()) {
     if (HoldsData(folder / "data")) return (folder / "data").string();
     if (!folder.has_relative_path()) return {};
@@ -70,7 +70,7 @@ std::string UserConfigFolder() {
 #if defined(__APPLE__)
   const fs::path own = home.empty() ? "" : fs::path(home) / "Library" / "Application Support";
 #else
-  // As the XDG base directories are defined: a path that is not absolute is not to be used.
+  // By the definition of the XDG base directories a path that is not absolute must not be used.
   fs::path own = Environment("XDG_CONFIG_HOME");
   if (!own.is_absolute()) own = home.empty() ? fs::path{} : fs::path(home) / ".config";
 #endif

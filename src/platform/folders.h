@@ -13,7 +13,7 @@ inline constexpr char ConfigFileName[] = "config.mod";
 /// data/ of a build tree. Returns an empty string when it finds no folder.
 std::string ProgramDataFolder();
 
-/// ProgramFile then looks in `folder` first. An empty string removes this folder.
+/// Makes ProgramFile search `folder` first. An empty string removes this folder.
 void SetProgramFolder(const std::string& folder);
 
 /// Returns the path of a file of the program: in the folder of SetProgramFolder, else in the folder of the

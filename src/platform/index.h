@@ -7,7 +7,8 @@
 
 namespace zelvane {
 
-/// `i`, at least 0, as the index of a container: counts of this program are signed, those of the library are not.
+/// Returns `i`, at least 0, as the index of a container: counts of this program are signed, those of the
+/// library are not.
 template <std::signed_integral Number>
 constexpr std::size_t Index(Number i) {
   assert(i >= 0);

@@ -12,7 +12,7 @@ enum class Outcome {
   Failed,   // after the begin; a message gave the reason
 };
 
-/// Of two parts of an operation: the first that was not done.
+/// Returns the first of two outcomes that is not Done.
 constexpr Outcome FirstNotDone(Outcome first, Outcome second) {
   return first != Outcome::Done ? first : second;
 }

@@ -1,7 +1,7 @@
-// How a long work speaks: messages, questions, progress, and the wish to stop it.
+// The way from a long work to the user: messages, questions, progress, and the wish to stop.
 //
-// Whoever starts the work makes the reporter. Every function may be missing, and an empty reporter is silent:
-// a fit that runs a model thousands of times passes one.
+// The caller of the work makes the reporter. Every function may be missing, and an empty reporter is silent:
+// a fit that runs a model thousands of times passes an empty one.
 #pragma once
 
 #include <functional>
@@ -9,11 +9,11 @@
 
 namespace zelvane {
 
-/// Called at about 20 moments of a run with the part that is done; true stops the run. May be empty.
+/// Called about 20 times during a run with the fraction done. True stops the run. May be empty.
 using RunHook = std::function<bool(double fraction)>;
 
-/// Called within long stretches, so that a window can repaint and a stop take hold; gets the part that is
-/// done, true stops the run. What a run computes does not depend on it. May be empty.
+/// Called during long work with the fraction done, so that a window can repaint and the user can stop. True
+/// stops the run. Does not influence the results. May be empty.
 using BreathHook = std::function<bool(double fraction)>;
 
 struct RunReporter {
@@ -21,9 +21,9 @@ struct RunReporter {
   std::function<void(std::string_view title, std::string_view text)> message{};
   /// Asks a question; true = yes.
   std::function<bool(std::string_view title, std::string_view text)> question{};
-  /// Shows which part is done, from 0 to 1, with a text beside it.
+  /// Shows the fraction done, from 0 to 1, with a text beside it.
   std::function<void(double fraction, std::string_view text)> progress{};
-  /// Lets user events that wait run and returns whether the user wants to stop.
+  /// Handles waiting user events and returns whether the user wants to stop.
   std::function<bool()> stopAsked{};
   BreathHook breathe{};
 };
@@ -37,12 +37,12 @@ inline void Tell(const RunReporter& reporter, std::string_view title, std::strin
   if (reporter.message) reporter.message(title, text);
 }
 
-/// Asks whether to go on. A silent reporter goes on.
+/// Asks whether to continue. A silent reporter continues.
 inline bool Agrees(const RunReporter& reporter, std::string_view title, std::string_view text) {
   return !reporter.question || reporter.question(title, text);
 }
 
-/// Returns a hook that shows progress and then asks for a stop; an empty one when the reporter does neither.
+/// Returns a hook that shows progress and then asks for a stop; empty when the reporter has neither function.
 inline RunHook ProgressHook(const RunReporter& reporter) {
   if (!reporter.progress && !reporter.stopAsked) return {};
   return [&reporter](double fraction) {

@@ -24,7 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int MaxLinks = 40;  // of a chain of symbolic links, as many as systems follow
+constexpr int MaxLinks = 40;  // longest chain of symbolic links, as long as systems follow
 constexpr int NameAttempts = 100;
 constexpr std::size_t PartBytes = 1 << 20;
 
@@ -33,8 +33,8 @@ WriteStop& StopHook() {
   return hook;
 }
 
-/// The file that `path` means after all symbolic links, whether or not it exists. Nothing for an endless
-/// chain.
+/// Returns the file of `path` after all symbolic links, whether or not it exists. Returns nullopt for an
+/// endless chain.
 std::optional<fs::path> LinkTarget(const std::string& path) {
   fs::path target(path);
   std::error_code error;
@@ -42,7 +42,7 @@ std::optional<fs::path> LinkTarget(const std::string& path) {
     if (!fs::is_symlink(target, error)) return target;
     const fs::path next = fs::read_symlink(target, error);
     if (error) return std::nullopt;
-    target = target.parent_path() / next;  // an absolute `next` stands alone
+    target = target.parent_path() / next;  // an absolute `next` replaces the folder
   }
   return std::nullopt;
 }
@@ -55,7 +55,7 @@ bool OwnerMayWrite(const fs::file_status& status) {
   return (status.permissions() & fs::perms::owner_write) != fs::perms::none;
 }
 
-/// Whether `target` may be created or replaced, as far as its type and its owner's rights tell.
+/// Returns whether the type of `target` and the rights of its owner allow to create or replace it.
 bool MayBeReplaced(const fs::path& target) {
   std::error_code error;
   if (!target.has_filename()) return false;
@@ -66,8 +66,8 @@ bool MayBeReplaced(const fs::path& target) {
   return fs::is_regular_file(file) && OwnerMayWrite(file);
 }
 
-/// A name for the temporary file that no other process is likely to choose. It is short, so that a target
-/// whose own name is as long as the system allows has one too.
+/// Returns a name for the temporary file that another process is not likely to choose. The name is short, so
+/// that it is possible even if the name of the target has the largest length.
 fs::path TemporaryName(const fs::path& target) {
   static std::minstd_rand random(
       static_cast<std::uint32_t>(std::chrono::steady_clock::now().time_since_epoch().count()) ^
@@ -88,16 +88,16 @@ bool WriteAll(int file, std::int64_t position, std::string_view block) {
   return true;
 }
 
-/// Gives the open file the owner and permissions of `target`, where that exists.
+/// Gives the open file the owner and permissions of `target`, if that exists.
 void TakeOverRights(int file, const fs::path& target) {
   struct stat old {};
   if (::stat(target.c_str(), &old) != 0) return;
-  // Only the superuser may give a file away; anyone else keeps it, as its saver.
+  // Only the superuser may give a file away; for other users it belongs to the one who saves.
   if (::fchown(file, old.st_uid, old.st_gid) != 0) errno = 0;
   if (::fchmod(file, old.st_mode & 07777) != 0) errno = 0;
 }
 
-/// A rename is safe on the disk once its folder is. Not every file system can do that.
+/// Flushes a folder: a rename is safe on the disk only after this. Not every file system can do it.
 void FlushFolder(const fs::path& folder) {
   const int handle = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (handle < 0) return;
@@ -105,13 +105,13 @@ void FlushFolder(const fs::path& folder) {
   ::close(handle);
 }
 
-/// The name under which the system shows an open file of this process.
+/// Returns the name under which the system shows an open file of this process.
 std::string DescriptorPath(int file) {
   return "/proc/self/fd/" + std::to_string(file);
 }
 
-/// A new file, open for writing, with the permissions that a new file has here. Where the system can, it has
-/// no name yet, and `name` stays empty: a process killed now leaves nothing behind.
+/// Makes a new file, open for writing, with the usual permissions of a new file. If the system allows it, the
+/// file has no name yet and `name` stays empty: a process that is killed now leaves nothing behind.
 int CreateTemporary(const fs::path& target, fs::path& name) {
 #if defined(O_TMPFILE)
   const int unnamed = ::open(FolderOf(target).c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0666);
@@ -126,8 +126,7 @@ int CreateTemporary(const fs::path& target, fs::path& name) {
   return -1;
 }
 
-/// Gives a file from CreateTemporary a name where it has none. Only a file with a name can take the place of
-/// another one.
+/// Gives a file from CreateTemporary a name if it has none. Only a file with a name can replace another one.
 bool NameTemporary(int file, const fs::path& target, fs::path& name) {
   for (int attempt = 0; name.empty() && attempt < NameAttempts; ++attempt) {
     const fs::path chosen = TemporaryName(target);
@@ -177,7 +176,7 @@ class Replacement final : public FileReplacement {
   int file_ = -1;
 };
 
-/// Appends to an open file, and then writes `head` over its first bytes, since that tells of what follows.
+/// Appends to an open file, and then writes `head`, which describes the new contents, over its first bytes.
 bool AppendBlocks(int file, std::int64_t length, const NextBlock& nextBlock, std::string_view head) {
   for (std::string_view block = nextBlock(); !block.empty(); block = nextBlock()) {
     if (WriteStopped() || !WriteAll(file, length, block)) return false;

@@ -13,7 +13,7 @@ namespace zelvane {
 bool StartProgram(const std::string& path) {
   posix_spawn_file_actions_t streams;
   if (::posix_spawn_file_actions_init(&streams) != 0) return false;
-  // What it reads and writes is not this program's: a script may stand there.
+  // The program must not use our streams, where a script may run.
   bool good = true;
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
     good = good && ::posix_spawn_file_actions_addopen(&streams, stream, "/dev/null", O_RDWR, 0) == 0;

@@ -14,7 +14,7 @@
 namespace zelvane {
 namespace {
 
-/// Writes only where something other than 0 stands, so that untouched pages stay so.
+/// Writes only to values other than 0, so that untouched pages stay untouched.
 void ClearInPlace(std::span<float> floats) {
   for (float& value : floats) {
     if (std::bit_cast<std::uint32_t>(value) != 0) value = 0.0F;
@@ -29,7 +29,7 @@ std::span<float> TakeZeroPages(std::size_t count) {
                       MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
   if (memory == MAP_FAILED) memory = nullptr;
 #else
-  // calloc of a large block takes fresh zero pages from every common system.
+  // On every common system calloc gets fresh zero pages for a large block.
   void* memory = std::calloc(count, sizeof(float));
 #endif
   if (memory == nullptr) {
@@ -41,7 +41,7 @@ std::span<float> TakeZeroPages(std::size_t count) {
 
 void ReleaseZeroPages(std::span<float> floats) {
 #if defined(__linux__)
-  // Only whole pages can be given back; a page shared with neighbours of the span is cleared in part.
+  // Only whole pages can be returned; of a page shared with neighbours only the part of the span is cleared.
   const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
   const auto begin = reinterpret_cast<std::uintptr_t>(floats.data());
   const std::uintptr_t firstPage = (begin + page - 1) / page * page;

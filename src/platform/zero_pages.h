@@ -14,8 +14,8 @@ std::span<float> TakeZeroPages(std::size_t count);
 /// from TakeZeroPages. Takes almost no time for pages without a write.
 void ReleaseZeroPages(std::span<float> floats);
 
-/// Sets elements 0..end - 1 of `values` to 0, as far as `used` says that something was written: elements at and
-/// beyond `used` hold 0. `used` falls to 0 when only zeros are left.
+/// Sets elements 0..end - 1 of `values` to 0. Elements at and after `used` are already 0 and are skipped.
+/// `used` becomes 0 when only zeros are left.
 void ClearUsed(std::span<float> values, int& used, int end);
 
 }  // namespace zelvane
