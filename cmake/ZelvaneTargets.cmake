@@ -1,18 +1,18 @@
-# One way to make every target alike: C++20, warnings as errors, no contraction of multiply and add
-# (a result must not change with the compiler's mood), include root src/.
+# Makes every target alike: C++20, warnings as errors, no contraction of multiply and add (results must not
+# depend on the compiler), include root src/.
 
 add_library(zelvane_options INTERFACE)
 target_compile_features(zelvane_options INTERFACE cxx_std_20)
 target_include_directories(zelvane_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(zelvane_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror -ffp-contract=off
-  # Clang counts changes of sign under -Wconversion; GCC, whose warnings are the ones kept here, does not.
+  # With -Wconversion Clang also warns of changes of sign. GCC, whose warnings count here, does not.
   $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wno-sign-conversion>)
 if(ZELVANE_PCH)
   target_compile_options(zelvane_options INTERFACE -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow -Wno-stringop-overread)
 endif()
 if(ZELVANE_SANITIZE OR ZELVANE_TSAN)
-  # Under its sanitizers GCC 12 takes the standard library's own code (<regex>) for uninitialised.
+  # With its sanitizers GCC 12 reports uninitialised values in the standard library's own code (<regex>).
   target_compile_options(zelvane_options INTERFACE -Wno-maybe-uninitialized)
 endif()
 if(ZELVANE_SANITIZE)
@@ -31,14 +31,15 @@ if(ZELVANE_COVERAGE)
   target_link_options(zelvane_options INTERFACE --coverage)
 endif()
 
-# The standard headers, precompiled once for all libraries and once, with those of the tests, for all tests: with ZELVANE_PCH, for
-# builds by hand. The presets build without: that proves that each file includes what it uses. GCC 12 takes strings joined in a
-# precompiled header for faults, though they are none.
+# With ZELVANE_PCH, for builds by hand, the standard headers are precompiled once for all libraries and once,
+# with those of the tests, for all tests. The presets build without ZELVANE_PCH, which proves that each file
+# includes what it uses. GCC 12 wrongly warns of joined strings in a precompiled header.
 set(zelvane_standard_headers
   <algorithm> <array> <bit> <charconv> <cmath> <cstddef> <cstdint> <cstdio> <cstring> <deque> <functional> <limits> <map> <memory>
   <numeric> <optional> <ostream> <set> <span> <string> <string_view> <utility> <vector>)
 
-# zelvane_precompile(TARGET FROM OTHER [HEADERS ...]): the precompiled headers of OTHER; OTHER itself makes them.
+# zelvane_precompile(TARGET FROM OTHER [HEADERS ...]): uses the precompiled headers of OTHER; OTHER itself
+# makes them.
 function(zelvane_precompile TARGET)
   cmake_parse_arguments(ARG "" "FROM" "HEADERS" ${ARGN})
   if(NOT ZELVANE_PCH)
@@ -51,8 +52,8 @@ function(zelvane_precompile TARGET)
 endfunction()
 
 # zelvane_add_subsystem(NAME SOURCES ... HEADERS ... DEPENDS ...)
-# A folder of src/ as one static library. DEPENDS names the folders whose headers it may include, all of
-# them below it; *_store.h headers hold data only and may be included by any folder.
+# Makes a folder of src/ one static library. DEPENDS names the folders whose headers it may include; all are
+# below it. *_store.h headers hold data only, and any folder may include them.
 function(zelvane_add_subsystem NAME)
   cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;DEPENDS;LIBRARIES" ${ARGN})
   set(target zelvane_${NAME})
@@ -64,7 +65,7 @@ function(zelvane_add_subsystem NAME)
     target_link_libraries(${target} PUBLIC zelvane_${folder})
   endforeach()
   target_link_libraries(${target} PRIVATE ${ARG_LIBRARIES})
-  if(NOT NAME STREQUAL desktop)  # which precompiles those of its toolkit
+  if(NOT NAME STREQUAL desktop)  # precompiles the headers of its toolkit itself
     zelvane_precompile(${target} FROM zelvane_platform)
   endif()
 endfunction()

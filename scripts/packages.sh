@@ -1,6 +1,7 @@
-# Installs Debian packages that are missing. Sourced by run, test and .ci/run.
+# Installs missing Debian packages. Used by run, test and .ci/run.
 #
-# need_packages NAME...: says what it installs, uses sudo where the user is not root, ends the script when it cannot.
+# need_packages NAME...: names the packages, installs them with sudo unless the user is root, and ends the
+# script on failure.
 need_packages() {
   local missing=()
   local name
@@ -19,7 +20,7 @@ need_packages() {
   DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# What building takes, what the desktop program takes beside it, and what the tests take.
+# Packages for building, for the desktop program as well, and for the tests.
 build_packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev)
 desktop_packages=(qt6-base-dev libqcustomplot-dev qt6-svg-dev fonts-dejavu-core)
 test_packages=(xvfb xauth libgtest-dev libbenchmark-dev)
