@@ -1,10 +1,10 @@
-// Reading recordings from the page cache against one read per sample, in one program, so that whatever else
-// the machine does slows both alike.
+// Reading recordings from the page cache, compared with one read per sample. Both run in one program, so that
+// other work of the machine slows both equally.
 //
-// Time is the processor time of the program's own reader; the counters are the time of the plain form for the
-// same work (plain_ms) and how many times faster the program is (times_faster). Before the clock starts the
-// samples of the two are compared. The recordings stay in the folder that is named at the end, for
-// read_abf.py to read them by other programs.
+// Time is the processor time of the program's own reader. The counters are the time of the plain form for the
+// same work (plain_ms) and how many times faster the program is (times_faster). The samples of both are
+// compared before the clock starts. The recordings stay in the folder that is named at the end, so that
+// read_abf.py can read them with other programs.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -30,8 +30,7 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t Samples = 5'000'000;
 constexpr std::size_t SamplesPerEpisode = 5000;
-constexpr long DataBlockField =
-    40;  // the header's field that tells in which block of 512 bytes the samples begin
+constexpr long DataBlockField = 40;  // header field: the block of 512 bytes at which the samples begin
 constexpr long BlockBytes = 512;
 constexpr int PlainRuns = 5;
 
@@ -77,8 +76,8 @@ void WriteIntegers(const std::string& path, const std::vector<float>& samples) {
   file.write(reinterpret_cast<const char*>(counts.data()), static_cast<std::streamsize>(counts.size()));
 }
 
-/// Processor time of `work`: other programs on the machine would stretch the longer of two wall times the
-/// more.
+/// Returns the processor time of `work`: other programs on the machine would lengthen a long wall time more
+/// than a short one.
 double Seconds(const std::function<void()>& work) {
   const std::clock_t start = std::clock();
   work();
@@ -99,7 +98,7 @@ void ReadOne(const std::string& path, int sweep, std::vector<float>& samples) {
   if (file != nullptr) benchmark::DoNotOptimize(ReadSweep(*file, 0, sweep, 0, samples));
 }
 
-/// The plain form: one buffered read for each sample.
+/// The plain form: makes one buffered read for each sample.
 template <class Sample>
 void ReadSampleBySample(const std::string& path, std::vector<float>& samples) {
   std::FILE* file = std::fopen(path.c_str(), "rb");
@@ -154,8 +153,8 @@ void Floats(benchmark::State& state) {
 }
 BENCHMARK(Floats)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-/// All episodes one after the other, the file opened anew for each, as the program steps through them. Per
-/// episode the time should not depend on their number.
+/// Reads all episodes one after the other and opens the file for each, as the program does. The time per
+/// episode should not depend on their number.
 void Episodes(benchmark::State& state) {
   const std::string path = Folder() + "episodes.abf";
   WriteFloats(path, std::vector(static_cast<std::size_t>(state.range(0)), Noise(SamplesPerEpisode)));
@@ -168,7 +167,7 @@ void Episodes(benchmark::State& state) {
 }
 BENCHMARK(Episodes)->Arg(10)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
 
-/// The same through the command that steps from one episode to the next, into the one trace of the program.
+/// Does the same with the command that steps to the next episode, into the program's one trace.
 void SteppedEpisodes(benchmark::State& state) {
   AllocateStores();
   Trace.TraceFileName = Folder() + "stepped.abf";

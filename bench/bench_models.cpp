@@ -49,7 +49,7 @@ BenchScheme FullTable() {
 }
 
 void SetStimulus(BenchStimulus stimulus, int points) {
-  const auto size = static_cast<std::size_t>(points) + 2;  // the last stage of a step reads one point more
+  const auto size = static_cast<std::size_t>(points) + 2;  // the last stage of a step reads one more point
   const std::span<float> volts = Stimulus.Profile[0].first(std::min(size, Stimulus.Profile[0].size()));
   const std::span<float> drug = Stimulus.Profile[1].first(volts.size());
   std::fill(volts.begin(), volts.end(), stimulus == BenchStimulus::Pulse ? 0.0F : -0.1F);

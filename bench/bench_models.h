@@ -1,4 +1,4 @@
-// The schemes that the integrators are timed on, and their stimuli.
+// The schemes and stimuli for timing the integrators.
 #pragma once
 
 #include <array>
@@ -8,7 +8,7 @@
 
 namespace zelvane {
 
-/// A scheme apart from the stores.
+/// A scheme outside the stores.
 struct BenchScheme {
   StateTable<float> rate{};
   DependenceTables depend;
@@ -19,23 +19,23 @@ struct BenchScheme {
   SchemeTables Tables() const { return {rate, depend, on, temperature}; }
 };
 
-/// The scheme of a model file of the program's data folder. Ends the program when it cannot be read.
+/// Returns the scheme of a model file in the program's data folder. Ends the program when it cannot be read.
 BenchScheme SchemeOfFile(const char* name);
 
-/// 20 states with all 380 rates, 254 of them on voltage, each with a steepness of its own.
+/// Returns 20 states with all 380 rates, 254 of them dependent on voltage, each with its own steepness.
 BenchScheme FullTable();
 
-/// The stimulus of a workload, written to the profiles of the store at 0.01 ms a point.
+/// The stimulus of a workload, in the profiles of the store with 0.01 ms per point.
 enum class BenchStimulus {
   Pulse,        // 1 mM of the first drug for 1 ms, 1 ms after the start
   VoltageStep,  // from -100 to -10 mV, 1 ms after the start
-  VoltageRamp   // from -100 mV up by 2 uV a point: no two points are alike
+  VoltageRamp   // from -100 mV, 2 uV more at each point: no two points are equal
 };
 void SetStimulus(BenchStimulus stimulus, int points);
 
 inline constexpr float BenchIntervalMs = 0.01F;
 
-/// The profiles of the store.
+/// Returns the profiles of the store.
 StimulusView StoreStimulus();
 
 }  // namespace zelvane

@@ -1,4 +1,4 @@
-// Times of the program's own form and of the plain form of the same work.
+// Times of the program's own form and of the plain form for the same work.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -12,8 +12,8 @@ namespace zelvane {
 
 inline constexpr int PlainRuns = 3;
 
-/// Processor time of `work`: other programs on the machine would stretch the longer of two wall times the
-/// more.
+/// Returns the processor time of `work`: other programs on the machine would lengthen a long wall time more
+/// than a short one.
 inline double Seconds(const std::function<void()>& work) {
   const std::clock_t start = std::clock();
   work();
@@ -26,8 +26,8 @@ inline double Median(std::vector<double> values) {
   return values[values.size() / 2];
 }
 
-/// Times `fast` for the benchmark and `plain` beside it; `share` is the part of the fast work that the plain
-/// does.
+/// Times `fast` for the benchmark, and `plain` as well. `share` is the part of the fast work that the plain
+/// form does.
 inline void CompareTimes(benchmark::State& state, const std::function<void()>& fast,
                          const std::function<void()>& plain, double share = 1.0) {
   std::vector<double> fastTimes;

@@ -1,8 +1,8 @@
 // The same response from CVODE: BDF with the exact Jacobian, relative tolerance 1e-4, values at every point.
 //
-// Cohen & Hindmarsh (1996), Comput. Phys. 10, 138-143. The stimulus is a step, so the solver is started anew
-// at each edge; its right-hand side is one product with the matrix of effective rates, which stands still in
-// between.
+// Cohen & Hindmarsh (1996), Comput. Phys. 10, 138-143. The stimulus is a step, so the solver starts again at
+// each edge. Its right-hand side is one product with the matrix of effective rates, which is constant between
+// edges.
 #include <benchmark/benchmark.h>
 #include <cvode/cvode.h>
 #include <nvector/nvector_serial.h>
@@ -95,8 +95,8 @@ void Require(int flag) {
   if (flag < 0) throw std::runtime_error("CVODE failed");
 }
 
-/// Points first..end - 1 of `output` (all states, point after point) from the occupancies in `y`, which move
-/// to `end`.
+/// Calculates points first..end - 1 of `output` (all states, point after point) from the occupancies in `y`,
+/// and moves these to `end`.
 void SolveStretch(SUNContext context, RateSystem& system, std::size_t first, std::size_t end,
                   std::vector<double>& y, std::vector<double>& output) {
   const auto n = static_cast<sunindextype>(y.size());
@@ -147,7 +147,7 @@ std::vector<double> SolveWithCvode(const BenchScheme& scheme, const StimulusView
   return output;
 }
 
-/// The adaptive integrator with every state that is on brought to all points.
+/// Runs the adaptive integrator and brings every state that is on to all points.
 std::vector<float> SolveAdaptive(const BenchScheme& scheme, const StimulusView& view, float precision) {
   const CompiledScheme compiled = CompileScheme(scheme.Tables());
   const AdaptiveResult run = IntegrateAdaptive({compiled, view, scheme.start, Points, precision},
@@ -166,7 +166,7 @@ std::vector<float> SolveAdaptive(const BenchScheme& scheme, const StimulusView& 
   return output;
 }
 
-/// Processor time of `work`.
+/// Returns the processor time of `work`.
 template <typename Work>
 double Seconds(Work work) {
   const std::clock_t start = std::clock();
@@ -174,8 +174,8 @@ double Seconds(Work work) {
   return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
-/// Time is that of the program's integrator; counters: CVODE's time, and how many times faster the program
-/// is.
+/// Time is that of the program's integrator. The counters are CVODE's time and how many times faster the
+/// program is.
 template <typename Work>
 void AgainstCvode(benchmark::State& state, const BenchScheme& scheme, const StimulusView& view, Work work) {
   double own = 0.0;

@@ -1,5 +1,5 @@
-// A graph of 5,000,000 samples, from the simulated trace to the painted widget, and each step of a pan or
-// zoom after it. Drawn into memory: QT_QPA_PLATFORM=offscreen.
+// A graph of 5,000,000 samples, from the simulated trace to the painted widget, and each later step of a pan
+// or zoom. Drawn into memory: QT_QPA_PLATFORM=offscreen.
 #include <benchmark/benchmark.h>
 #include <qcustomplot.h>
 
@@ -22,7 +22,7 @@ namespace {
 
 constexpr QSize WindowSize(1280, 420);
 
-/// What the trace holds.
+/// The shape of the trace.
 enum Shape { Calm, Noisy };
 
 void FillTrace(Shape shape) {
@@ -37,7 +37,7 @@ void FillTrace(Shape shape) {
   }
 }
 
-/// The main graph in a window of its own.
+/// The main graph in its own window.
 class Window {
  public:
   Window() : widget_(GraphNamed("MainPanel")), count_(widget_.plot()) {
@@ -48,7 +48,7 @@ class Window {
 
   GraphWidget& widget() { return widget_; }
 
-  /// Lets the event loop turn until the plot is on the widget.
+  /// Runs the event loop until the plot is on the widget.
   void paint() {
     widget_.refresh();
     count_.await();
@@ -69,7 +69,7 @@ void TraceToPaintedGraph(benchmark::State& state) {
 }
 BENCHMARK(TraceToPaintedGraph)->Arg(Calm)->Arg(Noisy)->ArgName("noisy")->Unit(benchmark::kMillisecond);
 
-/// `step` changes the view by a little, back and forth by the sign of its argument.
+/// `step` changes the view a little, back or forth by the sign of its argument.
 template <typename Step>
 void TimeSteps(benchmark::State& state, Step&& step) {
   FillTrace(static_cast<Shape>(state.range(0)));

@@ -1,5 +1,5 @@
-// Filters and corrections over 5,000,000 samples. The Gaussian filter runs against its plain sums in the same
-// process, and its result is compared with theirs bit for bit before the clock starts.
+// Filters and corrections over 5,000,000 samples. The Gaussian filter is compared with its plain sums in the
+// same process. Before the clock starts the results are compared bit for bit.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -21,7 +21,7 @@ namespace {
 constexpr std::size_t Samples = 5'000'000;
 constexpr double Rate = 100'000.0;
 
-/// Processor time of `work`, so that other programs on the machine count for less.
+/// Returns the processor time of `work`, so that other programs on the machine count less.
 double Seconds(const std::function<void()>& work) {
   const std::clock_t start = std::clock();
   work();
@@ -37,8 +37,8 @@ std::vector<Number> Noise(std::size_t size) {
   return samples;
 }
 
-/// `corner` as a fraction of the sampling rate. The plain sums run over a share of the samples: their cost
-/// per sample is constant.
+/// Filters with `corner` as a fraction of the sampling rate. The plain sums cover a share of the samples,
+/// because their cost per sample is constant.
 void Gaussian(benchmark::State& state, float corner, std::size_t plainShare) {
   const GaussianKernel kernel = MakeGaussianKernel(corner);
   const std::vector<float> in = Noise<float>(Samples);
@@ -77,7 +77,7 @@ void ButterworthPair(benchmark::State& state) {
 }
 BENCHMARK(ButterworthPair)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-/// A relation of so many points around the potentials that the noise makes.
+/// Returns a relation of `points` points around the potentials of the noise.
 IvRelation Relation(std::size_t points) {
   std::vector<float> volt;
   std::vector<float> current;

@@ -1,5 +1,5 @@
-// The integrators against their plain form, in one program, so that whatever else the machine does slows both
-// alike.
+// The integrators compared with their plain form. Both run in one program, so that other work of the machine
+// slows both equally.
 //
 // Each line is one workload. Time is the processor time of the program's own form; the counters are the plain
 // form's time for the same work (plain_ms) and how many times faster the program is (times_faster). Before
@@ -42,7 +42,7 @@ bool SameRows(const IntegratorOutput& plain, int points) {
   return true;
 }
 
-/// The compiled form as IntegrateModel uses it: compiling is part of every run.
+/// Runs the compiled form as IntegrateModel uses it: every run compiles.
 void FastFixed(const BenchScheme& scheme, int points) {
   const CompiledScheme compiled = CompileScheme(scheme.Tables());
   const StimulusView view = StoreStimulus();
@@ -94,9 +94,10 @@ void AdaptivePath(benchmark::State& state, const BenchScheme& scheme, BenchStimu
   state.counters["saved_steps"] = result.saved;
 }
 
-/// 5,000,000 points. The plain form, whose cost per point is constant, runs 10,240 of them and is scaled up.
+/// Runs 5,000,000 points. The plain form runs 10,240 of them and is scaled up, because its cost per point is
+/// constant.
 void LongRun(benchmark::State& state, const BenchScheme& scheme) {
-  SetStimulus(BenchStimulus::Pulse, Points);  // beyond it both profiles are 0
+  SetStimulus(BenchStimulus::Pulse, Points);  // later both profiles are 0
   const StimulusView view = StoreStimulus();
   IntegratorOutput plain(Points);
   CompareTimes(
@@ -110,7 +111,7 @@ void LongRun(benchmark::State& state, const BenchScheme& scheme) {
 #endif
 }
 
-/// What ten times the points cost.
+/// Measures the cost of ten times the points.
 void TenTimesThePoints(benchmark::State& state, const BenchScheme& scheme) {
   SetStimulus(BenchStimulus::Pulse, 10 * Points);
   std::vector<double> once;
@@ -133,7 +134,7 @@ void Add(const std::string& name, Work work) {
 
 }  // namespace
 
-/// Benchmarks against CVODE, where it is installed.
+/// Adds benchmarks against CVODE if it is installed.
 void AddCvodeBenchmarks(const BenchScheme& ampa, const BenchScheme& sodium);
 
 }  // namespace zelvane
@@ -147,7 +148,7 @@ int main(int argc, char** argv) {
   const BenchScheme sodium = SchemeOfFile("models/sodium_hodgkin_1952.mod");
   const BenchScheme table = FullTable();
   ResetStores();
-  // The longest run first: the peak of resident memory is then its own.
+  // The longest run first, so that the peak of resident memory is its own.
   Add("fixed/ampa/5000000_points", [&](benchmark::State& s) { LongRun(s, ampa); });
   Add("fixed/ampa", [&](benchmark::State& s) { FixedPath(s, ampa, BenchStimulus::Pulse); });
   Add("fixed/sodium", [&](benchmark::State& s) { FixedPath(s, sodium, BenchStimulus::VoltageStep); });

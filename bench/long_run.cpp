@@ -30,7 +30,7 @@ void SetUpTable(int simulator, int points) {
   }
 }
 
-/// Two states that change into each other at `rate` per second.
+/// Sets two states that change into each other at `rate` per second.
 void SetUpChannels(float rate, int channels, int points) {
   Model.TableRate = {};
   Model.TableRate[1][2] = Model.TableRate[2][1] = rate;

@@ -1,5 +1,5 @@
-// Every sweep of an ABF file measured: `zelvane-cli measure` in the process, file to rows. The cost must grow
-// as the number of sweeps does.
+// Measures every sweep of an ABF file: `zelvane-cli measure` in this process, from the file to the rows. The
+// cost must be proportional to the number of sweeps.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -16,7 +16,7 @@ namespace {
 
 constexpr int SweepSamples = 5000;
 
-/// A file of alpha-shaped currents with a little ripple, 0.01 ms apart; made once.
+/// Returns a file of alpha-shaped currents with a little ripple, 0.01 ms per sample. Makes it once.
 std::string RecordingOf(int sweeps) {
   const auto path = std::filesystem::temp_directory_path() / FormatText("zelvane-measure-%d.abf", sweeps);
   AbfHeader header;

@@ -1,5 +1,5 @@
-// The Monte Carlo simulator against its plain form, in one program, so that whatever else the machine does
-// slows both alike.
+// The Monte Carlo simulator compared with its plain form. Both run in one program, so that other work of the
+// machine slows both equally.
 //
 // Each line is one workload. Time is the processor time of the program's own form; the counters are the plain
 // form's time for the same work (plain_ms), how many times faster the program is (times_faster), and how many
@@ -31,13 +31,13 @@ constexpr int Channels = 10000;
 constexpr int Points = 10240;
 constexpr std::array<double, 3> Seeds{1234.0, 5678.0, 9012.0};
 
-/// A model file in the stores, ready for both forms.
+/// Loads a model file into the stores for both forms.
 void Load(const char* file, BenchStimulus stimulus, int channels, int points, float intervalMs) {
   ResetStores();
   const BenchScheme scheme = SchemeOfFile(file);
   SetStimulus(stimulus, points);
   Model.SimulatorKind = MonteCarlo;
-  Model.FitActive = 1;  // no panel is read and nothing plotted: the simulation alone
+  Model.FitActive = 1;  // runs only the simulation, without panels and plots
   Model.MultiSubunit = Model.ReseedSimulation = Model.NumIntervals = 0;
   Model.NumRuns = 1;
   Model.NumChannels = channels;
@@ -83,7 +83,7 @@ void Compare(benchmark::State& state) {
   });
 }
 
-/// What a dwell costs when it covers ten times the points: the same rates, a tenth of the interval.
+/// Measures the cost of a dwell over ten times the points: the same rates, a tenth of the interval.
 void TenTimesThePoints(benchmark::State& state) {
   std::vector<double> once;
   std::vector<double> tenfold;

@@ -1,4 +1,4 @@
-// Waiting for a widget to be painted.
+// Waits until a widget is painted.
 #pragma once
 
 #include <QApplication>
@@ -13,7 +13,7 @@ class PaintCount : public QObject {
  public:
   explicit PaintCount(QWidget& widget) { widget.installEventFilter(this); }
 
-  /// Lets the event loop turn until the widget has been painted again.
+  /// Runs the event loop until the widget has been painted again.
   void await() {
     const int before = paints_;
     while (paints_ == before) QApplication::processEvents();

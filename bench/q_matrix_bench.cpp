@@ -1,4 +1,4 @@
-// The Q-matrix analysis of a scheme with 20 states, as a fit calls it before each evaluation (report off),
+// The Q-matrix analysis of a scheme with 20 states: as a fit calls it before each evaluation (report off),
 // and with its time constants.
 #include <benchmark/benchmark.h>
 
@@ -10,7 +10,7 @@
 namespace zelvane {
 namespace {
 
-/// Puts the table of 20 states into the store, under a fit: no panel is read.
+/// Puts the table of 20 states into the store, as during a fit, when panels are not read.
 void UseFullTable(bool onVoltage) {
   const BenchScheme scheme = FullTable();
   Model.ModelIs2D = 0;

@@ -1,6 +1,6 @@
-// Reading text recordings of 1,000,000 lines: the program's reader against fgets and sscanf line by line, and
-// the files left for text_loadtxt.py beside it. Both read the same file from the page cache, and before the
-// clock starts their samples are compared bit for bit.
+// Reading text recordings of 1,000,000 lines: the program's reader compared with fgets and sscanf line by
+// line. The files stay for text_loadtxt.py. Both read the same file from the page cache, and before the clock
+// starts their samples are compared bit for bit.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -25,8 +25,8 @@ std::string PathOf(int columns) {
   return (std::filesystem::temp_directory_path() / name).string();
 }
 
-/// An ATF with a column of times and `columns` - 1 of samples; with one column only the samples, and no
-/// header.
+/// Makes an ATF with a column of times and `columns` - 1 columns of samples. With one column it has only
+/// samples and no header.
 std::string MakeFile(int columns) {
   std::string path = PathOf(columns);
   std::FILE* file = std::fopen(path.c_str(), "w");
@@ -52,7 +52,7 @@ std::vector<float> ReadFast(const std::string& path) {
   return recording.Read(request).samples;
 }
 
-/// Line by line: all numbers of the line are scanned, and the first sample kept.
+/// Reads line by line: scans all numbers of the line and keeps the first sample.
 std::vector<float> ReadPlain(const std::string& path, int columns) {
   std::vector<float> samples;
   std::FILE* file = std::fopen(path.c_str(), "r");

@@ -1,5 +1,5 @@
-// Five million samples as text: the program's writer against one fprintf a sample. Both files are compared
-// byte for byte before the clock starts.
+// Five million samples as text: the program's writer compared with one fprintf per sample. Before the clock
+// starts the two files are compared byte for byte.
 #include <benchmark/benchmark.h>
 
 #include <cmath>

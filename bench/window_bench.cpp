@@ -1,5 +1,5 @@
-// The window: from a start to its first paint, from a typed value to the redrawn stimulus graph, and what a
-// run loses to it. Drawn into memory: QT_QPA_PLATFORM=offscreen.
+// The window: from a start to its first paint, from a typed value to the redrawn stimulus graph, and the time
+// that it costs a run. Drawn into memory: QT_QPA_PLATFORM=offscreen.
 #include <benchmark/benchmark.h>
 #include <qcustomplot.h>
 
@@ -36,7 +36,7 @@ struct Program {
   Program() : frontEnd(settings) {
     ApplyTheme(Theme::Light);
     FrontEnd shown = frontEnd.functions();
-    shown.message = nullptr;  // nobody is there to close a message
+    shown.message = nullptr;  // nobody can close a message here
     shown.confirm = [](std::string_view, std::string_view) { return true; };
     SetFrontEnd(shown);
     StartApplication({ZELVANE_DATA, {}, {}});
@@ -85,7 +85,7 @@ double ProcessorSeconds() {
   return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
-/// Runs, in seconds of the wall and of the processor.
+/// Times of runs, in seconds of wall and processor time.
 struct RunTimes {
   std::vector<double> wall;
   std::vector<double> processor;
@@ -106,7 +106,7 @@ double Median(std::vector<double> values) {
   return *middle;
 }
 
-/// What `shown` takes longer than `bare`: the median over the pairs of runs that followed each other.
+/// Returns by how much `shown` is longer than `bare`: the median over pairs of consecutive runs.
 double LostPercent(const std::vector<double>& bare, const std::vector<double>& shown) {
   std::vector<double> lost;
   for (std::size_t i = 0; i < bare.size(); ++i) lost.push_back(100.0 * (shown[i] / bare[i] - 1.0));
@@ -118,8 +118,8 @@ LongRun RunOf(benchmark::State& state) {
   return static_cast<LongRun>(state.range(0));
 }
 
-/// The same run without and with the window, in turn. Others use the machine too, so the processor's time is
-/// counted beside the wall's.
+/// Runs the same model without and with the window, in turn. Also counts processor time, because other
+/// programs use the machine too.
 void RunUnderTheWindow(benchmark::State& state) {
   const LongRun run = RunOf(state);
   RunTimes bare;
@@ -145,7 +145,7 @@ void RunUnderTheWindow(benchmark::State& state) {
 }
 BENCHMARK(RunUnderTheWindow)->DenseRange(0, 3)->Iterations(7)->Unit(benchmark::kSecond);
 
-/// From the click on stop, which comes from outside at a moment within the run, to the end of the run.
+/// Measures the time from a click on stop, which comes from outside during the run, to the end of the run.
 void StopToEndOfRun(benchmark::State& state) {
   const LongRun run = RunOf(state);
   Program program;

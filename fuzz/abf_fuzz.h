@@ -1,4 +1,4 @@
-// What every recording has to hold that the reader opens, whatever its bytes.
+// What must be true of every recording that the reader opens, whatever its bytes are.
 #pragma once
 
 #include <cmath>

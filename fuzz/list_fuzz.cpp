@@ -1,4 +1,4 @@
-// Any bytes as a list file: names are bounded, and a list written from what was read says the same.
+// Any bytes as a list file: the length of names is limited, and a written list reads back the same.
 #include <cstdint>
 #include <fstream>
 #include <string>
@@ -35,7 +35,7 @@ void CheckOne(const std::uint8_t* data, std::size_t size) {
     text += pair.data + '\n' + pair.stimulus + '\n';
     fits = fits && pair.stimulus.size() <= 256;
   }
-  if (!fits) return;  // an extension was put behind a line that was full
+  if (!fits) return;  // the extension made a full line too long
   const auto again = Read(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
   if (!again || again->model != list->model || again->pairs.size() != list->pairs.size())
     Fault("a written list is another one");

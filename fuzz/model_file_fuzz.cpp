@@ -1,4 +1,4 @@
-// Any bytes as a model file: reading them must not fail, and what was read can be written and read back.
+// Any bytes as a model file: reading must not fail, and the result can be written and read back.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -31,7 +31,7 @@
 namespace zelvane {
 namespace {
 
-/// The fields that a model file holds, by name.
+/// Registers the fields that a model file holds.
 void RegisterSavedFields() {
   RegisterModelFields();
   RegisterStimulusFields();
@@ -44,7 +44,7 @@ void RegisterSavedFields() {
 }
 
 void ResetModelStores() {
-  // One set of initial values for all runs: building them anew would cost more than a small input does.
+  // One set of initial values for all runs: making it takes longer than reading a small input.
   static const ModelStore model;
   static const FitStore fit;
   Model = model;
@@ -73,7 +73,7 @@ void CheckLineLengths(std::string_view text) {
   }
 }
 
-/// The stores after a model was saved and loaded, as text.
+/// Saves the text of the stores, loads it and returns the new text.
 std::string Reloaded(const std::string& text) {
   CheckLineLengths(text);
   ResetModelStores();
@@ -84,11 +84,11 @@ std::string Reloaded(const std::string& text) {
 void CheckOne(std::string_view bytes) {
   ResetModelStores();
   if (!ReadModelText(bytes)) return;
-  // Writing takes several times as long as reading most inputs, and one in eight finds its faults as well.
-  // Which ones depends on the input alone, so that a finding repeats.
+  // Writing takes several times as long as reading most inputs, and one input in eight finds the faults as
+  // well. The input alone decides which, so that a finding can be repeated.
   if (std::hash<std::string_view>{}(bytes) % 8 != 0) return;
-  // The first saving may round to six decimals, and a field that the bytes did not hold may have stood
-  // outside the range of a loaded one. From there on nothing may change.
+  // The first saving may round to six decimals, and a field without a value in the input may be outside its
+  // range. After that nothing may change.
   const std::string loaded = Reloaded(ModelText());
   if (Reloaded(loaded) != loaded) Fault("a written model reads back as another one");
 }

@@ -17,7 +17,7 @@ namespace zelvane {
   std::abort();
 }
 
-/// The path of this process's scratch file, which now holds the bytes.
+/// Writes the bytes to the scratch file of this process and returns its path.
 inline const std::string& ScratchFile(const std::uint8_t* data, std::size_t size) {
   static const std::string path = "/dev/shm/zelvane-fuzz-" + std::to_string(getpid());
   static const int file = [] {

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t Room = 512;  // samples
 
-/// Lines of a text, which end with LF or, where there is no LF, with CR.
+/// Counts the lines of a text, which end with LF or, without any LF, with CR.
 std::size_t CountLines(std::string_view text) {
   if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
   if (text.empty()) return 0;

@@ -1,4 +1,4 @@
-// Any bytes as a binary stimulus file: what comes out is what the bytes hold.
+// Any bytes as a binary stimulus file: the reader returns what the bytes hold.
 #include <algorithm>
 #include <cstdint>
 #include <cstring>

@@ -1,12 +1,12 @@
-// Any bytes given as a text recording. The first byte of the input chooses the question's answers, the rest
-// is the file.
+// Any bytes as a text recording. The first byte of the input selects the answers to questions, the rest is
+// the file.
 #include <cstdlib>
 #include <sstream>
 #include <string>
 
 #include "formats/text_recording.h"
 
-/// Small, so that most inputs go through several.
+/// Small, so that most inputs have several blocks.
 constexpr std::size_t BlockBytes = 64;
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
@@ -24,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
   TextRecording recording(in, BlockBytes);
   if (!recording.Refusal().empty()) return 0;
   const TextSamples read = recording.Read(request);
-  // A word is at least a byte, and what parts it from the next another.
+  // A word has at least one byte, and one more byte separates it from the next word.
   const bool sound =
       read.samples.size() <= request.most * static_cast<std::size_t>(recording.Shape().episodes) &&
       recording.Shape().units.size() <= static_cast<std::size_t>(recording.Shape().signals) &&

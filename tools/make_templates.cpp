@@ -1,4 +1,4 @@
-// Writes the ABF template files that stand beside the program into the folder named: make_templates data
+// Writes the ABF template files of the program to the given folder: make_templates data
 #include <iostream>
 #include <string>
 
