@@ -1,4 +1,4 @@
-// Start-up, what every control owes its user, and the end of the program.
+// Start-up, what every control must have for its user, and the end of the program.
 #include "app/application.h"
 
 #include <map>
@@ -64,7 +64,7 @@ TEST_F(ApplicationTest, EachTableOfFitLimitsHasItsDefaultsAfterStart) {
   }
 }
 
-/// Undo copies all settings at each action, so samples must be none.
+/// Undo copies all settings at each action, so samples must not be settings.
 TEST_F(ApplicationTest, SavedFieldsAreSettingsAndSettingsAreSmall) {
   Start();
   for (const auto& [name, field] : AllFields()) {
@@ -166,7 +166,7 @@ TEST_F(ApplicationTest, NamesAreUniqueAndEveryCommandLeadsSomewhere) {
   std::map<std::string, const Control*> names;
   std::map<std::string, Action> actions;
   for (const Control& control : Screen.controls) {
-    // A store's field, and only that, may have a control on several panels.
+    // Only a store's field may have a control on several panels.
     const auto [former, isFirst] = names.try_emplace(control.name, &control);
     EXPECT_TRUE(isFirst || (control.field && former->second->panel != control.panel)) << control.name;
     const auto [known, isNew] = actions.try_emplace(control.command, control.action);

@@ -1,4 +1,4 @@
-// Widgets on a screen in memory, pressed as a user presses them.
+// Widgets on a screen in memory, used as a user does.
 #pragma once
 
 #include <QApplication>
@@ -10,12 +10,12 @@
 
 namespace zelvane {
 
-/// Lets everything that waits be done: queued replots, timers of 0 ms, paints.
+/// Runs everything that waits: queued replots, timers of 0 ms, paints.
 inline void Settle() {
   for (int turn = 0; turn < 5; ++turn) QApplication::processEvents();
 }
 
-/// Presses at one point, moves to another in steps and lets go, all with the left button.
+/// Presses at one point, moves to another in steps and releases, all with one button.
 inline void Drag(QWidget* widget, QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton) {
   const auto send = [&](QEvent::Type type, QPointF at, Qt::MouseButtons held) {
     QMouseEvent event(type, at, widget->mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : button,

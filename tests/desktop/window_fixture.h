@@ -1,4 +1,4 @@
-// The whole window, for tests that press it.
+// The whole window, for tests that use it.
 #pragma once
 
 #include <QCheckBox>
@@ -22,7 +22,7 @@
 
 namespace zelvane {
 
-/// The program with its window, from data/config.mod. Popups are recorded and answered by the fixture.
+/// The program with its window, from data/config.mod. The fixture records popups and answers them.
 class WindowTest : public StoreTest {
  protected:
   WindowTest() {
@@ -35,7 +35,7 @@ class WindowTest : public StoreTest {
     SetFrontEnd({});
   }
 
-  /// Starts the program with the files that its command line names.
+  /// Starts the program with the files of its command line.
   void open(std::vector<std::string> files = {}) {
     FrontEnd shown = frontEnd.functions();
     const FrontEnd recorder = SetFrontEnd({});
@@ -58,7 +58,7 @@ class WindowTest : public StoreTest {
     Settle();
   }
 
-  /// Makes the window anew.
+  /// Makes a new window.
   void reopen(Settings& from) {
     window.reset();
     window = std::make_unique<MainWindow>(frontEnd, from);
@@ -66,7 +66,7 @@ class WindowTest : public StoreTest {
     ShowAt(*window, {1280, 720});
   }
 
-  /// Plays a script anew without a window. What it leaves must have the digest expected.
+  /// Plays a script again without a window. The result must have the expected digest.
   void ReplayAndExpect(const std::string& script, std::string (*digest)(), const std::string& expected) {
     std::istringstream in(script);
     std::ostringstream out;
@@ -89,7 +89,7 @@ class WindowTest : public StoreTest {
     Settle();
   }
 
-  /// Clicks the button, check box or segment of a text within a control.
+  /// Clicks the button, check box or segment with this text within a control.
   void clickWord(const QString& control, const QString& word) {
     for (auto* button : widget(control)->findChildren<QAbstractButton*>()) {
       if (button->text() == word) click(button);
@@ -120,7 +120,7 @@ class WindowTest : public StoreTest {
   void clickTool(const char* text) {
     for (auto* button : window->findChildren<QToolButton*>()) {
       const bool folds =
-          qobject_cast<FoldButton*>(button) != nullptr;  // a group of settings may bear the same name
+          qobject_cast<FoldButton*>(button) != nullptr;  // a group of settings may have the same name
       if (button->text() == text && button->isVisible() && !folds) return click(button);
     }
     ADD_FAILURE() << text << " is no tool";

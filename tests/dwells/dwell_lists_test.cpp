@@ -1,4 +1,4 @@
-// Choosing, importing and exporting the dwell lists, through the commands as a user presses them.
+// Choosing, importing and exporting the dwell lists, through the commands of a user.
 #include "dwells/dwell_lists.h"
 
 #include <vector>
@@ -108,7 +108,7 @@ TEST_F(DwellListsTest, ExportsAreTheExactLines) {
   EXPECT_EQ(ReadWholeFile(folder.File("c.txt")), closed);
   EXPECT_EQ(ReadWholeFile(folder.File("all.lat")), latencies);
   EXPECT_EQ(ReadWholeFile(folder.File("l.txt")), latencies);
-  std::string many = header("Closed Times");  // more than is written at a time
+  std::string many = header("Closed Times");  // more than one written block
   for (int i = 0; i < MaxDwells; ++i) many += "2.500000e-01\n";
   Fill(Dwell.ClosedTimes, Dwell.NumClosedTimes, Floats(MaxDwells, 0.25F));
   ASSERT_EQ(ExportDwellList(DwellListKind::Closed, folder.File("many.sht")), Outcome::Done);

@@ -1,5 +1,5 @@
-// Dwells of recordings on their way into the lists: imposed resolution, pooling, conditional openings,
-// limits. Durations are binary fractions, so that sums are exact.
+// Dwells of recordings become lists: imposed resolution, pooling, conditional openings, limits. Durations are
+// binary fractions, so that sums are exact.
 #include "dwells/dwell_reading.h"
 
 #include <vector>
@@ -75,12 +75,12 @@ TEST_F(DwellReadingTest, KeepsEveryOpeningOfAClassAsItIs) {
 TEST_F(DwellReadingTest, PoolsRecordingsUnlessItClearsFirst) {
   Read({{{0, 1}, {1, 2}}});
   Read({{{1, 4}, {0, 8}}}, false);
-  EXPECT_EQ(Open(), Floats{6});  // the opening goes on
+  EXPECT_EQ(Open(), Floats{6});  // the opening continues
   EXPECT_EQ(Closed(), (Floats{1, 8}));
   Read({{{1, 1}}});
   EXPECT_EQ(Open(), Floats{1});
   EXPECT_EQ(Dwell.ClosedTimes[1], 0.0F) << "cleared beyond the count";
-  Dwell.NumOpenTimes = 0;  // a simulation without openings leaves the kind behind
+  Dwell.NumOpenTimes = 0;  // a simulation without openings keeps the kind
   Read({{{1, 2}}}, false);
   EXPECT_EQ(Open(), Floats{2});
 }
@@ -92,7 +92,7 @@ TEST_F(DwellReadingTest, TakesOpeningsNextToClosedTimesOfTheCondition) {
   const Segments segments{{{1, 1}, {0, 0.5F}, {1, 2}, {0, 1}, {1, 4}, {0, 0.75F}, {1, 0.125F}, {2, 8}},
                           {{1, 16}, {0, 0.75F}, {0, 0.25F}, {1, 32}}};
   Dwell.NumClosedTimes = 7;
-  ReadConditional(segments);  // openings behind
+  ReadConditional(segments);  // openings after
   EXPECT_EQ(Open(), (Floats{2, 8}));
   Dwell.CondUsePreceding = 0;  // openings before
   ReadConditional(segments);

@@ -15,7 +15,7 @@ constexpr char CannotWrite[] =
 
 class ModelFileTest : public PanelTest {
  protected:
-  /// A file with a scheme of two states, distinct from what the stores hold.
+  /// Writes a file with a scheme of two states, different from that of the stores.
   std::string WriteModel(const std::string& name) {
     const ModelStore former = Model;
     Model.ModelTitle = "Saved";

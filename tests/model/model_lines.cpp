@@ -20,14 +20,15 @@ void EraseLines(Lines& lines, int first, int count) {
   lines.erase(lines.begin() + first - 1, lines.begin() + first - 1 + count);
 }
 
-/// Rows 37 to 72 of the fit tables were not there.
+/// Removes rows 37 to 72 of the fit tables.
 void CutFitRows(Lines& lines) {
   EraseLines(lines, LineNumber(lines, LimitsHeader) + 1 + 72, 72);
   EraseLines(lines, LineNumber(lines, FixedHeader) + 1 + 36, 36);
   EraseLines(lines, LineNumber(lines, SeedsHeader) + 1 + 36, 36);
 }
 
-/// Seven lines of fifteen values and 35 of no meaning were 35 lines of one value, for five waveforms.
+/// Replaces seven lines of fifteen values and 35 lines without meaning by 35 lines of one value, for five
+/// waveforms.
 void SplitWindows(Lines& lines) {
   const int first = LineNumber(lines, WindowsHeader) + 4;
   Lines values;

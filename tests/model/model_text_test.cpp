@@ -22,7 +22,7 @@ namespace {
 
 class ModelTextTest : public StoreTest {
  protected:
-  /// The stores' own text with one line replaced; lines count from 1.
+  /// Returns the text of the stores with one line replaced; lines count from 1.
   static std::string WithLine(int line, const std::string& text) {
     std::vector<std::string> lines = LinesOf(ModelText());
     lines[static_cast<std::size_t>(line - 1)] = text;
@@ -30,9 +30,9 @@ class ModelTextTest : public StoreTest {
   }
 };
 
-// -- What is written --
+// -- Writing --
 
-/// A group of lines of the file and what the first of them reads.
+/// A group of lines of the file and the text of its first line.
 struct RowOfFile {
   int lines;
   std::string first;
@@ -168,9 +168,9 @@ TEST_F(ModelTextTest, NumbersHaveAFullStopInALocaleWithCommas) {
   std::setlocale(LC_ALL, "C");
 }
 
-// -- What is read back --
+// -- Reading --
 
-/// Whether a format lacks a field of the newest: rows of the fit tables, or waveforms.
+/// Returns whether a format lacks a field of the newest: rows of the fit tables, or waveforms.
 bool MissingBefore(int version, const std::string& name) {
   const auto parsed = ParseFieldName(name);
   if (!parsed || parsed->indices.empty()) return false;
@@ -222,7 +222,7 @@ TEST_F(ModelTextTest, AFileCutAtAnyByteLeavesEachFieldTheFilesOrTheFormerOne) {
   FillAtRandom(elements, 111);
   const auto former = ValuesOf(elements);
   const auto stores = std::tuple{Model, Constraints, Stimulus, Analysis, Fit, DwellFit, RsCm};
-  // The last line counts without its end, so that a cut within it cannot be told.
+  // The last line counts without its end, so a cut within it is not noticed.
   const std::size_t lastLine = text.rfind('\n', text.size() - 2);
   const std::size_t runRows = text.find("[QMatrixMonteCarlo");
   const std::size_t limitRows = text.find("[Analysis: Fit limits");
@@ -234,7 +234,7 @@ TEST_F(ModelTextTest, AFileCutAtAnyByteLeavesEachFieldTheFilesOrTheFormerOne) {
           << elements[i].name << " is " << ::testing::PrintToString(now[i]) << " after " << size << " bytes";
     }
     std::tie(Model, Constraints, Stimulus, Analysis, Fit, DwellFit, RsCm) = stores;
-    // Every byte where each line is of its own kind, and a sample of the long tables.
+    // Every byte where each line is different, and a sample of the long tables.
     const bool everyByte = size < 600 || (size >= runRows && size < limitRows) || size + 300 > lastLine;
     size += everyByte ? 1 : 197;
   }
@@ -242,7 +242,7 @@ TEST_F(ModelTextTest, AFileCutAtAnyByteLeavesEachFieldTheFilesOrTheFormerOne) {
 
 // -- Corrections of values --
 
-/// A line put into an otherwise sound file, and what its fields are then.
+/// A line in an otherwise sound file, and the values of its fields afterwards.
 struct LineCase {
   int line;  // from 1
   std::string text;
@@ -289,7 +289,7 @@ TEST_F(ModelTextTest, ValuesOutOfRangeAreCorrectedAndWhatIsNoNumberLeavesItsFiel
       {662, "1 2 2 20.5", {{"FitFilterFc", 10}}},
       {662, "1 2 2 20", {{"AlignRange", 1}, {"FitAlignChoice", 0}}},
       {662, "1 -2 2 20", {{"AlignRange", -2}}},
-      // Not a number, or not one of the type.
+      // Not a number, or not a number of the type.
       {294, "abc", {{"StartState", 1}}}, {322, "abc", {{"ADInterval", 0.01F}}},
       {322, "", {{"ADInterval", 0.01F}}}, {322, "nan", {{"ADInterval", 0.01F}}},
       {322, "1e999", {{"ADInterval", 0.01F}}}, {322, "-inf", {{"ADInterval", 0.01F}}},

@@ -10,7 +10,7 @@
 namespace zelvane {
 namespace {
 
-/// Tables that the file holds for the links of the grid alone.
+/// Tables that the file holds only for the links of the grid.
 const std::set<std::string> OfLinks{"DrugDepend[][][]", "VoltDepend[][]", "VoltSteepness[][]",
                                     "VoltRange[][]"};
 
@@ -19,7 +19,7 @@ struct Range {
   double most;
 };
 
-/// Ranges of the fields that a file's reader holds to one.
+/// Ranges to which a file's reader limits fields.
 // clang-format off
 const std::map<std::string, Range> Ranges{
     {"StateOn[]", {0, 1}}, {"NumPoints", {100'000, 5'000'001}}, {"Autosave", {0, 1}},
@@ -35,7 +35,7 @@ const std::map<std::string, Range> Ranges{
     {"AnalysisTolerance", {0.125, 8}}, {"FitAlignChoice", {0, 1}}};
 // clang-format on
 
-/// Reading a model calculates it from other fields.
+/// Returns whether reading a model calculates the field from other fields.
 bool IsDerived(const Field& field) {
   return field.name == "TableStateOn[]";
 }
@@ -78,7 +78,7 @@ std::string RandomText(std::mt19937& random, int bytes) {
 
 double RandomNumber(std::mt19937& random, const Field& field) {
   const auto range = Ranges.find(field.name);
-  // Eighths of at most a few thousand stand in six decimals and in seven digits.
+  // Eighths up to a few thousand need at most six decimals and seven digits.
   const auto [least, most] =
       range != Ranges.end() ? range->second : Range{field.type == FieldType::Int ? -900.0 : 0.125, 900};
   const double step = field.type == FieldType::Int ? 1.0 : 0.125;

@@ -1,4 +1,4 @@
-// The store fields as a model file sees them: which of them it holds, and values that it holds exactly.
+// The store fields of a model file, and values that a file holds exactly.
 #pragma once
 
 #include <cstdint>
@@ -17,13 +17,15 @@ struct StoreElement {
   bool inFile = false;  // a file of the newest format holds it
 };
 
-/// Every element of every registered field but the large arrays and what follows from other fields.
+/// Returns every element of every registered field, except the large arrays and fields that follow from
+/// others.
 std::vector<StoreElement> StoreElements();
 
-/// Gives each element a random value that a model file returns unchanged: within its range, of few decimals.
+/// Gives each element a random value that a model file returns unchanged: within its range, with few
+/// decimals.
 void FillAtRandom(const std::vector<StoreElement>& elements, std::uint32_t seed);
 
-/// A number, or a text in its place.
+/// A number or a text.
 using StoreValue = std::variant<double, std::string>;
 
 std::vector<StoreValue> ValuesOf(const std::vector<StoreElement>& elements);

@@ -1,5 +1,5 @@
-// The panels of a scheme: the grid on MainPanel, the table and the way between the two forms, the dependence of
-// a rate, conductances and starting occupancies of the states.
+// The panels of a scheme: the grid on MainPanel, the table and the transfer between the two forms, the
+// dependence of a rate, conductances and starting occupancies of the states.
 #include "model/model_panels.h"
 #include "support/drive_test.h"
 
@@ -8,7 +8,7 @@ namespace {
 
 using GridPanelTest = DriveTest;
 
-/// States 1 and 2 on, binding of drug 1 on the way from 1 to 2.
+/// States 1 and 2 are on; drug 1 binds from 1 to 2.
 const std::string Binding =
     "press OnOff_State_1; press OnOff_State_2; enter KOn[1] 1e7; enter KOff[1] 100; press FxnDepend1On; "
     "enter DependDrug[1] 1; press FxnExitConc; ";

@@ -13,13 +13,13 @@ void SetLink(int link, double on, double off) {
   Model.KOff[link] = off;
 }
 
-/// The states of links 1..4 on, each link with its own pair of rates.
+/// Switches the states of links 1..4 on and gives each link its own pair of rates.
 void SetFirstRow() {
   for (int s = 1; s <= 5; ++s) Model.StateOn[s] = 1;
   for (int n = 1; n <= 4; ++n) SetLink(n, 10.0 * n, 10.0 * n + 1.0);
 }
 
-/// What belongs to the grid, and what to the table, for comparisons.
+/// Return the fields of the grid and those of the table, for comparisons.
 auto GridPart(const ModelStore& m) {
   const DependenceTables& d = m.Depend;
   return std::tie(m.KOn, m.KOff, m.RateMatrix, d.Drug, d.Volt, d.Steepness, d.Range, m.StateOn,
@@ -55,7 +55,7 @@ TEST_F(SchemeTest, ALinkWithAStateOffGivesNoRatesButKeepsItsValues) {
 TEST_F(SchemeTest, AStateOfTheTableIsOnWhenARateLeadsIntoIt) {
   Model.TableRate[4][9] = 2.0F;
   Model.TableRate[9][12] = -3.0F;
-  Model.TableRate[6][6] = 1.0F;  // no cell lies there; a file can bring it
+  Model.TableRate[6][6] = 1.0F;  // there is no cell; a file can have it
   Model.TableDepend.Volt[4][9] = 2;
   ActivateTableModel();
   for (int s = 1; s <= MaxStates; ++s) EXPECT_EQ(Model.TableStateOn[s], s == 9 ? 1 : 0) << s;
@@ -115,7 +115,7 @@ TEST_F(SchemeTest, EachClearReachesItsFormAndNoMore) {
   Model.StartOccupancy[1] = 1.0F;
   const ModelStore filled = Model;
   ModelStore empty;
-  empty.TableStateLabel = {};  // a clear takes the numbers of the start away too
+  empty.TableStateLabel = {};  // clearing also removes the numbers of the start
   for (const auto& [clear, grid, table] : {std::tuple{&ClearModel, true, true},
                                            {&ClearGridModel, true, false},
                                            {&ClearTableModel, false, true}}) {

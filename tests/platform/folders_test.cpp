@@ -8,7 +8,7 @@
 namespace zelvane {
 namespace {
 
-/// Sets an environment variable for one test; nullptr takes it away.
+/// Sets an environment variable for one test; nullptr removes it.
 class Environment {
  public:
   Environment(const char* name, const char* value) : name_(name) {

@@ -1,4 +1,4 @@
-// The memory of the large arrays: zero at first, and zero again where it is given back, exactly there.
+// The memory of the large arrays: zero at first, and zero again exactly where it is returned.
 #include "platform/zero_pages.h"
 
 #include <gtest/gtest.h>

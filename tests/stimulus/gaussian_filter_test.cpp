@@ -48,7 +48,7 @@ TEST_F(GaussianFilterTest, RefusesKernelsThatAreTooLongAndLeavesTheTrace) {
     SCOPED_TRACE(fc);
     popups.clear();
     Model.RecordPoints = recordPoints;
-    for (const int fit : {1, 0}) {  // a fit is told nothing, but the refusals stay in force
+    for (const int fit : {1, 0}) {  // a fit gets no message but the same refusals
       Model.FitActive = fit;
       Floats trace = Ramp(4000);
       GaussianFilter(trace, fc);

@@ -58,7 +58,8 @@ TEST(LevelsTest, ARampEndsOneIncrementBelowItsAmplitude) {
   EXPECT_EQ(cut, (std::vector<float>{0, 1, 2, 3})) << "samples are counted from the first one touched";
 }
 
-// Closed forms, t = k x interval; over 500 samples the running sum departs from it by less than 1e-6 of it.
+// Closed forms, t = k x interval; over 500 samples the running sum differs from it by less than 1e-6 of its
+// value.
 TEST(WaveformTest, EdgedAndExponentialPulsesFollowTheirClosedForms) {
   constexpr std::int64_t Rise = 200;
   std::vector<float> out(500);
@@ -83,7 +84,7 @@ TEST(WaveformTest, EdgedAndExponentialPulsesFollowTheirClosedForms) {
 }
 
 TEST(WaveformTest, TimeIsARunningSumInSinglePrecision) {
-  constexpr std::size_t Count = 2'000'000;  // here the sum has left k x interval by several percent
+  constexpr std::size_t Count = 2'000'000;  // here the sum differs from k x interval by several percent
   std::vector<float> out(Count);
   SamplePulse(ExponentialPulse{0.0F, 1.0F, 0.0F, 20000.0F, 0.0F, 0.0F, 1, false}, Interval, 0, out);
   float t = 0.0F;
@@ -106,9 +107,9 @@ TEST(WaveformTest, ATimeConstantOfZeroIsAnEdgeForStepsAndNothingForExponentials)
   }
 }
 
-// -- Trains, against one pulse after the other --
+// -- Trains, against single pulses --
 
-/// The plain form: every pulse sampled anew and added alone.
+/// The plain form: samples every pulse again and adds it alone.
 std::vector<float> PlainTrain(std::size_t size, const Pulse& pulse, const PulseTrain& train) {
   std::vector<float> profile(size, 0.25F);
   const auto* square = std::get_if<SquarePulse>(&pulse);
@@ -146,7 +147,7 @@ TEST(TrainTest, PulsesOnOneSampleAreAddedTogetherAtOnce) {
   std::vector<float> expected(100, 0.25F);
   for (std::size_t i = 10; i < 30; ++i) expected[i] += 2'000'000'000.0F * 0.5F;
   EXPECT_EQ(Train(100, SquarePulse{0.5F, 20}, {10.9, 0.0, 2'000'000'000}), expected);
-  // Four pulses to a sample: 1 ms / 4 between starts of 1 ms samples.
+  // Four pulses per sample: 1 ms / 4 between starts, samples of 1 ms.
   const std::vector<float> fine = Train(100, SquarePulse{1.0F, 1}, {10.0, 0.25, 12});
   for (std::size_t i = 0; i < fine.size(); ++i) EXPECT_EQ(fine[i], i >= 10 && i < 13 ? 4.25F : 0.25F) << i;
 }

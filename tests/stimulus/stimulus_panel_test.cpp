@@ -1,4 +1,4 @@
-// The stimulus panel, pressed as a user does.
+// The stimulus panel, used as a user does.
 #include <sstream>
 
 #include "stimulus/stimulus.h"
@@ -118,7 +118,7 @@ TEST_F(StimulusPanelTest, WithoutAFileTheModeGoesBackToAutomaticAndElseKeepsTheF
   EXPECT_EQ(ShownText(ControlNamed("StimMode")), "AUTOMATIC");
   EXPECT_FALSE(ControlNamed("AutoValue").dimmed);
   const std::string good = folder.File("good.stm");
-  Stimulus.ScriptRunning = 1;  // a file's length and interval are not asked for
+  Stimulus.ScriptRunning = 1;  // does not ask about the length and interval of a file
   Stimulus.Profile[1][0] = 2.0F;
   ASSERT_EQ(StimFileWrite(good, 10), Outcome::Done);
   StimRebuild();

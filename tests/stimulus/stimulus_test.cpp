@@ -1,4 +1,4 @@
-// The operations on the profiles: what each mode rebuilds, what each creator adds.
+// The operations on the profiles: what each mode builds and what each creator adds.
 #include "stimulus/stimulus.h"
 
 #include "run/result_store.h"
@@ -11,7 +11,7 @@
 namespace zelvane {
 namespace {
 
-/// The panels show the stores: Show() after a change of a store stands for the user's typing.
+/// The panels show the stores: after a change of a store Show() replaces the user's typing.
 class StimulusTest : public PanelTest {
  protected:
   StimulusTest() { Show(); }
@@ -26,7 +26,7 @@ class StimulusTest : public PanelTest {
   }
 };
 
-/// First and last index at which the profile differs from `level`; -1, -1 when none does.
+/// Returns the first and last index at which the profile differs from `level`; -1, -1 without a difference.
 std::pair<int, int> Span(std::span<const float> profile, float level) {
   std::pair<int, int> span{-1, -1};
   for (std::size_t i = 0; i < profile.size(); ++i) {
@@ -169,7 +169,7 @@ TEST_F(StimulusTest, ALongTrainMovesTheProgressAndStopsOnRequest) {
   Stimulus.TrainDelay = 0.0F;
   Stimulus.TrainInterval = 0.01F;
   Stimulus.ExpTau1 = 1e-3F;
-  RequestStop();  // of an earlier run
+  RequestStop();  // for an earlier run
   Manual(1'000'000);
   onPump = [](int pump) { Requests.StopRequested = pump == 2 ? 1 : 0; };
   CreateTrain();

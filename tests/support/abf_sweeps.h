@@ -1,4 +1,4 @@
-// What a reader of recordings finds in an ABF file.
+// Reads an ABF file for tests.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace zelvane {
 
-/// The sweeps of channel 0, empty when the file cannot be read. Its header comes out in `header`.
+/// Returns the sweeps of channel 0, empty when the file cannot be read. Writes the header to `header`.
 inline std::vector<std::vector<float>> AbfSweeps(const std::string& path, AbfHeader& header) {
   int longest = 0;
   int count = 0;

@@ -1,4 +1,4 @@
-// Pressing the whole program as a user of the command language does.
+// Uses the whole program as a user of the command language does.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -8,15 +8,15 @@
 
 namespace zelvane {
 
-/// The object that each line of a text holds.
+/// Returns the JSON object of each line of a text.
 std::vector<nlohmann::json> ParsedLines(const std::string& text);
 
-/// Starts the application anew (seeds 1234,5678,9012, program folder `folder`), runs the lines of `script`, which
-/// "; " may part as well, and gives the objects that it wrote. `status` receives the exit status.
+/// Starts the application again (seeds 1234,5678,9012, program folder `folder`), runs the lines of `script`,
+/// which "; " may separate too, and returns the objects that it wrote. Writes the exit status to `status`.
 std::vector<nlohmann::json> Drive(const std::string& script, const std::string& folder,
                                   int* status = nullptr);
 
-/// Tests in which each Drive starts from the initial values: the program folder holds no "config.mod".
+/// Tests in which each Drive starts from the initial values: the program folder has no "config.mod".
 class DriveTest : public StoreTest {
  protected:
   std::vector<nlohmann::json> Run(const std::string& script) {
@@ -25,17 +25,17 @@ class DriveTest : public StoreTest {
 
   using Values = std::vector<nlohmann::json>;
 
-  /// The value of the last `get` in what a script wrote.
+  /// Returns the value of the last `get` in the output of a script.
   static nlohmann::json LastValue(const std::vector<nlohmann::json>& lines) {
     return lines.back().at("value");
   }
 
-  /// What lines tell, or those of a script: values with the control's colour, messages, console lines, errors
-  /// and the panels on the screen, in their order.
+  /// Returns what the lines of a script show, in order: values with the control's colour, messages, console
+  /// lines, errors and the panels on the screen.
   static Values Told(const std::vector<nlohmann::json>& lines);
   Values Told(const std::string& script) { return Told(Run(script)); }
 
-  /// The points of the trace on display.
+  /// Returns the points of the trace on display.
   static std::vector<float> TraceNow();
 
   int status = 0;

@@ -1,11 +1,11 @@
-// Shorthand for what a user does to a control.
+// Short forms for what a user does to a control.
 #pragma once
 
 #include "support/store_test.h"
 
 namespace zelvane {
 
-/// The user types a value and leaves the field.
+/// Types a value and leaves the field.
 inline void Enter(std::string_view name, std::string_view value) {
   Control& control = ControlNamed(name);
   ASSERT_EQ(TypeInto(control, value), "") << name;
@@ -16,7 +16,7 @@ inline void TypeOnly(std::string_view name, std::string_view value) {
   ASSERT_EQ(TypeInto(ControlNamed(name), value), "") << name;
 }
 
-/// The user presses the button, switch or menu item with this callback.
+/// Presses the button, switch or menu item with this callback.
 inline void PressCommand(std::string_view command) {
   if (Control* control = FindCommand(command)) {
     ASSERT_EQ(Press(*control), "") << command;

@@ -1,4 +1,4 @@
-// What a command of the shell writes and how it ends.
+// The output and exit status of a shell command.
 #pragma once
 
 #include <sys/wait.h>
@@ -10,7 +10,7 @@
 namespace zelvane {
 
 struct ShellResult {
-  int status = -1;  // of an exit; -1 after a signal
+  int status = -1;  // -1 after a signal
   std::string out;
 };
 

@@ -7,7 +7,7 @@
 
 namespace zelvane {
 
-/// Files of this process may not grow beyond a size while it lives: writes fail as on a full disk.
+/// Limits the size of this process's files during its lifetime: writes fail as on a full disk.
 class SmallDisk {
  public:
   explicit SmallDisk(rlim_t bytes) {

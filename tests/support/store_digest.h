@@ -8,7 +8,7 @@
 
 namespace zelvane {
 
-/// The element of a field whose indices are all the first, or all the last.
+/// Returns the element of a field with all first or all last indices.
 inline FieldRef EndOf(const Field& field, int FieldIndex::*end) {
   std::byte* element = field.base;
   for (std::size_t k = 0; k < static_cast<std::size_t>(field.rank); ++k)
@@ -16,7 +16,8 @@ inline FieldRef EndOf(const Field& field, int FieldIndex::*end) {
   return {&field, element};
 }
 
-/// Every field of the registry: its last element, and up to 200 along its last index from the first one.
+/// Returns every field of the registry: its last element, and up to 200 along its last index from the first
+/// one.
 inline std::string StoreDigest() {
   std::string digest;
   for (const auto& [name, field] : AllFields()) {

@@ -64,8 +64,7 @@ TemporaryFolder::TemporaryFolder() {
 }
 
 TemporaryFolder::~TemporaryFolder() {
-  std::error_code
-      ignored;  // a test may have taken rights away; the folder is in the system's temporary place
+  std::error_code ignored;  // a test may have removed rights; the folder is temporary
   std::filesystem::permissions(path_, std::filesystem::perms::owner_all, ignored);
   std::filesystem::remove_all(path_, ignored);
 }

@@ -1,4 +1,4 @@
-// Fixtures shared by the tests.
+// Fixtures that the tests share.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -16,14 +16,14 @@ namespace zelvane {
 using Texts = std::vector<std::string>;
 using Floats = std::vector<float>;
 
-/// A message or question as the user saw it.
+/// A message or question as the user sees it.
 struct SeenPopup {
   std::string title;
   std::string text;
   bool operator==(const SeenPopup&) const = default;
 };
 
-/// A folder of the test's own, removed at its end.
+/// A folder for one test, removed at its end.
 class TemporaryFolder {
  public:
   TemporaryFolder();
@@ -34,18 +34,19 @@ class TemporaryFolder {
   std::string File(std::string_view name) const;
   const std::filesystem::path& Path() const { return path_; }
 
-  /// Writes a file and gives its path.
+  /// Writes a file and returns its path.
   std::string Written(std::string_view name, std::string_view content) const;
 
-  /// Names of all that lies in the folder.
+  /// Returns the names of everything in the folder.
   std::vector<std::string> Names() const;
 
  private:
   std::filesystem::path path_;
 };
 
-/// Every store is as at start-up, the screen is empty, and popups are recorded. Questions are answered from
-/// `answers` (no when it is empty), file dialogs from `choices` (cancelled when it is empty). `folder` is empty.
+/// Sets every store to its state at start-up, clears the screen and records popups. Answers questions from
+/// `answers` (no when it is empty) and file dialogs from `choices` (cancelled when it is empty). `folder` is
+/// empty.
 class StoreTest : public ::testing::Test {
  protected:
   StoreTest();
@@ -53,33 +54,33 @@ class StoreTest : public ::testing::Test {
   StoreTest(const StoreTest&) = delete;
   StoreTest& operator=(const StoreTest&) = delete;
 
-  /// Texts of the popups shown so far, without their titles.
+  /// Returns the texts of the popups so far, without their titles.
   Texts PopupTexts() const;
 
   TemporaryFolder folder;
   std::vector<SeenPopup> popups;
-  int errors = 0;  // messages among them that are errors
+  int errors = 0;  // those of them that are errors
   std::vector<std::string> consoleLines;
   std::vector<FileRequest> fileRequests;
   std::deque<bool> answers;
   std::deque<std::string> choices;
   int pumps = 0;                    // calls of ProcessSystemEvents
-  std::function<void(int)> onPump;  // told the number of the call, from 1
+  std::function<void(int)> onPump;  // gets the number of the call, from 1
 
  private:
   FrontEnd former_;
 };
 
-/// The same with every panel on the screen, as after a start without "config.mod".
+/// Does the same with every panel on the screen, as after a start without "config.mod".
 class PanelTest : public StoreTest {
  protected:
   PanelTest();
 };
 
-/// Recordings of other programs, intact and damaged ones.
+/// Intact and damaged recordings of other programs.
 inline const std::string Recordings = std::string(ZELVANE_TEST_DATA) + "/recordings/";
 
-/// The bytes of a file; a test failure when it cannot be read.
+/// Returns the bytes of a file; the test fails when it cannot be read.
 std::string ReadWholeFile(const std::string& path);
 void WriteWholeFile(const std::string& path, std::string_view content);
 

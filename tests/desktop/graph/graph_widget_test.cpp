@@ -1,4 +1,4 @@
-// GraphWidget: what the mouse, the keys and the menu do to a graph record.
+// GraphWidget: the effect of the mouse, the keys and the menu on a graph record.
 #include "desktop/graph/graph_widget.h"
 
 #include <qcustomplot.h>
@@ -188,7 +188,7 @@ TEST_F(GraphWidgetTest, TheMenuExportsPicturesAndData) {
       {".png", "\x89PNG"}, {".svg", "<?xml"}, {".pdf", "%PDF"}, {".csv", "Time (ms),Current (pA)"}};
   for (const auto& [ending, start] : cases) {
     SCOPED_TRACE(ending);
-    choices.push_back(folder.File("out"));  // without the ending, which is added
+    choices.push_back(folder.File("out"));  // without the extension, which is added
     widget->saveAs(ending);
     EXPECT_EQ(fileRequests.back().filter, std::string("*") + ending);
     const std::string content = ReadWholeFile(folder.File("out") + ending);

@@ -1,4 +1,4 @@
-// The page of the analysis, pressed as a user presses it.
+// The page of the analysis, used as a user does.
 #include <qcustomplot.h>
 
 #include <QClipboard>
@@ -16,7 +16,7 @@
 namespace zelvane {
 namespace {
 
-/// Three sweeps of 246 samples, each with the current that a step of the voltage evokes at 2.3 ms.
+/// Three sweeps of 246 samples, each with the current after a voltage step at 2.3 ms.
 constexpr char Recording[] = ZELVANE_TEST_DATA "/recordings/abf2/20101002.abf";
 constexpr int EpisodeColumn = 2;  // from 0
 

@@ -33,7 +33,7 @@ class RateTableViewTest : public PanelTest {
     Table().selectionModel()->select({Cell(from, to), Cell(lastFrom, lastTo)},
                                      QItemSelectionModel::ClearAndSelect);
   }
-  void Type(const char* text) {  // into the current cell, as in a spreadsheet
+  void Type(const char* text) {  // types into the current cell, as in a spreadsheet
     Table().setFocus();
     QTest::keyClicks(&Table(), QString(text).left(1));
     auto* editor = qobject_cast<QLineEdit*>(QApplication::focusWidget());

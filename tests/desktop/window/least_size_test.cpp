@@ -1,4 +1,5 @@
-// The window at its least size: every page in every state shows all it has, and no state makes the window larger.
+// The window at its least size: every page shows everything in every state, and no state makes the window
+// larger.
 #include <QAbstractButton>
 #include <QDir>
 #include <QFileInfo>
@@ -18,7 +19,7 @@ namespace {
 constexpr QSize Least(800, 560);
 constexpr char Recording[] = ZELVANE_TEST_DATA "/recordings/abf2/20101002.abf";  // three sweeps
 
-/// "QToolButton 10 of StateMonitored[10]: 20 x 20"
+/// Describes a widget: "QToolButton 10 of StateMonitored[10]: 20 x 20".
 QString Described(const QWidget& widget) {
   const QString text = widget.property("text").toString();
   return QString("%1 %2 of %3: %4 x %5")
@@ -27,14 +28,14 @@ QString Described(const QWidget& widget) {
       .arg(widget.height());
 }
 
-/// A button may be made smaller than its hint, but its caption must fit.
+/// Returns whether the caption fits; a button may be smaller than its hint.
 bool CaptionFits(const QWidget& widget) {
   const auto* button = qobject_cast<const QAbstractButton*>(&widget);
   return button == nullptr || widget.objectName() == "SettingsEdge" ||
          button->fontMetrics().horizontalAdvance(button->text()) + 2 <= button->width();
 }
 
-/// Whether a widget lies within all those it stands in. What scrolls must fit in its width only.
+/// Returns whether a widget is inside all its parents. Inside a scroll area only its width must fit.
 bool LiesInside(const QWidget& widget) {
   for (const QWidget* up = widget.parentWidget(); up != nullptr; up = up->parentWidget()) {
     const QRect place(widget.mapTo(up, QPoint(0, 0)), widget.size());
@@ -47,7 +48,7 @@ bool LiesInside(const QWidget& widget) {
   return true;
 }
 
-/// What shows on a page and has less room than it needs.
+/// Returns the visible widgets of a page that have less room than they need.
 QStringList CutWidgets(const QWidget& page) {
   QStringList cut;
   for (const QWidget* widget : page.findChildren<QWidget*>()) {
@@ -74,7 +75,7 @@ class LeastSizeTest : public WindowTest {
     Settle();
   }
 
-  /// With the settings folded away and over the page.
+  /// Checks with the settings folded away and with the settings over the page.
   void expectAllShows(const char* state) {
     SCOPED_TRACE(state);
     for (const bool settingsOpen : {false, true}) {

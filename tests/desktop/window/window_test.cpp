@@ -1,4 +1,4 @@
-// The whole window, pressed as a user presses it.
+// The whole window, used as a user does.
 #include <qcustomplot.h>
 
 #include <QAction>
@@ -25,7 +25,7 @@
 namespace zelvane {
 namespace {
 
-/// What the window looks like.
+/// Returns a picture of the window.
 QImage Look(QWidget& widget) {
   Settle();
   return widget.grab().toImage();
@@ -270,7 +270,7 @@ TEST_F(WindowTest, ARecordedSessionReplayedWithoutAWindowLeavesTheSameStores) {
   EXPECT_TRUE(std::equal(trace.begin(), trace.end(), Trace.SimTrace.begin()));
 }
 
-/// Views, full ranges and scaling of the main graph.
+/// Returns views, full ranges and scaling of the main graph.
 std::string ViewDigest() {
   const Graph& graph = GraphNamed("MainPanel");
   const DataRange x = ViewRange(graph, 'x');
