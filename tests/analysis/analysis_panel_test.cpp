@@ -1,4 +1,4 @@
-// AnalysisPanel as a user presses it, with recordings that other programs made.
+// AnalysisPanel, used as a user does, with recordings of other programs.
 #include <fstream>
 #include <iostream>
 #include <sstream>

@@ -1,4 +1,4 @@
-// Measures of responses whose numbers are known in closed form, and of what no measure can be made of.
+// Measures of responses with known numbers in closed form, and of traces that cannot be measured.
 #include "analysis/measures.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ namespace {
 
 constexpr float Interval = 0.01F;  // ms
 
-/// Baseline to 2 ms, search from 5 ms over the whole trace.
+/// Returns settings with the baseline to 2 ms, and the search from 5 ms over the whole trace.
 MeasureSettings Settings() {
   MeasureSettings settings;
   settings.intervalMs = Interval;
@@ -29,7 +29,7 @@ MeasureSettings Settings() {
   return settings;
 }
 
-/// `base` until 5 ms, then `base` + amplitude x shape(ms since then).
+/// Returns `base` until 5 ms, then `base` + amplitude x shape(ms since then).
 template <typename Shape>
 std::vector<float> Response(double base, double amplitude, Shape shape, std::size_t points = 10000) {
   std::vector<float> trace(points);
@@ -62,8 +62,8 @@ TEST(MeasuresTest, AnAlphaFunctionHasTheTimesOfItsClosedForm) {
   EXPECT_NEAR(m.PeakValue, -53.0F, 1e-4);
   EXPECT_NEAR(m.PeakPos, 600, 1);
   EXPECT_NEAR(m.LatencyPeak, 1.0F, 0.011);
-  // t exp(1 - t) = 0.1 at 0.038221, 0.9 at 0.608341; 0.5 at 0.231961 and 2.678347
-  // (solved with 40 digits by bisection). The decay level is looked for on means of three samples.
+  // t exp(1 - t) = 0.1 at 0.038221, 0.9 at 0.608341; 0.5 at 0.231961 and 2.678347 (solved with 40 digits by
+  // bisection). The decay level is searched on means of three samples.
   EXPECT_NEAR(m.RiseTime, 0.608341 - 0.038221, 0.003);
   EXPECT_NEAR(m.RiseStartPos, 504, 1);
   EXPECT_NEAR(m.RiseEndPos, 560, 1);
@@ -95,9 +95,9 @@ TEST(MeasuresTest, BaselineStartsAtAWholeMillisecondAndVarianceTakesTwoSamples) 
 TEST(MeasuresTest, AStretchOverTheEndIsCutAndOnePastItChangesNothing) {
   const std::vector<float> trace = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
   ResponseMeasures m;
-  BaselineOf(trace, 6, 100, m);  // samples 6 to 8: the last one is left out
+  BaselineOf(trace, 6, 100, m);  // samples 6 to 8, without the last sample
   EXPECT_EQ(m.Baseline, 8.0F);
-  for (const std::int64_t start : {7LL, 10LL, 4'000'000'000LL, -1LL}) {  // to the last sample, or past it
+  for (const std::int64_t start : {7LL, 10LL, 4'000'000'000LL, -1LL}) {  // to the last sample, or after it
     BaselineOf(trace, start, 3, m);
     EXPECT_EQ(m.Baseline, 8.0F) << start;
     EXPECT_FALSE(Made(m, MeasuredBaseline)) << start;

@@ -1,4 +1,4 @@
-// Responses of a real recording, measured on the panel, against the definitions worked out in doubles.
+// Responses of a real recording, measured on the panel, compared with the definitions calculated in doubles.
 
 #include "analysis/analysis_store.h"
 #include "formats/abf/abf.h"
@@ -7,11 +7,11 @@
 namespace zelvane {
 namespace {
 
-// A cell under voltage clamp: the membrane is charged inward at 700 ms and outward at 800 ms, each with a
-// rise of some 0.2 ms and a decay of some 15 ms.
+// A cell under voltage clamp: the membrane is charged inward at 700 ms and outward at 800 ms, each time with
+// a rise of about 0.2 ms and a decay of about 15 ms.
 const std::string EvokedCurrents = Recordings + "abf1/130618-1-12.abf";
 
-/// Settings of one response: samples, not times.
+/// Settings of one response, in samples.
 struct Stretches {
   int baseStart, basePoints, searchStart, positions, window, area;
   double latencyMs;
@@ -22,7 +22,7 @@ constexpr double RiseTo = 0.8;
 constexpr double Decayed = 0.4;
 constexpr double LatencyTo = 0.1;
 
-/// The definitions read aloud, without regard to cost.
+/// The definitions in their plain form, without regard to speed.
 class PlainMeasures {
  public:
   PlainMeasures(std::vector<double> samples, double interval, const Stretches& s)
@@ -51,7 +51,7 @@ class PlainMeasures {
   int position = 0;
 
  private:
-  double Share(int i) const { return std::abs((x_[i] - base) / amplitude); }  // of the amplitude
+  double Share(int i) const { return std::abs((x_[i] - base) / amplitude); }  // share of the amplitude
 
   void FindPeak(const Stretches& s) {
     double farthest = -1.0;
@@ -77,7 +77,8 @@ class PlainMeasures {
     return i;
   }
 
-  /// Time at which the line from sample i to the next one reaches a level; that of sample i when it does not.
+  /// Returns the time at which the line from sample i to the next one reaches a level; without a crossing
+  /// that of sample i.
   double CrossingAfter(int i, double level) const {
     const double part = std::abs((level - x_[i]) / (x_[i + 1] - x_[i]));
     return (i + (part < 1.0 ? part : 0.0)) * dt_;
@@ -106,7 +107,7 @@ class PlainMeasures {
   double dt_;
 };
 
-/// The samples of a sweep, as the library of the format gives them.
+/// Returns the samples of a sweep, as the reader of the format gives them.
 std::vector<double> Sweep(int sweep) {
   AbfHeader header;
   int samples = 0;
@@ -119,7 +120,7 @@ std::vector<double> Sweep(int sweep) {
 
 struct Response {
   const char* name;
-  const char* settings;  // as typed
+  const char* settings;  // as the user types it
   Stretches stretches;
 };
 
@@ -139,7 +140,7 @@ TEST_P(RecordedResponseTest, EveryMeasureOfEverySweepIsThatOfItsDefinition) {
       EXPECT_TRUE(row.measured[column]) << column;
       EXPECT_NEAR(row.value[column], value, tolerance) << column;
     };
-    constexpr double Time = 3e-4;  // ms: times of some 700 ms are 32-bit floats
+    constexpr double Time = 3e-4;  // ms: times of about 700 ms are 32-bit floats
     expect(4, plain.base, 1e-3);
     expect(20, plain.variance, 1e-3 * plain.variance);
     expect(5, plain.amplitude, 1e-3);
@@ -152,7 +153,7 @@ TEST_P(RecordedResponseTest, EveryMeasureOfEverySweepIsThatOfItsDefinition) {
     expect(14, plain.latencyPeak, Time);
     expect(15, plain.area, 1e-4 * std::abs(plain.area));
     expect(18, plain.coastline, 1e-4 * plain.coastline);
-    // What the eye sees on the trace.
+    // What one sees on the trace.
     EXPECT_GT(std::abs(plain.amplitude), 800.0);
     EXPECT_LT(plain.riseTime, 0.2);
     EXPECT_GT(plain.decay, 1.0);

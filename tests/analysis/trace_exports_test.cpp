@@ -1,4 +1,4 @@
-// Filter, noise, transform and export as a user presses them, and the views that follow.
+// Filter, noise, transform and export, used as a user does, and the views that follow.
 #include <numeric>
 #include <utility>
 
@@ -37,13 +37,14 @@ TEST_F(TraceViewsTest, NoiseHasTheMeanAndWidthTypedAndAddsUp) {
   EXPECT_NEAR(Mean(gauss), 10.0, 5.0 * 2.0 / std::sqrt(2000.0));
   EXPECT_NEAR(Deviation(gauss), 2.0, 0.2);
   for (std::size_t i = 0; i < sum.size(); ++i) sum[i] -= gauss[i];
-  EXPECT_NEAR(Mean(sum), 10.5, 0.05);  // a flat noise between 0 and 1 has the mean 0.5
+  EXPECT_NEAR(Mean(sum), 10.5, 0.05);  // flat noise between 0 and 1 has the mean 0.5
   EXPECT_NEAR(Deviation(sum), std::sqrt(1.0 / 12.0), 0.02);
   EXPECT_EQ(lines.at(2).at("value"), 1);
   EXPECT_EQ(lines.back().at("plots").at(0).at("count"), 2000);
 }
 
-// A Gaussian filter of corner fc leaves white noise a bandwidth: the sum of the squares of its coefficients.
+// After a Gaussian filter the variance of white noise is multiplied by the sum of the squares of the
+// coefficients.
 TEST_F(TraceViewsTest, ACornerTypedInEitherFieldReachesTheFilterAndTheOtherField) {
   const auto lines =
       Run(std::string(NoisyTrace) +

@@ -1,4 +1,4 @@
-// What README, manual, help pages and the page of the command language show runs as they show it.
+// The examples in README, manual, help pages and the page of the command language run as they are shown.
 
 #include <climits>
 #include <set>
@@ -19,7 +19,7 @@ const fs::path Source = ZELVANE_SOURCE;
 struct Block {
   std::string page;
   int line = 0;      // of its first line
-  std::string kind;  // the word behind the fence; "sh" runs as written, "console" shows commands behind "$ "
+  std::string kind;  // the word after the fence; "sh" runs as written, "console" shows commands after "$ "
   std::string text;
 };
 
@@ -68,7 +68,7 @@ std::vector<Block> AllBlocks() {
   return blocks;
 }
 
-/// The first shell blocks of a page, one behind the other.
+/// Returns the first shell blocks of a page, joined.
 std::string ShellOf(const fs::path& page, int most = INT_MAX) {
   std::string commands;
   for (const Block& block : BlocksOf(page)) {
@@ -77,7 +77,7 @@ std::string ShellOf(const fs::path& page, int most = INT_MAX) {
   return commands;
 }
 
-/// What a reader types once for all pages.
+/// Returns what a reader types once for all pages.
 std::string Preparation() {
   return ShellOf(Source / "docs" / "manual" / "command-line.md", 1);
 }
@@ -90,7 +90,7 @@ std::set<std::string> CommandTable() {
   return names;
 }
 
-/// Whether every line begins with a command of the command language.
+/// Returns whether every line begins with a command of the command language.
 bool IsScript(const Block& block) {
   const std::set<std::string> commands = CommandTable();
   std::istringstream lines(block.text);
@@ -100,7 +100,7 @@ bool IsScript(const Block& block) {
   return true;
 }
 
-/// A folder in which the documents' relative paths lead to what they name.
+/// A folder in which the relative paths of the documents lead to the right files.
 class DocumentsTest : public ::testing::Test {
  protected:
   DocumentsTest() {
@@ -144,7 +144,7 @@ TEST_F(DocumentsTest, ScriptsOfTheCommandLanguageRunAsWritten) {
   EXPECT_GE(found, 1);
 }
 
-/// "$ command" followed by the objects that it writes.
+/// "$ command", followed by the objects that it writes.
 TEST_F(DocumentsTest, PrintedAnswersAreThoseOfTheProgram) {
   int found = 0;
   for (const Block& block : AllBlocks()) {

@@ -1,4 +1,5 @@
-// Damaged recordings, and headers that lie: a refusal in one sentence, or what the file truly holds.
+// Damaged recordings and wrong headers: the reader refuses them in one sentence, or reads what the file truly
+// holds.
 #include <sys/stat.h>
 
 #include <map>
@@ -38,7 +39,7 @@ void ExpectOneSentence(const std::string& why) {
   EXPECT_TRUE(why.size() > 10 && why.find('.') == why.size() - 1) << why;
 }
 
-/// Either refused with a reason, or every sweep is inside the file and has a value for each count.
+/// Expects a refusal with a reason, or sweeps that are inside the file and have a value for each count.
 void ExpectRefusedOrWhole(const Opened& opened, std::size_t fileBytes) {
   if (opened.file == nullptr) {
     EXPECT_FALSE(opened.why.empty());
@@ -64,7 +65,7 @@ void ExpectRefusedOrWhole(const Opened& opened, std::size_t fileBytes) {
   }
 }
 
-/// Opens the bytes and reads of them, and holds what that took from the heap against their number.
+/// Opens the bytes and reads from them. Compares the memory for this with their number.
 void ExpectHarmless(const std::string& bytes) {
   const std::size_t before = AllocatedBytes();
   const Opened opened = OpenBytes(bytes);
@@ -87,7 +88,7 @@ TEST(AbfHostile, SmallRecordingsCutOrChangedAnywhere) {
       }
       for (int change = 0; change < 2000; ++change) {
         std::string changed = whole;
-        // Every other one in the header, where most of the faults are.
+        // Every second change in the header, where most of the faults are.
         const std::size_t range = change % 2 == 0 ? whole.size() : std::min<std::size_t>(whole.size(), 6144);
         changed[random() % range] = static_cast<char>(random());
         ASSERT_NO_FATAL_FAILURE(ExpectHarmless(changed)) << "change " << change;
@@ -97,7 +98,7 @@ TEST(AbfHostile, SmallRecordingsCutOrChangedAnywhere) {
   EXPECT_GE(recordings, 9);
 }
 
-/// Samples of all channels that the files which end early should hold.
+/// Samples of all channels that the files with an early end should have.
 const std::map<std::string, std::int64_t> SamplesAnnounced = {
     {"abf1_data_60pc.abf", 1000},
     {"abf1_data_odd.abf", 1000},
@@ -105,7 +106,7 @@ const std::map<std::string, std::int64_t> SamplesAnnounced = {
     {"abf2_data_cut.abf", 738},
     {"abf2_data_count_huge.abf", std::int64_t{1} << 40}};
 
-/// Samples of all channels that are truly in the damaged files that can be read; the others are refused.
+/// Samples of all channels that the readable damaged files really have. The other files are refused.
 const std::map<std::string, std::int64_t> SamplesHeld = {
     {"abf1_data_60pc.abf", 600},        {"abf1_data_odd.abf", 601},        {"abf1_samples_max.abf", 1000},
     {"abf1_samples_minus.abf", 1000},   {"abf1_episodes_max.abf", 1000},   {"abf1_gain_zero.abf", 1000},
@@ -147,8 +148,7 @@ TEST(AbfHostile, WhatIsNoReadableFileIsRefused) {
   }
 }
 
-// -- Headers that lie, made from a small intact file: version 1.65, two sweeps of 500 counts, telegraph 0.5
-// --
+// -- Wrong headers, made from a small intact file: version 1.65, two sweeps of 500 counts, telegraph 0.5 --
 
 class AbfHeaderLies : public ::testing::Test {
  protected:
@@ -177,9 +177,9 @@ TEST_F(AbfHeaderLies, AllGainsAndOffsetsCount) {
   Put(986, 7.5F);    // instrument offset
   Put(1114, -2.5F);  // signal offset
   EXPECT_NEAR(FirstSample(), count * scale / 10.0F + 10.0F, 1e-4F);
-  Put(4512, std::int16_t{2});  // only 1 means that the telegraph, of 0.5, was on
+  Put(4512, std::int16_t{2});  // only 1 means that the telegraph (0.5) was on
   EXPECT_NEAR(FirstSample(), count * scale / 20.0F + 10.0F, 1e-4F);
-  Put(1050, 0.0F);  // a gain never set
+  Put(1050, 0.0F);  // a gain that was not set
   EXPECT_NEAR(FirstSample(), count * scale / 4.0F + 10.0F, 1e-4F);
 }
 
@@ -189,7 +189,7 @@ TEST_F(AbfHeaderLies, ShortHeadersHaveAnAutoSampleGainAndNoTelegraph) {
   Put(268, 4.0F);
   FirstSample();
   EXPECT_NEAR(opened.header.scale[0], scale / 8.0F, 1e-6F);
-  Put(264, std::int16_t{3});  // of another input
+  Put(264, std::int16_t{3});  // another input
   FirstSample();
   EXPECT_NEAR(opened.header.scale[0], scale / 2.0F, 1e-6F);
 }
@@ -228,7 +228,7 @@ TEST_F(AbfHeaderLies, TheNumberOfSamplesIsThatOfTheSweepsInTheFile) {
     EXPECT_EQ(opened.header.acquisitionLength, 1000) << samples;
     EXPECT_EQ(opened.sweeps, 2) << samples;
   }
-  // Without a synch array a shorter number is believed, and otherwise what stands before the end.
+  // Without a synch array uses a smaller number of samples, or else all samples before the end.
   Put(92, std::int64_t{0});
   bytes.resize(8192 + 2000);
   for (const auto& [samples, held] :

@@ -1,5 +1,5 @@
-// Parts of the sweeps of other programs' recordings (what the whole sweeps hold is told in
-// trace/recordings_test.cpp), and counts turned to user units.
+// Parts of the sweeps of other programs' recordings (trace/recordings_test.cpp checks whole sweeps), and the
+// conversion of counts to user units.
 
 #include <limits>
 #include <random>
@@ -12,7 +12,7 @@
 namespace zelvane {
 namespace {
 
-/// A part of a sweep is the same as that part of the whole sweep, at every kind of multiplexing.
+/// A part of a sweep equals that part of the whole sweep, for every kind of multiplexing.
 TEST(AbfRecordings, APartOfASweepIsReadAlone) {
   for (const char* name :
        {"abf1/190619B_0003.abf", "abf2/18702001-step.abf", "derived/float_episodic_2ch.abf"}) {
@@ -52,7 +52,7 @@ TEST(UserUnits, StoresPastTheCachesGiveTheSameSamplesAndNoOthers) {
     for (std::size_t length = 0; length < 40; ++length) {
       Floats plain(64, Untouched);
       Floats streamed = plain;
-      // The counts begin elsewhere than the samples, so that the two are never aligned together by chance.
+      // Counts and samples begin at different places, so that they are never aligned together by chance.
       const auto from = std::span<const std::int16_t>(counts).subspan(length % 3, length);
       ToUserUnits(from, Scale, Offset, std::span(plain).subspan(start, length));
       ToUserUnitsPastCaches(from, Scale, Offset, std::span(streamed).subspan(start, length));

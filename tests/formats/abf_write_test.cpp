@@ -1,4 +1,4 @@
-// Files written here: read back by this program, and byte by byte.
+// Files that this program writes: read back by it, and byte by byte.
 
 #include "formats/abf/byte_source.h"
 #include "support/abf_sweeps.h"

@@ -1,11 +1,11 @@
-// Counts what a test asks of the heap.
+// Counts the memory that a test takes from the heap.
 #pragma once
 
 #include <cstddef>
 
 namespace zelvane {
 
-/// Bytes that `operator new` has handed out since the program began, whether given back or not.
+/// Returns the bytes from `operator new` since the program began, including those that were returned.
 std::size_t AllocatedBytes();
 
 }  // namespace zelvane

@@ -10,7 +10,7 @@
 namespace zelvane {
 namespace {
 
-/// Holds our scan of `text` against scanf's, value and characters used.
+/// Compares our scan of `text` with that of scanf: the value and the characters used.
 template <typename T>
 void ExpectAsScanf(const std::string& text, const char* format) {
   T theirs = -77;
@@ -25,7 +25,7 @@ void ExpectAsScanf(const std::string& text, const char* format) {
   }
   EXPECT_EQ(text.size() - rest.size(), static_cast<std::size_t>(used)) << text;
   if (scan == Scan::Refused) {
-    // scanf gives an infinity here, or an int that it does not promise.
+    // scanf gives infinity here, or any int.
     if constexpr (std::is_floating_point_v<T>) {
       EXPECT_FALSE(std::isfinite(theirs)) << text;
     }
@@ -47,7 +47,7 @@ TEST(LineScanner, ScansWhatScanfScans) {
   for (int n = 0; n < 200'000 && !::testing::Test::HasFailure(); ++n) {
     std::string text;
     for (auto k = 1 + random() % 4; k > 0; --k) text += parts[random() % std::size(parts)];
-    // scanf takes a lone point for 0 there, and fails where "inf" might have become "infinity".
+    // There scanf reads a single point as 0, and fails for the begin of "infinity".
     if (text.find("0x.") != std::string::npos || text.find("INFI") != std::string::npos) continue;
     ExpectAsScanf<int>(text, "%d%n");
     ExpectAsScanf<float>(text, "%f%n");

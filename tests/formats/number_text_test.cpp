@@ -1,4 +1,4 @@
-// Numbers as text, against printf in the C locale.
+// Numbers as text, compared with printf in the C locale.
 #include "formats/number_text.h"
 
 #include <gtest/gtest.h>

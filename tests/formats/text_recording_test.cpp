@@ -1,4 +1,4 @@
-// Text recordings as people and programs write them, and as accidents leave them.
+// Text recordings from people and programs, and damaged ones.
 #include "formats/text_recording.h"
 
 #include <bit>
@@ -41,7 +41,7 @@ std::string Atf(int columns, const std::string& header, const std::string& rows)
 
 constexpr float Infinity = std::numeric_limits<float>::infinity();
 
-/// A text of plain letters in UTF-16, with its mark.
+/// Returns plain letters in UTF-16, with its mark.
 std::string Utf16(std::string_view text, bool big) {
   std::string bytes = big ? "\xFE\xFF" : "\xFF\xFE";
   for (const char c : text) {
@@ -77,7 +77,7 @@ TEST(TextRecording, NumbersAreThoseOfScanfRoundedOnce) {
   EXPECT_TRUE(std::isnan(Samples("nan").at(0)));
 }
 
-/// The fast road against the library's, over the forms that recordings are written in and every exponent.
+/// Compares the fast reader with the library, over the usual forms of numbers and every exponent.
 TEST(TextRecording, NumbersHaveTheBitsThatTheLibraryGivesThem) {
   std::mt19937_64 random(11);
   const char* forms[] = {"%.6e", "%.9g", "%.3f", "%.17g", "%.0f", "%g"};
@@ -180,7 +180,7 @@ TEST(TextRecording, ReadingStopsAtTheMostThatIsWanted) {
   EXPECT_EQ(Samples(Atf(2, "", "0 1\n1 2\n2 3\n"), request).size(), 2U);
 }
 
-/// Whatever bytes come: an end, and never more samples than the text has words.
+/// For any bytes the reader ends, and never returns more samples than the text has words.
 TEST(TextRecording, EveryCutAndRandomBytesAreSurvived) {
   const std::string whole = Atf(3, "\"SignalsExported=a,b\"\n", "0 1 2\n.001 3 4\n.002 5 6\n.003 7 8\n");
   for (std::size_t cut = 0; cut <= whole.size(); ++cut) {

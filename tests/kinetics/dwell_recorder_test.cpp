@@ -1,4 +1,4 @@
-// Rules by which dwells become list entries, on lists of a few entries.
+// The rules for entering dwells into lists, with short lists.
 #include "kinetics/dwell_recorder.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +24,7 @@ class DwellRecorderTest : public ::testing::Test {
     ClearDwells(recorder);
   }
 
-  /// One sweep: dwells one behind the other.
+  /// Records one sweep of consecutive dwells.
   void Sweep(const std::vector<std::pair<int, float>>& dwells) {
     StartSweepRecord(recorder);
     float t = 0.0F;
@@ -55,7 +55,7 @@ TEST_F(DwellRecorderTest, AnOpeningIsOneEntryAndItsStatesAreDwellsOfTheRecord) {
   Sweep({{1, 4.0F}, {2, 1.0F}, {3, 2.0F}, {1, 8.0F}, {1, 1.0F}, {3, 0.5F}, {1, 9.0F}});
   EndRecord(recorder);
   EXPECT_EQ(Open(), (Floats{3.0F, 0.5F}));
-  EXPECT_EQ(Closed(), (Floats{9.0F}));  // the closed time behind the last opening is not stored
+  EXPECT_EQ(Closed(), (Floats{9.0F}));  // the closed time after the last opening is not stored
   EXPECT_EQ(Latencies(), (Floats{4.0F}));
   EXPECT_EQ(filled.numIdealEvents, 5);
   EXPECT_EQ(Entries(filled.idealDuration, 6), (Floats{1.0F, 1.0F, 2.0F, 9.0F, 0.5F, 5.0F}));
@@ -68,7 +68,7 @@ TEST_F(DwellRecorderTest, AChannelThatStartsOpenGoesOnWithTheOpeningThatEndedThe
   Sweep({{2, 4.0F}, {1, 1.0F}});
   EXPECT_EQ(Open(), (Floats{5.0F}));
   EXPECT_EQ(Latencies(), (Floats{0.0F, 0.0F}));
-  EXPECT_EQ(filled.idealClass[2], SegmentMarker);  // in place of the end marker
+  EXPECT_EQ(filled.idealClass[2], SegmentMarker);  // instead of the end marker
   EXPECT_EQ(filled.idealDuration[2], 2.0F);
   ClearDwells(recorder);
   Sweep({{2, 7.0F}});
@@ -82,7 +82,7 @@ class FullDwellRecorderTest : public DwellRecorderTest {
 
 TEST_F(FullDwellRecorderTest, FullListsStayAsTheyAreAndTheRecordOnlyCounts) {
   Sweep({{2, 1.0F}, {1, 1.0F}, {2, 2.0F}, {3, 5.0F}, {1, 1.0F}, {2, 4.0F}});
-  EXPECT_EQ(Open(), (Floats{1.0F, 2.0F}));  // the list was full before state 3 prolonged its last entry
+  EXPECT_EQ(Open(), (Floats{1.0F, 2.0F}));  // the list was full before state 3 would extend its last entry
   EXPECT_EQ(Closed(), (Floats{1.0F}));
   EXPECT_EQ(filled.numIdealEvents, 4);
   EndRecord(recorder);
@@ -91,7 +91,7 @@ TEST_F(FullDwellRecorderTest, FullListsStayAsTheyAreAndTheRecordOnlyCounts) {
   EXPECT_EQ(filled.segmentCounter, 2);
   for (int sweep = 0; sweep < 3; ++sweep) Sweep({{2, 1.0F}});
   EXPECT_EQ(Latencies().size(), 2U);
-  EXPECT_TRUE(recorder.opened);  // the channel has reached a monitored state all the same
+  EXPECT_TRUE(recorder.opened);  // the channel has still reached a monitored state
 }
 
 }  // namespace

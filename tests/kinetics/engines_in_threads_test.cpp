@@ -1,5 +1,5 @@
-// Engines that run in two threads at once give the bits that they give alone. Built with ThreadSanitizer (the
-// preset "tsan") the same runs also show what they share.
+// Engines that run in two threads at once give the same bits as alone. With ThreadSanitizer (the preset
+// "tsan") the same runs also show what they share.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -21,7 +21,8 @@ using Floats = std::vector<float>;
 
 constexpr int Points = 1000;
 
-/// Two bindings of a drug, an opening that the voltage speeds up, and a pulse of both; `input` sets the rates.
+/// Returns a scheme with two bindings of a drug and an opening that voltage speeds up, with a pulse of both;
+/// `input` sets the rates.
 IntegratorCase CaseOf(int input) {
   IntegratorCase c(Points + 2);
   const auto n = static_cast<float>(input);
@@ -41,7 +42,7 @@ IntegratorCase CaseOf(int input) {
   return c;
 }
 
-/// Appends what a vector of numbers holds, as floats.
+/// Appends the numbers of a vector, as floats.
 template <typename Numbers>
 void Append(Floats& all, const Numbers& numbers) {
   for (const auto number : numbers) all.push_back(static_cast<float>(number));

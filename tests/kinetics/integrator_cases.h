@@ -10,7 +10,7 @@
 
 namespace zelvane {
 
-/// A scheme with its stimulus, start and run settings, apart from the stores.
+/// A scheme with its stimulus, start and run settings, outside the stores.
 struct IntegratorCase {
   explicit IntegratorCase(std::size_t profilePoints = 1024) {
     profiles.assign(MaxDrugs + 1, std::vector<float>(profilePoints));

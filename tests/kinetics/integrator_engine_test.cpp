@@ -1,4 +1,4 @@
-// The two integrator engines: the plain form bit for bit, refusals and limits.
+// The two integrator engines: compared with the plain form bit for bit, refusals and limits.
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -10,7 +10,7 @@
 namespace zelvane {
 namespace {
 
-/// Two states, closed and open; all channels closed at time 0.
+/// Returns two states, closed and open; all channels are closed at time 0.
 IntegratorCase TwoStates(float opening, float closing) {
   IntegratorCase c;
   c.SetRate(1, 2, opening);
@@ -27,7 +27,7 @@ bool Chance(std::mt19937& random, double probability) {
   return std::bernoulli_distribution(probability)(random);
 }
 
-/// Steps, ramps, exponentials and flat stretches, one behind the other.
+/// Fills a profile with consecutive steps, ramps, exponentials and flat stretches.
 void RandomProfile(std::mt19937& random, float scale, std::vector<float>& profile) {
   float level = Chance(random, 0.5) ? 0.0F : Uniform(random, -scale, scale);
   std::size_t i = 0;
@@ -39,7 +39,7 @@ void RandomProfile(std::mt19937& random, float scale, std::vector<float>& profil
   }
 }
 
-/// A scheme of the grid or the table with a stimulus. Some step is coarse enough that passes fail.
+/// Returns a scheme of the grid or the table with a stimulus. Some steps are so coarse that passes fail.
 IntegratorCase RandomCase(unsigned seed) {
   std::mt19937 random(seed);
   IntegratorCase c(450);
@@ -52,7 +52,7 @@ IntegratorCase RandomCase(unsigned seed) {
   const double density = Chance(random, 0.3) ? 1.0 : 0.25;
   const float fastest = Chance(random, 0.3) ? 80000.0F : 5000.0F;
   for (std::size_t a = 1; a <= static_cast<std::size_t>(states); ++a) {
-    c.on[a] = Chance(random, 0.9) ? 1 : 0;  // one that is off still feeds others
+    c.on[a] = Chance(random, 0.9) ? 1 : 0;  // a state that is off still feeds others
     c.start[a] = Chance(random, 0.3) ? Uniform(random, 0.0F, 0.3F) : 0.0F;
     for (std::size_t b = 1; b <= static_cast<std::size_t>(states); ++b) {
       const bool neighbours = b == a + 1 || a == b + 1 || b == a + 5 || a == b + 5;
@@ -77,7 +77,7 @@ void ExpectSameRows(const IntegratorOutput& a, const IntegratorOutput& b) {
   for (std::size_t s = 1; s <= MaxStates; ++s) EXPECT_TRUE(SameBits(a.room[s], b.room[s])) << "state " << s;
 }
 
-/// Holds IntegrateFixedStep to the plain form; gives the number of passes that failed.
+/// Compares IntegrateFixedStep with the plain form and returns the number of failed passes.
 int ExpectPlainFixedStep(const IntegratorCase& c) {
   IntegratorOutput plain(c.numPoints);
   IntegratorOutput fast(c.numPoints);
@@ -89,7 +89,7 @@ int ExpectPlainFixedStep(const IntegratorCase& c) {
   return result.reductions;
 }
 
-/// The same for IntegrateAdaptive, from point `offset` of the profiles.
+/// Does the same for IntegrateAdaptive, from point `offset` of the profiles.
 AdaptiveResult ExpectPlainAdaptive(const IntegratorCase& c, int offset = 0) {
   IntegratorOutput plain(c.numPoints);
   IntegratorOutput fast(c.numPoints);
@@ -111,7 +111,7 @@ TEST(FixedStepTest, EqualsThePlainFormBitForBit) {
     SCOPED_TRACE(seed);
     failedPasses += ExpectPlainFixedStep(RandomCase(seed));
   }
-  EXPECT_GT(failedPasses, 0);  // the range test was met as well
+  EXPECT_GT(failedPasses, 0);  // the test of the range was reached as well
 }
 
 TEST(FixedStepTest, EqualsThePlainFormWhenNothingMovesAnyMore) {
@@ -164,12 +164,12 @@ TEST(AdaptiveStepTest, EqualsThePlainFormBitForBit) {
     SCOPED_TRACE(seed);
     IntegratorCase c = RandomCase(seed);
     if (seed > 125) c.numPoints = static_cast<int>(seed) - 125;
-    ExpectPlainAdaptive(c, seed % 3 == 0 ? 450 : 0);  // runs off the end of the profiles
+    ExpectPlainAdaptive(c, seed % 3 == 0 ? 450 : 0);  // runs beyond the end of the profiles
   }
 }
 
 TEST(AdaptiveStepTest, LoosensAPrecisionThatNoStepCanReach) {
-  // Rates so high that the step that they ask for no longer moves a time of seconds.
+  // These rates need such a short step that it does not change a time of seconds.
   IntegratorCase c = TwoStates(1e12F, 1e12F);
   c.WithDrug(1, 1, 2);
   c.intervalMs = 1000.0F;
@@ -195,12 +195,12 @@ TEST(FirstActivePointTest, WaitsForTheStimulusThatPopulatedStatesNeed) {
   const auto first = [&] { return FirstActivePoint(c.Tables(), c.start, c.View(), c.numPoints); };
   EXPECT_EQ(first(), 0);  // a rate that depends on nothing leaves state 1
   c.WithDrug(1, 1, 2);
-  EXPECT_EQ(first(), 300);  // the rate out of state 2 is free, but nothing is there
+  EXPECT_EQ(first(), 300);  // the rate out of state 2 does not depend on a profile, but state 2 is empty
   c.WithDrug(2, 1, 2);
   EXPECT_EQ(first(), 200);
   c.WithVoltage(1, 2, 1.0F);
   EXPECT_EQ(first(), 100);
-  c.depend.Volt[1][2] = 2;  // selects nothing
+  c.depend.Volt[1][2] = 2;  // has no effect
   EXPECT_EQ(first(), 200);
   c.numPoints = 150;
   EXPECT_EQ(first(), 150);  // nothing happens in this run

@@ -10,7 +10,7 @@
 namespace zelvane {
 namespace {
 
-/// What the integrators need of a model.
+/// The part of a model that the integrators need.
 struct PlainScheme {
   const SchemeTables& tables;
   const StimulusView& stimulus;
@@ -26,7 +26,7 @@ struct PlainScheme {
                               std::exp(static_cast<double>(stimulus.profile[0][point]) * coefficient));
   }
 
-  /// dy/dt at `t` seconds.
+  /// Returns dy/dt at `t` seconds.
   States Slope(float t, const States& y) const {
     const double moment = static_cast<double>(t) / (0.001 * static_cast<double>(stimulus.intervalMs));
     const std::size_t point =
@@ -74,7 +74,7 @@ States PlainRungeKutta(const PlainScheme& scheme, float t, float h, const States
   return ForAll([&](std::size_t s) { return y[s] + sixth * (k1[s] + k4[s] + 2.0F * (k3[s] + k2[s])); });
 }
 
-/// One pass; false when an occupancy left its range.
+/// Runs one pass. Returns false when an occupancy left its range.
 bool PlainPass(const PlainScheme& scheme, const States& start, int numPoints, float stepMs,
                const OccupancyRows& rows, FixedStepResult& result) {
   const long long substeps = SubstepsPerPoint(scheme.stimulus.intervalMs, stepMs);
@@ -99,7 +99,7 @@ bool PlainPass(const PlainScheme& scheme, const States& start, int numPoints, fl
   return true;
 }
 
-/// rkck: the fifth-order solution of a step and its error estimate.
+/// rkck: gives the fifth-order solution of a step and its error estimate.
 void PlainCashKarp(const PlainScheme& scheme, float x, float h, const States& y, const States& k1,
                    States& out, States& error) {
   using namespace cash_karp;
@@ -119,7 +119,7 @@ void PlainCashKarp(const PlainScheme& scheme, float x, float h, const States& y,
       [&](std::size_t s) { return h * (D1 * k1[s] + D3 * k3[s] + D4 * k4[s] + D5 * k5[s] + D6 * k6[s]); });
 }
 
-/// rkqs; false when no step is left to take.
+/// rkqs; returns false when the step shrinks to 0.
 bool PlainControlledStep(const PlainScheme& scheme, float& x, float h, float tolerance, const States& dydx,
                          const States& scale, States& y, AdaptiveResult& result, float& next) {
   States out{}, error{};

@@ -1,5 +1,5 @@
-// Both integrators in their plain form: every state that is on, every other state, every flag of every rate
-// at each use, straight from the tables of the model. What the compiled forms are held to, bit for bit.
+// Both integrators in their plain form: at each use they read every state that is on, every other state and
+// every flag of every rate from the tables of the model. The compiled forms must give the same bits.
 #pragma once
 
 #include <array>
@@ -13,11 +13,11 @@ namespace zelvane {
 
 using States = std::array<float, MaxStates + 1>;  // from index 1
 
-/// The same as IntegrateFixedStep.
+/// Does the same as IntegrateFixedStep.
 FixedStepResult PlainFixedStep(const SchemeTables& tables, const StimulusView& stimulus, const States& start,
                                int numPoints, float maxStepMs, const OccupancyRows& rows);
 
-/// The same as IntegrateAdaptive.
+/// Does the same as IntegrateAdaptive.
 AdaptiveResult PlainAdaptive(const SchemeTables& tables, const StimulusView& stimulus, const States& start,
                              int numPoints, float precision, std::span<float> savedTime,
                              const OccupancyRows& rows);

@@ -59,7 +59,7 @@ struct PlainMonteCarlo::Step {
 };
 
 PlainMonteCarlo::PlainMonteCarlo(const std::array<double, 3>& seeds) : generator_(seeds) {
-  // Less room than the program has: what is compared must fit.
+  // Less room than in the program: all data for the comparison must fit.
   constexpr std::size_t dwells = 200'000;
   constexpr std::size_t events = 600'000;
   room_.resize(4 * dwells + 2 * events);
@@ -72,12 +72,12 @@ PlainMonteCarlo::PlainMonteCarlo(const std::array<double, 3>& seeds) : generator
   lists.IdealClass = room.subspan(4 * dwells + events, events);
 }
 
-/// A point behind the sweep has the stimulus of its last.
+/// Returns the point for a stimulus: after the sweep its last point.
 int Inside(int point) {
   return std::min({point, Model.NumPoints, static_cast<int>(Stimulus.Profile[0].size()) - 1});
 }
 
-/// Whether a rate depends on profile k: the voltage for 0, else drug k.
+/// Returns whether a rate depends on profile k: the voltage for 0, else drug k.
 bool Depends(std::size_t k, int from, int to) {
   return k == 0 ? Model.Depend.Volt[from][to] == 1 : Model.Depend.Drug[k][from][to] != 0;
 }
@@ -126,7 +126,7 @@ PlainMonteCarlo::Step PlainMonteCarlo::Take(int state, float t, int point) {
     ++connections;
     waits |= rate_[state][to] > MinRate;
     const float product = rate_[state][to] * Factor(state, to, point);
-    const float effective = product > 0.0F ? product : 0.0F;  // negative or no number: none
+    const float effective = product > 0.0F ? product : 0.0F;  // 0 if negative or not a number
     sumOfAll += effective;
     if (effective <= MinRate) continue;
     exitStates.push_back(to);

@@ -1,6 +1,6 @@
-// The Monte Carlo simulation in its plain form: the generator in doubles, every rate factor worked out at
-// each use, every point of every dwell visited and added to, whole points taken from a text. What the
-// simulator is held to, bit for bit.
+// The Monte Carlo simulation in its plain form: the generator uses doubles, every rate factor is calculated
+// at each use, every dwell adds to each of its points, and whole points are read from a text. The simulator
+// must give the same bits.
 #pragma once
 
 #include <array>
@@ -12,7 +12,7 @@
 
 namespace zelvane {
 
-/// AS 183 and the polar method as they were published.
+/// AS 183 and the polar method as published.
 struct PlainGenerator {
   explicit PlainGenerator(const std::array<double, 3>& seeds) : seed(seeds) {}
   double Uniform();
@@ -22,11 +22,11 @@ struct PlainGenerator {
   std::optional<float> held;
 };
 
-/// The integer part of a number written with six decimals.
+/// Returns the integer part of a number written with six decimals.
 double WholePointsOfText(float quotient);
 
-/// Runs the model of the stores, whose rates are prepared (RatesFromGrid or ActivateTableModel), leaving the
-/// stores as they are. The results stand in the members.
+/// Runs the model of the stores with prepared rates (RatesFromGrid or ActivateTableModel) and does not change
+/// the stores. The results are in the members.
 struct PlainMonteCarlo {
   explicit PlainMonteCarlo(const std::array<double, 3>& seeds);
   PlainMonteCarlo(const PlainMonteCarlo&) = delete;

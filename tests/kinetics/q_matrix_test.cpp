@@ -1,4 +1,4 @@
-// The Q matrix: time constants and equilibrium against closed forms.
+// The Q matrix: time constants and equilibrium, compared with closed forms.
 #include "kinetics/q_matrix.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ void Link(QMatrix& matrix, std::size_t from, std::size_t to, float rate) {
   matrix.rates(from, from) -= rate;
 }
 
-/// A rate matrix from its rates, the diagonal filled in.
+/// Returns a rate matrix of these rates, with its diagonal.
 QMatrix Rates(std::size_t n, std::initializer_list<std::tuple<std::size_t, std::size_t, float>> rates) {
   QMatrix matrix;
   matrix.states.resize(n);
@@ -46,9 +46,9 @@ TEST(QMatrixEngine, TwoStatesRelaxAtTheSumOfTheirRates) {
   }
 }
 
-// n subunits that open (a) and close (b) each on its own, beside m that flip (c, d): states are counted by
-// how many of each are open. Occupancies are products of binomials, eigenvalues -(i (a + b) + j (c + d)).
-// Floats carry 6e-8 of the largest eigenvalue.
+// n independent subunits that open (a) and close (b), and m that flip (c, d). A state is the number of open
+// subunits of each kind. Occupancies are products of binomials, eigenvalues are -(i (a + b) + j (c + d)). The
+// error of floats is 6e-8 of the largest eigenvalue.
 TEST(QMatrixEngine, IndependentSubunitsGiveBinomialOccupanciesAndSumsOfRates) {
   constexpr float a = 300.0F, b = 700.0F, c = 41.0F, d = 13.0F;
   const auto binomial = [](int n, int k, double p) {
@@ -60,7 +60,7 @@ TEST(QMatrixEngine, IndependentSubunitsGiveBinomialOccupanciesAndSumsOfRates) {
        {std::pair{0, 0}, {1, 0}, {4, 0}, {6, 0}, {2, 1}, {2, 2}, {3, 2}, {4, 2}, {4, 3}, {9, 1}}) {
     SCOPED_TRACE(testing::Message() << n << " beside " << m);
     const auto states = static_cast<std::size_t>((n + 1) * (m + 1));
-    std::vector<std::size_t> number(states);  // in no order, so that links lie all over the matrix
+    std::vector<std::size_t> number(states);  // in no order, so that links are everywhere in the matrix
     std::iota(number.begin(), number.end(), 0U);
     std::shuffle(number.begin(), number.end(), random);
     const auto state = [&, m = m](int i, int j) { return number[static_cast<std::size_t>(i * (m + 1) + j)]; };
@@ -90,8 +90,8 @@ TEST(QMatrixEngine, IndependentSubunitsGiveBinomialOccupanciesAndSumsOfRates) {
   }
 }
 
-// Around a ring of equal rates the eigenvalues are k (cos(2 pi m / n) - 1) with imaginary parts, which do not
-// show.
+// In a ring of equal rates the eigenvalues are k (cos(2 pi m / n) - 1), with imaginary parts that are not
+// shown.
 TEST(QMatrixEngine, TheRealPartsOfConjugatePairsCount) {
   const QMatrixSolution solution = SolveQMatrix(Rates(3, {{0, 1, 200}, {1, 2, 200}, {2, 0, 200}}), true);
   std::vector<float> times;

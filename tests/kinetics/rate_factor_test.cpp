@@ -1,4 +1,4 @@
-// The factor that the stimulus puts on a rate.
+// The factor of the stimulus in a rate.
 #include "kinetics/rate_factor.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +33,7 @@ TEST_F(RateFactorTest, VoltageActsThroughAPureExponential) {
 TEST_F(RateFactorTest, DrugsMultiplyInFloatsAndAnAbsentOneStopsTheRate) {
   depend.Volt[1][2] = 1;
   depend.Drug[1][1][2] = 1;
-  depend.Drug[2][1][2] = 5;  // any value but 0
+  depend.Drug[2][1][2] = 5;  // any value except 0
   const float drugs = 1e-5F * 2e-5F;
   const double exponential = std::exp(static_cast<double>(-0.06F) * VoltageCoefficient(1.0F, Temperature));
   EXPECT_EQ(Factor(1, 2), static_cast<float>(static_cast<double>(drugs) * exponential));

@@ -1,4 +1,4 @@
-// The schemes under data/: that they run as they stand, and that their responses are those of their papers.
+// The schemes under data/: they run unchanged, and their responses are those of their papers.
 #include <numbers>
 #include <vector>
 
@@ -17,16 +17,17 @@
 namespace zelvane {
 namespace {
 
-/// Response of the monitored states as a probability, one value a point, and what is measured on it.
+/// The response of the monitored states as a probability, one value per point, and its measures.
 struct Response {
   std::vector<double> po;
   double interval = 0.0;  // ms
   std::size_t peak = 0;   // sample of the largest deviation from the first sample
 
   double Top() const { return po[peak] - po[0]; }
-  /// ms from the crossing of `low` to that of `high` on the way up, fractions of the peak.
+  /// Returns the time from the crossing of `low` to that of `high` before the peak, in ms; both are fractions
+  /// of the peak.
   double Rise(double low, double high) const { return interval * double(Crossing(high) - Crossing(low)); }
-  /// ms from the peak until the response has come down to `fraction` of it.
+  /// Returns the ms from the peak until the response has fallen to `fraction` of it.
   double Decay(double fraction) const {
     std::size_t i = peak;
     while (i < po.size() && po[i] - po[0] > fraction * Top()) ++i;
@@ -53,7 +54,7 @@ class PublishedModels : public PanelTest {
     WriteRunParameters();
   }
 
-  /// Runs the model in the store with `simulator`, after `change` of its stimulus, if any.
+  /// Runs the model in the store with `simulator`.
   Response Run(int simulator) {
     Model.SimulatorKind = simulator;
     WriteRunParameters();
@@ -70,7 +71,7 @@ class PublishedModels : public PanelTest {
     return r;
   }
 
-  /// A pulse of other length or level than the file's.
+  /// Sets a pulse with another start and stop than in the file.
   void Pulse(float start, float stop) {
     Stimulus.AutoStart = start;
     Stimulus.AutoStop = stop;
@@ -116,8 +117,8 @@ TEST_F(PublishedModels, RunAsTheyStandWithoutAMessageAndLoseNoChannel) {
         sum += Result.Occupancy[s][static_cast<std::size_t>(point)];
       ASSERT_NEAR(sum, 1.0, 5e-4) << "point " << point;  // each of 100,000 steps rounds to 32 bits
     }
-    // Both integrators give the same response. As probabilities: in pA the spline of the adaptive path rings
-    // where the voltage jumps.
+    // Both integrators give the same response. Compared as probabilities, because in pA the spline of the
+    // adaptive path rings where the voltage jumps.
     Model.DisplayUnits = UnitsProbability;
     const Response fixed = Run(FixedStepIntegrator);
     const Response adaptive = Run(AdaptiveIntegrator);
@@ -127,7 +128,7 @@ TEST_F(PublishedModels, RunAsTheyStandWithoutAMessageAndLoseNoChannel) {
       apart = std::max(apart, std::abs(fixed.po[i] - adaptive.po[i]));
     }
     EXPECT_LT(apart,
-              0.01 * fixed.Top() + 1e-4);  // the adaptive path loses sight of occupancies near its tolerance
+              0.01 * fixed.Top() + 1e-4);  // the adaptive path ignores occupancies near its tolerance
   }
 }
 
@@ -149,8 +150,8 @@ TEST_F(PublishedModels, ObeyMicroscopicReversibilityAroundEveryCycle) {
       while (length < MaxLoopStates && loop.State[length + 1] != 0) ++length;
       if (length == 0) continue;
       ++cycles;
-      double ratio = 1.0;   // product of the rates one way over the other
-      double charge = 0.0;  // and sum of the steepnesses: must vanish, or the cycle breaks away from 0 V
+      double ratio = 1.0;   // product of the rates one way over that of the other
+      double charge = 0.0;  // sum of the steepnesses: must be 0, else the cycle loses balance away from 0 V
       for (std::size_t i = 0; i < length; ++i) {
         const auto from = static_cast<std::size_t>(loop.State[i + 1]);
         const auto to = static_cast<std::size_t>(loop.State[(i + 1) % length + 1]);
@@ -164,7 +165,7 @@ TEST_F(PublishedModels, ObeyMicroscopicReversibilityAroundEveryCycle) {
   }
 }
 
-// Colquhoun, Jonas & Sakmann (1992) J Physiol 458:261, patches of CA3 pyramidal cells under 1 mM glutamate:
+// Colquhoun, Jonas & Sakmann (1992) J Physiol 458:261, patches of CA3 pyramidal cells in 1 mM glutamate:
 // after 1 ms the response rises (20-80 %) in 0.2-0.6 ms and decays with 2.5 +- 0.7 ms; a long pulse
 // desensitises with 11.3 +- 2.8 ms. The scheme was made for these cells.
 TEST_F(PublishedModels, TheAmpaSchemeDeactivatesAndDesensitisesAsInPatches) {
@@ -180,9 +181,9 @@ TEST_F(PublishedModels, TheAmpaSchemeDeactivatesAndDesensitisesAsInPatches) {
   EXPECT_NEAR(lasting.Decay(steady + (1.0 - steady) * OverE), 11.3, 2.8);
 }
 
-// Lester, Clements, Westbrook & Jahr (1990) Nature 346:565 and Lester & Jahr (1992): a pulse of some ms is
-// followed by a current that rises in about 10 ms and outlasts the transmitter by hundreds of ms; a third of
-// the channels or less are open at its peak.
+// Lester, Clements, Westbrook & Jahr (1990) Nature 346:565 and Lester & Jahr (1992): after a pulse of a few
+// ms the current rises in about 10 ms and lasts hundreds of ms longer than the transmitter; at its peak at
+// most a third of the channels are open.
 TEST_F(PublishedModels, TheNmdaSchemeOutlastsItsTransmitter) {
   Load("models/nmda_lester_1992.mod");
   const Response r = Run(FixedStepIntegrator);
@@ -192,8 +193,8 @@ TEST_F(PublishedModels, TheNmdaSchemeOutlastsItsTransmitter) {
   EXPECT_NEAR(r.Top(), 0.26, 0.05);
 }
 
-// Jones & Westbrook (1995) Neuron 15:181: the response to a brief pulse decays in two phases, and its slow
-// one is due to channels that come back from the fast desensitised state: without that state it is gone.
+// Jones & Westbrook (1995) Neuron 15:181: the response to a brief pulse decays in two phases. The slow phase
+// comes from channels that return from the fast desensitised state; without this state it disappears.
 TEST_F(PublishedModels, DesensitisedStatesProlongTheGabaResponse) {
   Load("models/gabaa_jones_1995.mod");
   const Response whole = Run(FixedStepIntegrator);
@@ -206,7 +207,7 @@ TEST_F(PublishedModels, DesensitisedStatesProlongTheGabaResponse) {
   EXPECT_GT(without.Top(), whole.Top());
 }
 
-// Values of the schemes themselves, solved by an independent integrator in double precision.
+// Values of the schemes themselves, from an independent integrator in double precision.
 TEST_F(PublishedModels, TheOtherSchemesPeakAndDecayAsTheirEquationsSay) {
   using Case = std::tuple<const char*, double, double>;
   for (const auto& [name, peak, decayMs] : {Case{"models/ampa_patneau_1991.mod", 0.1716, 5.2},
@@ -236,7 +237,7 @@ TEST_F(PublishedModels, TheNicotinicSchemeHasTheGapsAndBurstsOfThePaper) {
 
 // -- Hodgkin & Huxley (1952): a gate relaxes as one exponential, and gates are independent. --
 
-/// A gate's opening and shutting rates, 1/ms, at -65 mV and at 0 mV, from the paper's equations with rest at
+/// Opening and closing rates of a gate, 1/ms, at -65 mV and at 0 mV, from the paper's equations with rest at
 /// -65 mV.
 struct Gate {
   double openRest, shutRest, openStep, shutStep;
@@ -258,7 +259,7 @@ TEST_F(PublishedModels, TheSodiumSchemeIsM3hAndThePotassiumSchemeN4OfThePaper) {
   struct Case {
     const char* name;
     double (*open)(double ms);
-    double tolerance;  // the clock of the run is one point off at the edge
+    double tolerance;  // at the edge the time of the run is one point off
   };
   for (const Case& c :
        {Case{"models/sodium_hodgkin_1952.mod",

@@ -1,5 +1,5 @@
-// Butterworth filters: their gain, from the response to an impulse, against the closed forms
-// |H|^2 = 1 / (1 + r^-2n) and 1 / (1 + q^2n). r and q are the ratios of the warped frequencies.
+// Butterworth filters: their gain, from the response to an impulse, compared with the closed forms |H|^2 = 1
+// / (1 + r^-2n) and 1 / (1 + q^2n). r and q are the ratios of the warped frequencies.
 #include "numerics/butterworth.h"
 
 #include <gtest/gtest.h>
@@ -15,13 +15,13 @@ namespace zelvane {
 namespace {
 
 constexpr double Rate = 100000.0;
-constexpr std::size_t ImpulseAt = 100;  // behind the first sample, whose level the filters start from
+constexpr std::size_t ImpulseAt = 100;  // after the first sample, which sets the level at the start
 
 double Warp(double hz) {
   return std::tan(std::numbers::pi * hz / Rate);
 }
 
-/// Gain at a frequency of the filter whose response to an impulse this is.
+/// Returns the gain at a frequency from the response to an impulse.
 double GainOf(const std::vector<double>& response, double hz) {
   std::complex<double> sum = 0.0;
   for (std::size_t i = 0; i < response.size(); ++i) {
@@ -69,8 +69,8 @@ TEST(ButterworthTest, TheBandPassHasBothCornersAndBothSlopes) {
 }
 
 TEST(ButterworthTest, ACornerAMillionthOfTheRateStaysExact) {
-  // At the corner the eighth-order filter turns the phase by a full circle; the response to a slow sine
-  // settles to 1 / sqrt(2) of it.
+  // At the corner the eighth-order filter turns the phase by a full circle. The response to a slow sine
+  // becomes 1 / sqrt(2) of the sine.
   const double hz = 0.1;
   std::vector<double> sine(4'000'000);
   for (std::size_t i = 0; i < sine.size(); ++i) {

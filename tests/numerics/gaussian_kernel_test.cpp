@@ -11,7 +11,7 @@
 namespace zelvane {
 namespace {
 
-// Coefficients worked out by hand for an interval of 0.01 ms: corner 2, 10 and 50 kHz.
+// Coefficients calculated by hand for an interval of 0.01 ms: corner 2, 10 and 50 kHz.
 TEST(GaussianKernelTest, KernelsHaveTheirWorkedCoefficientsAndUnitSum) {
   using Case = std::tuple<float, int, double, double>;
   for (const auto& [corner, half, a0, a1] :
@@ -35,7 +35,7 @@ TEST(GaussianKernelTest, SumsSideBySideEqualThePlainSumsBitForBit) {
   std::mt19937 random(7);
   std::normal_distribution<float> normal;
   constexpr float Infinite = std::numeric_limits<float>::infinity();
-  // Around groups of 32 and 64 sums and blocks of 4096, for 1, 5, 26 and 883 coefficients a side.
+  // Around groups of 32 and 64 sums and blocks of 4096, for 1, 5, 26 and 883 coefficients on each side.
   for (const float corner : {0.5F, 0.1F, 0.02F, 0.0006F}) {
     const GaussianKernel kernel = MakeGaussianKernel(corner);
     for (const int sums : {0, 1, 31, 32, 33, 63, 65, 4095, 4096, 4097, 9000}) {

@@ -1,4 +1,4 @@
-// The convolution of the Gaussian filter read aloud, for tests and benchmarks to hold the fast one to.
+// The convolution of the Gaussian filter in its plain form, for comparison with the fast one.
 #pragma once
 
 #include <cstdlib>
@@ -9,8 +9,8 @@
 
 namespace zelvane {
 
-/// One sum after the other, each over 2 x half + 1 samples in rising order; a filtered sample waits in a ring
-/// until no sum needs the unfiltered one any more.
+/// Calculates one sum after the other, each over 2 x half + 1 samples in rising order. A filtered sample
+/// waits in a ring until no sum needs the unfiltered one.
 inline void PlainConvolve(std::span<float> trace, const GaussianKernel& kernel) {
   const int c = kernel.half;
   const int last = static_cast<int>(trace.size()) - 1 - c;

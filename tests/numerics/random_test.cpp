@@ -1,4 +1,4 @@
-// The random generators: against their plain form, and seeding.
+// The random generators: compared with their plain form, and seeding.
 #include "numerics/random.h"
 
 #include <gtest/gtest.h>
@@ -26,7 +26,7 @@ TEST(UniformRandomTest, IntegersGiveTheSameBitsAsTheDoublesOfThePlainForm) {
     SetSeeds(stream, seeds);
     for (int i = 0; i < 100000; ++i) ASSERT_EQ(UniformRandom(stream), plain.Uniform()) << i;
     for (int i = 0; i < 1001; ++i)
-      ASSERT_EQ(GaussianNoise(stream), plain.Gaussian()) << i;  // one is held over
+      ASSERT_EQ(GaussianNoise(stream), plain.Gaussian()) << i;  // one value is kept for the next call
   }
 }
 

@@ -23,7 +23,7 @@ TEST(RoundCountTest, IsRoundedToTwoDecimalsThenCutAndHeldToItsRange) {
 }
 
 TEST(RoundCountTest, AgreesWithPrintedText) {
-  // Thousandths of a count, as doubles and as floats: each is a tie in decimal, none in binary.
+  // Thousandths of a count, as doubles and as floats: in decimal each is half-way, in binary not.
   for (int thousandths = 0; thousandths < 5000; ++thousandths) {
     for (const double value :
          {thousandths / 1000.0, static_cast<double>(static_cast<float>(thousandths) / 1000.0F)}) {

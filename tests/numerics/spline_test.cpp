@@ -8,9 +8,9 @@ namespace zelvane {
 namespace {
 
 TEST(SplineToSamplesTest, MatchesAHandComputedPiece) {
-  // Knots (0, 0), (1, 1), interval 1: both slopes 1, a straight line. With interval 2 both slopes are 1/2,
-  // and the cubic through both is t / 2 + 3 t^2 / 2 - t^3, so t = 0 and t = 1 hold and t = 2 takes the last
-  // knot.
+  // Knots (0, 0), (1, 1), interval 1: both slopes are 1, which gives a straight line. With interval 2 both
+  // slopes are 1/2, and the cubic through both knots is t / 2 + 3 t^2 / 2 - t^3. It gives the knots at t = 0
+  // and t = 1, and t = 2 has the last knot's value.
   const std::vector<double> times{0.0, 1.0};
   const std::vector<double> values{0.0, 1.0};
   std::vector<float> samples(3);

@@ -1,4 +1,5 @@
-// The engines of the correction: closed forms of the circuit, and the plain order of operations.
+// The engines of the correction: compared with closed forms of the circuit and with the plain order of
+// operations.
 #include "rscm/rs_circuit.h"
 
 #include <gtest/gtest.h>
@@ -19,8 +20,8 @@ std::vector<float> Noisy(std::size_t size, unsigned seed) {
   return samples;
 }
 
-// A steady current I through Rs leaves V = Vhold - Rs I; at V the conductance is I / V, and clamped to Vhold
-// it would carry I Vhold / V.
+// A steady current I through Rs gives V = Vhold - Rs I. At V the conductance is I / V; clamped to Vhold its
+// current would be I Vhold / V.
 TEST(RsCircuitTest, ASteadyCurrentBecomesWhatAPerfectClampWouldCarry) {
   std::vector<float> trace(50, -2000.0F);
   CorrectLinear(trace, {}, {});
@@ -32,7 +33,7 @@ TEST(RsCircuitTest, ASteadyCurrentBecomesWhatAPerfectClampWouldCarry) {
 
 TEST(RsCircuitTest, ASampleAtTheReversalPotentialKeepsItsSize) {
   RsCircuit circuit;
-  circuit.vHold = 0.0F;  // V = -Rs I is 0 for I = 0 alone
+  circuit.vHold = 0.0F;  // V = -Rs I is 0 only for I = 0
   std::vector<float> trace(4, 0.0F);
   CorrectLinear(trace, circuit, {});
   EXPECT_EQ(trace, std::vector<float>(4, 0.0F));
@@ -46,7 +47,7 @@ TEST(RsCircuitTest, TheLagDecidesOverTheCapacitiveCurrent) {
     CorrectLinear(trace, {}, {0.0F, 1.0F, lagFc});
     return trace[9];
   };
-  // Cm Rs I / dt = 1e-11 F x 1e7 ohm x -100 pA / 1e-5 s: the step of the voltage is upward by 1 mV
+  // Cm Rs I / dt = 1e-11 F x 1e7 ohm x -100 pA / 1e-5 s: the voltage steps up by 1 mV
   EXPECT_NEAR(before(1e12F), -1000.0F, 0.1F);
   EXPECT_EQ(before(0.0F), 0.0F);
   EXPECT_NEAR(before(1e4F), -1000.0 * (1.0 - std::exp(-0.6283185308)), 0.1);
@@ -58,7 +59,7 @@ TEST(RsCircuitTest, ARelationScalesBetweenItsPointsAtWhateverDistanceTheyStand) 
   std::uniform_real_distribution<float> uniform(-0.16F, 0.11F);
   const auto g = [](double v) { return v < -0.02 ? 100.0 * v : -2.0 + 700.0 * (v + 0.02); };
   for (const int points : {0, 4, 300, 2046}) {
-    std::vector<float> volt = {-0.2F, -0.02F, 0.15F};  // and the bend
+    std::vector<float> volt = {-0.2F, -0.02F, 0.15F};  // and the corner
     for (int i = 0; i < points; ++i) volt.push_back(uniform(random));
     std::vector<float> current;
     for (const float v : volt) current.push_back(static_cast<float>(g(v)));
@@ -67,7 +68,7 @@ TEST(RsCircuitTest, ARelationScalesBetweenItsPointsAtWhateverDistanceTheyStand) 
     CorrectNonlinear(out, {}, {0.9F, 0.0F, 0.0F}, MakeIvRelation(volt, current));
     for (std::size_t i = 1; i + 1 < in.size(); ++i) {
       const double v = -0.1 - 1e-5 * static_cast<double>(in[i + 1]);
-      if (std::abs(g(v)) < 0.01) continue;  // next to the reversal potential roundings grow
+      if (std::abs(g(v)) < 0.01) continue;  // near the reversal potential rounding errors are large
       const double expected = 0.9 * g(-0.1) / g(v) * static_cast<double>(in[i]);
       ASSERT_NEAR(out[i], expected, 1e-3 * std::abs(expected)) << points << ", " << i;
     }
@@ -77,8 +78,8 @@ TEST(RsCircuitTest, ARelationScalesBetweenItsPointsAtWhateverDistanceTheyStand) 
 TEST(RsCircuitTest, NothingIsScaledWhereTheRelationDoesNotReach) {
   const std::vector<float> in = {-100.0F, -100.0F, -100.0F, -100.0F};
   const std::vector<float> current = {-1.0F, 0.0F, 2.0F};
-  // V is -0.099: above, below and on a relation; held at -0.1; one whose points fall, and one of a single
-  // voltage
+  // V is -0.099 and the holding voltage -0.1: above the relation, below it and inside; falling points;
+  // points of a single voltage
   using Case = std::pair<std::vector<float>, bool>;
   for (const auto& [volt, scales] :
        {Case{{-0.3F, -0.2F, -0.1F}, false}, Case{{0.1F, 0.2F, 0.3F}, false}, Case{{-0.3F, 0.0F, 0.3F}, true},
@@ -91,9 +92,9 @@ TEST(RsCircuitTest, NothingIsScaledWhereTheRelationDoesNotReach) {
   }
 }
 
-// A slow conductance seen through the circuit and corrected again is G x (Vhold - Vrev) but for two things:
-// the leak through Rm, which the correction takes for a part of the current, and the voltage error, which it
-// takes from the next sample.
+// A slow conductance that is filtered by the circuit and then corrected is G x (Vhold - Vrev), with two
+// differences: the correction takes the leak through Rm as a part of the current, and it calculates the
+// voltage error from the next sample.
 TEST(RsCircuitTest, TheCorrectionUndoesWhatTheCircuitDidToASlowConductance) {
   RsCircuit circuit;
   circuit.rm = 1e10F;
@@ -108,7 +109,7 @@ TEST(RsCircuitTest, TheCorrectionUndoesWhatTheCircuitDidToASlowConductance) {
   FilterConductance(trace, circuit);
   double lost = 0.0;
   for (std::size_t i = 0; i < trace.size(); ++i) lost = std::max(lost, std::abs(trace[i] / ideal[i] - 1.0));
-  EXPECT_GT(lost, 0.1);  // what there is to undo
+  EXPECT_GT(lost, 0.1);  // there is something to undo
   CorrectLinear(trace, circuit, {});
   for (std::size_t i = 200; i + 1 < trace.size(); ++i) ASSERT_NEAR(trace[i] / ideal[i], 1.0, 0.03) << i;
 }
@@ -120,8 +121,8 @@ TEST(RsCircuitTest, AVoltageStepGivesTheCapacitiveTransientOfTheCell) {
   FilterVoltage(trace, circuit);
   const double both = 1.01e9;
   EXPECT_NEAR(trace[999], -0.1 / both * 1e12, 0.1);            // at rest: Vhold / (Rm + Rs)
-  EXPECT_NEAR(trace[1999], (-0.1 + 0.01) / both * 1e12, 0.1);  // 10 mV further on
-  double charge = 0.0;                                         // C = Cm dV, as it enters through Rs
+  EXPECT_NEAR(trace[1999], (-0.1 + 0.01) / both * 1e12, 0.1);  // 10 mV more
+  double charge = 0.0;                                         // C = Cm dV, which enters through Rs
   for (std::size_t i = 1000; i < 1999; ++i) charge += (trace[i] - trace[1999]) * 1e-12 * 1e-5;
   const double membrane = 0.01 * 1e9 / both;
   EXPECT_NEAR(charge, 1e-11 * membrane * 1e9 / both, 1e-11 * membrane * 0.03);

@@ -1,4 +1,4 @@
-// RsCorrectionPanel as a user presses it.
+// RsCorrectionPanel, used as a user does.
 #include <cstring>
 
 #include "support/drive_test.h"

@@ -1,4 +1,4 @@
-// The one rule of every control: a right click explains, a commit stores and acts, nothing else does
+// The rules for every control: a right click explains, a commit stores and acts, and no other action does
 // anything.
 #include "support/store_test.h"
 

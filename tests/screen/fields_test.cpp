@@ -1,4 +1,4 @@
-// The registry of store fields: names, bounds, and what may be stored.
+// The registry of store fields: names, bounds, and the values that fields accept.
 #include "screen/fields.h"
 
 #include "run/result_store.h"

@@ -1,4 +1,5 @@
-// Graphs, tables and text boxes as records: readouts and data as text, the view under wheel, drag and keys.
+// Graphs, tables and text boxes as records: readouts and data as text, and the view with wheel, drag and
+// keys.
 #include <limits>
 
 #include "screen/graph_text.h"
@@ -72,7 +73,7 @@ TEST_F(GraphsTest, PlotsAtTheSameTimesShareAColumn) {
   Wave({4.0F, 5.0F});
   EXPECT_EQ(Text({-Inf, Inf}), "Time (ms),Current,Current\n0,1,4\n0.5,2,5\n1,3,\n");
   EXPECT_EQ(Text({0.4, 0.6}), "Time (ms),Current,Current\n0.5,2,5\n");
-  graph->x.gain = 0.5;  // an axis of samples is written in the unit of its title
+  graph->x.gain = 0.5;  // an axis of samples uses the unit of its title
   EXPECT_EQ(Text({-Inf, Inf}), "Time (ms),Current,Current\n0,1,4\n0.25,2,5\n0.5,3,\n");
 }
 
@@ -127,7 +128,7 @@ TEST_F(GraphsTest, AZoomKeepsThePlaceOfItsPoint) {
   ZoomAbout(*graph, 'x', 120.0, 0.5);
   EXPECT_EQ(graph->x.min, 110.0);
   EXPECT_EQ(graph->x.max, 160.0);
-  ZoomAbout(*graph, 'x', 120.0, 1e-12);  // closer than numbers reach
+  ZoomAbout(*graph, 'x', 120.0, 1e-12);  // narrower than doubles resolve
   EXPECT_EQ(graph->x.max, 160.0);
   SetAxisLog(*graph, 'x', true);
   SetAxisRange(*graph, 'x', 1.0, 10000.0);
@@ -146,7 +147,7 @@ TEST_F(GraphsTest, TheXViewOfAZoomGraphStopsAtItsFullRange) {
   ZoomAbout(*graph, 'x', 100.0, 100.0);
   EXPECT_EQ(graph->x.min, 0.0);
   EXPECT_EQ(graph->x.max, 1000.0);
-  ZoomPan(*graph, 'y', {0.0, 1.0}, 3.0);  // y goes where it likes
+  ZoomPan(*graph, 'y', {0.0, 1.0}, 3.0);  // y has no limit
   EXPECT_EQ(graph->y.min, 3.0);
 }
 

@@ -1,4 +1,4 @@
-// Minimum and maximum from the pyramid against a plain walk.
+// Minimum and maximum from the pyramid, compared with a plain loop.
 #include "screen/pyramid.h"
 
 #include <gtest/gtest.h>

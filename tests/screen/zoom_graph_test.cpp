@@ -1,4 +1,5 @@
-// Zoom graphs: strips, span buttons, bars. Expected ranges follow from the rules by hand on round numbers.
+// Zoom graphs: strips, span buttons, bars. Expected ranges are calculated by hand from the rules, with round
+// numbers.
 #include "screen/zoom_graph.h"
 
 #include "support/store_test.h"
@@ -54,7 +55,7 @@ TEST_F(ZoomGraphTest, AStripDragShowsTheHighlightedArea) {
 TEST_F(ZoomGraphTest, AShortDragAndATooNarrowXZoomLeaveTheView) {
   ZoomStrip(*graph, 'x', 100.0, 105.0);  // 5 pixels
   ZoomStrip(*graph, 'y', 100.0, 95.0);
-  ZoomStrip(*graph, 'x', -50.0, 4.0);    // held within the strip: 4 pixels
+  ZoomStrip(*graph, 'x', -50.0, 4.0);    // limited to the strip: 4 pixels
   ZoomStrip(*graph, 'x', 100.0, 199.0);  // a span of 9.9
   ExpectView('x', 100.0, 200.0);
   ExpectView('y', -10.0, 10.0);

@@ -1,4 +1,4 @@
-// The program as a shell sees it: exit status, standard output, Ctrl-C.
+// The program in a shell: exit status, standard output, Ctrl-C.
 
 #include "support/shell.h"
 #include "support/store_test.h"
@@ -51,8 +51,8 @@ TEST(CliTest, DriveOpensNamedFilesAndPassesOverThoseThatAreNone) {
 
 TEST(CliTest, CtrlCStopsARunAndWritesNothing) {
   const TemporaryFolder folder;
-  // A thousand runs of many channels last for minutes if they are not stopped. In the foreground the signal
-  // comes once: a second one ends the process.
+  // A thousand runs of many channels would take minutes. --foreground sends the signal only once: a second one
+  // would end the process.
   const ShellResult outcome =
       Shell("timeout --foreground -s INT 1 " + Cli + "simulate " + Ampa +
             "--simulator montecarlo --points 1000000 --channels 100000 --runs 1000 --out '" +

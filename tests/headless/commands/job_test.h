@@ -1,4 +1,4 @@
-// What the tests of the one-line commands share.
+// Shared by the tests of the one-line commands.
 #pragma once
 
 #include <atomic>
@@ -12,17 +12,17 @@
 
 namespace zelvane {
 
-/// Runs a job whose output and messages can be looked at, in a folder of its own.
+/// Runs a job in its own folder and keeps its output and messages.
 class JobTest : public StoreTest {
  protected:
-  /// Exit status of a job, a function of its streams.
+  /// Returns the exit status of a job, a function of its streams.
   int Run(auto job) {
     out.str("");
     err.str("");
     return job(JobStreams{out, err, &stop, false});
   }
 
-  /// What a job writes, as JSON. It must succeed.
+  /// Returns the output of a job as JSON. The job must succeed.
   nlohmann::json Written(auto job) {
     EXPECT_EQ(Run(job), JobDone) << err.str();
     return nlohmann::json::parse(out.str(), nullptr, false);

@@ -100,7 +100,7 @@ TEST_F(MeasureCommandTest, AnIntervalMakesTheFirstLineOfAColumnASample) {
                       "StartAnalysis=0", "PeakSearchPts=250", "LatencyPos=0"};
   EXPECT_EQ(Rows()[0]["LatPeak"], 0.5 * 99.0) << "the first line is the interval";
   options.intervalMs = 0.123456789;
-  for (const char* head : {"", "ATF\t1.0\n0 1\n\"pA\"\n"}) {  // an ATF without times tells none either
+  for (const char* head : {"", "ATF\t1.0\n0 1\n\"pA\"\n"}) {  // an ATF without times has no interval either
     WriteWholeFile(options.file, head + column);
     const auto row = Rows()[0];
     EXPECT_NEAR(row["LatPeak"].get<double>(), 100.0 * 0.123456789, 1e-5);

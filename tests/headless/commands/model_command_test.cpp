@@ -1,4 +1,4 @@
-// `zelvane-cli model`: the account of a model file, and its upgrade.
+// `zelvane-cli model`: the description of a model file, and its upgrade.
 #include "headless/commands/model_command.h"
 
 #include "headless/commands/job_test.h"
@@ -20,7 +20,7 @@ class ModelCommandTest : public JobTest {
     return Run([&](const JobStreams& streams) { return UpgradeModelCommand(from, to, streams); });
   }
 
-  /// The rate between two states of an account.
+  /// Returns the rate between two states in a description.
   static json Rate(const json& account, int from, int to) {
     for (const json& rate : account["rates"]) {
       if (rate["from"] == from && rate["to"] == to) return rate;

@@ -1,4 +1,4 @@
-// `zelvane-cli qmatrix`: what is written, and every way to fail.
+// `zelvane-cli qmatrix`: its output, and every way to fail.
 #include "headless/commands/q_matrix_command.h"
 
 #include <map>

@@ -1,4 +1,4 @@
-// `zelvane-cli info` and `convert`: round trips through every format, and what is refused.
+// `zelvane-cli info` and `convert`: round trips through every format, and refusals.
 #include "headless/commands/recording_commands.h"
 
 #include "headless/commands/job_test.h"
@@ -88,7 +88,7 @@ TEST_F(RecordingCommandsTest, AColumnWithoutAnIntervalTakesATypedOne) {
   EXPECT_EQ(ReadWholeFile(folder.File("column.csv")), "time_ms,\n0,-1.5\n0.5,2\n1,3\n");
 }
 
-/// The error stream of a user who presses Ctrl-C as soon as the progress bar of the reading goes away.
+/// The error stream of a user who presses Ctrl-C when the progress bar of the reading disappears.
 class StopAfterReading : public std::streambuf {
  public:
   explicit StopAfterReading(std::atomic<bool>& stop) : stop_(stop) {}

@@ -1,4 +1,4 @@
-// `zelvane-cli simulate`: what reaches the run, what is written, and every way to fail.
+// `zelvane-cli simulate`: the settings of the run, its output, and every way to fail.
 #include "headless/commands/simulate_command.h"
 
 #include "headless/commands/job_test.h"
@@ -108,7 +108,7 @@ TEST_F(SimulateTest, SavedStepsStandAtTheirTimesInTheSweep) {
   }
   EXPECT_EQ(summary["savedSteps"], steps);
   EXPECT_NEAR(summary["final"]["time"], 10.0, 0.5);  // the last saved step inside the sweep
-  EXPECT_NEAR(last, 15.0, 0.01);  // the integrator goes its full length from where it began
+  EXPECT_NEAR(last, 15.0, 0.01);                     // the integrator runs the full length from its start
 }
 
 TEST_F(SimulateTest, AFileThatIsNoModelIsNamedAndFails) {
@@ -186,7 +186,7 @@ TEST_F(SimulateTest, AStimulusFileBringsItsIntervalAndItsPoints) {
   options.intervalMs = 0.01;
   summary = Summary();
   EXPECT_EQ(summary["points"], 2000);
-  EXPECT_GT(summary["peak"]["time"], 10.0);  // samples stay samples
+  EXPECT_GT(summary["peak"]["time"], 10.0);  // the number of samples stays the same
   options.stimulusFile = folder.File("none.stm");
   ExpectRefused(JobFailed, "none.stm: no stimulus can be read from it");
 }
@@ -216,7 +216,7 @@ class SimulateChannelsTest : public SimulateTest {
     options.seeds = Seeds{1.0, 2.0, 3.0};
   }
 
-  /// Values below the header of an exported list.
+  /// Returns the number of values below the header of an exported list.
   std::ptrdiff_t Exported(const char* name) const {
     const std::string text = ReadWholeFile(folder.File(name));
     return std::count(text.begin(), text.end(), '\n') - 5;

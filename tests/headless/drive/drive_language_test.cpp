@@ -1,5 +1,4 @@
-// The command language over a small panel of the tests' own: every command's object, event and error, word
-// for word.
+// The command language with a small test panel: the object, event and error of every command, word for word.
 #include <sstream>
 #include <vector>
 
@@ -62,7 +61,7 @@ constexpr ControlDecl ModalControls[] = {{"Channel", Number, "Channel"}};
 constexpr MenuDecl TestMenu[] = {{"File/New", "MenuNew", [] { ConsoleLine("new"); }}};
 // clang-format on
 
-/// The objects that commands write.
+/// Returns the objects that commands write.
 std::string Value(const std::string& name, const std::string& value) {
   return R"({"name":")" + name + R"(","value":)" + value + "}\n";
 }
@@ -96,7 +95,7 @@ class DriveLanguageTest : public StoreTest {
     session.out = &out;
   }
 
-  /// What the lines of a script write.
+  /// Returns the output of the lines of a script.
   std::string Run(const std::string& script) {
     out.str("");
     std::istringstream in(script);

@@ -1,4 +1,4 @@
-// The command language over the whole program: start-up, seeds, a run from typed values to its trace.
+// The command language with the whole program: start-up, seeds, a run from typed values to its trace.
 #include <sstream>
 
 #include "headless/drive/drive.h"
@@ -73,7 +73,7 @@ TEST_F(DriveTest, AScriptRunsUnderAWindowWhichIsToldOfEveryChange) {
   EXPECT_GT(changes, 0);
   EXPECT_EQ(shownHelp, 1001);
 
-  std::istringstream more("get NumPoints\n");  // within the program that runs
+  std::istringstream more("get NumPoints\n");  // in the running program
   std::ostringstream answer;
   EXPECT_EQ(PlayDrive(more, answer, {}), 0);
   EXPECT_EQ(answer.str(), "{\"name\":\"NumPoints\",\"value\":300}\n");

@@ -1,5 +1,5 @@
-// Lists of waveforms and tables of measures, opened by their names: dropped on the window or named on the
-// command line.
+// Lists of waveforms and tables of measures that are opened by name: dropped on the window, or on the command
+// line.
 #include <sstream>
 
 #include "analysis/analysis_store.h"
@@ -23,8 +23,8 @@ class NamedFilesTest : public DriveTest {
         "\npress Analysis\nenter FitMode 0\npress AN_AutoAnalyzeButton\npress AN_SaveTable\n");
   }
 
-  /// Starts anew and opens a file, as an argument or as one dropped on the window. What is queued for dialogs
-  /// comes before.
+  /// Starts again and opens a file, as an argument or as one dropped on the window. The answers for dialogs
+  /// are queued before.
   Lines Opened(const std::string& name, bool dropped, const std::string& queued = {}) {
     if (dropped) return Run(queued + "open " + folder.File(name) + "\n");
     StartOptions options;
@@ -36,7 +36,7 @@ class NamedFilesTest : public DriveTest {
     return ParsedLines(out.str());
   }
 
-  /// Titles of the file dialogs and texts of the messages.
+  /// Returns the titles of the file dialogs and the texts of the messages.
   static Texts Shown(const Lines& lines) {
     Texts shown;
     for (const auto& line : lines) {
