@@ -1,4 +1,5 @@
-// What the parts of the plot of AnalysisPanel share: its graph, its cursors, and what follows from one part to another.
+// Shared by the parts of the plot of AnalysisPanel: its graph, its cursors, and the effects of one part on
+// another.
 //
 //   Graph      AnalysisGraph  PointsOfTrace  SampleOf  MsOf                  analysis_view_panel.cpp
 //   Ranges     AnalysisViewIsZoomed  FollowAnalysisRange  ShowNewAnalysisRange  HideCursorsOutsideView
@@ -28,35 +29,35 @@ inline constexpr std::size_t ReadSecondCursor = 7;
 inline constexpr std::size_t LatencyCursor = 8;
 inline constexpr int AnalysisCursorCount = 9;
 
-// -- Colours that cursors share with the marks of what they measure --
+// -- Colours that cursors share with the marks of their measures --
 inline constexpr Colour BaselineColour{0, 128, 0};
 inline constexpr Colour LatencyColour{0, 96, 192};
 
 // -- Graph --
 Graph& AnalysisGraph();
 
-/// Samples of the trace, 1 at least.
+/// Returns the samples of the trace, at least 1.
 double PointsOfTrace();
 
-/// The place of a time (ms) on the x axis, and back.
+/// Return the place of a time (ms) on the x axis, and the time at a place.
 double SampleOf(float ms);
 float MsOf(double sample);
 
 // -- Ranges --
-/// Adds the commands of the ranges. The view is then unzoomed and its gains apply to a range from 0 to 1.
+/// Adds the commands of the ranges. Removes the zoom and sets the range of the gains to 0 to 1.
 void AddAnalysisRanges();
 
-/// Whether the x axis shows less than the whole trace.
+/// Returns whether the x axis shows less than the whole trace.
 bool AnalysisViewIsZoomed();
 
-/// Follows a change of the view: y follows x, where y was zoomed alone it stays so until x changes; cursors
-/// outside are hidden and the marks drawn again.
+/// Follows a change of the view: hides the cursors outside and draws the marks again. Fits y to a new x
+/// range; after a zoom of y alone y stays.
 void FollowAnalysisRange(Graph& graph);
 
-/// The same for a range that a command has set: y follows even where x is as it was.
+/// Does the same for a range of a command, and fits y also to an unchanged x range.
 void ShowNewAnalysisRange();
 
-/// Hides the cursors outside the view, and those of the mode (zoom pair or others) that is not on.
+/// Hides the cursors outside the view, and those of the other mode (zoom pair or other cursors).
 void HideCursorsOutsideView();
 
 // -- Cursors --
@@ -70,14 +71,14 @@ void AddCursorReadouts();
 /// Shows times, samples and heights of the two readout cursors, and their differences.
 void ShowCursorReadouts();
 
-/// Puts the two readout cursors on the trace where they are locked to it.
+/// Puts each readout cursor on the trace if it is locked to it.
 void LockReadoutCursors();
 
 /// Puts a cursor at the height of the trace under it.
 void SetCursorOnTrace(std::size_t cursor);
 
 // -- Marks --
-/// Draws the marks of what was measured in place of the former ones.
+/// Replaces the marks by those of the present measures.
 void DrawAnalysisMarks();
 
 }  // namespace zelvane

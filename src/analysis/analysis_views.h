@@ -1,4 +1,4 @@
-// What the parts of AnalysisPanel know of each other.
+// Functions that the parts of AnalysisPanel call in each other.
 #pragma once
 
 namespace zelvane {
@@ -21,7 +21,7 @@ void AddAnalysisSections();
 /// Shows the settings that cursors and field rules have changed.
 void ShowAnalysisSettings();
 
-/// As above, puts the cursors on their fields and measures a measured response again.
+/// Does the same, moves the cursors to their fields and measures a measured response again.
 void FollowSettings();
 
 }  // namespace zelvane

@@ -83,7 +83,8 @@ constexpr bool IsExponentialFit(int fitMode) {
   return fitMode >= 1 && fitMode <= 3;
 }
 
-/// Settings of the stores: `Analysis`, `Fit` (AnalysisFitPts x AnalysisParse), `Model.ADInterval`.
+/// Returns the settings of the stores: `Analysis`, `Fit` (AnalysisFitPts x AnalysisParse),
+/// `Model.ADInterval`.
 MeasureSettings StoredMeasureSettings();
 
 }  // namespace zelvane

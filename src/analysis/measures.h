@@ -17,8 +17,8 @@
 
 namespace zelvane {
 
-/// Which measures the last analysis truly made. A field without its bit still holds what an earlier response
-/// left there, or a number that rests on a level the response never crossed.
+/// The measures that the last analysis truly made. A field without its bit has the value of an earlier
+/// response, or a number for a level that the response never crossed.
 enum MeasuredBits : unsigned {
   MeasuredBaseline = 1U << 0U,
   MeasuredVariance = 1U << 1U,
@@ -33,13 +33,13 @@ enum MeasuredBits : unsigned {
   MeasuredLatencyPeak = 1U << 10U,  // not for a trace that stays on its baseline
 };
 
-/// What was measured of one response. A measure writes its own fields and leaves the others.
+/// The measures of one response. A measure writes only its own fields.
 struct ResponseMeasures {
   unsigned measured = 0;  // MeasuredBits
 
   float Baseline = 0.0F;     // trace units
   float BaselineVar = 0.0F;  // squared units
-  float PeakValue = 0.0F;    // trace units, not less the baseline
+  float PeakValue = 0.0F;    // trace units, baseline not subtracted
   int PeakPos = 0;           // sample
   float RiseTime = 0.0F;     // ms
   int RisePoints = 0;        // samples between the rise levels

@@ -39,7 +39,7 @@ void AnalyzeRun();
 /// using the results file.
 void EndRunAnalysis();
 
-/// Lets the runs of each simulation be analysed while `Model.AutoAnalyze` is on and a results file is chosen.
+/// Makes each run of a simulation be analysed while `Model.AutoAnalyze` is on and a results file is selected.
 void ConnectRunAnalysis();
 
 }  // namespace zelvane

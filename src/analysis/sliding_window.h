@@ -1,4 +1,4 @@
-// The window of samples that lies farthest from a baseline.
+// The window of samples with the largest deviation from a baseline.
 #pragma once
 
 #include <cstdint>
@@ -6,16 +6,17 @@
 
 namespace zelvane {
 
-/// Of the windows of `width` samples that begin at `start` .. `start` + `positions`, the first one whose sum
-/// of deviations from `baseline` is the largest in size. Samples past the end of the trace are left out, and
+/// Finds the window with the largest absolute sum of deviations from `baseline`, and the first of equal ones.
+/// Tries windows of `width` samples that begin at `start` .. `start` + `positions`, but not after the end of
+/// the trace. Leaves out samples after the end.
 /// windows that begin there are not tried.
 ///
 /// @param start  a sample of the trace
 /// @param width  at least 1
 ///
-/// A window's sum is a 32-bit float over rising samples, whatever the compiler makes of the loop: windows lie
-/// side by side in its lanes. Windows wider than WidestPlainWindow samples are summed as differences of
-/// running sums in double, so that a search costs no more than one pass.
+/// The sum of a window is a 32-bit float over rising samples. Vector lanes hold different windows, so they do
+/// not change this order. Windows wider than WidestPlainWindow samples are summed as differences of running
+/// sums in double, so that a search takes no more than one pass.
 /// @return the sample at which the window begins
 std::int64_t BestWindow(std::span<const float> trace, std::int64_t start, std::int64_t positions,
                         float baseline, std::int64_t width);

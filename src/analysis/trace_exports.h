@@ -1,4 +1,4 @@
-// What the analysis panel shows, to files.
+// Exports the contents of the analysis panel to files.
 //
 //   Exports   ExportTrace  ExportAnalysis
 //   Declaring AddTraceExports
@@ -12,7 +12,7 @@ void ExportTrace();
 /// Shows the message that there is no fitted curve to export.
 void ExportAnalysis();
 
-/// Both exports as buttons of the analysis panel and in the menu.
+/// Adds both exports as buttons of the analysis panel and to the menu.
 void AddTraceExports();
 
 }  // namespace zelvane

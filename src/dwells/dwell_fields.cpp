@@ -8,7 +8,7 @@
 namespace zelvane {
 namespace {
 
-/// The class lists follow one another in memory at equal distances.
+/// Describes the class lists, which follow one another in memory at equal distances.
 Field ClassLists() {
   const std::span<float> list = Dwell.ClassOpenTimes[1];
   const std::ptrdiff_t step =

@@ -46,7 +46,7 @@ struct DwellRecorder {
 void ClearDwells(DwellRecorder& recorder);
 
 /// Begins the sweep of a channel: writes a segment marker, unless the record is full, and clears `opened`.
-/// Keeps `wasOpen`. So if the former channel ended open and this channel starts open, it continues the last
+/// Keeps `wasOpen`. So if the previous channel ended open and this channel starts open, it continues the last
 /// entry of the open times.
 void StartSweepRecord(DwellRecorder& recorder);
 

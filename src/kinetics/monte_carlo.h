@@ -29,7 +29,7 @@ enum class ChannelOutcome {
   Unmonitored,  // the channel was never in a monitored state
   Monitored,    // it reached one
   Isolated,     // it came to a state without connections: an error of the model
-  Stalled,      // its dwells are too short for a 32-bit time to go on
+  Stalled,      // its dwells are too short to advance a 32-bit time
   Stopped,      // the user has stopped the run
 };
 

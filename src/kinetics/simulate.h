@@ -69,8 +69,8 @@ struct SimulationResult {
 ///
 /// The integrators are IntegrateFixedStep and IntegrateAdaptive; for single channels see SimulateChannel.
 /// Their occupancies add up to 1; rows are set to 0 first. `reporter` handles progress and stops. The
-/// function shows no messages; the result has the reason. Refused: NoLength to TooManyChannels, without a
-/// change of `room`.
+/// function shows no messages; the result has the reason. NoLength to TooManyChannels refuse the sweep and do
+/// not change `room`.
 SimulationResult Simulate(const SchemeTables& scheme, const StimulusView& stimulus,
                           const SimulationSettings& settings, const SimulationRoom& room,
                           const RunReporter& reporter = {});

@@ -21,14 +21,14 @@ inline constexpr int BwMaxOrder = 8;
 /// @param corner  Hz; the -3 dB point
 /// @param order   2, 4, 6 or 8: the power with which the gain falls below the corner
 ///
-/// The filter starts as if the first finite sample had lasted for ever, so a constant gives 0 from the
-/// start. For a sample that is not finite, uses the sample before it. Copies the input to the output when
-/// the corner is nan or not above 0, when the order is another number, or when the rate is not above 0. A
-/// corner at or above half the rate gives 0.
+/// The filter starts as if the first finite sample had lasted for ever, so a constant gives 0 from the start.
+/// For a sample that is not finite, uses the sample before it. Copies the input to the output when the corner
+/// is nan or not above 0, when the order is another number, or when the rate is not above 0. A corner at or
+/// above half the rate gives 0.
 void Bw_HPF(std::span<const double> input, double rate, double corner, int order, std::span<double> output);
 
-/// Band-pass filters `input` into `output`, which has the same length and may be the same array: -3 dB at
-/// `low` and at `high` Hz, and beyond each the gain falls with the power `order`.
+/// Band-pass filters `input` into `output`, which has the same length and may be the same array. The gain is
+/// -3 dB at `low` and at `high` Hz; outside the band it falls with the power `order`.
 ///
 /// Start, samples that are not finite, `rate` and `order` are as in Bw_HPF. If `low` is nan or not above 0,
 /// the filter is only a low-pass filter. If `high` is nan or not below half the rate, it is only a

@@ -14,8 +14,8 @@ constexpr float PicosPerUnit = 1e12F;
 constexpr float TwoPi = 6.283185308F;
 constexpr int GuideSteps = 32768;
 
-/// The double exponential, narrowed: it is the same in all libraries, while their 32-bit ones differ in the
-/// last bit.
+/// Returns the double exponential, narrowed: it is the same in all libraries, while their 32-bit ones differ
+/// in the last bit.
 float Exp(float x) {
   return static_cast<float>(std::exp(static_cast<double>(x)));
 }

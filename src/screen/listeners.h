@@ -8,7 +8,8 @@
 
 namespace zelvane {
 
-/// Forgets all listeners of every list. ClearScreen does so: the panels that listened are gone.
+/// Forgets all listeners of every list. ClearScreen calls it, because the panels that listened no longer
+/// exist.
 void RemoveListeners();
 
 /// Calls `clear` in RemoveListeners.

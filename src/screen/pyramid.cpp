@@ -31,7 +31,7 @@ MinMax OneByOne(std::span<const float> samples) {
 constexpr std::size_t Lanes = 8;
 constexpr std::size_t FastBlock = 1024;
 
-/// `samples` must fill the lanes at least once.
+/// Returns the range of a block. `samples` must fill the lanes at least once.
 MinMax OfBlock(std::span<const float> samples) {
   std::array<float, Lanes> low{};
   std::array<float, Lanes> high{};

@@ -48,7 +48,8 @@ struct ControlEvent {
 };
 using Action = void (*)(const ControlEvent&);
 
-/// An operation that takes no event as the action of a control or of a menu; its outcome has been shown to the user.
+/// Runs an operation without an event as the action of a control or menu. The operation shows its own
+/// outcome.
 template <auto Operation>
 void Run(const ControlEvent& /*event*/) {
   static_cast<void>(Operation());

@@ -38,7 +38,7 @@ void StimPlot();
 
 // -- Creators. They add to samples 0..NumPoints - 1 of the target profile --
 void CreateStim();        // square step or ramp
-Outcome CreateExpStim();  // exponentially edged step; Refused when it ends beyond the run
+Outcome CreateExpStim();  // exponentially edged step; Refused when it ends after the run
 void CreateExp();         // exponential waveform
 void CreateTrain();       // train of steps or waveforms
 

@@ -15,7 +15,7 @@ double Linear(double channel) {
   return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
 }
 
-/// Relative luminance, same source.
+/// Returns the relative luminance by the same source.
 double Luminance(const QColor& colour) {
   return 0.2126 * Linear(colour.redF()) + 0.7152 * Linear(colour.greenF()) + 0.0722 * Linear(colour.blueF());
 }

@@ -1,4 +1,4 @@
-// Where a part lies in its whole.
+// A bar that shows where a part lies in a whole.
 #pragma once
 
 #include <QWidget>

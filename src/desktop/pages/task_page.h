@@ -27,7 +27,7 @@ class TableWidget;
 /// Shows a row of controls at the top, then readouts, then parts with a splitter between them (a graph, a
 /// table, a drawing, each below its own row of controls). At the right is the column of settings with a row
 /// of buttons below. A page names its parts in its constructor, from top to bottom; `refresh` shows the parts
-/// anew.
+/// again.
 class TaskPage : public QWidget {
   Q_OBJECT
  public:

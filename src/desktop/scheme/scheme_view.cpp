@@ -167,7 +167,7 @@ void SchemeView::mouseReleaseEvent(QMouseEvent* event) {
   const SchemeItem* item = layout_.at(event->position());
   const bool clicked = item != nullptr && item->same(*pressed_);
   pressed_.reset();
-  if (clicked) act(SchemeItem(*item));  // a copy, because the action places the items anew
+  if (clicked) act(SchemeItem(*item));  // a copy, because the action places the items again
 }
 
 /// Shows help for the right button, as on any control; opens the menu of the state for the key for menus.

@@ -136,7 +136,7 @@ QSize DrawerFrame::sizeHint() const {
   return splitter_->sizeHint() + QSize(EdgeButton::Width, 0);
 }
 
-/// Returns the size of the main part alone: in a narrow window the column lies over it.
+/// Returns the larger of both least sizes: in a narrow window the column lies over the main part.
 QSize DrawerFrame::minimumSizeHint() const {
   return main_->minimumSizeHint().expandedTo(column_->minimumSizeHint()) + QSize(EdgeButton::Width, 0);
 }

@@ -6,7 +6,7 @@
 namespace zelvane {
 
 /// Keeps its height at what its content needs at its width. A page's splitters and columns ask for least
-/// sizes without giving a width, so the height is fixed anew whenever the width or the content changes.
+/// sizes without giving a width, so the height is fixed again whenever the width or the content changes.
 class WrappingWidget : public QWidget {
   Q_OBJECT
  public:

@@ -11,7 +11,7 @@ namespace zelvane {
 class HelpWindow : public QWidget {
   Q_OBJECT
  public:
-  /// `folder` holds the pages.
+  /// Takes the folder of the pages.
   explicit HelpWindow(const QString& folder);
 
   /// Opens a topic. When its page is missing, shows nothing and returns false.

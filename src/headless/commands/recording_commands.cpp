@@ -29,7 +29,7 @@ constexpr char UnequalSweeps[] =
     "or .abf";
 constexpr int Drug1 = 1;
 
-/// The samples of each sweep, where they differ; else empty.
+/// Returns the samples of each sweep if they differ, else an empty list.
 std::vector<int> UnequalLengths(const RecordingFile& file) {
   std::vector<int> lengths(static_cast<std::size_t>(file.Account().sweeps));
   for (std::size_t s = 0; s < lengths.size(); ++s) lengths[s] = file.SweepSamples(static_cast<int>(s) + 1);
