@@ -62,14 +62,15 @@ Outcome LoadData(FitWaveform& wave, const std::string& name, const std::string& 
   if (!path) return Outcome::Refused;
   Trace.EpisodeIndex = 1;
   Trace.ParseRequested = 0;
-  if (!BinaryTraceRead(*path, wave.WaveData)) return Outcome::Failed;
-  wave.DataLength = Model.NumPoints;
+  const auto read = BinaryTraceRead(*path, wave.WaveData);
+  if (!read) return Outcome::Failed;
+  wave.DataLength = read->samples;
   AddFitLogLine(FormatText("  DATA File: %s length=%d adinterval=%f", path->c_str(), wave.DataLength,
-                           static_cast<double>(Model.ADInterval)));
+                           static_cast<double>(read->intervalMs)));
   wave.DataName = BareFileName(*path);
   wave.DataOn = 1;
   wave.WaveLoaded = 1;
-  wave.WaveDataInterval = Model.ADInterval;
+  wave.WaveDataInterval = read->intervalMs;
   return Outcome::Done;
 }
 

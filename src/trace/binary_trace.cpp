@@ -240,13 +240,14 @@ RecordingRead ReadBinary(const OpenedRecording& opened, RecordingFacts facts, st
   return ReadAbf(*opened.file, std::move(facts), destination, questions);
 }
 
-bool BinaryTraceRead(const std::string& path, std::span<float> destination) {
+std::optional<SweepRead> BinaryTraceRead(const std::string& path, std::span<float> destination) {
   RecordingFacts facts = StoredFacts();
   facts.path = path;
   const RecordingRead read =
       ReadBinary(OpenRecordingFile(path, OpenAs::Recording), std::move(facts), destination, Questions::Asked);
   if (read.reading != Reading::Refused) StoreRecording(read.facts);
-  return read.reading == Reading::Done;
+  if (read.reading != Reading::Done) return std::nullopt;
+  return SweepRead{read.facts.points, read.facts.intervalMs};
 }
 
 }  // namespace zelvane

@@ -38,11 +38,17 @@ struct ReadAnswers {
 ///         trace. Refused and Failed show a message, except after a cancel
 Outcome TraceReadFile(const std::string& path, const std::optional<ReadAnswers>& answers = {});
 
+/// What BinaryTraceRead read.
+struct SweepRead {
+  int samples = 0;
+  float intervalMs = 0.0F;
+};
+
 /// Reads episode `Trace.EpisodeIndex` of the recording (ABF or OBF) at `path` into `destination`, at most
 /// as many samples as it holds. Keeps the rest of `destination`. Writes the file fields of `Trace`,
 /// `Model.NumPoints` and `Model.ADInterval`. Changes nothing after a refusal.
-/// @return whether it read samples; false after a message or a cancel
-bool BinaryTraceRead(const std::string& path, std::span<float> destination);
+/// @return empty when no samples were read, after a message or a cancel
+std::optional<SweepRead> BinaryTraceRead(const std::string& path, std::span<float> destination);
 
 /// Reads all episodes of the text recording in `Trace`, signal `Trace.RecordedSignal`, in one pass. When
 /// the file is no longer readable, shows a message and returns an empty result. A line that is not a row of
