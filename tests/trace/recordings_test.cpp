@@ -164,7 +164,7 @@ TEST_F(RecordingsTest, EverySignalOfEveryAtfHoldsItsColumns) {
   }
 }
 
-TEST_F(RecordingsTest, AColumnOfNumbersTakesItsIntervalFromTheFirstLineOrTheUser) {
+TEST_F(RecordingsTest, AColumnOfNumbersTakesItsIntervalFromTheFirstLine) {
   const json row = Rows(".asc").front();
   Read(row["file"], "answer yes\nanswer yes\n");
   EXPECT_EQ(Model.ADInterval, 0.05F);
@@ -172,11 +172,6 @@ TEST_F(RecordingsTest, AColumnOfNumbersTakesItsIntervalFromTheFirstLineOrTheUser
   EXPECT_EQ(Trace.SimTrace[0], -10.498F);
   EXPECT_EQ(Trace.SimTrace[399], -29.7852F);
   EXPECT_EQ(Trace.SimTrace[400], 0.0F);
-  Read(row["file"], "answer yes\nanswer no\nreply ADInterval 0.25 ScaleFactor -2 ok\n");
-  EXPECT_EQ(Model.ADInterval, 0.25F);
-  EXPECT_EQ(Model.NumPoints, 401);
-  EXPECT_EQ(Trace.SimTrace[0], -0.1F);
-  EXPECT_EQ(Trace.SimTrace[1], 20.996F);
 }
 
 /// Whatever a damaged file holds, what was on display stays or a record that can be analysed takes its place.
