@@ -223,7 +223,7 @@ class TextFile final : public RecordingFile {
                                     .episode = first,
                                     .episodes = last - first + 1,
                                     .intervalLine = !account_.text.atf && reading_.intervalLine,
-                                    .scale = reading_.scale,
+                                    .scale = account_.text.atf ? 1.0F : reading_.scale,
                                     .most = reading_.most});
     KeepFacts(read);
     why.clear();

@@ -144,6 +144,7 @@ enum class OpenAs {
   Stimulus,
 };
 
+/// Opens a file and reads what comes before its samples. The file stays open as long as the result lives.
 OpenedRecording OpenRecordingFile(const std::string& path, OpenAs as = OpenAs::AnyFile);
 
 /// Returns whether the file begins with the mark of a recording: "ABF", "OBF" or "ATF".
@@ -159,7 +160,7 @@ struct SweepExtract {
   int every = 1;                         // keep every n-th sample
 };
 
-/// Reads the samples, sweep after sweep. When a sweep has no such samples, returns an empty result and
+/// Reads the samples, sweep after sweep. Samples that a stimulus file lacks are 0. When a sweep has no such samples, returns an empty result and
 /// writes the reason to `why`. When `goOn` stops it, returns an empty result and an empty `why`.
 std::optional<std::vector<std::vector<float>>> ReadExtract(RecordingFile& file, const SweepExtract& wanted,
                                                            const GoOn& goOn, std::string& why);

@@ -78,10 +78,11 @@ bool AskAboutText(const RecordingAccount& account, Questions questions, Recordin
   return true;
 }
 
+/// Leaves room behind the samples: an ATF fills all but two, a column all but one.
 TextReading ReadingOf(const RecordingFacts& facts, bool atf, std::size_t capacity) {
   const std::size_t spared = atf ? 2 : 1;
-  return {.intervalLine = !atf && facts.intervalLine,
-          .scale = atf || facts.intervalLine ? 1.0F : facts.scale,
+  return {.intervalLine = facts.intervalLine,
+          .scale = facts.intervalLine ? 1.0F : facts.scale,
           .most = capacity - std::min(capacity, spared)};
 }
 
