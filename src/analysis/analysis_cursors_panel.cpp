@@ -7,6 +7,7 @@
 #include "analysis/analysis_plot_panels.h"
 #include "analysis/analysis_store.h"
 #include "analysis/analysis_views.h"
+#include "platform/index.h"
 #include "screen/screen.h"
 
 namespace zelvane {
@@ -31,7 +32,7 @@ void MoveStretchEnd(std::size_t from, std::size_t to, int& count) {
 }
 
 void CursorMoved(Graph& /*graph*/, int cursor) {
-  const auto moved = static_cast<std::size_t>(cursor) - 1;
+  const auto moved = Index(cursor) - 1;
   ReadAnalysisPanel();  // keeps a value that is typed elsewhere and not yet committed
   switch (moved) {
     case BaseStartCursor:

@@ -131,7 +131,7 @@ void ShowTableRow(int row) {
   SetCell(table, row, NameColumn, stored.fileName);
   SetCell(table, row, EpisodeColumn, FormatText("%d", stored.episode));
   for (int c = FirstValueColumn; c <= AnalysisColumns; ++c) {
-    SetCell(table, row, c, ValueCell(stored, static_cast<std::size_t>(c)));
+    SetCell(table, row, c, ValueCell(stored, Index(c)));
   }
 }
 

@@ -10,6 +10,7 @@
 #include "analysis/results_table.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
+#include "platform/index.h"
 #include "screen/popups.h"
 #include "trace/trace_events.h"
 #include "trace/trace_store.h"
@@ -24,7 +25,7 @@ constexpr char PeakBeforeStart[] = "Position of peak before position at which to
 constexpr char SaveQuestion[] = "Save measurements to ascii file?";
 
 std::span<const float> Recorded(std::span<const float> trace) {
-  const auto points = static_cast<std::size_t>(std::max(Model.NumPoints, 0));
+  const auto points = Index(std::max(Model.NumPoints, 0));
   return trace.first(std::min(points, trace.size()));
 }
 

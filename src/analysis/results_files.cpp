@@ -11,6 +11,7 @@
 #include "formats/line_scanner.h"
 #include "model/model_store.h"
 #include "parameters/parameters_store.h"
+#include "platform/index.h"
 #include "platform/safe_file.h"
 #include "screen/popups.h"
 #include "trace/trace_events.h"
@@ -258,7 +259,7 @@ bool AppendMeanVariance(float mean, float variance) {
 
 std::span<const AnalysisRow> FilledRows() {
   const int rows = std::clamp(Analysis.TableRow - 1, 0, MaxAnalysisRows);
-  return std::span(Analysis.Rows).subspan(1, static_cast<std::size_t>(rows));
+  return std::span(Analysis.Rows).subspan(1, Index(rows));
 }
 
 std::string TableText(std::span<const AnalysisRow> rows) {
@@ -316,7 +317,7 @@ std::optional<TableFile> ParseTable(std::string_view text) {
   const std::string countLine = LineOr(text, "");
   std::string_view count = countLine;
   if (ScanNumber(count, table.count) != Scan::Taken || table.count < 0) return std::nullopt;
-  const auto rows = static_cast<std::size_t>(std::min(table.count, MaxAnalysisRows));
+  const auto rows = Index(std::min(table.count, MaxAnalysisRows));
   while (table.rows.size() < rows) {
     const auto line = NextLine(text);
     // In a line without its end a number, or its last digits, may be missing.

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <vector>
 
+#include "platform/index.h"
+
 namespace zelvane {
 namespace {
 
@@ -76,12 +78,12 @@ std::int64_t BestWindow(std::span<const float> trace, std::int64_t start, std::i
   assert(width >= 1);
   const auto length = static_cast<std::int64_t>(trace.size());
   const std::int64_t last = std::clamp<std::int64_t>(positions, 0, length - 1 - start);
-  const auto first = static_cast<std::size_t>(start);
-  const auto windows = static_cast<std::size_t>(last + 1);
+  const auto first = Index(start);
+  const auto windows = Index(last + 1);
   if (width > WidestPlainWindow) {
-    return BestWideWindow(trace, first, windows, baseline, static_cast<std::size_t>(std::min(width, length)));
+    return BestWideWindow(trace, first, windows, baseline, Index(std::min(width, length)));
   }
-  return BestPlainWindow(trace, first, windows, baseline, static_cast<std::size_t>(width));
+  return BestPlainWindow(trace, first, windows, baseline, Index(width));
 }
 
 }  // namespace zelvane

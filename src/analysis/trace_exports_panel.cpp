@@ -4,6 +4,7 @@
 #include "analysis/trace_exports.h"
 #include "model/model_events.h"
 #include "model/model_store.h"
+#include "platform/index.h"
 #include "platform/safe_file.h"
 #include "screen/screen.h"
 #include "trace/trace_export.h"
@@ -25,7 +26,7 @@ std::span<const float> ViewedSamples() {
   const int samples = std::clamp(Model.NumPoints, 0, static_cast<int>(Trace.SimTrace.size()));
   const int end = std::min(view.last, samples - 1) + 1;
   const int first = std::min(view.first, end);
-  return Trace.SimTrace.subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(end - first));
+  return Trace.SimTrace.subspan(Index(first), Index(end - first));
 }
 
 // clang-format off

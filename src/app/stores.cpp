@@ -15,6 +15,7 @@
 #include "noise/noise_fit_store.h"
 #include "parameters/parameters_fields.h"
 #include "parameters/parameters_store.h"
+#include "platform/index.h"
 #include "platform/zero_pages.h"
 #include "rscm/rscm_fields.h"
 #include "rscm/rscm_store.h"
@@ -52,7 +53,7 @@ constexpr std::size_t SpansOfWaveform = 1 + MaxDrugs + 1;
 
 LargeArrays& Arrays() {
   static LargeArrays arrays{TakeZeroPages(ProfileRoom * (MaxDrugs + 1)),
-                            TakeZeroPages(static_cast<std::size_t>(OccupancyPoints) * (MaxStates + 1)),
+                            TakeZeroPages(Index(OccupancyPoints) * (MaxStates + 1)),
                             TakeZeroPages(OccupancyPoints),
                             TakeZeroPages(MaxStimPoints),
                             TakeZeroPages(MaxStimPoints),

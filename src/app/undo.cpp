@@ -12,6 +12,7 @@
 #include "model/constraints_store.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
+#include "platform/index.h"
 #include "run/run_panel.h"
 #include "screen/fields.h"
 #include "screen/observer.h"
@@ -43,7 +44,7 @@ void ForEachElement(const Field& field, std::byte* address, int depth, Visit&& v
     visit(address);
     return;
   }
-  const FieldIndex& index = field.index[static_cast<std::size_t>(depth)];
+  const FieldIndex& index = field.index[Index(depth)];
   for (int i = index.first; i <= index.last; ++i)
     ForEachElement(field, address + index.step * i, depth + 1, visit);
 }

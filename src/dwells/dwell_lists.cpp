@@ -89,7 +89,7 @@ bool PassAtfHeader(LineReader& lines) {
 
 void UseOpenList() {
   if (Dwell.OpenListSelector < 0 || Dwell.OpenListSelector > MaxAmplitudeClasses) Dwell.OpenListSelector = 0;
-  const auto selector = static_cast<std::size_t>(Dwell.OpenListSelector);
+  const auto selector = Index(Dwell.OpenListSelector);
   const bool raw = selector == 0;
   const std::span<const float> source = raw ? Dwell.RawOpenTimes : Dwell.ClassOpenTimes[selector];
   const int count = std::clamp(raw ? Dwell.NumRawOpenTimes : Dwell.NumClassOpenTimes[selector], 0, MaxDwells);

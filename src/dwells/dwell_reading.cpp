@@ -58,7 +58,7 @@ bool KeepDwell(const Side& same, const Side& other, float d, bool beginsSegment)
 
 void KeepInClass(const RecordedDwell& dwell) {
   if (dwell.amplitudeClass > MaxAmplitudeClasses) return;
-  const auto c = static_cast<std::size_t>(dwell.amplitudeClass);
+  const auto c = Index(dwell.amplitudeClass);
   int& count = Dwell.NumClassOpenTimes[c];
   if (count < MaxFileDwells) Dwell.ClassOpenTimes[c][Index(count++)] = dwell.duration;
 }

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <type_traits>
 
+#include "platform/index.h"
+
 namespace zelvane {
 
 /// Returns whether rounding this double, itself rounded, to 32 bits gives the same as rounding its decimal.
@@ -75,8 +77,7 @@ const char* FastDecimalAt(const char* at, const char* end, Real& value) {
   }
   if (power < -MostPower || power > MostPower) return nullptr;
   double scanned = static_cast<double>(whole);
-  scanned = power < 0 ? scanned / Powers[static_cast<std::size_t>(-power)]
-                      : scanned * Powers[static_cast<std::size_t>(power)];
+  scanned = power < 0 ? scanned / Powers[Index(-power)] : scanned * Powers[Index(power)];
   if constexpr (std::is_same_v<Real, float>) {
     if (!RoundsOnce(scanned)) return nullptr;
   }

@@ -4,6 +4,8 @@
 #include <array>
 #include <filesystem>
 
+#include "platform/index.h"
+
 namespace zelvane {
 
 std::optional<std::ifstream> OpenInput(const std::string& path) {
@@ -21,7 +23,7 @@ std::optional<std::string> ReadBytes(const std::string& path, std::size_t most) 
   std::array<char, 64 * 1024> block;
   while (*file && bytes.size() < most) {
     file->read(block.data(), static_cast<std::streamsize>(std::min(block.size(), most - bytes.size())));
-    bytes.append(block.data(), static_cast<std::size_t>(file->gcount()));
+    bytes.append(block.data(), Index(file->gcount()));
   }
   if (file->bad() || !(*file || file->eof())) return std::nullopt;
   return bytes;

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "platform/index.h"
+
 namespace zelvane {
 namespace {
 
@@ -49,8 +51,7 @@ bool SkipWord(std::string_view& rest, std::string_view word) {
 /// begins its exponent; digits are decimal or hexadecimal.
 bool TooSmall(std::string_view number, char mark, std::int64_t exponentPerDigit) {
   const auto isMark = [mark](char c) { return Lower(c) == mark; };
-  const auto end =
-      static_cast<std::size_t>(std::find_if(number.begin(), number.end(), isMark) - number.begin());
+  const auto end = Index(std::find_if(number.begin(), number.end(), isMark) - number.begin());
   const std::string_view digits = number.substr(0, end);
   const auto point = static_cast<std::int64_t>(std::min(digits.find('.'), digits.size()));
   const auto first = static_cast<std::int64_t>(std::min(digits.find_first_not_of("0."), digits.size()));
@@ -97,7 +98,7 @@ Scan ScanReal(std::string_view& rest, Real& value) {
   Real scanned = 0;
   const auto [stop, error] = std::from_chars(at.data(), at.data() + at.size(), scanned, format);
   if (error == std::errc::invalid_argument) return Scan::Missing;
-  const std::string_view number = at.substr(0, static_cast<std::size_t>(stop - at.data()));
+  const std::string_view number = at.substr(0, Index(stop - at.data()));
   rest = at.substr(number.size());
   PassOpenExponent(rest, number, hexadecimal ? 'p' : 'e');
   if (error == std::errc::result_out_of_range) {
@@ -122,7 +123,7 @@ std::optional<TextLine> NextLine(std::string_view& rest) {
 
 std::string_view FirstWord(std::string_view& rest, std::size_t longest) {
   while (!rest.empty() && IsBlank(rest.front())) rest.remove_prefix(1);
-  const auto end = static_cast<std::size_t>(std::find_if(rest.begin(), rest.end(), IsBlank) - rest.begin());
+  const auto end = Index(std::find_if(rest.begin(), rest.end(), IsBlank) - rest.begin());
   const std::string_view word = rest.substr(0, std::min(end, longest));
   rest.remove_prefix(word.size());
   return word;
@@ -134,7 +135,7 @@ Scan ScanNumber(std::string_view& rest, int& value) {
   if (at.empty() || !IsDigit(at.front())) return Scan::Missing;
   std::int64_t scanned = 0;
   const auto [stop, error] = std::from_chars(at.data(), at.data() + at.size(), scanned);
-  rest = at.substr(static_cast<std::size_t>(stop - at.data()));
+  rest = at.substr(Index(stop - at.data()));
   if (sign.minus) scanned = -scanned;
   if (error != std::errc{} || scanned < std::numeric_limits<int>::min() ||
       scanned > std::numeric_limits<int>::max()) {

@@ -9,6 +9,8 @@
 #include <optional>
 #include <span>
 
+#include "platform/index.h"
+
 namespace zelvane {
 
 /// Returns the number whose bytes, lowest first, begin at `bytes`.
@@ -27,7 +29,7 @@ inline std::size_t ReadAt(std::istream& file, std::int64_t offset, void* bytes, 
   file.seekg(offset);
   if (!file) return 0;
   file.read(static_cast<char*>(bytes), static_cast<std::streamsize>(count));
-  return static_cast<std::size_t>(file.gcount());
+  return Index(file.gcount());
 }
 
 /// Return a field of a header; nullopt when the file ends before it.

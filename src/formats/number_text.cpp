@@ -9,6 +9,8 @@
 #include <cstring>
 #include <limits>
 
+#include "platform/index.h"
+
 namespace zelvane {
 namespace {
 
@@ -19,7 +21,7 @@ std::array<double, 2 * MostExponent + 1> PowersOfTen() {
   for (int k = -MostExponent; k <= MostExponent; ++k) {
     std::array<char, 8> text{'1', 'e'};
     const auto end = std::to_chars(text.data() + 2, text.data() + text.size(), k).ptr;
-    std::from_chars(text.data(), end, powers[static_cast<std::size_t>(k + MostExponent)]);
+    std::from_chars(text.data(), end, powers[Index(k + MostExponent)]);
   }
   return powers;
 }
@@ -50,7 +52,7 @@ inline bool RoundTo(int count, double magnitude, Decimal& decimal) {
   decimal.exponent = (binary * 1233) >> 12;
   if (binary < 0) decimal.exponent = -((-binary * 1233 + 4095) >> 12);
   const auto scaledBy = [&](int exponent) {
-    return magnitude * Powers[static_cast<std::size_t>(count - 1 - exponent + MostExponent)];
+    return magnitude * Powers[Index(count - 1 - exponent + MostExponent)];
   };
   double scaled = scaledBy(decimal.exponent);
   if (scaled >= static_cast<double>(Power10[count])) scaled = scaledBy(++decimal.exponent);
@@ -128,7 +130,7 @@ void AppendExponent(std::string& text, double value) {
   char* out = buffer.data();
   if (std::signbit(value)) *out++ = '-';
   out = WriteExponent(WriteMantissa(out, decimal.digits, Decimals), decimal.exponent);
-  text.append(buffer.data(), static_cast<std::size_t>(out - buffer.data()));
+  text.append(buffer.data(), Index(out - buffer.data()));
 }
 
 void AppendGeneral(std::string& text, double value) {
@@ -159,15 +161,15 @@ void AppendGeneral(std::string& text, double value) {
     const int whole = decimal.exponent + 1;  // digits before the point
     WriteDigits(out, decimal.digits, count);
     if (count <= whole) {
-      std::memset(out + count, '0', static_cast<std::size_t>(whole - count));
+      std::memset(out + count, '0', Index(whole - count));
       out += whole;
     } else {
-      std::memmove(out + whole + 1, out + whole, static_cast<std::size_t>(count - whole));
+      std::memmove(out + whole + 1, out + whole, Index(count - whole));
       out[whole] = '.';
       out += count + 1;
     }
   }
-  text.append(buffer.data(), static_cast<std::size_t>(out - buffer.data()));
+  text.append(buffer.data(), Index(out - buffer.data()));
 }
 
 void AppendNineDigits(std::string& text, double value) {

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "formats/little_endian.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {
@@ -41,7 +42,7 @@ std::size_t ReadObfSamples(std::istream& file, std::int64_t first, std::int64_t 
   const std::int64_t held = ObfSamplesHeld(file) - first;
   const std::int64_t most = std::min(static_cast<std::int64_t>(destination.size()), held);
   if (first < 0 || std::min(count, most) < 1) return 0;
-  const auto wanted = static_cast<std::size_t>(std::min(count, most));
+  const auto wanted = Index(std::min(count, most));
   const std::size_t read =
       ReadAt(file, SamplesAt + first * SampleBytes, destination.data(), wanted * sizeof(float)) /
       sizeof(float);

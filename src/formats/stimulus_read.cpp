@@ -9,6 +9,7 @@
 #include "formats/input_file.h"
 #include "formats/line_scanner.h"
 #include "formats/little_endian.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {
@@ -46,9 +47,8 @@ std::optional<StimFileHead> ReadStimHead(std::istream& file) {
 std::size_t ReadStimSamples(std::istream& file, const StimFileHead& head, int profile, std::int64_t first,
                             std::span<float> samples) {
   if (first < 0 || first >= head.samples) return 0;
-  const std::size_t most = std::min(samples.size(), static_cast<std::size_t>(head.samples - first));
-  const std::int64_t begin =
-      SampleBegin(static_cast<std::size_t>(profile), head.samples) + first * SampleBytes;
+  const std::size_t most = std::min(samples.size(), Index(head.samples - first));
+  const std::int64_t begin = SampleBegin(Index(profile), head.samples) + first * SampleBytes;
   return ReadAt(file, begin, samples.data(), most * sizeof(float)) / sizeof(float);
 }
 

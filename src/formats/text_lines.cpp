@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/index.h"
+
 namespace zelvane {
 namespace {
 
@@ -58,12 +60,12 @@ bool TextLines::Refill() {
   if (encoding_ == Encoding::Bytes) {
     if (buffer_.size() < filled_ + blockBytes_) buffer_.resize(std::max(filled_ + blockBytes_, 2 * filled_));
     in_.read(buffer_.data() + filled_, static_cast<std::streamsize>(blockBytes_));
-    filled_ += static_cast<std::size_t>(in_.gcount());
+    filled_ += Index(in_.gcount());
     return in_.gcount() > 0;
   }
   raw_.resize(blockBytes_);
   in_.read(raw_.data(), static_cast<std::streamsize>(blockBytes_));
-  const auto read = static_cast<std::size_t>(in_.gcount());
+  const auto read = Index(in_.gcount());
   AppendUtf16(std::string_view(raw_).substr(0, read));
   return read > 0;
 }
@@ -88,7 +90,7 @@ std::optional<std::string_view> TextLines::Next() {
     const char* begin = buffer_.data() + at_;
     const void* found = rest > searched ? std::memchr(begin + searched, lineEnd_, rest - searched) : nullptr;
     if (found != nullptr) {
-      std::string_view line(begin, static_cast<std::size_t>(static_cast<const char*>(found) - begin));
+      std::string_view line(begin, Index(static_cast<const char*>(found) - begin));
       at_ += line.size() + 1;
       ++number_;
       if (line.ends_with('\r')) line.remove_suffix(1);

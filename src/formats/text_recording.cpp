@@ -8,6 +8,7 @@
 
 #include "formats/fast_decimal.h"
 #include "formats/line_scanner.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {
@@ -144,7 +145,7 @@ void ReadUnits(std::string_view titles, TextShape& shape) {
   const char mark = titles.find('"') == std::string_view::npos ? '\t' : '"';
   const std::size_t step = mark == '"' ? 2 : 1;  // text between two quoted titles is not a title
   const std::size_t first = (shape.columns > 1 ? 2 * step : step) - 1;  // after the time, if there is one
-  const std::size_t signals = std::min(static_cast<std::size_t>(shape.signals), titles.size());
+  const std::size_t signals = std::min(Index(shape.signals), titles.size());
   for (std::size_t part = 0; shape.units.size() < signals && !titles.empty(); ++part) {
     const std::size_t end = titles.find(mark);
     const bool time = part < first;
@@ -160,8 +161,7 @@ std::size_t WantedColumn(const TextShape& shape, const TextRequest& request) {
   const int place = (request.signal - 1) % shape.signals;
   const int signal = place < 0 ? place + shape.signals : place;
   const int episode = std::clamp(request.episode, 1, shape.episodes);
-  return 1 + static_cast<std::size_t>(episode - 1) * static_cast<std::size_t>(shape.signals) +
-         static_cast<std::size_t>(signal);
+  return 1 + Index(episode - 1) * Index(shape.signals) + Index(signal);
 }
 
 /// Reads the interval from the first times of an ATF, in s, and tests it. Only a step that is too long fails.
@@ -274,7 +274,7 @@ void TextRecording::ReadPlainLines(const TextRequest& request, std::vector<float
     at = stop + 1;
     ++lines;
   }
-  lines_.Skip(static_cast<std::size_t>(at - ahead.data()), lines);
+  lines_.Skip(Index(at - ahead.data()), lines);
 }
 
 void TextRecording::ReadTable(const TextRequest& request, TextSamples& read) {
@@ -302,7 +302,7 @@ void TextRecording::ReadTable(const TextRequest& request, TextSamples& read) {
 bool TextRecording::AppendRow(std::string_view row, int episodes, float scale, TextSamples& read) const {
   const std::size_t taken = read.samples.size();
   for (int e = 0; e < episodes; ++e) {
-    if (e > 0) row = FromWord(row, static_cast<std::size_t>(shape_.signals));
+    if (e > 0) row = FromWord(row, Index(shape_.signals));
     const auto value = FirstValue<float>(row);
     if (!value) {
       read.samples.resize(taken);
@@ -316,7 +316,7 @@ bool TextRecording::AppendRow(std::string_view row, int episodes, float scale, T
 /// Returns the next row; `sample` begins with its word in the column of the request.
 std::optional<std::string_view> TextRecording::NextRow(std::size_t column, std::string_view& sample,
                                                        TextSamples& read) {
-  const auto wanted = static_cast<std::size_t>(shape_.columns) - column;  // words from the wanted one on
+  const auto wanted = Index(shape_.columns) - column;  // words from the wanted one on
   for (;;) {
     const auto line = lines_.Next();
     if (!line) return std::nullopt;
@@ -335,7 +335,7 @@ std::optional<std::string_view> TextRecording::NextRow(std::size_t column, std::
 std::optional<std::string_view> TextRecording::JoinRow(std::string_view begin, std::size_t words,
                                                        TextSamples& read) {
   const std::size_t number = lines_.Number();
-  const auto columns = static_cast<std::size_t>(shape_.columns);
+  const auto columns = Index(shape_.columns);
   row_ = begin;
   while (words < columns) {
     const auto line = lines_.Next();

@@ -7,6 +7,7 @@
 #include "kinetics/adaptive_kernels.h"
 #include "kinetics/cash_karp.h"
 #include "kinetics/rate_terms.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {
@@ -96,11 +97,11 @@ bool ControlledStep(Stepper& stepper, float tolerance) {
 
 /// Saves the present step as number `index`.
 void SaveStep(const Stepper& stepper, int index, std::span<float> savedTime, const OccupancyRows& rows) {
-  const auto q = static_cast<std::size_t>(index);
+  const auto q = Index(index);
   savedTime[q] = stepper.x * 1000.0F;
   const CompiledScheme& scheme = stepper.run.scheme;
-  for (std::size_t lane = 0; lane < static_cast<std::size_t>(scheme.lanes); ++lane) {
-    if (scheme.on[lane]) rows[static_cast<std::size_t>(scheme.state[lane])][q] = stepper.y.lane[lane];
+  for (std::size_t lane = 0; lane < Index(scheme.lanes); ++lane) {
+    if (scheme.on[lane]) rows[Index(scheme.state[lane])][q] = stepper.y.lane[lane];
   }
 }
 
@@ -156,7 +157,7 @@ void RunLoop(Stepper& stepper, std::span<float> savedTime, const OccupancyRows& 
 
 /// Returns the first point below `limit` at which `profile` is not 0, or `limit`.
 int FirstNonZero(std::span<const float> profile, int limit) {
-  const auto points = profile.first(std::min(profile.size(), static_cast<std::size_t>(std::max(0, limit))));
+  const auto points = profile.first(std::min(profile.size(), Index(std::max(0, limit))));
   const auto found = std::find_if(points.begin(), points.end(), [](float value) { return value != 0.0F; });
   return found == points.end() ? limit : static_cast<int>(found - points.begin());
 }

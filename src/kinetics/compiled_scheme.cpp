@@ -7,6 +7,7 @@
 
 #include "kinetics/lanes.h"
 #include "kinetics/rate_factor.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {
@@ -15,7 +16,7 @@ constexpr int NoKind = -1;
 
 bool Feeds(const SchemeTables& tables, int from) {
   for (std::size_t to = 1; to <= MaxStates; ++to) {
-    const auto source = static_cast<std::size_t>(from);
+    const auto source = Index(from);
     if (to != source && tables.on[to] != 0 && tables.rate[source][to] != 0.0F) return true;
   }
   return false;
@@ -23,9 +24,9 @@ bool Feeds(const SchemeTables& tables, int from) {
 
 void AssignLanes(const SchemeTables& tables, CompiledScheme& scheme) {
   for (int s = 1; s <= MaxStates; ++s) {
-    const bool on = tables.on[static_cast<std::size_t>(s)] != 0;
+    const bool on = tables.on[Index(s)] != 0;
     if (!on && !Feeds(tables, s)) continue;
-    const auto lane = static_cast<std::size_t>(scheme.lanes++);
+    const auto lane = Index(scheme.lanes++);
     scheme.state[lane] = s;
     scheme.on[lane] = on;
   }
@@ -37,9 +38,9 @@ void AssignLanes(const SchemeTables& tables, CompiledScheme& scheme) {
 template <typename Items, typename Item, typename Same>
 int IndexOf(Items& items, int& count, const Item& wanted, Same same) {
   for (int i = 0; i < count; ++i) {
-    if (same(items[static_cast<std::size_t>(i)], wanted)) return i;
+    if (same(items[Index(i)], wanted)) return i;
   }
-  items[static_cast<std::size_t>(count)] = wanted;
+  items[Index(count)] = wanted;
   return count++;
 }
 
@@ -81,17 +82,17 @@ struct TermList {
 TermList ListTerms(const SchemeTables& tables, CompiledScheme& scheme) {
   TermList list;
   const auto add = [&](int lane, int other, bool inflow) {
-    const auto here = static_cast<std::size_t>(scheme.state[static_cast<std::size_t>(lane)]);
-    const auto there = static_cast<std::size_t>(scheme.state[static_cast<std::size_t>(other)]);
+    const auto here = Index(scheme.state[Index(lane)]);
+    const auto there = Index(scheme.state[Index(other)]);
     const std::size_t from = inflow ? there : here;
     const std::size_t to = inflow ? here : there;
     const float rate = tables.rate[from][to];
     if (rate == 0.0F) return;
     const int kind = KindOf(tables, from, to, scheme);
-    list.term[static_cast<std::size_t>(list.count++)] = {lane, other, inflow, inflow ? rate : -rate, kind};
+    list.term[Index(list.count++)] = {lane, other, inflow, inflow ? rate : -rate, kind};
   };
   for (int lane = 0; lane < scheme.lanes; ++lane) {
-    if (!scheme.on[static_cast<std::size_t>(lane)]) continue;
+    if (!scheme.on[Index(lane)]) continue;
     for (int other = 0; other < scheme.lanes; ++other) {
       if (other == lane) continue;
       add(lane, other, true);
@@ -104,8 +105,7 @@ TermList ListTerms(const SchemeTables& tables, CompiledScheme& scheme) {
 /// Returns the length of the longest list of a state.
 int LongestList(const TermList& list) {
   std::array<int, MaxLanes> length{};
-  for (int i = 0; i < list.count; ++i)
-    ++length[static_cast<std::size_t>(list.term[static_cast<std::size_t>(i)].lane)];
+  for (int i = 0; i < list.count; ++i) ++length[Index(list.term[Index(i)].lane)];
   return *std::max_element(length.begin(), length.end());
 }
 
@@ -120,17 +120,16 @@ bool GatheringPays(const CompiledScheme& scheme, int longest) {
 /// Places every term in its row. A row without a term for a lane adds 0 times the lane's own occupancy.
 void PlaceTerms(const TermList& list, CompiledScheme& scheme) {
   for (auto& row : scheme.source.row) {
-    for (int lane = 0; lane < MaxLanes; ++lane) row[static_cast<std::size_t>(lane)] = lane;
+    for (int lane = 0; lane < MaxLanes; ++lane) row[Index(lane)] = lane;
   }
   std::array<int, MaxLanes> used{};
   for (int i = 0; i < list.count; ++i) {
-    const Term& term = list.term[static_cast<std::size_t>(i)];
-    const auto lane = static_cast<std::size_t>(term.lane);
+    const Term& term = list.term[Index(i)];
+    const auto lane = Index(term.lane);
     const int row = scheme.gathered ? used[lane]++ : 2 * term.other + (term.inflow ? 0 : 1);
-    scheme.source.row[static_cast<std::size_t>(row)][lane] = term.inflow ? term.other : term.lane;
-    scheme.rate.row[static_cast<std::size_t>(row)][lane] = term.rate;
-    if (term.kind != NoKind)
-      scheme.slot[static_cast<std::size_t>(scheme.slots++)] = {row, term.lane, term.kind};
+    scheme.source.row[Index(row)][lane] = term.inflow ? term.other : term.lane;
+    scheme.rate.row[Index(row)][lane] = term.rate;
+    if (term.kind != NoKind) scheme.slot[Index(scheme.slots++)] = {row, term.lane, term.kind};
   }
 }
 

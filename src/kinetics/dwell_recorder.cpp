@@ -4,21 +4,23 @@
 #include <limits>
 #include <span>
 
+#include "platform/index.h"
+
 namespace zelvane {
 namespace {
 
 bool HasRoom(std::span<const float> list, int count) {
-  return static_cast<std::size_t>(count) < list.size();
+  return Index(count) < list.size();
 }
 
 void Append(std::span<float> list, int& count, float value) {
-  list[static_cast<std::size_t>(count++)] = value;
+  list[Index(count++)] = value;
 }
 
 /// Stores an entry of the record if there is room. Does not count the entry.
 void StoreEntry(const DwellLists& lists, float duration, float dwellClass) {
   if (!HasRoom(lists.idealDuration, lists.numIdealEvents)) return;
-  const auto at = static_cast<std::size_t>(lists.numIdealEvents);
+  const auto at = Index(lists.numIdealEvents);
   lists.idealDuration[at] = duration;
   lists.idealClass[at] = dwellClass;
 }
@@ -38,11 +40,11 @@ void RecordOpening(DwellRecorder& recorder, int state, float t, float d) {
   }
   recorder.lastOpeningEnd = t + d;
   if (recorder.wasOpen) {
-    lists.openTimes[static_cast<std::size_t>(lists.numOpenTimes) - 1] += d;
+    lists.openTimes[Index(lists.numOpenTimes) - 1] += d;
   } else {
     Append(lists.openTimes, lists.numOpenTimes, d);
   }
-  AppendEntry(lists, d, static_cast<float>(recorder.openClass[static_cast<std::size_t>(state)]));
+  AppendEntry(lists, d, static_cast<float>(recorder.openClass[Index(state)]));
   recorder.wasOpen = true;
 }
 

@@ -11,6 +11,7 @@
 #include <span>
 
 #include "kinetics/scheme_tables.h"
+#include "platform/index.h"
 
 namespace zelvane {
 
@@ -61,7 +62,7 @@ void RecordOpenDwell(DwellRecorder& recorder, int state, float t, float d);
 /// opening is not stored. When the open or the closed times are full, neither list grows, and the run
 /// continues. A full record only counts.
 inline void RecordDwell(DwellRecorder& recorder, int state, float t, float d) {
-  if (recorder.monitored[static_cast<std::size_t>(state)] != 0) {
+  if (recorder.monitored[Index(state)] != 0) {
     RecordOpenDwell(recorder, state, t, d);
   } else {
     recorder.wasOpen = false;

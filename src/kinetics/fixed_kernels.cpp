@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "kinetics/rate_terms.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {
@@ -36,7 +37,7 @@ ZELVANE_INLINE void RungeKuttaStep(const CompiledScheme& scheme, const StageFact
 /// Stores the occupancies of the next point, state after state. Stops after an occupancy that is out of range
 /// and returns false.
 bool StorePointWithFailure(FixedPass& pass) {
-  for (std::size_t i = 0; i < static_cast<std::size_t>(pass.stored); ++i) {
+  for (std::size_t i = 0; i < Index(pass.stored); ++i) {
     const float value = pass.y[pass.storedLane[i]];
     pass.row[i][pass.point] = value;
     if (!(value <= HighestOccupancy && value >= LowestOccupancy)) return false;
@@ -51,7 +52,7 @@ ZELVANE_INLINE bool StorePoint(FixedPass& pass, const Lanes (&y)[W]) {
   bool suspect = false;
   for (int w = 0; w < W; ++w) suspect = suspect || AnyOutside(y[w], LowestOccupancy, HighestOccupancy);
   if (suspect) return StorePointWithFailure(pass);  // the suspect lane may belong to a state that is off
-  for (std::size_t i = 0; i < static_cast<std::size_t>(pass.stored); ++i) {
+  for (std::size_t i = 0; i < Index(pass.stored); ++i) {
     pass.row[i][pass.point] = pass.y[pass.storedLane[i]];
   }
   return true;

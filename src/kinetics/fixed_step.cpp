@@ -5,6 +5,7 @@
 
 #include "kinetics/fixed_kernels.h"
 #include "kinetics/rate_terms.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {
@@ -24,9 +25,9 @@ FixedPass StartPass(const FixedStepRun& run, const OccupancyRows& rows, float st
   pass.h = total / static_cast<float>(run.numPoints * pass.substeps);
   StartLanes(run.scheme, run.start, pass.y);
   for (int lane = 0; lane < run.scheme.lanes; ++lane) {
-    if (!run.scheme.on[static_cast<std::size_t>(lane)]) continue;
-    const auto state = static_cast<std::size_t>(run.scheme.state[static_cast<std::size_t>(lane)]);
-    const auto i = static_cast<std::size_t>(pass.stored++);
+    if (!run.scheme.on[Index(lane)]) continue;
+    const auto state = Index(run.scheme.state[Index(lane)]);
+    const auto i = Index(pass.stored++);
     pass.storedLane[i] = lane;
     pass.row[i] = rows[state].data();
     pass.row[i][1] = run.start[state];
@@ -64,7 +65,7 @@ void RepeatPoint(FixedPass& pass, float endTime, long long limit) {
     t = next;
     points = still ? most : points + 1;
   }
-  for (std::size_t i = 0; i < static_cast<std::size_t>(pass.stored); ++i) {
+  for (std::size_t i = 0; i < Index(pass.stored); ++i) {
     std::fill_n(pass.row[i] + pass.point + 1, points, pass.y[pass.storedLane[i]]);
   }
   pass.t = t;

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <limits>
 
+#include "platform/index.h"
+
 namespace zelvane {
 namespace {
 
@@ -51,10 +53,10 @@ ChannelDwell DwellAtConstantRates(const ChannelSweep& sweep, const StateExits& e
 
 /// Returns the float sum of `points` intervals.
 float Passed(ChannelSweep& sweep, int points) {
-  while (sweep.passed.size() <= static_cast<std::size_t>(points)) {
+  while (sweep.passed.size() <= Index(points)) {
     sweep.passed.push_back(sweep.passed.back() + sweep.intervalMs);
   }
-  return sweep.passed[static_cast<std::size_t>(points)];
+  return sweep.passed[Index(points)];
 }
 
 ChannelDwell DwellPointByPoint(ChannelSweep& sweep, const StateExits& exits, const Channel& channel) {

@@ -1,5 +1,7 @@
 #include "kinetics/occupancy_counts.h"
 
+#include "platform/index.h"
+
 namespace zelvane {
 namespace {
 
@@ -9,15 +11,15 @@ constexpr int CountingFrom = 32;
 
 /// Returns n times the unit, each addition rounded to a float.
 float Sum(OccupancyCounts& counts, std::int32_t n) {
-  while (counts.sum.size() <= static_cast<std::size_t>(n)) {
+  while (counts.sum.size() <= Index(n)) {
     counts.sum.push_back(counts.sum.back() + counts.unit);
   }
-  return counts.sum[static_cast<std::size_t>(n)];
+  return counts.sum[Index(n)];
 }
 
 void SumUp(OccupancyCounts& counts, std::size_t state) {
   std::vector<std::int32_t>& change = counts.change[state];
-  const auto end = static_cast<std::size_t>(counts.used[state]);
+  const auto end = Index(counts.used[state]);
   std::int32_t channels = 0;
   for (std::size_t p = 0; p < end; ++p) {
     channels += change[p];
@@ -41,7 +43,7 @@ void StartSweep(OccupancyCounts& counts, const OccupancyRows& rows, int numPoint
 }
 
 void MakeRoom(OccupancyCounts& counts, std::size_t state) {
-  counts.change[state].assign(static_cast<std::size_t>(counts.numPoints) + 2, 0);
+  counts.change[state].assign(Index(counts.numPoints) + 2, 0);
 }
 
 void EndSweep(OccupancyCounts& counts) {

@@ -15,6 +15,7 @@
 
 #include "kinetics/fixed_step.h"
 #include "kinetics/scheme_tables.h"
+#include "platform/index.h"
 
 namespace zelvane {
 
@@ -39,18 +40,17 @@ void MakeRoom(OccupancyCounts& counts, std::size_t state);
 inline void AddDwell(OccupancyCounts& counts, int state, int first, int end) {
   const int stop = std::min(end, counts.numPoints + 1);
   if (stop <= first) return;
-  const auto s = static_cast<std::size_t>(state);
+  const auto s = Index(state);
   counts.used[s] = std::max(counts.used[s], stop);
   if (!counts.counting) {
-    for (float& point :
-         counts.rows[s].subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(stop - first))) {
+    for (float& point : counts.rows[s].subspan(Index(first), Index(stop - first))) {
       point += counts.unit;
     }
     return;
   }
   if (counts.change[s].empty()) MakeRoom(counts, s);
-  ++counts.change[s][static_cast<std::size_t>(first)];
-  --counts.change[s][static_cast<std::size_t>(stop)];
+  ++counts.change[s][Index(first)];
+  --counts.change[s][Index(stop)];
 }
 
 /// Ends a complete or an interrupted sweep. The rows then hold the occupancies of the channels so far, up

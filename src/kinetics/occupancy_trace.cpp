@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "numerics/spline.h"
+#include "platform/index.h"
 #include "platform/sweep_room.h"
 
 namespace zelvane {
@@ -30,7 +31,7 @@ void AddCurrent(const TraceConversion& conversion, std::span<const float> occupa
 /// Adds one monitored state to the trace, in the order of memory.
 void AddState(const TraceConversion& conversion, std::span<const float> row, int used, float conductance,
               std::span<float> trace) {
-  const std::size_t written = static_cast<std::size_t>(std::max(0, used - 1));
+  const std::size_t written = Index(std::max(0, used - 1));
   const std::size_t count = std::min(trace.size(), written);  // the rest is 0
   const std::span<const float> occupancy = row.subspan(1, count);
   if (conversion.unit == TraceUnit::Current) {
@@ -100,7 +101,7 @@ void FillStart(const TraceConversion& conversion, const SavedSteps& steps, std::
 
 float OhmicDrive(const TraceConversion& conversion, int p) {
   const std::size_t last = conversion.volts.size() - 1;
-  const float volts = conversion.volts[std::min(static_cast<std::size_t>(p), last)];
+  const float volts = conversion.volts[std::min(Index(p), last)];
   return (volts - conversion.reversalMv / 1000.0F) * static_cast<float>(conversion.valence);
 }
 
@@ -113,7 +114,7 @@ void AddMonitoredStates(const TraceConversion& conversion, const OccupancyRows& 
 }
 
 std::vector<float> SavedStepValues(const TraceConversion& conversion, const SavedSteps& steps) {
-  const auto count = static_cast<std::size_t>(std::max(0, steps.count));
+  const auto count = Index(std::max(0, steps.count));
   std::vector<float> values(std::min(count, steps.timeMs.size() - 1));
   for (std::size_t i = 0; i < values.size(); ++i) values[i] = ValueOfStep(conversion, steps, i + 1);
   return values;
@@ -132,7 +133,7 @@ void SavedStepsToSamples(const TraceConversion& conversion, const SavedSteps& st
     times.push_back(time);
     values.push_back(static_cast<double>(saved[i]));
   }
-  const std::size_t before = std::min(samples.size(), static_cast<std::size_t>(std::max(0, steps.offset)));
+  const std::size_t before = std::min(samples.size(), Index(std::max(0, steps.offset)));
   FillStart(conversion, steps, samples.first(before));
   SplineToSamples(times, values, static_cast<double>(steps.intervalMs), samples.subspan(before));
 }

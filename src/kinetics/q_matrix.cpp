@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "numerics/eigenvalues.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {
@@ -22,7 +23,7 @@ bool RateLeadsInto(const StateTable<float>& rate, std::size_t state) {
 
 /// Returns rate times stimulus factor. A rate of 0 needs no factor.
 float EffectiveRate(const SchemeTables& scheme, int from, int to, const StimulusValues& stimulus) {
-  const float rate = scheme.rate[static_cast<std::size_t>(from)][static_cast<std::size_t>(to)];
+  const float rate = scheme.rate[Index(from)][Index(to)];
   return rate == 0.0F ? 0.0F : rate * RateFactor(scheme.depend, scheme.temperature, from, to, stimulus);
 }
 

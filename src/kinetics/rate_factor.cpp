@@ -3,6 +3,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "platform/index.h"
+
 namespace zelvane {
 
 double VoltageCoefficient(float steepness, float temperature) {
@@ -11,8 +13,8 @@ double VoltageCoefficient(float steepness, float temperature) {
 
 float RateFactor(const DependenceTables& depend, float temperature, int from, int to,
                  const StimulusValues& stimulus) {
-  const auto a = static_cast<std::size_t>(from);
-  const auto b = static_cast<std::size_t>(to);
+  const auto a = Index(from);
+  const auto b = Index(to);
   // The factor is a float after every step: drugs in their order, the exponential (formed in double) last.
   float factor = 1.0F;
   for (std::size_t drug = 1; drug <= MaxDrugs; ++drug) {

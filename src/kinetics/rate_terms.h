@@ -5,6 +5,7 @@
 
 #include "kinetics/compiled_scheme.h"
 #include "kinetics/lanes.h"
+#include "platform/index.h"
 
 namespace zelvane {
 
@@ -21,7 +22,7 @@ ZELVANE_INLINE void Derivatives(const CompiledScheme& scheme, const TermTable<fl
     const std::size_t lane = w * LanesPerVector;
     return (from * LoadLanes<Lanes>(&scheme.rate.row[row][lane])) * LoadLanes<Lanes>(&factor.row[row][lane]);
   };
-  const auto rows = static_cast<std::size_t>(scheme.rows);
+  const auto rows = Index(scheme.rows);
   if constexpr (Gathered) {
     const auto picked = [&](std::size_t row, std::size_t w) ZELVANE_INLINE_LAMBDA {
       return Pick(y, LoadLanes<LaneIndex>(&scheme.source.row[row][w * LanesPerVector]));
@@ -59,9 +60,7 @@ ZELVANE_INLINE void Store(float* to, const Lanes (&y)[W]) {
 inline void StartLanes(const CompiledScheme& scheme, const std::array<float, MaxStates + 1>& start,
                        float* y) {
   for (std::size_t lane = 0; lane < MaxLanes; ++lane) {
-    y[lane] = lane < static_cast<std::size_t>(scheme.lanes)
-                  ? start[static_cast<std::size_t>(scheme.state[lane])] + 0.0F
-                  : 0.0F;
+    y[lane] = lane < Index(scheme.lanes) ? start[Index(scheme.state[lane])] + 0.0F : 0.0F;
   }
 }
 

@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "kinetics/rate_factor.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {
@@ -22,7 +23,7 @@ unsigned ProfilesOf(const DependenceTables& depend, std::size_t a, std::size_t b
 }
 
 std::size_t Connection(const ChannelTables& tables, std::size_t state, int k) {
-  return static_cast<std::size_t>(tables.connection[state][static_cast<std::size_t>(k)]);
+  return Index(tables.connection[state][Index(k)]);
 }
 
 unsigned ProfilesOfState(const ChannelTables& tables, std::size_t state) {
@@ -46,10 +47,10 @@ StimulusSteps StepsOf(const ExitBook& book, unsigned profiles) {
   StimulusSteps steps;
   steps.profiles = profiles;
   if (profiles == 0) return steps;
-  steps.stretch.assign(static_cast<std::size_t>(book.last) + 1, 0);
+  steps.stretch.assign(Index(book.last) + 1, 0);
   for (std::size_t k = 0; k <= MaxDrugs; ++k) {
     if ((profiles >> k & 1U) == 0) continue;
-    for (const std::int32_t p : book.changes[k]) steps.stretch[static_cast<std::size_t>(p)] = 1;
+    for (const std::int32_t p : book.changes[k]) steps.stretch[Index(p)] = 1;
   }
   int changes = 0;
   for (std::int32_t& stretch : steps.stretch) stretch = changes += stretch;
@@ -62,7 +63,7 @@ void AssignSteps(ExitBook& book) {
     const unsigned profiles = ProfilesOfState(book.tables, s);
     const auto same = [profiles](const StimulusSteps& steps) { return steps.profiles == profiles; };
     const auto found = std::find_if(book.steps.begin(), book.steps.end(), same);
-    book.stepsOf[s] = static_cast<std::size_t>(found - book.steps.begin());
+    book.stepsOf[s] = Index(found - book.steps.begin());
     if (found == book.steps.end()) book.steps.push_back(StepsOf(book, profiles));
   }
 }
@@ -71,8 +72,7 @@ void FindDrugs(ExitBook& book) {
   bool former = false;
   for (int p = 0; p <= book.last; ++p) {
     bool present = false;
-    for (std::size_t d = 1; d <= MaxDrugs; ++d)
-      present |= book.profile[d][static_cast<std::size_t>(p)] > 0.0F;
+    for (std::size_t d = 1; d <= MaxDrugs; ++d) present |= book.profile[d][Index(p)] > 0.0F;
     if (present == former) continue;
     (present ? book.drugFrom : book.drugUntil).push_back(p);
     former = present;
@@ -83,7 +83,7 @@ void FindDrugs(ExitBook& book) {
 void ForgetPlaces(ExitBook& book) {
   book.known.clear();
   for (std::size_t s = 1; s <= MaxStates; ++s) {
-    const auto stretches = static_cast<std::size_t>(book.steps[book.stepsOf[s]].stretches);
+    const auto stretches = Index(book.steps[book.stepsOf[s]].stretches);
     const bool used = book.tables.connectionCount[s] > 0;
     book.place[s].assign(used ? std::min(stretches, MaxKeptStretches) : 1, -1);
   }
@@ -173,7 +173,7 @@ ExitBook PrepareExits(const ChannelTables& tables,
   ExitBook book;
   book.tables = tables;
   book.intervalMs = intervalMs;
-  const std::size_t points = std::min(static_cast<std::size_t>(numPoints) + 1, profile[0].size());
+  const std::size_t points = std::min(Index(numPoints) + 1, profile[0].size());
   book.last = static_cast<int>(points) - 1;
   unsigned used = 0;
   for (std::size_t s = 1; s <= MaxStates; ++s) used |= ProfilesOfState(tables, s);
@@ -194,11 +194,11 @@ void ForgetExits(ExitBook& book, const StateTable<float>& rate) {
 
 StateExits CompileExits(const ExitBook& book, int state, int point) {
   StateExits exits;
-  const auto s = static_cast<std::size_t>(state);
+  const auto s = Index(state);
   const int connections = book.tables.connectionCount[s];
   if (connections == 0) return exits;
   const int p = std::min(point, book.last);
-  const OpenExits open = FindOpenExits(book, s, static_cast<std::size_t>(p));
+  const OpenExits open = FindOpenExits(book, s, Index(p));
   if (open.count == 0) {
     exits.kind = open.waits ? ExitKind::Waiting : ExitKind::Shut;
     return exits;
@@ -216,10 +216,10 @@ StateExits CompileExits(const ExitBook& book, int state, int point) {
 }
 
 const StateExits& LearnExits(ExitBook& book, int state, int point) {
-  const auto s = static_cast<std::size_t>(state);
+  const auto s = Index(state);
   const StimulusSteps& steps = book.steps[book.stepsOf[s]];
-  const auto p = static_cast<std::size_t>(std::min(point, book.last));
-  const auto stretch = static_cast<std::size_t>(steps.profiles == 0 ? 0 : steps.stretch[p]);
+  const auto p = Index(std::min(point, book.last));
+  const auto stretch = Index(steps.profiles == 0 ? 0 : steps.stretch[p]);
   if (stretch >= book.place[s].size() || book.known.size() >= MaxKeptExits) {
     book.unkept = CompileExits(book, state, point);
     return book.unkept;
@@ -232,7 +232,7 @@ int NextDrug(const ExitBook& book, int point) {
   const int p = std::min(point, book.last);
   const auto until = std::upper_bound(book.drugUntil.begin(), book.drugUntil.end(), p);
   if (until == book.drugUntil.end()) return NeverChanges;
-  const auto interval = static_cast<std::size_t>(until - book.drugUntil.begin());
+  const auto interval = Index(until - book.drugUntil.begin());
   return std::max(point, static_cast<int>(book.drugFrom[interval]));
 }
 

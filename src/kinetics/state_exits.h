@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "kinetics/scheme_tables.h"
+#include "platform/index.h"
 
 namespace zelvane {
 
@@ -108,13 +109,12 @@ const StateExits& LearnExits(ExitBook& book, int state, int point);
 /// total rate is then the sum of the other exits. But if one of two exits is left out, the total rate stays
 /// the sum of both.
 inline const StateExits& ExitsAt(ExitBook& book, int state, int point) {
-  const auto s = static_cast<std::size_t>(state);
+  const auto s = Index(state);
   const StimulusSteps& steps = book.steps[book.stepsOf[s]];
-  const auto p = static_cast<std::size_t>(point < book.last ? point : book.last);
-  const auto stretch = static_cast<std::size_t>(steps.profiles == 0 ? 0 : steps.stretch[p]);
+  const auto p = Index(point < book.last ? point : book.last);
+  const auto stretch = Index(steps.profiles == 0 ? 0 : steps.stretch[p]);
   const std::vector<std::int32_t>& place = book.place[s];
-  if (stretch < place.size() && place[stretch] >= 0)
-    return book.known[static_cast<std::size_t>(place[stretch])];
+  if (stretch < place.size() && place[stretch] >= 0) return book.known[Index(place[stretch])];
   return LearnExits(book, state, point);
 }
 

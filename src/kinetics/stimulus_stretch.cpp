@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "kinetics/compiled_scheme.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {
@@ -54,12 +55,11 @@ float FactorOf(const FactorKind& kind, const StimulusCursor& cursor, const Stimu
     if ((kind.drugs >> d & 1U) != 0) factor *= stimulus.profile[d][point];
   }
   if (kind.exponential < 0) return factor;
-  return static_cast<float>(static_cast<double>(factor) *
-                            cursor.exponential[static_cast<std::size_t>(kind.exponential)]);
+  return static_cast<float>(static_cast<double>(factor) * cursor.exponential[Index(kind.exponential)]);
 }
 
 void SetExponentials(StimulusCursor& cursor, const CompiledScheme& scheme, float volts) {
-  for (std::size_t e = 0; e < static_cast<std::size_t>(scheme.coefficients); ++e) {
+  for (std::size_t e = 0; e < Index(scheme.coefficients); ++e) {
     cursor.exponential[e] = std::exp(static_cast<double>(volts) * scheme.coefficient[e]);
   }
   cursor.volts = volts;
@@ -67,17 +67,16 @@ void SetExponentials(StimulusCursor& cursor, const CompiledScheme& scheme, float
 
 void SetFactors(StimulusCursor& cursor, const CompiledScheme& scheme, const StimulusView& stimulus,
                 StimulusStretch& stretch) {
-  const auto point = static_cast<std::size_t>(stretch.first);
+  const auto point = Index(stretch.first);
   const float volts = stimulus.profile[0][point];
   if (!SameBits(volts, cursor.volts)) SetExponentials(cursor, scheme, volts);
   std::array<float, MaxRates> value;
-  for (std::size_t k = 0; k < static_cast<std::size_t>(scheme.kinds); ++k) {
+  for (std::size_t k = 0; k < Index(scheme.kinds); ++k) {
     value[k] = FactorOf(scheme.kind[k], cursor, stimulus, point);
   }
-  for (std::size_t i = 0; i < static_cast<std::size_t>(scheme.slots); ++i) {
+  for (std::size_t i = 0; i < Index(scheme.slots); ++i) {
     const FactorSlot& slot = scheme.slot[i];
-    stretch.factor.row[static_cast<std::size_t>(slot.row)][static_cast<std::size_t>(slot.lane)] =
-        value[static_cast<std::size_t>(slot.kind)];
+    stretch.factor.row[Index(slot.row)][Index(slot.lane)] = value[Index(slot.kind)];
   }
 }
 
@@ -96,7 +95,7 @@ void StartCursor(StimulusCursor& cursor, const CompiledScheme& scheme) {
     stretch.first = stretch.end = 0;
     stretch.lastUse = 0;
     // Rates that do not depend on the stimulus keep the factor 1.
-    for (std::size_t row = 0; row < static_cast<std::size_t>(scheme.rows); ++row) {
+    for (std::size_t row = 0; row < Index(scheme.rows); ++row) {
       stretch.factor.row[row].fill(1.0F);
     }
   }

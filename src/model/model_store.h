@@ -5,6 +5,7 @@
 #include <string>
 
 #include "kinetics/scheme_tables.h"
+#include "platform/index.h"
 #include "platform/sweep_room.h"
 
 namespace zelvane {
@@ -43,7 +44,7 @@ struct ModelStore {
   std::array<int, MaxStates + 1> TableStateOn{};  // calculated: a rate leads into the state
   std::array<std::string, MaxStates + 1> TableStateLabel = [] {
     std::array<std::string, MaxStates + 1> labels;
-    for (int s = 1; s <= MaxStates; ++s) labels[static_cast<std::size_t>(s)] = std::to_string(s);
+    for (int s = 1; s <= MaxStates; ++s) labels[Index(s)] = std::to_string(s);
     return labels;
   }();
 
@@ -113,11 +114,10 @@ inline constexpr std::array<Link, MaxLinks + 1> LinkTable = [] {
   std::array<Link, MaxLinks + 1> links{};
   int n = 0;
   for (int rowStart = 1; rowStart <= MaxStates; rowStart += GridColumns) {
-    for (int s = rowStart; s < rowStart + GridColumns - 1; ++s)
-      links[static_cast<std::size_t>(++n)] = {s, s + 1};
+    for (int s = rowStart; s < rowStart + GridColumns - 1; ++s) links[Index(++n)] = {s, s + 1};
     if (rowStart + GridColumns > MaxStates) break;
     for (int s = rowStart; s < rowStart + GridColumns; ++s) {
-      links[static_cast<std::size_t>(++n)] = {s, s + GridColumns};
+      links[Index(++n)] = {s, s + GridColumns};
     }
   }
   return links;

@@ -8,6 +8,7 @@
 #include "formats/line_scanner.h"
 #include "model/model.h"
 #include "model/model_rows.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {
@@ -22,7 +23,7 @@ constexpr std::size_t MagicWordBytes = 4;
 std::string_view OneLine(std::string_view text, int bytes) {
   constexpr std::string_view Breaks("\r\n\0", 3);
   text = text.substr(0, text.find_first_of(Breaks));
-  std::size_t size = std::min(text.size(), static_cast<std::size_t>(bytes - 1));
+  std::size_t size = std::min(text.size(), Index(bytes - 1));
   const auto topBits = [text](std::size_t i) { return static_cast<unsigned char>(text[i]) & 0xC0U; };
   if (size < text.size() && topBits(size) == 0x80U) {
     std::size_t start = size;

@@ -9,6 +9,7 @@
 #include "formats/row_blocks.h"
 #include "model/model_store.h"
 #include "parameters/parameters_store.h"
+#include "platform/index.h"
 #include "screen/popups.h"
 #include "screen/save_file.h"
 
@@ -70,7 +71,7 @@ Outcome PairTextWrite(const std::string& path, std::span<const float> first, std
 
 Outcome TripleTextWrite(const std::string& path, std::span<const double> first,
                         std::span<const double> second, int start) {
-  const auto skipped = std::min(static_cast<std::size_t>(std::max(start, 0)), first.size());
+  const auto skipped = std::min(Index(std::max(start, 0)), first.size());
   const double interval = Model.ADInterval;
   const auto append = [=](std::string& text, std::size_t i) {
     AppendRow(text, {static_cast<double>(i) * interval, first[skipped + i], second[skipped + i]});

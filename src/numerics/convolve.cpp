@@ -11,6 +11,7 @@
 #include <span>
 
 #include "numerics/gaussian_kernel.h"
+#include "platform/index.h"
 #include "platform/vector_clones.h"
 
 namespace zelvane {
@@ -86,7 +87,7 @@ void SumBlock(const BlockJob& job) {
 
 FullKernel WrittenOut(const GaussianKernel& kernel) {
   FullKernel full{};
-  const auto half = static_cast<std::size_t>(kernel.half);
+  const auto half = Index(kernel.half);
   for (std::size_t i = 0; i <= half; ++i) full[half - i] = full[half + i] = kernel.coefficient[i];
   return full;
 }
@@ -95,7 +96,7 @@ FullKernel WrittenOut(const GaussianKernel& kernel) {
 
 void ConvolveInPlace(std::span<float> trace, const GaussianKernel& kernel) {
   assert(kernel.half >= 1 && kernel.half <= MaxKernelHalf);
-  const auto half = static_cast<std::size_t>(kernel.half);
+  const auto half = Index(kernel.half);
   if (trace.size() <= 2 * half) return;
   const FullKernel full = WrittenOut(kernel);
   Window window{};

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "platform/index.h"
+
 namespace zelvane {
 namespace {
 
@@ -24,7 +26,7 @@ void SetNarrowKernel(GaussianKernel& kernel, float sigma) {
 }
 
 void SetSampledKernel(GaussianKernel& kernel, float sigma) {
-  const auto sides = std::span(kernel.coefficient).first(static_cast<std::size_t>(kernel.half) + 1);
+  const auto sides = std::span(kernel.coefficient).first(Index(kernel.half) + 1);
   const float b = -1.0F / (2.0F * sigma * sigma);
   float sum = 0.5F;
   sides[0] = 1.0F;

@@ -5,6 +5,8 @@
 #include <array>
 #include <initializer_list>
 
+#include "platform/index.h"
+
 namespace zelvane {
 
 inline constexpr int MaxFitRows = 72;  // rows of a fit are numbered 1..MaxFitRows
@@ -40,8 +42,7 @@ struct LimitsOfRows {
 constexpr FitLimitTable LimitTable(std::initializer_list<LimitsOfRows> groups) {
   FitLimitTable table{};
   for (const LimitsOfRows& group : groups) {
-    for (int r = group.first; r <= group.last; r += group.step)
-      table[static_cast<std::size_t>(r)] = group.limit;
+    for (int r = group.first; r <= group.last; r += group.step) table[Index(r)] = group.limit;
   }
   return table;
 }

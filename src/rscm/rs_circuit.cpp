@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <numeric>
 
+#include "platform/index.h"
+
 namespace zelvane {
 namespace {
 
@@ -88,15 +90,15 @@ IvRelation MakeIvRelation(std::span<const float> volt, std::span<const float> cu
   std::size_t point = 1;
   for (int step = 0; step <= GuideSteps; ++step) {
     while (point < count - 1 && GuideStep(relation, relation.volt[point]) < step) ++point;
-    relation.guide[static_cast<std::size_t>(step)] = static_cast<int>(point);
+    relation.guide[Index(step)] = static_cast<int>(point);
   }
   return relation;
 }
 
 float RelativeCurrent(const IvRelation& relation, float volt) {
   if (relation.volt.empty() || !(volt >= relation.first) || !(volt < relation.volt.back())) return 0.0F;
-  const auto step = static_cast<std::size_t>(std::clamp(GuideStep(relation, volt), 0, GuideSteps));
-  auto i = static_cast<std::size_t>(relation.guide[step]);
+  const auto step = Index(std::clamp(GuideStep(relation, volt), 0, GuideSteps));
+  auto i = Index(relation.guide[step]);
   while (!(volt < relation.volt[i])) ++i;
   const float low = relation.volt[i - 1];
   const float share = (volt - low) / (relation.volt[i] - low);

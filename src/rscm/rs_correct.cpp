@@ -6,6 +6,7 @@
 #include "formats/input_file.h"
 #include "formats/line_scanner.h"
 #include "model/model_store.h"
+#include "platform/index.h"
 #include "rscm/rs_circuit.h"
 #include "rscm/rscm_store.h"
 #include "screen/popups.h"
@@ -60,7 +61,7 @@ int ReadPoints(std::string_view text) {
   int count = 0;
   while (count < MaxIvPoints) {
     const auto line = NextLine(text);
-    const auto i = static_cast<std::size_t>(count);
+    const auto i = Index(count);
     if (!line || !ScanPoint(line->text, RsCm.RcIvVolt[i], RsCm.RcIvCurrent[i])) break;
     ++count;
   }
@@ -79,7 +80,7 @@ Outcome RsCorrectLinear(float fracVolt, float fracCap, float lagFc) {
 Outcome RsCorrectNonlinear(float fracVolt, float fracCap, float lagFc) {
   const RsCircuit circuit = StoreCircuit();
   if (!HasInterval(circuit)) return Outcome::Refused;
-  const auto count = static_cast<std::size_t>(std::clamp(RsCm.RcIvCount, 0, MaxIvPoints));
+  const auto count = Index(std::clamp(RsCm.RcIvCount, 0, MaxIvPoints));
   const IvRelation relation =
       MakeIvRelation(std::span(RsCm.RcIvVolt).first(count), std::span(RsCm.RcIvCurrent).first(count));
   CorrectNonlinear(TraceToWrite(Model.NumPoints), circuit, {fracVolt, fracCap, lagFc}, relation);

@@ -13,6 +13,7 @@
 #include "formats/input_file.h"
 #include "model/model_store.h"
 #include "platform/folders.h"
+#include "platform/index.h"
 #include "platform/safe_file.h"
 #include "rscm/rs_correct.h"
 #include "screen/popups.h"
@@ -75,7 +76,7 @@ std::string TemplateHead(const char* name) {
     const AbfTemplate builtIn = AbfTemplateBytes(name);
     head.assign(reinterpret_cast<const char*>(builtIn.data()), builtIn.size());
   }
-  head.resize(static_cast<std::size_t>(DataBlock(head)) * BlockBytes, '\0');
+  head.resize(Index(DataBlock(head)) * BlockBytes, '\0');
   return head;
 }
 
@@ -95,7 +96,7 @@ std::string HeadOfTrace() {
 
 bool WriteTrace(const std::string& path) {
   const std::string head = HeadOfTrace();
-  const auto count = static_cast<std::size_t>(std::max(Model.NumPoints, 0));
+  const auto count = Index(std::max(Model.NumPoints, 0));
   const std::string_view samples(reinterpret_cast<const char*>(Trace.SimTrace.data()), count * sizeof(float));
   int part = 0;
   return ReplaceFileInBlocks(path, [&]() -> std::string_view {

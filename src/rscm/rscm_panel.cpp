@@ -90,7 +90,7 @@ void ShowReadouts() {
 void PlotRelation() {
   Graph& graph = GraphNamed(IvGraph);
   ClearPlots(graph);
-  const auto count = static_cast<std::size_t>(std::clamp(RsCm.RcIvCount, 0, MaxIvPoints));
+  const auto count = Index(std::clamp(RsCm.RcIvCount, 0, MaxIvPoints));
   const std::vector<double> volts(RsCm.RcIvVolt.begin(),
                                   RsCm.RcIvVolt.begin() + static_cast<std::ptrdiff_t>(count));
   PlotPoints(graph, PlotStyle::Line, Black, volts, std::span(RsCm.RcIvCurrent).first(count));
@@ -301,7 +301,7 @@ void RefreshRsCmView() {
   Graph& graph = GraphNamed(TraceGraph);
   ClearPlots(graph);
   const auto samples = std::clamp(Model.NumPoints, 0, static_cast<int>(Trace.SimTrace.size()));
-  PlotWave(graph, PlotStyle::Line, Black, Trace.SimTrace.first(static_cast<std::size_t>(samples)), 0.0,
+  PlotWave(graph, PlotStyle::Line, Black, Trace.SimTrace.first(Index(samples)), 0.0,
            static_cast<double>(Model.ADInterval));
   SetAxisTitle(graph, 'y', Trace.RcFiltered != 0 ? FilteredTitle : UnitTitle());
   ShowReadouts();

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/index.h"
 #include "screen/announce.h"
 #include "screen/number_entry.h"
 #include "screen/observe.h"
@@ -241,8 +242,7 @@ Refusal TypeNumber(Control& control, std::string_view text) {
 Refusal TypeText(Control& control, std::string_view text) {
   control.text = text.substr(0, text.find_first_of("\r\n"));
   if (control.field && control.field.field->textBytes > 0) {
-    control.text.resize(
-        std::min(control.text.size(), static_cast<std::size_t>(control.field.field->textBytes) - 1));
+    control.text.resize(std::min(control.text.size(), Index(control.field.field->textBytes) - 1));
   }
   return {};
 }
@@ -370,7 +370,7 @@ Refusal EnterCell(Table& table, int row, int column, std::string_view text) {
 Refusal MoveCursor(Graph& graph, int cursor, double x, std::optional<double> y) {
   if (cursor < 1 || cursor > static_cast<int>(graph.cursors.size())) return "no such cursor";
   if (!std::isfinite(x) || (y && !std::isfinite(*y))) return NotFinite;
-  Cursor& moved = graph.cursors[static_cast<std::size_t>(cursor) - 1];
+  Cursor& moved = graph.cursors[Index(cursor) - 1];
   if (!moved.enabled) return IsDimmed;
   if (Screen.busy > 0) return RunInProgress;
   const std::string line = FormatText(y ? "cursor %s %d %.17g %.17g" : "cursor %s %d %.17g",

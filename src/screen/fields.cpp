@@ -6,6 +6,8 @@
 #include <limits>
 #include <map>
 
+#include "platform/index.h"
+
 namespace zelvane {
 namespace {
 
@@ -81,7 +83,7 @@ std::optional<FieldName> ParseFieldName(std::string_view name) {
     if (error != std::errc{} || end == name.data() + name.size() || *end != ']') return std::nullopt;
     parsed.indices.push_back(value);
     parsed.key += ']';
-    i = static_cast<std::size_t>(end - name.data());
+    i = Index(end - name.data());
   }
   return parsed;
 }
@@ -108,7 +110,7 @@ FieldRun FindFieldRun(std::string_view name) {
     if (key != parsed->key) continue;
     std::byte* base = Walk(field, parsed->indices);
     if (base == nullptr) return {};
-    return {&field, base, field.index[static_cast<std::size_t>(field.rank) - 1]};
+    return {&field, base, field.index[Index(field.rank) - 1]};
   }
   return {};
 }
@@ -194,7 +196,7 @@ std::string FieldText(FieldRef ref) {
 bool SetFieldText(FieldRef ref, std::string_view text) {
   if (ref.field->type == FieldType::Text) {
     text = text.substr(0, text.find_first_of("\r\n"));
-    if (ref.field->textBytes > 0) text = text.substr(0, static_cast<std::size_t>(ref.field->textBytes) - 1);
+    if (ref.field->textBytes > 0) text = text.substr(0, Index(ref.field->textBytes) - 1);
     *reinterpret_cast<std::string*>(ref.address) = text;
     return true;
   }

@@ -6,6 +6,7 @@
 #include <limits>
 #include <vector>
 
+#include "platform/index.h"
 #include "platform/safe_file.h"
 
 namespace zelvane {
@@ -158,7 +159,7 @@ std::optional<std::size_t> SampleBefore(const Plot& plot, double x) {
   }
   if (!(x >= plot.x.front()) || !(x <= plot.x.back())) return std::nullopt;
   const auto above = std::upper_bound(plot.x.begin() + 1, plot.x.end() - 1, x);
-  return static_cast<std::size_t>(above - plot.x.begin()) - 1;
+  return Index(above - plot.x.begin()) - 1;
 }
 
 }  // namespace

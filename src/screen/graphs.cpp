@@ -3,6 +3,7 @@
 #include <cassert>
 #include <cmath>
 
+#include "platform/index.h"
 #include "screen/announce.h"
 #include "screen/pyramid.h"
 #include "screen/screen.h"
@@ -19,8 +20,7 @@ const Axis& AxisOf(const Graph& graph, char axis) {
 
 std::size_t CellIndex(const Table& table, int row, int column) {
   assert(row >= 1 && row <= table.rows && column >= 1 && column <= table.columns);
-  return static_cast<std::size_t>(row - 1) * static_cast<std::size_t>(table.columns) +
-         static_cast<std::size_t>(column - 1);
+  return Index(row - 1) * Index(table.columns) + Index(column - 1);
 }
 
 void Changed(Graph& graph) {

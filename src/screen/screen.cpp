@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <unordered_map>
 
+#include "platform/index.h"
 #include "screen/announce.h"
 #include "screen/listeners.h"
 
@@ -119,7 +120,7 @@ Graph& AddGraph(std::string_view panelName, std::string_view name, std::string_v
   graph.panel = &panel;
   graph.x.title = xTitle;
   graph.y.title = yTitle;
-  graph.cursors.resize(static_cast<std::size_t>(cursors));
+  graph.cursors.resize(Index(cursors));
   panel.graphs.push_back(&graph);
   return graph;
 }
@@ -131,7 +132,7 @@ Table& AddTable(std::string_view panelName, std::string_view name, int rows, int
   table.panel = &panel;
   table.rows = rows;
   table.columns = columns;
-  table.cells.resize(static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns));
+  table.cells.resize(Index(rows) * Index(columns));
   panel.tables.push_back(&table);
   return table;
 }

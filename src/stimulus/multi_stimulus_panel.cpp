@@ -1,4 +1,5 @@
 // The table of multi-sweep voltage and concentration waveforms on the stimulus panel. Model files hold it.
+#include "platform/index.h"
 #include "screen/screen.h"
 #include "stimulus/stimulus.h"
 #include "stimulus/stimulus_store.h"
@@ -21,8 +22,7 @@ constexpr const char* RowTitles[MultiStimFields] = {"Concentration (M)", "Change
 
 /// Returns the value of a cell in a group's column.
 float& CellValue(int row, int column) {
-  return Stimulus
-      .MultiStimTable[static_cast<std::size_t>(column - FirstGroupColumn)][static_cast<std::size_t>(row - 1)];
+  return Stimulus.MultiStimTable[Index(column - FirstGroupColumn)][Index(row - 1)];
 }
 
 void ShowCell(Table& table, int row, int column) {

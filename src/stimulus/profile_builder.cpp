@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "platform/index.h"
+
 namespace zelvane {
 namespace {
 
@@ -104,7 +106,7 @@ std::span<float> SamplesWithin(std::span<float> profile, std::int64_t first, std
   const auto size = static_cast<std::int64_t>(profile.size());
   const std::int64_t from = std::clamp<std::int64_t>(first, 0, size);
   const std::int64_t to = std::clamp<std::int64_t>(last, from, size);
-  return profile.subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
+  return profile.subspan(Index(from), Index(to - from));
 }
 
 void FillLevel(std::span<float> profile, float level) {

@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "model/model_store.h"
+#include "platform/index.h"
 #include "platform/zero_pages.h"
 #include "screen/popups.h"
 #include "stimulus/gaussian_filter.h"
@@ -28,8 +29,8 @@ int RunSamples() {
 
 /// Returns the samples of a run in the profile that is shown and edited.
 std::span<float> TargetSamples() {
-  const auto profile = static_cast<std::size_t>(std::clamp(Stimulus.StimTarget, 0, MaxDrugs));
-  return Stimulus.Profile[profile].first(static_cast<std::size_t>(RunSamples()));
+  const auto profile = Index(std::clamp(Stimulus.StimTarget, 0, MaxDrugs));
+  return Stimulus.Profile[profile].first(Index(RunSamples()));
 }
 
 std::int64_t IndexOf(float timeMs) {
@@ -51,7 +52,7 @@ void SetLevel(std::span<float> samples, float level) {
 
 void SetStep(std::span<float> profile, float outside, float inside, std::int64_t first, std::int64_t last) {
   const std::span<float> step = SamplesWithin(profile, first, last);
-  const auto before = static_cast<std::size_t>(step.data() - profile.data());
+  const auto before = Index(step.data() - profile.data());
   SetLevel(profile.first(before), outside);
   SetLevel(step, inside);
   SetLevel(profile.subspan(before + step.size()), outside);
@@ -68,7 +69,7 @@ void BuildAutomaticStep() {
     SetLevel(Stimulus.Profile[0], hold);
     SetStep(Stimulus.Profile[1], 0.0F, Stimulus.AutoValue, start, stop);
     if (Stimulus.AutoFilterOn != 0 && Stimulus.StimTarget == 1) {
-      GaussianFilter(Stimulus.Profile[1].first(static_cast<std::size_t>(RunSamples())), Stimulus.FilterFc);
+      GaussianFilter(Stimulus.Profile[1].first(Index(RunSamples())), Stimulus.FilterFc);
     }
   }
   Stimulus.StimFromFile = 0;
@@ -227,7 +228,7 @@ void FillVoltage(int first, int last) {
 }
 
 StimulusValues StimulusAt(int point) {
-  const auto sample = static_cast<std::size_t>(point);
+  const auto sample = Index(point);
   assert(point >= 0 && sample < Stimulus.Profile[0].size());
   StimulusValues values;
   for (std::size_t k = 0; k < values.size(); ++k) values[k] = Stimulus.Profile[k][sample];

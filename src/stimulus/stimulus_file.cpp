@@ -14,6 +14,7 @@
 #include "formats/row_blocks.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
+#include "platform/index.h"
 #include "platform/zero_pages.h"
 #include "screen/popups.h"
 #include "screen/save_file.h"
@@ -90,7 +91,7 @@ void ReadProfile(RecordingFile& file, int input, std::span<float> profile, std::
 /// Reads the seven profiles.
 /// @return whether samples of the last profile were read
 bool ReadProfiles(RecordingFile& file, const StimProfileSpans& profiles) {
-  std::vector<float> block(std::min(BlockSamples, static_cast<std::size_t>(file.Account().samples)));
+  std::vector<float> block(std::min(BlockSamples, Index(file.Account().samples)));
   for (std::size_t p = 0; p < profiles.size(); ++p)
     ReadProfile(file, static_cast<int>(p), profiles[p], block);
   return file.Account().stimulus.lastHeld > 0;
@@ -117,7 +118,7 @@ StimProfileSpans StoreProfiles() {
 }
 
 std::span<float> TargetProfile() {
-  return Stimulus.Profile[static_cast<std::size_t>(std::clamp(Stimulus.StimTarget, 0, MaxDrugs))];
+  return Stimulus.Profile[Index(std::clamp(Stimulus.StimTarget, 0, MaxDrugs))];
 }
 
 std::string_view BytesOf(std::span<const float> samples) {
@@ -125,7 +126,7 @@ std::string_view BytesOf(std::span<const float> samples) {
 }
 
 std::size_t ExportCount(int count) {
-  return static_cast<std::size_t>(std::clamp(count, 1, MaxStimPoints));
+  return Index(std::clamp(count, 1, MaxStimPoints));
 }
 
 }  // namespace

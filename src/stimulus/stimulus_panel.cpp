@@ -6,6 +6,7 @@
 #include "model/model.h"
 #include "model/model_events.h"
 #include "model/model_panels.h"
+#include "platform/index.h"
 #include "screen/screen.h"
 #include "stimulus/stimulus.h"
 #include "stimulus/stimulus_store.h"
@@ -278,7 +279,7 @@ constexpr Section Sections[] = {{"display", DisplayControls}, {"automatic", Auto
 
 std::string TargetTitle(int target) {
   if (target == 0) return "Voltage (V)";
-  const std::string& label = Model.DrugLabel[static_cast<std::size_t>(target)];
+  const std::string& label = Model.DrugLabel[Index(target)];
   return (label.empty() ? FormatText("Drug%d", target) : label) + " (M)";
 }
 
@@ -316,13 +317,13 @@ void ShowStimulusFacts() {
 void StimPlot() {
   Graph& graph = GraphNamed(StimulusPanelName);
   const int target = std::clamp(Stimulus.StimTarget, 0, MaxDrugs);
-  const auto points = static_cast<std::size_t>(std::clamp(Model.NumPoints, 0, MaxStimPoints));
+  const auto points = Index(std::clamp(Model.NumPoints, 0, MaxStimPoints));
   SetAxisTitle(graph, 'y', TargetTitle(target));
   SetAxisLog(graph, 'y', Stimulus.StimLogAxis != 0);
   ClearPlots(graph);
   // The simulators hold each sample until the next, so a stair shows the stimulus as it acts.
-  PlotWave(graph, PlotStyle::Stair, Black, Stimulus.Profile[static_cast<std::size_t>(target)].first(points),
-           0.0, static_cast<double>(Model.ADInterval));
+  PlotWave(graph, PlotStyle::Stair, Black, Stimulus.Profile[Index(target)].first(points), 0.0,
+           static_cast<double>(Model.ADInterval));
 }
 
 void AddStimulusPanel() {

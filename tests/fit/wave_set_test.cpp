@@ -2,6 +2,7 @@
 #include "fit/wave_set.h"
 
 #include <filesystem>
+
 #include "fit/fit_store.h"
 #include "fit/wave_list.h"
 #include "run/run_panel.h"

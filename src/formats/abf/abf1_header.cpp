@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "formats/abf/abf_layout.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {
@@ -26,7 +27,7 @@ std::string ReadSamplingSequence(Bytes bytes, AbfHeader& header) {
   bool allZero = true;
   bool repeated = false;
   for (int place = 0; place < channels; ++place) {
-    const auto at = static_cast<std::size_t>(place);
+    const auto at = Index(place);
     const int input = NumberAt<std::int16_t>(bytes, 410 + 2 * at);
     if (input < 0 || input >= AbfMaxChannels)
       return "The sampling sequence of the header names an input that does not exist.";
@@ -37,14 +38,13 @@ std::string ReadSamplingSequence(Bytes bytes, AbfHeader& header) {
   }
   if (repeated && !allZero) return "The sampling sequence of the header names an input twice.";
   // Some programs do not set the sequence; their inputs are in order.
-  for (int place = 0; place < channels && repeated; ++place)
-    header.samplingSequence[static_cast<std::size_t>(place)] = place;
+  for (int place = 0; place < channels && repeated; ++place) header.samplingSequence[Index(place)] = place;
   return {};
 }
 
 /// Returns the gain that an amplifier reported to the recording program, without those of the converter.
 float AdditionalGain(Bytes bytes, int input, bool longHeader) {
-  const auto at = static_cast<std::size_t>(input);
+  const auto at = Index(input);
   // A short header has samples at the place of the telegraph fields. Only 1 means enabled.
   if (longHeader)
     return NumberAt<std::int16_t>(bytes, 4512 + 2 * at) == 1 ? NumberAt<float>(bytes, 4576 + 4 * at) : 1.0F;
@@ -54,7 +54,7 @@ float AdditionalGain(Bytes bytes, int input, bool longHeader) {
 }
 
 void ReadInput(Bytes bytes, int input, bool longHeader, AbfHeader& header) {
-  const auto at = static_cast<std::size_t>(input);
+  const auto at = Index(input);
   header.channelName[at] = TextAt(bytes, 442 + 10 * at, 10);
   header.channelUnits[at] = TextAt(bytes, 602 + 8 * at, 8);
   SetInputScale(header, input,
@@ -114,7 +114,7 @@ std::string ReadAbf1Header(const ByteSource& source, AbfHeader& header, AbfLayou
   SetConverter(header, NumberAt<float>(bytes, 244), NumberAt<std::int32_t>(bytes, 252));
   const bool longHeader = block >= LongHeaderDataBlock && header.version >= FirstLongVersion;
   for (int place = 0; place < header.channels; ++place)
-    ReadInput(bytes, header.samplingSequence[static_cast<std::size_t>(place)], longHeader, header);
+    ReadInput(bytes, header.samplingSequence[Index(place)], longHeader, header);
   ReadDataSection(bytes, source, header, block, layout);
   return {};
 }

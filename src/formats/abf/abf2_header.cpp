@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "formats/abf/abf_layout.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {
@@ -44,8 +45,7 @@ Section SectionAt(Bytes fileHeader, std::size_t offset) {
 std::vector<std::byte> ReadSection(const ByteSource& source, const Section& section, std::size_t count) {
   const std::int64_t position = section.block * AbfBlockBytes;
   if (section.block == 0 || position >= source.Size()) return {};
-  std::vector<std::byte> bytes(
-      static_cast<std::size_t>(std::min(static_cast<std::int64_t>(count), source.Size() - position)));
+  std::vector<std::byte> bytes(Index(std::min(static_cast<std::int64_t>(count), source.Size() - position)));
   bytes.resize(source.Read(position, bytes));
   return bytes;
 }
@@ -54,8 +54,7 @@ std::vector<std::byte> ReadSection(const ByteSource& source, const Section& sect
 class StringTable {
  public:
   StringTable(const ByteSource& source, const Section& section)
-      : bytes_(ReadSection(source, section,
-                           std::min(static_cast<std::size_t>(section.itemBytes), MaxStringBytes))) {
+      : bytes_(ReadSection(source, section, std::min(Index(section.itemBytes), MaxStringBytes))) {
     constexpr std::array<char, 4> mark{'S', 'S', 'C', 'H'};
     if (bytes_.size() < FirstString || std::memcmp(bytes_.data(), mark.data(), mark.size()) != 0)
       bytes_.clear();
@@ -87,7 +86,7 @@ std::string ReadProtocol(Bytes protocol, AbfHeader& header) {
 }
 
 void ReadInput(Bytes item, int input, const StringTable& strings, AbfHeader& header) {
-  const auto at = static_cast<std::size_t>(input);
+  const auto at = Index(input);
   header.channelName[at] = strings.At(NumberAt<std::int32_t>(item, 74));
   header.channelUnits[at] = strings.At(NumberAt<std::int32_t>(item, 78));
   const bool telegraph = NumberAt<std::int16_t>(item, 2) == 1;
@@ -105,10 +104,10 @@ std::string ReadInputs(const ByteSource& source, const Section& section, const S
                        AbfHeader& header) {
   if (section.items < 1 || section.items > AbfMaxChannels)
     return "The header names an impossible number of channels.";
-  const auto itemBytes = static_cast<std::size_t>(section.itemBytes);
+  const auto itemBytes = Index(section.itemBytes);
   if (itemBytes < AdcItemBytes || itemBytes > MaxAdcItemBytes)
     return "The descriptions of the channels have an impossible length.";
-  const auto items = static_cast<std::size_t>(section.items);
+  const auto items = Index(section.items);
   const std::vector<std::byte> bytes = ReadSection(source, section, items * itemBytes);
   if (bytes.size() < (items - 1) * itemBytes + AdcItemBytes)
     return "The descriptions of the channels are not within the file.";

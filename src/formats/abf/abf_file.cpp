@@ -6,6 +6,7 @@
 
 #include "formats/abf/abf_layout.h"
 #include "formats/abf/user_units.h"
+#include "platform/index.h"
 
 namespace zelvane {
 
@@ -39,7 +40,7 @@ std::int64_t SweepCount(const AbfLayout& layout) {
 /// Returns sweep `sweep`, from 1; an empty sweep when it does not exist.
 AbfSweep SweepAt(const AbfLayout& layout, int sweep) {
   if (sweep < 1 || sweep > SweepCount(layout)) return {};
-  if (!layout.sweeps.empty()) return layout.sweeps[static_cast<std::size_t>(sweep) - 1];
+  if (!layout.sweeps.empty()) return layout.sweeps[Index(sweep) - 1];
   const std::int64_t first = (sweep - 1) * layout.equalLength;
   return {first, std::min(layout.equalLength, layout.samples - first)};
 }
@@ -95,7 +96,7 @@ template <class Sample>
 std::size_t ReadInterleaved(const AbfFile& file, std::int64_t position, std::size_t stride, int channel,
                             std::span<float> buffer) {
   const std::size_t framesPerBlock = BlockBytes / (stride * sizeof(Sample));
-  const auto at = static_cast<std::size_t>(channel);
+  const auto at = Index(channel);
   std::vector<Sample> block(std::min(framesPerBlock, buffer.size()) * stride);
   std::size_t done = 0;
   while (done < buffer.size()) {
@@ -185,11 +186,11 @@ int ReadSweep(const AbfFile& file, int channel, int sweep, int first, std::span<
   const int place = PlaceOf(file.header, channel);
   const int length = SweepLength(file, sweep);
   if (place < 0 || first < 0 || first >= length) return 0;
-  const std::size_t count = std::min(buffer.size(), static_cast<std::size_t>(length - first));
+  const std::size_t count = std::min(buffer.size(), Index(length - first));
   const std::int64_t channels = file.header.channels;
   const std::int64_t sample = SweepAt(file.layout, sweep).first + first * channels + place;
   const std::int64_t position = file.layout.dataPosition + sample * AbfSampleBytes(file.header);
-  const auto stride = static_cast<std::size_t>(channels);
+  const auto stride = Index(channels);
   const std::span<float> part = buffer.first(count);
   if (file.header.dataFormat == AbfIntegers)
     return static_cast<int>(ReadInterleaved<std::int16_t>(file, position, stride, channel, part));
@@ -199,8 +200,8 @@ int ReadSweep(const AbfFile& file, int channel, int sweep, int first, std::span<
 
 bool GetADCScaleFactor(const AbfHeader& header, int channel, float& scale, float& offset) {
   if (PlaceOf(header, channel) < 0) return false;
-  scale = header.scale[static_cast<std::size_t>(channel)];
-  offset = header.offset[static_cast<std::size_t>(channel)];
+  scale = header.scale[Index(channel)];
+  offset = header.offset[Index(channel)];
   return true;
 }
 

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numeric>
 
+#include "platform/index.h"
+
 namespace zelvane {
 namespace {
 
@@ -33,11 +35,11 @@ std::vector<std::int32_t> SynchLengths(const ByteSource& source, const AbfSynchA
   const std::int64_t position = synch.block * AbfBlockBytes;
   if (synch.items > (size - position) / synch.itemBytes) return {};
 
-  std::vector<std::byte> bytes(static_cast<std::size_t>(synch.items * synch.itemBytes));
+  std::vector<std::byte> bytes(Index(synch.items * synch.itemBytes));
   if (source.Read(position, bytes) != bytes.size()) return {};
-  std::vector<std::int32_t> lengths(static_cast<std::size_t>(synch.items));
+  std::vector<std::int32_t> lengths(Index(synch.items));
   for (std::size_t item = 0; item < lengths.size(); ++item) {
-    lengths[item] = NumberAt<std::int32_t>(bytes, item * static_cast<std::size_t>(synch.itemBytes) + 4);
+    lengths[item] = NumberAt<std::int32_t>(bytes, item * Index(synch.itemBytes) + 4);
     if (lengths[item] < 0) return {};
   }
   return lengths;
@@ -110,7 +112,7 @@ void SetConverter(AbfHeader& header, float range, std::int32_t resolution) {
 }
 
 void SetInputScale(AbfHeader& header, int input, const AbfInputGains& gains) {
-  const auto at = static_cast<std::size_t>(input);
+  const auto at = Index(input);
   header.programmableGain[at] = gains.programmable;
   header.instrumentGain[at] = gains.instrument;
   header.signalGain[at] = gains.signal;

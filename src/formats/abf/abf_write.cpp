@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "formats/abf/abf_layout.h"
+#include "platform/index.h"
 #include "platform/safe_file.h"
 
 namespace zelvane {
@@ -50,7 +51,7 @@ void WriteText(HeaderBytes& bytes, std::size_t offset, std::size_t length, std::
 /// Writes the fields that exist for each of the 16 inputs. Only input 0 is recorded, but no gain may be 0.
 void WriteInputs(HeaderBytes& bytes, const AbfHeader& header) {
   const int first = header.samplingSequence[0];
-  const auto named = static_cast<std::size_t>(first >= 0 && first < AbfMaxChannels ? first : 0);
+  const auto named = Index(first >= 0 && first < AbfMaxChannels ? first : 0);
   for (std::size_t input = 0; input < AbfMaxChannels; ++input) {
     Put(bytes, 378 + 2 * input, static_cast<std::int16_t>(input));
     Put(bytes, 410 + 2 * input, static_cast<std::int16_t>(input == 0 ? 0 : -1));
@@ -174,7 +175,7 @@ bool OldABF_UpdateHeader(AbfWriter& writer, const AbfHeader& header) {
   writer.header = header;
   HeaderBytes bytes = AbfHeaderBytes(CountedHeader(writer, header));
   Put(bytes, 40, static_cast<std::int32_t>(DataPosition / AbfBlockBytes));
-  const std::string rest(static_cast<std::size_t>(DataPosition - ShortHeaderBytes), '\0');
+  const std::string rest(Index(DataPosition - ShortHeaderBytes), '\0');
   bool good = writer.file->Write(ShortHeaderBytes, rest);
   if (header.operationMode == Episodic && !writer.sweepLengths.empty()) {
     const std::int64_t end = DataPosition + 4 * writer.samples;

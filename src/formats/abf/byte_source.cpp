@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "platform/index.h"
+
 namespace zelvane {
 namespace {
 
@@ -29,7 +31,7 @@ class FileBytes final : public ByteSource {
     if (!file_) return 0;
     const auto wanted = std::min(static_cast<std::int64_t>(bytes.size()), size_ - position);
     file_.read(reinterpret_cast<char*>(bytes.data()), wanted);
-    return static_cast<std::size_t>(file_.gcount());
+    return Index(file_.gcount());
   }
 
  private:
@@ -45,7 +47,7 @@ class MemoryBytes final : public ByteSource {
 
   std::size_t Read(std::int64_t position, std::span<std::byte> bytes) const override {
     if (position < 0 || position >= Size()) return 0;
-    const auto rest = bytes_.subspan(static_cast<std::size_t>(position));
+    const auto rest = bytes_.subspan(Index(position));
     const std::size_t count = std::min(rest.size(), bytes.size());
     std::copy_n(rest.begin(), count, bytes.begin());
     return count;

@@ -136,12 +136,12 @@ int OpenRecording(const MeasureOptions& options, Recording& recording, std::ostr
 int ReadAbfSweep(const Recording& recording, int sweep) {
   const int samples = recording.abf->SweepSamples(sweep);
   if (samples < 1 || samples > MaxStimPoints) return 0;
-  const std::span<float> trace = Trace.SimTrace.first(static_cast<std::size_t>(samples));
+  const std::span<float> trace = Trace.SimTrace.first(Index(samples));
   return recording.abf->Read(recording.channel, sweep, 0, trace) == trace.size() ? samples : 0;
 }
 
 int CopyTextSweep(const Recording& recording, int sweep) {
-  if (static_cast<std::size_t>(sweep) > recording.episodes.size()) return 0;
+  if (Index(sweep) > recording.episodes.size()) return 0;
   const std::vector<float>& samples = recording.episodes[Index(sweep) - 1];
   std::copy(samples.begin(), samples.end(), Trace.SimTrace.begin());
   return static_cast<int>(samples.size());
@@ -167,7 +167,7 @@ bool ReadSweepOf(const Recording& recording, int sweep) {
 void PrepareSweep(const MeasureOptions& options, bool correct) {
   if (correct) CorrectTraceRead();
   if (!options.filterKHz) return;
-  const auto samples = static_cast<std::size_t>(Model.NumPoints);
+  const auto samples = Index(Model.NumPoints);
   GaussianFilter(Trace.SimTrace.first(samples), static_cast<float>(*options.filterKHz));
 }
 

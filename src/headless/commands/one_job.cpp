@@ -9,6 +9,7 @@
 #include "app/application.h"
 #include "app/stores.h"
 #include "model/model_file.h"
+#include "platform/index.h"
 #include "platform/terminal.h"
 #include "screen/screen.h"
 #include "trace/program_random.h"
@@ -91,9 +92,8 @@ void JobScreen::Progress(double fraction, std::string_view text) {
     return;
   }
   const int full = static_cast<int>(std::min(fraction, 1.0) * BarWidth);
-  streams_.err << "\r\x1b[K[" << std::string(static_cast<std::size_t>(full), '#')
-               << std::string(static_cast<std::size_t>(BarWidth - full), '.') << "] "
-               << static_cast<int>(std::min(fraction, 1.0) * 100.0) << " % " << text << std::flush;
+  streams_.err << "\r\x1b[K[" << std::string(Index(full), '#') << std::string(Index(BarWidth - full), '.')
+               << "] " << static_cast<int>(std::min(fraction, 1.0) * 100.0) << " % " << text << std::flush;
   barShown_ = true;
 }
 

@@ -31,7 +31,7 @@ constexpr int Drug1 = 1;
 
 /// Returns the samples of each sweep if they differ, else an empty list.
 std::vector<int> UnequalLengths(const RecordingFile& file) {
-  std::vector<int> lengths(static_cast<std::size_t>(file.Account().sweeps));
+  std::vector<int> lengths(Index(file.Account().sweeps));
   for (std::size_t s = 0; s < lengths.size(); ++s) lengths[s] = file.SweepSamples(static_cast<int>(s) + 1);
   const bool differ =
       std::adjacent_find(lengths.begin(), lengths.end(), std::not_equal_to<>()) != lengths.end();
@@ -211,7 +211,7 @@ std::string NoRoom(const ConvertOptions& options, const Sweeps& sweeps) {
     unequal = unequal || sweep.size() != sweeps.front().size();
   }
   if (unequal && TraceFormatOf(options.out) == TraceFormat::Atf) return UnequalSweeps;
-  if (ExtensionOf(options.out) == ".stm" && samples > static_cast<std::size_t>(MaxStimPoints))
+  if (ExtensionOf(options.out) == ".stm" && samples > Index(MaxStimPoints))
     return FormatText("a stimulus file has room for %d samples", MaxStimPoints);
   return {};
 }

@@ -119,13 +119,13 @@ RunSummary SummariseRun(double wallSeconds) {
   summary.axisTitle = GraphNamed(MainPanelName).y.title;
   summary.wallSeconds = wallSeconds;
   if (Result.ResultKind == ResultSavedSteps) summary.savedSteps = Result.KeptSteps;
-  summary.peak = PeakOf(Trace.SimTrace.first(static_cast<std::size_t>(Model.NumPoints)));
+  summary.peak = PeakOf(Trace.SimTrace.first(Index(Model.NumPoints)));
   if (Model.SimulatorKind == MonteCarlo) summary.singleChannels = SummariseSingleChannels();
   const LastRow last = LastRowOfRun();
   summary.lastMs = last.timeMs;
   const auto& labels = Model.ModelIs2D != 0 ? Model.StateLabel : Model.TableStateLabel;
   for (const int s : StatesOn()) {
-    const auto index = static_cast<std::size_t>(s);
+    const auto index = Index(s);
     summary.last.push_back({s, StateName(s, labels[index]), Result.Occupancy[index][Index(last.point)]});
   }
   return summary;

@@ -12,6 +12,7 @@
 #include "headless/commands/single_channel_summary.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
+#include "platform/index.h"
 #include "run/result_store.h"
 #include "run/run.h"
 #include "screen/screen.h"
@@ -100,7 +101,7 @@ bool WriteTrace(const std::string& path, std::span<const float> trace, const Job
 }
 
 bool WriteFiles(const SimulateOptions& options, std::span<const float> mean, const JobStreams& streams) {
-  const std::span<const float> trace = Trace.SimTrace.first(static_cast<std::size_t>(Model.NumPoints));
+  const std::span<const float> trace = Trace.SimTrace.first(Index(Model.NumPoints));
   if (!WriteTrace(options.traceFile, trace, streams) || !WriteTrace(options.meanFile, mean, streams))
     return false;
   if (!options.occupancyFile.empty() && !WriteOccupancyCsv(options.occupancyFile)) {

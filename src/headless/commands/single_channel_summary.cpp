@@ -7,6 +7,7 @@
 
 #include "dwells/dwell_store.h"
 #include "model/model_store.h"
+#include "platform/index.h"
 #include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
@@ -38,7 +39,7 @@ Json ListJson(const DwellListSummary& list) {
 
 /// Returns the trace of the last run.
 std::span<const float> PresentTrace() {
-  return Trace.SimTrace.first(static_cast<std::size_t>(std::clamp(Model.NumPoints, 0, MaxStimPoints)));
+  return Trace.SimTrace.first(Index(std::clamp(Model.NumPoints, 0, MaxStimPoints)));
 }
 
 }  // namespace

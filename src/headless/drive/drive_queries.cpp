@@ -5,6 +5,7 @@
 #include "headless/drive/drive_session.h"
 #include "headless/nearest_names.h"
 #include "headless/words.h"
+#include "platform/index.h"
 #include "platform/safe_file.h"
 
 namespace zelvane {
@@ -127,7 +128,7 @@ void Dump(DriveSession& session, Words words) {
   }
   if (!InRun(session, name, run, run.index.first, *count)) return;
   std::string bytes;
-  bytes.reserve(static_cast<std::size_t>(*count) * sizeof(float));
+  bytes.reserve(Index(*count) * sizeof(float));
   for (int i = 0; i < *count; ++i) {
     AppendFloat(bytes, static_cast<float>(FieldNumber(RunElement(run, run.index.first + i))));
   }
