@@ -1,4 +1,4 @@
-// What must be true of every recording that the reader opens, whatever its bytes are.
+// Checks that must hold for every recording that the reader opens, for any bytes.
 #pragma once
 
 #include <cmath>

@@ -64,7 +64,7 @@ struct ChannelSweep {
   float lengthMs = 0.0F;            // interval x points, finite
   int openState = 0;                // state whose exits are counted
   int openStateExits = 0;           // counted so far
-  int monitoredChannels = 0;        // that reached a monitored state so far
+  int monitoredChannels = 0;        // channels that reached a monitored state so far
   std::int64_t done = 0;            // channels simulated so far
   std::int64_t total = 0;           // channels to simulate, of all sweeps that count as one work
   BreathHook breathe{};             // may be empty; gets the finished part of the channel

@@ -62,7 +62,7 @@ struct SimulationResult {
   int offset = 0;                         // adaptive: point at which integration started
   std::array<int, MaxStates + 1> used{};  // single channels: this point and all after it are 0
   int openStateExits = 0;
-  int monitoredChannels = 0;  // that reached a monitored state
+  int monitoredChannels = 0;  // channels that reached a monitored state
 };
 
 /// Simulates one sweep of `scheme` under `stimulus`, whose offset is 0, into `room`.

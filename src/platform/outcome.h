@@ -7,9 +7,9 @@ namespace zelvane {
 /// text of a popup.
 enum class Outcome {
   Done,
-  Stopped,  // by the user, before the end
-  Refused,  // before the begin: a question answered no, a dialog cancelled, or settings that allow no start
-  Failed,   // after the begin; a message gave the reason
+  Stopped,  // the user stopped it before the end
+  Refused,  // before the start: a question answered no, a dialog cancelled, or settings that allow no start
+  Failed,   // after the start; a message gave the reason
 };
 
 /// Returns the first of two outcomes that is not Done.

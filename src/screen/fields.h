@@ -27,7 +27,7 @@ enum class FieldType { Int, Float, Double, Text };
 
 inline constexpr int MaxFieldRank = 3;
 
-/// What a field holds.
+/// The kinds of contents of a field.
 enum class FieldRole {
   Setting,      // a choice of the user; undo brings it back
   ResultValue,  // computed, or read from a file
@@ -161,7 +161,7 @@ Field SpanField(std::string name, std::span<float> values, std::string_view unit
 /// registered twice.
 void RegisterFields(FieldKind kind, std::vector<Field> fields);
 void RegisterSavedSettings(std::vector<Field> fields);
-void RegisterSettings(std::vector<Field> fields);  // that no model file holds
+void RegisterSettings(std::vector<Field> fields);  // settings that no model file holds
 void RegisterResults(std::vector<Field> fields);
 void RegisterWorkingFields(std::vector<Field> fields);
 

@@ -153,7 +153,7 @@ TEST_P(RecordedResponseTest, EveryMeasureOfEverySweepIsThatOfItsDefinition) {
     expect(14, plain.latencyPeak, Time);
     expect(15, plain.area, 1e-4 * std::abs(plain.area));
     expect(18, plain.coastline, 1e-4 * plain.coastline);
-    // What one sees on the trace.
+    // Facts that are visible on the trace.
     EXPECT_GT(std::abs(plain.amplitude), 800.0);
     EXPECT_LT(plain.riseTime, 0.2);
     EXPECT_GT(plain.decay, 1.0);

@@ -280,7 +280,7 @@ void GraphPicture::drawColumns(QCPPainter* painter, const Plot& plot, const Trac
 void GraphPicture::drawDense(QCPPainter* painter, const std::vector<Column>& columns) const {
   painter->setAntialiasing(false);
   painter->setPen(QPen(painter->pen().color(), 0.0));
-  const double shortest = 1.0 / columnsPerPixel_;  // so that a level stretch shows
+  const double shortest = 1.0 / columnsPerPixel_;  // a level stretch must be visible
   std::vector<QLineF> lines;
   lines.reserve(columns.size());
   for (const Column& column : columns) {

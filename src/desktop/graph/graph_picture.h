@@ -35,7 +35,7 @@ class GraphPicture : public QCPAbstractPlottable {
   void drawLegendIcon(QCPPainter* painter, const QRectF& rect) const override;
 
  private:
-  /// What is kept for each plot.
+  /// The data kept for each plot.
   struct Trace {
     Pyramid pyramid;
     bool rising = false;  // x never falls, so a stretch of x is a stretch of samples

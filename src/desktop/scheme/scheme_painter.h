@@ -9,7 +9,7 @@ class QPainter;
 
 namespace zelvane {
 
-/// What is marked while the user works on the scheme; nullptr = nothing.
+/// The marked items while the user works on the scheme; nullptr = no item.
 struct SchemeMarks {
   const SchemeItem* hovered = nullptr;
   const SchemeItem* focused = nullptr;

@@ -23,7 +23,7 @@ namespace zelvane {
 namespace {
 
 constexpr char NotOffered[] = "NOT AVAILABLE";  // a word that only a file can choose
-constexpr int FieldDigits = 7;                  // as many as a 32-bit float has
+constexpr int FieldDigits = 7;                  // the digits of a 32-bit float
 constexpr QSize ChipSize(22, 20);               // pixels
 constexpr int UnitMargin = 7;                   // between unit and the field's right edge
 constexpr int WidestField = 210;

@@ -37,7 +37,7 @@ class TableRecordModel : public QAbstractTableModel {
   QString shown(int row, int column) const;
 
   Table& table_;
-  int rows_;  // as the view knows it
+  int rows_;  // the number that the view knows
   int digits_ = 0;
   bool (*filled_)(int row) = nullptr;
 };

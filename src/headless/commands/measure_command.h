@@ -20,7 +20,7 @@ struct MeasureOptions {
   std::string file;            // recording: ABF, or text
   std::optional<int> channel;  // physical input of an ABF file, number of the signal of a text
   SweepRange sweeps;
-  // Of a text without an interval; the first line of a single column is then a sample.
+  // For a text without an interval; the first line of a single column is then a sample.
   std::optional<double> intervalMs;
   std::string model;                  // file of the settings; empty = settings of the start
   std::vector<std::string> settings;  // "NAME=VALUE", any store field

@@ -23,7 +23,7 @@ struct ConvertOptions {
   double startMs = 0.0;          // of each sweep
   std::optional<double> lengthMs{};
   int every = 1;  // keep every n-th sample
-  // Of a text without an interval; the first line of a single column is then a sample.
+  // For a text without an interval; the first line of a single column is then a sample.
   std::optional<double> intervalMs{};
 };
 

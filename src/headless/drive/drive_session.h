@@ -35,7 +35,7 @@ struct DriveSession {
   std::deque<DialogReply> replies;
   std::vector<QueuedPress> presses;
   int pumps = 0;               // calls of ProcessSystemEvents in the running command
-  bool ended = false;          // by `quit`, or because the user quit the program
+  bool ended = false;          // ended by `quit`, or because the user quit the program
   bool misunderstood = false;  // a line was not a command, or its item does not exist
 };
 
