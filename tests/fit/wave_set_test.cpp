@@ -1,9 +1,6 @@
 // List files: names, where files are looked for, what a set holds afterwards.
 #include "fit/wave_set.h"
 
-#include <filesystem>
-
-#include "fit/fit_store.h"
 #include "fit/wave_list.h"
 #include "run/run_panel.h"
 #include "stimulus/stimulus_file.h"
@@ -40,16 +37,12 @@ constexpr char TwoPairs[] =
     "LIST\r\n/gone/model.mod\r\n2\r\n/gone/cell1.abf\r\nC:\\gone\\step1.stm\r\ncell2.abf\r\nstep2\r.stm\r\n";
 
 TEST_F(WaveSetTest, NamesAreCutAtTheFirstFullStopOfTheFile) {
-  struct Case {
-    const char* line;
-    const char* extension;
-    const char* cleaned;
-  };
-  for (const Case& test :
+  using Case = std::tuple<const char*, const char*, const char*>;
+  for (const auto& [line, extension, cleaned] :
        {Case{"cell.abf", "", "cell.abf"}, Case{"cell.2.abf", "", "cell.2.a"}, Case{"cell", "", "cell"},
         Case{"/a.b/c.d/cell.abf ", "", "/a.b/c.d/cell.abf"}, Case{"x.ab", "", "x.ab"},
         Case{"a.b\\step.txt", ".stm", "a.b\\step.stm"}, Case{"", ".mod", ".mod"}}) {
-    EXPECT_EQ(CleanedName(test.line, test.extension), test.cleaned) << test.line;
+    EXPECT_EQ(CleanedName(line, extension), cleaned) << line;
   }
 }
 

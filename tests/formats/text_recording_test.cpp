@@ -122,10 +122,7 @@ TEST(TextRecording, SignalsAndEpisodesFindTheirColumns) {
   using Case = std::tuple<int, int, float>;
   for (const auto& [signal, episode, first] : {Case{1, 1, 11}, Case{2, 1, 21}, Case{1, 2, 12}, Case{2, 2, 22},
                                                Case{3, 1, 11}, Case{0, 1, 21}, Case{2, 9, 22}}) {
-    TextRequest request;
-    request.signal = signal;
-    request.episode = episode;
-    const Outcome outcome = ReadBytes(text, request);
+    const Outcome outcome = ReadBytes(text, {.signal = signal, .episode = episode});
     EXPECT_EQ(outcome.shape.signals, 2);
     EXPECT_EQ(outcome.shape.episodes, 2);
     ASSERT_EQ(outcome.read.samples.size(), 3U);
@@ -166,18 +163,14 @@ TEST(TextRecording, TenThousandColumnsAndLinesOfAnyLengthAreRead) {
     for (int c = 1; c < 10'000; ++c) rows += FormatText("\t%d", r * 10'000 + c);
     rows += '\n';
   }
-  TextRequest request;
-  request.episode = 9'999;
-  EXPECT_EQ(Samples(Atf(10'000, "\"Comment=" + std::string(700'000, 'x') + "\"\n", rows), request),
-            (Floats{9'999, 19'999, 29'999, 39'999}));
+  const std::string comment = "\"Comment=" + std::string(700'000, 'x') + "\"\n";
+  EXPECT_EQ(Samples(Atf(10'000, comment, rows), {.episode = 9'999}), (Floats{9'999, 19'999, 29'999, 39'999}));
   EXPECT_EQ(Samples("7" + std::string(1'000'000, ' ') + "8\n9"), (Floats{7, 9}));
 }
 
 TEST(TextRecording, ReadingStopsAtTheMostThatIsWanted) {
-  TextRequest request;
-  request.most = 2;
-  EXPECT_EQ(Samples("1\n2\n3\n", request).size(), 2U);
-  EXPECT_EQ(Samples(Atf(2, "", "0 1\n1 2\n2 3\n"), request).size(), 2U);
+  EXPECT_EQ(Samples("1\n2\n3\n", {.most = 2}).size(), 2U);
+  EXPECT_EQ(Samples(Atf(2, "", "0 1\n1 2\n2 3\n"), {.most = 2}).size(), 2U);
 }
 
 /// For any bytes the reader ends, and never returns more samples than the text has words.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <random>
 #include <vector>
 
@@ -59,6 +60,10 @@ struct IntegratorOutput {
   std::vector<float> saved;
   OccupancyRows rows;
 };
+
+inline bool SameBits(const std::vector<float>& a, const std::vector<float>& b) {
+  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0;
+}
 
 inline FixedStepResult RunFixed(const IntegratorCase& c, IntegratorOutput& out, const RunHook& hook = {}) {
   const CompiledScheme scheme = CompileScheme(c.Tables());

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <cstring>
 #include <limits>
 
 #include "kinetics/integrator_cases.h"
@@ -67,10 +66,6 @@ IntegratorCase RandomCase(unsigned seed) {
   RandomProfile(random, 0.08F, c.profiles[0]);
   for (std::size_t d = 1; d <= MaxDrugs; ++d) RandomProfile(random, 1.0F, c.profiles[d]);
   return c;
-}
-
-bool SameBits(const std::vector<float>& a, const std::vector<float>& b) {
-  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0;
 }
 
 void ExpectSameRows(const IntegratorOutput& a, const IntegratorOutput& b) {

@@ -1,5 +1,4 @@
 // The simulator of single channels against its plain form, bit for bit, and the golden run.
-#include <cmath>
 #include <cstring>
 #include <random>
 

@@ -1,15 +1,11 @@
 // Recordings of other programs, read as a user reads them, against what those programs read out of them.
-#include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <numeric>
 #include <sstream>
 
 #include "headless/commands/recording_commands.h"
-#include "model/model_store.h"
 #include "support/drive_test.h"
 #include "trace/trace_read.h"
-#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -45,9 +41,9 @@ void CheckSamples(const json& expected, std::span<const float> samples) {
 }
 
 /// The columns of a CSV behind its first, each as far as it has cells.
-std::vector<std::vector<float>> CsvColumns(const std::string& path) {
+std::vector<Floats> CsvColumns(const std::string& path) {
   std::istringstream text(ReadWholeFile(path));
-  std::vector<std::vector<float>> columns;
+  std::vector<Floats> columns;
   std::string line;
   std::getline(text, line);
   while (std::getline(text, line)) {
@@ -78,7 +74,7 @@ class RecordingsTest : public DriveTest {
   }
 
   /// The sweeps of a channel, by way of a CSV.
-  std::vector<std::vector<float>> Converted(const std::string& file, int channel) {
+  std::vector<Floats> Converted(const std::string& file, int channel) {
     ConvertOptions options;
     options.in = Recordings + file;
     options.out = folder.File("out.csv");
@@ -118,7 +114,7 @@ TEST_F(RecordingsTest, EveryChannelOfEveryAbfHoldsWhatOtherProgramsRead) {
       EXPECT_NEAR(Model.ADInterval, row["sample_interval_ms"].get<double>(), 1e-6);
       for (const auto& [sweep, channels] : row["sweep_values"].items()) {
         GoToEpisode(std::stoi(sweep) + 1);
-        const std::vector<float> samples = TraceNow();
+        const Floats samples = TraceNow();
         ASSERT_EQ(samples.size(), channels[place]["count"]);
         CheckSamples(channels[place], samples);
         EXPECT_EQ(converted[std::stoul(sweep)], samples);
@@ -152,7 +148,7 @@ TEST_F(RecordingsTest, EverySignalOfEveryAtfHoldsItsColumns) {
       EXPECT_EQ(Trace.EpisodeCount, row["episodes"]);
       GoToEpisode(episode + 1);
       EXPECT_NEAR(Model.ADInterval, row["sample_interval_ms"].get<double>(), 1e-6);
-      std::vector<float> samples = TraceNow();
+      Floats samples = TraceNow();
       if (row["columns"] == 2) {
         EXPECT_EQ(samples.back(), 0.0F) << "a single column has a sample more";
         samples.pop_back();

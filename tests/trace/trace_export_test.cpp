@@ -1,7 +1,6 @@
 #include "trace/trace_export.h"
 
 #include "model/model_lines.h"
-#include "model/model_store.h"
 #include "run/result_store.h"
 #include "support/store_test.h"
 

@@ -4,23 +4,17 @@
 
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <bit>
-#include <cmath>
 #include <cstring>
-#include <filesystem>
 
 #include "app/undo.h"
 #include "formats/abf/abf.h"
-#include "model/model_store.h"
 #include "rscm/rscm_store.h"
 #include "run/result_store.h"
-#include "screen/screen.h"
 #include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
 #include "support/drive_test.h"
 #include "support/pressing.h"
-#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -41,28 +35,22 @@ nlohmann::json Message(const std::string& title, const std::string& text) {
 }
 
 TEST_F(TraceReadTest, WhatIsNotReadLeavesTheTraceOnDisplay) {
-  struct Case {
-    std::string script;
-    nlohmann::json last;
-  };
   const std::string text = folder.Written("a.asc", "1\n2\n3\n");
-  const Case cases[] = {{"choose " + folder.File("none.abf") + "\npress FxnRead\n",
-                         Message("! File error", "IO Error 100: FileOpen failed")},
-                        {"choose " + folder.Path().string() + "\npress FxnRead\n",
-                         Message("! File error", "IO Error 100: FileOpen failed")},
-                        {"choose " + text + "\nanswer no\npress FxnRead\n", {}},
-                        {"choose " + text + "\nanswer yes\nanswer no\nreply cancel\npress FxnRead\n", {}},
-                        {"choose " + text + "\nanswer no\nreply ADInterval -1 ok\npress ReadAsciiData\n",
-                         Message("! Error", "The time between samples must be above 0 ms.")},
-                        {"choose " + TwoChannels + "\nreply cancel\npress FxnRead\n", {}},
-                        {"choose " + TwoChannels + "\nreply Channel 1 ok\npress FxnRead\n",
-                         Message("! File error", "float_episodic_2ch.abf holds no channel 1.")},
-                        {"choose cancel\npress FxnRead\n", {}}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.script);
-    const auto lines = RunAfterReading("press FxnNextSection\n" + c.script);
-    if (!c.last.is_null()) {
-      EXPECT_EQ(lines.back(), c.last);
+  for (const auto& [script, told] : std::vector<std::pair<std::string, std::string>>{
+           {folder.File("none.abf") + "\npress FxnRead\n", "IO Error 100: FileOpen failed"},
+           {folder.Path().string() + "\npress FxnRead\n", "IO Error 100: FileOpen failed"},
+           {text + "\nanswer no\npress FxnRead\n", ""},
+           {text + "\nanswer yes\nanswer no\nreply cancel\npress FxnRead\n", ""},
+           {text + "\nanswer no\nreply ADInterval -1 ok\npress ReadAsciiData\n",
+            "The time between samples must be above 0 ms."},
+           {TwoChannels + "\nreply cancel\npress FxnRead\n", ""},
+           {TwoChannels + "\nreply Channel 1 ok\npress FxnRead\n",
+            "float_episodic_2ch.abf holds no channel 1."},
+           {"cancel\npress FxnRead\n", ""}}) {
+    SCOPED_TRACE(script);
+    const auto lines = RunAfterReading("press FxnNextSection\nchoose " + script);
+    if (!told.empty()) {
+      EXPECT_EQ(lines.back()["text"], told);
     }
     EXPECT_EQ(Trace.TraceFileName, OneChannel);
     EXPECT_EQ(Trace.EpisodeIndex, 2);
@@ -150,7 +138,7 @@ TEST_F(TraceReadTest, ATextIsReadAgainAsItsQuestionsWereAnswered) {
       "\nanswer yes\nanswer no\nreply ADInterval 0.25 ScaleFactor 3 ok\npress FxnRead\nenter ADInterval 7\n");
   TraceReloadEpisode();
   EXPECT_EQ(Model.ADInterval, 0.25F);
-  EXPECT_EQ(TraceNow(), (std::vector<float>{12, 15}));
+  EXPECT_EQ(TraceNow(), (Floats{12, 15}));
 }
 
 TEST_F(TraceReadTest, AReadIsShownAtOnceAndIsNoEditToUndo) {
@@ -181,7 +169,7 @@ TEST_F(TraceReadTest, TheAutomaticStepKeepsItsTimesUnderTheIntervalOfARecording)
 }
 
 TEST_F(TraceReadTest, AStimulusOpenedByItsNameIsTheStimulusAndNoTrace) {
-  std::vector<float> volts(200, 0.02F);
+  Floats volts(200, 0.02F);
   StimProfileSpans profiles;
   profiles.fill(volts);
   ASSERT_EQ(WriteStimProfiles(folder.File("pulse.stm"), 0.1F, profiles), Outcome::Done);
@@ -206,16 +194,16 @@ TEST_F(TraceReadTest, EveryFreshTraceIsCorrectedWhenThatIsAutomatic) {
 
 TEST_F(TraceReadTest, ParsingKeepsEveryNthSampleAndErasingNone) {
   Run("open " + OneChannel + "\n");
-  const std::vector<float> whole = TraceNow();
+  const Floats whole = TraceNow();
   const float interval = Model.ADInterval;
   Trace.ParseConstant = 100;
   ParseTrace();
-  EXPECT_EQ(TraceNow(), (std::vector<float>{whole[0], whole[100], whole[200]}));
+  EXPECT_EQ(TraceNow(), (Floats{whole[0], whole[100], whole[200]}));
   EXPECT_EQ(Trace.SimTrace[3], 0.0F);
   EXPECT_EQ(Model.ADInterval, interval * 100.0F);
   EXPECT_EQ(Trace.TraceParsed, 1);
   PressCommand("EraseData");
-  EXPECT_EQ(TraceNow(), (std::vector<float>(3, 0.0F)));
+  EXPECT_EQ(TraceNow(), (Floats(3, 0.0F)));
   EXPECT_EQ(Trace.TraceValid, 0);
 }
 
@@ -229,7 +217,7 @@ std::string WriteLongAbf(const TemporaryFolder& folder, int samples) {
   header.sampleInterval = 10.0;
   header.channelUnits[0] = "pA";
   AbfWriteHandle writer = OldABF_OpenWrite(path, header);
-  std::vector<float> values(static_cast<std::size_t>(samples));
+  Floats values(static_cast<std::size_t>(samples));
   for (std::size_t k = 0; k < values.size(); ++k) values[k] = static_cast<float>(k % 1024);
   EXPECT_TRUE(writer && OldABF_WriteRawSweep(*writer, values) && OldABF_UpdateHeader(*writer, header) &&
               OldABF_Close(writer));
@@ -254,12 +242,8 @@ TEST_F(TraceReadTest, AFileTooLongForTheTraceOpensTheParsePanel) {
 
 TEST_F(TraceReadTest, TheFieldsOfTheParsePanelFollowEachOther) {
   const std::string path = WriteLongAbf(folder, 10'000);  // 100 ms
-  struct Case {
-    const char* typed;
-    int start, count, skip;
-    bool message;
-  };
-  for (const Case& c :
+  using Case = std::tuple<const char*, int, int, int, bool>;
+  for (const auto& [typed, start, count, skip, message] :
        {Case{"ParseCount 100", 0, 100, 1, false}, Case{"ParseDuration 20", 0, 2'000, 1, false},
         Case{"ParseStart 9000", 9'000, 1'000, 1, false}, Case{"ParseStart 10000", 0, 10'000, 1, true},
         Case{"ParseStart -3", 0, 10'000, 1, true}, Case{"ParseStartTime 50 ParseCount 7", 5'000, 7, 1, false},
@@ -267,29 +251,28 @@ TEST_F(TraceReadTest, TheFieldsOfTheParsePanelFollowEachOther) {
         Case{"ParseSkip 0", 0, 10'000, 1, false}, Case{"ParseSkip 2000000000", 0, 1, 10'000, false},
         Case{"ParseCount 10 ParseMaxPoints 1 ParseStart 4", 4, 9'996, 1, false},
         Case{"ParseSkip 7 ParseStart 70 ParseCount 2000000000", 70, 1'418, 7, false}}) {
-    SCOPED_TRACE(c.typed);
-    const auto lines = Run("choose " + path + "\nreply " + c.typed + " ok\npress ReadParseBinaryData\n");
-    EXPECT_EQ(lines.size(), c.message ? 3U : 2U);
-    EXPECT_EQ(Trace.ParseStart, c.start);
-    EXPECT_EQ(Trace.ParseSkip, c.skip);
-    ASSERT_EQ(Model.NumPoints, c.count);
-    EXPECT_EQ(Model.ADInterval, 0.01F * static_cast<float>(c.skip));
-    for (const int k : {0, c.count - 1}) {
-      EXPECT_EQ(Trace.SimTrace[static_cast<std::size_t>(k)],
-                static_cast<float>((c.start + k * c.skip) % 1024));
+    SCOPED_TRACE(typed);
+    const auto lines = Run("choose " + path + "\nreply " + typed + " ok\npress ReadParseBinaryData\n");
+    EXPECT_EQ(lines.size(), message ? 3U : 2U);
+    EXPECT_EQ(Trace.ParseStart, start);
+    EXPECT_EQ(Trace.ParseSkip, skip);
+    ASSERT_EQ(Model.NumPoints, count);
+    EXPECT_EQ(Model.ADInterval, 0.01F * static_cast<float>(skip));
+    for (const int k : {0, count - 1}) {
+      EXPECT_EQ(Trace.SimTrace[static_cast<std::size_t>(k)], static_cast<float>((start + k * skip) % 1024));
     }
-    const std::vector<float> first = TraceNow();
+    const Floats first = TraceNow();
     TraceReloadEpisode();
     EXPECT_EQ(TraceNow(), first);
-    EXPECT_EQ(Model.ADInterval, 0.01F * static_cast<float>(c.skip));
+    EXPECT_EQ(Model.ADInterval, 0.01F * static_cast<float>(skip));
   }
 }
 
 TEST_F(TraceReadTest, ASmallerDestinationTakesTheBeginningAndTellsOfIt) {
   Run("quit\n");
-  std::vector<float> destination(100, -1.0F);
+  Floats destination(100, -1.0F);
   ASSERT_TRUE(BinaryTraceRead(OneChannel, destination));
-  EXPECT_EQ(PopupTexts(), std::vector<std::string>{"Binary file was truncated to fit into memory."});
+  EXPECT_EQ(PopupTexts(), Texts{"Binary file was truncated to fit into memory."});
   EXPECT_EQ(Model.NumPoints, 100);
   EXPECT_EQ(destination[0], -129.394531F);
 }
@@ -311,25 +294,20 @@ std::string Obf(std::int32_t runs, std::int32_t points, float interval, int samp
 
 TEST_F(TraceReadTest, TheProgramsOwnLayoutIsReadAsFarAsItReaches) {
   static_assert(std::endian::native == std::endian::little, "the bytes above are written as they lie");
-  struct Case {
-    std::int32_t runs, points;
-    float interval;
-    int samples, read;
-    float expectedInterval;
-  };
-  for (const Case& c :
+  using Case = std::tuple<std::int32_t, std::int32_t, float, int, int, float>;
+  for (const auto& [runs, points, interval, samples, read, expectedInterval] :
        {Case{2, 5, 0.25F, 10, 10, 0.25F}, Case{2, 5, 0.25F, 7, 7, 0.25F}, Case{2, 5, 0.25F, 12, 10, 0.25F},
         Case{2'000'000'000, 2'000'000'000, 0.25F, 9, 9, 0.25F}, Case{1, 3, std::nanf(""), 3, 3, 0.01F},
         Case{1, 3, 0.0F, 3, 3, 0.01F}, Case{1, -3, 1.0F, 3, 0, 0.01F}, Case{1, 3, 1.0F, 0, 0, 0.01F}}) {
-    const std::string path = folder.Written("a.obf", Obf(c.runs, c.points, c.interval, c.samples));
+    const std::string path = folder.Written("a.obf", Obf(runs, points, interval, samples));
     const auto lines = Run("open " + path + "\n");
     EXPECT_EQ(lines[0],
               Message("Read Binary", path + " is not a valid ABF file\nProceeding to read binary (NOT ABF)"));
-    EXPECT_EQ(Trace.TraceValid, c.read > 0 ? 1 : 0) << c.runs << ' ' << c.points << ' ' << c.samples;
-    EXPECT_EQ(Model.NumPoints, c.read > 0 ? c.read : 10240);
-    EXPECT_EQ(Model.ADInterval, c.expectedInterval);
-    EXPECT_EQ(Trace.SimTrace[0], c.read > 0 ? 0.5F : 0.0F);
-    EXPECT_EQ(Trace.SimTrace[static_cast<std::size_t>(c.read)], 0.0F);
+    EXPECT_EQ(Trace.TraceValid, read > 0 ? 1 : 0) << runs << ' ' << points << ' ' << samples;
+    EXPECT_EQ(Model.NumPoints, read > 0 ? read : 10240);
+    EXPECT_EQ(Model.ADInterval, expectedInterval);
+    EXPECT_EQ(Trace.SimTrace[0], read > 0 ? 0.5F : 0.0F);
+    EXPECT_EQ(Trace.SimTrace[static_cast<std::size_t>(read)], 0.0F);
   }
   Run("open " + folder.Written("short.obf", Obf(1, 3, 1.0F, 3).substr(0, 40)) + "\n");
   EXPECT_EQ(Trace.TraceValid, 0);
@@ -343,16 +321,16 @@ TEST_F(TraceReadTest, BothReadersOfAbf1AgreeOnTheFirstChannel) {
         "abf1/18425108_abf1.abf", "derived/float_episodic_2ch.abf", "derived/float_gapfree_1ch.abf"}) {
     SCOPED_TRACE(name);
     Run("reply ok\nopen " + Recordings + name + "\n");
-    std::vector<float> episodes;
+    Floats episodes;
     for (int e = 1; e <= Trace.EpisodeCount; ++e) {
       GoToEpisode(e);
-      const std::vector<float> episode = TraceNow();
+      const Floats episode = TraceNow();
       episodes.insert(episodes.end(), episode.begin(), episode.end());
     }
     const int count = Trace.EpisodeCount;
     const float interval = Model.ADInterval;
     const double gain = static_cast<double>(Trace.FinalGain);
-    std::vector<float> direct(episodes.size() + 1);
+    Floats direct(episodes.size() + 1);
     ASSERT_TRUE(AbfDirectRead(Trace.TraceFileName, direct));
     ASSERT_EQ(Model.NumPoints, static_cast<int>(episodes.size()));
     EXPECT_EQ(Trace.EpisodeCount, count);
@@ -369,11 +347,9 @@ TEST_F(TraceReadTest, BothReadersOfAbf1AgreeOnTheFirstChannel) {
 }
 
 TEST_F(TraceReadTest, TheDirectReaderRefusesWhatIsNoAbf1) {
-  struct Case {
-    std::string path, text;
-  };
-  std::vector<float> destination(10'000);
-  for (const Case& c :
+  using Case = std::pair<std::string, std::string>;
+  Floats destination(10'000);
+  for (const auto& [path, told] :
        {Case{folder.File("none"), "IO Error 100: FileOpen failed"},
         Case{folder.Written("a", "XBF"), "IO Error 103: Wrong File Format"},
         Case{OneChannel, " Invalid ABF file."},
@@ -381,8 +357,8 @@ TEST_F(TraceReadTest, TheDirectReaderRefusesWhatIsNoAbf1) {
         Case{Recordings + "broken/abf1_channels_30000.abf", " Invalid ABF file."},
         Case{Recordings + "broken/abf1_block_max.abf", "abf1_block_max.abf holds no samples."}}) {
     popups.clear();
-    EXPECT_FALSE(AbfDirectRead(c.path, destination));
-    EXPECT_EQ(PopupTexts(), std::vector<std::string>{c.text}) << c.path;
+    EXPECT_FALSE(AbfDirectRead(path, destination));
+    EXPECT_EQ(PopupTexts(), Texts{told}) << path;
   }
   popups.clear();
   EXPECT_TRUE(AbfDirectRead(Recordings + "broken/abf1_gain_zero.abf", destination));

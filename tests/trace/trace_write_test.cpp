@@ -3,18 +3,13 @@
 
 #include <bit>
 #include <cstring>
-#include <filesystem>
 #include <map>
 
-#include "formats/abf/abf.h"
-#include "model/model_store.h"
 #include "platform/folders.h"
 #include "run/result_store.h"
 #include "run/run_panel.h"
-#include "screen/screen.h"
 #include "support/abf_sweeps.h"
 #include "support/pressing.h"
-#include "support/store_test.h"
 #include "trace/trace_export.h"
 #include "trace/trace_store.h"
 

@@ -64,11 +64,10 @@ TEST_F(RecordingCommandsTest, AProfileGoesFromAColumnToAStimulusFileAndBack) {
 }
 
 TEST_F(RecordingCommandsTest, AllSweepsGoToAnAtfAsEpisodesAndComeBack) {
-  ConvertOptions options{.channel = 2, .sweep = "all"};
-  ASSERT_EQ(Convert(source, folder.File("all.atf"), options), JobDone) << err.str();
-  EXPECT_EQ(Info(folder.File("all.atf"))["sweeps"], 2);
-  options = {.sweep = "2"};
-  ASSERT_EQ(Convert(folder.File("all.atf"), folder.File("second.csv"), options), JobDone) << err.str();
+  const std::string all = folder.File("all.atf");
+  ASSERT_EQ(Convert(source, all, {.channel = 2, .sweep = "all"}), JobDone) << err.str();
+  EXPECT_EQ(Info(all)["sweeps"], 2);
+  ASSERT_EQ(Convert(all, folder.File("second.csv"), {.sweep = "2"}), JobDone) << err.str();
   EXPECT_EQ(ReadWholeFile(folder.File("second.csv")).substr(0, 33), "time_ms,IN 1 (mV)\n0,4000\n0.1,4001");
 }
 
@@ -82,9 +81,7 @@ TEST_F(RecordingCommandsTest, AColumnWithoutAnIntervalTakesATypedOne) {
   EXPECT_EQ(InfoCommand({column}, true, {out, err}, 0.5), JobDone);
   EXPECT_EQ(nlohmann::json::parse(out.str())["length"], 1.5);
   EXPECT_EQ(Convert(column, folder.File("column.csv")), JobFailed);
-  ConvertOptions options;
-  options.intervalMs = 0.5;
-  ASSERT_EQ(Convert(column, folder.File("column.csv"), options), JobDone) << err.str();
+  ASSERT_EQ(Convert(column, folder.File("column.csv"), {.intervalMs = 0.5}), JobDone) << err.str();
   EXPECT_EQ(ReadWholeFile(folder.File("column.csv")), "time_ms,\n0,-1.5\n0.5,2\n1,3\n");
 }
 
@@ -113,10 +110,7 @@ TEST_F(RecordingCommandsTest, AStopWhileTheFileIsWrittenLeavesTheOldOne) {
     stop = false;
     StopAfterReading terminal(stop);
     std::ostream shown(&terminal);
-    ConvertOptions options;
-    options.in = source;
-    options.out = target;
-    EXPECT_EQ(ConvertCommand(options, {out, shown, &stop, true}), JobFailed) << name;
+    EXPECT_EQ(ConvertCommand({.in = source, .out = target}, {out, shown, &stop, true}), JobFailed) << name;
     EXPECT_TRUE(terminal.seen.ends_with(target + ": stopped; not written\n")) << terminal.seen;
     EXPECT_EQ(terminal.seen.find("error"), std::string::npos) << terminal.seen;
     EXPECT_EQ(ReadWholeFile(target), "old");
