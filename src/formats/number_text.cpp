@@ -180,4 +180,13 @@ void AppendFixed(std::string& text, double value) {
   AppendSlowly(text, value, std::chars_format::fixed, 6);
 }
 
+double AsTyped(float value) {
+  if (!std::isfinite(value)) return static_cast<double>(value);
+  std::array<char, 32> buffer;
+  const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  double typed = 0.0;
+  std::from_chars(buffer.data(), written.ptr, typed);
+  return typed;
+}
+
 }  // namespace zelvane

@@ -22,4 +22,8 @@ void AppendNineDigits(std::string& text, double value);
 /// Appends a number as "%f" does: six decimals.
 void AppendFixed(std::string& text, double value);
 
+/// Returns a 32-bit float as the shortest decimal that gives the same float when it is read: 0.001F gives
+/// 0.001. Use it for times and settings in output for people.
+double AsTyped(float value);
+
 }  // namespace zelvane

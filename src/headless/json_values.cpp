@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "formats/number_text.h"
 #include "screen/zoom_graph.h"
 
 namespace zelvane {
@@ -97,15 +98,6 @@ Json FloatJson(float value) {
   double rounded = 0.0;
   std::from_chars(digits, written.ptr, rounded);
   return NumberJson(rounded);
-}
-
-double AsTyped(float value) {
-  if (!std::isfinite(value)) return static_cast<double>(value);
-  char digits[32];
-  const auto written = std::to_chars(digits, digits + sizeof digits, value);
-  double typed = 0.0;
-  std::from_chars(digits, written.ptr, typed);
-  return typed;
 }
 
 Json TypedJson(float value) {

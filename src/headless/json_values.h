@@ -17,10 +17,6 @@ Json NumberJson(double value);
 
 /// Returns a 32-bit float with 9 significant digits.
 Json FloatJson(float value);
-
-/// Returns a 32-bit float as the shortest decimal that gives the same float when it is read: 0.001F gives
-/// 0.001. Use it for times and settings in output for people.
-double AsTyped(float value);
 Json TypedJson(float value);
 
 /// Returns the element of a store field: a number or a string.

@@ -12,6 +12,7 @@
 #include "run/q_matrix_analysis.h"
 #include "run/result_store.h"
 #include "run/run_panel.h"
+#include "run/saved_steps.h"
 #include "screen/popups.h"
 #include "trace/trace.h"
 #include "trace/trace_events.h"
@@ -104,6 +105,11 @@ Outcome RunIntegrator() {
 
 void ConnectRuns() {
   RecordingCameIn.Add([] { Result.ResultKind = ResultMonteCarlo; });
+  StepsToWrite.Add([](TraceSteps& steps) {
+    if (Result.ResultKind != ResultSavedSteps) return;
+    steps.values = SavedStepValues();
+    steps.timeMs = Result.SavedTime.subspan(1, steps.values.size());
+  });
 }
 
 Outcome TellRunCompleted() {

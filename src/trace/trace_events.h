@@ -3,14 +3,16 @@
 //
 //   The trace      TraceChanges  TraceToPlot  TraceGone  WholeTraceToShow  TraceChanged  LengthGiven
 //   A recording    RecordingCameIn  RecordingToCorrect  RecordingTaken
-//   Runs           RunBegins  RunTextChanged  StatisticsChanged  RunCompleted  SeriesBegins  SeriesRun
-//                  SeriesEnds
+//   Runs           RunBegins  RunTextChanged  StatisticsChanged  RunCompleted  StepsToWrite  SeriesBegins
+//                  SeriesRun  SeriesEnds
 //   Measures       MeasureSettingsWanted  MeasuresForgotten  MeasuresChanged  MarksChanged  ResponseToShow
 //                  ResponseGone  MeasuresFileChanged
 //   Results table  TableRowChanged  TableRowMarked  ResultsTableChanged  TableFileNamed
 #pragma once
 
+#include <span>
 #include <string>
+#include <vector>
 
 #include "platform/outcome.h"
 #include "screen/listeners.h"
@@ -63,6 +65,15 @@ inline Listeners<> StatisticsChanged;
 /// The trace of a run is complete: the first sweep of each run of a Monte Carlo simulation, or the sum of
 /// subunits. A listener that saves the trace adds its result to the outcome.
 inline Listeners<Outcome&> RunCompleted;
+
+/// The values of an adaptive run between which the trace was interpolated.
+struct TraceSteps {
+  std::span<const float> timeMs{};
+  std::vector<float> values{};  // one for each time, in the units of the trace
+};
+
+/// The trace is about to be written. If it comes from saved steps, the run fills them in.
+inline Listeners<TraceSteps&> StepsToWrite;
 
 /// A Monte Carlo simulation of one or several runs begins. It announces each run (from 1) when its trace is
 /// complete, and its end, even after an interruption.

@@ -1,33 +1,18 @@
 #include "trace/trace_export.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cmath>
 #include <utility>
 #include <vector>
 
 #include "formats/input_file.h"
 #include "formats/number_text.h"
 #include "formats/row_blocks.h"
-#include "model/model_store.h"
 #include "platform/file_names.h"
-#include "run/result_store.h"
 
 namespace zelvane {
 namespace {
 
 constexpr double MsPerSecond = 1000.0;
-
-/// A float as the decimal that its user typed: the shortest one that stands for it. 0.01F gives 0.01.
-double AsTyped(float value) {
-  if (!std::isfinite(value)) return static_cast<double>(value);
-  std::array<char, 32> buffer;
-  const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-  double typed = 0.0;
-  std::from_chars(buffer.data(), written.ptr, typed);
-  return typed;
-}
 
 /// A name that stands between double quotes: none of its own, and no tabs or line breaks.
 std::string WithoutQuotes(std::string_view name) {
@@ -92,29 +77,6 @@ NextBlock AtfBlocks(const SweepSpans& sweeps, double intervalMs, const SignalTex
                        });
 }
 
-/// A column of a CSV file.
-struct CsvColumn {
-  std::string title;
-  std::span<const float> values;
-};
-
-/// Rows of a time (ms), which `timeOf` gives for a row, and a value of each column, nothing where a column
-/// has ended.
-template <typename TimeOf>
-NextBlock CsvBlocks(std::size_t rows, const std::vector<CsvColumn>& columns, TimeOf timeOf) {
-  std::string head = "time_ms";
-  for (const CsvColumn& column : columns) head += ',' + CsvField(column.title);
-  head += '\n';
-  return MakeRowBlocks(std::move(head), rows, [columns, timeOf](std::string& text, std::size_t row) {
-    AppendNineDigits(text, timeOf(row));
-    for (const CsvColumn& column : columns) {
-      text += ',';
-      if (row < column.values.size()) AppendNineDigits(text, static_cast<double>(column.values[row]));
-    }
-    text += '\n';
-  });
-}
-
 NextBlock CsvSweepBlocks(const SweepSpans& sweeps, double intervalMs, std::string_view name) {
   std::vector<CsvColumn> columns;
   std::size_t rows = 0;
@@ -142,28 +104,6 @@ NextBlock SweepBlocks(TraceFormat format, const SweepSpans& sweeps, float interv
   return CsvSweepBlocks(sweeps, interval, signal.title);
 }
 
-/// Columns of the states that are on, `rows` values each from point 1.
-std::vector<CsvColumn> OccupancyColumns(std::size_t rows) {
-  const auto& on = Model.ModelIs2D == 1 ? Model.StateOn : Model.TableStateOn;
-  const auto& labels = Model.ModelIs2D == 1 ? Model.StateLabel : Model.TableStateLabel;
-  std::vector<CsvColumn> columns;
-  for (std::size_t s = 1; s <= MaxStates; ++s) {
-    if (on[s] == 0) continue;
-    columns.push_back(
-        {labels[s].empty() ? std::to_string(s) : labels[s], Result.Occupancy[s].subspan(1, rows)});
-  }
-  return columns;
-}
-
-/// Rows of the last run's occupancies: its points, or the saved steps of an adaptive run.
-std::size_t OccupancyRows() {
-  const bool savedSteps = Result.ResultKind == ResultSavedSteps;
-  const auto count = static_cast<std::size_t>(std::max(savedSteps ? Result.KeptSteps : Model.NumPoints, 0));
-  std::size_t room = Result.Occupancy[1].size();
-  if (savedSteps) room = std::min(room, Result.SavedTime.size());
-  return std::min(count, room > 0 ? room - 1 : 0);
-}
-
 }  // namespace
 
 std::optional<TraceFormat> TraceFormatOf(const std::string& path) {
@@ -177,6 +117,21 @@ std::optional<TraceFormat> TraceFormatOf(const std::string& path) {
 NextBlock TraceTextBlocks(TraceFormat format, std::span<const float> samples, float intervalMs,
                           std::string_view signalName) {
   return SweepBlocks(format, {samples}, intervalMs, {std::string(signalName), std::string(signalName)});
+}
+
+NextBlock CsvBlocks(std::size_t rows, const std::vector<CsvColumn>& columns,
+                    const std::function<double(std::size_t row)>& timeOf) {
+  std::string head = "time_ms";
+  for (const CsvColumn& column : columns) head += ',' + CsvField(column.title);
+  head += '\n';
+  return MakeRowBlocks(std::move(head), rows, [columns, timeOf](std::string& text, std::size_t row) {
+    AppendNineDigits(text, timeOf(row));
+    for (const CsvColumn& column : columns) {
+      text += ',';
+      if (row < column.values.size()) AppendNineDigits(text, static_cast<double>(column.values[row]));
+    }
+    text += '\n';
+  });
 }
 
 NextBlock BehindLastLine(const std::string& path, NextBlock blocks) {
@@ -206,23 +161,6 @@ bool WriteSweepsFile(const std::string& path, const Sweeps& sweeps, float interv
   std::replace(signal.name.begin(), signal.name.end(), ',', ';');  // commas part the names of a list
   if (!units.empty()) signal.title.append(signal.title.empty() ? "(" : " (").append(units).append(")");
   return ReplaceFileInBlocks(path, SweepBlocks(*format, spans, intervalMs, signal));
-}
-
-bool WriteOccupancyCsv(const std::string& path) {
-  const std::size_t rows = OccupancyRows();
-  const std::vector<CsvColumn> columns = OccupancyColumns(rows);
-  const double interval = AsTyped(Model.ADInterval);
-  if (Result.ResultKind == ResultSavedSteps) {
-    const double start = Result.IntegrationOffset * interval;
-    return ReplaceFileInBlocks(path, CsvBlocks(rows, columns, [start](std::size_t i) {
-                                 return start + static_cast<double>(Result.SavedTime[i + 1]);
-                               }));
-  }
-  // Point 1 is time 0 after an integrator, the end of the first interval after Monte Carlo.
-  const double first = Result.ResultKind == ResultMonteCarlo ? interval : 0.0;
-  return ReplaceFileInBlocks(path, CsvBlocks(rows, columns, [first, interval](std::size_t i) {
-                               return first + static_cast<double>(i) * interval;
-                             }));
 }
 
 }  // namespace zelvane

@@ -1,12 +1,14 @@
-// Writes the result of a run as text files for other programs.
+// Writes traces as text files for other programs.
 //
-//   A trace         TraceFormatOf  WriteTraceFile  WriteSweepsFile  TraceTextBlocks  BehindLastLine
-//   Occupancies     WriteOccupancyCsv
+//   Files    TraceFormatOf  WriteTraceFile  WriteSweepsFile
+//   Blocks   TraceTextBlocks  CsvBlocks  BehindLastLine
 //
 // Numbers have a full stop in every locale. An old file is replaced only when the new one is complete
 // (safe_file.h). Only one block of the file is in memory.
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -52,17 +54,19 @@ bool WriteSweepsFile(const std::string& path, const Sweeps& sweeps, float interv
 NextBlock TraceTextBlocks(TraceFormat format, std::span<const float> samples, float intervalMs,
                           std::string_view signalName);
 
+/// A column of a CSV file; its rows after the end of `values` are empty.
+struct CsvColumn {
+  std::string title;
+  std::span<const float> values;
+};
+
+/// Returns the text of a CSV file with a time (ms) in each row, which `timeOf` gives, and a value of each
+/// column. The values must stay valid during this time.
+NextBlock CsvBlocks(std::size_t rows, const std::vector<CsvColumn>& columns,
+                    const std::function<double(std::size_t row)>& timeOf);
+
 /// Returns the blocks for appending to the text file `path`. If its last line has no line end, adds one
 /// first, so that two numbers do not become one.
 NextBlock BehindLastLine(const std::string& path, NextBlock blocks);
-
-/// Writes the occupancies of the last run as CSV: time in ms, then a column for each state that is on, under
-/// its label or, without one, its number. There is a row for each point of the run, or for each saved step of
-/// an adaptive one.
-///
-/// Reads: `Result` (Occupancy, SavedTime, ResultKind, KeptSteps, IntegrationOffset), `Model` (NumPoints,
-/// ADInterval, ModelIs2D, states and labels).
-/// @return false, with a former file untouched, when it cannot be written
-bool WriteOccupancyCsv(const std::string& path);
 
 }  // namespace zelvane

@@ -4,15 +4,12 @@
 #include <filesystem>
 #include <limits>
 #include <span>
-#include <vector>
 
 #include "formats/abf/abf.h"
 #include "formats/number_text.h"
 #include "formats/row_blocks.h"
 #include "model/model_events.h"
 #include "model/model_store.h"
-#include "run/result_store.h"
-#include "run/saved_steps.h"
 #include "screen/popups.h"
 #include "screen/save_file.h"
 #include "trace/abf_stamp.h"
@@ -75,14 +72,14 @@ AbfHeader HeaderOfTrace() {
   return header;
 }
 
-/// The kept steps of an adaptive run with their times, as a block of ATF with blanks.
-NextBlock SavedStepBlocks(const std::vector<float>& values) {
+/// The saved steps of an adaptive run, as a block of ATF with blanks.
+NextBlock SavedStepBlocks(const TraceSteps& steps) {
   const std::string head =
       "ATF 1.0\n2 2\n\"Type=\"\n\"Comment=\"\n\"Time (s)\" \"" + ShownTraceTitle() + "\"\n";
-  return MakeRowBlocks(head, values.size(), [&values](std::string& text, std::size_t i) {
-    AppendExponent(text, static_cast<double>(Result.SavedTime[i + 1]) / MsPerSecond);
+  return MakeRowBlocks(head, steps.values.size(), [&steps](std::string& text, std::size_t i) {
+    AppendExponent(text, static_cast<double>(steps.timeMs[i]) / MsPerSecond);
     text += ' ';
-    AppendExponent(text, static_cast<double>(values[i]));
+    AppendExponent(text, static_cast<double>(steps.values[i]));
     text += '\n';
   });
 }
@@ -136,10 +133,9 @@ Outcome AutosaveTextWrite(const std::string& path) {
   const std::size_t count = TextCount();
   if (RefuseSourceOfTrace(path)) return Outcome::Refused;
   RunSettingsWanted.Tell();
-  if (Result.ResultKind == ResultSavedSteps) {
-    const std::vector<float> values = SavedStepValues();
-    return ExtendFile(path, BehindLastLine(path, SavedStepBlocks(values)));
-  }
+  TraceSteps steps;
+  StepsToWrite.Tell(steps);
+  if (!steps.values.empty()) return ExtendFile(path, BehindLastLine(path, SavedStepBlocks(steps)));
   const NextBlock column =
       TraceTextBlocks(TraceFormat::SingleColumn, Trace.SimTrace.first(count), Model.ADInterval, {});
   return ExtendFile(path, BehindLastLine(path, column));

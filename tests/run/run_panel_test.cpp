@@ -2,6 +2,7 @@
 #include "run/run_fixtures.h"
 #include "stimulus/stimulus.h"
 #include "support/drive_test.h"
+#include "trace/trace_events.h"
 
 namespace zelvane {
 namespace {
@@ -128,9 +129,15 @@ TEST_F(RunPanelTest, TheTableOfValuesHoldsEveryPointOrEverySavedStep) {
   Commit(*FindCommand("FxnFillTable"));
   ASSERT_EQ(table.rows, Result.KeptSteps);
   ASSERT_LT(table.rows, 200);
+  ConnectRuns();
+  TraceSteps steps;
+  StepsToWrite.Tell(steps);
+  ASSERT_EQ(steps.timeMs.size(), static_cast<std::size_t>(table.rows)) << "a file gets the same";
   for (int q = 1; q <= table.rows; ++q) {
     EXPECT_EQ(cell(q, 1), Result.SavedTime[q]);
     EXPECT_NEAR(cell(q, 2), 50.0F * Result.Occupancy[2][q], 1e-4F);
+    EXPECT_EQ(cell(q, 1), steps.timeMs[static_cast<std::size_t>(q) - 1]);
+    EXPECT_EQ(cell(q, 2), steps.values[static_cast<std::size_t>(q) - 1]);
   }
 }
 

@@ -1,7 +1,8 @@
-// From occupancies to the trace: units, monitored states, noise, what is cleared.
+// From occupancies to the trace and to a file: units, monitored states, noise, what is cleared.
 #include <cmath>
 
 #include "model/model_store.h"
+#include "run/occupancy_export.h"
 #include "run/run_fixtures.h"
 #include "trace/program_random.h"
 
@@ -128,6 +129,43 @@ TEST_F(RunTraceTest, RefreshShowsOtherStatesButAsksBeforeItGivesUpACorrection) {
     EXPECT_EQ(Trace.RsCorrected, answer ? 0 : 1);
     EXPECT_EQ(GraphNamed("MainPanel").plots.size(), 1U);
   }
+}
+
+using OccupancyExportTest = StoreTest;
+
+TEST_F(OccupancyExportTest, OccupanciesHaveAColumnForEachStateThatIsOn) {
+  Model.NumPoints = 2;
+  Model.ADInterval = 0.5F;
+  Model.StateOn[2] = Model.StateOn[3] = 1;
+  Model.StateLabel[3] = "open";
+  for (std::size_t s = 2; s <= 3; ++s) {
+    for (std::size_t p = 1; p <= 3; ++p)
+      Result.Occupancy[s][p] = static_cast<float>(s) + static_cast<float>(p) / 8;
+  }
+  const TemporaryFolder folder;
+  const std::string path = folder.File("occupancy.csv");
+  struct Case {
+    int kind;
+    const char* content;
+  };
+  const Case cases[] = {
+      {ResultUniform, "time_ms,2,open\n0,2.125,3.125\n0.5,2.25,3.25\n"},
+      {ResultMonteCarlo, "time_ms,2,open\n0.5,2.125,3.125\n1,2.25,3.25\n"},
+      {ResultSavedSteps, "time_ms,2,open\n2,2.125,3.125\n2.125,2.25,3.25\n4,2.375,3.375\n"}};
+  Result.KeptSteps = 3;
+  Result.IntegrationOffset = 4;
+  Result.SavedTime[2] = 0.125F;
+  Result.SavedTime[3] = 2.0F;
+  for (const Case& test : cases) {
+    Result.ResultKind = test.kind;
+    ASSERT_TRUE(WriteOccupancyCsv(path));
+    EXPECT_EQ(ReadWholeFile(path), test.content) << test.kind;
+  }
+  Model.ModelIs2D = 0;
+  Model.TableStateOn[2] = 1;
+  Result.ResultKind = ResultUniform;
+  ASSERT_TRUE(WriteOccupancyCsv(path));
+  EXPECT_EQ(ReadWholeFile(path).substr(0, 10), "time_ms,2\n");
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "trace/trace_export.h"
 
 #include "model/model_lines.h"
-#include "run/result_store.h"
 #include "support/store_test.h"
 
 namespace zelvane {
@@ -44,40 +43,6 @@ TEST_F(TraceExportTest, QuotesTheNamesThatNeedIt) {
   EXPECT_EQ(LinesOf(ReadWholeFile(csv))[0], "time_ms,\"a \"\"b\"\", c\"");
   ASSERT_TRUE(WriteTraceFile(atf, sample, 1.0F, "a \"b\"\tc\nd"));
   EXPECT_EQ(LinesOf(ReadWholeFile(atf))[4], "\"SignalsExported=a 'b' c d\"");
-}
-
-TEST_F(TraceExportTest, OccupanciesHaveAColumnForEachStateThatIsOn) {
-  Model.NumPoints = 2;
-  Model.ADInterval = 0.5F;
-  Model.StateOn[2] = Model.StateOn[3] = 1;
-  Model.StateLabel[3] = "open";
-  for (std::size_t s = 2; s <= 3; ++s) {
-    for (std::size_t p = 1; p <= 3; ++p)
-      Result.Occupancy[s][p] = static_cast<float>(s) + static_cast<float>(p) / 8;
-  }
-  const std::string path = folder.File("occupancy.csv");
-  struct Case {
-    int kind;
-    const char* content;
-  };
-  const Case cases[] = {
-      {ResultUniform, "time_ms,2,open\n0,2.125,3.125\n0.5,2.25,3.25\n"},
-      {ResultMonteCarlo, "time_ms,2,open\n0.5,2.125,3.125\n1,2.25,3.25\n"},
-      {ResultSavedSteps, "time_ms,2,open\n2,2.125,3.125\n2.125,2.25,3.25\n4,2.375,3.375\n"}};
-  Result.KeptSteps = 3;
-  Result.IntegrationOffset = 4;
-  Result.SavedTime[2] = 0.125F;
-  Result.SavedTime[3] = 2.0F;
-  for (const Case& test : cases) {
-    Result.ResultKind = test.kind;
-    ASSERT_TRUE(WriteOccupancyCsv(path));
-    EXPECT_EQ(ReadWholeFile(path), test.content) << test.kind;
-  }
-  Model.ModelIs2D = 0;
-  Model.TableStateOn[2] = 1;
-  Result.ResultKind = ResultUniform;
-  ASSERT_TRUE(WriteOccupancyCsv(path));
-  EXPECT_EQ(LinesOf(ReadWholeFile(path))[0], "time_ms,2");
 }
 
 }  // namespace

@@ -6,10 +6,10 @@
 #include <map>
 
 #include "platform/folders.h"
-#include "run/result_store.h"
 #include "run/run_panel.h"
 #include "support/abf_sweeps.h"
 #include "support/pressing.h"
+#include "trace/trace_events.h"
 #include "trace/trace_export.h"
 #include "trace/trace_store.h"
 
@@ -157,15 +157,8 @@ TEST_F(TraceWriteTest, AutosavedTextHoldsABlockARun) {
   const std::string columns =
       "2.000000e-02\n1.500000e+00\n-2.000000e+00\n2.500000e-01\n5.000000e-01\n4.000000e+00\n";
   EXPECT_EQ(ReadWholeFile(path), columns);
-  Result.ResultKind = ResultSavedSteps;
-  Result.KeptSteps = 2;
-  Result.SavedTime[2] = 12.5F;
-  Result.Occupancy[1][1] = 1.0F;
-  Result.Occupancy[1][2] = 0.25F;
-  Result.EffectiveChannels = 4.0F;
-  Model.StateMonitored[1] = 1;
-  Model.DisplayUnits = UnitsChannels;
-  WriteRunParameters();
+  const float stepTimesMs[] = {0.0F, 12.5F};
+  StepsToWrite.Add([&](TraceSteps& steps) { steps = {stepTimesMs, {4.0F, 1.0F}}; });
   AutosaveTrace();
   EXPECT_EQ(ReadWholeFile(path), columns + "ATF 1.0\n2 2\n\"Type=\"\n\"Comment=\"\n\"Time (s)\" \"" +
                                      GraphNamed("MainPanel").y.title +

@@ -2,6 +2,7 @@
 
 #include <ostream>
 
+#include "formats/number_text.h"
 #include "headless/commands/job_settings.h"
 #include "headless/json_values.h"
 #include "model/model_store.h"

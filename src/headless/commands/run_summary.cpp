@@ -3,6 +3,7 @@
 #include <cmath>
 #include <ostream>
 
+#include "formats/number_text.h"
 #include "headless/commands/one_job.h"
 #include "headless/json_values.h"
 #include "model/model_store.h"

@@ -13,6 +13,7 @@
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "platform/index.h"
+#include "run/occupancy_export.h"
 #include "run/result_store.h"
 #include "run/run.h"
 #include "screen/screen.h"
