@@ -42,7 +42,7 @@ bool SameRows(const IntegratorOutput& plain, int points) {
   return true;
 }
 
-/// Runs the compiled form as IntegrateModel uses it: every run compiles.
+/// The compiled form as Simulate uses it: compiling is part of every run.
 void FastFixed(const BenchScheme& scheme, int points) {
   const CompiledScheme compiled = CompileScheme(scheme.Tables());
   const StimulusView view = StoreStimulus();

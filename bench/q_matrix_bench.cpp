@@ -10,11 +10,10 @@
 namespace zelvane {
 namespace {
 
-/// Puts the table of 20 states into the store, as during a fit, when panels are not read.
+/// Puts the table of 20 states into the store.
 void UseFullTable(bool onVoltage) {
   const BenchScheme scheme = FullTable();
   Model.ModelIs2D = 0;
-  Model.FitActive = 1;
   Model.TableRate = scheme.rate;
   Model.TableDepend = onVoltage ? scheme.depend : DependenceTables{};
   SetStimulus(BenchStimulus::VoltageStep, 1000);

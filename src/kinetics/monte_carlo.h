@@ -61,15 +61,15 @@ struct ChannelSweep {
   DwellRecorder& recorder;
   int numPoints = 0;
   float intervalMs = 0.0F;
-  float lengthMs = 0.0F;            // interval x points, finite
-  int openState = 0;                // state whose exits are counted
-  int openStateExits = 0;           // counted so far
-  int monitoredChannels = 0;        // channels that reached a monitored state so far
-  std::int64_t done = 0;            // channels simulated so far
-  std::int64_t total = 0;           // channels to simulate, of all sweeps that count as one work
-  BreathHook breathe{};             // may be empty; gets the finished part of the channel
-  int work = 0;                     // since the last breath
-  std::vector<float> passed{0.0F};  // n intervals, each addition rounded to a float
+  float lengthMs = 0.0F;        // interval x points, finite
+  int openState = 0;            // state whose exits are counted
+  int openStateExits = 0;       // counted so far
+  int monitoredChannels = 0;    // channels that reached a monitored state so far
+  std::int64_t done = 0;        // channels simulated so far
+  std::int64_t total = 0;       // channels to simulate, of all sweeps that count as one work
+  BreathHook breathe{};         // may be empty; gets the finished part of the channel
+  int work = 0;                 // since the last breath
+  std::vector<float> passed{};  // n intervals, each addition rounded to a float; at least 0 intervals
 };
 
 /// Simulates one channel that starts in `startState`. Its dwells go to the recorder, which also begins a new

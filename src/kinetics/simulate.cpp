@@ -4,42 +4,50 @@
 #include <cassert>
 #include <cmath>
 #include <cstddef>
+#include <cstring>
+#include <utility>
 
 #include "kinetics/monte_carlo.h"
 
 namespace zelvane {
 namespace {
 
-SimulationFault WhyRefused(const Connections& connections, const StimulusView& stimulus,
-                           const SimulationSettings& settings) {
-  const float lengthMs = stimulus.intervalMs * static_cast<float>(settings.numPoints);
-  if (settings.numPoints < 1 || !(stimulus.intervalMs > 0.0F) || !std::isfinite(lengthMs)) {
-    return SimulationFault::NoLength;
-  }
-  if (settings.simulator != Simulator::Channels) return SimulationFault::None;
-  const auto counts = std::span(connections.count).subspan(1);
-  if (*std::max_element(counts.begin(), counts.end()) > MaxConnections) return SimulationFault::TooManyExits;
-  if (settings.channels < 1) return SimulationFault::NoChannels;
-  if (settings.channels > MaxChannelsOfRun) return SimulationFault::TooManyChannels;
-  return SimulationFault::None;
+SimulationResult Refuse(SimulationFault fault) {
+  SimulationResult result;
+  result.outcome = Outcome::Refused;
+  result.fault = fault;
+  return result;
 }
 
-void RunFixedStep(const SchemeTables& scheme, const StimulusView& stimulus,
-                  const SimulationSettings& settings, const SimulationRoom& room, const RunReporter& reporter,
-                  SimulationResult& result) {
+/// The points of the states that are on may be written up to `end`.
+void MarkUsed(const CompiledScheme& scheme, int end, SimulationResult& result) {
+  for (std::size_t lane = 0; lane < static_cast<std::size_t>(scheme.lanes); ++lane) {
+    if (scheme.on[lane]) result.used[static_cast<std::size_t>(scheme.state[lane])] = end;
+  }
+}
+
+SimulationResult RunFixedStep(const SchemeTables& scheme, const StimulusView& stimulus,
+                              const SimulationSettings& settings, const SimulationRoom& room,
+                              const RunReporter& reporter) {
+  SimulationResult result;
   const CompiledScheme compiled = CompileScheme(scheme);
   const FixedStepRun run{compiled,           stimulus,           settings.start,
                          settings.numPoints, settings.maxStepMs, reporter.breathe};
   result.fixedStep = IntegrateFixedStep(run, room.rows, ProgressHook(reporter));
-  if (result.fixedStep.stopped) result.outcome = Outcome::Stopped;
-  if (result.fixedStep.reductions == MaxReductions) {
+  MarkUsed(compiled, settings.numPoints + 2, result);
+  if (result.fixedStep.stopped) {
+    result.outcome = Outcome::Stopped;
+  } else if (result.fixedStep.reductions == MaxReductions) {
     result.outcome = Outcome::Failed;
     result.fault = SimulationFault::OutOfRange;
   }
+  return result;
 }
 
-void RunAdaptive(const SchemeTables& scheme, const StimulusView& stimulus, const SimulationSettings& settings,
-                 const SimulationRoom& room, const RunReporter& reporter, SimulationResult& result) {
+SimulationResult RunAdaptive(const SchemeTables& scheme, const StimulusView& stimulus,
+                             const SimulationSettings& settings, const SimulationRoom& room,
+                             const RunReporter& reporter) {
+  SimulationResult result;
   const CompiledScheme compiled = CompileScheme(scheme);
   result.offset = FirstActivePoint(scheme, settings.start, stimulus, settings.numPoints);
   StimulusView moved = stimulus;
@@ -47,9 +55,29 @@ void RunAdaptive(const SchemeTables& scheme, const StimulusView& stimulus, const
   const AdaptiveRun run{compiled,           moved,           settings.start, settings.numPoints,
                         settings.precision, reporter.breathe};
   result.adaptive = IntegrateAdaptive(run, room.savedTimeMs, room.rows, ProgressHook(reporter));
-  if (result.adaptive.finished) return;
+  MarkUsed(compiled, settings.numPoints + 1, result);
+  if (result.adaptive.finished) return result;
   result.outcome = result.adaptive.stopped ? Outcome::Stopped : Outcome::Failed;
   if (!result.adaptive.stopped) result.fault = SimulationFault::NotFinished;
+  return result;
+}
+
+/// Prepares the exits, or takes the rates of a later sweep. Returns false when a state has too many exits.
+bool PrepareChannels(const SchemeTables& scheme, const StimulusView& stimulus, int numPoints,
+                     ChannelMemory& memory) {
+  if (memory.prepared) {
+    const bool sameRates = std::memcmp(&memory.exits.tables.rate, &scheme.rate, sizeof scheme.rate) == 0;
+    if (!sameRates) ForgetExits(memory.exits, scheme.rate);
+    return true;
+  }
+  const Connections connections = ConnectionsOf(scheme.rate);
+  const auto counts = std::span(connections.count).subspan(1);
+  if (*std::max_element(counts.begin(), counts.end()) > MaxConnections) return false;
+  const ChannelTables tables{scheme.rate, scheme.depend, connections.count, connections.to,
+                             scheme.temperature};
+  memory.exits = PrepareExits(tables, stimulus.profile, stimulus.intervalMs, numPoints);
+  memory.prepared = true;
+  return true;
 }
 
 void SetOutcome(ChannelOutcome ended, SimulationResult& result) {
@@ -60,63 +88,65 @@ void SetOutcome(ChannelOutcome ended, SimulationResult& result) {
       ended == ChannelOutcome::Isolated ? SimulationFault::IsolatedState : SimulationFault::RateTooFast;
 }
 
-void RunChannels(const SchemeTables& scheme, const Connections& connections, const StimulusView& stimulus,
-                 const SimulationSettings& settings, const SimulationRoom& room, const RunReporter& reporter,
-                 SimulationResult& result) {
+SimulationResult RunChannels(const SchemeTables& scheme, const StimulusView& stimulus,
+                             const SimulationSettings& settings, const SimulationRoom& room,
+                             const RunReporter& reporter) {
   assert(room.random != nullptr && room.recorder != nullptr);
-  const ChannelTables tables{scheme.rate, scheme.depend, connections.count, connections.to,
-                             scheme.temperature};
-  ExitBook exits = PrepareExits(tables, stimulus.profile, stimulus.intervalMs, settings.numPoints);
-  OccupancyCounts occupancy;
-  ChannelSweep sweep{*room.random, exits, occupancy, *room.recorder};
+  if (settings.channels > MaxChannelsOfRun) return Refuse(SimulationFault::TooManyChannels);
+  ChannelMemory ofSweep;
+  ChannelMemory& memory = room.memory != nullptr ? *room.memory : ofSweep;
+  if (!PrepareChannels(scheme, stimulus, settings.numPoints, memory)) {
+    return Refuse(SimulationFault::TooManyExits);
+  }
+  ChannelSweep sweep{*room.random, memory.exits, memory.occupancy, *room.recorder};
   sweep.numPoints = settings.numPoints;
   sweep.intervalMs = stimulus.intervalMs;
   sweep.lengthMs = stimulus.intervalMs * static_cast<float>(settings.numPoints);
   sweep.openState = settings.openState;
-  sweep.total = settings.channels;
+  sweep.done = settings.channelsDone;
+  sweep.total = settings.channelsOfWork > 0 ? settings.channelsOfWork : settings.channels;
+  sweep.work = memory.work;
+  sweep.passed = std::move(memory.passed);
   if (reporter.breathe) {
     sweep.breathe = [&](double ofChannel) {
-      const auto total = static_cast<double>(std::max<std::int64_t>(1, sweep.total));
-      return reporter.breathe((static_cast<double>(sweep.done) + ofChannel) / total);
+      return reporter.breathe((static_cast<double>(sweep.done) + ofChannel) /
+                              static_cast<double>(sweep.total));
     };
   }
-  for (std::size_t s = 1; s <= MaxStates; ++s) {
-    std::fill_n(room.rows[s].begin(), settings.numPoints + 1, 0.0F);
-  }
-  StartSweep(occupancy, room.rows, settings.numPoints, settings.channels,
-             1.0F / static_cast<float>(settings.channels));
+  const float unit =
+      settings.channelUnit > 0.0F ? settings.channelUnit : 1.0F / static_cast<float>(settings.channels);
+  StartSweep(memory.occupancy, room.rows, settings.numPoints, settings.channels, unit);
+  SimulationResult result;
   SetOutcome(SimulateChannels(sweep, settings.channels, settings.start, ProgressHook(reporter)), result);
-  EndSweep(occupancy);
+  EndSweep(memory.occupancy);
   EndRecord(*room.recorder);
-  result.used = occupancy.used;
+  memory.work = sweep.work;
+  memory.passed = std::move(sweep.passed);
+  result.used = memory.occupancy.used;
   result.openStateExits = sweep.openStateExits;
   result.monitoredChannels = sweep.monitoredChannels;
+  result.channelsDone = sweep.done;
+  return result;
 }
 
 }  // namespace
 
+bool HasLength(int numPoints, float intervalMs) {
+  return numPoints >= 1 && intervalMs > 0.0F && std::isfinite(intervalMs * static_cast<float>(numPoints));
+}
+
 SimulationResult Simulate(const SchemeTables& scheme, const StimulusView& stimulus,
                           const SimulationSettings& settings, const SimulationRoom& room,
                           const RunReporter& reporter) {
-  SimulationResult result;
-  const Connections connections = ConnectionsOf(scheme.rate);
-  result.fault = WhyRefused(connections, stimulus, settings);
-  if (result.fault != SimulationFault::None) {
-    result.outcome = Outcome::Refused;
-    return result;
-  }
+  if (!HasLength(settings.numPoints, stimulus.intervalMs)) return Refuse(SimulationFault::NoLength);
   switch (settings.simulator) {
     case Simulator::Channels:
-      RunChannels(scheme, connections, stimulus, settings, room, reporter, result);
-      break;
+      return RunChannels(scheme, stimulus, settings, room, reporter);
     case Simulator::Adaptive:
-      RunAdaptive(scheme, stimulus, settings, room, reporter, result);
-      break;
+      return RunAdaptive(scheme, stimulus, settings, room, reporter);
     default:
-      RunFixedStep(scheme, stimulus, settings, room, reporter, result);
-      break;
+      return RunFixedStep(scheme, stimulus, settings, room, reporter);
   }
-  return result;
 }
 
 }  // namespace zelvane

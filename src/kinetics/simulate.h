@@ -1,19 +1,23 @@
 // One sweep of a scheme, by any of the three simulators.
 //
-//   Simulate
+//   Simulate  HasLength
 //
 // Reads and writes only the arguments: several threads may simulate at once, each with its own room, stream
 // and reporter.
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <span>
+#include <vector>
 
 #include "kinetics/adaptive_step.h"
 #include "kinetics/compiled_scheme.h"
 #include "kinetics/dwell_recorder.h"
 #include "kinetics/fixed_step.h"
+#include "kinetics/occupancy_counts.h"
 #include "kinetics/scheme_tables.h"
+#include "kinetics/state_exits.h"
 #include "numerics/random.h"
 #include "platform/outcome.h"
 #include "platform/run_reporter.h"
@@ -29,23 +33,38 @@ struct SimulationSettings {
   std::array<float, MaxStates + 1> start{};  // occupancies at time 0
   float maxStepMs = 0.005F;                  // fixed step
   float precision = 0.0005F;                 // adaptive
-  int channels = 1;                          // single channels of the sweep
-  int openState = 0;                         // state whose exits are counted
+  // -- Single channels --
+  int channels = 1;                 // of the sweep; without a channel the rows stay as they are
+  float channelUnit = 0.0F;         // occupancy of one channel; 0 = 1 / channels
+  int openState = 0;                // state whose exits are counted
+  std::int64_t channelsDone = 0;    // in earlier sweeps that count as one work with this one
+  std::int64_t channelsOfWork = 0;  // in all these sweeps; 0 = channels
 };
 
-/// The memory for a sweep. The rows of the states have room for numPoints + 2 values.
+/// What a sweep of single channels has prepared, for later sweeps with the same stimulus, dependences and
+/// number of points. Their rates may differ; connections and dependences stay those of the first sweep.
+struct ChannelMemory {
+  bool prepared = false;
+  ExitBook exits;
+  OccupancyCounts occupancy;
+  std::vector<float> passed{0.0F};  // time of n points
+  int work = 0;                     // since the last breath
+};
+
+/// The memory for a sweep. The rows of the states have room for numPoints + 2 values, all 0.
 struct SimulationRoom {
-  OccupancyRows rows{};               // points from 1 (fixed step), steps from 1 (adaptive), points from 0
-  std::span<float> savedTimeMs{};     // adaptive: as long as the rows
-  RandomStream* random = nullptr;     // single channels: stream of their random values
-  DwellRecorder* recorder = nullptr;  // single channels: gets their dwells appended
+  OccupancyRows rows{};            // points from 1 (fixed step), steps from 1 (adaptive), points from 0
+  std::span<float> savedTimeMs{};  // adaptive: as long as the rows
+  // -- Single channels --
+  RandomStream* random = nullptr;     // stream of their random values
+  DwellRecorder* recorder = nullptr;  // gets their dwells appended
+  ChannelMemory* memory = nullptr;    // of earlier sweeps and for later ones, if there are any
 };
 
 /// The reason for an incomplete or a changed sweep.
 enum class SimulationFault {
   None,
   NoLength,         // no points, or no time between them
-  NoChannels,       // no single channel
   TooManyExits,     // single channels: a state has more than MaxConnections exits
   TooManyChannels,  // more than MaxChannelsOfRun
   OutOfRange,       // fixed step: occupancies left their range even with the smallest step
@@ -60,17 +79,22 @@ struct SimulationResult {
   FixedStepResult fixedStep{};
   AdaptiveResult adaptive{};
   int offset = 0;                         // adaptive: point at which integration started
-  std::array<int, MaxStates + 1> used{};  // single channels: this point and all after it are 0
-  int openStateExits = 0;
-  int monitoredChannels = 0;  // channels that reached a monitored state
+  std::array<int, MaxStates + 1> used{};  // of each row: this point and all after it are still 0
+  // -- Single channels --
+  int openStateExits = 0;         // of this sweep
+  int monitoredChannels = 0;      // that reached a monitored state
+  std::int64_t channelsDone = 0;  // in this and earlier sweeps
 };
+
+/// Returns whether a sweep has points and time between them, and a finite length.
+bool HasLength(int numPoints, float intervalMs);
 
 /// Simulates one sweep of `scheme` under `stimulus`, whose offset is 0, into `room`.
 ///
-/// The integrators are IntegrateFixedStep and IntegrateAdaptive; for single channels see SimulateChannel.
-/// Their occupancies add up to 1; rows are set to 0 first. `reporter` handles progress and stops. The
-/// function shows no messages; the result has the reason. NoLength to TooManyChannels refuse the sweep and do
-/// not change `room`.
+/// The integrators are IntegrateFixedStep and IntegrateAdaptive; for single channels see SimulateChannels.
+/// `reporter` handles progress and stops. The function shows no messages; the result has the reason.
+/// Refused: NoLength to TooManyChannels, without a change of `room`. A stopped or failed sweep keeps what it
+/// has simulated.
 SimulationResult Simulate(const SchemeTables& scheme, const StimulusView& stimulus,
                           const SimulationSettings& settings, const SimulationRoom& room,
                           const RunReporter& reporter = {});

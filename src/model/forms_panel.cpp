@@ -50,6 +50,14 @@ void RefreshGrid() {
 
 }  // namespace
 
+void ReadActiveRates() {
+  if (Model.ModelIs2D != 0) {
+    ReadGridRates();
+  } else {
+    ReadTableRates();
+  }
+}
+
 void FxnMainModel() {
   CloseDependencePanel();
   if (Model.ModelIs2D == 0) {

@@ -168,7 +168,6 @@ void AddMainPanel() {
 }
 
 void ReadGridRates() {
-  if (FindPanel(MainPanelName) == nullptr) return;
   ReadControls(MainPanelName, RatesGroup);
   ReadControls(MainPanelName, TextsGroup);
 }
@@ -202,7 +201,6 @@ void ShowGridConductances() {
 }
 
 void ShowSweepLength() {
-  if (FindPanel(MainPanelName) == nullptr) return;
   ShowNumber("SweepLength", static_cast<double>(Model.NumPoints) * static_cast<double>(Model.ADInterval));
 }
 

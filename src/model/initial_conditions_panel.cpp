@@ -1,6 +1,7 @@
 // InitialConditionsPanel: the proportion of channels in each state at time 0.
 #include <numeric>
 
+#include "model/model_events.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
 #include "model/scheme_panels.h"
@@ -48,10 +49,10 @@ void AddInitialConditionsPanel() {
        .help =
            "Proportion of channels in each state at time 0. The proportions should add up to 1 at most."});
   AddControls(InitialConditionsPanelName, OccupanciesGroup, OccupancyControls);
+  StartOccupancyChanged.Add(WriteStartOccupancy);
 }
 
 void WriteStartOccupancy() {
-  if (FindPanel(InitialConditionsPanelName) == nullptr) return;
   WriteControls(InitialConditionsPanelName, OccupanciesGroup);
 }
 

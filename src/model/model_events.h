@@ -11,6 +11,9 @@ inline Listeners<> RunSettingsWanted;
 /// The run settings in the store have changed: panels show them.
 inline Listeners<> RunSettingsChanged;
 
+/// The starting occupancies in the store have changed: panels show them.
+inline Listeners<> StartOccupancyChanged;
+
 /// The run has got the length or interval of a file: panels show what depends on it.
 inline Listeners<> RunSettingsReplaced;
 

@@ -7,11 +7,11 @@ namespace zelvane {
 /// Declares the panels and the menu, once at start-up; other folders add to MainPanel.
 void AddModelPanels();
 
-// -- Copies between panels and store. A run calls the Read functions, WriteStartOccupancy and
-// ShowSweepLength. They do nothing without their panel, so a run needs no panels --
+// -- Copies between panels and store --
 void ReadGridRates();  // KOn and KOff, the title, and the labels of the grid
 void WriteGridRates();
 void ReadTableRates();   // all 380 cells into TableRate
+void ReadActiveRates();  // those of the form that runs
 void WriteTableRates();  // cells, marks, buttons and labels
 void GetTableNames();    // the table's label fields into TableStateLabel
 

@@ -97,7 +97,7 @@ struct ModelStore {
 
   // -- Process --
   int RecordPoints = 10240;  // length of the last record: of a run, or of the data under analysis
-  int FitActive = 0;         // 1 while a fit calls the simulators: they read no panel and show no message
+  int FitActive = 0;         // 1 while a fit runs
 };
 
 /// The one model of the process.

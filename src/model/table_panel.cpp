@@ -130,7 +130,7 @@ void ShowTableDependence(int from, int to) {
 }
 
 void ReadTableRates() {
-  if (FindPanel(TablePanelName) != nullptr) ReadControls(TablePanelName, RatesGroup);
+  ReadControls(TablePanelName, RatesGroup);
 }
 
 void WriteTableRates() {
@@ -140,7 +140,7 @@ void WriteTableRates() {
 }
 
 void GetTableNames() {
-  if (FindPanel(TablePanelName) != nullptr) ReadControls(TablePanelName, LabelsGroup);
+  ReadControls(TablePanelName, LabelsGroup);
 }
 
 }  // namespace zelvane

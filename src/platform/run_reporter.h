@@ -7,6 +7,8 @@
 #include <functional>
 #include <string_view>
 
+#include "platform/message_title.h"
+
 namespace zelvane {
 
 /// Called about 20 times during a run with the fraction done. True stops the run. May be empty.
@@ -18,14 +20,16 @@ using BreathHook = std::function<bool(double fraction)>;
 
 struct RunReporter {
   /// Shows a message and waits until the user has seen it.
-  std::function<void(std::string_view title, std::string_view text)> message{};
+  std::function<void(MessageTitle title, std::string_view text)> message{};
   /// Asks a question; true = yes.
   std::function<bool(std::string_view title, std::string_view text)> question{};
-  /// Shows the fraction done, from 0 to 1, with a text beside it.
+  /// Shows the fraction done, from 0 to 1, with a text beside it. Below 0 clears it.
   std::function<void(double fraction, std::string_view text)> progress{};
   /// Handles waiting user events and returns whether the user wants to stop.
   std::function<bool()> stopAsked{};
   BreathHook breathe{};
+  /// Ends the work: clears the progress and forgets the wish to stop.
+  std::function<void()> finish{};
 };
 
 /// Returns whether nobody would see a message.
@@ -33,13 +37,22 @@ inline bool IsSilent(const RunReporter& reporter) {
   return !reporter.message;
 }
 
-inline void Tell(const RunReporter& reporter, std::string_view title, std::string_view text) {
+inline void Tell(const RunReporter& reporter, MessageTitle title, std::string_view text) {
   if (reporter.message) reporter.message(title, text);
 }
 
 /// Asks whether to continue. A silent reporter continues.
 inline bool Agrees(const RunReporter& reporter, std::string_view title, std::string_view text) {
   return !reporter.question || reporter.question(title, text);
+}
+
+/// Clears the progress.
+inline void ClearProgress(const RunReporter& reporter) {
+  if (reporter.progress) reporter.progress(-1.0, {});
+}
+
+inline void Finish(const RunReporter& reporter) {
+  if (reporter.finish) reporter.finish();
 }
 
 /// Returns a hook that shows progress and then asks for a stop; empty when the reporter has neither function.

@@ -29,11 +29,10 @@ SchemeTables ActiveTables() {
           Model.Temperature};
 }
 
-StimulusView ActiveStimulus(int offset) {
+StimulusView ActiveStimulus() {
   StimulusView view;
   std::copy(Stimulus.Profile.begin(), Stimulus.Profile.end(), view.profile.begin());
   view.intervalMs = Model.ADInterval;
-  view.offset = offset;
   return view;
 }
 

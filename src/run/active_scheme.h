@@ -10,8 +10,7 @@ namespace zelvane {
 /// Returns the tables of the active form, whose rates `Model.RateMatrix` holds.
 SchemeTables ActiveTables();
 
-/// Returns the profiles from point `offset` on.
-StimulusView ActiveStimulus(int offset);
+StimulusView ActiveStimulus();
 
 /// Returns what makes the trace of the occupancies in `Result`, by `Model` and the voltage profile.
 TraceConversion ActiveConversion();

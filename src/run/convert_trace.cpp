@@ -3,13 +3,14 @@
 #include <cstddef>
 #include <span>
 
+#include "model/model_events.h"
 #include "model/model_store.h"
 #include "platform/zero_pages.h"
 #include "run/active_scheme.h"
 #include "run/result_store.h"
 #include "run/run.h"
-#include "run/run_panel.h"
 #include "run/saved_steps.h"
+#include "run/window_reporter.h"
 #include "screen/popups.h"
 #include "stimulus/gaussian_filter.h"
 #include "stimulus/stimulus_store.h"
@@ -37,11 +38,16 @@ void ClearOccupancy(int points) {
   }
 }
 
-bool ConvertTrace(bool erase) {
-  if (Model.FitActive == 0) ReadRunParameters();
-  if (!RunHasLength()) return false;
+void RaiseOccupancyUsed(const std::array<int, MaxStates + 1>& used) {
+  for (std::size_t s = 1; s <= MaxStates; ++s) {
+    Result.OccupancyUsed[s] = std::max(Result.OccupancyUsed[s], used[s]);
+  }
+}
+
+void ConvertTrace(bool erase, const RunReporter& reporter) {
+  const bool announced = !IsSilent(reporter);
   Trace.TraceUnits = Model.DisplayUnits;
-  TellTraceChanges();
+  if (announced) TellTraceChanges();
   ClearSamples(Trace.SimTraceUsed);
   const int samples = std::clamp(Model.NumPoints, 0, MaxStimPoints);
   const std::span<float> trace = Trace.SimTrace.first(static_cast<std::size_t>(samples));
@@ -53,8 +59,7 @@ bool ConvertTrace(bool erase) {
   }
   if (Model.AutoNoise != 0) AddNoise(trace);
   if (Model.AutoFilter != 0) GaussianFilter(trace, Model.AutoFilterFc);
-  TraceToPlot.Tell(erase);
-  return true;
+  if (announced) TraceToPlot.Tell(erase);
 }
 
 void RefreshTrace() {
@@ -71,7 +76,10 @@ void RefreshTrace() {
     return;
   }
   if (Trace.RsCorrected != 0 && !ConfirmPopup(WarningTitle, RemovesCorrection)) return;
-  if (!ConvertTrace(true)) return;
+  RunSettingsWanted.Tell();
+  const RunReporter reporter = WindowReporter();
+  if (!RunHasLength(reporter)) return;
+  ConvertTrace(true, reporter);
   Trace.RsCorrected = 0;
   Trace.RcFiltered = 0;
 }

@@ -1,28 +1,23 @@
-// Numerical integration of the model: one function for two engines.
+// Numerical integration of the model: from the stores through Simulate (kinetics/simulate.h) to the stores.
 //
-// The engines (fixed_step.h, adaptive_step.h) work on values that are handed to them; this function reads the
-// stores, calls one of them and leaves its result in the stores. Saved steps become a trace in saved_steps.h.
+// Saved steps become a trace in saved_steps.h.
 #pragma once
 
 #include "platform/outcome.h"
+#include "platform/run_reporter.h"
 
 namespace zelvane {
 
 /// Integrates the model with its stimulus and the integrator of `Model.SimulatorKind`, and converts the
-/// result to the trace.
+/// result to the trace. RunSimulation has prepared the rates and cleared the occupancies.
 ///
-/// Unless `Model.FitActive`, first reads the run settings (and the rates of the grid) from the panels,
-/// shows progress and messages, and reacts to the stop button. With the grid it fills `Model.RateMatrix`;
-/// with the table the caller does this.
-///
-/// Reads:   `Model`, `Stimulus.Profile`, StopAsked().
+/// Reads:   `Model`, `Stimulus.Profile`.
 /// Writes:  `Result.Occupancy` and what goes with it, `Result.SavedTime`, `Trace` through ConvertTrace;
 ///          `Model.MaxStepSize` and `Model.Precision` when the engine had to change them.
 /// Tells:   "! Integration Warning" and "! Integration Error" about a reduced step, "!" about a reduced
-/// precision or a
-///          stop. Asks before a long run with a step that an earlier one has reduced.
+///          precision or a stop. Asks before a long run with a step that an earlier one has reduced.
 /// @return Done; Stopped; Refused when the user does not want that run; Failed when the step became too
 ///         small or the precision was reduced
-Outcome IntegrateModel();
+Outcome IntegrateModel(const RunReporter& reporter);
 
 }  // namespace zelvane

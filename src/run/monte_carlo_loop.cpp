@@ -10,17 +10,15 @@
 #include "dwells/dwell_store.h"
 #include "dwells/simulated_dwells.h"
 #include "kinetics/monte_carlo.h"
+#include "kinetics/simulate.h"
 #include "model/model.h"
-#include "model/model_panels.h"
+#include "model/model_events.h"
 #include "model/model_store.h"
 #include "numerics/rounding.h"
 #include "run/active_scheme.h"
 #include "run/result_store.h"
 #include "run/run.h"
-#include "run/run_panel.h"
-#include "run/window_breath.h"
 #include "screen/popups.h"
-#include "stimulus/stimulus_store.h"
 #include "trace/program_random.h"
 #include "trace/trace.h"
 #include "trace/trace_events.h"
@@ -36,137 +34,120 @@ constexpr char TooFast[] =
 constexpr char TooManyChannels[] =
     "A run of %d channels cannot be simulated, %d is the most. Lower the number of channels or its STD.";
 constexpr char NoChannels[] = "There were no channels to simulate: the number of channels is 0.";
-constexpr char Interrupted[] = "Simulation Interrupted by User";
 
 constexpr int ReseedPointsBack = 100;  // a sweep's end may be cut off by the last dwell
 
-/// The settings of a simulation, fixed while it lasts, and how far it has come.
-struct Loop {
-  Outcome saved = Outcome::Done;  // of the autosaves so far
-  Loop() = default;
-  Loop(const Loop&) = delete;  // the parts of the simulator refer to each other
-  Loop& operator=(const Loop&) = delete;
-
+/// A simulation: its settings, fixed while it lasts, and how far it has come.
+struct ChannelSeries {
+  const RunReporter& reporter;
+  RunReporter withText{};  // the same, with the text of the run beside its progress
   bool subunits = false;
   int numRuns = 0;
   int numChannels = 0;
   int numIntervals = 0;
-  int numPoints = 0;
   StateTable<float> savedRates{};
   std::array<float, MaxStates + 1> savedStart{};
-  bool reachedMonitored = false;
 
   // -- The simulator --
-  ExitBook exits;
-  OccupancyCounts occupancy;
+  StimulusView stimulus{};
+  SimulationSettings sweep{};  // of the next sweep
+  ChannelMemory memory{};
   DwellRecorder recorder{};
-  ChannelSweep sweep{ProgramRandom, exits, occupancy, recorder};
 
-  // -- The present run --
-  int channels = 0;
+  // -- What has come of it --
+  bool reachedMonitored = false;
+  Outcome saved = Outcome::Done;  // of the autosaves
 };
 
-bool TalksToUser() {
-  return Model.FitActive == 0;
-}
-
-void ReadSettings(Loop& loop) {
+void ReadSettings(ChannelSeries& series) {
   ForceMultiSubunit();
-  loop.subunits = Model.MultiSubunit != 0;
-  loop.numRuns = loop.subunits ? Model.NumChannels : Model.NumRuns;
-  loop.numChannels = loop.subunits ? 1 : Model.NumChannels;
-  loop.numIntervals = std::max(0, Model.NumIntervals);
-  loop.numPoints = Model.NumPoints;
-  loop.savedRates = Model.RateMatrix;
-  loop.savedStart = Model.StartOccupancy;
+  series.subunits = Model.MultiSubunit != 0;
+  series.numRuns = series.subunits ? Model.NumChannels : Model.NumRuns;
+  series.numChannels = series.subunits ? 1 : Model.NumChannels;
+  series.numIntervals = std::max(0, Model.NumIntervals);
+  series.savedRates = Model.RateMatrix;
+  series.savedStart = Model.StartOccupancy;
 }
 
-void PrepareSimulator(Loop& loop) {
-  const ChannelTables tables{Model.RateMatrix, Model.Depend, Result.ConnectionCount, Result.Connection,
-                             Model.Temperature};
-  std::array<std::span<const float>, MaxDrugs + 1> profile;
-  std::copy(Stimulus.Profile.begin(), Stimulus.Profile.end(), profile.begin());
-  loop.exits = PrepareExits(tables, profile, Model.ADInterval, loop.numPoints);
-  loop.recorder.monitored = Model.StateMonitored;
-  loop.recorder.openClass = Result.StateClass;
-  loop.recorder.lists = ListsOf(Dwell);
-  StoreCounts(loop.recorder.lists, Dwell);
-  loop.sweep.numPoints = loop.numPoints;
-  loop.sweep.intervalMs = Model.ADInterval;
-  loop.sweep.lengthMs = Model.ADInterval * static_cast<float>(loop.numPoints);
-  loop.sweep.openState = Model.OpenState;
-  if (const BreathHook breathe = WindowBreath()) {
-    loop.sweep.breathe = [&loop, breathe](double ofChannel) {
-      const auto total = static_cast<double>(std::max<std::int64_t>(1, loop.sweep.total));
-      return breathe((static_cast<double>(loop.sweep.done) + ofChannel) / total);
+void PrepareSimulator(ChannelSeries& series) {
+  series.withText = series.reporter;
+  if (series.reporter.progress) {
+    series.withText.progress = [&reporter = series.reporter](double fraction, std::string_view) {
+      reporter.progress(fraction, Result.RunText);
     };
   }
-}
-
-void ShowStatistics() {
-  if (TalksToUser()) StatisticsChanged.Tell();
+  series.stimulus = ActiveStimulus();
+  series.sweep.simulator = Simulator::Channels;
+  series.sweep.numPoints = Model.NumPoints;
+  series.sweep.openState = Model.OpenState;
+  series.recorder.monitored = Model.StateMonitored;
+  series.recorder.openClass = Result.StateClass;
+  series.recorder.lists = ListsOf(Dwell);
+  StoreCounts(series.recorder.lists, Dwell);
 }
 
 /// Refused, with a message, when the run has too many channels.
-Outcome StartRun(Loop& loop) {
-  if (TalksToUser()) ResetProgress();
-  const bool drawn = Model.ChannelsGaussian != 0 && !loop.subunits;
-  loop.channels =
-      ChannelsOfRun(loop.numChannels, drawn ? Model.ChannelsSTD * GaussianNoise(ProgramRandom) : 0.0F);
-  if (loop.channels > MaxChannelsOfRun) {
-    if (TalksToUser()) MessagePopup(ErrorTitle, FormatText(TooManyChannels, loop.channels, MaxChannelsOfRun));
+Outcome StartRun(ChannelSeries& series) {
+  ClearProgress(series.reporter);
+  const bool drawn = Model.ChannelsGaussian != 0 && !series.subunits;
+  const int channels =
+      ChannelsOfRun(series.numChannels, drawn ? Model.ChannelsSTD * GaussianNoise(ProgramRandom) : 0.0F);
+  if (channels > MaxChannelsOfRun) {
+    Tell(series.reporter, ErrorTitle, FormatText(TooManyChannels, channels, MaxChannelsOfRun));
     return Outcome::Refused;
   }
-  if (loop.channels > 0) {
-    Result.ChannelUnit = 1.0F / static_cast<float>(loop.subunits ? loop.numRuns : loop.channels);
-  }
-  Result.EffectiveChannels = static_cast<float>(loop.subunits ? loop.numRuns : loop.channels);
+  const auto ofTrace = static_cast<float>(series.subunits ? series.numRuns : channels);
+  if (channels > 0) Result.ChannelUnit = 1.0F / ofTrace;
+  Result.EffectiveChannels = ofTrace;
   Dwell.OpenStateExits = Dwell.MonitoredChannels = 0;
-  loop.sweep.openStateExits = loop.sweep.monitoredChannels = 0;
-  loop.sweep.done = 0;
-  loop.sweep.total =
-      static_cast<std::int64_t>(loop.channels) * (static_cast<std::int64_t>(loop.numIntervals) + 1);
+  series.sweep.channels = channels;
+  series.sweep.channelUnit = Result.ChannelUnit;
+  series.sweep.channelsDone = 0;
+  series.sweep.channelsOfWork =
+      static_cast<std::int64_t>(channels) * (static_cast<std::int64_t>(series.numIntervals) + 1);
   return Outcome::Done;
 }
 
-/// Shows how far the run has come and lets the user press stop.
-RunHook PollOf() {
-  if (!TalksToUser()) return {};
-  return [](double fraction) {
-    ShowProgress(fraction, Result.RunText);
-    ProcessSystemEvents();
-    return StopAsked();
-  };
+void TellStopped(const RunReporter& reporter) {
+  ClearProgress(reporter);
+  Tell(reporter, NoticeTitle, RunInterrupted);
 }
 
-/// What the last channel of a sweep means for its run: Done when the run can go on, else shows why not.
-Outcome OutcomeAfter(ChannelOutcome outcome) {
-  if (outcome == ChannelOutcome::Unmonitored || outcome == ChannelOutcome::Monitored) return Outcome::Done;
-  const Outcome ofRun = outcome == ChannelOutcome::Stopped ? Outcome::Stopped : Outcome::Failed;
-  if (!TalksToUser()) return ofRun;
-  ResetProgress();
-  if (outcome == ChannelOutcome::Stopped) MessagePopup(NoticeTitle, Interrupted);
-  if (outcome == ChannelOutcome::Isolated) MessagePopup(NoticeTitle, IsolatedState);
-  if (outcome == ChannelOutcome::Stalled) MessagePopup(ErrorTitle, TooFast);
-  return ofRun;
+/// Shows why a sweep was not done.
+void TellWhy(const SimulationResult& result, const RunReporter& reporter) {
+  if (result.outcome == Outcome::Stopped) TellStopped(reporter);
+  if (result.outcome != Outcome::Failed) return;
+  ClearProgress(reporter);
+  if (result.fault == SimulationFault::IsolatedState) Tell(reporter, NoticeTitle, IsolatedState);
+  if (result.fault == SimulationFault::RateTooFast) Tell(reporter, ErrorTitle, TooFast);
 }
 
 /// One sweep. Whole or broken off, occupancies, record and statistics are then in order.
-Outcome SimulateSweep(Loop& loop) {
-  ClearOccupancy(loop.numPoints);
-  StartSweep(loop.occupancy, Result.Occupancy, loop.numPoints, loop.channels, Result.ChannelUnit);
-  const Outcome outcome =
-      OutcomeAfter(SimulateChannels(loop.sweep, loop.channels, Model.StartOccupancy, PollOf()));
-  EndSweep(loop.occupancy);
-  for (std::size_t s = 1; s <= MaxStates; ++s) {
-    Result.OccupancyUsed[s] = std::max(Result.OccupancyUsed[s], loop.occupancy.used[s]);
-  }
-  EndRecord(loop.recorder);
-  StoreCounts(loop.recorder.lists, Dwell);
-  Dwell.OpenStateExits = loop.sweep.openStateExits;
-  Dwell.MonitoredChannels = loop.sweep.monitoredChannels;
-  if (Dwell.MonitoredChannels > 0) loop.reachedMonitored = true;
-  return outcome;
+Outcome SimulateSweep(ChannelSeries& series) {
+  ClearOccupancy(series.sweep.numPoints);
+  series.sweep.start = Model.StartOccupancy;
+  SimulationRoom room;
+  room.rows = Result.Occupancy;
+  room.random = &ProgramRandom;
+  room.recorder = &series.recorder;
+  room.memory = &series.memory;
+  const SimulationResult result =
+      Simulate(ActiveTables(), series.stimulus, series.sweep, room, series.withText);
+  series.sweep.channelsDone = result.channelsDone;
+  RaiseOccupancyUsed(result.used);
+  StoreCounts(series.recorder.lists, Dwell);
+  Dwell.OpenStateExits += result.openStateExits;
+  Dwell.MonitoredChannels += result.monitoredChannels;
+  if (Dwell.MonitoredChannels > 0) series.reachedMonitored = true;
+  TellWhy(result, series.reporter);
+  return result.outcome;
+}
+
+/// Whether the user stops between two sweeps.
+bool StopsBetweenSweeps(const ChannelSeries& series) {
+  if (!series.reporter.breathe) return false;
+  const auto total = static_cast<double>(std::max<std::int64_t>(1, series.sweep.channelsOfWork));
+  return series.reporter.breathe(static_cast<double>(series.sweep.channelsDone) / total);
 }
 
 bool DependsOnDrug(std::size_t from, std::size_t to) {
@@ -177,55 +158,52 @@ bool DependsOnDrug(std::size_t from, std::size_t to) {
 }
 
 /// Takes the agonists away for the intervals: rates with a voltage dependence alone stay.
-void RemoveDrugRates(Loop& loop) {
+void RemoveDrugRates() {
   for (std::size_t from = 1; from <= MaxStates; ++from) {
     for (std::size_t to = 1; to <= MaxStates; ++to) {
       if (DependsOnDrug(from, to)) Model.RateMatrix[from][to] = 0.0F;
     }
   }
-  ForgetExits(loop.exits, Model.RateMatrix);
-}
-
-void RestoreRates(Loop& loop) {
-  Model.RateMatrix = loop.savedRates;
-  ForgetExits(loop.exits, Model.RateMatrix);
 }
 
 /// What follows on the first sweep of a run: the trace, and the rates of the intervals.
-void FinishFirstSweep(Loop& loop, int run) {
-  if (!loop.subunits) ConvertTrace(loop.numRuns != 1 && Model.ShowAllTraces == 0);
-  if (loop.numIntervals > 0) RemoveDrugRates(loop);
-  if (!loop.subunits) loop.saved = FirstNotDone(loop.saved, TellRunCompleted());
-  if (!loop.subunits && TalksToUser()) SeriesRun.Tell(run);
+void FinishFirstSweep(ChannelSeries& series, int run) {
+  const RunReporter& reporter = series.reporter;
+  if (!series.subunits) ConvertTrace(series.numRuns != 1 && Model.ShowAllTraces == 0, reporter);
+  if (series.numIntervals > 0) RemoveDrugRates();
+  if (series.subunits) return;
+  series.saved = FirstNotDone(series.saved, TellRunCompleted(reporter));
+  if (!IsSilent(reporter)) SeriesRun.Tell(run);
 }
 
-void ShowStartOccupancy() {
-  if (TalksToUser()) WriteStartOccupancy();
+void ReseedFromEnd(const ChannelSeries& series) {
+  const auto point = static_cast<std::size_t>(ReseedPoint(series.sweep.numPoints));
+  for (std::size_t state = 1; state <= MaxStates; ++state) {
+    Model.StartOccupancy[state] = Result.Occupancy[state][point];
+  }
+  if (!IsSilent(series.reporter)) StartOccupancyChanged.Tell();
 }
 
-void ReseedFromEnd(int numPoints) {
-  const auto point = static_cast<std::size_t>(ReseedPoint(numPoints));
-  for (std::size_t b = 1; b <= MaxStates; ++b) Model.StartOccupancy[b] = Result.Occupancy[b][point];
-  ShowStartOccupancy();
-}
-
-void ShowSweepText(const Loop& loop, int run, int sweep) {
-  const float lengthMs =
-      Model.ADInterval * static_cast<float>(loop.numPoints) * (1.0F + static_cast<float>(loop.numIntervals));
-  Result.RunText = RunProgressText(run, loop.numRuns, lengthMs / 1000.0F, sweep);
-  if (TalksToUser()) RunTextChanged.Tell();
+void ShowSweepText(const ChannelSeries& series, int run, int sweep) {
+  const float lengthMs = Model.ADInterval * static_cast<float>(series.sweep.numPoints) *
+                         (1.0F + static_cast<float>(series.numIntervals));
+  Result.RunText = RunProgressText(run, series.numRuns, lengthMs / 1000.0F, sweep);
+  if (!IsSilent(series.reporter)) RunTextChanged.Tell();
 }
 
 /// One run: a sweep and, unless it is the last run, its intervals. The simulation is over unless Done.
-Outcome SimulateRun(Loop& loop, int run) {
-  for (int sweep = 0; sweep <= loop.numIntervals; ++sweep) {
-    ShowSweepText(loop, run, sweep);
-    if (const Outcome outcome = SimulateSweep(loop); outcome != Outcome::Done) return outcome;
-    if (sweep == 0) FinishFirstSweep(loop, run);
-    if (Model.ReseedSimulation != 0 || loop.numIntervals > 0) ReseedFromEnd(loop.numPoints);
-    if (sweep == loop.numIntervals && sweep > 0) RestoreRates(loop);
-    if (run == loop.numRuns) break;
-    if (loop.sweep.breathe && loop.sweep.breathe(0.0)) return OutcomeAfter(ChannelOutcome::Stopped);
+Outcome SimulateRun(ChannelSeries& series, int run) {
+  for (int sweep = 0; sweep <= series.numIntervals; ++sweep) {
+    ShowSweepText(series, run, sweep);
+    if (const Outcome outcome = SimulateSweep(series); outcome != Outcome::Done) return outcome;
+    if (sweep == 0) FinishFirstSweep(series, run);
+    if (Model.ReseedSimulation != 0 || series.numIntervals > 0) ReseedFromEnd(series);
+    if (sweep == series.numIntervals && sweep > 0) Model.RateMatrix = series.savedRates;
+    if (run == series.numRuns) break;
+    if (StopsBetweenSweeps(series)) {
+      TellStopped(series.reporter);
+      return Outcome::Stopped;
+    }
   }
   return Outcome::Done;
 }
@@ -282,37 +260,35 @@ void AddSubunit(int numPoints) {
 }
 
 /// All runs, unless they are broken off.
-Outcome SimulateRuns(Loop& loop) {
-  for (int run = 1; run <= loop.numRuns; ++run) {
-    Outcome outcome = StartRun(loop);
-    if (outcome == Outcome::Done) outcome = SimulateRun(loop, run);
+Outcome SimulateRuns(ChannelSeries& series) {
+  for (int run = 1; run <= series.numRuns; ++run) {
+    Outcome outcome = StartRun(series);
+    if (outcome == Outcome::Done) outcome = SimulateRun(series, run);
     if (outcome != Outcome::Done) return outcome;
-    if (loop.subunits) AddSubunit(loop.numPoints);
+    if (series.subunits) AddSubunit(series.sweep.numPoints);
   }
   return Outcome::Done;
 }
 
-void FinishTrace(Loop& loop) {
-  if (loop.subunits) {
-    if (TalksToUser()) {
-      ShowSweepLength();
-      TraceToPlot.Tell(true);
-    }
-    loop.saved = TellRunCompleted();
+void FinishTrace(ChannelSeries& series) {
+  if (series.subunits) {
+    if (!IsSilent(series.reporter)) TraceToPlot.Tell(true);
+    series.saved = TellRunCompleted(series.reporter);
   }
-  if (!loop.reachedMonitored) return;
+  if (!series.reachedMonitored) return;
   BeginTrace(TraceOrigin::Simulation);
 }
 
 /// Leaves the stores in order, also after a simulation that was broken off.
-void FinishLoop(const Loop& loop) {
+void FinishSeries(const ChannelSeries& series) {
   KeepRawOpenTimes(Dwell);
-  if (Model.ReseedSimulation == 0) Model.StartOccupancy = loop.savedStart;
-  ShowStartOccupancy();
-  if (TalksToUser()) SeriesEnds.Tell();
-  ShowStatistics();
-  ForgetStop();
-  if (TalksToUser()) ResetProgress();
+  if (Model.ReseedSimulation == 0) Model.StartOccupancy = series.savedStart;
+  if (!IsSilent(series.reporter)) {
+    StartOccupancyChanged.Tell();
+    SeriesEnds.Tell();
+    StatisticsChanged.Tell();
+  }
+  Finish(series.reporter);
 }
 
 }  // namespace
@@ -330,19 +306,18 @@ std::string RunProgressText(int run, int numRuns, float lengthSeconds, int sweep
                     static_cast<double>(lengthSeconds), sweep);
 }
 
-Outcome RunMonteCarlo() {
+Outcome RunMonteCarlo(const RunReporter& reporter) {
   Result.ResultKind = ResultMonteCarlo;
-  ForgetStop();
-  Loop loop;
-  ReadSettings(loop);
-  if (TalksToUser()) SeriesBegins.Tell();
-  PrepareSimulator(loop);
-  const Outcome outcome = SimulateRuns(loop);
-  if (outcome == Outcome::Done) FinishTrace(loop);
-  FinishLoop(loop);
-  const bool nothingRan = Dwell.SegmentCounter == 1 && !StopAsked();
-  if (nothingRan && loop.numChannels == 0 && TalksToUser()) MessagePopup(WarningTitle, NoChannels);
-  return FirstNotDone(outcome, loop.saved);
+  ChannelSeries series{.reporter = reporter};
+  ReadSettings(series);
+  if (!IsSilent(reporter)) SeriesBegins.Tell();
+  PrepareSimulator(series);
+  const Outcome outcome = SimulateRuns(series);
+  if (outcome == Outcome::Done) FinishTrace(series);
+  FinishSeries(series);
+  const bool nothingRan = Dwell.SegmentCounter == 1;
+  if (nothingRan && series.numChannels == 0) Tell(reporter, WarningTitle, NoChannels);
+  return FirstNotDone(outcome, series.saved);
 }
 
 }  // namespace zelvane

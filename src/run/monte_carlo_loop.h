@@ -3,12 +3,13 @@
 //   The loop    RunMonteCarlo
 //   Its rules   ChannelsOfRun  ReseedPoint  RunProgressText
 //
-// The simulator of a sweep is in kinetics/monte_carlo.h.
+// Each sweep goes through Simulate (kinetics/simulate.h).
 #pragma once
 
 #include <string>
 
 #include "platform/outcome.h"
+#include "platform/run_reporter.h"
 
 namespace zelvane {
 
@@ -17,8 +18,8 @@ namespace zelvane {
 /// trace is their sum.
 ///
 /// Dwell lists and idealised record gather over all runs and sweeps; exits and channels that reached a
-/// monitored state are counted for each run. Unless a fit runs, the first sweep of each run is appended to
-/// the autosave file and analysed if asked for; the sum of subunits is saved once, when it is whole.
+/// monitored state are counted for each run. Announces the first sweep of each run, so that it is saved and
+/// analysed if asked for; announces the sum of subunits once, when it is whole.
 ///
 /// Reads:   the run settings of `Model`, `Model.RateMatrix` and `Model.StartOccupancy` as prepared, the
 ///          connections of `Result`, the profiles up to the last point.
@@ -26,13 +27,13 @@ namespace zelvane {
 ///          trace, the working lists, record and statistics of `Dwell`, `Model.StartOccupancy` with
 ///          `ReseedSimulation`; `Trace.TraceValid` 1 once a channel has reached a monitored state.
 /// Tells:   "Error with model." under "!" when a channel comes to a state without connections,
-///          "Simulation Interrupted by User" under "!" when stopped, "! Error" when a rate is too fast for
+///          RunInterrupted under "!" when stopped, "! Error" when a rate is too fast for
 ///          the time of the sweep or a run has more than MaxChannelsOfRun channels. The run is then over. The
 ///          arrays keep the channels simulated so far, and the starting occupancies are as before the run,
 ///          unless `ReseedSimulation` is on.
 /// @return Done, also when no channel was simulated; Stopped; Refused for too many channels; or Failed when
 ///         a channel could not go on or a trace was not appended to the autosave file
-Outcome RunMonteCarlo();
+Outcome RunMonteCarlo(const RunReporter& reporter);
 
 /// Returns the channels of a run: |numChannels + deviation|, converted through a text with two decimals.
 int ChannelsOfRun(int numChannels, float deviation);

@@ -5,11 +5,8 @@
 #include <cstddef>
 
 #include "model/model.h"
-#include "model/model_panels.h"
 #include "model/model_store.h"
-#include "run/q_matrix_panel.h"
 #include "run/result_store.h"
-#include "run/run_panel.h"
 #include "screen/popups.h"
 #include "stimulus/stimulus.h"
 
@@ -35,15 +32,6 @@ SchemeTables TablesForQ() {
     ActivateTableModel();
   }
   return {Model.RateMatrix, Model.Depend, grid ? Model.StateOn : AllOn, Model.Temperature};
-}
-
-void ReadPanels() {
-  if (Model.ModelIs2D == 0) {
-    ReadTableRates();
-    return;
-  }
-  ReadGridRates();
-  ReadRunParameters();
 }
 
 void StoreEquilibrium(const QMatrixSolution& solution) {
@@ -73,16 +61,11 @@ QMatrix ActiveQMatrix(int point) {
   return CompileQMatrix(TablesForQ(), StimulusAt(point));
 }
 
-QMatrixSolution QMatrixAnalysis(bool report, int point) {
+QMatrixSolution QMatrixAnalysis(bool timeConstants, int point) {
   point = std::clamp(point, RestingPoint, MaxStimPoints - 1);
-  if (Model.FitActive == 0) {
-    ReadPanels();
-    ShowQMatrixTime(point);
-  }
-  QMatrixSolution solution = SolveQMatrix(ActiveQMatrix(point), report);
+  QMatrixSolution solution = SolveQMatrix(ActiveQMatrix(point), timeConstants);
   StoreEquilibrium(solution);
   TellOfTrouble(solution);
-  if (report) ShowQMatrixReport(solution);
   return solution;
 }
 

@@ -22,18 +22,15 @@ int StimulusPointAt(float timeMs);
 /// Writes:  `Model.RateMatrix`; with the table also `Model.TableStateOn` and `Model.Depend`.
 QMatrix ActiveQMatrix(int point);
 
-/// Calculates the equilibrium of the scheme at point `point` of the stimulus, limited to the profiles. With
-/// `report` shows the panel with the matrix, the time constants and the equilibrium.
-///
-/// Unless `Model.FitActive`, first reads the rates of the active form from its panel (for the grid also the
-/// run settings), and shows the time on the panel.
+/// Calculates the equilibrium of the scheme at point `point` of the stimulus, limited to the profiles. The
+/// panel's command is AnalyzeOnPanel (q_matrix_panel.h).
 ///
 /// Writes:  `Result.EquilibriumOccupancy`, and the fields of ActiveQMatrix. The occupancy is 0 for states
 ///          that do not take part. All are 0 without an equilibrium: without states, or with a rate that is
 ///          not finite.
 /// Tells:   on the console, "Too many iterations in hqr" and "Singular matrix in routine ludcmp".
-/// @return  the solution, without its time constants unless `report`
-QMatrixSolution QMatrixAnalysis(bool report, int point);
+/// @return  the solution, without its time constants unless `timeConstants`
+QMatrixSolution QMatrixAnalysis(bool timeConstants, int point);
 
 /// Returns whether the last analysis wrote an equilibrium to `Result.EquilibriumOccupancy`.
 bool HasEquilibrium();

@@ -6,9 +6,10 @@
 
 #include "model/model_panels.h"
 #include "model/model_store.h"
-#include "run/q_matrix_analysis.h"
 #include "run/result_store.h"
+#include "run/run_panel.h"
 #include "screen/screen.h"
+#include "trace/trace_events.h"
 
 namespace zelvane {
 namespace {
@@ -16,10 +17,6 @@ namespace {
 constexpr char PanelName[] = "QMatrixPanel";
 constexpr char MatrixBox[] = "QMatrixText";
 constexpr char ResultsBox[] = "QResultsText";
-
-bool OnScreen() {
-  return FindPanel(PanelName) != nullptr;
-}
 
 void ShowMatrix(const QMatrix& matrix) {
   TextBox& box = TextBoxNamed(MatrixBox);
@@ -61,10 +58,15 @@ float TimeOf(int point) {
                                             : timeMs;
 }
 
+void ShowTime(int point) {
+  ShowNumber("QMatrixTime", static_cast<double>(TimeOf(point)));
+  ShowText("QMatrixPoint", FormatText("%d", point));
+}
+
 // -- Callbacks --
 
 void SolveAtRest() {
-  QMatrixAnalysis(true, RestingPoint);
+  AnalyzeOnPanel(RestingPoint);
 }
 
 void FxnQMatrix(const ControlEvent& /*event*/) {
@@ -72,7 +74,7 @@ void FxnQMatrix(const ControlEvent& /*event*/) {
 }
 
 void FxnRecalculateQ(const ControlEvent& /*event*/) {
-  QMatrixAnalysis(true, StimulusPointAt(static_cast<float>(ControlNumber("QMatrixTime"))));
+  AnalyzeOnPanel(StimulusPointAt(static_cast<float>(ControlNumber("QMatrixTime"))));
 }
 
 void FxnInsertInitProb(const ControlEvent& /*event*/) {
@@ -124,19 +126,18 @@ void AddQMatrixPanel() {
   AddTextBox(PanelName, MatrixBox);
   AddTextBox(PanelName, ResultsBox);
   AddMenu(QMatrixMenu);
+  EquilibriumCalculated.Add(ShowTime);
 }
 
-void ShowQMatrixTime(int point) {
-  if (!OnScreen()) return;
-  ShowNumber("QMatrixTime", static_cast<double>(TimeOf(point)));
-  ShowText("QMatrixPoint", FormatText("%d", point));
-}
-
-void ShowQMatrixReport(const QMatrixSolution& solution) {
-  if (!OnScreen()) return;
+QMatrixSolution AnalyzeOnPanel(int point) {
+  ReadActiveRates();
+  if (Model.ModelIs2D != 0) ReadRunParameters();
+  ShowTime(point);
+  QMatrixSolution solution = QMatrixAnalysis(true, point);
   ShowMatrix(solution.matrix);
   ShowResults(solution);
   ShowPanel(PanelName);
+  return solution;
 }
 
 }  // namespace zelvane

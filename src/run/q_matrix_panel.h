@@ -1,16 +1,15 @@
 // QMatrixPanel: the rate matrix of the scheme, its relaxation time constants and its equilibrium.
 #pragma once
 
-namespace zelvane {
+#include "run/q_matrix_analysis.h"
 
-struct QMatrixSolution;
+namespace zelvane {
 
 void AddQMatrixPanel();  // with a button on MainPanel
 
-/// Shows the time of a point of the stimulus, and the point itself.
-void ShowQMatrixTime(int point);
-
-/// Shows the panel with a solution in its two text boxes. Does nothing without the panel.
-void ShowQMatrixReport(const QMatrixSolution& solution);
+/// Does the work of the panel's buttons: reads the rates of the active form (for the grid also the run
+/// settings) from their panels, analyses the scheme at point `point` of the stimulus (1 to the last point of
+/// the profiles), and shows time, matrix, time constants and equilibrium.
+QMatrixSolution AnalyzeOnPanel(int point);
 
 }  // namespace zelvane

@@ -1,17 +1,16 @@
 #include "run/run.h"
 
-#include <cmath>
 #include <numeric>
 
+#include "kinetics/simulate.h"
 #include "kinetics/state_exits.h"
 #include "model/model.h"
-#include "model/model_panels.h"
+#include "model/model_events.h"
 #include "model/model_store.h"
 #include "run/integrator.h"
 #include "run/monte_carlo_loop.h"
 #include "run/q_matrix_analysis.h"
 #include "run/result_store.h"
-#include "run/run_panel.h"
 #include "run/saved_steps.h"
 #include "screen/popups.h"
 #include "trace/trace.h"
@@ -27,10 +26,6 @@ constexpr char NoConnections[] = "No states connected.";
 constexpr char NoSubunitIntegration[] = "Cannot run integrator for cooperative multi-subunit receptors.";
 constexpr char NoLength[] = "A run needs at least one point and a time interval above 0.";
 
-bool TalksToUser() {
-  return Model.FitActive == 0;
-}
-
 /// Fills `Result.StateClass`: state 1 has level 1, each new conductance the next. Floats are compared
 /// exactly.
 void ClassifyConductances() {
@@ -44,23 +39,13 @@ void ClassifyConductances() {
   }
 }
 
-/// Starts the run from the equilibrium under the resting stimulus where that is asked for. A scheme without
-/// one starts as it is set.
-void StartAtEquilibrium() {
-  const int asked = TalksToUser() ? Model.StartAtEquilibrium : Model.FitStartAtEquilibrium;
-  if (asked == 0) return;
+/// Calculates the equilibrium under the resting stimulus and starts the run from it.
+void StartAtEquilibrium(bool announced) {
   QMatrixAnalysis(false, RestingPoint);
+  if (announced) EquilibriumCalculated.Tell(RestingPoint);
   if (!HasEquilibrium()) return;
   Model.StartOccupancy = Result.EquilibriumOccupancy;
-  if (TalksToUser()) WriteStartOccupancy();
-}
-
-void ReadRates() {
-  if (Model.ModelIs2D != 0) {
-    ReadGridRates();
-  } else {
-    ReadTableRates();
-  }
+  if (announced) StartOccupancyChanged.Tell();
 }
 
 /// Fills the connection table: the states that each state can leave to, in rising order.
@@ -72,33 +57,32 @@ int BuildConnections() {
   return std::accumulate(connections.count.begin(), connections.count.end(), 0);
 }
 
-/// Whether the scheme can run; else the user is told why.
-bool SchemeIsConnected() {
+/// Returns whether the scheme can run. If not, shows why.
+bool SchemeIsConnected(const RunReporter& reporter) {
   const int sum = BuildConnections();
   if (Model.SimulatorKind == MonteCarlo) {
     for (int s = 1; s <= MaxStates; ++s) {
       if (Result.ConnectionCount[s] <= MaxConnections) continue;
-      if (TalksToUser()) MessagePopup(ErrorTitle, TooManyConnections);
+      Tell(reporter, ErrorTitle, TooManyConnections);
       return false;
     }
   }
   if (sum != 0) return true;
-  if (TalksToUser()) MessagePopup(ErrorTitle, NoConnections);
+  Tell(reporter, ErrorTitle, NoConnections);
   return false;
 }
 
-Outcome RunIntegrator() {
+Outcome RunIntegrator(const RunReporter& reporter) {
   Result.EffectiveChannels = static_cast<float>(Model.NumChannels);
   const bool weighted = Model.DisplayUnits == UnitsConductance || Model.DisplayUnits == UnitsCurrent;
   if (Model.MultiSubunit != 0 && weighted) {
-    if (TalksToUser()) MessagePopup(WarningTitle, NoSubunitIntegration);
+    Tell(reporter, WarningTitle, NoSubunitIntegration);
     return Outcome::Refused;
   }
-  const Outcome outcome = IntegrateModel();
+  const Outcome outcome = IntegrateModel(reporter);
   BeginTrace(TraceOrigin::Simulation);
-  if (TalksToUser()) ResetProgress();
-  ForgetStop();
-  return FirstNotDone(outcome, TellRunCompleted());
+  Finish(reporter);
+  return FirstNotDone(outcome, TellRunCompleted(reporter));
 }
 
 }  // namespace
@@ -112,40 +96,37 @@ void ConnectRuns() {
   });
 }
 
-Outcome TellRunCompleted() {
+Outcome TellRunCompleted(const RunReporter& reporter) {
   Outcome saved = Outcome::Done;
-  if (TalksToUser()) RunCompleted.Tell(saved);
+  if (!IsSilent(reporter)) RunCompleted.Tell(saved);
   return saved;
 }
 
-bool RunHasLength() {
-  const float lengthMs = Model.ADInterval * static_cast<float>(Model.NumPoints);
-  if (Model.NumPoints >= 1 && Model.ADInterval > 0.0F && std::isfinite(lengthMs)) return true;
-  if (TalksToUser()) MessagePopup(ErrorTitle, NoLength);
+bool RunHasLength(const RunReporter& reporter) {
+  if (HasLength(Model.NumPoints, Model.ADInterval)) return true;
+  Tell(reporter, ErrorTitle, NoLength);
   return false;
 }
 
-Outcome RunSimulation(int numPoints) {
+Outcome RunSimulation(int numPoints, RunStart start, const RunReporter& reporter) {
+  const bool announced = !IsSilent(reporter);
   Model.NumPoints = numPoints;
-  if (TalksToUser() || Model.SimulatorKind == MonteCarlo) ClassifyConductances();
-  if (TalksToUser()) ReadRunParameters();
+  ClassifyConductances();
   LimitNumPoints();
-  if (!RunHasLength()) return Outcome::Refused;
-  ForgetStop();
+  if (!RunHasLength(reporter)) return Outcome::Refused;
   Model.RecordPoints = Model.NumPoints;
-  StartAtEquilibrium();
-  if (TalksToUser()) ReadRates();
+  if (start == RunStart::AtEquilibrium) StartAtEquilibrium(announced);
   if (Model.ModelIs2D == 0) ActivateTableModel();
   Trace.TraceUnits = Model.DisplayUnits;
   Trace.TraceValid = 0;  // from here on the trace is empty, also after a refusal
   Trace.TraceFromFile = 0;
-  TellTraceChanges();
+  if (announced) TellTraceChanges();
   ClearSamples(Model.NumPoints);
   ClearOccupancy(Model.NumPoints + 1);  // the fixed-step integrator also fills the point behind the last
   if (Model.ModelIs2D != 0) RatesFromGrid();
-  if (!SchemeIsConnected()) return Outcome::Refused;
-  if (TalksToUser()) RunBegins.Tell();
-  return Model.SimulatorKind == MonteCarlo ? RunMonteCarlo() : RunIntegrator();
+  if (!SchemeIsConnected(reporter)) return Outcome::Refused;
+  if (announced) RunBegins.Tell();
+  return Model.SimulatorKind == MonteCarlo ? RunMonteCarlo(reporter) : RunIntegrator(reporter);
 }
 
 }  // namespace zelvane

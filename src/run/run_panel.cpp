@@ -12,6 +12,7 @@
 #include "run/result_store.h"
 #include "run/run.h"
 #include "run/run_panels.h"
+#include "run/window_reporter.h"
 #include "screen/screen.h"
 #include "stimulus/stimulus.h"
 #include "trace/trace.h"
@@ -239,6 +240,9 @@ void AddRunPanels() {
     ShowLength();
   });
   RunBegins.Add(ShowDataName);
+  RunCompleted.Add([](Outcome& /*saved*/) {
+    if (Model.MultiSubunit != 0) ShowSweepLength();
+  });
   RunTextChanged.Add(ShowRunText);
   AddStatisticsControls();
   AddMenu(RunMenu);
@@ -246,7 +250,6 @@ void AddRunPanels() {
 }
 
 void ReadRunParameters() {
-  if (FindPanel(MainPanelName) == nullptr) return;
   ReadControls(MainPanelName, RunGroup);
   LimitNumPoints();
   ForceMultiSubunit();
@@ -261,7 +264,10 @@ void WriteRunParameters() {
 
 Outcome AcquireData() {
   ReadRunParameters();
-  return RunSimulation(Model.NumPoints);
+  ReadActiveRates();
+  ForgetStop();
+  const RunStart start = Model.StartAtEquilibrium != 0 ? RunStart::AtEquilibrium : RunStart::AsSet;
+  return RunSimulation(Model.NumPoints, start, WindowReporter());
 }
 
 void ShowDataName() {

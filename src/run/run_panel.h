@@ -15,13 +15,15 @@ namespace zelvane {
 void AddRunPanels();
 
 /// Copies the run settings from MainPanel into the store, limits NumPoints, and sets the fields that
-/// MultiSubunit forces. Without this panel does nothing.
+/// MultiSubunit forces.
 void ReadRunParameters();
 
 /// Copies the run settings of the store to MainPanel.
 void WriteRunParameters();
 
-/// Does the work of the run button: reads rates and run settings from the panels and runs NumPoints points.
+/// Does the work of the run button: reads run settings and rates from the panels, once, and runs NumPoints
+/// points from `Model.StartOccupancy` or, with `Model.StartAtEquilibrium`, from the equilibrium. Shows
+/// messages and progress, and hears the stop button.
 /// @return as RunSimulation
 Outcome AcquireData();
 

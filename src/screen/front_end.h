@@ -7,19 +7,12 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/message_title.h"
+
 namespace zelvane {
 
 struct Panel;
 struct Graph;
-
-/// How grave a message is.
-enum class MessageKind { Information, Warning, Error };
-
-/// The title of a message, with its kind: nobody reads the words to learn it.
-struct MessageTitle {
-  MessageKind kind = MessageKind::Information;
-  std::string_view words{};
-};
 
 /// A file dialog.
 struct FileRequest {

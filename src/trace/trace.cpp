@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "model/model_store.h"
 #include "platform/zero_pages.h"
 #include "trace/trace_events.h"
 #include "trace/trace_store.h"
@@ -18,7 +17,7 @@ void BeginTrace(TraceOrigin origin) {
 }
 
 void TellTraceChanges() {
-  if (Model.FitActive == 0) TraceChanges.Tell();
+  TraceChanges.Tell();
 }
 
 void TellTraceChanged() {

@@ -18,7 +18,7 @@ enum class TraceOrigin { Simulation, Recording };
 /// clears the marks of resampling, correction and filter.
 void BeginTrace(TraceOrigin origin);
 
-/// Announces a change of the trace to its listeners, except during a fit.
+/// Announces that the trace changes.
 void TellTraceChanges();
 
 /// Announces the changed trace, so that all views and all derived data are updated.

@@ -3,8 +3,8 @@
 //
 //   The trace      TraceChanges  TraceToPlot  TraceGone  WholeTraceToShow  TraceChanged  LengthGiven
 //   A recording    RecordingCameIn  RecordingToCorrect  RecordingTaken
-//   Runs           RunBegins  RunTextChanged  StatisticsChanged  RunCompleted  StepsToWrite  SeriesBegins
-//                  SeriesRun  SeriesEnds
+//   Runs           EquilibriumCalculated  RunBegins  RunTextChanged  StatisticsChanged  RunCompleted
+//                  StepsToWrite  SeriesBegins  SeriesRun  SeriesEnds
 //   Measures       MeasureSettingsWanted  MeasuresForgotten  MeasuresChanged  MarksChanged  ResponseToShow
 //                  ResponseGone  MeasuresFileChanged
 //   Results table  TableRowChanged  TableRowMarked  ResultsTableChanged  TableFileNamed
@@ -21,8 +21,7 @@ namespace zelvane {
 
 // -- The trace --
 
-/// The samples of the trace will be replaced or cleared, so old measures are no longer valid. A fit makes
-/// thousands of traces and does not announce them.
+/// The samples of the trace will be replaced or cleared, so old measures are no longer valid.
 inline Listeners<> TraceChanges;
 
 /// The trace is complete and must be plotted. True: first remove the old plots.
@@ -51,7 +50,10 @@ inline Listeners<> RecordingToCorrect;
 /// Name, interval, length or episode of the recording have changed.
 inline Listeners<> RecordingTaken;
 
-// -- Runs --
+// -- Runs: a silent run, as a fit makes thousands, announces nothing --
+
+/// A run starts at the equilibrium under the stimulus of this point.
+inline Listeners<int> EquilibriumCalculated;
 
 /// A run of the model begins. Its trace has the name of the model.
 inline Listeners<> RunBegins;

@@ -12,7 +12,7 @@ namespace zelvane {
 void AddTraceGraph();
 
 /// Plots NumPoints samples of the trace against time, in the colour of the simulator. With `erase`, first
-/// removes the old plots. Does nothing during a fit.
+/// removes the old plots.
 void PlotTrace(bool erase);
 
 void RemoveTracePlots();

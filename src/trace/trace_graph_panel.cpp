@@ -102,7 +102,6 @@ void AddTraceGraph() {
 }
 
 void PlotTrace(bool erase) {
-  if (Model.FitActive != 0) return;
   Graph& graph = MainGraph();
   if (erase) ClearPlots(graph);
   ShowTraceUnits();

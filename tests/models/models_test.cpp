@@ -58,7 +58,7 @@ class PublishedModels : public PanelTest {
   Response Run(int simulator) {
     Model.SimulatorKind = simulator;
     WriteRunParameters();
-    RunSimulation(Model.NumPoints);
+    AcquireData();
     EXPECT_TRUE(popups.empty()) << popups.front().text;
     EXPECT_EQ(Trace.TraceValid, 1);
     Response r;

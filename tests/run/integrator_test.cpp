@@ -1,8 +1,4 @@
-// IntegrateModel: from the stores to the trace, with its messages and questions.
-#include "run/integrator.h"
-
-#include <gtest/gtest.h>
-
+// A run of the integrators: from the stores to the trace, with its messages and questions.
 #include <cmath>
 
 #include "run/run_fixtures.h"
@@ -18,9 +14,9 @@ constexpr char StepFailed[] =
 
 /// Two states of the grid: closed (1) opens at 1000/s, open (2) of 50 pS closes at 500/s. 1000 points of 0.01
 /// ms.
-class IntegrateModelTest : public RunTest {
+class IntegratorRunTest : public RunTest {
  protected:
-  IntegrateModelTest() {
+  IntegratorRunTest() {
     Model.NumPoints = 1000;
     Model.Precision = 1e-8F;  // the end slopes of the spline fit steps of about one interval only
   }
@@ -29,13 +25,11 @@ class IntegrateModelTest : public RunTest {
 
   static Outcome Integrate(int simulator) {
     Model.SimulatorKind = simulator;
-    Show();
-    Result.EffectiveChannels = static_cast<float>(Model.NumChannels);
-    return IntegrateModel();
+    return RunAsSet();
   }
 };
 
-TEST_F(IntegrateModelTest, GivesTheClosedFormInAllUnits) {
+TEST_F(IntegratorRunTest, GivesTheClosedFormInAllUnits) {
   Model.NumChannels = 40;
   Model.VRev = 10.0F;
   Model.Valence = 2;
@@ -68,7 +62,7 @@ TEST_F(IntegrateModelTest, GivesTheClosedFormInAllUnits) {
   EXPECT_TRUE(popups.empty());
 }
 
-TEST_F(IntegrateModelTest, StartsTheAdaptiveRunAtALateStep) {
+TEST_F(IntegratorRunTest, StartsTheAdaptiveRunAtALateStep) {
   Model.Depend.Drug[1][1][2] = 1;
   Model.KOn[1] = 1e6;
   Model.NumPoints = 800;
@@ -83,14 +77,14 @@ TEST_F(IntegrateModelTest, StartsTheAdaptiveRunAtALateStep) {
   EXPECT_EQ(Model.StartOccupancy[1], 1.0F);
 }
 
-TEST_F(IntegrateModelTest, ConvertsSavedStepsAgainAndForgetsThoseOfALongerRun) {
+TEST_F(IntegratorRunTest, ConvertsSavedStepsAgainAndForgetsThoseOfALongerRun) {
   Integrate(AdaptiveIntegrator);
   const std::vector<float> first(Trace.SimTrace.begin(), Trace.SimTrace.begin() + 1000);
   EXPECT_NEAR(Result.SavedTime[static_cast<std::size_t>(Result.KeptSteps)], 10.0F, 1e-4);
-  ConvertTrace(false);
+  ConvertTrace(false, {});
   EXPECT_TRUE(std::equal(first.begin(), first.end(), Trace.SimTrace.begin()));
   Model.ModelIs2D = 0;  // the table on show is not the form that ran
-  ConvertTrace(false);
+  ConvertTrace(false, {});
   EXPECT_TRUE(std::equal(first.begin(), first.end(), Trace.SimTrace.begin()));
   Model.ModelIs2D = 1;
   Model.NumPoints = 30;
@@ -101,7 +95,7 @@ TEST_F(IntegrateModelTest, ConvertsSavedStepsAgainAndForgetsThoseOfALongerRun) {
   EXPECT_NEAR(Trace.SimTrace[29], 50.0 * Open(0.29), 0.05);
 }
 
-TEST_F(IntegrateModelTest, HalvesTheStepSaysSoAndGivesUpAfterFivePasses) {
+TEST_F(IntegratorRunTest, HalvesTheStepSaysSoAndGivesUpAfterFivePasses) {
   const std::vector<SeenPopup> told{{"! Integration Warning", StepDecreased},
                                     {"! Integration Error", StepFailed}};
   struct Row {
@@ -124,13 +118,12 @@ TEST_F(IntegrateModelTest, HalvesTheStepSaysSoAndGivesUpAfterFivePasses) {
   }
   popups.clear();
   pumps = 0;
-  Model.FitActive = 1;
-  IntegrateModel();
-  EXPECT_TRUE(popups.empty()) << "a fit is silent";
+  RunSilently();
+  EXPECT_TRUE(popups.empty()) << "a run without a reporter is silent";
   EXPECT_EQ(pumps, 0);
 }
 
-TEST_F(IntegrateModelTest, AsksBeforeALongRunWithAReducedStep) {
+TEST_F(IntegratorRunTest, AsksBeforeALongRunWithAReducedStep) {
   Model.NumPoints = 20001;
   Model.MaxStepSize = 0.0009F;
   Result.ReductionCount = 1;
@@ -144,7 +137,7 @@ TEST_F(IntegrateModelTest, AsksBeforeALongRunWithAReducedStep) {
   EXPECT_EQ(Result.Occupancy[1][1], 1.0F);
 }
 
-TEST_F(IntegrateModelTest, StopsAtTheButtonAndConvertsWhatAFixedRunHas) {
+TEST_F(IntegratorRunTest, StopsAtTheButtonAndConvertsWhatAFixedRunHas) {
   onPump = [](int call) {
     if (call == 10) RequestStop();
   };
@@ -154,7 +147,7 @@ TEST_F(IntegrateModelTest, StopsAtTheButtonAndConvertsWhatAFixedRunHas) {
   EXPECT_EQ(Trace.SimTrace[550], 0.0F);
 }
 
-TEST_F(IntegrateModelTest, KeepsAStateThatIsOffAtZeroAlsoAfterARunWithIt) {
+TEST_F(IntegratorRunTest, KeepsAStateThatIsOffAtZeroAlsoAfterARunWithIt) {
   Model.DisplayUnits = UnitsProbability;
   for (const int simulator : {FixedStepIntegrator, AdaptiveIntegrator}) {
     Model.StateOn[2] = 1;
@@ -172,7 +165,7 @@ TEST_F(IntegrateModelTest, KeepsAStateThatIsOffAtZeroAlsoAfterARunWithIt) {
   }
 }
 
-TEST_F(IntegrateModelTest, TellsThatThePrecisionWasReduced) {
+TEST_F(IntegratorRunTest, TellsThatThePrecisionWasReduced) {
   // From 5 s on state 1 asks for steps that no longer move the time; state 6 lets the run start at 0.
   Model.KOn[1] = 1e12;
   Model.KOff[1] = 1e12;
@@ -190,7 +183,7 @@ TEST_F(IntegrateModelTest, TellsThatThePrecisionWasReduced) {
   EXPECT_EQ(popups[0], (SeenPopup{"!", "Precision reduced during integration."}));
 }
 
-TEST_F(IntegrateModelTest, SaysOnceAPassThatAStepIsTooSmall) {
+TEST_F(IntegratorRunTest, SaysOnceAPassThatAStepIsTooSmall) {
   // 18 million steps just below 2^-36 s: from 2^-12 s on a float no longer tells the time of one from the
   // next. Without the drug nothing opens, so only the time moves.
   Model.Depend.Drug[1][1][2] = 1;

@@ -1,9 +1,8 @@
 // The Q matrix of the stores: against the integrator, schemes without an answer, the panel.
-#include "run/q_matrix_analysis.h"
-
 #include <cmath>
 #include <limits>
 
+#include "run/q_matrix_panel.h"
 #include "run/run_fixtures.h"
 #include "stimulus/stimulus.h"
 #include "support/pressing.h"
@@ -63,7 +62,7 @@ TEST_F(QMatrixTest, TheTimeShownStandsForItsPoint) {
     Model.ADInterval = interval;
     Show();
     for (const int point : {1, 2, 3, 7, 19, 101, 1003, 30011, 500009}) {
-      QMatrixAnalysis(false, point);
+      AnalyzeOnPanel(point);
       PressCommand("FxnRecalculateQ");
       EXPECT_EQ(Shown("QMatrixPoint"), std::to_string(point)) << interval;
     }
@@ -82,7 +81,6 @@ TEST_F(QMatrixTest, StatesWithoutAWayInDoNotTakePart) {
 }
 
 TEST_F(QMatrixTest, ARateOfZeroNeedsNoFactor) {
-  Model.FitActive = 1;
   Model.ModelIs2D = 0;
   Model.TableRate[1][2] = Model.TableRate[2][1] = 50.0F;
   Model.TableRate[3][1] = 1.0F;
@@ -97,16 +95,15 @@ TEST_F(QMatrixTest, ARateOfZeroNeedsNoFactor) {
 
 TEST_F(QMatrixTest, WithoutAnAnswerTheEquilibriumIsZeroAndTheNextAnalysisWorks) {
   const auto isClear = [] { return !HasEquilibrium(); };
-  QMatrixAnalysis(true, 1);
+  AnalyzeOnPanel(1);
   Model.StateOn[1] = Model.StateOn[2] = 0;
-  EXPECT_TRUE(QMatrixAnalysis(true, 1).matrix.states.empty());
+  EXPECT_TRUE(AnalyzeOnPanel(1).matrix.states.empty());
   EXPECT_TRUE(isClear());
   EXPECT_EQ(TextBoxNamed("QMatrixText").lines, (std::vector<std::string>{"Q=", ""}));
   Model.StateOn[1] = Model.StateOn[2] = 1;
   for (const double bad : {double(NAN), 1e300}) {
     consoleLines.clear();
     Model.KOff[1] = bad;
-    Model.FitActive = 1;  // a panel would not take such a rate
     EXPECT_FALSE(QMatrixAnalysis(true, 1).finite);
     EXPECT_TRUE(isClear());
     EXPECT_EQ(consoleLines.size(), 1U);
@@ -123,21 +120,20 @@ TEST_F(QMatrixTest, WithoutAnAnswerTheEquilibriumIsZeroAndTheNextAnalysisWorks) 
   EXPECT_TRUE(popups.empty());
 }
 
-TEST_F(QMatrixTest, ARunStartsAtEquilibriumWhenAskedAndAFitByItsOwnSwitch) {
-  Model.FitStartAtEquilibrium = 0;
+TEST_F(QMatrixTest, ARunStartsAtEquilibriumWhenAskedAndThePanelShowsItsTime) {
+  AnalyzeOnPanel(7);
   Model.StartAtEquilibrium = 1;
   RunAsSet();
   EXPECT_FLOAT_EQ(Model.StartOccupancy[2], 2.0F / 3.0F);
   EXPECT_NEAR(Result.Occupancy[2][200], 2.0 / 3.0, 1e-5);
   EXPECT_NEAR(Result.Occupancy[2][1], 2.0 / 3.0, 1e-6);
+  EXPECT_FLOAT_EQ(static_cast<float>(ControlNamed("StartOccupancy[2]").number), 2.0F / 3.0F);
+  EXPECT_EQ(Shown("QMatrixPoint"), "1");
   Model.StartOccupancy = {};
   Model.StartOccupancy[1] = 1.0F;
-  Model.FitActive = 1;
-  RunSimulation(200);
+  RunSilently();
   EXPECT_EQ(Model.StartOccupancy[1], 1.0F);
-  Model.FitStartAtEquilibrium = 1;
-  Model.StartAtEquilibrium = 0;
-  RunSimulation(200);
+  RunSilently(RunStart::AtEquilibrium);
   EXPECT_FLOAT_EQ(Model.StartOccupancy[1], 1.0F / 3.0F);
   EXPECT_TRUE(popups.empty());
 }

@@ -60,21 +60,18 @@ TEST_F(RunDriverTest, RefusesARunWithoutLength) {
   }
 }
 
-TEST_F(RunDriverTest, TakesWhatIsTypedButReadsNoPanelAndSaysNothingDuringAFit) {
+TEST_F(RunDriverTest, TakesWhatIsTypedButASilentRunReadsNoPanelAndShowsNothing) {
   TypeInto(ControlNamed("NumPoints"), "321");
   TypeInto(ControlNamed("KOn[1]"), "0");
   AcquireData();
   EXPECT_EQ(Model.NumPoints, 321);
   EXPECT_EQ(Model.RateMatrix[1][2], 0.0F);
   RemoveTracePlots();
-  Model.FitActive = 1;
-  Model.StartAtEquilibrium = 1;
-  RunSimulation(150);
+  EXPECT_EQ(RunSimulation(150, RunStart::AtEquilibrium), Outcome::Done);
   EXPECT_EQ(Model.NumPoints, 150);
-  EXPECT_EQ(Trace.TraceValid, 1);
   EXPECT_TRUE(GraphNamed("MainPanel").plots.empty());
   Model.StateOn[1] = 0;
-  EXPECT_EQ(RunSimulation(150), Outcome::Refused);
+  EXPECT_EQ(RunSimulation(150, RunStart::AsSet), Outcome::Refused);
   EXPECT_TRUE(popups.empty());
 }
 

@@ -52,6 +52,11 @@ class RunTest : public PanelTest {
     return AcquireData();
   }
 
+  /// Runs the model as a fit does.
+  static Outcome RunSilently(RunStart start = RunStart::AsSet) {
+    return RunSimulation(Model.NumPoints, start);
+  }
+
   static Refusal Enter(const char* name, const char* value) {
     Control& control = ControlNamed(name);
     const Refusal refusal = TypeInto(control, value);

@@ -168,14 +168,13 @@ TEST_F(RunEventsTest, TheFirstSweepOfEachRunIsTold) {
   EXPECT_EQ(told, "bs1s2e");
 }
 
-TEST_F(RunEventsTest, AStopEndsTheSeriesAndAFitTellsOfNothing) {
+TEST_F(RunEventsTest, AStopEndsTheSeriesAndASilentRunTellsOfNothing) {
   Model.NumChannels = 100;
   onPump = [](int call) { Requests.StopRequested = call == 30 ? 1 : 0; };
   RunAsSet();
   EXPECT_EQ(told, "bs1e");
   told.clear();
-  Model.FitActive = 1;
-  RunSimulation(Model.NumPoints);
+  RunSilently();
   EXPECT_EQ(told, "");
 }
 

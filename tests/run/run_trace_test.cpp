@@ -4,6 +4,7 @@
 #include "model/model_store.h"
 #include "run/occupancy_export.h"
 #include "run/run_fixtures.h"
+#include "run/window_reporter.h"
 #include "trace/program_random.h"
 
 namespace zelvane {
@@ -39,7 +40,7 @@ TEST_F(RunTraceTest, PointPGoesWithVoltagePToSamplePLess1UpToTheLongestRun) {
   Stimulus.Profile[0][10] = 0.04F;
   Result.Occupancy[1][1] = 0.5F;
   Show();
-  ConvertTrace(true);
+  ConvertTrace(true, WindowReporter());
   EXPECT_NEAR(Trace.SimTrace[0], -0.06F * 100.0F * (50.0F * 0.5F + 10.0F * 0.2F), 1e-4F);
   EXPECT_NEAR(Trace.SimTrace[9], 0.04F * 100.0F * (50.0F * 0.1F + 10.0F * 0.2F), 1e-4F);
   Model.NumPoints = MaxStimPoints;
@@ -47,7 +48,7 @@ TEST_F(RunTraceTest, PointPGoesWithVoltagePToSamplePLess1UpToTheLongestRun) {
   Result.Occupancy[1][MaxStimPoints] = 0.1F;
   Result.OccupancyUsed[1] = MaxStimPoints + 1;
   Show();
-  ConvertTrace(true);
+  ConvertTrace(true, WindowReporter());
   EXPECT_NEAR(Trace.SimTrace[MaxStimPoints - 1], -30.0F, 1e-4F);
 }
 
@@ -73,7 +74,7 @@ TEST_F(RunTraceTest, NoiseHasTheStandardDeviationAskedForAndIsFilteredAsWell) {
   for (const int filtered : {0, 1}) {
     Model.AutoFilter = filtered;
     Show();
-    ConvertTrace(true);
+    ConvertTrace(true, WindowReporter());
     double squares = 0.0;
     for (int p = 1000; p < 19000; ++p) squares += std::pow(static_cast<double>(Trace.SimTrace[p]), 2);
     // The standard error is 3 / sqrt(2 x 18000); a corner of 1/50 of the sampling rate leaves some 0.2 of it.
@@ -88,7 +89,7 @@ TEST_F(RunTraceTest, PlotsInTheColourOfTheSimulator) {
                                      {AdaptiveIntegrator, {128, 0, 0}}}) {
     Model.SimulatorKind = kind;
     Show();
-    ConvertTrace(true);
+    ConvertTrace(true, WindowReporter());
     const Graph& graph = GraphNamed("MainPanel");
     EXPECT_EQ(graph.plots.at(0).colour.red, colour.red) << kind;
     EXPECT_EQ(graph.plots.at(0).colour.blue, colour.blue) << kind;
@@ -117,7 +118,7 @@ TEST_F(RunTraceTest, RefreshRefusesARecordingAndAResampledTraceAndKeepsThatOfSub
 TEST_F(RunTraceTest, RefreshShowsOtherStatesButAsksBeforeItGivesUpACorrection) {
   Model.DisplayUnits = UnitsProbability;
   Show();
-  ConvertTrace(false);
+  ConvertTrace(false, WindowReporter());
   ASSERT_TRUE(Enter("StateMonitored[1]", "0").empty());
   ASSERT_TRUE(Enter("StateMonitored[2]", "1").empty());
   for (const bool answer : {false, true}) {
@@ -142,7 +143,6 @@ TEST_F(OccupancyExportTest, OccupanciesHaveAColumnForEachStateThatIsOn) {
     for (std::size_t p = 1; p <= 3; ++p)
       Result.Occupancy[s][p] = static_cast<float>(s) + static_cast<float>(p) / 8;
   }
-  const TemporaryFolder folder;
   const std::string path = folder.File("occupancy.csv");
   struct Case {
     int kind;

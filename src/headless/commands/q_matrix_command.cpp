@@ -7,7 +7,7 @@
 #include "headless/json_values.h"
 #include "model/model_store.h"
 #include "platform/index.h"
-#include "run/q_matrix_analysis.h"
+#include "run/q_matrix_panel.h"
 
 namespace zelvane {
 namespace {
@@ -90,7 +90,7 @@ int QMatrixCommand(const QMatrixOptions& options, const JobStreams& streams) {
   }
   ShowJobStores();
   const int point = StimulusPointAt(static_cast<float>(options.timeMs));
-  const QMatrixSolution solution = QMatrixAnalysis(true, point);
+  const QMatrixSolution solution = AnalyzeOnPanel(point);
   if (!solution.finite) return JobFailed;  // the console has the message
   if (solution.matrix.states.empty()) {
     streams.err << options.model << ": no rate leads into any state\n";

@@ -16,6 +16,7 @@
 #include "run/occupancy_export.h"
 #include "run/result_store.h"
 #include "run/run.h"
+#include "run/run_panel.h"
 #include "screen/screen.h"
 #include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
@@ -24,8 +25,6 @@
 
 namespace zelvane {
 namespace {
-
-constexpr char Interrupted[] = "Simulation Interrupted by User";
 
 /// Writes all options to the stores. Returns false when an option cannot be met.
 bool ApplyOptions(const SimulateOptions& options, std::ostream& err) {
@@ -81,7 +80,7 @@ void WarnOfEmptyStimulus(std::ostream& err) {
 /// Returns whether the run left a whole trace. Writes the reason when the program has not shown it.
 bool RunSucceeded(Outcome run, const JobStreams& streams) {
   if (StopAsked(streams)) {
-    if (run != Outcome::Stopped) streams.err << Interrupted << '\n';  // the stop came after the last check
+    if (run != Outcome::Stopped) streams.err << RunInterrupted << '\n';  // the stop came after the last check
     return false;
   }
   if (run != Outcome::Done) return false;
@@ -131,7 +130,7 @@ struct TimedRun {
 
 TimedRun RunTimed() {
   const auto begin = std::chrono::steady_clock::now();
-  const Outcome outcome = RunSimulation(Model.NumPoints);
+  const Outcome outcome = AcquireData();
   return {outcome, std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count()};
 }
 
