@@ -10,8 +10,8 @@
 #include "run/result_store.h"
 #include "run/run.h"
 #include "run/saved_steps.h"
-#include "run/window_reporter.h"
 #include "screen/popups.h"
+#include "screen/window_reporter.h"
 #include "stimulus/gaussian_filter.h"
 #include "stimulus/stimulus_store.h"
 #include "trace/program_random.h"
@@ -58,7 +58,7 @@ void ConvertTrace(bool erase, const RunReporter& reporter) {
     AddMonitoredStates(ActiveConversion(), Result.Occupancy, Result.OccupancyUsed, trace);
   }
   if (Model.AutoNoise != 0) AddNoise(trace);
-  if (Model.AutoFilter != 0) GaussianFilter(trace, Model.AutoFilterFc);
+  if (Model.AutoFilter != 0) GaussianFilter(trace, Model.AutoFilterFc, reporter);
   if (announced) TraceToPlot.Tell(erase);
 }
 

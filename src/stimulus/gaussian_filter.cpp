@@ -11,24 +11,20 @@ constexpr char Aliasing[] = "Aliasing in data record at selecting filter frequen
 constexpr char TooHeavy[] = "Requested filtering is too heavy; too many points to filter.";
 constexpr char TooLight[] = "Requested filtering is too light; too few points to filter.";
 
-void Warn(const char* text) {
-  if (Model.FitActive == 0) MessagePopup(WarningTitle, text);
-}
-
 }  // namespace
 
-void GaussianFilter(std::span<float> trace, float fc) {
+void GaussianFilter(std::span<float> trace, float fc, const RunReporter& reporter) {
   if (!(fc > 0.0F) || !(Model.ADInterval > 0.0F)) return;
   const float corner = fc / (1.0F / Model.ADInterval);
   switch (GaussianLowPass(trace, corner, Model.RecordPoints)) {
     case LowPassOutcome::Aliased:
-      Warn(Aliasing);
+      Tell(reporter, WarningTitle, Aliasing);
       break;
     case LowPassOutcome::TooHeavy:
-      Warn(TooHeavy);
+      Tell(reporter, WarningTitle, TooHeavy);
       break;
     case LowPassOutcome::TooLight:
-      Warn(TooLight);
+      Tell(reporter, WarningTitle, TooLight);
       break;
     default:
       break;

@@ -10,6 +10,7 @@
 #include "platform/index.h"
 #include "platform/zero_pages.h"
 #include "screen/popups.h"
+#include "screen/window_reporter.h"
 #include "stimulus/gaussian_filter.h"
 #include "stimulus/profile_builder.h"
 #include "stimulus/stimulus_file.h"
@@ -69,7 +70,7 @@ void BuildAutomaticStep() {
     SetLevel(Stimulus.Profile[0], hold);
     SetStep(Stimulus.Profile[1], 0.0F, Stimulus.AutoValue, start, stop);
     if (Stimulus.AutoFilterOn != 0 && Stimulus.StimTarget == 1) {
-      GaussianFilter(Stimulus.Profile[1].first(Index(RunSamples())), Stimulus.FilterFc);
+      GaussianFilter(Stimulus.Profile[1].first(Index(RunSamples())), Stimulus.FilterFc, WindowReporter());
     }
   }
   Stimulus.StimFromFile = 0;
@@ -219,7 +220,7 @@ void EraseStim() {
 
 void FilterStim() {
   StimReadControls();
-  GaussianFilter(TargetSamples(), Stimulus.FilterFc);
+  GaussianFilter(TargetSamples(), Stimulus.FilterFc, WindowReporter());
   StimPlot();
 }
 

@@ -6,6 +6,7 @@
 
 #include "model/model_store.h"
 #include "screen/screen.h"
+#include "screen/window_reporter.h"
 #include "stimulus/gaussian_filter.h"
 #include "trace/filtered_trace.h"
 #include "trace/noise_store.h"
@@ -70,7 +71,7 @@ void FilterTrace() {
     return;
   }
   const int recorded = std::exchange(Model.RecordPoints, std::min(Model.RecordPoints, Model.NumPoints));
-  GaussianFilter(TraceToWrite(Model.NumPoints), Model.AutoFilterFc);
+  GaussianFilter(TraceToWrite(Model.NumPoints), Model.AutoFilterFc, WindowReporter());
   Model.RecordPoints = recorded;
 }
 

@@ -4,7 +4,7 @@
 #include "model/model_store.h"
 #include "run/occupancy_export.h"
 #include "run/run_fixtures.h"
-#include "run/window_reporter.h"
+#include "screen/window_reporter.h"
 #include "trace/program_random.h"
 
 namespace zelvane {

@@ -4,6 +4,7 @@
 #include <limits>
 #include <numbers>
 
+#include "screen/window_reporter.h"
 #include "support/store_test.h"
 
 namespace zelvane {
@@ -30,7 +31,7 @@ TEST_F(GaussianFilterTest, AttenuatesSinesAsTheClosedFormSays) {
       return std::sin(2.0 * std::numbers::pi * kHz * 0.01 * static_cast<double>(i));
     };
     for (std::size_t i = 0; i < trace.size(); ++i) trace[i] = static_cast<float>(sine(i));
-    GaussianFilter(trace, 1.0F);
+    GaussianFilter(trace, 1.0F, WindowReporter());
     const double gain = std::exp(-0.5 * std::numbers::ln2 * kHz * kHz);
     // The kernel ends at 4 standard deviations.
     for (std::size_t i = 1000; i < 7000; ++i) ASSERT_NEAR(trace[i], gain * sine(i), 2e-4) << i;
@@ -48,12 +49,11 @@ TEST_F(GaussianFilterTest, RefusesKernelsThatAreTooLongAndLeavesTheTrace) {
     SCOPED_TRACE(fc);
     popups.clear();
     Model.RecordPoints = recordPoints;
-    for (const int fit : {1, 0}) {  // a fit gets no message but the same refusals
-      Model.FitActive = fit;
+    for (const bool silent : {true, false}) {  // the same refusals, without a message
       Floats trace = Ramp(4000);
-      GaussianFilter(trace, fc);
+      GaussianFilter(trace, fc, silent ? RunReporter{} : WindowReporter());
       EXPECT_EQ(trace == Ramp(4000), warning == TooHeavy || warning == TooLight);
-      const bool told = warning != nullptr && fit == 0;
+      const bool told = warning != nullptr && !silent;
       EXPECT_EQ(PopupTexts(), told ? Texts{warning} : Texts{});
     }
   }
@@ -62,7 +62,7 @@ TEST_F(GaussianFilterTest, RefusesKernelsThatAreTooLongAndLeavesTheTrace) {
 TEST_F(GaussianFilterTest, LeavesTheTraceWholeForCornersThatAreNoneAndShortTraces) {
   const auto expectWhole = [](std::size_t size, float corner) {
     Floats trace = Ramp(size);
-    GaussianFilter(trace, corner);
+    GaussianFilter(trace, corner, WindowReporter());
     EXPECT_EQ(trace, Ramp(size)) << size << " samples, " << corner << " kHz";
   };
   constexpr float NoNumber = std::numeric_limits<float>::quiet_NaN();

@@ -24,6 +24,7 @@
 #include "rscm/rscm_panel.h"
 #include "rscm/rscm_store.h"
 #include "screen/screen.h"
+#include "screen/window_reporter.h"
 #include "stimulus/gaussian_filter.h"
 #include "trace/trace.h"
 #include "trace/trace_export.h"
@@ -168,7 +169,7 @@ void PrepareSweep(const MeasureOptions& options, bool correct) {
   if (correct) CorrectTraceRead();
   if (!options.filterKHz) return;
   const auto samples = Index(Model.NumPoints);
-  GaussianFilter(Trace.SimTrace.first(samples), static_cast<float>(*options.filterKHz));
+  GaussianFilter(Trace.SimTrace.first(samples), static_cast<float>(*options.filterKHz), WindowReporter());
 }
 
 /// Measures the sweeps of the options. Writes a message and returns false when a sweep could not be read or

@@ -1,4 +1,4 @@
-#include "run/window_reporter.h"
+#include "screen/window_reporter.h"
 
 #include <chrono>
 

@@ -1,4 +1,4 @@
-// How a run speaks to the user in front of it.
+// How a long work speaks to the user in front of it.
 #pragma once
 
 #include "platform/run_reporter.h"
