@@ -62,15 +62,6 @@ TEST_F(ModelFileTest, TheMenuSavesWhatThePanelsShowCommittedOrNot) {
   EXPECT_EQ(Model.ModelTitle, "Typed");
 }
 
-TEST_F(ModelFileTest, ACancelledDialogDoesNothing) {
-  Model.ModelFileName = "former.mod";
-  OpenParameterFile();
-  SaveParameters();
-  EXPECT_EQ(Model.ModelFileName, "former.mod");
-  EXPECT_TRUE(folder.Names().empty());
-  EXPECT_TRUE(popups.empty());
-}
-
 TEST_F(ModelFileTest, AsksTwiceForANameWhileTheFileCannotBeOpened) {
   const std::string path = WriteModel("two.mod");
   Model.ModelFileName = folder.File("missing.mod");
@@ -110,12 +101,15 @@ TEST_F(ModelFileTest, AFileOfAnySizeIsReadUpToABound) {
   EXPECT_EQ(Model.ModelTitle, "huge");
 }
 
-TEST_F(ModelFileTest, AFailedSaveIsToldAndTheFormerNameStays) {
+TEST_F(ModelFileTest, AFailedSaveIsToldACancelledDialogIsNotAndTheFormerNameStays) {
   Model.ModelFileName = "former.mod";
   choices = {folder.File("no/such/folder.mod")};
   SaveParameters();
+  OpenParameterFile();  // these two are cancelled
+  SaveParameters();
   EXPECT_EQ(popups, (std::vector<SeenPopup>{{"! File error", CannotWrite}}));
   EXPECT_EQ(Model.ModelFileName, "former.mod");
+  EXPECT_TRUE(folder.Names().empty());
 }
 
 TEST_F(ModelFileTest, ReadingRebuildsTheStimulusAndShowsTheGridsLabelsOfAnOlderFile) {
