@@ -1,5 +1,4 @@
 // Responses of a real recording, measured on the panel, compared with the definitions calculated in doubles.
-
 #include "analysis/analysis_store.h"
 #include "formats/abf/abf.h"
 #include "support/drive_test.h"

@@ -1,5 +1,4 @@
 // The examples in README, manual, help pages and the page of the command language run as they are shown.
-
 #include <climits>
 #include <set>
 #include <sstream>

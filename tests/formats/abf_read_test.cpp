@@ -1,6 +1,5 @@
 // Parts of the sweeps of other programs' recordings (trace/recordings_test.cpp checks whole sweeps), and the
 // conversion of counts to user units.
-
 #include <limits>
 #include <random>
 #include <vector>

@@ -1,5 +1,4 @@
 // Files that this program writes: read back by it, and byte by byte.
-
 #include "formats/abf/byte_source.h"
 #include "support/abf_sweeps.h"
 #include "support/small_disk.h"

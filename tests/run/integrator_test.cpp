@@ -1,6 +1,4 @@
 // A run of the integrators: from the stores to the trace, with its messages and questions.
-#include <cmath>
-
 #include "run/run_fixtures.h"
 #include "run/saved_steps.h"
 #include "screen/popups.h"
@@ -40,22 +38,19 @@ TEST_F(IntegratorRunTest, GivesTheClosedFormInAllUnits) {
   Model.KOff[1] = 500.0 / std::exp(-0.06 * 0.7 * 11603.0 / 298.16);
   Model.Depend.Volt[2][1] = 1;
   Model.Depend.Steepness[2][1] = 0.7F;
-  struct Row {
-    int units;
-    double factor;
-  };
-  for (const Row& row : {Row{UnitsChannels, 40.0}, Row{UnitsConductance, 2000.0},
-                         Row{UnitsCurrent, -0.07 * 2 * 2000.0}, Row{UnitsProbability, 1.0}}) {
-    Model.DisplayUnits = row.units;
+  using Row = std::pair<int, double>;
+  for (const auto& [units, factor] : {Row{UnitsChannels, 40.0}, Row{UnitsConductance, 2000.0},
+                                      Row{UnitsCurrent, -0.07 * 2 * 2000.0}, Row{UnitsProbability, 1.0}}) {
+    Model.DisplayUnits = units;
     for (const int simulator : {FixedStepIntegrator, AdaptiveIntegrator}) {
-      SCOPED_TRACE(testing::Message() << "units " << row.units << " simulator " << simulator);
+      SCOPED_TRACE(testing::Message() << "units " << units << " simulator " << simulator);
       Integrate(simulator);
       EXPECT_EQ(Trace.TraceValid, 1);
       const double tolerance =
           simulator == FixedStepIntegrator ? 3e-6 : 1e-3;  // roundings; precision and spline
       for (std::size_t i = 0; i < 1000; i += 37) {
-        const double expected = row.factor * Open(0.01 * static_cast<double>(i));
-        EXPECT_NEAR(Trace.SimTrace[i], expected, tolerance * std::fabs(row.factor)) << i;
+        const double expected = factor * Open(0.01 * static_cast<double>(i));
+        EXPECT_NEAR(Trace.SimTrace[i], expected, tolerance * std::fabs(factor)) << i;
       }
     }
   }
@@ -79,7 +74,7 @@ TEST_F(IntegratorRunTest, StartsTheAdaptiveRunAtALateStep) {
 
 TEST_F(IntegratorRunTest, ConvertsSavedStepsAgainAndForgetsThoseOfALongerRun) {
   Integrate(AdaptiveIntegrator);
-  const std::vector<float> first(Trace.SimTrace.begin(), Trace.SimTrace.begin() + 1000);
+  const Floats first(Trace.SimTrace.begin(), Trace.SimTrace.begin() + 1000);
   EXPECT_NEAR(Result.SavedTime[static_cast<std::size_t>(Result.KeptSteps)], 10.0F, 1e-4);
   ConvertTrace(false, {});
   EXPECT_TRUE(std::equal(first.begin(), first.end(), Trace.SimTrace.begin()));
@@ -98,22 +93,19 @@ TEST_F(IntegratorRunTest, ConvertsSavedStepsAgainAndForgetsThoseOfALongerRun) {
 TEST_F(IntegratorRunTest, HalvesTheStepSaysSoAndGivesUpAfterFivePasses) {
   const std::vector<SeenPopup> told{{"! Integration Warning", StepDecreased},
                                     {"! Integration Error", StepFailed}};
-  struct Row {
-    double perSecond;
-    int reductions;
-    std::size_t popups;
-  };
+  using Row = std::tuple<double, int, std::size_t>;
   // A step is stable up to step x 2 x rate = 2.785.
-  for (const Row& row : {Row{1e5, 0, 0}, Row{2e5, 1, 1}, Row{4e5, 2, 1}, Row{1e7, 5, 2}}) {
+  for (const auto& [perSecond, reductions, messages] :
+       {Row{1e5, 0, 0}, Row{2e5, 1, 1}, Row{4e5, 2, 1}, Row{1e7, 5, 2}}) {
     popups.clear();
-    Model.KOn[1] = Model.KOff[1] = row.perSecond;
+    Model.KOn[1] = Model.KOff[1] = perSecond;
     Model.MaxStepSize = 0.01F;
     Result.ReductionCount = 0;
     Integrate(FixedStepIntegrator);
-    EXPECT_FLOAT_EQ(Model.MaxStepSize, std::ldexp(0.01F, -row.reductions));
+    EXPECT_FLOAT_EQ(Model.MaxStepSize, std::ldexp(0.01F, -reductions));
     EXPECT_EQ(ControlNamed("MaxStepSize").number, static_cast<double>(Model.MaxStepSize));
-    EXPECT_EQ(Result.ReductionCount, row.reductions);
-    EXPECT_EQ(popups, std::vector<SeenPopup>(told.begin(), told.begin() + static_cast<int>(row.popups)));
+    EXPECT_EQ(Result.ReductionCount, reductions);
+    EXPECT_EQ(popups, std::vector<SeenPopup>(told.begin(), told.begin() + static_cast<int>(messages)));
     EXPECT_EQ(Trace.TraceValid, 1);
   }
   popups.clear();
@@ -191,7 +183,7 @@ TEST_F(IntegratorRunTest, SaysOnceAPassThatAStepIsTooSmall) {
   Model.ADInterval = 2.3e-6F;
   Model.MaxStepSize = 1.44e-8F;
   Integrate(FixedStepIntegrator);
-  EXPECT_EQ(consoleLines, std::vector<std::string>{"Step size too small in routine rkdumb"});
+  EXPECT_EQ(consoleLines, Texts{"Step size too small in routine rkdumb"});
 }
 
 }  // namespace

@@ -55,7 +55,7 @@ TEST_F(MonteCarloTest, TheMeanOfManyChannelsFollowsTheIntegrator) {
   Model.DisplayUnits = UnitsProbability;
   Model.NumChannels = 20000;
   RunAsSet();
-  const std::vector<float> mean(Trace.SimTrace.begin(), Trace.SimTrace.begin() + 200);
+  const Floats mean(Trace.SimTrace.begin(), Trace.SimTrace.begin() + 200);
   Model.SimulatorKind = FixedStepIntegrator;
   RunAsSet();
   // A channel stays through the point at which the stimulus changes, so it lags by a point behind the edges;
@@ -170,9 +170,9 @@ TEST_F(MonteCarloLimitsTest, MoreChannelsThanAnOccupancyCountsAreRefused) {
   Model.ChannelsGaussian = 1;
   Model.ChannelsSTD = 1e30F;
   RunAsSet();
-  EXPECT_EQ(PopupTexts(), std::vector<std::string>{
-                              "A run of 2147483647 channels cannot be simulated, 16777216 is the most. Lower "
-                              "the number of channels or its STD."});
+  EXPECT_EQ(PopupTexts(),
+            Texts{"A run of 2147483647 channels cannot be simulated, 16777216 is the most. Lower "
+                  "the number of channels or its STD."});
   EXPECT_EQ(Trace.TraceValid, 0);
   Model.ChannelsGaussian = 0;
   Model.NumChannels = MaxChannelsOfRun + 1;

@@ -1,11 +1,9 @@
 // The Q matrix of the stores: against the integrator, schemes without an answer, the panel.
-#include <cmath>
 #include <limits>
 
 #include "run/q_matrix_panel.h"
 #include "run/run_fixtures.h"
 #include "stimulus/stimulus.h"
-#include "support/pressing.h"
 
 namespace zelvane {
 namespace {
@@ -20,13 +18,13 @@ TEST_F(QMatrixTest, TellsMatrixTimeConstantsAndEquilibrium) {
   PressCommand("FxnQMatrix");
   EXPECT_TRUE(PanelVisible("QMatrixPanel"));
   EXPECT_EQ(TextBoxNamed("QMatrixText").lines,
-            (std::vector<std::string>{"Q=", "-1.0e+03    1.0e+03    ", "5.0e+02    -5.0e+02    ", ""}));
-  const std::vector<std::string>& results = TextBoxNamed("QResultsText").lines;
+            (Texts{"Q=", "-1.0e+03    1.0e+03    ", "5.0e+02    -5.0e+02    ", ""}));
+  const Texts& results = TextBoxNamed("QResultsText").lines;
   EXPECT_EQ(results.front(), "Relaxation time constants");
   EXPECT_NE(std::find(results.begin(), results.end(), "    Tau(1)=0.666667 ms"), results.end());
-  EXPECT_EQ((std::vector<std::string>{results.end() - 6, results.end()}),
-            (std::vector<std::string>{"", "Equilibrium Probabilities", "    3.33e-01 State 1 probability  ",
-                                      "    6.67e-01 State 2 probability  ", "", ""}));
+  EXPECT_EQ((Texts{results.end() - 6, results.end()}),
+            (Texts{"", "Equilibrium Probabilities", "    3.33e-01 State 1 probability  ",
+                   "    6.67e-01 State 2 probability  ", "", ""}));
   PressCommand("FxnInsertInitProb");
   EXPECT_FLOAT_EQ(Model.StartOccupancy[2], 2.0F / 3.0F);
   EXPECT_FLOAT_EQ(static_cast<float>(ControlNamed("StartOccupancy[2]").number), 2.0F / 3.0F);
@@ -42,18 +40,15 @@ TEST_F(QMatrixTest, ADrugCountsAtTheTimeEntered) {
   PressCommand("FxnQMatrix");
   EXPECT_EQ(Equilibrium(1), 1.0F);
   EXPECT_EQ(Shown("QMatrixPoint"), "1");
-  struct Case {
-    const char* ms;
-    const char* point;
-    float open;
-  };
+  using Case = std::tuple<const char*, const char*, float>;
   constexpr float Bound = 2.0F / 3.0F;
-  for (const Case& c : {Case{"0.5", "50", Bound}, Case{"0.999", "99", Bound}, Case{"1", "100", 0},
-                        Case{"0", "1", 0}, Case{"-3", "1", 0}, Case{"1e30", "5000000", 0}}) {
-    TypeOnly("QMatrixTime", c.ms);
+  for (const auto& [ms, point, open] :
+       {Case{"0.5", "50", Bound}, Case{"0.999", "99", Bound}, Case{"1", "100", 0}, Case{"0", "1", 0},
+        Case{"-3", "1", 0}, Case{"1e30", "5000000", 0}}) {
+    TypeOnly("QMatrixTime", ms);
     PressCommand("FxnRecalculateQ");
-    EXPECT_EQ(Shown("QMatrixPoint"), c.point) << c.ms;
-    EXPECT_FLOAT_EQ(Equilibrium(2), c.open) << c.ms;
+    EXPECT_EQ(Shown("QMatrixPoint"), point) << ms;
+    EXPECT_FLOAT_EQ(Equilibrium(2), open) << ms;
   }
 }
 
@@ -99,7 +94,7 @@ TEST_F(QMatrixTest, WithoutAnAnswerTheEquilibriumIsZeroAndTheNextAnalysisWorks) 
   Model.StateOn[1] = Model.StateOn[2] = 0;
   EXPECT_TRUE(AnalyzeOnPanel(1).matrix.states.empty());
   EXPECT_TRUE(isClear());
-  EXPECT_EQ(TextBoxNamed("QMatrixText").lines, (std::vector<std::string>{"Q=", ""}));
+  EXPECT_EQ(TextBoxNamed("QMatrixText").lines, (Texts{"Q=", ""}));
   Model.StateOn[1] = Model.StateOn[2] = 1;
   for (const double bad : {double(NAN), 1e300}) {
     consoleLines.clear();
@@ -115,7 +110,7 @@ TEST_F(QMatrixTest, WithoutAnAnswerTheEquilibriumIsZeroAndTheNextAnalysisWorks) 
   Model.KOn[4] = Model.KOff[4] = 40.0;
   consoleLines.clear();
   QMatrixAnalysis(true, 1);
-  EXPECT_EQ(consoleLines, std::vector<std::string>{"Singular matrix in routine ludcmp"});
+  EXPECT_EQ(consoleLines, Texts{"Singular matrix in routine ludcmp"});
   EXPECT_NEAR(Equilibrium(1) + Equilibrium(2) + Equilibrium(4) + Equilibrium(5), 1.0F, 1e-6F);
   EXPECT_TRUE(popups.empty());
 }

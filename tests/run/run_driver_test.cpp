@@ -17,20 +17,18 @@ TEST_F(RunDriverTest, RefusesAGridWithoutStatesAndLeavesNoOccupancy) {
 }
 
 TEST_F(RunDriverTest, RefusesSixExitsForMonteCarloAlone) {
-  struct Case {
-    int kind, exits;
-    bool refused;
-  };
+  using Case = std::tuple<int, int, bool>;
   Model.ModelIs2D = 0;
-  for (const Case& c : {Case{FixedStepIntegrator, 6, false}, Case{AdaptiveIntegrator, 6, false},
-                        Case{MonteCarlo, 5, false}, Case{MonteCarlo, 6, true}}) {
-    SCOPED_TRACE(testing::Message() << c.kind << " with " << c.exits);
+  for (const auto& [kind, exits, refused] :
+       {Case{FixedStepIntegrator, 6, false}, Case{AdaptiveIntegrator, 6, false}, Case{MonteCarlo, 5, false},
+        Case{MonteCarlo, 6, true}}) {
+    SCOPED_TRACE(testing::Message() << kind << " with " << exits);
     Dwell.SegmentCounter = 1;
-    Model.SimulatorKind = c.kind;
+    Model.SimulatorKind = kind;
     Model.TableRate = {};
-    for (int to = 2; to < 2 + c.exits; ++to) Model.TableRate[1][to] = 100.0F;
-    EXPECT_EQ(RunAsSet() == Outcome::Refused, c.refused);
-    EXPECT_EQ(Dwell.SegmentCounter - 1, c.kind == MonteCarlo && !c.refused ? 1 : 0);
+    for (int to = 2; to < 2 + exits; ++to) Model.TableRate[1][to] = 100.0F;
+    EXPECT_EQ(RunAsSet() == Outcome::Refused, refused);
+    EXPECT_EQ(Dwell.SegmentCounter - 1, kind == MonteCarlo && !refused ? 1 : 0);
   }
 }
 

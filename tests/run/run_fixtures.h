@@ -1,19 +1,14 @@
 // What the tests of the run driver share.
 #pragma once
 
-#include <algorithm>
-#include <vector>
-
 #include "dwells/dwell_store.h"
 #include "model/model_panels.h"
-#include "model/model_store.h"
 #include "run/monte_carlo_loop.h"
 #include "run/result_store.h"
 #include "run/run.h"
 #include "run/run_panel.h"
-#include "screen/screen.h"
 #include "stimulus/stimulus_store.h"
-#include "support/store_test.h"
+#include "support/pressing.h"
 #include "trace/program_random.h"
 #include "trace/trace.h"
 #include "trace/trace_graph.h"
@@ -55,12 +50,6 @@ class RunTest : public PanelTest {
   /// Runs the model as a fit does.
   static Outcome RunSilently(RunStart start = RunStart::AsSet) {
     return RunSimulation(Model.NumPoints, start);
-  }
-
-  static Refusal Enter(const char* name, const char* value) {
-    Control& control = ControlNamed(name);
-    const Refusal refusal = TypeInto(control, value);
-    return refusal.empty() ? Commit(control) : refusal;
   }
 };
 

@@ -1,6 +1,5 @@
 // The loop over runs, intervals and channels, mostly with channels that stay where they start.
 #include <climits>
-#include <cmath>
 
 #include "kinetics/dwell_recorder.h"
 #include "kinetics/monte_carlo.h"
@@ -129,15 +128,12 @@ TEST_F(RunMonteCarloTest, StopIsHeardWithinAChannelOfManyDwellsAndBetweenManyRun
   FrontEnd stopping = former;
   stopping.breathe = [](double) { RequestStop(); };
   SetFrontEnd(std::move(stopping));
-  struct Case {
-    double rate;
-    float intervalMs;
-    int runs;
-  };
-  for (const Case& c : {Case{1e7, 10.0F, 1}, Case{1000.0, 0.01F, 1'000'000}}) {  // 20 million dwells; 2 ms
-    SetRates(c.rate, c.rate);
-    Model.ADInterval = c.intervalMs;
-    Model.NumRuns = c.runs;
+  using Case = std::tuple<double, float, int>;
+  for (const auto& [rate, intervalMs, runs] :
+       {Case{1e7, 10.0F, 1}, Case{1000.0, 0.01F, 1'000'000}}) {  // 20 million dwells; 2 ms
+    SetRates(rate, rate);
+    Model.ADInterval = intervalMs;
+    Model.NumRuns = runs;
     popups.clear();
     EXPECT_EQ(RunAsSet(), Outcome::Stopped);
     EXPECT_EQ(popups.size(), 1U);

@@ -84,12 +84,9 @@ TEST_F(RunPanelTest, SubunitsForceTheirFields) {
 }
 
 TEST_F(RunPanelTest, FieldsThatHaveNoEffectAreDimmed) {
-  struct Case {
-    int kind, subunits, runs;
-    const char* dimmed;
-  };
+  using Case = std::tuple<int, int, int, const char*>;
   for (
-      const Case& c :
+      const auto& [kind, subunits, runs, expected] :
       {Case{FixedStepIntegrator, 0, 5,
             "NumRuns NumIntervals Precision ReseedSimulation ShowAllTraces AutoAnalyze "},
        Case{AdaptiveIntegrator, 0, 5, "NumRuns NumIntervals MaxStepSize ReseedSimulation "},
@@ -98,15 +95,15 @@ TEST_F(RunPanelTest, FieldsThatHaveNoEffectAreDimmed) {
        Case{
            MonteCarlo, 1, 5,
            "NumRuns NumIntervals MaxStepSize Precision StartAtEquilibrium ReseedSimulation ShowAllTraces AutoAnalyze "}}) {
-    Model.SimulatorKind = c.kind;
-    Model.MultiSubunit = c.subunits;
-    Model.NumRuns = c.runs;
+    Model.SimulatorKind = kind;
+    Model.MultiSubunit = subunits;
+    Model.NumRuns = runs;
     UpdateDimming();
     std::string dimmed;
     for (const Control* control : PanelNamed("MainPanel").controls) {
       if (control->dimmed) dimmed += control->name + ' ';
     }
-    EXPECT_EQ(dimmed, c.dimmed) << "kind " << c.kind << " subunits " << c.subunits << " runs " << c.runs;
+    EXPECT_EQ(dimmed, expected) << "kind " << kind << " subunits " << subunits << " runs " << runs;
   }
 }
 

@@ -1,10 +1,10 @@
-// Writers of the trace: exact bytes, what they protect, and autosave run after run.
+// Writers of the trace: exact bytes, what they protect, autosave run after run, and exports by extension.
 #include "trace/trace_write.h"
 
-#include <bit>
 #include <cstring>
 #include <map>
 
+#include "model/model_lines.h"
 #include "platform/folders.h"
 #include "run/run_panel.h"
 #include "support/abf_sweeps.h"
@@ -21,14 +21,14 @@ class TraceWriteTest : public PanelTest {
   TraceWriteTest() { SetTrace({1.5F, -2.0F, 0.25F}, 0.02F); }
   ~TraceWriteTest() override { SetProgramFolder(""); }
 
-  static void SetTrace(const std::vector<float>& samples, float intervalMs) {
+  static void SetTrace(const Floats& samples, float intervalMs) {
     std::copy(samples.begin(), samples.end(), Trace.SimTrace.begin());
     Trace.SimTraceUsed = Model.NumPoints = static_cast<int>(samples.size());
     Model.ADInterval = intervalMs;
     WriteRunParameters();
   }
 
-  std::vector<std::vector<float>> ReadBack() { return AbfSweeps(path, header); }
+  std::vector<Floats> ReadBack() { return AbfSweeps(path, header); }
 
   template <typename Number>
   static Number At(const std::string& bytes, std::size_t offset) {
@@ -37,7 +37,6 @@ class TraceWriteTest : public PanelTest {
     return value;
   }
 
-  TemporaryFolder folder;
   std::string path = folder.File("out.abf");
   AbfHeader header;
 };
@@ -56,13 +55,13 @@ TEST_F(TraceWriteTest, TextIsAtfOrASingleColumn) {
 }
 
 TEST_F(TraceWriteTest, AnAbfFileReadsBackWithItsIntervalAndUnits) {
-  std::vector<float> samples(3000);
+  Floats samples(3000);
   for (std::size_t i = 0; i < samples.size(); ++i) samples[i] = static_cast<float>(i) / 7;
   SetTrace(samples, 0.02F);
   Trace.TraceUnits = TraceNanoamps;
   choices = {path};
   PressCommand("SaveBinaryData");
-  EXPECT_EQ(ReadBack(), std::vector<std::vector<float>>{samples});
+  EXPECT_EQ(ReadBack(), std::vector<Floats>{samples});
   EXPECT_EQ(header.operationMode, GapFreeMode);
   EXPECT_NEAR(header.sampleInterval, 20.0, 1e-5);
   EXPECT_EQ(header.channelUnits[0], "nA");
@@ -142,7 +141,7 @@ TEST_F(TraceWriteTest, EveryRunBecomesAnEpisodeOfTheAutosaveFile) {
   EXPECT_EQ(At<std::int32_t>(bytes, 16), 2);
   EXPECT_EQ(At<std::int32_t>(bytes, 138), 3);
   EXPECT_EQ(bytes.substr(294, 16), std::string("Zelvane v1.0\0\0\0\0", 16));
-  EXPECT_EQ(ReadBack(), (std::vector<std::vector<float>>{{1.5F, -2.0F, 0.25F}, {7.0F, 8.0F, 9.0F}}));
+  EXPECT_EQ(ReadBack(), (std::vector<Floats>{{1.5F, -2.0F, 0.25F}, {7.0F, 8.0F, 9.0F}}));
 }
 
 TEST_F(TraceWriteTest, AutosavedTextHoldsABlockARun) {
@@ -205,12 +204,40 @@ TEST_F(TraceWriteTest, AutosaveGoesOnBehindARunWhoseWritingWasBrokenOff) {
   ASSERT_EQ(AutosaveAbfWrite(path), Outcome::Done);
   WriteWholeFile(path, ReadWholeFile(path) + "a part of an episode, longer than a run");
   ASSERT_EQ(AutosaveAbfWrite(path), Outcome::Done);
-  EXPECT_EQ(ReadBack(), (std::vector<std::vector<float>>{{1.5F, -2.0F, 0.25F}, {1.5F, -2.0F, 0.25F}}));
+  EXPECT_EQ(ReadBack(), (std::vector<Floats>{{1.5F, -2.0F, 0.25F}, {1.5F, -2.0F, 0.25F}}));
   EXPECT_EQ(ReadWholeFile(path).size(), 2048U + 24U);
 
   const std::string column = folder.Written("runs.asc", "1\n2.34");
   ASSERT_EQ(AutosaveTextWrite(column), Outcome::Done);
   EXPECT_TRUE(ReadWholeFile(column).starts_with("1\n2.34\n2.000000e-02\n1.5"));
+}
+
+using TraceExportTest = StoreTest;
+
+TEST_F(TraceExportTest, WritesEachFormatByItsExtension) {
+  const float samples[] = {0.0F, -1.5F, 3.4e-7F};
+  for (const auto& [file, content] :
+       {std::pair{"a.txt", "1.000000e-02\n0.000000e+00\n-1.500000e+00\n3.400000e-07\n"},
+        {"a.ATF",
+         "ATF\t1.0\n3\t2\n\"Type=\"\n\"Comment=\"\n\"SignalsExported=Current pA\"\n\"Time (s)\"\t\"Current "
+         "pA\"\n"
+         "0.000000e+00\t0.000000e+00\n1.000000e-05\t-1.500000e+00\n2.000000e-05\t3.400000e-07\n"},
+        {"a.csv", "time_ms,Current pA\n0,0\n0.01,-1.5\n0.02,3.40000014e-07\n"}}) {
+    ASSERT_TRUE(WriteTraceFile(folder.File(file), samples, 0.01F, "Current pA")) << file;
+    EXPECT_EQ(ReadWholeFile(folder.File(file)), content) << file;
+  }
+  for (const char* name : {"a.abf", "a", "a.", ".csv", "none/a.csv"})
+    EXPECT_FALSE(WriteTraceFile(folder.File(name), samples, 0.01F, "Current pA")) << name;
+}
+
+TEST_F(TraceExportTest, QuotesTheNamesThatNeedIt) {
+  const float sample[] = {1.0F};
+  const std::string csv = folder.File("a.csv");
+  const std::string atf = folder.File("a.atf");
+  ASSERT_TRUE(WriteTraceFile(csv, sample, 1.0F, "a \"b\", c"));
+  EXPECT_EQ(LinesOf(ReadWholeFile(csv))[0], "time_ms,\"a \"\"b\"\", c\"");
+  ASSERT_TRUE(WriteTraceFile(atf, sample, 1.0F, "a \"b\"\tc\nd"));
+  EXPECT_EQ(LinesOf(ReadWholeFile(atf))[4], "\"SignalsExported=a 'b' c d\"");
 }
 
 }  // namespace

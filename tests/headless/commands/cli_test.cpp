@@ -1,5 +1,4 @@
 // The program in a shell: exit status, standard output, Ctrl-C.
-
 #include "support/shell.h"
 #include "support/store_test.h"
 
