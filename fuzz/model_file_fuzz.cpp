@@ -16,7 +16,7 @@
 #include "fit/fit_store.h"
 #include "model/constraints_store.h"
 #include "model/model_fields.h"
-#include "model/model_rows.h"
+#include "model/model_file_lines.h"
 #include "model/model_store.h"
 #include "model/model_text.h"
 #include "noise/noise_fields.h"

@@ -136,7 +136,7 @@ void ForgetMeasures() {
 }
 
 void ConnectMeasures() {
-  TraceChanges.Add(ForgetMeasures);
+  TraceWillChange.Add(ForgetMeasures);
 }
 
 Outcome ReanalyzeTrace() {

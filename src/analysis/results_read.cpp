@@ -36,7 +36,7 @@ void ReadNamedModel(const std::string& path) {
   if (path.empty()) return;
   const std::string former = Model.ModelFileName;
   Model.ModelFileName = WithExtension(path, ".mod");
-  if (ModelFileRead() != Outcome::Done) Model.ModelFileName = former;
+  if (ModelFileRead() == Outcome::Refused) Model.ModelFileName = former;
 }
 
 /// Reads the recording of a table. Returns false when the command must end.

@@ -9,7 +9,6 @@ namespace zelvane {
 /// Finds the window with the largest absolute sum of deviations from `baseline`, and the first of equal ones.
 /// Tries windows of `width` samples that begin at `start` .. `start` + `positions`, but not after the end of
 /// the trace. Leaves out samples after the end.
-/// windows that begin there are not tried.
 ///
 /// @param start  a sample of the trace
 /// @param width  at least 1

@@ -10,7 +10,7 @@
 #include "analysis/trace_exports.h"
 #include "app/about_panel.h"
 #include "app/graph_properties.h"
-#include "app/help.h"
+#include "app/help_buttons.h"
 #include "app/recorder.h"
 #include "app/stores.h"
 #include "app/undo.h"
@@ -112,7 +112,7 @@ void OpenNamedFile(const std::string& file) {
     opener.open(file);
     return;
   }
-  if (ModelFileReadNamed(file) == Outcome::Done) return;
+  if (ModelFileReadNamed(file) != Outcome::Refused) return;
   if (file.ends_with(ModelExtension)) {
     MessagePopup(FileErrorTitle, NotAModelFile + file);
   } else {

@@ -53,7 +53,7 @@ std::optional<std::string> FindFile(const std::string& name, const std::string& 
 void ReadModelOfList(const std::string& model, const std::string& list) {
   const std::string former = Model.ModelFileName;
   Model.ModelFileName = Beside(list, model);
-  if (ModelFileRead() != Outcome::Done) Model.ModelFileName = former;
+  if (ModelFileRead() == Outcome::Refused) Model.ModelFileName = former;
 }
 
 /// Loads the recording of a pair.

@@ -1,6 +1,7 @@
 // Events of the model's settings. Operations announce them; the panels of the settings listen.
 #pragma once
 
+#include "platform/outcome.h"
 #include "screen/listeners.h"
 
 namespace zelvane {
@@ -21,8 +22,8 @@ inline Listeners<> RunSettingsReplaced;
 inline Listeners<> ModelFileToSave;
 
 /// A model file was read: the panels show it, first the scheme, then the run settings, then the stimulus,
-/// which is built again from its panel.
-inline Listeners<> ModelFileCameIn;
+/// which is built again from its panel. A listener that cannot show its part sets the outcome to Failed.
+inline Listeners<Outcome&> ModelFileCameIn;
 
 /// The model has got the name of another file.
 inline Listeners<> ModelFileNamed;

@@ -50,8 +50,9 @@ std::optional<std::string> ReadBytesAsking(std::string& path) {
 Outcome TakeModel(const std::optional<std::string>& bytes, const std::string& path) {
   if (!bytes || !ReadModelText(*bytes)) return Outcome::Refused;
   Model.ModelFileName = path;
-  ModelFileCameIn.Tell();
-  return Outcome::Done;
+  Outcome outcome = Outcome::Done;
+  ModelFileCameIn.Tell(outcome);
+  return outcome;
 }
 
 Outcome ReadAsking(std::string path) {

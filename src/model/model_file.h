@@ -15,7 +15,8 @@ void AddModelFileMenu();
 /// Reads the file `Model.ModelFileName`, in any of the four formats, into the stores, updates every panel
 /// and builds the stimulus again. When the file cannot be opened, asks for another name, up to twice. A
 /// file with another magic changes nothing. A field keeps its value when its line does not hold one.
-/// @return Done; Refused without a file, or when the file is not a model
+/// @return Done; Refused without a file, or when the file is not a model; Failed, after a message, when the
+///         stimulus of the model is not available: the rest of the model is in the stores
 Outcome ModelFileRead();
 
 /// Does the same for a named file, without a dialog or a message. Returns Refused and changes nothing when

@@ -23,7 +23,7 @@ void ReadForms() {
   ReadTableRates();
 }
 
-void ShowForms() {
+void ShowForms(Outcome& /*shown*/) {
   WriteAllControls();
   RefreshModelPanels();
 }

@@ -7,7 +7,7 @@
 
 #include "formats/line_scanner.h"
 #include "model/model.h"
-#include "model/model_rows.h"
+#include "model/model_file_lines.h"
 #include "platform/index.h"
 
 namespace zelvane {

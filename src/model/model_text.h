@@ -10,7 +10,7 @@ namespace zelvane {
 ///
 /// `text` may be any bytes. The position of a line decides its meaning; a line may have any length; headers
 /// are ignored. A field keeps its value when its line or its number is missing, and when the number is not
-/// finite or too large. Then values outside their range are corrected (model_rows.h). If the text ends
+/// finite or too large. Then values outside their range are corrected (model_file_lines.h). If the text ends
 /// within a line, the last number or text may be incomplete and is ignored, unless this line is the last
 /// line of the file.
 ///

@@ -47,7 +47,7 @@ void RaiseOccupancyUsed(const std::array<int, MaxStates + 1>& used) {
 void ConvertTrace(bool erase, const RunReporter& reporter) {
   const bool announced = !IsSilent(reporter);
   Trace.TraceUnits = Model.DisplayUnits;
-  if (announced) TellTraceChanges();
+  if (announced) TellTraceWillChange();
   ClearSamples(Trace.SimTraceUsed);
   const int samples = std::clamp(Model.NumPoints, 0, MaxStimPoints);
   const std::span<float> trace = Trace.SimTrace.first(static_cast<std::size_t>(samples));

@@ -120,7 +120,7 @@ Outcome RunSimulation(int numPoints, RunStart start, const RunReporter& reporter
   Trace.TraceUnits = Model.DisplayUnits;
   Trace.TraceValid = 0;  // from here on the trace is empty, also after a refusal
   Trace.TraceFromFile = 0;
-  if (announced) TellTraceChanges();
+  if (announced) TellTraceWillChange();
   ClearSamples(Model.NumPoints);
   ClearOccupancy(Model.NumPoints + 1);  // the fixed-step integrator also fills the point behind the last
   if (Model.ModelIs2D != 0) RatesFromGrid();

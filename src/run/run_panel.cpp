@@ -234,7 +234,7 @@ void AddRunPanels() {
   RunSettingsWanted.Add(ReadRunParameters);
   RunSettingsChanged.Add(WriteRunParameters);
   ModelFileToSave.Add(ReadRunParameters);
-  ModelFileCameIn.Add(WriteRunParameters);
+  ModelFileCameIn.Add([](Outcome& /*shown*/) { WriteRunParameters(); });
   RunSettingsReplaced.Add([] {
     ShowDisplayUnits();
     ShowLength();

@@ -339,9 +339,9 @@ void AddStimulusPanel() {
   AddControls(MainPanelName, "stimulus", MainPanelButton);
   AddMenu(StimulusMenu);
   ModelFileToSave.Add(StimReadControls);
-  ModelFileCameIn.Add([] {
+  ModelFileCameIn.Add([](Outcome& shown) {
     StimPanelRefresh();
-    StimRebuild();
+    if (StimRebuild() != Outcome::Done) shown = Outcome::Failed;
   });
 }
 

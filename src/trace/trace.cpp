@@ -16,8 +16,8 @@ void BeginTrace(TraceOrigin origin) {
   Trace.RcFiltered = 0;
 }
 
-void TellTraceChanges() {
-  TraceChanges.Tell();
+void TellTraceWillChange() {
+  TraceWillChange.Tell();
 }
 
 void TellTraceChanged() {
@@ -30,14 +30,14 @@ void TellTraceCame() {
 }
 
 std::span<float> TraceToWrite(int samples) {
-  TellTraceChanges();
+  TellTraceWillChange();
   const int count = std::clamp(samples, 0, static_cast<int>(Trace.SimTrace.size()));
   Trace.SimTraceUsed = std::max(Trace.SimTraceUsed, count);
   return Trace.SimTrace.first(static_cast<std::size_t>(count));
 }
 
 void ClearTrace() {
-  TellTraceChanges();
+  TellTraceWillChange();
   ClearSamples(Trace.SimTraceUsed);
   Trace.TraceValid = 0;
   TraceGone.Tell();

@@ -2,7 +2,7 @@
 //
 //   A new trace   BeginTrace  TraceToWrite
 //   Clearing      ClearTrace  ClearSamples  EndSamplesAt
-//   Events        TellTraceChanges  TellTraceChanged  TellTraceCame (lists are in trace_events.h)
+//   Events        TellTraceWillChange  TellTraceChanged  TellTraceCame (lists are in trace_events.h)
 //
 // Fields are in trace_store.h, the graph is in trace_graph.h.
 #pragma once
@@ -19,7 +19,7 @@ enum class TraceOrigin { Simulation, Recording };
 void BeginTrace(TraceOrigin origin);
 
 /// Announces that the trace changes.
-void TellTraceChanges();
+void TellTraceWillChange();
 
 /// Announces the changed trace, so that all views and all derived data are updated.
 ///

@@ -1,7 +1,9 @@
-// Events of the trace. Operations announce them. Stores and panels that depend on the trace listen to them:
-// stores connect at start-up (ConnectHooks), each panel at its declaration.
+// Events of the trace, of runs on it and of measures of it. Operations announce them. Stores and panels that
+// depend on the trace listen to them: stores connect at start-up (ConnectHooks), each panel at its declaration.
+// They lie here because every subject that announces or listens may use this folder. Who listens to an event:
+// grep -rn 'TraceChanged.Add' src
 //
-//   The trace      TraceChanges  TraceToPlot  TraceGone  WholeTraceToShow  TraceChanged  LengthGiven
+//   The trace      TraceWillChange  TraceToPlot  TraceGone  WholeTraceToShow  TraceChanged  LengthGiven
 //   A recording    RecordingCameIn  RecordingToCorrect  RecordingTaken
 //   Runs           EquilibriumCalculated  RunBegins  RunTextChanged  StatisticsChanged  RunCompleted
 //                  StepsToWrite  SeriesBegins  SeriesRun  SeriesEnds
@@ -22,7 +24,7 @@ namespace zelvane {
 // -- The trace --
 
 /// The samples of the trace will be replaced or cleared, so old measures are no longer valid.
-inline Listeners<> TraceChanges;
+inline Listeners<> TraceWillChange;
 
 /// The trace is complete and must be plotted. True: first remove the old plots.
 inline Listeners<bool> TraceToPlot;

@@ -197,7 +197,7 @@ void ParseTrace() {
 }
 
 void EraseTrace() {
-  TellTraceChanges();
+  TellTraceWillChange();
   ClearSamples(Model.NumPoints);
   Trace.TraceValid = 0;
   ShowNoTrace();

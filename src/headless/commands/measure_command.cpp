@@ -278,7 +278,7 @@ int MeasureCommand(const MeasureOptions& options, const JobStreams& streams) {
   }
   const JobScreen screen(streams);
   StartJob({});
-  if (!options.model.empty() && !ReadJobModel(options.model, streams)) return JobFailed;
+  if (!options.model.empty() && ReadJobModel(options.model, streams) == Outcome::Refused) return JobFailed;
   const MeasuringScreen messages;
   Recording recording;
   const int opened = OpenRecording(options, recording, streams.err);

@@ -11,7 +11,7 @@ namespace zelvane {
 int ModelCommand(const std::string& path, bool json, const JobStreams& streams) {
   const JobScreen screen(streams);
   StartJob({});
-  if (!ReadJobModel(path, streams)) return JobFailed;
+  if (ReadJobModel(path, streams) == Outcome::Refused) return JobFailed;
   if (json) {
     Json report = ModelReportJson();
     report["file"] = path;
@@ -25,7 +25,7 @@ int ModelCommand(const std::string& path, bool json, const JobStreams& streams) 
 int UpgradeModelCommand(const std::string& oldPath, const std::string& newPath, const JobStreams& streams) {
   const JobScreen screen(streams);
   StartJob({});
-  if (!ReadJobModel(oldPath, streams)) return JobFailed;
+  if (ReadJobModel(oldPath, streams) == Outcome::Refused) return JobFailed;
   Model.ModelFileName = newPath;
   return ModelFileWrite() == Outcome::Done ? JobDone : JobFailed;  // the message has been shown
 }

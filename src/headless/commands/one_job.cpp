@@ -118,12 +118,13 @@ void StartJob(const std::optional<Seeds>& seeds) {
                  static_cast<std::uint32_t>(std::chrono::duration_cast<std::chrono::seconds>(now).count()));
 }
 
-bool ReadJobModel(const std::string& path, const JobStreams& streams) {
+Outcome ReadJobModel(const std::string& path, const JobStreams& streams) {
   std::string reason = WhyUnreadable(path);
-  if (reason.empty() && ModelFileReadNamed(path) == Outcome::Done) return true;
+  const Outcome read = reason.empty() ? ModelFileReadNamed(path) : Outcome::Refused;
+  if (read != Outcome::Refused) return read;
   if (reason.empty()) reason = "not a model file";
   streams.err << path << ": " << reason << std::endl;
-  return false;
+  return read;
 }
 
 std::optional<Seeds> ParseSeeds(std::string_view text) {

@@ -82,7 +82,7 @@ void WriteJson(const QMatrixSolution& solution, const std::string& model, int po
 int QMatrixCommand(const QMatrixOptions& options, const JobStreams& streams) {
   const JobScreen screen(streams);
   StartJob({});
-  if (!ReadJobModel(options.model, streams)) return JobFailed;
+  if (ReadJobModel(options.model, streams) == Outcome::Refused) return JobFailed;
   if (!ApplySettings(options.settings, streams.err)) return JobMisused;
   if (!(Model.ADInterval > 0.0F)) {
     streams.err << "interval: must be above 0 ms\n";

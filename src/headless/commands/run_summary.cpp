@@ -99,7 +99,7 @@ const char* UnitsWord(int units) {
   }
 }
 
-Peak PeakOf(std::span<const float> trace) {
+Peak LargestSample(std::span<const float> trace) {
   Peak peak;
   for (std::size_t i = 0; i < trace.size(); ++i) {
     const auto sample = static_cast<double>(trace[i]);
@@ -120,7 +120,7 @@ RunSummary SummariseRun(double wallSeconds) {
   summary.axisTitle = GraphNamed(MainPanelName).y.title;
   summary.wallSeconds = wallSeconds;
   if (Result.ResultKind == ResultSavedSteps) summary.savedSteps = Result.KeptSteps;
-  summary.peak = PeakOf(Trace.SimTrace.first(Index(Model.NumPoints)));
+  summary.peak = LargestSample(Trace.SimTrace.first(Index(Model.NumPoints)));
   if (Model.SimulatorKind == MonteCarlo) summary.singleChannels = SummariseSingleChannels();
   const LastRow last = LastRowOfRun();
   summary.lastMs = last.timeMs;

@@ -41,7 +41,7 @@ struct RunSummary {
 };
 
 /// Returns the peak of a trace with one sample per `Model.ADInterval`.
-Peak PeakOf(std::span<const float> trace);
+Peak LargestSample(std::span<const float> trace);
 
 /// Summarises the run in the stores. The caller sets `meanPeak`. Reads: `Model`, `Result`, `Trace`, `Dwell`.
 RunSummary SummariseRun(double wallSeconds);

@@ -140,7 +140,7 @@ int SimulateCommand(const SimulateOptions& options, const JobStreams& streams) {
   if (!TraceNamesServe(options, streams.err)) return JobMisused;
   const JobScreen screen(streams);
   StartJob(options.seeds);
-  if (!ReadJobModel(options.model, streams)) return JobFailed;
+  if (ReadJobModel(options.model, streams) != Outcome::Done) return JobFailed;
   if (!options.stimulusFile.empty() && !ReadStimulus(options.stimulusFile, streams.err)) return JobFailed;
   if (!ApplyOptions(options, streams.err)) return JobMisused;
   if (!options.dwellFile.empty() && Model.SimulatorKind != MonteCarlo) {
@@ -156,7 +156,7 @@ int SimulateCommand(const SimulateOptions& options, const JobStreams& streams) {
   const std::vector<float> mean = runs.Mean();
   if (!WriteFiles(options, mean, streams)) return JobFailed;
   RunSummary summary = SummariseRun(run.wallSeconds);
-  if (Model.SimulatorKind == MonteCarlo && Model.NumRuns > 1) summary.meanPeak = PeakOf(mean);
+  if (Model.SimulatorKind == MonteCarlo && Model.NumRuns > 1) summary.meanPeak = LargestSample(mean);
   if (options.json)
     WriteSummaryJson(summary, options.model, streams.out);
   else

@@ -158,6 +158,14 @@ TEST_F(SimulateTest, ARunThatCannotBeTellsWhy) {
   ExpectRefused(JobFailed, "absent/trace.txt");
 }
 
+TEST_F(SimulateTest, AModelWhoseStimulusIsUnavailableDoesNotRunWithAnother) {
+  std::string model = ReadWholeFile(options.model);
+  const std::size_t title = model.find("[Stimulus: Mode");
+  model[model.find('\n', title) + 1] = '5';
+  options.model = folder.Written("five.mod", model);
+  ExpectRefused(JobFailed, "This option will be available soon");
+}
+
 TEST(ParseSeedsTest, TakesThreeWholeNumbersThatMoveTheGenerator) {
   EXPECT_EQ(ParseSeeds("1,22,333"), (Seeds{1.0, 22.0, 333.0}));
   EXPECT_EQ(ParseSeeds("0,0,1"), (Seeds{0.0, 0.0, 1.0}));

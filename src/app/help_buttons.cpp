@@ -1,4 +1,4 @@
-#include "app/help.h"
+#include "app/help_buttons.h"
 
 #include "screen/screen.h"
 

@@ -1,4 +1,4 @@
-#include "model/model_rows.h"
+#include "model/model_file_lines.h"
 
 #include <cassert>
 #include <initializer_list>

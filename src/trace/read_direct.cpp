@@ -1,11 +1,10 @@
 // The direct reader of ABF 1.x, for the correction of a file: its questions and messages.
-#include "formats/abf/abf_direct.h"
-
 #include <algorithm>
 #include <cmath>
 #include <string>
 #include <utility>
 
+#include "formats/abf/abf_direct.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "screen/popups.h"
