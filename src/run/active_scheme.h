@@ -1,4 +1,4 @@
-// The program's scheme, stimulus and units as the engines take them: views of the stores.
+// The program's scheme, stimulus and units in the form of the engines: views of the stores.
 #pragma once
 
 #include "kinetics/compiled_scheme.h"
@@ -12,7 +12,7 @@ SchemeTables ActiveTables();
 
 StimulusView ActiveStimulus();
 
-/// Returns what makes the trace of the occupancies in `Result`, by `Model` and the voltage profile.
+/// Returns the conversion of the occupancies in `Result` to the trace, by `Model` and the voltage profile.
 TraceConversion ActiveConversion();
 
 }  // namespace zelvane

@@ -1,4 +1,4 @@
-// From occupancies to the displayed trace.
+// Converts occupancies to the displayed trace.
 #include <algorithm>
 #include <cstddef>
 #include <span>
@@ -67,12 +67,12 @@ void RefreshTrace() {
     MessagePopup(WarningTitle, ParsedText);
     return;
   }
-  if (Trace.TraceFromFile != 0) {  // the occupancies belong to a former run
+  if (Trace.TraceFromFile != 0) {  // the occupancies belong to an earlier run
     MessagePopup(WarningTitle, RecordingText);
     return;
   }
   if (Model.MultiSubunit != 0 && Result.ResultKind == ResultMonteCarlo) {
-    TraceToPlot.Tell(true);  // occupancies hold the last subunit alone
+    TraceToPlot.Tell(true);  // the occupancies are those of the last subunit
     return;
   }
   if (Trace.RsCorrected != 0 && !ConfirmPopup(WarningTitle, RemovesCorrection)) return;

@@ -27,10 +27,10 @@ constexpr char StepFailed[] =
 constexpr char StepTooSmall[] = "Step size too small in routine rkdumb";
 constexpr char PrecisionReduced[] = "Precision reduced during integration.";
 
-constexpr int ManyPoints = 20001;  // a run that can take time
+constexpr int ManyPoints = 20001;  // from here on a run may be slow
 constexpr double ManySubsteps = 10.0;
 
-/// The user's consent to a long run with a step that the last one has reduced.
+/// Returns whether the user accepts a long run with a step that the last run has reduced.
 bool StepIsWanted(const RunReporter& reporter) {
   if (Model.SimulatorKind != FixedStepIntegrator) return true;
   const float stepMs = std::max(Model.MaxStepSize, SmallestStepMs);
@@ -57,8 +57,8 @@ Outcome FinishFixedStep(const SimulationResult& result, const RunReporter& repor
   return result.outcome;
 }
 
-/// The times behind the last saved step read as 0. Times are above 0 from index 2 on, so those that an
-/// earlier run has left end at the first 0.
+/// Sets the times after the last saved step to 0. Times are above 0 from index 2 on, so the times of an
+/// earlier run end at the first 0.
 void ClearTimesBehind(int saved) {
   for (auto q = static_cast<std::size_t>(saved) + 1; q < Result.SavedTime.size(); ++q) {
     if (Result.SavedTime[q] == 0.0F) return;
@@ -75,7 +75,8 @@ void TellAdaptive(const AdaptiveResult& run, const RunReporter& reporter) {
 
 Outcome FinishAdaptive(const SimulationResult& result, const RunReporter& reporter) {
   const AdaptiveResult& run = result.adaptive;
-  // A finished run has one step more than rounds at most: each round saves its start, the end adds itself.
+  // A finished run has at most one step more than rounds: each round may save its start, and the end is saved
+  // too.
   Result.KeptSteps = run.finished ? run.rounds + 1 : run.rounds;
   ClearTimesBehind(run.saved);
   if (run.precisionReduced) Model.Precision = run.precision;

@@ -35,7 +35,7 @@ constexpr char TooManyChannels[] =
     "A run of %d channels cannot be simulated, %d is the most. Lower the number of channels or its STD.";
 constexpr char NoChannels[] = "There were no channels to simulate: the number of channels is 0.";
 
-constexpr int ReseedPointsBack = 100;  // a sweep's end may be cut off by the last dwell
+constexpr int ReseedPointsBack = 100;  // the last dwell may be cut off by the end of a sweep
 
 /// A simulation: its settings, fixed while it lasts, and how far it has come.
 struct ChannelSeries {
@@ -86,7 +86,7 @@ void PrepareSimulator(ChannelSeries& series) {
   StoreCounts(series.recorder.lists, Dwell);
 }
 
-/// Refused, with a message, when the run has too many channels.
+/// Begins a run. When it has too many channels, shows a message and returns Refused.
 Outcome StartRun(ChannelSeries& series) {
   ClearProgress(series.reporter);
   const bool drawn = Model.ChannelsGaussian != 0 && !series.subunits;
@@ -122,7 +122,7 @@ void TellWhy(const SimulationResult& result, const RunReporter& reporter) {
   if (result.fault == SimulationFault::RateTooFast) Tell(reporter, ErrorTitle, TooFast);
 }
 
-/// One sweep. Whole or broken off, occupancies, record and statistics are then in order.
+/// Simulates one sweep. Afterwards occupancies, record and statistics are valid, even if it was interrupted.
 Outcome SimulateSweep(ChannelSeries& series) {
   ClearOccupancy(series.sweep.numPoints);
   series.sweep.start = Model.StartOccupancy;
@@ -157,7 +157,7 @@ bool DependsOnDrug(std::size_t from, std::size_t to) {
   return false;
 }
 
-/// Takes the agonists away for the intervals: rates with a voltage dependence alone stay.
+/// Removes the agonists for the intervals; rates that depend only on voltage stay.
 void RemoveDrugRates() {
   for (std::size_t from = 1; from <= MaxStates; ++from) {
     for (std::size_t to = 1; to <= MaxStates; ++to) {
@@ -166,7 +166,7 @@ void RemoveDrugRates() {
   }
 }
 
-/// What follows on the first sweep of a run: the trace, and the rates of the intervals.
+/// Finishes the first sweep of a run: makes the trace and sets the rates of the intervals.
 void FinishFirstSweep(ChannelSeries& series, int run) {
   const RunReporter& reporter = series.reporter;
   if (!series.subunits) ConvertTrace(series.numRuns != 1 && Model.ShowAllTraces == 0, reporter);
@@ -191,7 +191,8 @@ void ShowSweepText(const ChannelSeries& series, int run, int sweep) {
   if (!IsSilent(series.reporter)) RunTextChanged.Tell();
 }
 
-/// One run: a sweep and, unless it is the last run, its intervals. The simulation is over unless Done.
+/// Simulates one run: a sweep and, except in the last run, its intervals. The simulation ends unless this
+/// returns Done.
 Outcome SimulateRun(ChannelSeries& series, int run) {
   for (int sweep = 0; sweep <= series.numIntervals; ++sweep) {
     ShowSweepText(series, run, sweep);
@@ -208,7 +209,7 @@ Outcome SimulateRun(ChannelSeries& series, int run) {
   return Outcome::Done;
 }
 
-/// The monitored states, packed to the front.
+/// A list of the monitored states.
 struct MonitoredStates {
   std::array<std::size_t, MaxStates> state{};
   std::size_t count = 0;
@@ -232,8 +233,8 @@ void AddSubunitOccupancy(std::span<float> trace) {
   }
 }
 
-/// Adds the conductance or current of one subunit: the conductance is that of the state whose number is the
-/// count of monitored states which the subunit fills at that point, element 0 standing for none.
+/// Adds the conductance or current of one subunit. Counts the monitored states that the subunit fills at each
+/// point; the count is the number of the state with the conductance (element 0 if there are no such states).
 void AddSubunitConductance(std::span<float> trace) {
   Model.StateConductance[0] = 0.0F;
   const MonitoredStates monitored = ListMonitored();
@@ -259,7 +260,7 @@ void AddSubunit(int numPoints) {
   }
 }
 
-/// All runs, unless they are broken off.
+/// Simulates all runs, unless one is interrupted.
 Outcome SimulateRuns(ChannelSeries& series) {
   for (int run = 1; run <= series.numRuns; ++run) {
     Outcome outcome = StartRun(series);
@@ -279,7 +280,7 @@ void FinishTrace(ChannelSeries& series) {
   BeginTrace(TraceOrigin::Simulation);
 }
 
-/// Leaves the stores in order, also after a simulation that was broken off.
+/// Makes the stores valid, even after an interrupted simulation.
 void FinishSeries(const ChannelSeries& series) {
   KeepRawOpenTimes(Dwell);
   if (Model.ReseedSimulation == 0) Model.StartOccupancy = series.savedStart;

@@ -42,7 +42,7 @@ int ChannelsOfRun(int numChannels, float deviation);
 /// is numPoints - 1, the last point that a resting channel fills.
 int ReseedPoint(int numPoints);
 
-/// "Run 1 of 3 with 0.20s interval (sec 0)".
+/// Returns "Run 1 of 3 with 0.20s interval (sec 0)".
 std::string RunProgressText(int run, int numRuns, float lengthSeconds, int sweep);
 
 }  // namespace zelvane

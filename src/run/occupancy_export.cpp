@@ -12,7 +12,7 @@
 namespace zelvane {
 namespace {
 
-/// Columns of the states that are on, `rows` values each from point 1.
+/// Returns the columns of the states that are on, each with `rows` values from point 1.
 std::vector<CsvColumn> OccupancyColumns(std::size_t rows) {
   const auto& on = Model.ModelIs2D == 1 ? Model.StateOn : Model.TableStateOn;
   const auto& labels = Model.ModelIs2D == 1 ? Model.StateLabel : Model.TableStateLabel;
@@ -25,7 +25,7 @@ std::vector<CsvColumn> OccupancyColumns(std::size_t rows) {
   return columns;
 }
 
-/// Rows of the last run's occupancies: its points, or the saved steps of an adaptive run.
+/// Returns the number of rows for the last run: its points, or the saved steps of an adaptive run.
 std::size_t RowsOfRun() {
   const bool savedSteps = Result.ResultKind == ResultSavedSteps;
   const auto count = static_cast<std::size_t>(std::max(savedSteps ? Result.KeptSteps : Model.NumPoints, 0));
@@ -46,7 +46,7 @@ bool WriteOccupancyCsv(const std::string& path) {
                                  return start + static_cast<double>(Result.SavedTime[i + 1]);
                                }));
   }
-  // Point 1 is time 0 after an integrator, the end of the first interval after Monte Carlo.
+  // Point 1 is time 0 after an integrator, but the end of the first interval after Monte Carlo.
   const double first = Result.ResultKind == ResultMonteCarlo ? interval : 0.0;
   return ReplaceFileInBlocks(path, CsvBlocks(rows, columns, [first, interval](std::size_t i) {
                                return first + static_cast<double>(i) * interval;

@@ -17,9 +17,10 @@ constexpr char TooManyIterations[] = "Too many iterations in hqr";
 constexpr char SingularMatrix[] = "Singular matrix in routine ludcmp";
 constexpr char NotFinite[] = "A rate of the Q matrix is not a finite number: it has no equilibrium.";
 
-/// Brings the active form to `Model.RateMatrix` and returns it as the engine takes it.
+/// Copies the active form to `Model.RateMatrix` and returns it in the form of the engine.
 SchemeTables TablesForQ() {
-  // Of the table a state takes part whatever `TableStateOn` says of it: a rate that is no number leads into none.
+  // In the table every state is on: TableStateOn would leave out a state when the only rate into it is not a
+  // number.
   static constexpr std::array<int, MaxStates + 1> AllOn = [] {
     std::array<int, MaxStates + 1> on{};
     on.fill(1);
@@ -53,7 +54,7 @@ void TellOfTrouble(const QMatrixSolution& solution) {
 
 int StimulusPointAt(float timeMs) {
   const float quotient = timeMs / Model.ADInterval;
-  if (!(quotient >= static_cast<float>(RestingPoint))) return RestingPoint;  // nan as well
+  if (!(quotient >= static_cast<float>(RestingPoint))) return RestingPoint;  // also for NaN
   return quotient < static_cast<float>(MaxStimPoints) ? static_cast<int>(quotient) : MaxStimPoints - 1;
 }
 

@@ -49,8 +49,8 @@ void ShowResults(const QMatrixSolution& solution) {
   InsertLine(box, "");
 }
 
-/// Time of a point, in floats as StimulusPointAt divides them: where the product is rounded so that the
-/// quotient falls short of the point, the next float stands for it.
+/// Returns the time of a point, in the floats that StimulusPointAt divides. If rounding makes the quotient
+/// smaller than the point, returns the next float.
 float TimeOf(int point) {
   const auto points = static_cast<float>(point);
   const float timeMs = Model.ADInterval * points;

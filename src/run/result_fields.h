@@ -1,4 +1,4 @@
-// What a run leaves behind, by name.
+// The results of a run, by name.
 #pragma once
 
 namespace zelvane {

@@ -48,7 +48,7 @@ void StartAtEquilibrium(bool announced) {
   if (announced) StartOccupancyChanged.Tell();
 }
 
-/// Fills the connection table: the states that each state can leave to, in rising order.
+/// Fills the connection table with the states that follow each state, in rising order.
 /// @return the number of connections of the whole scheme
 int BuildConnections() {
   const Connections connections = ConnectionsOf(Model.RateMatrix);
@@ -118,11 +118,11 @@ Outcome RunSimulation(int numPoints, RunStart start, const RunReporter& reporter
   if (start == RunStart::AtEquilibrium) StartAtEquilibrium(announced);
   if (Model.ModelIs2D == 0) ActivateTableModel();
   Trace.TraceUnits = Model.DisplayUnits;
-  Trace.TraceValid = 0;  // from here on the trace is empty, also after a refusal
+  Trace.TraceValid = 0;  // the trace is empty now, even after a refusal
   Trace.TraceFromFile = 0;
   if (announced) TellTraceWillChange();
   ClearSamples(Model.NumPoints);
-  ClearOccupancy(Model.NumPoints + 1);  // the fixed-step integrator also fills the point behind the last
+  ClearOccupancy(Model.NumPoints + 1);  // the fixed-step integrator also fills the point after the last
   if (Model.ModelIs2D != 0) RatesFromGrid();
   if (!SchemeIsConnected(reporter)) return Outcome::Refused;
   if (announced) RunBegins.Tell();

@@ -48,7 +48,7 @@ void ShowForcedFields() {
   for (const char* name : ForcedFields) ShowNumber(name, FieldNumber(ControlNamed(name).field));
 }
 
-/// Puts back what a field held before a commit that no run could use.
+/// Restores the old value of a field after a commit that a run cannot use.
 void Refuse(const ControlEvent& event, const char* reason) {
   SetFieldNumber(event.control->field, event.previous);
   ShowNumber(event.control->name, event.previous);
@@ -100,7 +100,7 @@ void FxnStopRun(const ControlEvent& /*event*/) {
   RequestStop();
 }
 
-/// A setting that another panel shows too.
+/// Shows a setting that other panels show too.
 void FxnSharedSetting(const ControlEvent& event) {
   ShowField(event.control->name);
 }

@@ -3,7 +3,7 @@
 
 namespace zelvane {
 
-void AddStatisticsControls();  // onto MainPanel: what the channels of a Monte Carlo simulation did
+void AddStatisticsControls();  // statistics of a Monte Carlo simulation on MainPanel
 void AddValuesTablePanel();
 
 }  // namespace zelvane

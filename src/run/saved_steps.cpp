@@ -11,7 +11,7 @@
 namespace zelvane {
 namespace {
 
-/// Finds the last saved step: the time behind it is smaller. Sets KeptSteps to it.
+/// Finds the last saved step: the time after it is smaller. Sets KeptSteps to its number.
 void FindLastStep() {
   const int room = static_cast<int>(Result.SavedTime.size()) - 1;
   Result.KeptSteps = std::clamp(Result.KeptSteps, 1, room);

@@ -1,4 +1,4 @@
-// Event statistics on MainPanel: what the channels of the last Monte Carlo simulation did.
+// Event statistics of the last Monte Carlo simulation on MainPanel.
 #include <algorithm>
 #include <cstddef>
 #include <span>
@@ -30,7 +30,7 @@ constexpr ControlDecl StatisticsControls[] = {
 };
 // clang-format on
 
-/// "1024, mean 0.512 ms"; an empty list has no mean.
+/// Returns "1024, mean 0.512 ms"; an empty list has no mean.
 std::string ListText(std::span<const float> list, float count) {
   const auto entries = std::min(static_cast<std::size_t>(std::max(count, 0.0F)), list.size());
   if (entries == 0) return "0";

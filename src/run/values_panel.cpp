@@ -21,10 +21,9 @@ constexpr MessageTitle SlowTitle{MessageKind::Warning, "! Slow operation"};
 constexpr char SlowText[] = "Creating the table of values may take some time.";
 constexpr char NoResult[] = "There is no result to show in the table. Run a simulation first.";
 
-constexpr int ManyRows = 5100;  // above it the user is told that filling takes time
+constexpr int ManyRows = 5100;  // with more rows a message says that filling takes time
 
-/// Makes room for `rows` rows of time and value and fills them from `timeOf(row)` and `valueOf(row)`, rows
-/// from 0.
+/// Fills the table with `rows` rows of time and value from `timeOf(row)` and `valueOf(row)`, rows from 0.
 template <typename TimeOf, typename ValueOf>
 void FillRows(int rows, TimeOf timeOf, ValueOf valueOf) {
   if (rows > ManyRows) MessagePopup(SlowTitle, SlowText);
@@ -62,7 +61,7 @@ void FxnFillTable(const ControlEvent& /*event*/) {
   } else {
     FillFromTrace();
   }
-  ShowPanel(PanelName);  // also tells the front end that the table changed
+  ShowPanel(PanelName);  // also reports the changed table to the front end
 }
 
 void FxnValuesDone(const ControlEvent& /*event*/) {

@@ -47,7 +47,7 @@ TEST_F(IntegratorRunTest, GivesTheClosedFormInAllUnits) {
       Integrate(simulator);
       EXPECT_EQ(Trace.TraceValid, 1);
       const double tolerance =
-          simulator == FixedStepIntegrator ? 3e-6 : 1e-3;  // roundings; precision and spline
+          simulator == FixedStepIntegrator ? 3e-6 : 1e-3;  // rounding errors; precision and spline
       for (std::size_t i = 0; i < 1000; i += 37) {
         const double expected = factor * Open(0.01 * static_cast<double>(i));
         EXPECT_NEAR(Trace.SimTrace[i], expected, tolerance * std::fabs(factor)) << i;
@@ -78,7 +78,7 @@ TEST_F(IntegratorRunTest, ConvertsSavedStepsAgainAndForgetsThoseOfALongerRun) {
   EXPECT_NEAR(Result.SavedTime[static_cast<std::size_t>(Result.KeptSteps)], 10.0F, 1e-4);
   ConvertTrace(false, {});
   EXPECT_TRUE(std::equal(first.begin(), first.end(), Trace.SimTrace.begin()));
-  Model.ModelIs2D = 0;  // the table on show is not the form that ran
+  Model.ModelIs2D = 0;  // the visible table is not the form that ran
   ConvertTrace(false, {});
   EXPECT_TRUE(std::equal(first.begin(), first.end(), Trace.SimTrace.begin()));
   Model.ModelIs2D = 1;
@@ -158,7 +158,7 @@ TEST_F(IntegratorRunTest, KeepsAStateThatIsOffAtZeroAlsoAfterARunWithIt) {
 }
 
 TEST_F(IntegratorRunTest, TellsThatThePrecisionWasReduced) {
-  // From 5 s on state 1 asks for steps that no longer move the time; state 6 lets the run start at 0.
+  // From 5 s on state 1 needs steps that do not change the time any more; state 6 makes the run start at 0.
   Model.KOn[1] = 1e12;
   Model.KOff[1] = 1e12;
   Model.Depend.Drug[1][1][2] = 1;
@@ -176,8 +176,8 @@ TEST_F(IntegratorRunTest, TellsThatThePrecisionWasReduced) {
 }
 
 TEST_F(IntegratorRunTest, SaysOnceAPassThatAStepIsTooSmall) {
-  // 18 million steps just below 2^-36 s: from 2^-12 s on a float no longer tells the time of one from the
-  // next. Without the drug nothing opens, so only the time moves.
+  // 18 million steps just below 2^-36 s: from 2^-12 s on the times of two steps are equal as floats. Without
+  // the drug nothing opens, so only the time advances.
   Model.Depend.Drug[1][1][2] = 1;
   Model.NumPoints = 110000;
   Model.ADInterval = 2.3e-6F;

@@ -1,4 +1,4 @@
-// The simulator of single channels against its plain form, bit for bit, and the golden run.
+// The simulator of single channels, compared with its plain form bit for bit, and the golden run.
 #include <cstring>
 #include <random>
 
@@ -22,7 +22,7 @@ testing::AssertionResult SameFloats(std::span<const float> a, std::span<const fl
   return testing::AssertionSuccess();
 }
 
-/// The AMPA scheme in outline: a closed state that binds twice, an open one, and a desensitised one.
+/// A simple AMPA scheme: a closed state that binds twice, an open one, and a desensitised one.
 class MonteCarloFormsTest : public RunTest {
  protected:
   MonteCarloFormsTest() {
@@ -59,7 +59,7 @@ class MonteCarloFormsTest : public RunTest {
     if (drug != 0) Model.TableDepend.Drug[drug][from][to] = 1;
   }
 
-  /// Runs both forms and compares all that they leave.
+  /// Runs both forms and compares all their results.
   static void ExpectSameForms(const char* name) {
     for (const Seeds& seeds : {GoldenSeeds, Seeds{1.0, 2.0, 3.0}, Seeds{30000.0, 111.0, 29999.0}}) {
       SCOPED_TRACE(testing::Message() << name << ", seed " << seeds[0]);
@@ -134,7 +134,7 @@ TEST_F(MonteCarloFormsTest, AgreeOverRunsIntervalsReseedingAndDrawnNumbersOfChan
   Model.NumIntervals = 2;
   ExpectSameForms("with intervals");
   Model.ReseedSimulation = 0;
-  Model.NumPoints = 60;  // reseeding takes the last point
+  Model.NumPoints = 60;  // reseeding uses the last point
   ExpectSameForms("short");
 }
 
@@ -147,7 +147,7 @@ TEST_F(MonteCarloFormsTest, AgreeOverSubunits) {
 }
 
 TEST_F(MonteCarloFormsTest, AgreeWhereDwellsAreShortAgainstThePoints) {
-  Model.ADInterval = 0.8F;  // points fall behind the time
+  Model.ADInterval = 0.8F;  // the points are late against the time
   Model.NumPoints = 150;
   ExpectSameForms("long interval");
   Model.NumPoints = 1;
@@ -173,7 +173,7 @@ TEST_F(MonteCarloFormsTest, AgreeOnRandomSchemes) {
               chance(0.3) ? std::uniform_real_distribution<float>(-2.0F, 2.0F)(random) : 0.0F, 0);
       if (chance(0.2)) Model.TableDepend.Drug[1 + random() % 2][from][to] = 1;
     }
-    // No state is without a way out, so that no channel ends the run.
+    // Every state has an exit, so that no channel ends the run.
     for (std::size_t s = 1; s <= 7; ++s) {
       if (exits[s] == 0) SetRate(s, s % 7 + 1, 200.0F);
     }
@@ -187,7 +187,7 @@ TEST_F(MonteCarloFormsTest, AgreeOnRandomSchemes) {
   }
 }
 
-/// FNV-1a over the bytes of floats.
+/// Returns FNV-1a over the bytes of floats.
 std::uint64_t Digest(std::span<const float> values) {
   std::uint64_t digest = 14695981039346656037ULL;
   for (const float value : values) {
@@ -198,7 +198,7 @@ std::uint64_t Digest(std::span<const float> values) {
   return digest;
 }
 
-// Frozen on purpose, from the plain form: the order of the draws is part of what the program computes.
+// Frozen on purpose, from the plain form: the order of the draws is part of the program's results.
 TEST_F(MonteCarloFormsTest, TheGoldenRunStaysAsItIs) {
   Model.NumRuns = 2;
   Model.NumIntervals = 1;
@@ -215,7 +215,7 @@ TEST_F(MonteCarloFormsTest, TheGoldenRunStaysAsItIs) {
   EXPECT_EQ(Digest(Dwell.IdealDuration.first(events)), 12766830739214773190U);
   EXPECT_EQ(Digest(Dwell.IdealClass.first(events)), 13984001751468459755U);
   EXPECT_EQ(Digest(Result.Occupancy[4].first(401)), 13975046334508612388U);
-  EXPECT_NEAR(UniformRandom(ProgramRandom), 0.970703, 1e-6);  // how many values were drawn
+  EXPECT_NEAR(UniformRandom(ProgramRandom), 0.970703, 1e-6);  // depends on the number of values drawn
 }
 
 TEST(WholePointsTest, AreTheIntegerPartOfTheText) {

@@ -15,8 +15,8 @@ class MonteCarloTest : public RunTest {
  protected:
   MonteCarloTest() { Model.SimulatorKind = MonteCarlo; }
 
-  /// Mean and share above `mean` are those of the exponential of that mean, each within 4 standard errors. Of
-  /// long times a share of `lost` is missing.
+  /// Expects the mean, and the share above `mean`, of an exponential distribution with this mean, each within
+  /// 4 standard errors. A share `lost` of long times is missing.
   static void ExpectExponential(std::span<const float> list, float count, double mean, double lost = 0.0) {
     const auto times = list.first(static_cast<std::size_t>(count));
     const auto n = static_cast<double>(count);
@@ -31,12 +31,12 @@ class MonteCarloTest : public RunTest {
 
 TEST_F(MonteCarloTest, OpenAndClosedTimesAndLatenciesAreExponential) {
   Model.NumChannels = 500;
-  Model.NumPoints = 20000;  // 200 ms: sweeps cut hardly any dwell short
+  Model.NumPoints = 20000;  // 200 ms: the end of a sweep cuts few dwells
   RunAsSet();
   ASSERT_GT(Dwell.NumOpenTimes, 30000.0F);
-  // Every last opening of a sweep is recorded in full, so no open time is missing.
+  // The last opening of every sweep is recorded in full, so no open time is missing.
   ExpectExponential(Dwell.OpenTimes, Dwell.NumOpenTimes, 2.0);
-  // A closed time that the end of the sweep cuts off is missing, so long ones are by some 1/200 too few.
+  // A closed time that the end of the sweep cuts off is missing, so about 1/200 of the long ones is missing.
   ExpectExponential(Dwell.ClosedTimes, Dwell.NumClosedTimes, 1.0, 0.005);
   ExpectExponential(Dwell.Latencies, Dwell.NumLatencies, 1.0);
   EXPECT_EQ(Dwell.MonitoredChannels, 500);
@@ -58,8 +58,8 @@ TEST_F(MonteCarloTest, TheMeanOfManyChannelsFollowsTheIntegrator) {
   const Floats mean(Trace.SimTrace.begin(), Trace.SimTrace.begin() + 200);
   Model.SimulatorKind = FixedStepIntegrator;
   RunAsSet();
-  // A channel stays through the point at which the stimulus changes, so it lags by a point behind the edges;
-  // the probability moves by at most 2000 /s x 0.01 ms = 0.02 in that time.
+  // A channel stays through the point at which the stimulus changes, so it is one point late at the edges. In
+  // this time the probability changes by at most 2000 /s x 0.01 ms = 0.02.
   for (std::size_t p = 2; p < 199; ++p) {
     const auto expected = static_cast<double>(Trace.SimTrace[p]);
     const double low = static_cast<double>(std::min(Trace.SimTrace[p - 2], Trace.SimTrace[p + 1]));
@@ -87,7 +87,7 @@ TEST_F(MonteCarloTest, EventStatisticsStandOnThePanel) {
 
 class MonteCarloLimitsTest : public MonteCarloTest {
  protected:
-  /// The store is usable: an ordinary run works.
+  /// Expects that the store is usable: an ordinary run works.
   void ExpectNextRunWorks() {
     popups.clear();
     Model.KOn[1] = 1000.0;
@@ -112,7 +112,7 @@ TEST_F(MonteCarloLimitsTest, APopulatedStateWithoutConnectionsEndsTheRun) {
   RunAsSet();
   EXPECT_EQ(popups, (std::vector{SeenPopup{"!", "Error with model."}}));
   EXPECT_EQ(Trace.TraceValid, 0);
-  EXPECT_NEAR(Result.Occupancy[1][0], 0.5F, 1e-6F);  // the five channels before it
+  EXPECT_NEAR(Result.Occupancy[1][0], 0.5F, 1e-6F);  // the five earlier channels
   ExpectNextRunWorks();
 }
 
@@ -120,7 +120,7 @@ TEST_F(MonteCarloLimitsTest, ARateOf1e8thIsNeverTaken) {
   Model.KOn[1] = 1e-8;
   RunAsSet();
   EXPECT_EQ(Result.Occupancy[1][199], 1.0F);
-  EXPECT_EQ(Result.Occupancy[1][200], 0.0F);  // to the end, and the last point is not part of it
+  EXPECT_EQ(Result.Occupancy[1][200], 0.0F);  // to the end, without the last point
   EXPECT_EQ(Dwell.NumIdealEvents, 1);         // the segment marker
   EXPECT_EQ(Dwell.MonitoredChannels, 0);
   EXPECT_EQ(Trace.TraceValid, 0);
@@ -137,7 +137,7 @@ TEST_F(MonteCarloLimitsTest, RatesThatAreNoNumbersOrNoneAreNoConnections) {
 }
 
 TEST_F(MonteCarloLimitsTest, RatesTooFastForTheClockEndTheRun) {
-  // A slow step first: the later a channel comes to the fast states, the sooner its time stands still.
+  // A slow step first: the later a channel reaches the fast states, the sooner its time stops.
   Model.StateOn[3] = 1;
   for (const double rate : {1e12, 1e300}) {
     Model.KOn[2] = Model.KOff[2] = rate;

@@ -1,4 +1,4 @@
-// The Q matrix of the stores: against the integrator, schemes without an answer, the panel.
+// The Q matrix of the stores: comparison with the integrator, schemes without an answer, the panel.
 #include <limits>
 
 #include "run/q_matrix_panel.h"
@@ -106,7 +106,7 @@ TEST_F(QMatrixTest, WithoutAnAnswerTheEquilibriumIsZeroAndTheNextAnalysisWorks) 
   Model.KOff[1] = 500.0;
   QMatrixAnalysis(true, 1);
   EXPECT_FLOAT_EQ(Equilibrium(1), 1.0F / 3.0F);
-  Model.StateOn[4] = Model.StateOn[5] = 1;  // a second scheme beside the first
+  Model.StateOn[4] = Model.StateOn[5] = 1;  // a second, separate scheme
   Model.KOn[4] = Model.KOff[4] = 40.0;
   consoleLines.clear();
   QMatrixAnalysis(true, 1);

@@ -1,4 +1,4 @@
-// RunSimulation: what it refuses, what it prepares, what it reads.
+// RunSimulation: its refusals, its preparations and what it reads.
 #include "run/run_fixtures.h"
 
 namespace zelvane {

@@ -1,4 +1,4 @@
-// What the tests of the run driver share.
+// Shared by the tests of the run driver.
 #pragma once
 
 #include "dwells/dwell_store.h"
@@ -35,13 +35,13 @@ class RunTest : public PanelTest {
     Show();
   }
 
-  /// Brings the panels to the store.
+  /// Shows the stores on the panels.
   static void Show() {
     RefreshModelPanels();
     WriteRunParameters();
   }
 
-  /// Runs the model as the store stands.
+  /// Runs the model with the settings of the store.
   static Outcome RunAsSet() {
     Show();
     return AcquireData();

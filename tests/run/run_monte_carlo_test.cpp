@@ -1,4 +1,4 @@
-// The loop over runs, intervals and channels, mostly with channels that stay where they start.
+// The loop over runs, intervals and channels, mostly with channels that stay in their first state.
 #include <climits>
 
 #include "kinetics/dwell_recorder.h"
@@ -29,7 +29,7 @@ class RunMonteCarloTest : public RunTest {
   }
 };
 
-// The plain form of the simulation shares these.
+// The plain form of the simulation uses these too.
 TEST(MonteCarloRules, ChannelsStartInProportionAndAreCutAtTwoDecimals) {
   for (const auto& [channels, occupancy, starting] :
        {std::tuple{3, 0.5F, 2}, {3, 0.49F, 1}, {10, -0.3F, 0}, {10, NAN, 0}, {2, 1e30F, INT_MAX}}) {
@@ -81,7 +81,7 @@ TEST_F(RunMonteCarloTest, AStopLeavesTheTraceInvalid) {
   EXPECT_EQ(popups.back(), (SeenPopup{"!", "Simulation Interrupted by User"}));
   EXPECT_EQ(Sweeps(), 10);  // asked at 0, 5 and 10 of 100
   EXPECT_EQ(Trace.TraceValid, 0);
-  EXPECT_NEAR(Result.Occupancy[2][5], 0.1F, 1e-6F);  // what the ten have left
+  EXPECT_NEAR(Result.Occupancy[2][5], 0.1F, 1e-6F);  // the result of the ten
   EXPECT_EQ(Result.OccupancyUsed[2], 200);
   EXPECT_EQ(Dwell.NumRawOpenTimes, 1);  // ten channels that never close make one opening
   popups.clear();
@@ -102,7 +102,7 @@ TEST_F(RunMonteCarloTest, TracesOfManyRunsAreSuperimposedOnlyWhenAskedFor) {
 }
 
 TEST_F(RunMonteCarloTest, SubunitsAddUpToOneTrace) {
-  // Three subunits in state 2, each alone at its point: k = 1, so conductance 1 counts (20 pS) three times.
+  // Three subunits in state 2, each alone at its point: k = 1, so conductance 1 (20 pS) counts three times.
   Model.StateConductance[0] = 7.0F;
   Model.StateConductance[1] = 20.0F;
   Model.MultiSubunit = 1;

@@ -1,4 +1,4 @@
-// Run settings on MainPanel: what a commit does beside storing its value, what is dimmed, what help says.
+// Run settings on MainPanel: what a commit does besides storing its value, dimming, help.
 #include "run/run_fixtures.h"
 #include "stimulus/stimulus.h"
 #include "support/drive_test.h"

@@ -73,7 +73,8 @@ TEST_F(RunTraceTest, NoiseHasTheStandardDeviationAskedForAndIsFilteredAsWell) {
     ConvertTrace(true, WindowReporter());
     double squares = 0.0;
     for (int p = 1000; p < 19000; ++p) squares += std::pow(static_cast<double>(Trace.SimTrace[p]), 2);
-    // The standard error is 3 / sqrt(2 x 18000); a corner of 1/50 of the sampling rate leaves some 0.2 of it.
+    // The standard error is 3 / sqrt(2 x 18000); a corner of 1/50 of the sampling rate leaves about 0.2 of
+    // the noise.
     EXPECT_NEAR(std::sqrt(squares / 18000.0), filtered == 0 ? 3.0 : 0.6, filtered == 0 ? 0.06 : 0.2);
     EXPECT_EQ(Trace.SimTrace[20000], 0.0F);
   }
