@@ -1,4 +1,4 @@
-// The moment that goes into the header of a recording.
+// The date and time for the header of a recording.
 #pragma once
 
 namespace zelvane {
@@ -9,7 +9,7 @@ struct AbfStamp {
   int seconds = 0;    // since midnight
 };
 
-/// The present moment in the time of this place.
+/// Returns the present local time.
 AbfStamp StampNow();
 
 }  // namespace zelvane

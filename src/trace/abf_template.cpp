@@ -1,5 +1,4 @@
-// ABF files made from a template, which stands beside the program: all that it says stays, but for the few
-// fields that tell of the trace.
+// ABF files made from a template of the program. Only the few fields that describe the trace are changed.
 #include <algorithm>
 #include <bit>
 #include <cstdint>
@@ -29,7 +28,8 @@ namespace {
 
 constexpr char TemplateName[] = "SAMPLABF.DAT";
 constexpr int TemplateEpisodes = 10;
-// The last version whose header ends at byte 2048. Others expect 6144 bytes, where the samples are already.
+// The last version whose header ends at byte 2048. Later versions have 6144 bytes, where the samples already
+// are.
 constexpr double ShortHeaderVersion = 1.5;
 
 constexpr char LegacyCreator[] = "Zelvane v2.0";
@@ -74,7 +74,7 @@ bool IsAbf(const AbfTemplate& header) {
   return std::memcmp(header.data(), "ABF ", 4) == 0;
 }
 
-/// The first bytes of a file; nothing when it has fewer.
+/// Returns the first bytes of a file; nullopt when the file is shorter.
 std::optional<AbfTemplate> HeadOf(const std::string& path) {
   const auto bytes = ReadBytes(path, AbfTemplateLength);
   if (!bytes || bytes->size() < AbfTemplateLength) return std::nullopt;
@@ -83,7 +83,7 @@ std::optional<AbfTemplate> HeadOf(const std::string& path) {
   return header;
 }
 
-/// The template beside the program; the built-in one where none stands there.
+/// Returns the template in the program's folder; without it the built-in one.
 AbfTemplate Template() {
   const auto header = HeadOf(ProgramFile(TemplateName));
   return header && IsAbf(*header) ? *header : AbfTemplateBytes(TemplateName);
@@ -95,7 +95,7 @@ void WriteCreator(AbfTemplate& header, std::string_view creator) {
   std::memcpy(header.data() + CreatorAt, text.data(), text.size());
 }
 
-/// The fields that both writers set alike.
+/// Writes the fields that are the same for both writers.
 void WriteTraceFields(AbfTemplate& header, int date, int seconds) {
   Put(header, DateAt, static_cast<std::int32_t>(date));
   Put(header, TimeAt, static_cast<std::int32_t>(seconds));
@@ -115,7 +115,7 @@ std::span<const float> Samples() {
   return Trace.SimTrace.first(static_cast<std::size_t>(std::clamp(Model.NumPoints, 0, MaxStimPoints)));
 }
 
-/// Gives the parts one after the other.
+/// Returns the parts one after the other.
 NextBlock Parts(std::vector<std::string_view> parts) {
   return [parts = std::move(parts), next = std::size_t{0}]() mutable {
     while (next < parts.size() && parts[next].empty()) ++next;
@@ -128,21 +128,21 @@ std::string_view BytesOf(std::span<const float> samples) {
   return {reinterpret_cast<const char*>(samples.data()), samples.size_bytes()};
 }
 
-/// Where the samples end that the header counts.
+/// Returns the end of the samples that the header counts.
 std::int64_t EndOfSamples(const AbfTemplate& header) {
   return Get<std::int32_t>(header, DataBlockAt) * BlockBytes +
          Get<std::int32_t>(header, SamplesAt) * std::int64_t{sizeof(float)};
 }
 
-/// Whether what may stand behind the samples is of no use: the begin of an episode whose writing was broken
-/// off. Such a file is one of autosave's and tells of no section.
+/// Returns whether bytes after the samples are useless: the begin of an episode whose writing was
+/// interrupted. The file is then one of autosave and has no other sections.
 bool HasOnlySamples(const AbfTemplate& header) {
   const auto sections = std::span(header).subspan(SectionsAt, FormatAt - SectionsAt);
   return std::memcmp(header.data() + CreatorAt, AutosaveCreator, sizeof AutosaveCreator) == 0 &&
          std::all_of(sections.begin(), sections.end(), [](std::byte byte) { return byte == std::byte{0}; });
 }
 
-/// Whether episodes of floats can follow behind those that the file has: it ends where its samples end.
+/// Returns whether episodes of floats can be appended: the file ends where its samples end.
 bool TakesEpisodes(const AbfTemplate& header, std::uintmax_t fileBytes) {
   if (!IsAbf(header) || Get<std::int16_t>(header, FormatAt) != AbfFloats ||
       Get<std::int32_t>(header, DataBlockAt) < DataBlock || Get<std::int32_t>(header, SamplesAt) < 0 ||
@@ -158,8 +158,8 @@ bool IsEmptyOrMissing(const std::string& path) {
          (std::filesystem::is_regular_file(path, error) && std::filesystem::file_size(path, error) == 0);
 }
 
-/// The header of the file before this run: that of the template for a new one. Nothing, told, when the file
-/// takes no run.
+/// Returns the header of the file before this run, for a new file that of the template. When runs cannot be
+/// appended, shows a message and returns nullopt.
 std::optional<AbfTemplate> FormerHeader(const std::string& path, bool isNew) {
   if (isNew) {
     AbfTemplate header = Template();
@@ -178,7 +178,7 @@ std::optional<AbfTemplate> FormerHeader(const std::string& path, bool isNew) {
   return std::nullopt;
 }
 
-/// Counts the run in the header. False, told, when the counts are at their ends.
+/// Counts the run in the header. When a count would be too large, shows a message and returns false.
 bool CountEpisode(AbfTemplate& header, std::size_t samples, const std::string& path) {
   constexpr std::int64_t Most = std::numeric_limits<std::int32_t>::max();
   const std::int64_t total = Get<std::int32_t>(header, SamplesAt) + static_cast<std::int64_t>(samples);
@@ -213,9 +213,9 @@ AbfTemplate AbfTemplateBytes(std::string_view name) {
   header.version = ShortHeaderVersion;
   header.operationMode = episodic ? EpisodicMode : GapFreeMode;
   header.episodes = episodic ? TemplateEpisodes : 1;
-  // The legacy file keeps this number: a program that goes by it must not cut the trace into pieces.
+  // The legacy file keeps this number: a program that uses it must not cut the trace into pieces.
   if (name == TemplateName) header.samplesPerEpisode = MaxStimPoints;
-  header.sampleInterval = 10.0;  // us, as a new model has it
+  header.sampleInterval = 10.0;  // us, as in a new model
   return AbfHeaderBytes(header);
 }
 

@@ -45,8 +45,8 @@ constexpr ControlDecl IntervalControls[] = {
 };
 // clang-format on
 
-/// Asks for the number of one of the two fields of the panel. A number that no int holds is -1, which no
-/// channel bears.
+/// Asks for the number of one of the two fields of the panel. A number too large for an int becomes -1, which
+/// is not a channel.
 std::optional<int> AskNumber(const char* field, const char* other, const std::string& text, int proposed) {
   SetVisible(field, true);
   SetVisible(other, false);
@@ -57,7 +57,7 @@ std::optional<int> AskNumber(const char* field, const char* other, const std::st
   return fits ? static_cast<int>(typed) : -1;
 }
 
-/// Shows the dialog for an interval and a factor, which begins as 1.
+/// Shows the dialog for an interval and a factor; the factor is 1 at first.
 std::optional<ColumnInterval> AskInterval() {
   const float formerInterval = Model.ADInterval;
   const float formerScale = std::exchange(Trace.ScaleFactor, 1.0F);

@@ -1,4 +1,4 @@
-// FileInfoPanel: what is known of the file read last.
+// FileInfoPanel: information on the last file that was read.
 #include "screen/screen.h"
 #include "trace/trace_dialogs.h"
 #include "trace/trace_events.h"

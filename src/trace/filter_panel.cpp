@@ -1,4 +1,4 @@
-// Noise and filter of the trace, at the user's word: FilterPanel, and one button on MainPanel.
+// FilterPanel, which adds noise to the trace and filters it, and one button on MainPanel.
 #include "trace/filter_panel.h"
 
 #include <algorithm>
@@ -21,7 +21,7 @@ namespace {
 
 constexpr char PanelName[] = "FilterPanel";
 
-// Both stand on MainPanel too.
+// Both are on MainPanel too.
 constexpr char CornerField[] = "AutoFilterFc";
 constexpr char DeviationField[] = "AutoNoiseSTD";
 constexpr char MeanField[] = "NoiseMean";
@@ -62,8 +62,8 @@ void FxnCreateGaussNoise(const ControlEvent&) {
   TellTraceChanged();
 }
 
-/// A trace that is shorter than the record last made, such as a short sweep of a recording, is the record
-/// here: a kernel too long for it is told, and not passed over in silence.
+/// Filters the trace. If it is shorter than the last record, for example a short sweep of a recording, its
+/// own length counts as the record, so that a message reports a kernel that is too long.
 void FilterTrace() {
   StoreTyped(CornerField);
   if (!(Model.AutoFilterFc > 0.0F)) {
@@ -85,7 +85,7 @@ void FxnFilterButton(const ControlEvent&) {
   PlotTrace(true);
 }
 
-/// A value that other panels show too.
+/// Shows a value that other panels show too.
 void FxnShared(const ControlEvent& event) {
   ShowField(event.control->name);
 }

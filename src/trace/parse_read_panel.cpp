@@ -1,4 +1,5 @@
-// ParseReadPanel: which samples of a long recording to read. It is modal; its fields act as they are typed.
+// ParseReadPanel asks which samples of a long recording to read. It is modal; its fields act when they are
+// typed.
 #include <array>
 #include <utility>
 
@@ -18,7 +19,7 @@ constexpr char ParseGroup[] = "parse";
 constexpr char Question[] = "Choose the samples to read.";
 constexpr double MsPerMinute = 60'000.0;
 
-/// The part of the file that will be read, as a bar over its whole length.
+/// Shows the part of the file to read as a bar along the length of the file.
 void PlotBar() {
   const double length = Trace.ParseLength;
   if (!(length > 0.0)) return;
@@ -41,7 +42,7 @@ void ShowParse() {
   PlotBar();
 }
 
-/// The command of a field: its value is in the store; what follows from it is worked out and shown.
+/// The command of a field whose value is already in the store: applies the rule and shows the fields again.
 template <void (*Rule)()>
 void After(const ControlEvent& /*event*/) {
   Rule();
@@ -76,7 +77,7 @@ constexpr auto Number = ControlKind::Number;
 constexpr auto Switch = ControlKind::Switch;
 constexpr auto Button = ControlKind::Button;
 constexpr auto Readout = ControlKind::Readout;
-constexpr bool Acts = true;  // while the read that opened the panel waits
+constexpr bool Acts = true;  // although the read that opened the panel still runs
 
 // clang-format off
 constexpr ControlDecl ParseControls[] = {
@@ -110,7 +111,7 @@ constexpr ControlDecl FileControls[] = {
      "Samples that the trace can hold."},
 };
 
-/// The dialog's own buttons stand for these two.
+/// In a window the dialog's own buttons do the same.
 constexpr ControlDecl EndControls[] = {
     {"OKParse",     Button, "OK",     "", "", "FxnOKParse",     FxnOKParse,
      "Read the chosen samples.", 0, 0, "", 0, Acts},

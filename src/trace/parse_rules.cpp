@@ -17,12 +17,12 @@ constexpr char BeyondEnd[] = "Position specified is beyond end of file";
 constexpr int Accepted = 1;
 constexpr int Cancelled = 2;
 
-/// Samples that the present skip keeps from the present start to the end of the file.
+/// Returns the samples that the present skip keeps from the present start to the end of the file.
 int Remaining() {
   return (Trace.ParseLength - Trace.ParseStart) / Trace.ParseSkip;
 }
 
-/// Truncates; what no sample number can be becomes 0.
+/// Truncates to a sample number; a value outside their range becomes 0.
 int Truncated(float value) {
   return value > 0.0F && value < 2147483648.0F ? static_cast<int>(value) : 0;
 }
@@ -38,7 +38,7 @@ void CutCount() {
   ShowDuration();
 }
 
-/// A skip of at least 1 that reaches no further than the file; a start and an interval to match.
+/// Limits the skip to at least 1 and at most the rest of the file, and sets the interval to match.
 void LimitSkip() {
   Trace.ParseSkip = std::clamp(Trace.ParseSkip, 1, std::max(Trace.ParseLength - Trace.ParseStart, 1));
   Trace.ParseInterval = Model.ADInterval * static_cast<float>(Trace.ParseSkip);
@@ -111,7 +111,7 @@ void ParseStartChanged() {
 
 void ParseStartTimeChanged() {
   const float start = Trace.ParseStartTime / Model.ADInterval;
-  // A time beyond every sample number is beyond the file as well.
+  // A time after every sample number is also after the end of the file.
   Trace.ParseStart = start < 2147483648.0F ? Truncated(start) : Trace.ParseLength;
   if (!(start >= 0.0F)) Trace.ParseStart = -1;
   ParseStartChanged();

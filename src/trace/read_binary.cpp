@@ -25,7 +25,7 @@ constexpr char Truncated[] = "Binary file was truncated to fit into memory.";
 constexpr char NoSamples[] = "%s holds no samples.";
 constexpr char PleaseWait[] = "Please wait";
 
-constexpr int MaxUncountedSamples = MaxStimPoints;  // a longer file goes through the parse panel
+constexpr int MaxUncountedSamples = MaxStimPoints;  // a longer file needs the parse panel
 constexpr int BlockSamples = 65536;
 
 int AsInt(std::int64_t count) {
@@ -39,8 +39,8 @@ RecordingRead RefuseWithoutSamples(const std::string& path) {
 
 // -- ABF --
 
-/// Sets the channel: the only one, the one read before, or the one that the user chooses. False when the user
-/// chose none.
+/// Sets the channel: the only one, the one read before, or the one that the user chooses. Returns false on
+/// cancel.
 bool ChooseChannel(const RecordingAccount& account, Questions questions, RecordingFacts& facts) {
   if (questions == Questions::AsBefore && HasInput(account, facts.channel)) return true;
   facts.channel = account.inputs.front().number;
@@ -50,7 +50,7 @@ bool ChooseChannel(const RecordingAccount& account, Questions questions, Recordi
   return answer.has_value();
 }
 
-/// What the account tells of the channel that was chosen.
+/// Returns the input of the chosen channel.
 const RecordedInput& ChosenInput(const RecordingAccount& account, int channel) {
   return *std::find_if(account.inputs.begin(), account.inputs.end(),
                        [channel](const RecordedInput& input) { return input.number == channel; });
@@ -73,7 +73,7 @@ void FillAbfFacts(const RecordingAccount& account, RecordingFacts& facts) {
   SetUnits(facts, ChosenInput(account, facts.channel).units);
 }
 
-/// Sets the gain and the lines of the information panel, from facts that are complete.
+/// Sets the gain and the lines of the information panel from complete facts.
 void FillAbfInfo(const RecordingAccount& account, RecordingFacts& facts) {
   const RecordedInput& input = ChosenInput(account, facts.channel);
   facts.finalGain = static_cast<float>(input.gain);
@@ -84,7 +84,7 @@ void FillAbfInfo(const RecordingAccount& account, RecordingFacts& facts) {
   facts.infoLines = AbfInfoLines(facts, info);
 }
 
-/// Which samples of the episode are kept: from `first`, every `skip`-th of `span`.
+/// The samples of the episode to keep: from `first`, every `skip`-th of `span`.
 struct Selection {
   int first = 0;
   int span = 0;
@@ -93,8 +93,8 @@ struct Selection {
   int Kept() const { return span / skip + (span % skip != 0 ? 1 : 0); }
 };
 
-/// Asks by the parse panel for the part of a file that is too long, or of any file on request. False when the
-/// panel was cancelled.
+/// Asks with the parse panel for a part of a file that is too long, or of any file on request. Returns false
+/// on cancel.
 bool ChoosePart(RecordingFacts& facts) {
   facts.parse.result = 0;
   facts.parse.skip = 1;
@@ -120,7 +120,7 @@ Selection SelectSamples(int episodeSamples, RecordingFacts& facts) {
   return selection;
 }
 
-/// Reads every `skip`-th sample in blocks; a block begins with a sample that is kept.
+/// Reads every `skip`-th sample in blocks; each block begins with a sample to keep.
 std::size_t ReadSkipping(RecordingFile& file, const RecordingFacts& facts, const Selection& selection,
                          std::span<float> destination) {
   const int stride = selection.skip;
@@ -181,7 +181,7 @@ RecordingRead ReadAbf(RecordingFile& file, RecordingFacts facts, std::span<float
 
 // -- OBF --
 
-/// Sets the valid fields of the header; the others keep their former values.
+/// Sets the valid fields of the header; the others keep their old values.
 void FillObfFacts(const RecordingAccount& account, RecordingFacts& facts) {
   if (account.obf.runs > 0) facts.runs = account.obf.runs;
   if (account.intervalMs > 0.0) facts.intervalMs = static_cast<float>(account.intervalMs);
@@ -209,7 +209,7 @@ RecordingRead ReadObf(RecordingFile& file, RecordingFacts facts, std::span<float
   return {Reading::Done, std::move(facts), read};
 }
 
-/// Shows that the file is read as an OBF, and the reason if it is not one.
+/// Shows a message that the file is read as an OBF; if it is not one, shows the reason.
 bool AcceptObf(const OpenedRecording& opened, const std::string& path, Questions questions) {
   if (questions != Questions::AsBefore) MessagePopup(BinaryTitle, FormatText(NotAbf, path.c_str()));
   if (opened.form == RecordingForm::Missing) {

@@ -22,7 +22,7 @@ constexpr char NoGain[] = "Gain=0\n";
 constexpr char NoSamples[] = "%s holds no samples.";
 constexpr char PleaseWait[] = "Please wait";
 
-constexpr int ManySamples = 200'000;  // of a file that takes a moment
+constexpr int ManySamples = 200'000;  // a larger file takes a moment
 
 /// Returns whether the file was opened; otherwise shows the reason.
 bool CheckOpened(DirectRefusal refusal) {
@@ -64,8 +64,8 @@ void FillInfo(const DirectHeader& header, RecordingFacts& facts) {
   facts.infoLines = AbfInfoLines(facts, info);
 }
 
-/// Asks by the parse panel for the part of a file that is too long for the trace, or of any file on request.
-/// False when the panel was cancelled.
+/// Asks with the parse panel for a part of a file that is too long for the trace, or of any file on request.
+/// Returns false on cancel.
 bool ChoosePart(const DirectHeader& header, RecordingFacts& facts) {
   const int ofChannel = header.samples / header.channels;
   facts.parse.skip = header.channels;

@@ -25,7 +25,7 @@ void TellNotRead(const std::string& path, const std::string& why) {
   MessagePopup(FileErrorTitle, FormatText(NotRead, FileNameOf(path).c_str(), why.c_str()));
 }
 
-/// Shows which line ended the reading.
+/// Shows which line ended the read.
 void TellReadUpTo(const std::string& path, const RecordingAccount& account) {
   if (account.text.badLine == 0) return;
   MessagePopup(WarningTitle, FormatText(ReadUpTo, FileNameOf(path).c_str(), account.text.badLine));
@@ -51,8 +51,8 @@ bool ChooseSignal(const RecordingAccount& account, Questions questions, Recordin
   return answer.has_value();
 }
 
-/// Sets where a column of numbers has its interval from. Returns false on cancel, and for an interval that is
-/// not above 0, after a message.
+/// Sets the source of the interval of a column of numbers. Returns false on cancel and, after a message, for
+/// an interval that is not above 0.
 bool ChooseInterval(Questions questions, RecordingFacts& facts) {
   if (questions == Questions::Asked) {
     const auto answer = AskColumnInterval();
@@ -69,7 +69,7 @@ bool ChooseInterval(Questions questions, RecordingFacts& facts) {
   return false;
 }
 
-/// Asks the questions that a text of this shape leaves open. Returns false when the user cancels.
+/// Asks the open questions about a text of this shape. Returns false when the user cancels.
 bool AskAboutText(const RecordingAccount& account, Questions questions, RecordingFacts& facts) {
   if (!account.text.atf) return ChooseInterval(questions, facts);
   if (!ChooseSignal(account, questions, facts)) return false;
@@ -86,8 +86,8 @@ TextReading ReadingOf(const RecordingFacts& facts, bool atf, std::size_t capacit
           .most = capacity - std::min(capacity, spared)};
 }
 
-/// Returns whether the trace ends in a sample of 0 after those of the text. It does so for an ATF of one column
-/// of data and for a column whose first line is the interval.
+/// Returns whether the trace gets a sample of 0 after those of the text: for an ATF with one column of data,
+/// and for a column whose first line is the interval.
 bool EndsInZero(const TextFacts& text, bool intervalLine) {
   return text.atf ? text.columns <= 2 : intervalLine;
 }
@@ -148,7 +148,7 @@ std::vector<std::vector<float>> ReadTextEpisodes() {
   RecordingFile& file = *opened.file;
   const RecordingAccount& account = file.Account();
   file.SetTextReading(ReadingOf(facts, account.text.atf, Trace.SimTrace.size()));
-  std::string why;  // of episodes without samples, which the result shows
+  std::string why;  // reason for episodes without samples; the result shows them
   static_cast<void>(file.Load(facts.signal, 1, account.sweeps, why));
   TellReadUpTo(facts.path, account);
   std::vector<std::vector<float>> episodes(static_cast<std::size_t>(account.sweeps));

@@ -1,4 +1,5 @@
-// What a recording tells beside its samples, as a value. Readers fill it; StoreRecording alone writes the stores.
+// The facts of a recording besides its samples, as a value. Readers fill it; only StoreRecording writes the
+// stores.
 #pragma once
 
 #include <string>
@@ -8,8 +9,8 @@
 
 namespace zelvane {
 
-/// The file fields of `Trace`, and what a recording sets in `Model`. A reader begins with the values of the
-/// stores, because no file tells all of them.
+/// The file fields of `Trace`, and the fields that a recording sets in `Model`. A reader begins with the
+/// values of the stores, because no file has all of them.
 struct RecordingFacts {
   // -- The file --
   std::string path;
@@ -25,7 +26,7 @@ struct RecordingFacts {
   float adcResolution = 2048.0F;
   float adcRange = 10.0F;
   int units = 0;                         // a code of TraceStore::TraceUnits
-  std::vector<std::string> infoLines{};  // of the information panel; empty = those of the former file stay
+  std::vector<std::string> infoLines{};  // of the information panel; empty = those of the last file stay
 
   // -- Answers to questions --
   ParseSettings parse{};

@@ -1,5 +1,6 @@
-// The panels that ask which part of a recording to read, and the one that informs about it. Questions write no
-// store: the controls edit fields of the stores, which get their former values back after the answer.
+// The panels that ask which part of a recording to read, and the panel with its information. Questions do not
+// change the stores: their controls edit fields of the stores, which get their old values again after the
+// answer.
 #pragma once
 
 #include <optional>
@@ -20,10 +21,10 @@ void AddParseReadPanel();
 std::optional<int> AskChannel(const std::string& path, const RecordingAccount& account);
 std::optional<int> AskSignal(const std::string& path, const RecordingAccount& account);
 
-/// Where a column of numbers has its interval from.
+/// The source of the interval of a column of numbers.
 struct ColumnInterval {
   bool firstLine = false;
-  float intervalMs = 0.0F;  // typed, with a factor of the samples; without meaning if `firstLine` is true
+  float intervalMs = 0.0F;  // typed, with a factor of the samples; unused if `firstLine` is true
   float scale = 1.0F;
 };
 

@@ -90,7 +90,7 @@ inline Listeners<> SeriesEnds;
 /// The settings of the measures will be used, so typed values must be copied into the stores.
 inline Listeners<> MeasureSettingsWanted;
 
-/// The measures belong to a former trace.
+/// The measures belong to an earlier trace.
 inline Listeners<> MeasuresForgotten;
 
 /// `Analysis.Measures` or the fitted exponentials have changed.

@@ -14,7 +14,7 @@ namespace {
 
 constexpr double MsPerSecond = 1000.0;
 
-/// A name that stands between double quotes: none of its own, and no tabs or line breaks.
+/// Returns a name for use between double quotes: without double quotes, tabs and line breaks.
 std::string WithoutQuotes(std::string_view name) {
   std::string plain(name);
   std::replace(plain.begin(), plain.end(), '"', '\'');
@@ -23,7 +23,7 @@ std::string WithoutQuotes(std::string_view name) {
   return plain;
 }
 
-/// A CSV field, quoted where it has to be (RFC 4180).
+/// Returns a CSV field, in quotes if necessary (RFC 4180).
 std::string CsvField(std::string_view name) {
   if (name.find_first_of(",\"\r\n") == std::string_view::npos) return std::string(name);
   std::string quoted = "\"";
@@ -34,7 +34,7 @@ std::string CsvField(std::string_view name) {
   return quoted += '"';
 }
 
-/// Sweeps that stand side by side or, in a single column, one behind the other.
+/// Sweeps in neighbouring columns or, in a single column, one after the other.
 using SweepSpans = std::vector<std::span<const float>>;
 
 NextBlock SingleColumnBlocks(const SweepSpans& sweeps, double intervalMs) {
@@ -52,13 +52,13 @@ NextBlock SingleColumnBlocks(const SweepSpans& sweeps, double intervalMs) {
       });
 }
 
-/// Name of a signal, and title of the columns of its samples.
+/// The name of a signal, and the title of the columns of its samples.
 struct SignalTexts {
   std::string name;
   std::string title;
 };
 
-/// Rows of the first sweep; the others have as many.
+/// Returns the rows of an ATF. All sweeps have the length of the first one.
 NextBlock AtfBlocks(const SweepSpans& sweeps, double intervalMs, const SignalTexts& signal) {
   const std::string title = WithoutQuotes(signal.title);
   std::string head = "ATF\t1.0\n3\t" + std::to_string(sweeps.size() + 1) +
@@ -158,7 +158,7 @@ bool WriteSweepsFile(const std::string& path, const Sweeps& sweeps, float interv
   const auto unequal = [&](std::span<const float> sweep) { return sweep.size() != spans.front().size(); };
   if (*format == TraceFormat::Atf && std::any_of(spans.begin(), spans.end(), unequal)) return false;
   SignalTexts signal{std::string(signalName), std::string(signalName)};
-  std::replace(signal.name.begin(), signal.name.end(), ',', ';');  // commas part the names of a list
+  std::replace(signal.name.begin(), signal.name.end(), ',', ';');  // commas separate the names of a list
   if (!units.empty()) signal.title.append(signal.title.empty() ? "(" : " (").append(units).append(")");
   return ReplaceFileInBlocks(path, SweepBlocks(*format, spans, intervalMs, signal));
 }

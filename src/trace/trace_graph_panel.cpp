@@ -14,7 +14,7 @@
 namespace zelvane {
 namespace {
 
-/// Titles of the units that recordings have beside those, from TraceMicrovolts on.
+/// Titles of further units, only of recordings, from TraceMicrovolts on.
 constexpr std::array RecordedUnitTitles = {"Potential uV", "Potential mV", "Macroscopic Current nA"};
 
 Graph& MainGraph() {
@@ -50,7 +50,8 @@ void WidenFullRange(Graph& graph) {
   widen(graph.fullYMin, graph.fullYMax, PlotRange(newest, 'y'));
 }
 
-/// A cursor beyond the data could not be grabbed: it comes to its place by thirds of the time on the axis.
+/// Moves cursors from outside the view into it, at thirds of the time axis, because the user cannot drag them
+/// there.
 void BringCursors(Graph& graph) {
   const DataRange x = ViewRange(graph, 'x');
   const double count = static_cast<double>(graph.cursors.size()) + 1.0;
@@ -61,7 +62,7 @@ void BringCursors(Graph& graph) {
   }
 }
 
-/// Traces pile up run after run. The oldest go when all together hold more samples than this.
+/// Most samples of all plotted traces. With more, the oldest traces are removed.
 constexpr std::size_t MaxPlottedSamples = 4U * MaxStimPoints;
 
 void DropOldestPlots(Graph& graph, std::size_t toCome) {
@@ -73,7 +74,7 @@ void DropOldestPlots(Graph& graph, std::size_t toCome) {
   }
 }
 
-/// Both axes are automatic and the full ranges those of the trace.
+/// Makes both axes automatic and sets the full ranges to those of the trace.
 void RefreshMainGraph() {
   Graph& graph = MainGraph();
   SetAxisAuto(graph, 'x');

@@ -1,4 +1,4 @@
-// Commands that read a recording, erase it or step through its episodes, and what MainPanel shows of it.
+// Commands that read a recording, erase it or step through its episodes, and its readouts on MainPanel.
 #include <optional>
 #include <string>
 #include <string_view>
@@ -52,7 +52,7 @@ std::optional<std::string> ChooseFile(const char* title, const char* proposed, c
   return FileSelectPopup(request);
 }
 
-/// Asks for a file of a kind. Nothing when the user cancels, or while an autosave holds the trace.
+/// Asks for a file of a kind. Returns nullopt when the user cancels, or while autosave is on.
 std::optional<std::string> AskForTrace(const char* title, const char* proposed, const char* filter) {
   if (RefusedByAutosave()) return std::nullopt;
   return ChooseFile(title, proposed, filter);
@@ -106,7 +106,7 @@ void FxnNextSection(const ControlEvent& /*event*/) {
   NextSection();
 }
 
-/// The field holds the typed episode already; a recording that cannot be read again keeps the one on display.
+/// Reads the episode in the field. When the recording cannot be read again, keeps the present trace.
 void FxnSectionRead(const ControlEvent& event) {
   const int typed = Trace.EpisodeIndex;
   Trace.EpisodeIndex = static_cast<int>(event.previous);
@@ -118,7 +118,7 @@ void FxnEraseData() {
   EraseTrace();
 }
 
-/// The conversion tool is a program of its own, which need not be installed.
+/// Starts the conversion tool, a separate program that may not be installed.
 void FxnFileConversion() {
   if (!StartProgram(ProgramFile(ConversionTool))) MessagePopup(FileErrorTitle, NoConversionTool);
 }

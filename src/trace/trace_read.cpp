@@ -22,15 +22,15 @@ constexpr char ImportQuestion[] = "Import ATF or Ascii File of Floating Point Nu
 constexpr char ResampledWarning[] =
     "The time interval has been changed since last simulation; do NOT refresh data.";
 
-constexpr int ResultAbove = 100;  // a text of more samples is a result
+constexpr int ResultAbove = 100;  // a text with more samples is a result
 
-/// The first `samples` samples have come from a file.
+/// Ends the trace after `samples` samples from a file.
 void EndTraceAt(std::size_t samples) {
   Trace.TraceFromFile = 1;
   EndSamplesAt(samples);
 }
 
-/// The trace holds a file from here on.
+/// Marks the trace as a recording.
 void BeginRecording() {
   EndTraceAt(static_cast<std::size_t>(Model.NumPoints));
   BeginTrace(TraceOrigin::Recording);
@@ -47,14 +47,14 @@ void ShowNoTrace() {
   TraceGone.Tell();
 }
 
-/// A read that was given up half-way leaves no trace, though the samples read so far stay.
+/// Ends a read that stopped half-way: there is no trace, but the samples so far stay.
 void LeaveNoTrace(std::size_t samples) {
   EndTraceAt(samples);
   Trace.TraceValid = 0;
   ShowNoTrace();
 }
 
-/// Reads an opened file into the trace and stores what it tells.
+/// Reads an opened file into the trace and stores its facts.
 Reading ReadInto(const OpenedRecording& opened, RecordingFacts facts, Questions questions, bool text) {
   const auto reader = text ? ReadText : ReadBinary;
   const RecordingRead read = reader(opened, std::move(facts), Trace.SimTrace, questions);
@@ -74,7 +74,7 @@ Outcome ReadNew(const OpenedRecording& opened, const std::string& path, bool tex
     facts.signal = answers->signal;
     facts.intervalLine = !answers->intervalMs;
     facts.typedIntervalMs = answers->intervalMs.value_or(0.0F);
-    facts.intervalMs = answers->intervalMs.value_or(facts.intervalMs);  // also of an ATF file without times
+    facts.intervalMs = answers->intervalMs.value_or(facts.intervalMs);  // also for an ATF file without times
   }
   const Questions questions = answers ? Questions::Answered : Questions::Asked;
   switch (ReadInto(opened, std::move(facts), questions, text)) {
@@ -140,7 +140,7 @@ Outcome ReadAsciiData(const std::string& path) {
     BeginRecording();
     ShowTrace();
     TellTraceCame();
-  } else {  // a handful of numbers: they stand in the trace, which is no result for it
+  } else {  // the trace has a few numbers, but this is not a result
     EndTraceAt(static_cast<std::size_t>(Model.NumPoints));
     RecordingTaken.Tell();
   }

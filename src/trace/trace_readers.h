@@ -1,5 +1,5 @@
-// The readers of recordings: from an open file, by way of the questions that it leaves open, to samples and
-// facts. They write no store.
+// The readers of recordings: they ask the open questions about a file and return its samples and facts. They
+// do not write the stores.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,7 @@ namespace zelvane {
 
 enum class Reading {
   Done,     // the destination begins with `facts.points` samples
-  Refused,  // after a message or a cancel; the destination is unchanged, and the facts do not count
+  Refused,  // after a message or a cancel; the destination is unchanged, and the facts are unused
   Emptied,  // stopped during the read; the facts belong to the new file, and there is no trace
 };
 
@@ -28,8 +28,8 @@ struct RecordingRead {
   std::size_t kept = 0;  // samples in the destination
 };
 
-/// Read episode `facts.episode` of the file `facts.path`, which has just been opened. A file that could not be
-/// opened, or has another form, is refused with a message.
+/// Read episode `facts.episode` of the open file `facts.path`. When it could not be opened or has another
+/// form, show a message and return Refused.
 RecordingRead ReadBinary(const OpenedRecording& opened, RecordingFacts facts, std::span<float> destination,
                          Questions questions);
 RecordingRead ReadText(const OpenedRecording& opened, RecordingFacts facts, std::span<float> destination,

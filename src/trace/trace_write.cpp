@@ -35,10 +35,10 @@ constexpr char Creator[] = "Zelvane v2.0";
 constexpr double MicrosecondsPerMs = 1000.0;
 constexpr double MsPerSecond = 1000.0;
 
-/// Words of TraceStore::TraceUnits as recordings carry them.
+/// Words of TraceStore::TraceUnits in recordings.
 constexpr std::array UnitWords = {"#", "pS", "pA", "Po", "uV", "mV", "nA"};
 
-/// Samples to write: NumPoints, held to what a text file takes.
+/// Returns the samples to write: NumPoints, limited for a text file.
 std::size_t TextCount() {
   return static_cast<std::size_t>(Model.NumPoints > MaxStimPoints ? MaxPoints : std::max(Model.NumPoints, 0));
 }
@@ -48,7 +48,7 @@ bool FileExists(const std::string& path) {
   return std::filesystem::exists(path, error);
 }
 
-/// Whether the file is a recording, which stays: its user is told.
+/// Returns whether the file is a recording. If so, shows the message that it will not be overwritten.
 bool RefuseRecording(const std::string& path) {
   int format = AbfFloats;
   if (!FileExists(path) || !IsABFFile(path, format) || format != AbfIntegers) return false;

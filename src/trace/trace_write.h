@@ -3,11 +3,9 @@
 //   Whole files     TraceTextWrite  TraceAbfWrite  LegacyAbfWrite
 //   Run after run   AutosaveTrace  AutosaveTextWrite  AutosaveAbfWrite
 //   Shared          RefusedByAutosave  RefuseSourceOfTrace  AbfTemplateBytes
-//
 // All write `Model.NumPoints` samples of `Trace.SimTrace`, one every `Model.ADInterval`. Each returns Done;
-// Refused when nothing was begun (autosave has no file, or `path` is the very file that the trace was read
-// from), with a message; Stopped when the user stopped the writing; or Failed, with a message. The existing
-// file is then kept.
+// Refused, with a message, before the begin (autosave has no file, or `path` is the file of the trace);
+// Stopped when the user stopped the writing; or Failed, with a message. Then the existing file stays.
 #pragma once
 
 #include <array>

@@ -37,7 +37,7 @@ void SaveLegacyABFCallback() {
   if (const auto path = AskForTarget("Save ABF As ...", AbfPattern, AbfPattern)) LegacyAbfWrite(*path);
 }
 
-/// Switched on, autosave needs a file; without one it stays off.
+/// Switches autosave. It stays off without a file.
 void FxnAutosave(const ControlEvent&) {
   if (Model.Autosave == 0) return;
   const bool column = Model.AutosaveFormat == 0;

@@ -1,4 +1,4 @@
-// What the writers of traces ask of the panels.
+// Functions of the panels for the writers of traces.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@ namespace zelvane {
 /// Adds the commands and the fields of autosave to the main panel and the menu.
 void AddTraceWriteControls();
 
-/// The title of the Y axis of the main graph; empty without panels.
+/// Returns the title of the Y axis of the main graph; empty without panels.
 std::string ShownTraceTitle();
 
 }  // namespace zelvane

@@ -1,5 +1,4 @@
-// Add, multiply, resample: TransformPanel. A transform works on what the trace holds, so two presses add
-// twice.
+// TransformPanel: add, multiply, resample. A transform changes the present trace, so two presses add twice.
 #include "trace/transform_panel.h"
 
 #include "model/model_store.h"

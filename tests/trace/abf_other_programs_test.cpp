@@ -1,5 +1,4 @@
-// ABF files of every writer, read by other programs: Neo and Stimfit's Python module, where they are
-// installed.
+// ABF files of every writer, read by other programs: Neo and Stimfit's Python module, if they are installed.
 #include <cstdlib>
 #include <functional>
 #include <vector>
@@ -14,7 +13,7 @@ namespace zelvane {
 namespace {
 
 constexpr double IntervalMs = 0.025;
-constexpr std::size_t Long = 30'000;  // gap-free: programs read such a file in pieces of 8192 when they can
+constexpr std::size_t Long = 30'000;  // gap-free: programs may read such a file in pieces of 8192
 
 Floats Wave(std::size_t samples, double amplitude) {
   Floats wave(samples);
@@ -23,7 +22,7 @@ Floats Wave(std::size_t samples, double amplitude) {
   return wave;
 }
 
-/// The files, each with the sweeps that it holds.
+/// The files, each with its sweeps.
 class AbfOtherPrograms : public PanelTest {
  protected:
   AbfOtherPrograms() {
@@ -35,7 +34,7 @@ class AbfOtherPrograms : public PanelTest {
     OfTrace("autosave.abf", AutosaveAbfWrite, {Wave(10'000, 1.0), Wave(10'000, 2.0), Wave(10'000, 3.0)});
   }
 
-  /// Runs a check of `files` in the system's Python. Skips the test where the module is not installed.
+  /// Runs a check of `files` in the system's Python. Skips the test if the module is not installed.
   void Check(const std::string& module, const std::string& check) {
     const std::string python = "/usr/bin/python3 ";
     if (std::system((python + "-c 'import " + module + "' 2>/dev/null").c_str()) != 0)
@@ -82,7 +81,7 @@ class AbfOtherPrograms : public PanelTest {
 };
 
 TEST_F(AbfOtherPrograms, Neo) {
-  // Without a synch array, which a growing file cannot have, Neo joins the sweeps.
+  // A growing file cannot have a synch array, so Neo joins its sweeps.
   Check("neo", R"(
 import neo
 for path, sweeps in files.items():

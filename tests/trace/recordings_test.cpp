@@ -1,4 +1,4 @@
-// Recordings of other programs, read as a user reads them, against what those programs read out of them.
+// Recordings of other programs, read as a user does and compared with what those programs read.
 #include <cstdlib>
 #include <numeric>
 #include <sstream>
@@ -12,14 +12,14 @@ namespace {
 
 using nlohmann::json;
 
-/// The rows of the list whose files lie in a folder and bear an extension.
+/// Returns the rows of the list for files with an extension.
 std::vector<json> Rows(std::string_view extension) {
   static const json all = json::parse(ReadWholeFile(Recordings + "expected.json"));
   std::vector<json> rows;
   for (const json& row : all["rows"]) {
     const std::string file = row["file"];
     const bool wanted = !file.starts_with("broken/") && file.ends_with(extension);
-    // The list also tells of files that are too large to lie beside it.
+    // The list also has files that are too large for the folder.
     if (wanted && std::filesystem::exists(Recordings + file)) rows.push_back(row);
   }
   EXPECT_FALSE(rows.empty());
@@ -40,7 +40,7 @@ void CheckSamples(const json& expected, std::span<const float> samples) {
   EXPECT_NEAR(sum / static_cast<double>(samples.size()), expected["mean"].get<double>(), tolerance);
 }
 
-/// The columns of a CSV behind its first, each as far as it has cells.
+/// Returns the columns of a CSV after the first, each up to its last cell.
 std::vector<Floats> CsvColumns(const std::string& path) {
   std::istringstream text(ReadWholeFile(path));
   std::vector<Floats> columns;
@@ -60,20 +60,20 @@ std::vector<Floats> CsvColumns(const std::string& path) {
 
 class RecordingsTest : public DriveTest {
  protected:
-  /// Reads a file by the command of the menu with `answers` queued.
+  /// Reads a file with the command of the menu; `queued` has the answers.
   void Read(const std::string& file, const std::string& queued) {
     Run("choose \"" + Recordings + file + "\"\n" + queued + "press FxnRead\n");
     ASSERT_EQ(Trace.TraceValid, 1) << file;
   }
 
-  /// What `info` tells of a file.
+  /// Returns the output of `info` for a file.
   json Info(const std::string& file) {
     std::ostringstream out;
     EXPECT_EQ(InfoCommand({Recordings + file}, true, {out, err}), JobDone) << err.str();
     return json::parse(out.str());
   }
 
-  /// The sweeps of a channel, by way of a CSV.
+  /// Returns the sweeps of a channel, through a CSV.
   std::vector<Floats> Converted(const std::string& file, int channel) {
     ConvertOptions options;
     options.in = Recordings + file;
@@ -170,7 +170,7 @@ TEST_F(RecordingsTest, AColumnOfNumbersTakesItsIntervalFromTheFirstLine) {
   EXPECT_EQ(Trace.SimTrace[400], 0.0F);
 }
 
-/// Whatever a damaged file holds, what was on display stays or a record that can be analysed takes its place.
+/// After a damaged file the old trace stays, or there is a new trace that can be analysed.
 TEST_F(RecordingsTest, DamagedFilesLeaveTheOldTraceOrAValidNewOne) {
   int refused = 0;
   for (const auto& entry : std::filesystem::directory_iterator(Recordings + "broken")) {
@@ -188,7 +188,7 @@ TEST_F(RecordingsTest, DamagedFilesLeaveTheOldTraceOrAValidNewOne) {
     EXPECT_EQ(Model.NumPoints, 246);
     EXPECT_EQ(Trace.SimTrace[0], -129.394531F);
     ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines.back()["popup"], "message");  // the user is told why
+    EXPECT_EQ(lines.back()["popup"], "message");  // a message gives the reason
   }
   EXPECT_GT(refused, 10);
 }

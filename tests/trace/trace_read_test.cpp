@@ -1,5 +1,5 @@
 // Reading a recording as a user does: questions, refusals, what a second read remembers, the parse panel, the
-// program's own binary layout, and the two readers of ABF 1.x side by side.
+// program's own binary layout, and a comparison of the two readers of ABF 1.x.
 #include "trace/trace_read.h"
 
 #include <sys/stat.h>
@@ -24,7 +24,7 @@ const std::string OneChannel = Recordings + "abf2/20101002.abf";                
 
 class TraceReadTest : public DriveTest {
  protected:
-  /// What the program said while a script ran that begins with a readable recording on display.
+  /// Returns the output of a script that begins with a readable recording on display.
   std::vector<nlohmann::json> RunAfterReading(const std::string& script) {
     return Run("open " + OneChannel + "\n" + script);
   }
@@ -165,7 +165,7 @@ TEST_F(TraceReadTest, TheAutomaticStepKeepsItsTimesUnderTheIntervalOfARecording)
   const std::span<const float> drug = Stimulus.Profile[1];
   const auto level = std::find_if(drug.begin(), drug.end(), [](float value) { return value != 0.0F; });
   EXPECT_NEAR(static_cast<float>(level - drug.begin()) * Model.ADInterval, Stimulus.AutoStart,
-              1.5F * Model.ADInterval);  // a start is cut to the sample before it
+              1.5F * Model.ADInterval);  // a start is truncated to the sample before it
 }
 
 TEST_F(TraceReadTest, AStimulusOpenedByItsNameIsTheStimulusAndNoTrace) {
@@ -209,7 +209,7 @@ TEST_F(TraceReadTest, ParsingKeepsEveryNthSampleAndErasingNone) {
 
 // -- The parse panel --
 
-/// An ABF file of one channel, gap-free, sample k being k modulo 1024, 0.01 ms apart.
+/// Writes an ABF file of one channel, gap-free, with k modulo 1024 as sample k, 0.01 ms per sample.
 std::string WriteLongAbf(const TemporaryFolder& folder, int samples) {
   const std::string path = folder.File("long.abf");
   AbfHeader header;
@@ -313,7 +313,7 @@ TEST_F(TraceReadTest, TheProgramsOwnLayoutIsReadAsFarAsItReaches) {
   EXPECT_EQ(Trace.TraceValid, 0);
 }
 
-// -- The reader that goes straight to the header --
+// -- The direct reader of ABF 1.x --
 
 TEST_F(TraceReadTest, BothReadersOfAbf1AgreeOnTheFirstChannel) {
   for (const char* name :
@@ -335,7 +335,7 @@ TEST_F(TraceReadTest, BothReadersOfAbf1AgreeOnTheFirstChannel) {
     ASSERT_EQ(Model.NumPoints, static_cast<int>(episodes.size()));
     EXPECT_EQ(Trace.EpisodeCount, count);
     EXPECT_NEAR(Model.ADInterval, interval, 1e-6F * interval);
-    // Of floats the two tell different gains: nothing in such a file rests on one.
+    // For floats the two readers give different gains, which no sample uses.
     if (!std::string_view(name).starts_with("derived")) {
       EXPECT_NEAR(static_cast<double>(Trace.FinalGain), gain, 1e-6 * gain);
     }
@@ -365,7 +365,7 @@ TEST_F(TraceReadTest, TheDirectReaderRefusesWhatIsNoAbf1) {
   EXPECT_EQ(popups, (std::vector<SeenPopup>{{"! File I/O Error", "Gain=0\n"}}));
   for (const char* name : {"abf1_samples_max", "abf1_data_odd", "abf1_data_60pc"}) {
     EXPECT_TRUE(AbfDirectRead(Recordings + "broken/" + name + ".abf", destination)) << name;
-    EXPECT_LE(Model.NumPoints, 1'280) << name;  // what follows the samples counts where the header says so
+    EXPECT_LE(Model.NumPoints, 1'280) << name;  // uses the bytes after the samples when the header says so
   }
 }
 

@@ -109,7 +109,7 @@ TEST_F(TraceWriteTest, TheLegacyFileIsTheTemplateButForItsFields) {
   EXPECT_EQ(At<float>(bytes, 276), 0.0F);
   EXPECT_EQ(bytes.substr(294, 16), std::string("Zelvane v2.0\0\0\0\0", 16));
   EXPECT_EQ(At<float>(bytes, 2052), -2.0F);
-  // Everything else is the template's.
+  // All other bytes are those of the template.
   for (const auto& [offset, length] : std::map<std::size_t, std::size_t>{
            {8, 2}, {10, 4}, {20, 8}, {100, 2}, {122, 4}, {266, 14}, {294, 16}}) {
     bytes.replace(offset, length, length, '\x55');
