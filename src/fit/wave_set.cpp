@@ -40,8 +40,8 @@ bool CanBeOpened(const std::string& path) {
   return OpenInput(path).has_value();
 }
 
-/// A file of a pair: where the list says, beside the list, or where the user says. Nothing when it opens
-/// nowhere.
+/// Finds a file of a pair: at the place in the list, in the folder of the list, or where the user says.
+/// Returns nullopt when it cannot be opened anywhere.
 std::optional<std::string> FindFile(const std::string& name, const std::string& list,
                                     const FileRequest& request) {
   if (CanBeOpened(name)) return name;

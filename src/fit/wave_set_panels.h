@@ -1,11 +1,11 @@
-// What loading a set of waveforms asks of the panels.
+// Functions of the panels for loading a set of waveforms.
 #pragma once
 
 #include <string>
 
 namespace zelvane {
 
-/// Adds a line to the log of fits: to its box where a panel holds one, else to the console.
+/// Adds a line to the log of fits: to its box if a panel has one, else to the console.
 void AddFitLogLine(const std::string& line);
 
 }  // namespace zelvane

@@ -193,7 +193,8 @@ class TextFile final : public RecordingFile {
     return CountOf(samples_.size() / static_cast<std::size_t>(last_ - first_ + 1));
   }
 
-  /// A column of numbers has its interval typed or on its first line, if that can be one.
+  /// Completes the account. A column of numbers has a typed interval, or one on its first line if this can be
+  /// one.
   bool CompleteAccount(std::optional<double> typedIntervalMs, std::string& why) override {
     reading_.intervalLine = !account_.text.atf && !typedIntervalMs;
     bool loaded = Load(1, 1, 1, why);
@@ -235,7 +236,7 @@ class TextFile final : public RecordingFile {
 
   std::size_t Read(int, int sweep, std::int64_t at, std::span<float> samples) override {
     if (sweep < first_ || sweep > last_) return 0;
-    // The samples of several sweeps lie row after row.
+    // The samples of several sweeps are stored row after row.
     const auto stride = static_cast<std::size_t>(last_ - first_ + 1);
     const std::size_t begin =
         static_cast<std::size_t>(at) * stride + static_cast<std::size_t>(sweep - first_);
@@ -285,7 +286,7 @@ class TextFile final : public RecordingFile {
   }
 
   std::ifstream file_;
-  std::optional<TextRecording> text_;  // reads the samples once; another read begins at the first line again
+  std::optional<TextRecording> text_;  // reads the samples once; a second read begins again at the first line
   bool textIsRead_ = false;
   TextReading reading_;
   std::optional<double> intervalMs_;
@@ -295,7 +296,7 @@ class TextFile final : public RecordingFile {
   std::vector<float> samples_;
 };
 
-/// The first four bytes of a file, fewer of a shorter one.
+/// Returns the first four bytes of a file, fewer for a shorter file.
 std::string MarkOf(const ByteSource& source) {
   std::array<std::byte, 4> mark{};
   const std::size_t read = source.Read(0, mark);
@@ -324,7 +325,7 @@ std::optional<std::vector<float>> ReadPart(RecordingFile& file, const SweepExtra
   const double sweeps = wanted.last - wanted.first + 1;
   std::int64_t end = file.Account().samples;
   if (wanted.length) end = std::min(end, wanted.start + *wanted.length);
-  const bool zerosFollow = file.Account().kind == StimulusKind;  // where a stimulus file ends early
+  const bool zerosFollow = file.Account().kind == StimulusKind;  // after the early end of a stimulus file
   std::vector<float> part;
   std::vector<float> block(static_cast<std::size_t>(
       std::clamp<std::int64_t>(end - wanted.start, 0, static_cast<std::int64_t>(BlockSamples))));

@@ -20,7 +20,7 @@ namespace zelvane {
 
 enum class RecordingForm {
   Missing,  // the file cannot be opened
-  Unknown,  // begins with "ABF", but is no Axon Binary File
+  Unknown,  // begins with "ABF", but is not an Axon Binary File
   Abf,
   Obf,
   Text,  // ATF, or one number per line
@@ -35,7 +35,7 @@ struct RecordedInput {
   float scale = 1.0F;  // user units per count of an ABF
 };
 
-/// What only an ABF tells.
+/// Facts that only an ABF has.
 struct AbfFacts {
   int operationMode = 0;
   bool floats = false;
@@ -44,12 +44,12 @@ struct AbfFacts {
   std::int64_t samples = 0;  // of all inputs and sweeps
 };
 
-/// What only an OBF tells.
+/// Facts that only an OBF has.
 struct ObfFacts {
   int runs = 0;  // in the header; 0 without a valid number
 };
 
-/// What only a text tells. Load sets the last two.
+/// Facts that only a text has. Load sets the last two.
 struct TextFacts {
   bool atf = false;
   int columns = 1;
@@ -58,7 +58,7 @@ struct TextFacts {
   std::size_t badLine = 0;    // line that is not a row of numbers and ended the read; 0 without such a line
 };
 
-/// What only a stimulus file tells.
+/// Facts that only a stimulus file has.
 struct StimulusFacts {
   float intervalMs = 0.0F;  // as in the file: perhaps infinite, 0 or below 0
   int lastHeld = 0;         // samples of the last profile that are really in the file
@@ -85,7 +85,7 @@ bool HasInput(const RecordingAccount& account, int number);
 struct TextReading {
   bool intervalLine = false;  // the first line of a column of numbers is its interval
   float scale = 1.0F;         // factor of every sample
-  std::size_t most = std::numeric_limits<std::size_t>::max();  // samples of a sweep at most
+  std::size_t most = std::numeric_limits<std::size_t>::max();  // most samples of a sweep
 };
 
 /// Gets the progress of a read, 0 to 1. False stops it.
@@ -132,7 +132,7 @@ class RecordingFile {
 /// The result of opening a file.
 struct OpenedRecording {
   std::unique_ptr<RecordingFile> file;          // nullptr on failure
-  RecordingForm form = RecordingForm::Missing;  // also of a file that holds no recording
+  RecordingForm form = RecordingForm::Missing;  // also for a file that is not a recording
   std::string why{};                            // the reason of a failure
 };
 

@@ -29,7 +29,7 @@ static_assert(StimFileProfiles == MaxDrugs + 1);
 static_assert(MaxStimSamples == MaxStimPoints && MaxStimColumn <= MaxStimPoints);
 
 constexpr std::size_t BlockSamples = std::size_t{64} * 1024;
-constexpr int LeastImport = 100;         // an import of no more samples does not show its name
+constexpr int LeastImport = 100;         // an import with no more samples does not show its name
 constexpr float SameInterval = 0.0001F;  // ms, between a waveform and its stimulus
 
 constexpr char IntervalTitle[] = "! New timeinterval specified";
@@ -46,7 +46,7 @@ constexpr char TooLargeForWaveform[] =
     "Stimulus file larger than current array size; reset #export pts on Stim panel and save new *.stm file.";
 
 std::string IntervalText(const char* format, float fileInterval) {
-  // The texts are the two above and IntervalKept: two numbers each.
+  // The texts are the two above and IntervalKept, each with two numbers.
   std::string text(format);
   for (const float interval : {Model.ADInterval, fileInterval}) {
     const std::size_t mark = text.find("%f");
@@ -102,7 +102,7 @@ bool AgreesToPoints(int points) {
          ConfirmPopup(PointsTitle, FormatText(PointsQuestion, Model.NumPoints, points));
 }
 
-/// Whether the user, or the rule of scripts, lets the interval of a file replace the present one.
+/// Returns whether the user, or the rule of scripts, accepts the interval of a file.
 bool AgreesToInterval(float intervalMs) {
   if (SameBits(intervalMs, Model.ADInterval)) return false;
   if (Stimulus.ScriptRunning == 0)

@@ -45,7 +45,7 @@ Outcome WriteStimColumn(const std::string& path, float intervalMs, std::span<con
 /// @return Done when samples of the last profile were read, else Failed
 Outcome StimFileRead(const std::string& path);
 
-/// What StimFileReadInto read.
+/// The result of StimFileReadInto.
 struct StimulusRead {
   int samples = 0;  // of a profile; 0 when no sample of the last profile was read
   float intervalMs = 0.0F;

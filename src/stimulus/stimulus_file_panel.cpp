@@ -23,7 +23,7 @@ std::optional<std::string> AskFor(const char* title, const char* filter, bool sa
   return FileSelectPopup({.title = title, .defaultName = filter, .filter = filter, .save = save});
 }
 
-/// The profiles now come from a file: USER mode.
+/// Selects USER mode, because the profiles are now from a file.
 void EnterUserMode() {
   Stimulus.StimMode = StimUser;
   StimPanelRefresh();
@@ -32,7 +32,7 @@ void EnterUserMode() {
   StimPlot();
 }
 
-/// What a refused file has left of the profiles is shown. The automatic step is built anew.
+/// Shows the profiles after a refused file. Builds the automatic step again.
 void ShowWhatIsLeft() {
   if (Stimulus.StimMode == StimAutomatic) StimRebuild();
   StimPlot();

@@ -1,4 +1,4 @@
-// What reading and writing stimulus files asks of the panels.
+// Functions of the panels for reading and writing stimulus files.
 #pragma once
 
 namespace zelvane {

@@ -1,4 +1,4 @@
-// List files: names, where files are looked for, what a set holds afterwards.
+// List files: names, the search for files, and the set afterwards.
 #include "fit/wave_set.h"
 
 #include "fit/wave_list.h"

@@ -1,4 +1,4 @@
-// Stimulus files: the bytes written, the questions asked, what short and wrong files leave.
+// Stimulus files: the written bytes, the questions, and the result of short and wrong files.
 #include "stimulus/stimulus_file.h"
 
 #include <cstring>
@@ -22,7 +22,7 @@ class StimulusFileTest : public PanelTest {
     StimPanelRefresh();
   }
 
-  /// Bytes of a file whose profile p holds 100 p + i at sample i.
+  /// Returns the bytes of a file whose profile p has 100 p + i at sample i.
   static std::string FileBytes(float interval, int samples) {
     std::string bytes(8 + 28 * static_cast<std::size_t>(samples), '\0');
     std::memcpy(bytes.data(), &interval, 4);
@@ -40,7 +40,7 @@ class StimulusFileTest : public PanelTest {
     return folder.Written("a.stm", FileBytes(interval, samples).substr(0, cut));
   }
 
-  /// A short file that claims another number of samples than it holds.
+  /// Returns a short file whose header has another number of samples than the file.
   std::string Claiming(float interval, int samples) {
     std::string bytes = FileBytes(interval, 1);
     std::memcpy(bytes.data() + 4, &samples, 4);

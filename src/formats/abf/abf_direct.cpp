@@ -18,11 +18,11 @@ namespace {
 constexpr int MaxChannels = 16;
 constexpr int BlockBytes = 512;
 constexpr int ReadBytes = 256 * 1024;
-constexpr int LongHeader = 8;             // data blocks from which on a header has telegraph fields
-constexpr double TelegraphVersion = 1.6;  // the gain of a telegraph counts in versions above it
+constexpr int LongHeader = 8;             // from this data block on a header has telegraph fields
+constexpr double TelegraphVersion = 1.6;  // later versions use the gain of a telegraph
 constexpr double VersionMargin = 0.005;   // versions are 32-bit floats of hundredths
 
-/// A number, with another in place of 0.
+/// Returns a number, or `insteadOf0` for 0.
 template <typename T>
 T Unless0(T value, T insteadOf0) {
   return value == T{} ? insteadOf0 : value;
@@ -54,14 +54,14 @@ std::int64_t LengthOf(std::istream& file) {
   return static_cast<std::int64_t>(file.tellg());
 }
 
-/// Samples that lie in the file, whatever its header says.
+/// Returns the samples that are really in the file.
 int SamplesHeld(std::istream& file, const DirectHeader& header) {
   const std::int64_t begin = static_cast<std::int64_t>(header.dataBlock) * BlockBytes;
   const std::int64_t held = (LengthOf(file) - begin) / (header.floats ? 4 : 2);
   return static_cast<int>(std::clamp<std::int64_t>(held, 0, std::numeric_limits<int>::max()));
 }
 
-/// The header of an ABF 1.x file, field by field. Nothing when it cannot be one.
+/// Returns the header of an ABF 1.x file, read field by field. Returns nullopt for another file.
 std::optional<DirectHeader> ReadHeader(std::istream& file) {
   DirectHeader header;
   header.version = FloatAt(file, 4).value_or(0.0F);
@@ -88,13 +88,13 @@ std::optional<DirectHeader> ReadHeader(std::istream& file) {
   return header;
 }
 
-/// Where the wanted samples lie: sample i at byte `begin` + i x `step`.
+/// The places of the samples to read: sample i is at byte `begin` + i x `step`.
 struct Layout {
   std::int64_t begin = 0;
   std::int64_t step = 0;
   std::int64_t count = 0;
   bool floats = false;
-  float divisor = 1.0F;  // of counts
+  float divisor = 1.0F;  // divisor of counts
 };
 
 Layout LayoutOf(const DirectHeader& header, float gain, const DirectPart& part) {
@@ -113,7 +113,7 @@ float ValueAt(const unsigned char* bytes, const Layout& layout) {
   return static_cast<float>(static_cast<std::int16_t>(LittleEndian16(bytes))) / layout.divisor;
 }
 
-/// Reads the samples that the file holds; the number of them.
+/// Reads the samples in the file and returns their number.
 std::size_t ReadSamples(std::istream& file, const Layout& layout, std::span<float> destination) {
   const std::int64_t width = layout.floats ? 4 : 2;
   const std::int64_t length = LengthOf(file) - layout.begin;
