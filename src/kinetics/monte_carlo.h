@@ -41,9 +41,9 @@ inline constexpr int MaxChannelsOfRun = 1 << 24;
 /// product below 0.
 int ChannelsStartingIn(int channels, float occupancy);
 
-/// Returns whether a stop is asked for before channel `ofState` (from 0) of a state, with `done` of `total`
-/// channels simulated. Never with 20 channels or fewer, at every 20th part of the total below 1000, at every
-/// 50th channel of a state from 1000 on.
+/// Returns whether to check for a stop before channel `ofState` (from 0) of a state, with `done` of `total`
+/// channels simulated. Never with 20 channels or fewer; below 1000 at every 20th part of the total; from 1000
+/// on at every 50th channel of a state.
 bool PollIsDue(int channels, std::int64_t done, std::int64_t total, int ofState);
 
 inline constexpr int PaceDwells = 16384;  // dwells of a channel during which its time must advance
@@ -95,9 +95,9 @@ struct ChannelSweep {
 /// dwells, the channel would hardly advance, and the run ends.
 ChannelOutcome SimulateChannel(ChannelSweep& sweep, int startState);
 
-/// Simulates the channels of a sweep one after the other, sorted by the state that they start in. `hook` is
-/// called where PollIsDue. Returns Monitored or Unmonitored when all are done, else why the last one broke
-/// off.
+/// Simulates the channels of a sweep one after the other, sorted by the state that they start in. Calls
+/// `hook` when PollIsDue. Returns Monitored or Unmonitored when all are done, else the outcome of the
+/// interrupted channel.
 ///
 /// @param start  proportion of the channels in each state at time 0
 ChannelOutcome SimulateChannels(ChannelSweep& sweep, int channels,

@@ -19,7 +19,7 @@ SimulationResult Refuse(SimulationFault fault) {
   return result;
 }
 
-/// The points of the states that are on may be written up to `end`.
+/// Marks points below `end` of the states that are on as written.
 void MarkUsed(const CompiledScheme& scheme, int end, SimulationResult& result) {
   for (std::size_t lane = 0; lane < static_cast<std::size_t>(scheme.lanes); ++lane) {
     if (scheme.on[lane]) result.used[static_cast<std::size_t>(scheme.state[lane])] = end;
@@ -62,7 +62,8 @@ SimulationResult RunAdaptive(const SchemeTables& scheme, const StimulusView& sti
   return result;
 }
 
-/// Prepares the exits, or takes the rates of a later sweep. Returns false when a state has too many exits.
+/// Prepares the exits, or only sets the rates of a later sweep. Returns false when a state has too many
+/// exits.
 bool PrepareChannels(const SchemeTables& scheme, const StimulusView& stimulus, int numPoints,
                      ChannelMemory& memory) {
   if (memory.prepared) {

@@ -29,20 +29,20 @@ enum class Simulator { FixedStep, Channels, Adaptive };
 /// The settings of a sweep.
 struct SimulationSettings {
   Simulator simulator = Simulator::FixedStep;
-  int numPoints = 0;                         // of the sweep, at least 1
+  int numPoints = 0;                         // points of the sweep, at least 1
   std::array<float, MaxStates + 1> start{};  // occupancies at time 0
   float maxStepMs = 0.005F;                  // fixed step
   float precision = 0.0005F;                 // adaptive
   // -- Single channels --
-  int channels = 1;                 // of the sweep; without a channel the rows stay as they are
+  int channels = 1;                 // channels of the sweep; 0 keeps the rows unchanged
   float channelUnit = 0.0F;         // occupancy of one channel; 0 = 1 / channels
   int openState = 0;                // state whose exits are counted
-  std::int64_t channelsDone = 0;    // in earlier sweeps that count as one work with this one
-  std::int64_t channelsOfWork = 0;  // in all these sweeps; 0 = channels
+  std::int64_t channelsDone = 0;    // channels of earlier sweeps that count as one work with this one
+  std::int64_t channelsOfWork = 0;  // channels of all these sweeps; 0 = channels
 };
 
-/// What a sweep of single channels has prepared, for later sweeps with the same stimulus, dependences and
-/// number of points. Their rates may differ; connections and dependences stay those of the first sweep.
+/// The preparations of a sweep of single channels, for later sweeps with the same stimulus, dependences and
+/// number of points. Their rates may differ; connections and dependences are those of the first sweep.
 struct ChannelMemory {
   bool prepared = false;
   ExitBook exits;
@@ -58,7 +58,7 @@ struct SimulationRoom {
   // -- Single channels --
   RandomStream* random = nullptr;     // stream of their random values
   DwellRecorder* recorder = nullptr;  // gets their dwells appended
-  ChannelMemory* memory = nullptr;    // of earlier sweeps and for later ones, if there are any
+  ChannelMemory* memory = nullptr;    // shared with earlier and later sweeps, if there are any
 };
 
 /// The reason for an incomplete or a changed sweep.
@@ -81,9 +81,9 @@ struct SimulationResult {
   int offset = 0;                         // adaptive: point at which integration started
   std::array<int, MaxStates + 1> used{};  // of each row: this point and all after it are still 0
   // -- Single channels --
-  int openStateExits = 0;         // of this sweep
+  int openStateExits = 0;         // exits in this sweep
   int monitoredChannels = 0;      // that reached a monitored state
-  std::int64_t channelsDone = 0;  // in this and earlier sweeps
+  std::int64_t channelsDone = 0;  // channels of this and earlier sweeps
 };
 
 /// Returns whether a sweep has points and time between them, and a finite length.
@@ -92,9 +92,9 @@ bool HasLength(int numPoints, float intervalMs);
 /// Simulates one sweep of `scheme` under `stimulus`, whose offset is 0, into `room`.
 ///
 /// The integrators are IntegrateFixedStep and IntegrateAdaptive; for single channels see SimulateChannels.
-/// `reporter` handles progress and stops. The function shows no messages; the result has the reason.
-/// Refused: NoLength to TooManyChannels, without a change of `room`. A stopped or failed sweep keeps what it
-/// has simulated.
+/// `reporter` handles progress and stops. The function shows no messages; the result has the reason. NoLength
+/// to TooManyChannels refuse the sweep and do not change `room`. A stopped or failed sweep keeps the
+/// simulated part.
 SimulationResult Simulate(const SchemeTables& scheme, const StimulusView& stimulus,
                           const SimulationSettings& settings, const SimulationRoom& room,
                           const RunReporter& reporter = {});

@@ -37,7 +37,7 @@ constexpr char NoChannels[] = "There were no channels to simulate: the number of
 
 constexpr int ReseedPointsBack = 100;  // the last dwell may be cut off by the end of a sweep
 
-/// A simulation: its settings, fixed while it lasts, and how far it has come.
+/// A simulation: its settings, which do not change during it, and its progress.
 struct ChannelSeries {
   const RunReporter& reporter;
   RunReporter withText{};  // the same, with the text of the run beside its progress
@@ -50,13 +50,13 @@ struct ChannelSeries {
 
   // -- The simulator --
   StimulusView stimulus{};
-  SimulationSettings sweep{};  // of the next sweep
+  SimulationSettings sweep{};  // settings of the next sweep
   ChannelMemory memory{};
   DwellRecorder recorder{};
 
-  // -- What has come of it --
+  // -- Results --
   bool reachedMonitored = false;
-  Outcome saved = Outcome::Done;  // of the autosaves
+  Outcome saved = Outcome::Done;  // outcome of the autosaves
 };
 
 void ReadSettings(ChannelSeries& series) {
@@ -113,7 +113,7 @@ void TellStopped(const RunReporter& reporter) {
   Tell(reporter, NoticeTitle, RunInterrupted);
 }
 
-/// Shows why a sweep was not done.
+/// Shows the reason for an incomplete sweep.
 void TellWhy(const SimulationResult& result, const RunReporter& reporter) {
   if (result.outcome == Outcome::Stopped) TellStopped(reporter);
   if (result.outcome != Outcome::Failed) return;
@@ -143,7 +143,7 @@ Outcome SimulateSweep(ChannelSeries& series) {
   return result.outcome;
 }
 
-/// Whether the user stops between two sweeps.
+/// Returns whether the user stops between two sweeps.
 bool StopsBetweenSweeps(const ChannelSeries& series) {
   if (!series.reporter.breathe) return false;
   const auto total = static_cast<double>(std::max<std::int64_t>(1, series.sweep.channelsOfWork));

@@ -17,9 +17,9 @@ namespace zelvane {
 /// except the last. With `Model.MultiSubunit`, each of `Model.NumChannels` subunits replaces a run, and the
 /// trace is their sum.
 ///
-/// Dwell lists and idealised record gather over all runs and sweeps; exits and channels that reached a
-/// monitored state are counted for each run. Announces the first sweep of each run, so that it is saved and
-/// analysed if asked for; announces the sum of subunits once, when it is whole.
+/// Dwell lists and idealised record cover all runs and sweeps; exits and channels that reached a monitored
+/// state are counted for each run. Announces the first sweep of each run, so that listeners can save and
+/// analyse it. Announces the sum of subunits once, when it is complete.
 ///
 /// Reads:   the run settings of `Model`, `Model.RateMatrix` and `Model.StartOccupancy` as prepared, the
 ///          connections of `Result`, the profiles up to the last point.

@@ -8,6 +8,7 @@ namespace zelvane {
 /// Writes the occupancies of the last run as CSV: time in ms, then a column for each state that is on, with
 /// its label or its number as the title. There is a row for each point of the run, or for each saved step of
 /// an adaptive run.
+///
 /// Reads: `Result` (Occupancy, SavedTime, ResultKind, KeptSteps, IntegrationOffset), `Model` (NumPoints,
 /// ADInterval, ModelIs2D, states and labels).
 /// @return false when the file cannot be written; the old file stays unchanged

@@ -57,7 +57,7 @@ int BuildConnections() {
   return std::accumulate(connections.count.begin(), connections.count.end(), 0);
 }
 
-/// Returns whether the scheme can run. If not, shows why.
+/// Returns whether the scheme can run. If not, shows the reason.
 bool SchemeIsConnected(const RunReporter& reporter) {
   const int sum = BuildConnections();
   if (Model.SimulatorKind == MonteCarlo) {

@@ -27,17 +27,17 @@ enum class RunStart {
 
 /// Runs the model for `numPoints` points with the simulator of `Model.SimulatorKind`.
 ///
-/// A scheme without an equilibrium starts as it is set. Writes the result to `Result.Occupancy` and
-/// `Trace.SimTrace`. `Trace.TraceValid` is 1 after a complete run. Refuses with "! Error" a scheme without
-/// connections, a state with more than MaxConnections exits for Monte Carlo, and a run without points or
-/// without time between them.
+/// A scheme without an equilibrium starts at `Model.StartOccupancy`. Writes the result to `Result.Occupancy`
+/// and `Trace.SimTrace`. `Trace.TraceValid` is 1 after a complete run. Refuses with "! Error" a scheme
+/// without connections, a state with more than MaxConnections exits for Monte Carlo, and a run without points
+/// or without time between them.
 /// @return Done; Stopped by the user; Refused; or Failed, when the simulator did not hold its precision or
 ///         could not go on, or a trace was not appended to the autosave file
 Outcome RunSimulation(int numPoints, RunStart start, const RunReporter& reporter = {});
 
 /// Converts `Result.Occupancy` to `Trace.SimTrace` in the units of `Model.DisplayUnits`, adds noise and
-/// filter according to the settings, and announces the trace to be plotted. With `erase`, the old plots go
-/// first.
+/// filter according to the settings, and announces the trace to be plotted. With `erase`, the old plots are
+/// removed first.
 ///
 /// Sample p - 1 is the sum over the monitored states of a factor times the occupancy at point p, in 32-bit
 /// floats, state after state. The factor is the number of channels, times the conductance (pS), times driving
@@ -67,7 +67,7 @@ bool RunHasLength(const RunReporter& reporter);
 /// written. Reduces `Result.OccupancyUsed` when only zeros remain.
 void ClearOccupancy(int points);
 
-/// Raises `Result.OccupancyUsed` to what a sweep has written: of each state the point after its last one.
+/// Raises `Result.OccupancyUsed` to the written part of a sweep: for each state the point after its last one.
 void RaiseOccupancyUsed(const std::array<int, MaxStates + 1>& used);
 
 }  // namespace zelvane

@@ -46,10 +46,10 @@ void ProcessSystemEvents();
 /// `fraction` (0 to 1) is the finished part of the work.
 void Breathe(double fraction);
 
-// -- The wish to end the work that is under way: the stop button sets it, long loops look for it --
+// -- The wish to end the present work: the stop button sets it, long loops check it --
 void RequestStop();
 bool StopAsked();
-void ForgetStop();  // at the begin of a work: an earlier wish is over
+void ForgetStop();  // at the start of a work: an earlier wish is no longer valid
 
 /// Writes a line to the program's console.
 void ConsoleLine(std::string_view text);

@@ -1,4 +1,4 @@
-// The direct reader of ABF 1.x, for the correction of a file: its questions and messages.
+// The questions and messages of the direct reader of ABF 1.x, which the correction of a file uses.
 #include <algorithm>
 #include <cmath>
 #include <string>

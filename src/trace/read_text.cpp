@@ -78,7 +78,7 @@ bool AskAboutText(const RecordingAccount& account, Questions questions, Recordin
   return true;
 }
 
-/// Leaves room behind the samples: an ATF fills all but two, a column all but one.
+/// Leaves room after the samples: two for an ATF, one for a column.
 TextReading ReadingOf(const RecordingFacts& facts, bool atf, std::size_t capacity) {
   const std::size_t spared = atf ? 2 : 1;
   return {.intervalLine = facts.intervalLine,

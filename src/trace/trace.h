@@ -40,8 +40,8 @@ void ClearTrace();
 /// when only zeros remain.
 void ClearSamples(int samples);
 
-/// Sets the samples of the former trace after the first `samples` samples to 0. The first ones belong to
-/// the new trace.
+/// Sets the samples of the old trace after the first `samples` samples to 0. The first ones belong to the new
+/// trace.
 void EndSamplesAt(std::size_t samples);
 
 }  // namespace zelvane

@@ -52,7 +52,7 @@ inline Listeners<> RecordingToCorrect;
 /// Name, interval, length or episode of the recording have changed.
 inline Listeners<> RecordingTaken;
 
-// -- Runs: a silent run, as a fit makes thousands, announces nothing --
+// -- Runs. A silent run announces nothing; a fit makes thousands of silent runs --
 
 /// A run starts at the equilibrium under the stimulus of this point.
 inline Listeners<int> EquilibriumCalculated;
@@ -70,13 +70,13 @@ inline Listeners<> StatisticsChanged;
 /// subunits. A listener that saves the trace adds its result to the outcome.
 inline Listeners<Outcome&> RunCompleted;
 
-/// The values of an adaptive run between which the trace was interpolated.
+/// The saved values of an adaptive run, which the trace interpolates.
 struct TraceSteps {
   std::span<const float> timeMs{};
   std::vector<float> values{};  // one for each time, in the units of the trace
 };
 
-/// The trace is about to be written. If it comes from saved steps, the run fills them in.
+/// The trace will be written now. If it comes from saved steps, the run supplies them.
 inline Listeners<TraceSteps&> StepsToWrite;
 
 /// A Monte Carlo simulation of one or several runs begins. It announces each run (from 1) when its trace is

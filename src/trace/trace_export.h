@@ -60,8 +60,8 @@ struct CsvColumn {
   std::span<const float> values;
 };
 
-/// Returns the text of a CSV file with a time (ms) in each row, which `timeOf` gives, and a value of each
-/// column. The values must stay valid during this time.
+/// Returns the text of a CSV file, block after block. Each row has the time `timeOf(row)` (ms) and a value of
+/// each column. The values must stay valid during this time.
 NextBlock CsvBlocks(std::size_t rows, const std::vector<CsvColumn>& columns,
                     const std::function<double(std::size_t row)>& timeOf);
 

@@ -72,7 +72,7 @@ AbfHeader HeaderOfTrace() {
   return header;
 }
 
-/// The saved steps of an adaptive run, as a block of ATF with blanks.
+/// Returns the saved steps of an adaptive run as an ATF block with blanks.
 NextBlock SavedStepBlocks(const TraceSteps& steps) {
   const std::string head =
       "ATF 1.0\n2 2\n\"Type=\"\n\"Comment=\"\n\"Time (s)\" \"" + ShownTraceTitle() + "\"\n";

@@ -3,6 +3,7 @@
 //   Whole files     TraceTextWrite  TraceAbfWrite  LegacyAbfWrite
 //   Run after run   AutosaveTrace  AutosaveTextWrite  AutosaveAbfWrite
 //   Shared          RefusedByAutosave  RefuseSourceOfTrace  AbfTemplateBytes
+//
 // All write `Model.NumPoints` samples of `Trace.SimTrace`, one every `Model.ADInterval`. Each returns Done;
 // Refused, with a message, before the begin (autosave has no file, or `path` is the file of the trace);
 // Stopped when the user stopped the writing; or Failed, with a message. Then the existing file stays.

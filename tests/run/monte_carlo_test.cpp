@@ -1,5 +1,5 @@
-// What simulated channels must obey: the distributions of Markov chains, and their lists. Schemes and settings
-// that no channel can follow, and those at the ends of what is allowed.
+// Laws of simulated channels: the distributions of Markov chains, and their lists. Schemes and settings that
+// no channel can follow, and those at the limits.
 #include "kinetics/monte_carlo.h"
 
 #include <limits>

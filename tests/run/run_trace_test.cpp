@@ -1,4 +1,4 @@
-// From occupancies to the trace and to a file: units, monitored states, noise, what is cleared.
+// From occupancies to the trace and to a file: units, monitored states, noise, clearing.
 #include "run/occupancy_export.h"
 #include "run/run_fixtures.h"
 #include "screen/window_reporter.h"

@@ -1,4 +1,4 @@
-// Writers of the trace: exact bytes, what they protect, autosave run after run, and exports by extension.
+// Writers of the trace: exact bytes, protected files, autosave run after run, and exports by extension.
 #include "trace/trace_write.h"
 
 #include <cstring>

@@ -1,5 +1,6 @@
-// ABF 1.x straight from the bytes of its header: the first channel, all episodes one after the other, without
-// offsets. It repairs headers that OpenRecordingFile refuses, and divides counts by the product of the gains.
+// Reads ABF 1.x directly from the bytes of its header: the first channel, all episodes one after the other,
+// without offsets. Repairs headers that OpenRecordingFile refuses, and divides counts by the product of the
+// gains.
 #pragma once
 
 #include <cstddef>
@@ -36,10 +37,10 @@ enum class DirectRefusal {
   None,
   Missing,    // the file cannot be opened
   WrongMark,  // it begins with neither "ABF" nor "OBF"
-  NoHeader,   // its header cannot be one of ABF 1.x
+  NoHeader,   // its header is not one of ABF 1.x
 };
 
-/// An open file and its header, which has meaning only without a refusal.
+/// An open file and its header, which is valid only without a refusal.
 struct DirectAbf {
   std::ifstream file{};
   DirectHeader header{};
@@ -48,17 +49,17 @@ struct DirectAbf {
 
 DirectAbf OpenDirectAbf(const std::string& path);
 
-/// Returns the product of the gains; 0 where it cannot divide counts.
+/// Returns the product of the gains; 0 when it cannot be a divisor.
 float DirectGain(const DirectHeader& header);
 
-/// Which samples of the channel to read: `count` from `start` on, every `skip`-th.
+/// The samples of the channel to read: `count` from `start` on, every `skip`-th.
 struct DirectPart {
   std::int64_t start = 0;
   int skip = 1;
   std::int64_t count = 0;
 };
 
-/// Reads samples into the front of `destination`, as many as it holds and the file has. Divides counts by
+/// Reads samples into the front of `destination`, until it is full or the file ends. Divides counts by
 /// `gain`, which is not 0, and scales them to the range of the converter.
 /// @return number of samples read
 std::size_t ReadDirectSamples(DirectAbf& abf, float gain, const DirectPart& part,
