@@ -1,5 +1,5 @@
 // The layout of an Axon Binary File: the position of the samples and their sweeps. The header readers fill
-// it; abf_file.cpp uses it to read samples.
+// it; abf_sweeps.cpp uses it to read samples.
 #pragma once
 
 #include <cstddef>
