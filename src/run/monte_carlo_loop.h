@@ -22,7 +22,7 @@ namespace zelvane {
 /// analyse it. Announces the sum of subunits once, when it is complete.
 ///
 /// Reads:   the run settings of `Model`, `Model.RateMatrix` and `Model.StartOccupancy` as prepared, the
-///          connections of `Result`, the profiles up to the last point.
+///          profiles up to the last point.
 /// Writes:  `Result.Occupancy`, `Result.EffectiveChannels`, `Result.ChannelUnit`, `Result.RunText`, the
 ///          trace, the working lists, record and statistics of `Dwell`, `Model.StartOccupancy` with
 ///          `ReseedSimulation`; `Trace.TraceValid` 1 once a channel has reached a monitored state.

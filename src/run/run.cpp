@@ -1,6 +1,6 @@
 #include "run/run.h"
 
-#include <numeric>
+#include <algorithm>
 
 #include "kinetics/simulate.h"
 #include "kinetics/state_exits.h"
@@ -48,26 +48,15 @@ void StartAtEquilibrium(bool announced) {
   if (announced) StartOccupancyChanged.Tell();
 }
 
-/// Fills the connection table with the states that follow each state, in rising order.
-/// @return the number of connections of the whole scheme
-int BuildConnections() {
-  const Connections connections = ConnectionsOf(Model.RateMatrix);
-  Result.ConnectionCount = connections.count;
-  Result.Connection = connections.to;
-  return std::accumulate(connections.count.begin(), connections.count.end(), 0);
-}
-
 /// Returns whether the scheme can run. If not, shows the reason.
 bool SchemeIsConnected(const RunReporter& reporter) {
-  const int sum = BuildConnections();
-  if (Model.SimulatorKind == MonteCarlo) {
-    for (int s = 1; s <= MaxStates; ++s) {
-      if (Result.ConnectionCount[s] <= MaxConnections) continue;
-      Tell(reporter, ErrorTitle, TooManyConnections);
-      return false;
-    }
+  const auto exits = ConnectionsOf(Model.RateMatrix).count;
+  const int most = *std::max_element(exits.begin(), exits.end());
+  if (Model.SimulatorKind == MonteCarlo && most > MaxConnections) {
+    Tell(reporter, ErrorTitle, TooManyConnections);
+    return false;
   }
-  if (sum != 0) return true;
+  if (most != 0) return true;
   Tell(reporter, ErrorTitle, NoConnections);
   return false;
 }
