@@ -187,14 +187,14 @@ ChannelOutcome SimulateChannel(ChannelSweep& sweep, int startState) {
 ChannelOutcome SimulateChannels(ChannelSweep& sweep, int channels,
                                 const std::array<float, MaxStates + 1>& start, const RunHook& hook) {
   ChannelOutcome all = ChannelOutcome::Unmonitored;
-  for (std::size_t b = 1; b <= MaxStates; ++b) {
-    const int starting = ChannelsStartingIn(channels, start[b]);
+  for (std::size_t s = 1; s <= MaxStates; ++s) {
+    const int starting = ChannelsStartingIn(channels, start[s]);
     for (int k = 0; k < starting; ++k) {
       const bool asks = hook && PollIsDue(channels, sweep.done, sweep.total, k);
       if (asks && hook(std::min(1.0, static_cast<double>(sweep.done) / static_cast<double>(sweep.total)))) {
         return ChannelOutcome::Stopped;
       }
-      const ChannelOutcome ended = SimulateChannel(sweep, static_cast<int>(b));
+      const ChannelOutcome ended = SimulateChannel(sweep, static_cast<int>(s));
       if (ended != ChannelOutcome::Unmonitored && ended != ChannelOutcome::Monitored) return ended;
       if (ended == ChannelOutcome::Monitored) {
         ++sweep.monitoredChannels;

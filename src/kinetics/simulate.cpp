@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "kinetics/monte_carlo.h"
+#include "platform/index.h"
 
 namespace zelvane {
 namespace {
@@ -19,10 +20,21 @@ SimulationResult Refuse(SimulationFault fault) {
   return result;
 }
 
+/// Returns whether the rows of the states that are on hold the points of the sweep and one behind them, and
+/// the times as many steps.
+[[maybe_unused]] bool HasRoom(const SchemeTables& scheme, const SimulationSettings& settings,
+                              const SimulationRoom& room) {
+  const std::size_t values = Index(settings.numPoints) + 2;
+  for (std::size_t s = 1; s <= MaxStates; ++s) {
+    if (scheme.on[s] != 0 && room.rows[s].size() < values) return false;
+  }
+  return settings.simulator != Simulator::Adaptive || room.savedTimeMs.size() >= values;
+}
+
 /// Marks points below `end` of the states that are on as written.
 void MarkUsed(const CompiledScheme& scheme, int end, SimulationResult& result) {
-  for (std::size_t lane = 0; lane < static_cast<std::size_t>(scheme.lanes); ++lane) {
-    if (scheme.on[lane]) result.used[static_cast<std::size_t>(scheme.state[lane])] = end;
+  for (std::size_t lane = 0; lane < Index(scheme.lanes); ++lane) {
+    if (scheme.on[lane]) result.used[Index(scheme.state[lane])] = end;
   }
 }
 
@@ -92,7 +104,8 @@ void SetOutcome(ChannelOutcome ended, SimulationResult& result) {
 SimulationResult RunChannels(const SchemeTables& scheme, const StimulusView& stimulus,
                              const SimulationSettings& settings, const SimulationRoom& room,
                              const RunReporter& reporter) {
-  assert(room.random != nullptr && room.recorder != nullptr);
+  assert(room.random != nullptr && room.recorder != nullptr && settings.channels >= 0);
+  assert(settings.channelsOfWork == 0 || settings.channelsOfWork >= settings.channels);
   if (settings.channels > MaxChannelsOfRun) return Refuse(SimulationFault::TooManyChannels);
   ChannelMemory ofSweep;
   ChannelMemory& memory = room.memory != nullptr ? *room.memory : ofSweep;
@@ -140,6 +153,8 @@ SimulationResult Simulate(const SchemeTables& scheme, const StimulusView& stimul
                           const SimulationSettings& settings, const SimulationRoom& room,
                           const RunReporter& reporter) {
   if (!HasLength(settings.numPoints, stimulus.intervalMs)) return Refuse(SimulationFault::NoLength);
+  assert(stimulus.offset == 0 && !stimulus.profile[0].empty());
+  assert(HasRoom(scheme, settings, room));
   switch (settings.simulator) {
     case Simulator::Channels:
       return RunChannels(scheme, stimulus, settings, room, reporter);
