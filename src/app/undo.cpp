@@ -8,8 +8,7 @@
 #include <vector>
 
 #include "analysis/analysis_panel.h"
-#include "analysis/analysis_store.h"
-#include "model/constraints_store.h"
+#include "model/model.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
 #include "platform/index.h"
@@ -23,14 +22,11 @@
 namespace zelvane {
 namespace {
 
-/// Fields that the simulation of subunits forces. They are dimmed meanwhile, and their changes by a run are
-/// not edits of the user.
-constexpr std::string_view ForcedBySubunits[] = {"StartAtEquilibrium", "NumRuns",     "NumIntervals",
-                                                 "ReseedSimulation",   "AutoAnalyze", "ShowAllTraces"};
-
+/// Returns whether the simulation of subunits forces a field. It is dimmed meanwhile, and its changes by a run
+/// are not edits of the user.
 bool IsForced(std::string_view name) {
-  return std::find(std::begin(ForcedBySubunits), std::end(ForcedBySubunits), name) !=
-         std::end(ForcedBySubunits);
+  return std::find(FieldsForcedByMultiSubunit.begin(), FieldsForcedByMultiSubunit.end(), name) !=
+         FieldsForcedByMultiSubunit.end();
 }
 
 bool IsSetting(const Field& field) {

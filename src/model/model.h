@@ -4,12 +4,14 @@
 //                           CopyGridToTable  CopyTableToGrid
 //   Clearing                ClearModel  ClearGridModel  ClearTableModel
 //   Rates and their names   RateCode  DependsOnStimulus  LinkKd
-//   Run settings            LimitNumPoints  ForceMultiSubunit
+//   Run settings            LimitNumPoints  ForceMultiSubunit  FieldsForcedByMultiSubunit
 //
 // Fields are in model_store.h; panels in model_panels.h; the stimulus factor in kinetics/rate_factor.h.
 #pragma once
 
+#include <array>
 #include <optional>
+#include <string_view>
 
 #include "model/model_store.h"
 
@@ -67,5 +69,9 @@ void LimitNumPoints();
 /// If `Model.MultiSubunit` is 1, sets StartAtEquilibrium, NumIntervals, ReseedSimulation, AutoAnalyze and
 /// ShowAllTraces to 0, and NumRuns to 1.
 void ForceMultiSubunit();
+
+/// The fields that ForceMultiSubunit sets.
+inline constexpr std::array<std::string_view, 6> FieldsForcedByMultiSubunit = {
+    "StartAtEquilibrium", "NumRuns", "NumIntervals", "ReseedSimulation", "AutoAnalyze", "ShowAllTraces"};
 
 }  // namespace zelvane

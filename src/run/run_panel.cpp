@@ -2,8 +2,7 @@
 #include "run/run_panel.h"
 
 #include <algorithm>
-#include <array>
-#include <optional>
+#include <string_view>
 
 #include "model/model.h"
 #include "model/model_events.h"
@@ -35,17 +34,14 @@ constexpr char ReplaceQuestion[] = "Replace voltage protocol with new Vhold?";
 constexpr char NoPoints[] = "A run needs at least one point.";
 constexpr char NoInterval[] = "The time between points must be above 0 ms.";
 
-/// Fields that a run of cooperative subunits forces.
-constexpr std::array ForcedFields = {"StartAtEquilibrium", "NumRuns",     "NumIntervals",
-                                     "ReseedSimulation",   "AutoAnalyze", "ShowAllTraces"};
-
 void ShowLength() {
   ShowSweepLength();
   ShowTimeAxis();
 }
 
 void ShowForcedFields() {
-  for (const char* name : ForcedFields) ShowNumber(name, FieldNumber(ControlNamed(name).field));
+  for (const std::string_view name : FieldsForcedByMultiSubunit)
+    ShowNumber(name, FieldNumber(ControlNamed(name).field));
 }
 
 /// Restores the old value of a field after a commit that a run cannot use.
