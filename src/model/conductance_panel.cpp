@@ -21,9 +21,9 @@ void CloseConductance() {
 
 // clang-format off
 constexpr ControlDecl ConductanceControls[] = {
-    {"StateConductance[%d]", ControlKind::Number, "State %d", "pS", "%g", "FxnConductanceSet", AsAction<SetConductances>,
+    {"StateConductance[%d]", ControlKind::Number, "State %d", "pS", "%g", "FxnConductanceSet", Run<SetConductances>,
      "Single channel conductance of state %d (pS).", 1, MaxStates},
-    {"CloseConductances",    ControlKind::Button, "Close",    "",   "",   "CloseConductance",  AsAction<CloseConductance>,
+    {"CloseConductances",    ControlKind::Button, "Close",    "",   "",   "CloseConductance",  Run<CloseConductance>,
      "Keep the conductances and return to the model."},
 };
 // clang-format on

@@ -82,7 +82,7 @@ constexpr ControlDecl SettingControls[] = {
      "Code of the rate: 100 times its first state plus its second state."},
     {"DependRate",        ControlKind::Readout, "Rate", "", "", "", nullptr,
      "The rate on this panel: its first state and its second state."},
-    {"CloseDependence",   ControlKind::Button,  "Close", "", "", "FxnExitConc", AsAction<CloseDependencePanel>,
+    {"CloseDependence",   ControlKind::Button,  "Close", "", "", "FxnExitConc", Run<CloseDependencePanel>,
      "Return to Main Modelling Panel."},
 };
 // clang-format on

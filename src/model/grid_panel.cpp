@@ -93,18 +93,18 @@ constexpr ControlDecl FileNameControls[] = {
 };
 
 constexpr ControlDecl CommandControls[] = {
-    {"OpenConductance", ControlKind::Button, "Conductances...", "", "", "FxnConductance", AsAction<FxnConductance>,
+    {"OpenConductance", ControlKind::Button, "Conductances...", "", "", "FxnConductance", Run<FxnConductance>,
      "Single channel conductance (pS)."},
-    {"OpenStartState",  ControlKind::Button, "Start state...",  "", "", "FxnStartState",  AsAction<FxnStartState>,
+    {"OpenStartState",  ControlKind::Button, "Start state...",  "", "", "FxnStartState",  Run<FxnStartState>,
      "Set proportion of receptors in each state at start of simulation."},
-    {"ShowTableForm",   ControlKind::Button, "Table model",     "", "", "FxnTableModel",  AsAction<FxnTableModel>,
+    {"ShowTableForm",   ControlKind::Button, "Table model",     "", "", "FxnTableModel",  Run<FxnTableModel>,
      "Show the table and use it for runs. In the table any state can lead to any other."},
-    {"ShowGridForm",    ControlKind::Button, "Grid model",      "", "", "FxnMainModel",   AsAction<FxnMainModel>,
+    {"ShowGridForm",    ControlKind::Button, "Grid model",      "", "", "FxnMainModel",   Run<FxnMainModel>,
      "Show the grid and use it for runs."},
-    {"ClearGridForm",   ControlKind::Button, "Clear grid",      "", "", "FxnClear2DModel", AsAction<FxnClear2DModel>,
+    {"ClearGridForm",   ControlKind::Button, "Clear grid",      "", "", "FxnClear2DModel", Run<FxnClear2DModel>,
      "Clear the grid: rates, dependences, conductances, states, labels and title. The table does not "
      "change."},
-    {"ClearBothForms",  ControlKind::Button, "Clear all",       "", "", "FxnClearModel",  AsAction<FxnClearModel>,
+    {"ClearBothForms",  ControlKind::Button, "Clear all",       "", "", "FxnClearModel",  Run<FxnClearModel>,
      "Clear the grid and the table: rates, dependences, conductances, states, labels and title."},
 };
 // clang-format on

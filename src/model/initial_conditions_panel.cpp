@@ -33,9 +33,9 @@ constexpr ControlDecl OccupancyControls[] = {
     {"StartOccupancy[%d]", ControlKind::Number, "State %d", "", "%g", "FxnStartOccupancy%d", nullptr,
      "Proportion of channels in state %d at the start of a simulation.", 1, MaxStates},
     {"CloseStartOccupancy", ControlKind::Button, "Close", "", "", "CloseInitialConditions",
-     AsAction<CloseInitialConditions>, "Keep the proportions and return to the model."},
+     Run<CloseInitialConditions>, "Keep the proportions and return to the model."},
     {"ClearStartOccupancy", ControlKind::Button, "Clear", "", "", "ClearInitialConditions",
-     AsAction<ClearInitialConditions>, "Set the proportions of all states to 0."},
+     Run<ClearInitialConditions>, "Set the proportions of all states to 0."},
 };
 // clang-format on
 

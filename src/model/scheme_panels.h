@@ -16,12 +16,6 @@ void AddTableModelPanel();
 /// model_events.h.
 void FollowModelFile();
 
-/// Makes the action of a button from a menu command.
-template <void (*Command)()>
-void AsAction(const ControlEvent& /*event*/) {
-  Command();
-}
-
 // -- Commands of the menu and of a panel --
 void FxnMainModel();
 void FxnTableModel();

@@ -85,20 +85,20 @@ constexpr ControlDecl LabelControls[] = {
 };
 
 constexpr ControlDecl CommandControls[] = {
-    {"QuitTable",         ControlKind::Button, "Close",               "", "", "fxnquit",          AsAction<HideTable>,
+    {"QuitTable",         ControlKind::Button, "Close",               "", "", "fxnquit",          Run<HideTable>,
      "Hide the table. Runs still use the table."},
-    {"TableToMain",       ControlKind::Button, "Grid model",          "", "", "FxnMainModel",     AsAction<FxnMainModel>,
+    {"TableToMain",       ControlKind::Button, "Grid model",          "", "", "FxnMainModel",     Run<FxnMainModel>,
      "Show the grid and use it for runs."},
-    {"GetGraphModel",     ControlKind::Button, "Copy from grid",      "", "", "FxnGetGraphModel", AsAction<FxnGetGraphModel>,
+    {"GetGraphModel",     ControlKind::Button, "Copy from grid",      "", "", "FxnGetGraphModel", Run<FxnGetGraphModel>,
      "Copy rates, dependences and labels of the grid into the table."},
-    {"SetGraphModel",     ControlKind::Button, "Copy to grid",        "", "", "FxnSetGraphModel", AsAction<FxnSetGraphModel>,
+    {"SetGraphModel",     ControlKind::Button, "Copy to grid",        "", "", "FxnSetGraphModel", Run<FxnSetGraphModel>,
      "Copy rates, dependences and labels of the table into the grid. Rates between states that are not "
      "neighbours on the grid are not copied."},
-    {"ClearTable",        ControlKind::Button, "Clear table",         "", "", "FxnClearTModel",   AsAction<FxnClearTModel>,
+    {"ClearTable",        ControlKind::Button, "Clear table",         "", "", "FxnClearTModel",   Run<FxnClearTModel>,
      "Clear rates, dependences and labels of the table, and all conductances."},
-    {"TableConductance",  ControlKind::Button, "Conductances...",     "", "", "FxnConductance",   AsAction<FxnConductance>,
+    {"TableConductance",  ControlKind::Button, "Conductances...",     "", "", "FxnConductance",   Run<FxnConductance>,
      "Single channel conductance (pS)."},
-    {"TableStartState",   ControlKind::Button, "Start state...",      "", "", "FxnStartState",    AsAction<FxnStartState>,
+    {"TableStartState",   ControlKind::Button, "Start state...",      "", "", "FxnStartState",    Run<FxnStartState>,
      "Set proportion of receptors in each state at start of simulation."},
 };
 // clang-format on
