@@ -111,10 +111,14 @@ Selection SelectSamples(int episodeSamples, RecordingFacts& facts) {
   selection.span = episodeSamples;
   ParseSettings& parse = facts.parse;
   if (parse.result != 1) return selection;
+  // Those of a former read may have been set to any number since.
+  parse.skip = std::max(parse.skip, 1);
+  parse.count = std::clamp(parse.count, 1, MaxParseCount);
+  parse.start = std::clamp(parse.start, 0, episodeSamples);
   parse.interval = facts.intervalMs * static_cast<float>(parse.skip);
   facts.intervalMs = parse.interval;
   selection.skip = parse.skip;
-  selection.first = std::min(parse.start, episodeSamples);
+  selection.first = parse.start;
   const std::int64_t wanted = static_cast<std::int64_t>(parse.skip) * parse.count;
   selection.span = static_cast<int>(std::min<std::int64_t>(wanted, episodeSamples - selection.first));
   return selection;
