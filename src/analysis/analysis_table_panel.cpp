@@ -6,7 +6,6 @@
 #include "analysis/analysis_panel.h"
 #include "analysis/analysis_store.h"
 #include "analysis/analysis_views.h"
-#include "analysis/analyze.h"
 #include "analysis/results_files.h"
 #include "analysis/results_read.h"
 #include "analysis/results_table.h"

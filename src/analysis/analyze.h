@@ -1,7 +1,8 @@
 // The analysis of the response in the trace. These operations work on the stores; users know them by name.
 //
 //   One measure          MeasureBaseline  PeakSearch  MeasureIntegral  MeasureRise  MeasureDecay
-//   The whole sequence   AnalyzeTrace  ReanalyzeTrace  MeasureTrace
+//   The whole sequence   AnalyzeTrace  ReanalyzeTrace  MeasureTrace  MeasureAgain
+//   A new trace          ForgetMeasures  ConnectMeasures
 //   A series             BeginSeries  EndSeries
 //   Settings             StoredMeasureSettings
 //   What was measured    RecordedTrace  DataFilePath  DataFileName  DataEpisode

@@ -2,6 +2,7 @@
 //
 //   One after the other   BaselineOf  PeakOf  IntegralOf  RiseOf  DecayOf
 //   The whole sequence    MeasureResponse
+//   Levels                DecayLevel  LatencyLevel
 //
 // A trace has one sample per interval. Peaks and levels use the absolute deviation from the baseline, so
 // inward and outward currents need no switch. Sums are 32-bit floats in the order of the samples (the mean

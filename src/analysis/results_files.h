@@ -1,9 +1,9 @@
 // Files of the results: the table (*.tbl, CSV) and the measures file (*.res).
 //
-//   Names         SiblingFile
+//   Names         SiblingFile  WithExtension
 //   Measures      SaveAnalysis  AppendMeasures  MeasuresHeader  MeasuresRow
 //   Mean and variance   AppendMeanVariance
-//   Table         SaveResultsTable  TableText  TableCsv  ParseTable
+//   Table         SaveResultsTable  ExportTableCsv  FilledRows  TableText  TableCsv  ParseTable
 //   Reading       results_read.h
 //
 // Numbers have a full stop in every locale.

@@ -1,8 +1,6 @@
 #include "analysis/results_read.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <optional>
 
 #include "analysis/results_files.h"
 #include "analysis/results_table.h"
@@ -13,7 +11,6 @@
 #include "screen/popups.h"
 #include "trace/trace_events.h"
 #include "trace/trace_read.h"
-#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {

@@ -2,7 +2,7 @@
 //
 //   A row       ResultsRow  TableAddRow  RewriteRow
 //   The table   DeleteLastRow  ClearResultsTable
-//   Columns     ColumnTitle  ColumnBit
+//   Columns     ColumnTitle
 //
 // The rows are in `Analysis.Rows`, from 1. `Analysis.TableRow` is the next row to fill. The panel shows
 // these rows (analysis_panel.h).

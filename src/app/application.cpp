@@ -19,7 +19,6 @@
 #include "formats/recording_file.h"
 #include "model/model_file.h"
 #include "model/model_panels.h"
-#include "model/model_store.h"
 #include "platform/file_names.h"
 #include "platform/folders.h"
 #include "rscm/rs_correct.h"
@@ -34,10 +33,8 @@
 #include "stimulus/stimulus_file.h"
 #include "trace/filter_panel.h"
 #include "trace/program_random.h"
-#include "trace/trace_export.h"
 #include "trace/trace_panels.h"
 #include "trace/trace_read.h"
-#include "trace/trace_store.h"
 #include "trace/trace_write.h"
 #include "trace/transform_panel.h"
 

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QTimer>
 #include <clocale>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>

@@ -1,9 +1,7 @@
 #include "fit/wave_set.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <optional>
-#include <vector>
 
 #include "fit/fit_store.h"
 #include "fit/wave_list.h"

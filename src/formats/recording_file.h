@@ -2,7 +2,7 @@
 // questions, shows no messages and touches no store. Opens a file once and reads it block by block.
 //
 //   Opening    OpenRecordingFile  BeginsLikeRecording
-//   Account    RecordingFile::Account  SweepSamples  CompleteAccount
+//   Account    RecordingFile::Account  SweepSamples  CompleteAccount; HasInput
 //   Samples    RecordingFile::SetTextReading  Load  Read; ReadExtract
 #pragma once
 

@@ -1,6 +1,5 @@
 #include "kinetics/dwell_recorder.h"
 
-#include <cstddef>
 #include <limits>
 #include <span>
 

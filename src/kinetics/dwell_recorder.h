@@ -7,7 +7,6 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <span>
 
 #include "kinetics/scheme_tables.h"

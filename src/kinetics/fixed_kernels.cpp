@@ -1,7 +1,5 @@
 #include "kinetics/fixed_kernels.h"
 
-#include <limits>
-
 #include "kinetics/rate_terms.h"
 #include "platform/index.h"
 

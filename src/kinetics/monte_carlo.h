@@ -16,7 +16,6 @@
 #include <vector>
 
 #include "kinetics/dwell_recorder.h"
-#include "kinetics/fixed_step.h"
 #include "kinetics/occupancy_counts.h"
 #include "kinetics/state_exits.h"
 #include "numerics/random.h"

@@ -4,7 +4,9 @@
 // rates, the probabilities of the next states and the exponential of a point are constant. The program
 // calculates them when a channel first needs them, and keeps them for all later channels.
 //
-//   ConnectionsOf  ExitBook  PrepareExits  ForgetExits  ExitsAt  NextDrug
+//   A scheme     ConnectionsOf
+//   Its exits    ExitBook  PrepareExits  ForgetExits  ExitsAt  NextDrug
+//   For ExitsAt  CompileExits  LearnExits
 #pragma once
 
 #include <array>

@@ -1,7 +1,8 @@
 // The model file: everything a user can set, as lines of text.
 //
-//   Reading   ModelFileRead  OpenParameterFile
+//   Reading   ModelFileRead  ModelFileReadNamed  OpenParameterFile
 //   Writing   ModelFileWrite  SaveParameters
+//   Menu      AddModelFileMenu
 #pragma once
 
 #include <string>

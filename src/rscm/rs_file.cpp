@@ -5,10 +5,8 @@
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "formats/input_file.h"
 #include "model/model_store.h"

@@ -1,7 +1,6 @@
 #include "run/integrator.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 
 #include "kinetics/simulate.h"

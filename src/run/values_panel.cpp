@@ -2,11 +2,9 @@
 // run.
 #include <algorithm>
 #include <cstddef>
-#include <string>
 
 #include "model/model_store.h"
 #include "run/result_store.h"
-#include "run/run_panel.h"
 #include "run/run_panels.h"
 #include "run/saved_steps.h"
 #include "screen/screen.h"

@@ -4,8 +4,8 @@
 //                        SpanField
 //   Registration         RegisterSavedSettings  RegisterSettings  RegisterResults  RegisterWorkingFields
 //                        RegisterFields
-//   Finding one          FindField  FindFieldRun  RunElement  FieldElements
-//   Values               FieldNumber  SetFieldNumber  FieldText  SetFieldText  ParseNumber
+//   Finding one          FindField  FindFieldRun  RunElement  FieldElements  AllFields  ParseFieldName
+//   Values               FieldNumber  SetFieldNumber  NumberSuits  FieldText  SetFieldText  ParseNumber
 //
 // A name carries its indices in brackets: "KOn[5]", "TableRate[1][7]", "RateConstraint[3].value". In a
 // description every bracket is empty: "KOn[]", "RateConstraint[].value".

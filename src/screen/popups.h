@@ -2,7 +2,6 @@
 // Panels and controls are in screen.h, which only panel files use.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>

@@ -18,8 +18,6 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <limits>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>

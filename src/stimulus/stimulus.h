@@ -1,15 +1,13 @@
 // Builds and shows the stimulus profiles.
 //
 //   Panel          AddStimulusPanel  StimReadControls  StimPanelRefresh  StimPlot
-//   Building       StimRebuild  CreateStim  CreateExpStim  CreateExp  CreateTrain  EraseStim  FilterStim
+//   Building       StimRebuild  StimFollowInterval  CreateStim  CreateExpStim  CreateExp  CreateTrain  EraseStim  FilterStim
 //   Holding level  FillVoltage
 //   At a point     StimulusAt
 //   Files          stimulus_file.h
 //
 // Every creator first reads the panel (StimReadControls). A time is truncated to an index.
 #pragma once
-
-#include <string>
 
 #include "kinetics/rate_factor.h"
 #include "platform/outcome.h"

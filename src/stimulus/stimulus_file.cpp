@@ -13,7 +13,6 @@
 #include "formats/recording_file.h"
 #include "formats/row_blocks.h"
 #include "model/model_store.h"
-#include "platform/file_names.h"
 #include "platform/index.h"
 #include "platform/zero_pages.h"
 #include "screen/popups.h"

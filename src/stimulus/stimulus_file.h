@@ -1,6 +1,6 @@
 // Stimulus files: all seven profiles in a binary file (.stm), one of them in a column of text (.asc).
 //
-//   Commands       StimFileRead  StimFileWrite  StimAsciiImport  StimAsciiExport  StimFileReadInto
+//   Commands       OpenStimulusNamed  StimFileRead  StimFileWrite  StimAsciiImport  StimAsciiExport  StimFileReadInto
 //   Bare files     WriteStimProfiles  WriteStimColumn; readers in recording_file.h and stimulus_read.h
 //   Panel          AddStimulusFileControls
 //

@@ -1,7 +1,6 @@
 #include "trace/parse_rules.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 
 #include "model/model_store.h"

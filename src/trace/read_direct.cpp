@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
-#include <utility>
 
 #include "formats/abf/abf_direct.h"
 #include "model/model_store.h"

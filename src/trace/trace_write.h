@@ -1,7 +1,7 @@
 // Writes the trace to files, as text or as an Axon Binary File, once or after each run.
 //
 //   Whole files     TraceTextWrite  TraceAbfWrite  LegacyAbfWrite
-//   Run after run   AutosaveTrace  AutosaveTextWrite  AutosaveAbfWrite
+//   Run after run   ConnectAutosave  AutosaveTrace  AutosaveTextWrite  AutosaveAbfWrite
 //   Shared          RefusedByAutosave  RefuseSourceOfTrace  AbfTemplateBytes
 //
 // All write `Model.NumPoints` samples of `Trace.SimTrace`, one every `Model.ADInterval`. Each returns Done;

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <optional>
 
 #include "formats/abf/abf_layout.h"
 #include "platform/index.h"
