@@ -21,10 +21,12 @@ void CloseConductance() {
 
 // clang-format off
 constexpr ControlDecl ConductanceControls[] = {
-    {"StateConductance[%d]", ControlKind::Number, "State %d", "pS", "%g", "FxnConductanceSet", Run<SetConductances>,
-     "Single channel conductance of state %d (pS).", 1, MaxStates},
-    {"CloseConductances",    ControlKind::Button, "Close",    "",   "",   "CloseConductance",  Run<CloseConductance>,
-     "Keep the conductances and return to the model."},
+    {.name = "StateConductance[%d]", .kind = ControlKind::Number, .label = "State %d", .unit = "pS", .format = "%g",
+     .command = "FxnConductanceSet", .action = Run<SetConductances>,
+     .help = "Single channel conductance of state %d (pS).", .first = 1, .last = MaxStates},
+    {.name = "CloseConductances", .kind = ControlKind::Button, .label = "Close", .format = "",
+     .command = "CloseConductance", .action = Run<CloseConductance>,
+     .help = "Keep the conductances and return to the model."},
 };
 // clang-format on
 

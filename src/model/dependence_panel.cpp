@@ -61,29 +61,32 @@ void FxnVolt(const ControlEvent& /*event*/) {
 
 // clang-format off
 constexpr ControlDecl LabelControls[] = {
-    {"DrugLabel[%d]", ControlKind::Text, "Drug %d", "", "", "FxnDrugLabel%d", nullptr,
-     "Name of drug %d, up to 31 characters. All rates use the same name.", 1, MaxDrugs},
+    {.name = "DrugLabel[%d]", .kind = ControlKind::Text, .label = "Drug %d", .format = "",
+     .command = "FxnDrugLabel%d", .help = "Name of drug %d, up to 31 characters. All rates use the same name.",
+     .first = 1, .last = MaxDrugs},
 };
 
 constexpr ControlDecl SettingControls[] = {
-    {"DependDrug[%d]",    ControlKind::Switch,  "Drug %d", "M", "%g", "FxnDependDrug%d", nullptr,
-     "Multiply the rate by the concentration of drug %d.", 1, MaxDrugs, "off|on"},
-    {"DependVolt",        ControlKind::Choice,  "Voltage", "", "%g", "FxnDependVolt", nullptr,
-     "Multiply the rate by an exponential of the voltage.", 0, 0, "none|exponential|second switch, without effect"},
-    {"DependSteepness",   ControlKind::Number,  "Steepness", "e", "%g", "FxnVolt", FxnVolt,
-     "Constant to define voltage dependence."},
-    {"DependTemperature", ControlKind::Number,  "Temperature", "\u00b0C", "%g", "FxnVolt", FxnVolt,
-     "Constant to define voltage dependence."},
-    {"DependGrowth",      ControlKind::Readout, "", "", "Voltage    kv=k exp(%.5f Vh)", "", nullptr,
-     "Formula of the rate at voltage Vh (volts), with the coefficient of the voltage."},
-    {"DependEfold",       ControlKind::Readout, "", "", "Voltage    kv=k exp(Vh / %.5f)", "", nullptr,
-     "Formula of the rate at voltage Vh (volts), with the voltage that changes the rate e-fold."},
-    {"DependCode",        ControlKind::Readout, "Rate", "", "%.0f", "", nullptr,
-     "Code of the rate: 100 times its first state plus its second state."},
-    {"DependRate",        ControlKind::Readout, "Rate", "", "", "", nullptr,
-     "The rate on this panel: its first state and its second state."},
-    {"CloseDependence",   ControlKind::Button,  "Close", "", "", "FxnExitConc", Run<CloseDependencePanel>,
-     "Return to Main Modelling Panel."},
+    {.name = "DependDrug[%d]", .kind = ControlKind::Switch, .label = "Drug %d", .unit = "M", .format = "%g",
+     .command = "FxnDependDrug%d", .help = "Multiply the rate by the concentration of drug %d.", .first = 1,
+     .last = MaxDrugs, .choices = "off|on"},
+    {.name = "DependVolt", .kind = ControlKind::Choice, .label = "Voltage", .format = "%g",
+     .command = "FxnDependVolt", .help = "Multiply the rate by an exponential of the voltage.",
+     .choices = "none|exponential|second switch, without effect"},
+    {.name = "DependSteepness", .kind = ControlKind::Number, .label = "Steepness", .unit = "e", .format = "%g",
+     .command = "FxnVolt", .action = FxnVolt, .help = "Constant to define voltage dependence."},
+    {.name = "DependTemperature", .kind = ControlKind::Number, .label = "Temperature", .unit = "\u00b0C",
+     .format = "%g", .command = "FxnVolt", .action = FxnVolt, .help = "Constant to define voltage dependence."},
+    {.name = "DependGrowth", .kind = ControlKind::Readout, .format = "Voltage    kv=k exp(%.5f Vh)",
+     .help = "Formula of the rate at voltage Vh (volts), with the coefficient of the voltage."},
+    {.name = "DependEfold", .kind = ControlKind::Readout, .format = "Voltage    kv=k exp(Vh / %.5f)",
+     .help = "Formula of the rate at voltage Vh (volts), with the voltage that changes the rate e-fold."},
+    {.name = "DependCode", .kind = ControlKind::Readout, .label = "Rate", .format = "%.0f",
+     .help = "Code of the rate: 100 times its first state plus its second state."},
+    {.name = "DependRate", .kind = ControlKind::Readout, .label = "Rate", .format = "",
+     .help = "The rate on this panel: its first state and its second state."},
+    {.name = "CloseDependence", .kind = ControlKind::Button, .label = "Close", .format = "", .command = "FxnExitConc",
+     .action = Run<CloseDependencePanel>, .help = "Return to Main Modelling Panel."},
 };
 // clang-format on
 

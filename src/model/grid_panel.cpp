@@ -51,61 +51,69 @@ void FxnDependOff(const ControlEvent& event) {
 
 // clang-format off
 constexpr ControlDecl StateControls[] = {
-    {"StateOn[%d]", ControlKind::Switch, "State %d", "", "%g", "OnOff_State_%d", FxnStateOn,
-     "Make State %d available for occupancy", 1, MaxStates, "off|on"},
+    {.name = "StateOn[%d]", .kind = ControlKind::Switch, .label = "State %d", .format = "%g",
+     .command = "OnOff_State_%d", .action = FxnStateOn, .help = "Make State %d available for occupancy", .first = 1,
+     .last = MaxStates, .choices = "off|on"},
 };
 
 constexpr ControlDecl TextControls[] = {
-    {"ModelTitle",     ControlKind::Text, "Title",    "", "", "FxnModelTitle", nullptr,
-     "Title of the model, one line of up to 299 characters. It is saved with the model."},
-    {"StateLabel[%d]", ControlKind::Text, "Label %d", "", "", "FxnStateLabel%d", nullptr,
-     "Label of state %d, up to 19 characters.", 1, MaxStates},
+    {.name = "ModelTitle", .kind = ControlKind::Text, .label = "Title", .format = "", .command = "FxnModelTitle",
+     .help = "Title of the model, one line of up to 299 characters. It is saved with the model."},
+    {.name = "StateLabel[%d]", .kind = ControlKind::Text, .label = "Label %d", .format = "",
+     .command = "FxnStateLabel%d", .help = "Label of state %d, up to 19 characters.", .first = 1, .last = MaxStates},
 };
 
 constexpr ControlDecl RateControls[] = {
-    {"KOn[%d]",  ControlKind::Number, "K%d on",  "/s", "%g", "FxnK%don",  FxnRate,
-     "Forward rate constant in s-1 or M-1s-1",  1, MaxLinks},
-    {"KOff[%d]", ControlKind::Number, "K%d off", "/s", "%g", "FxnK%doff", FxnRate,
-     "Backward rate constant in s-1 or M-1s-1", 1, MaxLinks},
+    {.name = "KOn[%d]", .kind = ControlKind::Number, .label = "K%d on", .unit = "/s", .format = "%g",
+     .command = "FxnK%don", .action = FxnRate, .help = "Forward rate constant in s-1 or M-1s-1", .first = 1,
+     .last = MaxLinks},
+    {.name = "KOff[%d]", .kind = ControlKind::Number, .label = "K%d off", .unit = "/s", .format = "%g",
+     .command = "FxnK%doff", .action = FxnRate, .help = "Backward rate constant in s-1 or M-1s-1", .first = 1,
+     .last = MaxLinks},
 };
 
 constexpr ControlDecl LinkRowControls[] = {
-    {"DependOn[%d]",  ControlKind::Button,  "K%d on...",  "", "", "FxnDepend%dOn",  FxnDependOn,  DependHelp,
-     1, MaxLinks},
-    {"DependOff[%d]", ControlKind::Button,  "K%d off...", "", "", "FxnDepend%dOff", FxnDependOff, DependHelp,
-     1, MaxLinks},
-    {"Kd[%d]",        ControlKind::Readout, "Kd%d",       "", "Kd=%.1eM", "", nullptr,
-     "Dissociation constant of link K%d. It is shown when one of its rates depends on the stimulus.", 1, MaxLinks},
+    {.name = "DependOn[%d]", .kind = ControlKind::Button, .label = "K%d on...", .format = "",
+     .command = "FxnDepend%dOn", .action = FxnDependOn, .help = DependHelp, .first = 1, .last = MaxLinks},
+    {.name = "DependOff[%d]", .kind = ControlKind::Button, .label = "K%d off...", .format = "",
+     .command = "FxnDepend%dOff", .action = FxnDependOff, .help = DependHelp, .first = 1, .last = MaxLinks},
+    {.name = "Kd[%d]", .kind = ControlKind::Readout, .label = "Kd%d", .format = "Kd=%.1eM",
+     .help = "Dissociation constant of link K%d. It is shown when one of its rates depends on the stimulus.",
+     .first = 1, .last = MaxLinks},
 };
 
 constexpr ControlDecl ReadoutControls[] = {
-    {"GridConductance[%d]", ControlKind::Readout, "", "", "%.0fpS\n", "", nullptr,
-     "Conductance of state %d. It is shown when it is above 0.", 1, MaxStates},
-    {"ModelForm",   ControlKind::Readout, "Form",   "",   "",       "", nullptr,
-     "Form of the scheme for the next run: the grid (2D) or the table (3D)."},
-    {"SweepLength", ControlKind::Readout, "Length", "",   "%.3ems", "", nullptr,
-     "Length of the sweep: number of points times interval."},
+    {.name = "GridConductance[%d]", .kind = ControlKind::Readout, .format = "%.0fpS\n",
+     .help = "Conductance of state %d. It is shown when it is above 0.", .first = 1, .last = MaxStates},
+    {.name = "ModelForm", .kind = ControlKind::Readout, .label = "Form", .format = "",
+     .help = "Form of the scheme for the next run: the grid (2D) or the table (3D)."},
+    {.name = "SweepLength", .kind = ControlKind::Readout, .label = "Length", .format = "%.3ems",
+     .help = "Length of the sweep: number of points times interval."},
 };
 
 constexpr ControlDecl FileNameControls[] = {
-    {"ModelFileName", ControlKind::Readout, "Model", "", "", "FxnConfigFilename", nullptr,
-     "Name of configuration file currently loaded (blank if none loaded)."},
+    {.name = "ModelFileName", .kind = ControlKind::Readout, .label = "Model", .format = "",
+     .command = "FxnConfigFilename", .help = "Name of configuration file currently loaded (blank if none loaded)."},
 };
 
 constexpr ControlDecl CommandControls[] = {
-    {"OpenConductance", ControlKind::Button, "Conductances...", "", "", "FxnConductance", Run<FxnConductance>,
-     "Single channel conductance (pS)."},
-    {"OpenStartState",  ControlKind::Button, "Start state...",  "", "", "FxnStartState",  Run<FxnStartState>,
-     "Set proportion of receptors in each state at start of simulation."},
-    {"ShowTableForm",   ControlKind::Button, "Table model",     "", "", "FxnTableModel",  Run<FxnTableModel>,
-     "Show the table and use it for runs. In the table any state can lead to any other."},
-    {"ShowGridForm",    ControlKind::Button, "Grid model",      "", "", "FxnMainModel",   Run<FxnMainModel>,
-     "Show the grid and use it for runs."},
-    {"ClearGridForm",   ControlKind::Button, "Clear grid",      "", "", "FxnClear2DModel", Run<FxnClear2DModel>,
-     "Clear the grid: rates, dependences, conductances, states, labels and title. The table does not "
+    {.name = "OpenConductance", .kind = ControlKind::Button, .label = "Conductances...", .format = "",
+     .command = "FxnConductance", .action = Run<FxnConductance>, .help = "Single channel conductance (pS)."},
+    {.name = "OpenStartState", .kind = ControlKind::Button, .label = "Start state...", .format = "",
+     .command = "FxnStartState", .action = Run<FxnStartState>,
+     .help = "Set proportion of receptors in each state at start of simulation."},
+    {.name = "ShowTableForm", .kind = ControlKind::Button, .label = "Table model", .format = "",
+     .command = "FxnTableModel", .action = Run<FxnTableModel>,
+     .help = "Show the table and use it for runs. In the table any state can lead to any other."},
+    {.name = "ShowGridForm", .kind = ControlKind::Button, .label = "Grid model", .format = "",
+     .command = "FxnMainModel", .action = Run<FxnMainModel>, .help = "Show the grid and use it for runs."},
+    {.name = "ClearGridForm", .kind = ControlKind::Button, .label = "Clear grid", .format = "",
+     .command = "FxnClear2DModel", .action = Run<FxnClear2DModel>,
+     .help = "Clear the grid: rates, dependences, conductances, states, labels and title. The table does not "
      "change."},
-    {"ClearBothForms",  ControlKind::Button, "Clear all",       "", "", "FxnClearModel",  Run<FxnClearModel>,
-     "Clear the grid and the table: rates, dependences, conductances, states, labels and title."},
+    {.name = "ClearBothForms", .kind = ControlKind::Button, .label = "Clear all", .format = "",
+     .command = "FxnClearModel", .action = Run<FxnClearModel>,
+     .help = "Clear the grid and the table: rates, dependences, conductances, states, labels and title."},
 };
 // clang-format on
 

@@ -30,12 +30,15 @@ void ClearInitialConditions() {
 
 // clang-format off
 constexpr ControlDecl OccupancyControls[] = {
-    {"StartOccupancy[%d]", ControlKind::Number, "State %d", "", "%g", "FxnStartOccupancy%d", nullptr,
-     "Proportion of channels in state %d at the start of a simulation.", 1, MaxStates},
-    {"CloseStartOccupancy", ControlKind::Button, "Close", "", "", "CloseInitialConditions",
-     Run<CloseInitialConditions>, "Keep the proportions and return to the model."},
-    {"ClearStartOccupancy", ControlKind::Button, "Clear", "", "", "ClearInitialConditions",
-     Run<ClearInitialConditions>, "Set the proportions of all states to 0."},
+    {.name = "StartOccupancy[%d]", .kind = ControlKind::Number, .label = "State %d", .format = "%g",
+     .command = "FxnStartOccupancy%d", .help = "Proportion of channels in state %d at the start of a simulation.",
+     .first = 1, .last = MaxStates},
+    {.name = "CloseStartOccupancy", .kind = ControlKind::Button, .label = "Close", .format = "",
+     .command = "CloseInitialConditions", .action = Run<CloseInitialConditions>,
+     .help = "Keep the proportions and return to the model."},
+    {.name = "ClearStartOccupancy", .kind = ControlKind::Button, .label = "Clear", .format = "",
+     .command = "ClearInitialConditions", .action = Run<ClearInitialConditions>,
+     .help = "Set the proportions of all states to 0."},
 };
 // clang-format on
 

@@ -80,26 +80,31 @@ void DimTablePanel() {
 
 // clang-format off
 constexpr ControlDecl LabelControls[] = {
-    {"TableStateLabel[%d]", ControlKind::Text, "State %d", "", "", "FxnTableStateLabel%d", nullptr,
-     "Label of state %d of the table, up to 19 characters.", 1, MaxStates},
+    {.name = "TableStateLabel[%d]", .kind = ControlKind::Text, .label = "State %d", .format = "",
+     .command = "FxnTableStateLabel%d", .help = "Label of state %d of the table, up to 19 characters.", .first = 1,
+     .last = MaxStates},
 };
 
 constexpr ControlDecl CommandControls[] = {
-    {"QuitTable",         ControlKind::Button, "Close",               "", "", "fxnquit",          Run<HideTable>,
-     "Hide the table. Runs still use the table."},
-    {"TableToMain",       ControlKind::Button, "Grid model",          "", "", "FxnMainModel",     Run<FxnMainModel>,
-     "Show the grid and use it for runs."},
-    {"GetGraphModel",     ControlKind::Button, "Copy from grid",      "", "", "FxnGetGraphModel", Run<FxnGetGraphModel>,
-     "Copy rates, dependences and labels of the grid into the table."},
-    {"SetGraphModel",     ControlKind::Button, "Copy to grid",        "", "", "FxnSetGraphModel", Run<FxnSetGraphModel>,
-     "Copy rates, dependences and labels of the table into the grid. Rates between states that are not "
+    {.name = "QuitTable", .kind = ControlKind::Button, .label = "Close", .format = "", .command = "fxnquit",
+     .action = Run<HideTable>, .help = "Hide the table. Runs still use the table."},
+    {.name = "TableToMain", .kind = ControlKind::Button, .label = "Grid model", .format = "",
+     .command = "FxnMainModel", .action = Run<FxnMainModel>, .help = "Show the grid and use it for runs."},
+    {.name = "GetGraphModel", .kind = ControlKind::Button, .label = "Copy from grid", .format = "",
+     .command = "FxnGetGraphModel", .action = Run<FxnGetGraphModel>,
+     .help = "Copy rates, dependences and labels of the grid into the table."},
+    {.name = "SetGraphModel", .kind = ControlKind::Button, .label = "Copy to grid", .format = "",
+     .command = "FxnSetGraphModel", .action = Run<FxnSetGraphModel>,
+     .help = "Copy rates, dependences and labels of the table into the grid. Rates between states that are not "
      "neighbours on the grid are not copied."},
-    {"ClearTable",        ControlKind::Button, "Clear table",         "", "", "FxnClearTModel",   Run<FxnClearTModel>,
-     "Clear rates, dependences and labels of the table, and all conductances."},
-    {"TableConductance",  ControlKind::Button, "Conductances...",     "", "", "FxnConductance",   Run<FxnConductance>,
-     "Single channel conductance (pS)."},
-    {"TableStartState",   ControlKind::Button, "Start state...",      "", "", "FxnStartState",    Run<FxnStartState>,
-     "Set proportion of receptors in each state at start of simulation."},
+    {.name = "ClearTable", .kind = ControlKind::Button, .label = "Clear table", .format = "",
+     .command = "FxnClearTModel", .action = Run<FxnClearTModel>,
+     .help = "Clear rates, dependences and labels of the table, and all conductances."},
+    {.name = "TableConductance", .kind = ControlKind::Button, .label = "Conductances...", .format = "",
+     .command = "FxnConductance", .action = Run<FxnConductance>, .help = "Single channel conductance (pS)."},
+    {.name = "TableStartState", .kind = ControlKind::Button, .label = "Start state...", .format = "",
+     .command = "FxnStartState", .action = Run<FxnStartState>,
+     .help = "Set proportion of receptors in each state at start of simulation."},
 };
 // clang-format on
 

@@ -92,23 +92,25 @@ constexpr auto Readout = ControlKind::Readout;
 
 // clang-format off
 constexpr ControlDecl MainControls[] = {
-    // name              kind     label                      unit  format command              action
-    {"QMatrix",          Button,  "Q matrix",                "",   "",    "FxnQMatrix",        FxnQMatrix,
-     "Solve the Q matrix for all eigen vectors in the absence of any stimulation\nin order to calculate the various "
+    {.name = "QMatrix", .kind = Button, .label = "Q matrix", .format = "", .command = "FxnQMatrix",
+     .action = FxnQMatrix,
+     .help = "Solve the Q matrix for all eigen vectors in the absence of any stimulation\nin order to calculate the various "
      "tau relaxation values."},
 };
 
 constexpr ControlDecl QMatrixControls[] = {
-    {"QMatrixTime",      Number,  "Time",                    "ms", "%g",  "FxnQMatrixTime",    nullptr,
-     "Time in the stimulus for the rates of the matrix."},
-    {"QMatrixPoint",     Readout, "Point",                   "",   "",    "",                  nullptr,
-     "Point of the stimulus for the rates of the matrix."},
-    {"RecalculateQ",     Button,  "Recalculate",             "",   "",    "FxnRecalculateQ",   FxnRecalculateQ,
-     "Recalculate equilibrium probabilities determined from q-matrix using the time entered into panel."},
-    {"InsertInitProb",   Button,  "Use as start",            "",   "",    "FxnInsertInitProb", FxnInsertInitProb,
-     "Use equilibrium probabilities determined from q-matrix as starting conditions."},
-    {"QuitQ",            Button,  "Close",                   "",   "",    "FxnQuitQ",          FxnQuitQ,
-     "Close the panel."},
+    {.name = "QMatrixTime", .kind = Number, .label = "Time", .unit = "ms", .format = "%g",
+     .command = "FxnQMatrixTime", .help = "Time in the stimulus for the rates of the matrix."},
+    {.name = "QMatrixPoint", .kind = Readout, .label = "Point", .format = "",
+     .help = "Point of the stimulus for the rates of the matrix."},
+    {.name = "RecalculateQ", .kind = Button, .label = "Recalculate", .format = "", .command = "FxnRecalculateQ",
+     .action = FxnRecalculateQ,
+     .help = "Recalculate equilibrium probabilities determined from q-matrix using the time entered into panel."},
+    {.name = "InsertInitProb", .kind = Button, .label = "Use as start", .format = "", .command = "FxnInsertInitProb",
+     .action = FxnInsertInitProb,
+     .help = "Use equilibrium probabilities determined from q-matrix as starting conditions."},
+    {.name = "QuitQ", .kind = Button, .label = "Close", .format = "", .command = "FxnQuitQ", .action = FxnQuitQ,
+     .help = "Close the panel."},
 };
 
 constexpr MenuDecl QMatrixMenu[] = {{"Model/Q Matrix...", "FxnQMatrix", SolveAtRest, "Ctrl+M"}};

@@ -16,17 +16,16 @@ constexpr char StatisticsGroup[] = "statistics";
 
 // clang-format off
 constexpr ControlDecl StatisticsControls[] = {
-    // name               kind                  label                    unit  format  command  action
-    {"OpenStateExits",    ControlKind::Readout, "Exits of open state",   "",   "%d",   "",      nullptr,
-     "Number of times that the channels left the open state in the last run."},
-    {"MonitoredChannels", ControlKind::Readout, "Channels that opened",  "",   "%d",   "",      nullptr,
-     "Number of sweeps of channels in the last run that reached a monitored state."},
-    {"OpenTimesText",     ControlKind::Readout, "Open times",            "",   "",     "",      nullptr,
-     "Number and mean of the open times of the last simulation."},
-    {"ClosedTimesText",   ControlKind::Readout, "Closed times",          "",   "",     "",      nullptr,
-     "Number and mean of the closed times between openings of the last simulation."},
-    {"LatenciesText",     ControlKind::Readout, "Latencies",             "",   "",     "",      nullptr,
-     "Number and mean of the times to the first opening of a sweep in the last simulation."},
+    {.name = "OpenStateExits", .kind = ControlKind::Readout, .label = "Exits of open state", .format = "%d",
+     .help = "Number of times that the channels left the open state in the last run."},
+    {.name = "MonitoredChannels", .kind = ControlKind::Readout, .label = "Channels that opened", .format = "%d",
+     .help = "Number of sweeps of channels in the last run that reached a monitored state."},
+    {.name = "OpenTimesText", .kind = ControlKind::Readout, .label = "Open times", .format = "",
+     .help = "Number and mean of the open times of the last simulation."},
+    {.name = "ClosedTimesText", .kind = ControlKind::Readout, .label = "Closed times", .format = "",
+     .help = "Number and mean of the closed times between openings of the last simulation."},
+    {.name = "LatenciesText", .kind = ControlKind::Readout, .label = "Latencies", .format = "",
+     .help = "Number and mean of the times to the first opening of a sweep in the last simulation."},
 };
 // clang-format on
 

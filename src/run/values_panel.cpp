@@ -72,10 +72,10 @@ void FxnValuesTable() {
 
 // clang-format off
 constexpr ControlDecl ValuesControls[] = {
-    {"FillTable",  ControlKind::Button, "Fill table", "", "", "FxnFillTable",  FxnFillTable,
-     "Fill table to right with values (this may take a few minutes)."},
-    {"ValuesDone", ControlKind::Button, "Done",       "", "", "FxnValuesDone", FxnValuesDone,
-     "Close the table of values."},
+    {.name = "FillTable", .kind = ControlKind::Button, .label = "Fill table", .format = "", .command = "FxnFillTable",
+     .action = FxnFillTable, .help = "Fill table to right with values (this may take a few minutes)."},
+    {.name = "ValuesDone", .kind = ControlKind::Button, .label = "Done", .format = "", .command = "FxnValuesDone",
+     .action = FxnValuesDone, .help = "Close the table of values."},
 };
 
 constexpr MenuDecl ValuesMenu[] = {{"Run/Table of Values...", "FxnValuesTable", FxnValuesTable}};

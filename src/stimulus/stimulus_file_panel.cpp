@@ -95,25 +95,28 @@ constexpr ControlKind Readout = ControlKind::Readout;
 
 // clang-format off
 constexpr ControlDecl FileControls[] = {
-    {"StimFile",       Readout, "Stimulus file",      "", "",   "",               nullptr,
-     "Name of the last stimulus file that was read."},
-    {"ExportPoints",   Number,  "Samples to export",  "", "%d", "FxnExportPoints", FxnExportPoints,
-     "Number of samples to write from each profile."},
-    {"LoadStim",       Button,  "Load...",            "", "",   "LoadStim",       LoadStim,
-     "Read all seven profiles, voltage and Drug1 to Drug6, from a binary stimulus file."},
-    {"ButtonSaveStim", Button,  "Save...",            "", "",   "ButtonSaveStim", ButtonSaveStim,
-     "Save all seven profiles to a binary stimulus file."},
-    {"ImportStim",     Button,  "Import column...",   "", "",   "ImportStim",     ImportStim,
-     "Read the stimulus shown from a text file. The first line is the interval in ms. Each further line "
+    {.name = "StimFile", .kind = Readout, .label = "Stimulus file", .format = "",
+     .help = "Name of the last stimulus file that was read."},
+    {.name = "ExportPoints", .kind = Number, .label = "Samples to export", .format = "%d",
+     .command = "FxnExportPoints", .action = FxnExportPoints,
+     .help = "Number of samples to write from each profile."},
+    {.name = "LoadStim", .kind = Button, .label = "Load...", .format = "", .command = "LoadStim", .action = LoadStim,
+     .help = "Read all seven profiles, voltage and Drug1 to Drug6, from a binary stimulus file."},
+    {.name = "ButtonSaveStim", .kind = Button, .label = "Save...", .format = "", .command = "ButtonSaveStim",
+     .action = ButtonSaveStim, .help = "Save all seven profiles to a binary stimulus file."},
+    {.name = "ImportStim", .kind = Button, .label = "Import column...", .format = "", .command = "ImportStim",
+     .action = ImportStim,
+     .help = "Read the stimulus shown from a text file. The first line is the interval in ms. Each further line "
      "is one value."},
-    {"ExportStim",     Button,  "Export column...",   "", "",   "ExportStim",     ExportStim,
-     "Write the stimulus shown to a text file. The first line is the interval in ms. Each further line is "
+    {.name = "ExportStim", .kind = Button, .label = "Export column...", .format = "", .command = "ExportStim",
+     .action = ExportStim,
+     .help = "Write the stimulus shown to a text file. The first line is the interval in ms. Each further line is "
      "one value."},
 };
 
 constexpr ControlDecl MainPanelReadout[] = {
-    {"MainStimFile",   Readout, "Stimulus file",      "", "",   "",               nullptr,
-     "Name of the last stimulus file that was read."},
+    {.name = "MainStimFile", .kind = Readout, .label = "Stimulus file", .format = "",
+     .help = "Name of the last stimulus file that was read."},
 };
 
 constexpr MenuDecl StimulusFileMenu[] = {

@@ -35,13 +35,17 @@ constexpr char TypeInterval[] = "Enter the time between samples and a factor tha
 
 // clang-format off
 constexpr ControlDecl ChoiceControls[] = {
-    {ChannelName, ControlKind::Number, "Channel", "", "%.0f", "", nullptr, "Number of the channel to read."},
-    {SignalName,  ControlKind::Number, "Signal",  "", "%.0f", "", nullptr, "Number of the signal to read, from 1."},
+    {.name = ChannelName, .kind = ControlKind::Number, .label = "Channel", .format = "%.0f",
+     .help = "Number of the channel to read."},
+    {.name = SignalName, .kind = ControlKind::Number, .label = "Signal", .format = "%.0f",
+     .help = "Number of the signal to read, from 1."},
 };
 
 constexpr ControlDecl IntervalControls[] = {
-    {"ADInterval",  ControlKind::Number, "Interval", "ms", "%g", "", nullptr, "Time between samples (in ms)."},
-    {"ScaleFactor", ControlKind::Number, "Factor",   "",   "%g", "", nullptr, "Factor that multiplies every sample."},
+    {.name = "ADInterval", .kind = ControlKind::Number, .label = "Interval", .unit = "ms", .format = "%g",
+     .help = "Time between samples (in ms)."},
+    {.name = "ScaleFactor", .kind = ControlKind::Number, .label = "Factor", .format = "%g",
+     .help = "Factor that multiplies every sample."},
 };
 // clang-format on
 

@@ -17,8 +17,8 @@ void FnxCloseFileInfo(const ControlEvent& /*event*/) {
 
 // clang-format off
 constexpr ControlDecl InfoControls[] = {
-    {"CloseFileInfo", ControlKind::Button, "Close", "", "", "FnxCloseFileInfo", FnxCloseFileInfo,
-     "Close File Information Panel"},
+    {.name = "CloseFileInfo", .kind = ControlKind::Button, .label = "Close", .format = "",
+     .command = "FnxCloseFileInfo", .action = FnxCloseFileInfo, .help = "Close File Information Panel"},
 };
 // clang-format on
 

@@ -81,42 +81,45 @@ constexpr bool Acts = true;  // although the read that opened the panel still ru
 
 // clang-format off
 constexpr ControlDecl ParseControls[] = {
-    // name             kind     label                unit   format   command           action
-    {"ParseStart",      Number,  "Start at sample",   "",    "%d",   "FxnReadAt",      FxnReadAt,
-     "First sample to read, from 0.", 0, 0, "", 0, Acts},
-    {"ParseStartTime",  Number,  "Start at",          "ms",  "%g",   "FxnReadATTime",  FxnReadATTime,
-     "Time of the first sample to read (in ms).", 0, 0, "", 0, Acts},
-    {"ParseCount",      Number,  "Samples to keep",   "",    "%d",   "FxnNumPtsRead",  FxnNumPtsRead,
-     "Number of samples to keep, at most 5,000,000.", 0, 0, "", 0, Acts},
-    {"ParseDuration",   Number,  "Duration",          "ms",  "%g",   "FxnReadTime",    FxnReadTime,
-     "Length of the samples to keep (in ms).", 0, 0, "", 0, Acts},
-    {"ParseSkip",       Number,  "Keep every n-th",   "",    "%d",   "FxnParseRead",   FxnParseRead,
-     "Keep every n-th sample.", 0, 0, "", 0, Acts},
-    {"ParseMaxPoints",  Switch,  "As many as fit",    "",    "%d",   "FxnMaxPtsRead",  FxnMaxPtsRead,
-     "Always try to read 5,000,000 samples.", 0, 0, "off|on", 0, Acts},
-    {"ParseInterval",   Readout, "Interval kept",     "ms",  "%g",   "", nullptr,
-     "Time between kept samples (in ms)."},
-    {"ADInterval",      Readout, "Interval of file",  "ms",  "%g",   "", nullptr,
-     "Time between the samples of the file (in ms)."},
+    {.name = "ParseStart", .kind = Number, .label = "Start at sample", .format = "%d", .command = "FxnReadAt",
+     .action = FxnReadAt, .help = "First sample to read, from 0.", .whileBusy = Acts},
+    {.name = "ParseStartTime", .kind = Number, .label = "Start at", .unit = "ms", .format = "%g",
+     .command = "FxnReadATTime", .action = FxnReadATTime, .help = "Time of the first sample to read (in ms).",
+     .whileBusy = Acts},
+    {.name = "ParseCount", .kind = Number, .label = "Samples to keep", .format = "%d", .command = "FxnNumPtsRead",
+     .action = FxnNumPtsRead, .help = "Number of samples to keep, at most 5,000,000.", .whileBusy = Acts},
+    {.name = "ParseDuration", .kind = Number, .label = "Duration", .unit = "ms", .format = "%g",
+     .command = "FxnReadTime", .action = FxnReadTime, .help = "Length of the samples to keep (in ms).",
+     .whileBusy = Acts},
+    {.name = "ParseSkip", .kind = Number, .label = "Keep every n-th", .format = "%d", .command = "FxnParseRead",
+     .action = FxnParseRead, .help = "Keep every n-th sample.", .whileBusy = Acts},
+    {.name = "ParseMaxPoints", .kind = Switch, .label = "As many as fit", .format = "%d", .command = "FxnMaxPtsRead",
+     .action = FxnMaxPtsRead, .help = "Always try to read 5,000,000 samples.", .choices = "off|on",
+     .whileBusy = Acts},
+    {.name = "ParseInterval", .kind = Readout, .label = "Interval kept", .unit = "ms", .format = "%g",
+     .help = "Time between kept samples (in ms)."},
+    {.name = "ADInterval", .kind = Readout, .label = "Interval of file", .unit = "ms", .format = "%g",
+     .help = "Time between the samples of the file (in ms)."},
 };
 
 constexpr ControlDecl FileControls[] = {
-    {"ParseFileName",    Readout, "File",              "",    "",     "", nullptr, "Name of the file."},
-    {"ParseFileSamples", Readout, "Samples in file",   "",    "%.0f", "", nullptr,
-     "Samples of the channel in the file."},
-    {"ParseFileMs",      Readout, "Length of file",    "ms",  "%g",   "", nullptr, "Length of the file (in ms)."},
-    {"ParseFileMinutes", Readout, "In minutes",        "min", "%g",   "", nullptr,
-     "Length of the file (in minutes)."},
-    {"ParseMaximum",     Readout, "Samples at most",   "",    "%.0f", "", nullptr,
-     "Samples that the trace can hold."},
+    {.name = "ParseFileName", .kind = Readout, .label = "File", .format = "", .help = "Name of the file."},
+    {.name = "ParseFileSamples", .kind = Readout, .label = "Samples in file", .format = "%.0f",
+     .help = "Samples of the channel in the file."},
+    {.name = "ParseFileMs", .kind = Readout, .label = "Length of file", .unit = "ms", .format = "%g",
+     .help = "Length of the file (in ms)."},
+    {.name = "ParseFileMinutes", .kind = Readout, .label = "In minutes", .unit = "min", .format = "%g",
+     .help = "Length of the file (in minutes)."},
+    {.name = "ParseMaximum", .kind = Readout, .label = "Samples at most", .format = "%.0f",
+     .help = "Samples that the trace can hold."},
 };
 
 /// In a window the dialog's own buttons do the same.
 constexpr ControlDecl EndControls[] = {
-    {"OKParse",     Button, "OK",     "", "", "FxnOKParse",     FxnOKParse,
-     "Read the chosen samples.", 0, 0, "", 0, Acts},
-    {"CancelParse", Button, "Cancel", "", "", "FxnCancelParse", FxnCancelParse,
-     "Read nothing.", 0, 0, "", 0, Acts},
+    {.name = "OKParse", .kind = Button, .label = "OK", .format = "", .command = "FxnOKParse", .action = FxnOKParse,
+     .help = "Read the chosen samples.", .whileBusy = Acts},
+    {.name = "CancelParse", .kind = Button, .label = "Cancel", .format = "", .command = "FxnCancelParse",
+     .action = FxnCancelParse, .help = "Read nothing.", .whileBusy = Acts},
 };
 // clang-format on
 

@@ -129,17 +129,17 @@ constexpr auto Readout = ControlKind::Readout;
 
 // clang-format off
 constexpr ControlDecl RecordingControls[] = {
-    // name          kind     label          unit format command          action
-    {"ReadFile",     Button,  "Read...",     "",  "",   "FxnRead",        FxnRead,
-     "Read Binary or Ascii file."},
-    {"EpisodeIndex", Number,  "Episode",     "",  "%d", "FxnSectionRead", FxnSectionRead,
-     "Number of the episode on display. Enter another number to read that episode."},
-    {"EpisodeCount", Readout, "Episodes",    "",  "%d", "",               nullptr,
-     "Number of episodes in the recording."},
-    {"LastSection",  Button,  "Last episode", "", "",   "FxnLastSection", FxnLastSection,
-     "Read the previous episode. From the first episode it goes to the last."},
-    {"NextSection",  Button,  "Next episode", "", "",   "FxnNextSection", FxnNextSection,
-     "Read the next episode. From the last episode it goes to the first."},
+    {.name = "ReadFile", .kind = Button, .label = "Read...", .format = "", .command = "FxnRead", .action = FxnRead,
+     .help = "Read Binary or Ascii file."},
+    {.name = "EpisodeIndex", .kind = Number, .label = "Episode", .format = "%d", .command = "FxnSectionRead",
+     .action = FxnSectionRead,
+     .help = "Number of the episode on display. Enter another number to read that episode."},
+    {.name = "EpisodeCount", .kind = Readout, .label = "Episodes", .format = "%d",
+     .help = "Number of episodes in the recording."},
+    {.name = "LastSection", .kind = Button, .label = "Last episode", .format = "", .command = "FxnLastSection",
+     .action = FxnLastSection, .help = "Read the previous episode. From the first episode it goes to the last."},
+    {.name = "NextSection", .kind = Button, .label = "Next episode", .format = "", .command = "FxnNextSection",
+     .action = FxnNextSection, .help = "Read the next episode. From the last episode it goes to the first."},
 };
 
 constexpr MenuDecl RecordingMenu[] = {

@@ -59,13 +59,14 @@ void FxnASCIIABF(const ControlEvent&) {
 
 // clang-format off
 constexpr ControlDecl AutosaveControls[] = {
-    {"Autosave",         ControlKind::Switch,  "Autosave",       "", "%d", "FxnAutosave", FxnAutosave,
-     "Append the trace of each run to a file.", 0, 0, "off|on"},
-    {"AutosaveFormat",   ControlKind::Switch,  "Autosave as",    "", "%d", "FxnASCIIABF", FxnASCIIABF,
-     "Format of the autosave file: a column of text, or an Axon Binary File with one episode per run.", 0, 0,
-     "ASCII|ABF"},
-    {"AutosaveFileName", ControlKind::Readout, "Autosave file",  "", "",   "",            nullptr,
-     "File to which the runs are appended."},
+    {.name = "Autosave", .kind = ControlKind::Switch, .label = "Autosave", .format = "%d", .command = "FxnAutosave",
+     .action = FxnAutosave, .help = "Append the trace of each run to a file.", .choices = "off|on"},
+    {.name = "AutosaveFormat", .kind = ControlKind::Switch, .label = "Autosave as", .format = "%d",
+     .command = "FxnASCIIABF", .action = FxnASCIIABF,
+     .help = "Format of the autosave file: a column of text, or an Axon Binary File with one episode per run.",
+     .choices = "ASCII|ABF"},
+    {.name = "AutosaveFileName", .kind = ControlKind::Readout, .label = "Autosave file", .format = "",
+     .help = "File to which the runs are appended."},
 };
 
 constexpr MenuDecl TraceWriteMenu[] = {
