@@ -26,8 +26,7 @@ constexpr char ResultsGroup[] = "results";
 
 constexpr char PanelHelp[] =
     "Measure the response in the trace: baseline, peak, rise, decay, latencies and area, for one sweep or "
-    "for "
-    "all sweeps of a recording.";
+    "for all sweeps of a recording.";
 constexpr char WaveformFitQuestion[] =
     "Do you want to re-initiate waveform fitting?\nIf not, AnalysisMode and FitLimits to analyze peak, rise "
     "time, decay times etc.";

@@ -46,7 +46,7 @@ void SetMeasures(AnalysisRow& row, const ResponseMeasures& m) {
 }
 
 /// Puts the fit into its columns; without a fit they hold 0 and show nothing.
-void PutFit(AnalysisRow& row) {
+void StoreFit(AnalysisRow& row) {
   const bool ran = Analysis.FitRan != 0;
   const bool two = ran && Parameters.FitMode == FitTwoDecays;
   SetValue(row, 8, static_cast<float>(AnalysisFit.FitAmp1), ran);
@@ -73,7 +73,7 @@ AnalysisRow ResultsRow(const ResponseMeasures& measures, const std::string& file
   row.episode = episode;
   row.filled = true;
   SetMeasures(row, measures);
-  PutFit(row);
+  StoreFit(row);
   return row;
 }
 

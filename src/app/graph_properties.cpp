@@ -172,14 +172,14 @@ void FxnPropertiesOk(const ControlEvent&) {
   if (graph->axisChanged != nullptr) graph->axisChanged(*graph);
 }
 
-void PutBack() {
+void CancelChanges() {
   HidePanel(PropertiesPanel);
   for (const KeptValue& kept : Kept()) ShowNumber(kept.name, kept.number);
   DimProperties();
 }
 
 void FxnPropertiesCancel(const ControlEvent&) {
-  PutBack();
+  CancelChanges();
 }
 
 // clang-format off
@@ -231,7 +231,7 @@ void AddGraphPropertiesPanel() {
   AddPanel({.name = PropertiesPanel,
             .title = "Graph properties",
             .dim = DimProperties,
-            .close = PutBack,
+            .close = CancelChanges,
             .help = "Limits and scaling of the axes of the graph in front."});
   AddControls(PropertiesPanel, "span", SpanControls);
   AddControls(PropertiesPanel, "view", ViewControls);

@@ -47,7 +47,7 @@ std::optional<std::string> ReadBytesAsking(std::string& path) {
 }
 
 /// Reads the model from a file's bytes. The model gets the name of the file only together with its contents.
-Outcome TakeModel(const std::optional<std::string>& bytes, const std::string& path) {
+Outcome ReadModel(const std::optional<std::string>& bytes, const std::string& path) {
   if (!bytes || !ReadModelText(*bytes)) return Outcome::Refused;
   Model.ModelFileName = path;
   Outcome outcome = Outcome::Done;
@@ -57,7 +57,7 @@ Outcome TakeModel(const std::optional<std::string>& bytes, const std::string& pa
 
 Outcome ReadAsking(std::string path) {
   const auto bytes = ReadBytesAsking(path);
-  return TakeModel(bytes, path);
+  return ReadModel(bytes, path);
 }
 
 Outcome WriteTo(const std::string& path) {
@@ -78,7 +78,7 @@ Outcome ModelFileRead() {
 }
 
 Outcome ModelFileReadNamed(const std::string& path) {
-  return TakeModel(ReadBytes(path, MaxModelBytes), path);
+  return ReadModel(ReadBytes(path, MaxModelBytes), path);
 }
 
 Outcome ModelFileWrite() {

@@ -107,7 +107,7 @@ struct Reader final : ModelFileVisitor {
 };
 
 /// Returns the format in the first word of a text, or 0. Removes the line with this word.
-int TakeMagic(std::string_view& rest) {
+int ReadMagic(std::string_view& rest) {
   const std::string_view word = FirstWord(rest, MagicWordBytes);
   const auto found = std::find(Magics.begin(), Magics.end(), word.substr(0, MagicBytes));
   if (found == Magics.end()) return 0;
@@ -199,7 +199,7 @@ struct Writer final : ModelFileVisitor {
 bool ReadModelText(std::string_view text) {
   Reader reader;
   reader.rest = text;
-  const int version = TakeMagic(reader.rest);
+  const int version = ReadMagic(reader.rest);
   if (version == 0) return false;
   WalkModelFile(version, reader);
   UpdateTableStates();

@@ -21,14 +21,12 @@ constexpr char IntervalPanelName[] = "TextIntervalPanel";
 constexpr char IntervalGroup[] = "interval";
 
 constexpr char ChannelQuestion[] =
-    "%s contains %u channels.\nThe channels with data are: %sTo read in channel %u, click OK.\nOtherwise "
-    "enter "
-    "the number of the channel to read in and then click OK.";
+    "%s contains %u channels.\nThe channels with data are: %sTo read in channel %u, click OK.\n"
+    "Otherwise enter the number of the channel to read in and then click OK.";
 constexpr char NoSuchChannel[] = "%s holds no channel %d.";
 constexpr char SignalQuestion[] =
     "%s contains %u signals: %s\nTo read in the first signal, enter 1.\nTo read the second signal, enter 2, "
-    "and "
-    "so forth.\nThen click OK.";
+    "and so forth.\nThen click OK.";
 constexpr char IntervalTitle[] = "Get ADinterval";
 constexpr char IntervalLineQuestion[] = "Read First Value of 1-column Ascii file as AD interval in ms ?";
 constexpr char TypeInterval[] = "Enter the time between samples and a factor that multiplies each of them.";

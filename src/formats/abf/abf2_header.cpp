@@ -60,7 +60,7 @@ class StringTable {
   }
 
   /// Returns a string; empty for an index without a string.
-  std::string At(std::int32_t index) const {
+  std::string StringAt(std::int32_t index) const {
     if (bytes_.empty() || index < 1) return {};
     auto begin = bytes_.begin() + FirstString;
     for (; index > 1 && begin != bytes_.end(); --index) {
@@ -86,8 +86,8 @@ std::string ReadProtocol(Bytes protocol, AbfHeader& header) {
 
 void ReadInput(Bytes item, int input, const StringTable& strings, AbfHeader& header) {
   const auto at = Index(input);
-  header.channelName[at] = strings.At(NumberAt<std::int32_t>(item, 74));
-  header.channelUnits[at] = strings.At(NumberAt<std::int32_t>(item, 78));
+  header.channelName[at] = strings.StringAt(NumberAt<std::int32_t>(item, 74));
+  header.channelUnits[at] = strings.StringAt(NumberAt<std::int32_t>(item, 78));
   const bool telegraph = NumberAt<std::int16_t>(item, 2) == 1;
   SetInputScale(header, input,
                 {.programmable = NumberAt<float>(item, 28),
@@ -166,7 +166,7 @@ std::string ReadAbf2Header(const ByteSource& source, AbfHeader& header, AbfLayou
       ReadSection(source, SectionAt(bytes, ProtocolSection), ProtocolBytes);
   if (std::string why = ReadProtocol(protocol, header); !why.empty()) return why;
   const StringTable strings(source, SectionAt(bytes, StringsSection));
-  header.creator = strings.At(NumberAt<std::int32_t>(bytes, 60));
+  header.creator = strings.StringAt(NumberAt<std::int32_t>(bytes, 60));
   if (std::string why = ReadInputs(source, SectionAt(bytes, AdcSection), strings, header); !why.empty())
     return why;
   return ReadDataSection(bytes, source, NumberAt<std::int32_t>(protocol, 22), header, layout);
