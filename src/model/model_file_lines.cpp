@@ -74,12 +74,9 @@ struct Walk {
   /// given.
   void Texts(const char* name, const char* follower = nullptr) const {
     const FieldElements texts(name);
+    const FieldElements followers(follower != nullptr ? follower : name);
     for (int i = 1; i <= texts.Last(); ++i) {
-      if (follower != nullptr) {
-        visitor.Text(texts(i), FieldElements(follower)(i));
-      } else {
-        visitor.Text(texts(i), {});
-      }
+      visitor.Text(texts(i), follower != nullptr ? followers(i) : FieldRef{});
     }
   }
 };
