@@ -24,9 +24,10 @@ struct FileRequest {
   bool multiple = false;
 };
 
-/// Every function may be empty. Then a message is dropped, a question is answered no, a dialog is cancelled.
+/// Every function may be empty. Then a message or a note is dropped, a question is answered no, a dialog is cancelled.
 struct FrontEnd {
   std::function<void(MessageTitle title, std::string_view text)> message;
+  std::function<void(std::string_view sentence)> note;  // tells without waiting
   std::function<bool(std::string_view title, std::string_view text)> confirm;
   std::function<std::vector<std::string>(const FileRequest&)> files;  // empty = cancelled
   std::function<bool(Panel&, std::string_view text)> modal;           // true = ok, false = cancelled

@@ -51,6 +51,11 @@ void MessagePopup(MessageTitle title, std::string_view text) {
   if (Current().message) Current().message(title, text);
 }
 
+void Note(std::string_view sentence) {
+  if (Current().note) Current().note(sentence);
+  NoteGiven.Tell(sentence);
+}
+
 bool ConfirmPopup(std::string_view title, std::string_view text) {
   const bool yes = Current().confirm && Current().confirm(title, text);
   ObserveQueued(yes ? "answer yes" : "answer no");

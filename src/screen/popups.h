@@ -1,4 +1,4 @@
-// The part of the screen for computations: modal popups, file dialogs, the event pump and the progress bar.
+// The part of the screen for computations: modal popups, notes, file dialogs, the event pump and the progress bar.
 // Panels and controls are in screen.h, which only panel files use.
 #pragma once
 
@@ -9,8 +9,12 @@
 
 #include "platform/format_text.h"
 #include "screen/front_end.h"
+#include "screen/listeners.h"
 
 namespace zelvane {
+
+/// Announces a note, for the list of all notes.
+inline Listeners<std::string_view> NoteGiven;
 
 /// Uses `frontEnd` from now on. Returns the front end before it.
 FrontEnd SetFrontEnd(FrontEnd frontEnd);
@@ -24,6 +28,9 @@ inline constexpr MessageTitle HelpTitle{MessageKind::Information, "? Help"};
 
 /// Shows a message and waits until the user has seen it.
 void MessagePopup(MessageTitle title, std::string_view text);
+
+/// Tells one sentence and goes on at once: something happened that the user must know and need not answer.
+void Note(std::string_view sentence);
 
 /// Asks a question. Returns true for yes. Without a front end the answer is no.
 bool ConfirmPopup(std::string_view title, std::string_view text);

@@ -18,6 +18,7 @@ StoreTest::StoreTest() {
     popups.push_back({std::string(title.words), std::string(text)});
     if (title.kind == MessageKind::Error) ++errors;
   };
+  recorder.note = [this](std::string_view sentence) { notes.emplace_back(sentence); };
   recorder.confirm = [this](std::string_view title, std::string_view text) {
     popups.push_back({std::string(title), std::string(text)});
     if (answers.empty()) return false;

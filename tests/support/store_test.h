@@ -44,7 +44,7 @@ class TemporaryFolder {
   std::filesystem::path path_;
 };
 
-/// Sets every store to its state at start-up, clears the screen and records popups. Answers questions from
+/// Sets every store to its state at start-up, clears the screen and records popups and notes. Answers questions from
 /// `answers` (no when it is empty) and file dialogs from `choices` (cancelled when it is empty). `folder` is
 /// empty.
 class StoreTest : public ::testing::Test {
@@ -59,6 +59,7 @@ class StoreTest : public ::testing::Test {
 
   TemporaryFolder folder;
   std::vector<SeenPopup> popups;
+  Texts notes;
   int errors = 0;  // those of them that are errors
   std::vector<std::string> consoleLines;
   std::vector<FileRequest> fileRequests;

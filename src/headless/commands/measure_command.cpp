@@ -52,7 +52,7 @@ bool CanWrite(const std::string& path) {
   return extension == ".csv" || extension == ".res" || extension == ".tbl";
 }
 
-/// Shows each message once, although many sweeps may cause it.
+/// Shows each message and each note once, although many sweeps may cause it.
 class MeasuringScreen {
  public:
   MeasuringScreen() {
@@ -60,6 +60,9 @@ class MeasuringScreen {
     FrontEnd own = former_;
     own.message = [this](MessageTitle title, std::string_view text) {
       if (told_.emplace(text).second && former_.message) former_.message(title, text);
+    };
+    own.note = [this](std::string_view sentence) {
+      if (told_.emplace(sentence).second && former_.note) former_.note(sentence);
     };
     SetFrontEnd(std::move(own));
   }

@@ -48,6 +48,7 @@ void TellUnwritten(const std::string& path, const JobStreams& streams) {
 JobScreen::JobScreen(const JobStreams& streams) : streams_(streams) {
   FrontEnd frontEnd;
   frontEnd.message = [this](MessageTitle title, std::string_view text) { Message(title.words, text); };
+  frontEnd.note = [this](std::string_view sentence) { Message("note", sentence); };
   frontEnd.confirm = [this](std::string_view title, std::string_view text) {
     Message(title, std::string(text) + " (answered no)");
     return false;

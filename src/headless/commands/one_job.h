@@ -38,7 +38,7 @@ bool StopAsked(const JobStreams& streams);
 /// Writes a message that the file was not written, because of a stop or a failure.
 void TellUnwritten(const std::string& path, const JobStreams& streams);
 
-/// Writes popups to `streams.err` during its lifetime. Answers questions with no and cancels dialogs. A
+/// Writes popups and notes to `streams.err` during its lifetime. Answers questions with no and cancels dialogs. A
 /// stop ends runs and writers.
 class JobScreen {
  public:

@@ -34,6 +34,12 @@ void ShowMessage(DriveSession& session, std::string_view title, std::string_view
   WriteObject(session, event);
 }
 
+void WriteNote(DriveSession& session, std::string_view sentence) {
+  Json event;
+  event["note"] = sentence;
+  WriteObject(session, event);
+}
+
 bool Confirm(DriveSession& session, std::string_view title, std::string_view text) {
   const std::optional<bool> answer = Take(session.answers);
   Json event = Popup("confirm");
@@ -158,6 +164,10 @@ FrontEnd DriveFrontEnd(DriveSession& session, const FrontEnd& shown) {
   FrontEnd frontEnd = shown;
   frontEnd.message = [&session](MessageTitle title, std::string_view text) {
     ShowMessage(session, title.words, text);
+  };
+  frontEnd.note = [&session, shownNote = shown.note](std::string_view sentence) {
+    WriteNote(session, sentence);
+    if (shownNote) shownNote(sentence);
   };
   frontEnd.confirm = [&session](std::string_view title, std::string_view text) {
     return Confirm(session, title, text);
