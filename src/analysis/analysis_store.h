@@ -24,6 +24,13 @@ struct AnalysisRow {
   bool filled = false;                               // the row has a response
 };
 
+/// Rows that could not be written to a measures file. The next save writes them first.
+struct UnwrittenRows {
+  std::string path;
+  std::string text;  // the rows, after the header if the file needs it
+  int count = 0;
+};
+
 struct AnalysisStore {
   float BaselineStart = 1.0F;  // ms
   int BaselinePts = 1;         // points
@@ -52,7 +59,8 @@ struct AnalysisStore {
   std::string MeasuresFileName;
   int MeasuresFileOpen = 0;  // 1 = a measures file is in use and its header is written
   int MeasuresCount = 0;     // rows written to it
-  int StopAnalysis = 0;      // stop switch of the automatic analysis
+  UnwrittenRows Unwritten;
+  int StopAnalysis = 0;  // stop switch of the automatic analysis
 
   // -- Views --
   int AutoRescale = 1;    // the y axis follows the samples in view

@@ -73,8 +73,8 @@ constexpr ControlDecl TableControls[] = {
      .action = Run<ClearResultsTable>, .help = "Empty the whole table. Nothing is asked."},
     {.name = "SaveTable", .kind = Button, .label = "Save table", .format = "", .command = "AN_SaveTable",
      .action = Run<SaveResultsTable>,
-     .help = "Write the table to a file (*.tbl) in the folder of the data. It replaces an older file. Read table "
-     "can read it again."},
+     .help = "Write the table to a file (*.tbl) in the folder of the data. An older table is kept as "
+     "*.tbl.bak. Read table can read both again."},
     {.name = "ReadTable", .kind = Button, .label = "Read table...", .format = "", .command = "AN_ReadTable",
      .action = Run<ReadResultsTable>,
      .help = "Read a table file (*.tbl), and the model and the recording that it names. It replaces this table."},

@@ -160,7 +160,7 @@ Outcome AnalyzeTrace() {
   const Outcome outcome = ReanalyzeTrace();
   if (outcome != Outcome::Done) return outcome;
   if (Analysis.AutoSaveMeasures != 0 && (Analysis.VerifyMeasures == 0 || ConfirmPopup("", SaveQuestion))) {
-    SaveAnalysis();
+    SaveAnalysis(Saving::Automatic);
   }
   if (TableAddRow(Analysis.TableRow)) ++Analysis.TableRow;
   return outcome;

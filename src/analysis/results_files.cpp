@@ -4,17 +4,20 @@
 #include <charconv>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
+#include <utility>
 
 #include "analysis/analyze.h"
 #include "analysis/results_table.h"
+#include "formats/input_file.h"
 #include "formats/line_scanner.h"
 #include "model/model_store.h"
 #include "parameters/parameters_store.h"
 #include "platform/index.h"
 #include "platform/safe_file.h"
 #include "screen/popups.h"
+#include "screen/save_file.h"
 #include "trace/trace_events.h"
+#include "trace/trace_export.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -23,10 +26,16 @@ namespace {
 constexpr std::size_t LongestStem = 75;  // bytes of a name
 constexpr char AppendQuestion[] = "File Present; Append ?";
 constexpr char TableMagic[] = "TABLE";
+constexpr std::string_view Blanks = " \t\v\f\r";
+constexpr std::size_t LongestTable = 64U << 20U;  // bytes; a thousand rows need less than one per cent
 constexpr char ExportTitle[] = "Save Table as CSV";
 constexpr char NoName[] =
     "Files of results are named after the data. Read a recording or save the model first.";
-constexpr char CannotWrite[] = "The file could not be written: ";
+constexpr char FormerEnd[] = ".bak";
+constexpr char RowKept[] = "The row is kept: the next save of measures writes it first.";
+constexpr char UnwrittenTitle[] = "Save Measures";
+constexpr char UnwrittenQuestion[] =
+    "Rows of measures (%d) could not be written to %s. Write them to another file?";
 constexpr char Dashes[] = "\"   ---\", ";
 
 constexpr const char* MeasuresTitles[] = {"Datafilename",
@@ -113,23 +122,33 @@ std::string FitQuality(double offset, double goodness) {
   return text.append(Fixed(offset, 4)).append(", ").append(Fixed(goodness, 6)).append(", ");
 }
 
-bool Append(const std::string& path, const std::string& text) {
-  if (path.empty()) return false;
-  std::ofstream out(std::filesystem::path(path), std::ios::binary | std::ios::app);
-  out << text << std::flush;
-  return out.good();
-}
-
 bool HeaderIsDue() {
   return Analysis.MeasuresFileOpen == 0 || Analysis.MeasuresCount < 1;
 }
 
-bool AppendRow(const std::string& header, const std::string& row) {
-  if (!Append(Analysis.MeasuresFileName, HeaderIsDue() ? header + row : row)) return false;
+Appended AppendText(const std::string& path, std::string_view text) {
+  return AppendToFile(path, BehindLastLine(path, [&text] { return std::exchange(text, {}); }));
+}
+
+/// Appends the rows that could not be written so far, and another one.
+Outcome AppendRow(const std::string& header, const std::string& row, Saving saving) {
+  UnwrittenRows& kept = Analysis.Unwritten;
+  const bool failedBefore = kept.count > 0;
+  std::string text = failedBefore ? kept.text : HeaderIsDue() ? header : std::string{};
+  text += row;
+  const Appended result = AppendText(Analysis.MeasuresFileName, text);
+  if (result != Appended::Done) {
+    kept = {Analysis.MeasuresFileName, std::move(text), kept.count + 1};
+    if (failedBefore && saving == Saving::Automatic) return Outcome::Failed;
+    const Outcome outcome = TellAppended(result, Analysis.MeasuresFileName);
+    Note(RowKept);
+    return outcome;
+  }
   Analysis.MeasuresFileOpen = 1;
-  ++Analysis.MeasuresCount;
+  Analysis.MeasuresCount += kept.count + 1;
+  kept = {};
   MeasuresFileChanged.Tell();
-  return true;
+  return Outcome::Done;
 }
 
 /// Returns whether the trace has a file whose name other files can use. On failure shows a message.
@@ -142,6 +161,19 @@ bool DataHaveName() {
 bool Exists(const std::string& path) {
   std::error_code error;
   return std::filesystem::exists(path, error);
+}
+
+/// Keeps the table in a file before another one replaces it. A file with the same text needs no copy. On
+/// failure shows a message.
+Outcome KeepFormerTable(const std::string& path, const std::string& text) {
+  if (!Exists(path)) return Outcome::Done;
+  const auto former = ReadBytes(path, LongestTable);
+  if (!former) {
+    FileErrorPopup(FileOpenFailed);
+    return Outcome::Failed;
+  }
+  if (former->empty() || *former == text) return Outcome::Done;
+  return SaveText(path + FormerEnd, *former);
 }
 
 std::string TableRowText(const AnalysisRow& row) {
@@ -166,14 +198,15 @@ std::string Shortest(float value) {
   return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
-/// Returns the words of a line of a table file, separated by blanks.
-std::vector<std::string_view> WordsOf(std::string_view line) {
-  std::vector<std::string_view> words;
-  for (std::string_view word = FirstWord(line, line.size()); !word.empty();
-       word = FirstWord(line, line.size())) {
-    words.push_back(word);
-  }
-  return words;
+/// Removes the last word from a line and returns it; empty without a word.
+std::string_view LastWord(std::string_view& line) {
+  const std::size_t last = line.find_last_not_of(Blanks);
+  if (last == std::string_view::npos) return {};
+  const std::size_t before = line.find_last_of(Blanks, last);
+  const std::size_t begin = before == std::string_view::npos ? 0 : before + 1;
+  const std::string_view word = line.substr(begin, last + 1 - begin);
+  line = line.substr(0, begin);
+  return word;
 }
 
 /// Reads a value of a table file. "nan" means not measured.
@@ -183,22 +216,18 @@ bool ScanValue(std::string_view word, float& value, bool& measured) {
   return scan != Scan::Missing && word.empty();
 }
 
-constexpr std::size_t NumbersOfRow = 1 + AnalysisColumns - FirstValueColumn + 1;  // episode and values
-
-/// Reads a row of a table file. The numbers are the last words of the line, and the name is the first word
-/// before them.
+/// Reads a row of a table file. The numbers are the last words of the line, and the name is all text before
+/// them but one blank: a name may contain blanks and numbers.
 std::optional<AnalysisRow> ParseRow(std::string_view line) {
-  const std::vector<std::string_view> words = WordsOf(line);
-  if (words.size() < NumbersOfRow) return std::nullopt;
   AnalysisRow row;
   row.filled = true;
-  if (words.size() > NumbersOfRow) row.fileName = words.front();
-  std::size_t at = words.size() - NumbersOfRow;
-  std::string_view episode = words[at++];
-  if (ScanNumber(episode, row.episode) != Scan::Taken || !episode.empty()) return std::nullopt;
-  for (std::size_t c = FirstValueColumn; c <= AnalysisColumns; ++c) {
-    if (!ScanValue(words[at++], row.value[c], row.measured[c])) return std::nullopt;
+  for (std::size_t c = AnalysisColumns; c >= FirstValueColumn; --c) {
+    if (!ScanValue(LastWord(line), row.value[c], row.measured[c])) return std::nullopt;
   }
+  std::string_view episode = LastWord(line);
+  if (ScanNumber(episode, row.episode) != Scan::Taken || !episode.empty()) return std::nullopt;
+  if (!line.empty()) line.remove_suffix(1);
+  row.fileName = line;
   return row;
 }
 
@@ -232,29 +261,51 @@ std::string MeasuresRow(const std::string& path, int count, const AnalysisRow& r
          Listed({column(15), column(18), column(4), column(20), column(19), column(7)}) + '\n';
 }
 
-bool AppendMeasures() {
+Outcome AppendMeasures(Saving saving) {
   const AnalysisRow row = ResultsRow(Analysis.Measures, DataFileName(), DataEpisode());
-  return AppendRow(MeasuresHeader(), MeasuresRow(DataFilePath(), Analysis.MeasuresCount, row));
+  const int number = Analysis.MeasuresCount + Analysis.Unwritten.count;
+  return AppendRow(MeasuresHeader(), MeasuresRow(DataFilePath(), number, row), saving);
 }
 
-Outcome SaveAnalysis() {
+Outcome SaveAnalysis(Saving saving) {
   if (Analysis.MeasuresFileOpen == 0) {
     if (!DataHaveName()) return Outcome::Refused;
-    Analysis.MeasuresFileName = SiblingFile(DataFilePath(), ".res");
-    if (Exists(Analysis.MeasuresFileName) && !ConfirmPopup("", AppendQuestion)) return Outcome::Refused;
+    const std::string path = SiblingFile(DataFilePath(), ".res");
+    if (path != Analysis.Unwritten.path) {
+      OfferUnwrittenRows();
+      if (Exists(path) && !ConfirmPopup("", AppendQuestion)) return Outcome::Refused;
+    }
+    Analysis.MeasuresFileName = path;
     MeasuresFileChanged.Tell();
   }
-  return AppendMeasures() ? Outcome::Done : Outcome::Failed;
+  return AppendMeasures(saving);
 }
 
-bool AppendMeanVariance(float mean, float variance) {
+void OfferUnwrittenRows() {
+  const UnwrittenRows kept = std::exchange(Analysis.Unwritten, {});
+  if (kept.count == 0) return;
+  bool written = AppendText(kept.path, kept.text) == Appended::Done;
+  while (!written &&
+         ConfirmPopup(NoticeTitle, FormatText(UnwrittenQuestion, kept.count, kept.path.c_str()))) {
+    const auto other =
+        FileSelectPopup({.title = UnwrittenTitle, .defaultName = "*.res", .filter = "*.res", .save = true});
+    written = other && TellAppended(AppendText(*other, kept.text), *other) == Outcome::Done;
+  }
+}
+
+void EndMeasuresFile() {
+  OfferUnwrittenRows();
+  Analysis.MeasuresFileOpen = 0;
+}
+
+Outcome AppendMeanVariance(float mean, float variance) {
   const ResponseMeasures& m = Analysis.Measures;
   std::string row = FormatText("\"%s\",%d", DataFilePath().c_str(), DataEpisode());
   for (const float value : {m.Baseline, m.BaselineVar, mean, variance, mean - m.Baseline,
                             variance - m.BaselineVar, (variance - m.BaselineVar) / (mean - m.Baseline)}) {
     row.append(", ").append(Fixed(value, 3));
   }
-  return AppendRow(MeanVarianceHeader, row + '\n');
+  return AppendRow(MeanVarianceHeader, row + '\n', Saving::OnRequest);
 }
 
 std::span<const AnalysisRow> FilledRows() {
@@ -289,9 +340,11 @@ std::string TableCsv(std::span<const AnalysisRow> rows) {
 Outcome SaveResultsTable() {
   if (!DataHaveName()) return Outcome::Refused;
   const std::string path = SiblingFile(DataFilePath(), ".tbl");
-  if (!ReplaceFile(path, TableText(FilledRows()))) return Outcome::Failed;
-  TableFileNamed.Tell(path);
-  return Outcome::Done;
+  const std::string text = TableText(FilledRows());
+  Outcome outcome = KeepFormerTable(path, text);
+  if (outcome == Outcome::Done) outcome = SaveText(path, text);
+  if (outcome == Outcome::Done) TableFileNamed.Tell(path);
+  return outcome;
 }
 
 Outcome ExportTableCsv() {
@@ -300,12 +353,9 @@ Outcome ExportTableCsv() {
                                      .filter = "*.csv",
                                      .save = true});
   if (!path) return Outcome::Refused;
-  if (!ReplaceFile(*path, TableCsv(FilledRows()))) {
-    MessagePopup(FileErrorTitle, CannotWrite + *path);
-    return Outcome::Failed;
-  }
-  TableFileNamed.Tell(*path);
-  return Outcome::Done;
+  const Outcome outcome = SaveText(*path, TableCsv(FilledRows()));
+  if (outcome == Outcome::Done) TableFileNamed.Tell(*path);
+  return outcome;
 }
 
 std::optional<TableFile> ParseTable(std::string_view text) {

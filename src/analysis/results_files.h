@@ -1,7 +1,8 @@
 // Files of the results: the table (*.tbl, CSV) and the measures file (*.res).
 //
 //   Names         SiblingFile  WithExtension
-//   Measures      SaveAnalysis  AppendMeasures  MeasuresHeader  MeasuresRow
+//   Measures      SaveAnalysis  AppendMeasures  EndMeasuresFile  OfferUnwrittenRows
+//                 MeasuresHeader  MeasuresRow
 //   Mean and variance   AppendMeanVariance
 //   Table         SaveResultsTable  ExportTableCsv  FilledRows  TableText  TableCsv  ParseTable
 //   Reading       results_read.h
@@ -37,19 +38,30 @@ std::string MeasuresHeader();
 /// @param count  number of the row: rows written before it
 std::string MeasuresRow(const std::string& path, int count, const AnalysisRow& row);
 
+/// The reason for a save. Every failure of a save on request shows a message. In a series of automatic saves
+/// only the first failure does.
+enum class Saving { OnRequest, Automatic };
+
 /// Appends the present results to `Analysis.MeasuresFileName`, with the header if the file has none, and
-/// counts the row. When the write fails, returns false without a message and does not count the row.
-bool AppendMeasures();
+/// counts the row. When the write fails, keeps the row in `Analysis.Unwritten`: the next save writes it first.
+/// @return Done, Stopped or Failed
+Outcome AppendMeasures(Saving saving);
 
 /// Appends the present results to the measures file. The first time, selects the file in the folder of the
 /// data file; if it exists, asks whether to append.
-/// @return Done; Refused when the data have no name or the user says no; Failed, without a message, when
-///         the file cannot be written
-Outcome SaveAnalysis();
+/// @return as AppendMeasures, or Refused when the data have no name or the user says no
+Outcome SaveAnalysis(Saving saving = Saving::OnRequest);
 
 /// Appends a row with mean and variance of a current to `Analysis.MeasuresFileName`, with its own header if
-/// the file has none yet. Reads `Baseline` and `BaselineVar`. Returns false when the write fails.
-bool AppendMeanVariance(float mean, float variance);
+/// the file has none yet. Reads `Baseline` and `BaselineVar`. On failure does the same as AppendMeasures.
+Outcome AppendMeanVariance(float mean, float variance);
+
+/// Writes the rows of `Analysis.Unwritten` again. While this fails, asks for another file. When the user gives
+/// no file, drops the rows.
+void OfferUnwrittenRows();
+
+/// Stops using the measures file, after the offer of its unwritten rows.
+void EndMeasuresFile();
 
 // -- Table --
 
@@ -63,10 +75,10 @@ std::string TableCsv(std::span<const AnalysisRow> rows);
 /// Returns rows 1 to `Analysis.TableRow` - 1.
 std::span<const AnalysisRow> FilledRows();
 
-/// Writes the table into the folder of the data file (*.tbl) and shows the name. Asks no questions. When
-/// the write fails, keeps the old file.
-/// @return Done; Refused, with a message, when the data have no name; Failed, without one, when the file
-///         cannot be written
+/// Writes the table into the folder of the data file (*.tbl) and shows the name. Asks no questions. A former
+/// table with other contents stays as a file with ".bak" after the same name. On failure shows a message and
+/// keeps the old file.
+/// @return Done; Refused when the data have no name; Failed when a file cannot be written
 Outcome SaveResultsTable();
 
 /// Asks for a name and writes the table as CSV. On failure shows a message.
@@ -82,7 +94,7 @@ struct TableFile {
 };
 
 /// Parses a table file. Returns an empty result when its first line does not begin with "TABLE" or it has
-/// no count. A file name ends at its first blank. Stops at a row without its numbers.
+/// no count. A file name may contain blanks. Stops at a row without its numbers.
 std::optional<TableFile> ParseTable(std::string_view text);
 
 }  // namespace zelvane

@@ -5,6 +5,7 @@
 
 #include "analysis/analysis_fit_store.h"
 #include "analysis/analyze.h"
+#include "analysis/results_files.h"
 #include "parameters/parameters_store.h"
 #include "platform/index.h"
 #include "screen/popups.h"
@@ -94,8 +95,8 @@ void RewriteRow(int row) {
 
 void DeleteLastRow() {
   Analysis.Measures.measured = 0;
+  EndMeasuresFile();
   Analysis.MeasuresCount = 0;
-  Analysis.MeasuresFileOpen = 0;
   Analysis.TableRow = std::max(Analysis.TableRow - 1, 1);
   if (Analysis.TableRow <= MaxAnalysisRows) RowAt(Analysis.TableRow) = AnalysisRow{};
   MeasuresChanged.Tell();

@@ -8,9 +8,9 @@
 #include "analysis/analyze.h"
 #include "analysis/results_files.h"
 #include "model/model_store.h"
-#include "platform/safe_file.h"
 #include "run/result_store.h"
 #include "screen/popups.h"
+#include "screen/save_file.h"
 #include "trace/trace_events.h"
 #include "trace/trace_store.h"
 
@@ -20,7 +20,6 @@ namespace {
 constexpr char ExportTitle[] = "Export Analysis Results";
 constexpr MessageTitle AppendTitle{MessageKind::Warning, "! File Present; Append"};
 constexpr char AppendText[] = "The results of this simulation are added to the end of ";
-constexpr char CannotWrite[] = "The results could not be written to ";
 constexpr float SmallestVariance = 0.0001F;
 
 RunAverages& Averages() {
@@ -79,6 +78,7 @@ bool BeginRunAnalysis() {
   if (std::filesystem::exists(*path, error)) MessagePopup(AppendTitle, AppendText + *path);
   BeginSeries();
   Averages() = RunAverages{};
+  EndMeasuresFile();
   Result.ResultsFileName = *path;
   Analysis.MeasuresFileName = *path;
   Analysis.MeasuresFileOpen = 1;
@@ -91,9 +91,7 @@ void AnalyzeRun() {
   MeasureSettingsWanted.Tell();
   if (MeasureTrace() == Outcome::Done) {
     MeasuresChanged.Tell();
-    if (!AppendMeasures() && Averages().runs == 0) {
-      MessagePopup(FileErrorTitle, CannotWrite + Analysis.MeasuresFileName);
-    }
+    AppendMeasures(Saving::Automatic);
   }
   AddToAverages(Averages(), RecordedTrace());
 }
@@ -104,10 +102,10 @@ void EndRunAnalysis() {
   if (averages.runs > 1) {
     FinishAverages(averages);
     const std::string path = SiblingFile(Result.ResultsFileName, ".var");
-    if (!ReplaceFile(path, VarianceText(averages))) MessagePopup(FileErrorTitle, CannotWrite + path);
+    SaveText(path, VarianceText(averages));
   }
   averages = RunAverages{};
-  Analysis.MeasuresFileOpen = 0;
+  EndMeasuresFile();
   MeasuresFileChanged.Tell();
 }
 

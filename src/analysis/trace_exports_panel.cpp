@@ -5,7 +5,7 @@
 #include "model/model_events.h"
 #include "model/model_store.h"
 #include "platform/index.h"
-#include "platform/safe_file.h"
+#include "screen/save_file.h"
 #include "screen/screen.h"
 #include "trace/trace_export.h"
 #include "trace/trace_store.h"
@@ -56,9 +56,7 @@ void ExportTrace() {
   if (!path || RefuseSourceOfTrace(*path)) return;
   RunSettingsWanted.Tell();
   const NextBlock column = TraceTextBlocks(TraceFormat::SingleColumn, ViewedSamples(), Model.ADInterval, {});
-  if (!AppendToFile(*path, BehindLastLine(*path, column))) {
-    FileErrorPopup(FileOpenFailed);
-  }
+  ExtendFile(*path, BehindLastLine(*path, column));
 }
 
 void ExportAnalysis() {

@@ -5,6 +5,7 @@
 
 #include "analysis/analysis_panel.h"
 #include "analysis/analyze.h"
+#include "analysis/results_files.h"
 #include "analysis/results_read.h"
 #include "analysis/run_analysis.h"
 #include "analysis/trace_exports.h"
@@ -123,8 +124,14 @@ void OpenNamedFiles(const StartOptions& options) {
   }
 }
 
+void QuitAfter(const char* question) {
+  if (!ConfirmPopup("", question)) return;
+  OfferUnwrittenRows();
+  QuitUserInterface();
+}
+
 void AskToClose() {
-  if (ConfirmPopup("", CloseQuestion)) QuitUserInterface();
+  QuitAfter(CloseQuestion);
 }
 
 void Shutdown(const ControlEvent&) {
@@ -149,7 +156,7 @@ void ConnectHooks() {
 }
 
 void AskToQuit() {
-  if (ConfirmPopup("", QuitQuestion)) QuitUserInterface();
+  QuitAfter(QuitQuestion);
 }
 
 void OpenFileByName(const std::string& path) {

@@ -1,11 +1,12 @@
 #include "app/recorder.h"
 
 #include <iterator>
+#include <optional>
 #include <string_view>
 #include <utility>
 
-#include "platform/safe_file.h"
 #include "screen/observer.h"
+#include "screen/save_file.h"
 #include "screen/screen.h"
 
 namespace zelvane {
@@ -13,7 +14,6 @@ namespace {
 
 constexpr char RecordTitle[] = "Record Script";
 constexpr char ScriptFilter[] = "*.drive";
-constexpr char CannotWrite[] = "The script could not be written: ";
 
 struct Recorder {
   bool on = false;
@@ -55,8 +55,12 @@ void Keep(const std::string& line) {
   recorder.lines.push_back(line);
 }
 
+std::optional<std::string> AskForScript() {
+  return FileSelectPopup({.title = RecordTitle, .filter = ScriptFilter, .save = true});
+}
+
 void FxnRecord() {
-  const auto path = FileSelectPopup({.title = RecordTitle, .filter = ScriptFilter, .save = true});
+  const auto path = AskForScript();
   if (!path) return;
   TheRecorder().path = *path;
   StartRecording();
@@ -66,8 +70,12 @@ void FxnStopRecording() {
   if (!IsRecording()) return;
   std::string script = "# A recorded session. Run it with: zelvane-cli drive THIS-FILE\n";
   for (const std::string& line : StopRecording()) script += line + '\n';
-  const std::string& path = TheRecorder().path;
-  if (!ReplaceFile(path, script)) MessagePopup(FileErrorTitle, CannotWrite + path);
+  std::string path = TheRecorder().path;
+  while (SaveText(path, script) == Outcome::Failed) {
+    const auto other = AskForScript();
+    if (!other) return;
+    path = *other;
+  }
 }
 
 // clang-format off

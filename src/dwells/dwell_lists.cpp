@@ -12,8 +12,8 @@
 #include "formats/line_scanner.h"
 #include "formats/number_text.h"
 #include "platform/index.h"
-#include "platform/safe_file.h"
 #include "screen/popups.h"
+#include "screen/save_file.h"
 
 namespace zelvane {
 namespace {
@@ -121,9 +121,7 @@ std::optional<int> ReadSingleColumnList(std::span<float> list, const std::string
 }
 
 Outcome ExportDwellList(DwellListKind kind, const std::string& path) {
-  if (ReplaceFileInBlocks(path, ListBlocks(ListOf(kind)))) return Outcome::Done;
-  FileErrorPopup(FileOpenFailed);
-  return Outcome::Failed;
+  return SaveFile(path, ListBlocks(ListOf(kind)));
 }
 
 Outcome ExportDwellLists(const std::string& path) {

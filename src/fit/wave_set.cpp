@@ -10,9 +10,9 @@
 #include "model/model_file.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
-#include "platform/safe_file.h"
 #include "platform/zero_pages.h"
 #include "screen/popups.h"
+#include "screen/save_file.h"
 #include "stimulus/stimulus_file.h"
 #include "trace/trace_read.h"
 #include "trace/trace_store.h"
@@ -163,9 +163,7 @@ Outcome ListFileRead() {
 Outcome ListFileWrite() {
   const auto path = AskForList(WriteTitle, true);
   if (!path) return Outcome::Refused;
-  if (ReplaceFile(*path, ListText())) return Outcome::Done;
-  FileErrorPopup(FileOpenFailed);
-  return Outcome::Failed;
+  return SaveText(*path, ListText());
 }
 
 }  // namespace zelvane

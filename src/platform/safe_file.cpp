@@ -1,20 +1,27 @@
 #include "platform/safe_file.h"
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <random>
+#include <set>
+#include <string>
+#include <thread>
 #include <utility>
+#include <vector>
 
 #if defined(__unix__) || defined(__APPLE__)
 #define ZELVANE_POSIX 1
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #else
 #include <fstream>
 #endif
@@ -66,13 +73,53 @@ bool MayBeReplaced(const fs::path& target) {
   return fs::is_regular_file(file) && OwnerMayWrite(file);
 }
 
-/// Returns a name for the temporary file that another process is not likely to choose. The name is short, so
-/// that it is possible even if the name of the target has the largest length.
+/// Returns the file behind `path` if it may be written.
+std::optional<fs::path> TargetToWrite(const std::string& path) {
+  if (path.find('\0') != std::string::npos) return std::nullopt;
+  auto target = LinkTarget(path);
+  if (target && !MayBeReplaced(*target)) target.reset();
+  return target;
+}
+
+constexpr std::string_view TemporaryStart = ".zelvane-";
+constexpr std::string_view TemporaryEnd = ".tmp";
+
+/// Returns the number of this process; 0 where the system has none.
+long ThisProcess() {
+#if defined(ZELVANE_POSIX)
+  return ::getpid();
+#else
+  return 0;
+#endif
+}
+
+/// Returns a name for the temporary file that another process does not choose. The name is short, so that it is
+/// possible even if the name of the target has the largest length.
 fs::path TemporaryName(const fs::path& target) {
   static std::minstd_rand random(
       static_cast<std::uint32_t>(std::chrono::steady_clock::now().time_since_epoch().count()) ^
       std::random_device{}());
-  return FolderOf(target) / (".zelvane-" + std::to_string(random()) + ".tmp");
+  std::string name(TemporaryStart);
+  name.append(std::to_string(ThisProcess()))
+      .append("-")
+      .append(std::to_string(random()))
+      .append(TemporaryEnd);
+  return FolderOf(target) / name;
+}
+
+/// How a file is extended.
+struct Extension {
+  std::string_view head;            // replaces the first bytes
+  std::optional<std::int64_t> end;  // end of the file for its reader
+};
+
+bool WriteBlocks(FileReplacement& file, const NextBlock& nextBlock) {
+  std::int64_t position = 0;
+  for (std::string_view block = nextBlock(); !block.empty(); block = nextBlock()) {
+    if (!file.Write(position, block)) return false;
+    position += static_cast<std::int64_t>(block.size());
+  }
+  return true;
 }
 
 #if defined(ZELVANE_POSIX)
@@ -110,33 +157,50 @@ std::string DescriptorPath(int file) {
   return "/proc/self/fd/" + std::to_string(file);
 }
 
+/// Returns whether a file is a temporary one that no process needs: older than a day, and its process is gone.
+bool IsStray(const fs::directory_entry& entry) {
+  constexpr auto LeastAge = std::chrono::hours(24);
+  const std::string name = entry.path().filename().string();
+  if (!name.starts_with(TemporaryStart) || !name.ends_with(TemporaryEnd)) return false;
+  std::error_code error;
+  if (entry.symlink_status(error).type() != fs::file_type::regular) return false;
+  const auto age = fs::file_time_type::clock::now() - entry.last_write_time(error);
+  pid_t process = 0;
+  const auto [end, wrong] =
+      std::from_chars(name.data() + TemporaryStart.size(), name.data() + name.size(), process);
+  const bool gone = wrong != std::errc{} || process <= 0 || (::kill(process, 0) != 0 && errno == ESRCH);
+  return !error && age > LeastAge && gone;
+}
+
+/// Removes the stray temporary files of a folder, once for each folder.
+void RemoveStrays(const fs::path& folder) {
+  static std::set<fs::path> done;
+  if (!done.insert(folder).second) return;
+  std::error_code error;
+  std::vector<fs::path> strays;
+  for (fs::directory_iterator entry(folder, error); !error && entry != fs::end(entry);
+       entry.increment(error)) {
+    if (IsStray(*entry)) strays.push_back(entry->path());
+  }
+  for (const fs::path& stray : strays) fs::remove(stray, error);
+}
+
 /// Makes a new file, open for writing, with the usual permissions of a new file. If the system allows it, the
 /// file has no name yet and `name` stays empty: a process that is killed now leaves nothing behind.
 int CreateTemporary(const fs::path& target, fs::path& name) {
 #if defined(O_TMPFILE)
-  const int unnamed = ::open(FolderOf(target).c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0666);
+  const int unnamed = ::open(FolderOf(target).c_str(), O_RDWR | O_TMPFILE | O_CLOEXEC, 0666);
   if (unnamed >= 0 && ::access(DescriptorPath(unnamed).c_str(), F_OK) == 0) return unnamed;
   if (unnamed >= 0) ::close(unnamed);
 #endif
   for (int attempt = 0; attempt < NameAttempts; ++attempt) {
     name = TemporaryName(target);
-    const int file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (file >= 0 || errno != EEXIST) return file;
+    const int file = ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (file >= 0) return file;
+    name.clear();
+    if (errno != EEXIST) break;
   }
   return -1;
-}
-
-/// Gives a file from CreateTemporary a name if it has none. Only a file with a name can replace another one.
-bool NameTemporary(int file, const fs::path& target, fs::path& name) {
-  for (int attempt = 0; name.empty() && attempt < NameAttempts; ++attempt) {
-    const fs::path chosen = TemporaryName(target);
-    const std::string source = DescriptorPath(file);
-    if (::linkat(AT_FDCWD, source.c_str(), AT_FDCWD, chosen.c_str(), AT_SYMLINK_FOLLOW) == 0)
-      name = chosen;
-    else if (errno != EEXIST)
-      return false;
-  }
-  return !name.empty();
 }
 
 class Replacement final : public FileReplacement {
@@ -144,6 +208,7 @@ class Replacement final : public FileReplacement {
   explicit Replacement(fs::path target) : target_(std::move(target)) {
     std::error_code error;
     if (fs::exists(target_, error) && ::access(target_.c_str(), W_OK) != 0) return;
+    RemoveStrays(FolderOf(target_));
     file_ = CreateTemporary(target_, temporary_);
   }
 
@@ -156,19 +221,50 @@ class Replacement final : public FileReplacement {
 
   bool Commit() override {
     TakeOverRights(file_, target_);
-    good_ = good_ && ::fsync(file_) == 0 && !WriteStopped() && NameTemporary(file_, target_, temporary_);
-    good_ = ::close(std::exchange(file_, -1)) == 0 && good_;
-    good_ = good_ && ::rename(temporary_.c_str(), target_.c_str()) == 0;
-    if (good_) {
-      FlushFolder(FolderOf(target_));
-      temporary_.clear();
-    }
+    good_ = Flush() && (Link(target_) || TakePlaceOfTarget());
+    if (good_) FlushFolder(FolderOf(target_));
     return good_;
   }
+
+  /// Gives the file its name, unless another process has made a file with this name. Returns the open file.
+  Appended CommitNew(int& open) {
+    if (!Flush()) return Appended::NotWritten;
+    if (!Link(target_)) {
+      if (errno == EEXIST) return Appended::InUse;
+      if (!TakePlaceOfTarget()) return Appended::NotWritten;
+    }
+    FlushFolder(FolderOf(target_));
+    open = std::exchange(file_, -1);
+    return Appended::Done;
+  }
+
+  int Descriptor() const { return file_; }
 
  private:
   bool WritePart(std::int64_t position, std::string_view bytes) override {
     return WriteAll(file_, position, bytes);
+  }
+
+  bool Flush() { return good_ && ::fsync(file_) == 0 && !WriteStopped(); }
+
+  /// Gives the file a name that is free.
+  bool Link(const fs::path& name) {
+    const std::string source = temporary_.empty() ? DescriptorPath(file_) : temporary_.string();
+    return ::linkat(AT_FDCWD, source.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+  }
+
+  /// Renames the file over the target. Only a file with a name can replace another one.
+  bool TakePlaceOfTarget() {
+    for (int attempt = 0; temporary_.empty() && attempt < NameAttempts; ++attempt) {
+      const fs::path chosen = TemporaryName(target_);
+      if (Link(chosen))
+        temporary_ = chosen;
+      else if (errno != EEXIST)
+        return false;
+    }
+    if (temporary_.empty() || ::rename(temporary_.c_str(), target_.c_str()) != 0) return false;
+    temporary_.clear();
+    return true;
   }
 
   fs::path target_;
@@ -185,19 +281,54 @@ bool AppendBlocks(int file, std::int64_t length, const NextBlock& nextBlock, std
   return WriteAll(file, 0, head) && ::fsync(file) == 0;
 }
 
-bool Append(const fs::path& target, const NextBlock& nextBlock, std::string_view head,
-            std::optional<std::int64_t> end) {
-  const int file = ::open(target.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
-  if (file < 0) return false;
+bool Extend(int file, const fs::path&, const NextBlock& nextBlock, const Extension& extension) {
   const off_t whole = ::lseek(file, 0, SEEK_END);
-  const off_t length = end ? std::min<off_t>(*end, whole) : whole;
-  std::string oldHead(head.size(), '\0');
+  const off_t length = extension.end ? std::min<off_t>(*extension.end, whole) : whole;
+  std::string oldHead(extension.head.size(), '\0');
   const bool headStands =
       ::pread(file, oldHead.data(), oldHead.size(), 0) == static_cast<ssize_t>(oldHead.size()) &&
       (length == whole || ::ftruncate(file, length) == 0);
-  bool good = headStands && AppendBlocks(file, length, nextBlock, head);
+  const bool good = headStands && AppendBlocks(file, length, nextBlock, extension.head);
   if (headStands && !good && (::ftruncate(file, length) != 0 || !WriteAll(file, 0, oldHead))) errno = 0;
-  return ::close(file) == 0 && good;
+  return good;
+}
+
+/// Waits for a lock for as long as another program needs to append a long run.
+bool LockSoon(int file) {
+  constexpr int Attempts = 50;
+  constexpr auto Pause = std::chrono::milliseconds(10);
+  for (int attempt = 0; attempt < Attempts; ++attempt) {
+    if (::flock(file, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return true;
+    std::this_thread::sleep_for(Pause);
+  }
+  return false;
+}
+
+bool IsSameFile(int file, const fs::path& path) {
+  struct stat open {};
+  struct stat named {};
+  return ::fstat(file, &open) == 0 && ::stat(path.c_str(), &named) == 0 && open.st_dev == named.st_dev &&
+         open.st_ino == named.st_ino;
+}
+
+FileLock::State Lock(const fs::path& target, int& file) {
+  file = ::open(target.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+  if (file < 0) return errno == ENOENT ? FileLock::State::NoFile : FileLock::State::Refused;
+  if (!LockSoon(file)) return FileLock::State::InUse;
+  // Meanwhile another process may have replaced the file.
+  return IsSameFile(file, target) ? FileLock::State::Held : FileLock::State::InUse;
+}
+
+void Close(int file) {
+  ::close(file);
+}
+
+/// Makes a file of the blocks and locks it before others can see it.
+Appended MakeLocked(const fs::path& target, const NextBlock& nextBlock, int& file) {
+  Replacement made(target);
+  if (!made.IsOpen()) return Appended::NotOpened;
+  LockSoon(made.Descriptor());
+  return WriteBlocks(made, nextBlock) ? made.CommitNew(file) : Appended::NotWritten;
 }
 
 #else
@@ -236,17 +367,33 @@ class Replacement final : public FileReplacement {
   std::ofstream file_;
 };
 
-bool Append(const fs::path& target, const NextBlock& nextBlock, std::string_view head,
-            std::optional<std::int64_t> end) {
-  { std::ofstream made(target, std::ios::binary | std::ios::app); }
+// This system has no locks here: a file counts as held while it exists.
+bool IsSameFile(int, const fs::path&) {
+  return false;
+}
+
+void Close(int) {}
+
+FileLock::State Lock(const fs::path& target, int&) {
+  std::error_code error;
+  return fs::exists(target, error) ? FileLock::State::Held : FileLock::State::NoFile;
+}
+
+Appended MakeLocked(const fs::path& target, const NextBlock& nextBlock, int&) {
+  Replacement made(target);
+  if (!made.IsOpen()) return Appended::NotOpened;
+  return WriteBlocks(made, nextBlock) && made.Commit() ? Appended::Done : Appended::NotWritten;
+}
+
+bool Extend(int, const fs::path& target, const NextBlock& nextBlock, const Extension& extension) {
   std::error_code error;
   std::uintmax_t length = fs::file_size(target, error);
-  if (end && !error && static_cast<std::uintmax_t>(*end) < length) {
-    length = static_cast<std::uintmax_t>(*end);
+  if (extension.end && !error && static_cast<std::uintmax_t>(*extension.end) < length) {
+    length = static_cast<std::uintmax_t>(*extension.end);
     fs::resize_file(target, length, error);
   }
   std::fstream file(target, std::ios::binary | std::ios::in | std::ios::out);
-  std::string oldHead(head.size(), '\0');
+  std::string oldHead(extension.head.size(), '\0');
   file.read(oldHead.data(), static_cast<std::streamsize>(oldHead.size()));
   if (error || !file) return false;
   file.seekp(0, std::ios::end);
@@ -257,7 +404,7 @@ bool Append(const fs::path& target, const NextBlock& nextBlock, std::string_view
     file.write(block.data(), static_cast<std::streamsize>(block.size()));
   }
   file.seekp(0);
-  file.write(head.data(), static_cast<std::streamsize>(head.size()));
+  file.write(extension.head.data(), static_cast<std::streamsize>(extension.head.size()));
   file.close();
   if (file.good() && !stopped) return true;
   fs::resize_file(target, length, error);
@@ -289,9 +436,8 @@ bool FileReplacement::Write(std::int64_t position, std::string_view bytes) {
 }
 
 std::unique_ptr<FileReplacement> FileReplacement::Begin(const std::string& path) {
-  if (path.find('\0') != std::string::npos) return nullptr;
-  const auto target = LinkTarget(path);
-  if (!target || !MayBeReplaced(*target)) return nullptr;
+  const auto target = TargetToWrite(path);
+  if (!target) return nullptr;
   auto replacement = std::make_unique<Replacement>(*target);
   if (!replacement->IsOpen()) return nullptr;
   return replacement;
@@ -299,20 +445,36 @@ std::unique_ptr<FileReplacement> FileReplacement::Begin(const std::string& path)
 
 bool ReplaceFileInBlocks(const std::string& path, const NextBlock& nextBlock) {
   const std::unique_ptr<FileReplacement> replacement = FileReplacement::Begin(path);
-  if (replacement == nullptr) return false;
-  std::int64_t position = 0;
-  for (std::string_view block = nextBlock(); !block.empty(); block = nextBlock()) {
-    if (!replacement->Write(position, block)) return false;
-    position += static_cast<std::int64_t>(block.size());
-  }
-  return replacement->Commit();
+  return replacement != nullptr && WriteBlocks(*replacement, nextBlock) && replacement->Commit();
 }
 
-bool AppendToFile(const std::string& path, const NextBlock& nextBlock, std::string_view head,
-                  std::optional<std::int64_t> end) {
-  if (path.find('\0') != std::string::npos) return false;
-  const auto target = LinkTarget(path);
-  return target && MayBeReplaced(*target) && Append(*target, nextBlock, head, end);
+FileLock::State FileLock::Take(const std::string& path) {
+  const auto target = TargetToWrite(path);
+  if (target && file_ >= 0 && IsSameFile(file_, *target)) return State::Held;
+  Release();
+  if (!target) return State::Refused;
+  const State state = Lock(*target, file_);
+  if (state != State::Held) Release();
+  return state;
+}
+
+void FileLock::Release() {
+  if (file_ >= 0) Close(std::exchange(file_, -1));
+}
+
+Appended FileLock::Append(const std::string& path, const NextBlock& nextBlock, std::string_view head,
+                          std::optional<std::int64_t> end) {
+  const State state = Take(path);
+  const auto target = TargetToWrite(path);
+  if (!target || state == State::Refused) return Appended::NotOpened;
+  if (state == State::InUse) return Appended::InUse;
+  if (state == State::NoFile) return MakeLocked(*target, nextBlock, file_);
+  return Extend(file_, *target, nextBlock, {head, end}) ? Appended::Done : Appended::NotWritten;
+}
+
+Appended AppendToFile(const std::string& path, const NextBlock& nextBlock, std::string_view head,
+                      std::optional<std::int64_t> end) {
+  return FileLock().Append(path, nextBlock, head, end);
 }
 
 bool ReplaceFile(const std::string& path, std::string_view content) {

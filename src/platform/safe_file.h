@@ -34,7 +34,8 @@ bool ReplaceFile(const std::string& path, std::string_view content);
 /// Returns the next part of a file; an empty part is the end. A part must stay valid until the next call.
 using NextBlock = std::function<std::string_view()>;
 
-/// Does the same for a file that is too large for the memory.
+/// Does the same for a file that is too large for the memory. A process that is killed between two system calls
+/// can leave a temporary file. The next ReplaceFile in this folder removes it when it is older than a day.
 bool ReplaceFileInBlocks(const std::string& path, const NextBlock& nextBlock);
 
 /// Replaces a file whose parts are not written in order, for example a header that is written last. The old
@@ -63,14 +64,51 @@ class FileReplacement {
   virtual bool WritePart(std::int64_t position, std::string_view bytes) = 0;
 };
 
-/// Appends blocks to the regular file `path`, or makes this file. Then `head` replaces the first bytes of the
-/// file; it may not be longer than the old file. The head is written last. So a process that is killed before
-/// leaves the old head, and unused bytes after the old end.
-///
-/// Returns false when any step fails or the write is stopped. The file then has its old length and head.
-/// Refuses the same files as ReplaceFile.
-/// @param end  end of the file for its reader, if this is not its length; bytes after it are removed
-bool AppendToFile(const std::string& path, const NextBlock& nextBlock, std::string_view head = {},
+enum class Appended {
+  Done,
+  NotOpened,   // the file may not be written, or cannot be made
+  InUse,       // another process extends the file
+  NotWritten,  // a step after the opening failed, or the write was stopped
+};
+
+/// Keeps other processes, and other locks of this process, from extending a file. The lock ends with the object
+/// or with the process.
+class FileLock {
+ public:
+  enum class State {
+    Held,
+    NoFile,   // there is no file to lock; AppendToFile makes one
+    InUse,    // another lock holds the file, and did not release it soon
+    Refused,  // the file may not be written
+  };
+
+  FileLock() = default;
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+  ~FileLock() { Release(); }
+
+  /// Locks the file `path`. Keeps the lock if it is already on this file, and otherwise releases it first.
+  /// Refuses the same files as ReplaceFile. A file system without locks counts as held.
+  State Take(const std::string& path);
+  void Release();
+
+  /// Does what AppendToFile describes, and keeps the lock on the file.
+  Appended Append(const std::string& path, const NextBlock& nextBlock, std::string_view head = {},
                   std::optional<std::int64_t> end = {});
+
+ private:
+  int file_ = -1;  // descriptor of the open file
+};
+
+/// Appends blocks to the regular file `path`. Then `head` replaces the first bytes of the file; it may not be
+/// longer than the old file. The head is written last. So a process that is killed before leaves the old head,
+/// and unused bytes after the old end. A missing file is made without the head: it gets its name when all blocks
+/// are on the disk.
+///
+/// When a step fails or the write is stopped, the file has its old length and head. Refuses the same files as
+/// ReplaceFile.
+/// @param end  end of the file for its reader, if this is not its length; bytes after it are removed
+Appended AppendToFile(const std::string& path, const NextBlock& nextBlock, std::string_view head = {},
+                      std::optional<std::int64_t> end = {});
 
 }  // namespace zelvane

@@ -12,9 +12,9 @@
 #include "model/model_store.h"
 #include "platform/folders.h"
 #include "platform/index.h"
-#include "platform/safe_file.h"
 #include "rscm/rs_correct.h"
 #include "screen/popups.h"
+#include "screen/save_file.h"
 #include "trace/trace.h"
 #include "trace/trace_read.h"
 #include "trace/trace_store.h"
@@ -92,12 +92,12 @@ std::string HeadOfTrace() {
   return head;
 }
 
-bool WriteTrace(const std::string& path) {
+Outcome WriteTrace(const std::string& path) {
   const std::string head = HeadOfTrace();
   const auto count = Index(std::max(Model.NumPoints, 0));
   const std::string_view samples(reinterpret_cast<const char*>(Trace.SimTrace.data()), count * sizeof(float));
   int part = 0;
-  return ReplaceFileInBlocks(path, [&]() -> std::string_view {
+  return SaveFile(path, [&]() -> std::string_view {
     ++part;
     if (part == 1) return head;
     return part == 2 ? samples : std::string_view{};
@@ -137,9 +137,7 @@ Outcome FileCorrect(const std::function<void()>& readSettings) {
     MessagePopup(NoticeTitle, SameFile);
     return Outcome::Failed;
   }
-  if (WriteTrace(*target)) return Outcome::Done;
-  FileErrorPopup(FileOpenFailed);
-  return Outcome::Failed;
+  return WriteTrace(*target);
 }
 
 }  // namespace zelvane

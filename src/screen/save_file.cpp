@@ -1,6 +1,7 @@
 #include "screen/save_file.h"
 
 #include <functional>
+#include <utility>
 
 #include "screen/popups.h"
 
@@ -12,6 +13,7 @@ constexpr char NotWritten[] =
     "unchanged.";
 constexpr char NotExtended[] =
     "%s could not be extended: the disk is full or refused the data. The file is unchanged.";
+constexpr char InUse[] = "%s is in use: another program extends it. Choose another name.";
 
 void TellAbout(std::string text, const std::string& path) {
   MessagePopup(FileErrorTitle, text.replace(text.find("%s"), 2, path));
@@ -27,27 +29,37 @@ struct Watched {
   }
 };
 
-Outcome OutcomeOf(bool written, bool opened, const char* failure, const std::string& path) {
-  if (written) return Outcome::Done;
-  if (WriteStopped()) return Outcome::Stopped;
-  if (opened) TellAbout(failure, path);
-  if (!opened) FileErrorPopup(FileOpenFailed);
-  return Outcome::Failed;
-}
-
 }  // namespace
 
 Outcome SaveFile(const std::string& path, const NextBlock& nextBlock) {
   Watched blocks{nextBlock};
-  const bool written = ReplaceFileInBlocks(path, std::ref(blocks));
-  return OutcomeOf(written, blocks.opened, NotWritten, path);
+  if (ReplaceFileInBlocks(path, std::ref(blocks))) return Outcome::Done;
+  if (WriteStopped()) return Outcome::Stopped;
+  if (blocks.opened) TellAbout(NotWritten, path);
+  if (!blocks.opened) FileErrorPopup(FileOpenFailed);
+  return Outcome::Failed;
 }
 
-Outcome ExtendFile(const std::string& path, const NextBlock& nextBlock, std::string_view head,
+Outcome SaveText(const std::string& path, std::string_view text) {
+  return SaveFile(path, [&text] { return std::exchange(text, {}); });
+}
+
+Outcome ExtendFile(const std::string& path, const NextBlock& nextBlock) {
+  return TellAppended(AppendToFile(path, nextBlock), path);
+}
+
+Outcome ExtendFile(FileLock& lock, const std::string& path, const NextBlock& nextBlock, std::string_view head,
                    std::optional<std::int64_t> end) {
-  Watched blocks{nextBlock};
-  const bool written = AppendToFile(path, std::ref(blocks), head, end);
-  return OutcomeOf(written, blocks.opened, NotExtended, path);
+  return TellAppended(lock.Append(path, nextBlock, head, end), path);
+}
+
+Outcome TellAppended(Appended result, const std::string& path) {
+  if (result == Appended::Done) return Outcome::Done;
+  if (WriteStopped()) return Outcome::Stopped;
+  if (result == Appended::NotOpened) FileErrorPopup(FileOpenFailed);
+  if (result == Appended::InUse) TellAbout(InUse, path);
+  if (result == Appended::NotWritten) TellAbout(NotExtended, path);
+  return Outcome::Failed;
 }
 
 void TellNotWritten(const std::string& path) {

@@ -152,10 +152,27 @@ bool TakesEpisodes(const AbfTemplate& header, std::uintmax_t fileBytes) {
   return fileBytes == end || (fileBytes > end && HasOnlySamples(header));
 }
 
-bool IsEmptyOrMissing(const std::string& path) {
+bool IsEmpty(const std::string& path) {
   std::error_code error;
-  return !std::filesystem::exists(path, error) ||
-         (std::filesystem::is_regular_file(path, error) && std::filesystem::file_size(path, error) == 0);
+  return std::filesystem::is_regular_file(path, error) && std::filesystem::file_size(path, error) == 0;
+}
+
+/// Locks the autosave file before its header is read, so that no other program changes it meanwhile. Returns
+/// whether the file is new; on failure shows a message and returns nullopt.
+std::optional<bool> LockEpisodes(const std::string& path) {
+  switch (AutosaveLock().Take(path)) {
+    case FileLock::State::NoFile:
+      return true;
+    case FileLock::State::Held:
+      return IsEmpty(path);
+    case FileLock::State::InUse:
+      TellAppended(Appended::InUse, path);
+      return std::nullopt;
+    case FileLock::State::Refused:
+      break;
+  }
+  FileErrorPopup(FileOpenFailed);
+  return std::nullopt;
 }
 
 /// Returns the header of the file before this run, for a new file that of the template. When runs cannot be
@@ -234,8 +251,9 @@ Outcome LegacyAbfWrite(const std::string& path) {
 
 Outcome AutosaveAbfWrite(const std::string& path) {
   if (RefuseSourceOfTrace(path)) return Outcome::Refused;
-  const bool isNew = IsEmptyOrMissing(path);
-  auto header = FormerHeader(path, isNew);
+  const auto isNew = LockEpisodes(path);
+  if (!isNew) return Outcome::Failed;
+  auto header = FormerHeader(path, *isNew);
   if (!header) return Outcome::Failed;
   RunSettingsWanted.Tell();
   const AbfStamp stamp = StampNow();
@@ -244,8 +262,8 @@ Outcome AutosaveAbfWrite(const std::string& path) {
   if (!CountEpisode(*header, samples.size(), path)) return Outcome::Failed;
   WriteTraceFields(*header, stamp.shortDate, stamp.seconds);
   WriteCreator(*header, AutosaveCreator);
-  return isNew ? SaveFile(path, Parts({Text(*header), BytesOf(samples)}))
-               : ExtendFile(path, Parts({BytesOf(samples)}), Text(*header), end);
+  if (*isNew) return ExtendFile(AutosaveLock(), path, Parts({Text(*header), BytesOf(samples)}));
+  return ExtendFile(AutosaveLock(), path, Parts({BytesOf(samples)}), Text(*header), end);
 }
 
 }  // namespace zelvane

@@ -92,7 +92,7 @@ bool RefusedByAutosave() {
 
 bool RefuseSourceOfTrace(const std::string& path) {
   std::error_code error;
-  if (Trace.TraceFileName.empty() || !std::filesystem::equivalent(path, Trace.TraceFileName, error))
+  if (Trace.TraceFromFile == 0 || !std::filesystem::equivalent(path, Trace.TraceFileName, error))
     return false;
   MessagePopup(ErrorTitle, path + IsSource);
   return true;
@@ -134,10 +134,16 @@ Outcome AutosaveTextWrite(const std::string& path) {
   RunSettingsWanted.Tell();
   TraceSteps steps;
   StepsToWrite.Tell(steps);
-  if (!steps.values.empty()) return ExtendFile(path, BehindLastLine(path, SavedStepBlocks(steps)));
+  if (!steps.values.empty())
+    return ExtendFile(AutosaveLock(), path, BehindLastLine(path, SavedStepBlocks(steps)));
   const NextBlock column =
       TraceTextBlocks(TraceFormat::SingleColumn, Trace.SimTrace.first(count), Model.ADInterval, {});
-  return ExtendFile(path, BehindLastLine(path, column));
+  return ExtendFile(AutosaveLock(), path, BehindLastLine(path, column));
+}
+
+FileLock& AutosaveLock() {
+  static FileLock lock;
+  return lock;
 }
 
 Outcome AutosaveTrace() {
@@ -151,7 +157,10 @@ Outcome AutosaveTrace() {
 
 void ConnectAutosave() {
   RunCompleted.Add([](Outcome& saved) {
-    if (Model.Autosave != 0) saved = FirstNotDone(saved, AutosaveTrace());
+    if (Model.Autosave != 0)
+      saved = FirstNotDone(saved, AutosaveTrace());
+    else
+      AutosaveLock().Release();
   });
 }
 

@@ -1,7 +1,7 @@
 // Writes the trace to files, as text or as an Axon Binary File, once or after each run.
 //
 //   Whole files     TraceTextWrite  TraceAbfWrite  LegacyAbfWrite
-//   Run after run   ConnectAutosave  AutosaveTrace  AutosaveTextWrite  AutosaveAbfWrite
+//   Run after run   ConnectAutosave  AutosaveTrace  AutosaveTextWrite  AutosaveAbfWrite  AutosaveLock
 //   Shared          RefusedByAutosave  RefuseSourceOfTrace  AbfTemplateBytes
 //
 // All write `Model.NumPoints` samples of `Trace.SimTrace`, one every `Model.ADInterval`. Each returns Done;
@@ -15,6 +15,7 @@
 #include <string_view>
 
 #include "platform/outcome.h"
+#include "platform/safe_file.h"
 
 namespace zelvane {
 
@@ -45,7 +46,7 @@ Outcome AutosaveTrace();
 /// wait.
 bool RefusedByAutosave();
 
-/// Returns whether `path` is the file of the trace. If so, shows the message that this file may not be
+/// Returns whether the trace is a recording from the file `path`. If so, shows the message that this file may not be
 /// overwritten.
 bool RefuseSourceOfTrace(const std::string& path);
 
@@ -58,6 +59,10 @@ using AbfTemplate = std::array<std::byte, AbfTemplateLength>;
 /// ("SAMPLABF.DAT", "GAPFREE.ABF") or of a file with ten episodes ("EPISODE-10.ABF"). Returns zeros for
 /// another name.
 AbfTemplate AbfTemplateBytes(std::string_view name);
+
+/// Returns the lock on the autosave file. The first run takes it. While this program holds it, another program
+/// cannot append its runs between those of this one.
+FileLock& AutosaveLock();
 
 /// Lets each run append its trace to the autosave file while `Model.Autosave` is on.
 void ConnectAutosave();

@@ -39,6 +39,7 @@ void SaveLegacyABFCallback() {
 
 /// Switches autosave. It stays off without a file.
 void FxnAutosave(const ControlEvent&) {
+  AutosaveLock().Release();
   if (Model.Autosave == 0) return;
   const bool column = Model.AutosaveFormat == 0;
   const char* pattern = column ? ColumnPattern : AbfPattern;

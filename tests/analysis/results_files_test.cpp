@@ -64,6 +64,7 @@ TEST_F(ResultsTest, SiblingsAreNamedByTheFileNotByItsFolder) {
 
 TEST_F(ResultsTest, ATableFileReadsBackAsItWasWritten) {
   AddRows(2);
+  Analysis.Rows[2].fileName = "2 cells, day 3 1.5 ";
   Analysis.Rows[2].value[6] = 1.0F / 3.0F;
   Analysis.Rows[1].value[20] = std::nanf("");  // variance of one sample
   Model.ModelFileName = "/models/ampa.mod";
@@ -77,7 +78,8 @@ TEST_F(ResultsTest, ATableFileReadsBackAsItWasWritten) {
   ASSERT_TRUE(table);
   EXPECT_EQ(table->dataPath, Trace.TraceFileName);
   ASSERT_EQ(table->rows.size(), 2U);
-  EXPECT_EQ(table->rows[1].fileName, "cell") << "a name ends at its first blank";
+  EXPECT_EQ(table->rows[0].fileName, "cell 1.old.abf");
+  EXPECT_EQ(table->rows[1].fileName, "2 cells, day 3 1.5 ") << "numbers of a name are no measures";
   EXPECT_EQ(table->rows[1].episode, 2);
   EXPECT_EQ(table->rows[1].value[5], -50.0F);
   EXPECT_FLOAT_EQ(table->rows[1].value[6], 0.333333F);
@@ -130,11 +132,6 @@ TEST_F(ResultsTest, MeasuresRowsHaveTheFieldsOfTheFitMode) {
 }
 
 TEST_F(ResultsTest, AnExistingMeasuresFileIsAppendedToOnlyWithTheUsersWord) {
-  const std::string recording = std::exchange(Trace.TraceFileName, folder.File("missing/cell.abf"));
-  SaveAnalysis();
-  EXPECT_EQ(Analysis.MeasuresCount, 0) << "a file that cannot be written";
-  EXPECT_EQ(Analysis.MeasuresFileOpen, 0);
-  Trace.TraceFileName = recording;
   const std::string path = folder.File("cell 1.res");
   WriteWholeFile(path, "old\n");
   SaveAnalysis();
@@ -148,6 +145,54 @@ TEST_F(ResultsTest, AnExistingMeasuresFileIsAppendedToOnlyWithTheUsersWord) {
   const std::string text = ReadWholeFile(path);
   EXPECT_TRUE(text.starts_with("old\n\"Datafilename\""));
   EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 4) << "one header, two rows";
+}
+
+TEST_F(ResultsTest, RowsThatCannotBeWrittenAreKeptAndOfferedAgain) {
+  const std::string away = folder.File("cell 1.res.away");
+  const std::string path = folder.File("cell 1.res");
+  const auto rowsIn = [](const std::string& file) {
+    const std::string text = ReadWholeFile(file);
+    EXPECT_EQ(text.find("\"Datafilename\""), text.rfind("\"Datafilename\"")) << "one header";
+    return std::count(text.begin(), text.end(), '\n') - 1;
+  };
+  answers = {true};  // append to the folder that stands in the way
+  std::filesystem::create_directory(path);
+  EXPECT_EQ(SaveAnalysis(Saving::Automatic), Outcome::Failed);
+  EXPECT_EQ(SaveAnalysis(Saving::Automatic), Outcome::Failed);
+  EXPECT_EQ(errors, 1) << "once for a series";
+  EXPECT_EQ(SaveAnalysis(), Outcome::Failed);
+  EXPECT_EQ(errors, 2) << "again on request";
+  EXPECT_EQ(Analysis.MeasuresCount, 0);
+  std::filesystem::remove(path);
+  EXPECT_EQ(SaveAnalysis(), Outcome::Done);
+  EXPECT_EQ(rowsIn(path), 4);
+  EXPECT_EQ(Analysis.MeasuresCount, 4);
+
+  std::filesystem::remove(path);
+  std::filesystem::create_directory(path);
+  Analysis.MeasuresCount = 0;
+  SaveAnalysis();
+  answers = {true};
+  choices = {away};
+  DeleteLastRow();
+  EXPECT_EQ(popups.back().text,
+            "Rows of measures (1) could not be written to " + path + ". Write them to another file?");
+  EXPECT_EQ(rowsIn(away), 1);
+  EXPECT_EQ(Analysis.Unwritten.count, 0);
+}
+
+TEST_F(ResultsTest, AnOtherFormerTableIsKept) {
+  const std::string path = folder.Written("cell 1.tbl", "last week");
+  AddRows(1);
+  ASSERT_EQ(SaveResultsTable(), Outcome::Done);
+  ASSERT_EQ(SaveResultsTable(), Outcome::Done) << "the same table again";
+  EXPECT_EQ(ReadWholeFile(path + ".bak"), "last week");
+  std::filesystem::remove(path + ".bak");
+  std::filesystem::create_directory(path + ".bak");
+  AddRows(1);
+  const std::string before = ReadWholeFile(path);
+  EXPECT_EQ(SaveResultsTable(), Outcome::Failed);
+  EXPECT_EQ(ReadWholeFile(path), before) << "a table that cannot be kept is not replaced";
 }
 
 TEST_F(ResultsTest, RunsGiveRowsMeanAndVarianceOfSuccessiveDifferences) {

@@ -6,6 +6,7 @@
 #   3. A header that its folder does not list under HEADERS is private: no other folder includes it.
 #   4. Controls (screen/screen.h) are known to *_panel files, to screen/ and to what lies above the subjects.
 #   5. Libraries beyond the standard one are included by front ends alone.
+#   6. Only platform/safe_file.cpp opens files for writing, so that no writer loses a file or hides a failure.
 #
 # Usage: cmake -DSOURCE_DIR=.../src -DTABLE=.../docs/architecture.md -P include_check.cmake
 
@@ -66,6 +67,10 @@ endforeach()
 foreach(folder IN LISTS folders)
   file(GLOB_RECURSE sources RELATIVE ${SOURCE_DIR} ${SOURCE_DIR}/${folder}/*.h ${SOURCE_DIR}/${folder}/*.cpp)
   foreach(source IN LISTS sources)
+    file(STRINGS ${SOURCE_DIR}/${source} writers REGEX "ofstream|std::fstream|fopen|O_CREAT|QSaveFile")
+    if(writers AND NOT source STREQUAL "platform/safe_file.cpp")
+      string(APPEND faults "${source} opens a file for writing: ${writers}\n")
+    endif()
     file(STRINGS ${SOURCE_DIR}/${source} includes REGEX "^#include [<\"]")
     foreach(line IN LISTS includes)
       if(line MATCHES "^#include <(Q|qcustomplot|nlohmann|CLI)" AND NOT folder MATCHES ${knows_libraries})

@@ -69,8 +69,8 @@ TEST_F(SafeFileTest, AStopAtAnyMomentLeavesTheFileAndNothingElse) {
   const auto replace = [&] { return ReplaceFile(path, parts); };
   const auto append = [&] {
     int block = 0;
-    return AppendToFile(
-        path, [&] { return std::string_view(parts).substr(0, ++block < 4 ? 1000 : 0); }, "h");
+    const auto blocks = [&] { return std::string_view(parts).substr(0, ++block < 4 ? 1000 : 0); };
+    return AppendToFile(path, blocks, "h") == Appended::Done;
   };
   for (const std::function<bool()>& write : {std::function<bool()>(replace), std::function<bool()>(append)}) {
     int asked = 0;
@@ -85,6 +85,27 @@ TEST_F(SafeFileTest, AStopAtAnyMomentLeavesTheFileAndNothingElse) {
     SetWriteStop(former);
     EXPECT_GT(stopAt, 3) << "more than once was asked";
   }
+}
+
+TEST_F(SafeFileTest, RemovesOldTemporaryFilesOfProcessesThatAreGone) {
+  const auto older = fs::file_time_type::clock::now() - std::chrono::hours(25);
+  const auto make = [&](const std::string& name, bool old) {
+    WriteWholeFile(folder.File(name), "x");
+    if (old) fs::last_write_time(folder.File(name), older);
+  };
+  const std::string gone = std::to_string(std::numeric_limits<int>::max());
+  make(".zelvane-" + gone + "-7.tmp", true);
+  make(".zelvane-" + gone + ".tmp", true);
+  Texts kept = {"model.mod", ".zelvane-" + gone + "-8.tmp",
+                ".zelvane-" + std::to_string(::getpid()) + "-9.tmp", ".zelvane-notes.txt"};
+  make(kept[1], false);
+  make(kept[2], true);
+  make(kept[3], true);
+  ASSERT_TRUE(ReplaceFile(path, "x"));
+  Texts names = folder.Names();
+  std::sort(names.begin(), names.end());
+  std::sort(kept.begin(), kept.end());
+  EXPECT_EQ(names, kept);
 }
 
 TEST_F(SafeFileTest, TakesANameAsLongAsTheSystemAllows) {

@@ -79,12 +79,18 @@ TEST_F(TraceWriteTest, ARecordingAndTheSourceOfTheTraceAreNotWrittenOver) {
             (SeenPopup{"Error!", path + " is in integer format, which usually means it is an acquired "
                                         "data file.\nCannot overwrite an acquired data file"}));
   Trace.TraceFileName = folder.File("./out.abf");
+  Trace.TraceFromFile = 1;
   popups.clear();
   for (const auto write : {TraceTextWrite, LegacyAbfWrite, AutosaveTextWrite, AutosaveAbfWrite}) {
     EXPECT_EQ(write(path), Outcome::Refused);
     EXPECT_EQ(popups.back().text, path + " is the file that the trace was read from. Choose another name.");
   }
   EXPECT_EQ(ReadWholeFile(path), recording);
+  recording[100] = 1;
+  WriteWholeFile(path, recording);
+  Trace.TraceFromFile = 0;  // a simulation, after the recording
+  for (const auto write : {AutosaveTextWrite, TraceAbfWrite, TraceTextWrite, LegacyAbfWrite})
+    EXPECT_EQ(write(path), Outcome::Done);
 }
 
 TEST_F(TraceWriteTest, TheLegacyFileIsTheTemplateButForItsFields) {
@@ -198,6 +204,23 @@ TEST_F(TraceWriteTest, AutosaveExtendsNoFileButItsOwnKind) {
   EXPECT_NE(AutosaveAbfWrite(path), Outcome::Done)
       << "what follows on the samples would be taken for samples";
   EXPECT_EQ(ReadWholeFile(path), tagged);
+}
+
+TEST_F(TraceWriteTest, ASecondProgramDoesNotAppendToTheSameFile) {
+  for (const auto append : {AutosaveAbfWrite, AutosaveTextWrite}) {
+    path += "x";
+    ASSERT_EQ(append(path), Outcome::Done);
+    const std::string first = ReadWholeFile(path);
+    FileLock other;
+    EXPECT_EQ(other.Take(path), FileLock::State::InUse);
+    AutosaveLock().Release();
+    ASSERT_EQ(other.Take(path), FileLock::State::Held);
+    EXPECT_EQ(append(path), Outcome::Failed);
+    EXPECT_EQ(popups.back().text, path + " is in use: another program extends it. Choose another name.");
+    EXPECT_EQ(ReadWholeFile(path), first);
+    other.Release();
+    EXPECT_EQ(append(path), Outcome::Done);
+  }
 }
 
 TEST_F(TraceWriteTest, AutosaveGoesOnBehindARunWhoseWritingWasBrokenOff) {
