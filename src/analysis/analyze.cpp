@@ -11,6 +11,7 @@
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "platform/index.h"
+#include "screen/memory_guard.h"
 #include "screen/popups.h"
 #include "trace/trace_events.h"
 #include "trace/trace_store.h"
@@ -137,6 +138,7 @@ void ForgetMeasures() {
 
 void ConnectMeasures() {
   TraceWillChange.Add(ForgetMeasures);
+  MemoryRanOut.Add(EndSeries);
 }
 
 Outcome ReanalyzeTrace() {

@@ -9,6 +9,7 @@
 #include "analysis/results_files.h"
 #include "model/model_store.h"
 #include "run/result_store.h"
+#include "screen/memory_guard.h"
 #include "screen/popups.h"
 #include "screen/save_file.h"
 #include "trace/trace_events.h"
@@ -118,6 +119,12 @@ void ConnectRunAnalysis() {
   });
   SeriesEnds.Add([] {
     if (std::exchange(analyzes, false)) EndRunAnalysis();
+  });
+  MemoryRanOut.Add([] {  // the rows in the file stay
+    if (!std::exchange(analyzes, false)) return;
+    Averages() = RunAverages{};
+    Analysis.MeasuresFileOpen = 0;
+    MeasuresFileChanged.Tell();
   });
 }
 

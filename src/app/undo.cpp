@@ -14,10 +14,12 @@
 #include "platform/index.h"
 #include "run/run_panel.h"
 #include "screen/fields.h"
+#include "screen/memory_guard.h"
 #include "screen/observer.h"
 #include "screen/screen.h"
 #include "stimulus/stimulus.h"
 #include "trace/trace_events.h"
+#include "trace/trace_store.h"
 
 namespace zelvane {
 namespace {
@@ -54,6 +56,7 @@ struct Settings {
   std::vector<std::byte> numbers;
   std::vector<std::string> texts;
   std::vector<std::size_t> forced;  // bytes of `numbers` that subunits force
+  bool operator==(const Settings&) const = default;
 };
 
 /// Returns whether the settings look the same to the user.
@@ -119,6 +122,7 @@ void Refresh(Settings& copy, std::string_view name) {
 
 struct UndoState {
   Settings before;              // before the present action
+  int episode = 1;              // the same
   std::deque<Settings> undone;  // newest at the back
   std::deque<Settings> redone;
   bool restoring = false;
@@ -142,12 +146,23 @@ void KeepIfChanged() {
   state.redone.clear();
 }
 
+/// Brings back the settings and the episode of before an action that ran out of memory. The trace may belong to
+/// others, so it is no longer valid when they have changed.
+void ForgetAction() {
+  const UndoState& state = State();
+  if (std::exchange(Trace.EpisodeIndex, state.episode) != state.episode) Trace.TraceValid = 0;
+  if (state.before.numbers.empty() || state.before == CopySettings()) return;
+  Trace.TraceValid = 0;
+  RestoreSettings(state.before);
+}
+
 /// Goes from one list of copies to the other. The menu press for it is not an edit itself.
 void Step(std::deque<Settings>& from, std::deque<Settings>& to) {
   State().restoring = true;
   if (from.empty()) return;
-  to.push_back(CopySettings());
+  Settings present = CopySettings();
   RestoreSettings(from.back());
+  to.push_back(std::move(present));
   from.pop_back();
 }
 
@@ -162,8 +177,14 @@ constexpr MenuDecl UndoMenu[] = {
 
 void StartUndo() {
   State() = UndoState{};
-  AddUserObserver(
-      {[] { State().before = CopySettings(); }, [](const std::string&) { KeepIfChanged(); }, nullptr});
+  AddUserObserver({[] {
+                     State().episode = Trace.EpisodeIndex;
+                     State().before = CopySettings();
+                   },
+                   [](const std::string&) { KeepIfChanged(); }, nullptr});
+  MemoryRanOut.Add([] {
+    if (Screen.busy == 0) ForgetAction();
+  });
 }
 
 void AddUndoMenu() {

@@ -207,6 +207,9 @@ int RunProgram(int argc, char** argv) {
     return Desktop(arguments, size).run();
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? JobDone : JobMisused;
+  } catch (const std::bad_alloc&) {
+    std::cerr << "Not enough memory for the window.\n";
+    return JobFailed;
   }
 }
 

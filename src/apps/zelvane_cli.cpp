@@ -14,6 +14,8 @@
 #include "headless/commands/recording_commands.h"
 #include "headless/commands/simulate_command.h"
 #include "headless/drive/drive.h"
+#include "headless/time_limit.h"
+#include "kinetics/monte_carlo.h"
 #include "model/model_store.h"
 #include "screen/fields.h"
 
@@ -32,8 +34,9 @@ constexpr char Examples[] =
     "zelvane-cli COMMAND --help describes a command.\n"
     "Exit status: 0 done, 1 failed (the reason is on standard error), 2 wrong usage.";
 
+constexpr double LongestTimeout = 1e9;  // seconds
+
 constexpr char DriveText[] = "Run the whole program from a script";
-constexpr int MaxJobChannels = 10'000'000;  // a 32-bit occupancy counts to some 16 million
 
 constexpr char SimulateText[] = "Run a model file and print a summary of the response";
 constexpr char ModelText[] = "Describe a model file, or convert it to the newest format";
@@ -66,7 +69,7 @@ constexpr char DriveFooter[] =
     "The command reads one command per line from SCRIPT or from standard input. It writes what the program\n"
     "shows to standard output, one JSON object per line. docs/drive.md describes the commands. Example:\n"
     "  printf 'enter NumPoints 20000\\npress AcquireData\\ngraph MainPanel\\n' | zelvane-cli drive\n"
-    "Exit status: 0, or 2 when a line was not a command or named an item that does not exist.";
+    "Exit status: 0; 1 after --timeout; 2 when a line was not a command or named an item that does not exist.";
 
 constexpr char SimulateFooter[] =
     "A model file brings at least 100000 points; --points sets another number. --set takes the names of the\n"
@@ -81,7 +84,7 @@ constexpr char ModelFooter[] =
     "  zelvane-cli model --upgrade old.mod new.mod\n"
     "reads old.mod in any of the four formats and writes new.mod in the newest format.";
 
-/// Set by Ctrl-C. A run reads it when it lets user events through, a writer between the parts of a file.
+/// Set by Ctrl-C, except in `drive`, and by --timeout. A run reads it when it lets user events through, a writer between the parts of a file.
 std::atomic<bool> StopAsked{false};
 static_assert(std::atomic<bool>::is_always_lock_free);  // a signal handler may write it
 
@@ -117,14 +120,15 @@ std::optional<Seeds> SeedsOf(const std::string& text) {
 
 int RunDriveCommand(DriveArguments& arguments) {
   arguments.start.seeds = SeedsOf(arguments.seeds);
-  if (arguments.script.empty()) return RunDrive(std::cin, std::cout, arguments.start);
+  const DriveHost host{.stop = &StopAsked};
+  if (arguments.script.empty()) return RunDrive(std::cin, std::cout, arguments.start, host);
   std::error_code error;
   std::ifstream script(arguments.script, std::ios::binary);
   if (!script.is_open() || std::filesystem::is_directory(arguments.script, error)) {
     std::cerr << arguments.script << ": cannot be opened\n";
     return JobFailed;
   }
-  return RunDrive(script, std::cout, arguments.start);
+  return RunDrive(script, std::cout, arguments.start, host);
 }
 
 int RunModelCommand(const ModelArguments& arguments) {
@@ -197,7 +201,7 @@ CLI::App* AddSimulate(CLI::App& app, SimulateArguments& arguments) {
       ->type_name("MS");
   AddWords(*simulate, "--units", arguments.units, UnitWords, "of the trace");
   simulate->add_option("--channels", options.channels, "channels")
-      ->check(CLI::Range(0, MaxJobChannels).description(""))
+      ->check(CLI::Range(0, MaxChannelsOfRun).description(""))
       ->type_name("N");
   simulate->add_option("--runs", options.runs, "runs of a Monte Carlo simulation")
       ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
@@ -351,6 +355,20 @@ int RunMeasureCommand(MeasureArguments& arguments) {
   return MeasureCommand(arguments.options, Streams());
 }
 
+/// Gives every command a limit on its time.
+void AddTimeouts(CLI::App& app, std::optional<double>& seconds) {
+  const auto fault = [](const std::string& word) -> std::string {
+    const auto value = ParseNumber(word);
+    return value && *value > 0.0 && *value <= LongestTimeout ? ""
+                                                             : word + " is not a number of seconds above 0";
+  };
+  for (CLI::App* command : app.get_subcommands([](CLI::App*) { return true; })) {
+    command->add_option("--timeout", seconds, "stop after this time; nothing half done is written")
+        ->check(CLI::Validator(fault, ""))
+        ->type_name("S");
+  }
+}
+
 int RunCli(int argc, char** argv) {
   CLI::App app(Description, "zelvane-cli");
   app.set_version_flag("--version", "zelvane-cli " ZELVANE_VERSION);
@@ -370,12 +388,16 @@ int RunCli(int argc, char** argv) {
   MeasureArguments measureArguments;
   const CLI::App* measure = AddMeasure(app, measureArguments);
   AddModel(app, modelArguments);
+  std::optional<double> timeout;
+  AddTimeouts(app, timeout);
   if (argc < 2) {
     std::cerr << app.help();
     return JobMisused;
   }
   try {
     app.parse(argc, argv);
+    std::optional<TimeLimit> limit;
+    if (timeout) limit.emplace(*timeout, StopAsked);
     if (drive->parsed()) return RunDriveCommand(driveArguments);
     std::signal(SIGINT, OnInterrupt);
     if (info->parsed())
@@ -385,7 +407,10 @@ int RunCli(int argc, char** argv) {
     if (qmatrix->parsed()) return QMatrixCommand(qMatrixOptions, Streams());
     return simulate->parsed() ? RunSimulateCommand(simulateArguments) : RunModelCommand(modelArguments);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? JobDone : JobMisused;
+    return app.exit(error, Streams().out, Streams().err) == 0 ? JobDone : JobMisused;
+  } catch (const std::bad_alloc&) {
+    std::cerr << "Not enough memory for " << app.get_subcommands().front()->get_name() << ".\n";
+    return JobFailed;
   }
 }
 

@@ -4,6 +4,10 @@
 
 namespace zelvane {
 
+bool OutputStreamIsTerminal() {
+  return isatty(STDOUT_FILENO) == 1;
+}
+
 bool ErrorStreamIsTerminal() {
   return isatty(STDERR_FILENO) == 1;
 }

@@ -3,7 +3,8 @@
 
 namespace zelvane {
 
-/// Returns whether standard error is a terminal. A line on a terminal can be overwritten.
+/// Return whether standard output or standard error is a terminal. A line on a terminal can be overwritten.
+bool OutputStreamIsTerminal();
 bool ErrorStreamIsTerminal();
 
 }  // namespace zelvane

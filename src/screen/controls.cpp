@@ -5,6 +5,7 @@
 
 #include "platform/index.h"
 #include "screen/announce.h"
+#include "screen/memory_guard.h"
 #include "screen/number_entry.h"
 #include "screen/observe.h"
 #include "screen/observer.h"
@@ -18,6 +19,7 @@ constexpr char IsDimmed[] = "dimmed";
 constexpr char RunInProgress[] = "a run is in progress";
 constexpr char ReadOnly[] = "not editable";
 constexpr char NoSuchCell[] = "no such cell";
+constexpr char NameOfRecord[] = "undoing or recording this action";
 
 /// Changes of views while a command runs; observers get them after it.
 std::vector<std::string>& ViewedMeanwhile() {
@@ -71,24 +73,43 @@ void LoadControl(Control& control) {
   }
 }
 
-/// Runs an action of the user with the screen marked busy, then the dimming rules. `line` is the action in
-/// the command language; observers get only the outermost action.
+/// Marks the screen busy during its lifetime.
+class BusyMark {
+ public:
+  BusyMark() { ++Screen.busy; }
+  ~BusyMark() { --Screen.busy; }
+  BusyMark(const BusyMark&) = delete;
+  BusyMark& operator=(const BusyMark&) = delete;
+};
+
+/// Runs an action of the user with the screen marked busy, then the dimming rules. Every action comes through
+/// here, so that one that needs more memory than there is ends with a message.
+/// @param line  the action in the command language; observers get only the outermost action
+/// @param name  what the user calls the action
+template <typename Function>
+void RunAction(const std::string& line, std::string_view name, Function&& action) {
+  const bool outermost = Screen.busy == 0;
+  WithinMemory(name, [&] {
+    if (outermost) {
+      RestartPumpCount();
+      ObserveBefore();
+    } else {
+      ObserveQueued(FormatText("during %d ", PumpsOfAction()) + line);
+    }
+    const BusyMark busy;
+    action();
+  });
+  WithinMemory(NameOfRecord, [&] {
+    UpdateDimming();
+    if (!outermost) return;
+    ObserveDid(line);
+    for (const std::string& viewed : std::exchange(ViewedMeanwhile(), {})) ObserveDid(viewed);
+  });
+}
+
 template <typename Function>
 void RunAction(const std::string& line, Function&& action) {
-  const bool outermost = Screen.busy == 0;
-  if (outermost) {
-    RestartPumpCount();
-    ObserveBefore();
-  } else {
-    ObserveQueued(FormatText("during %d ", PumpsOfAction()) + line);
-  }
-  ++Screen.busy;
-  action();
-  --Screen.busy;
-  UpdateDimming();
-  if (!outermost) return;
-  ObserveDid(line);
-  for (const std::string& viewed : std::exchange(ViewedMeanwhile(), {})) ObserveDid(viewed);
+  RunAction(line, line, std::forward<Function>(action));
 }
 
 /// Returns the words of the command language for a press of a control.
@@ -98,7 +119,7 @@ std::string PressLine(const Control& control) {
 
 void CommitControl(Control& control, const std::string& line) {
   ControlEvent event{&control, control.index, control.field ? FieldNumber(control.field) : 0.0};
-  RunAction(line, [&] {
+  RunAction(line, control.label.empty() ? control.name : control.label, [&] {
     StoreControl(control);
     if (control.action != nullptr) control.action(event);
   });
@@ -298,7 +319,8 @@ Refusal Press(Control& control) {
 Refusal PressMenu(MenuItem& item) {
   if (Screen.busy > 0) return RunInProgress;
   if (item.dimmed) return IsDimmed;
-  RunAction("press " + item.command, [&] {
+  const std::string_view name = std::string_view(item.path).substr(item.path.rfind('/') + 1);
+  RunAction("press " + item.command, name.substr(0, name.find("...")), [&] {
     if (item.action != nullptr) item.action();
   });
   return {};
@@ -385,13 +407,19 @@ Refusal MoveCursor(Graph& graph, int cursor, double x, std::optional<double> y) 
 }
 
 bool RunModalPanel(std::string_view name, std::string_view text) {
-  Panel& panel = PanelNamed(name);
-  panel.visible = true;
-  AnnouncePanel(panel);
-  const bool accepted = AskModal(panel, std::string(text).c_str());
-  panel.visible = false;
-  AnnouncePanel(panel);
-  return accepted;
+  struct Shown {
+    Panel& panel;
+    explicit Shown(Panel& shown) : panel(shown) { show(true); }
+    ~Shown() { show(false); }
+    Shown(const Shown&) = delete;
+    Shown& operator=(const Shown&) = delete;
+    void show(bool visible) const {
+      panel.visible = visible;
+      AnnouncePanel(panel);
+    }
+  };
+  const Shown shown(PanelNamed(name));
+  return AskModal(shown.panel, std::string(text).c_str());
 }
 
 }  // namespace zelvane

@@ -16,11 +16,12 @@ inline FieldRef EndOf(const Field& field, int FieldIndex::*end) {
   return {&field, element};
 }
 
-/// Returns every field of the registry: its last element, and up to 200 along its last index from the first
-/// one.
-inline std::string StoreDigest() {
+/// Returns every field of the registry that `counts`: its last element, and up to 200 along its last index from
+/// the first one.
+inline std::string StoreDigest(bool (*counts)(const Field&) = [](const Field&) { return true; }) {
   std::string digest;
   for (const auto& [name, field] : AllFields()) {
+    if (!counts(field)) continue;
     digest += name + '=' + FieldText(EndOf(field, &FieldIndex::last));
     const FieldIndex run =
         field.rank > 0 ? field.index[static_cast<std::size_t>(field.rank) - 1] : FieldIndex{};

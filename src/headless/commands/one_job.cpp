@@ -8,6 +8,7 @@
 
 #include "app/application.h"
 #include "app/stores.h"
+#include "headless/terminal_text.h"
 #include "model/model_file.h"
 #include "platform/index.h"
 #include "platform/terminal.h"
@@ -34,7 +35,13 @@ std::string WhyUnreadable(const std::string& path) {
 }  // namespace
 
 JobStreams StandardStreams(const std::atomic<bool>& stop) {
-  return {std::cout, std::cerr, &stop, ErrorStreamIsTerminal()};
+  static TerminalBuffer safeOut(*std::cout.rdbuf());
+  static TerminalBuffer safeErr(*std::cerr.rdbuf());
+  static std::ostream terminalOut(&safeOut);
+  static std::ostream terminalErr(&safeErr);
+  const bool errIsTerminal = ErrorStreamIsTerminal();
+  return {OutputStreamIsTerminal() ? terminalOut : std::cout, errIsTerminal ? terminalErr : std::cerr, &stop,
+          errIsTerminal ? &std::cerr : nullptr};
 }
 
 bool StopAsked(const JobStreams& streams) {
@@ -87,19 +94,19 @@ void JobScreen::Message(std::string_view title, std::string_view text) {
 }
 
 void JobScreen::Progress(double fraction, std::string_view text) {
-  if (!streams_.progressBar) return;
+  if (streams_.bar == nullptr) return;
   if (fraction < 0.0) {
     ClearBar();
     return;
   }
   const int full = static_cast<int>(std::min(fraction, 1.0) * BarWidth);
-  streams_.err << "\r\x1b[K[" << std::string(Index(full), '#') << std::string(Index(BarWidth - full), '.')
-               << "] " << static_cast<int>(std::min(fraction, 1.0) * 100.0) << " % " << text << std::flush;
+  *streams_.bar << "\r\x1b[K[" << std::string(Index(full), '#') << std::string(Index(BarWidth - full), '.')
+                << "] " << static_cast<int>(std::min(fraction, 1.0) * 100.0) << " % " << text << std::flush;
   barShown_ = true;
 }
 
 void JobScreen::ClearBar() {
-  if (barShown_) streams_.err << "\r\x1b[K" << std::flush;
+  if (barShown_) *streams_.bar << "\r\x1b[K" << std::flush;
   barShown_ = false;
 }
 

@@ -24,10 +24,11 @@ struct JobStreams {
   std::ostream& out;
   std::ostream& err;
   const std::atomic<bool>* stop = nullptr;  // true = the user stops the run, as with the stop button
-  bool progressBar = false;                 // `err` is a terminal
+  std::ostream* bar = nullptr;              // the terminal of a progress bar; nullptr = there is no bar
 };
 
-/// Returns standard output and error, with a progress bar on a terminal.
+/// Returns standard output and error. On a terminal they show control characters escaped, and a progress bar is
+/// drawn.
 JobStreams StandardStreams(const std::atomic<bool>& stop);
 
 using Seeds = std::array<double, 3>;

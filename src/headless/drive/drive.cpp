@@ -1,17 +1,23 @@
 #include "headless/drive/drive.h"
 
 #include <istream>
+#include <limits>
 
 #include "headless/drive/drive_session.h"
 #include "headless/nearest_names.h"
 #include "headless/words.h"
+#include "platform/safe_file.h"
+#include "screen/memory_guard.h"
 
 namespace zelvane {
 namespace {
 
 constexpr std::size_t LongestLine = 1'000'000;         // bytes; a longer command is a mistake
 constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";  // some editors put it at the start of a text
-constexpr int Misunderstood = 2;                       // exit status
+constexpr int StoppedScript = 1;                       // exit status
+constexpr int Misunderstood = 2;                       // the same
+
+constexpr std::string_view LineName = "a line of the script";
 
 /// Reads up to the next line end, and leaves it and a carriage return before it out of `line`. Skips what
 /// exceeds the longest line and sets `tooLong`. Returns false at the end of the input.
@@ -79,27 +85,39 @@ void RunLine(DriveSession& session, std::string_view line) {
 
 void RunLines(DriveSession& session, std::istream& in, const DriveHost& host) {
   std::string line;
-  bool tooLong = false;
   bool first = true;
-  while (!session.ended && ReadLine(in, line, tooLong)) {
-    if (tooLong)
-      WriteMisunderstood(session, FormatText("a line of more than %zu bytes", LongestLine));
-    else
-      RunLine(session, first && line.starts_with(Utf8Mark) ? line.substr(Utf8Mark.size()) : line);
+  bool more = true;
+  while (more && !session.ended && !StopAsked(session)) {
+    bool whole = false;
+    WithinMemory(LineName, [&] {
+      bool tooLong = false;
+      more = ReadLine(in, line, tooLong);
+      whole = true;
+      if (!more) return;
+      if (tooLong)
+        WriteMisunderstood(session, FormatText("a line of more than %zu bytes", LongestLine));
+      else
+        RunLine(session, first && line.starts_with(Utf8Mark) ? line.substr(Utf8Mark.size()) : line);
+    });
+    if (!whole) in.ignore(std::numeric_limits<std::streamsize>::max(), '\n');  // its rest is no command
     first = false;
     session.out->flush();  // the program at the other end of a pipe waits for the answer
-    if (host.afterLine) host.afterLine();
+    if (more && host.afterLine) host.afterLine();
   }
 }
 
 int RunDrive(std::istream& in, std::ostream& out, const StartOptions& options, const DriveHost& host) {
   DriveSession session;
   session.out = &out;
+  session.stop = host.stop;
   FrontEnd former = SetFrontEnd(DriveFrontEnd(session, host.frontEnd));
+  WriteStop formerStop = SetWriteStop([&session] { return StopAsked(session); });
   StartApplication(options);
   out.flush();
   RunLines(session, in, host);
+  SetWriteStop(std::move(formerStop));
   SetFrontEnd(std::move(former));
+  if (StopAsked(session)) return StoppedScript;
   return session.misunderstood ? Misunderstood : 0;
 }
 

@@ -2,6 +2,7 @@
 // graph, table and store field of the program. docs/drive.md describes it.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <iosfwd>
 
@@ -16,11 +17,14 @@ namespace zelvane {
 struct DriveHost {
   FrontEnd frontEnd{};
   std::function<void()> afterLine{};  // called after each command
+  const std::atomic<bool>* stop =
+      nullptr;  // true = the present work stops as with its stop button, and the script ends
 };
 
 /// Starts the application with a headless front end, reads commands from `in` until its end or `quit`, and
 /// writes one JSON object per line to `out`.
-/// @return exit status: 0, or 2 when a line was not a command or named an item that does not exist
+/// @return exit status: 0; 1 when the script was stopped; 2 when a line was not a command or named an item that
+///         does not exist
 int RunDrive(std::istream& in, std::ostream& out, const StartOptions& options, const DriveHost& host = {});
 
 /// Does the same in the running application. Afterwards the application uses its own front end again.

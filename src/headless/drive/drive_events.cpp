@@ -103,6 +103,10 @@ bool RunModal(DriveSession& session, const FrontEnd& shown, Panel& panel, std::s
   return accept;
 }
 
+void StopIfAsked(const DriveSession& session) {
+  if (StopAsked(session)) RequestStop();
+}
+
 /// Performs the presses that are queued for this moment.
 void Pump(DriveSession& session) {
   const int moment = ++session.pumps;
@@ -176,8 +180,13 @@ FrontEnd DriveFrontEnd(DriveSession& session, const FrontEnd& shown) {
   frontEnd.modal = [&session, shown](Panel& panel, std::string_view text) {
     return RunModal(session, shown, panel, text);
   };
+  frontEnd.breathe = [&session, shownBreath = shown.breathe](double fraction) {
+    StopIfAsked(session);
+    if (shownBreath) shownBreath(fraction);
+  };
   frontEnd.pump = [&session, shownPump = shown.pump] {
     Pump(session);
+    StopIfAsked(session);
     if (shownPump) shownPump();
   };
   frontEnd.help = [&session, shownHelp = shown.help](int topic) {

@@ -34,10 +34,16 @@ struct DriveSession {
   std::deque<std::vector<std::string>> choices;  // an empty one = cancelled
   std::deque<DialogReply> replies;
   std::vector<QueuedPress> presses;
-  int pumps = 0;               // calls of ProcessSystemEvents in the running command
-  bool ended = false;          // ended by `quit`, or because the user quit the program
-  bool misunderstood = false;  // a line was not a command, or its item does not exist
+  int pumps = 0;                            // calls of ProcessSystemEvents in the running command
+  bool ended = false;                       // ended by `quit`, or because the user quit the program
+  bool misunderstood = false;               // a line was not a command, or its item does not exist
+  const std::atomic<bool>* stop = nullptr;  // of DriveHost
 };
+
+/// Returns whether the script shall end.
+inline bool StopAsked(const DriveSession& session) {
+  return session.stop != nullptr && session.stop->load();
+}
 
 using Words = std::span<const std::string>;  // of a line, without the command
 

@@ -60,5 +60,32 @@ TEST(CliTest, CtrlCStopsARunAndWritesNothing) {
   EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
 }
 
+TEST(CliTest, TimeoutStopsAnyCommand) {
+  const TemporaryFolder folder;
+  WriteWholeFile(folder.File("endless"), "enter MaxStepSize 1e-9\npress AcquireData\nget NumPoints\n");
+  const std::string script = "drive --timeout 0.5 --open " + Ampa + " '" + folder.File("endless") + "'";
+  const std::string run = "simulate --timeout 0.5 " + Ampa + "--simulator fixed --set MaxStepSize=1e-9 ";
+  const std::string notice = "stopped after 0.5 s (--timeout)\n";
+  const std::string popup = R"({"popup":"message","title":"!","text":"Simulation Interrupted by User"})"
+                            "\n";
+  for (const auto& [command, told] :
+       {std::pair{script, notice + popup}, {run, notice + "!: Simulation Interrupted by User\n"}}) {
+    const ShellResult outcome = Shell(Cli + command + " 2>&1");
+    EXPECT_EQ(outcome.out, told);
+    EXPECT_EQ(outcome.status, 1);
+  }
+}
+
+TEST(CliTest, ATerminalGetsControlCharactersEscaped) {
+  const TemporaryFolder folder;
+  const std::string file = folder.File("\x1b[2Jname\x7f\xc2\x9b\xc3\xa9");
+  const auto onTerminal = [&](const std::string& options) {
+    return Shell("script -qec \"" + Cli + "info " + options + "'" + file + "'\" /dev/null").out;
+  };
+  WriteWholeFile(file, "1\n2\n3\n");
+  EXPECT_NE(onTerminal("").find("/\\x1b[2Jname\\x7f\\x9b\xc3\xa9"), std::string::npos) << onTerminal("");
+  EXPECT_EQ(onTerminal("").find('\x1b'), std::string::npos);
+}
+
 }  // namespace
 }  // namespace zelvane

@@ -19,7 +19,7 @@ class JobTest : public StoreTest {
   int Run(auto job) {
     out.str("");
     err.str("");
-    return job(JobStreams{out, err, &stop, false});
+    return job(JobStreams{out, err, &stop});
   }
 
   /// Returns the output of a job as JSON. The job must succeed.

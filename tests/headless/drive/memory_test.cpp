@@ -1,0 +1,87 @@
+// Actions whose memory runs out at any of their allocations.
+#include <sstream>
+
+#include "headless/drive/drive_session.h"
+#include "support/drive_test.h"
+#include "support/failing_allocation.h"
+#include "support/store_digest.h"
+
+namespace zelvane {
+namespace {
+
+class MemoryTest : public DriveTest {
+ protected:
+  /// Runs one line in the running program. The allocation number `number` among those of `least` bytes or more
+  /// fails; 0 = none fails. Returns whether there was one.
+  bool Play(const std::string& line, long number = 0, std::size_t least = 0) {
+    DriveSession session;
+    std::ostringstream out(std::string(1 << 20, ' '));  // has room, so that the stream itself does not fail
+    session.out = &out;
+    SetFrontEnd(DriveFrontEnd(session, {}));
+    std::istringstream in(line);
+    Failing = {.left = number, .least = least};
+    RunLines(session, in);
+    Failing.left = 0;
+    told = out.str().substr(0, static_cast<std::size_t>(out.tellp()));
+    SetFrontEnd({});
+    return Failing.failed;
+  }
+
+  std::string told;
+};
+
+/// Returns every setting, with its value, but not the length, which a recording brings along.
+std::string SettingsNow() {
+  return StoreDigest([](const Field& field) {
+    return field.kind.role == FieldRole::Setting && field.name != "NumPoints" && field.name != "ADInterval";
+  });
+}
+
+struct MemoryCase {
+  std::string setup;
+  std::string action;
+  std::string mend = "";  // what the user does before the next try
+};
+
+TEST_F(MemoryTest, AnActionWithoutMemoryIsToldAndCanBeRepeated) {
+  const std::string model = "open " ZELVANE_DATA "/models/ampa_jonas_1993.mod; enter NumPoints 300";
+  const std::string trace = "open " + Recordings + "abf2/18702001-step.abf";
+  const std::string anew = "enter EpisodeIndex 1\nanswer yes\npress AN_ClearTable";
+  const MemoryCase cases[] = {
+      {model, "press AcquireData"},
+      {model + "; enter SimulatorKind 1", "press AcquireData"},
+      {model + "; enter SimulatorKind 2", "press AcquireData"},
+      {"enter NumPoints 300", model.substr(0, model.find(';'))},
+      {"enter NumPoints 300", "reply ok\n" + trace},
+      {"enter NumPoints 300", "answer yes\nopen " + Recordings + "atf/18702001-step.atf"},
+      {"reply ok; " + trace, "press AN_AnalyzeNextButton", anew},
+      {"reply ok; " + trace, "press AN_AutoAnalyzeButton", anew},
+      {model + "; press AcquireData", "press FxnFillTable"},
+      {model + "; press AcquireData; enter AutoFilterFc 5", "press FxnApplyFilter"},
+      {model + "; enter VHold -20", "press FxnUndo"},
+      {model, "press FxnRecalculateQ"},
+  };
+  for (const auto& [setup, action, mend] : cases) {
+    Run(setup);
+    Play(action);
+    EXPECT_EQ(told.find("rror"), std::string::npos) << told;
+    const std::string undisturbed = StoreDigest();
+    for (const std::size_t least : {std::size_t{0}, std::size_t{4096}}) {
+      for (long number = 1; number < 1'000'000; number += number / 4 + 1) {
+        SCOPED_TRACE(action + ", allocation " + std::to_string(number) + " of " + std::to_string(least));
+        Run(setup);
+        const std::string before = SettingsNow();
+        if (!Play(action, number, least)) break;
+        EXPECT_NE(told.find("! Error"), std::string::npos) << told;
+        EXPECT_EQ(Screen.busy, 0);
+        const bool isDone = told.find("undoing or recording") != std::string::npos;
+        EXPECT_TRUE(isDone || SettingsNow() == before) << told;
+        Play(mend + '\n' + action);
+        EXPECT_EQ(StoreDigest(), undisturbed) << told;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zelvane
