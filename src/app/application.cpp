@@ -12,6 +12,7 @@
 #include "app/about_panel.h"
 #include "app/graph_properties.h"
 #include "app/help_buttons.h"
+#include "app/notes_panel.h"
 #include "app/recorder.h"
 #include "app/stores.h"
 #include "app/undo.h"
@@ -183,6 +184,7 @@ void AddAllPanels() {
   AddRsCorrectionPanel();
   AddTraceExports();
   AddHelp();
+  AddNotesPanel();
   AddRecorderMenu();
   AddMenu(ShellMenu);
   Panel& main = PanelNamed(MainPanelName);

@@ -18,6 +18,7 @@
 #include "desktop/window/theme.h"
 #include "headless/commands/one_job.h"
 #include "headless/drive/drive.h"
+#include "screen/memory_guard.h"
 #include "screen/screen.h"
 
 namespace zelvane {
@@ -71,6 +72,18 @@ QSize SizeOf(const std::string& text) {
   }
   return size;
 }
+
+/// The toolkit with a last guard: painting, too, may find no memory.
+class Application : public QApplication {
+ public:
+  using QApplication::QApplication;
+
+  bool notify(QObject* receiver, QEvent* event) override {
+    bool handled = false;
+    WithinMemory("the window", [&] { handled = QApplication::notify(receiver, event); });
+    return handled;
+  }
+};
 
 /// The program with its window.
 class Desktop {
@@ -188,8 +201,8 @@ int RunProgram(int argc, char** argv) {
     std::cerr << "zelvane: there is no display (DISPLAY, WAYLAND_DISPLAY). zelvane-cli needs none.\n";
     return JobFailed;
   }
-  QApplication application(argc, argv);  // takes the toolkit's own options out of argv
-  std::setlocale(LC_NUMERIC, "C");       // numbers in files have a full stop whatever the user's locale
+  Application application(argc, argv);  // takes the toolkit's own options out of argv
+  std::setlocale(LC_NUMERIC, "C");      // numbers in files have a full stop whatever the user's locale
   QApplication::setApplicationName("Zelvane");
   QApplication::setDesktopFileName("zelvane");
   CLI::App app(Description, "zelvane");

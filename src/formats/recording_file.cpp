@@ -283,6 +283,10 @@ class TextFile final : public RecordingFile {
     account_.note.clear();
     if (read.badLine != 0)
       account_.note = FormatText("read up to line %zu, which is not a row of numbers", read.badLine);
+    else if (read.cutLine != 0)
+      account_.note =
+          FormatText("ends within line %zu, %s", read.cutLine,
+                     read.cutLineKept ? "whose last number may lack digits" : "which is left out");
   }
 
   std::ifstream file_;

@@ -102,6 +102,7 @@ std::optional<std::string_view> TextLines::Next() {
     std::string_view line(buffer_.data() + at_, rest);
     at_ = filled_;
     ++number_;
+    ended_ = false;
     if (line.ends_with('\r')) line.remove_suffix(1);
     return line;
   }

@@ -32,6 +32,9 @@ class TextLines {
     number_ += lines;
   }
 
+  /// Returns whether the last line had a line end. Only the last line of the text may lack it.
+  bool LastLineEnded() const { return ended_; }
+
   /// Returns the number of lines so far, which is the number of the last line, from 1.
   std::size_t Number() const { return number_; }
 
@@ -51,6 +54,7 @@ class TextLines {
   std::string raw_;  // a block as in the file, when it is not UTF-8
   char lineEnd_ = '\n';
   std::size_t number_ = 0;
+  bool ended_ = true;
 };
 
 }  // namespace zelvane

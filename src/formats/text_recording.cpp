@@ -246,7 +246,10 @@ void TextRecording::ReadColumn(const TextRequest& request, TextSamples& read) {
     if (shape_.atf || firstGiven_) ReadPlainLines(request, read.samples);
     if (read.samples.size() == request.most) return;
     const auto line = FirstOrNext();
-    if (!line) return;
+    if (!line) {
+      CheckEnd(read);
+      return;
+    }
     const auto value = FirstValue<float>(*line);
     if (value) {
       read.samples.push_back(*value * request.scale);
@@ -285,7 +288,10 @@ void TextRecording::ReadTable(const TextRequest& request, TextSamples& read) {
   for (std::size_t k = 0; k < request.most && !read.unequalSteps; ++k) {
     std::string_view sample;
     const auto row = NextRow(column, sample, read);
-    if (!row) return;
+    if (!row) {
+      CheckEnd(read);
+      return;
+    }
     const auto time = k < TimesTested ? FirstValue<double>(*row) : 0.0;
     if (!time || !AppendRow(sample, episodes, request.scale, read)) {
       read.badLine = lines_.Number();
@@ -295,6 +301,13 @@ void TextRecording::ReadTable(const TextRequest& request, TextSamples& read) {
     times[k] = *time;
     ReadInterval(times, k + 1, read);
   }
+}
+
+/// At the end of the text, notes a last line without its end: other programs end every line of an ATF.
+void TextRecording::CheckEnd(TextSamples& read) const {
+  if (!shape_.atf || lines_.LastLineEnded() || read.badLine != 0) return;
+  read.cutLineKept = read.cutLine == 0;
+  read.cutLine = lines_.Number();
 }
 
 /// Reads the sample at the begin of a row, and those of the next episodes. If one is not a number, appends no
@@ -339,7 +352,10 @@ std::optional<std::string_view> TextRecording::JoinRow(std::string_view begin, s
   row_ = begin;
   while (words < columns) {
     const auto line = lines_.Next();
-    if (!line) return std::nullopt;
+    if (!line) {
+      read.cutLine = number;
+      return std::nullopt;
+    }
     words += CountWords(*line);
     if (words > columns) {
       read.badLine = number;

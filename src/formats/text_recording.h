@@ -45,7 +45,9 @@ struct TextSamples {
   std::vector<float> samples;  // several episodes: the first sample of each, then the second of each ...
   std::optional<double> intervalMs;  // within its limits; empty for a text without an interval
   bool unequalSteps = false;         // the third time is too far from the second; three samples were read
-  std::size_t badLine = 0;  // line that is not a row of numbers and ended the read; 0 without such a line
+  std::size_t badLine = 0;   // line that is not a row of numbers and ended the read; 0 without such a line
+  std::size_t cutLine = 0;   // line of an ATF within which the file ends; 0 for a file with a whole last line
+  bool cutLineKept = false;  // that line has all its numbers, but the last of them may lack digits
 };
 
 /// Returns the reason why a text gave no samples, in one sentence.
@@ -75,6 +77,7 @@ class TextRecording {
   std::optional<std::string_view> JoinRow(std::string_view begin, std::size_t words, TextSamples& read);
   void ReadColumn(const TextRequest& request, TextSamples& read);
   void ReadTable(const TextRequest& request, TextSamples& read);
+  void CheckEnd(TextSamples& read) const;
   bool AppendRow(std::string_view row, int episodes, float scale, TextSamples& read) const;
 
   TextLines lines_;

@@ -37,6 +37,12 @@ RecordingRead RefuseWithoutSamples(const std::string& path) {
   return {};
 }
 
+/// Tells that a file is not whole. Reading it again tells nothing new.
+void NoteDamage(const RecordingAccount& account, const RecordingFacts& facts, Questions questions) {
+  if (questions == Questions::AsBefore || account.note.empty()) return;
+  Note(FileNameOf(facts.path) + ' ' + account.note + '.');
+}
+
 // -- ABF --
 
 /// Sets the channel: the only one, the one read before, or the one that the user chooses. Returns false on
@@ -78,10 +84,12 @@ void FillAbfInfo(const RecordingAccount& account, RecordingFacts& facts) {
   const RecordedInput& input = ChosenInput(account, facts.channel);
   facts.finalGain = static_cast<float>(input.gain);
   AbfInfo info;
+  info.version = account.version;
   info.floats = account.abf.floats;
   info.scale = static_cast<double>(input.scale);
   info.units = input.units;
   facts.infoLines = AbfInfoLines(facts, info);
+  if (!account.note.empty()) facts.infoLines.push_back("File " + account.note);
 }
 
 /// The samples of the episode to keep: from `first`, every `skip`-th of `span`.
@@ -180,6 +188,7 @@ RecordingRead ReadAbf(RecordingFile& file, RecordingFacts facts, std::span<float
   if (read == 0) return RefuseWithoutSamples(facts.path);
   facts.points = static_cast<int>(read);
   FillAbfInfo(account, facts);
+  NoteDamage(account, facts, questions);
   return {Reading::Done, std::move(facts), read};
 }
 
@@ -197,7 +206,8 @@ void FillObfFacts(const RecordingAccount& account, RecordingFacts& facts) {
 }
 
 /// Reads all runs, one after the other.
-RecordingRead ReadObf(RecordingFile& file, RecordingFacts facts, std::span<float> destination) {
+RecordingRead ReadObf(RecordingFile& file, RecordingFacts facts, std::span<float> destination,
+                      Questions questions) {
   FillObfFacts(file.Account(), facts);
   const std::int64_t samples = std::int64_t{facts.runs} * file.Account().samples;
   const auto most = std::min<std::int64_t>(static_cast<std::int64_t>(destination.size()), MaxStimPoints);
@@ -210,6 +220,8 @@ RecordingRead ReadObf(RecordingFile& file, RecordingFacts facts, std::span<float
   facts.infoLines = {"OBF File", FormatText("Number of runs %d", facts.runs),
                      FormatText("Total number of pts %d", facts.points),
                      FormatText("Digitization interval (ms) %f", static_cast<double>(facts.intervalMs))};
+  if (!file.Account().note.empty()) facts.infoLines.push_back("File " + file.Account().note);
+  NoteDamage(file.Account(), facts, questions);
   return {Reading::Done, std::move(facts), read};
 }
 
@@ -235,7 +247,7 @@ RecordingRead ReadBinary(const OpenedRecording& opened, RecordingFacts facts, st
   facts.text = false;  // the file is read again in the same way
   if (opened.form != RecordingForm::Abf) {
     if (!AcceptObf(opened, facts.path, questions)) return {};
-    return ReadObf(*opened.file, std::move(facts), destination);
+    return ReadObf(*opened.file, std::move(facts), destination, questions);
   }
   if (opened.file == nullptr) {
     MessagePopup(OpenTitle, FormatText(NotOpened, facts.path.c_str()));

@@ -25,10 +25,13 @@ void TellNotRead(const std::string& path, const std::string& why) {
   MessagePopup(FileErrorTitle, FormatText(NotRead, FileNameOf(path).c_str(), why.c_str()));
 }
 
-/// Shows which line ended the read.
-void TellReadUpTo(const std::string& path, const RecordingAccount& account) {
-  if (account.text.badLine == 0) return;
-  MessagePopup(WarningTitle, FormatText(ReadUpTo, FileNameOf(path).c_str(), account.text.badLine));
+/// Shows which line ended the read, or notes that the file is not whole.
+void TellEnd(const std::string& path, const RecordingAccount& account) {
+  if (account.text.badLine != 0) {
+    MessagePopup(WarningTitle, FormatText(ReadUpTo, FileNameOf(path).c_str(), account.text.badLine));
+  } else if (!account.note.empty()) {
+    Note(FileNameOf(path) + ' ' + account.note + '.');
+  }
 }
 
 /// Returns whether the text was opened; otherwise shows the reason.
@@ -137,7 +140,8 @@ RecordingRead ReadText(const OpenedRecording& opened, RecordingFacts facts, std:
   if (EndsInZero(account.text, facts.intervalLine)) destination[kept++] = 0.0F;
   facts.points = static_cast<int>(kept);
   facts.infoLines = TextInfoLines(account.text, facts);
-  TellReadUpTo(facts.path, account);
+  if (!account.note.empty()) facts.infoLines.push_back("File " + account.note);
+  if (questions != Questions::AsBefore || account.text.badLine != 0) TellEnd(facts.path, account);
   return {Reading::Done, std::move(facts), kept};
 }
 
@@ -150,7 +154,7 @@ std::vector<std::vector<float>> ReadTextEpisodes() {
   file.SetTextReading(ReadingOf(facts, account.text.atf, Trace.SimTrace.size()));
   std::string why;  // reason for episodes without samples; the result shows them
   static_cast<void>(file.Load(facts.signal, 1, account.sweeps, why));
-  TellReadUpTo(facts.path, account);
+  TellEnd(facts.path, account);
   std::vector<std::vector<float>> episodes(static_cast<std::size_t>(account.sweeps));
   for (int e = 1; e <= account.sweeps; ++e) {
     std::vector<float>& episode = episodes[static_cast<std::size_t>(e) - 1];

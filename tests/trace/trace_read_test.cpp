@@ -9,6 +9,7 @@
 
 #include "app/undo.h"
 #include "formats/abf/abf.h"
+#include "platform/file_names.h"
 #include "rscm/rscm_store.h"
 #include "run/result_store.h"
 #include "stimulus/stimulus_file.h"
@@ -343,6 +344,26 @@ TEST_F(TraceReadTest, BothReadersOfAbf1AgreeOnTheFirstChannel) {
     for (const float value : episodes) largest = std::max(largest, std::abs(value));
     for (std::size_t k = 0; k < episodes.size(); ++k)
       ASSERT_NEAR(direct[k], episodes[k], 1e-6F * largest) << k;
+  }
+}
+
+TEST_F(TraceReadTest, ACutRecordingIsNotedAndListedInItsInformation) {
+  const std::string atf = ReadWholeFile(Recordings + "atf/sine_sweep_magnitude_20.atf");
+  const std::string lastLine = std::to_string(std::count(atf.begin(), atf.end(), '\n'));
+  const std::string within = " ends within line " + lastLine;
+  answers = {true, true, true};
+  using Case = std::pair<std::string, std::string>;
+  for (const auto& [path, told] :
+       {Case{Recordings + "broken/abf2_data_cut.abf", " ends early, with 369 of 738 samples"},
+        Case{Recordings + "broken/abf1_data_60pc.abf", " ends early, with 600 of 1000 samples"},
+        Case{folder.Written("a.atf", atf.substr(0, atf.size() - 3)),
+             within + ", whose last number may lack digits"},
+        Case{folder.Written("b.atf", atf.substr(0, atf.rfind('\t'))), within + ", which is left out"},
+        Case{folder.Written("c.atf", atf), ""}}) {
+    notes.clear();
+    TraceReadFile(path);
+    EXPECT_EQ(notes, told.empty() ? Texts{} : Texts{FileNameOf(path) + told + "."});
+    EXPECT_EQ(Trace.FileInfo.back() == "File" + told, !told.empty());
   }
 }
 

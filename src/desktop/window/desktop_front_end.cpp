@@ -66,6 +66,7 @@ DesktopFrontEnd::DesktopFrontEnd(Settings& settings) : settings_(settings) {
 FrontEnd DesktopFrontEnd::functions() {
   FrontEnd frontEnd;
   frontEnd.message = [this](MessageTitle title, std::string_view text) { showMessage(title, text); };
+  frontEnd.note = [this](std::string_view sentence) { emit noted(ToQt(sentence)); };
   frontEnd.confirm = [this](std::string_view title, std::string_view text) { return ask(title, text); };
   frontEnd.files = [this](const FileRequest& request) { return chooseFiles(request); };
   frontEnd.modal = [this](Panel& panel, std::string_view text) { return runModal(panel, text); };

@@ -53,6 +53,7 @@ class DesktopFrontEnd : public QObject {
  signals:
   void recordsChanged(const std::set<zelvane::Graph*>& graphs);
   void progressed(double fraction, const QString& text);
+  void noted(const QString& sentence);
   void breathed(double fraction);  // about 15 times a second while a run computes
   void printWanted(zelvane::Panel* panel);
 

@@ -9,6 +9,7 @@
 
 #include "desktop/widgets/elided_label.h"
 #include "desktop/widgets/text.h"
+#include "desktop/window/note_line.h"
 #include "model/model_store.h"
 #include "screen/entry.h"
 #include "screen/screen.h"
@@ -31,6 +32,7 @@ QString ElapsedText(qint64 ms) {
 
 MainStatus::MainStatus(QWidget* parent)
     : QStatusBar(parent),
+      note_(new NoteLine(this)),
       file_(new ElidedLabel(this)),
       data_(new ElidedLabel(this)),
       length_(new QLabel(this)),
@@ -46,6 +48,9 @@ MainStatus::MainStatus(QWidget* parent)
   file_->setContentsMargins(8, 0, 12, 0);
   data_->setContentsMargins(0, 0, 12, 0);
   length_->setContentsMargins(0, 0, 12, 0);
+  connect(note_, &NoteLine::clicked, this, &MainStatus::notesWanted);
+  connect(note_, &NoteLine::shown, this, &MainStatus::refresh);
+  addWidget(note_, 1);
   addWidget(file_);
   addWidget(data_);
   addWidget(length_);
@@ -61,9 +66,17 @@ void MainStatus::refresh() {
   file_->showText(path.isEmpty() ? QStringLiteral("No model file") : QFileInfo(path).fileName(), path);
   const QString shown = ToQt(ControlNamed("DataName").text);  // for a run the path of the model
   data_->showText(QFileInfo(shown).fileName(), shown);
-  data_->setVisible(!shown.isEmpty() && shown != path);
+  const bool free = note_->isHidden();
+  data_->setVisible(free && !shown.isEmpty() && shown != path);
+  for (QWidget* fact :
+       {static_cast<QWidget*>(file_), static_cast<QWidget*>(length_), static_cast<QWidget*>(form_)})
+    fact->setVisible(free);
   length_->setText("Sweep " + ToQt(CompactNumber(ControlNamed("SweepLength").number, 6)) + " ms");
   form_->setText(ToQt(ShownText(ControlNamed("ModelForm"))));
+}
+
+void MainStatus::showNote(const QString& sentence) {
+  note_->showNote(sentence);
 }
 
 void MainStatus::showProgress(double fraction, const QString& text) {

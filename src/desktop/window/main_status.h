@@ -1,4 +1,4 @@
-// The status bar: model file, length of the sweep, progress, stop.
+// The status bar: model file, length of the sweep, notes, progress, stop.
 #pragma once
 
 #include <QElapsedTimer>
@@ -11,6 +11,7 @@ class QPushButton;
 namespace zelvane {
 
 class ElidedLabel;
+class NoteLine;
 
 class MainStatus : public QStatusBar {
   Q_OBJECT
@@ -20,6 +21,9 @@ class MainStatus : public QStatusBar {
   /// Shows what the records hold.
   void refresh();
 
+  /// Shows a note for ten seconds, in place of the file and the lengths.
+  void showNote(const QString& sentence);
+
   /// Shows progress: `fraction` from 0 to 1; below 0 hides it.
   void showProgress(double fraction, const QString& text);
 
@@ -28,8 +32,10 @@ class MainStatus : public QStatusBar {
 
  signals:
   void stopPressed();
+  void notesWanted();
 
  private:
+  NoteLine* note_;
   ElidedLabel* file_;
   ElidedLabel* data_;  // name of the recording on display; hidden when there is no recording
   QLabel* length_;

@@ -216,6 +216,8 @@ void MainWindow::connectFrontEnd() {
   connect(&frontEnd_, &DesktopFrontEnd::recordsChanged, this, &MainWindow::refresh);
   connect(&frontEnd_, &DesktopFrontEnd::progressed, status_, &MainStatus::showProgress);
   connect(status_, &MainStatus::stopPressed, this, [] { StopWork(); });
+  connect(&frontEnd_, &DesktopFrontEnd::noted, status_, &MainStatus::showNote);
+  connect(status_, &MainStatus::notesWanted, this, [] { PressMenu(*FindMenu("FxnNotes")); });
   connect(&frontEnd_, &DesktopFrontEnd::breathed, status_, &MainStatus::showFraction);
   connect(&frontEnd_, &DesktopFrontEnd::printWanted, this, [this](const Panel* panel) {
     for (const Task& task : tasks_) {

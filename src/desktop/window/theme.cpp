@@ -12,18 +12,18 @@ namespace zelvane {
 namespace {
 
 struct Colours {
-  QColor window, base, alternate, text, muted, button, border, accent, refused, good;
+  QColor window, base, alternate, text, muted, button, border, accent, refused, good, note;
 };
 
 const Colours& LightColours() {
-  static const Colours colours{0xf4f5f7, 0xffffff, 0xf0f2f5, 0x1d2127, 0x8a919c,
-                               0xffffff, 0xc9ced6, 0x2563a8, 0xc0392b, 0x1e7d3c};
+  static const Colours colours{0xf4f5f7, 0xffffff, 0xf0f2f5, 0x1d2127, 0x8a919c, 0xffffff,
+                               0xc9ced6, 0x2563a8, 0xc0392b, 0x1e7d3c, 0x96620a};
   return colours;
 }
 
 const Colours& DarkColours() {
-  static const Colours colours{0x23262b, 0x1a1d21, 0x2a2e34, 0xe3e6ea, 0x7d8590,
-                               0x30353c, 0x454c56, 0x5b9bd8, 0xe5746a, 0x6cc38a};
+  static const Colours colours{0x23262b, 0x1a1d21, 0x2a2e34, 0xe3e6ea, 0x7d8590, 0x30353c,
+                               0x454c56, 0x5b9bd8, 0xe5746a, 0x6cc38a, 0xe3b24c};
   return colours;
 }
 
@@ -91,7 +91,7 @@ QPalette PaletteOf(const Colours& c) {
   return palette;
 }
 
-// %1 text, %2 muted, %3 base, %4 border, %5 accent, %6 refused, %7 alternate, %8 button, %9 window, %10 good
+// %1 text, %2 muted, %3 base, %4 border, %5 accent, %6 refused, %7 alternate, %8 button, %9 window, %10 good, %11 note
 constexpr char StyleSheet[] = R"(
 QToolTip { color: %1; background: %3; border: 1px solid %4; padding: 4px; }
 QLabel[role="section"] { color: %5; font-weight: 600; padding-top: 2px; }
@@ -99,6 +99,7 @@ QLabel[role="unit"] { color: %2; }
 QLabel[role="muted"] { color: %2; }
 QLabel[tone="green"] { color: %10; }
 QLabel[tone="red"] { color: %6; }
+QLabel[tone="amber"] { color: %11; font-weight: 600; }
 QLabel[role="value"] { font-weight: 600; }
 QLabel[role="value"]:disabled { color: %2; font-weight: 400; }
 QToolButton[role="fold"] { border: none; color: %5; font-weight: 600; padding: 4px 0; text-align: left; }
@@ -153,8 +154,8 @@ QProgressBar::chunk { background: %5; border-radius: 3px; }
 
 void ApplySheet(const Colours& c) {
   QString sheet = StyleSheet;
-  for (const QColor& colour :
-       {c.text, c.muted, c.base, c.border, c.accent, c.refused, c.alternate, c.button, c.window, c.good}) {
+  for (const QColor& colour : {c.text, c.muted, c.base, c.border, c.accent, c.refused, c.alternate, c.button,
+                               c.window, c.good, c.note}) {
     sheet = sheet.arg(colour.name());
   }
   qApp->setStyleSheet(sheet);

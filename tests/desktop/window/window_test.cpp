@@ -50,6 +50,29 @@ TEST_F(WindowTest, StopEndsALongRunWithinATenthOfASecond) {
   EXPECT_EQ(Screen.busy, 0);
 }
 
+TEST_F(WindowTest, ANoteTakesTheStatusLineAndAClickListsAllNotes) {
+  const auto shown = [this] {
+    Texts texts;
+    for (const QLabel* label : window->statusBar()->findChildren<QLabel*>()) {
+      if (label->isVisible()) texts.push_back(label->text().toStdString());
+    }
+    return texts;
+  };
+  const Texts facts = shown();
+  Note("The first.");
+  Note("The second.");
+  EXPECT_EQ(shown(), Texts{"The second."});
+  auto* line = window->statusBar()->findChild<QLabel*>("NoteLine");
+  QTest::mouseClick(line, Qt::LeftButton);
+  const Texts& lines = TextBoxNamed("NotesText").lines;
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_TRUE(lines[0].ends_with("The first.") && lines[1].ends_with("The second."));
+  EXPECT_TRUE(PanelVisible("NotesPanel"));
+  line->findChild<QTimer*>()->setInterval(1);  // in place of ten seconds
+  QTest::qWait(50);
+  EXPECT_EQ(shown(), facts);
+}
+
 TEST_F(WindowTest, ANumberIsEnteredByEnterAndTakenBackByUndo) {
   type("NumChannels", "250");
   EXPECT_EQ(Model.NumChannels, 250);

@@ -110,7 +110,7 @@ TEST_F(RecordingCommandsTest, AStopWhileTheFileIsWrittenLeavesTheOldOne) {
     stop = false;
     StopAfterReading terminal(stop);
     std::ostream shown(&terminal);
-    EXPECT_EQ(ConvertCommand({.in = source, .out = target}, {out, shown, &stop, true}), JobFailed) << name;
+    EXPECT_EQ(ConvertCommand({.in = source, .out = target}, {out, shown, &stop, &shown}), JobFailed) << name;
     EXPECT_TRUE(terminal.seen.ends_with(target + ": stopped; not written\n")) << terminal.seen;
     EXPECT_EQ(terminal.seen.find("error"), std::string::npos) << terminal.seen;
     EXPECT_EQ(ReadWholeFile(target), "old");
