@@ -15,7 +15,6 @@
 #include "rscm/rs_correct.h"
 #include "screen/popups.h"
 #include "screen/save_file.h"
-#include "trace/trace.h"
 #include "trace/trace_read.h"
 #include "trace/trace_store.h"
 #include "trace/trace_write.h"
@@ -109,25 +108,13 @@ bool IsSameFile(const std::string& a, const std::string& b) {
   return a == b || std::filesystem::equivalent(a, b, error);
 }
 
-/// Reads the file into the trace as a new recording. Returns false when it gets no samples; the trace is then
-/// empty.
-bool ReadWhole(const std::string& path) {
-  ClearSamples(Trace.SimTraceUsed);
-  Trace.TraceValid = 0;
-  Trace.EpisodeIndex = 1;
-  if (!AbfDirectRead(path, Trace.SimTrace)) return false;
-  TraceToWrite(Model.NumPoints);
-  BeginTrace(TraceOrigin::Recording);
-  return true;
-}
-
 }  // namespace
 
 Outcome FileCorrect(const std::function<void()>& readSettings) {
   const auto source =
       FileSelectPopup({.title = OpenTitle, .defaultName = AbfFiles, .filter = AllRecordings, .save = false});
   if (!source) return Outcome::Refused;
-  if (!ReadWhole(*source)) return Outcome::Failed;
+  if (!ReadAllEpisodes(*source)) return Outcome::Failed;
   readSettings();
   if (RsCorrectTrace() != Outcome::Done) return Outcome::Failed;
   const auto target =

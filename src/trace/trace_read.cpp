@@ -158,6 +158,23 @@ Outcome ReadWaveFile(const std::string& path) {
   return Outcome::Done;
 }
 
+bool ReadAllEpisodes(const std::string& path) {
+  TellTraceWillChange();
+  ClearSamples(Trace.SimTraceUsed);
+  Trace.TraceValid = 0;
+  Trace.TraceParsed = 0;
+  Trace.RsCorrected = 0;
+  Trace.RcFiltered = 0;
+  const int former = std::exchange(Trace.EpisodeIndex, 1);
+  if (!AbfDirectRead(path, Trace.SimTrace)) {
+    Trace.EpisodeIndex = former;
+    return false;
+  }
+  BeginRecording();
+  RecordingTaken.Tell();
+  return true;
+}
+
 void TraceReloadEpisode() {
   ReadEpisode(Trace.EpisodeIndex);
 }

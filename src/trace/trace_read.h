@@ -1,7 +1,7 @@
 // Recorded traces: the choice of a reader, the episodes and their commands.
 //
-//   Reading       TraceRead  TraceReadFile  BinaryTraceRead  AbfDirectRead  ReadTextEpisodes
-//                 ReadAsciiData  ReadWaveFile
+//   Reading       TraceRead  TraceReadFile  BinaryTraceRead  AbfDirectRead  ReadAllEpisodes
+//                 ReadTextEpisodes  ReadAsciiData  ReadWaveFile
 //   Episodes      TraceReloadEpisode  StepEpisode  GoToEpisode
 //   The trace     ParseTrace  EraseTrace
 #pragma once
@@ -58,6 +58,10 @@ std::vector<std::vector<float>> ReadTextEpisodes();
 /// Reads an ABF 1.x recording directly from its header fields: only the first channel, all episodes one
 /// after the other.
 bool AbfDirectRead(const std::string& path, std::span<float> destination);
+
+/// Reads a recording as AbfDirectRead does into the trace, as a new recording. Does not correct or plot it. On
+/// failure shows a message, leaves an empty trace and returns false.
+bool ReadAllEpisodes(const std::string& path);
 
 /// Reads episode `Trace.EpisodeIndex` again from its file with the same reader, and corrects it when
 /// `RsCm.RsCmAuto` is set. Asks no question a second time.

@@ -99,5 +99,18 @@ TEST_F(RsCorrectionPanelTest, AFileIsCorrectedIntoAnother) {
   EXPECT_EQ(first, told.back().at(0).get<float>());
 }
 
+TEST_F(RsCorrectionPanelTest, ACorrectedFileIsShownAsEveryRecordingAndAFailedOneIsNot) {
+  const std::string source = Recordings + "abf1/130618-1-12.abf";
+  const std::string correct = "; choose " + folder.File("out.abf") + "; press FxnFileCorrect; ";
+  const std::string look = "control NumPoints; control ADInterval; control RcFileName; control RsCmStatus; ";
+  const auto told = Told("press RsCmFilterFxn; choose " + source + correct + look + "choose " +
+                         folder.Written("bad.abf", "ABF") + correct + "control RsCmStatus; get TraceValid");
+  ASSERT_EQ(told.size(), 9U);
+  EXPECT_EQ(told[0], Model.NumPoints);
+  EXPECT_EQ(told[1].get<float>(), Model.ADInterval);
+  EXPECT_EQ(Values(told.begin() + 2, told.end()),
+            (Values{source, "RsCm Corrected", "green", " Invalid ABF file.", "RsCm UnCorrected", "red", 0}));
+}
+
 }  // namespace
 }  // namespace zelvane
