@@ -107,6 +107,7 @@ struct ModelArguments {
   std::vector<std::string> files;
   bool upgrade = false;
   bool json = false;
+  bool lenient = false;
 };
 
 /// Returns the three seeds of a `--seed`. On wrong usage throws an exception of the parser.
@@ -136,8 +137,9 @@ int RunModelCommand(const ModelArguments& arguments) {
     throw CLI::ValidationError(
         "model", arguments.upgrade ? "--upgrade takes OLD.mod and NEW.mod" : "takes one model file");
   }
-  if (arguments.upgrade) return UpgradeModelCommand(arguments.files[0], arguments.files[1], Streams());
-  return ModelCommand(arguments.files[0], arguments.json, Streams());
+  if (arguments.upgrade)
+    return UpgradeModelCommand(arguments.files[0], arguments.files[1], Streams(), arguments.lenient);
+  return ModelCommand(arguments.files[0], arguments.json, Streams(), arguments.lenient);
 }
 
 /// Adds an option that takes one of a few words.
@@ -252,6 +254,9 @@ CLI::App* AddModel(CLI::App& app, ModelArguments& arguments) {
       ->type_name("");
   model->add_flag("--upgrade", arguments.upgrade, "write the newest format");
   model->add_flag("--json", arguments.json, "print the description as one JSON object");
+  model->add_flag("--lenient", arguments.lenient,
+                  "accept a file that ends early or has words in place of numbers; without this option the "
+                  "exit status is 1");
   return model;
 }
 

@@ -6,6 +6,7 @@
 #include "model/model_events.h"
 #include "model/model_store.h"
 #include "model/model_text.h"
+#include "platform/file_names.h"
 #include "platform/safe_file.h"
 #include "screen/popups.h"
 
@@ -47,8 +48,11 @@ std::optional<std::string> ReadBytesAsking(std::string& path) {
 }
 
 /// Reads the model from a file's bytes. The model gets the name of the file only together with its contents.
-Outcome ReadModel(const std::optional<std::string>& bytes, const std::string& path) {
-  if (!bytes || !ReadModelText(*bytes)) return Outcome::Refused;
+Outcome ReadModel(const std::optional<std::string>& bytes, const std::string& path, bool* faulty = nullptr) {
+  ModelFaults faults;
+  if (!bytes || !ReadModelText(*bytes, &faults)) return Outcome::Refused;
+  for (const std::string& fault : faults) Note(FileNameOf(path) + ": " + fault + '.');
+  if (faulty != nullptr) *faulty = !faults.empty();
   Model.ModelFileName = path;
   Outcome outcome = Outcome::Done;
   ModelFileCameIn.Tell(outcome);
@@ -77,8 +81,8 @@ Outcome ModelFileRead() {
   return ReadAsking(Model.ModelFileName);
 }
 
-Outcome ModelFileReadNamed(const std::string& path) {
-  return ReadModel(ReadBytes(path, MaxModelBytes), path);
+Outcome ModelFileReadNamed(const std::string& path, bool* faulty) {
+  return ReadModel(ReadBytes(path, MaxModelBytes), path, faulty);
 }
 
 Outcome ModelFileWrite() {

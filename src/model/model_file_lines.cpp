@@ -404,7 +404,8 @@ std::variant<int*, float*, double*, int> NumberAt(FieldRef ref) {
 
 }  // namespace
 
-Cell::Cell(FieldRef field, const CellRule& itsRule) : number(NumberAt(field)), rule(&itsRule) {}
+Cell::Cell(FieldRef itsField, const CellRule& itsRule)
+    : number(NumberAt(itsField)), field(itsField), rule(&itsRule) {}
 
 void WalkModelFile(int version, ModelFileVisitor& visitor) {
   const Walk walk{version, visitor};

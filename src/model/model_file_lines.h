@@ -43,11 +43,12 @@ inline constexpr CellRule AsItStands{};
 /// readers skip.
 struct Cell {
   explicit Cell(int shown) : number(shown) {}
-  Cell(FieldRef field, const CellRule& itsRule = AsItStands);
+  Cell(FieldRef itsField, const CellRule& itsRule = AsItStands);
   /// Uses the field with this full name, which must be registered.
   Cell(const char* name, const CellRule& itsRule = AsItStands) : Cell(FindField(name), itsRule) {}
 
   std::variant<int*, float*, double*, int> number;
+  FieldRef field{};  // empty for an int for people
   const CellRule* rule = &AsItStands;
 };
 

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <type_traits>
 
 #include "formats/line_scanner.h"
 #include "model/model.h"
 #include "model/model_file_lines.h"
+#include "platform/format_text.h"
 #include "platform/index.h"
 
 namespace zelvane {
@@ -17,6 +19,7 @@ namespace {
 constexpr std::array<std::string_view, NewestFileVersion> Magics{"MOD", "2ZV", "3ZV", "4ZV"};
 constexpr std::size_t MagicBytes = 3;
 constexpr std::size_t MagicWordBytes = 4;
+constexpr std::size_t LongestFaultWord = 30;  // bytes of a word in a message
 
 /// Returns the part of a text that a line can hold: up to its first line break or NUL, at most `bytes` - 1
 /// bytes. Does not cut a UTF-8 character in two.
@@ -46,14 +49,45 @@ double Checked(const CellRule& rule, double value) {
   return value;
 }
 
+/// Counts the lines of a complete file after the magic.
+struct LineCounter final : ModelFileVisitor {
+  int lines = 0;
+
+  void Header(std::string_view) override { ++lines; }
+  void NumberedHeader(int, std::string_view) override { ++lines; }
+  void Text(FieldRef, FieldRef) override { ++lines; }
+  void Numbers(std::span<const Cell>, bool) override { ++lines; }
+  void Reserved(int count, std::string_view) override { lines += count; }
+  void LastLine() override {}
+};
+
+/// Collects what a file does not hold.
+struct FaultList {
+  ModelFaults lines;  // the first MaxModelFaults
+  int moreLines = 0;  // after them
+  std::string cutAt;  // name of the first field after the end of the file; empty for a complete file
+
+  void AddLine(std::string sentence) {
+    if (lines.size() < MaxModelFaults)
+      lines.push_back(std::move(sentence));
+    else
+      ++moreLines;
+  }
+  void Cut(FieldRef field) {
+    if (cutAt.empty() && field) cutAt = NameOfElement(field);
+  }
+};
+
 struct Reader final : ModelFileVisitor {
   std::string_view rest;
   bool onLastLine = false;
+  int lineNumber = 0;  // of the last line
+  FaultList faults;
 
-  void Header(std::string_view) override { NextLine(rest); }
+  void Header(std::string_view) override { Next(); }
 
   void NumberedHeader(int number, std::string_view) override {
-    while (const auto line = NextLine(rest)) {
+    while (const auto line = Next()) {
       std::string_view at = line->text;
       int scanned = 0;
       if (ScanNumber(at, scanned) == Scan::Taken && scanned == number) return;
@@ -61,33 +95,84 @@ struct Reader final : ModelFileVisitor {
   }
 
   void Text(FieldRef field, FieldRef follower) override {
-    const auto line = NextLine(rest);
-    if (!line || !(line->ended || onLastLine)) return;
+    const auto line = Next();
+    if (!line || !(line->ended || onLastLine)) {
+      faults.Cut(field);
+      return;
+    }
+    if (line->text.find('\0') != std::string_view::npos) {
+      faults.AddLine(FormatText("line %d holds a NUL byte; only the text before it was read", lineNumber));
+    }
     TextOf(field) = OneLine(line->text, field.field->textBytes);
     if (follower) TextOf(follower) = TextOf(field);
   }
 
   void Numbers(std::span<const Cell> cells, bool) override {
-    auto line = NextLine(rest);
-    if (!line) return;
+    auto line = Next();
+    if (!line) {
+      faults.Cut(cells.front().field);
+      return;
+    }
     line->ended = line->ended || onLastLine;
     bool holdsMore = true;
+    bool sound = true;
     for (const Cell& cell : cells) {
-      holdsMore =
+      const std::string_view before = line->text;
+      const Scan scan =
           std::visit([&](auto field) { return ReadCell(*line, holdsMore, cell, field); }, cell.number);
+      if (sound) sound = CheckCell(cell, scan, before, *line);
+      holdsMore = scan != Scan::Missing;
     }
   }
 
   void Reserved(int lines, std::string_view) override {
-    for (int i = 0; i < lines; ++i) NextLine(rest);
+    for (int i = 0; i < lines; ++i) Next();
   }
 
   void LastLine() override { onLastLine = true; }
 
  private:
-  /// Reads one number from the line. Returns false when there are no more numbers.
+  std::optional<TextLine> Next() {
+    const auto line = NextLine(rest);
+    if (line) ++lineNumber;
+    return line;
+  }
+
+  /// Notes the first fault of a line. Returns whether the cell was read as it is written.
+  /// @param before  the line from this cell on
+  bool CheckCell(const Cell& cell, Scan scan, std::string_view before, const TextLine& line) {
+    if (scan == Scan::Missing && !line.ended) {
+      faults.Cut(cell.field);
+      return false;
+    }
+    const std::string word(FirstWord(before, LongestFaultWord));
+    const bool whole = line.text.empty() || std::isspace(static_cast<unsigned char>(line.text.front())) != 0;
+    if (scan == Scan::Taken && whole) return true;
+    if (scan == Scan::Missing && word.empty() && cell.rule->missing) return true;  // an older line
+    const std::string value = cell.field ? FieldText(cell.field) : std::string{};
+    const char* verb = scan == Scan::Missing && cell.rule->missing ? "taken" : "kept";
+    std::string sentence = FormatText("line %d: ", lineNumber);
+    if (scan == Scan::Taken)
+      sentence.append("'").append(word).append("' was read as ").append(value);
+    else if (word.empty())
+      sentence.append("no number for ").append(NameOfElement(cell.field)).append(", ").append(value);
+    else
+      sentence.append("'").append(word).append(scan == Scan::Refused ? "' is too large"
+                                                                     : "' is not a number");
+    if (scan != Scan::Taken && !word.empty()) {
+      if (value.empty())
+        sentence += ", the numbers after it";
+      else
+        sentence.append(", ").append(value);
+    }
+    if (scan != Scan::Taken) sentence.append(" ").append(verb);
+    faults.AddLine(std::move(sentence));
+    return false;
+  }
+
+  /// Reads one number from the line.
   template <typename T>
-  static bool ReadCell(TextLine& line, bool holdsMore, const Cell& cell, T field) {
+  static Scan ReadCell(TextLine& line, bool holdsMore, const Cell& cell, T field) {
     using Number = std::remove_pointer_t<T>;
     Number value{};
     Scan scan = holdsMore ? ScanNumber(line.text, value) : Scan::Missing;
@@ -102,9 +187,25 @@ struct Reader final : ModelFileVisitor {
       if (scan == Scan::Missing && cell.rule->missing && line.ended)
         *field = static_cast<Number>(*cell.rule->missing);
     }
-    return scan != Scan::Missing;
+    return scan;
   }
 };
+
+/// Returns the sentences about a file of format `version` that was read up to line `lastLine`.
+ModelFaults Sentences(FaultList faults, int version, int lastLine) {
+  ModelFaults sentences = std::move(faults.lines);
+  if (faults.moreLines > 0) {
+    sentences.push_back(FormatText("%d more lines do not hold their numbers", faults.moreLines));
+  }
+  if (!faults.cutAt.empty()) {
+    LineCounter counter;
+    WalkModelFile(version, counter);
+    sentences.push_back(
+        FormatText("the file ends at line %d of %d: the settings from %s on are those of before", lastLine,
+                   counter.lines + 1, faults.cutAt.c_str()));
+  }
+  return sentences;
+}
 
 /// Returns the format in the first word of a text, or 0. Removes the line with this word.
 int ReadMagic(std::string_view& rest) {
@@ -196,13 +297,16 @@ struct Writer final : ModelFileVisitor {
 
 }  // namespace
 
-bool ReadModelText(std::string_view text) {
+bool ReadModelText(std::string_view text, ModelFaults* faults) {
   Reader reader;
   reader.rest = text;
   const int version = ReadMagic(reader.rest);
   if (version == 0) return false;
+  const std::string_view magic = text.substr(0, text.size() - reader.rest.size());
+  reader.lineNumber = static_cast<int>(std::count(magic.begin(), magic.end(), '\n'));
   WalkModelFile(version, reader);
   UpdateTableStates();
+  if (faults != nullptr) *faults = Sentences(std::move(reader.faults), version, reader.lineNumber);
   return true;
 }
 

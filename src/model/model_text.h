@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zelvane {
 
@@ -14,11 +15,15 @@ namespace zelvane {
 /// within a line, the last number or text may be incomplete and is ignored, unless this line is the last
 /// line of the file.
 ///
+/// @param faults  gets a sentence for each line without its values, after MaxModelFaults lines only their number,
+///                and a sentence when the text ends early
 /// @return false when the first word is not a format; no store is changed then
 ///
 /// Writes: the fields of `Model`, `Constraints`, `Stimulus`, `Analysis`, `Fit`, `DwellFit`, `RsCm` that
 /// WalkModelFile visits, and `Model.TableStateOn`, which depends on `Model.TableRate`.
-bool ReadModelText(std::string_view text);
+using ModelFaults = std::vector<std::string>;
+inline constexpr std::size_t MaxModelFaults = 5;
+bool ReadModelText(std::string_view text, ModelFaults* faults = nullptr);
 
 /// Returns the stores as the text of a model file in the newest format.
 ///

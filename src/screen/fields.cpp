@@ -115,6 +115,22 @@ FieldRun FindFieldRun(std::string_view name) {
   return {};
 }
 
+std::string NameOfElement(FieldRef ref) {
+  const Field& field = *ref.field;
+  std::array<int, MaxFieldRank> indices{};
+  std::ptrdiff_t rest = ref.address - field.base;
+  std::string name;
+  std::size_t at = 0;
+  for (std::size_t k = 0; k < Index(field.rank); ++k) {  // the steps fall from index to index
+    indices[k] = static_cast<int>(rest / field.index[k].step);
+    rest %= field.index[k].step;
+    const std::size_t bracket = field.name.find("[]", at) + 1;
+    name.append(field.name, at, bracket - at).append(std::to_string(indices[k]));
+    at = bracket;
+  }
+  return name.append(field.name, at);
+}
+
 FieldRef RunElement(const FieldRun& run, int index) {
   return {run.field, run.base + run.index.step * index};
 }

@@ -4,7 +4,8 @@
 //                        SpanField
 //   Registration         RegisterSavedSettings  RegisterSettings  RegisterResults  RegisterWorkingFields
 //                        RegisterFields
-//   Finding one          FindField  FindFieldRun  RunElement  FieldElements  AllFields  ParseFieldName
+//   Finding one          FindField  FindFieldRun  RunElement  FieldElements  NameOfElement  AllFields
+//                        ParseFieldName
 //   Values               FieldNumber  SetFieldNumber  NumberSuits  FieldText  SetFieldText  ParseNumber
 //
 // A name carries its indices in brackets: "KOn[5]", "TableRate[1][7]", "RateConstraint[3].value". In a
@@ -179,6 +180,9 @@ std::optional<FieldName> ParseFieldName(std::string_view name);
 /// Returns the element with this full name ("KOn[5]"). The result is empty when the name is unknown, or when
 /// an index is missing or out of range.
 FieldRef FindField(std::string_view name);
+
+/// Returns the full name of an element.
+std::string NameOfElement(FieldRef ref);
 
 /// The elements of a field along its last index. FindFieldRun takes a name without this index ("KOn",
 /// "Occupancy[3]", "TableRate[2]"). It returns an empty run for an unknown name.

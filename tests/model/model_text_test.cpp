@@ -312,6 +312,50 @@ TEST_F(ModelTextTest, ValuesOutOfRangeAreCorrectedAndWhatIsNoNumberLeavesItsFiel
 
 // -- Shapes of a file --
 
+TEST_F(ModelTextTest, TellsWhatAFileDoesNotHold) {
+  const auto faultsOf = [](const std::string& text) {
+    ModelFaults faults;
+    EXPECT_TRUE(ReadModelText(text, &faults));
+    return faults;
+  };
+  Model.Temperature = 25.0F;
+  Model.MultiSubunit = 1;
+  struct Case {
+    int line;
+    std::string text;
+    std::string fault;  // empty: as older files may be
+  };
+  const Case cases[] = {
+      {302, "abc", "line 302: 'abc' is not a number, 25 kept"},
+      {302, "", "line 302: no number for Temperature, 25 kept"},
+      {302, "1e999", "line 302: '1e999' is too large, 25 kept"},
+      {302, "3O", "line 302: '3O' was read as 3"},
+      {4, "1 0 x 0.5", "line 4: 'x' is not a number, 0 kept"},
+      {898, "1 x 5", "line 898: 'x' is not a number, the numbers after it kept"},
+      {295, "0", ""},
+      {2, std::string("a\0b", 3), "line 2 holds a NUL byte; only the text before it was read"},
+      {3, "a header of any kind", ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    const std::string text = WithLine(c.line, c.text);
+    EXPECT_EQ(faultsOf(text), c.fault.empty() ? ModelFaults{} : ModelFaults{c.fault});
+    Model.Temperature = 25.0F;
+  }
+  const std::string text = ModelText();
+  EXPECT_EQ(faultsOf(text), ModelFaults{});
+  EXPECT_EQ(
+      faultsOf(JoinLines(LinesOf(text)).substr(0, text.find("[extra storage space]"))),
+      ModelFaults{"the file ends at line 299 of 1299: the settings from MaxStepSize on are those of before"});
+  EXPECT_EQ(
+      faultsOf(text.substr(0, text.find("[Multi-stimulus")) + "\n").back(),
+      "the file ends at line 1208 of 1299: the settings from MultiStimTable[0][0] on are those of before");
+  std::vector<std::string> lines = LinesOf(text);
+  for (std::size_t i = 31; i < 41; ++i) lines[i] = "word";
+  EXPECT_EQ(faultsOf(JoinLines(lines)).size(), 6U);
+  EXPECT_EQ(faultsOf(JoinLines(lines)).back(), "5 more lines do not hold their numbers");
+}
+
 TEST_F(ModelTextTest, TheFirstThreeCharactersTellAModelFileAndAnotherChangesNothing) {
   const auto elements = StoreElements();
   const auto former = ValuesOf(elements);

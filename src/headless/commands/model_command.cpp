@@ -8,10 +8,11 @@
 
 namespace zelvane {
 
-int ModelCommand(const std::string& path, bool json, const JobStreams& streams) {
+int ModelCommand(const std::string& path, bool json, const JobStreams& streams, bool lenient) {
   const JobScreen screen(streams);
   StartJob({});
-  if (ReadJobModel(path, streams) == Outcome::Refused) return JobFailed;
+  bool faulty = false;
+  if (ReadJobModel(path, streams, &faulty) == Outcome::Refused) return JobFailed;
   if (json) {
     Json report = ModelReportJson();
     report["file"] = path;
@@ -19,13 +20,15 @@ int ModelCommand(const std::string& path, bool json, const JobStreams& streams) 
   } else {
     WriteModelReport(streams.out);
   }
-  return JobDone;
+  return faulty && !lenient ? JobFailed : JobDone;
 }
 
-int UpgradeModelCommand(const std::string& oldPath, const std::string& newPath, const JobStreams& streams) {
+int UpgradeModelCommand(const std::string& oldPath, const std::string& newPath, const JobStreams& streams,
+                        bool lenient) {
   const JobScreen screen(streams);
   StartJob({});
-  if (ReadJobModel(oldPath, streams) == Outcome::Refused) return JobFailed;
+  bool faulty = false;
+  if (ReadJobModel(oldPath, streams, &faulty) == Outcome::Refused || (faulty && !lenient)) return JobFailed;
   Model.ModelFileName = newPath;
   return ModelFileWrite() == Outcome::Done ? JobDone : JobFailed;  // the message has been shown
 }

@@ -3,11 +3,11 @@
 #include <chrono>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 
 #include "app/application.h"
 #include "app/stores.h"
+#include "formats/input_file.h"
 #include "headless/terminal_text.h"
 #include "model/model_file.h"
 #include "platform/index.h"
@@ -28,7 +28,8 @@ std::string WhyUnreadable(const std::string& path) {
   const auto status = std::filesystem::status(path, error);
   if (!std::filesystem::exists(status)) return "no such file";
   if (std::filesystem::is_directory(status)) return "a folder, not a model file";
-  if (!std::ifstream(path).is_open()) return "cannot be opened";
+  if (!std::filesystem::is_regular_file(status)) return "a pipe or a device, not a model file";
+  if (!OpenInput(path)) return "cannot be opened";
   return {};
 }
 
@@ -126,9 +127,9 @@ void StartJob(const std::optional<Seeds>& seeds) {
                  static_cast<std::uint32_t>(std::chrono::duration_cast<std::chrono::seconds>(now).count()));
 }
 
-Outcome ReadJobModel(const std::string& path, const JobStreams& streams) {
+Outcome ReadJobModel(const std::string& path, const JobStreams& streams, bool* faulty) {
   std::string reason = WhyUnreadable(path);
-  const Outcome read = reason.empty() ? ModelFileReadNamed(path) : Outcome::Refused;
+  const Outcome read = reason.empty() ? ModelFileReadNamed(path, faulty) : Outcome::Refused;
   if (read != Outcome::Refused) return read;
   if (reason.empty()) reason = "not a model file";
   streams.err << path << ": " << reason << std::endl;

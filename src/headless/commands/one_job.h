@@ -66,7 +66,8 @@ void StartJob(const std::optional<Seeds>& seeds);
 /// Reads a model file into the stores. When the file cannot be opened or is not a model, writes a message
 /// with its name to `streams.err` and returns Refused. As ModelFileReadNamed, returns Failed, after a message,
 /// when the stimulus of the model is not available.
-Outcome ReadJobModel(const std::string& path, const JobStreams& streams);
+/// @param faulty  as for ModelFileReadNamed
+Outcome ReadJobModel(const std::string& path, const JobStreams& streams, bool* faulty = nullptr);
 
 /// Reads "1,2,3" as three seeds of the generators: whole numbers from 0 to 2147483647. Returns an empty
 /// result for any other text, and for seeds with which the generator would repeat one value.

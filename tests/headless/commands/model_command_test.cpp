@@ -63,6 +63,18 @@ TEST_F(ModelCommandTest, UpgradesAFileOntoItself) {
   EXPECT_EQ(Account(path)["rates"], Account(Ampa)["rates"]);
 }
 
+TEST_F(ModelCommandTest, AFileWithoutAllItsNumbersFailsUnlessLenient) {
+  const std::string whole = ReadWholeFile(Ampa);
+  const std::string cut = folder.Written("cut.mod", whole.substr(0, whole.size() / 2));
+  const std::string target = folder.File("new.mod");
+  EXPECT_EQ(ModelCommand(cut, false, {out, err}), JobFailed);
+  EXPECT_TRUE(Told("cut.mod: the file ends at line "));
+  EXPECT_EQ(UpgradeModelCommand(cut, target, {out, err}), JobFailed);
+  EXPECT_FALSE(std::filesystem::exists(target));
+  EXPECT_EQ(ModelCommand(cut, false, {out, err}, true), JobDone);
+  EXPECT_EQ(UpgradeModelCommand(cut, target, {out, err}, true), JobDone);
+}
+
 TEST_F(ModelCommandTest, AFailedUpgradeLeavesWhatStoodThere) {
   const std::string target = folder.Written("target.mod", "former");
   EXPECT_EQ(Upgrade(folder.File("absent.mod"), target), JobFailed);
