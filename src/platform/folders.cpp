@@ -3,6 +3,12 @@
 #include <cstdlib>
 #include <filesystem>
 
+#if defined(__APPLE__)
+#include <mach-o/dyld.h>
+
+#include <cstdint>
+#endif
+
 namespace zelvane {
 namespace {
 
@@ -16,14 +22,18 @@ std::string Environment(const char* name) {
   return value != nullptr ? value : "";
 }
 
-/// Returns the folder of the running program.
+/// Returns the folder of the running program; empty when the system does not tell it.
 fs::path ExecutableFolder() {
   std::error_code error;
 #if defined(__linux__)
   const fs::path program = fs::read_symlink("/proc/self/exe", error);
   if (!error) return program.parent_path();
+#elif defined(__APPLE__)
+  char program[4096];
+  std::uint32_t size = sizeof program;
+  if (_NSGetExecutablePath(program, &size) == 0) return fs::canonical(program, error).parent_path();
 #endif
-  return fs::current_path(error);
+  return {};
 }
 
 bool HoldsData(const fs::path& folder) {
@@ -45,13 +55,17 @@ void SetProgramFolder(const std::string& folder) {
 std::string ProgramFile(std::string_view name) {
   std::error_code error;
   const fs::path own = FolderSet() / name;
-  if (!FolderSet().empty() && fs::is_regular_file(own, error)) return own.string();
-  return (fs::path(ProgramDataFolder()) / name).string();
+  if (!FolderSet().empty() && fs::is_regular_file(own, error)) return fs::absolute(own, error).string();
+  // Without any folder the name must not mean a file of the current folder.
+  fs::path folder = ProgramDataFolder();
+  if (folder.empty()) folder = ExecutableFolder();
+  return folder.empty() ? std::string{} : fs::absolute(folder / name, error).string();
 }
 
 std::string ProgramDataFolder() {
   if (const std::string told = Environment("ZELVANE_DATA_DIR"); !told.empty()) return told;
   const fs::path program = ExecutableFolder();
+  if (program.empty()) return {};
   const fs::path installed = (program / ".." / "share" / ProgramName).lexically_normal();
   if (HoldsData(installed)) return installed.string();
   // In a build tree the program is some folders below the one with data/.

@@ -16,8 +16,8 @@ std::string ProgramDataFolder();
 /// Makes ProgramFile search `folder` first. An empty string removes this folder.
 void SetProgramFolder(const std::string& folder);
 
-/// Returns the path of a file of the program: in the folder of SetProgramFolder, else in the folder of the
-/// installed data. The file may be missing.
+/// Returns the full path of a file of the program: in the folder of SetProgramFolder, else in the folder of the
+/// installed data, else beside the program. The file may be missing.
 std::string ProgramFile(std::string_view name);
 
 /// Returns the user's configuration folder for this program; the folder may be missing. Returns an empty

@@ -5,12 +5,14 @@
 #include <unistd.h>
 
 #include <array>
+#include <filesystem>
 
 extern char** environ;
 
 namespace zelvane {
 
 bool StartProgram(const std::string& path) {
+  if (!std::filesystem::path(path).is_absolute()) return false;
   posix_spawn_file_actions_t streams;
   if (::posix_spawn_file_actions_init(&streams) != 0) return false;
   // The program must not use our streams, where a script may run.

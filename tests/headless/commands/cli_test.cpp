@@ -27,6 +27,30 @@ TEST(CliTest, ExitStatusTellsDoneFailedAndMisused) {
   expectStatus(2, "qmatrix " + Ampa, {"--time -1"});
 }
 
+TEST(CliTest, APipeIsRefusedAtOnce) {
+  const TemporaryFolder folder;
+  const std::string pipe = folder.File("pipe.mod");
+  ASSERT_EQ(Shell("mkfifo '" + pipe + "'").status, 0);
+  for (const char* command : {"model", "simulate", "qmatrix", "info", "measure", "convert"}) {
+    const std::string out = std::string(command) == "convert" ? " '" + folder.File("out.csv") + "'" : "";
+    EXPECT_EQ(Shell("timeout 20 " + Cli + command + " '" + pipe + "'" + out + " 2> /dev/null").status, 1)
+        << command;
+  }
+}
+
+TEST(CliTest, AProgramOfTheCurrentFolderIsNotStartedAsTheConversionTool) {
+  const TemporaryFolder folder;
+  const std::string bin = folder.File("bin");
+  std::filesystem::create_directory(bin);
+  std::filesystem::copy_file(ZELVANE_CLI, bin + "/zelvane-cli");  // far from any data folder
+  const std::string tool = folder.Written("ABFUtil1.exe", "#!/bin/sh\ntouch started\n");
+  std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+  const ShellResult outcome = Shell("cd '" + folder.Path().string() + "' && echo press FxnFileConversion | " +
+                                    "env -u ZELVANE_DATA_DIR bin/zelvane-cli drive; sleep 0.3; ls");
+  EXPECT_NE(outcome.out.find("not in the program's folder"), std::string::npos) << outcome.out;
+  EXPECT_EQ(outcome.out.find("started\n"), std::string::npos) << outcome.out;
+}
+
 TEST(CliTest, DriveReadsAScriptOrStandardInput) {
   const TemporaryFolder folder;
   const std::string script = folder.File("a script.txt");
