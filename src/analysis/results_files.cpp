@@ -25,7 +25,6 @@ namespace {
 
 constexpr std::size_t LongestStem = 75;  // bytes of a name
 constexpr char AppendQuestion[] = "File Present; Append ?";
-constexpr char TableMagic[] = "TABLE";
 constexpr std::string_view Blanks = " \t\v\f\r";
 constexpr std::size_t LongestTable = 64U << 20U;  // bytes; a thousand rows need less than one per cent
 constexpr char ExportTitle[] = "Save Table as CSV";

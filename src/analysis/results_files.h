@@ -85,6 +85,8 @@ Outcome SaveResultsTable();
 /// @return Done, Refused without a name, or Failed
 Outcome ExportTableCsv();
 
+inline constexpr char TableMagic[] = "TABLE";  // begin of a table file
+
 /// The contents of a table file.
 struct TableFile {
   std::string modelPath;

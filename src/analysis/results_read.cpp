@@ -9,6 +9,7 @@
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "screen/popups.h"
+#include "screen/save_file.h"
 #include "trace/trace_events.h"
 #include "trace/trace_read.h"
 
@@ -73,6 +74,11 @@ Outcome ReadResultsTableNamed(const std::string& path) {
     return Outcome::Failed;
   }
   const auto table = ParseTable(*text);
+  const std::string fault = text->starts_with(TableMagic) ? TextFault(*text) : std::string{};
+  if (!fault.empty()) {
+    TellNotRead(path, fault);
+    return Outcome::Failed;
+  }
   if (!table) {
     FileErrorPopup(WrongFileFormat);
     return Outcome::Failed;

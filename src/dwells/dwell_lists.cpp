@@ -6,6 +6,7 @@
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "dwells/dwell_store.h"
 #include "formats/input_file.h"
@@ -108,15 +109,25 @@ std::optional<int> ReadSingleColumnList(std::span<float> list, const std::string
   auto line = lines.Next();
   if (line && line->substr(0, AtfMark.size()) == AtfMark) {
     if (!PassAtfHeader(lines)) {
-      FileErrorPopup(WrongFileFormat);
+      if (lines.Fault().empty())
+        FileErrorPopup(WrongFileFormat);
+      else
+        TellNotRead(path, lines.Fault());
       return std::nullopt;
     }
     line = lines.Next();
   }
-  int count = replace ? 0 : std::clamp(currentCount, 0, MaxFileDwells);
-  for (; line && count < MaxFileDwells; line = lines.Next()) {
-    if (const auto value = ValueOf(*line)) list[Index(count++)] = *value;
+  const int before = replace ? 0 : std::clamp(currentCount, 0, MaxFileDwells);
+  std::vector<float> values;
+  for (; line && values.size() < Index(MaxFileDwells - before); line = lines.Next()) {
+    if (const auto value = ValueOf(*line)) values.push_back(*value);
   }
+  if (!lines.Fault().empty()) {
+    TellNotRead(path, lines.Fault());
+    return std::nullopt;
+  }
+  std::copy(values.begin(), values.end(), list.begin() + before);
+  const int count = before + static_cast<int>(values.size());
   return count < 2 ? 0 : count;
 }
 

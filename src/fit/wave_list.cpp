@@ -41,7 +41,8 @@ std::string CleanedName(std::string_view line, std::string_view extension) {
 
 std::optional<WaveList> ReadWaveList(std::ifstream file) {
   LineReader lines(std::move(file), LongestLine);
-  if (!LineOf(lines).starts_with(WaveListMagic)) return std::nullopt;
+  const bool isList = LineOf(lines).starts_with(WaveListMagic);
+  if (!isList && lines.Fault().empty()) return std::nullopt;
   WaveList list;
   list.model = CleanedName(LineOf(lines), ".mod");
   const std::string count = LineOf(lines);
@@ -52,6 +53,7 @@ std::optional<WaveList> ReadWaveList(std::ifstream file) {
     std::string data = CleanedName(LineOf(lines), "");
     list.pairs.push_back({std::move(data), CleanedName(LineOf(lines), ".stm")});
   }
+  list.fault = lines.Fault();
   return list;
 }
 

@@ -24,6 +24,7 @@ struct WaveListPair {
 struct WaveList {
   std::string model;
   std::vector<WaveListPair> pairs;  // at most MaxFitWaveforms; a missing name is empty or only an extension
+  std::string fault{};              // reason to refuse the list, as of TextFault
 };
 
 /// Reads a list file. Returns an empty result when its first line does not begin with "LIST". Uses the

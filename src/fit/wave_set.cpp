@@ -30,6 +30,9 @@ constexpr char ListPattern[] = "*.lst";
 constexpr char ListFilter[] = "*.lst;*.*";
 constexpr char DataFilter[] = "*.abf;*.dat;*.asc";
 constexpr char StimFilter[] = "*.stm";
+constexpr char PairLeftOut[] = "Pair %zu (%s, %s) cannot be read and is left out.";
+constexpr char PairsLeftOut[] = "%d of %zu pairs of %s are left out.";
+
 std::string Beside(const std::string& list, std::string_view path) {
   return (fs::path(list).parent_path() / BareFileName(path)).string();
 }
@@ -85,16 +88,38 @@ Outcome LoadStimulus(FitWaveform& wave, const std::string& name, const std::stri
   return Outcome::Done;
 }
 
+void EmptyWave(FitWaveform& wave) {
+  ReleaseZeroPages(wave.WaveData);
+  for (const std::span<float> profile : wave.WaveStim) ReleaseZeroPages(profile);
+  FitWaveform empty;
+  empty.WaveData = wave.WaveData;
+  empty.WaveStim = wave.WaveStim;
+  wave = empty;
+}
+
+/// Loads the pairs of a list, each into the waveform of its number, because the settings of the model belong to
+/// these numbers. A pair that cannot be read leaves its waveform empty.
 Outcome LoadPairs(const WaveList& list, const std::string& path) {
   ReadModelOfList(list.model, path);
+  int leftOut = 0;
   for (std::size_t p = 0; p < list.pairs.size(); ++p) {
+    const WaveListPair& pair = list.pairs[p];
     FitWaveform& wave = Fit.Wave[p + 1];
-    Outcome outcome = LoadData(wave, list.pairs[p].data, path);
-    if (outcome == Outcome::Done) outcome = LoadStimulus(wave, list.pairs[p].stimulus, path);
-    if (outcome != Outcome::Done) return outcome;
-    Fit.FitWaveCount = static_cast<int>(p) + 1;
+    Outcome outcome = LoadData(wave, pair.data, path);
+    if (outcome == Outcome::Done) outcome = LoadStimulus(wave, pair.stimulus, path);
+    if (outcome == Outcome::Refused) return outcome;
+    if (outcome == Outcome::Done) {
+      Fit.FitWaveCount = static_cast<int>(p) + 1;
+      continue;
+    }
+    EmptyWave(wave);
+    ++leftOut;
+    Note(
+        FormatText(PairLeftOut, p + 1, BareFileName(pair.data).c_str(), BareFileName(pair.stimulus).c_str()));
   }
-  return Outcome::Done;
+  if (leftOut == 0) return Outcome::Done;
+  Note(FormatText(PairsLeftOut, leftOut, list.pairs.size(), BareFileName(path).c_str()));
+  return Outcome::Failed;
 }
 
 std::string ListText() {
@@ -124,15 +149,7 @@ int WaveStimFileRead(const std::string& path, FitWaveform& wave) {
 }
 
 void WaveSetClear() {
-  for (std::size_t w = 1; w <= MaxFitWaveforms; ++w) {
-    FitWaveform& wave = Fit.Wave[w];
-    ReleaseZeroPages(wave.WaveData);
-    for (const std::span<float> profile : wave.WaveStim) ReleaseZeroPages(profile);
-    FitWaveform empty;
-    empty.WaveData = wave.WaveData;
-    empty.WaveStim = wave.WaveStim;
-    wave = empty;
-  }
+  for (std::size_t w = 1; w <= MaxFitWaveforms; ++w) EmptyWave(Fit.Wave[w]);
   Fit.FitNormalized = 0;
   Fit.FitWaveCount = 0;
 }
@@ -147,6 +164,10 @@ Outcome ReadListNamed(const std::string& path) {
   const auto list = ReadWaveList(std::move(*file));
   if (!list) {
     FileErrorPopup(WrongFileFormat);
+    return Outcome::Failed;
+  }
+  if (!list->fault.empty()) {
+    TellNotRead(path, list->fault);
     return Outcome::Failed;
   }
   Fit.FitListName = path;

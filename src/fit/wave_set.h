@@ -28,11 +28,11 @@ Outcome ListFileRead();
 
 /// Loads a list file: first the model from the folder of the list, then each pair. Looks for a file at the
 /// given place, then in the folder of the list, and then asks the user for a name. When the user gives no
-/// name, or a file cannot be read, keeps the pairs so far.
+/// name, keeps the pairs so far. A pair that cannot be read leaves its waveform empty, and notes tell of it.
 /// Reads and writes:  `Fit.Wave` (1 to the number of pairs, at most MaxFitWaveforms), `Fit.FitWaveCount`,
 ///         `Fit.FitListOn`, `Fit.FitListName`, what reading a model, a recording and a stimulus writes.
 /// Tells:  a file that is not a list or cannot be opened.
-/// @return Done after all pairs; Refused when the user gave no file; otherwise Failed
+/// @return Done with all pairs; Refused when the user gave no file; otherwise Failed
 Outcome ReadListNamed(const std::string& path);
 
 /// Empties the set and loads a list file, as the menu does after the choice of a name.

@@ -35,6 +35,9 @@ class LineReader {
     return line ? std::optional(line->substr(0, longest_)) : std::nullopt;
   }
 
+  /// Returns why the lines ended before the end of the file, as TextFault does.
+  const std::string& Fault() const { return lines_.Fault(); }
+
  private:
   static constexpr std::size_t BlockBytes = std::size_t{16} * 1024;  // lists and profiles are short
 

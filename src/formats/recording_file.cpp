@@ -280,6 +280,7 @@ class TextFile final : public RecordingFile {
     if (intervalMs_) account_.intervalMs = *intervalMs_;
     account_.text.unequalSteps = read.unequalSteps;
     account_.text.badLine = read.badLine;
+    account_.text.truncated = read.more;
     account_.note.clear();
     if (read.badLine != 0)
       account_.note = FormatText("read up to line %zu, which is not a row of numbers", read.badLine);

@@ -49,13 +49,14 @@ struct ObfFacts {
   int runs = 0;  // in the header; 0 without a valid number
 };
 
-/// Facts that only a text has. Load sets the last two.
+/// Facts that only a text has. Load sets the last three.
 struct TextFacts {
   bool atf = false;
   int columns = 1;
   std::string signalList{};   // names of the signals as the file lists them
   bool unequalSteps = false;  // Load has failed for this reason, but has read the first three samples
   std::size_t badLine = 0;    // line that is not a row of numbers and ended the read; 0 without such a line
+  bool truncated = false;     // the text has more samples than TextReading::most
 };
 
 /// Facts that only a stimulus file has.

@@ -68,6 +68,8 @@ std::optional<StimColumn> ReadStimColumn(const std::string& path, std::size_t mo
     static_cast<void>(ScanNumber(*line, value));
     column.samples.push_back(value);
   }
+  column.more = column.samples.size() == most && lines.Next();
+  column.fault = lines.Fault();
   return column;
 }
 

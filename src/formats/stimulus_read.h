@@ -38,6 +38,8 @@ std::size_t ReadStimSamples(std::istream& file, const StimFileHead& head, int pr
 struct StimColumn {
   std::optional<float> intervalMs;  // empty when line 1 has no number
   std::vector<float> samples{};
+  bool more = false;    // the file has more samples
+  std::string fault{};  // reason to refuse the text, as of TextFault
 };
 
 /// Reads at most `most` samples. A line without a number repeats the value before it, at first 0. Returns an

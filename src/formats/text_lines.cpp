@@ -29,7 +29,27 @@ void AppendUnit(std::string& text, unsigned unit) {
   }
 }
 
+/// Returns the fault of a line; empty for a sound one.
+/// @param part       bytes of the line that were not checked before
+/// @param lineBytes  length of the line so far
+std::string LineFault(std::size_t number, std::string_view part, std::size_t lineBytes) {
+  const char* fault = nullptr;
+  if (part.find('\0') != std::string_view::npos) fault = " holds a NUL byte.";
+  if (lineBytes > LongestTextLine) fault = " is longer than 16 MB.";
+  return fault != nullptr ? "line " + std::to_string(number) + fault : std::string{};
+}
+
 }  // namespace
+
+std::string TextFault(std::string_view text) {
+  for (std::size_t number = 1; !text.empty(); ++number) {
+    const std::string_view line = text.substr(0, text.find('\n'));
+    std::string fault = LineFault(number, line, line.size());
+    if (!fault.empty()) return fault;
+    text.remove_prefix(std::min(line.size() + 1, text.size()));
+  }
+  return {};
+}
 
 TextLines::TextLines(std::istream& in, std::size_t blockBytes) : in_(in), blockBytes_(blockBytes) {
   Begin();
@@ -83,19 +103,27 @@ void TextLines::AppendUtf16(std::string_view raw) {
   filled_ = buffer_.size();
 }
 
+/// Checks the bytes of the next line that were not checked before.
+bool TextLines::IsSound(std::string_view part, std::size_t lineBytes) {
+  fault_ = LineFault(number_ + 1, part, lineBytes);
+  return fault_.empty();
+}
+
 std::optional<std::string_view> TextLines::Next() {
   std::size_t searched = 0;
-  for (;;) {
+  while (fault_.empty()) {
     const std::size_t rest = filled_ - at_;
     const char* begin = buffer_.data() + at_;
     const void* found = rest > searched ? std::memchr(begin + searched, lineEnd_, rest - searched) : nullptr;
     if (found != nullptr) {
       std::string_view line(begin, Index(static_cast<const char*>(found) - begin));
+      if (!IsSound(line.substr(searched), line.size())) break;
       at_ += line.size() + 1;
       ++number_;
       if (line.ends_with('\r')) line.remove_suffix(1);
       return line;
     }
+    if (!IsSound({begin + searched, rest - searched}, rest)) break;
     searched = rest;
     if (Refill()) continue;
     if (rest == 0) return std::nullopt;
@@ -106,6 +134,7 @@ std::optional<std::string_view> TextLines::Next() {
     if (line.ends_with('\r')) line.remove_suffix(1);
     return line;
   }
+  return std::nullopt;
 }
 
 }  // namespace zelvane

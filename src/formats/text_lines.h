@@ -9,9 +9,15 @@
 
 namespace zelvane {
 
+inline constexpr std::size_t LongestTextLine = std::size_t{16} << 20;  // bytes
+
+/// Returns why a text is faulty, such as "line 12 holds a NUL byte."; empty for a sound text.
+std::string TextFault(std::string_view text);
+
 /// Lines of a text in plain bytes, UTF-8 or, with its mark, UTF-16. Removes the marks and returns lines in
 /// UTF-8. Lines end in "\n" or "\r\n", or in "\r" when the first block has no "\n". The last line may lack
-/// its end. NUL bytes are bytes like any other. Memory grows only with the longest line.
+/// its end. A NUL byte or a line above LongestTextLine ends the text, and Fault gives the reason. So a large file
+/// of zeros needs little memory and time.
 class TextLines {
  public:
   static constexpr std::size_t DefaultBlock = std::size_t{256} * 1024;
@@ -35,6 +41,9 @@ class TextLines {
   /// Returns whether the last line had a line end. Only the last line of the text may lack it.
   bool LastLineEnded() const { return ended_; }
 
+  /// Returns why the text ended before its end, as TextFault does.
+  const std::string& Fault() const { return fault_; }
+
   /// Returns the number of lines so far, which is the number of the last line, from 1.
   std::size_t Number() const { return number_; }
 
@@ -44,6 +53,7 @@ class TextLines {
   void Begin();
   bool Refill();
   void AppendUtf16(std::string_view raw);
+  bool IsSound(std::string_view part, std::size_t lineBytes);
 
   std::istream& in_;
   std::size_t blockBytes_;
@@ -55,6 +65,7 @@ class TextLines {
   char lineEnd_ = '\n';
   std::size_t number_ = 0;
   bool ended_ = true;
+  std::string fault_;
 };
 
 }  // namespace zelvane

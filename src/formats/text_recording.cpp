@@ -179,12 +179,14 @@ void ReadInterval(const std::array<double, TimesTested>& times, std::size_t coun
 TextRecording::TextRecording(std::istream& in, std::size_t blockBytes) : lines_(in, blockBytes) {
   const auto line = lines_.Next();
   if (!line) {
-    refusal_ = NoText;
+    refusal_ = lines_.Fault().empty() ? NoText : lines_.Fault();
     return;
   }
   first_ = *line;
   shape_.atf = first_.starts_with(AtfMark);
-  if (shape_.atf) ReadAtfHeader();
+  if (!shape_.atf) return;
+  ReadAtfHeader();
+  if (!lines_.Fault().empty()) refusal_ = lines_.Fault();
 }
 
 void TextRecording::ReadAtfHeader() {
@@ -209,6 +211,7 @@ void TextRecording::ReadAtfHeader() {
 }
 
 std::string WhyNoSamples(const TextShape& shape, const TextSamples& read) {
+  if (!read.fault.empty()) return read.fault;
   if (read.badLine == 0) return NoSamples;
   std::string line = "line ";
   line += std::to_string(read.badLine);
@@ -223,7 +226,18 @@ TextSamples TextRecording::Read(const TextRequest& request) {
   } else {
     ReadTable(request, read);
   }
+  read.fault = lines_.Fault();
+  if (!read.fault.empty()) read.samples.clear();
+  read.more = read.badLine == 0 && !read.unequalSteps && read.fault.empty() && HasMore();
   return read;
+}
+
+/// Returns whether a line with words follows.
+bool TextRecording::HasMore() {
+  for (auto line = FirstOrNext(); line; line = FirstOrNext()) {
+    if (CountWords(*line) > 0) return true;
+  }
+  return false;
 }
 
 /// Returns the next line with one number. Without an ATF header this includes the first line of the file.
@@ -357,7 +371,7 @@ std::optional<std::string_view> TextRecording::JoinRow(std::string_view begin, s
       return std::nullopt;
     }
     words += CountWords(*line);
-    if (words > columns) {
+    if (words > columns || row_.size() + line->size() > LongestTextLine) {
       read.badLine = number;
       return std::nullopt;
     }

@@ -48,6 +48,8 @@ struct TextSamples {
   std::size_t badLine = 0;   // line that is not a row of numbers and ended the read; 0 without such a line
   std::size_t cutLine = 0;   // line of an ATF within which the file ends; 0 for a file with a whole last line
   bool cutLineKept = false;  // that line has all its numbers, but the last of them may lack digits
+  bool more = false;         // the text has more samples than were wanted
+  std::string fault;         // reason to refuse the text, as of TextFault; there are no samples then
 };
 
 /// Returns the reason why a text gave no samples, in one sentence.
@@ -64,7 +66,7 @@ class TextRecording {
   /// Returns the reason for a text without samples, in one sentence; empty for a text with samples.
   const std::string& Refusal() const { return refusal_; }
 
-  /// Reads the samples, once. Lines may have any length, blank lines are skipped, and a row of an ATF may
+  /// Reads the samples, once. Blank lines are skipped, and a row of an ATF may
   /// continue in further lines. Reading ends at the end of the text, at `request.most` samples or at a line
   /// that is not a row of numbers.
   TextSamples Read(const TextRequest& request);
@@ -78,6 +80,7 @@ class TextRecording {
   void ReadColumn(const TextRequest& request, TextSamples& read);
   void ReadTable(const TextRequest& request, TextSamples& read);
   void CheckEnd(TextSamples& read) const;
+  bool HasMore();
   bool AppendRow(std::string_view row, int episodes, float scale, TextSamples& read) const;
 
   TextLines lines_;

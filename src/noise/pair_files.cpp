@@ -57,6 +57,10 @@ int PairTextRead(const std::string& path, std::span<float> first, std::span<floa
     if (!ScanPair(*line, first[rows], second[rows])) break;
     ++rows;
   }
+  if (!lines.Fault().empty()) {
+    TellNotRead(path, lines.Fault());
+    return 0;
+  }
   const int length = static_cast<int>(rows) + (Parameters.FitMode == FitSublevels ? 1 : 0);
   Model.RecordPoints = length;
   return length;

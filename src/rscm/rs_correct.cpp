@@ -121,6 +121,11 @@ IvFile LoadIvFile(const std::string& path) {
     ConsoleLine(FormatText("Error Reading Raw Data IV curve [%s]. \n", path.c_str()));
     return IvFile::Unreadable;
   }
+  const std::string fault = TextFault(*text);
+  if (!fault.empty()) {
+    ConsoleLine(FormatText("Error Reading Raw Data IV curve [%s]. \n", path.c_str()) + fault);
+    return IvFile::Unreadable;
+  }
   const int count = ReadPoints(*text);
   if (count < FewestIvPoints) {
     SetLinearIv();

@@ -62,6 +62,11 @@ Outcome TellAppended(Appended result, const std::string& path) {
   return Outcome::Failed;
 }
 
+void TellNotRead(const std::string& path, std::string_view why) {
+  const std::string_view name = std::string_view(path).substr(path.find_last_of("/\\") + 1);
+  MessagePopup(FileErrorTitle, std::string(name).append(" was not read: ").append(why));
+}
+
 void TellNotWritten(const std::string& path) {
   if (!WriteStopped()) TellAbout(NotWritten, path);
 }

@@ -31,6 +31,9 @@ Outcome ExtendFile(FileLock& lock, const std::string& path, const NextBlock& nex
 /// @return as SaveFile
 Outcome TellAppended(Appended result, const std::string& path);
 
+/// Shows the message that a file was refused, and the reason.
+void TellNotRead(const std::string& path, std::string_view why);
+
 /// Shows the message that a file could be opened but not written.
 void TellNotWritten(const std::string& path);
 

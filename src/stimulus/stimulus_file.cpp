@@ -13,6 +13,7 @@
 #include "formats/recording_file.h"
 #include "formats/row_blocks.h"
 #include "model/model_store.h"
+#include "platform/file_names.h"
 #include "platform/index.h"
 #include "platform/zero_pages.h"
 #include "screen/popups.h"
@@ -40,6 +41,7 @@ constexpr char IntervalKept[] =
     "Current time interval (%f ms) does not match stimulus interval (%f ms); original time interval used?";
 constexpr char PointsQuestion[] =
     "Replace current number of data pts (%d) with number specified in stimulus file (%d)?";
+constexpr char MoreSamples[] = "%s has more samples than a profile: the first %zu were read.";
 constexpr char TooLarge[] = "Stimulus file larger than current array size; cannot complete operation.";
 constexpr char TooLargeForWaveform[] =
     "Stimulus file larger than current array size; reset #export pts on Stim panel and save new *.stm file.";
@@ -207,6 +209,11 @@ std::optional<int> StimAsciiImport(const std::string& path) {
     FileErrorPopup(FileOpenFailed);
     return std::nullopt;
   }
+  if (!column->fault.empty()) {
+    TellNotRead(path, column->fault);
+    return std::nullopt;
+  }
+  if (column->more) Note(FormatText(MoreSamples, FileNameOf(path).c_str(), column->samples.size()));
   const auto samples = static_cast<int>(column->samples.size());
   const bool newInterval =
       column->intervalMs && *column->intervalMs != Model.ADInterval &&

@@ -20,7 +20,6 @@ constexpr MessageTitle OpenTitle{MessageKind::Error, "Read Error!"};
 constexpr char NotOpened[] = "%s could not be opened";
 constexpr MessageTitle BinaryTitle{MessageKind::Information, "Read Binary"};
 constexpr char NotAbf[] = "%s is not a valid ABF file\nProceeding to read binary (NOT ABF)";
-constexpr char Truncated[] = "Binary file was truncated to fit into memory.";
 
 constexpr char NoSamples[] = "%s holds no samples.";
 constexpr char PleaseWait[] = "Please wait";
@@ -163,7 +162,7 @@ std::size_t ReadSamples(RecordingFile& file, const RecordingFacts& facts, const 
 void CutSweep(std::size_t capacity, Questions questions, RecordingFacts& facts) {
   if (static_cast<std::size_t>(facts.sweepSamples) <= capacity) return;
   facts.sweepSamples = static_cast<int>(capacity);
-  if (questions != Questions::AsBefore) MessagePopup(NoticeTitle, Truncated);
+  if (questions != Questions::AsBefore) MessagePopup(NoticeTitle, TruncatedFile);
 }
 
 RecordingRead ReadAbf(RecordingFile& file, RecordingFacts facts, std::span<float> destination,

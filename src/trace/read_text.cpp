@@ -4,6 +4,7 @@
 
 #include "platform/file_names.h"
 #include "screen/popups.h"
+#include "screen/save_file.h"
 #include "trace/trace_dialogs.h"
 #include "trace/trace_read.h"
 #include "trace/trace_readers.h"
@@ -17,16 +18,13 @@ constexpr MessageTitle StepsTitle{MessageKind::Warning, "! Incomaptible format"}
 constexpr char UnequalSteps[] =
     "The x intervals are not equal, are too small (<1e6) or are too large (>1e6).";
 
-constexpr char NotRead[] = "%s was not read: %s";
 constexpr char NotAnInterval[] = "The time between samples must be above 0 ms.";
 constexpr char ReadUpTo[] = "%s was read up to line %zu, which is not a row of numbers.";
 
-void TellNotRead(const std::string& path, const std::string& why) {
-  MessagePopup(FileErrorTitle, FormatText(NotRead, FileNameOf(path).c_str(), why.c_str()));
-}
-
-/// Shows which line ended the read, or notes that the file is not whole.
+/// Shows which line ended the read, notes that the file is not whole, or shows that it has more samples than the
+/// trace.
 void TellEnd(const std::string& path, const RecordingAccount& account) {
+  if (account.text.truncated) MessagePopup(NoticeTitle, TruncatedFile);
   if (account.text.badLine != 0) {
     MessagePopup(WarningTitle, FormatText(ReadUpTo, FileNameOf(path).c_str(), account.text.badLine));
   } else if (!account.note.empty()) {

@@ -10,6 +10,8 @@
 
 namespace zelvane {
 
+inline constexpr char TruncatedFile[] = "Binary file was truncated to fit into memory.";
+
 enum class Reading {
   Done,     // the destination begins with `facts.points` samples
   Refused,  // after a message or a cancel; the destination is unchanged, and the facts are unused

@@ -85,6 +85,25 @@ TEST_F(WaveSetTest, AWrittenListReadsBackAsTheSamePairs) {
   EXPECT_EQ(Fit.Wave[2].WaveStim[6][0], 0.0F);
 }
 
+TEST_F(WaveSetTest, APairThatCannotBeReadIsToldAndTheOthersAreLoaded) {
+  folder.Written("text.abf", "1\n2\n");
+  folder.Written("long.stm", std::string("\x0A\xD7\x23\x3C\x42\x42\x0F\x00", 8));  // 1,000,002 samples
+  const std::string list = List(
+      "LIST\nmodel.mod\n4\ncell1.abf\nstep1.stm\ntext.abf\nstep1.stm\ncell2.abf\nlong.stm\ncell2.abf\nstep2.stm\n");
+  EXPECT_EQ(ReadListNamed(list), Outcome::Failed);
+  EXPECT_EQ(notes, (Texts{"Pair 2 (text.abf, step1.stm) cannot be read and is left out.",
+                          "Pair 3 (cell2.abf, long.stm) cannot be read and is left out.",
+                          "2 of 4 pairs of set.lst are left out."}));
+  EXPECT_EQ(Fit.FitWaveCount, 4);
+  for (const auto& [w, loaded] : {std::pair{1U, 1}, {2U, 0}, {3U, 0}, {4U, 1}})
+    EXPECT_EQ(Fit.Wave[w].WaveLoaded, loaded) << w;
+  EXPECT_EQ(Fit.Wave[3].WaveData[5], 0.0F);
+  EXPECT_EQ(Fit.Wave[4].WaveData[5], 2.0F);
+  EXPECT_EQ(ReadListNamed(List("LIST\nmodel.mod\n1\ncell1.abf" + std::string(300'000, '\0'))),
+            Outcome::Failed);
+  EXPECT_EQ(popups.back().text, "set.lst was not read: line 4 holds a NUL byte.");
+}
+
 TEST_F(WaveSetTest, SixteenPairsAreFifteenAndAFileThatIsNoListIsToldSo) {
   std::string text = "LIST\nmodel.mod\n16\n";
   for (int p = 0; p < 16; ++p) text += "cell1.abf\nstep1.stm\n";

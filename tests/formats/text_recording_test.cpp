@@ -61,9 +61,28 @@ TEST(TextRecording, LineEndsMarksAndBlanksMakeNoDifference) {
                                "\xEF\xBB\xBF" + plain,
                                " 1.5\n\n \t \n-2 pA\n+3e-5\n",
                                Utf16(plain, false),
-                               Utf16("1.5\r\n-2\r\n3e-5", true) + '\0',
-                               std::string("1.5\0\n-2\0\0junk\n3e-5\n\0\0\0", 22)};
+                               Utf16("1.5\r\n-2\r\n3e-5", true) + '\0'};
   for (const std::string& text : texts) EXPECT_EQ(Samples(text), expected) << text;
+}
+
+TEST(TextRecording, ANulByteAndALineWithoutEndRefuseTheText) {
+  const std::string nul(1, '\0');
+  const std::string endless(LongestTextLine + 1, '7');
+  using Case = std::pair<std::string, const char*>;
+  for (const auto& [text, why] : {Case{"1\n2\n3" + nul + "\n4\n", "line 3 holds a NUL byte."},
+                                  Case{"1\n" + std::string(400'000, '\0'), "line 2 holds a NUL byte."},
+                                  Case{Utf16("1\n2" + nul + "\n", false), "line 2 holds a NUL byte."},
+                                  Case{Atf(2, "", "0 1\n1 2\n2" + nul), "line 6 holds a NUL byte."},
+                                  Case{"1\n2\n" + endless, "line 3 is longer than 16 MB."}}) {
+    const Outcome outcome = ReadBytes(text);
+    EXPECT_EQ(outcome.read.fault, why);
+    EXPECT_TRUE(outcome.read.samples.empty()) << why;
+    EXPECT_EQ(WhyNoSamples(outcome.shape, outcome.read), why);
+  }
+  std::istringstream header("ATF 1.0" + nul + "\n");
+  EXPECT_EQ(TextRecording(header).Refusal(), "line 1 holds a NUL byte.");
+  EXPECT_EQ(TextFault("1\n2" + nul), "line 2 holds a NUL byte.");
+  EXPECT_EQ(TextFault("1\n2\n"), "");
 }
 
 TEST(TextRecording, NumbersAreThoseOfScanfRoundedOnce) {
@@ -170,6 +189,8 @@ TEST(TextRecording, TenThousandColumnsAndLinesOfAnyLengthAreRead) {
 
 TEST(TextRecording, ReadingStopsAtTheMostThatIsWanted) {
   EXPECT_EQ(Samples("1\n2\n3\n", {.most = 2}).size(), 2U);
+  EXPECT_TRUE(ReadBytes("1\n2\n\n3\n", {.most = 2}).read.more);
+  EXPECT_FALSE(ReadBytes("1\n2\n\n", {.most = 2}).read.more);
   EXPECT_EQ(Samples(Atf(2, "", "0 1\n1 2\n2 3\n"), {.most = 2}).size(), 2U);
 }
 
