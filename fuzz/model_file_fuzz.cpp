@@ -83,7 +83,9 @@ std::string Reloaded(const std::string& text) {
 
 void CheckOne(std::string_view bytes) {
   ResetModelStores();
-  if (!ReadModelText(bytes)) return;
+  ModelFaults faults;
+  if (!ReadModelText(bytes, &faults)) return;
+  if (faults.size() > MaxModelFaults + 2) Fault("too many sentences about a file");
   // Writing takes several times as long as reading most inputs, and one input in eight finds the faults as
   // well. The input alone decides which, so that a finding can be repeated.
   if (std::hash<std::string_view>{}(bytes) % 8 != 0) return;

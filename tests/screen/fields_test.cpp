@@ -18,6 +18,19 @@ TEST_F(FieldsTest, FindsNothingBeyondAFieldsBounds) {
   }
 }
 
+TEST_F(FieldsTest, AnElementHasTheNameThatFindsIt) {
+  for (const auto& [key, field] : AllFields()) {
+    for (const bool last : {false, true}) {
+      std::string name = key;
+      for (std::size_t k = 0; k < static_cast<std::size_t>(field.rank); ++k) {
+        const int index = last ? field.index[k].last : field.index[k].first;
+        name.insert(name.find("[]") + 1, std::to_string(index));
+      }
+      ASSERT_EQ(NameOfElement(FindField(name)), name);
+    }
+  }
+}
+
 TEST_F(FieldsTest, RunsAlongTheIndexThatIsLeftOut) {
   const FieldRun row = FindFieldRun("Occupancy[3]");
   ASSERT_TRUE(row);

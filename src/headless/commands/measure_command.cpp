@@ -121,7 +121,8 @@ int OpenAbf(const MeasureOptions& options, Recording& recording, std::ostream& e
 int OpenRecording(const MeasureOptions& options, Recording& recording, std::ostream& err) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(options.file, error)) {
-    err << options.file << ": no such file\n";
+    const bool exists = std::filesystem::exists(options.file, error);
+    err << options.file << (exists ? ": not a file\n" : ": no such file\n");
     return JobFailed;
   }
   int format = 0;
