@@ -162,8 +162,16 @@ bool Exists(const std::string& path) {
   return std::filesystem::exists(path, error);
 }
 
-/// Keeps the table in a file before another one replaces it. A file with the same text needs no copy. On
-/// failure shows a message.
+/// Returns the rows of the text of a table file.
+std::string_view RowsOfTable(std::string_view text) {
+  constexpr int LinesBefore = 5;
+  for (int line = 0; line < LinesBefore; ++line) NextLine(text);
+  return text;
+}
+
+/// Keeps the table in a file before another one replaces it. A file with the same text needs no copy. When the new
+/// table only has more rows, a copy from before stays: it may be the last one of an earlier day. On failure shows
+/// a message.
 Outcome KeepFormerTable(const std::string& path, const std::string& text) {
   if (!Exists(path)) return Outcome::Done;
   const auto former = ReadBytes(path, LongestTable);
@@ -172,6 +180,8 @@ Outcome KeepFormerTable(const std::string& path, const std::string& text) {
     return Outcome::Failed;
   }
   if (former->empty() || *former == text) return Outcome::Done;
+  const bool onlyGrown = RowsOfTable(text).starts_with(RowsOfTable(*former));
+  if (onlyGrown && Exists(path + FormerEnd)) return Outcome::Done;
   return SaveText(path + FormerEnd, *former);
 }
 

@@ -76,7 +76,7 @@ std::string TableCsv(std::span<const AnalysisRow> rows);
 std::span<const AnalysisRow> FilledRows();
 
 /// Writes the table into the folder of the data file (*.tbl) and shows the name. Asks no questions. A former
-/// table with other contents stays as a file with ".bak" after the same name. On failure shows a message and
+/// table with other rows stays as a file with ".bak" after the same name. On failure shows a message and
 /// keeps the old file.
 /// @return Done; Refused when the data have no name; Failed when a file cannot be written
 Outcome SaveResultsTable();

@@ -187,9 +187,12 @@ TEST_F(ResultsTest, AnOtherFormerTableIsKept) {
   ASSERT_EQ(SaveResultsTable(), Outcome::Done);
   ASSERT_EQ(SaveResultsTable(), Outcome::Done) << "the same table again";
   EXPECT_EQ(ReadWholeFile(path + ".bak"), "last week");
+  AddRows(1);
+  ASSERT_EQ(SaveResultsTable(), Outcome::Done);
+  EXPECT_EQ(ReadWholeFile(path + ".bak"), "last week") << "the table of today has only grown";
   std::filesystem::remove(path + ".bak");
   std::filesystem::create_directory(path + ".bak");
-  AddRows(1);
+  Analysis.Rows[1].episode = 7;
   const std::string before = ReadWholeFile(path);
   EXPECT_EQ(SaveResultsTable(), Outcome::Failed);
   EXPECT_EQ(ReadWholeFile(path), before) << "a table that cannot be kept is not replaced";
