@@ -147,27 +147,21 @@ struct Reader final : ModelFileVisitor {
     }
     const std::string word(FirstWord(before, LongestFaultWord));
     const bool whole = line.text.empty() || std::isspace(static_cast<unsigned char>(line.text.front())) != 0;
-    if (scan == Scan::Taken && whole) return true;
-    if (scan == Scan::Missing && word.empty() && cell.rule->missing) return true;  // an older line
-    const std::string value = cell.field ? FieldText(cell.field) : std::string{};
-    const char* verb = scan == Scan::Missing && cell.rule->missing ? "taken" : "kept";
-    std::string sentence = FormatText("line %d: ", lineNumber);
-    if (scan == Scan::Taken)
-      sentence.append("'").append(word).append("' was read as ").append(value);
-    else if (word.empty())
-      sentence.append("no number for ").append(NameOfElement(cell.field)).append(", ").append(value);
-    else
-      sentence.append("'").append(word).append(scan == Scan::Refused ? "' is too large"
-                                                                     : "' is not a number");
-    if (scan != Scan::Taken && !word.empty()) {
-      if (value.empty())
-        sentence += ", the numbers after it";
-      else
-        sentence.append(", ").append(value);
-    }
-    if (scan != Scan::Taken) sentence.append(" ").append(verb);
-    faults.AddLine(std::move(sentence));
+    const bool ofOlderFile = scan == Scan::Missing && word.empty() && cell.rule->missing;
+    if ((scan == Scan::Taken && whole) || ofOlderFile) return true;
+    faults.AddLine(FormatText("line %d: ", lineNumber) + FaultOf(cell, scan, word));
     return false;
+  }
+
+  /// Returns what is wrong with the word of a cell, and which value the setting has now.
+  static std::string FaultOf(const Cell& cell, Scan scan, const std::string& word) {
+    const std::string value = cell.field ? FieldText(cell.field) : std::string{};
+    if (scan == Scan::Taken) return "'" + word + "' was read as " + value;
+    std::string sentence = word.empty() ? "a number is missing" : "'" + word + "' is not a number";
+    if (word.empty() && cell.field) sentence = "no number for " + NameOfElement(cell.field);
+    if (scan == Scan::Refused) sentence = "'" + word + "' is out of range";
+    if (!cell.field) return sentence + ", the settings of this line kept";
+    return sentence + ", " + value + (scan == Scan::Missing && cell.rule->missing ? " taken" : " kept");
   }
 
   /// Reads one number from the line.

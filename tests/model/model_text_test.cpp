@@ -328,10 +328,11 @@ TEST_F(ModelTextTest, TellsWhatAFileDoesNotHold) {
   const Case cases[] = {
       {302, "abc", "line 302: 'abc' is not a number, 25 kept"},
       {302, "", "line 302: no number for Temperature, 25 kept"},
-      {302, "1e999", "line 302: '1e999' is too large, 25 kept"},
+      {302, "1e999", "line 302: '1e999' is out of range, 25 kept"},
       {302, "3O", "line 302: '3O' was read as 3"},
       {4, "1 0 x 0.5", "line 4: 'x' is not a number, 0 kept"},
-      {898, "1 x 5", "line 898: 'x' is not a number, the numbers after it kept"},
+      {898, "1 x 5", "line 898: 'x' is not a number, the settings of this line kept"},
+      {898, "", "line 898: a number is missing, the settings of this line kept"},
       {295, "0", ""},
       {2, std::string("a\0b", 3), "line 2 holds a NUL byte; only the text before it was read"},
       {3, "a header of any kind", ""},
