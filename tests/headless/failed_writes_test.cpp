@@ -91,6 +91,7 @@ struct Writer {
   const char* file;
   std::function<bool(const std::string& path)> write;
   std::string_view old = "old content\n";
+  std::string source{};  // a file to choose first
 };
 
 bool Pressed(const char* command) {
@@ -111,6 +112,8 @@ bool Recorded(const std::string&) {
   return Pressed("FxnStopRecording");
 }
 
+constexpr double Doubles[] = {1.0, 2.0};
+
 const Writer Writers[] = {
     {"a.mod", [](auto&) { return Pressed("SaveParameters"); }},
     {"a.asc", [](auto&) { return Pressed("SaveAsciiData"); }},
@@ -125,11 +128,15 @@ const Writer Writers[] = {
     {"a.res", [](auto&) { return AppendMeanVariance(1.0F, 2.0F), true; }},
     {"a.lst", [](auto&) { return Pressed("FitSaveList"); }},
     {"a.ops", [](auto&) { return Pressed("FxnExportOpenTimes"); }},
+    {"a.sht", [](auto&) { return Pressed("FxnExportClosedTimes"); }},
     {"a.stm", [](auto&) { return Pressed("ButtonSaveStim"); }},
     {"a.asc", [](auto&) { return Pressed("ExportStim"); }},
+    {"a.abf", [](auto&) { return Pressed("FxnFileCorrect"); }, "old content\n",
+     Recordings + "abf1/130618-1-12.abf"},
     {"a.drive", Recorded},
     {"a.txt",
      [](auto& path) { return PairTextWrite(path, Trace.SimTrace.first(3), Trace.SimTrace.first(3)), true; }},
+    {"a.txt", [](auto& path) { return TripleTextWrite(path, Doubles, Doubles, 0), true; }},
     {"a.csv", [](auto& path) { return WriteGraphFile(GraphNamed("MainPanel"), path); }},
     {"a.csv", [](auto& path) { return WriteOccupancyCsv(path); }},
     {"a.csv", [](auto& path) { return WriteTraceFile(path, Trace.SimTrace.first(3), 1.0F, "pA"); }},
@@ -158,6 +165,7 @@ class FailedWritesTest : public PanelTest {
     Analysis.MeasuresCount = 0;
     Analysis.MeasuresFileName = path;
     choices = {path};
+    if (!writer.source.empty()) choices.push_front(writer.source);
     answers = {true};  // may append to a file of results
     errors = 0;
     faults.calls = 0;

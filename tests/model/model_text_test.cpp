@@ -227,7 +227,9 @@ TEST_F(ModelTextTest, AFileCutAtAnyByteLeavesEachFieldTheFilesOrTheFormerOne) {
   const std::size_t runRows = text.find("[QMatrixMonteCarlo");
   const std::size_t limitRows = text.find("[Analysis: Fit limits");
   for (std::size_t size = 0; size <= lastLine;) {
-    ReadModelText(std::string_view(text).substr(0, size));
+    ModelFaults faults;
+    const bool isModel = ReadModelText(std::string_view(text).substr(0, size), &faults);
+    ASSERT_EQ(faults.size(), isModel ? 1U : 0U) << size;
     const auto now = ValuesOf(elements);
     for (std::size_t i = 0; i < elements.size(); ++i) {
       ASSERT_TRUE(now[i] == former[i] || (elements[i].inFile && now[i] == saved[i]))
