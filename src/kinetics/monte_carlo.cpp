@@ -40,23 +40,32 @@ int ChooseNext(RandomStream& random, const StateExits& exits) {
   return exits.next[k];
 }
 
-ChannelDwell DwellAtConstantRates(const ChannelSweep& sweep, const StateExits& exits,
-                                  const Channel& channel) {
-  ChannelDwell dwell;
-  dwell.next = ChooseNext(sweep.random, exits);
-  dwell.d = static_cast<float>(exits.scaleMs * std::log(UniformRandom(sweep.random)));
-  dwell.points = std::min(WholePoints(dwell.d, sweep.intervalMs), sweep.numPoints + 1);
-  dwell.moves = true;
-  dwell.ends = channel.t + dwell.d > sweep.lengthMs;
-  return dwell;
-}
-
 /// Returns the float sum of `points` intervals.
 float Passed(ChannelSweep& sweep, int points) {
   while (sweep.passed.size() <= Index(points)) {
     sweep.passed.push_back(sweep.passed.back() + sweep.intervalMs);
   }
   return sweep.passed[Index(points)];
+}
+
+/// Returns the points of a dwell from `channel.point` through the next change of the stimulus.
+int PointsToChange(const StateExits& exits, const Channel& channel) {
+  return exits.changeAt - channel.point + 1;
+}
+
+ChannelDwell DwellAtConstantRates(ChannelSweep& sweep, const StateExits& exits, const Channel& channel) {
+  ChannelDwell dwell;
+  dwell.next = ChooseNext(sweep.random, exits);
+  dwell.d = static_cast<float>(exits.scaleMs * std::log(UniformRandom(sweep.random)));
+  dwell.points = std::min(WholePoints(dwell.d, sweep.intervalMs), sweep.numPoints + 1);
+  dwell.moves = true;
+  dwell.ends = channel.t + dwell.d > sweep.lengthMs;
+  const int toChange = PointsToChange(exits, channel);
+  if (dwell.points < toChange || channel.t + Passed(sweep, toChange) > sweep.lengthMs) return dwell;
+  dwell.points = toChange;  // a closed exit may open; the rest of an exponential dwell is drawn again
+  dwell.d = Passed(sweep, toChange);
+  dwell.moves = dwell.ends = false;
+  return dwell;
 }
 
 ChannelDwell DwellPointByPoint(ChannelSweep& sweep, const StateExits& exits, const Channel& channel) {
@@ -78,23 +87,29 @@ ChannelDwell DwellPointByPoint(ChannelSweep& sweep, const StateExits& exits, con
   return dwell;
 }
 
-ChannelDwell DwellToTheEnd(const ChannelSweep& sweep, const Channel& channel) {
+ChannelDwell DwellToTheEnd(const ChannelSweep& sweep, const StateExits& exits, const Channel& channel) {
   ChannelDwell dwell;
-  dwell.d = std::max(0.0F, sweep.lengthMs - channel.t);
-  dwell.points = std::max(0, sweep.numPoints - channel.point);
   dwell.next = channel.state;
-  dwell.ends = true;
+  dwell.points = std::max(0, sweep.numPoints - channel.point);
+  dwell.ends = dwell.points < PointsToChange(exits, channel);
+  if (dwell.ends) {
+    dwell.d = std::max(0.0F, sweep.lengthMs - channel.t);
+  } else {
+    dwell.points = PointsToChange(exits, channel);
+    dwell.d = sweep.intervalMs * static_cast<float>(dwell.points);
+  }
   return dwell;
 }
 
-ChannelDwell DwellUntilADrug(const ChannelSweep& sweep, const Channel& channel) {
+ChannelDwell DwellUntilADrug(const ChannelSweep& sweep, const StateExits& exits, const Channel& channel) {
   ChannelDwell dwell;
   const int toDrug = NextDrug(sweep.exits, channel.point) - channel.point + 1;
+  const int toStimulus = std::min(toDrug, PointsToChange(exits, channel));
   const int toEnd = std::max(1, sweep.numPoints - channel.point + 1);
-  dwell.points = std::min(toDrug, toEnd);
+  dwell.points = std::min(toStimulus, toEnd);
   dwell.d = sweep.intervalMs * static_cast<float>(dwell.points);
   dwell.next = channel.state;
-  dwell.ends = toEnd <= toDrug;
+  dwell.ends = toEnd <= toStimulus;
   return dwell;
 }
 
@@ -105,9 +120,9 @@ ChannelDwell TakeDwell(ChannelSweep& sweep, const StateExits& exits, const Chann
     case ExitKind::Dependent:
       return DwellPointByPoint(sweep, exits, channel);
     case ExitKind::Waiting:
-      return DwellUntilADrug(sweep, channel);
+      return DwellUntilADrug(sweep, exits, channel);
     default:
-      return DwellToTheEnd(sweep, channel);
+      return DwellToTheEnd(sweep, exits, channel);
   }
 }
 

@@ -79,12 +79,15 @@ struct ChannelSweep {
 ///
 /// - Constant rates: a second u gives d = -1000 / total x ln u ms, formed in double and rounded to a float.
 ///   The dwell covers WholePoints of it. The rest is not part of the points, so each dwell can shift the
-///   points against the time by up to one point.
+///   points against the time by up to one point. When a profile changes before the end of the dwell, and the
+///   rate of a closed exit depends on it, the dwell ends with the first changed point, and the channel chooses
+///   its next state again.
 /// - Rates that depend on the stimulus: one u for each point. The channel leaves at the first u that is at
-///   most 1 - exp(-total x interval / 1000). When a profile of the exits has changed, the channel stays for
-///   this point without a draw and chooses its next state again.
+///   most 1 - exp(-total x interval / 1000). When a profile has changed on which some rate out of the state
+///   depends, the channel stays for this point without a draw and chooses its next state again.
 /// - No exit above MinRate: the channel stays to the end. If a stimulus can open an exit, it stays up to and
-///   including the first point at which a drug is above 0. There is no draw.
+///   including the first point at which a drug is above 0, or the voltage has changed on which some rate out of
+///   the state depends. There is no draw.
 ///
 /// A dwell of constant rates that continues after the end is recorded in full; occupancies end at the last
 /// point. An exit of the open state counts for every dwell with a chosen next state, even when the stimulus

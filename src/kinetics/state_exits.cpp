@@ -11,11 +11,12 @@ namespace zelvane {
 namespace {
 
 constexpr std::size_t MaxKeptStretches = std::size_t{1} << 18;  // limit for one state
+constexpr unsigned VoltageBit = 1U;                             // of a set of profiles
 constexpr std::size_t MaxKeptExits = std::size_t{1} << 20;      // limit for all states: 64 MB
 
 /// Returns the profiles that the rate from `a` to `b` depends on.
 unsigned ProfilesOf(const DependenceTables& depend, std::size_t a, std::size_t b) {
-  unsigned profiles = depend.Volt[a][b] == 1 ? 1U : 0U;
+  unsigned profiles = depend.Volt[a][b] == 1 ? VoltageBit : 0U;
   for (unsigned d = 1; d <= MaxDrugs; ++d) {
     if (depend.Drug[d][a][b] != 0) profiles |= 1U << d;
   }
@@ -111,6 +112,8 @@ struct OpenExits {
   std::array<std::size_t, MaxConnections> to{};
   std::array<float, MaxConnections> rate{};
   std::size_t count = 0;
+  unsigned profiles = 0;   // that the exits depend on
+  unsigned watched = 0;    // that all exits with a rate depend on
   float total = 0.0F;      // sum of all exits
   float openTotal = 0.0F;  // sum of the exits that can be taken
   bool waits = false;      // the model's rate of some exit is above MinRate
@@ -121,9 +124,12 @@ OpenExits FindOpenExits(const ExitBook& book, std::size_t state, std::size_t poi
   for (int k = 1; k <= book.tables.connectionCount[state]; ++k) {
     const std::size_t to = Connection(book.tables, state, k);
     const float rate = EffectiveRate(book, state, to, point);
+    const unsigned profiles = ProfilesOf(book.tables.depend, state, to);
     open.waits |= book.tables.rate[state][to] > MinRate;
+    if (book.tables.rate[state][to] != 0.0F) open.watched |= profiles;
     open.total += rate;
     if (rate <= MinRate) continue;
+    open.profiles |= profiles;
     open.openTotal += rate;
     open.to[open.count] = to;
     open.rate[open.count++] = rate;
@@ -201,17 +207,17 @@ StateExits CompileExits(const ExitBook& book, int state, int point) {
   const OpenExits open = FindOpenExits(book, s, Index(p));
   if (open.count == 0) {
     exits.kind = open.waits ? ExitKind::Waiting : ExitKind::Shut;
+    exits.changeAt = NextChange(book, open.watched & VoltageBit, p);
     return exits;
   }
   SetChances(open, exits);
-  unsigned profiles = 0;
-  for (std::size_t k = 0; k < open.count; ++k) profiles |= ProfilesOf(book.tables.depend, s, open.to[k]);
   const auto total = static_cast<double>(connections == 2 ? open.total : open.openTotal);
-  exits.kind = profiles == 0 ? ExitKind::Constant : ExitKind::Dependent;
+  exits.kind = open.profiles == 0 ? ExitKind::Constant : ExitKind::Dependent;
   exits.scaleMs = -1000.0 / total;
-  if (profiles == 0) return exits;
-  exits.leave = 1.0 - std::exp(-total * static_cast<double>(book.intervalMs) / 1000.0);
-  exits.changeAt = NextChange(book, profiles, p);
+  if (open.profiles != 0) {
+    exits.leave = 1.0 - std::exp(-total * static_cast<double>(book.intervalMs) / 1000.0);
+  }
+  exits.changeAt = NextChange(book, open.watched, p);
   return exits;
 }
 

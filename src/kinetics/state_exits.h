@@ -55,9 +55,11 @@ struct alignas(64) StateExits {
   // The next state is the first whose bound is above a uniform value, else the last. One exit alone needs no
   // draw. Bounds are 32-bit quotients of the sums of rates.
   std::array<double, MaxConnections - 1> bound{};
-  double scaleMs = 0.0;         // -1000 / total rate: times ln u it is a dwell in ms
-  double leave = 0.0;           // chance to leave within a point, 1 - exp(-total rate x interval)
-  int changeAt = NeverChanges;  // first later point at which a profile of the exits changes
+  double scaleMs = 0.0;  // -1000 / total rate: times ln u it is a dwell in ms
+  double leave = 0.0;    // chance to leave within a point, 1 - exp(-total rate x interval)
+  // First later point at which a profile changes that some rate out of the state depends on, also the rate of an
+  // exit that is closed now. Without an open exit only the voltage counts: NextDrug finds the drugs.
+  int changeAt = NeverChanges;
   ExitKind kind = ExitKind::Isolated;
   std::uint8_t count = 0;
   std::array<std::int8_t, MaxConnections> next{};

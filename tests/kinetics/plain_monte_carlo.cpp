@@ -86,23 +86,23 @@ float PlainMonteCarlo::Factor(int from, int to, int point) const {
   return RateFactor(Model.Depend, Model.Temperature, from, to, StimulusAt(Inside(point)));
 }
 
-bool PlainMonteCarlo::StimulusChanged(int state, const std::vector<int>& exitStates, int noted,
-                                      int point) const {
-  for (std::size_t k = 0; k <= MaxDrugs; ++k) {
+bool PlainMonteCarlo::StimulusChanged(int state, const std::vector<int>& watched, int noted, int point,
+                                      std::size_t lastProfile) const {
+  for (std::size_t k = 0; k <= lastProfile; ++k) {
     const auto& profile = Stimulus.Profile[k];
     if (profile[static_cast<std::size_t>(Inside(point))] == profile[static_cast<std::size_t>(Inside(noted))])
       continue;
-    for (const int to : exitStates) {
+    for (const int to : watched) {
       if (Depends(k, state, to)) return true;
     }
   }
   return false;
 }
 
-void PlainMonteCarlo::TakePoints(Step& step, int state, float t, int point,
-                                 const std::vector<int>& exitStates, float total) {
+void PlainMonteCarlo::TakePoints(Step& step, int state, float t, int point, const std::vector<int>& watched,
+                                 float total) {
   for (;;) {
-    const bool changed = StimulusChanged(state, exitStates, point, point + step.points);
+    const bool changed = StimulusChanged(state, watched, point, point + step.points);
     ++step.points;
     step.d += Model.ADInterval;
     if (changed) return;
@@ -119,12 +119,14 @@ PlainMonteCarlo::Step PlainMonteCarlo::Take(int state, float t, int point) {
   std::vector<int> exitStates;
   std::vector<float> rates;
   float sumOfAll = 0.0F;
+  std::vector<int> watched;  // connections with a rate, open or closed
   bool waits = false;
   int connections = 0;
   for (int to = 1; to <= MaxStates; ++to) {
     if (to == state || !(Model.RateMatrix[state][to] > 0.0F)) continue;
     ++connections;
     waits |= rate_[state][to] > MinRate;
+    if (rate_[state][to] != 0.0F) watched.push_back(to);
     const float product = rate_[state][to] * Factor(state, to, point);
     const float effective = product > 0.0F ? product : 0.0F;  // 0 if negative or not a number
     sumOfAll += effective;
@@ -134,21 +136,21 @@ PlainMonteCarlo::Step PlainMonteCarlo::Take(int state, float t, int point) {
   }
   Step step;
   step.next = state;
-  if (exitStates.empty() && !waits) {
-    step.d = std::max(0.0F, length - t);
-    step.points = std::max(0, Model.NumPoints - point);
-    step.ends = true;
-    return step;
-  }
   if (exitStates.empty()) {
-    for (bool drug = false; !drug && !step.ends;) {
+    for (bool changed = false; !changed && !step.ends;) {
       ++step.points;
-      step.ends = point + step.points > Model.NumPoints;
-      for (std::size_t k = 1; k <= MaxDrugs && !step.ends; ++k) {
-        drug |= Stimulus.Profile[k][static_cast<std::size_t>(Inside(point + step.points - 1))] > 0.0F;
+      const int here = point + step.points - 1;
+      step.ends = here + 1 > Model.NumPoints;
+      for (std::size_t k = 1; k <= MaxDrugs && waits && !step.ends; ++k) {
+        changed |= Stimulus.Profile[k][static_cast<std::size_t>(Inside(here))] > 0.0F;
       }
+      if (!step.ends && here > point) changed |= StimulusChanged(state, watched, point, here, 0);
     }
     step.d = Model.ADInterval * static_cast<float>(step.points);
+    if (!waits && step.ends) {
+      step.d = std::max(0.0F, length - t);
+      step.points = std::max(0, Model.NumPoints - point);
+    }
     return step;
   }
   float total = 0.0F;
@@ -168,7 +170,7 @@ PlainMonteCarlo::Step PlainMonteCarlo::Take(int state, float t, int point) {
   for (const int to : exitStates) {
     for (std::size_t k = 0; k <= MaxDrugs; ++k) {
       if (!Depends(k, state, to)) continue;
-      TakePoints(step, state, t, point, exitStates, total);
+      TakePoints(step, state, t, point, watched, total);
       return step;
     }
   }
@@ -177,6 +179,13 @@ PlainMonteCarlo::Step PlainMonteCarlo::Take(int state, float t, int point) {
       static_cast<int>(std::min(WholePointsOfText(step.d / Model.ADInterval), Model.NumPoints + 1.0));
   step.moves = true;
   step.ends = t + step.d > length;
+  float passed = Model.ADInterval;
+  for (int m = 1; m < step.points; ++m) {
+    passed += Model.ADInterval;
+    if (!StimulusChanged(state, watched, point, point + m)) continue;
+    if (t + passed <= length) step = {passed, m + 1, step.next, false, false};
+    break;
+  }
   return step;
 }
 

@@ -46,8 +46,9 @@ struct PlainMonteCarlo {
   void Sweep(int count, float unit);
   bool Channel(int startState, float unit);
   Step Take(int state, float t, int point);
-  void TakePoints(Step& step, int state, float t, int point, const std::vector<int>& exitStates, float total);
-  bool StimulusChanged(int state, const std::vector<int>& exitStates, int noted, int point) const;
+  void TakePoints(Step& step, int state, float t, int point, const std::vector<int>& watched, float total);
+  bool StimulusChanged(int state, const std::vector<int>& watched, int noted, int point,
+                       std::size_t lastProfile = MaxDrugs) const;
 
   PlainGenerator generator_;
   DwellRecorder recorder_{};

@@ -207,15 +207,15 @@ TEST_F(MonteCarloFormsTest, TheGoldenRunStaysAsItIs) {
   SetSeeds(ProgramRandom, GoldenSeeds);
   RunAsSet();
   const auto events = static_cast<std::size_t>(Dwell.NumIdealEvents);
-  EXPECT_EQ(Dwell.OpenStateExits, 54);
-  EXPECT_EQ(Dwell.MonitoredChannels, 39);
-  EXPECT_EQ(Dwell.NumOpenTimes, 203.0F);
-  EXPECT_EQ(events, 773U);
-  EXPECT_EQ(Digest(Dwell.OpenTimes.first(203)), 9742066039748206027U);
-  EXPECT_EQ(Digest(Dwell.IdealDuration.first(events)), 12766830739214773190U);
-  EXPECT_EQ(Digest(Dwell.IdealClass.first(events)), 13984001751468459755U);
-  EXPECT_EQ(Digest(Result.Occupancy[4].first(401)), 13975046334508612388U);
-  EXPECT_NEAR(UniformRandom(ProgramRandom), 0.970703, 1e-6);  // depends on the number of values drawn
+  EXPECT_EQ(Dwell.OpenStateExits, 48);
+  EXPECT_EQ(Dwell.MonitoredChannels, 41);
+  EXPECT_EQ(Dwell.NumOpenTimes, 194.0F);
+  EXPECT_EQ(events, 730U);
+  EXPECT_EQ(Digest(Dwell.OpenTimes.first(194)), 16068384842167976321U);
+  EXPECT_EQ(Digest(Dwell.IdealDuration.first(events)), 13919466223606571716U);
+  EXPECT_EQ(Digest(Dwell.IdealClass.first(events)), 14724069339736432675U);
+  EXPECT_EQ(Digest(Result.Occupancy[4].first(401)), 4001689596299683055U);
+  EXPECT_NEAR(UniformRandom(ProgramRandom), 0.526161, 1e-6);  // depends on the number of values drawn
 }
 
 TEST(WholePointsTest, AreTheIntegerPartOfTheText) {

@@ -70,6 +70,40 @@ TEST_F(MonteCarloTest, TheMeanOfManyChannelsFollowsTheIntegrator) {
   }
 }
 
+TEST_F(MonteCarloTest, AStimulusOpensAnExitWhileAnotherExitIsOpenOrShut) {
+  // State 1 leaves to 2 with the drug from 10 ms on, at 400 /s, and to 6 at `other`, which depends on voltage or
+  // not. No state leads back. Of the channels still in state 1 at 10 ms a share 400 / (400 + other) comes to 2.
+  struct Case {
+    const char* name;
+    double rate, steepness, volts, other;  // 1/s at 0 V, charges, V before 10 ms, 1/s before and after
+    bool drug;                             // opens the exit to 2; else the voltage step does
+  };
+  for (const Case& c :
+       {Case{"open at a constant rate", 50.0, 0.0, 0.0, 50.0, true},
+        Case{"open at a voltage", 50.0, 1e-6, -0.06, 50.0, true}, Case{"too slow", 1e-8, 0.0, 0.0, 0.0, true},
+        Case{"opened by the voltage alone", 400.0, 20.0, -0.06, 0.0, false}}) {
+    Model.StateOn[6] = 1;
+    Model.KOff = {};
+    Model.KOn[1] = c.drug ? 4e5 : 0.0;
+    Model.Depend.Drug[1][1][2] = 1;
+    Model.KOn[5] = c.rate;
+    Model.Depend.Volt[1][6] = c.steepness != 0.0 ? 1 : 0;
+    Model.Depend.Steepness[1][6] = static_cast<float>(c.steepness);
+    Model.KOff[1] = Model.KOff[5] = 1e-9;  // a state without an exit would be an error
+    std::fill_n(Stimulus.Profile[0].begin(), 1000, static_cast<float>(c.volts));
+    std::fill_n(Stimulus.Profile[1].begin() + 1000, 3000, 1e-3F);
+    Model.NumPoints = 4000;
+    Model.NumChannels = 4000;
+    RunAsSet();
+    const double left = std::exp(-c.other * 0.01);
+    const double opened = c.drug ? 400.0 : c.rate;
+    const double after = left * opened / (opened + c.other) * (1.0 - std::exp(-(opened + c.other) * 0.0299));
+    const auto found = static_cast<double>(Result.Occupancy[c.drug ? 2 : 6][3999]);
+    const double error = std::sqrt(after * (1.0 - after) / 4000.0);
+    EXPECT_NEAR(found, after, 4.0 * error) << c.name;
+  }
+}
+
 TEST_F(MonteCarloTest, EventStatisticsStandOnThePanel) {
   Model.OpenState = 2;
   Model.NumChannels = 20;
