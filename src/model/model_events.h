@@ -15,6 +15,9 @@ inline Listeners<> RunSettingsChanged;
 /// The starting occupancies in the store have changed: panels show them.
 inline Listeners<> StartOccupancyChanged;
 
+/// A length or an interval of the run was taken from a panel or a file. It may differ from the one before.
+inline Listeners<> RunLengthTaken;
+
 /// The run has got the length or interval of a file: panels show what depends on it.
 inline Listeners<> RunSettingsReplaced;
 

@@ -60,7 +60,6 @@ void FxnNumPoints(const ControlEvent& event) {
   }
   LimitNumPoints();
   const int former = static_cast<int>(event.previous);
-  if (Model.NumPoints != former) Trace.TraceValid = 0;
   if (Model.NumPoints >= former && ConfirmPopup(LengthTitle, ExtendQuestion)) {
     FillVoltage(std::max(former, 1) - 1, Model.NumPoints);
   }
@@ -261,11 +260,13 @@ void AddRunPanels() {
 void ReadRunParameters() {
   ReadControls(MainPanelName, RunGroup);
   LimitNumPoints();
+  RunLengthTaken.Tell();
   ForceMultiSubunit();
   if (Model.MultiSubunit != 0) ShowForcedFields();
 }
 
 void WriteRunParameters() {
+  RunLengthTaken.Tell();
   WriteControls(MainPanelName, RunGroup);
   ShowDisplayUnits();
   ShowLength();

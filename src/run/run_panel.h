@@ -18,7 +18,7 @@ void AddRunPanels();
 /// MultiSubunit forces.
 void ReadRunParameters();
 
-/// Copies the run settings of the store to MainPanel.
+/// Copies the run settings of the store, which may have come from a file, to MainPanel.
 void WriteRunParameters();
 
 /// Does the work of the run button: reads run settings and rates from the panels, once, and runs NumPoints

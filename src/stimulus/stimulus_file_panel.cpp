@@ -142,6 +142,7 @@ void ReadStimulusPanel() {
 }
 
 void ShowStimulusOfFile() {
+  RunLengthTaken.Tell();
   WriteAllControls();
   RunSettingsReplaced.Tell();
   StimPanelRefresh();

@@ -307,6 +307,7 @@ void ReadNumPoints() {
 void StimReadControls() {
   for (const Section& section : Sections) ReadControls(StimulusPanelName, section.group);
   ReadNumPoints();
+  RunLengthTaken.Tell();
 }
 
 void StimPanelRefresh() {

@@ -44,6 +44,7 @@ void LeavePanel() {
 
 void FxnRectNoise(const ControlEvent&) {
   Trace.TraceValid = 1;
+  AdoptRunLength();
   StoreTyped(MeanField);
   const float mean = Noise.NoiseMean;
   for (float& sample : TraceToWrite(Model.NumPoints))
@@ -53,6 +54,7 @@ void FxnRectNoise(const ControlEvent&) {
 
 void FxnCreateGaussNoise(const ControlEvent&) {
   Trace.TraceValid = 1;
+  AdoptRunLength();
   StoreTyped(MeanField);
   StoreTyped(DeviationField);
   const float mean = Noise.NoiseMean;

@@ -1,7 +1,10 @@
 #include "trace/trace.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 
+#include "model/model_store.h"
 #include "platform/zero_pages.h"
 #include "trace/trace_events.h"
 #include "trace/trace_store.h"
@@ -10,10 +13,24 @@ namespace zelvane {
 
 void BeginTrace(TraceOrigin origin) {
   Trace.TraceValid = 1;
+  AdoptRunLength();
   Trace.TraceFromFile = origin == TraceOrigin::Recording ? 1 : 0;
   Trace.TraceParsed = 0;
   Trace.RsCorrected = 0;
   Trace.RcFiltered = 0;
+}
+
+void AdoptRunLength() {
+  Trace.TracePoints = Model.NumPoints;
+  Trace.TraceInterval = Model.ADInterval;
+}
+
+void FollowRunLength() {
+  if (Trace.TraceValid == 0) return;
+  const bool sameInterval =
+      std::bit_cast<std::uint32_t>(Trace.TraceInterval) == std::bit_cast<std::uint32_t>(Model.ADInterval);
+  if (!sameInterval) ClearTrace();
+  if (Trace.TracePoints != Model.NumPoints) Trace.TraceValid = 0;
 }
 
 void TellTraceWillChange() {

@@ -1,6 +1,7 @@
 // The samples of the one trace: size, clearing and origin.
 //
-//   A new trace   BeginTrace  TraceToWrite
+//   A new trace   BeginTrace  AdoptRunLength  TraceToWrite
+//   Its length    FollowRunLength
 //   Clearing      ClearTrace  ClearSamples  EndSamplesAt
 //   Events        TellTraceWillChange  TellTraceChanged  TellTraceCame (lists are in trace_events.h)
 //
@@ -15,8 +16,17 @@ namespace zelvane {
 enum class TraceOrigin { Simulation, Recording };
 
 /// Marks the samples as complete and unchanged: sets `Trace.TraceValid` and `Trace.TraceFromFile`, and
-/// clears the marks of resampling, correction and filter.
+/// clears the marks of resampling, correction and filter. The trace has the length and interval of the run.
 void BeginTrace(TraceOrigin origin);
+
+/// Makes the present length and interval of the run those of the trace.
+void AdoptRunLength();
+
+/// Drops a trace that was made with another length or interval than the run has now: `Trace.TraceValid` becomes
+/// 0. With another interval the samples would have other times, so the trace is cleared as well.
+///
+/// Listens to RunLengthTaken.
+void FollowRunLength();
 
 /// Announces that the trace changes.
 void TellTraceWillChange();

@@ -4,9 +4,11 @@
 #include <cstddef>
 #include <optional>
 
+#include "model/model_events.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
 #include "screen/zoom_graph.h"
+#include "trace/trace.h"
 #include "trace/trace_events.h"
 #include "trace/trace_graph.h"
 #include "trace/trace_store.h"
@@ -96,6 +98,7 @@ void AddTraceGraph() {
   graph.cursors[1] = {66.0, 33.0, true, DarkBlue};
   ShowDisplayUnits();
   ShowTimeAxis();
+  RunLengthTaken.Add(FollowRunLength);
   TraceToPlot.Add(PlotTrace);
   TraceGone.Add(RemoveTracePlots);
   WholeTraceToShow.Add(ShowWholeTrace);

@@ -142,6 +142,7 @@ Outcome ReadAsciiData(const std::string& path) {
     TellTraceCame();
   } else {  // the trace has a few numbers, but this is not a result
     EndTraceAt(static_cast<std::size_t>(Model.NumPoints));
+    AdoptRunLength();
     RecordingTaken.Tell();
   }
   return Outcome::Done;
@@ -208,6 +209,7 @@ void ParseTrace() {
   Model.NumPoints = static_cast<int>(kept);
   Model.ADInterval *= static_cast<float>(skip);
   EndTraceAt(kept);
+  AdoptRunLength();
   Trace.TraceParsed = 1;
   ShowTrace();
   MessagePopup(WarningTitle, ResampledWarning);

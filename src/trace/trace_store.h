@@ -26,12 +26,14 @@ struct TraceStore {
   std::span<float> SimTrace;  // MaxStimPoints samples from index 0; set once by AllocateStores
   int SimTraceUsed = 0;       // this sample and all after it are 0
 
-  int TraceValid = 0;     // 1 = SimTrace holds a completed simulation or a file
-  int TraceFromFile = 0;  // 1 = SimTrace holds a recording or a changed recording; 0 = a simulation
-  int TraceParsed = 0;    // 1 = resampled in place
-  int RsCorrected = 0;    // 1 = corrected for series resistance
-  int RcFiltered = 0;     // 1 = filtered by series resistance and capacitance
-  int TraceUnits = 1;     // 0 #, 1 pS, 2 pA, 3 Po, 4 uV, 5 mV, 6 nA
+  int TraceValid = 0;          // 1 = SimTrace holds a completed simulation or a file
+  int TracePoints = 0;         // length of the run when the trace was made; see FollowRunLength
+  float TraceInterval = 0.0F;  // ms, interval of the run at that time
+  int TraceFromFile = 0;       // 1 = SimTrace holds a recording or a changed recording; 0 = a simulation
+  int TraceParsed = 0;         // 1 = resampled in place
+  int RsCorrected = 0;         // 1 = corrected for series resistance
+  int RcFiltered = 0;          // 1 = filtered by series resistance and capacitance
+  int TraceUnits = 1;          // 0 #, 1 pS, 2 pA, 3 Po, 4 uV, 5 mV, 6 nA
 
   // -- The file --
   std::string TraceFileName;  // path of the last file that was read

@@ -1,6 +1,7 @@
 // Run settings on MainPanel: what a commit does besides storing its value, dimming, help.
 #include "run/run_fixtures.h"
 #include "stimulus/stimulus.h"
+#include "stimulus/stimulus_file.h"
 #include "support/drive_test.h"
 #include "trace/trace_events.h"
 
@@ -59,6 +60,48 @@ TEST_F(RunPanelTest, ANewIntervalClearsTheTraceAndItsPlots) {
   RunAsSet();
   Enter("NumPoints", "199");
   EXPECT_EQ(Trace.TraceValid, 0);
+}
+
+TEST_F(RunScreenTest, ATraceOfAnotherLengthOrIntervalIsNotValidAndOneOfAnotherIntervalIsGone) {
+  const std::string run =
+      "press OnOff_State_1; press OnOff_State_2; enter KOn[1] 1000; enter KOff[1] 500; enter StateMonitored[2] 1; "
+      "set MultiSubunit 0; set SimulatorKind 0; enter DisplayUnits 3; press FxnStartState; enter StartOccupancy[1] 1; "
+      "press CloseInitialConditions; enter NumPoints 200; press AcquireData; ";
+  const std::string stm = folder.File("other.stm");
+  const std::string column = folder.Written(
+      "other.asc", "2.0e-2\n" + [] {
+        std::string rows;
+        for (int i = 0; i < 150; ++i) rows += "0\n";
+        return rows;
+      }());
+  ASSERT_EQ(WriteStimProfiles(stm, 0.02F,
+                              [] {
+                                static std::array<float, 151> zeros{};
+                                StimProfileSpans profiles;
+                                profiles.fill(zeros);
+                                return profiles;
+                              }()),
+            Outcome::Done);
+  const std::string model = folder.File("m.mod");
+  const std::string open = "; press OpenStimulus; ";
+  using Row = std::tuple<std::string, int, bool>;
+  for (const auto& [change, valid, kept] :
+       {Row{"enter NumRuns 3; enter StepAmp 0.1; press FxnQMatrix; ", 1, true},
+        Row{"set NumPoints 150; enter NumChannels 2; press FxnQMatrix; ", 0, true},
+        Row{"set NumPoints 150; press FxnStimulusButton; ", 0, true},
+        Row{"set ADInterval 0.02; press FxnQMatrix; ", 0, false},
+        Row{"answer no; answer yes; choose " + stm + open, 0, true},
+        Row{"answer yes; answer no; choose " + stm + open, 0, false},
+        Row{"answer no; answer no; choose " + stm + open, 1, true},
+        Row{"answer no; answer yes; choose " + column + "; press ImportStim; ", 0, true},
+        Row{"choose " + model + "; press SaveParameters; choose " + model + "; press OpenParameterFile; ", 0,
+            true},
+        Row{"answer no; enter NumPoints 300; press AcquireData; get TraceValid; press FxnUndo; ", 0, true}}) {
+    const auto values = Told(run + change + "get TraceValid; slice SimTrace 149 1");
+    ASSERT_GE(values.size(), 2U);
+    EXPECT_EQ(values[values.size() - 2], valid) << change;
+    EXPECT_EQ(values.back()[0] != 0.0, kept) << change;
+  }
 }
 
 TEST_F(RunPanelTest, TheTimeAxisHasFewerDecimalsTheLongerTheSweep) {
