@@ -7,14 +7,13 @@
 namespace zelvane {
 namespace {
 
-/// Returns the second derivatives at the knots of the spline with the given slopes at its ends.
-std::vector<double> SecondDerivatives(std::span<const double> x, std::span<const double> y, double firstSlope,
-                                      double lastSlope) {
+/// Returns the second derivatives at the knots. The slope at an end is that of the line to its neighbour, so the
+/// right side of the equation of this end is 0.
+std::vector<double> SecondDerivatives(std::span<const double> x, std::span<const double> y) {
   const std::size_t n = x.size();
   std::vector<double> second(n);
   std::vector<double> right(n);
   second[0] = -0.5;
-  right[0] = 3.0 / (x[1] - x[0]) * ((y[1] - y[0]) / (x[1] - x[0]) - firstSlope);
   for (std::size_t i = 1; i + 1 < n; ++i) {
     const double share = (x[i] - x[i - 1]) / (x[i + 1] - x[i - 1]);
     const double pivot = share * second[i - 1] + 2.0;
@@ -22,9 +21,7 @@ std::vector<double> SecondDerivatives(std::span<const double> x, std::span<const
     second[i] = (share - 1.0) / pivot;
     right[i] = (6.0 * bend / (x[i + 1] - x[i - 1]) - share * right[i - 1]) / pivot;
   }
-  const double width = x[n - 1] - x[n - 2];
-  const double rightEnd = 3.0 / width * (lastSlope - (y[n - 1] - y[n - 2]) / width);
-  second[n - 1] = (rightEnd - 0.5 * right[n - 2]) / (0.5 * second[n - 2] + 1.0);
+  second[n - 1] = -0.5 * right[n - 2] / (0.5 * second[n - 2] + 1.0);
   for (std::size_t i = n - 1; i-- > 0;) second[i] = second[i] * second[i + 1] + right[i];
   return second;
 }
@@ -38,8 +35,7 @@ void SplineToSamples(std::span<const double> times, std::span<const double> valu
     std::fill(samples.begin(), samples.end(), static_cast<float>(values[0]));
     return;
   }
-  const std::vector<double> second = SecondDerivatives(times, values, (values[1] - values[0]) / interval,
-                                                       (values[n - 1] - values[n - 2]) / interval);
+  const std::vector<double> second = SecondDerivatives(times, values);
   std::size_t piece = 0;  // between knots piece and piece + 1
   for (std::size_t i = 0; i < samples.size(); ++i) {
     const double t = std::min(static_cast<double>(i) * interval, times[n - 1]);

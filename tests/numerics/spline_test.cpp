@@ -7,17 +7,21 @@
 namespace zelvane {
 namespace {
 
-TEST(SplineToSamplesTest, MatchesAHandComputedPiece) {
-  // Knots (0, 0), (1, 1), interval 1: both slopes are 1, which gives a straight line. With interval 2 both
-  // slopes are 1/2, and the cubic through both knots is t / 2 + 3 t^2 / 2 - t^3. It gives the knots at t = 0
-  // and t = 1, and t = 2 has the last knot's value.
-  const std::vector<double> times{0.0, 1.0};
-  const std::vector<double> values{0.0, 1.0};
-  std::vector<float> samples(3);
-  SplineToSamples(times, values, 0.25, samples);
-  // Slopes 4 at both ends: 4 t - 9 t^2 + 6 t^3 at 0.25 and 0.5.
-  EXPECT_NEAR(samples[1], 4 * 0.25 - 9 * 0.0625 + 6 * 0.015625, 1e-6);
-  EXPECT_NEAR(samples[2], 0.5, 1e-6);
+TEST(SplineToSamplesTest, MatchesTwoHandComputedPieces) {
+  // Knots (0, 0), (1, 1), (3, 0). The slopes at the ends are those of the lines, 1 and -1/2, so the second
+  // derivatives are 1, -2 and 1. Each middle lies a sixth of 3/8 of the width squared above its line.
+  const std::vector<double> times{0.0, 1.0, 3.0};
+  const std::vector<double> values{0.0, 1.0, 0.0};
+  std::vector<float> samples(8);
+  for (const double interval : {0.5, 0.25}) {  // the slopes do not depend on it
+    SplineToSamples(times, values, interval, samples);
+    const auto at = [&](double t) { return samples[static_cast<std::size_t>(t / interval)]; };
+    EXPECT_NEAR(at(0.5), 0.5625, 1e-6);
+    EXPECT_FLOAT_EQ(at(1.0), 1.0F);
+    if (interval < 0.5) continue;
+    EXPECT_NEAR(at(2.0), 0.75, 1e-6);
+    EXPECT_FLOAT_EQ(at(3.5), 0.0F) << "the value of the last knot";
+  }
   SplineToSamples(std::vector<double>{0.0}, std::vector<double>{0.7}, 1.0, samples);
   EXPECT_FLOAT_EQ(samples[2], 0.7F);
 }
