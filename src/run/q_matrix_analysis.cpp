@@ -2,12 +2,17 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <limits>
 
+#include "formats/number_text.h"
 #include "model/model.h"
 #include "model/model_store.h"
 #include "run/result_store.h"
 #include "screen/popups.h"
+#include "stimulus/profile_builder.h"
 #include "stimulus/stimulus.h"
 
 namespace zelvane {
@@ -52,10 +57,18 @@ void TellOfTrouble(const QMatrixSolution& solution) {
 
 }  // namespace
 
-int StimulusPointAt(float timeMs) {
-  const float quotient = timeMs / Model.ADInterval;
-  if (!(quotient >= static_cast<float>(RestingPoint))) return RestingPoint;  // also for NaN
-  return quotient < static_cast<float>(MaxStimPoints) ? static_cast<int>(quotient) : MaxStimPoints - 1;
+int StimulusPointAt(double timeMs) {
+  constexpr auto largest = static_cast<double>(std::numeric_limits<float>::max());
+  const auto time = static_cast<float>(std::clamp(timeMs, -largest, largest));
+  const std::int64_t point = TimeIndex(time, Model.ADInterval);
+  return static_cast<int>(std::clamp<std::int64_t>(point, RestingPoint, MaxStimPoints - 1));
+}
+
+double TimeOfStimulusPoint(int point) {
+  auto time = static_cast<float>(point * static_cast<double>(Model.ADInterval));
+  while (TimeIndex(time, Model.ADInterval) < point)
+    time = std::nextafter(time, std::numeric_limits<float>::infinity());
+  return AsTyped(time);
 }
 
 QMatrix ActiveQMatrix(int point) {

@@ -1,6 +1,6 @@
 // The Q matrix of the program's scheme. The engine is in kinetics/q_matrix.h.
 //
-//   QMatrixAnalysis  ActiveQMatrix  StimulusPointAt  HasEquilibrium
+//   QMatrixAnalysis  ActiveQMatrix  StimulusPointAt  TimeOfStimulusPoint  HasEquilibrium
 #pragma once
 
 #include "kinetics/q_matrix.h"
@@ -10,9 +10,14 @@ namespace zelvane {
 /// The point with the resting stimulus, unless the stimulus begins with the sweep.
 inline constexpr int RestingPoint = 1;
 
-/// Returns the point of the stimulus at `timeMs`: trunc(timeMs / `Model.ADInterval`) in floats, from 1 to
-/// the last point.
-int StimulusPointAt(float timeMs);
+/// Returns the point of the stimulus at `timeMs`, which is rounded to a 32-bit float first: its TimeIndex, from 1
+/// to the last point.
+int StimulusPointAt(double timeMs);
+
+/// Returns the time (ms) of a point for people: point x `Model.ADInterval` as a short decimal. Where rounding would
+/// give the point before, returns the next 32-bit float, so that StimulusPointAt gives the point again, also for
+/// the text of nine digits.
+double TimeOfStimulusPoint(int point);
 
 /// Returns the rate matrix of the active form at point `point` of the stimulus: each rate times its
 /// stimulus factor. A rate of 0 stays 0 for any factor. A state of the grid takes part when it is on and a

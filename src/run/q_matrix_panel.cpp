@@ -1,7 +1,5 @@
 #include "run/q_matrix_panel.h"
 
-#include <cmath>
-#include <limits>
 #include <string>
 
 #include "model/model_panels.h"
@@ -49,17 +47,8 @@ void ShowResults(const QMatrixSolution& solution) {
   InsertLine(box, "");
 }
 
-/// Returns the time of a point, in the floats that StimulusPointAt divides. If rounding makes the quotient
-/// smaller than the point, returns the next float.
-float TimeOf(int point) {
-  const auto points = static_cast<float>(point);
-  const float timeMs = Model.ADInterval * points;
-  return timeMs / Model.ADInterval < points ? std::nextafter(timeMs, std::numeric_limits<float>::max())
-                                            : timeMs;
-}
-
 void ShowTime(int point) {
-  ShowNumber("QMatrixTime", static_cast<double>(TimeOf(point)));
+  ShowNumber("QMatrixTime", TimeOfStimulusPoint(point));
   ShowText("QMatrixPoint", FormatText("%d", point));
 }
 
@@ -74,7 +63,7 @@ void FxnQMatrix(const ControlEvent& /*event*/) {
 }
 
 void FxnRecalculateQ(const ControlEvent& /*event*/) {
-  AnalyzeOnPanel(StimulusPointAt(static_cast<float>(ControlNumber("QMatrixTime"))));
+  AnalyzeOnPanel(StimulusPointAt(ControlNumber("QMatrixTime")));
 }
 
 void FxnInsertInitProb(const ControlEvent& /*event*/) {
@@ -99,7 +88,7 @@ constexpr ControlDecl MainControls[] = {
 };
 
 constexpr ControlDecl QMatrixControls[] = {
-    {.name = "QMatrixTime", .kind = Number, .label = "Time", .unit = "ms", .format = "%g",
+    {.name = "QMatrixTime", .kind = Number, .label = "Time", .unit = "ms", .format = "%.9g",
      .command = "FxnQMatrixTime", .help = "Time in the stimulus for the rates of the matrix."},
     {.name = "QMatrixPoint", .kind = Readout, .label = "Point", .format = "",
      .help = "Point of the stimulus for the rates of the matrix."},

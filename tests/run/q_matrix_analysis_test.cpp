@@ -44,7 +44,7 @@ TEST_F(QMatrixTest, ADrugCountsAtTheTimeEntered) {
   constexpr float Bound = 2.0F / 3.0F;
   for (const auto& [ms, point, open] :
        {Case{"0.5", "50", Bound}, Case{"0.999", "99", Bound}, Case{"1", "100", 0}, Case{"0", "1", 0},
-        Case{"-3", "1", 0}, Case{"1e30", "5000000", 0}}) {
+        Case{"-3", "1", 0}, Case{"1e300", "5000000", 0}}) {
     TypeOnly("QMatrixTime", ms);
     PressCommand("FxnRecalculateQ");
     EXPECT_EQ(Shown("QMatrixPoint"), point) << ms;
@@ -56,12 +56,18 @@ TEST_F(QMatrixTest, TheTimeShownStandsForItsPoint) {
   for (const float interval : {0.001F, 0.005F, 0.01F, 0.02F, 0.05F, 0.07F, 0.1F, 0.3F, 1.0F}) {
     Model.ADInterval = interval;
     Show();
-    for (const int point : {1, 2, 3, 7, 19, 101, 1003, 30011, 500009}) {
+    for (const int point : {1, 2, 3, 7, 19, 101, 1003, 30011, 500009, 4999999}) {
       AnalyzeOnPanel(point);
+      const std::string shown = ShownText(ControlNamed("QMatrixTime"));
+      TypeOnly("QMatrixTime", shown);
       PressCommand("FxnRecalculateQ");
-      EXPECT_EQ(Shown("QMatrixPoint"), std::to_string(point)) << interval;
+      EXPECT_EQ(Shown("QMatrixPoint"), std::to_string(point)) << shown << " ms at " << interval;
+      EXPECT_NEAR(std::stod(shown), point * static_cast<double>(interval), 1e-7 * point) << interval;
     }
   }
+  // 32-bit floats: 0.7 lies below seven times 0.1.
+  Model.ADInterval = 0.1F;
+  EXPECT_EQ(StimulusPointAt(0.7), 6);
 }
 
 TEST_F(QMatrixTest, StatesWithoutAWayInDoNotTakePart) {

@@ -2,7 +2,6 @@
 
 #include <ostream>
 
-#include "formats/number_text.h"
 #include "headless/commands/job_settings.h"
 #include "headless/json_values.h"
 #include "model/model_store.h"
@@ -17,15 +16,10 @@ std::string NameOf(int state) {
   return StateName(state, labels[Index(state)]);
 }
 
-/// Returns the time of a point as a user would type it.
-double TimeOf(int point) {
-  return AsTyped(Model.ADInterval) * point;
-}
-
 void WriteText(const QMatrixSolution& solution, int point, std::ostream& out) {
   const QMatrix& matrix = solution.matrix;
   out << "Scheme       " << (Model.ModelTitle.empty() ? "(no title)" : Model.ModelTitle) << '\n';
-  out << FormatText("Stimulus     as at %.6g ms (point %d)\n", TimeOf(point), point);
+  out << FormatText("Stimulus     as at %.9g ms (point %d)\n", TimeOfStimulusPoint(point), point);
   out << "Q (1/s)\n";
   for (std::size_t i = 0; i < matrix.rates.rows; ++i) {
     out << FormatText("  %-12s", NameOf(matrix.states[i]).c_str());
@@ -58,7 +52,7 @@ void WriteJson(const QMatrixSolution& solution, const std::string& model, int po
   Json json;
   json["model"] = model;
   json["title"] = Model.ModelTitle;
-  json["time"] = NumberJson(TimeOf(point));
+  json["time"] = NumberJson(TimeOfStimulusPoint(point));
   json["point"] = point;
   json["q"] = MatrixJson(solution.matrix.rates);
   json["tau"] = Json::array();
@@ -89,7 +83,7 @@ int QMatrixCommand(const QMatrixOptions& options, const JobStreams& streams) {
     return JobMisused;
   }
   ShowJobStores();
-  const int point = StimulusPointAt(static_cast<float>(options.timeMs));
+  const int point = StimulusPointAt(options.timeMs);
   const QMatrixSolution solution = AnalyzeOnPanel(point);
   if (!solution.finite) return JobFailed;  // the console has the message
   if (solution.matrix.states.empty()) {
