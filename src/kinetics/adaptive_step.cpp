@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "kinetics/adaptive_kernels.h"
 #include "kinetics/cash_karp.h"
@@ -35,14 +34,20 @@ struct Stepper {
   float nextStep = 0.0F;
   float workingPrecision = 0.0F;  // loosened when a step no longer moves the time
   bool reduced = false;
+  bool lost = false;  // a step needs a tolerance above CoarsestPrecision
   LaneValues y;
   LaneValues slope;
   LaneValues scale;
 };
 
-/// Makes the tolerance ten times coarser, at most the largest float.
-void LoosenPrecision(Stepper& stepper) {
-  stepper.workingPrecision = std::min(stepper.workingPrecision * 10.0F, std::numeric_limits<float>::max());
+/// Makes the tolerance ten times coarser. Returns false, and keeps it, when it would pass CoarsestPrecision.
+bool LoosenPrecision(Stepper& stepper) {
+  const float coarser = stepper.workingPrecision * 10.0F;
+  stepper.lost = coarser > CoarsestPrecision;
+  if (stepper.lost) return false;
+  stepper.workingPrecision = coarser;
+  stepper.reduced = true;
+  return true;
 }
 
 const StimulusStretch& StretchAtTime(Stepper& stepper, float t) {
@@ -68,7 +73,7 @@ LaterStages FactorsOfStages(Stepper& stepper, float h) {
 }
 
 /// Takes a step of size stepper.h, or a shorter one that `tolerance` allows, and sets the next size. Returns
-/// false when the step shrinks to 0, because the slopes are not numbers.
+/// false when no step is possible: the precision is lost, or the slopes are not numbers and the step is 0.
 bool ControlledStep(Stepper& stepper, float tolerance) {
   float h = stepper.h;
   float worst = 0.0F;
@@ -82,10 +87,7 @@ bool ControlledStep(Stepper& stepper, float tolerance) {
     const auto shorter =
         static_cast<float>(Safety * full * std::pow(static_cast<double>(worst), ShrinkPower));
     h = std::max(shorter, static_cast<float>(MostShrinking * full));
-    if (stepper.x + h == stepper.x) {
-      LoosenPrecision(stepper);
-      stepper.reduced = true;
-    }
+    if (stepper.x + h == stepper.x && !LoosenPrecision(stepper)) return false;
     if (h == 0.0F) return false;
   }
   const double grown = Safety * static_cast<double>(h) * std::pow(static_cast<double>(worst), GrowPower);
@@ -188,17 +190,18 @@ int FirstActivePoint(const SchemeTables& tables, const std::array<float, MaxStat
 AdaptiveResult IntegrateAdaptive(const AdaptiveRun& run, std::span<float> savedTime,
                                  const OccupancyRows& rows, const RunHook& hook) {
   AdaptiveResult result;
-  result.precision = run.precision >= FinestPrecision ? run.precision : FinestPrecision;
+  result.precision =
+      run.precision >= FinestPrecision ? std::min(run.precision, CoarsestPrecision) : FinestPrecision;
   if (run.numPoints < 1 || !(run.stimulus.intervalMs > 0.0F)) return result;
   Stepper stepper{.run = run, .cursor = {}, .y = {}, .slope = {}, .scale = {}};
   stepper.workingPrecision = result.precision;
   RunLoop(stepper, savedTime, rows, hook, result);
-  if (stepper.reduced && !result.finished && !result.stopped) {
-    LoosenPrecision(stepper);
+  if (stepper.reduced && !result.finished && !result.stopped && LoosenPrecision(stepper)) {
     RunLoop(stepper, savedTime, rows, hook, result);
   }
   result.precision = stepper.workingPrecision;
   result.precisionReduced = stepper.reduced;
+  result.precisionLost = stepper.lost && !result.finished;
   return result;
 }
 

@@ -10,13 +10,14 @@
 namespace zelvane {
 
 inline constexpr float FinestPrecision = 1e-9F;
+inline constexpr float CoarsestPrecision = 1.0F;  // an error as large as the occupancy itself
 
 struct AdaptiveRun {
   const CompiledScheme& scheme;
   const StimulusView& stimulus;                   // its offset is the first point of the integration
   const std::array<float, MaxStates + 1>& start;  // occupancies at time 0
   int numPoints = 0;                              // intervals of the run, from the offset on
-  float precision = 0.0005F;                      // at least FinestPrecision
+  float precision = 0.0005F;                      // from FinestPrecision to CoarsestPrecision
   BreathHook breathe{};
 };
 
@@ -24,6 +25,7 @@ struct AdaptiveResult {
   bool finished = false;  // the end was reached and the last step saved
   bool stopped = false;
   bool precisionReduced = false;  // a step did not change the time any more
+  bool precisionLost = false;     // the run ended because a step needed more than CoarsestPrecision
   float precision = 0.0F;         // tolerance at the end; ten times larger after each reduction
   int rounds = 0;                 // of the last stepping loop
   int saved = 0;                  // saved steps in this loop
@@ -42,7 +44,8 @@ int FirstActivePoint(const SchemeTables& tables, const std::array<float, MaxStat
 ///
 /// A run fails when it has not reached its end after 10 x numPoints steps. When a step is so short that it
 /// does not change the time any more, the tolerance is multiplied by ten. If the run then does not reach
-/// its end, it is repeated once, with the tolerance multiplied by ten again.
+/// its end, it is repeated once, with the tolerance multiplied by ten again. A run whose tolerance would pass
+/// CoarsestPrecision fails at once.
 ///
 /// States, rates and times are 32-bit floats. The method is that of Cash & Karp (1990), ACM Trans. Math.
 /// Softw. 16, 201-222; driver and step control are odeint and rkqs of Press, Teukolsky, Vetterling & Flannery

@@ -10,7 +10,7 @@
 #include "run/result_store.h"
 #include "run/run.h"
 #include "screen/popups.h"
-#include "trace/trace_store.h"
+#include "trace/trace.h"
 
 namespace zelvane {
 namespace {
@@ -25,6 +25,12 @@ constexpr char StepFailed[] =
     "Integration has failed. You need to decrease Max Step Size or increase Time Interval.";
 constexpr char StepTooSmall[] = "Step size too small in routine rkdumb";
 constexpr char PrecisionReduced[] = "Precision reduced during integration.";
+constexpr char PrecisionLost[] =
+    "The adaptive integrator would need a precision above %g for this run, so there is no trace: a rate is too "
+    "fast for the length of the run.";
+constexpr char StepsUsedUp[] =
+    "The adaptive integrator has used up its %d steps before the end of the run, so there is no trace: raise the "
+    "precision or use the fixed-step integrator.";
 
 constexpr int ManyPoints = 20001;  // from here on a run may be slow
 constexpr double ManySubsteps = 10.0;
@@ -53,6 +59,7 @@ Outcome FinishFixedStep(const SimulationResult& result, const RunReporter& repor
   for (int k = 0; k < run.stalledPasses; ++k) ConsoleLine(StepTooSmall);
   TellFixedStep(run, reporter);
   ConvertTrace(false, reporter);
+  BeginTrace(TraceOrigin::Simulation);
   return result.outcome;
 }
 
@@ -67,9 +74,12 @@ void ClearTimesBehind(int saved) {
 
 void TellAdaptive(const AdaptiveResult& run, const RunReporter& reporter) {
   if (run.stopped) Tell(reporter, NoticeTitle, RunInterrupted);
-  if (!run.precisionReduced) return;
-  Tell(reporter, NoticeTitle, PrecisionReduced);
-  if (!IsSilent(reporter)) RunSettingsChanged.Tell();
+  if (run.precisionReduced) Tell(reporter, NoticeTitle, PrecisionReduced);
+  if (IsSilent(reporter)) return;
+  RunSettingsChanged.Tell();
+  if (run.finished || run.stopped) return;
+  Note(run.precisionLost ? FormatText(PrecisionLost, static_cast<double>(CoarsestPrecision))
+                         : FormatText(StepsUsedUp, run.rounds));
 }
 
 Outcome FinishAdaptive(const SimulationResult& result, const RunReporter& reporter) {
@@ -78,13 +88,12 @@ Outcome FinishAdaptive(const SimulationResult& result, const RunReporter& report
   // too.
   Result.KeptSteps = run.finished ? run.rounds + 1 : run.rounds;
   ClearTimesBehind(run.saved);
-  if (run.precisionReduced) Model.Precision = run.precision;
+  Model.Precision = run.precision;
   TellAdaptive(run, reporter);
-  if (run.finished) {
-    Result.ResultKind = ResultSavedSteps;
-    ConvertTrace(false, reporter);
-  }
-  if (run.stopped) return Outcome::Stopped;
+  if (!run.finished) return result.outcome;
+  Result.ResultKind = ResultSavedSteps;
+  ConvertTrace(false, reporter);
+  BeginTrace(TraceOrigin::Simulation);
   return run.precisionReduced ? Outcome::Failed : Outcome::Done;
 }
 
@@ -106,9 +115,7 @@ Outcome IntegrateModel(const RunReporter& reporter) {
   const SimulationResult result = Simulate(ActiveTables(), ActiveStimulus(), settings, room, reporter);
   RaiseOccupancyUsed(result.used);
   Result.IntegrationOffset = result.offset;
-  const Outcome outcome = adaptive ? FinishAdaptive(result, reporter) : FinishFixedStep(result, reporter);
-  Trace.TraceValid = 1;
-  return outcome;
+  return adaptive ? FinishAdaptive(result, reporter) : FinishFixedStep(result, reporter);
 }
 
 }  // namespace zelvane

@@ -69,8 +69,8 @@ Outcome RunIntegrator(const RunReporter& reporter) {
     return Outcome::Refused;
   }
   const Outcome outcome = IntegrateModel(reporter);
-  BeginTrace(TraceOrigin::Simulation);
   Finish(reporter);
+  if (Trace.TraceValid == 0) return outcome;
   return FirstNotDone(outcome, TellRunCompleted(reporter));
 }
 

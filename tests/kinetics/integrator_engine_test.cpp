@@ -95,6 +95,7 @@ AdaptiveResult ExpectPlainAdaptive(const IntegratorCase& c, int offset = 0) {
   EXPECT_EQ(result.rounds, expected.rounds);
   EXPECT_EQ(result.saved, expected.saved);
   EXPECT_EQ(result.precision, expected.precision);
+  EXPECT_EQ(result.precisionLost, expected.precisionLost);
   EXPECT_TRUE(SameBits(fast.saved, plain.saved));
   ExpectSameRows(fast, plain);
   return result;
@@ -163,17 +164,29 @@ TEST(AdaptiveStepTest, EqualsThePlainFormBitForBit) {
   }
 }
 
-TEST(AdaptiveStepTest, LoosensAPrecisionThatNoStepCanReach) {
-  // These rates need such a short step that it does not change a time of seconds.
-  IntegratorCase c = TwoStates(1e12F, 1e12F);
-  c.WithDrug(1, 1, 2);
-  c.intervalMs = 1000.0F;
-  c.numPoints = 20;
-  c.precision = 1e-9F;
-  std::fill(c.profiles[1].begin() + 5, c.profiles[1].end(), 1.0F);
-  const AdaptiveResult result = ExpectPlainAdaptive(c);
-  EXPECT_TRUE(result.precisionReduced);
-  EXPECT_GT(result.precision, c.precision);
+TEST(AdaptiveStepTest, LoosensAPrecisionThatNoStepCanReachUpToTheCoarsest) {
+  // The drug comes at 5 s. From there on the fast rates need such a short step that it does not change the time.
+  using Row = std::tuple<float, float, bool, bool>;
+  for (const auto& [perSecond, precision, reduced, finished] :
+       {Row{3e5F, 1e-9F, true, true}, Row{1e12F, 1e-9F, true, false}, Row{1e12F, 0.5F, false, false},
+        Row{10.0F, 1e6F, false, true}}) {
+    SCOPED_TRACE(testing::Message() << perSecond << " /s at " << precision);
+    IntegratorCase c(5100);
+    c.SetRate(1, 2, perSecond);
+    c.SetRate(2, 1, perSecond);
+    c.start[1] = 1.0F;
+    c.WithDrug(1, 1, 2);
+    c.intervalMs = 1.0F;
+    c.numPoints = 5010;
+    c.precision = precision;
+    std::fill(c.profiles[1].begin() + 5000, c.profiles[1].end(), 1.0F);
+    const AdaptiveResult result = ExpectPlainAdaptive(c);
+    EXPECT_EQ(result.precisionReduced, reduced);
+    EXPECT_EQ(result.finished, finished);
+    EXPECT_EQ(result.precisionLost, !finished);
+    EXPECT_LE(result.precision, 1.0F);
+    EXPECT_EQ(result.precision > precision, reduced);
+  }
 }
 
 TEST(AdaptiveStepTest, GivesUpWhenSlopesAreNoNumbers) {

@@ -139,7 +139,9 @@ bool PlainControlledStep(const PlainScheme& scheme, float& x, float h, float tol
         static_cast<float>(0.9 * static_cast<double>(h) * std::pow(static_cast<double>(worst), -0.25));
     h = std::max(shorter, static_cast<float>(0.1 * static_cast<double>(h)));
     if (x + h == x) {
-      result.precision = std::min(result.precision * 10.0F, std::numeric_limits<float>::max());
+      result.precisionLost = result.precision * 10.0F > CoarsestPrecision;
+      if (result.precisionLost) return false;
+      result.precision *= 10.0F;
       result.precisionReduced = true;
     }
     if (h == 0.0F) return false;
@@ -209,10 +211,12 @@ AdaptiveResult PlainAdaptive(const SchemeTables& tables, const StimulusView& sti
                              const OccupancyRows& rows) {
   const PlainScheme scheme{tables, stimulus};
   AdaptiveResult result;
-  result.precision = std::max(precision, FinestPrecision);
+  result.precision = std::clamp(precision, FinestPrecision, CoarsestPrecision);
   PlainLoop(scheme, start, numPoints, savedTime, rows, result);
   if (result.precisionReduced && !result.finished) {
-    result.precision = std::min(result.precision * 10.0F, std::numeric_limits<float>::max());
+    result.precisionLost = result.precision * 10.0F > CoarsestPrecision;
+    if (result.precisionLost) return result;
+    result.precision *= 10.0F;
     PlainLoop(scheme, start, numPoints, savedTime, rows, result);
   }
   return result;

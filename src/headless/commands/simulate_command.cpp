@@ -14,7 +14,6 @@
 #include "platform/file_names.h"
 #include "platform/index.h"
 #include "run/occupancy_export.h"
-#include "run/result_store.h"
 #include "run/run.h"
 #include "run/run_panel.h"
 #include "screen/screen.h"
@@ -83,14 +82,7 @@ bool RunSucceeded(Outcome run, const JobStreams& streams) {
     if (run != Outcome::Stopped) streams.err << RunInterrupted << '\n';  // the stop came after the last check
     return false;
   }
-  if (run != Outcome::Done) return false;
-  if (Model.SimulatorKind == MonteCarlo) return true;  // also when no channel opened
-  if (Model.SimulatorKind == AdaptiveIntegrator && Result.ResultKind != ResultSavedSteps) {
-    streams.err << "the adaptive integrator did not reach the end of the sweep; raise Precision (now "
-                << FormatText("%g", static_cast<double>(Model.Precision)) << ") or use --simulator fixed\n";
-    return false;
-  }
-  return true;
+  return run == Outcome::Done;
 }
 
 bool WriteTrace(const std::string& path, std::span<const float> trace, const JobStreams& streams) {
