@@ -7,6 +7,7 @@
 #include "model/model_store.h"
 #include "platform/safe_file.h"
 #include "run/result_store.h"
+#include "run/saved_steps.h"
 #include "trace/trace_export.h"
 
 namespace zelvane {
@@ -41,10 +42,8 @@ bool WriteOccupancyCsv(const std::string& path) {
   const std::vector<CsvColumn> columns = OccupancyColumns(rows);
   const double interval = AsTyped(Model.ADInterval);
   if (Result.ResultKind == ResultSavedSteps) {
-    const double start = Result.IntegrationOffset * interval;
-    return ReplaceFileInBlocks(path, CsvBlocks(rows, columns, [start](std::size_t i) {
-                                 return start + static_cast<double>(Result.SavedTime[i + 1]);
-                               }));
+    const std::vector<double> times = SavedStepTimes();
+    return ReplaceFileInBlocks(path, CsvBlocks(rows, columns, [&](std::size_t i) { return times[i]; }));
   }
   // Point 1 is time 0 after an integrator, but the end of the first interval after Monte Carlo.
   const double first = Result.ResultKind == ResultMonteCarlo ? interval : 0.0;

@@ -81,7 +81,7 @@ void ConnectRuns() {
   StepsToWrite.Add([](TraceSteps& steps) {
     if (Result.ResultKind != ResultSavedSteps) return;
     steps.values = SavedStepValues();
-    steps.timeMs = Result.SavedTime.subspan(1, steps.values.size());
+    steps.timeMs = SavedStepTimes();
   });
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "formats/number_text.h"
 #include "model/model_store.h"
 #include "run/active_scheme.h"
 #include "run/result_store.h"
@@ -29,6 +30,14 @@ SavedSteps StepsOfResult() {
 }
 
 }  // namespace
+
+std::vector<double> SavedStepTimes() {
+  const double start = Result.IntegrationOffset * AsTyped(Model.ADInterval);
+  std::vector<double> times(static_cast<std::size_t>(std::max(0, Result.KeptSteps)));
+  for (std::size_t i = 0; i < times.size(); ++i)
+    times[i] = start + static_cast<double>(Result.SavedTime[i + 1]);
+  return times;
+}
 
 std::vector<float> SavedStepValues() {
   return SavedStepValues(ActiveConversion(), StepsOfResult());

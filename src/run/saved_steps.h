@@ -13,8 +13,13 @@ namespace zelvane {
 /// Writes:  `Trace.SimTrace`, `Result.KeptSteps`, `Result.SavedTime` after the last saved step.
 void SavedStepsToTrace();
 
-/// Returns the value of every saved step of the last run, as in SavedStepsToTrace. Element q - 1 belongs to
-/// `Result.SavedTime[q]`, q from 1 to `Result.KeptSteps`. Call it after a conversion.
+/// Returns the time (ms) in the sweep of every saved step of the last run: the integration may start late. Call it
+/// after a conversion.
+///
+/// Reads:   `Result`, `Model.ADInterval`.
+std::vector<double> SavedStepTimes();
+
+/// Returns the value at each of these times, as in SavedStepsToTrace.
 ///
 /// Reads:   `Model`, `Stimulus.Profile[0]`, `Result`.
 std::vector<float> SavedStepValues();

@@ -37,8 +37,9 @@ void FillRows(int rows, TimeOf timeOf, ValueOf valueOf) {
 
 void FillFromSavedSteps() {
   const std::vector<float> values = SavedStepValues();
+  const std::vector<double> times = SavedStepTimes();
   FillRows(
-      static_cast<int>(values.size()), [](int row) { return Result.SavedTime[row + 1]; },
+      static_cast<int>(values.size()), [&](int row) { return times[static_cast<std::size_t>(row)]; },
       [&](int row) { return values[static_cast<std::size_t>(row)]; });
 }
 

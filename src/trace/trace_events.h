@@ -12,7 +12,6 @@
 //   Results table  TableRowChanged  TableRowMarked  ResultsTableChanged  TableFileNamed
 #pragma once
 
-#include <span>
 #include <string>
 #include <vector>
 
@@ -72,7 +71,7 @@ inline Listeners<Outcome&> RunCompleted;
 
 /// The saved values of an adaptive run, which the trace interpolates.
 struct TraceSteps {
-  std::span<const float> timeMs{};
+  std::vector<double> timeMs{};
   std::vector<float> values{};  // one for each time, in the units of the trace
 };
 

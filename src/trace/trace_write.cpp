@@ -76,7 +76,7 @@ NextBlock SavedStepBlocks(const TraceSteps& steps) {
   const std::string head =
       "ATF 1.0\n2 2\n\"Type=\"\n\"Comment=\"\n\"Time (s)\" \"" + ShownTraceTitle() + "\"\n";
   return MakeRowBlocks(head, steps.values.size(), [&steps](std::string& text, std::size_t i) {
-    AppendExponent(text, static_cast<double>(steps.timeMs[i]) / MsPerSecond);
+    AppendExponent(text, steps.timeMs[i] / MsPerSecond);
     text += ' ';
     AppendExponent(text, static_cast<double>(steps.values[i]));
     text += '\n';

@@ -165,6 +165,10 @@ TEST_F(RunPanelTest, TheTableOfValuesHoldsEveryPointOrEverySavedStep) {
   EXPECT_NEAR(cell(200, 1), 1.99F, 1e-5F);
   EXPECT_EQ(cell(200, 2), Trace.SimTrace[199]);
   Model.SimulatorKind = AdaptiveIntegrator;
+  Model.Depend.Drug[1][1][2] = 1;
+  Model.KOn[1] = 1e6;
+  std::fill_n(Stimulus.Profile[1].begin() + 50, 500,
+              1e-3F);  // the integration starts here, 0.5 ms into the sweep
   RunAsSet();
   Commit(*FindCommand("FxnFillTable"));
   ASSERT_EQ(table.rows, Result.KeptSteps);
@@ -174,9 +178,9 @@ TEST_F(RunPanelTest, TheTableOfValuesHoldsEveryPointOrEverySavedStep) {
   StepsToWrite.Tell(steps);
   ASSERT_EQ(steps.timeMs.size(), static_cast<std::size_t>(table.rows)) << "a file gets the same";
   for (int q = 1; q <= table.rows; ++q) {
-    EXPECT_EQ(cell(q, 1), Result.SavedTime[q]);
+    EXPECT_FLOAT_EQ(cell(q, 1), 0.5F + Result.SavedTime[q]);
     EXPECT_NEAR(cell(q, 2), 50.0F * Result.Occupancy[2][q], 1e-4F);
-    EXPECT_EQ(cell(q, 1), steps.timeMs[static_cast<std::size_t>(q) - 1]);
+    EXPECT_FLOAT_EQ(cell(q, 1), static_cast<float>(steps.timeMs[static_cast<std::size_t>(q) - 1]));
     EXPECT_EQ(cell(q, 2), steps.values[static_cast<std::size_t>(q) - 1]);
   }
 }

@@ -162,8 +162,7 @@ TEST_F(TraceWriteTest, AutosavedTextHoldsABlockARun) {
   const std::string columns =
       "2.000000e-02\n1.500000e+00\n-2.000000e+00\n2.500000e-01\n5.000000e-01\n4.000000e+00\n";
   EXPECT_EQ(ReadWholeFile(path), columns);
-  const float stepTimesMs[] = {0.0F, 12.5F};
-  StepsToWrite.Add([&](TraceSteps& steps) { steps = {stepTimesMs, {4.0F, 1.0F}}; });
+  StepsToWrite.Add([&](TraceSteps& steps) { steps = {{0.0, 12.5}, {4.0F, 1.0F}}; });
   AutosaveTrace();
   EXPECT_EQ(ReadWholeFile(path), columns + "ATF 1.0\n2 2\n\"Type=\"\n\"Comment=\"\n\"Time (s)\" \"" +
                                      GraphNamed("MainPanel").y.title +
