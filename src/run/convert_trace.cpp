@@ -24,6 +24,8 @@ namespace {
 
 constexpr char ParsedText[] = "Cannot refresh since data has been parsed (resampled).";
 constexpr char RecordingText[] = "Cannot refresh since the data was read from a file.";
+constexpr char NoRunOfThisLength[] =
+    "There is nothing to refresh: no run has the present number of points and interval.";
 constexpr char RemovesCorrection[] = "Refreshing will remove RsCm correction. Do you want to continue?";
 
 void AddNoise(std::span<float> trace) {
@@ -71,14 +73,18 @@ void RefreshTrace() {
     MessagePopup(WarningTitle, RecordingText);
     return;
   }
-  if (Model.MultiSubunit != 0 && Result.ResultKind == ResultMonteCarlo) {
+  RunSettingsWanted.Tell();
+  const RunReporter reporter = WindowReporter();
+  if (!RunHasLength(reporter)) return;
+  if (Result.RunPoints != Model.NumPoints || Result.RunInterval != Model.ADInterval) {
+    Note(NoRunOfThisLength);
+    return;
+  }
+  if (Result.ResultKind == ResultMonteCarlo && Result.OfSubunits != 0) {
     TraceToPlot.Tell(true);  // the occupancies are those of the last subunit
     return;
   }
   if (Trace.RsCorrected != 0 && !ConfirmPopup(WarningTitle, RemovesCorrection)) return;
-  RunSettingsWanted.Tell();
-  const RunReporter reporter = WindowReporter();
-  if (!RunHasLength(reporter)) return;
   ConvertTrace(true, reporter);
   Trace.RsCorrected = 0;
   Trace.RcFiltered = 0;

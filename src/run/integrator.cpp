@@ -90,7 +90,10 @@ Outcome FinishAdaptive(const SimulationResult& result, const RunReporter& report
   ClearTimesBehind(run.saved);
   Model.Precision = run.precision;
   TellAdaptive(run, reporter);
-  if (!run.finished) return result.outcome;
+  if (!run.finished) {
+    Result.RunPoints = 0;  // the occupancies of its steps are not those of points
+    return result.outcome;
+  }
   Result.ResultKind = ResultSavedSteps;
   ConvertTrace(false, reporter);
   BeginTrace(TraceOrigin::Simulation);

@@ -310,6 +310,7 @@ Outcome RunMonteCarlo(const RunReporter& reporter) {
   Result.ResultKind = ResultMonteCarlo;
   ChannelSeries series{.reporter = reporter};
   ReadSettings(series);
+  Result.OfSubunits = series.subunits ? 1 : 0;
   if (!IsSilent(reporter)) SeriesBegins.Tell();
   PrepareSimulator(series);
   const Outcome outcome = SimulateRuns(series);

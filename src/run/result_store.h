@@ -33,9 +33,12 @@ struct ResultStore {
   int ReductionCount = 0;     // halvings of MaxStepSize in the last fixed-step integration
 
   // -- Run driver --
-  float EffectiveChannels = 1.0F;                           // channels that scale the trace
-  float ChannelUnit = 1.0F;                                 // unit of one channel in Occupancy
-  std::array<int, MaxStates + 1> StateClass{};              // number of the conductance of each state
+  int RunPoints = 0;                            // length of the run in Occupancy; 0 = no result
+  float RunInterval = 0.0F;                     // ms, its interval
+  int OfSubunits = 0;                           // 1 = Occupancy holds the last subunit of a channel
+  float EffectiveChannels = 1.0F;               // channels that scale the trace
+  float ChannelUnit = 1.0F;                     // unit of one channel in Occupancy
+  std::array<int, MaxStates + 1> StateClass{};  // number of the conductance of each state
   std::array<float, MaxStates + 1> EquilibriumOccupancy{};  // of the last Q-matrix analysis
   std::string ResultsFileName;
   std::string RunText;  // "Run 1 of 3 with ..." as last shown

@@ -111,6 +111,9 @@ Outcome RunSimulation(int numPoints, RunStart start, const RunReporter& reporter
   Trace.TraceFromFile = 0;
   if (announced) TellTraceWillChange();
   ClearSamples(Model.NumPoints);
+  Trace.TraceSimulator = Model.SimulatorKind;
+  Result.RunPoints = Model.NumPoints;
+  Result.RunInterval = Model.ADInterval;
   ClearOccupancy(Model.NumPoints + 1);  // the fixed-step integrator also fills the point after the last
   if (Model.ModelIs2D != 0) RatesFromGrid();
   if (!SchemeIsConnected(reporter)) return Outcome::Refused;

@@ -47,7 +47,7 @@ void ConvertTrace(bool erase, const RunReporter& reporter);
 
 /// Reads the run settings from their panel, converts the occupancies of the last run again with the present
 /// monitored states and units, and replaces the plot. Refuses a resampled trace, a recording, and settings
-/// without points or time between them. Asks before it removes a correction for series resistance. Does not
+/// without points or time between them; with a note, those of another length than the run. Asks before it removes a correction for series resistance. Does not
 /// convert the trace of cooperative subunits; only plots it.
 void RefreshTrace();
 

@@ -29,7 +29,7 @@ void ShowUnitsOf(int units) {
 }
 
 Colour SimulatorColour() {
-  switch (Model.SimulatorKind) {
+  switch (Trace.TraceFromFile != 0 ? Model.SimulatorKind : Trace.TraceSimulator) {
     case MonteCarlo:
       return Black;
     case AdaptiveIntegrator:

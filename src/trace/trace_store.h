@@ -29,6 +29,7 @@ struct TraceStore {
   int TraceValid = 0;          // 1 = SimTrace holds a completed simulation or a file
   int TracePoints = 0;         // length of the run when the trace was made; see FollowRunLength
   float TraceInterval = 0.0F;  // ms, interval of the run at that time
+  int TraceSimulator = 0;      // Model.SimulatorKind of the last run, for the colour of its plot
   int TraceFromFile = 0;       // 1 = SimTrace holds a recording or a changed recording; 0 = a simulation
   int TraceParsed = 0;         // 1 = resampled in place
   int RsCorrected = 0;         // 1 = corrected for series resistance

@@ -13,6 +13,8 @@ class RunTraceTest : public RunTest {
     Model.NumPoints = 10;
     Model.NumChannels = 100;
     Result.EffectiveChannels = 100.0F;
+    Result.RunPoints = 10;
+    Result.RunInterval = Model.ADInterval;
     Model.StateMonitored[1] = 1;
     Model.StateMonitored[2] = 0;
     Model.StateConductance[1] = 50.0F;
@@ -84,8 +86,7 @@ TEST_F(RunTraceTest, PlotsInTheColourOfTheSimulator) {
   for (const auto& [kind, colour] : {std::pair{MonteCarlo, Colour{0, 0, 0}},
                                      {FixedStepIntegrator, {0, 0, 128}},
                                      {AdaptiveIntegrator, {128, 0, 0}}}) {
-    Model.SimulatorKind = kind;
-    Show();
+    Trace.TraceSimulator = kind;
     ConvertTrace(true, WindowReporter());
     const Graph& graph = GraphNamed("MainPanel");
     EXPECT_EQ(graph.plots.at(0).colour.red, colour.red) << kind;
@@ -95,7 +96,7 @@ TEST_F(RunTraceTest, PlotsInTheColourOfTheSimulator) {
 }
 
 TEST_F(RunTraceTest, RefreshRefusesARecordingAndAResampledTraceAndKeepsThatOfSubunits) {
-  Model.MultiSubunit = 1;
+  Result.OfSubunits = 1;  // whatever the switch says now
   Result.ResultKind = ResultMonteCarlo;
   Trace.SimTrace[5] = 42.0F;
   Trace.SimTraceUsed = 10;
@@ -109,6 +110,11 @@ TEST_F(RunTraceTest, RefreshRefusesARecordingAndAResampledTraceAndKeepsThatOfSub
   EXPECT_EQ(popups, (std::vector<SeenPopup>{
                         {"! Warning", "Cannot refresh since the data was read from a file."},
                         {"! Warning", "Cannot refresh since data has been parsed (resampled)."}}));
+  Trace.TraceFromFile = Trace.TraceParsed = Result.OfSubunits = 0;
+  TypeOnly("NumPoints", "9");
+  Commit(ControlNamed("SimRefresh"));
+  EXPECT_EQ(notes,
+            Texts{"There is nothing to refresh: no run has the present number of points and interval."});
   EXPECT_EQ(Trace.SimTrace[5], 42.0F);
 }
 
