@@ -7,7 +7,7 @@
 
 #include "analysis/analyze.h"
 #include "analysis/results_files.h"
-#include "model/model_store.h"
+#include "model/model.h"
 #include "run/result_store.h"
 #include "screen/memory_guard.h"
 #include "screen/popups.h"
@@ -113,7 +113,7 @@ void EndRunAnalysis() {
 void ConnectRunAnalysis() {
   static bool analyzes = false;  // whether to analyse the runs of this series
   analyzes = false;
-  SeriesBegins.Add([] { analyzes = Model.AutoAnalyze != 0 && BeginRunAnalysis(); });
+  SeriesBegins.Add([] { analyzes = Model.AutoAnalyze != 0 && HasSeveralRuns() && BeginRunAnalysis(); });
   SeriesRun.Add([](int) {
     if (analyzes) AnalyzeRun();
   });

@@ -4,7 +4,7 @@
 //                           CopyGridToTable  CopyTableToGrid
 //   Clearing                ClearModel  ClearGridModel  ClearTableModel
 //   Rates and their names   RateCode  DependsOnStimulus  LinkKd
-//   Run settings            LimitNumPoints  ForceMultiSubunit  FieldsForcedByMultiSubunit
+//   Run settings            LimitNumPoints  HasSeveralRuns  ForceMultiSubunit  FieldsForcedByMultiSubunit
 //
 // Fields are in model_store.h; panels in model_panels.h; the stimulus factor in kinetics/rate_factor.h.
 #pragma once
@@ -72,6 +72,10 @@ void ForceMultiSubunit();
 
 /// The fields that ForceMultiSubunit sets.
 inline constexpr std::array<std::string_view, 6> FieldsForcedByMultiSubunit = {
+/// Returns whether a simulation has several runs. Without them AutoAnalyze and ShowAllTraces are dimmed and have no
+/// effect.
+bool HasSeveralRuns();
+
     "StartAtEquilibrium", "NumRuns", "NumIntervals", "ReseedSimulation", "AutoAnalyze", "ShowAllTraces"};
 
 }  // namespace zelvane

@@ -7,6 +7,10 @@ void LimitNumPoints() {
   if (Model.NumPoints > MaxStimPoints) Model.NumPoints = MaxPoints;
 }
 
+bool HasSeveralRuns() {
+  return Model.NumRuns >= 2 && Model.SimulatorKind != FixedStepIntegrator && Model.MultiSubunit == 0;
+}
+
 void ForceMultiSubunit() {
   if (Model.MultiSubunit != 1) return;
   Model.StartAtEquilibrium = 0;

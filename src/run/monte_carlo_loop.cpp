@@ -33,6 +33,7 @@ constexpr char TooFast[] =
 constexpr char TooManyChannels[] =
     "A run of %d channels cannot be simulated, %d is the most. Lower the number of channels or its STD.";
 constexpr char NoChannels[] = "There were no channels to simulate: the number of channels is 0.";
+constexpr char NoRuns[] = "There was nothing to simulate: the number of runs is %d.";
 
 constexpr int ReseedPointsBack = 100;  // the last dwell may be cut off by the end of a sweep
 
@@ -314,10 +315,15 @@ Outcome RunMonteCarlo(const RunReporter& reporter) {
   if (!IsSilent(reporter)) SeriesBegins.Tell();
   PrepareSimulator(series);
   const Outcome outcome = SimulateRuns(series);
-  if (outcome == Outcome::Done) FinishTrace(series);
+  const bool ran = series.numRuns >= 1;
+  if (outcome == Outcome::Done && ran) FinishTrace(series);
   FinishSeries(series);
+  if (!ran && !series.subunits) {
+    if (!IsSilent(reporter)) Note(FormatText(NoRuns, series.numRuns));
+    return Outcome::Refused;
+  }
   const bool nothingRan = Dwell.SegmentCounter == 1;
-  if (nothingRan && series.numChannels == 0) Tell(reporter, WarningTitle, NoChannels);
+  if (nothingRan && (!ran || series.numChannels == 0)) Tell(reporter, WarningTitle, NoChannels);
   return FirstNotDone(outcome, series.saved);
 }
 

@@ -31,7 +31,8 @@ namespace zelvane {
 ///          the time of the sweep or a run has more than MaxChannelsOfRun channels. The run is then over. The
 ///          arrays keep the channels simulated so far, and the starting occupancies are as before the run,
 ///          unless `ReseedSimulation` is on.
-/// @return Done, also when no channel was simulated; Stopped; Refused for too many channels; or Failed when
+/// @return Done, also when no channel was simulated; Stopped; Refused for too many channels or, with a note, for
+///         no runs; or Failed when
 ///         a channel could not go on or a trace was not appended to the autosave file
 Outcome RunMonteCarlo(const RunReporter& reporter);
 

@@ -219,15 +219,14 @@ constexpr MenuDecl RunMenu[] = {
 void DimRunControls() {
   const bool subunits = Model.MultiSubunit != 0;
   const bool oneByOne = Model.SimulatorKind == MonteCarlo && !subunits;
-  const bool manyRuns = Model.NumRuns >= 2 && Model.SimulatorKind != FixedStepIntegrator && !subunits;
   const bool ohmic = Model.DisplayUnits == UnitsConductance || Model.DisplayUnits == UnitsCurrent;
   SetDimmed("MaxStepSize", Model.SimulatorKind != FixedStepIntegrator);
   SetDimmed("Precision", Model.SimulatorKind != AdaptiveIntegrator);
   SetDimmed("NumRuns", !oneByOne);
   SetDimmed("NumIntervals", !oneByOne);
   SetDimmed("ReseedSimulation", !oneByOne);
-  SetDimmed("AutoAnalyze", !manyRuns);
-  SetDimmed("ShowAllTraces", !manyRuns);
+  SetDimmed("AutoAnalyze", !HasSeveralRuns());
+  SetDimmed("ShowAllTraces", !HasSeveralRuns());
   SetDimmed("StartAtEquilibrium", subunits);
   SetDimmed("Valence", !ohmic);
   SetDimmed("VRev", !ohmic);

@@ -116,6 +116,13 @@ TEST_F(AnalysisPanelTest, WithoutATraceNothingIsMeasuredAndWithAFitModeThePanelS
   EXPECT_EQ(lines.back()["value"], "No exponential fit ran.");
 }
 
+TEST_F(AnalysisPanelTest, RunsAreNotAnalysedWhileTheSwitchIsDimmed) {
+  const auto lines = Run(
+      "enter MultiSubunit 0; enter StateOn[1] 1; enter StateOn[2] 1; enter KOn[1] 1000; enter KOff[1] 500; "
+      "enter SimulatorKind 1; enter NumRuns 2; enter AutoAnalyze 1; enter NumRuns 1; press AcquireData");
+  for (const auto& line : lines) EXPECT_FALSE(line.value("popup", "") == "file") << line;
+}
+
 TEST_F(AnalysisPanelTest, RunsAreAnalysedWithSettingsNeverShownAndBearNoRecordingsName) {
   const float fraction = Analysis.RiseStartFrac;
   Run("reply ok\nopen \"" + recording +

@@ -186,6 +186,20 @@ TEST_F(MonteCarloLimitsTest, RatesTooFastForTheClockEndTheRun) {
   }
 }
 
+TEST_F(MonteCarloLimitsTest, NoRunsAndNoSubunitsAreTold) {
+  Model.NumRuns = 0;
+  EXPECT_EQ(RunAsSet(), Outcome::Refused);
+  EXPECT_EQ(notes, Texts{"There was nothing to simulate: the number of runs is 0."});
+  Model.NumRuns = 1;
+  Model.MultiSubunit = 1;
+  Model.NumChannels = 0;
+  RunAsSet();
+  EXPECT_EQ(PopupTexts(), Texts{"There were no channels to simulate: the number of channels is 0."});
+  EXPECT_EQ(Trace.TraceValid, 0);
+  Model.MultiSubunit = 0;
+  ExpectNextRunWorks();
+}
+
 TEST_F(MonteCarloLimitsTest, OnePointAndNoChannelsAreRuns) {
   Model.NumPoints = 1;
   Model.NumChannels = 50;
