@@ -88,14 +88,17 @@ Outcome ReadUserStimulus() {
 /// Reads the profiles of USER mode from a file, if necessary. On failure selects AUTOMATIC mode.
 void RebuildUserStimulus() {
   if (Stimulus.StimFromFile != 0 || Model.FitActive != 0) return;
-  if (ReadUserStimulus() == Outcome::Done) {
+  Stimulus.StimMode = StimAutomatic;  // unless the reading succeeds
+  const bool read = ReadUserStimulus() == Outcome::Done;
+  if (read) {
+    Stimulus.StimMode = StimUser;
     Stimulus.StimFromFile = 1;
     StimPanelRefresh();
     return;
   }
   Stimulus.StimMode = StimAutomatic;
   StimPanelRefresh();
-  BuildAutomaticStep();
+  if (!read) BuildAutomaticStep();
 }
 
 void LeaveUnavailableMode() {

@@ -46,6 +46,19 @@ constexpr char TooLarge[] = "Stimulus file larger than current array size; canno
 constexpr char TooLargeForWaveform[] =
     "Stimulus file larger than current array size; reset #export pts on Stim panel and save new *.stm file.";
 
+constexpr char ShortFile[] = "%s ends before its last profile: %s.";
+constexpr char ShortInAutomatic[] =
+    "the automatic step is in %s again, the other profiles hold what was read";
+constexpr char ShortElse[] = "the profiles hold what was read, and zeros behind it";
+
+/// Tells that a file without its last profile has replaced the profiles.
+void TellShortFile(const std::string& path) {
+  const char* step = Stimulus.AutoDrugOrVolt == 1 ? "the voltage" : "voltage and Drug1";
+  const std::string left =
+      Stimulus.StimMode == StimAutomatic ? FormatText(ShortInAutomatic, step) : ShortElse;
+  Note(FormatText(ShortFile, FileNameOf(path).c_str(), left.c_str()));
+}
+
 std::string IntervalText(const char* format, float fileInterval) {
   // The texts are the two above and IntervalKept, each with two numbers.
   std::string text(format);
@@ -173,6 +186,7 @@ Outcome StimFileRead(const std::string& path) {
   if (newPoints) Model.NumPoints = samples - 1;
   if (complete) Stimulus.StimFileName = path;
   ShowStimulusOfFile();
+  if (!complete) TellShortFile(path);
   return complete ? Outcome::Done : Outcome::Failed;
 }
 

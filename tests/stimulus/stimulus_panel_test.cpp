@@ -145,6 +145,37 @@ TEST_F(StimulusPanelTest, TheFifthModeSaysSoAndBecomesUser) {
 // -- The table --
 
 TEST_F(StimulusScreenTest, TheTableHoldsAGroupAColumnFromColumnTwo) {
+TEST_F(StimulusPanelTest, AFileWithoutItsLastProfileTellsWhatTheProfilesHold) {
+  Stimulus.ScriptRunning = 1;
+  std::fill_n(Stimulus.Profile[1].begin(), 10, 2.0F);
+  std::fill_n(Stimulus.Profile[2].begin(), 10, 2.0F);
+  const std::string path = folder.File("short.stm");
+  ASSERT_EQ(StimFileWrite(path, 10), Outcome::Done);
+  std::filesystem::resize_file(path, 8 + 24 * 10);
+  const std::string start = "short.stm ends before its last profile: ";
+  using Case = std::tuple<int, int, float, const char*>;
+  for (const auto& [mode, volts, drug1, left] :
+       {Case{StimAutomatic, 0, 0.0F,
+             "the automatic step is in voltage and Drug1 again, the other profiles hold what was read."},
+        Case{StimAutomatic, 1, 2.0F,
+             "the automatic step is in the voltage again, the other profiles hold what was read."},
+        Case{StimManual, 0, 2.0F, "the profiles hold what was read, and zeros behind it."}}) {
+    Stimulus.StimMode = mode;
+    Stimulus.AutoDrugOrVolt = volts;
+    StimPanelRefresh();
+    notes.clear();
+    EXPECT_EQ(OpenStimulusNamed(path), Outcome::Failed);
+    EXPECT_EQ(notes, Texts{start + left});
+    EXPECT_EQ(Stimulus.Profile[1][0], drug1);
+    EXPECT_EQ(Stimulus.Profile[2][0], 2.0F);
+  }
+  choices = {path};
+  notes.clear();
+  Enter("StimMode", "USER");
+  EXPECT_EQ(notes.size(), 1U);
+  EXPECT_EQ(Stimulus.StimMode, StimAutomatic);
+}
+
   const std::string last = "cell MultiStimTable 6 50; get MultiStimTable[48][5]; ";
   EXPECT_EQ(
       Told(
