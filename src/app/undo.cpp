@@ -106,7 +106,6 @@ void RestoreSettings(const Settings& copy) {
   WriteRunParameters();
   StimPanelRefresh();
   StimRebuild();
-  StimPlot();
   WriteAnalysisPanel();
 }
 

@@ -44,7 +44,6 @@ void FxnMultiStimTable(Table& table, int row, int column) {
   }
   ShowCell(table, row, column);
   StimRebuild();
-  StimPlot();
 }
 
 void FxnClearMultiStim(const ControlEvent&) {

@@ -93,10 +93,7 @@ void RebuildUserStimulus() {
   if (read) {
     Stimulus.StimMode = StimUser;
     Stimulus.StimFromFile = 1;
-    StimPanelRefresh();
-    return;
   }
-  Stimulus.StimMode = StimAutomatic;
   StimPanelRefresh();
   if (!read) BuildAutomaticStep();
 }
@@ -164,6 +161,7 @@ Outcome StimRebuild() {
   const bool unavailable = Stimulus.StimMode == StimUnavailable;
   if (unavailable) LeaveUnavailableMode();
   ShowStimulusFacts();
+  StimPlot();
   Stimulus.BuiltInterval = Model.ADInterval;
   return unavailable ? Outcome::Refused : Outcome::Done;
 }
@@ -173,7 +171,6 @@ void StimFollowInterval() {
       std::bit_cast<std::uint32_t>(Stimulus.BuiltInterval) == std::bit_cast<std::uint32_t>(Model.ADInterval);
   if (same || (Stimulus.StimMode == StimUser && Stimulus.StimFromFile == 0)) return;
   StimRebuild();
-  StimPlot();
 }
 
 void CreateStim() {
@@ -218,7 +215,6 @@ void EraseStim() {
   StimReadControls();
   SetLevel(TargetSamples(), 0.0F);
   StimRebuild();
-  StimPlot();
 }
 
 void FilterStim() {

@@ -21,13 +21,13 @@ void StimReadControls();
 /// Writes the whole store to the panel. A TrainInterval at or below 0 becomes 1.
 void StimPanelRefresh();
 
-/// Reads the panel, dims the fields of the other modes and shows the length of the sweep. In AUTOMATIC
+/// Reads the panel, dims the fields of the other modes, plots the stimulus and shows the length of the sweep. In AUTOMATIC
 /// mode, when no fit runs, it also builds the step of voltage or Drug1 over all MaxStimPoints samples.
 /// @return Done, also when USER mode got no file and went back to AUTOMATIC; Refused, with a message, when the
 ///         mode is unavailable
 Outcome StimRebuild();
 
-/// Builds and plots the stimulus again when `Model.ADInterval` has changed since the last time, for example
+/// Builds the stimulus again when `Model.ADInterval` has changed since the last time, for example
 /// by a recording. The automatic step keeps its times. Does nothing in USER mode without a file.
 void StimFollowInterval();
 
@@ -40,7 +40,7 @@ Outcome CreateExpStim();  // exponentially edged step; Refused when it ends afte
 void CreateExp();         // exponential waveform
 void CreateTrain();       // train of steps or waveforms
 
-/// Sets the target's NumPoints samples to 0, rebuilds and plots.
+/// Sets the target's NumPoints samples to 0 and rebuilds.
 void EraseStim();
 
 /// Low-pass filters the target's NumPoints samples with the corner FilterFc, then plots.

@@ -29,13 +29,14 @@ void EnterUserMode() {
   StimPanelRefresh();
   Stimulus.StimFromFile = 1;
   StimRebuild();
-  StimPlot();
 }
 
 /// Shows the profiles after a refused file. Builds the automatic step again.
 void ShowWhatIsLeft() {
-  if (Stimulus.StimMode == StimAutomatic) StimRebuild();
-  StimPlot();
+  if (Stimulus.StimMode == StimAutomatic)
+    StimRebuild();
+  else
+    StimPlot();
 }
 
 void ReadProfiles(const char* title) {

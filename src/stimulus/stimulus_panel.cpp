@@ -94,17 +94,11 @@ void Rebuild(const ControlEvent&) {
   StimRebuild();
 }
 
-void RebuildAndPlot(const ControlEvent&) {
-  StimRebuild();
-  StimPlot();
-}
-
 void AutoDrugVoltage(const ControlEvent&) {
   StimReadControls();
   FollowAutomaticStep();
   ShowNumber("StimTarget", Stimulus.StimTarget);
   StimRebuild();
-  StimPlot();
 }
 
 void FxnManualStepEdge(const ControlEvent&) {
@@ -139,7 +133,6 @@ void OpenStimulusPanel() {
   StimPanelRefresh();
   ShowTask(StimulusPanelName);
   StimRebuild();
-  StimPlot();
 }
 
 void FxnStimulusButton(const ControlEvent&) {
@@ -161,10 +154,10 @@ constexpr ControlKind Readout = ControlKind::Readout;
 // clang-format off
 constexpr ControlDecl DisplayControls[] = {
     {.name = "StimMode", .kind = Choice, .label = "Mode", .format = "%g", .command = "ChangeStimMode",
-     .action = RebuildAndPlot, .help = ModeHelp, .choices = "AUTOMATIC|MANUAL|EXPONENTIAL|USER|NOT AVAILABLE",
+     .action = Rebuild, .help = ModeHelp, .choices = "AUTOMATIC|MANUAL|EXPONENTIAL|USER|NOT AVAILABLE",
      .choiceBase = StimAutomatic},
     {.name = "StimTarget", .kind = Choice, .label = "Stimulus shown", .format = "%g", .command = "FxnCurrentStim",
-     .action = RebuildAndPlot, .help = TargetHelp, .choices = "Voltage|Drug1|Drug2|Drug3|Drug4|Drug5|Drug6"},
+     .action = Rebuild, .help = TargetHelp, .choices = "Voltage|Drug1|Drug2|Drug3|Drug4|Drug5|Drug6"},
     {.name = "StimLogAxis", .kind = Switch, .label = "Y axis", .format = "%g", .command = "FxnLogLin",
      .action = FxnLogLin, .help = "Linear or logarithmic axis of the stimulus.", .choices = "Linear|Logarithmic"},
     {.name = "StimSweepLength", .kind = Readout, .label = "Length of sweep", .format = "%.3ems",
@@ -180,15 +173,15 @@ constexpr ControlDecl AutomaticControls[] = {
     {.name = "AutoDrugOrVolt", .kind = Switch, .label = "Step of", .format = "%g", .command = "AutoDrugVoltage",
      .action = AutoDrugVoltage, .help = AutoTargetHelp, .choices = "Drug1|Voltage"},
     {.name = "AutoValue", .kind = Number, .label = "Amplitude", .unit = "V or M", .format = "%g",
-     .command = "FxnAutoStepAmp", .action = RebuildAndPlot,
+     .command = "FxnAutoStepAmp", .action = Rebuild,
      .help = "Amplitude of the automatic step, in volts or molar."},
     {.name = "AutoStart", .kind = Number, .label = "Start", .unit = "ms", .format = "%g",
-     .command = "FxnAutoStepStart", .action = RebuildAndPlot,
+     .command = "FxnAutoStepStart", .action = Rebuild,
      .help = "Time (ms) at which the automatic step starts."},
     {.name = "AutoStop", .kind = Number, .label = "Stop", .unit = "ms", .format = "%g", .command = "FxnAutoStepStop",
-     .action = RebuildAndPlot, .help = "Time (ms) at which the automatic step stops."},
+     .action = Rebuild, .help = "Time (ms) at which the automatic step stops."},
     {.name = "AutoFilterOn", .kind = Switch, .label = "Filter Drug1", .format = "%g", .command = "AutoFilterOn",
-     .action = RebuildAndPlot, .help = AutoFilterHelp, .choices = "Off|On"},
+     .action = Rebuild, .help = AutoFilterHelp, .choices = "Off|On"},
 };
 
 constexpr ControlDecl ManualControls[] = {
@@ -266,7 +259,7 @@ constexpr ControlDecl TrainControls[] = {
 
 constexpr ControlDecl FilterControls[] = {
     {.name = "FilterFc", .kind = Number, .label = "Corner", .unit = "kHz", .format = "%g", .command = "FxnStimFc",
-     .action = RebuildAndPlot, .help = "-3 dB corner (kHz) of the Gaussian filter."},
+     .action = Rebuild, .help = "-3 dB corner (kHz) of the Gaussian filter."},
     {.name = "FilterStim", .kind = Button, .label = "Filter", .format = "", .command = "FilterStim",
      .action = Run<FilterStim>, .help = "Filter the stimulus shown with the Gaussian filter."},
 };

@@ -1,6 +1,7 @@
 // The stimulus panel, used as a user does.
 #include <sstream>
 
+#include "model/model_events.h"
 #include "stimulus/stimulus.h"
 #include "stimulus/stimulus_file.h"
 #include "stimulus/stimulus_store.h"
@@ -108,6 +109,16 @@ TEST_F(StimulusPanelTest, TrainReadoutsFollowTheFields) {
   EXPECT_EQ(ControlNumber("TrainInterval"), 1.0);
 }
 
+TEST_F(StimulusPanelTest, ARebuildShowsTheNewStimulus) {
+  PressCommand("FxnStimulusButton");
+  Stimulus.AutoValue = 0.25F;  // as a model file does
+  Stimulus.AutoStart = 0.0F;
+  StimPanelRefresh();
+  Outcome shown = Outcome::Done;
+  ModelFileCameIn.Tell(shown);
+  EXPECT_EQ(ShownPlot().y[5], 0.25F);
+}
+
 // -- USER mode --
 
 TEST_F(StimulusPanelTest, WithoutAFileTheModeGoesBackToAutomaticAndElseKeepsTheFile) {
@@ -134,17 +145,6 @@ TEST_F(StimulusPanelTest, WithoutAFileTheModeGoesBackToAutomaticAndElseKeepsTheF
   EXPECT_EQ(fileRequests.size(), 3U) << "a read file is asked for once";
 }
 
-TEST_F(StimulusPanelTest, TheFifthModeSaysSoAndBecomesUser) {
-  Enter("StimMode", "5");
-  EXPECT_EQ(PopupTexts(),
-            Texts{"This option will be available soon/it is undergoing development and testing."});
-  EXPECT_EQ(Stimulus.StimMode, StimUser);
-  EXPECT_EQ(ShownText(ControlNamed("StimMode")), "USER");
-}
-
-// -- The table --
-
-TEST_F(StimulusScreenTest, TheTableHoldsAGroupAColumnFromColumnTwo) {
 TEST_F(StimulusPanelTest, AFileWithoutItsLastProfileTellsWhatTheProfilesHold) {
   Stimulus.ScriptRunning = 1;
   std::fill_n(Stimulus.Profile[1].begin(), 10, 2.0F);
@@ -176,6 +176,17 @@ TEST_F(StimulusPanelTest, AFileWithoutItsLastProfileTellsWhatTheProfilesHold) {
   EXPECT_EQ(Stimulus.StimMode, StimAutomatic);
 }
 
+TEST_F(StimulusPanelTest, TheFifthModeSaysSoAndBecomesUser) {
+  Enter("StimMode", "5");
+  EXPECT_EQ(PopupTexts(),
+            Texts{"This option will be available soon/it is undergoing development and testing."});
+  EXPECT_EQ(Stimulus.StimMode, StimUser);
+  EXPECT_EQ(ShownText(ControlNamed("StimMode")), "USER");
+}
+
+// -- The table --
+
+TEST_F(StimulusScreenTest, TheTableHoldsAGroupAColumnFromColumnTwo) {
   const std::string last = "cell MultiStimTable 6 50; get MultiStimTable[48][5]; ";
   EXPECT_EQ(
       Told(
