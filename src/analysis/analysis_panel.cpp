@@ -10,6 +10,7 @@
 #include "analysis/analysis_views.h"
 #include "analysis/analyze.h"
 #include "analysis/measures.h"
+#include "model/model_events.h"
 #include "model/model_store.h"
 #include "numerics/rounding.h"
 #include "parameters/parameters_store.h"
@@ -343,6 +344,7 @@ void AddAnalysisPanel() {
   AddControls(MainPanelName, "analysis", MainPanelButton);
   AddMenu(AnalysisMenu);
   MeasureSettingsWanted.Add(ReadAnalysisPanel);
+  ModelFileToSave.Add(ReadAnalysisPanel);
   MeasuresChanged.Add(ShowMeasures);
 }
 

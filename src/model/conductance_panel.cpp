@@ -1,4 +1,5 @@
 // ConductancePanel: the single-channel conductance of every state.
+#include "model/model_events.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
 #include "model/scheme_panels.h"
@@ -38,6 +39,7 @@ void AddConductancePanel() {
             .close = CloseConductance,
             .help = "Single-channel conductances. States with a conductance above 0 show it on the grid."});
   AddControls(ConductancePanelName, ConductancesGroup, ConductanceControls);
+  ModelFileToSave.Add(SetConductances);
 }
 
 void FxnConductance() {

@@ -53,6 +53,7 @@ void AddInitialConditionsPanel() {
            "Proportion of channels in each state at time 0. The proportions should add up to 1 at most."});
   AddControls(InitialConditionsPanelName, OccupanciesGroup, OccupancyControls);
   StartOccupancyChanged.Add(WriteStartOccupancy);
+  ModelFileToSave.Add([] { ReadControls(InitialConditionsPanelName, OccupanciesGroup); });
 }
 
 void WriteStartOccupancy() {

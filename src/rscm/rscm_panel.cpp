@@ -6,6 +6,7 @@
 #include <cmath>
 #include <vector>
 
+#include "model/model_events.h"
 #include "model/model_store.h"
 #include "platform/index.h"
 #include "rscm/rs_correct.h"
@@ -289,6 +290,7 @@ void AddRsCorrectionPanel() {
   AddGraph(PanelName, IvGraph, "Voltage (V)", "Relative current");
   RecordingToCorrect.Add(CorrectIfAsked);
   TraceChanged.Add(RefreshRsCmView);
+  ModelFileToSave.Add([] { StoreTyped("RsCmAuto"); });
   AddMenu(RsCmMenu);
 }
 

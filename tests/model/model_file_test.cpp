@@ -1,7 +1,9 @@
 #include "model/model_file.h"
 
+#include "analysis/analysis_store.h"
 #include "model/model_lines.h"
 #include "model/model_text.h"
+#include "rscm/rscm_store.h"
 #include "stimulus/stimulus_store.h"
 #include "support/pressing.h"
 
@@ -50,6 +52,10 @@ TEST_F(ModelFileTest, TheMenuSavesWhatThePanelsShowCommittedOrNot) {
   TypeOnly("NumChannels", "12");
   TypeOnly("AutoValue", "0.25");
   TypeOnly("ModelTitle", "Typed");
+  TypeOnly("BaselinePts", "31");
+  TypeOnly("StateConductance[2]", "40");
+  TypeOnly("StartOccupancy[2]", "0.5");
+  TypeOnly("RsCmAuto", "on");
   choices = {path};
   PressCommand("SaveParameters");
   EXPECT_EQ(fileRequests.at(0).title, "Save Parameters");
@@ -60,6 +66,10 @@ TEST_F(ModelFileTest, TheMenuSavesWhatThePanelsShowCommittedOrNot) {
   EXPECT_EQ(Model.NumChannels, 12);
   EXPECT_EQ(Stimulus.AutoValue, 0.25F);
   EXPECT_EQ(Model.ModelTitle, "Typed");
+  EXPECT_EQ(Analysis.BaselinePts, 3100) << "typed in ms";
+  EXPECT_EQ(Model.StateConductance[2], 40.0F);
+  EXPECT_EQ(Model.StartOccupancy[2], 0.5F);
+  EXPECT_EQ(RsCm.RsCmAuto, 1);
 }
 
 TEST_F(ModelFileTest, AsksTwiceForANameWhileTheFileCannotBeOpened) {
