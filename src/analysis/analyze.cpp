@@ -23,6 +23,7 @@ constexpr MessageTitle AnalysisErrorTitle{MessageKind::Error, "! Analysis Error"
 constexpr MessageTitle AnalysisWarningTitle{MessageKind::Warning, "! Analysis Warning"};
 constexpr char FractionsInWrongOrder[] = "Position for starting risetime calculation > ending position.";
 constexpr char PeakBeforeStart[] = "Position of peak before position at which to start analysis.";
+constexpr char StartAfterEnd[] = "Position at which to start analysis is after the end of the trace.";
 constexpr char SaveQuestion[] = "Save measurements to ascii file?";
 
 std::span<const float> Recorded(std::span<const float> trace) {
@@ -39,6 +40,7 @@ std::optional<std::set<RiseFault>>& ToldInSeries() {
 void TellOf(RiseFault fault) {
   if (ToldInSeries() && !ToldInSeries()->insert(fault).second) return;
   if (fault == RiseFault::FractionsInWrongOrder) MessagePopup(AnalysisErrorTitle, FractionsInWrongOrder);
+  if (fault == RiseFault::StartAfterEnd) MessagePopup(AnalysisWarningTitle, StartAfterEnd);
   if (fault == RiseFault::PeakBeforeStart) MessagePopup(AnalysisWarningTitle, PeakBeforeStart);
 }
 

@@ -249,6 +249,7 @@ RiseFault RiseOf(std::span<const float> trace, const MeasureSettings& settings, 
   }
   const float dt = settings.intervalMs;
   const std::int64_t start = RoundCount(static_cast<double>(settings.startAnalysis / dt));
+  if (start >= Length(trace)) return RiseFault::StartAfterEnd;  // there was no search for a peak
   const std::int64_t peak = measures.PeakPos;
   if (peak < start) return RiseFault::PeakBeforeStart;
 

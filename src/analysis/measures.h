@@ -90,7 +90,7 @@ float IntegralOf(std::span<const float> trace, std::int64_t start, std::int64_t 
                  float intervalMs, ResponseMeasures& measures);
 
 /// The reason for a rise that was not measured. Its old results then stay.
-enum class RiseFault { None, FractionsInWrongOrder, PeakBeforeStart };
+enum class RiseFault { None, FractionsInWrongOrder, StartAfterEnd, PeakBeforeStart };
 
 /// Measures the interpolated time between the two rise levels, from the peak and the baseline in
 /// `measures`, and the regression slope of the samples between them.

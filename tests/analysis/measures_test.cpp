@@ -174,6 +174,9 @@ TEST(MeasuresTest, WrongFractionsAndAPeakBeforeTheStartLeaveTheRise) {
   EXPECT_TRUE(Made(m, MeasuredDecay));
   m.PeakPos = 3;
   EXPECT_EQ(RiseOf(trace, Settings(), m), RiseFault::PeakBeforeStart);
+  settings = Settings();
+  settings.startAnalysis = 1e6F;
+  EXPECT_EQ(MeasureResponse(trace, settings, m), RiseFault::StartAfterEnd);
 }
 
 TEST(MeasuresTest, WhatATraceDoesNotReachIsNotMeasured) {
