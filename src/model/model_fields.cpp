@@ -12,10 +12,18 @@ Field DrugField(const char* name, DependenceTables& tables) {
   return CubeField(name, tables.Drug);
 }
 
+/// Describes the rates of the links. The simulators use them as 32-bit floats.
+template <std::size_t N>
+Field RateField(const char* name, std::array<double, N>& rates) {
+  Field field = ArrayField(name, rates);
+  field.isNarrowed = true;
+  return field;
+}
+
 void RegisterScheme() {
   RegisterSavedSettings({
-      ArrayField("KOn[]", Model.KOn),
-      ArrayField("KOff[]", Model.KOff),
+      RateField("KOn[]", Model.KOn),
+      RateField("KOff[]", Model.KOff),
       ArrayField("StateOn[]", Model.StateOn),
       TextsField("StateLabel[]", Model.StateLabel, StateLabelBytes),
       DrugField("DrugDepend[][][]", Model.Depend),

@@ -15,7 +15,7 @@ namespace {
 // -- Numbers with their own rule --
 constexpr CellRule SwitchOr0{.least = 0, .most = 1};
 constexpr CellRule SwitchOr1{.least = 0, .most = 1, .belowBecomes = 1, .aboveBecomes = 1};
-constexpr CellRule Magnitude{.absolute = true};
+constexpr CellRule Magnitude{.absolute = true, .isNarrowed = true};
 constexpr CellRule PointsOfRun{
     .least = 100'000, .most = MaxStimPoints, .belowBecomes = 100'000, .aboveBecomes = MaxPoints};
 constexpr CellRule AtLeast0{.least = 0};

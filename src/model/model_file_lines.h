@@ -32,6 +32,7 @@ struct CellRule {
   double aboveBecomes = 0.0;
   bool leastIsBelow = false;            // `least` is outside the range
   bool absolute = false;                // first drops the sign
+  bool isNarrowed = false;              // a number outside the range of a float is refused
   const char* insteadOfZero = nullptr;  // a 0 becomes the value of this field
   std::optional<double> missing{};      // value when a complete line has no number here
 

@@ -22,18 +22,10 @@ constexpr std::size_t MagicWordBytes = 4;
 constexpr std::size_t LongestFaultWord = 30;  // bytes of a word in a message
 
 /// Returns the part of a text that a line can hold: up to its first line break or NUL, at most `bytes` - 1
-/// bytes. Does not cut a UTF-8 character in two.
+/// bytes.
 std::string_view OneLine(std::string_view text, int bytes) {
   constexpr std::string_view Breaks("\r\n\0", 3);
-  text = text.substr(0, text.find_first_of(Breaks));
-  std::size_t size = std::min(text.size(), Index(bytes - 1));
-  const auto topBits = [text](std::size_t i) { return static_cast<unsigned char>(text[i]) & 0xC0U; };
-  if (size < text.size() && topBits(size) == 0x80U) {
-    std::size_t start = size;
-    while (start > 0 && topBits(start) == 0x80U) --start;
-    if (topBits(start) == 0xC0U && size - start < 4) size = start;
-  }
-  return text.substr(0, size);
+  return CutToRoom(text.substr(0, text.find_first_of(Breaks)), bytes);
 }
 
 std::string& TextOf(FieldRef ref) {
@@ -172,6 +164,9 @@ struct Reader final : ModelFileVisitor {
     Scan scan = holdsMore ? ScanNumber(line.text, value) : Scan::Missing;
     // A file that was cut off may lack digits.
     if (line.text.empty() && !line.ended) scan = Scan::Missing;
+    if (scan == Scan::Taken && cell.rule->isNarrowed &&
+        !NumberSuits(FieldType::Float, static_cast<double>(value)))
+      scan = Scan::Refused;
     if constexpr (std::is_pointer_v<T>) {
       if (scan == Scan::Taken) {
         *field = static_cast<Number>(Checked(*cell.rule, static_cast<double>(value)));

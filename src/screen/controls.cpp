@@ -254,17 +254,15 @@ Refusal TypeNumber(Control& control, std::string_view text) {
   if (!value) return NotANumber;
   if (!std::isfinite(*value)) return NotFinite;
   const double stored = control.toStored != nullptr ? control.toStored(*value) : *value;
-  if (control.field && !NumberSuits(control.field.field->type, stored)) return NotSuitable;
+  if (control.field && !NumberSuits(*control.field.field, stored)) return NotSuitable;
   control.number = *value;
   control.typed = true;
   return {};
 }
 
 Refusal TypeText(Control& control, std::string_view text) {
-  control.text = text.substr(0, text.find_first_of("\r\n"));
-  if (control.field && control.field.field->textBytes > 0) {
-    control.text.resize(std::min(control.text.size(), Index(control.field.field->textBytes) - 1));
-  }
+  const int room = control.field ? control.field.field->textBytes : 0;
+  control.text = CutToRoom(text.substr(0, text.find_first_of("\r\n")), room);
   return {};
 }
 

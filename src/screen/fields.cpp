@@ -179,6 +179,10 @@ bool NumberSuits(FieldType type, double value) {
   return true;
 }
 
+bool NumberSuits(const Field& field, double value) {
+  return NumberSuits(field.isNarrowed ? FieldType::Float : field.type, value);
+}
+
 void SetFieldNumber(FieldRef ref, double value) {
   switch (ref.field->type) {
     case FieldType::Int:
@@ -211,15 +215,25 @@ std::string FieldText(FieldRef ref) {
 
 bool SetFieldText(FieldRef ref, std::string_view text) {
   if (ref.field->type == FieldType::Text) {
-    text = text.substr(0, text.find_first_of("\r\n"));
-    if (ref.field->textBytes > 0) text = text.substr(0, Index(ref.field->textBytes) - 1);
+    text = CutToRoom(text.substr(0, text.find_first_of("\r\n")), ref.field->textBytes);
     *reinterpret_cast<std::string*>(ref.address) = text;
     return true;
   }
   const auto value = ParseNumber(text);
-  if (!value || !NumberSuits(ref.field->type, *value)) return false;
+  if (!value || !NumberSuits(*ref.field, *value)) return false;
   SetFieldNumber(ref, *value);
   return true;
+}
+
+std::string_view CutToRoom(std::string_view text, int bytes) {
+  if (bytes < 1 || text.size() < Index(bytes)) return text;
+  constexpr std::size_t LongestCharacter = 4;
+  const std::size_t size = Index(bytes) - 1;
+  const auto topBits = [text](std::size_t i) { return static_cast<unsigned char>(text[i]) & 0xC0U; };
+  std::size_t start = size;
+  while (start > 0 && topBits(start) == 0x80U) --start;
+  const bool inCharacter = topBits(start) == 0xC0U && size - start < LongestCharacter;
+  return text.substr(0, inCharacter ? start : size);
 }
 
 std::optional<double> ParseNumber(std::string_view text) {

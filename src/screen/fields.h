@@ -6,7 +6,7 @@
 //                        RegisterFields
 //   Finding one          FindField  FindFieldRun  RunElement  FieldElements  NameOfElement  AllFields
 //                        ParseFieldName
-//   Values               FieldNumber  SetFieldNumber  NumberSuits  FieldText  SetFieldText  ParseNumber
+//   Values               FieldNumber  SetFieldNumber  NumberSuits  FieldText  SetFieldText  CutToRoom  ParseNumber
 //
 // A name carries its indices in brackets: "KOn[5]", "TableRate[1][7]", "RateConstraint[3].value". In a
 // description every bracket is empty: "KOn[]", "RateConstraint[].value".
@@ -56,6 +56,7 @@ struct Field {
   std::byte* base = nullptr;  // element with all indices 0, even if `index` does not include it
   int rank = 0;
   std::array<FieldIndex, MaxFieldRank> index{};
+  bool isNarrowed = false;     // a double that the simulators use as a 32-bit float
   int textBytes = 0;           // room for a text with its terminator; 0 = no limit
   std::string_view unit = {};  // empty for a pure number
   FieldKind kind = {};         // set by the registration
@@ -226,6 +227,9 @@ void SetFieldNumber(FieldRef ref, double value);
 /// whole and in range; for a float it must be in range.
 bool NumberSuits(FieldType type, double value);
 
+/// Returns the same for a field. A narrowed field holds numbers in the range of a float.
+bool NumberSuits(const Field& field, double value);
+
 /// Returns the element as text: 9 significant digits for a float, 17 for a double. This text gives the same
 /// value when it is read.
 std::string FieldText(FieldRef ref);
@@ -233,6 +237,10 @@ std::string FieldText(FieldRef ref);
 /// Stores a typed value. Returns false and keeps the old value when the text is not a number, is not finite,
 /// or does not suit the type. A text is cut at its first line break and to the room of its field.
 bool SetFieldText(FieldRef ref, std::string_view text);
+
+/// Returns the front of a text that fits a field of `bytes` bytes, its terminator included. Does not cut a UTF-8
+/// character in two. Without a limit (0) returns the whole text.
+std::string_view CutToRoom(std::string_view text, int bytes);
 
 /// Converts the whole `text` into a number. The decimal mark is a full stop; blanks before and after the
 /// number are allowed. Returns an empty result when the text is not a number. "nan" and "inf" are numbers

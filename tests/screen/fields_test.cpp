@@ -50,8 +50,8 @@ TEST_F(FieldsTest, RefusesWhatDoesNotSuitTheType) {
         Case{"NumPoints", "3000000000", false}, Case{"NumPoints", "", false},
         Case{"NumPoints", "12 points", false}, Case{"ADInterval", "nan", false},
         Case{"ADInterval", "inf", false}, Case{"ADInterval", "1e39", false},
-        Case{"ADInterval", " +2.5e-3 ", true}, Case{"KOn[1]", "1e999", false}, Case{"KOn[1]", "1e300", true},
-        Case{"KOn[1]", "1e-999", true}}) {
+        Case{"ADInterval", " +2.5e-3 ", true}, Case{"KOn[1]", "1e999", false}, Case{"KOn[1]", "1e300", false},
+        Case{"KOn[1]", "1e-999", true}, Case{"AnalysisTolerance", "1e300", true}}) {
     SCOPED_TRACE(std::string(name) + " <- " + text);
     const FieldRef field = FindField(name);
     const std::string before = FieldText(field);
@@ -67,6 +67,18 @@ TEST_F(FieldsTest, CutsTextsToTheirRoomAndLine) {
   EXPECT_EQ(Model.StateLabel[1], "open");
   ASSERT_TRUE(SetFieldText(FindField("StateLabel[1]"), std::string(50, 'x')));
   EXPECT_EQ(Model.StateLabel[1].size(), StateLabelBytes - 1U);
+  using Case = std::pair<const char*, const char*>;
+  for (const auto& [text, kept] : {Case{"Zustand \xC3\xB6 offen ganz", "Zustand \xC3\xB6 offen ga"},
+                                   Case{"eighteen characters\xC3\xB6", "eighteen characters"},
+                                   Case{"eighteen character\xC3\xB6", "eighteen character"},
+                                   Case{"17 characters abc\xE2\x82\xAC", "17 characters abc"},
+                                   Case{"16 characters ab\xE2\x82\xAC"
+                                        "x",
+                                        "16 characters ab\xE2\x82\xAC"},
+                                   Case{"16 characters ab\xF0\x9F\x98\x80", "16 characters ab"},
+                                   Case{"short \xC3\xB6", "short \xC3\xB6"}}) {
+    EXPECT_EQ(CutToRoom(text, StateLabelBytes), kept);
+  }
 }
 
 }  // namespace

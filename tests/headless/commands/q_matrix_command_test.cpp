@@ -67,7 +67,7 @@ TEST_F(QMatrixCommandTest, WithoutATimeTheStimulusRests) {
 TEST_F(QMatrixCommandTest, TellsWhyThereIsNone) {
   for (const auto& [setting, status, told] :
        {std::tuple{"ModelIs2D=0", JobFailed, "no rate leads into any state"},
-        {"KOff[6]=1e300", JobFailed, "not a finite number"},
+        {"KOff[6]=1e300", JobMisused, "1e300"},
         {"KOnn[1]=3", JobMisused, "did you mean KOn[1]"}}) {
     options.settings = {setting};
     EXPECT_EQ(Run(), status) << setting;
