@@ -20,6 +20,7 @@ void ClearGridModel() {
   Model.StateMonitored = {};
   Model.StateLabel = {};
   Model.Depend = {};
+  Model.DependIsOfTable = 0;
   Model.RateMatrix = {};
   Model.StateConductance = {};
   Model.DrugLabel = {};

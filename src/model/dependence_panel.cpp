@@ -35,7 +35,7 @@ std::string StateName(int state) {
 }
 
 DependenceTables& OpenTables() {
-  return Open.ofTable ? Model.TableDepend : Model.Depend;
+  return Open.ofTable ? Model.TableDepend : GridDependences();
 }
 
 std::string DrugControl(int drug) {

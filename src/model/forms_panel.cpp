@@ -63,6 +63,7 @@ void FxnMainModel() {
   if (Model.ModelIs2D == 0) {
     ReadTableRates();
     Model.ModelIs2D = 1;
+    RestoreGridDependences();
     RefreshGrid();
   }
   HidePanel(TablePanelName);

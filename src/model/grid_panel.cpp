@@ -134,7 +134,7 @@ void DimMainPanel() {
     const LinkControls& link = LinksOnPanel[n];
     const bool present = Model.StateOn[low] != 0 && Model.StateOn[high] != 0;
     const bool dependent =
-        DependsOnStimulus(Model.Depend, low, high) || DependsOnStimulus(Model.Depend, high, low);
+        DependsOnStimulus(GridDependences(), low, high) || DependsOnStimulus(GridDependences(), high, low);
     for (Control* control : {link.on, link.off, link.kd, link.dependOn, link.dependOff})
       control->visible = present;
     for (Control* control : {link.on, link.off, link.kd}) control->colour = dependent ? DependentColour : "";
@@ -192,7 +192,8 @@ void RefreshLinks() {
     if (const auto kd = LinkKd(n)) {
       readout.number = *kd;
       readout.text = FormatNumber(readout.format, *kd);
-    } else if (!DependsOnStimulus(Model.Depend, low, high) && !DependsOnStimulus(Model.Depend, high, low)) {
+    } else if (!DependsOnStimulus(GridDependences(), low, high) &&
+               !DependsOnStimulus(GridDependences(), high, low)) {
       readout.text.clear();
     }  // a dependent link with a rate of 0 has no constant: the readout keeps its text
   }

@@ -1,7 +1,7 @@
 // The kinetic scheme: its two forms, and its functions for the other folders.
 //
 //   Forms of the scheme     RatesFromGrid  GridFromRates  ActivateTableModel  UpdateTableStates
-//                           CopyGridToTable  CopyTableToGrid
+//                           GridDependences  RestoreGridDependences  CopyGridToTable  CopyTableToGrid
 //   Clearing                ClearModel  ClearGridModel  ClearTableModel
 //   Rates and their names   RateCode  DependsOnStimulus  LinkKd
 //   Run settings            LimitNumPoints  HasSeveralRuns  ForceMultiSubunit  FieldsForcedByMultiSubunit
@@ -18,7 +18,7 @@
 namespace zelvane {
 
 /// Fills `Model.RateMatrix` from the grid: sets all rates to 0, then copies both rates of every link whose
-/// two states are on, converted to float. Does not change `KOn` and `KOff`.
+/// two states are on, converted to float. Does not change `KOn` and `KOff`. Brings back the grid's dependences.
 void RatesFromGrid();
 
 /// Copies `Model.RateMatrix` to `KOn` and `KOff` for every link whose two states are on. Sets the other
@@ -29,8 +29,14 @@ void GridFromRates();
 void UpdateTableStates();
 
 /// Makes the table the scheme of the next run: calls UpdateTableStates, then copies `TableRate` to
-/// `RateMatrix` and every dependence table of the table form to the active one.
+/// `RateMatrix` and every dependence table of the table form to the active one. Keeps those of the grid.
 void ActivateTableModel();
+
+/// Returns the dependences of the grid, also while those of the table are active.
+DependenceTables& GridDependences();
+
+/// Makes the dependences of the grid the active ones, `Model.Depend`.
+void RestoreGridDependences();
 
 /// Copies the grid into the table: rates (through RatesFromGrid), dependences and labels.
 void CopyGridToTable();
@@ -66,16 +72,16 @@ std::optional<double> LinkKd(int link);
 /// Limits `Model.NumPoints`: a value above MaxStimPoints becomes MaxPoints.
 void LimitNumPoints();
 
+/// Returns whether a simulation has several runs. Without them AutoAnalyze and ShowAllTraces are dimmed and have no
+/// effect.
+bool HasSeveralRuns();
+
 /// If `Model.MultiSubunit` is 1, sets StartAtEquilibrium, NumIntervals, ReseedSimulation, AutoAnalyze and
 /// ShowAllTraces to 0, and NumRuns to 1.
 void ForceMultiSubunit();
 
 /// The fields that ForceMultiSubunit sets.
 inline constexpr std::array<std::string_view, 6> FieldsForcedByMultiSubunit = {
-/// Returns whether a simulation has several runs. Without them AutoAnalyze and ShowAllTraces are dimmed and have no
-/// effect.
-bool HasSeveralRuns();
-
     "StartAtEquilibrium", "NumRuns", "NumIntervals", "ReseedSimulation", "AutoAnalyze", "ShowAllTraces"};
 
 }  // namespace zelvane

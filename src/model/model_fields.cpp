@@ -41,6 +41,13 @@ void RegisterScheme() {
       ArrayField("StartOccupancy[]", Model.StartOccupancy),
       TextsField("DrugLabel[]", Model.DrugLabel, DrugLabelBytes),
   });
+  RegisterSettings({
+      DrugField("GridDrugDepend[][][]", Model.GridDepend),
+      TableField("GridVoltDepend[][]", Model.GridDepend.Volt),
+      TableField("GridVoltSteepness[][]", Model.GridDepend.Steepness),
+      TableField("GridVoltRange[][]", Model.GridDepend.Range),
+      ScalarField("DependIsOfTable", Model.DependIsOfTable),
+  });
   RegisterWorkingFields({
       ArrayField("TableStateOn[]", Model.TableStateOn),
       TableField("RateMatrix[][]", Model.RateMatrix, "1/s"),

@@ -37,6 +37,9 @@ struct ModelStore {
   std::array<std::string, MaxStates + 1> StateLabel{};
   DependenceTables
       Depend;  // of the active form: edited directly for the grid, copied from Table before a run
+  DependenceTables
+      GridDepend;           // those of the grid while Depend holds those of the table; see GridDependences
+  int DependIsOfTable = 0;  // 1 = Depend holds those of the table
 
   // -- Scheme: table form --
   StateTable<float> TableRate{};

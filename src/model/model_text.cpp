@@ -293,6 +293,7 @@ bool ReadModelText(std::string_view text, ModelFaults* faults) {
   if (version == 0) return false;
   const std::string_view magic = text.substr(0, text.size() - reader.rest.size());
   reader.lineNumber = static_cast<int>(std::count(magic.begin(), magic.end(), '\n'));
+  RestoreGridDependences();
   WalkModelFile(version, reader);
   UpdateTableStates();
   if (faults != nullptr) *faults = Sentences(std::move(reader.faults), version, reader.lineNumber);
@@ -300,6 +301,7 @@ bool ReadModelText(std::string_view text, ModelFaults* faults) {
 }
 
 std::string ModelText() {
+  RestoreGridDependences();
   Writer writer;
   constexpr std::size_t UsualBytes = std::size_t{64} * 1024;
   writer.text.reserve(UsualBytes);

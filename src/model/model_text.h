@@ -25,7 +25,7 @@ using ModelFaults = std::vector<std::string>;
 inline constexpr std::size_t MaxModelFaults = 5;
 bool ReadModelText(std::string_view text, ModelFaults* faults = nullptr);
 
-/// Returns the stores as the text of a model file in the newest format.
+/// Returns the stores as the text of a model file in the newest format. Brings back the dependences of the grid.
 ///
 /// No line is longer than MaxLineBytes. If plain decimals need more (1e300 takes 308 characters), all
 /// fractional numbers of the line get an exponent and all their digits. A text is cut at its first line

@@ -31,6 +31,7 @@ bool TableLeavesTheGrid() {
 }  // namespace
 
 void RatesFromGrid() {
+  RestoreGridDependences();
   Model.RateMatrix = {};
   for (int n = 1; n <= MaxLinks; ++n) {
     const Link link = LinkTable[n];
@@ -63,7 +64,19 @@ void ActivateTableModel() {
   Model.RateMatrix = Model.TableRate;
   // A file can have values on the diagonal; a simulator would take them as transitions of a state to itself.
   for (int s = 1; s <= MaxStates; ++s) Model.RateMatrix[s][s] = 0.0F;
+  if (Model.DependIsOfTable == 0) Model.GridDepend = Model.Depend;
+  Model.DependIsOfTable = 1;
   Model.Depend = Model.TableDepend;
+}
+
+DependenceTables& GridDependences() {
+  return Model.DependIsOfTable != 0 ? Model.GridDepend : Model.Depend;
+}
+
+void RestoreGridDependences() {
+  if (Model.DependIsOfTable == 0) return;
+  Model.DependIsOfTable = 0;
+  Model.Depend = Model.GridDepend;
 }
 
 void CopyGridToTable() {
@@ -76,6 +89,7 @@ void CopyGridToTable() {
 bool CopyTableToGrid() {
   Model.StateLabel = Model.TableStateLabel;
   Model.Depend = Model.TableDepend;
+  Model.DependIsOfTable = 0;
   Model.RateMatrix = {};
   Model.StateOn = {};
   for (int n = 1; n <= MaxLinks; ++n) {
@@ -101,8 +115,8 @@ bool DependsOnStimulus(const DependenceTables& tables, int from, int to) {
 
 std::optional<double> LinkKd(int n) {
   const auto [low, high] = LinkTable[n];
-  const bool forward = DependsOnStimulus(Model.Depend, low, high);
-  const bool backward = DependsOnStimulus(Model.Depend, high, low);
+  const bool forward = DependsOnStimulus(GridDependences(), low, high);
+  const bool backward = DependsOnStimulus(GridDependences(), high, low);
   if ((!forward && !backward) || Model.KOn[n] == 0.0 || Model.KOff[n] == 0.0) return std::nullopt;
   return backward ? Model.KOn[n] / Model.KOff[n] : Model.KOff[n] / Model.KOn[n];
 }

@@ -63,10 +63,10 @@ std::string RateTip(int link, bool forward) {
   const int from = forward ? low : high;
   const int to = forward ? high : low;
   const double rate = forward ? Model.KOn[link] : Model.KOff[link];
-  const std::string depends = DependenceText(Model.Depend, from, to);
+  const std::string depends = DependenceText(GridDependences(), from, to);
   std::string tip = FormatText(
       "K%d %s: %s to %s\n%s %s", link, forward ? "on" : "off", StateName(from).c_str(), StateName(to).c_str(),
-      CompactNumber(rate, TipDigits).c_str(), UnitOfRate(DrugsOf(Model.Depend, from, to)).c_str());
+      CompactNumber(rate, TipDigits).c_str(), UnitOfRate(DrugsOf(GridDependences(), from, to)).c_str());
   if (!depends.empty()) tip += "\nDepends on " + depends;
   return tip;
 }

@@ -35,9 +35,9 @@ const std::map<std::string, Range> Ranges{
     {"AnalysisTolerance", {0.125, 8}}, {"FitAlignChoice", {0, 1}}};
 // clang-format on
 
-/// Returns whether reading a model calculates the field from other fields.
+/// Returns whether reading or writing a model sets the field from others.
 bool IsDerived(const Field& field) {
-  return field.name == "TableStateOn[]";
+  return field.name == "TableStateOn[]" || field.name == "DependIsOfTable";
 }
 
 constexpr std::ptrdiff_t LargeArray = 100'000;

@@ -71,6 +71,28 @@ TEST_F(FormsPanelTest, SwitchingMovesNoRateAndKeepsWhatWasTyped) {
   EXPECT_EQ(FindCommand("fxnk0107"), FindControl("TableRate[1][7]"));
 }
 
+TEST_F(FormsPanelTest, ARunOfTheTableLeavesTheDependencesOfTheGrid) {
+  const std::string model = folder.File("m.mod");
+  const std::string run =
+      "press OnOff_State_1; press OnOff_State_2; enter KOn[1] 1e7; enter KOff[1] 10; press FxnDepend1On; "
+      "set DependDrug[1] 1; press FxnExitConc; set MultiSubunit 0; enter SimulatorKind 0; press FxnTableModel; "
+      "enter TableRate[1][2] 5; enter TableRate[2][1] 5; press fxndep0102; set DependDrug[2] 1; press FxnExitConc; "
+      "press AcquireData; ";
+  const std::string both = "get DrugDepend[1][1][2]; get DrugDepend[2][1][2]; ";
+  EXPECT_EQ(Told(run + both + "control KOn[1]"), (Values{0, 1, 1e7, "green"})) << "the table is active";
+  for (const std::string& back :
+       {std::string("press FxnMainModel; "), "choose " + model + "; press SaveParameters; ",
+        std::string("press FxnDepend1Off; press FxnExitConc; press FxnMainModel; "),
+        std::string("press FxnGetGraphModel; "),
+        std::string("enter KOn[1] 3; press FxnUndo; press FxnUndo; ")}) {
+    EXPECT_EQ(Told(run + back + both), (Values{1, 0})) << back;
+  }
+  EXPECT_EQ(Told("choose " + model + "; press OpenParameterFile; get TableDrugDepend[2][1][2]; " + both),
+            (Values{1, 1, 0}));
+  EXPECT_EQ(Told(run + "press FxnMainModel; press FxnTableModel; press AcquireData; " + both),
+            (Values{0, 1}));
+}
+
 TEST_F(FormsPanelTest, EachClearLeavesWhatIsTypedIntoTheOtherForm) {
   const auto lines =
       Run("enter KOn[1] 5; set TableRate[1][2] 6; answer yes; press FxnClear2DModel; get KOn[1]; "

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "desktop/widgets/text.h"
+#include "model/model.h"
 #include "model/scheme_text.h"
 
 namespace zelvane {
@@ -59,7 +60,7 @@ QString SchemeLayout::rateText(const Control& rate) {
 
 QString SchemeLayout::badgeText(int link, bool forward) {
   const auto [low, high] = LinkTable[link];
-  return ToQt(DependenceText(Model.Depend, forward ? low : high, forward ? high : low));
+  return ToQt(DependenceText(GridDependences(), forward ? low : high, forward ? high : low));
 }
 
 void SchemeLayout::place(const QSizeF& size, const QFont& font) {

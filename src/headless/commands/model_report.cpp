@@ -8,7 +8,7 @@
 #include "headless/commands/one_job.h"
 #include "headless/commands/run_summary.h"
 #include "kinetics/rate_factor.h"
-#include "model/model_store.h"
+#include "model/model.h"
 #include "platform/index.h"
 #include "stimulus/stimulus_store.h"
 
@@ -192,8 +192,10 @@ std::vector<RateAccount> GridRates() {
   for (int n = 1; n <= MaxLinks; ++n) {
     const auto [low, high] = LinkTable[Index(n)];
     if (Model.StateOn[Index(low)] == 0 || Model.StateOn[Index(high)] == 0) continue;
-    if (Model.KOn[Index(n)] != 0.0) rates.push_back(Account(low, high, Model.KOn[Index(n)], Model.Depend));
-    if (Model.KOff[Index(n)] != 0.0) rates.push_back(Account(high, low, Model.KOff[Index(n)], Model.Depend));
+    if (Model.KOn[Index(n)] != 0.0)
+      rates.push_back(Account(low, high, Model.KOn[Index(n)], GridDependences()));
+    if (Model.KOff[Index(n)] != 0.0)
+      rates.push_back(Account(high, low, Model.KOff[Index(n)], GridDependences()));
   }
   return rates;
 }
