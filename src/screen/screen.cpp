@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <unordered_map>
+#include <utility>
 
 #include "platform/index.h"
 #include "screen/announce.h"
@@ -237,13 +238,13 @@ void ShowTask(std::string_view name) {
 
 void LeaveTask(std::string_view name) {
   HidePanel(name);
-  for (const Panel& panel : Screen.panels) {
-    if (!panel.tag.empty() && panel.tag == Screen.PreviousPanelTag) {
-      const std::string former = panel.name;
-      ShowTask(former);
-      return;
-    }
-  }
+  if (Screen.PanelTag != PanelNamed(name).tag) return;
+  const std::string former = std::exchange(Screen.PreviousPanelTag, PanelNamed(MainPanelName).tag);
+  const auto panel = std::find_if(Screen.panels.begin(), Screen.panels.end(),
+                                  [&](const Panel& task) { return !task.tag.empty() && task.tag == former; });
+  if (panel == Screen.panels.end()) return;
+  Screen.PanelTag = former;  // the way back is gone, so a second Done does not return to this task
+  ShowTask(panel->name);
 }
 
 }  // namespace zelvane

@@ -298,7 +298,8 @@ bool PanelVisible(std::string_view name);
 /// PreviousPanelTag.
 void ShowTask(std::string_view panel);
 
-/// Hides a task panel and sets PanelTag to PreviousPanelTag.
+/// Hides a task panel. If it was in front, shows the task before it (PreviousPanelTag); the task before that
+/// one is then MainPanel.
 void LeaveTask(std::string_view panel);
 
 /// Shows a panel modally with a message. Returns true when the user leaves it with ok; its controls then

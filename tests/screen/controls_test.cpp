@@ -136,17 +136,22 @@ TEST_F(ControlsTest, OnlyTheFourFileErrorsAreTold) {
   EXPECT_EQ(popups[3], (SeenPopup{"! File error", "IO Error 103: Wrong File Format"}));
 }
 
-TEST_F(ControlsTest, TaskPanelsReplaceOneAnotherAndComeBack) {
+TEST_F(ControlsTest, TaskPanelsReplaceOneAnotherAndComeBackOnce) {
   AddPanel({"MainPanel", "Main", "MN"});
   AddPanel({"StimulusPanel", "Stimulus", "ST"});
+  AddPanel({"AnalysisPanel", "Analysis", "AN"});
   ShowTask("MainPanel");
   ShowTask("StimulusPanel");
-  EXPECT_EQ(Screen.PanelTag, "ST");
+  ShowTask("AnalysisPanel");
   EXPECT_FALSE(PanelVisible("MainPanel"));
-  LeaveTask("StimulusPanel");
-  EXPECT_EQ(Screen.PanelTag, "MN");
-  EXPECT_TRUE(PanelVisible("MainPanel"));
-  EXPECT_FALSE(PanelVisible("StimulusPanel"));
+  for (const auto& [left, tag, shown] : {std::tuple{"AnalysisPanel", "ST", "StimulusPanel"},
+                                         {"AnalysisPanel", "ST", "StimulusPanel"},  // it is not in front
+                                         {"StimulusPanel", "MN", "MainPanel"}}) {
+    LeaveTask(left);
+    EXPECT_EQ(Screen.PanelTag, tag);
+    EXPECT_TRUE(PanelVisible(shown));
+    EXPECT_FALSE(PanelVisible(left));
+  }
 }
 
 }  // namespace
