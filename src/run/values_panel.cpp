@@ -2,8 +2,13 @@
 // run.
 #include <algorithm>
 #include <cstddef>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "model/model_store.h"
+#include "platform/index.h"
 #include "run/result_store.h"
 #include "run/run_panels.h"
 #include "run/saved_steps.h"
@@ -21,33 +26,37 @@ constexpr char NoResult[] = "There is no result to show in the table. Run a simu
 
 constexpr int ManyRows = 5100;  // with more rows a message says that filling takes time
 
-/// Fills the table with `rows` rows of time and value from `timeOf(row)` and `valueOf(row)`, rows from 0.
-template <typename TimeOf, typename ValueOf>
-void FillRows(int rows, TimeOf timeOf, ValueOf valueOf) {
-  if (rows > ManyRows) MessagePopup(SlowTitle, SlowText);
-  Table& table = TableNamed(TableName);
-  table.rows = rows;
-  table.cells.clear();
-  table.cells.reserve(2 * static_cast<std::size_t>(rows));
-  for (int row = 0; row < rows; ++row) {
-    table.cells.push_back(FormatText("%.9g", static_cast<double>(timeOf(row))));
-    table.cells.push_back(FormatText("%.9g", static_cast<double>(valueOf(row))));
-  }
+/// The result when the table was filled: a cell is made of it when it is looked at.
+struct FilledValues {
+  std::vector<float> values{};
+  std::vector<double> timesMs{};  // of saved steps; empty for samples, which follow each other by the interval
+  float intervalMs = 0.0F;
+};
+
+FilledValues& Filled() {
+  static FilledValues filled;
+  return filled;
 }
 
-void FillFromSavedSteps() {
-  const std::vector<float> values = SavedStepValues();
-  const std::vector<double> times = SavedStepTimes();
-  FillRows(
-      static_cast<int>(values.size()), [&](int row) { return times[static_cast<std::size_t>(row)]; },
-      [&](int row) { return values[static_cast<std::size_t>(row)]; });
+double FilledTime(std::size_t row) {
+  const FilledValues& filled = Filled();
+  if (!filled.timesMs.empty()) return filled.timesMs[row];
+  return static_cast<double>(static_cast<float>(row) * filled.intervalMs);
 }
 
-void FillFromTrace() {
-  FillRows(
-      std::clamp(Model.NumPoints, 0, MaxStimPoints),
-      [](int row) { return static_cast<float>(row) * Model.ADInterval; },
-      [](int row) { return Trace.SimTrace[static_cast<std::size_t>(row)]; });
+std::string MakeCell(int row, int column) {
+  const std::size_t i = Index(row) - 1;
+  return FormatText("%.9g", column == 1 ? FilledTime(i) : static_cast<double>(Filled().values[i]));
+}
+
+FilledValues SavedSteps() {
+  return {.values = SavedStepValues(), .timesMs = SavedStepTimes()};
+}
+
+FilledValues Samples() {
+  const std::span<const float> trace =
+      Trace.SimTrace.first(Index(std::clamp(Model.NumPoints, 0, MaxStimPoints)));
+  return {.values = {trace.begin(), trace.end()}, .intervalMs = Model.ADInterval};
 }
 
 void FxnFillTable(const ControlEvent& /*event*/) {
@@ -55,11 +64,11 @@ void FxnFillTable(const ControlEvent& /*event*/) {
     MessagePopup(WarningTitle, NoResult);
     return;
   }
-  if (Result.ResultKind == ResultSavedSteps) {
-    FillFromSavedSteps();
-  } else {
-    FillFromTrace();
-  }
+  FilledValues filled = Result.ResultKind == ResultSavedSteps ? SavedSteps() : Samples();
+  const int rows = static_cast<int>(filled.values.size());
+  if (rows > ManyRows) MessagePopup(SlowTitle, SlowText);
+  Filled() = std::move(filled);
+  TableNamed(TableName).rows = rows;
   ShowPanel(PanelName);  // also reports the changed table to the front end
 }
 
@@ -89,8 +98,10 @@ void AddValuesTablePanel() {
             .title = "Values",
             .help = "Time and value of every point of the trace. For an adaptive run, of every saved step."});
   AddControls(PanelName, "values", ValuesControls);
+  Filled() = FilledValues{};
   Table& table = AddTable(PanelName, TableName, 0, 2);
   table.columnTitles = {"Time (ms)", "Value"};
+  table.made = MakeCell;
   table.help = "Time (ms) and value of the last result.";
   AddMenu(ValuesMenu);
 }

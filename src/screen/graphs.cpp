@@ -148,8 +148,8 @@ void ScrollTable(Table& table, int topRow, int leftColumn) {
   AnnouncePanel(*table.panel);
 }
 
-const std::string& CellText(const Table& table, int row, int column) {
-  return table.cells[CellIndex(table, row, column)];
+std::string CellText(const Table& table, int row, int column) {
+  return table.made != nullptr ? table.made(row, column) : table.cells[CellIndex(table, row, column)];
 }
 
 void InsertLine(TextBox& box, std::string_view line) {

@@ -176,13 +176,14 @@ struct Table {
   int columns = 0;
   std::vector<std::string> rowTitles;
   std::vector<std::string> columnTitles;
-  std::vector<std::string> cells;  // row after row
+  std::vector<std::string> cells;  // row after row; unused with `made`
   bool editable = false;
   bool numeric = true;  // a typed cell must be a number
   std::string command;  // name of the callback of a cell's commit
   std::string help;
   void (*committed)(Table&, int row, int column) = nullptr;
   void (*clicked)(Table&, int row, int column) = nullptr;  // a click or double click on a cell
+  std::string (*made)(int row, int column) = nullptr;      // makes the text of a cell when it is looked at
   int markedRow = 0;                                       // shown in colour; 0 = none
   int topRow = 1;                                          // first row and column in view
   int leftColumn = 1;
@@ -407,7 +408,7 @@ void MarkRow(Table& table, int row);
 
 /// Scrolls a table so that its view begins at this row and column.
 void ScrollTable(Table& table, int topRow, int leftColumn);
-const std::string& CellText(const Table& table, int row, int column);
+std::string CellText(const Table& table, int row, int column);
 void InsertLine(TextBox& box, std::string_view line);
 void ClearLines(TextBox& box);
 

@@ -163,7 +163,8 @@ TEST_F(RunPanelTest, TheTableOfValuesHoldsEveryPointOrEverySavedStep) {
       (std::vector<SeenPopup>{{"! Slow operation", "Creating the table of values may take some time."}}));
   ASSERT_EQ(table.rows, 200);
   EXPECT_NEAR(cell(200, 1), 1.99F, 1e-5F);
-  EXPECT_EQ(cell(200, 2), Trace.SimTrace[199]);
+  const float last = std::exchange(Trace.SimTrace[199], -7.0F);
+  EXPECT_EQ(cell(200, 2), last) << "the result when the table was filled";
   Model.SimulatorKind = AdaptiveIntegrator;
   Model.Depend.Drug[1][1][2] = 1;
   Model.KOn[1] = 1e6;

@@ -185,7 +185,7 @@ std::optional<CellAddress> FindCell(DriveSession& session, Words words) {
 
 /// Writes a cell: a number where the table and the cell hold numbers, else the text.
 void WriteCell(DriveSession& session, const CellAddress& cell) {
-  const std::string& text = CellText(*cell.table, cell.row, cell.column);
+  const std::string text = CellText(*cell.table, cell.row, cell.column);
   const auto number = cell.table->numeric ? ParseNumber(text) : std::nullopt;
   Json object = Named(cell.table->name);
   object["value"] = number ? NumberJson(*number) : Json(text);
