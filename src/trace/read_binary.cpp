@@ -172,7 +172,8 @@ RecordingRead ReadAbf(RecordingFile& file, RecordingFacts facts, std::span<float
   FillAbfFacts(account, facts);
   const int episodeSamples = file.SweepSamples(facts.episode);
   if (episodeSamples < 1) return RefuseWithoutSamples(facts.path);
-  if (questions != Questions::AsBefore && !ChoosePart(facts)) {
+  const bool open = questions != Questions::AsBefore || facts.parse.result == 2;  // 2: the user cancelled
+  if (open && !ChoosePart(facts)) {
     FillAbfInfo(account, facts);
     return {Reading::Emptied, std::move(facts)};
   }

@@ -235,6 +235,8 @@ TEST_F(TraceReadTest, AFileTooLongForTheTraceOpensTheParsePanel) {
   EXPECT_EQ(Trace.ParseResult, 2);  // unanswered: cancelled
   EXPECT_EQ(Trace.TraceValid, 0);
   EXPECT_EQ(Model.NumPoints, 10240);
+  EXPECT_EQ(Run("open " + path + "\npress FxnNextSection\n").size(), 2U) << "a step asks again";
+  EXPECT_EQ(Trace.TraceValid, 0);
   Run("reply ok\nopen " + path + "\n");
   EXPECT_EQ(Model.NumPoints, 3'000'000);
   EXPECT_EQ(Trace.SimTrace[2'999'999], static_cast<float>(5'999'998 % 1024));
