@@ -2,11 +2,13 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 
 #include "analysis/analysis_panel.h"
 #include "analysis/analysis_plot_panels.h"
 #include "analysis/analysis_store.h"
 #include "analysis/analysis_views.h"
+#include "analysis/analyze.h"
 #include "platform/index.h"
 #include "screen/screen.h"
 
@@ -56,10 +58,41 @@ void CursorMoved(Graph& /*graph*/, int cursor) {
       HideCursorsOutsideView();
       ShowCursorReadouts();
       return;
+    case ZoomFirstCursor:
+      PlaceFirstCorner();
+      return;
     default:
       return;
   }
   FollowSettings();
+}
+
+/// Shows the measures that a cursor at x would give.
+void CursorDragged(Graph& /*graph*/, int cursor, double x) {
+  MeasureSettings settings = StoredMeasureSettings();
+  const auto points = [x](std::size_t from) {
+    return static_cast<int>(std::clamp(std::trunc(x - AnalysisCursor(from).x), 0.0, 2147483647.0));
+  };
+  switch (Index(cursor) - 1) {
+    case BaseStartCursor:
+      settings.baselineStart = MsOf(x);
+      break;
+    case BaseEndCursor:
+      if (x >= AnalysisCursor(BaseStartCursor).x) settings.baselinePts = points(BaseStartCursor);
+      break;
+    case SearchStartCursor:
+      settings.startAnalysis = MsOf(x);
+      break;
+    case SearchEndCursor:
+      if (x >= AnalysisCursor(SearchStartCursor).x) settings.peakSearchPts = points(SearchStartCursor);
+      break;
+    case LatencyCursor:
+      settings.latencyPos = MsOf(x);
+      break;
+    default:
+      return;
+  }
+  ShowLiveMeasures(settings);
 }
 
 /// Puts a stretch at two places of the view and writes it to its fields.
@@ -71,6 +104,13 @@ void BringStretch(std::size_t from, double fromPart, double toPart, float& start
   start = MsOf(AnalysisCursor(from).x);
   count = CountBetween(from, from + 1);
   FollowSettings();
+}
+
+/// Turns a stretch of negative length around.
+void SortStretch(float& start, int& count) {
+  if (count >= 0) return;
+  start = MsOf(SampleOf(start) + count);
+  count = static_cast<int>(-std::max<std::int64_t>(count, -2147483647));
 }
 
 // -- Callbacks --
@@ -108,10 +148,18 @@ void AddAnalysisCursors() {
     graph.cursors[c] = {10.0 * static_cast<double>(c + 1), 50.0, !zoomPair, CursorColours[c]};
   }
   graph.cursorMoved = CursorMoved;
+  graph.cursorDragged = CursorDragged;
 }
 
 Cursor& AnalysisCursor(std::size_t cursor) {
   return AnalysisGraph().cursors[cursor];
+}
+
+void SortAnalysisCursors() {
+  ReadAnalysisPanel();
+  SortStretch(Analysis.BaselineStart, Analysis.BaselinePts);
+  SortStretch(Analysis.StartAnalysis, Analysis.PeakSearchPts);
+  FollowSettings();
 }
 
 void PlaceAnalysisCursors() {

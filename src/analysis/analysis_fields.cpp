@@ -54,6 +54,7 @@ void RegisterAnalysisFields() {
       ScalarField("AutoRescale", Analysis.AutoRescale),
       ScalarField("YMinGain", Analysis.YMinGain),
       ScalarField("YMaxGain", Analysis.YMaxGain),
+      ScalarField("MeasureWhileMoving", Analysis.MeasureWhileMoving),
   });
   RegisterResults({
       ScalarField("Baseline", Analysis.Measures.Baseline),

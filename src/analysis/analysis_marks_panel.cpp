@@ -7,7 +7,6 @@
 #include "analysis/analysis_plot_panels.h"
 #include "analysis/analysis_store.h"
 #include "analysis/analysis_views.h"
-#include "analysis/analyze.h"
 #include "analysis/measures.h"
 #include "numerics/rounding.h"
 #include "screen/screen.h"
@@ -68,9 +67,10 @@ void DrawLatency(const MeasureSettings& settings, const ResponseMeasures& m) {
 
 void DrawAnalysisMarks() {
   KeepPlots(AnalysisGraph(), 1);
-  const MeasureSettings settings = StoredMeasureSettings();
-  const ResponseMeasures& m = Analysis.Measures;
-  const auto made = [&m](unsigned bit) { return (m.measured & bit) != 0; };
+  const ShownMeasures shown = MeasuresOnPanel();
+  const MeasureSettings& settings = shown.settings;
+  const ResponseMeasures& m = shown.measures;
+  const auto made = [bits = m.measured](unsigned bit) { return (bits & bit) != 0; };
   if (AnalysisGraph().plots.empty() || !(settings.intervalMs > 0.0F)) return;
   if (made(MeasuredIntegral)) DrawIntegralBar(settings);
   if (made(MeasuredBaseline)) DrawBaseline(settings, m);

@@ -17,6 +17,7 @@
 #include "platform/index.h"
 #include "screen/screen.h"
 #include "trace/trace_events.h"
+#include "trace/trace_graph.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -31,6 +32,7 @@ constexpr char PanelHelp[] =
 constexpr char WaveformFitQuestion[] =
     "Do you want to re-initiate waveform fitting?\nIf not, AnalysisMode and FitLimits to analyze peak, rise "
     "time, decay times etc.";
+constexpr char LiveColour[] = "mark";  // of readouts with live values
 constexpr char NoFit[] = "No exponential fit ran.";
 
 // -- Counts of samples that the panel shows in ms --
@@ -83,7 +85,21 @@ void FxnPeakSearchPts(const ControlEvent&) {
 
 void FxnPosition(const ControlEvent&) {
   PlaceAnalysisCursors();
-  MeasureAgain();
+  ShowLiveMeasures(StoredMeasureSettings());
+}
+
+void FxnSetting(const ControlEvent&) {
+  ShowLiveMeasures(StoredMeasureSettings());
+}
+
+void FxnTraceUnits(const ControlEvent&) {
+  if (Trace.TraceUnits <= TraceProbability) {
+    Model.DisplayUnits = Trace.TraceUnits;
+    ShowField("DisplayUnits");
+  }
+  ShowTraceUnits();
+  ShowMeasures();
+  ShowBetweenCursors();
 }
 
 void AN_AnalyzeButton(const ControlEvent&) {
@@ -111,7 +127,6 @@ void DimAnalysisPanel() {
   SetDimmed("PeakOption", Analysis.PeakAvePts <= 1);
   SetDimmed("YMinGain", Analysis.AutoRescale != 0);
   SetDimmed("YMaxGain", Analysis.AutoRescale != 0);
-  SetDimmed("VerifyMeasures", Analysis.AutoSaveMeasures == 0);
 }
 
 constexpr auto Number = ControlKind::Number;
@@ -156,32 +171,32 @@ constexpr ControlDecl SettingControls[] = {
      .help = "Length (ms) of the search for the peak. The peak is the sample, or the group of samples, farthest "
      "from the baseline.",
      .toShown = CountToMs, .toStored = MsToCount},
-    {.name = "PeakAvePts", .kind = Number, .label = "Peak Average Pts", .format = "%d", .command = "FxnPeakAvePts",
+    {.name = "PeakAvePts", .kind = Number, .label = "Peak Average Pts", .format = "%d", .command = "FxnPeakAvePts", .action = FxnSetting,
      .help = "Number of consecutive samples to average for the peak. More samples reduce the bias of the peak in "
      "a noisy trace."},
-    {.name = "PeakOption", .kind = Choice, .label = "Peak stands at", .format = "%d", .command = "FxnPeakOption",
+    {.name = "PeakOption", .kind = Choice, .label = "Peak stands at", .format = "%d", .command = "FxnPeakOption", .action = FxnSetting,
      .help = "Position of the peak among the averaged samples: the first, the middle one, or the sample after the "
      "last.",
      .choices = "first|middle|end"},
-    {.name = "RiseStartFrac", .kind = Number, .label = "Rise from", .format = "%g", .command = "FxnRiseStartFrac",
+    {.name = "RiseStartFrac", .kind = Number, .label = "Rise from", .format = "%g", .command = "FxnRiseStartFrac", .action = FxnSetting,
      .help = "Fraction of the amplitude at which the rise time begins, such as 0.1."},
-    {.name = "RiseEndFrac", .kind = Number, .label = "Rise to", .format = "%g", .command = "FxnRiseEndFrac",
+    {.name = "RiseEndFrac", .kind = Number, .label = "Rise to", .format = "%g", .command = "FxnRiseEndFrac", .action = FxnSetting,
      .help = "Fraction of the amplitude at which the rise time ends, such as 0.9."},
-    {.name = "FracDecay", .kind = Number, .label = "Fraction decayed", .format = "%g", .command = "FxnFracDecay",
+    {.name = "FracDecay", .kind = Number, .label = "Fraction decayed", .format = "%g", .command = "FxnFracDecay", .action = FxnSetting,
      .help = "Decay time and width use the level at which this fraction of the amplitude is lost. With 0.5 the "
      "width is the half-width. With 0.632 the decay time of an exponential is its time constant."},
     {.name = "LatencyPos", .kind = Number, .label = "Latency from", .unit = "ms", .format = "%g",
      .command = "FxnLatencyPos", .action = FxnPosition,
      .help = "Time (ms) at which latencies begin, for example that of the stimulus: cursor 9 on the plot."},
     {.name = "LatencyFrac", .kind = Number, .label = "Latency to fraction", .format = "%g",
-     .command = "FxnLatencyFrac", .help = "Fraction of the amplitude at which the latency of the rise ends."},
+     .command = "FxnLatencyFrac", .action = FxnSetting, .help = "Fraction of the amplitude at which the latency of the rise ends."},
     {.name = "FitMode", .kind = Choice, .label = "Exponential fit", .format = "%d", .command = "AN_Expmodel",
      .help = "Switch exponential fitting model between single or dual components.",
      .choices = "none|decay|two decays|rise", .toShown = SameNumber, .toStored = SameNumber},
-    {.name = "AnalysisFitPts", .kind = Number, .label = "Num Fit Pts", .format = "%d", .command = "FxnNumFitPts",
+    {.name = "AnalysisFitPts", .kind = Number, .label = "Num Fit Pts", .format = "%d", .command = "FxnNumFitPts", .action = FxnSetting,
      .help = "Number of data points used by simplex algorithm in fitting routine.\nTotal fit range is defined by the product "
             "of Parse and Num Fit Pts."},
-    {.name = "AnalysisParse", .kind = Number, .label = "Parse", .format = "%d", .command = "FxnParseWaveform",
+    {.name = "AnalysisParse", .kind = Number, .label = "Parse", .format = "%d", .command = "FxnParseWaveform", .action = FxnSetting,
      .help = "Number of data points to skip in between each fitted data point.\nTotal fit range is defined by the product of "
             "Parse and Num Fit Pts."},
     {.name = "AutoSaveMeasures", .kind = Switch, .label = "Save each analysis", .format = "%d",
@@ -189,6 +204,14 @@ constexpr ControlDecl SettingControls[] = {
      .help = "Append every analysis to the measures file (*.res). A spreadsheet can read this file.", .choices = "off|on"},
     {.name = "VerifyMeasures", .kind = Switch, .label = "Ask before saving", .format = "%d",
      .command = "FxnVerifyMeasures", .help = "Ask before each automatic save.", .choices = "off|on"},
+};
+
+/// Not among the settings that commands read from the panel: a run or a recording changes it too.
+constexpr ControlDecl UnitControls[] = {
+    {.name = "TraceUnits", .kind = Choice, .label = "Units of the trace", .format = "%d", .command = "FxnTraceUnits",
+     .action = FxnTraceUnits,
+     .help = "Units of the trace. A recording in ABF names them; choose them for a text recording. #, pS, pA and Po "
+     "become the display units of the model too.", .choices = "#|pS|pA|Po|uV|mV|nA"},
 };
 
 constexpr ControlDecl ResultControls[] = {
@@ -278,17 +301,17 @@ constexpr UnitLabel UnitLabels[] = {
     {"FitOffset", "Offset (%s)", "Exp Offset (#)"}};
 
 void ShowUnits() {
-  const bool known = Trace.TraceUnits > 0 && Trace.TraceUnits < static_cast<int>(UnitWords.size());
+  ShowField("TraceUnits");
+  const std::string unit = TraceUnitWord();
   for (const UnitLabel& label : UnitLabels) {
-    std::string text = known ? label.withUnit : label.plain;
-    if (known) text.replace(text.find("%s"), 2, UnitWords[Index(Trace.TraceUnits)]);
+    std::string text = unit.empty() ? label.plain : label.withUnit;
+    if (!unit.empty()) text.replace(text.find("%s"), 2, unit);
     ControlNamed(label.control).label = text;
   }
   const bool one = Parameters.FitMode == FitDecay || Parameters.FitMode == FitRise;
   ControlNamed("FitTau1").label = one ? "Tau (ms)" : "Tau1 (ms)";
   Graph& graph = GraphNamed(AnalysisPanelName);
-  SetAxisTitle(graph, 'y',
-               known ? FormatText("Amplitude (%s)", UnitWords[Index(Trace.TraceUnits)]) : "Amplitude (#)");
+  SetAxisTitle(graph, 'y', unit.empty() ? "Amplitude (#)" : "Amplitude (" + unit + ')');
 }
 
 void ShowStatus() {
@@ -307,8 +330,8 @@ void ShowResult(const char* control, double value, bool measured) {
     ShowText(control, "");
 }
 
-void ShowFit() {
-  const bool ran = Analysis.FitRan != 0;
+void ShowFit(const ShownMeasures& shown) {
+  const bool ran = Analysis.FitRan != 0 && !shown.live;
   const bool two = ran && Parameters.FitMode == FitTwoDecays;
   ShowResult("FitAmp1", AnalysisFit.FitAmp1, ran);
   ShowResult("FitTau1", AnalysisFit.FitTau1, ran);
@@ -318,7 +341,7 @@ void ShowFit() {
   ShowResult("FitGoodness", static_cast<double>(AnalysisFit.FitGoodness), ran);
   if (!ran)
     ShowText("AnalysisFitNote",
-             IsExponentialFit(Parameters.FitMode) && Analysis.Measures.measured != 0 ? NoFit : "");
+             IsExponentialFit(Parameters.FitMode) && shown.measures.measured != 0 ? NoFit : "");
 }
 
 }  // namespace
@@ -330,6 +353,7 @@ void AddAnalysisPanel() {
             .close = CloseAnalysisPanel,
             .help = PanelHelp});
   AddControls(AnalysisPanelName, SettingsGroup, SettingControls);
+  AddControls(AnalysisPanelName, "units", UnitControls);
   AddControls(AnalysisPanelName, ResultsGroup, ResultControls);
   AddControls(AnalysisPanelName, "status", StatusControls);
   AddControls(AnalysisPanelName, "commands", CommandControls);
@@ -337,7 +361,9 @@ void AddAnalysisPanel() {
   for (Control* control : PanelNamed(AnalysisPanelName).controls) {
     if (control->group == ResultsGroup) control->field = FieldRef{};
   }
+  AddLiveMeasures();  // before the view, whose listeners show what it keeps
   AddAnalysisView();
+  AddMainCursorReadouts();
   AddAnalysisTable();
   AddAnalysisSections();
   PanelNamed(AnalysisPanelName).dim.push_back(DimAnalysisPanel);  // last, because the rule needs the controls
@@ -365,7 +391,12 @@ void ShowAnalysisSettings() {
 void FollowSettings() {
   ShowAnalysisSettings();
   PlaceAnalysisCursors();
-  MeasureAgain();
+  ShowLiveMeasures(StoredMeasureSettings());
+}
+
+std::string TraceUnitWord() {
+  const bool known = Trace.TraceUnits > 0 && Trace.TraceUnits < static_cast<int>(UnitWords.size());
+  return known ? UnitWords[Index(Trace.TraceUnits)] : "";
 }
 
 void WriteAnalysisPanel() {
@@ -377,9 +408,11 @@ void WriteAnalysisPanel() {
 }
 
 void ShowMeasures() {
-  const ResponseMeasures& m = Analysis.Measures;
+  const ShownMeasures shown = MeasuresOnPanel();
+  const ResponseMeasures& m = shown.measures;
   const auto show = [&](const char* control, float value, unsigned bit) {
     ShowResult(control, static_cast<double>(value), (m.measured & bit) != 0);
+    SetColour(control, shown.live ? LiveColour : "");
   };
   show("Baseline", m.Baseline, MeasuredBaseline);
   show("BaselineVar", m.BaselineVar, MeasuredVariance);
@@ -396,7 +429,7 @@ void ShowMeasures() {
   show("Coastline", m.Coastline, MeasuredIntegral);
   ShowUnits();
   ShowStatus();
-  ShowFit();
+  ShowFit(shown);
 }
 
 }  // namespace zelvane

@@ -4,7 +4,7 @@
 //   Panel and store    ReadAnalysisPanel  WriteAnalysisPanel
 //   What is shown      ShowMeasures  ShowMeasuresFile  ShowTableFile  RefreshAnalysisView  ShowAnalysisMarks
 //                      ShowNewTrace  ClearAnalysisPlots
-//   What is seen       SamplesInView
+//   What is seen       SamplesInView  SortAnalysisCursors
 //   Results table      ShowTableRow  ShowResultsTable  MarkTableRow
 //   Commands           OpenAnalysisPanel
 //
@@ -37,7 +37,7 @@ void ReadAnalysisPanel();
 /// the time of its field.
 void WriteAnalysisPanel();
 
-/// Shows the measures. A measure that is missing stays empty.
+/// Shows the measures, live or of the last analysis. A measure that is missing stays empty.
 void ShowMeasures();
 
 /// Shows the measures file in use and the number of rows written to it.
@@ -62,6 +62,9 @@ struct SampleRange {
   int last = 0;
 };
 SampleRange SamplesInView();
+
+/// Sorts the two cursors of the baseline and those of the peak search by their places, with their fields.
+void SortAnalysisCursors();
 
 /// Removes every plot of the graph.
 void ClearAnalysisPlots();

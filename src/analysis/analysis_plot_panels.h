@@ -2,8 +2,8 @@
 // another.
 //
 //   Graph      AnalysisGraph  PointsOfTrace  SampleOf  MsOf                  analysis_view_panel.cpp
-//   Ranges     AnalysisViewIsZoomed  FollowAnalysisRange  ShowNewAnalysisRange  HideCursorsOutsideView
-//                                                                           analysis_ranges_panel.cpp
+//   Ranges     AnalysisViewIsZoomed  FollowAnalysisRange  ShowNewAnalysisRange  ShowWholeAnalysisRange
+//              HideCursorsOutsideView  PlaceFirstCorner                    analysis_ranges_panel.cpp
 //   Cursors    AnalysisCursor                                               analysis_cursors_panel.cpp
 //   Readouts   ShowCursorReadouts  LockReadoutCursors  SetCursorOnTrace      analysis_readouts_panel.cpp
 //   Marks      DrawAnalysisMarks                                            analysis_marks_panel.cpp
@@ -57,8 +57,14 @@ void FollowAnalysisRange(Graph& graph);
 /// Does the same for a range of a command, and fits y also to an unchanged x range.
 void ShowNewAnalysisRange();
 
+/// Shows the whole trace, with each cursor at the time of its field, and ends the choice of an area.
+void ShowWholeAnalysisRange();
+
 /// Hides the cursors outside the view, and those of the other mode (zoom pair or other cursors).
 void HideCursorsOutsideView();
+
+/// Shows the cursor of the second corner too: the user has placed the first corner of an area.
+void PlaceFirstCorner();
 
 // -- Cursors --
 /// Adds the commands of the cursors and gives the graph its nine cursors.

@@ -21,7 +21,8 @@ constexpr double YMargin = 1.0 / 18.0;
 /// The state of the view besides its graph.
 struct RangeState {
   DataRange gainRange{0.0, 1.0};  // y range when automatic rescaling was switched off
-  bool zoomArea = false;          // the zoom pair shows instead of the other cursors
+  bool zoomArea = false;          // the user chooses an area; the other cursors are hidden
+  bool secondCorner = false;      // its first corner is placed, so the second one shows too
   DataRange fittedX;              // x range for which y was fitted
 };
 
@@ -96,15 +97,29 @@ void AnalysisCompress(const ControlEvent&) {
 }
 
 void AnalysisFullScale(const ControlEvent&) {
-  Ranges().zoomArea = false;
-  SetXRange(0.0, PointsOfTrace());
-  PlaceAnalysisCursors();
+  ShowWholeAnalysisRange();
 }
 
-/// Shows the zoom pair in the view instead of all other cursors.
+constexpr char AreaCommand[] = "FxnMenuZoomArea";
+
+void BeginAreaChoice() {
+  Ranges().zoomArea = true;
+  Ranges().secondCorner = false;
+  AnalysisGraph().areaCursor = ZoomFirstCursor + 1;
+  AnalysisGraph().areaCommand = AreaCommand;
+}
+
+void EndAreaChoice() {
+  Ranges().zoomArea = false;
+  AnalysisGraph().areaCursor = 0;
+}
+
+/// Begins the choice of an area with the first zoom cursor alone, or ends it.
 void FxnMenuZoomArea(const ControlEvent&) {
-  Ranges().zoomArea = !Ranges().zoomArea;
   if (Ranges().zoomArea) {
+    EndAreaChoice();
+  } else {
+    BeginAreaChoice();
     const DataRange x = ViewRange(AnalysisGraph(), 'x');
     const DataRange y = ViewRange(AnalysisGraph(), 'y');
     AnalysisCursor(ZoomFirstCursor).x = x.min + (x.max - x.min) / 4.0;
@@ -118,7 +133,7 @@ void FxnMenuZoomArea(const ControlEvent&) {
 void AnalysisZoom(const ControlEvent&) {
   const Cursor a = AnalysisCursor(ZoomFirstCursor);
   const Cursor b = AnalysisCursor(ZoomSecondCursor);
-  Ranges().zoomArea = false;
+  EndAreaChoice();
   SetXRange(std::min(a.x, b.x), std::max(a.x, b.x));
   if (a.y != b.y) SetAxisRange(AnalysisGraph(), 'y', std::min(a.y, b.y), std::max(a.y, b.y));
   HideCursorsOutsideView();
@@ -164,10 +179,10 @@ constexpr ControlDecl RangeControls[] = {
     {.name = "AnalysisFullButton", .kind = Button, .label = "Full scale", .format = "",
      .command = "AnalysisFullScale", .action = AnalysisFullScale,
      .help = "Show the whole trace, with each cursor at the time of its field."},
-    {.name = "ZoomAreaButton", .kind = Button, .label = "Zoom area", .format = "", .command = "FxnMenuZoomArea",
+    {.name = "ZoomAreaButton", .kind = Button, .label = "Zoom area", .format = "", .command = AreaCommand,
      .action = FxnMenuZoomArea,
-     .help = "Show two cursors at the corners of a rectangle, and hide all other cursors. Zoom then shows the "
-     "rectangle. Press again to cancel."},
+     .help = "Choose an area with a cross: drag from one corner to the other. Cursors 5 and 6 mark the corners, and all "
+     "other cursors are hidden. Zoom then shows the area. Press again, or click beside the plot, to cancel."},
     {.name = "AnalysisZoomButton", .kind = Button, .label = "Zoom", .format = "", .command = "AnalysisZoom",
      .action = AnalysisZoom, .help = "Show the rectangle between the two zoom cursors."},
 };
@@ -185,20 +200,35 @@ bool AnalysisViewIsZoomed() {
   return !graph.x.automatic && (graph.x.min > 0.0 || graph.x.max < graph.fullXMax);
 }
 
+void ShowWholeAnalysisRange() {
+  EndAreaChoice();
+  SetXRange(0.0, PointsOfTrace());
+  PlaceAnalysisCursors();
+}
+
 void HideCursorsOutsideView() {
   const DataRange x = ViewRange(AnalysisGraph(), 'x');
   for (std::size_t c = 0; c < AnalysisCursorCount; ++c) {
-    const bool zoomPair = c == ZoomFirstCursor || c == ZoomSecondCursor;
     Cursor& cursor = AnalysisCursor(c);
-    cursor.enabled = zoomPair == Ranges().zoomArea && (zoomPair || (cursor.x >= x.min && cursor.x <= x.max));
+    const bool inView = cursor.x >= x.min && cursor.x <= x.max;
+    if (c == ZoomFirstCursor || c == ZoomSecondCursor)
+      cursor.enabled = Ranges().zoomArea && (c == ZoomFirstCursor || Ranges().secondCorner);
+    else
+      cursor.enabled = !Ranges().zoomArea && inView;
   }
+}
+
+void PlaceFirstCorner() {
+  Ranges().secondCorner = true;
+  HideCursorsOutsideView();
 }
 
 void FollowAnalysisRange(Graph& graph) {
   const DataRange x = ViewRange(graph, 'x');
   const DataRange fitted = Ranges().fittedX;
   BringZoomCursors(x);
-  Analysis.ViewedPoints = static_cast<int>(std::clamp(x.max - x.min, 0.0, 2147483647.0));
+  const double viewed = graph.x.automatic ? std::max(Model.NumPoints, 0) : x.max - x.min;
+  Analysis.ViewedPoints = static_cast<int>(std::round(std::clamp(viewed, 0.0, 2147483647.0)));
   HideCursorsOutsideView();
   if (Analysis.AutoRescale != 0 && (x.min != fitted.min || x.max != fitted.max)) FitYToView();
   DrawAnalysisMarks();

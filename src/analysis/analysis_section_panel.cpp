@@ -71,7 +71,7 @@ void FxnAnTable(Table& /*table*/, int row, int column) {
     MessagePopup(NoticeTitle, OtherFile);
     return;
   }
-  if (chosen.episode != Trace.EpisodeIndex) GoToEpisode(chosen.episode);
+  if (chosen.episode != Trace.EpisodeIndex && GoToEpisode(chosen.episode) != Outcome::Done) return;
   if (ReanalyzeTrace() == Outcome::Done) RewriteRow(row);
 }
 

@@ -44,14 +44,21 @@ struct AnalysisStore {
   float LatencyPos = 1.0F;  // ms
   float LatencyFrac = 0.1F;
 
+  int MeasureWhileMoving = 0;  // 1 = cursors and settings show live measures, which are no results
+
   int ViewedPoints = 10240;  // samples across the x axis of the graph in front
 
   int AutoSaveMeasures = 0;
   int VerifyMeasures = 0;
   std::array<int, 4> AnalysisDisplay{};  // display switches of the analysis panel, from index 1
 
-  ResponseMeasures Measures;  // of the last response
-  int FitRan = 0;             // 1 = the exponential fit ran on this response
+  // -- The last response that was analysed --
+  int Analysed = 0;  // 1 = a response was analysed since the start
+  ResponseMeasures Measures;
+  MeasureSettings MeasuredWith;  // the settings that gave the measures
+  std::string MeasuredFile;      // path of its file: the recording, or the model
+  int MeasuredEpisode = 1;
+  int FitRan = 0;  // 1 = the exponential fit ran on this response
 
   // -- Results table and measures file --
   std::vector<AnalysisRow> Rows = std::vector<AnalysisRow>(MaxAnalysisRows + 1);  // from 1

@@ -32,10 +32,8 @@ std::string Shortest(float value) {
   return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
-/// Returns the text of a cell: zeros in an empty row, an empty text for a measure that was not made.
-std::string ValueCell(const AnalysisRow& row, std::size_t column) {
-  if (row.filled && !row.measured[column]) return {};
-  return Shortest(row.value[column]);
+std::string DoubtOfCell(int row, int column) {
+  return WhyInDoubt(Analysis.Rows[Index(row)], column);
 }
 
 void AN_DeleteMeasures(const ControlEvent&) {
@@ -44,7 +42,7 @@ void AN_DeleteMeasures(const ControlEvent&) {
 }
 
 void SaveOneAnalysis(const ControlEvent&) {
-  if (Analysis.Measures.measured == 0)
+  if (Analysis.Analysed == 0)
     MessagePopup(NoticeTitle, NothingMeasured);
   else
     SaveAnalysis();
@@ -65,7 +63,7 @@ constexpr auto Readout = ControlKind::Readout;
 constexpr ControlDecl TableControls[] = {
     {.name = "SaveAnalysisButton", .kind = Button, .label = "Save measures", .format = "", .command = "SaveAnalysis",
      .action = SaveOneAnalysis,
-     .help = "Append the present measures as a row to the measures file (*.res) in the folder of the data."},
+     .help = "Append the measures of the last analysis as a row to the measures file (*.res) in the folder of the data."},
     {.name = "DeleteMeasures", .kind = Button, .label = "Delete last row", .format = "",
      .command = "AN_DeleteMeasures", .action = AN_DeleteMeasures,
      .help = "Delete the last row of the table, and stop using the measures file."},
@@ -102,9 +100,10 @@ void AddAnalysisTable() {
   Table& table = AddTable(AnalysisPanelName, AnalysisTableName, MaxAnalysisRows, AnalysisColumns);
   for (int c = 1; c <= AnalysisColumns; ++c) table.columnTitles.emplace_back(c == 1 ? "" : ColumnTitle(c));
   table.command = "FxnAnTable";
+  table.doubt = DoubtOfCell;
   table.help =
       "Each response that you analysed has a row. Click an episode to see its sweep and to "
-      "measure it again.";
+      "measure it again. A grey value rests on no true measure of the response; its hint says why.";
   ShowResultsTable();
   MeasuresFileChanged.Add(ShowMeasuresFile);
   TableFileNamed.Add(ShowTableFile);
@@ -130,7 +129,7 @@ void ShowTableRow(int row) {
   SetCell(table, row, NameColumn, stored.fileName);
   SetCell(table, row, EpisodeColumn, FormatText("%d", stored.episode));
   for (int c = FirstValueColumn; c <= AnalysisColumns; ++c) {
-    SetCell(table, row, c, ValueCell(stored, Index(c)));
+    SetCell(table, row, c, Shortest(stored.value[Index(c)]));
   }
 }
 

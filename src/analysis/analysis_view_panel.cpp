@@ -14,6 +14,12 @@
 namespace zelvane {
 namespace {
 
+void ShowWholeResponse() {
+  Analysis.AutoRescale = 1;
+  ShowField("AutoRescale");
+  ShowWholeAnalysisRange();
+}
+
 /// Removes the marks and keeps the trace.
 void ShowNothingMeasured() {
   KeepPlots(AnalysisGraph(), 1);
@@ -33,7 +39,7 @@ void AddAnalysisView() {
   AddAnalysisCursors();
   AddCursorReadouts();
   MeasuresForgotten.Add(ShowNothingMeasured);
-  MarksChanged.Add(ShowAnalysisMarks);
+  WholeTraceToShow.Add(ShowWholeResponse);
   ResponseToShow.Add(RefreshAnalysisView);
   ResponseGone.Add(ClearAnalysisPlots);
   TraceChanged.Add(ShowNewTrace);

@@ -126,7 +126,11 @@ void MeasureDecay() {
 Outcome MeasureTrace() {
   Analysis.Measures.measured = 0;
   if (Model.ADInterval == 0.0F) return Outcome::Refused;
-  TellOf(MeasureResponse(RecordedTrace(), StoredMeasureSettings(), Analysis.Measures));
+  Analysis.MeasuredWith = StoredMeasureSettings();
+  Analysis.MeasuredFile = DataFilePath();
+  Analysis.MeasuredEpisode = DataEpisode();
+  Analysis.Analysed = 1;
+  TellOf(MeasureResponse(RecordedTrace(), Analysis.MeasuredWith, Analysis.Measures));
   ClearFit();
   return Outcome::Done;
 }
@@ -149,15 +153,6 @@ Outcome ReanalyzeTrace() {
   MeasuresChanged.Tell();
   ResponseToShow.Tell();
   return outcome;
-}
-
-void MeasureAgain() {
-  if (Analysis.Measures.measured == 0 || Trace.TraceValid == 0 || Model.ADInterval == 0.0F) return;
-  Analysis.Measures.measured = 0;
-  MeasureResponse(RecordedTrace(), StoredMeasureSettings(), Analysis.Measures);
-  ClearFit();
-  MeasuresChanged.Tell();
-  MarksChanged.Tell();
 }
 
 Outcome AnalyzeTrace() {

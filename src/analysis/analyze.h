@@ -1,7 +1,7 @@
 // The analysis of the response in the trace. These operations work on the stores; users know them by name.
 //
 //   One measure          MeasureBaseline  PeakSearch  MeasureIntegral  MeasureRise  MeasureDecay
-//   The whole sequence   AnalyzeTrace  ReanalyzeTrace  MeasureTrace  MeasureAgain
+//   The whole sequence   AnalyzeTrace  ReanalyzeTrace  MeasureTrace
 //   A new trace          ForgetMeasures  ConnectMeasures
 //   A series             BeginSeries  EndSeries
 //   Settings             StoredMeasureSettings
@@ -54,10 +54,6 @@ void MeasureDecay();
 /// the result on the plot. Returns Refused, without a message, when `Model.ADInterval` is 0.
 Outcome ReanalyzeTrace();
 
-/// Measures the response again after the user moved a cursor or changed its field, and shows the result.
-/// Only for a response that is already measured. Shows no message when a measure fails, and adds no row.
-void MeasureAgain();
-
 /// Does the same and then stores the result: in a new row of the table and, when
 /// `Analysis.AutoSaveMeasures` is on, in the measures file.
 /// @return as ReanalyzeTrace
@@ -68,12 +64,13 @@ Outcome AnalyzeTrace();
 void BeginSeries();
 void EndSeries();
 
-/// Makes all measures and the exponential fit with the settings of the stores, without panel and plot.
-/// Shows a message for a measure that failed. Returns Refused, without a message, when `Model.ADInterval`
-/// is 0.
+/// Makes all measures and the exponential fit with the settings of the stores, without panel and plot, and
+/// notes the file and the episode that they belong to. Shows a message for a measure that failed. Returns
+/// Refused, without a message, when `Model.ADInterval` is 0.
 Outcome MeasureTrace();
 
-/// Empties the measures, because the trace is new or will soon change.
+/// Takes the measures from the panel and the plot, because the trace is new or will soon change. The results
+/// keep their values.
 void ForgetMeasures();
 
 /// Connects the measures to the trace: a change of the trace empties them.

@@ -1,5 +1,7 @@
 #include "analysis/episodes.h"
 
+#include <utility>
+
 #include "analysis/analysis_store.h"
 #include "analysis/analyze.h"
 #include "parameters/parameters_store.h"
@@ -19,9 +21,16 @@ bool CanAnalyzeEpisodes() {
   return Trace.TraceValid != 0 && Parameters.FitMode != FitWaveforms;
 }
 
-void ReadAndShowEpisode() {
-  TraceReloadEpisode();
+/// Reads an episode and shows it; a simulation has none to read and stays. Returns false when the episode
+/// cannot be read; the present one then stays.
+bool ShowEpisode(int episode) {
+  const int former = std::exchange(Trace.EpisodeIndex, episode);
+  if (TraceReloadEpisode() == Outcome::Failed) {
+    Trace.EpisodeIndex = former;
+    return false;
+  }
   ResponseToShow.Tell();
+  return true;
 }
 
 }  // namespace
@@ -40,17 +49,18 @@ Outcome AnalyzeAllEpisodes() {
     }
     ShowProgress(static_cast<double>(episode - 1) / static_cast<double>(episodes),
                  FormatText("Episode %d of %d", episode, episodes));
-    Trace.EpisodeIndex = episode;
-    ReadAndShowEpisode();
+    if (!ShowEpisode(episode)) {
+      outcome = Outcome::Failed;
+      break;
+    }
     AnalyzeTrace();
   }
   EndSeries();
   ResetProgress();
   Analysis.StopAnalysis = 1;
-  Trace.EpisodeIndex = 1;
-  Analysis.Measures.measured = 0;  // they belong to another episode than the visible one
-  ReadAndShowEpisode();
-  return outcome;
+  if (outcome == Outcome::Failed) return outcome;
+  ForgetMeasures();  // they belong to another episode than the visible one
+  return ShowEpisode(1) ? outcome : Outcome::Failed;
 }
 
 Outcome AnalyzeNextEpisode() {
@@ -64,9 +74,7 @@ Outcome AnalyzeNextEpisode() {
     MessagePopup(NoticeTitle, EndOfFile);
     return Outcome::Refused;
   }
-  ++Trace.EpisodeIndex;
-  ReadAndShowEpisode();
-  return AnalyzeTrace();
+  return ShowEpisode(Trace.EpisodeIndex + 1) ? AnalyzeTrace() : Outcome::Failed;
 }
 
 }  // namespace zelvane

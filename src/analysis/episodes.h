@@ -6,13 +6,16 @@
 namespace zelvane {
 
 /// Analyses every episode of the file until `Analysis.StopAnalysis` is set, then reads the first episode
-/// again. Handles user events between two episodes.
-/// @return Done, Stopped, or Refused without a trace or during a fit of waveforms
+/// again. Handles user events between two episodes. Stops at an episode that cannot be read, with a message;
+/// the episode before it then stays in view.
+/// @return Done, Stopped, Failed at an episode that cannot be read, or Refused without a trace or during a
+///         fit of waveforms
 Outcome AnalyzeAllEpisodes();
 
 /// Reads the next episode and analyses it. At the end of the file shows a message and does not return to
 /// the first.
-/// @return Done, or Refused without a next episode, without a trace, or during a fit of waveforms
+/// @return Done, Failed at an episode that cannot be read, or Refused without a next episode, without a trace,
+///         or during a fit of waveforms
 Outcome AnalyzeNextEpisode();
 
 }  // namespace zelvane

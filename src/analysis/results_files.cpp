@@ -12,6 +12,7 @@
 #include "formats/line_scanner.h"
 #include "model/model_store.h"
 #include "parameters/parameters_store.h"
+#include "platform/file_names.h"
 #include "platform/index.h"
 #include "platform/safe_file.h"
 #include "screen/popups.h"
@@ -150,9 +151,9 @@ Outcome AppendRow(const std::string& header, const std::string& row, Saving savi
   return Outcome::Done;
 }
 
-/// Returns whether the trace has a file whose name other files can use. On failure shows a message.
-bool DataHaveName() {
-  if (!DataFilePath().empty()) return true;
+/// Returns whether data have a file whose name other files can use. On failure shows a message.
+bool HaveName(const std::string& dataPath) {
+  if (!dataPath.empty()) return true;
   MessagePopup(NoticeTitle, NoName);
   return false;
 }
@@ -271,15 +272,16 @@ std::string MeasuresRow(const std::string& path, int count, const AnalysisRow& r
 }
 
 Outcome AppendMeasures(Saving saving) {
-  const AnalysisRow row = ResultsRow(Analysis.Measures, DataFileName(), DataEpisode());
+  const std::string& path = Analysis.MeasuredFile;
+  const AnalysisRow row = ResultsRow(Analysis.Measures, FileNameOf(path), Analysis.MeasuredEpisode);
   const int number = Analysis.MeasuresCount + Analysis.Unwritten.count;
-  return AppendRow(MeasuresHeader(), MeasuresRow(DataFilePath(), number, row), saving);
+  return AppendRow(MeasuresHeader(), MeasuresRow(path, number, row), saving);
 }
 
 Outcome SaveAnalysis(Saving saving) {
   if (Analysis.MeasuresFileOpen == 0) {
-    if (!DataHaveName()) return Outcome::Refused;
-    const std::string path = SiblingFile(DataFilePath(), ".res");
+    if (!HaveName(Analysis.MeasuredFile)) return Outcome::Refused;
+    const std::string path = SiblingFile(Analysis.MeasuredFile, ".res");
     if (path != Analysis.Unwritten.path) {
       OfferUnwrittenRows();
       if (Exists(path) && !ConfirmPopup("", AppendQuestion)) return Outcome::Refused;
@@ -347,7 +349,7 @@ std::string TableCsv(std::span<const AnalysisRow> rows) {
 }
 
 Outcome SaveResultsTable() {
-  if (!DataHaveName()) return Outcome::Refused;
+  if (!HaveName(DataFilePath())) return Outcome::Refused;
   const std::string path = SiblingFile(DataFilePath(), ".tbl");
   const std::string text = TableText(FilledRows());
   Outcome outcome = KeepFormerTable(path, text);

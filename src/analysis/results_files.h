@@ -42,13 +42,13 @@ std::string MeasuresRow(const std::string& path, int count, const AnalysisRow& r
 /// only the first failure does.
 enum class Saving { OnRequest, Automatic };
 
-/// Appends the present results to `Analysis.MeasuresFileName`, with the header if the file has none, and
-/// counts the row. When the write fails, keeps the row in `Analysis.Unwritten`: the next save writes it first.
+/// Appends the results of the last analysis to `Analysis.MeasuresFileName`, with the header if the file has
+/// none, and counts the row. When the write fails, keeps the row in `Analysis.Unwritten`: the next save writes it first.
 /// @return Done, Stopped or Failed
 Outcome AppendMeasures(Saving saving);
 
-/// Appends the present results to the measures file. The first time, selects the file in the folder of the
-/// data file; if it exists, asks whether to append.
+/// Appends the results of the last analysis to the measures file. The first time, selects the file in the
+/// folder of the data that were analysed; if it exists, asks whether to append.
 /// @return as AppendMeasures, or Refused when the data have no name or the user says no
 Outcome SaveAnalysis(Saving saving = Saving::OnRequest);
 

@@ -12,6 +12,7 @@
 #include "screen/save_file.h"
 #include "trace/trace_events.h"
 #include "trace/trace_read.h"
+#include "trace/trace_write.h"
 
 namespace zelvane {
 namespace {
@@ -83,6 +84,8 @@ Outcome ReadResultsTableNamed(const std::string& path) {
     FileErrorPopup(WrongFileFormat);
     return Outcome::Failed;
   }
+  if (!table->dataPath.empty() && RefusedByAutosave())
+    return Outcome::Refused;  // before the table is emptied
   ClearResultsTable();
   ReadNamedModel(table->modelPath);
   if (!ReadNamedRecording(table->dataPath)) return Outcome::Failed;

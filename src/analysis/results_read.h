@@ -9,8 +9,8 @@ namespace zelvane {
 
 /// Asks for a table file (*.tbl), empties the table, reads the model and the recording that the file names,
 /// and fills the table with its rows. A file of another kind changes nothing. A table of simulated
-/// responses has no recording.
-/// @return Done; Refused without a name; Failed, with a message, when the file is no table or its recording
+/// responses has no recording. While autosave is on, refuses a table with a recording and changes nothing.
+/// @return Done; Refused without a name or because of autosave; Failed, with a message, when the file is no table or its recording
 ///         cannot be read
 Outcome ReadResultsTable();
 

@@ -24,6 +24,25 @@ constexpr std::array<const char*, AnalysisColumns + 1> Titles = {
     "Offset",    "LatRise",   "LatPeak",  "Integral",       "Slope",   "Risepts",
     "Coastline", "FracDecay", "BaseVar",  "Goodness-of-Fit"};
 
+// Why the value of a column was not measured.
+constexpr char NoBaseline[] = "The baseline begins outside the trace, or has no sample.";
+constexpr char NoPeak[] = "The search for the peak begins outside the trace, or there is no baseline.";
+constexpr char NoRise[] = "The rise does not begin between Start Analysis and the peak.";
+constexpr char NoWidth[] = "The trace does not cross the level on both sides of the peak.";
+constexpr char NoFit[] = "No exponential fit ran.";
+constexpr char NoSecond[] = "No fit with two components ran.";
+constexpr char NoLatency[] = "The trace does not cross the level before the peak.";
+constexpr char NoResponse[] = "The trace stays on its baseline.";
+constexpr char NoIntegral[] = "The part of the integral begins outside the trace, or there is no baseline.";
+constexpr char NoSlope[] = "The slope needs a rise with three samples between the levels.";
+constexpr char NoDecay[] = "The trace does not decay to the level.";
+constexpr char NoVariance[] = "The variance needs a baseline with two samples.";
+
+constexpr std::array<const char*, AnalysisColumns + 1> Doubts = {
+    "",      "",     "",         "",       NoBaseline, NoPeak,    NoRise,     NoWidth,
+    NoFit,   NoFit,  NoSecond,   NoSecond, NoFit,      NoLatency, NoResponse, NoIntegral,
+    NoSlope, NoRise, NoIntegral, NoDecay,  NoVariance, NoFit};
+
 /// Sets a value and whether it was measured.
 void SetValue(AnalysisRow& row, std::size_t column, float value, bool measured) {
   row.value[column] = value;
@@ -46,7 +65,7 @@ void SetMeasures(AnalysisRow& row, const ResponseMeasures& m) {
   SetValue(row, 20, m.BaselineVar, made(MeasuredVariance));
 }
 
-/// Puts the fit into its columns; without a fit they hold 0 and show nothing.
+/// Puts the fit into its columns; without a fit they hold 0.
 void StoreFit(AnalysisRow& row) {
   const bool ran = Analysis.FitRan != 0;
   const bool two = ran && Parameters.FitMode == FitTwoDecays;
@@ -66,6 +85,11 @@ AnalysisRow& RowAt(int row) {
 
 const char* ColumnTitle(int column) {
   return Titles[Index(std::clamp(column, 1, AnalysisColumns))];
+}
+
+std::string WhyInDoubt(const AnalysisRow& row, int column) {
+  if (!row.filled || column < FirstValueColumn || row.measured[Index(column)]) return {};
+  return Doubts[Index(column)];
 }
 
 AnalysisRow ResultsRow(const ResponseMeasures& measures, const std::string& fileName, int episode) {

@@ -2,7 +2,7 @@
 //
 //   A row       ResultsRow  TableAddRow  RewriteRow
 //   The table   DeleteLastRow  ClearResultsTable
-//   Columns     ColumnTitle
+//   Columns     ColumnTitle  WhyInDoubt
 //
 // The rows are in `Analysis.Rows`, from 1. `Analysis.TableRow` is the next row to fill. The panel shows
 // these rows (analysis_panel.h).
@@ -16,6 +16,9 @@ namespace zelvane {
 
 /// Returns the title of a column, 1 to AnalysisColumns, for table files. Column 1 has no title.
 const char* ColumnTitle(int column);
+
+/// Returns why the value of a column rests on no true measure of the response; empty for a measured value.
+std::string WhyInDoubt(const AnalysisRow& row, int column);
 
 /// Returns the results as a row of the table: the measures of `measures`, the fit of `Fit`.
 AnalysisRow ResultsRow(const ResponseMeasures& measures, const std::string& fileName, int episode);

@@ -33,7 +33,7 @@ constexpr char AnalysisHelpText[] =
     "Drag the cursors to the baseline, to the part with the peak and to the start of the latencies, or type "
     "their times. Then press Analyze. The marks show what was measured, and the table gets a new row.\n"
     "Analyze all measures every episode of a recording. Click an episode in the table to see its sweep again.\n"
-    "A measure that is not possible stays empty.\n\n"
+    "A measure that is not possible stays empty. In the table its value is grey.\n\n"
     "ON LINE HELP AVAILABLE by clicking right mouse button on item in question. \n\nView System Help Now? ";
 
 void AnalysisHelp(const ControlEvent&) {

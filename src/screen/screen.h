@@ -162,7 +162,10 @@ struct Graph {
   Axis y;
   std::vector<Cursor> cursors;  // cursor 1 is element 0
   void (*cursorMoved)(Graph&, int cursor) = nullptr;
-  bool zooms = false;  // has strips, bars and span buttons: zoom_graph.h
+  void (*cursorDragged)(Graph&, int cursor, double x) = nullptr;  // the mouse holds it at x; the record waits
+  int areaCursor = 0;  // while the user chooses an area: the cursor of a corner; the next is opposite
+  const char* areaCommand = "";  // a click beside the plot presses it, and so ends the choice of an area
+  bool zooms = false;            // has strips, bars and span buttons: zoom_graph.h
   double fullXMin = 0.0, fullXMax = 1.0;
   double fullYMin = 0.0, fullYMax = 1.0;
   void (*axisChanged)(Graph&) = nullptr;
@@ -184,6 +187,7 @@ struct Table {
   void (*committed)(Table&, int row, int column) = nullptr;
   void (*clicked)(Table&, int row, int column) = nullptr;  // a click or double click on a cell
   std::string (*made)(int row, int column) = nullptr;      // makes the text of a cell when it is looked at
+  std::string (*doubt)(int row, int column) = nullptr;     // why a cell shows in grey; empty = it does not
   int markedRow = 0;                                       // shown in colour; 0 = none
   int topRow = 1;                                          // first row and column in view
   int leftColumn = 1;

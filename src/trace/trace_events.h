@@ -7,8 +7,8 @@
 //   A recording    RecordingCameIn  RecordingToCorrect  RecordingTaken
 //   Runs           EquilibriumCalculated  RunBegins  RunTextChanged  StatisticsChanged  RunCompleted
 //                  StepsToWrite  SeriesBegins  SeriesRun  SeriesEnds
-//   Measures       MeasureSettingsWanted  MeasuresForgotten  MeasuresChanged  MarksChanged  ResponseToShow
-//                  ResponseGone  MeasuresFileChanged
+//   Measures       MeasureSettingsWanted  MeasuresForgotten  MeasuresChanged  ResponseToShow  ResponseGone
+//                  MeasuresFileChanged
 //   Results table  TableRowChanged  TableRowMarked  ResultsTableChanged  TableFileNamed
 #pragma once
 
@@ -31,7 +31,7 @@ inline Listeners<bool> TraceToPlot;
 /// The trace is empty, so its plots must be removed.
 inline Listeners<> TraceGone;
 
-/// The view must show the whole trace.
+/// The user has opened a recording, so the views must show the whole trace and follow its height.
 inline Listeners<> WholeTraceToShow;
 
 /// The trace has changed, so all views and derived data must be updated.
@@ -94,9 +94,6 @@ inline Listeners<> MeasuresForgotten;
 
 /// `Analysis.Measures` or the fitted exponentials have changed.
 inline Listeners<> MeasuresChanged;
-
-/// The marks of the measures on the response have changed.
-inline Listeners<> MarksChanged;
 
 /// The response must be drawn again, with the marks of its measures.
 inline Listeners<> ResponseToShow;

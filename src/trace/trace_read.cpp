@@ -107,7 +107,6 @@ Outcome ReadRecording(const std::string& path, const std::optional<ReadAnswers>&
 
 /// Reads an episode of the present recording. When it cannot be read, returns false and keeps the trace.
 bool ReadEpisode(int episode) {
-  if (Trace.TraceFileName.empty()) return false;
   RecordingFacts facts = StoredFacts();
   facts.episode = episode;
   const OpenedRecording opened = OpenRecordingFile(facts.path, facts.text ? OpenAs::Text : OpenAs::Recording);
@@ -176,12 +175,13 @@ bool ReadAllEpisodes(const std::string& path) {
   return true;
 }
 
-void TraceReloadEpisode() {
-  ReadEpisode(Trace.EpisodeIndex);
+Outcome TraceReloadEpisode() {
+  if (Trace.TraceFileName.empty()) return Outcome::Refused;
+  return ReadEpisode(Trace.EpisodeIndex) ? Outcome::Done : Outcome::Failed;
 }
 
-void GoToEpisode(int episode) {
-  if (Trace.TraceFileName.empty()) return;
+Outcome GoToEpisode(int episode) {
+  if (Trace.TraceFileName.empty()) return Outcome::Refused;
   const int former = Trace.EpisodeIndex;
   int wanted = episode;
   if (episode < 1) wanted = Trace.EpisodeCount;
@@ -189,10 +189,11 @@ void GoToEpisode(int episode) {
   if (!ReadEpisode(wanted)) {
     Trace.EpisodeIndex = former;
     RecordingTaken.Tell();
-    return;
+    return Outcome::Failed;
   }
   ShowTrace();
   TellTraceCame();
+  return Outcome::Done;
 }
 
 void StepEpisode(int by) {

@@ -64,14 +64,17 @@ bool AbfDirectRead(const std::string& path, std::span<float> destination);
 bool ReadAllEpisodes(const std::string& path);
 
 /// Reads episode `Trace.EpisodeIndex` again from its file with the same reader, and corrects it when
-/// `RsCm.RsCmAuto` is set. Asks no question a second time.
-void TraceReloadEpisode();
+/// `RsCm.RsCmAuto` is set. Asks no question that was answered before.
+/// @return Done; Refused without a recording; Failed, after a message, when the episode cannot be read. The
+///         trace then stays
+Outcome TraceReloadEpisode();
 
 /// Moves to the next (+1) or last (-1) episode and reads it. After the last episode follows the first.
 void StepEpisode(int by);
 
-/// Moves to an episode by the same rule and reads it.
-void GoToEpisode(int episode);
+/// Moves to an episode by the same rule and reads it. An episode that cannot be read leaves the present one.
+/// @return as TraceReloadEpisode
+Outcome GoToEpisode(int episode);
 
 /// Keeps every `Trace.ParseConstant`-th sample of the trace in place.
 void ParseTrace();

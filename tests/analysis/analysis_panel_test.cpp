@@ -5,8 +5,11 @@
 
 #include "analysis/analysis_store.h"
 #include "analysis/results_files.h"
+#include "analysis/results_read.h"
 #include "analysis/results_table.h"
 #include "headless/commands/measure_command.h"
+#include "model/model_store.h"
+#include "platform/index.h"
 #include "support/drive_test.h"
 
 namespace zelvane {
@@ -63,6 +66,80 @@ TEST_F(AnalysisPanelTest, AClickOnAnEpisodeShowsItsSweepAndMeasuresItAgain) {
   EXPECT_EQ(Trace.EpisodeIndex, 2) << "a row of another file changes nothing";
 }
 
+TEST_F(AnalysisPanelTest, AnEpisodeThatCannotBeReadAgainIsNotAnalysed) {
+  Run(Opened("press AN_AnalyzeButton\n"));
+  std::filesystem::remove(recording);
+  Analysis.Rows[1].episode = 2;
+  const float peak = std::exchange(Analysis.Rows[1].value[5], 1.0F);
+  EXPECT_NE(peak, 1.0F);
+  for (const char* walk : {"AN_AutoAnalyzeButton", "AN_AnalyzeNextButton"}) {
+    popups.clear();
+    EXPECT_EQ(Press(*FindCommand(walk)), "");
+    EXPECT_EQ(PopupTexts(), Texts{"IO Error 100: FileOpen failed"}) << walk;
+  }
+  EXPECT_EQ(ClickCell(TableNamed("AnalysisTable"), 1, 3), "");
+  EXPECT_EQ(Analysis.Rows[1].value[5], 1.0F) << "its row keeps its values";
+  EXPECT_EQ(Analysis.TableRow, 2);
+  EXPECT_EQ(Trace.EpisodeIndex, 1);
+}
+
+TEST_F(AnalysisPanelTest, OnlyCommandsChangeResultsAndSavingWritesTheLastOnes) {
+  const std::string move = "cursor AnalysisPanel 1 14000\nenter PeakAvePts 3\ncontrol Baseline\n";
+  const auto lines = Run(Opened("press SaveAnalysis\npress AN_AnalyzeButton\ncontrol Baseline\n" + move +
+                                "enter MeasureWhileMoving 1\n" + move +
+                                "get Baseline\npress AN_AnalyzeButton\ncontrol Baseline\n"
+                                "press AN_AutoAnalyzeButton\npress SaveAnalysis\nget MeasuresCount\n"));
+  ASSERT_EQ(lines.size(), 8U);
+  EXPECT_EQ(lines[1]["text"], "Nothing has been measured yet. Analyze a response first.");
+  EXPECT_EQ(lines[3], lines[2]) << "the readout of the result";
+  EXPECT_EQ(lines[4]["colour"], "mark");
+  EXPECT_NE(lines[4]["value"], lines[2]["value"]) << "live";
+  EXPECT_NEAR(lines[5]["value"].get<double>(), std::stod(lines[2]["value"].get<std::string>()), 1e-2);
+  EXPECT_EQ(lines[6]["value"], lines[4]["value"]) << "what was live is what an analysis gives";
+  EXPECT_FALSE(lines[6].contains("colour"));
+  EXPECT_EQ(LastValue(lines), 1);
+  EXPECT_NE(ReadWholeFile(folder.File("step.res")).find(FormatText("\", %d, 0, ", Trace.EpisodeCount)),
+            std::string::npos)
+      << "the last episode of the walk";
+}
+
+TEST_F(AnalysisPanelTest, ATableWaitsForTheEndOfAutosaveBeforeItReplacesTheRows) {
+  Run(Opened("press AN_AnalyzeButton\npress AN_SaveTable\npress AN_AnalyzeButton\nset Autosave 1\n"));
+  Model.Autosave = 1;
+  EXPECT_EQ(ReadResultsTableNamed(folder.File("step.tbl")), Outcome::Refused);
+  EXPECT_EQ(PopupTexts(), Texts{"Turn off autosave before reading or writing other datafiles."});
+  EXPECT_EQ(Analysis.TableRow, 3);
+  EXPECT_TRUE(Analysis.Rows[2].filled);
+}
+
+TEST_F(AnalysisPanelTest, AnOpenedRecordingIsShownWholeAndItsUnitsCanBeChosen) {
+  const auto lines =
+      Run(Opened("press AnalysisExpand\nenter AutoRescale 0\nreply ok\nopen \"" + recording +
+                 "\"\nget AutoRescale\nget ViewedPoints\nenter TraceUnits mV\nget DisplayUnits\n"
+                 "control Baseline\nenter TraceUnits Po\nget DisplayUnits\n"));
+  ASSERT_EQ(lines.size(), 7U);
+  EXPECT_EQ(lines[2]["value"], 1);
+  EXPECT_EQ(lines[3]["value"], Model.NumPoints);
+  EXPECT_EQ(lines[5]["label"], "Baseline (mV)");
+  EXPECT_EQ(lines[4]["value"], 1) << "mV are no display units";
+  EXPECT_EQ(lines[6]["value"], 3);
+}
+
+TEST_F(AnalysisPanelTest, TheCursorsOfTheMainPanelShowMeanAndVarianceBetweenThem) {
+  Run(Opened("press FxnAnalysisDone\ncursor MainPanel 1 30\ncursor MainPanel 2 20\n"));
+  double mean = 0.0;
+  double variance = 0.0;
+  constexpr int first = 400;  // 20 ms; cursor 1 is at sample 600
+  for (int i = 0; i < 200; ++i) mean += static_cast<double>(Trace.SimTrace[Index(first + i)]) / 200.0;
+  for (int i = 0; i < 200; ++i) {
+    variance += std::pow(static_cast<double>(Trace.SimTrace[Index(first + i)]) - mean, 2) / 199.0;
+  }
+  EXPECT_EQ(ControlNamed("MeanBetweenCursors").text, FormatNumber("%.5g", mean));
+  EXPECT_NEAR(ControlNumber("VarBetweenCursors"), variance, 1e-4 * variance);
+  EXPECT_EQ(ControlNamed("MeanBetweenCursors").label, "Mean (pA)");
+  EXPECT_EQ(Analysis.Measures.Baseline, 0.0F) << "no measure of the response";
+}
+
 TEST_F(AnalysisPanelTest, ATableWithoutItsModelAsksForItAndReadsOnWithThePresentOne) {
   const std::string table = folder.File("lone.tbl");
   WriteWholeFile(table, "TABLE\n" + folder.File("gone.mod") + "\n" + recording +
@@ -98,7 +175,10 @@ TEST_F(AnalysisPanelTest, RangeCommandsFollowTheirRules) {
         {"press AnalysisCompress\n", 1000.0},
         {"press FxnMenuZoomArea\ncursor AnalysisPanel 5 300 1\ncursor AnalysisPanel 6 120 -1\n"
          "press AnalysisZoom\n",
-         300.0}}) {
+         300.0},
+        {"press FxnMenuZoomArea\ncursor AnalysisPanel 6 120 -1\npress FxnMenuZoomArea\n"
+         "cursor AnalysisPanel 5 300 1\npress AnalysisExpand\n",
+         800.0}}) {
     Run(std::string("enter NumPoints 1000\nset SimulatorKind 0\npress AcquireData\npress Analysis\n") +
         "press AnalysisFullScale\n" + commands);
     EXPECT_EQ(ViewRange(GraphNamed("AnalysisPanel"), 'x').max, right) << commands;
@@ -111,7 +191,10 @@ TEST_F(AnalysisPanelTest, WithoutATraceNothingIsMeasuredAndWithAFitModeThePanelS
   const auto lines =
       Run(Opened("enter FitMode 1\npress AN_AnalyzeButton\ncell AnalysisTable 1 8\ncontrol FitAmp1\n"
                  "control AnalysisFitNote\n"));
-  EXPECT_EQ(lines[lines.size() - 3]["value"], "");
+  EXPECT_EQ(lines[lines.size() - 3]["value"], 0) << "as the result holds it";
+  EXPECT_NE(TableNamed("AnalysisTable").doubt(1, 8), "");
+  EXPECT_EQ(TableNamed("AnalysisTable").doubt(1, 4), "");
+  EXPECT_EQ(TableNamed("AnalysisTable").doubt(2, 8), "") << "an empty row";
   EXPECT_EQ(lines[lines.size() - 2]["value"], "");
   EXPECT_EQ(lines.back()["value"], "No exponential fit ran.");
 }

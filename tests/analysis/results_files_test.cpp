@@ -17,6 +17,7 @@ class ResultsTest : public StoreTest {
     Parameters.FitMode = 0;
     Trace.TraceFromFile = 1;
     Trace.TraceFileName = folder.File("cell 1.old.abf");
+    Analysis.MeasuredFile = Trace.TraceFileName;
     ResponseMeasures& m = Analysis.Measures;
     m = {.measured = ~0U, .Baseline = -1.5F, .BaselineVar = 0.25F, .PeakValue = -51.5F, .PeakPos = 600};
     m.RiseTime = 0.5F;

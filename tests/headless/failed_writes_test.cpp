@@ -158,6 +158,7 @@ class FailedWritesTest : public PanelTest {
     Model.NumPoints = 3;
     Model.ADInterval = 1.0F;
     Model.ModelFileName = folder.File("cell.mod");
+    Analysis.MeasuredFile = Model.ModelFileName;
     Trace.TraceValid = 1;
     Dwell.NumOpenTimes = 2;
     Analysis.Unwritten = {};

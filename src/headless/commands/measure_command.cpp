@@ -155,10 +155,7 @@ int CopyTextSweep(const Recording& recording, int sweep) {
 /// Reads a sweep into the trace. Returns false when the file does not hold the sweep.
 bool ReadSweepOf(const Recording& recording, int sweep) {
   Trace.EpisodeIndex = sweep;
-  if (!recording.abf && recording.sweeps == 1) {
-    TraceReloadEpisode();
-    return Trace.TraceValid != 0;
-  }
+  if (!recording.abf && recording.sweeps == 1) return TraceReloadEpisode() == Outcome::Done;
   const int samples = recording.abf ? ReadAbfSweep(recording, sweep) : CopyTextSweep(recording, sweep);
   if (samples < 1) return false;
   Trace.SimTraceUsed = std::max(Trace.SimTraceUsed, samples);
