@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/analysis_store.h"
+#include "analysis/analysis_panel.h"
 #include "model/model_store.h"
 #include "screen/screen.h"
 
@@ -13,7 +13,6 @@ namespace zelvane {
 namespace {
 
 constexpr char PropertiesPanel[] = "GraphPropertiesPanel";
-constexpr MessageTitle LimitsTitle{MessageKind::Warning, "! Graph limits"};
 constexpr char NoXRange[] = "The left limit must be below the right limit.";
 constexpr char NoYRange[] = "The lower limit must be below the upper limit.";
 constexpr double AutoYMargin = 1.0 / 18.0;  // share of the range, on each side
@@ -44,10 +43,15 @@ double IntervalMs() {
   return static_cast<double>(Model.ADInterval);
 }
 
-/// Returns the sample nearest to a time on the x axis, limited to the range of an int.
+/// Largest relative error of a time divided by a 32-bit interval, for decimals such as 20 ms and 0.1 ms.
+constexpr double QuotientError = 1.5e-7;
+
+/// Returns the place of a time on the x axis in samples, with a fraction, limited to the range of an int.
 double SampleAt(double ms) {
-  const double sample = IntervalMs() > 0.0 ? std::round(ms / IntervalMs()) : 0.0;
-  return std::clamp(sample, -2147483647.0, 2147483647.0);
+  const double sample = IntervalMs() > 0.0 ? ms / IntervalMs() : 0.0;
+  const double whole = std::round(sample);
+  const bool meansWhole = std::abs(sample - whole) <= std::abs(sample) * QuotientError;
+  return std::clamp(meansWhole ? whole : sample, -2147483647.0, 2147483647.0);
 }
 
 /// Returns the length of a sample along the x axis of a graph: 1 where the axis counts samples, the interval
@@ -61,7 +65,8 @@ void ShowSpans() {
   const double samples = ControlNumber("GraphRightSample") - ControlNumber("GraphLeftSample");
   const double span = ControlNumber("GraphRightTime") - ControlNumber("GraphLeftTime");
   ShowText("GraphXSpan",
-           FormatText(unit.span, span, static_cast<int>(std::clamp(samples, -2147483647.0, 2147483647.0))));
+           FormatText(unit.span, span,
+                      static_cast<int>(std::round(std::clamp(samples, -2147483647.0, 2147483647.0)))));
   ShowText("GraphYSpan",
            FormatText("Y span is %0.2f pA", ControlNumber("GraphYMax") - ControlNumber("GraphYMin")));
 }
@@ -148,7 +153,7 @@ const char* WrongLimits() {
 
 void FxnPropertiesOk(const ControlEvent&) {
   if (const char* wrong = WrongLimits()) {  // the page stays open for a correction
-    MessagePopup(LimitsTitle, wrong);
+    Note(wrong);
     return;
   }
   HidePanel(PropertiesPanel);
@@ -160,7 +165,6 @@ void FxnPropertiesOk(const ControlEvent&) {
     SetAxisAuto(*graph, 'x');
   } else {
     SetAxisRange(*graph, 'x', left * SampleStep(*graph), right * SampleStep(*graph));
-    Analysis.ViewedPoints = static_cast<int>(std::min(right - left, 2147483647.0));
   }
   if (graph->axisChanged != nullptr) graph->axisChanged(*graph);  // may change y; its own limits come next
   if (ControlNumber("GraphAutoY") != 0.0) {
@@ -191,12 +195,12 @@ constexpr ControlDecl SpanControls[] = {
      .command = "FxnLeftTime", .action = UpdateFromTimes, .help = "Left limit of the x axis, in time."},
     {.name = "GraphRightTime", .kind = ControlKind::Number, .label = "Right Limit (ms):", .format = "%.3f",
      .command = "FxnRightTime", .action = UpdateFromTimes, .help = "Right limit of the x axis, in time."},
-    {.name = "GraphLeftSample", .kind = ControlKind::Number, .label = "Left Limit (samples):", .format = "%.0f",
+    {.name = "GraphLeftSample", .kind = ControlKind::Number, .label = "Left Limit (samples):", .format = "%.7g",
      .command = "FxnLeftSample", .action = UpdateFromSamples,
-     .help = "Left limit of the x axis, as the number of a sample."},
-    {.name = "GraphRightSample", .kind = ControlKind::Number, .label = "Right Limit (samples):", .format = "%.0f",
+     .help = "Left limit of the x axis, in samples from the start."},
+    {.name = "GraphRightSample", .kind = ControlKind::Number, .label = "Right Limit (samples):", .format = "%.7g",
      .command = "FxnRightSample", .action = UpdateFromSamples,
-     .help = "Right limit of the x axis, as the number of a sample."},
+     .help = "Right limit of the x axis, in samples from the start."},
     {.name = "GraphXSpan", .kind = ControlKind::Readout, .format = "", .help = "Span of the x axis."},
     {.name = "GraphYMin", .kind = ControlKind::Number, .label = "Lower limit", .format = "%g",
      .command = "FxnLowerLimit", .action = UpdateFromY, .help = "Lower limit of the y axis."},
@@ -244,15 +248,18 @@ void ScaleFull() {
   if (graph == nullptr) return;
   SetAxisAuto(*graph, 'x');
   SetAxisAuto(*graph, 'y');
-  Analysis.ViewedPoints = Model.NumPoints;
   if (graph->axisChanged != nullptr) graph->axisChanged(*graph);
+  if (graph == FindGraph("AnalysisPanel")) SortAnalysisCursors();
 }
 
 void ScaleAutoY() {
   Graph* graph = GraphInFront();
-  if (graph == nullptr || graph->plots.empty()) return;
-  const Plot& plot = graph->plots.back();
-  if (!plot.x.empty() || !(plot.step > 0.0) || plot.y.empty()) return;
+  if (graph == nullptr) return;
+  const auto trace = std::find_if(graph->plots.rbegin(), graph->plots.rend(), [](const Plot& candidate) {
+    return candidate.x.empty() && candidate.step > 0.0 && !candidate.y.empty();
+  });
+  if (trace == graph->plots.rend()) return;
+  const Plot& plot = *trace;  // the newest; marks have x values
   const DataRange view = ViewRange(*graph, 'x');
   const double last = static_cast<double>(plot.y.size()) - 1.0;
   const double left = std::clamp(std::ceil((view.min - plot.start) / plot.step), 0.0, last);

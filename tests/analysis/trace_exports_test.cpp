@@ -113,21 +113,40 @@ TEST_F(TraceViewsTest, LimitsOfTheGraphPropertiesHoldInTheUnitOfTheAxisAndWrongO
     const auto lines =
         Run(std::string("enter NumPoints 1000\nenter ADInterval 0.05\npress FxnMenuFilter\n") +
             "press FxnRectNoise\n" + task + view + "press FxnGraphProperties\nget GraphRightSample\n" +
-            "enter GraphAutoX 0\nenter GraphAutoY 0\nenter GraphLeftTime 40\nenter GraphRightTime 30\n" +
+            "enter GraphAutoX 0\nenter GraphAutoY 0\nenter GraphLeftTime 40.012\nenter GraphRightTime 30\n" +
             "press GraphPropertiesOk\nenter GraphRightTime 45\nenter GraphYMin 5\nenter GraphYMax 5\n" +
             "press GraphPropertiesOk\n" + view + "enter GraphYMax 7\npress GraphPropertiesOk\n" + view +
             "press FxnScaleAxes\n" + view);
     ASSERT_EQ(lines.size(), 7U) << name;
-    EXPECT_EQ(lines[2]["text"], "The left limit must be below the right limit.");
-    EXPECT_EQ(lines[3]["text"], "The lower limit must be below the upper limit.");
+    EXPECT_EQ(lines[2]["note"], "The left limit must be below the right limit.");
+    EXPECT_EQ(lines[3]["note"], "The lower limit must be below the upper limit.");
     EXPECT_EQ(lines[4], lines[0]);
     const auto& axes = lines[5]["axes"];
-    EXPECT_NEAR(axes["x"]["min"].get<double>(), 40.0 * perMs, 1e-6);
+    EXPECT_NEAR(axes["x"]["min"].get<double>(), 40.012 * perMs, 1e-4) << "between two samples";
     EXPECT_NEAR(axes["x"]["max"].get<double>(), 45.0 * perMs, 1e-6);
     EXPECT_EQ(axes["y"]["min"], 5);
     EXPECT_EQ(axes["y"]["max"], 7);
     EXPECT_EQ(lines[6]["axes"]["x"]["scaling"], "auto");
   }
+}
+
+TEST_F(TraceViewsTest, ScaleCommandsWorkOnTheTraceUnderItsMarks) {
+  const auto lines =
+      Run("open \"" ZELVANE_DATA
+          "/config.mod\"\nset SimulatorKind 0\npress AcquireData\npress Analysis\n"
+          "enter StartAnalysis 0\npress AN_AnalyzeButton\nview AnalysisPanel y -99 99\npress FxnScaleAutoY\n"
+          "graph AnalysisPanel\nenter BaselineStart 5\nenter BaselinePts -2\npress FxnScaleAxes\n"
+          "get BaselineStart\nget ViewedPoints\n");
+  ASSERT_GE(lines.size(), 3U);
+  const auto& graph = lines[lines.size() - 3];
+  ASSERT_GT(graph["plots"].size(), 1U) << "marks";
+  const double low = graph["plots"][0]["y"][0];
+  const double high = graph["plots"][0]["y"][1];
+  EXPECT_NEAR(graph["axes"]["y"]["min"].get<double>(), low - (high - low) / 18.0, (high - low) / 50.0);
+  EXPECT_NEAR(lines[lines.size() - 2]["value"].get<double>(), 3.0, 1e-6)
+      << "cursors 1 and 2 have changed places";
+  EXPECT_GT(FieldNumber(FindField("BaselinePts")), 0.0);
+  EXPECT_EQ(LastValue(lines), Model.NumPoints);
 }
 
 TEST_F(TraceViewsTest, AZoomedAnalysisPlotExportsWhatLiesBetweenTheZoomCursors) {
