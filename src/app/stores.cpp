@@ -22,6 +22,7 @@
 #include "run/result_fields.h"
 #include "run/result_store.h"
 #include "screen/popups_store.h"
+#include "screen/screen.h"
 #include "stimulus/stimulus_fields.h"
 #include "stimulus/stimulus_store.h"
 #include "trace/noise_store.h"
@@ -115,6 +116,10 @@ void AllocateStores() {
     RegisterDwellFields();
     RegisterNoiseFields();
     RegisterFitFields();
+    RegisterWorkingFields({
+        ScalarField("PanelTag", Screen.PanelTag),
+        ScalarField("PreviousPanelTag", Screen.PreviousPanelTag),
+    });
     return true;
   }();
   static_cast<void>(done);
@@ -141,6 +146,8 @@ void ResetStores() {
   AnalysisFit = AnalysisFitStore{};
   NoiseFit = NoiseFitStore{};
   Fit = FitStore{};
+  Screen.PanelTag.clear();
+  Screen.PreviousPanelTag.clear();
   AttachArrays();
 }
 

@@ -16,7 +16,7 @@ constexpr char LabelsGroup[] = "labels";
 constexpr char SettingsGroup[] = "settings";
 
 // DependVolt is a pair of switches of which at most one is on. Only a file can switch the second one on. It
-// has no effect, and a rate keeps it until its panel is closed.
+// has no effect, and a rate keeps it until a command takes over its panel.
 constexpr int SecondVoltSwitch = 2;
 
 /// The rate for which the panel is open; `from` is 0 while it is closed.
@@ -135,8 +135,7 @@ void ReloadDependencePanel() {
   ShowCoefficient();
 }
 
-void CloseDependencePanel() {
-  HidePanel(DependencePanelName);
+void TakeDependencePanel() {
   if (Open.from == 0) return;
   const auto [from, to, ofTable] = Open;
   DependenceTables& tables = OpenTables();
@@ -147,13 +146,18 @@ void CloseDependencePanel() {
   tables.Steepness[from][to] = FloatOnPanel("DependSteepness");
   tables.Range[from][to] = FloatOnPanel("DependTemperature");  // its place in the file; no rate uses it
   ReadControls(DependencePanelName, LabelsGroup);
-  Open = OpenRate{};
   if (ofTable) {
     Model.Temperature = FloatOnPanel("DependTemperature");
     ShowTableDependence(from, to);
   } else {
     RefreshLinks();
   }
+}
+
+void CloseDependencePanel() {
+  HidePanel(DependencePanelName);
+  TakeDependencePanel();
+  Open = OpenRate{};
 }
 
 }  // namespace zelvane

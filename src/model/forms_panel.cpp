@@ -36,6 +36,17 @@ constexpr MenuDecl ModelMenu[] = {
 };
 // clang-format on
 
+/// Closes every dialog, as its user would.
+void CloseDialogs() {
+  for (Panel& panel : Screen.panels) {
+    if (!panel.tag.empty() || !panel.visible || panel.name == TablePanelName) continue;
+    if (panel.close != nullptr)
+      panel.close();
+    else
+      HidePanel(panel.name);
+  }
+}
+
 /// Reads what is typed on both forms, so that showing the store again loses nothing.
 void ReadBothForms() {
   ReadGridRates();
@@ -51,6 +62,7 @@ void RefreshGrid() {
 }  // namespace
 
 void ReadActiveRates() {
+  TakeDependencePanel();
   if (Model.ModelIs2D != 0) {
     ReadGridRates();
   } else {
@@ -71,7 +83,7 @@ void FxnMainModel() {
 }
 
 void FxnTableModel() {
-  CloseDependencePanel();
+  CloseDialogs();
   if (Model.ModelIs2D == 1) {
     ReadGridRates();
     Model.ModelIs2D = 0;

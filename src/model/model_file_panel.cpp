@@ -18,6 +18,7 @@ constexpr MenuDecl ModelFileMenu[] = {
 // clang-format on
 
 void ReadForms() {
+  TakeDependencePanel();
   GetTableNames();
   ReadGridRates();
   ReadTableRates();

@@ -11,7 +11,7 @@ void AddModelPanels();
 void ReadGridRates();  // KOn and KOff, the title, and the labels of the grid
 void WriteGridRates();
 void ReadTableRates();   // all 380 cells into TableRate
-void ReadActiveRates();  // those of the form that runs
+void ReadActiveRates();  // those of the form that runs, and what an open dependence panel shows
 void WriteTableRates();  // cells, marks, buttons and labels
 void GetTableNames();    // the table's label fields into TableStateLabel
 

@@ -39,6 +39,10 @@ void OpenDependenceOfTable(int from, int to);
 /// is not open.
 void CloseDependencePanel();
 
+/// Stores the values of the dependence panel in its rate, and leaves it open. Does nothing when the panel is
+/// not open.
+void TakeDependencePanel();
+
 /// Copies the store to the dependence panel if it is open.
 void ReloadDependencePanel();
 

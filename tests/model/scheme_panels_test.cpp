@@ -148,6 +148,20 @@ TEST_F(DependencePanelTest, StoresTheSettingsOfAGridRateWhenClosed) {
       << "the temperature of the program follows its own field's commit";
 }
 
+TEST_F(DependencePanelTest, ARunAndASaveTakeOverWhatAnOpenPanelShows) {
+  const std::string open = "press FxnDepend1Off; " + std::string(Settings);
+  for (const std::string& command :
+       {std::string("press AcquireData; "), "choose " + folder.File("m.mod") + "; press SaveParameters; "}) {
+    Run(open + command);
+    EXPECT_EQ(Model.Depend.Drug[4][2][1], 1) << command;
+    EXPECT_EQ(Model.Depend.Steepness[2][1], -0.5F) << command;
+    EXPECT_TRUE(PanelVisible("DependencePanel")) << command;
+  }
+  EXPECT_EQ(Told(open + "press FxnConductance; press FxnTableModel; panels; get DrugDepend[4][2][1]"),
+            (Values{{"MainPanel", "TableModelPanel"}, 1}))
+      << "the table hides all dialogs";
+}
+
 TEST_F(DependencePanelTest, StoresTheSettingsOfATableRateAndMarksItsButton) {
   const std::string drugs = "get TableDrugDepend[4][2][1]; get DrugDepend[4][2][1]; ";
   EXPECT_EQ(Told("press FxnTableModel; press fxndep0201; " + std::string(Settings) + drugs +
