@@ -132,15 +132,18 @@ class WindowTest : public StoreTest {
     Settle();
   }
 
-  /// Drops a file on the window.
-  void drop(const std::string& path) {
+  /// Drops a file on the window, from a source that would rather move it.
+  void drop(const std::string& path, Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction) {
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
-    QDragEnterEvent enter({40, 40}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QDragEnterEvent enter({40, 40}, offered, &data, Qt::LeftButton, Qt::ShiftModifier);
+    enter.setDropAction(Qt::MoveAction);
     QApplication::sendEvent(window.get(), &enter);
     EXPECT_TRUE(enter.isAccepted());
-    QDropEvent event({40, 40}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QDropEvent event({40, 40}, offered, &data, Qt::LeftButton, Qt::ShiftModifier);
+    event.setDropAction(Qt::MoveAction);
     QApplication::sendEvent(window.get(), &event);
+    EXPECT_NE(event.dropAction(), Qt::MoveAction) << "a move would let the source delete the file";
     Settle();
   }
 

@@ -376,11 +376,16 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+  if (!event->mimeData()->hasUrls()) return;
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
-  event->acceptProposedAction();
+  // The source may delete what was moved. From a source that only moves nothing counts as taken.
+  const bool copies = event->possibleActions().testFlag(Qt::CopyAction);
+  event->setDropAction(copies ? Qt::CopyAction : Qt::IgnoreAction);
+  event->accept();
   QStringList paths;
   for (const QUrl& url : event->mimeData()->urls())
     paths << (url.isLocalFile() ? url.toLocalFile() : url.toString());

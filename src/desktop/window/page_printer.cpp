@@ -1,11 +1,15 @@
 #include "desktop/window/page_printer.h"
 
+#include <qcustomplot.h>
+
 #include <QFileInfo>
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QWidget>
 #include <algorithm>
+
+#include "desktop/window/theme.h"
 
 namespace zelvane {
 namespace {
@@ -18,6 +22,8 @@ bool PaintOnPaper(QWidget& page, QPrinter& printer) {
   const QRectF paper = printer.pageRect(QPrinter::DevicePixel);
   const double scale = std::min(paper.width() / page.width(), paper.height() / page.height());
   painter.scale(scale, scale);
+  const OnPaper inks;
+  for (QCustomPlot* plot : page.findChildren<QCustomPlot*>()) plot->replot(QCustomPlot::rpImmediateRefresh);
   page.render(&painter, {}, {}, QWidget::DrawWindowBackground | QWidget::DrawChildren);
   return painter.end();
 }

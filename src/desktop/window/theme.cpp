@@ -7,6 +7,7 @@
 #include <QStyleOption>
 #include <QSvgRenderer>
 #include <array>
+#include <utility>
 
 namespace zelvane {
 namespace {
@@ -27,6 +28,21 @@ const Colours& DarkColours() {
   return colours;
 }
 
+/// White ground for printers.
+const Colours& PaperInks() {
+  static const Colours colours = [] {
+    Colours inks = LightColours();
+    inks.window = inks.base = inks.alternate = inks.button = QColor(Qt::white);
+    return inks;
+  }();
+  return colours;
+}
+
+bool& PaperIsActive() {
+  static bool paper = false;
+  return paper;
+}
+
 bool& DarkIsActive() {
   static bool dark = false;
   return dark;
@@ -37,6 +53,7 @@ bool IsDarkGround(const QPalette& palette) {
 }
 
 const Colours& ActiveColours() {
+  if (PaperIsActive()) return PaperInks();
   return DarkIsActive() ? DarkColours() : LightColours();
 }
 
@@ -100,6 +117,7 @@ QLabel[role="muted"] { color: %2; }
 QLabel[tone="green"] { color: %10; }
 QLabel[tone="red"] { color: %6; }
 QLabel[tone="amber"] { color: %11; font-weight: 600; }
+QLabel[tone="mark"] { color: %5; }
 QLabel[role="value"] { font-weight: 600; }
 QLabel[role="value"]:disabled { color: %2; font-weight: 400; }
 QToolButton[role="fold"] { border: none; color: %5; font-weight: 600; padding: 4px 0; text-align: left; }
@@ -198,6 +216,12 @@ void ApplyColours(bool dark) {
   ApplySheet(ActiveColours());
 }
 
+/// Returns whether the program changes the palette itself at this moment.
+bool& Dressing() {
+  static bool dressing = false;
+  return dressing;
+}
+
 /// Keeps the chosen colours. With the choice System follows the desktop, whose palette may change between
 /// light and dark while the program runs.
 class ThemeWatch : public QObject {
@@ -206,25 +230,25 @@ class ThemeWatch : public QObject {
 
   void choose(Theme theme) {
     theme_ = theme;
-    dressing_ = true;
+    Dressing() = true;
     ApplyColours(theme == Theme::Dark || (theme == Theme::System && systemIsDark()));
-    dressing_ = false;
+    Dressing() = false;
   }
 
   bool eventFilter(QObject* watched, QEvent* event) override {
     const bool newPalette = event->type() == QEvent::ApplicationPaletteChange && watched == qApp;
     // Our own palette hides the system's, so only its change of theme is noticed.
-    if (theme_ == Theme::System && !dressing_ && (newPalette || event->type() == QEvent::ThemeChange))
+    if (theme_ == Theme::System && !Dressing() && (newPalette || event->type() == QEvent::ThemeChange))
       follow(newPalette);
     return false;
   }
 
  private:
   void follow(bool newPalette) {
-    dressing_ = true;
+    Dressing() = true;
     const bool dark = newPalette ? IsDarkGround(QApplication::palette()) : systemIsDark();
     ApplyColours(dark);
-    dressing_ = false;
+    Dressing() = false;
   }
 
   /// Returns whether the system's palette is dark. Removes our own palette.
@@ -234,7 +258,6 @@ class ThemeWatch : public QObject {
   }
 
   Theme theme_ = Theme::System;
-  bool dressing_ = false;  // the change is our own
 };
 
 QPixmap RenderedDrawing(const QString& name, const QColor& stroke, const QColor& accent) {
@@ -272,6 +295,22 @@ void ApplyTheme(Theme theme) {
     watch = new ThemeWatch;
   }
   watch->choose(theme);
+}
+
+OnPaper::OnPaper() {
+  PaperIsActive() = true;
+  dress();
+}
+
+OnPaper::~OnPaper() {
+  PaperIsActive() = false;
+  dress();
+}
+
+void OnPaper::dress() {
+  const bool former = std::exchange(Dressing(), true);
+  ApplyColours(DarkIsActive());
+  Dressing() = former;
 }
 
 bool IsDark() {

@@ -17,6 +17,18 @@ QString ThemeWord(Theme theme);
 /// Sets colours and style of the application. System is light or dark as the desktop's own palette is.
 void ApplyTheme(Theme theme);
 
+/// Gives the windows dark ink on white while it exists, for printers.
+class OnPaper {
+ public:
+  OnPaper();
+  ~OnPaper();
+  OnPaper(const OnPaper&) = delete;
+  OnPaper& operator=(const OnPaper&) = delete;
+
+ private:
+  static void dress();
+};
+
 bool IsDark();
 
 /// Returns the colour of marks and of what is selected.

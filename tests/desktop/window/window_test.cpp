@@ -192,7 +192,7 @@ TEST_F(WindowTest, HelpOpensAtItsTopicsAndALackOfPagesIsTold) {
 }
 
 TEST_F(WindowTest, ADroppedModelOpensAndAnythingElseIsTold) {
-  drop(ZELVANE_DATA "/models/nmda_lester_1992.mod");
+  drop(ZELVANE_DATA "/models/nmda_lester_1992.mod", Qt::MoveAction);
   EXPECT_TRUE(popups.empty());
   EXPECT_TRUE(Model.ModelTitle.starts_with("NMDA"));
   EXPECT_TRUE(window->windowTitle().startsWith("nmda_lester_1992.mod"));
@@ -412,6 +412,23 @@ TEST_F(WindowTest, ASystemThatTurnsDarkDressesTheWindowThatIsOpen) {
     show(task);
     EXPECT_EQ(turned[i++], Look(*window)) << task;
   }
+  ApplyTheme(Theme::Light);
+}
+
+TEST_F(WindowTest, PaperIsWhiteAndTheDarkWindowComesBack) {
+  ApplyTheme(Theme::Dark);
+  clickTool("Run");
+  const QImage before = Look(*window);
+  {
+    const OnPaper inks;
+    for (QCustomPlot* plot : window->findChildren<QCustomPlot*>())
+      plot->replot(QCustomPlot::rpImmediateRefresh);
+    const QImage page = window->page()->grab().toImage();
+    EXPECT_EQ(page.pixelColor(1, 1), QColor(Qt::white));
+    const QPoint inPlot = graph()->mapTo(window->page(), graph()->rect().center());
+    EXPECT_GT(page.pixelColor(inPlot).lightness(), 128);
+  }
+  EXPECT_EQ(Look(*window), before);
   ApplyTheme(Theme::Light);
 }
 
