@@ -30,6 +30,14 @@ inline void Drag(QWidget* widget, QPoint from, QPoint to, Qt::MouseButton button
   Settle();
 }
 
+/// Moves the mouse with the left button held.
+inline void MoveWithButton(QWidget* widget, QPointF to) {
+  QMouseEvent event(QEvent::MouseMove, to, widget->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                    Qt::NoModifier);
+  QApplication::sendEvent(widget, &event);
+  Settle();
+}
+
 /// Turns the wheel by notches, away from the user for a positive number.
 inline void Wheel(QWidget* widget, QPoint at, int notches, Qt::KeyboardModifiers keys = Qt::NoModifier) {
   QWheelEvent event(at, widget->mapToGlobal(at), {}, {0, 120 * notches}, Qt::NoButton, keys,

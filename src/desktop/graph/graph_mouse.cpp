@@ -47,7 +47,16 @@ bool GraphMouse::press(const QMouseEvent& event) {
   pressed_ = event.position();
   cursor_ = widget_.cursors().at(pressed_);
   dragged_ = false;
-  if (cursor_ == 0 && plot_.axisRect()->rect().contains(pressed_.toPoint())) {
+  const bool inside = plot_.axisRect()->rect().contains(pressed_.toPoint());
+  if (widget_.graph().areaCursor != 0 && (cursor_ == 0 || !inside)) {
+    chooses_ = inside;
+    if (inside)
+      widget_.placeCorner(false, pressed_);
+    else
+      widget_.endAreaChoice();
+    return true;
+  }
+  if (cursor_ == 0 && inside) {
     pan_ = Pan{pressed_, PictureRange(widget_.graph(), 'x'), PictureRange(widget_.graph(), 'y')};
   }
   return true;
@@ -59,6 +68,8 @@ bool GraphMouse::move(const QMouseEvent& event) {
   if (cursor_ != 0) {
     const bool gone = dragged_ && !widget_.cursors().dragging();  // Escape returned it
     if (!gone && (far || dragged_)) widget_.dragCursor(cursor_, event.position());
+    dragged_ = dragged_ || far;
+  } else if (chooses_) {
     dragged_ = dragged_ || far;
   } else if (pan_) {
     if (!pan_->moved && !far) return true;
@@ -77,7 +88,9 @@ bool GraphMouse::move(const QMouseEvent& event) {
 bool GraphMouse::release(const QMouseEvent& event) {
   if (event.button() != Qt::LeftButton) return true;
   if (cursor_ != 0 && widget_.cursors().dragging()) widget_.dropCursor();
+  if (chooses_ && dragged_) widget_.placeCorner(true, event.position());
   cursor_ = 0;
+  chooses_ = false;
   pan_.reset();
   showPointer(event.position());
   return true;
@@ -99,7 +112,8 @@ bool GraphMouse::wheel(const QWheelEvent& event) {
 }
 
 void GraphMouse::showPointer(const QPointF& position) {
-  plot_.setCursor(widget_.cursors().at(position) != 0 ? Qt::SizeHorCursor : Qt::ArrowCursor);
+  const Qt::CursorShape free = widget_.graph().areaCursor != 0 ? Qt::CrossCursor : Qt::ArrowCursor;
+  plot_.setCursor(widget_.cursors().at(position) != 0 ? Qt::SizeHorCursor : free);
 }
 
 }  // namespace zelvane

@@ -13,7 +13,8 @@ namespace zelvane {
 class GraphWidget;
 
 /// The wheel zooms at the pointer (with Ctrl x alone, with Shift y alone), a drag pans, a drag of a cursor
-/// moves it, a double click shows all, and the right button opens the menu.
+/// moves it, a double click shows all, and the right button opens the menu. While the user chooses an area, a
+/// drag goes from corner to corner, and a click beside the plot ends the choice.
 class GraphMouse : public QObject {
   Q_OBJECT
  public:
@@ -40,6 +41,7 @@ class GraphMouse : public QObject {
   std::optional<Pan> pan_;
   int cursor_ = 0;  // number of the cursor being dragged
   bool dragged_ = false;
+  bool chooses_ = false;  // the button is down between the corners of an area
   QPointF pressed_;
 };
 

@@ -233,8 +233,28 @@ void GraphWidget::zoomAt(const QPointF& pixel, double factor, bool x, bool y) {
 void GraphWidget::dragCursor(int cursor, const QPointF& pixel) {
   lastCursor_ = cursor;
   cursors_->drag(cursor, pixel, cursorsFollow_);
+  tellDragged(cursor);
   showReadout();
   cursors_->layer()->replot();
+}
+
+/// Tells the owner of the graph where a cursor shows. During a run it may not use the trace.
+void GraphWidget::tellDragged(int cursor) {
+  if (graph_.cursorDragged == nullptr || Screen.busy > 0) return;
+  graph_.cursorDragged(graph_, cursor, cursors_->shown()[Index(cursor) - 1].x);
+}
+
+void GraphWidget::placeCorner(bool opposite, const QPointF& pixel) {
+  const QRect area = plot_->axisRect()->rect();
+  const double x = std::clamp(pixel.x(), area.left() + 0.0, area.right() + 0.0);
+  const double y = std::clamp(pixel.y(), area.top() + 0.0, area.bottom() + 0.0);
+  MoveCursor(graph_, graph_.areaCursor + (opposite ? 1 : 0), plot_->xAxis->pixelToCoord(x),
+             plot_->yAxis->pixelToCoord(y));
+  refresh();
+}
+
+void GraphWidget::endAreaChoice() {
+  if (Control* command = FindCommand(graph_.areaCommand)) Press(*command);
 }
 
 void GraphWidget::dropCursor() {
@@ -295,6 +315,7 @@ void GraphWidget::keyPressEvent(QKeyEvent* event) {
     showAll();
   } else if (event->key() == Qt::Key_Escape && cursors_->dragging()) {
     cursors_->cancel();
+    tellDragged(lastCursor_);
     refresh();
   } else if (control && event->key() >= Qt::Key_Left && event->key() <= Qt::Key_Down) {
     shiftCursor(event->key());

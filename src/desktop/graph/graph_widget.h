@@ -53,6 +53,8 @@ class GraphWidget : public QWidget {
   void zoomAt(const QPointF& pixel, double factor, bool x, bool y);
   void dragCursor(int cursor, const QPointF& pixel);
   void dropCursor();
+  void placeCorner(bool opposite, const QPointF& pixel);  // of the area that the user chooses
+  void endAreaChoice();
   void bringCursors();
   void copyPicture();
   void copyData();
@@ -79,6 +81,7 @@ class GraphWidget : public QWidget {
   void keepMargin();
   void placeZoomControls();
   void showReadout();
+  void tellDragged(int cursor);
   bool scrollKey(int key);
   bool zoomKey(int key, bool y);
   void shiftCursor(int key);

@@ -47,6 +47,8 @@ ModelPage::ModelPage(Panel& panel, Settings& settings, QWidget* parent) : TaskPa
   addScheme();
   addResponse();
   finishParts();
+  add(foot(), "MainHelp");
+  foot().addStretch();
 }
 
 void ModelPage::addScheme() {
@@ -55,7 +57,7 @@ void ModelPage::addScheme() {
   part.row->add(newFormSwitch(part.row));
   title_ = &add(*part.row, "ModelTitle");
   title_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-  for (const char* control : {"GetGraphModel", "SetGraphModel", "ClearTable"}) {
+  for (const char* control : {"GetGraphModel", "SetGraphModel", "ClearTable", "QuitTable"}) {
     tableCommands_.push_back(&add(*part.row, control));
   }
   part.row->addStretch();

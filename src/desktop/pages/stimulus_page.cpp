@@ -48,6 +48,7 @@ StimulusPage::StimulusPage(Panel& panel, Settings& settings, QWidget* parent)
   finishParts();
   addCreators();
   form().setHidesDimmed(true);
+  add(foot(), "StimulusHelp");
   foot().addStretch();
   add(foot(), "StimDone");
 }

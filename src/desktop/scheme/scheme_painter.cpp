@@ -155,7 +155,7 @@ class SchemePainter {
   void words(int s, const QRectF& box) {
     const QString label = ToQt(layout_.stateLabel(s).text);
     const double conductance = layout_.stateConductance(s).number;
-    const QString below = conductance > 0.0 ? ToQt(CompactNumber(conductance) + " pS") : QString();
+    const QString below = conductance > 0.0 ? ToQt(FormatText("%.0fpS", conductance)) : QString();
     const QRectF inner = box.adjusted((GaugeWidth + 3.0) * k_, 2.0 * k_, -4.0 * k_, -2.0 * k_);
     const QRectF upper = below.isEmpty() ? inner : inner.adjusted(0.0, 0.0, 0.0, -inner.height() * 0.42);
     painter_.setFont(layout_.labelFont());

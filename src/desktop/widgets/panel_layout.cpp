@@ -25,7 +25,8 @@ constexpr LayoutRow Layout[] = {
     {"MainPanel", "Channels", "NumChannels ChannelsGaussian ChannelsSTD MultiSubunit OpenState"},
     {"MainPanel", "Start", "StartAtEquilibrium FitStartAtEquilibrium ReseedSimulation"},
     {"MainPanel", "Electrical", "VHold VRev Valence"},
-    {"MainPanel", "Display", "DisplayUnits AutoFilter AutoFilterFc AutoNoise AutoNoiseSTD ShowAllTraces"},
+    {"MainPanel", "Display", "DisplayUnits AutoFilter AutoFilterFc FilterButton AutoNoise AutoNoiseSTD ShowAllTraces"},
+    {"MainPanel", "Between the cursors", "MeanBetweenCursors VarBetweenCursors"},
     {"MainPanel", "Repeated runs", "NumRuns NumIntervals AutoAnalyze"},
     {"MainPanel", "Event statistics", "OpenStateExits MonitoredChannels OpenTimesText ClosedTimesText LatenciesText"},
     {"MainPanel", "Files", "DataName MainStimFile Autosave AutosaveFormat AutosaveFileName"},
@@ -35,7 +36,7 @@ constexpr LayoutRow Layout[] = {
     {"StimulusPanel", "Train", "TrainCount TrainDelay TrainInterval TrainExpFlag TrainRiseFlag TrainLength TrainFrequency"},
     {"StimulusPanel", "Exponential waveform", "ExpStart ExpOffset ExpComponents ExpAmp1 ExpTau1 ExpAmp2 ExpTau2 ExpRiseFlag ExpRiseTau"},
     {"StimulusPanel", "Filter", "FilterFc"},
-    {"StimulusPanel", "Files", "StimFile LoadStim+ButtonSaveStim ExportPoints ImportStim+ExportStim"},
+    {"StimulusPanel", "Files", "StimConfigFile StimSweepLength StimFile LoadStim+ButtonSaveStim ExportPoints ImportStim+ExportStim"},
 
     {"AnalysisPanel", "Baseline", "BaselineStart BaselinePts BringBaseButton"},
     {"AnalysisPanel", "Peak", "StartAnalysis PeakSearchPts BringAnalysisButton PeakAvePts PeakOption"},
@@ -43,7 +44,7 @@ constexpr LayoutRow Layout[] = {
     {"AnalysisPanel", "Decay and width", "FracDecay"},
     {"AnalysisPanel", "Latency", "LatencyPos LatencyFrac"},
     {"AnalysisPanel", "Integral and exponential fit", "AnalysisFitPts AnalysisParse FitMode AnalysisFitNote"},
-    {"AnalysisPanel", "View", "AutoRescale YMinGain YMaxGain AnalysisExpandButton+AnalysisCompressButton "
+    {"AnalysisPanel", "View", "TraceUnits MeasureWhileMoving AutoRescale YMinGain YMaxGain AnalysisExpandButton+AnalysisCompressButton "
      "AnalysisFullButton+ZoomAreaButton AnalysisZoomButton AnalysisDisplay[1]"},
     {"AnalysisPanel", "Files", "AutoSaveMeasures VerifyMeasures SaveAnalysisButton MeasuresFileShown MeasuresCount TableFileShown "
      "ExportTraceButton ExportCurveButton PrintAnalysisButton"},

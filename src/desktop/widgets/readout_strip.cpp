@@ -64,6 +64,7 @@ void ReadoutStrip::refresh() {
     cell.name->setText(NameOf(*cell.control));
     cell.value->setText(value);
     cell.value->setEnabled(value != QString(QChar(NotThere)));
+    SetStyleProperty(cell.value, "tone", ToQt(cell.control->colour));
   }
 }
 

@@ -59,6 +59,11 @@ QString TableRecordModel::shown(int row, int column) const {
   return number ? ToQt(CompactNumber(*number, digits_)) : full;
 }
 
+/// Returns why a cell shows in grey, or an empty text.
+QString TableRecordModel::doubt(const QModelIndex& cell) const {
+  return table_.doubt != nullptr ? ToQt(table_.doubt(cell.row() + 1, cell.column() + 1)) : QString();
+}
+
 QVariant TableRecordModel::data(const QModelIndex& index, int role) const {
   if (index.row() >= table_.rows) return {};  // the record has shrunk and the view has not heard of it yet
   switch (role) {
@@ -66,6 +71,11 @@ QVariant TableRecordModel::data(const QModelIndex& index, int role) const {
       return shown(index.row() + 1, index.column() + 1);
     case Qt::EditRole:
       return text(index.row() + 1, index.column() + 1);
+    case Qt::ForegroundRole:
+      return doubt(index).isEmpty() ? QVariant()
+                                    : QApplication::palette().color(QPalette::Disabled, QPalette::Text);
+    case Qt::ToolTipRole:
+      return doubt(index).isEmpty() ? QVariant() : doubt(index);
     case Qt::BackgroundRole:
       return index.row() + 1 == table_.markedRow ? QVariant(MarkColour()) : QVariant();
     case Qt::TextAlignmentRole:

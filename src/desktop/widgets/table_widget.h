@@ -35,6 +35,7 @@ class TableRecordModel : public QAbstractTableModel {
 
  private:
   QString shown(int row, int column) const;
+  QString doubt(const QModelIndex& cell) const;
 
   Table& table_;
   int rows_;  // the number that the view knows

@@ -214,12 +214,10 @@ TEST_F(GraphWidgetTest, ARightClickOpensTheMenu) {
 
 TEST_F(GraphWidgetTest, EscapeLetsADraggedCursorGoBack) {
   QTest::mousePress(&Plot(), Qt::LeftButton, {}, PixelOf(200.0, 0.0));
-  QMouseEvent move(QEvent::MouseMove, PixelOf(300.0, 0.0), Plot().mapToGlobal(PixelOf(300.0, 0.0)),
-                   Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(&Plot(), &move);
+  MoveWithButton(&Plot(), PixelOf(300.0, 0.0));
   EXPECT_TRUE(widget->findChild<QLabel*>()->text().startsWith("1: 300"));
   QTest::keyClick(widget.get(), Qt::Key_Escape);
-  QApplication::sendEvent(&Plot(), &move);
+  MoveWithButton(&Plot(), PixelOf(300.0, 0.0));
   QTest::mouseRelease(&Plot(), Qt::LeftButton, {}, PixelOf(300.0, 0.0));
   EXPECT_EQ(graph->cursors[0].x, 200.0);
 }

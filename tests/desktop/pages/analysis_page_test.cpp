@@ -38,7 +38,7 @@ class AnalysisPageTest : public WindowTest {
   QString cell(int row, int column) { return table().model()->index(row, column).data().toString(); }
 };
 
-TEST_F(AnalysisPageTest, ADraggedBaselineCursorChangesTheNumbers) {
+TEST_F(AnalysisPageTest, ADraggedBaselineCursorShowsLiveNumbersOnRequest) {
   EXPECT_EQ(window->page()->panel().name, "AnalysisPanel");
   EXPECT_EQ(shown("Amplitude"), QString(QChar(0x2013))) << "nothing measured yet";
   clickControl("AnalyzeButton");
@@ -50,12 +50,22 @@ TEST_F(AnalysisPageTest, ADraggedBaselineCursorChangesTheNumbers) {
     return QPoint(static_cast<int>(std::lround(plot.xAxis->coordToPixel(x))), plot.axisRect()->center().y());
   };
   const int evokedEnd = 80;  // sample within the response, far below the baseline
+  Press(ControlNamed("MeasureWhileMoving"));
+  QTest::mousePress(&plot, Qt::LeftButton, {}, pixel(record.cursors[0].x));
+  MoveWithButton(&plot, pixel(evokedEnd));
+  EXPECT_NE(shown("Baseline"), baseline) << "while the cursor moves";
+  QTest::keyClick(graph(), Qt::Key_Escape);
+  Settle();
+  EXPECT_EQ(shown("Baseline"), baseline) << "the cursor went back";
+  QTest::mouseRelease(&plot, Qt::LeftButton, {}, pixel(evokedEnd));
   Drag(&plot, pixel(record.cursors[0].x), pixel(evokedEnd));
   EXPECT_NEAR(record.cursors[0].x, evokedEnd, 1.0);
   EXPECT_NEAR(field("BaselineStart")->text().toDouble(), evokedEnd * 0.05, 0.05) << "ms on the form";
   EXPECT_NE(shown("Baseline"), baseline);
   EXPECT_NE(shown("Amplitude"), amplitude);
   EXPECT_EQ(Analysis.TableRow, 2) << "a drag adds no row";
+  clickControl("MeasureWhileMoving");
+  EXPECT_EQ(shown("Baseline"), baseline) << "the result";
 }
 
 TEST_F(AnalysisPageTest, AllSweepsFillTheTableWhichACopyTakesAsColumns) {
@@ -79,6 +89,41 @@ TEST_F(AnalysisPageTest, AllSweepsFillTheTableWhichACopyTakesAsColumns) {
     EXPECT_EQ(cells[0].toInt(), row + 1);
     EXPECT_EQ(cells[2].toFloat(), Analysis.Rows[static_cast<std::size_t>(row) + 1].value[5]) << "all digits";
   }
+}
+
+TEST_F(AnalysisPageTest, AnAreaIsChosenFromCornerToCornerAndAClickBesideThePlotCancels) {
+  QCustomPlot& plot = graph()->plot();
+  const Graph& record = GraphNamed("AnalysisPanel");
+  const auto choose = [&] {
+    Press(ControlNamed("ZoomAreaButton"));
+    Settle();
+    return plot.axisRect()->rect();
+  };
+  QRect area = choose();
+  QTest::mouseMove(&plot, area.center());
+  EXPECT_EQ(plot.cursor().shape(), Qt::CrossCursor);
+  QTest::mouseClick(&plot, Qt::LeftButton, {}, {area.center().x(), plot.height() - 2});
+  EXPECT_FALSE(record.cursors[4].enabled);
+  EXPECT_TRUE(record.cursors[0].enabled);
+  area = choose();
+  EXPECT_FALSE(record.cursors[5].enabled);
+  const DataRange x = ViewRange(record, 'x');
+  Drag(&plot, {area.left() + area.width() / 2, area.bottom() - 40},
+       {area.left() + 4 * area.width() / 5, area.top() + 40});
+  Press(ControlNamed("AnalysisZoomButton"));
+  EXPECT_NEAR(ViewRange(record, 'x').min, (x.min + x.max) / 2.0, 1.0);
+  EXPECT_NEAR(ViewRange(record, 'x').max, x.min + 0.8 * (x.max - x.min), 1.0);
+}
+
+TEST_F(AnalysisPageTest, AValueWithoutATrueMeasureIsGreyAndSaysWhy) {
+  type("BaselinePts", "0.05");
+  clickControl("AnalyzeButton");
+  constexpr int baseVar = 19;
+  const QModelIndex doubtful = table().model()->index(0, baseVar);
+  EXPECT_EQ(doubtful.data().toString(), "nan");
+  EXPECT_NE(doubtful.data(Qt::ToolTipRole).toString(), "");
+  EXPECT_TRUE(doubtful.data(Qt::ForegroundRole).isValid());
+  EXPECT_FALSE(table().model()->index(0, 3).data(Qt::ForegroundRole).isValid());
 }
 
 TEST_F(AnalysisPageTest, StopBesideTheProgressEndsTheAnalysisOfAllSweeps) {
