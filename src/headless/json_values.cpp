@@ -43,7 +43,7 @@ const char* StyleWord(PlotStyle style) {
 Json AxisJson(const Graph& graph, char which) {
   const Axis& axis = which == 'x' ? graph.x : graph.y;
   const DataRange view = ViewRange(graph, which);
-  Json json;
+  Json json = Json::object();
   json["title"] = axis.title;
   json["scaling"] = axis.automatic ? "auto" : "manual";
   json["min"] = NumberJson(view.min);
@@ -54,7 +54,7 @@ Json AxisJson(const Graph& graph, char which) {
 }
 
 Json PlotJson(const Plot& plot) {
-  Json json;
+  Json json = Json::object();
   json["style"] = StyleWord(plot.style);
   json["colour"] = ColourJson(plot.colour);
   json["count"] = plot.y.size();
@@ -64,7 +64,7 @@ Json PlotJson(const Plot& plot) {
 }
 
 Json CursorJson(const Cursor& cursor) {
-  Json json;
+  Json json = Json::object();
   json["x"] = NumberJson(cursor.x);
   json["y"] = NumberJson(cursor.y);
   json["enabled"] = cursor.enabled;
@@ -136,7 +136,7 @@ Json ControlValueJson(const Control& control) {
 }
 
 Json ControlJson(const Control& control) {
-  Json json;
+  Json json = Json::object();
   json["name"] = control.name;
   json["panel"] = control.panel->name;
   json["value"] = ControlValueJson(control);
@@ -152,17 +152,20 @@ Json ControlJson(const Control& control) {
 }
 
 Json GraphJson(const Graph& graph) {
-  Json json;
+  Json json = Json::object();
   json["graph"] = graph.name;
   json["plots"] = Json::array();
   for (const Plot& plot : graph.plots) json["plots"].push_back(PlotJson(plot));
+  json["axes"] = Json::object();
   json["axes"]["x"] = AxisJson(graph, 'x');
   json["axes"]["y"] = AxisJson(graph, 'y');
   json["cursors"] = Json::array();
   for (const Cursor& cursor : graph.cursors) json["cursors"].push_back(CursorJson(cursor));
   if (!graph.zooms) return json;
+  json["full"] = Json::object();
   json["full"]["x"] = Json::array({NumberJson(graph.fullXMin), NumberJson(graph.fullXMax)});
   json["full"]["y"] = Json::array({NumberJson(graph.fullYMin), NumberJson(graph.fullYMax)});
+  json["thumb"] = Json::object();
   json["thumb"]["x"] = ThumbJson(graph, 'x');
   json["thumb"]["y"] = ThumbJson(graph, 'y');
   return json;

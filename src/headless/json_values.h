@@ -8,7 +8,9 @@
 
 namespace zelvane {
 
-using Json = nlohmann::ordered_json;  // keys stay in the order in which they are written
+/// Keys stay in the order in which they are written. Begin an object with Json::object(), not with null: without
+/// memory the library's conversion of a null ends the program.
+using Json = nlohmann::ordered_json;
 
 /// Returns a double with the fewest digits that give the same number when they are read, at most 17. A whole
 /// number has no point. JSON has no numbers for NaN and infinities, so they become the strings "nan", "inf"

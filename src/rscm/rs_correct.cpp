@@ -4,9 +4,9 @@
 #include <string_view>
 
 #include "formats/input_file.h"
-#include "formats/line_scanner.h"
 #include "model/model_store.h"
 #include "platform/index.h"
+#include "rscm/iv_text.h"
 #include "rscm/rs_circuit.h"
 #include "rscm/rscm_store.h"
 #include "screen/popups.h"
@@ -23,8 +23,7 @@ constexpr char NoInput[] = "Input resistance must be above 0 Ohms.";
 constexpr char NoCapacitance[] = "Capacitance must not be below 0 Farads.";
 constexpr char RevertToLinear[] = "! Revert to linear IV";
 
-constexpr int FewestIvPoints = 5;
-constexpr std::size_t IvLineBytes = 80;
+constexpr std::size_t FewestIvPoints = 5;
 constexpr std::size_t MaxIvFileBytes = std::size_t{1} << 20;
 
 bool Refuse(const char* why) {
@@ -45,27 +44,6 @@ bool IsCircuit(const RsCircuit& circuit) {
   if (!(circuit.rs > 0.0F)) return Refuse(NoAccess);
   if (!(circuit.rm > 0.0F)) return Refuse(NoInput);
   return circuit.cm >= 0.0F || Refuse(NoCapacitance);
-}
-
-/// Reads two numbers from the begin of a line.
-bool ScanPoint(std::string_view line, float& volt, float& current) {
-  std::string_view rest = line.substr(0, IvLineBytes);
-  if (ScanNumber(rest, volt) != Scan::Taken) return false;
-  const std::size_t comma = rest.find_first_not_of(" \t");
-  if (comma != std::string_view::npos && rest[comma] == ',') rest.remove_prefix(comma + 1);
-  return ScanNumber(rest, current) == Scan::Taken;
-}
-
-/// Reads the points at the begin of a text into the store and returns their number.
-int ReadPoints(std::string_view text) {
-  int count = 0;
-  while (count < MaxIvPoints) {
-    const auto line = NextLine(text);
-    const auto i = Index(count);
-    if (!line || !ScanPoint(line->text, RsCm.RcIvVolt[i], RsCm.RcIvCurrent[i])) break;
-    ++count;
-  }
-  return count;
 }
 
 }  // namespace
@@ -126,13 +104,15 @@ IvFile LoadIvFile(const std::string& path) {
     ConsoleLine(FormatText("Error Reading Raw Data IV curve [%s]. \n", path.c_str()) + fault);
     return IvFile::Unreadable;
   }
-  const int count = ReadPoints(*text);
-  if (count < FewestIvPoints) {
+  const IvPoints points = ParseIv(*text, MaxIvPoints);
+  if (points.volt.size() < FewestIvPoints) {
     SetLinearIv();
     ConsoleLine(RevertToLinear);
     return IvFile::TooShort;
   }
-  RsCm.RcIvCount = count;
+  std::copy(points.volt.begin(), points.volt.end(), RsCm.RcIvVolt.begin());
+  std::copy(points.current.begin(), points.current.end(), RsCm.RcIvCurrent.begin());
+  RsCm.RcIvCount = static_cast<int>(points.volt.size());
   RsCm.RcIvLoaded = 1;
   return IvFile::InUse;
 }

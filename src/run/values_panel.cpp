@@ -29,7 +29,8 @@ constexpr int ManyRows = 5100;  // with more rows a message says that filling ta
 /// The result when the table was filled: a cell is made of it when it is looked at.
 struct FilledValues {
   std::vector<float> values{};
-  std::vector<double> timesMs{};  // of saved steps; empty for samples, which follow each other by the interval
+  std::vector<double>
+      timesMs{};  // of saved steps; empty for samples, which follow each other by the interval
   float intervalMs = 0.0F;
 };
 

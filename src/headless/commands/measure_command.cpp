@@ -217,7 +217,7 @@ std::string FileText(const std::string& path, const std::vector<AnalysisRow>& ro
 }
 
 Json RowJson(const AnalysisRow& row) {
-  Json json;
+  Json json = Json::object();
   json["sweep"] = row.episode;
   for (std::size_t c = FirstValueColumn; c <= AnalysisColumns; ++c) {
     json[ColumnTitle(static_cast<int>(c))] = row.measured[c] ? FloatJson(row.value[c]) : Json(nullptr);
@@ -227,7 +227,7 @@ Json RowJson(const AnalysisRow& row) {
 
 void WriteJson(const MeasureOptions& options, const Recording& recording,
                const std::vector<AnalysisRow>& rows, std::ostream& out) {
-  Json json;
+  Json json = Json::object();
   json["file"] = options.file;
   if (recording.abf) json["channel"] = recording.channel;
   if (!recording.units.empty()) json["units"] = recording.units;

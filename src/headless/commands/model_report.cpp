@@ -126,7 +126,7 @@ void WriteStimulus(std::ostream& out) {
 Json RatesJson(const std::vector<RateAccount>& rates) {
   Json list = Json::array();
   for (const RateAccount& rate : rates) {
-    Json json;
+    Json json = Json::object();
     json["from"] = rate.from;
     json["to"] = rate.to;
     json["rate"] = NumberJson(rate.rate);
@@ -144,7 +144,7 @@ Json RatesJson(const std::vector<RateAccount>& rates) {
 Json StatesJson(const std::vector<int>& states, const Labels& labels) {
   Json list = Json::array();
   for (const int s : states) {
-    Json json;
+    Json json = Json::object();
     json["state"] = s;
     json["label"] = labels[Index(s)];
     json["conductance"] = TypedJson(Model.StateConductance[Index(s)]);
@@ -156,7 +156,7 @@ Json StatesJson(const std::vector<int>& states, const Labels& labels) {
 }
 
 Json RunJson() {
-  Json json;
+  Json json = Json::object();
   json["simulator"] = SimulatorWord(Model.SimulatorKind);
   json["points"] = Model.NumPoints;
   json["interval"] = TypedJson(Model.ADInterval);
@@ -175,7 +175,7 @@ Json RunJson() {
 }
 
 Json StimulusJson() {
-  Json json;
+  Json json = Json::object();
   json["mode"] = StimModeWord();
   if (Stimulus.StimMode != StimAutomatic) return json;
   json["target"] = Stimulus.AutoDrugOrVolt != 0 ? Json("voltage") : Json(1);
@@ -234,7 +234,7 @@ void WriteModelReport(std::ostream& out) {
 }
 
 Json ModelReportJson() {
-  Json json;
+  Json json = Json::object();
   json["title"] = Model.ModelTitle;
   json["drugs"] = Json::array();
   for (int d = 1; d <= MaxDrugs; ++d) json["drugs"].push_back(Model.DrugLabel[Index(d)]);

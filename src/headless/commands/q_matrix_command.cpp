@@ -49,7 +49,7 @@ Json MatrixJson(const DenseMatrix<float>& rates) {
 }
 
 void WriteJson(const QMatrixSolution& solution, const std::string& model, int point, std::ostream& out) {
-  Json json;
+  Json json = Json::object();
   json["model"] = model;
   json["title"] = Model.ModelTitle;
   json["time"] = NumberJson(TimeOfStimulusPoint(point));

@@ -56,7 +56,7 @@ void WriteAccount(const std::string& path, const RecordingAccount& account, bool
 }
 
 Json AccountJson(const std::string& path, const RecordingAccount& account, const std::vector<int>& lengths) {
-  Json json;
+  Json json = Json::object();
   json["file"] = path;
   json["kind"] = account.kind;
   if (account.version > 0.0) json["version"] = NumberJson(std::round(account.version * 100.0) / 100.0);

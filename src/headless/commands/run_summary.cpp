@@ -151,7 +151,7 @@ void WriteSummary(const RunSummary& summary, std::ostream& out) {
 }
 
 void WriteSummaryJson(const RunSummary& summary, const std::string& model, std::ostream& out) {
-  Json json;
+  Json json = Json::object();
   json["model"] = model;
   json["title"] = summary.title;
   json["points"] = summary.points;

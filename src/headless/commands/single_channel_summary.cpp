@@ -31,7 +31,7 @@ void WriteList(const char* title, const DwellListSummary& list, std::ostream& ou
 }
 
 Json ListJson(const DwellListSummary& list) {
-  Json json;
+  Json json = Json::object();
   json["count"] = list.count;
   json["mean"] = list.count > 0 ? NumberJson(list.meanMs) : Json(nullptr);
   return json;
@@ -70,7 +70,7 @@ void WriteSingleChannels(const SingleChannelSummary& summary, std::ostream& out)
 }
 
 Json SingleChannelsJson(const SingleChannelSummary& summary) {
-  Json json;
+  Json json = Json::object();
   json["channels"] = summary.channels;
   json["runs"] = summary.runs;
   json["intervals"] = summary.intervals;

@@ -18,7 +18,7 @@ std::optional<T> Take(std::deque<T>& queue) {
 }
 
 Json Popup(const char* kind) {
-  Json event;
+  Json event = Json::object();
   event["popup"] = kind;
   return event;
 }
@@ -35,7 +35,7 @@ void ShowMessage(DriveSession& session, std::string_view title, std::string_view
 }
 
 void WriteNote(DriveSession& session, std::string_view sentence) {
-  Json event;
+  Json event = Json::object();
   event["note"] = sentence;
   WriteObject(session, event);
 }
@@ -120,25 +120,25 @@ void Pump(DriveSession& session) {
 }
 
 void WriteConsole(DriveSession& session, std::string_view line) {
-  Json event;
+  Json event = Json::object();
   event["console"] = line;
   WriteObject(session, event);
 }
 
 void WriteHelp(DriveSession& session, int topic) {
-  Json event;
+  Json event = Json::object();
   event["help"] = topic;
   WriteObject(session, event);
 }
 
 void WritePrint(DriveSession& session, const Panel& panel) {
-  Json event;
+  Json event = Json::object();
   event["print"] = panel.name;
   WriteObject(session, event);
 }
 
 void WriteError(DriveSession& session, std::string_view text) {
-  Json event;
+  Json event = Json::object();
   event["error"] = text;
   WriteObject(session, event);
 }

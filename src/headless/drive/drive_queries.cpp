@@ -21,7 +21,7 @@ std::vector<std::string> NamesOf(const std::deque<Record>& records) {
 }
 
 Json Named(const std::string& name) {
-  Json object;
+  Json object = Json::object();
   object["name"] = name;
   return object;
 }
@@ -217,7 +217,7 @@ void GraphQuery(DriveSession& session, Words words) {
 }
 
 void PanelsQuery(DriveSession& session, Words) {
-  Json object;
+  Json object = Json::object();
   object["panels"] = Json::array();
   for (const Panel& panel : Screen.panels) {
     if (panel.visible) object["panels"].push_back(panel.name);

@@ -67,7 +67,7 @@ TEST_F(MemoryTest, AnActionWithoutMemoryIsToldAndCanBeRepeated) {
     EXPECT_EQ(told.find("rror"), std::string::npos) << told;
     const std::string undisturbed = StoreDigest();
     for (const std::size_t least : {std::size_t{0}, std::size_t{4096}}) {
-      for (long number = 1; number < 1'000'000; number += number / 4 + 1) {
+      for (long number = 1; number < 1'000'000; number += number / 2 + 1) {
         SCOPED_TRACE(action + ", allocation " + std::to_string(number) + " of " + std::to_string(least));
         Run(setup);
         const std::string before = SettingsNow();
