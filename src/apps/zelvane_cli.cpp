@@ -84,7 +84,8 @@ constexpr char ModelFooter[] =
     "  zelvane-cli model --upgrade old.mod new.mod\n"
     "reads old.mod in any of the four formats and writes new.mod in the newest format.";
 
-/// Set by Ctrl-C, except in `drive`, and by --timeout. A run reads it when it lets user events through, a writer between the parts of a file.
+/// Set by Ctrl-C, except in `drive`, and by --timeout. A run reads it when it lets user events through, a writer
+/// between the parts of a file.
 std::atomic<bool> StopAsked{false};
 static_assert(std::atomic<bool>::is_always_lock_free);  // a signal handler may write it
 
@@ -126,7 +127,7 @@ int RunDriveCommand(DriveArguments& arguments) {
   std::error_code error;
   std::ifstream script(arguments.script, std::ios::binary);
   if (!script.is_open() || std::filesystem::is_directory(arguments.script, error)) {
-    std::cerr << arguments.script << ": cannot be opened\n";
+    Streams().err << arguments.script << ": cannot be opened\n";
     return JobFailed;
   }
   return RunDrive(script, std::cout, arguments.start, host);

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "formats/number_text.h"
+#include "platform/format_text.h"
 #include "screen/zoom_graph.h"
 
 namespace zelvane {
@@ -172,7 +173,22 @@ Json GraphJson(const Graph& graph) {
 }
 
 std::string JsonLine(const Json& object) {
-  return object.dump(-1, ' ', false, Json::error_handler_t::replace);
+  const std::string line = object.dump(-1, ' ', false, Json::error_handler_t::replace);
+  std::string safe;
+  safe.reserve(line.size());
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(line[i]);
+    const auto next = static_cast<unsigned char>(i + 1 < line.size() ? line[i + 1] : 0);
+    if (byte == 0x7F) {
+      safe += "\\u007f";
+    } else if (byte == 0xC2 && next < 0xA0) {
+      safe += FormatText("\\u%04x", next);
+      ++i;
+    } else {
+      safe += line[i];
+    }
+  }
+  return safe;
 }
 
 }  // namespace zelvane

@@ -30,7 +30,8 @@ Json ControlValueJson(const Control& control);
 Json ControlJson(const Control& control);
 Json GraphJson(const Graph& graph);
 
-/// Returns one line of output. Replaces bytes that are not UTF-8 by replacement characters.
+/// Returns one line of output. Replaces bytes that are not UTF-8 by replacement characters, and writes all
+/// control characters as "\u009b", so that a terminal does not obey them.
 std::string JsonLine(const Json& object);
 
 }  // namespace zelvane

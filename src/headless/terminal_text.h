@@ -8,7 +8,8 @@ namespace zelvane {
 
 /// Passes text on to `inner` and writes control characters, except line ends and tabulators, as "\x1b".
 ///
-/// Control characters are the bytes below 0x20, 0x7f, and U+0080 to U+009F in UTF-8.
+/// Control characters are the bytes below 0x20, 0x7f, U+0080 to U+009F in UTF-8, and the bytes 0x80 to 0x9f
+/// outside a UTF-8 character.
 class TerminalBuffer : public std::streambuf {
  public:
   explicit TerminalBuffer(std::streambuf& inner) : inner_(inner) {}
@@ -20,8 +21,10 @@ class TerminalBuffer : public std::streambuf {
  private:
   bool pass(unsigned char byte);
   bool escape(unsigned char byte);
+  bool put(unsigned char byte);
 
   std::streambuf& inner_;
+  int followers_ = 0;     // bytes that the present UTF-8 character lacks
   bool afterC2_ = false;  // the first byte of U+0080 to U+00BF waits for the second
 };
 

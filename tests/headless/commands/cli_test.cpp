@@ -102,13 +102,16 @@ TEST(CliTest, TimeoutStopsAnyCommand) {
 
 TEST(CliTest, ATerminalGetsControlCharactersEscaped) {
   const TemporaryFolder folder;
-  const std::string file = folder.File("\x1b[2Jname\x7f\xc2\x9b\xc3\xa9");
+  const std::string file = folder.File("\x1b[2Jname\x7f\xc2\x9b\x9b\xc3\xa9\xe2\x82\x9b");
   const auto onTerminal = [&](const std::string& options) {
     return Shell("script -qec \"" + Cli + "info " + options + "'" + file + "'\" /dev/null").out;
   };
   WriteWholeFile(file, "1\n2\n3\n");
-  EXPECT_NE(onTerminal("").find("/\\x1b[2Jname\\x7f\\x9b\xc3\xa9"), std::string::npos) << onTerminal("");
+  EXPECT_NE(onTerminal("").find("/\\x1b[2Jname\\x7f\\x9b\\x9b\xc3\xa9\xe2\x82\x9b"), std::string::npos)
+      << onTerminal("");
   EXPECT_EQ(onTerminal("").find('\x1b'), std::string::npos);
+  EXPECT_NE(onTerminal("--json ").find(R"(/\u001b[2Jname\u007f\u009b)"), std::string::npos)
+      << onTerminal("--json ");
 }
 
 }  // namespace
