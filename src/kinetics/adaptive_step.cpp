@@ -34,18 +34,18 @@ struct Stepper {
   float nextStep = 0.0F;
   float workingPrecision = 0.0F;  // loosened when a step no longer moves the time
   bool reduced = false;
-  bool lost = false;  // a step needs a tolerance above CoarsestPrecision
+  bool lost = false;     // a step needs a tolerance above CoarsestPrecision
+  bool stalled = false;  // the step has shrunk to 0
   LaneValues y;
   LaneValues slope;
   LaneValues scale;
 };
 
-/// Makes the tolerance ten times coarser. Returns false, and keeps it, when it would pass CoarsestPrecision.
+/// Makes the tolerance ten times coarser, up to CoarsestPrecision. Returns false when it is there already.
 bool LoosenPrecision(Stepper& stepper) {
-  const float coarser = stepper.workingPrecision * 10.0F;
-  stepper.lost = coarser > CoarsestPrecision;
+  stepper.lost = stepper.workingPrecision >= CoarsestPrecision;
   if (stepper.lost) return false;
-  stepper.workingPrecision = coarser;
+  stepper.workingPrecision = std::min(stepper.workingPrecision * 10.0F, CoarsestPrecision);
   stepper.reduced = true;
   return true;
 }
@@ -73,7 +73,7 @@ LaterStages FactorsOfStages(Stepper& stepper, float h) {
 }
 
 /// Takes a step of size stepper.h, or a shorter one that `tolerance` allows, and sets the next size. Returns
-/// false when no step is possible: the precision is lost, or the slopes are not numbers and the step is 0.
+/// false when no step is possible: the precision is lost, or the step is 0 because a rate is too large.
 bool ControlledStep(Stepper& stepper, float tolerance) {
   float h = stepper.h;
   float worst = 0.0F;
@@ -88,7 +88,8 @@ bool ControlledStep(Stepper& stepper, float tolerance) {
         static_cast<float>(Safety * full * std::pow(static_cast<double>(worst), ShrinkPower));
     h = std::max(shorter, static_cast<float>(MostShrinking * full));
     if (stepper.x + h == stepper.x && !LoosenPrecision(stepper)) return false;
-    if (h == 0.0F) return false;
+    stepper.stalled = h == 0.0F;
+    if (stepper.stalled) return false;
   }
   const double grown = Safety * static_cast<double>(h) * std::pow(static_cast<double>(worst), GrowPower);
   stepper.nextStep = worst > SmallError ? static_cast<float>(grown) : MostGrowth * h;
@@ -202,6 +203,7 @@ AdaptiveResult IntegrateAdaptive(const AdaptiveRun& run, std::span<float> savedT
   result.precision = stepper.workingPrecision;
   result.precisionReduced = stepper.reduced;
   result.precisionLost = stepper.lost && !result.finished;
+  result.stalled = stepper.stalled;
   return result;
 }
 

@@ -26,7 +26,8 @@ struct AdaptiveResult {
   bool stopped = false;
   bool precisionReduced = false;  // a step did not change the time any more
   bool precisionLost = false;     // the run ended because a step needed more than CoarsestPrecision
-  float precision = 0.0F;         // tolerance at the end; ten times larger after each reduction
+  bool stalled = false;           // the run ended because no step was short enough for a float
+  float precision = 0.0F;         // tolerance at the end; ten times larger after each reduction, at most 1
   int rounds = 0;                 // of the last stepping loop
   int saved = 0;                  // saved steps in this loop
 };
@@ -44,8 +45,8 @@ int FirstActivePoint(const SchemeTables& tables, const std::array<float, MaxStat
 ///
 /// A run fails when it has not reached its end after 10 x numPoints steps. When a step is so short that it
 /// does not change the time any more, the tolerance is multiplied by ten. If the run then does not reach
-/// its end, it is repeated once, with the tolerance multiplied by ten again. A run whose tolerance would pass
-/// CoarsestPrecision fails at once.
+/// its end, it is repeated once, with the tolerance multiplied by ten again. The tolerance ends at
+/// CoarsestPrecision: a run that needs more fails at once.
 ///
 /// States, rates and times are 32-bit floats. The method is that of Cash & Karp (1990), ACM Trans. Math.
 /// Softw. 16, 201-222; driver and step control are odeint and rkqs of Press, Teukolsky, Vetterling & Flannery

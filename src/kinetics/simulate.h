@@ -68,7 +68,7 @@ enum class SimulationFault {
   TooManyExits,     // single channels: a state has more than MaxConnections exits
   TooManyChannels,  // more than MaxChannelsOfRun
   OutOfRange,       // fixed step: occupancies left their range even with the smallest step
-  NotFinished,      // adaptive: the steps were used up before the end
+  NotFinished,      // adaptive: no steps before the end were left, or none was possible
   IsolatedState,    // a channel came to a state without exits
   RateTooFast,      // the time of a channel does not advance any more
 };

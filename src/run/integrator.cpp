@@ -29,8 +29,11 @@ constexpr char PrecisionLost[] =
     "The adaptive integrator would need a precision above %g for this run, so there is no trace: a rate is too "
     "fast for the length of the run.";
 constexpr char StepsUsedUp[] =
-    "The adaptive integrator has used up its %d steps before the end of the run, so there is no trace: raise the "
-    "precision or use the fixed-step integrator.";
+    "The adaptive integrator has used up its %d steps before the end of the run, so there is no trace: enter a "
+    "larger number for the precision or use the fixed-step integrator.";
+constexpr char Stalled[] =
+    "The adaptive integrator found no step that is short enough for this run, so there is no trace: a rate is too "
+    "large for 32-bit floats.";
 
 constexpr int ManyPoints = 20001;  // from here on a run may be slow
 constexpr double ManySubsteps = 10.0;
@@ -78,8 +81,11 @@ void TellAdaptive(const AdaptiveResult& run, const RunReporter& reporter) {
   if (IsSilent(reporter)) return;
   RunSettingsChanged.Tell();
   if (run.finished || run.stopped) return;
-  Note(run.precisionLost ? FormatText(PrecisionLost, static_cast<double>(CoarsestPrecision))
-                         : FormatText(StepsUsedUp, run.rounds));
+  if (run.precisionLost) {
+    Note(FormatText(PrecisionLost, static_cast<double>(CoarsestPrecision)));
+  } else {
+    Note(run.stalled ? Stalled : FormatText(StepsUsedUp, run.rounds));
+  }
 }
 
 Outcome FinishAdaptive(const SimulationResult& result, const RunReporter& reporter) {

@@ -139,9 +139,9 @@ bool PlainControlledStep(const PlainScheme& scheme, float& x, float h, float tol
         static_cast<float>(0.9 * static_cast<double>(h) * std::pow(static_cast<double>(worst), -0.25));
     h = std::max(shorter, static_cast<float>(0.1 * static_cast<double>(h)));
     if (x + h == x) {
-      result.precisionLost = result.precision * 10.0F > CoarsestPrecision;
+      result.precisionLost = result.precision >= CoarsestPrecision;
       if (result.precisionLost) return false;
-      result.precision *= 10.0F;
+      result.precision = std::min(result.precision * 10.0F, CoarsestPrecision);
       result.precisionReduced = true;
     }
     if (h == 0.0F) return false;
@@ -214,9 +214,9 @@ AdaptiveResult PlainAdaptive(const SchemeTables& tables, const StimulusView& sti
   result.precision = std::clamp(precision, FinestPrecision, CoarsestPrecision);
   PlainLoop(scheme, start, numPoints, savedTime, rows, result);
   if (result.precisionReduced && !result.finished) {
-    result.precisionLost = result.precision * 10.0F > CoarsestPrecision;
+    result.precisionLost = result.precision >= CoarsestPrecision;
     if (result.precisionLost) return result;
-    result.precision *= 10.0F;
+    result.precision = std::min(result.precision * 10.0F, CoarsestPrecision);
     PlainLoop(scheme, start, numPoints, savedTime, rows, result);
   }
   return result;
