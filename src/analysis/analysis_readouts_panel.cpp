@@ -6,6 +6,7 @@
 #include "analysis/analysis_store.h"
 #include "analysis/analysis_views.h"
 #include "analysis/analyze.h"
+#include "model/model_events.h"
 #include "screen/screen.h"
 #include "trace/trace_store.h"
 
@@ -51,6 +52,7 @@ constexpr ControlDecl ReadoutControls[] = {
 
 void AddCursorReadouts() {
   AddControls(AnalysisPanelName, "view", ReadoutControls);
+  ModelFileToSave.Add([] { StoreTyped("AnalysisDisplay[1]"); });
 }
 
 void ShowCursorReadouts() {

@@ -176,11 +176,13 @@ void AddMainPanel() {
 }
 
 void ReadGridRates() {
+  ReadControls(MainPanelName, StatesGroup);
   ReadControls(MainPanelName, RatesGroup);
   ReadControls(MainPanelName, TextsGroup);
 }
 
 void WriteGridRates() {
+  WriteControls(MainPanelName, StatesGroup);
   WriteControls(MainPanelName, RatesGroup);
   RefreshLinks();
 }

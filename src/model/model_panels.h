@@ -8,7 +8,7 @@ namespace zelvane {
 void AddModelPanels();
 
 // -- Copies between panels and store --
-void ReadGridRates();  // KOn and KOff, the title, and the labels of the grid
+void ReadGridRates();  // StateOn, KOn and KOff, the title, and the labels of the grid
 void WriteGridRates();
 void ReadTableRates();   // all 380 cells into TableRate
 void ReadActiveRates();  // those of the form that runs, and what an open dependence panel shows

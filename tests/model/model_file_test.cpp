@@ -56,6 +56,8 @@ TEST_F(ModelFileTest, TheMenuSavesWhatThePanelsShowCommittedOrNot) {
   TypeOnly("StateConductance[2]", "40");
   TypeOnly("StartOccupancy[2]", "0.5");
   TypeOnly("RsCmAuto", "on");
+  TypeOnly("StateOn[7]", "on");
+  TypeOnly("AnalysisDisplay[1]", "on");
   choices = {path};
   PressCommand("SaveParameters");
   EXPECT_EQ(fileRequests.at(0).title, "Save Parameters");
@@ -70,6 +72,8 @@ TEST_F(ModelFileTest, TheMenuSavesWhatThePanelsShowCommittedOrNot) {
   EXPECT_EQ(Model.StateConductance[2], 40.0F);
   EXPECT_EQ(Model.StartOccupancy[2], 0.5F);
   EXPECT_EQ(RsCm.RsCmAuto, 1);
+  EXPECT_EQ(Model.StateOn[7], 1);
+  EXPECT_EQ(Analysis.AnalysisDisplay[1], 1);
 }
 
 TEST_F(ModelFileTest, AsksTwiceForANameWhileTheFileCannotBeOpened) {

@@ -98,6 +98,7 @@ TEST_F(QMatrixTest, WithoutAnAnswerTheEquilibriumIsZeroAndTheNextAnalysisWorks) 
   const auto isClear = [] { return !HasEquilibrium(); };
   AnalyzeOnPanel(1);
   Model.StateOn[1] = Model.StateOn[2] = 0;
+  WriteGridRates();
   EXPECT_TRUE(AnalyzeOnPanel(1).matrix.states.empty());
   EXPECT_TRUE(isClear());
   EXPECT_EQ(TextBoxNamed("QMatrixText").lines, (Texts{"Q=", ""}));
