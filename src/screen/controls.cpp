@@ -254,7 +254,8 @@ Refusal TypeNumber(Control& control, std::string_view text) {
   if (!value) return NotANumber;
   if (!std::isfinite(*value)) return NotFinite;
   const double stored = control.toStored != nullptr ? control.toStored(*value) : *value;
-  if (control.field && !NumberSuits(*control.field.field, stored)) return NotSuitable;
+  if (control.field && !NumberSuits(*control.field.field, stored))
+    return WhyNotSuitable(control.field.field->type);
   control.number = *value;
   control.typed = true;
   return {};

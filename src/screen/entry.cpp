@@ -10,7 +10,8 @@ namespace {
 /// Returns the reason why a control cannot hold a number.
 Refusal CheckNumber(const Control& control, double value) {
   if (!std::isfinite(value)) return NotFinite;
-  if (control.field && !NumberSuits(*control.field.field, value)) return NotSuitable;
+  if (control.field && !NumberSuits(*control.field.field, value))
+    return WhyNotSuitable(control.field.field->type);
   return {};
 }
 

@@ -5,12 +5,20 @@
 #include <string>
 #include <string_view>
 
+#include "screen/fields.h"
+
 namespace zelvane {
 
 // -- Why a number is refused --
 inline constexpr char NotANumber[] = "not a number";
 inline constexpr char NotFinite[] = "not a finite number";
-inline constexpr char NotSuitable[] = "not a whole number, or too large for this field";
+inline constexpr char NotWhole[] = "not a whole number, or too large for this field";
+inline constexpr char TooLarge[] = "too large for this field";
+
+/// Returns the reason why a field of this type cannot hold a number for which NumberSuits is false.
+constexpr const char* WhyNotSuitable(FieldType type) {
+  return type == FieldType::Int ? NotWhole : TooLarge;
+}
 
 /// Converts a typed number to the unit of its field. The decimal mark is a full stop or a comma. If the unit
 /// is M, S, A or V, or one of these with a prefix (mV, pA, pS), the text may have an SI prefix from f to G,

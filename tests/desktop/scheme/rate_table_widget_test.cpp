@@ -93,7 +93,7 @@ TEST_F(RateTableViewTest, ABadBlockIsRefusedWhole) {
        {std::tuple{"1\t2\n3\tabc\n", 1, 2, "row 2, column 2: \"abc\" is not a number"},
         {"1\t2\n", 5, 4, "row 1, column 2: there is no cell for this number"},  // the diagonal
         {"1\t2\n", 5, 20, "row 1, column 2: there is no cell for this number"},
-        {"1\t1e300\n", 1, 2, "row 1, column 2: not a whole number, or too large for this field"},
+        {"1\t1e300\n", 1, 2, "row 1, column 2: too large for this field"},
         {"", 1, 2, "The clipboard holds no numbers."}}) {
     SCOPED_TRACE(text);
     const auto before = Model.TableRate;

@@ -135,6 +135,7 @@ TEST_F(DriveLanguageTest, ARefusalKeepsTheValueAndIsNoFaultOfTheScript) {
                  {"enter NumPoints nan", Error("NumPoints: not a finite number")},
                  {"enter Temperature 1e999", Error("Temperature: not a finite number")},
                  {"enter NumPoints 1.5", Error("NumPoints: not a whole number, or too large for this field")},
+                 {"enter Temperature 1e39", Error("Temperature: too large for this field")},
                  {"press FxnNoise", Error("FxnNoise: dimmed")},
                  {"close Modal", Error("Modal: not open")},
                  {"strip Plain x 1 99", Error("Plain: no zoom strips on this graph")},
