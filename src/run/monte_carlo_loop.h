@@ -32,8 +32,7 @@ namespace zelvane {
 ///          arrays keep the channels simulated so far, and the starting occupancies are as before the run,
 ///          unless `ReseedSimulation` is on.
 /// @return Done, also when no channel was simulated; Stopped; Refused for too many channels or, with a note, for
-///         no runs; or Failed when
-///         a channel could not go on or a trace was not appended to the autosave file
+///         no runs; or Failed when a channel could not go on or a trace was not appended to the autosave file
 Outcome RunMonteCarlo(const RunReporter& reporter);
 
 /// Returns the channels of a run: |numChannels + deviation|, converted through a text with two decimals.

@@ -47,8 +47,8 @@ void ConvertTrace(bool erase, const RunReporter& reporter);
 
 /// Reads the run settings from their panel, converts the occupancies of the last run again with the present
 /// monitored states and units, and replaces the plot. Refuses a resampled trace, a recording, and settings
-/// without points or time between them; with a note, those of another length than the run. Asks before it removes a correction for series resistance. Does not
-/// convert the trace of cooperative subunits; only plots it.
+/// without points or time between them; with a note, those of another length than the run. Asks before it removes
+/// a correction for series resistance. Does not convert the trace of cooperative subunits; only plots it.
 void RefreshTrace();
 
 /// Updates `Result` when the trace changes, and gives the saved steps of the trace to its writers. A

@@ -21,8 +21,8 @@ void StimReadControls();
 /// Writes the whole store to the panel. A TrainInterval at or below 0 becomes 1.
 void StimPanelRefresh();
 
-/// Reads the panel, dims the fields of the other modes, plots the stimulus and shows the length of the sweep. In AUTOMATIC
-/// mode, when no fit runs, it also builds the step of voltage or Drug1 over all MaxStimPoints samples.
+/// Reads the panel, dims the fields of the other modes, plots the stimulus and shows the length of the sweep. In
+/// AUTOMATIC mode, when no fit runs, it also builds the step of voltage or Drug1 over all MaxStimPoints samples.
 /// @return Done, also when USER mode got no file and went back to AUTOMATIC; Refused, with a message, when the
 ///         mode is unavailable
 Outcome StimRebuild();

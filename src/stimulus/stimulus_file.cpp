@@ -49,7 +49,7 @@ constexpr char TooLargeForWaveform[] =
 constexpr char ShortFile[] = "%s ends before its last profile: %s.";
 constexpr char ShortInAutomatic[] =
     "the automatic step is in %s again, the other profiles hold what was read";
-constexpr char ShortElse[] = "the profiles hold what was read, and zeros behind it";
+constexpr char ShortElse[] = "the profiles hold what was read, followed by zeros";
 
 /// Tells that a file without its last profile has replaced the profiles.
 void TellShortFile(const std::string& path) {

@@ -159,7 +159,7 @@ TEST_F(StimulusPanelTest, AFileWithoutItsLastProfileTellsWhatTheProfilesHold) {
              "the automatic step is in voltage and Drug1 again, the other profiles hold what was read."},
         Case{StimAutomatic, 1, 2.0F,
              "the automatic step is in the voltage again, the other profiles hold what was read."},
-        Case{StimManual, 0, 2.0F, "the profiles hold what was read, and zeros behind it."}}) {
+        Case{StimManual, 0, 2.0F, "the profiles hold what was read, followed by zeros."}}) {
     Stimulus.StimMode = mode;
     Stimulus.AutoDrugOrVolt = volts;
     StimPanelRefresh();
