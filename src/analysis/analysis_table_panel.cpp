@@ -9,6 +9,7 @@
 #include "analysis/results_files.h"
 #include "analysis/results_read.h"
 #include "analysis/results_table.h"
+#include "analysis/table_text.h"
 #include "platform/index.h"
 #include "screen/screen.h"
 #include "trace/trace_events.h"

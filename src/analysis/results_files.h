@@ -4,17 +4,16 @@
 //   Measures      SaveAnalysis  AppendMeasures  EndMeasuresFile  OfferUnwrittenRows
 //                 MeasuresHeader  MeasuresRow
 //   Mean and variance   AppendMeanVariance
-//   Table         SaveResultsTable  ExportTableCsv  FilledRows  TableText  TableCsv  ParseTable
+//   Table         SaveResultsTable  ExportTableCsv  FilledRows
+//   Text of a table     table_text.h
 //   Reading       results_read.h
 //
 // Numbers have a full stop in every locale.
 #pragma once
 
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "analysis/analysis_store.h"
 #include "platform/outcome.h"
@@ -65,13 +64,6 @@ void EndMeasuresFile();
 
 // -- Table --
 
-/// Returns rows as the text of a table file, with the names of the present model and data file.
-std::string TableText(std::span<const AnalysisRow> rows);
-
-/// Returns rows as CSV: titles, then one row per line. A missing measure is an empty cell. Numbers have
-/// enough digits to give the same 32-bit float when they are read.
-std::string TableCsv(std::span<const AnalysisRow> rows);
-
 /// Returns rows 1 to `Analysis.TableRow` - 1.
 std::span<const AnalysisRow> FilledRows();
 
@@ -84,19 +76,5 @@ Outcome SaveResultsTable();
 /// Asks for a name and writes the table as CSV. On failure shows a message.
 /// @return Done, Refused without a name, or Failed
 Outcome ExportTableCsv();
-
-inline constexpr char TableMagic[] = "TABLE";  // begin of a table file
-
-/// The contents of a table file.
-struct TableFile {
-  std::string modelPath;
-  std::string dataPath;
-  int count = 0;                  // number of rows in the header
-  std::vector<AnalysisRow> rows;  // rows of the file, at most MaxAnalysisRows
-};
-
-/// Parses a table file. Returns an empty result when its first line does not begin with "TABLE" or it has
-/// no count. A file name may contain blanks. Stops at a row without its numbers.
-std::optional<TableFile> ParseTable(std::string_view text);
 
 }  // namespace zelvane

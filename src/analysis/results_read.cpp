@@ -4,6 +4,7 @@
 
 #include "analysis/results_files.h"
 #include "analysis/results_table.h"
+#include "analysis/table_text.h"
 #include "formats/input_file.h"
 #include "model/model_file.h"
 #include "model/model_store.h"

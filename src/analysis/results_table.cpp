@@ -18,12 +18,6 @@ namespace {
 constexpr char TableFull[] =
     "You have exceeded the capacity of the table. Clear table before analyzing more events.";
 
-constexpr std::array<const char*, AnalysisColumns + 1> Titles = {
-    "",          "",          "Filename", "Episode",        "Base",    "Amp",
-    "Risetime",  "Width",     "FitAmp1",  "Tau1",           "FitAmp2", "Tau2",
-    "Offset",    "LatRise",   "LatPeak",  "Integral",       "Slope",   "Risepts",
-    "Coastline", "FracDecay", "BaseVar",  "Goodness-of-Fit"};
-
 // Why the value of a column was not measured.
 constexpr char NoBaseline[] = "The baseline begins outside the trace, or has no sample.";
 constexpr char NoPeak[] = "The search for the peak begins outside the trace, or there is no baseline.";
@@ -82,10 +76,6 @@ AnalysisRow& RowAt(int row) {
 }
 
 }  // namespace
-
-const char* ColumnTitle(int column) {
-  return Titles[Index(std::clamp(column, 1, AnalysisColumns))];
-}
 
 std::string WhyInDoubt(const AnalysisRow& row, int column) {
   if (!row.filled || column < FirstValueColumn || row.measured[Index(column)]) return {};

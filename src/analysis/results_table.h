@@ -2,7 +2,7 @@
 //
 //   A row       ResultsRow  TableAddRow  RewriteRow
 //   The table   DeleteLastRow  ClearResultsTable
-//   Columns     ColumnTitle  WhyInDoubt
+//   Columns     WhyInDoubt; titles are in table_text.h
 //
 // The rows are in `Analysis.Rows`, from 1. `Analysis.TableRow` is the next row to fill. The panel shows
 // these rows (analysis_panel.h).
@@ -13,9 +13,6 @@
 #include "analysis/analysis_store.h"
 
 namespace zelvane {
-
-/// Returns the title of a column, 1 to AnalysisColumns, for table files. Column 1 has no title.
-const char* ColumnTitle(int column);
 
 /// Returns why the value of a column rests on no true measure of the response; empty for a measured value.
 std::string WhyInDoubt(const AnalysisRow& row, int column);

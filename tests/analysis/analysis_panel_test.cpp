@@ -7,6 +7,7 @@
 #include "analysis/results_files.h"
 #include "analysis/results_read.h"
 #include "analysis/results_table.h"
+#include "analysis/table_text.h"
 #include "headless/commands/measure_command.h"
 #include "model/model_store.h"
 #include "platform/index.h"

@@ -4,6 +4,7 @@
 #include "analysis/analyze.h"
 #include "analysis/results_table.h"
 #include "analysis/run_analysis.h"
+#include "analysis/table_text.h"
 #include "parameters/parameters_store.h"
 #include "support/store_test.h"
 #include "trace/trace_store.h"
@@ -90,7 +91,7 @@ TEST_F(ResultsTest, ATableFileReadsBackAsItWasWritten) {
 
 TEST_F(ResultsTest, EveryPrefixOfATableFileReadsToWholeRowsOrIsRefused) {
   AddRows(3);
-  const std::string text = TableText(FilledRows());
+  const std::string text = TableText("", "", FilledRows());
   for (std::size_t length = 0; length < text.size(); ++length) {
     const auto table = ParseTable(text.substr(0, length));
     if (!table) continue;

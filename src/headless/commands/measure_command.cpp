@@ -11,6 +11,7 @@
 #include "analysis/analyze.h"
 #include "analysis/results_files.h"
 #include "analysis/results_table.h"
+#include "analysis/table_text.h"
 #include "app/application.h"
 #include "formats/abf/abf.h"
 #include "formats/recording_file.h"
@@ -212,7 +213,7 @@ std::string MeasuresText(const std::vector<AnalysisRow>& rows) {
 
 std::string FileText(const std::string& path, const std::vector<AnalysisRow>& rows) {
   const std::string extension = ExtensionOf(path);
-  if (extension == ".tbl") return TableText(rows);
+  if (extension == ".tbl") return TableText(Model.ModelFileName, Trace.TraceFileName, rows);
   return extension == ".res" ? MeasuresText(rows) : TableCsv(rows);
 }
 

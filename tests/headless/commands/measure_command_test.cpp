@@ -3,6 +3,7 @@
 
 #include "analysis/analysis_store.h"
 #include "analysis/results_files.h"
+#include "analysis/table_text.h"
 #include "headless/commands/job_test.h"
 #include "support/drive_test.h"
 
