@@ -9,7 +9,7 @@ namespace zelvane {
 /// Prints a page through the system's dialog, over the whole width of the paper.
 void PrintPage(QWidget& page);
 
-/// Writes a page as PDF. Returns false when the file cannot be written.
+/// Replaces a file by a page as PDF. Returns false when the file cannot be written; an old file then stays.
 bool WritePagePdf(QWidget& page, const QString& path);
 
 }  // namespace zelvane
