@@ -1,5 +1,7 @@
 // The rules for every control: a right click explains, a commit stores and acts, and no other action does
 // anything.
+#include <cmath>
+
 #include "support/store_test.h"
 
 namespace zelvane {
@@ -108,7 +110,7 @@ TEST_F(ControlsTest, DimmingFollowsTheStoreAndADimmedControlRefuses) {
 TEST_F(ControlsTest, AFieldShownInAnotherUnitKeepsItsCountUntilTheUserTypes) {
   ControlDecl decl{"NumRuns", ControlKind::Number, "Length", "ms", "%g", "FxnLength", Note, "Length."};
   decl.toShown = [](double count) { return count * 0.3; };
-  decl.toStored = [](double ms) { return static_cast<double>(static_cast<int>(ms / 0.3)); };
+  decl.toStored = [](double ms) { return std::trunc(ms / 0.3); };
   AddControl("TestPanel", "lengths", decl);
   Control& control = ControlNamed("NumRuns");
   Model.NumRuns = 7;
