@@ -12,9 +12,11 @@
 #include <QTimer>
 
 #include "app/recorder.h"
+#include "desktop/pages/task_page.h"
 #include "desktop/scheme/scheme_view.h"
 #include "desktop/widgets/panel_layout.h"
 #include "desktop/window/grabs.h"
+#include "desktop/window/page_printer.h"
 #include "desktop/window/panel_dialog.h"
 #include "desktop/window_fixture.h"
 #include "model/model_store.h"
@@ -448,6 +450,16 @@ TEST_F(WindowTest, ThePointerTellsWhereADragZooms) {
 
 TEST_F(WindowTest, EveryWordOfALayoutNamesAControl) {
   EXPECT_EQ(LayoutFaults(), Texts{});
+}
+
+TEST_F(WindowTest, APageAsPdfKeepsAFileThatCannotBeReplaced) {
+  const std::string path = folder.Written("page.pdf", "old");
+  std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+  EXPECT_FALSE(WritePagePdf(*window->page(), QString::fromStdString(path)));
+  EXPECT_EQ(ReadWholeFile(path), "old");
+  std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+  EXPECT_TRUE(WritePagePdf(*window->page(), QString::fromStdString(path)));
+  EXPECT_TRUE(ReadWholeFile(path).starts_with("%PDF"));
 }
 
 TEST_F(WindowTest, PicturesOfEveryVisiblePanelAreSaved) {
