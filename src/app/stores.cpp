@@ -15,6 +15,7 @@
 #include "noise/noise_fit_store.h"
 #include "parameters/parameters_fields.h"
 #include "parameters/parameters_store.h"
+#include "parameters/vertex_store.h"
 #include "platform/index.h"
 #include "platform/zero_pages.h"
 #include "rscm/rscm_fields.h"
@@ -50,7 +51,8 @@ struct LargeArrays {
 /// Working lists, the copy of the open times, the class lists and the latencies.
 constexpr std::size_t DwellLists = 4 + MaxAmplitudeClasses;
 constexpr std::size_t IdealRows = 3;  // duration, class, amplitude
-constexpr std::size_t SpansOfWaveform = 1 + MaxDrugs + 1;
+/// Recording, seven profiles, and the four rows of the comparison.
+constexpr std::size_t SpansOfWaveform = 1 + MaxDrugs + 1 + 4;
 
 LargeArrays& Arrays() {
   static LargeArrays arrays{TakeZeroPages(ProfileRoom * (MaxDrugs + 1)),
@@ -80,8 +82,10 @@ void AttachWaveforms(std::span<float> waveforms) {
   std::size_t k = 0;
   const auto next = [&] { return waveforms.subspan(k++ * MaxWaveformPoints, MaxWaveformPoints); };
   for (std::size_t w = 1; w <= MaxFitWaveforms; ++w) {
-    Fit.Wave[w].WaveData = next();
-    for (std::span<float>& profile : Fit.Wave[w].WaveStim) profile = next();
+    FitWaveform& wave = Fit.Wave[w];
+    wave.WaveData = next();
+    for (std::span<float>& profile : wave.WaveStim) profile = next();
+    for (std::span<float>* row : {&wave.FitX, &wave.FitData, &wave.FitSim, &wave.FitSqDiff}) *row = next();
   }
 }
 
@@ -143,6 +147,7 @@ void ResetStores() {
   DwellFit = DwellFitStore{};
   Dwell = DwellStore{};
   Parameters = ParametersStore{};
+  Vertices = VertexStore{};
   AnalysisFit = AnalysisFitStore{};
   NoiseFit = NoiseFitStore{};
   Fit = FitStore{};

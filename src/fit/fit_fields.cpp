@@ -1,12 +1,59 @@
 #include "fit/fit_fields.h"
 
+#include <cstddef>
+#include <utility>
+
 #include "fit/fit_store.h"
 #include "parameters/parameters_fields.h"
 #include "screen/fields.h"
 
 namespace zelvane {
 
+namespace {
+
+/// Describes the samples of all waveforms. Their arrays lie at equal distances.
+Field SamplesOfWaves(std::string name, std::span<float> FitWaveform::*member, std::string_view unit = {}) {
+  const auto* first = (Fit.Wave[1].*member).data();
+  const auto* second = (Fit.Wave[2].*member).data();
+  const auto step = (second - first) * static_cast<std::ptrdiff_t>(sizeof(float));
+  return {.name = std::move(name),
+          .type = FieldType::Float,
+          .base = reinterpret_cast<std::byte*>((Fit.Wave[1].*member).data()) - step,
+          .rank = 2,
+          .index = {{{1, MaxFitWaveforms, step}, {0, MaxWaveformPoints - 1, sizeof(float)}}},
+          .unit = unit};
+}
+
+/// Describes the stimuli of all waveforms: profile 0 is the voltage, 1 to 6 are the drugs.
+Field StimuliOfWaves() {
+  constexpr auto size = static_cast<std::ptrdiff_t>(sizeof(float));
+  const auto& first = Fit.Wave[1].WaveStim;
+  const auto wave = (Fit.Wave[2].WaveStim[0].data() - first[0].data()) * size;
+  const auto profile = (first[1].data() - first[0].data()) * size;
+  return {.name = "WaveStim[][][]",
+          .type = FieldType::Float,
+          .base = reinterpret_cast<std::byte*>(first[0].data()) - wave,
+          .rank = 3,
+          .index = {{{1, MaxFitWaveforms, wave},
+                     {0, static_cast<int>(first.size()) - 1, profile},
+                     {0, MaxWaveformPoints - 1, sizeof(float)}}}};
+}
+
+void RegisterSamples() {
+  RegisterResults({
+      SamplesOfWaves("WaveData[][]", &FitWaveform::WaveData),
+      StimuliOfWaves(),
+      SamplesOfWaves("FitX[][]", &FitWaveform::FitX),
+      SamplesOfWaves("FitData[][]", &FitWaveform::FitData),
+      SamplesOfWaves("FitSim[][]", &FitWaveform::FitSim),
+      SamplesOfWaves("FitSqDiff[][]", &FitWaveform::FitSqDiff),
+  });
+}
+
+}  // namespace
+
 void RegisterFitFields() {
+  RegisterSamples();
   RegisterLimits(SavedSetting, "WaveFitLimits", Fit.WaveFitLimits);
   RegisterSavedSettings({
       ArrayField("WaveFitFixed[]", Fit.WaveFitFixed),
@@ -19,7 +66,7 @@ void RegisterFitFields() {
       ScalarField("FitModelIs2D", Fit.FitModelIs2D),
       ScalarField("FitAlign", Fit.FitAlign),
       ScalarField("FitAlignChoice", Fit.FitAlignChoice),
-      ScalarField("AlignRange", Fit.AlignRange),
+      ScalarField("FitAlignRange", Fit.FitAlignRange),
       ScalarField("FitPeakSearchPts", Fit.FitPeakSearchPts),
       ScalarField("FitPeakAve", Fit.FitPeakAve),
       ScalarField("FitDualSpeed", Fit.FitDualSpeed),
@@ -38,7 +85,26 @@ void RegisterFitFields() {
       RowField("NumAlignPts[]", Fit.Waveform, &FitWindow::NumAlignPts),
       RowField("NumFitPts[]", Fit.Waveform, &FitWindow::NumFitPts),
   });
+  RegisterSettings({
+      RowField("StimFitLimits[].lo", Fit.StimFitLimits, &FitLimit::lo),
+      RowField("StimFitLimits[].hi", Fit.StimFitLimits, &FitLimit::hi),
+      ScalarField("WaveFitTolerance", Fit.WaveFitTolerance),
+      ScalarField("FitParse", Fit.FitParse),
+      ScalarField("FitShowCurves", Fit.FitShowCurves),
+      ScalarField("FitTotalCurves", Fit.FitTotalCurves),
+      ScalarField("FitShownWave", Fit.FitShownWave),
+      ScalarField("FitShownProfile", Fit.FitShownProfile),
+      ScalarField("FitLogOn", Fit.FitLogOn),
+      ScalarField("FitLogFile", Fit.FitLogFile),
+  });
   RegisterResults({
+      ArrayField("RowCode[]", Fit.RowCode),
+      RowField("AlignIndex[]", Fit.Wave, &FitWaveform::AlignIndex),
+      RowField("FittedCount[]", Fit.Wave, &FitWaveform::FittedCount),
+      ScalarField("FitKind", Fit.FitKind),
+      ScalarField("FitPeak", Fit.FitPeak),
+      ScalarField("RestartCount", Fit.RestartCount),
+      ScalarField("FitNormResidual", Fit.FitNormResidual),
       RowField("WaveLoaded[]", Fit.Wave, &FitWaveform::WaveLoaded),
       RowField("FitDataOn[]", Fit.Wave, &FitWaveform::DataOn),
       RowField("FitStimOn[]", Fit.Wave, &FitWaveform::StimOn),

@@ -29,9 +29,16 @@ struct FitWindow {
 struct FitWaveform {
   std::span<float> WaveData;  // MaxWaveformPoints samples, set once by AllocateStores
   std::array<std::span<float>, 7>
-      WaveStim;        // voltage (V), then drugs 1 to 6 (M); MaxWaveformPoints samples each
-  int WaveLoaded = 0;  // 1 = part of the fit
-  int DataOn = 0;      // switches of its line on the panel
+      WaveStim;  // voltage (V), then drugs 1 to 6 (M); MaxWaveformPoints samples each
+  // What the comparison with a simulation holds, each MaxWaveformPoints samples; FittedCount are compared.
+  std::span<float> FitX;       // index of the sample of the recording
+  std::span<float> FitData;    // recording minus its baseline
+  std::span<float> FitSim;     // simulation minus its baseline, scaled
+  std::span<float> FitSqDiff;  // square of their difference
+  int WaveLoaded = 0;          // 1 = part of the fit
+  int AlignIndex = 0;          // sample of the simulation at which the comparison starts
+  int FittedCount = 500;       // samples that are compared
+  int DataOn = 0;              // switches of its line on the panel
   int StimOn = 0;
   int DataLength = 0;             // samples
   int StimLength = 0;             // samples
@@ -40,6 +47,13 @@ struct FitWaveform {
   std::string DataName;           // without the folder
   std::string StimName;
 };
+
+/// Codes of FitStore::FitKind.
+inline constexpr int FitOfRates = 1;
+inline constexpr int FitOfStimulus = 2;
+
+/// The parameters of an exponential stimulus that a fit can change, in the order of StimFitLimits.
+inline constexpr int StimFitRows = 5;
 
 /// Rows and waveforms are indexed from 1.
 struct FitStore {
@@ -50,25 +64,48 @@ struct FitStore {
   int WaveFitLimitsOn = 1;
   int WaveFitAutoSeed = 0;
   int WaveFitFixOn = 1;
-  int AutoGenFitLims = 0;      // 1 = limits follow from the rates
-  float FitLimsXFold = 10.0F;  // limits are rate / factor and rate x factor
+  int AutoGenFitLims = 0;                     // 1 = limits follow from the rates
+  float FitLimsXFold = 10.0F;                 // limits are rate / factor and rate x factor
+  std::array<int, MaxFitRows + 1> RowCode{};  // rate of each row, see fit_rows.h; 0 = the row is not in use
+  std::array<FitLimit, StimFitRows + 1> StimFitLimits{{{},
+                                                       {1e-6, 2.0},      // amplitude 1, M
+                                                       {0.05, 1000.0},   // time constant 1, ms
+                                                       {1e-6, 2.0},      // amplitude 2, M
+                                                       {0.05, 1000.0},   // time constant 2, ms
+                                                       {0.05, 900.0}}};  // rise time constant, ms
 
   // -- Settings --
   int FitModelIs2D = 1;  // 1 = fit the grid, 0 = the table
   int FitAlign = 1;
   int FitAlignChoice = 0;
-  int AlignRange = 1;
+  int FitAlignRange = 1;  // search span in multiples of NumAlignPts
   int FitPeakSearchPts = 100;
   int FitPeakAve = 3;
-  int FitDualSpeed = 0;
+  int FitDualSpeed = 0;  // samples at the outset that are compared one by one
+  int FitParse = 2;      // after them every n-th is compared
   int FitNormalized = 0;
   int FitFilterOn = 0;
   float FitFilterFc = 10.0F;  // kHz
   int FitNumIterations = 10;
   int FitNumRestarts = 1;
+  double WaveFitTolerance = 1e-5;  // of the fit panel; a fit takes it to FitTolerance
   float FitStepSize = 0.5F;
   float FitSeedSpread = 0.05F;
   std::array<FitWindow, MaxFitWaveforms + 1> Waveform{};
+
+  // -- Display and log --
+  int FitShowCurves = 1;    // waveforms that are drawn during a fit
+  int FitTotalCurves = 1;   // lines for waveforms that the panel offers
+  int FitShownWave = 1;     // waveform on display
+  int FitShownProfile = 0;  // its profile on display: 0 voltage, 1 to 3 drugs
+  int FitLogOn = 0;         // 1 = write a log file
+  std::string FitLogFile;   // its path
+
+  // -- Results --
+  int FitKind = FitOfRates;      // what the last session fitted
+  float FitPeak = 1.0F;          // peak of the simulation of waveform 1, 1 without normalising
+  int RestartCount = 0;          // runs of the session so far plus 2
+  double FitNormResidual = 0.0;  // lowest sum of squares / compared samples
 
   // -- The set of waveforms --
   std::array<FitWaveform, MaxFitWaveforms + 1> Wave{};

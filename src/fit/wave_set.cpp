@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <utility>
 
 #include "fit/fit_store.h"
 #include "fit/wave_list.h"
@@ -94,7 +95,12 @@ void EmptyWave(FitWaveform& wave) {
   FitWaveform empty;
   empty.WaveData = wave.WaveData;
   empty.WaveStim = wave.WaveStim;
-  wave = empty;
+  for (const auto row :
+       {&FitWaveform::FitX, &FitWaveform::FitData, &FitWaveform::FitSim, &FitWaveform::FitSqDiff}) {
+    ReleaseZeroPages(wave.*row);
+    empty.*row = wave.*row;
+  }
+  wave = std::move(empty);
 }
 
 /// Loads the pairs of a list, each into the waveform of its number, because the settings of the model belong to

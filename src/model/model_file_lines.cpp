@@ -359,8 +359,10 @@ void WaveformFitRows(const Walk& walk) {
   walk.Header("[FitWaveforms: start, stop positions for fit]");
   walk.Line({{"FitNormalized"}});
   walk.Line({{"FitSeedSpread"}});
-  walk.Line(
-      {{"FitFilterOn"}, {"AlignRange", AtMost1}, {"FitAlignChoice", SwitchOr0}, {"FitFilterFc", CornerTo20}});
+  walk.Line({{"FitFilterOn"},
+             {"FitAlignRange", AtMost1},
+             {"FitAlignChoice", SwitchOr0},
+             {"FitFilterFc", CornerTo20}});
   for (const char* name : {"DataBaselineStart[]", "DataFitStart[]", "SimBaselineStart[]", "SimFitStart[]",
                            "NumBaselinePts[]", "NumAlignPts[]", "NumFitPts[]"}) {
     WindowRow(walk, name);

@@ -289,8 +289,8 @@ TEST_F(ModelTextTest, ValuesOutOfRangeAreCorrectedAndWhatIsNoNumberLeavesItsFiel
       {362, "0.5 0", {{"ScTolerance", 0.5}}}, {362, "0.5 0.25", {{"ScTolerance", 0.25}}},
       {362, "0.5", {{"ScTolerance", Unchanged}}}, {662, "1 2 2 0", {{"FitFilterFc", 10}}},
       {662, "1 2 2 20.5", {{"FitFilterFc", 10}}},
-      {662, "1 2 2 20", {{"AlignRange", 1}, {"FitAlignChoice", 0}}},
-      {662, "1 -2 2 20", {{"AlignRange", -2}}},
+      {662, "1 2 2 20", {{"FitAlignRange", 1}, {"FitAlignChoice", 0}}},
+      {662, "1 -2 2 20", {{"FitAlignRange", -2}}},
       // Not a number, or not a number of the type.
       {294, "abc", {{"StartState", 1}}}, {322, "abc", {{"ADInterval", 0.01F}}},
       {322, "", {{"ADInterval", 0.01F}}}, {322, "nan", {{"ADInterval", 0.01F}}},

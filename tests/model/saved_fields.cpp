@@ -31,7 +31,7 @@ const std::map<std::string, Range> Ranges{
     {"AutoFilterFc", {0, 50}}, {"StepRamp", {0, 1}}, {"TrainExpFlag", {0, 1}}, {"TrainRiseFlag", {0, 1}},
     {"TrainCount", {0, 1'000'000}}, {"AutoDrugOrVolt", {0, 1}}, {"AutoSaveMeasures", {0, 1}},
     {"VerifyMeasures", {0, 1}}, {"AnalysisDisplay[]", {0, 1}}, {"RsCmAuto", {0, 1}},
-    {"LatencyFrac", {0, 1}}, {"FitFilterFc", {0.125, 20}}, {"AlignRange", {-9, 1}},
+    {"LatencyFrac", {0, 1}}, {"FitFilterFc", {0.125, 20}}, {"FitAlignRange", {-9, 1}},
     {"AnalysisTolerance", {0.125, 8}}, {"FitAlignChoice", {0, 1}}};
 // clang-format on
 
