@@ -230,5 +230,11 @@ int RunProgram(int argc, char** argv) {
 }  // namespace zelvane
 
 int main(int argc, char** argv) {
-  return zelvane::RunProgram(argc, argv);
+  zelvane::KeepMemoryReserve();
+  try {
+    return zelvane::RunProgram(argc, argv);
+  } catch (const std::bad_alloc&) {
+    std::cerr << "Not enough memory for zelvane.\n";
+    return zelvane::JobFailed;
+  }
 }

@@ -18,6 +18,7 @@
 #include "kinetics/monte_carlo.h"
 #include "model/model_store.h"
 #include "screen/fields.h"
+#include "screen/memory_guard.h"
 
 namespace zelvane {
 namespace {
@@ -415,7 +416,9 @@ int RunCli(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error, Streams().out, Streams().err) == 0 ? JobDone : JobMisused;
   } catch (const std::bad_alloc&) {
-    std::cerr << "Not enough memory for " << app.get_subcommands().front()->get_name() << ".\n";
+    const auto commands = app.get_subcommands();
+    std::cerr << "Not enough memory for "
+              << (commands.empty() ? "the command line" : commands.front()->get_name()) << ".\n";
     return JobFailed;
   }
 }
@@ -424,5 +427,11 @@ int RunCli(int argc, char** argv) {
 }  // namespace zelvane
 
 int main(int argc, char** argv) {
-  return zelvane::RunCli(argc, argv);
+  zelvane::KeepMemoryReserve();
+  try {
+    return zelvane::RunCli(argc, argv);
+  } catch (const std::bad_alloc&) {
+    std::cerr << "Not enough memory for zelvane-cli.\n";
+    return zelvane::JobFailed;
+  }
 }

@@ -2,6 +2,7 @@
 
 #include <istream>
 #include <limits>
+#include <utility>
 
 #include "headless/drive/drive_session.h"
 #include "headless/nearest_names.h"
@@ -53,6 +54,19 @@ std::vector<std::string> CommandNames() {
   return names;
 }
 
+/// Writes what the program tells and asks to the session, during its lifetime.
+class SessionScreen {
+ public:
+  SessionScreen(DriveSession& session, const DriveHost& host)
+      : former_(SetFrontEnd(DriveFrontEnd(session, host.frontEnd))) {}
+  ~SessionScreen() { SetFrontEnd(std::move(former_)); }
+  SessionScreen(const SessionScreen&) = delete;
+  SessionScreen& operator=(const SessionScreen&) = delete;
+
+ private:
+  FrontEnd former_;
+};
+
 void RunCommand(DriveSession& session, const DriveCommand& command, Words words) {
   session.pumps = 0;
   command.run(session, words);
@@ -89,7 +103,7 @@ void RunLines(DriveSession& session, std::istream& in, const DriveHost& host) {
   bool more = true;
   while (more && !session.ended && !StopAsked(session)) {
     bool whole = false;
-    WithinMemory(LineName, [&] {
+    const bool enough = WithinMemory(LineName, [&] {
       bool tooLong = false;
       more = ReadLine(in, line, tooLong);
       whole = true;
@@ -99,6 +113,7 @@ void RunLines(DriveSession& session, std::istream& in, const DriveHost& host) {
       else
         RunLine(session, first && line.starts_with(Utf8Mark) ? line.substr(Utf8Mark.size()) : line);
     });
+    if (!enough) session.presses.clear();
     if (!whole) in.ignore(std::numeric_limits<std::streamsize>::max(), '\n');  // its rest is no command
     first = false;
     session.out->flush();  // the program at the other end of a pipe waits for the answer
@@ -110,13 +125,12 @@ int RunDrive(std::istream& in, std::ostream& out, const StartOptions& options, c
   DriveSession session;
   session.out = &out;
   session.stop = host.stop;
-  FrontEnd former = SetFrontEnd(DriveFrontEnd(session, host.frontEnd));
+  const SessionScreen screen(session, host);
   WriteStop formerStop = SetWriteStop([&session] { return StopAsked(session); });
   StartApplication(options);
   out.flush();
   RunLines(session, in, host);
   SetWriteStop(std::move(formerStop));
-  SetFrontEnd(std::move(former));
   if (StopAsked(session)) return StoppedScript;
   return session.misunderstood ? Misunderstood : 0;
 }
@@ -124,9 +138,8 @@ int RunDrive(std::istream& in, std::ostream& out, const StartOptions& options, c
 int PlayDrive(std::istream& in, std::ostream& out, const DriveHost& host) {
   DriveSession session;
   session.out = &out;
-  FrontEnd former = SetFrontEnd(DriveFrontEnd(session, host.frontEnd));
+  const SessionScreen screen(session, host);
   RunLines(session, in, host);
-  SetFrontEnd(std::move(former));
   return session.misunderstood ? Misunderstood : 0;
 }
 

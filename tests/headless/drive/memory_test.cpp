@@ -2,6 +2,7 @@
 #include <sstream>
 
 #include "headless/drive/drive_session.h"
+#include "screen/memory_guard.h"
 #include "support/drive_test.h"
 #include "support/failing_allocation.h"
 #include "support/store_digest.h"
@@ -11,17 +12,19 @@ namespace {
 
 class MemoryTest : public DriveTest {
  protected:
-  /// Runs one line in the running program. The allocation number `number` among those of `least` bytes or more
-  /// fails; 0 = none fails. Returns whether there was one.
-  bool Play(const std::string& line, long number = 0, std::size_t least = 0) {
+  /// Runs lines in the running program. At the allocation number `number` among those of `least` bytes or more
+  /// the memory is used up; 0 = never. Returns whether it was.
+  bool Play(const std::string& line, long number = 0, std::size_t least = 0, bool reserveIsUsed = true) {
+    KeepMemoryReserve();
     DriveSession session;
     std::ostringstream out(std::string(1 << 20, ' '));  // has room, so that the stream itself does not fail
     session.out = &out;
     SetFrontEnd(DriveFrontEnd(session, {}));
     std::istringstream in(line);
-    Failing = {.left = number, .least = least};
+    Failing = {.left = number, .least = least, .reserveIsUsed = reserveIsUsed};
     RunLines(session, in);
     Failing.left = 0;
+    Failing.usedUp = false;
     told = out.str().substr(0, static_cast<std::size_t>(out.tellp()));
     SetFrontEnd({});
     return Failing.failed;
@@ -80,6 +83,16 @@ TEST_F(MemoryTest, AnActionWithoutMemoryIsToldAndCanBeRepeated) {
         EXPECT_EQ(StoreDigest(), undisturbed) << told;
       }
     }
+  }
+}
+
+TEST_F(MemoryTest, TheReserveIsEnoughForSmallAllocations) {
+  const std::string action = "panels\ncontrol VHold\ngraph MainPanel\nget KOn\nenter NumPoints 0\nhelp VHold";
+  Run("open " ZELVANE_DATA "/models/ampa_jonas_1993.mod");
+  Play(action);
+  const std::string undisturbed = told;
+  for (long number = 1; Play(action, number, 0, false); number += number / 40 + 1) {
+    EXPECT_EQ(told, undisturbed) << number;
   }
 }
 
