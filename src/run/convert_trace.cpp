@@ -76,7 +76,7 @@ void RefreshTrace() {
   RunSettingsWanted.Tell();
   const RunReporter reporter = WindowReporter();
   if (!RunHasLength(reporter)) return;
-  if (Result.RunPoints != Model.NumPoints || Result.RunInterval != Model.ADInterval) {
+  if (!ResultHasRunLength()) {
     Note(NoRunOfThisLength);
     return;
   }
@@ -88,6 +88,7 @@ void RefreshTrace() {
   ConvertTrace(true, reporter);
   Trace.RsCorrected = 0;
   Trace.RcFiltered = 0;
+  if (Trace.TracePoints == Model.NumPoints) Trace.TraceValid = 1;  // the run is complete
 }
 
 }  // namespace zelvane

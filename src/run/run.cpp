@@ -79,7 +79,7 @@ Outcome RunIntegrator(const RunReporter& reporter) {
 void ConnectRuns() {
   RecordingCameIn.Add([] { Result.ResultKind = ResultMonteCarlo; });
   StepsToWrite.Add([](TraceSteps& steps) {
-    if (Result.ResultKind != ResultSavedSteps) return;
+    if (!TraceHasSavedSteps()) return;
     steps.values = SavedStepValues();
     steps.timeMs = SavedStepTimes();
   });
@@ -89,6 +89,10 @@ Outcome TellRunCompleted(const RunReporter& reporter) {
   Outcome saved = Outcome::Done;
   if (!IsSilent(reporter)) RunCompleted.Tell(saved);
   return saved;
+}
+
+bool ResultHasRunLength() {
+  return Result.RunPoints == Model.NumPoints && Result.RunInterval == Model.ADInterval;
 }
 
 bool RunHasLength(const RunReporter& reporter) {
@@ -108,6 +112,7 @@ Outcome RunSimulation(int numPoints, RunStart start, const RunReporter& reporter
   if (Model.ModelIs2D == 0) ActivateTableModel();
   Trace.TraceUnits = Model.DisplayUnits;
   Trace.TraceValid = 0;  // the trace is empty now, even after a refusal
+  Trace.TracePoints = 0;
   Trace.TraceFromFile = 0;
   if (announced) TellTraceWillChange();
   ClearSamples(Model.NumPoints);

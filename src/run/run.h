@@ -1,6 +1,6 @@
 // The run driver: the only way from a committed scheme to a result.
 //
-//   Running     RunSimulation  RunHasLength  TellRunCompleted  ConnectRuns
+//   Running     RunSimulation  RunHasLength  ResultHasRunLength  TellRunCompleted  ConnectRuns
 //   The trace   ConvertTrace  RefreshTrace
 //   Clearing    ClearOccupancy  RaiseOccupancyUsed
 //
@@ -48,7 +48,8 @@ void ConvertTrace(bool erase, const RunReporter& reporter);
 /// Reads the run settings from their panel, converts the occupancies of the last run again with the present
 /// monitored states and units, and replaces the plot. Refuses a resampled trace, a recording, and settings
 /// without points or time between them; with a note, those of another length than the run. Asks before it removes
-/// a correction for series resistance. Does not convert the trace of cooperative subunits; only plots it.
+/// a correction for series resistance. The trace of a complete run is valid again, also after another length in
+/// between. Does not convert the trace of cooperative subunits; only plots it.
 void RefreshTrace();
 
 /// Updates `Result` when the trace changes, and gives the saved steps of the trace to its writers. A
@@ -58,6 +59,9 @@ void ConnectRuns();
 /// Announces the complete trace of a run.
 /// @return the outcome of saving the trace; Done when no listener saves it
 Outcome TellRunCompleted(const RunReporter& reporter);
+
+/// Returns whether `Result` has the present number of points and interval.
+bool ResultHasRunLength();
 
 /// Returns whether the run settings have points and a time interval; a panel or a file may give 0. If not,
 /// shows a message.

@@ -7,6 +7,7 @@
 #include "model/model_store.h"
 #include "run/active_scheme.h"
 #include "run/result_store.h"
+#include "run/run.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -30,6 +31,10 @@ SavedSteps StepsOfResult() {
 }
 
 }  // namespace
+
+bool TraceHasSavedSteps() {
+  return Result.ResultKind == ResultSavedSteps && ResultHasRunLength();
+}
 
 std::vector<double> SavedStepTimes() {
   const double start = Result.IntegrationOffset * AsTyped(Model.ADInterval);

@@ -13,6 +13,9 @@ namespace zelvane {
 /// Writes:  `Trace.SimTrace`, `Result.KeptSteps`, `Result.SavedTime` after the last saved step.
 void SavedStepsToTrace();
 
+/// Returns whether the trace was made from the saved steps of the last run. A trace of another length was not.
+bool TraceHasSavedSteps();
+
 /// Returns the time (ms) in the sweep of every saved step of the last run: the integration may start late. Call it
 /// after a conversion.
 ///

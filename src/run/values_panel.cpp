@@ -65,7 +65,7 @@ void FxnFillTable(const ControlEvent& /*event*/) {
     MessagePopup(WarningTitle, NoResult);
     return;
   }
-  FilledValues filled = Result.ResultKind == ResultSavedSteps ? SavedSteps() : Samples();
+  FilledValues filled = TraceHasSavedSteps() ? SavedSteps() : Samples();
   const int rows = static_cast<int>(filled.values.size());
   if (rows > ManyRows) MessagePopup(SlowTitle, SlowText);
   Filled() = std::move(filled);

@@ -26,8 +26,8 @@ struct TraceStore {
   std::span<float> SimTrace;  // MaxStimPoints samples from index 0; set once by AllocateStores
   int SimTraceUsed = 0;       // this sample and all after it are 0
 
-  int TraceValid = 0;          // 1 = SimTrace holds a completed simulation or a file
-  int TracePoints = 0;         // length of the run when the trace was made; see FollowRunLength
+  int TraceValid = 0;   // 1 = SimTrace holds a completed simulation or a file
+  int TracePoints = 0;  // length of the run when the trace was made; 0 = unfinished; see FollowRunLength
   float TraceInterval = 0.0F;  // ms, interval of the run at that time
   int TraceSimulator = 0;      // Model.SimulatorKind of the last run, for the colour of its plot
   int TraceFromFile = 0;       // 1 = SimTrace holds a recording or a changed recording; 0 = a simulation

@@ -90,6 +90,7 @@ TEST_F(RunScreenTest, ATraceOfAnotherLengthOrIntervalIsNotValidAndOneOfAnotherIn
         Row{"set NumPoints 150; enter NumChannels 2; press FxnQMatrix; ", 0, true},
         Row{"set NumPoints 150; press FxnStimulusButton; ", 0, true},
         Row{"set ADInterval 0.02; press FxnQMatrix; ", 0, false},
+        Row{"set NumPoints 150; press FxnQMatrix; set NumPoints 200; press FxnSimRefresh; ", 1, true},
         Row{"answer no; answer yes; choose " + stm + open, 0, true},
         Row{"answer yes; answer no; choose " + stm + open, 0, false},
         Row{"answer no; answer no; choose " + stm + open, 1, true},
@@ -184,6 +185,9 @@ TEST_F(RunPanelTest, TheTableOfValuesHoldsEveryPointOrEverySavedStep) {
     EXPECT_FLOAT_EQ(cell(q, 1), static_cast<float>(steps.timeMs[static_cast<std::size_t>(q) - 1]));
     EXPECT_EQ(cell(q, 2), steps.values[static_cast<std::size_t>(q) - 1]);
   }
+  Model.NumPoints = 150;
+  Commit(*FindCommand("FxnFillTable"));
+  EXPECT_EQ(table.rows, 150) << "a trace of another length has no saved steps";
 }
 
 }  // namespace
