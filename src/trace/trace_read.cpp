@@ -165,9 +165,11 @@ bool ReadAllEpisodes(const std::string& path) {
   Trace.TraceParsed = 0;
   Trace.RsCorrected = 0;
   Trace.RcFiltered = 0;
-  const int former = std::exchange(Trace.EpisodeIndex, 1);
+  Trace.EpisodeIndex = 1;
   if (!AbfDirectRead(path, Trace.SimTrace)) {
-    Trace.EpisodeIndex = former;
+    Trace.TraceFileName.clear();  // the samples of the former recording are gone
+    Trace.EpisodeCount = 1;
+    ShowNoTrace();
     return false;
   }
   BeginRecording();

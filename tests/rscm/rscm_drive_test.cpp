@@ -104,12 +104,14 @@ TEST_F(RsCorrectionPanelTest, ACorrectedFileIsShownAsEveryRecordingAndAFailedOne
   const std::string correct = "; choose " + folder.File("out.abf") + "; press FxnFileCorrect; ";
   const std::string look = "control NumPoints; control ADInterval; control RcFileName; control RsCmStatus; ";
   const auto told = Told("press RsCmFilterFxn; choose " + source + correct + look + "choose " +
-                         folder.Written("bad.abf", "ABF") + correct + "control RsCmStatus; get TraceValid");
-  ASSERT_EQ(told.size(), 9U);
+                         folder.Written("bad.abf", "ABF") + correct +
+                         "control RsCmStatus; get TraceValid; control RcFileName; control DataName");
+  ASSERT_EQ(told.size(), 11U);
   EXPECT_EQ(told[0], Model.NumPoints);
   EXPECT_EQ(told[1].get<float>(), Model.ADInterval);
   EXPECT_EQ(Values(told.begin() + 2, told.end()),
-            (Values{source, "RsCm Corrected", "green", " Invalid ABF file.", "RsCm UnCorrected", "red", 0}));
+            (Values{source, "RsCm Corrected", "green", " Invalid ABF file.", "RsCm UnCorrected", "red", 0, "",
+                    ""}));
 }
 
 }  // namespace
