@@ -38,17 +38,19 @@ bool ShowEpisode(int episode) {
 Outcome AnalyzeAllEpisodes() {
   if (!CanAnalyzeEpisodes()) return Outcome::Refused;
   Analysis.StopAnalysis = 0;
+  ForgetStop();
   const int episodes = Trace.EpisodeCount;
   Outcome outcome = Outcome::Done;
   BeginSeries();
   for (int episode = 1; episode <= episodes; ++episode) {
+    const double finished = static_cast<double>(episode - 1) / static_cast<double>(episodes);
     ProcessSystemEvents();
-    if (Analysis.StopAnalysis != 0) {
+    Breathe(finished);
+    if (Analysis.StopAnalysis != 0 || StopAsked()) {
       outcome = Outcome::Stopped;
       break;
     }
-    ShowProgress(static_cast<double>(episode - 1) / static_cast<double>(episodes),
-                 FormatText("Episode %d of %d", episode, episodes));
+    ShowProgress(finished, FormatText("Episode %d of %d", episode, episodes));
     if (!ShowEpisode(episode)) {
       outcome = Outcome::Failed;
       break;

@@ -5,8 +5,8 @@
 
 namespace zelvane {
 
-/// Analyses every episode of the file until `Analysis.StopAnalysis` is set, then reads the first episode
-/// again. Handles user events between two episodes. Stops at an episode that cannot be read, with a message;
+/// Analyses every episode of the file until `Analysis.StopAnalysis` is set or a stop is asked for, then reads
+/// the first episode again. Handles user events between two episodes. Stops at an episode that cannot be read, with a message;
 /// the episode before it then stays in view.
 /// @return Done, Stopped, Failed at an episode that cannot be read, or Refused without a trace or during a
 ///         fit of waveforms

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "analysis/analysis_store.h"
+#include "analysis/episodes.h"
 #include "analysis/results_files.h"
 #include "analysis/results_read.h"
 #include "analysis/results_table.h"
@@ -11,6 +12,7 @@
 #include "headless/commands/measure_command.h"
 #include "model/model_store.h"
 #include "platform/index.h"
+#include "screen/popups.h"
 #include "support/drive_test.h"
 
 namespace zelvane {
@@ -45,6 +47,15 @@ TEST_F(AnalysisPanelTest, AnalyzeAllGivesTheRowsOfTheCommandLine) {
 TEST_F(AnalysisPanelTest, AWalkThroughTheEpisodesEndsAtTheStopSwitchOrTheLastEpisode) {
   const auto lines = Run(Opened("during 3 press FxnStopAn\npress AN_AutoAnalyzeButton\nget TableRow\n"));
   EXPECT_EQ(LastValue(lines), 3) << "two episodes were measured";
+  Analysis.TableRow = 1;
+  FrontEnd frontEnd;
+  frontEnd.breathe = [](double finished) {
+    if (finished > 0.0) RequestStop();  // as at the end of the time of a script
+  };
+  SetFrontEnd(frontEnd);
+  EXPECT_EQ(AnalyzeAllEpisodes(), Outcome::Stopped);
+  EXPECT_EQ(Analysis.TableRow, 2);
+  SetFrontEnd({});
   const auto last = Run(Opened("key AnalysisPanel End\nget EpisodeIndex\npress AN_AnalyzeNextButton\n"));
   EXPECT_EQ(last.back()["text"], "You have reached the end of the file.");
   EXPECT_EQ(Trace.EpisodeIndex, Trace.EpisodeCount);
