@@ -36,6 +36,7 @@ constexpr char RowKept[] = "The row is kept: the next save of measures writes it
 constexpr char UnwrittenTitle[] = "Save Measures";
 constexpr char UnwrittenQuestion[] =
     "Rows of measures (%d) could not be written to %s. Write them to another file?";
+constexpr char RowsDropped[] = "Rows of measures (%d) were not written to %s.";
 constexpr char Dashes[] = "\"   ---\", ";
 
 constexpr const char* MeasuresTitles[] = {"Datafilename",
@@ -242,6 +243,7 @@ void OfferUnwrittenRows() {
         FileSelectPopup({.title = UnwrittenTitle, .defaultName = "*.res", .filter = "*.res", .save = true});
     written = other && TellAppended(AppendText(*other, kept.text), *other) == Outcome::Done;
   }
+  if (!written) Note(FormatText(RowsDropped, kept.count, kept.path.c_str()));
 }
 
 void EndMeasuresFile() {

@@ -56,7 +56,7 @@ Outcome SaveAnalysis(Saving saving = Saving::OnRequest);
 Outcome AppendMeanVariance(float mean, float variance);
 
 /// Writes the rows of `Analysis.Unwritten` again. While this fails, asks for another file. When the user gives
-/// no file, drops the rows.
+/// no file, drops the rows with a note.
 void OfferUnwrittenRows();
 
 /// Stops using the measures file, after the offer of its unwritten rows.

@@ -62,6 +62,16 @@ TEST_F(AnalysisPanelTest, AWalkThroughTheEpisodesEndsAtTheStopSwitchOrTheLastEpi
   EXPECT_EQ(Analysis.TableRow, 1);
 }
 
+TEST_F(AnalysisPanelTest, RowsThatCannotBeWrittenAreOfferedAtTheEndOfAScript) {
+  const std::string refused = folder.File("step.res");
+  const std::string other = folder.File("other.res");
+  std::filesystem::create_directory(refused);
+  const std::string script = Opened("press AN_AnalyzeButton\nanswer yes\npress SaveAnalysis\n");
+  EXPECT_EQ(Run(script).back()["note"], "Rows of measures (1) were not written to " + refused + ".");
+  Run(script + "answer yes\nchoose \"" + other + '"');
+  EXPECT_NE(ReadWholeFile(other).find("step.abf"), std::string::npos);
+}
+
 TEST_F(AnalysisPanelTest, AClickOnAnEpisodeShowsItsSweepAndMeasuresItAgain) {
   Run(Opened(
       "press AN_AutoAnalyzeButton\nclick AnalysisTable 2 2\nget EpisodeIndex\nclick AnalysisTable 2 3\n"));

@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "analysis/results_files.h"
 #include "headless/drive/drive_session.h"
 #include "headless/nearest_names.h"
 #include "headless/words.h"
@@ -19,6 +20,7 @@ constexpr int StoppedScript = 1;                       // exit status
 constexpr int Misunderstood = 2;                       // the same
 
 constexpr std::string_view LineName = "a line of the script";
+constexpr std::string_view RowsName = "rows of measures";
 
 /// Reads up to the next line end, and leaves it and a carriage return before it out of `line`. Skips what
 /// exceeds the longest line and sets `tooLong`. Returns false at the end of the input.
@@ -130,6 +132,8 @@ int RunDrive(std::istream& in, std::ostream& out, const StartOptions& options, c
   StartApplication(options);
   out.flush();
   RunLines(session, in, host);
+  WithinMemory(RowsName, OfferUnwrittenRows);
+  out.flush();
   SetWriteStop(std::move(formerStop));
   if (StopAsked(session)) return StoppedScript;
   return session.misunderstood ? Misunderstood : 0;

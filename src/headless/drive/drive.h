@@ -22,7 +22,7 @@ struct DriveHost {
 };
 
 /// Starts the application with a headless front end, reads commands from `in` until its end or `quit`, and
-/// writes one JSON object per line to `out`.
+/// writes one JSON object per line to `out`. At the end offers rows of measures that could not be written.
 /// @return exit status: 0; 1 when the script was stopped; 2 when a line was not a command or named an item that
 ///         does not exist
 int RunDrive(std::istream& in, std::ostream& out, const StartOptions& options, const DriveHost& host = {});
