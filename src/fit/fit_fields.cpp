@@ -56,7 +56,7 @@ void RegisterFitFields() {
   RegisterSamples();
   RegisterLimits(SavedSetting, "WaveFitLimits", Fit.WaveFitLimits);
   RegisterSavedSettings({
-      ArrayField("WaveFitFixed[]", Fit.WaveFitFixed),
+      ArrayField("WaveFitOwnFixed[]", Fit.WaveFitOwnFixed),
       ArrayField("WaveFitSeed[]", Fit.WaveFitSeed),
       ScalarField("WaveFitLimitsOn", Fit.WaveFitLimitsOn),
       ScalarField("WaveFitAutoSeed", Fit.WaveFitAutoSeed),
@@ -97,6 +97,7 @@ void RegisterFitFields() {
       ScalarField("FitLogOn", Fit.FitLogOn),
       ScalarField("FitLogFile", Fit.FitLogFile),
   });
+  RegisterWorkingFields({ArrayField("WaveFitFixed[]", Fit.WaveFitFixed)});
   RegisterResults({
       ArrayField("RowCode[]", Fit.RowCode),
       RowField("AlignIndex[]", Fit.Wave, &FitWaveform::AlignIndex),

@@ -59,7 +59,9 @@ inline constexpr int StimFitRows = 5;
 struct FitStore {
   // -- Parameters: a row for each rate of the scheme --
   FitLimitTable WaveFitLimits{};
-  std::array<int, MaxFitRows + 1> WaveFitFixed{};
+  std::array<int, MaxFitRows + 1>
+      WaveFitFixed{};  // in force: 1 also while a constraint or loop sets the rate
+  std::array<int, MaxFitRows + 1> WaveFitOwnFixed{};  // the user's own flags, which a model file holds
   std::array<double, MaxFitRows + 1> WaveFitSeed{};
   int WaveFitLimitsOn = 1;
   int WaveFitAutoSeed = 0;

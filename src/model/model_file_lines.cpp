@@ -334,7 +334,7 @@ void FitTableRows(const Walk& walk) {
     }
   }
   walk.Header("[Analysis: Fixed fit params for vertex 1-72]");
-  walk.Rows({"AnalysisFitFixed[]", "WaveFitFixed[]"}, false, rows);
+  walk.Rows({"AnalysisFitFixed[]", "WaveFitOwnFixed[]"}, false, rows);
   walk.Header("[Analysis: Seeds for vertex 1-72, fitlims,autoseed,fixfree]");
   walk.Rows({"AnalysisFitSeed[]", "WaveFitSeed[]"}, false, rows);
   walk.Line({{"AnalysisLimitsOn"}});

@@ -176,7 +176,7 @@ bool MissingBefore(int version, const std::string& name) {
   if (!parsed || parsed->indices.empty()) return false;
   const std::string base = parsed->key.substr(0, parsed->key.find('['));
   const int row = parsed->indices[0];
-  for (const char* table : {"FitLimits", "FitFixed", "FitSeed"}) {
+  for (const char* table : {"FitLimits", "FitFixed", "FitOwnFixed", "FitSeed"}) {
     if (base.ends_with(table)) return version == 1 && row > 36;
   }
   for (const char* window : {"DataBaselineStart", "DataFitStart", "SimBaselineStart", "SimFitStart",

@@ -1,0 +1,150 @@
+#include "fit/fit_rows.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "model/constraints_store.h"
+#include "model/model.h"
+#include "platform/index.h"
+#include "screen/popups.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char TooManyRates[] = "You cannot load more than 72 parameters into the waveform fitting protocol.";
+static_assert(MaxFitRows == 72);
+
+constexpr int FirstTableCode = 10'000;  // codes above it are rates of the table
+constexpr float FactorInsteadOfZero = 2.0F;
+
+std::vector<FitRow> RowsOfGrid() {
+  std::vector<FitRow> rows;
+  for (int n = 1; n <= MaxLinks; ++n) {
+    const auto [low, high] = LinkTable[Index(n)];
+    if (Model.StateOn[Index(low)] == 0 || Model.StateOn[Index(high)] == 0) continue;
+    const int row = static_cast<int>(rows.size()) + 1;
+    rows.push_back({row, n, low, high});
+    rows.push_back({row + 1, -n, high, low});
+  }
+  return rows;
+}
+
+std::vector<FitRow> RowsOfTable() {
+  std::vector<FitRow> rows;
+  for (int from = 1; from <= MaxStates; ++from) {
+    for (int to = 1; to <= MaxStates; ++to) {
+      if (from == to || !(Model.TableRate[Index(from)][Index(to)] > 0.0F)) continue;
+      rows.push_back({static_cast<int>(rows.size()) + 1, FirstTableCode + RateCode(from, to), from, to});
+    }
+  }
+  return rows;
+}
+
+/// Brings the rates of both forms up to date and makes the fitted form the active one.
+void ActivateFittedForm() {
+  Model.ModelIs2D = Fit.FitModelIs2D != 0 ? 1 : 0;
+  RatesFromGrid();
+  if (Model.ModelIs2D == 0)
+    ActivateTableModel();
+  else
+    UpdateTableStates();
+}
+
+/// Sets the limits of the rows in use to the rate divided and multiplied by the factor.
+void LimitsFromRates() {
+  const auto factor = static_cast<double>(Fit.FitLimsXFold);
+  for (const FitRow& row : FitRowsInUse()) {
+    const double rate = RateOf(row.code);
+    Fit.WaveFitLimits[Index(row.row)] = {rate / factor, factor * rate};
+  }
+}
+
+}  // namespace
+
+Outcome WaveFitRowsBuild(RowLimits limits) {
+  FitRowsWanted.Tell();
+  ActivateFittedForm();
+  const std::vector<FitRow> rows = FitRowsOfForm();
+  Fit.RowCode = {};
+  for (const FitRow& row : rows) {
+    if (row.row <= MaxFitRows) Fit.RowCode[Index(row.row)] = row.code;
+  }
+  if (!(Fit.FitLimsXFold > 0.0F)) Fit.FitLimsXFold = FactorInsteadOfZero;
+  if (limits == RowLimits::Follow && Fit.AutoGenFitLims != 0) LimitsFromRates();
+  ShowFixedRows();
+  FitRowsChanged.Tell();
+  if (rows.size() <= Index(MaxFitRows)) return Outcome::Done;
+  MessagePopup(WarningTitle, TooManyRates);
+  return Outcome::Refused;
+}
+
+std::vector<FitRow> FitRowsOfForm() {
+  return Fit.FitModelIs2D != 0 ? RowsOfGrid() : RowsOfTable();
+}
+
+std::vector<FitRow> FitRowsInUse() {
+  std::vector<FitRow> rows;
+  for (int r = 1; r <= MaxFitRows && Fit.RowCode[Index(r)] != 0; ++r)
+    rows.push_back(RowOfCode(r, Fit.RowCode[Index(r)]));
+  return rows;
+}
+
+FitRow RowOfCode(int row, int code) {
+  if (code > FirstTableCode) {
+    const int states = code - FirstTableCode;
+    return {row, code, states / 100, states % 100};
+  }
+  const Link link = LinkTable[Index(std::abs(code))];
+  return code > 0 ? FitRow{row, code, link.low, link.high} : FitRow{row, code, link.high, link.low};
+}
+
+double RateOf(int code) {
+  if (code > FirstTableCode) {
+    const FitRow rate = RowOfCode(0, code);
+    return std::fabs(static_cast<double>(Model.TableRate[Index(rate.from)][Index(rate.to)]));
+  }
+  return std::fabs(code > 0 ? Model.KOn[Index(code)] : Model.KOff[Index(-code)]);
+}
+
+void PutRate(int code, double rate) {
+  if (code > FirstTableCode) {
+    const FitRow of = RowOfCode(0, code);
+    Model.TableRate[Index(of.from)][Index(of.to)] = static_cast<float>(std::fabs(rate));
+  } else {
+    (code > 0 ? Model.KOn[Index(code)] : Model.KOff[Index(-code)]) = std::fabs(rate);
+  }
+}
+
+RowSetter RowSetBy(int row) {
+  if (Fit.RowCode[Index(row)] == 0) return RowSetter::Nobody;
+  const FitRow rate = RowOfCode(row, Fit.RowCode[Index(row)]);
+  const auto setByLoop = [&](const LoopConstraint& loop) {
+    return loop.Enabled != 0 && loop.RateFrom == rate.from && loop.RateTo == rate.to;
+  };
+  const auto setByConstraint = [&](const RateConstraint& constraint) {
+    return constraint.Enabled != 0 && constraint.TargetFrom == rate.from && constraint.TargetTo == rate.to;
+  };
+  if (std::any_of(Constraints.Loop.begin() + 1, Constraints.Loop.end(), setByLoop)) return RowSetter::Loop;
+  if (std::any_of(Constraints.Rate.begin() + 1, Constraints.Rate.end(), setByConstraint))
+    return RowSetter::Constraint;
+  return RowSetter::Nobody;
+}
+
+bool RowIsForced(int row) {
+  return RowSetBy(row) != RowSetter::Nobody;
+}
+
+bool RowIsFixed(int row) {
+  return Fit.WaveFitOwnFixed[Index(row)] != 0 || RowIsForced(row);
+}
+
+void FixRow(int row, bool fixed) {
+  if (!RowIsForced(row)) Fit.WaveFitOwnFixed[Index(row)] = fixed ? 1 : 0;
+  Fit.WaveFitFixed[Index(row)] = RowIsFixed(row) ? 1 : 0;
+}
+
+void ShowFixedRows() {
+  for (int r = 1; r <= MaxFitRows; ++r) Fit.WaveFitFixed[Index(r)] = RowIsFixed(r) ? 1 : 0;
+}
+
+}  // namespace zelvane
