@@ -137,13 +137,14 @@ class WindowTest : public StoreTest {
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
     QDragEnterEvent enter({40, 40}, offered, &data, Qt::LeftButton, Qt::ShiftModifier);
-    enter.setDropAction(Qt::MoveAction);
-    QApplication::sendEvent(window.get(), &enter);
-    EXPECT_TRUE(enter.isAccepted());
-    QDropEvent event({40, 40}, offered, &data, Qt::LeftButton, Qt::ShiftModifier);
-    event.setDropAction(Qt::MoveAction);
-    QApplication::sendEvent(window.get(), &event);
-    EXPECT_NE(event.dropAction(), Qt::MoveAction) << "a move would let the source delete the file";
+    QDragMoveEvent move({40, 40}, offered, &data, Qt::LeftButton, Qt::ShiftModifier);
+    QDropEvent drop({40, 40}, offered, &data, Qt::LeftButton, Qt::ShiftModifier);
+    for (QDropEvent* event : std::initializer_list<QDropEvent*>{&enter, &move, &drop}) {
+      event->setDropAction(Qt::MoveAction);
+      QApplication::sendEvent(window.get(), event);
+      EXPECT_TRUE(event->isAccepted());
+      EXPECT_NE(event->dropAction(), Qt::MoveAction) << "a move would let the source delete the file";
+    }
     Settle();
   }
 

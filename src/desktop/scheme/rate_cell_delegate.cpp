@@ -79,6 +79,7 @@ QWidget* RateCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
                                         const QModelIndex& /*index*/) const {
   auto* editor = new QLineEdit(parent);
   editor->setFrame(false);
+  editor->setAcceptDrops(false);  // a dropped file belongs to the window
   editor->setAlignment(Qt::AlignRight);
   return editor;
 }

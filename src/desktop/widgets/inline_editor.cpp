@@ -24,6 +24,7 @@ QString ValueOf(const Control& control) {
 InlineEditor::InlineEditor(QWidget* parent) : QLineEdit(parent) {
   setObjectName(QStringLiteral("inlineEditor"));
   setFrame(true);
+  setAcceptDrops(false);  // a dropped file belongs to the window
   hide();
   connect(this, &QLineEdit::textEdited, this, [this] { mark({}); });
 }

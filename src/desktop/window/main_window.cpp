@@ -76,6 +76,14 @@ bool IsDialog(const Panel& panel) {
   return panel.tag.empty() && panel.name != TablePanelName;
 }
 
+/// Accepts dragged files as a copy: their source may delete what was moved. From a source that only moves, takes
+/// no file over, so that it keeps them.
+void TakeACopy(QDropEvent& event) {
+  const bool copies = event.possibleActions().testFlag(Qt::CopyAction);
+  event.setDropAction(copies ? Qt::CopyAction : Qt::IgnoreAction);
+  event.accept();
+}
+
 }  // namespace
 
 MainWindow::MainWindow(DesktopFrontEnd& frontEnd, Settings& settings)
@@ -376,16 +384,16 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (!event->mimeData()->hasUrls()) return;
-  event->setDropAction(Qt::CopyAction);
-  event->accept();
+  if (event->mimeData()->hasUrls()) TakeACopy(*event);
+}
+
+/// Some systems act on the answer to the last move, not on that to the drop.
+void MainWindow::dragMoveEvent(QDragMoveEvent* event) {
+  if (event->mimeData()->hasUrls()) TakeACopy(*event);
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
-  // The source may delete what was moved. From a source that only moves nothing counts as taken.
-  const bool copies = event->possibleActions().testFlag(Qt::CopyAction);
-  event->setDropAction(copies ? Qt::CopyAction : Qt::IgnoreAction);
-  event->accept();
+  TakeACopy(*event);
   QStringList paths;
   for (const QUrl& url : event->mimeData()->urls())
     paths << (url.isLocalFile() ? url.toLocalFile() : url.toString());
