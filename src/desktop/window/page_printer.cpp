@@ -3,12 +3,12 @@
 #include <qcustomplot.h>
 
 #include <QBuffer>
+#include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QWidget>
-#include <algorithm>
 
 #include "desktop/window/theme.h"
 #include "platform/index.h"
@@ -17,17 +17,26 @@
 namespace zelvane {
 namespace {
 
+constexpr int PaperDetail = 3;  // pixels of the picture for a pixel of the page
+
+/// Returns a picture of a page with white ground. Paper itself does not cut off what scrolls out of a list.
+QImage PictureOf(QWidget& page) {
+  QImage picture(page.size() * PaperDetail, QImage::Format_RGB32);
+  picture.setDevicePixelRatio(PaperDetail);
+  picture.fill(Qt::white);
+  const OnPaper inks;
+  for (QCustomPlot* plot : page.findChildren<QCustomPlot*>()) plot->replot(QCustomPlot::rpImmediateRefresh);
+  page.render(&picture, {}, {}, QWidget::DrawWindowBackground | QWidget::DrawChildren);
+  return picture;
+}
+
 /// Paints a page as large as it fits. Returns false when the paper does not accept it.
 bool PaintOnPaper(QWidget& page, QPagedPaintDevice& device, int dotsPerInch) {
   device.setPageOrientation(page.width() > page.height() ? QPageLayout::Landscape : QPageLayout::Portrait);
   QPainter painter;
   if (!painter.begin(&device)) return false;
-  const QRectF paper = device.pageLayout().paintRectPixels(dotsPerInch);
-  const double scale = std::min(paper.width() / page.width(), paper.height() / page.height());
-  painter.scale(scale, scale);
-  const OnPaper inks;
-  for (QCustomPlot* plot : page.findChildren<QCustomPlot*>()) plot->replot(QCustomPlot::rpImmediateRefresh);
-  page.render(&painter, {}, {}, QWidget::DrawWindowBackground | QWidget::DrawChildren);
+  const QSize paper = device.pageLayout().paintRectPixels(dotsPerInch).size();
+  painter.drawImage(QRect({}, page.size().scaled(paper, Qt::KeepAspectRatio)), PictureOf(page));
   return painter.end();
 }
 
