@@ -119,7 +119,7 @@ void RunLoop(Stepper& stepper, std::span<float> savedTime, const OccupancyRows& 
   const auto smallest = static_cast<float>(intervalMs * 1e-5);
   const int rounds = RoundsPerPoint * run.numPoints;
   const int moment = std::max(1, rounds / ProgressMoments);
-  StartCursor(stepper.cursor, run.scheme);
+  StartCursor(stepper.cursor, run.scheme, run.book);
   StartLanes(run.scheme, run.start, stepper.y.lane);
   stepper.x = 0.0F;
   stepper.h = spacing;

@@ -19,6 +19,7 @@ struct AdaptiveRun {
   int numPoints = 0;                              // intervals of the run, from the offset on
   float precision = 0.0005F;                      // from FinestPrecision to CoarsestPrecision
   BreathHook breathe{};
+  StretchBook* book = nullptr;  // of earlier runs under this stimulus and from the same point
 };
 
 struct AdaptiveResult {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
+#include <span>
 
 #include "kinetics/lanes.h"
 #include "kinetics/rate_factor.h"
@@ -118,7 +119,7 @@ bool GatheringPays(const CompiledScheme& scheme, int longest) {
 }
 
 /// Places every term in its row. A row without a term for a lane adds 0 times the lane's own occupancy.
-void PlaceTerms(const TermList& list, CompiledScheme& scheme) {
+void PlaceTerms(const TermList& list, CompiledScheme& scheme, std::span<TermPlace> place) {
   for (auto& row : scheme.source.row) {
     for (int lane = 0; lane < MaxLanes; ++lane) row[Index(lane)] = lane;
   }
@@ -130,19 +131,29 @@ void PlaceTerms(const TermList& list, CompiledScheme& scheme) {
     scheme.source.row[Index(row)][lane] = term.inflow ? term.other : term.lane;
     scheme.rate.row[Index(row)][lane] = term.rate;
     if (term.kind != NoKind) scheme.slot[Index(scheme.slots++)] = {row, term.lane, term.kind};
+    if (place.empty()) continue;
+    const int here = scheme.state[lane];
+    const int there = scheme.state[Index(term.other)];
+    place[Index(i)] = {row, term.lane, term.inflow ? there : here, term.inflow ? here : there, term.inflow};
   }
 }
 
 }  // namespace
 
 CompiledScheme CompileScheme(const SchemeTables& tables) {
+  int places = 0;
+  return CompileScheme(tables, {}, places);
+}
+
+CompiledScheme CompileScheme(const SchemeTables& tables, std::span<TermPlace> place, int& places) {
   CompiledScheme scheme;
   AssignLanes(tables, scheme);
   const TermList list = ListTerms(tables, scheme);
   const int longest = LongestList(list);
   scheme.gathered = GatheringPays(scheme, longest);
   scheme.rows = scheme.gathered ? std::max(1, longest) : 2 * scheme.lanes;
-  PlaceTerms(list, scheme);
+  PlaceTerms(list, scheme, place);
+  places = list.count;
   return scheme;
 }
 

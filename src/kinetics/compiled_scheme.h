@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "kinetics/scheme_tables.h"
 
@@ -64,7 +65,19 @@ struct CompiledScheme {
   std::array<double, MaxRates> coefficient{};  // 1/V, each once
 };
 
+/// The place of a rate among the terms of a compiled scheme. An outflow holds the negative rate.
+struct TermPlace {
+  int row = 0;
+  int lane = 0;
+  int from = 0;
+  int to = 0;
+  bool inflow = true;
+};
+
 /// Compiles the rates other than 0 between the states of `tables`. The diagonal is not used.
+/// @param place   at least MaxTerms, or empty: gets the place of each term
+/// @param places  their number
+CompiledScheme CompileScheme(const SchemeTables& tables, std::span<TermPlace> place, int& places);
 CompiledScheme CompileScheme(const SchemeTables& tables);
 
 /// The seven stimulus profiles for an integrator. They are constant during each point.
@@ -88,16 +101,42 @@ struct StimulusStretch {
   TermTable<float> factor;
 };
 
+/// The stretches of a stimulus with their factors, for later sweeps. A scheme with other kinds of factors, or another
+/// stimulus, needs an empty book.
+struct StretchBook {
+  struct Entry {
+    int first = 0;
+    int end = 0;
+    float endTime = 0.0F;
+    std::size_t values = 0;  // first of its factors, one a kind
+  };
+  std::vector<Entry> entries;  // in the order of the points
+  std::vector<float> values;
+  int offset = 0;  // of the stimulus; the end times count from there
+};
+
+/// Empties a book for a stimulus that begins at point `offset`.
+inline void ClearBook(StretchBook& book, int offset) {
+  book.entries.clear();
+  book.values.clear();
+  book.offset = offset;
+}
+
+/// Most factors in a book; a stimulus with more is calculated anew in part.
+inline constexpr std::size_t MaxBookValues = 4'000'000;
+
 /// The last used ranges of points, as many as a step has stages.
 struct StimulusCursor {
   std::array<StimulusStretch, 6> stretch;
   std::int64_t uses = 0;
   float volts = 0.0F;  // voltage of the exponentials
   std::array<double, MaxRates> exponential{};
+  StretchBook* book = nullptr;  // looked up before a stretch is calculated
+  std::size_t page = 0;         // entry of the book that was used last
 };
 
-/// Prepares an empty cursor.
-void StartCursor(StimulusCursor& cursor, const CompiledScheme& scheme);
+/// Prepares an empty cursor, with a book if there is one.
+void StartCursor(StimulusCursor& cursor, const CompiledScheme& scheme, StretchBook* book = nullptr);
 
 /// Returns the range with point `index`. It stays valid during at most five calls for other ranges.
 const StimulusStretch& StretchAt(StimulusCursor& cursor, const CompiledScheme& scheme,

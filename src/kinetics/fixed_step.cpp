@@ -101,7 +101,7 @@ PassEnded AdvanceBreathing(long long limit, const FixedStepRun& run, StimulusCur
 
 /// Runs one pass from time 0 to the end. Calls `hook` before the steps to every 1/20 of the points.
 PassEnded RunPass(const FixedStepRun& run, FixedPass& pass, StimulusCursor& cursor, const RunHook& hook) {
-  StartCursor(cursor, run.scheme);
+  StartCursor(cursor, run.scheme, run.book);
   const int interval = std::max(1, run.numPoints / ProgressMoments);
   for (int next = interval; next <= run.numPoints; next += interval) {
     const PassEnded ended = AdvanceBreathing((next - 1) * pass.substeps, run, cursor, pass);

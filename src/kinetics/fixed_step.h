@@ -25,6 +25,7 @@ struct FixedStepRun {
   int numPoints = 0;
   float maxStepMs = 0.005F;  // SmallestStepMs if smaller
   BreathHook breathe{};
+  StretchBook* book = nullptr;  // of earlier runs under this stimulus
 };
 
 struct FixedStepResult {

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include "kinetics/monte_carlo.h"
@@ -38,13 +39,29 @@ void MarkUsed(const CompiledScheme& scheme, int end, SimulationResult& result) {
   }
 }
 
+/// Returns the compiled form of a scheme: that of the memory, or one of its own in `ofSweep`.
+const CompiledScheme& Compiled(const SchemeTables& scheme, const SimulationRoom& room,
+                               std::optional<CompiledScheme>& ofSweep) {
+  if (room.scheme != nullptr) return PreparedScheme(*room.scheme, scheme);
+  return ofSweep.emplace(CompileScheme(scheme));
+}
+
+/// Returns the book of the memory for a stimulus that begins at `offset`.
+StretchBook* BookOf(const SimulationRoom& room, int offset) {
+  if (room.scheme == nullptr) return nullptr;
+  StretchBook& book = room.scheme->book;
+  if (book.offset != offset) ClearBook(book, offset);
+  return &book;
+}
+
 SimulationResult RunFixedStep(const SchemeTables& scheme, const StimulusView& stimulus,
                               const SimulationSettings& settings, const SimulationRoom& room,
                               const RunReporter& reporter) {
   SimulationResult result;
-  const CompiledScheme compiled = CompileScheme(scheme);
-  const FixedStepRun run{compiled,           stimulus,           settings.start,
-                         settings.numPoints, settings.maxStepMs, reporter.breathe};
+  std::optional<CompiledScheme> ofSweep;
+  const CompiledScheme& compiled = Compiled(scheme, room, ofSweep);
+  const FixedStepRun run{compiled,           stimulus,         settings.start, settings.numPoints,
+                         settings.maxStepMs, reporter.breathe, BookOf(room, 0)};
   result.fixedStep = IntegrateFixedStep(run, room.rows, ProgressHook(reporter));
   MarkUsed(compiled, settings.numPoints + 2, result);
   if (result.fixedStep.stopped) {
@@ -60,12 +77,18 @@ SimulationResult RunAdaptive(const SchemeTables& scheme, const StimulusView& sti
                              const SimulationSettings& settings, const SimulationRoom& room,
                              const RunReporter& reporter) {
   SimulationResult result;
-  const CompiledScheme compiled = CompileScheme(scheme);
+  std::optional<CompiledScheme> ofSweep;
+  const CompiledScheme& compiled = Compiled(scheme, room, ofSweep);
   result.offset = FirstActivePoint(scheme, settings.start, stimulus, settings.numPoints);
   StimulusView moved = stimulus;
   moved.offset = result.offset;
-  const AdaptiveRun run{compiled,           moved,           settings.start, settings.numPoints,
-                        settings.precision, reporter.breathe};
+  const AdaptiveRun run{compiled,
+                        moved,
+                        settings.start,
+                        settings.numPoints,
+                        settings.precision,
+                        reporter.breathe,
+                        BookOf(room, moved.offset)};
   result.adaptive = IntegrateAdaptive(run, room.savedTimeMs, room.rows, ProgressHook(reporter));
   MarkUsed(compiled, settings.numPoints + 1, result);
   if (result.adaptive.finished) return result;

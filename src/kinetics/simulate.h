@@ -16,6 +16,7 @@
 #include "kinetics/dwell_recorder.h"
 #include "kinetics/fixed_step.h"
 #include "kinetics/occupancy_counts.h"
+#include "kinetics/scheme_memory.h"
 #include "kinetics/scheme_tables.h"
 #include "kinetics/state_exits.h"
 #include "numerics/random.h"
@@ -55,6 +56,8 @@ struct ChannelMemory {
 struct SimulationRoom {
   OccupancyRows rows{};            // points from 1 (fixed step), steps from 1 (adaptive), points from 0
   std::span<float> savedTimeMs{};  // adaptive: as long as the rows
+  SchemeMemory* scheme =
+      nullptr;  // integrators: shared with other sweeps under the same stimulus, if there are any
   // -- Single channels --
   RandomStream* random = nullptr;     // stream of their random values
   DwellRecorder* recorder = nullptr;  // gets their dwells appended

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <span>
 
 #include "kinetics/compiled_scheme.h"
 #include "platform/index.h"
@@ -65,19 +66,55 @@ void SetExponentials(StimulusCursor& cursor, const CompiledScheme& scheme, float
   cursor.volts = volts;
 }
 
-void SetFactors(StimulusCursor& cursor, const CompiledScheme& scheme, const StimulusView& stimulus,
-                StimulusStretch& stretch) {
-  const auto point = Index(stretch.first);
+/// Calculates the factor of each kind at a point.
+void CalculateKinds(StimulusCursor& cursor, const CompiledScheme& scheme, const StimulusView& stimulus,
+                    std::size_t point, std::span<float> value) {
   const float volts = stimulus.profile[0][point];
   if (!SameBits(volts, cursor.volts)) SetExponentials(cursor, scheme, volts);
-  std::array<float, MaxRates> value;
   for (std::size_t k = 0; k < Index(scheme.kinds); ++k) {
     value[k] = FactorOf(scheme.kind[k], cursor, stimulus, point);
   }
+}
+
+void SetFactors(const CompiledScheme& scheme, std::span<const float> value, StimulusStretch& stretch) {
   for (std::size_t i = 0; i < Index(scheme.slots); ++i) {
     const FactorSlot& slot = scheme.slot[i];
     stretch.factor.row[Index(slot.row)][Index(slot.lane)] = value[Index(slot.kind)];
   }
+}
+
+/// Returns the number of the last entry that begins at or before `index`, or the number of entries.
+std::size_t PageOf(const StimulusCursor& cursor, int index) {
+  const auto& entries = cursor.book->entries;
+  for (std::size_t page = cursor.page; page < std::min(cursor.page + 2, entries.size()); ++page) {
+    if (index >= entries[page].first && index < entries[page].end) return page;
+  }
+  const auto after = std::upper_bound(entries.begin(), entries.end(), index,
+                                      [](int i, const StretchBook::Entry& entry) { return i < entry.first; });
+  return after == entries.begin() ? entries.size() : static_cast<std::size_t>(after - entries.begin()) - 1;
+}
+
+/// Takes the stretch with point `index` from the book. Returns false when the book has none.
+bool TakeFromBook(StimulusCursor& cursor, const CompiledScheme& scheme, int index, StimulusStretch& stretch) {
+  const std::size_t page = PageOf(cursor, index);
+  if (page == cursor.book->entries.size() || index >= cursor.book->entries[page].end) return false;
+  const StretchBook::Entry& entry = cursor.book->entries[page];
+  cursor.page = page;
+  stretch.first = entry.first;
+  stretch.end = entry.end;
+  stretch.endTime = entry.endTime;
+  SetFactors(scheme, std::span(cursor.book->values).subspan(entry.values, Index(scheme.kinds)), stretch);
+  return true;
+}
+
+/// Adds a stretch to the book, if there is room.
+void AddToBook(StretchBook& book, const StimulusStretch& stretch, std::span<const float> value) {
+  constexpr std::size_t AboutAnEntry = sizeof(StretchBook::Entry) / sizeof(float);
+  if (book.values.size() + AboutAnEntry * book.entries.size() + value.size() > MaxBookValues) return;
+  const auto place = std::upper_bound(book.entries.begin(), book.entries.end(), stretch.first,
+                                      [](int i, const StretchBook::Entry& entry) { return i < entry.first; });
+  book.entries.insert(place, {stretch.first, stretch.end, stretch.endTime, book.values.size()});
+  book.values.insert(book.values.end(), value.begin(), value.end());
 }
 
 }  // namespace
@@ -90,7 +127,7 @@ int PointIndex(const StimulusView& stimulus, float t) {
   return static_cast<int>(point) + stimulus.offset;
 }
 
-void StartCursor(StimulusCursor& cursor, const CompiledScheme& scheme) {
+void StartCursor(StimulusCursor& cursor, const CompiledScheme& scheme, StretchBook* book) {
   for (StimulusStretch& stretch : cursor.stretch) {
     stretch.first = stretch.end = 0;
     stretch.lastUse = 0;
@@ -99,6 +136,8 @@ void StartCursor(StimulusCursor& cursor, const CompiledScheme& scheme) {
       stretch.factor.row[row].fill(1.0F);
     }
   }
+  cursor.book = book;
+  cursor.page = 0;
   cursor.uses = 0;
   SetExponentials(cursor, scheme, 0.0F);
 }
@@ -114,6 +153,8 @@ const StimulusStretch& StretchAt(StimulusCursor& cursor, const CompiledScheme& s
     if (stretch.lastUse < oldest->lastUse) oldest = &stretch;
   }
   StimulusStretch& stretch = *oldest;
+  stretch.lastUse = ++cursor.uses;
+  if (cursor.book != nullptr && TakeFromBook(cursor, scheme, index, stretch)) return stretch;
   const int size = static_cast<int>(stimulus.profile[0].size());
   stretch.first = index;
   stretch.end = std::min(size, index + LongestStretch);
@@ -122,8 +163,11 @@ const StimulusStretch& StretchAt(StimulusCursor& cursor, const CompiledScheme& s
       stretch.end = ConstantUntil(stimulus.profile[p], index, stretch.end);
   }
   stretch.endTime = TimeOfPoint(stimulus, stretch.end);
-  stretch.lastUse = ++cursor.uses;
-  SetFactors(cursor, scheme, stimulus, stretch);
+  std::array<float, MaxRates> room;
+  const auto value = std::span(room).first(Index(scheme.kinds));
+  CalculateKinds(cursor, scheme, stimulus, Index(stretch.first), value);
+  SetFactors(scheme, value, stretch);
+  if (cursor.book != nullptr) AddToBook(*cursor.book, stretch, value);
   return stretch;
 }
 

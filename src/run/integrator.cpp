@@ -108,7 +108,7 @@ Outcome FinishAdaptive(const SimulationResult& result, const RunReporter& report
 
 }  // namespace
 
-Outcome IntegrateModel(const RunReporter& reporter) {
+Outcome IntegrateModel(const RunReporter& reporter, RunMemory* memory) {
   Result.ResultKind = ResultUniform;
   if (!StepIsWanted(reporter)) return Outcome::Refused;
   const bool adaptive = Model.SimulatorKind == AdaptiveIntegrator;
@@ -121,6 +121,7 @@ Outcome IntegrateModel(const RunReporter& reporter) {
   SimulationRoom room;
   room.rows = Result.Occupancy;
   room.savedTimeMs = Result.SavedTime;
+  if (memory != nullptr) room.scheme = &memory->scheme;
   const SimulationResult result = Simulate(ActiveTables(), ActiveStimulus(), settings, room, reporter);
   RaiseOccupancyUsed(result.used);
   Result.IntegrationOffset = result.offset;

@@ -5,6 +5,7 @@
 
 #include "platform/outcome.h"
 #include "platform/run_reporter.h"
+#include "run/run_memory.h"
 
 namespace zelvane {
 
@@ -20,8 +21,9 @@ namespace zelvane {
 /// Tells:   "! Integration Warning" and "! Integration Error" about a reduced step, "!" about a reduced
 ///          precision or a stop, a note about an adaptive run without a trace. Asks before a long run with a step
 ///          that an earlier one has reduced.
+/// @param memory  as of RunSimulation
 /// @return Done; Stopped; Refused when the user does not want that run; Failed when the step became too
 ///         small, the precision was reduced or an adaptive run did not reach its end
-Outcome IntegrateModel(const RunReporter& reporter);
+Outcome IntegrateModel(const RunReporter& reporter, RunMemory* memory = nullptr);
 
 }  // namespace zelvane

@@ -61,14 +61,14 @@ bool SchemeIsConnected(const RunReporter& reporter) {
   return false;
 }
 
-Outcome RunIntegrator(const RunReporter& reporter) {
+Outcome RunIntegrator(const RunReporter& reporter, RunMemory* memory) {
   Result.EffectiveChannels = static_cast<float>(Model.NumChannels);
   const bool weighted = Model.DisplayUnits == UnitsConductance || Model.DisplayUnits == UnitsCurrent;
   if (Model.MultiSubunit != 0 && weighted) {
     Tell(reporter, WarningTitle, NoSubunitIntegration);
     return Outcome::Refused;
   }
-  const Outcome outcome = IntegrateModel(reporter);
+  const Outcome outcome = IntegrateModel(reporter, memory);
   Finish(reporter);
   if (Trace.TraceValid == 0) return outcome;
   return FirstNotDone(outcome, TellRunCompleted(reporter));
@@ -101,7 +101,7 @@ bool RunHasLength(const RunReporter& reporter) {
   return false;
 }
 
-Outcome RunSimulation(int numPoints, RunStart start, const RunReporter& reporter) {
+Outcome RunSimulation(int numPoints, RunStart start, const RunReporter& reporter, RunMemory* memory) {
   const bool announced = !IsSilent(reporter);
   Model.NumPoints = numPoints;
   ClassifyConductances();
@@ -123,7 +123,7 @@ Outcome RunSimulation(int numPoints, RunStart start, const RunReporter& reporter
   if (Model.ModelIs2D != 0) RatesFromGrid();
   if (!SchemeIsConnected(reporter)) return Outcome::Refused;
   if (announced) RunBegins.Tell();
-  return Model.SimulatorKind == MonteCarlo ? RunMonteCarlo(reporter) : RunIntegrator(reporter);
+  return Model.SimulatorKind == MonteCarlo ? RunMonteCarlo(reporter) : RunIntegrator(reporter, memory);
 }
 
 }  // namespace zelvane

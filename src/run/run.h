@@ -14,6 +14,7 @@
 #include "kinetics/scheme_tables.h"
 #include "platform/outcome.h"
 #include "platform/run_reporter.h"
+#include "run/run_memory.h"
 
 namespace zelvane {
 
@@ -31,9 +32,11 @@ enum class RunStart {
 /// and `Trace.SimTrace`. `Trace.TraceValid` is 1 after a complete run. Refuses with "! Error" a scheme
 /// without connections, a state with more than MaxConnections exits for Monte Carlo, and a run without points
 /// or without time between them.
+/// @param memory  of earlier runs under the same stimulus: makes later ones quicker, with the same result
 /// @return Done; Stopped by the user; Refused; or Failed, when the simulator did not hold its precision or
 ///         could not go on, or a trace was not appended to the autosave file
-Outcome RunSimulation(int numPoints, RunStart start, const RunReporter& reporter = {});
+Outcome RunSimulation(int numPoints, RunStart start, const RunReporter& reporter = {},
+                      RunMemory* memory = nullptr);
 
 /// Converts `Result.Occupancy` to `Trace.SimTrace` in the units of `Model.DisplayUnits`, adds noise and
 /// filter according to the settings, and announces the trace to be plotted. With `erase`, the old plots are

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "kinetics/integrator_cases.h"
+#include "kinetics/simulate.h"
 
 namespace zelvane {
 namespace {
@@ -216,6 +217,31 @@ TEST(FirstActivePointTest, WaitsForTheStimulusThatPopulatedStatesNeed) {
   EXPECT_EQ(first(), 150);  // nothing happens in this run
   c.start[2] = 0.1F;
   EXPECT_EQ(first(), 0);
+}
+
+TEST(Integrators, MemoryOfEarlierSweepsChangesNoBit) {
+  for (unsigned seed = 1; seed <= 12; ++seed) {
+    IntegratorCase c = RandomCase(seed);
+    std::mt19937 random(seed);
+    SchemeMemory memory;
+    for (int sweep = 0; sweep < 4; ++sweep) {
+      for (const Simulator simulator : {Simulator::FixedStep, Simulator::Adaptive}) {
+        const SimulationSettings settings{
+            .simulator = simulator, .numPoints = c.numPoints, .start = c.start, .maxStepMs = c.maxStepMs};
+        IntegratorOutput alone(c.numPoints);
+        IntegratorOutput remembering(c.numPoints);
+        Simulate(c.Tables(), c.View(), settings, {.rows = alone.rows, .savedTimeMs = alone.saved});
+        Simulate(c.Tables(), c.View(), settings,
+                 {.rows = remembering.rows, .savedTimeMs = remembering.saved, .scheme = &memory});
+        ExpectSameRows(alone, remembering);
+        EXPECT_TRUE(SameBits(alone.saved, remembering.saved)) << "seed " << seed << " sweep " << sweep;
+      }
+      for (auto& row : c.rate) {
+        for (float& rate : row) rate *= Uniform(random, 0.5F, 1.2F);
+      }
+      if (sweep == 1) c.rate[1][2] = c.rate[1][2] == 0.0F ? 30.0F : 0.0F;  // a transition more, or one less
+    }
+  }
 }
 
 }  // namespace
