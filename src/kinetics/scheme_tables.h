@@ -9,6 +9,11 @@ inline constexpr int MaxStates = 20;      // states are numbered 1..MaxStates
 inline constexpr int MaxDrugs = 6;        // drugs are numbered 1..MaxDrugs
 inline constexpr int MaxConnections = 5;  // most exits of a state in Monte Carlo
 
+/// Returns whether a number is that of a state.
+constexpr bool IsState(int number) {
+  return number >= 1 && number <= MaxStates;
+}
+
 /// A table over ordered pairs of states: [from][to], from 1. Row and column 0 are unused.
 template <typename T>
 using StateTable = std::array<std::array<T, MaxStates + 1>, MaxStates + 1>;

@@ -1,6 +1,6 @@
 // The kinetic scheme: its two forms, and its functions for the other folders.
 //
-//   Forms of the scheme     RatesFromGrid  GridFromRates  ActivateTableModel  UpdateTableStates
+//   Forms of the scheme     RatesFromGrid  GridFromRates  GridHasRate  ActivateTableModel  UpdateTableStates
 //                           GridDependences  RestoreGridDependences  CopyGridToTable  CopyTableToGrid
 //   Clearing                ClearModel  ClearGridModel  ClearTableModel
 //   Rates and their names   RateCode  DependsOnStimulus  LinkKd
@@ -21,9 +21,12 @@ namespace zelvane {
 /// two states are on, converted to float. Does not change `KOn` and `KOff`. Brings back the grid's dependences.
 void RatesFromGrid();
 
-/// Copies `Model.RateMatrix` to `KOn` and `KOff` for every link whose two states are on. Sets the other
-/// links to 0.
+/// Copies `Model.RateMatrix` to `KOn` and `KOff` for every link whose two states are on. The other links
+/// keep what the user typed.
 void GridFromRates();
+
+/// Returns whether the grid has a link between two states, and both are on. False for a number that is no state.
+bool GridHasRate(int from, int to);
 
 /// Fills `Model.TableStateOn`: a state is on when a rate above 0 leads into it.
 void UpdateTableStates();

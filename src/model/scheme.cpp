@@ -44,10 +44,14 @@ void RatesFromGrid() {
 void GridFromRates() {
   for (int n = 1; n <= MaxLinks; ++n) {
     const Link link = LinkTable[n];
-    const bool present = LinkPresent(link);
-    Model.KOn[n] = present ? static_cast<double>(Model.RateMatrix[link.low][link.high]) : 0.0;
-    Model.KOff[n] = present ? static_cast<double>(Model.RateMatrix[link.high][link.low]) : 0.0;
+    if (!LinkPresent(link)) continue;
+    Model.KOn[n] = static_cast<double>(Model.RateMatrix[link.low][link.high]);
+    Model.KOff[n] = static_cast<double>(Model.RateMatrix[link.high][link.low]);
   }
+}
+
+bool GridHasRate(int from, int to) {
+  return IsLink(from, to) && LinkPresent({from, to});
 }
 
 void UpdateTableStates() {

