@@ -17,6 +17,7 @@
 #include "app/stores.h"
 #include "app/undo.h"
 #include "dwells/dwell_lists_panel.h"
+#include "fit/fit_panel.h"
 #include "fit/wave_set.h"
 #include "formats/recording_file.h"
 #include "model/model_file.h"
@@ -178,6 +179,7 @@ void AddAllPanels() {
   AddWaveSetMenu();
   AddDwellListsPanels();
   AddAnalysisPanel();
+  AddFitPanel();
   AddGraphPropertiesPanel();
   AddFilterPanel();
   AddTransformPanel();

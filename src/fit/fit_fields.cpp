@@ -115,10 +115,14 @@ void RegisterFitFields() {
       RowField("WaveStimInterval[]", Fit.Wave, &FitWaveform::WaveStimInterval, "ms"),
       RowField("WaveDataName[]", Fit.Wave, &FitWaveform::DataName),
       RowField("WaveStimName[]", Fit.Wave, &FitWaveform::StimName),
+      ScalarField("WaveDataInterval", Fit.WaveDataInterval, "ms"),
+      ScalarField("WaveStimInterval", Fit.WaveStimInterval, "ms"),
+      ScalarField("WavesNormalized", Fit.WavesNormalized),
       ScalarField("FitWaveCount", Fit.FitWaveCount),
       ScalarField("FitListOn", Fit.FitListOn),
       ScalarField("FitListName", Fit.FitListName),
   });
+  RegisterAlias("AlignRange", "FitAlignRange");
 }
 
 }  // namespace zelvane

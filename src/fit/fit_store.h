@@ -3,9 +3,9 @@
 #pragma once
 
 #include <array>
+#include <deque>
 #include <span>
 #include <string>
-#include <vector>
 
 #include "parameters/parameters_store.h"
 
@@ -111,10 +111,13 @@ struct FitStore {
 
   // -- The set of waveforms --
   std::array<FitWaveform, MaxFitWaveforms + 1> Wave{};
-  int FitWaveCount = 0;               // waveforms loaded
-  int FitListOn = 0;                  // 1 = the set is from a list file
-  std::string FitListName;            // path of the list
-  std::vector<std::string> LogLines;  // lines of the fit panel's log box, oldest first
+  int FitWaveCount = 0;              // waveforms loaded
+  int FitListOn = 0;                 // 1 = the set is from a list file
+  std::string FitListName;           // path of the list
+  int WavesNormalized = 0;           // 1 = NormalizeWaves has changed the recordings
+  float WaveDataInterval = 0.0F;     // ms, of the last recording that was read
+  float WaveStimInterval = 0.0F;     // ms, of the last stimulus file that was read
+  std::deque<std::string> LogLines;  // lines of the fit panel's log box, oldest first
 };
 
 inline FitStore Fit;

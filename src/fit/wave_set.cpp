@@ -1,17 +1,17 @@
 #include "fit/wave_set.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
-#include <utility>
 
 #include "fit/fit_store.h"
 #include "fit/wave_list.h"
+#include "fit/wave_load.h"
 #include "fit/wave_set_panels.h"
 #include "formats/input_file.h"
 #include "model/model_file.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
-#include "platform/zero_pages.h"
 #include "screen/popups.h"
 #include "screen/save_file.h"
 #include "stimulus/stimulus_file.h"
@@ -66,41 +66,15 @@ Outcome LoadData(FitWaveform& wave, const std::string& name, const std::string& 
   Trace.ParseRequested = 0;
   const auto read = BinaryTraceRead(*path, wave.WaveData);
   if (!read) return Outcome::Failed;
-  wave.DataLength = read->samples;
-  AddFitLogLine(FormatText("  DATA File: %s length=%d adinterval=%f", path->c_str(), wave.DataLength,
-                           static_cast<double>(read->intervalMs)));
-  wave.DataName = BareFileName(*path);
-  wave.DataOn = 1;
-  wave.WaveLoaded = 1;
-  wave.WaveDataInterval = read->intervalMs;
+  TakeRecording(wave, *path, *read);
   return Outcome::Done;
 }
 
 /// Loads the stimulus of a pair.
-Outcome LoadStimulus(FitWaveform& wave, const std::string& name, const std::string& list) {
+Outcome LoadStimulus(int w, const std::string& name, const std::string& list) {
   const auto path =
       FindFile(name, list, {.title = StimTitle, .defaultName = StimFilter, .filter = StimFilter});
-  if (!path) return Outcome::Refused;
-  wave.StimLength = WaveStimFileRead(*path, wave);
-  if (wave.StimLength == 0) return Outcome::Failed;
-  AddFitLogLine(FormatText("  STM File: %s length=%d adinterval=%f", path->c_str(), wave.StimLength,
-                           static_cast<double>(wave.WaveStimInterval)));
-  wave.StimOn = 1;
-  return Outcome::Done;
-}
-
-void EmptyWave(FitWaveform& wave) {
-  ReleaseZeroPages(wave.WaveData);
-  for (const std::span<float> profile : wave.WaveStim) ReleaseZeroPages(profile);
-  FitWaveform empty;
-  empty.WaveData = wave.WaveData;
-  empty.WaveStim = wave.WaveStim;
-  for (const auto row :
-       {&FitWaveform::FitX, &FitWaveform::FitData, &FitWaveform::FitSim, &FitWaveform::FitSqDiff}) {
-    ReleaseZeroPages(wave.*row);
-    empty.*row = wave.*row;
-  }
-  wave = std::move(empty);
+  return path ? LoadWaveStimulus(w, *path) : Outcome::Refused;
 }
 
 /// Loads the pairs of a list, each into the waveform of its number, because the settings of the model belong to
@@ -110,15 +84,15 @@ Outcome LoadPairs(const WaveList& list, const std::string& path) {
   int leftOut = 0;
   for (std::size_t p = 0; p < list.pairs.size(); ++p) {
     const WaveListPair& pair = list.pairs[p];
-    FitWaveform& wave = Fit.Wave[p + 1];
-    Outcome outcome = LoadData(wave, pair.data, path);
-    if (outcome == Outcome::Done) outcome = LoadStimulus(wave, pair.stimulus, path);
+    const int w = static_cast<int>(p) + 1;
+    Outcome outcome = LoadData(Fit.Wave[p + 1], pair.data, path);
+    if (outcome == Outcome::Done) outcome = LoadStimulus(w, pair.stimulus, path);
     if (outcome == Outcome::Refused) return outcome;
     if (outcome == Outcome::Done) {
-      Fit.FitWaveCount = static_cast<int>(p) + 1;
+      Fit.FitWaveCount = w;
       continue;
     }
-    EmptyWave(wave);
+    EmptyWave(w);
     ++leftOut;
     Note(
         FormatText(PairLeftOut, p + 1, BareFileName(pair.data).c_str(), BareFileName(pair.stimulus).c_str()));
@@ -150,13 +124,18 @@ int WaveStimFileRead(const std::string& path, FitWaveform& wave) {
   const auto read = StimFileReadInto(path, wave.WaveStim);
   if (!read) return 0;
   wave.WaveStimInterval = read->intervalMs;
-  if (read->samples > 0) wave.StimName = FileNameOf(path);
+  Fit.WaveStimInterval = read->intervalMs;
+  if (read->samples == 0) return 0;
+  wave.StimName = FileNameOf(path);
+  AddFitLogLine(FormatText("  STM File: %s length=%d adinterval=%f", path.c_str(), read->samples,
+                           static_cast<double>(read->intervalMs)));
   return read->samples;
 }
 
 void WaveSetClear() {
-  for (std::size_t w = 1; w <= MaxFitWaveforms; ++w) EmptyWave(Fit.Wave[w]);
+  for (int w = 1; w <= MaxFitWaveforms; ++w) EmptyWave(w);
   Fit.FitNormalized = 0;
+  Fit.WavesNormalized = 0;
   Fit.FitWaveCount = 0;
 }
 
@@ -178,6 +157,9 @@ Outcome ReadListNamed(const std::string& path) {
   }
   Fit.FitListName = path;
   const Outcome outcome = LoadPairs(*list, path);
+  Fit.FitNormalized = 0;  // as the recordings are, whatever the model says
+  Fit.FitShowCurves = std::max(Fit.FitWaveCount, 1);
+  Fit.FitTotalCurves = Fit.FitShowCurves;
   Fit.FitListOn = 1;
   return outcome;
 }

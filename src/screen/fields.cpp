@@ -18,8 +18,14 @@ FieldMap& Registry() {
   return fields;
 }
 
+std::map<std::string, std::string, std::less<>>& Aliases() {
+  static std::map<std::string, std::string, std::less<>> aliases;
+  return aliases;
+}
+
 const Field* FieldByKey(std::string_view key) {
-  const auto it = Registry().find(key);
+  auto it = Registry().find(key);
+  if (it == Registry().end()) it = Registry().find(MeantName(key));
   return it != Registry().end() ? &it->second : nullptr;
 }
 
@@ -67,6 +73,15 @@ void RegisterResults(std::vector<Field> fields) {
 
 void RegisterWorkingFields(std::vector<Field> fields) {
   RegisterFields({FieldRole::Working, false}, std::move(fields));
+}
+
+void RegisterAlias(std::string alias, std::string field) {
+  Aliases().insert_or_assign(std::move(alias), std::move(field));
+}
+
+std::string_view MeantName(std::string_view name) {
+  const auto it = Aliases().find(name);
+  return it != Aliases().end() ? std::string_view(it->second) : name;
 }
 
 const std::map<std::string, Field, std::less<>>& AllFields() {

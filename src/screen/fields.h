@@ -3,9 +3,9 @@
 //   Describing a field   ScalarField  TextField  ArrayField  TextsField  TableField  CubeField  RowField
 //                        SpanField
 //   Registration         RegisterSavedSettings  RegisterSettings  RegisterResults  RegisterWorkingFields
-//                        RegisterFields
+//                        RegisterFields  RegisterAlias
 //   Finding one          FindField  FindFieldRun  RunElement  FieldElements  NameOfElement  AllFields
-//                        ParseFieldName
+//                        ParseFieldName  MeantName
 //   Values               FieldNumber  SetFieldNumber  NumberSuits  FieldText  SetFieldText  CutToRoom  ParseNumber
 //
 // A name carries its indices in brackets: "KOn[5]", "TableRate[1][7]", "RateConstraint[3].value". In a
@@ -166,6 +166,13 @@ void RegisterSavedSettings(std::vector<Field> fields);
 void RegisterSettings(std::vector<Field> fields);  // settings that no model file holds
 void RegisterResults(std::vector<Field> fields);
 void RegisterWorkingFields(std::vector<Field> fields);
+
+/// Makes a name without indices mean a field with another name. A field or control of this name itself comes
+/// first. A second call for the same name replaces the first.
+void RegisterAlias(std::string alias, std::string field);
+
+/// Returns the field that an alias means, or the name itself.
+std::string_view MeantName(std::string_view name);
 
 /// Returns all fields by name. The address of a field in the map does not change when fields are added.
 const std::map<std::string, Field, std::less<>>& AllFields();

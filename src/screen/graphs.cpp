@@ -162,4 +162,13 @@ void ClearLines(TextBox& box) {
   AnnouncePanel(*box.panel);
 }
 
+const std::vector<std::string>& LinesOf(TextBox& box) {
+  if (box.renew != nullptr) box.renew(box);
+  return box.lines;
+}
+
+void TellLinesChanged(TextBox& box) {
+  AnnouncePanel(*box.panel);
+}
+
 }  // namespace zelvane

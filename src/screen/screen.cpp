@@ -173,7 +173,8 @@ TextBox* FindTextBox(std::string_view name) {
 }
 
 Control* FindControl(std::string_view name) {
-  const auto it = Names().controls.find(std::string(name));
+  auto it = Names().controls.find(std::string(name));
+  if (it == Names().controls.end()) it = Names().controls.find(std::string(MeantName(name)));
   return it != Names().controls.end() ? it->second : nullptr;
 }
 

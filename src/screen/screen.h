@@ -7,7 +7,7 @@
 //                        ShowNumber  ShowText  SetDimmed
 //   Actions of the user  TypeInto  Commit  RightClick  ClosePanel  PressKey  MoveCursor  EnterCell  ClickCell
 //   Graphs               ClearPlots  PlotWave  PlotPoints  SetAxisTitle  SetAxisRange  SetAxisAuto
-//   Tables, text boxes   SetCell  CellText  MarkRow  ScrollTable  InsertLine  ClearLines
+//   Tables, text boxes   SetCell  CellText  MarkRow  ScrollTable  InsertLine  ClearLines  LinesOf  TellLinesChanged
 //
 // A control holds the shown value; the store holds its own. A typed value reaches the store when the user
 // commits the control, or when a command reads its panel (ReadControls). Only panel files may use this
@@ -197,6 +197,7 @@ struct TextBox {
   std::string name;
   Panel* panel = nullptr;
   std::vector<std::string> lines;
+  void (*renew)(TextBox&) = nullptr;  // brings the lines up to date when somebody looks at them
 };
 
 /// A panel's declaration.
@@ -415,5 +416,11 @@ void ScrollTable(Table& table, int topRow, int leftColumn);
 std::string CellText(const Table& table, int row, int column);
 void InsertLine(TextBox& box, std::string_view line);
 void ClearLines(TextBox& box);
+
+/// Returns the lines, brought up to date. Use it to show a box.
+const std::vector<std::string>& LinesOf(TextBox& box);
+
+/// Tells the front end that lines, which `renew` brings, have changed.
+void TellLinesChanged(TextBox& box);
 
 }  // namespace zelvane

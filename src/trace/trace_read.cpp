@@ -119,6 +119,23 @@ bool ReadEpisode(int episode) {
 
 }  // namespace
 
+std::optional<SweepRead> SweepReadInto(const std::string& path, std::span<float> destination, bool asksText) {
+  const OpenedRecording opened = OpenRecordingFile(path, OpenAs::Recording);
+  if (opened.form == RecordingForm::Missing) {
+    FileErrorPopup(FileOpenFailed);
+    return std::nullopt;
+  }
+  const bool text = opened.form == RecordingForm::Text;
+  if (text && asksText && !ConfirmPopup(ImportTitle, ImportQuestion)) return std::nullopt;
+  RecordingFacts facts = StoredFacts();
+  facts.path = path;
+  const auto reader = text ? ReadText : ReadBinary;
+  const RecordingRead read = reader(opened, std::move(facts), destination, Questions::Asked);
+  if (read.reading != Reading::Refused) StoreRecording(read.facts);
+  if (read.reading != Reading::Done) return std::nullopt;
+  return SweepRead{read.facts.points, read.facts.intervalMs};
+}
+
 Outcome TraceRead(const std::string& path) {
   return RefusedByAutosave() ? Outcome::Refused : ReadRecording(path);
 }

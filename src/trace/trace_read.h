@@ -1,6 +1,6 @@
 // Recorded traces: the choice of a reader, the episodes and their commands.
 //
-//   Reading       TraceRead  TraceReadFile  BinaryTraceRead  AbfDirectRead  ReadAllEpisodes
+//   Reading       TraceRead  TraceReadFile  BinaryTraceRead  SweepReadInto  AbfDirectRead  ReadAllEpisodes
 //                 ReadTextEpisodes  ReadAsciiData  ReadWaveFile
 //   Episodes      TraceReloadEpisode  StepEpisode  GoToEpisode
 //   The trace     ParseTrace  EraseTrace
@@ -54,6 +54,10 @@ std::optional<SweepRead> BinaryTraceRead(const std::string& path, std::span<floa
 /// the file is no longer readable, shows a message and returns an empty result. A line that is not a row of
 /// numbers ends an episode; a message gives its number.
 std::vector<std::vector<float>> ReadTextEpisodes();
+
+/// Reads episode `Trace.EpisodeIndex` of a recording of any format in the same way. Asks the questions about a
+/// text; with `asksText` also whether to read it at all.
+std::optional<SweepRead> SweepReadInto(const std::string& path, std::span<float> destination, bool asksText);
 
 /// Reads an ABF 1.x recording directly from its header fields: only the first channel, all episodes one
 /// after the other.

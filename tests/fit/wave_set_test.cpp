@@ -20,6 +20,7 @@ class WaveSetTest : public PanelTest {
       Model.NumPoints = 2000 + w;
       for (int i = 0; i < Model.NumPoints; ++i)
         Trace.SimTrace[static_cast<std::size_t>(i)] = static_cast<float>(w);
+      Trace.SimTrace[0] = 0.0F;  // a note tells of equal samples
       EXPECT_EQ(TraceAbfWrite(folder.File("cell" + std::to_string(w) + ".abf")), Outcome::Done);
       Stimulus.Profile[6][0] = static_cast<float>(10 * w);
       EXPECT_EQ(StimFileWrite(folder.File("step" + std::to_string(w) + ".stm"), 100 * w), Outcome::Done);

@@ -39,13 +39,14 @@ TextBoxWidget::TextBoxWidget(TextBox& box, QWidget* parent) : QPlainTextEdit(par
 }
 
 void TextBoxWidget::refresh() {
-  if (shown_ == box_.lines) return;
-  shown_ = box_.lines;
+  const std::vector<std::string>& lines = LinesOf(box_);
+  if (shown_ == lines) return;
+  shown_ = lines;
   QString text;
   for (const std::string& line : shown_) text += ToQt(line) + '\n';
   text.chop(1);
   setPlainText(text);
-  moveCursor(shown_.size() > MostLines ? QTextCursor::End : QTextCursor::Start);
+  moveCursor(shown_.size() > MostLines && box_.renew == nullptr ? QTextCursor::End : QTextCursor::Start);
 }
 
 QSize TextBoxWidget::sizeHint() const {

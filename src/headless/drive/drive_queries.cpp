@@ -149,13 +149,13 @@ void ControlQuery(DriveSession& session, Words words) {
 }
 
 void TextQuery(DriveSession& session, Words words) {
-  const TextBox* box = FindTextBox(words[0]);
+  TextBox* box = FindTextBox(words[0]);
   if (box == nullptr) {
     WriteUnknownName(session, "text box", words[0], NamesOf(Screen.textBoxes));
     return;
   }
   Json object = Named(box->name);
-  object["lines"] = box->lines;
+  object["lines"] = LinesOf(*box);
   WriteObject(session, object);
 }
 
