@@ -40,6 +40,18 @@ void AnalysisHelp(const ControlEvent&) {
   if (ConfirmPopup(MainHelpTitle, AnalysisHelpText)) SystemHelp(HelpAnalysis);
 }
 
+constexpr char FitHelpTitle[] = "? Waveform Fitting Help";
+constexpr char FitHelpText[] =
+    "Load a recording and its stimulus on each line, or load a list. Place the cursors of baseline, alignment and "
+    "end, or type their times. Then press One step to compare the model with the recordings, or Fit rates to fit "
+    "it.\n"
+    "The log shows every evaluation, the newest at the top. Stop ends a fit and keeps the best rates.\n\n"
+    "ON LINE HELP AVAILABLE by clicking right mouse button on item in question. \n\nView System Help Now? ";
+
+void FitHelp(const ControlEvent&) {
+  if (ConfirmPopup(FitHelpTitle, FitHelpText)) SystemHelp(HelpFit);
+}
+
 void FxnHelp() {
   SystemHelp(HelpContents);
 }
@@ -96,6 +108,10 @@ constexpr ControlDecl AnalysisControls[] = {
     {.name = "AnalysisHelpButton", .kind = ControlKind::Button, .label = "Help", .format = "",
      .command = "AnalysisHelp", .action = AnalysisHelp, .help = AnalysisHelpText, .helpActs = true},
 };
+constexpr ControlDecl FitControls[] = {
+    {.name = "FitHelpButton", .kind = ControlKind::Button, .label = "Help", .format = "", .command = "FitHelp",
+     .action = FitHelp, .help = FitHelpText, .helpActs = true},
+};
 constexpr MenuDecl HelpMenu[] = {
     {"File/Print...",    "FxnPrint",  PrintFront, "Ctrl+P"},
     {"File/Print setup...", "FxnPrintSetup", PrintFront},
@@ -110,6 +126,7 @@ void AddHelp() {
   AddControls(MainPanelName, "shell", MainControls);
   AddControls("StimulusPanel", "shell", StimulusControls);
   AddControls("AnalysisPanel", "shell", AnalysisControls);
+  AddControls("FitPanel", "shell", FitControls);
   AddMenu(HelpMenu);
 }
 

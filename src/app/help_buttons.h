@@ -7,6 +7,7 @@ namespace zelvane {
 inline constexpr int HelpHotKeys = 1001;
 inline constexpr int HelpStimulus = 22000;
 inline constexpr int HelpAnalysis = 13000;
+inline constexpr int HelpFit = 21000;
 
 /// Adds the help buttons to their panels and the Help menu. Needs MainPanel, StimulusPanel and AnalysisPanel.
 void AddHelp();

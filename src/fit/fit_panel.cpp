@@ -17,7 +17,6 @@
 #include "platform/file_names.h"
 #include "platform/index.h"
 #include "screen/screen.h"
-#include "trace/trace_events.h"
 #if __has_include("fit/fit_session.h")
 #include "fit/fit_session.h"
 #define ZELVANE_FIT_SESSIONS
@@ -363,6 +362,13 @@ constexpr ControlDecl MainPanelButton[] = {
 constexpr MenuDecl FitMenu[] = {{"Fit/Fit Waveforms...", "FitWaveforms", OpenFitPanel}};
 // clang-format on
 
+/// Draws the plots again after a stimulus file, which may have changed the interval.
+void ReplotForInterval() {
+  if (Model.FitActive != 0) return;
+  FitPanelPlot();
+  FitPlot();
+}
+
 void RenewLog(TextBox& box) {
   box.lines.assign(Fit.LogLines.rbegin(), Fit.LogLines.rend());
 }
@@ -399,6 +405,7 @@ void AddFitPanel() {
   OfferedLines = MaxFitWaveforms;
   ModelFileToSave.Add([] { ReadFitPanel(); });
   ModelFileCameIn.Add([](Outcome&) { ShowModelOfFit(); });
+  RunSettingsReplaced.Add(ReplotForInterval);
 }
 
 void OpenFitPanel() {

@@ -22,7 +22,7 @@ constexpr char EmptyStimulus[] = "Waveform %d is compared under an empty stimulu
 constexpr char EndsEarly[] =
     "The recording of waveform %d ends %d samples before the end of the fit; the rest is compared with 0.";
 constexpr char NoNumbers[] =
-    "The recording of waveform %d has %d samples that are no numbers within the fit.";
+    "The recording of waveform %d has samples that are no numbers within the fit (%d).";
 constexpr char BadBaseline[] =
     "The baseline of waveform %d is not a number, so its recording is not normalised.";
 constexpr char NothingLoaded[] = "! No data loaded for fitting.";

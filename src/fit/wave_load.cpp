@@ -25,7 +25,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char NoNumbers[] =
-    "%s has %d samples that are no numbers. Keep the windows of the fit away from them.";
+    "%s has samples that are no numbers (%d). Keep the windows of the fit away from them.";
 constexpr char AllEqual[] = "%s: all samples are %g.";
 constexpr char NoPartner[] = "%s: no stimulus file (.stm) has its name. Load its stimulus on line %d.";
 constexpr char NoRecording[] = "%s: no loaded recording without a stimulus has its name.";
