@@ -10,9 +10,6 @@
 namespace zelvane {
 namespace {
 
-constexpr char MalformedLoop[] =
-    "There is an error in the specification of the loop constraints or loop rate constants.";
-
 // -- Codes of RateConstraint::Operation --
 constexpr int AddConstant = 0;
 constexpr int SubtractFromConstant = 1;

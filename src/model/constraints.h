@@ -14,6 +14,10 @@
 
 namespace zelvane {
 
+/// Shown for a loop constraint that does not determine its rate.
+inline constexpr char MalformedLoop[] =
+    "There is an error in the specification of the loop constraints or loop rate constants.";
+
 /// Returns whether an enabled loop constraint sets the rate from state `from` to state `to`.
 bool SetByLoop(int from, int to);
 

@@ -30,6 +30,8 @@ constexpr MenuDecl ModelMenu[] = {
     {"Model/Copy Table to Grid",        "FxnSetGraphModel", FxnSetGraphModel},
     {"Model/Conductances...",           "FxnConductance",   FxnConductance},
     {"Model/Starting Occupancies...",   "FxnStartState",    FxnStartState},
+    {"Model/Rate Constraints...",       "FxnConstraintsButton",     FxnConstraintsButton},
+    {"Model/Loop Constraints...",       "FxnLoopConstraintsButton", FxnLoopConstraintsButton},
     {"Model/Clear Grid and Table...",   "FxnClearModel",    FxnClearModel},
     {"Model/Clear Grid...",             "FxnClear2DModel",  FxnClear2DModel},
     {"Model/Clear Table...",            "FxnClearTModel",   FxnClearTModel},
@@ -137,6 +139,8 @@ void AddModelPanels() {
   AddConductancePanel();
   AddInitialConditionsPanel();
   AddTableModelPanel();
+  AddConstraintsPanel();
+  AddLoopsPanel();
   AddMenu(ModelMenu);
   FollowModelFile();
 }

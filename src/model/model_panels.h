@@ -1,5 +1,5 @@
-// The panels of the scheme: MainPanel with the grid, TableModelPanel, DependencePanel, ConductancePanel and
-// InitialConditionsPanel.
+// The panels of the scheme: MainPanel with the grid, TableModelPanel, DependencePanel, ConductancePanel,
+// InitialConditionsPanel, ConstraintsPanel and LoopsPanel.
 #pragma once
 
 namespace zelvane {
@@ -14,6 +14,11 @@ void ReadTableRates();   // all 380 cells into TableRate
 void ReadActiveRates();  // those of the form that runs, and what an open dependence panel shows
 void WriteTableRates();  // cells, marks, buttons and labels
 void GetTableNames();    // the table's label fields into TableStateLabel
+
+/// Store what is typed on the panels of rate and loop constraints. A typed number that is no state gives way
+/// to the number before, with a note.
+void TakeConstraintsPanel();
+void TakeLoopsPanel();
 
 /// Copies the whole scheme to the panels of this folder: grid, table, conductances, start occupancies,
 /// labels.

@@ -11,6 +11,8 @@ void AddDependencePanel();
 void AddConductancePanel();
 void AddInitialConditionsPanel();
 void AddTableModelPanel();
+void AddConstraintsPanel();
+void AddLoopsPanel();
 
 /// Makes the panels of the scheme follow the model file. They come before the panels of its other parts, see
 /// model_events.h.
@@ -26,6 +28,8 @@ void FxnClear2DModel();
 void FxnClearTModel();
 void FxnConductance();
 void FxnStartState();
+void FxnConstraintsButton();
+void FxnLoopConstraintsButton();
 
 inline constexpr char DependHelp[] =
     "Displays a panel that alows you to impose concentrations and voltage dependence.";
