@@ -61,7 +61,7 @@ void ModelPage::addScheme() {
     tableCommands_.push_back(&add(*part.row, control));
   }
   part.row->addStretch();
-  add(*part.row, {"OpenConductance", "OpenStartState"});
+  add(*part.row, {"OpenConductance", "OpenStartState", "OpenConstraints", "OpenLoops"});
   scheme_ = new SchemeView(this);
   table_ = new RateTableView(this);
   forms_ = new QStackedWidget(this);

@@ -18,6 +18,7 @@ namespace {
 constexpr int GridColumnsOfLine = 3;  // label, field, gap to the next column
 constexpr int ColumnGap = 18;         // pixels
 constexpr int SectionGap = 10;
+constexpr int NarrowField = 84;  // a number in a row of many
 
 bool HasWidgetOfItsOwnWidth(const Control& control) {
   return control.kind == ControlKind::Readout && control.label.empty();
@@ -46,15 +47,31 @@ void FormPage::addSection(const FormSection& section) {
     }
     grid_->addWidget(added.title, nextRow_++, 0, 1, -1);
   }
+  if (!section.heads.isEmpty()) addHeads(section.heads);
   const int lines = static_cast<int>(section.rows.size());
   const int perColumn = (lines + section.columns - 1) / std::max(section.columns, 1);
   for (int i = 0; i < lines; ++i) {
     const int column = i / perColumn * GridColumnsOfLine;
     added.lines.push_back(addLine(section.rows[Index(i)], nextRow_ + i % perColumn, column));
+    if (!section.heads.isEmpty()) narrowNumbers(added.lines.back());
     if (column > 0) grid_->setColumnMinimumWidth(column - 1, ColumnGap);
   }
   nextRow_ += perColumn;
   sections_.push_back(std::move(added));
+}
+
+void FormPage::addHeads(const QString& heads) {
+  int column = 0;
+  for (const QString& head : heads.split('|')) {
+    grid_->addWidget(NewSectionLabel(head, this), nextRow_, column++);
+  }
+  ++nextRow_;
+}
+
+void FormPage::narrowNumbers(const Line& line) {
+  for (ControlWidget* field : line.fields) {
+    if (field->control().kind == ControlKind::Number) field->setMaximumWidth(NarrowField);
+  }
 }
 
 void FormPage::setFolds(Settings& settings, const QString& key) {
@@ -101,7 +118,7 @@ FormPage::Line FormPage::addLine(const FormRow& row, int gridRow, int gridColumn
     return line;
   }
   for (std::size_t i = 1; i < row.size(); ++i) {
-    grid_->addWidget(line.fields[i], gridRow, gridColumn + 1, i == 1 ? Qt::Alignment() : Qt::AlignRight);
+    grid_->addWidget(line.fields[i], gridRow, gridColumn + static_cast<int>(i));
   }
   return line;
 }

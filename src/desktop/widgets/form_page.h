@@ -45,6 +45,8 @@ class FormPage : public QWidget {
     std::vector<Line> lines;
   };
 
+  void addHeads(const QString& heads);
+  static void narrowNumbers(const Line& line);
   Line addLine(const FormRow& row, int gridRow, int gridColumn);
   FoldButton* newFold(const QString& title);
   void keepFolds();

@@ -17,6 +17,7 @@ struct LayoutRow {
   const char* rows = "";  // split by blanks; + joins controls of one line, [1-6] makes one line each
   const char* tab = "";
   int columns = 1;
+  const char* heads = "";  // words above the fields, split by '|'
 };
 
 // clang-format off
@@ -74,6 +75,16 @@ constexpr LayoutRow Layout[] = {
     {.panel = "ConductancePanel", .rows = "StateConductance[1-20]", .columns = 2},
     {.panel = "InitialConditionsPanel", .rows = "StartOccupancy[1-20]", .columns = 2},
 
+    {.panel = "ConstraintsPanel", .rows = "RateConstraint[1-60].enabled+RateConstraint[1-60].targetFrom+"
+     "RateConstraint[1-60].targetTo+RateConstraint[1-60].sourceFrom+RateConstraint[1-60].sourceTo+"
+     "RateConstraint[1-60].operation+RateConstraint[1-60].value",
+     .heads = "On|Rate from|to|Source from|to|Operation|c"},
+    {.panel = "LoopsPanel", .rows = "LoopConstraint[1-40].enabled+LoopConstraint[1-40].state[1]+"
+     "LoopConstraint[1-40].state[2]+LoopConstraint[1-40].state[3]+LoopConstraint[1-40].state[4]+"
+     "LoopConstraint[1-40].state[5]+LoopConstraint[1-40].state[6]+LoopConstraint[1-40].state[7]+"
+     "LoopConstraint[1-40].state[8]+LoopConstraint[1-40].rateFrom+LoopConstraint[1-40].rateTo",
+     .heads = "On|State 1|2|3|4|5|6|7|8|Rate from|to"},
+
     {.panel = "GraphPropertiesPanel", .title = "X axis",
      .rows = "GraphTimeUnit GraphLeftTime GraphRightTime GraphLeftSample GraphRightSample GraphXSpan", .tab = "Limits"},
     {.panel = "GraphPropertiesPanel", .title = "Y axis", .rows = "GraphYMin GraphYMax GraphYSpan", .tab = "Limits"},
@@ -90,14 +101,16 @@ Control* ControlOn(const Panel& panel, const std::string& name) {
   return FindControl(name);
 }
 
-/// Returns the names for one word of a layout: the word itself, or with [1-6] all six.
+/// Returns the names for one word of a layout: the word itself, or with [1-6] all six, also before a field
+/// such as .value.
 std::vector<std::string> NamesOf(const QString& word) {
-  static const QRegularExpression range(QStringLiteral(R"(^(\w+)\[(\d+)-(\d+)\]$)"));
+  static const QRegularExpression range(QStringLiteral(R"(^(\w+)\[(\d+)-(\d+)\]([.\w\[\]]*)$)"));
   const auto match = range.match(word);
   if (!match.hasMatch()) return {word.toStdString()};
   std::vector<std::string> names;
   for (int i = match.captured(2).toInt(); i <= match.captured(3).toInt(); ++i) {
-    names.push_back(match.captured(1).toStdString() + '[' + std::to_string(i) + ']');
+    names.push_back(match.captured(1).toStdString() + '[' + std::to_string(i) + ']' +
+                    match.captured(4).toStdString());
   }
   return names;
 }
@@ -136,7 +149,7 @@ std::vector<FormSection> NamedSections(const Panel& panel) {
   std::vector<FormSection> sections;
   for (const LayoutRow& row : Layout) {
     if (panel.name != row.panel) continue;
-    FormSection section{row.title, row.tab, {}, row.columns};
+    FormSection section{row.title, row.tab, {}, row.columns, row.heads};
     for (const QString& word : QString(row.rows).split(' ')) AddRows(section, panel, word);
     sections.push_back(std::move(section));
   }

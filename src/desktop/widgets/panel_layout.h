@@ -17,6 +17,7 @@ struct FormSection {
   QString tab;  // page of a tabbed dialog; empty = no tabs
   std::vector<FormRow> rows;
   int columns = 1;  // rows run down each column in turn
+  QString heads;    // words above the fields of a row, split by '|'; empty = no words
 };
 
 /// Returns the sections of a panel in their order, without its buttons. Controls that no layout names follow

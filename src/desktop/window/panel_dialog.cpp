@@ -8,6 +8,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -25,7 +27,8 @@ namespace zelvane {
 namespace {
 
 constexpr int Margin = 14;
-constexpr int WidestText = 460;  // pixels; longer lines are wrapped
+constexpr int WidestText = 460;   // pixels; longer lines are wrapped
+constexpr int TallestForm = 560;  // a taller one scrolls
 constexpr int TableWidth = 360;
 constexpr int TableHeight = 360;
 constexpr char PlacePanel[] = "ParseReadPanel";  // its graph is a bar
@@ -87,6 +90,19 @@ void PanelDialog::addForms(QVBoxLayout* layout) {
     PageOf(pages, tabs, section.tab, this, layout)->addSection(section);
   }
   for (const auto& [tab, page] : pages) forms_.push_back(page);
+  if (FormPage* page = pages[{}]; page != nullptr && page->sizeHint().height() > TallestForm) {
+    layout->removeWidget(page);
+    layout->addWidget(newScrollArea(page), 1);
+  }
+}
+
+QScrollArea* PanelDialog::newScrollArea(FormPage* form) {
+  auto* area = new QScrollArea(this);
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setMinimumWidth(form->sizeHint().width() + area->verticalScrollBar()->sizeHint().width());
+  area->setWidget(form);
+  return area;
 }
 
 void PanelDialog::addRecords(QVBoxLayout* layout) {

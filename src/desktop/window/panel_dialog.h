@@ -7,6 +7,7 @@
 
 #include "screen/screen.h"
 
+class QScrollArea;
 class QVBoxLayout;
 
 namespace zelvane {
@@ -42,6 +43,7 @@ class PanelDialog : public QDialog {
  private:
   void addText(QVBoxLayout* layout, const QString& text);
   void addForms(QVBoxLayout* layout);
+  QScrollArea* newScrollArea(FormPage* form);
   void addRecords(QVBoxLayout* layout);
   void addButtons(QVBoxLayout* layout);
   void selectFirstField();
