@@ -30,7 +30,8 @@ constexpr char AllEqual[] = "%s: all samples are %g.";
 constexpr char NoPartner[] = "%s: no stimulus file (.stm) has its name. Load its stimulus on line %d.";
 constexpr char NoRecording[] = "%s: no loaded recording without a stimulus has its name.";
 constexpr char NoFreeLine[] = "%s is not loaded: all 15 lines are in use.";
-constexpr char MuchMemory[] = "The waveforms of the fit will take about %d MB of memory.";
+constexpr char MuchMemory[] =
+    "The waveforms of the fit need %d MB of memory so far; 15 of full length need 720 MB.";
 constexpr char StimulusExtension[] = ".stm";
 
 constexpr std::size_t RowsOfWaveform = 12;  // recording, seven profiles, four rows of the comparison
@@ -168,6 +169,7 @@ void ForgetNormalizing() {
 }
 
 void TakeRecording(FitWaveform& wave, const std::string& path, const SweepRead& read) {
+  const int before = MegabytesOfSet();
   wave.DataLength = read.samples;
   wave.DataName = FileNameOf(path);
   wave.DataOn = 1;
@@ -176,6 +178,7 @@ void TakeRecording(FitWaveform& wave, const std::string& path, const SweepRead& 
   Fit.WaveDataInterval = read.intervalMs;
   AddFitLogLine(FormatText("  DATA File: %s length=%d adinterval=%f", path.c_str(), wave.DataLength,
                            static_cast<double>(read.intervalMs)));
+  TellMemory(before);
   TellOddSamples(wave);
 }
 
@@ -188,7 +191,6 @@ void CountWaves() {
 
 Outcome LoadWaveData(int w, const std::string& path, bool asksText) {
   FitWaveform& wave = Wave(w);
-  const int before = MegabytesOfSet();
   ClearWaveData(w);
   if (NoWaveLoaded()) ForgetNormalizing();
   const auto read = ReadSamples(path, wave.WaveData, asksText);
@@ -199,7 +201,6 @@ Outcome LoadWaveData(int w, const std::string& path, bool asksText) {
   if (w == 1) ForgetNormalizing();
   TakeRecording(wave, path, *read);
   CountWaves();
-  TellMemory(before);
   return Outcome::Done;
 }
 

@@ -89,7 +89,8 @@ TEST_F(ApplicationTest, ARightClickOnAnyControlExplainsItAndChangesNothing) {
     popups.clear();
     RightClick(control);
     ASSERT_EQ(popups.size(), 1U) << control.name;
-    EXPECT_EQ(popups[0].title, control.helpActs ? "? Main Panel Help" : "? Help") << control.name;
+    const std::string longer = control.command == "FitHelp" ? "? Waveform Fitting Help" : "? Main Panel Help";
+    EXPECT_EQ(popups[0].title, control.helpActs ? longer : "? Help") << control.name;
     EXPECT_FALSE(popups[0].text.empty()) << control.name << " (" << control.command << ") has no help";
   }
   EXPECT_EQ(StoreDigest(), before);
