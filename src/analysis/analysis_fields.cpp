@@ -2,6 +2,7 @@
 
 #include "analysis/analysis_fit_store.h"
 #include "analysis/analysis_store.h"
+#include "parameters/fit_modes.h"
 #include "parameters/parameters_fields.h"
 #include "screen/fields.h"
 
@@ -11,6 +12,19 @@ namespace {
 void RegisterFitOfResponse() {
   RegisterLimits(SavedSetting, "ExpFitLimits", AnalysisFit.ExpFitLimits);
   RegisterLimits(UnsavedSetting, "DoseFitLimits", AnalysisFit.DoseFitLimits);
+  for (const int mode : {FitDecay, FitTwoDecays, FitRise}) {
+    const bool two = mode == FitTwoDecays;
+    RegisterFitMode({.mode = mode,
+                     .labels = two ? std::vector<const char*>{"Amp1", "Tau1", "Amp2", "Tau2", "Offset"}
+                                   : std::vector<const char*>{"Amp1", "Tau1", "Offset"},
+                     .limits = "ExpFitLimits",
+                     .limitTable = &AnalysisFit.ExpFitLimits});
+  }
+  RegisterFitMode({.mode = FitDoseResponse,
+                   .labels = {"EC50", "Slope", "Max", "Min"},
+                   .limits = "DoseFitLimits",
+                   .limitTable = &AnalysisFit.DoseFitLimits,
+                   .takesSeeds = false});
   RegisterSavedSettings({
       ScalarField("AnalysisParse", AnalysisFit.AnalysisParse),
       ScalarField("AnalysisFitPts", AnalysisFit.AnalysisFitPts),

@@ -13,6 +13,8 @@
 #include "model/model_events.h"
 #include "model/model_store.h"
 #include "numerics/rounding.h"
+#include "parameters/fit_limits_panel.h"
+#include "parameters/fit_modes.h"
 #include "parameters/parameters_store.h"
 #include "platform/index.h"
 #include "screen/screen.h"
@@ -100,6 +102,15 @@ void FxnTraceUnits(const ControlEvent&) {
   ShowTraceUnits();
   ShowMeasures();
   ShowBetweenCursors();
+}
+
+void AN_Expmodel(const ControlEvent&) {
+  FollowFitMode();
+}
+
+void FxnFitParams(const ControlEvent&) {
+  ReadAnalysisPanel();
+  ShowFitLimits(Parameters.FitMode);
 }
 
 void AN_AnalyzeButton(const ControlEvent&) {
@@ -190,7 +201,7 @@ constexpr ControlDecl SettingControls[] = {
      .help = "Time (ms) at which latencies begin, for example that of the stimulus: cursor 9 on the plot."},
     {.name = "LatencyFrac", .kind = Number, .label = "Latency to fraction", .format = "%g",
      .command = "FxnLatencyFrac", .action = FxnSetting, .help = "Fraction of the amplitude at which the latency of the rise ends."},
-    {.name = "FitMode", .kind = Choice, .label = "Exponential fit", .format = "%d", .command = "AN_Expmodel",
+    {.name = "FitMode", .kind = Choice, .label = "Exponential fit", .format = "%d", .command = "AN_Expmodel", .action = AN_Expmodel,
      .help = "Switch exponential fitting model between single or dual components.",
      .choices = "none|decay|two decays|rise", .toShown = SameNumber, .toStored = SameNumber},
     {.name = "AnalysisFitPts", .kind = Number, .label = "Num Fit Pts", .format = "%d", .command = "FxnNumFitPts", .action = FxnSetting,
@@ -260,6 +271,9 @@ constexpr ControlDecl ResultControls[] = {
 };
 
 constexpr ControlDecl StatusControls[] = {
+    {.name = "AnalysisFitStatus", .kind = Readout, .label = "Fit parameters", .format = "",
+     .help = "Shows whether limits or fixed parameters are in force in an exponential fit, and whether its seeds are found "
+     "automatically."},
     {.name = "AnalysisDataName", .kind = Readout, .label = "Data", .format = "",
      .help = "Name of the recording or model of the trace."},
     {.name = "AnalysisEpisodes", .kind = Readout, .label = "Episodes", .format = "",
@@ -271,6 +285,10 @@ constexpr ControlDecl StatusControls[] = {
 constexpr ControlDecl CommandControls[] = {
     {.name = "AnalyzeButton", .kind = Button, .label = "Analyze", .format = "", .command = "AN_AnalyzeButton",
      .action = AN_AnalyzeButton, .help = "Measure the response in view and add a row to the table."},
+    {.name = "FitParams", .kind = Button, .label = "Fit parameters...", .format = "", .command = "FxnFitParams",
+     .action = FxnFitParams,
+     .help = "Show summary panel for fixed or floating parameters for least squares non-linear fitting.\nThe same panel "
+     "also shows the parameter limits and starting guesses used for fitting."},
     {.name = "AnalysisDone", .kind = Button, .label = "Done", .format = "", .command = "FxnAnalysisDone",
      .action = FxnAnalysisDone, .help = "Close the analysis panel. The program keeps table and settings."},
 };
@@ -314,7 +332,12 @@ void ShowUnits() {
   SetAxisTitle(graph, 'y', unit.empty() ? "Amplitude (#)" : "Amplitude (" + unit + ')');
 }
 
+void ShowFitStatus() {
+  ShowText("AnalysisFitStatus", AnalysisFitStatusWord());
+}
+
 void ShowStatus() {
+  ShowFitStatus();
   ShowText("AnalysisDataName", DataFileName());
   ShowNumber("SectionNumber", Trace.EpisodeIndex);
   ShowText("AnalysisEpisodes", FormatText("%d of %d", Trace.EpisodeIndex, Trace.EpisodeCount));
@@ -344,6 +367,14 @@ void ShowFit(const ShownMeasures& shown) {
              IsExponentialFit(Parameters.FitMode) && shown.measures.measured != 0 ? NoFit : "");
 }
 
+/// Reads the panel for a measure, and the limits of an exponential fit, which the engine takes from their copy.
+void ReadMeasureSettings() {
+  ReadAnalysisPanel();
+  if (!IsExponentialFit(Parameters.FitMode)) return;
+  FitLimitsRefresh();
+  FitLimitsRead();
+}
+
 }  // namespace
 
 void AddAnalysisPanel() {
@@ -369,7 +400,9 @@ void AddAnalysisPanel() {
   PanelNamed(AnalysisPanelName).dim.push_back(DimAnalysisPanel);  // last, because the rule needs the controls
   AddControls(MainPanelName, "analysis", MainPanelButton);
   AddMenu(AnalysisMenu);
-  MeasureSettingsWanted.Add(ReadAnalysisPanel);
+  MeasureSettingsWanted.Add(ReadMeasureSettings);
+  FitModeChanged.Add(ShowUnits);
+  AnalysisFitSwitchesRead.Add(ShowFitStatus);
   ModelFileToSave.Add(ReadAnalysisPanel);
   MeasuresChanged.Add(ShowMeasures);
 }
@@ -382,6 +415,7 @@ void OpenAnalysisPanel() {
 
 void ReadAnalysisPanel() {
   ReadControls(AnalysisPanelName, SettingsGroup);
+  FollowFitMode();
 }
 
 void ShowAnalysisSettings() {

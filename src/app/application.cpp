@@ -18,10 +18,12 @@
 #include "app/undo.h"
 #include "dwells/dwell_lists_panel.h"
 #include "fit/fit_panel.h"
+#include "fit/fit_rows_panel.h"
 #include "fit/wave_set.h"
 #include "formats/recording_file.h"
 #include "model/model_file.h"
 #include "model/model_panels.h"
+#include "parameters/fit_limits_panel.h"
 #include "platform/file_names.h"
 #include "platform/folders.h"
 #include "rscm/rs_correct.h"
@@ -178,8 +180,12 @@ void AddAllPanels() {
   AddQMatrixPanel();
   AddWaveSetMenu();
   AddDwellListsPanels();
+  AddFitLimitsPanel();
   AddAnalysisPanel();
   AddFitPanel();
+  AddFitRowsControls();
+  AddStimFitLimitsPanel();
+  AddFitRatesTable();
   AddGraphPropertiesPanel();
   AddFilterPanel();
   AddTransformPanel();

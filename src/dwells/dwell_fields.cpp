@@ -2,6 +2,7 @@
 
 #include "dwells/dwell_fit_store.h"
 #include "dwells/dwell_store.h"
+#include "parameters/fit_modes.h"
 #include "parameters/parameters_fields.h"
 #include "screen/fields.h"
 
@@ -25,6 +26,11 @@ Field ClassLists() {
 
 void RegisterDwellFields() {
   RegisterLimits(SavedSetting, "DwellFitLimits", DwellFit.DwellFitLimits);
+  RegisterFitMode({.mode = FitDwells,
+                   .labels = {"Tau1", "Area1", "Tau2", "Area2", "Tau3", "Area3", "Tau4", "Area4", "Tau5",
+                              "Area5", "Tau6"},
+                   .limits = "DwellFitLimits",
+                   .limitTable = &DwellFit.DwellFitLimits});
   RegisterSavedSettings({
       ScalarField("ScTolerance", DwellFit.ScTolerance),
   });

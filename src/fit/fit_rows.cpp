@@ -1,9 +1,8 @@
 #include "fit/fit_rows.h"
 
-#include <algorithm>
 #include <cmath>
 
-#include "model/constraints_store.h"
+#include "model/constraints.h"
 #include "model/model.h"
 #include "platform/index.h"
 #include "screen/popups.h"
@@ -13,6 +12,8 @@ namespace {
 
 constexpr char TooManyRates[] = "You cannot load more than 72 parameters into the waveform fitting protocol.";
 static_assert(MaxFitRows == 72);
+
+constexpr char FactorBelowZero[] = "The factor of the limits was below 0 and becomes 2.";
 
 constexpr int FirstTableCode = 10'000;  // codes above it are rates of the table
 constexpr float FactorInsteadOfZero = 2.0F;
@@ -59,16 +60,21 @@ void LimitsFromRates() {
   }
 }
 
+void StoreCodes(const std::vector<FitRow>& rows) {
+  Fit.RowCode = {};
+  for (const FitRow& row : rows) {
+    if (row.row <= MaxFitRows) Fit.RowCode[Index(row.row)] = row.code;
+  }
+}
+
 }  // namespace
 
 Outcome WaveFitRowsBuild(RowLimits limits) {
   FitRowsWanted.Tell();
   ActivateFittedForm();
   const std::vector<FitRow> rows = FitRowsOfForm();
-  Fit.RowCode = {};
-  for (const FitRow& row : rows) {
-    if (row.row <= MaxFitRows) Fit.RowCode[Index(row.row)] = row.code;
-  }
+  StoreCodes(rows);
+  if (Fit.FitLimsXFold < 0.0F) Note(FactorBelowZero);
   if (!(Fit.FitLimsXFold > 0.0F)) Fit.FitLimsXFold = FactorInsteadOfZero;
   if (limits == RowLimits::Follow && Fit.AutoGenFitLims != 0) LimitsFromRates();
   ShowFixedRows();
@@ -76,6 +82,11 @@ Outcome WaveFitRowsBuild(RowLimits limits) {
   if (rows.size() <= Index(MaxFitRows)) return Outcome::Done;
   MessagePopup(WarningTitle, TooManyRates);
   return Outcome::Refused;
+}
+
+void FitRowsFollow() {
+  if (Parameters.FitMode == FitWaveforms) StoreCodes(FitRowsOfForm());
+  ShowFixedRows();
 }
 
 std::vector<FitRow> FitRowsOfForm() {
@@ -118,15 +129,8 @@ void PutRate(int code, double rate) {
 RowSetter RowSetBy(int row) {
   if (Fit.RowCode[Index(row)] == 0) return RowSetter::Nobody;
   const FitRow rate = RowOfCode(row, Fit.RowCode[Index(row)]);
-  const auto setByLoop = [&](const LoopConstraint& loop) {
-    return loop.Enabled != 0 && loop.RateFrom == rate.from && loop.RateTo == rate.to;
-  };
-  const auto setByConstraint = [&](const RateConstraint& constraint) {
-    return constraint.Enabled != 0 && constraint.TargetFrom == rate.from && constraint.TargetTo == rate.to;
-  };
-  if (std::any_of(Constraints.Loop.begin() + 1, Constraints.Loop.end(), setByLoop)) return RowSetter::Loop;
-  if (std::any_of(Constraints.Rate.begin() + 1, Constraints.Rate.end(), setByConstraint))
-    return RowSetter::Constraint;
+  if (SetByLoop(rate.from, rate.to)) return RowSetter::Loop;
+  if (SetByConstraint(rate.from, rate.to)) return RowSetter::Constraint;
   return RowSetter::Nobody;
 }
 
@@ -136,6 +140,26 @@ bool RowIsForced(int row) {
 
 bool RowIsFixed(int row) {
   return Fit.WaveFitOwnFixed[Index(row)] != 0 || RowIsForced(row);
+}
+
+std::string LabelOfRow(int row) {
+  const int code = Fit.RowCode[Index(row)];
+  if (code == 0) return {};
+  const FitRow rate = RowOfCode(row, code);
+  return FormatText("K%d,%d", rate.from, rate.to);
+}
+
+std::string ColourOfRow(int row) {
+  if (Fit.RowCode[Index(row)] == 0) return {};
+  switch (RowSetBy(row)) {
+    case RowSetter::Loop:
+      return "green";
+    case RowSetter::Constraint:
+      return "blue";
+    case RowSetter::Nobody:
+      break;
+  }
+  return RowIsFixed(row) ? "red" : "";
 }
 
 void FixRow(int row, bool fixed) {

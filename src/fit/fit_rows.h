@@ -1,6 +1,6 @@
 // The rows of a fit of rates: one row for each rate of the form of the scheme that is fitted.
 //
-//   Making the rows     WaveFitRowsBuild  FitRowsOfForm  FitRowsInUse  RowOfCode
+//   Making the rows     WaveFitRowsBuild  FitRowsFollow  FitRowsOfForm  FitRowsInUse  RowOfCode
 //   Rates of the rows   RateOf  PutRate
 //   Free and fixed      RowIsFixed  RowSetBy  RowIsForced  FixRow  ShowFixedRows
 //
@@ -46,6 +46,10 @@ inline Listeners<> FitRowsChanged;
 /// @return   Done, or Refused with too many rates
 Outcome WaveFitRowsBuild(RowLimits limits);
 
+/// Keeps `Fit.RowCode` and `Fit.WaveFitFixed` in step with the scheme and its constraints, without a message. The rows
+/// follow only while `Parameters.FitMode` is FitWaveforms.
+void FitRowsFollow();
+
 /// Returns all rates of the form that `Fit.FitModelIs2D` names, in the order of their rows; they can be more than
 /// MaxFitRows. The grid has both rates of every link whose two states are on; the table has its rates above 0.
 std::vector<FitRow> FitRowsOfForm();
@@ -71,6 +75,11 @@ bool RowIsForced(int row);
 
 /// Returns whether the rate of a row is no free parameter: the user fixed it, or it is forced.
 bool RowIsFixed(int row);
+
+/// Returns the label of a row, such as "K1,2", and its colour: green when a loop sets the rate, blue when a constraint
+/// does, red when the user fixed it. Without a rate both are empty.
+std::string LabelOfRow(int row);
+std::string ColourOfRow(int row);
 
 /// Stores the user's own flag of a row and shows the flag in force. A forced row keeps its own flag.
 void FixRow(int row, bool fixed);

@@ -183,6 +183,10 @@ Control* FindCommand(std::string_view command) {
   return it != Names().commands.end() ? it->second : nullptr;
 }
 
+void AnswerCommand(Control& control) {
+  Names().commands[control.command] = &control;
+}
+
 MenuItem* FindMenu(std::string_view command) {
   const auto it = std::find_if(Screen.menu.begin(), Screen.menu.end(),
                                [&](const MenuItem& item) { return item.command == command; });

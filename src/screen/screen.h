@@ -285,6 +285,9 @@ Panel* FindPanel(std::string_view name);
 Control* FindControl(std::string_view name);
 Control* FindCommand(std::string_view command);
 MenuItem* FindMenu(std::string_view command);
+
+/// Lets FindCommand return this control, of several with the same callback, from now on.
+void AnswerCommand(Control& control);
 Graph* FindGraph(std::string_view name);
 Table* FindTable(std::string_view name);
 TextBox* FindTextBox(std::string_view name);
