@@ -19,6 +19,7 @@
 #include "desktop/graph/place_bar.h"
 #include "desktop/widgets/control_widget.h"
 #include "desktop/widgets/form_page.h"
+#include "desktop/widgets/limits_grid.h"
 #include "desktop/widgets/table_widget.h"
 #include "desktop/widgets/text.h"
 #include "desktop/widgets/text_box_widget.h"
@@ -87,6 +88,12 @@ void PanelDialog::addForms(QVBoxLayout* layout) {
   std::map<QString, FormPage*> pages;
   QTabWidget* tabs = nullptr;
   for (const FormSection& section : SectionsOf(panel_)) {
+    if (LimitsGrid::holds(*section.rows.front().front())) {
+      if (limits_ != nullptr) continue;
+      limits_ = new LimitsGrid(panel_, this);
+      layout->addWidget(limits_, 1);
+      continue;
+    }
     PageOf(pages, tabs, section.tab, this, layout)->addSection(section);
   }
   for (const auto& [tab, page] : pages) forms_.push_back(page);
@@ -151,6 +158,7 @@ void PanelDialog::addButtons(QVBoxLayout* layout) {
 
 void PanelDialog::refresh(const std::set<Graph*>& graphs) {
   for (FormPage* form : forms_) form->refresh();
+  if (limits_ != nullptr) limits_->refresh();
   for (ControlWidget* button : buttons_) button->refresh();
   for (TextBoxWidget* box : textBoxes_) box->refresh();
   for (TableWidget* table : tables_) table->refresh();

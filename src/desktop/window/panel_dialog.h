@@ -15,6 +15,7 @@ namespace zelvane {
 class ControlWidget;
 class FormPage;
 class GraphWidget;
+class LimitsGrid;
 class PlaceBar;
 class TableWidget;
 class TextBoxWidget;
@@ -55,7 +56,8 @@ class PanelDialog : public QDialog {
   std::vector<TextBoxWidget*> textBoxes_;
   std::vector<TableWidget*> tables_;
   std::vector<GraphWidget*> graphs_;
-  PlaceBar* place_ = nullptr;  // instead of a graph that shows where a part lies
+  LimitsGrid* limits_ = nullptr;  // the rows of FitLimitsPanel
+  PlaceBar* place_ = nullptr;     // instead of a graph that shows where a part lies
 };
 
 }  // namespace zelvane
