@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "fit/fit_panels.h"
+#include "fit/fit_session.h"
 #include "fit/fit_store.h"
 #include "fit/wave_compare.h"
 #include "fit/wave_set.h"
@@ -17,10 +18,6 @@
 #include "platform/file_names.h"
 #include "platform/index.h"
 #include "screen/screen.h"
-#if __has_include("fit/fit_session.h")
-#include "fit/fit_session.h"
-#define ZELVANE_FIT_SESSIONS
-#endif
 
 namespace zelvane {
 namespace {
@@ -312,7 +309,6 @@ constexpr ControlDecl ResultControls[] = {
      .help = "Time since the start of the fit."},
 };
 
-#ifdef ZELVANE_FIT_SESSIONS
 /// Tells the session to stop: the toggle is on until the next session clears it.
 void FxnStopFit(const ControlEvent& event) {
   if (event.control->number != 0.0) StopFit();
@@ -340,7 +336,6 @@ constexpr ControlDecl SessionControls[] = {
     {.name = "FitKeep", .kind = Button, .label = "Save...", .format = "", .command = "FxnFitKeep",
      .action = Run<KeepFit>, .help = "Save the model with the fitted rates."},
 };
-#endif
 
 constexpr ControlDecl CommandControls[] = {
     {.name = "FitUpdate", .kind = Button, .label = "Update", .format = "", .command = "FxnUpdateFitPlot",
@@ -391,9 +386,7 @@ void AddFitPanel() {
   AddControls(FitPanelName, SettingsGroup, SettingControls);
   AddControls(FitPanelName, ViewGroup, ViewControls);
   AddControls(FitPanelName, ResultsGroup, ResultControls);
-#ifdef ZELVANE_FIT_SESSIONS
   AddControls(FitPanelName, "session", SessionControls);
-#endif
   AddControls(FitPanelName, "commands", CommandControls);
   ControlNamed("FitTolerance").field = FindField("WaveFitTolerance");
   AddGraphs();
@@ -406,6 +399,7 @@ void AddFitPanel() {
   ModelFileToSave.Add([] { ReadFitPanel(); });
   ModelFileCameIn.Add([](Outcome&) { ShowModelOfFit(); });
   RunSettingsReplaced.Add(ReplotForInterval);
+  FollowSessions();
 }
 
 void OpenFitPanel() {

@@ -2,6 +2,7 @@
 //
 //   Lines of the set    WaveControls  OfferedLines  ShowModelOfFit    fit_waves_panel.cpp
 //   Plots, cursors      AddFitViewControls                            fit_plots_panel.cpp
+//   During a session    FollowSessions                                fit_session_panel.cpp
 #pragma once
 
 #include <span>
@@ -30,5 +31,8 @@ void ShowModelOfFit();
 
 /// Adds the commands of the plots.
 void AddFitViewControls();
+
+/// Makes the panel show the progress and the end of sessions.
+void FollowSessions();
 
 }  // namespace zelvane

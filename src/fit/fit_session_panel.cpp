@@ -1,0 +1,65 @@
+// FitPanel while a session runs, and after it.
+#include "fit/fit_events.h"
+#include "fit/fit_panel.h"
+#include "fit/fit_panels.h"
+#include "fit/fit_progress.h"
+#include "fit/session_store.h"
+#include "model/model_panels.h"
+#include "model/model_store.h"
+
+namespace zelvane {
+namespace {
+
+constexpr char DuringSession[] = "blue";
+
+void ShowNumbers(const char* colour) {
+  ShowFitResults(colour);
+  ShowNumber("FitEvalsPerSecond", EvaluationsPerSecond());
+  ShowNumber("FitElapsed", FitSeconds());
+}
+
+/// Shows the rates of the form that is fitted.
+void ShowRates() {
+  if (Fit.FitKind != FitOfRates) return;
+  if (Model.ModelIs2D != 0) {
+    WriteGridRates();
+  } else {
+    WriteTableRates();
+  }
+}
+
+void ShowBegin() {
+  WhitenFitCursors();
+  ShowNumber("FitStop", 0.0);
+  ShowNumbers(DuringSession);
+  ClearPlots(GraphNamed(FitProgressGraph));
+  TellLinesChanged(TextBoxNamed(FitLogBoxName));
+  UpdateDimming();
+}
+
+void ShowProgressOfFit() {
+  ShowNumbers(DuringSession);
+  ShowRates();
+  FitPlot();
+  PlotFitProgress(FitSession.progressEvals, FitSession.progressResidual);
+  TellLinesChanged(TextBoxNamed(FitLogBoxName));
+}
+
+void ShowEnd() {
+  ShowNumber("FitStop", 1.0);
+  ShowFitResults();
+  ShowNumber("FitElapsed", FitSession.seconds);
+  FitPanelPlot();
+  TellLinesChanged(TextBoxNamed(FitLogBoxName));
+  UpdateDimming();
+}
+
+}  // namespace
+
+void FollowSessions() {
+  FitBegan.Add(ShowBegin);
+  FitProgressed.Add(ShowProgressOfFit);
+  FitEnded.Add(ShowEnd);
+}
+
+}  // namespace zelvane
