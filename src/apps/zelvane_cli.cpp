@@ -8,6 +8,7 @@
 #include <iostream>
 #include <limits>
 
+#include "headless/commands/fit_command.h"
 #include "headless/commands/measure_command.h"
 #include "headless/commands/model_command.h"
 #include "headless/commands/q_matrix_command.h"
@@ -31,6 +32,7 @@ constexpr char Examples[] =
     "  zelvane-cli model ampa.mod\n"
     "  zelvane-cli measure cell.abf --set StartAnalysis=20 --out cell.csv\n"
     "  zelvane-cli qmatrix ampa.mod --time 5.5\n"
+    "  zelvane-cli fit doses.lst --free KOn[1] KOff[1] --out fitted.mod\n"
     "  echo 'get ModelTitle' | zelvane-cli drive\n\n"
     "zelvane-cli COMMAND --help describes a command.\n"
     "Exit status: 0 done, 1 failed (the reason is on standard error), 2 wrong usage.";
@@ -57,6 +59,14 @@ constexpr char MeasureFooter[] =
 constexpr char QMatrixFooter[] =
     "Without --time the command uses the stimulus of the first point, normally the resting one. Example:\n"
     "  zelvane-cli qmatrix ampa.mod --time 5.5 --set AutoValue=1e-4";
+
+constexpr char FitText[] = "Fit the rates of a model to recorded waveforms";
+constexpr char FitFooter[] =
+    "A list file (.lst) names a model and its pairs of recording and stimulus; --pair names a pair without a list.\n"
+    "Rates are named as in drive (KOn[1], KOff[1], TableRate[1][2]) or by their states (K1,2). Without --free and\n"
+    "--fixed the flags of the model hold. Ctrl-C ends the fit and keeps the best rates so far. Examples:\n"
+    "  zelvane-cli fit doses.lst --limits KOn[1]=1e5:1e8 --restarts 3 --iterations 5000 --out fitted.mod\n"
+    "  zelvane-cli fit --model ampa.mod --pair pulse.stm:cell.abf --sweep 3 --starts 20 --seed 1,2,3";
 
 constexpr char InfoText[] = "Describe recordings and stimulus files";
 constexpr char ConvertText[] = "Write a recording in another format";
@@ -362,6 +372,84 @@ int RunMeasureCommand(MeasureArguments& arguments) {
   return MeasureCommand(arguments.options, Streams());
 }
 
+/// The options of `fit` as words; they are converted after the parse.
+struct FitArguments {
+  FitOptions options;
+  std::vector<std::string> pairs;
+  std::string form;
+  std::string seeds;
+};
+
+const std::vector<std::string> FormWords = {"table", "grid"};
+
+void AddFitRows(CLI::App& fit, FitOptions& options) {
+  fit.add_option("--free", options.free, "these rates are free, all others fixed")->type_name("RATE...");
+  fit.add_option("--fixed", options.fixed, "these rates are fixed, all others free")->type_name("RATE...");
+  fit.add_option("--limits", options.limits, "limits of rates")->type_name("RATE=LO:HI...");
+  fit.add_option("--set", options.settings, "set any store field (may be repeated)")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+}
+
+void AddFitRun(CLI::App& fit, FitArguments& arguments) {
+  FitOptions& options = arguments.options;
+  const auto count = CLI::Range(1, 1'000'000).description("");
+  AddWords(fit, "--form", arguments.form, FormWords, "form of the scheme; default: as in the model");
+  fit.add_option("--restarts", options.restarts, "runs of the simplex")->check(count)->type_name("N");
+  fit.add_option("--iterations", options.iterations, "most accepted steps of a run")
+      ->check(count)
+      ->type_name("N");
+  fit.add_option("--tolerance", options.tolerance, "spread of the residuals at which a run has converged")
+      ->check(CLI::PositiveNumber.description(""))
+      ->type_name("T");
+  fit.add_option("--starts", options.starts, "repeat from the same rates with other seeds, and compare")
+      ->check(count)
+      ->type_name("K");
+  fit.add_option("--seed", arguments.seeds, "seeds of the random generators; default: from the clock")
+      ->type_name("S1,S2,S3");
+  fit.add_flag("--normalize", options.normalize, "normalise all waveforms to the first");
+  fit.add_flag("--step-up", options.stepUp, "lengthen a short integration step to half the interval");
+  fit.add_flag("--any-interval", options.anyInterval,
+               "fit although the intervals of data and stimuli differ");
+}
+
+CLI::App* AddFit(CLI::App& app, FitArguments& arguments) {
+  CLI::App* fit = app.add_subcommand("fit", FitText)->footer(FitFooter);
+  FitOptions& options = arguments.options;
+  fit->add_option("LIST", options.list, "list file (.lst)")->type_name("");
+  fit->add_option("--pair", arguments.pairs, "a stimulus and a recording (may be repeated)")
+      ->type_name("STIM.stm:DATA")
+      ->allow_extra_args(false);
+  fit->add_option("--model", options.model, "model to fit; default: that of the list")
+      ->type_name("MODEL.mod");
+  fit->add_option("--sweep", options.sweep, "sweep of the recordings of the pairs; default: the first")
+      ->type_name("N");
+  fit->add_option("--channel", options.channel, "their channel; default: the first")->type_name("N");
+  AddTextInterval(*fit, options.intervalMs);
+  AddFitRows(*fit, options);
+  AddFitRun(*fit, arguments);
+  fit->add_option("--out", options.outFile, "write the model with the best rates")->type_name("BEST.mod");
+  fit->add_option("--curves", options.curvesFile, "write the compared curves")->type_name("X.fit");
+  fit->add_option("--log", options.logFile, "append to a log of the fit")->type_name("X.log");
+  fit->add_flag("--json", options.json, "print the results as one JSON object");
+  return fit;
+}
+
+/// Splits "STIM.stm:DATA" behind the extension of the stimulus, because a path may have colons.
+FitPair PairOf(const std::string& text) {
+  const std::size_t end = text.find(".stm:");
+  if (end == std::string::npos) throw CLI::ValidationError("--pair", "takes STIM.stm:DATA, not " + text);
+  return {text.substr(0, end + 4), text.substr(end + 5)};
+}
+
+int RunFitCommand(FitArguments& arguments) {
+  FitOptions& options = arguments.options;
+  options.seeds = SeedsOf(arguments.seeds);
+  if (!arguments.form.empty()) options.form = IndexOf(FormWords, arguments.form);
+  for (const std::string& pair : arguments.pairs) options.pairs.push_back(PairOf(pair));
+  return FitCommand(options, Streams());
+}
+
 /// Gives every command a limit on its time.
 void AddTimeouts(CLI::App& app, std::optional<double>& seconds) {
   const auto fault = [](const std::string& word) -> std::string {
@@ -392,6 +480,8 @@ int RunCli(int argc, char** argv) {
   ConvertOptions convertOptions;
   const CLI::App* info = AddInfo(app, infoArguments);
   const CLI::App* convert = AddConvert(app, convertOptions);
+  FitArguments fitArguments;
+  const CLI::App* fit = AddFit(app, fitArguments);
   MeasureArguments measureArguments;
   const CLI::App* measure = AddMeasure(app, measureArguments);
   AddModel(app, modelArguments);
@@ -410,6 +500,7 @@ int RunCli(int argc, char** argv) {
     if (info->parsed())
       return InfoCommand(infoArguments.files, infoArguments.json, Streams(), infoArguments.intervalMs);
     if (convert->parsed()) return ConvertCommand(convertOptions, Streams());
+    if (fit->parsed()) return RunFitCommand(fitArguments);
     if (measure->parsed()) return RunMeasureCommand(measureArguments);
     if (qmatrix->parsed()) return QMatrixCommand(qMatrixOptions, Streams());
     return simulate->parsed() ? RunSimulateCommand(simulateArguments) : RunModelCommand(modelArguments);

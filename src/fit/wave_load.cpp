@@ -74,12 +74,6 @@ void TellOddSamples(const FitWaveform& wave) {
   }
 }
 
-std::optional<SweepRead> ReadSamples(const std::string& path, std::span<float> samples, bool asksText) {
-  Trace.EpisodeIndex = 1;
-  Trace.ParseRequested = 0;
-  return SweepReadInto(path, samples, asksText);
-}
-
 int FreeLine() {
   for (int w = 1; w <= MaxFitWaveforms; ++w) {
     if (Wave(w).WaveLoaded == 0) return w;
@@ -189,19 +183,35 @@ void CountWaves() {
   Fit.FitTotalCurves = Fit.FitShowCurves;
 }
 
-Outcome LoadWaveData(int w, const std::string& path, bool asksText) {
+namespace {
+
+/// Loads the samples that `read` reads.
+template <typename Read>
+Outcome LoadWith(int w, const std::string& path, Read read) {
   FitWaveform& wave = Wave(w);
   ClearWaveData(w);
   if (NoWaveLoaded()) ForgetNormalizing();
-  const auto read = ReadSamples(path, wave.WaveData, asksText);
-  if (!read) {
+  const std::optional<SweepRead> got = read(wave.WaveData);
+  if (!got) {
     CountWaves();
     return Outcome::Failed;
   }
   if (w == 1) ForgetNormalizing();
-  TakeRecording(wave, path, *read);
+  TakeRecording(wave, path, *got);
   CountWaves();
   return Outcome::Done;
+}
+
+}  // namespace
+
+Outcome LoadWaveData(int w, const std::string& path, bool asksText) {
+  Trace.EpisodeIndex = 1;
+  Trace.ParseRequested = 0;
+  return LoadWith(w, path, [&](std::span<float> samples) { return SweepReadInto(path, samples, asksText); });
+}
+
+Outcome LoadWaveData(int w, const std::string& path, const SweepChoice& choice) {
+  return LoadWith(w, path, [&](std::span<float> samples) { return SweepReadInto(path, samples, choice); });
 }
 
 Outcome LoadWaveStimulus(int w, const std::string& path) {

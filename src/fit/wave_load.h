@@ -36,6 +36,9 @@ void ForgetNormalizing();
 /// @return Done; Refused, also by the user, or Failed: the waveform is then empty
 Outcome LoadWaveData(int w, const std::string& path, bool asksText = true);
 
+/// Does the same for a chosen sweep, without questions.
+Outcome LoadWaveData(int w, const std::string& path, const SweepChoice& choice);
+
 /// Stores the facts of a recording that was read into `wave`, turns its line on and tells of odd samples.
 void TakeRecording(FitWaveform& wave, const std::string& path, const SweepRead& read);
 

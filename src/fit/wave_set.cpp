@@ -79,8 +79,8 @@ Outcome LoadStimulus(int w, const std::string& name, const std::string& list) {
 
 /// Loads the pairs of a list, each into the waveform of its number, because the settings of the model belong to
 /// these numbers. A pair that cannot be read leaves its waveform empty.
-Outcome LoadPairs(const WaveList& list, const std::string& path) {
-  ReadModelOfList(list.model, path);
+Outcome LoadPairs(const WaveList& list, const std::string& path, const std::string& model) {
+  if (model.empty()) ReadModelOfList(list.model, path);
   int leftOut = 0;
   for (std::size_t p = 0; p < list.pairs.size(); ++p) {
     const WaveListPair& pair = list.pairs[p];
@@ -139,7 +139,7 @@ void WaveSetClear() {
   Fit.FitWaveCount = 0;
 }
 
-Outcome ReadListNamed(const std::string& path) {
+Outcome ReadListNamed(const std::string& path, const std::string& model) {
   auto file = OpenInput(path);
   if (!file) {
     FileErrorPopup(FileOpenFailed);
@@ -156,7 +156,7 @@ Outcome ReadListNamed(const std::string& path) {
     return Outcome::Failed;
   }
   Fit.FitListName = path;
-  const Outcome outcome = LoadPairs(*list, path);
+  const Outcome outcome = LoadPairs(*list, path, model);
   Fit.FitNormalized = 0;  // as the recordings are, whatever the model says
   Fit.FitShowCurves = std::max(Fit.FitWaveCount, 1);
   Fit.FitTotalCurves = Fit.FitShowCurves;

@@ -31,9 +31,10 @@ Outcome ListFileRead();
 /// name, keeps the pairs so far. A pair that cannot be read leaves its waveform empty, and notes tell of it.
 /// Reads and writes:  `Fit.Wave` (1 to the number of pairs, at most MaxFitWaveforms), `Fit.FitWaveCount`,
 ///         `Fit.FitListOn`, `Fit.FitListName`, what reading a model, a recording and a stimulus writes.
+/// @param model  not empty: the caller has read this model instead of that of the list
 /// Tells:  a file that is not a list or cannot be opened.
 /// @return Done with all pairs; Refused when the user gave no file; otherwise Failed
-Outcome ReadListNamed(const std::string& path);
+Outcome ReadListNamed(const std::string& path, const std::string& model = {});
 
 /// Empties the set and loads a list file, as the menu does after the choice of a name.
 Outcome OpenListNamed(const std::string& path);

@@ -16,6 +16,7 @@
 namespace zelvane {
 namespace {
 
+constexpr char NoSuchChannel[] = "%s has no channel %d.";
 constexpr MessageTitle OpenTitle{MessageKind::Error, "Read Error!"};
 constexpr char NotOpened[] = "%s could not be opened";
 constexpr MessageTitle BinaryTitle{MessageKind::Information, "Read Binary"};
@@ -44,12 +45,17 @@ void NoteDamage(const RecordingAccount& account, const RecordingFacts& facts, Qu
 
 // -- ABF --
 
-/// Sets the channel: the only one, the one read before, or the one that the user chooses. Returns false on
-/// cancel.
+/// Sets the channel: the only one, the one read before or named by the caller, or the one that the user chooses.
+/// Returns false on cancel, and with a message for a channel that the file does not have.
 bool ChooseChannel(const RecordingAccount& account, Questions questions, RecordingFacts& facts) {
   if (questions == Questions::AsBefore && HasInput(account, facts.channel)) return true;
+  if (questions == Questions::Answered && facts.channel != FirstChannel) {
+    if (HasInput(account, facts.channel)) return true;
+    MessagePopup(FileErrorTitle, FormatText(NoSuchChannel, facts.path.c_str(), facts.channel));
+    return false;
+  }
   facts.channel = account.inputs.front().number;
-  if (account.inputs.size() < 2) return true;
+  if (account.inputs.size() < 2 || questions == Questions::Answered) return true;
   const auto answer = AskChannel(facts.path, account);
   facts.channel = answer.value_or(facts.channel);
   return answer.has_value();

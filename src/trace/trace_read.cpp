@@ -17,6 +17,8 @@
 namespace zelvane {
 namespace {
 
+constexpr char NoSuchSweep[] = "%s has no sweep %d; it has %d.";
+
 constexpr char ImportTitle[] = "Import File";
 constexpr char ImportQuestion[] = "Import ATF or Ascii File of Floating Point Numbers in pA or pS ?";
 constexpr char ResampledWarning[] =
@@ -72,6 +74,7 @@ Outcome ReadNew(const OpenedRecording& opened, const std::string& path, bool tex
   facts.episode = 1;
   if (answers) {
     facts.signal = answers->signal;
+    facts.channel = FirstChannel;
     facts.intervalLine = !answers->intervalMs;
     facts.typedIntervalMs = answers->intervalMs.value_or(0.0F);
     facts.intervalMs = answers->intervalMs.value_or(facts.intervalMs);  // also for an ATF file without times
@@ -118,6 +121,34 @@ bool ReadEpisode(int episode) {
 }
 
 }  // namespace
+
+std::optional<SweepRead> SweepReadInto(const std::string& path, std::span<float> destination,
+                                       const SweepChoice& choice) {
+  const OpenedRecording opened = OpenRecordingFile(path, OpenAs::Recording);
+  if (!opened.file) {
+    MessagePopup(FileErrorTitle, path + ": " + opened.why);
+    return std::nullopt;
+  }
+  const bool text = opened.form == RecordingForm::Text;
+  RecordingFacts facts = StoredFacts();
+  facts.path = path;
+  facts.episode = choice.sweep;
+  facts.channel = choice.channel.value_or(FirstChannel);
+  facts.signal = choice.channel.value_or(1);
+  facts.intervalLine = !choice.intervalMs;
+  facts.typedIntervalMs = choice.intervalMs.value_or(0.0F);
+  facts.intervalMs = choice.intervalMs.value_or(facts.intervalMs);
+  facts.parse.requested = 0;
+  const auto reader = text ? ReadText : ReadBinary;
+  const RecordingRead read = reader(opened, std::move(facts), destination, Questions::Answered);
+  if (read.reading != Reading::Done) return std::nullopt;
+  if (read.facts.episode != choice.sweep) {
+    MessagePopup(FileErrorTitle, FormatText(NoSuchSweep, path.c_str(), choice.sweep, read.facts.episodes));
+    return std::nullopt;
+  }
+  StoreRecording(read.facts);
+  return SweepRead{read.facts.points, read.facts.intervalMs};
+}
 
 std::optional<SweepRead> SweepReadInto(const std::string& path, std::span<float> destination, bool asksText) {
   const OpenedRecording opened = OpenRecordingFile(path, OpenAs::Recording);

@@ -59,6 +59,17 @@ std::vector<std::vector<float>> ReadTextEpisodes();
 /// text; with `asksText` also whether to read it at all.
 std::optional<SweepRead> SweepReadInto(const std::string& path, std::span<float> destination, bool asksText);
 
+/// The part of a recording that a caller chooses, instead of the user.
+struct SweepChoice {
+  int sweep = 1;
+  std::optional<int> channel{};       // input of an ABF, signal of a text; empty = the first
+  std::optional<float> intervalMs{};  // of a column of numbers; empty = its first line
+};
+
+/// Does the same for a chosen part, without questions. A sweep or a channel that the file does not have is refused.
+std::optional<SweepRead> SweepReadInto(const std::string& path, std::span<float> destination,
+                                       const SweepChoice& choice);
+
 /// Reads an ABF 1.x recording directly from its header fields: only the first channel, all episodes one
 /// after the other.
 bool AbfDirectRead(const std::string& path, std::span<float> destination);

@@ -22,6 +22,9 @@ enum class Reading {
 /// typedIntervalMs); or the first read of the file. In the last case messages are not repeated either.
 enum class Questions { Asked, Answered, AsBefore };
 
+/// Channel of a caller that wants the first one.
+inline constexpr int FirstChannel = -1;
+
 /// The result of a read. The samples are not part of it: they go straight to their destination, because they
 /// may be millions.
 struct RecordingRead {
