@@ -177,8 +177,12 @@ void FitWaves(benchmark::State& state, Drive drive, bool equilibrium) {
 }
 
 BENCHMARK_CAPTURE(FitWaves, steps, Drive::Steps, false)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(FitWaves, voltage_ramp, Drive::VoltageRamp, false)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(FitWaves, at_equilibrium, Drive::Steps, true)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(FitWaves, voltage_ramp, Drive::VoltageRamp, false)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(FitWaves, at_equilibrium, Drive::Steps, true)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace zelvane
