@@ -66,7 +66,11 @@ void RegisterFitFields() {
                    .limitsOn = "WaveFitLimitsOn",
                    .autoSeed = "WaveFitAutoSeed",
                    .fixOn = "WaveFitFixOn",
-                   .build = [] { static_cast<void>(WaveFitRowsBuild(RowLimits::Follow)); },
+                   .build =
+                       [](bool limitsFollow) {
+                         static_cast<void>(
+                             WaveFitRowsBuild(limitsFollow ? RowLimits::Follow : RowLimits::Keep));
+                       },
                    .labelOf = LabelOfRow,
                    .colourOf = ColourOfRow,
                    .isForced = RowIsForced,

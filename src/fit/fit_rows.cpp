@@ -18,27 +18,36 @@ constexpr char FactorBelowZero[] = "The factor of the limits was below 0 and bec
 constexpr int FirstTableCode = 10'000;  // codes above it are rates of the table
 constexpr float FactorInsteadOfZero = 2.0F;
 
-std::vector<FitRow> RowsOfGrid() {
-  std::vector<FitRow> rows;
+template <typename Visit>
+void ForRowsOfGrid(Visit visit) {
+  int row = 0;
   for (int n = 1; n <= MaxLinks; ++n) {
     const auto [low, high] = LinkTable[Index(n)];
     if (Model.StateOn[Index(low)] == 0 || Model.StateOn[Index(high)] == 0) continue;
-    const int row = static_cast<int>(rows.size()) + 1;
-    rows.push_back({row, n, low, high});
-    rows.push_back({row + 1, -n, high, low});
+    visit(FitRow{++row, n, low, high});
+    visit(FitRow{++row, -n, high, low});
   }
-  return rows;
 }
 
-std::vector<FitRow> RowsOfTable() {
-  std::vector<FitRow> rows;
+template <typename Visit>
+void ForRowsOfTable(Visit visit) {
+  int row = 0;
   for (int from = 1; from <= MaxStates; ++from) {
     for (int to = 1; to <= MaxStates; ++to) {
       if (from == to || !(Model.TableRate[Index(from)][Index(to)] > 0.0F)) continue;
-      rows.push_back({static_cast<int>(rows.size()) + 1, FirstTableCode + RateCode(from, to), from, to});
+      visit(FitRow{++row, FirstTableCode + RateCode(from, to), from, to});
     }
   }
-  return rows;
+}
+
+/// Calls `visit` for each rate of the form that is fitted.
+template <typename Visit>
+void ForRowsOfForm(Visit visit) {
+  if (Fit.FitModelIs2D != 0) {
+    ForRowsOfGrid(visit);
+  } else {
+    ForRowsOfTable(visit);
+  }
 }
 
 /// Brings the rates of both forms up to date and makes the fitted form the active one.
@@ -60,11 +69,16 @@ void LimitsFromRates() {
   }
 }
 
-void StoreCodes(const std::vector<FitRow>& rows) {
+/// Stores the codes of the rows. Returns the number of rates, which can be more than there are rows. Allocates no
+/// memory: it runs after every action of the user.
+std::size_t StoreCodes() {
   Fit.RowCode = {};
-  for (const FitRow& row : rows) {
+  std::size_t rates = 0;
+  ForRowsOfForm([&](const FitRow& row) {
+    ++rates;
     if (row.row <= MaxFitRows) Fit.RowCode[Index(row.row)] = row.code;
-  }
+  });
+  return rates;
 }
 
 }  // namespace
@@ -72,25 +86,26 @@ void StoreCodes(const std::vector<FitRow>& rows) {
 Outcome WaveFitRowsBuild(RowLimits limits) {
   FitRowsWanted.Tell();
   ActivateFittedForm();
-  const std::vector<FitRow> rows = FitRowsOfForm();
-  StoreCodes(rows);
+  const std::size_t rates = StoreCodes();
   if (Fit.FitLimsXFold < 0.0F) Note(FactorBelowZero);
   if (!(Fit.FitLimsXFold > 0.0F)) Fit.FitLimsXFold = FactorInsteadOfZero;
   if (limits == RowLimits::Follow && Fit.AutoGenFitLims != 0) LimitsFromRates();
   ShowFixedRows();
   FitRowsChanged.Tell();
-  if (rows.size() <= Index(MaxFitRows)) return Outcome::Done;
+  if (rates <= Index(MaxFitRows)) return Outcome::Done;
   MessagePopup(WarningTitle, TooManyRates);
   return Outcome::Refused;
 }
 
 void FitRowsFollow() {
-  if (Parameters.FitMode == FitWaveforms) StoreCodes(FitRowsOfForm());
+  if (Parameters.FitMode == FitWaveforms) StoreCodes();
   ShowFixedRows();
 }
 
 std::vector<FitRow> FitRowsOfForm() {
-  return Fit.FitModelIs2D != 0 ? RowsOfGrid() : RowsOfTable();
+  std::vector<FitRow> rows;
+  ForRowsOfForm([&](const FitRow& row) { rows.push_back(row); });
+  return rows;
 }
 
 std::vector<FitRow> FitRowsInUse() {

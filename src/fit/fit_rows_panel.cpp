@@ -144,7 +144,8 @@ void FollowScheme() {
   if (Model.FitActive == 0) FitRowsFollow();
   Table* table = FindTable(RatesTable);
   if (table == nullptr) return;
-  const auto rows = static_cast<int>(FitRowsInUse().size());
+  const auto rows =
+      static_cast<int>(std::count_if(Fit.RowCode.begin(), Fit.RowCode.end(), [](int c) { return c != 0; }));
   if (table->rows == rows) return;
   table->rows = rows;
   table->markedRow = 0;

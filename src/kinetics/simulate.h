@@ -56,12 +56,12 @@ struct ChannelMemory {
 struct SimulationRoom {
   OccupancyRows rows{};            // points from 1 (fixed step), steps from 1 (adaptive), points from 0
   std::span<float> savedTimeMs{};  // adaptive: as long as the rows
-  SchemeMemory* scheme =
-      nullptr;  // integrators: shared with other sweeps under the same stimulus, if there are any
   // -- Single channels --
   RandomStream* random = nullptr;     // stream of their random values
   DwellRecorder* recorder = nullptr;  // gets their dwells appended
   ChannelMemory* memory = nullptr;    // shared with earlier and later sweeps, if there are any
+  // -- Integrators --
+  SchemeMemory* scheme = nullptr;  // shared with other sweeps under the same stimulus, if there are any
 };
 
 /// The reason for an incomplete or a changed sweep.

@@ -4,7 +4,7 @@
 #include "model/model_panels.h"
 #include "model/model_store.h"
 #include "model/scheme_panels.h"
-#include "model/state_numbers.h"
+#include "model/state_number_panels.h"
 
 namespace zelvane {
 namespace {

@@ -7,7 +7,7 @@
 #include "model/model_events.h"
 #include "model/model_panels.h"
 #include "model/scheme_panels.h"
-#include "model/state_numbers.h"
+#include "model/state_number_panels.h"
 
 namespace zelvane {
 namespace {

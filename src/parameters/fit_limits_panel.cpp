@@ -240,6 +240,14 @@ void AddControlsOf(const FitModeRows& rows) {
   AddSwitch(FixSwitch, rows.fixOn);
 }
 
+/// Makes the rows of the present fit again. `limitsFollow` lets automatic limits follow the rates.
+void Refresh(bool limitsFollow) {
+  StoreAllTyped();
+  const FitModeRows* rows = FitModeOf(Parameters.FitMode);
+  if (rows != nullptr && rows->build != nullptr) rows->build(limitsFollow);
+  FitLimitsWrite();
+}
+
 }  // namespace
 
 void AddFitLimitsPanel() {
@@ -251,7 +259,7 @@ void AddFitLimitsPanel() {
   for (const FitModeRows& rows : AllFitModes()) AddControlsOf(rows);
   AddControls(PanelName, "commands", CommandControls);
   PanelNamed(PanelName).dim.push_back(DimFitLimitsPanel);  // now, because the rule needs the controls
-  ModelFileToSave.Add(FitLimitsRead);
+  ModelFileToSave.Add(StoreAllTyped);
   ModelFileCameIn.Add([](Outcome& /*shown*/) {
     FitLimitsWrite();
     FitModeChanged.Tell();
@@ -268,14 +276,13 @@ void SetFitMode(int mode) {
 void FollowFitMode() {
   if (Parameters.FitMode == Shown().shownMode) return;
   ShowField("FitMode");
-  FitLimitsRefresh();
+  Refresh(false);  // the limits of a model that was read stay
   FitModeChanged.Tell();
 }
 
 void ShowFitLimits(int mode) {
-  const bool another = mode != Shown().shownMode;
   SetFitMode(mode);
-  if (!another) FitLimitsRefresh();
+  FitLimitsRefresh();
   ShowPanel(PanelName);
   if (FitModeOf(mode) == nullptr) Note(NoModelChosen);
 }
@@ -293,10 +300,7 @@ void FitLimitsWrite() {
 }
 
 void FitLimitsRefresh() {
-  StoreAllTyped();
-  const FitModeRows* rows = FitModeOf(Parameters.FitMode);
-  if (rows != nullptr && rows->build != nullptr) rows->build();
-  FitLimitsWrite();
+  Refresh(true);
 }
 
 }  // namespace zelvane

@@ -28,8 +28,8 @@ struct FitModeRows {
   const char* fixOn = "AnalysisFixOn";
 
   // Of a fit whose rows follow from the scheme; nullptr elsewhere.
-  void (*build)() = nullptr;                  // makes the rows again
-  std::string (*labelOf)(int row) = nullptr;  // empty for a row that is not in use
+  void (*build)(bool limitsFollow) = nullptr;  // makes the rows again; their limits may follow the rates
+  std::string (*labelOf)(int row) = nullptr;   // empty for a row that is not in use
   std::string (*colourOf)(int row) = nullptr;
   bool (*isForced)(int row) = nullptr;         // something else than the user fixes the row
   void (*fix)(int row, bool fixed) = nullptr;  // stores a flag that the user has set

@@ -79,7 +79,7 @@ TEST_F(MemoryTest, AnActionWithoutMemoryIsToldAndCanBeRepeated) {
         EXPECT_EQ(Screen.busy, 0);
         const bool isDone = told.find("undoing or recording") != std::string::npos;
         EXPECT_TRUE(isDone || SettingsNow() == before) << told;
-        Play(mend + '\n' + action);
+        if (!isDone) Play(mend + '\n' + action);
         EXPECT_EQ(StoreDigest(), undisturbed) << told;
       }
     }

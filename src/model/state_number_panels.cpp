@@ -1,4 +1,4 @@
-#include "model/state_numbers.h"
+#include "model/state_number_panels.h"
 
 #include <string>
 
