@@ -79,7 +79,8 @@ TEST_F(MemoryTest, AnActionWithoutMemoryIsToldAndCanBeRepeated) {
         EXPECT_EQ(Screen.busy, 0);
         const bool isDone = told.find("undoing or recording") != std::string::npos;
         EXPECT_TRUE(isDone || SettingsNow() == before) << told;
-        if (!isDone) Play(mend + '\n' + action);
+        const bool undone = action == "press FxnUndo" && SettingsNow() != before;  // only its record failed
+        if (!undone) Play(mend + '\n' + action);
         EXPECT_EQ(StoreDigest(), undisturbed) << told;
       }
     }
