@@ -125,6 +125,7 @@ struct UndoState {
   std::deque<Settings> undone;  // newest at the back
   std::deque<Settings> redone;
   bool restoring = false;
+  bool stepped = false;  // the step of this undo or redo is complete
 };
 
 UndoState& State() {
@@ -134,10 +135,8 @@ UndoState& State() {
 
 void KeepIfChanged() {
   UndoState& state = State();
-  if (state.restoring) {
-    state.restoring = false;
-    return;
-  }
+  state.stepped = false;
+  if (std::exchange(state.restoring, false)) return;
   const Settings before = std::exchange(state.before, Settings{});
   if (before.numbers.empty() || Same(before, CopySettings())) return;
   state.undone.push_back(before);
@@ -148,7 +147,9 @@ void KeepIfChanged() {
 /// Brings back the settings and the episode of before an action that ran out of memory. The trace may belong to
 /// others, so it is no longer valid when they have changed.
 void ForgetAction() {
-  const UndoState& state = State();
+  UndoState& state = State();
+  state.restoring = false;
+  if (std::exchange(state.stepped, false)) return;  // the step was complete, and its copies have moved
   if (std::exchange(Trace.EpisodeIndex, state.episode) != state.episode) Trace.TraceValid = 0;
   if (state.before.numbers.empty() || state.before == CopySettings()) return;
   Trace.TraceValid = 0;
@@ -163,6 +164,7 @@ void Step(std::deque<Settings>& from, std::deque<Settings>& to) {
   RestoreSettings(from.back());
   to.push_back(std::move(present));
   from.pop_back();
+  State().stepped = true;
 }
 
 // clang-format off
