@@ -97,8 +97,8 @@ Outcome WaveFitRowsBuild(RowLimits limits) {
   return Outcome::Refused;
 }
 
-void FitRowsFollow() {
-  if (Parameters.FitMode == FitWaveforms) StoreCodes();
+void FitRowsFollow(bool shown) {
+  if (shown || Parameters.FitMode == FitWaveforms) StoreCodes();
   ShowFixedRows();
 }
 

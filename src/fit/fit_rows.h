@@ -47,8 +47,8 @@ inline Listeners<> FitRowsChanged;
 Outcome WaveFitRowsBuild(RowLimits limits);
 
 /// Keeps `Fit.RowCode` and `Fit.WaveFitFixed` in step with the scheme and its constraints, without a message. The rows
-/// follow only while `Parameters.FitMode` is FitWaveforms.
-void FitRowsFollow();
+/// follow while they are `shown` or `Parameters.FitMode` is FitWaveforms.
+void FitRowsFollow(bool shown);
 
 /// Returns all rates of the form that `Fit.FitModelIs2D` names, in the order of their rows; they can be more than
 /// MaxFitRows. The grid has both rates of every link whose two states are on; the table has its rates above 0.

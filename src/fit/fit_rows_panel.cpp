@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 
+#include "fit/fit_panel.h"
 #include "fit/fit_rows.h"
 #include "fit/fit_store.h"
 #include "model/model_events.h"
@@ -141,7 +142,7 @@ std::string WhyFixed(int row, int /*column*/) {
 
 /// Keeps rows, flags and table in step with the scheme and its constraints.
 void FollowScheme() {
-  if (Model.FitActive == 0) FitRowsFollow();
+  if (Model.FitActive == 0) FitRowsFollow(PanelVisible(FitPanelName));
   Table* table = FindTable(RatesTable);
   if (table == nullptr) return;
   const auto rows =

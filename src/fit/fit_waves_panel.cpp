@@ -8,6 +8,7 @@
 #include "fit/wave_load.h"
 #include "fit/wave_set.h"
 #include "fit/wave_set_panels.h"
+#include "model/model_events.h"
 #include "model/model_store.h"
 #include "platform/index.h"
 #include "screen/screen.h"
@@ -33,6 +34,13 @@ FitWaveform& Wave(int w) {
 void ShowSet() {
   WriteFitPanel();
   FitPanelPlot();
+}
+
+/// Shows the set after recordings were read: length and interval of the run are theirs.
+void ShowLoaded() {
+  RunSettingsChanged.Tell();
+  RunSettingsReplaced.Tell();
+  ShowSet();
 }
 
 std::optional<std::string> AskFor(const char* title, const char* pattern, const char* filter) {
@@ -86,7 +94,7 @@ void FxnFitDataTrace(const ControlEvent& event) {
   } else {
     Wave(w).DataOn = 0;
   }
-  ShowSet();
+  ShowLoaded();
 }
 
 void FxnFitStimulus(const ControlEvent& event) {
@@ -103,7 +111,7 @@ void LoadList() {
   WaveSetClear();
   ListFileRead();
   WriteAllControls();
-  ShowSet();
+  ShowLoaded();
 }
 
 void ClearSet() {
@@ -188,7 +196,7 @@ Outcome OpenListNamed(const std::string& path) {
   WaveSetClear();
   const Outcome outcome = ReadListNamed(path);
   WriteAllControls();
-  ShowSet();
+  ShowLoaded();
   return outcome;
 }
 

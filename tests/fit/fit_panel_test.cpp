@@ -57,9 +57,12 @@ TEST_F(FitPanelTest, TheTypedToleranceStaysWhenAnotherFitUsesItsOwn) {
 TEST_F(FitPanelTest, LinesWaitForTheFirstAndABadStimulusDropsThePair) {
   PressCommand("FxnFitDataTrace2");
   EXPECT_EQ(popups.back().text, "Load data waveform-1 first.");
+  Model.ADInterval = 1.0F;
+  WriteAllControls();
   choices = {folder.File("a.abf"), folder.File("a.stm")};
   PressCommand("FxnFitDataTrace1");
   EXPECT_EQ(Fit.Wave[1].StimName, "a.stm");
+  EXPECT_EQ(ControlNumber("ADInterval"), 0.125) << "a session reads the interval from its panel";
   EXPECT_EQ(Fit.WaveStimInterval, 0.125F);
   PressCommand("FxnFitNormalized");
   EXPECT_EQ(Fit.Wave[1].WaveData[500], 1.0F);
