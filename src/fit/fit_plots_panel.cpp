@@ -148,6 +148,7 @@ Colour ColourOfOne(int w) {
 void DrawCompared(int w, Colour colour) {
   const FitWaveform& wave = Fit.Wave[Index(w)];
   const auto points = Index(std::clamp(wave.FittedCount - 1, 0, MaxWaveformPoints));
+  if (points > 1 && wave.FitX[points - 1] == 0.0F) return;  // no comparison yet
   const std::vector<double> x(wave.FitX.begin(), wave.FitX.begin() + static_cast<std::ptrdiff_t>(points));
   std::vector<float> difference(points);
   for (std::size_t j = 0; j < points; ++j) difference[j] = wave.FitData[j] - wave.FitSim[j];
