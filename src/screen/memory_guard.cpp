@@ -21,7 +21,7 @@ constinit ReservePart ReserveToEnd = nullptr;
 /// Returns whether there was a block to release.
 bool Release(ReservePart& part) {
   void* block = part.exchange(nullptr);
-  ::operator delete(block, ReserveBlock);
+  ::operator delete(block);
   return block != nullptr;
 }
 
