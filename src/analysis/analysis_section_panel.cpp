@@ -1,4 +1,5 @@
 // Episodes on AnalysisPanel: stepping, analysing many, and back from a row of the table to its sweep.
+#include <algorithm>
 #include <string>
 
 #include "analysis/analysis_panel.h"
@@ -19,6 +20,8 @@ constexpr char OtherFile[] = "Re-load the datafile you want to view.";
 constexpr int EpisodeColumn = 3;
 constexpr std::size_t ExtensionLength = 4;  // with its full stop
 
+constexpr double LargestSection = 1e9;  // beyond any file; a typed number may be larger than an int
+
 void ShowSection(int episode) {
   if (Trace.TraceValid == 0) return;
   GoToEpisode(episode);
@@ -33,7 +36,7 @@ void FxnAnNextSection(const ControlEvent&) {
 }
 
 void FxnAnSectionRead(const ControlEvent& event) {
-  ShowSection(static_cast<int>(event.control->number));
+  ShowSection(static_cast<int>(std::clamp(event.control->number, 0.0, LargestSection)));
 }
 
 void AN_AutoAnalyzeButton(const ControlEvent&) {
