@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <limits>
 
-#include "analysis/measures.h"
 #include "fit/fit_progress.h"
 #include "fit/fit_rows.h"
 #include "fit/wave_compare.h"
@@ -18,7 +17,6 @@
 #include "run/run.h"
 #include "screen/popups.h"
 #include "stimulus/gaussian_filter.h"
-#include "stimulus/profile_builder.h"
 #include "stimulus/stimulus_store.h"
 #include "trace/trace_store.h"
 
@@ -42,8 +40,7 @@ SimplexTable& Table() {
 }
 
 int IndexOfTime(float timeMs) {
-  return static_cast<int>(
-      std::clamp<std::int64_t>(TimeIndex(timeMs, Model.ADInterval), 0, MaxWaveformPoints));
+  return static_cast<int>(std::min<std::int64_t>(SampleAtTime(timeMs), MaxWaveformPoints));
 }
 
 bool InFit(const FitWaveform& wave) {
@@ -92,16 +89,13 @@ bool SimulateWave(int w, int points) {
 void FindFitPeak(const FitWindow& window, float baseline) {
   Fit.FitPeak = 1.0F;
   if (Fit.FitNormalized == 0) return;
-  ResponseMeasures measures;
-  MeasureSettings settings;
-  settings.intervalMs = Model.ADInterval;
-  PeakOf(Trace.SimTrace, Fit.FitPeakSearchPts, Fit.Wave[1].AlignIndex, baseline, Fit.FitPeakAve, settings,
-         measures);
-  if (measures.PeakValue == 0.0F) {
+  const WavePeak peak =
+      PeakOfWave(Trace.SimTrace, Fit.Wave[1].AlignIndex, Fit.FitPeakSearchPts, baseline, Fit.FitPeakAve);
+  if (peak.value == 0.0F) {
     AddFitLogLine(NoPeak);
     return;
   }
-  Fit.FitPeak = measures.PeakValue;
+  Fit.FitPeak = peak.value;
   const bool high =
       window.NumBaselinePts > 0 &&
       std::fabs(static_cast<double>(baseline)) > SmallBaseline * std::fabs(static_cast<double>(Fit.FitPeak));

@@ -115,8 +115,12 @@ std::vector<FitRow> FitRowsInUse() {
   return rows;
 }
 
+bool IsRateOfTable(int code) {
+  return code > FirstTableCode;
+}
+
 FitRow RowOfCode(int row, int code) {
-  if (code > FirstTableCode) {
+  if (IsRateOfTable(code)) {
     const int states = code - FirstTableCode;
     return {row, code, states / 100, states % 100};
   }
@@ -125,7 +129,7 @@ FitRow RowOfCode(int row, int code) {
 }
 
 double RateOf(int code) {
-  if (code > FirstTableCode) {
+  if (IsRateOfTable(code)) {
     const FitRow rate = RowOfCode(0, code);
     return std::fabs(static_cast<double>(Model.TableRate[Index(rate.from)][Index(rate.to)]));
   }
@@ -133,7 +137,7 @@ double RateOf(int code) {
 }
 
 void PutRate(int code, double rate) {
-  if (code > FirstTableCode) {
+  if (IsRateOfTable(code)) {
     const FitRow of = RowOfCode(0, code);
     Model.TableRate[Index(of.from)][Index(of.to)] = static_cast<float>(std::fabs(rate));
   } else {

@@ -57,6 +57,9 @@ std::vector<FitRow> FitRowsOfForm();
 /// Returns the rows that `Fit.RowCode` holds.
 std::vector<FitRow> FitRowsInUse();
 
+/// Returns whether a code is that of a rate of the table.
+bool IsRateOfTable(int code);
+
 /// Returns the row with its states. The code must be that of a rate.
 FitRow RowOfCode(int row, int code);
 

@@ -16,6 +16,7 @@
 #include "fit/fit_vertices.h"
 #include "fit/session_store.h"
 #include "fit/wave_compare.h"
+#include "fit/wave_load.h"
 #include "fit/wave_set_panels.h"
 #include "model/model_events.h"
 #include "model/model_file.h"
@@ -34,8 +35,6 @@
 
 namespace zelvane {
 namespace {
-
-constexpr int TableCode = 10000;  // of a rate of the table: this + 100 x from + to
 
 constexpr char SaveTitle[] = "Concluded Waveform Fitting";
 constexpr char SaveQuestion[] = "Save parameter file?";
@@ -60,11 +59,6 @@ class ActiveFit {
   int points_;
   int viewed_;
 };
-
-bool HasWaveforms() {
-  return std::any_of(Fit.Wave.begin(), Fit.Wave.end(),
-                     [](const FitWaveform& w) { return w.WaveLoaded != 0; });
-}
 
 void ShowValues() {
   WriteGridRates();
@@ -258,7 +252,7 @@ void OfferResults() {
 }
 
 Outcome StartFit(int kind) {
-  if (!HasWaveforms()) return Outcome::Refused;
+  if (NoWaveLoaded()) return Outcome::Refused;
   Fit.FitKind = kind;
   if (kind == FitOfStimulus) SetStimulusWindows();
   if (const Outcome answered = AskBeforeFit(); answered != Outcome::Done) return answered;
@@ -307,7 +301,7 @@ Outcome Compare() {
 }
 
 Outcome RunOneStep(int kind) {
-  if (!HasWaveforms()) return Outcome::Refused;
+  if (NoWaveLoaded()) return Outcome::Refused;
   Fit.FitKind = kind;
   if (kind == FitOfRates && !FirstPeakIsLargest()) return Outcome::Refused;
   if (kind == FitOfStimulus) SetStimulusWindows();
@@ -386,8 +380,10 @@ int RowsOfCurves() {
 }
 
 double RateIn(const FittedValues& values, int code) {
-  if (code >= TableCode)
-    return static_cast<double>(values.TableRate[Index((code - TableCode) / 100)][Index(code % 100)]);
+  if (IsRateOfTable(code)) {
+    const FitRow of = RowOfCode(0, code);
+    return static_cast<double>(values.TableRate[Index(of.from)][Index(of.to)]);
+  }
   return code > 0 ? values.KOn[Index(code)] : values.KOff[Index(-code)];
 }
 

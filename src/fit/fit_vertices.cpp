@@ -13,6 +13,7 @@
 #include "fit/session_store.h"
 #include "fit/wave_set_panels.h"
 #include "model/model_store.h"
+#include "parameters/limit_rules.h"
 #include "parameters/parameters_store.h"
 #include "parameters/vertex_store.h"
 #include "screen/popups.h"
@@ -39,18 +40,6 @@ bool LimitsInForce() {
   return Fit.WaveFitLimitsOn != 0;
 }
 
-/// Returns a value outside its limits as their middle.
-double Clipped(double value, const FitLimit& limit) {
-  return value > limit.hi || value < limit.lo ? (limit.hi - limit.lo) / 2.0 + limit.lo : value;
-}
-
-/// Returns a value outside its limits as a random point between the vertex-0 value and the limit.
-double Inside(double value, double start, const FitLimit& limit) {
-  if (value > limit.hi) return start + (limit.hi - start) * Draw();
-  if (value < limit.lo) return start + (limit.lo - start) * Draw();
-  return value;
-}
-
 /// The kind of fit that the simplex is built for.
 struct VertexRules {
   std::function<void(int)> evaluate;
@@ -70,7 +59,7 @@ void BuildOtherVertices(const VertexRules& rules) {
   for (int k = 1; k <= table.NumParams; ++k) {
     for (int i = 1; i <= table.NumParams; ++i) {
       double value = std::fabs(rules.place(i, k));
-      if (LimitsInForce()) value = Inside(value, table.At(i, 0), rules.limit(i));
+      if (LimitsInForce()) value = DrawnInside(value, table.At(i, 0), rules.limit(i), ProgramRandom);
       table.At(i, k) = value;
     }
     EvaluateVertex(rules, k);
@@ -130,8 +119,7 @@ void NoteFlatStart() {
   const SimplexTable& table = Table();
   const auto& sums = table.VertexTable[0];
   const auto [low, high] = std::minmax_element(sums.begin(), sums.begin() + table.NumVertices);
-  const double spread = 2.0 * std::fabs(*high - *low) / std::fabs(*low + *high + 1.0);
-  if (spread < Parameters.FitTolerance && !FitSession.stopped) Note(MetAtOnce);
+  if (FractionalSpread(*low, *high) < Parameters.FitTolerance && !FitSession.stopped) Note(MetAtOnce);
 }
 
 // -- Rates --

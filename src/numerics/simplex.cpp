@@ -35,9 +35,7 @@ void Rank(const SimplexTable& table, Ranking& ranking) {
 }
 
 double Spread(const SimplexTable& table, const Ranking& ranking) {
-  const double low = table.At(0, ranking.low);
-  const double worst = table.At(0, ranking.worst);
-  return 2.0 * std::fabs(worst - low) / std::fabs(low + worst + 1.0);
+  return FractionalSpread(table.At(0, ranking.low), table.At(0, ranking.worst));
 }
 
 /// Moves every vertex half the way to the best one.
@@ -83,6 +81,10 @@ void FormSums(SimplexTable& table) {
     for (int c = 0; c < table.NumVertices; ++c) sum += table.At(r, c);
     table.At(r, sums) = sum;
   }
+}
+
+double FractionalSpread(double low, double worst) {
+  return 2.0 * std::fabs(worst - low) / std::fabs(low + worst + 1.0);
 }
 
 int BestColumn(const SimplexTable& table) {

@@ -1,6 +1,6 @@
 // The downhill simplex of Nelder & Mead (Computer Journal 7, 308, 1965) on a table of vertices.
 //
-//   RunSimplex  TryVertex  NudgeVertex  FormSums  BestColumn
+//   RunSimplex  TryVertex  NudgeVertex  FormSums  BestColumn  FractionalSpread
 //
 // Allocates no memory, and reads and writes only its arguments.
 #pragma once
@@ -62,6 +62,9 @@ double TryVertex(SimplexTable& table, const SimplexRules& rules, int worst, doub
 /// Moves one parameter of a vertex up or down by VertexScale x factor^2 / NumEvals if this does not raise its
 /// sum of squares.
 void NudgeVertex(SimplexTable& table, const SimplexRules& rules, int column, int row, double factor);
+
+/// Returns the fractional spread of two sums of squares, 2 |worst - low| / |low + worst + 1|.
+double FractionalSpread(double low, double worst);
 
 /// Returns the first column with the lowest sum of squares.
 int BestColumn(const SimplexTable& table);

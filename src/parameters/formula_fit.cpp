@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "parameters/limit_rules.h"
 #include "parameters/parameters_store.h"
 #include "parameters/vertex_store.h"
 #include "platform/index.h"
@@ -31,19 +32,13 @@ const FitLimit& LimitOf(int row) {
   return Parameters.AnalysisFitLimits[Index(row)];
 }
 
-double Clipped(double value, const FitLimit& limit) {
-  return value > limit.hi || value < limit.lo ? (limit.hi - limit.lo) / 2.0 + limit.lo : value;
-}
-
 /// Returns a random value of a parameter, within its limits if these are in force.
 double RandomValue(double seed, const FitLimit& limit) {
   const bool divides = Draw() < 0.5;
   const double factor = Draw();
   const double value = divides ? seed / factor : seed * factor;
   if (Parameters.AnalysisLimitsOn == 0) return value;
-  if (value > limit.hi) return seed + (limit.hi - seed) * Draw();
-  if (value < limit.lo) return seed + (limit.lo - seed) * Draw();
-  return value;
+  return DrawnInside(value, seed, limit, ProgramRandom);
 }
 
 double WithLimits(double sum, int row, double value) {
