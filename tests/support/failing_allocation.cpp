@@ -1,5 +1,7 @@
 #include "support/failing_allocation.h"
 
+#include <malloc.h>
+
 #include <cstdlib>
 #include <new>
 
@@ -52,9 +54,9 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   }
 }
 void operator delete(void* memory) noexcept {
+  zelvane::Failing.released += malloc_usable_size(memory);  // 0 of a null pointer
   std::free(memory);
 }
-void operator delete(void* memory, std::size_t size) noexcept {
-  if (memory != nullptr) zelvane::Failing.released += size;
-  std::free(memory);
+void operator delete(void* memory, std::size_t) noexcept {
+  ::operator delete(memory);
 }
