@@ -19,6 +19,7 @@
 #include "dwells/dwell_lists_panel.h"
 #include "fit/fit_panel.h"
 #include "fit/fit_rows_panel.h"
+#include "fit/wave_load.h"
 #include "fit/wave_set.h"
 #include "formats/recording_file.h"
 #include "model/model_file.h"
@@ -128,6 +129,23 @@ void OpenNamedFiles(const StartOptions& options) {
   }
 }
 
+/// Loads dropped files as waveforms of the fit. Models, lists and tables are opened as anywhere else.
+void AddNamedFilesToFit(std::span<const std::string> paths) {
+  std::vector<std::string> waves;
+  for (const std::string& path : paths) {
+    const std::string extension = ExtensionOf(path);
+    if (extension == ModelExtension || extension == ".lst" || extension == ".tbl") {
+      OpenNamedFile(path);
+    } else {
+      waves.push_back(path);
+    }
+  }
+  if (waves.empty()) return;
+  static_cast<void>(AddWaveFiles(waves));  // has told what it could not load
+  WriteFitPanel();
+  FitPanelPlot();
+}
+
 void QuitAfter(const char* question) {
   if (!ConfirmPopup("", question)) return;
   OfferUnwrittenRows();
@@ -167,6 +185,12 @@ void OpenFileByName(const std::string& path) {
   Perform("open " + QuoteWord(path), [&] { OpenNamedFile(path); });
 }
 
+void AddFilesToFit(std::span<const std::string> paths) {
+  std::string line = "add";
+  for (const std::string& path : paths) line += ' ' + QuoteWord(path);
+  Perform(line, [&] { AddNamedFilesToFit(paths); });
+}
+
 void AddAllPanels() {
   // The entries of a menu and the buttons of MainPanel are in the order of these calls.
   AddModelFileMenu();
@@ -186,6 +210,7 @@ void AddAllPanels() {
   AddFitRowsControls();
   AddStimFitLimitsPanel();
   AddFitRatesTable();
+  DimForSessions();
   AddGraphPropertiesPanel();
   AddFilterPanel();
   AddTransformPanel();

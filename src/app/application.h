@@ -4,6 +4,7 @@
 #include <array>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,10 @@ void StartApplication(const StartOptions& options);
 /// Opens a model or a recording that the user named, dropped or selected from the recent files. When it
 /// cannot read the file, shows a message and changes nothing.
 void OpenFileByName(const std::string& path);
+
+/// Loads files that the user dropped on the page of the fit: recordings and stimuli become its waveforms, other files
+/// are opened.
+void AddFilesToFit(std::span<const std::string> paths);
 
 /// Connects the hooks from lower folders to higher folders.
 void ConnectHooks();

@@ -380,7 +380,8 @@ void AddGraphs() {
 }  // namespace
 
 void AddFitPanel() {
-  AddPanel({.name = FitPanelName, .title = "Fit", .close = ClosePanelOfFit, .help = PanelHelp});
+  AddPanel(
+      {.name = FitPanelName, .title = "Fit", .close = ClosePanelOfFit, .help = PanelHelp, .overTask = true});
   AddControls(FitPanelName, SetGroup, WaveControls());
   AddControls(FitPanelName, WavesGroup, WindowControls);
   AddControls(FitPanelName, SettingsGroup, SettingControls);

@@ -1,6 +1,6 @@
 // FitPanel: the fit of rates to recorded waveforms.
 //
-//   Declaring          AddFitPanel
+//   Declaring          AddFitPanel  DimForSessions
 //   Panel and store    ReadFitPanel  WriteFitPanel
 //   What is shown      ShowFitResults  FitPanelPlot  FitPlot  PlotFitProgress  WhitenFitCursors
 //   Commands           OpenFitPanel  AskForFitLog  SwitchNormalized
@@ -12,12 +12,16 @@
 #include <string_view>
 
 #include "platform/outcome.h"
+#include "screen/screen.h"
 
 namespace zelvane {
 
 inline constexpr char FitPanelName[] = "FitPanel";
 
 void AddFitPanel();
+
+/// Dims what must wait while a session runs, on all panels. Call after AddFitRatesTable.
+void DimForSessions();
 
 /// Shows the panel with the present settings and plots. The task in front keeps its tag.
 void OpenFitPanel();
@@ -38,6 +42,9 @@ void FitPanelPlot();
 
 /// Draws recordings and simulations as they are compared, and their differences.
 void FitPlot();
+
+/// Returns the colour of the simulation of waveform `w` in the comparison.
+Colour FitCurveColour(int w);
 
 /// Draws the best normalised residual against evaluations. Both have the same length.
 void PlotFitProgress(std::span<const double> evaluations, std::span<const float> residuals);

@@ -216,6 +216,23 @@ void FitPositionButton(const ControlEvent& event) {
   EnableCursors(moves);
 }
 
+/// Graphs one below the other with one time axis.
+constexpr const char* SharedTime[][2] = {{FitDataGraph, FitStimulusGraph},
+                                         {FitCurvesGraph, FitResidualGraph}};
+
+/// Shows the stretch of time that is in view in `graph` in the other graph of its pair too.
+void FollowTime(Graph& graph) {
+  for (const auto& [above, below] : SharedTime) {
+    if (graph.name != above && graph.name != below) continue;
+    Graph& other = GraphNamed(graph.name == above ? below : above);
+    if (graph.x.automatic) {
+      SetAxisAuto(other, 'x');
+    } else {
+      SetAxisRange(other, 'x', graph.x.min, graph.x.max);
+    }
+  }
+}
+
 /// The ends of a window follow its start.
 void FollowCursor(Graph& graph, int cursor) {
   const auto at = Index(cursor) - 1;
@@ -252,6 +269,9 @@ constexpr ControlDecl PlotControls[] = {
 void AddFitViewControls() {
   AddControls(FitPanelName, "plots", PlotControls);
   GraphNamed(FitDataGraph).cursorMoved = FollowCursor;
+  for (const auto& pair : SharedTime) {
+    for (const char* name : pair) GraphNamed(name).axisChanged = FollowTime;
+  }
   View() = FitView{};
 }
 
@@ -279,10 +299,16 @@ void FitPlot() {
   }
 }
 
+Colour FitCurveColour(int w) {
+  return Fit.FitShowCurves <= 1 ? ColourOfOne(w) : ColourOfWave(w);
+}
+
 void PlotFitProgress(std::span<const double> evaluations, std::span<const float> residuals) {
   Graph& graph = GraphNamed(FitProgressGraph);
   ClearPlots(graph);
   PlotPoints(graph, PlotStyle::Line, Blue, evaluations, residuals);
+  const bool positive = std::all_of(residuals.begin(), residuals.end(), [](float r) { return r > 0.0F; });
+  SetAxisLog(graph, 'y', positive && !residuals.empty());
 }
 
 void WhitenFitCursors() {

@@ -7,7 +7,9 @@
 
 #include "fit/fit_panel.h"
 #include "fit/fit_rows.h"
+#include "fit/fit_session.h"
 #include "fit/fit_store.h"
+#include "fit/session_store.h"
 #include "model/model_events.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
@@ -64,8 +66,8 @@ void FxnWaveStimFitParams(const ControlEvent& /*event*/) {
 
 // -- The table of the rates --
 
-enum Column { NameColumn = 1, ValueColumn, LowerColumn, UpperColumn, FixedColumn, SetByColumn };
-constexpr int Columns = SetByColumn;
+enum Column { NameColumn = 1, ValueColumn, LowerColumn, UpperColumn, FixedColumn, SetByColumn, BeforeColumn };
+constexpr int Columns = BeforeColumn;
 
 std::string SetByText(int row) {
   switch (RowSetBy(row)) {
@@ -94,6 +96,8 @@ std::string RateCell(int row, int column) {
       return FormatText("%.9g", limit.hi);
     case FixedColumn:
       return RowIsFixed(row) ? "1" : "0";
+    case BeforeColumn:
+      return FitSession.hasBefore ? FormatText("%.9g", RateIn(FitSession.before, code)) : std::string();
     default:
       return SetByText(row);
   }
@@ -203,7 +207,7 @@ void AddFitRatesTable() {
   AddControls(FitPanelOfTable, "limits", LimitsButtons);
   Table& table = AddTable(FitPanelOfTable, RatesTable, MaxFitRows, Columns);
   table.rows = 0;
-  table.columnTitles = {"Rate", "Value", "Lower", "Upper", "Fixed", "Set by"};
+  table.columnTitles = {"Rate", "Value", "Lower", "Upper", "Fixed", "Set by", "Before"};
   table.editable = true;
   table.command = "FxnFitRatesTable";
   table.help =

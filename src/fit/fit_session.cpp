@@ -97,6 +97,7 @@ void SetStimulusWindows() {
 void PrepareSession() {
   FitSession.before = FittedValuesNow();
   FitSession.hasBefore = true;
+  FitSession.takenBack = false;
   TellTraceWillChange();
   Stimulus.StimMode = Fit.FitKind == FitOfRates ? StimUser : StimManual;
   Stimulus.StimFromFile = 1;  // the profiles are from files, and no rebuilding may ask for them
@@ -392,6 +393,7 @@ Outcome TakeBackFit() {
   const FittedValues present = FittedValuesNow();
   PutFittedValues(FitSession.before);
   FitSession.before = present;
+  FitSession.takenBack = !FitSession.takenBack;
   return Outcome::Done;
 }
 

@@ -1,4 +1,7 @@
 // FitPanel while a session runs, and after it.
+#include <algorithm>
+#include <chrono>
+
 #include "fit/fit_events.h"
 #include "fit/fit_panel.h"
 #include "fit/fit_panels.h"
@@ -11,6 +14,19 @@ namespace zelvane {
 namespace {
 
 constexpr char DuringSession[] = "blue";
+
+using Clock = std::chrono::steady_clock;
+
+// Between two drawings: a drawing may take a twentieth of the time, but ten a second come in any case.
+constexpr std::chrono::milliseconds LeastGap{50};
+constexpr std::chrono::milliseconds MostGap{90};
+constexpr int GapPerCost = 20;
+
+struct Drawings {
+  Clock::time_point last{};
+  Clock::duration cost{};
+};
+Drawings drawn;
 
 void ShowNumbers(const char* colour) {
   ShowFitResults(colour);
@@ -38,14 +54,19 @@ void ShowBegin() {
 }
 
 void ShowProgressOfFit() {
+  const Clock::time_point now = Clock::now();
+  if (now - drawn.last < std::clamp<Clock::duration>(GapPerCost * drawn.cost, LeastGap, MostGap)) return;
   ShowNumbers(DuringSession);
   ShowRates();
   FitPlot();
   PlotFitProgress(FitSession.progressEvals, FitSession.progressResidual);
   TellLinesChanged(TextBoxNamed(FitLogBoxName));
+  drawn = {now, Clock::now() - now};
 }
 
 void ShowEnd() {
+  drawn = {};
+  PlotFitProgress(FitSession.progressEvals, FitSession.progressResidual);
   ShowNumber("FitStop", 1.0);
   ShowFitResults();
   ShowNumber("FitElapsed", FitSession.seconds);

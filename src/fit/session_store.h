@@ -66,6 +66,7 @@ struct FitSessionStore {
   FittedValues before{};   // of the start of the session
   FittedValues after{};    // of its end
   bool hasBefore = false;  // a session has ended, and its old values are known
+  bool takenBack = false;  // its old values are back in the model, and `before` has its result
 
   // -- Progress --
   std::int64_t evaluations = 0;

@@ -41,7 +41,7 @@ constexpr MenuDecl ModelMenu[] = {
 /// Closes every dialog, as its user would.
 void CloseDialogs() {
   for (Panel& panel : Screen.panels) {
-    if (!panel.tag.empty() || !panel.visible || panel.name == TablePanelName) continue;
+    if (!panel.tag.empty() || panel.overTask || !panel.visible || panel.name == TablePanelName) continue;
     if (panel.close != nullptr)
       panel.close();
     else

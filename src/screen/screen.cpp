@@ -76,6 +76,7 @@ Panel& AddPanel(const PanelDecl& decl) {
   panel.help = decl.help;
   if (decl.dim != nullptr) panel.dim.push_back(decl.dim);
   panel.close = decl.close;
+  panel.overTask = decl.overTask;
   panel.key = decl.key;
   return panel;
 }
@@ -232,7 +233,7 @@ void PrintPanel(std::string_view name) {
 void ShowTask(std::string_view name) {
   const Panel& front = PanelNamed(name);
   for (Panel& panel : Screen.panels) {
-    if (panel.tag.empty() || &panel == &front || !panel.visible) continue;
+    if ((panel.tag.empty() && !panel.overTask) || &panel == &front || !panel.visible) continue;
     panel.visible = false;
     AnnouncePanel(panel);
   }

@@ -103,6 +103,7 @@ struct Control {
   double number = 0.0;  // value of a Number, Switch or Choice
   std::string text;     // value of a Text or Readout
   bool dimmed = false;
+  std::string whyDimmed;  // one sentence for the tool tip; "" = plain from the panel
   bool visible = true;
   std::string colour;  // "" = the panel's own
 };
@@ -209,6 +210,8 @@ struct PanelDecl {
   void (*close)() = nullptr;  // runs when the user closes the panel; nullptr = the panel is hidden
   void (*key)(std::string_view) = nullptr;
   const char* help = "";  // describes the panel
+  bool overTask =
+      false;  // a page that keeps the tag of the task before it; a task that comes to the front hides it
 };
 
 struct Panel {
@@ -218,6 +221,7 @@ struct Panel {
   std::string help;
   bool visible = false;
   bool maximised = false;
+  bool overTask = false;
   std::vector<void (*)()> dim;  // each folder that adds controls may add a rule
   void (*close)() = nullptr;
   void (*key)(std::string_view) = nullptr;
@@ -303,8 +307,8 @@ void ShowPanel(std::string_view name);
 void HidePanel(std::string_view name);
 bool PanelVisible(std::string_view name);
 
-/// Hides the panels of the other tasks, shows this panel and sets PanelTag to its tag. The old tag goes to
-/// PreviousPanelTag.
+/// Hides the panels of the other tasks and the page over them, shows this panel and sets PanelTag to its tag. The
+/// old tag goes to PreviousPanelTag.
 void ShowTask(std::string_view panel);
 
 /// Hides a task panel. If it was in front, shows the task before it (PreviousPanelTag); the task before that

@@ -121,7 +121,7 @@ void GraphWidget::refresh() {
 }
 
 void GraphWidget::applyAxes() {
-  plot_->xAxis->setLabel(QString::fromStdString(graph_.x.title));
+  if (showsX_) plot_->xAxis->setLabel(QString::fromStdString(graph_.x.title));
   showYTitle();
   ShowAxis(plot_->xAxis, graph_.x, PictureRange(graph_, 'x'), xTicker_);
   ShowAxis(plot_->yAxis, graph_.y, PictureRange(graph_, 'y'), yTicker_);
@@ -131,7 +131,7 @@ void GraphWidget::applyAxes() {
 void GraphWidget::showYTitle() {
   const QFontMetrics metrics(plot_->yAxis->labelFont());
   plot_->yAxis->setLabel(metrics.elidedText(QString::fromStdString(graph_.y.title), Qt::ElideMiddle,
-                                            plot_->height() - BelowPlot));
+                                            plot_->height() - (showsX_ ? BelowPlot : 0)));
 }
 
 void GraphWidget::applyColours(bool forPaper) {
@@ -179,6 +179,26 @@ void GraphWidget::keepMargin() {
   QMargins least = area.minimumMargins();
   least.setLeft(std::max(least.left(), area.margins().left()));
   area.setMinimumMargins(least);
+}
+
+void GraphWidget::standOn(GraphWidget& below) {
+  showsX_ = false;
+  plot_->xAxis->setLabel({});
+  plot_->xAxis->setTickLabels(false);
+  applyAxes();
+  connect(plot_, &QCustomPlot::afterLayout, &below, [this, &below] { matchMargin(below); });
+  connect(below.plot_, &QCustomPlot::afterLayout, this, [this, &below] { below.matchMargin(*this); });
+}
+
+/// Makes the left margin of the other graph as wide as this one's.
+void GraphWidget::matchMargin(GraphWidget& other) {
+  QCPAxisRect& area = *other.plot_->axisRect();
+  QMargins least = area.minimumMargins();
+  const int left = plot_->axisRect()->margins().left();
+  if (least.left() >= left) return;
+  least.setLeft(left);
+  area.setMinimumMargins(least);
+  other.plot_->replot(QCustomPlot::rpQueuedReplot);
 }
 
 /// Places strips, bars and buttons around the present plot area.

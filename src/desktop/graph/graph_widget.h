@@ -47,6 +47,13 @@ class GraphWidget : public QWidget {
   /// Sets the cursors whose places show above the plot; empty = all.
   void setReadoutCursors(std::vector<int> cursors) { readoutCursors_ = std::move(cursors); }
 
+  /// Sets the least height, in place of the usual one.
+  void setLeastHeight(int pixels) { leastHeight_ = pixels; }
+
+  /// Stacks this graph on another one: the plots begin and end at the same place, and only the lower one shows
+  /// numbers and title of x.
+  void standOn(GraphWidget& below);
+
   // -- What mouse, keys and menu do --
   void showAll();
   void openMenu(const QPoint& globalPosition);
@@ -61,7 +68,7 @@ class GraphWidget : public QWidget {
   void saveAs(const QString& ending);
 
   QSize sizeHint() const override { return {720, 320}; }
-  QSize minimumSizeHint() const override { return {240, 120}; }
+  QSize minimumSizeHint() const override { return {240, leastHeight_}; }
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -79,6 +86,7 @@ class GraphWidget : public QWidget {
   void showYTitle();
   void placePlot();
   void keepMargin();
+  void matchMargin(GraphWidget& other);
   void placeZoomControls();
   void showReadout();
   void tellDragged(int cursor);
@@ -98,6 +106,8 @@ class GraphWidget : public QWidget {
   bool cursorsFollow_ = true;
   std::vector<int> readoutCursors_;
   int lastCursor_ = 0;  // moved by the keys
+  int leastHeight_ = 120;
+  bool showsX_ = true;  // numbers and title
 
   // -- of a zoom graph --
   std::vector<ZoomGraphButton*> buttons_;

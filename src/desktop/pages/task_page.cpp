@@ -24,6 +24,7 @@ namespace zelvane {
 namespace {
 
 constexpr int PartGap = 6;        // pixels
+constexpr int SideGap = 10;       // pixels
 constexpr int EpisodeWidth = 64;  // pixels
 constexpr int LowPage = 560;      // pixels of height; on a lower page readouts take one line each
 
@@ -50,7 +51,10 @@ QWidget* TaskPage::newMain() {
   parts_ = new RememberedSplitter(Qt::Vertical, settings_, key_ + "/parts", main);
   layout->addWidget(header_);
   layout->addLayout(strips_);
-  layout->addWidget(parts_, 1);
+  besideParts_ = new QHBoxLayout;
+  besideParts_->setSpacing(SideGap);
+  besideParts_->addWidget(parts_, 1);
+  layout->addLayout(besideParts_, 1);
   return main;
 }
 
@@ -99,16 +103,26 @@ TaskPage::Part TaskPage::addPart(int share) {
   return {row, content, body};
 }
 
-GraphWidget& TaskPage::addGraph(const Part& part, Graph& graph) {
+QVBoxLayout& TaskPage::addSide(int width) {
+  auto* side = new QWidget(this);
+  side->setFixedWidth(width);
+  auto* layout = new QVBoxLayout(side);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(PartGap);
+  besideParts_->insertWidget(0, side);
+  return *layout;
+}
+
+GraphWidget& TaskPage::addGraph(QVBoxLayout& body, Graph& graph, int share) {
   graphs_.push_back(new GraphWidget(graph, this));
-  part.body->addWidget(graphs_.back(), 1);
+  body.addWidget(graphs_.back(), share);
   return *graphs_.back();
 }
 
-TableWidget& TaskPage::addTable(const Part& part, Table& table) {
+TableWidget& TaskPage::addTable(QVBoxLayout& body, Table& table) {
   tables_.push_back(new TableWidget(table, this));
   tables_.back()->verticalHeader()->hide();
-  part.body->addWidget(tables_.back(), 1);
+  body.addWidget(tables_.back(), 1);
   return *tables_.back();
 }
 
@@ -158,7 +172,7 @@ void TaskPage::addTitle(FlowRow& row, const QString& title) {
   row.add(NewSectionLabel(title, &row));
 }
 
-void TaskPage::addFold(const Part& part, const QString& title) {
+void TaskPage::addFold(const Part& part, const QString& title, bool opened) {
   auto* fold = new FoldButton(title, part.row);
   part.row->add(fold);
   const QString key = key_ + "/part" + QString::number(parts_->count()) + "Open";
@@ -174,7 +188,7 @@ void TaskPage::addFold(const Part& part, const QString& title) {
     settings_.setValue(key, open);
     show(open);
   });
-  fold->setChecked(settings_.flag(key, true));
+  fold->setChecked(settings_.flag(key, opened));
   if (!fold->isChecked()) show(false);
 }
 

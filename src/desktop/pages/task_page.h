@@ -10,6 +10,7 @@
 #include "desktop/widgets/control_widget.h"
 #include "screen/screen.h"
 
+class QHBoxLayout;
 class QVBoxLayout;
 
 namespace zelvane {
@@ -64,9 +65,12 @@ class TaskPage : public QWidget {
   // -- Parts --
   FlowRow& header() { return *header_; }
   ReadoutStrip& addStrip(std::span<const char* const> controls);
-  Part addPart(int share);  // its part of the page's height, relative to the other parts
-  GraphWidget& addGraph(const Part& part, Graph& graph);
-  TableWidget& addTable(const Part& part, Table& table);
+  Part addPart(int share);          // its part of the page's height, relative to the other parts
+  QVBoxLayout& addSide(int width);  // a column at the left of the parts
+  GraphWidget& addGraph(const Part& part, Graph& graph) { return addGraph(*part.body, graph); }
+  GraphWidget& addGraph(QVBoxLayout& body, Graph& graph, int share = 1);
+  TableWidget& addTable(const Part& part, Table& table) { return addTable(*part.body, table); }
+  TableWidget& addTable(QVBoxLayout& body, Table& table);
   void finishParts();  // call after the last addPart
   FormPage& form();
   QVBoxLayout& aboveForm() { return *aboveForm_; }
@@ -79,7 +83,8 @@ class TaskPage : public QWidget {
   void add(FlowRow& row, std::initializer_list<const char*> controls);
   ControlWidget& addLabelled(FlowRow& row, const char* control, const QString& label);
   void addTitle(FlowRow& row, const QString& title);
-  void addFold(const Part& part, const QString& title);  // adds a title that folds the part down to its row
+  /// Adds a title that folds the part down to its row; `opened` is how it begins.
+  void addFold(const Part& part, const QString& title, bool opened = true);
   void addStepper(FlowRow& row, const EpisodeControls& controls);  // shown when there are several episodes
 
   /// Shows what the page has beside its parts; called after them.
@@ -99,6 +104,7 @@ class TaskPage : public QWidget {
   QString key_;  // name of the page in the settings
   FlowRow* header_ = nullptr;
   QVBoxLayout* strips_ = nullptr;
+  QHBoxLayout* besideParts_ = nullptr;
   RememberedSplitter* parts_ = nullptr;
   QVBoxLayout* aboveForm_ = nullptr;
   SideForm* settingsForm_ = nullptr;

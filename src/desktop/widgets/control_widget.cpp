@@ -79,17 +79,18 @@ ControlWidget::ControlWidget(Control& control, QWidget* parent, Look look)
     makeSegments();
   else if (look == Look::Chip)
     makeChip();
+  else if (look == Look::Toggle)
+    makeToggle();
   else if (control.kind == ControlKind::Number || control.kind == ControlKind::Text)
     makeField();
   else if (control.kind == ControlKind::Switch)
-    makeCheck();
+    makeCheck(look == Look::Bare);
   else if (control.kind == ControlKind::Choice)
     makeList();
   else if (control.kind == ControlKind::Button)
     makeButton();
   else
     makeReadout();
-  setToolTip(TipOf(control.help));
   refresh();
 }
 
@@ -121,8 +122,9 @@ void ControlWidget::makeField() {
   field_->setTextMargins(0, 0, unit_->sizeHint().width(), 0);
 }
 
-void ControlWidget::makeCheck() {
-  check_ = new QCheckBox(ToQt(control_.label), this);
+void ControlWidget::makeCheck(bool bare) {
+  check_ = new QCheckBox(bare ? QString() : ToQt(control_.label), this);
+  check_->setAccessibleName(ToQt(control_.label));
   place(check_);
   connect(check_, &QCheckBox::clicked, this, [this](bool on) { enterNumber(on ? 1.0 : 0.0); });
 }
@@ -163,6 +165,13 @@ void ControlWidget::makeChip() {
   connect(chip, &QToolButton::clicked, this, [this](bool on) { enterNumber(on ? 1.0 : 0.0); });
 }
 
+void ControlWidget::makeToggle() {
+  toggle_ = new QPushButton(this);
+  toggle_->setCheckable(true);
+  place(toggle_);
+  connect(toggle_, &QAbstractButton::clicked, this, [this](bool on) { enterNumber(on ? 1.0 : 0.0); });
+}
+
 void ControlWidget::makeButton() {
   button_ = new QPushButton(this);
   place(button_);
@@ -188,7 +197,21 @@ QString ControlWidget::shown() const {
   return ToQt(general ? CompactNumber(control_.number, FieldDigits) : ShownText(control_));
 }
 
+/// Returns what a press of the toggle means: its name, and while it is down the second of its own words.
+QString ControlWidget::toggleText() const {
+  if (control_.number == 0.0 || IsOnOff(control_)) return ToQt(control_.label);
+  return ToQt(control_.choices.back()).remove('_');
+}
+
+/// Shows the help, and why the control is dimmed.
+void ControlWidget::showTip() {
+  const bool why = control_.dimmed && !control_.whyDimmed.empty();
+  const QString tip = TipOf(control_.help) + (why ? TipOf(control_.whyDimmed) : QString());
+  if (toolTip() != tip) setToolTip(tip);
+}
+
 void ControlWidget::refresh() {
+  showTip();
   if (isHidden() == control_.visible) setVisible(control_.visible);
   const bool open = !control_.dimmed;
   const int word = static_cast<int>(control_.number) - control_.choiceBase;
@@ -215,6 +238,10 @@ void ControlWidget::refresh() {
   } else if (chip_ != nullptr) {
     chip_->setChecked(control_.number != 0.0);
     chip_->setEnabled(open);
+  } else if (toggle_ != nullptr) {
+    toggle_->setText(toggleText());
+    toggle_->setChecked(control_.number != 0.0);
+    toggle_->setEnabled(open);
   } else if (button_ != nullptr) {
     if (button_->text() != ToQt(control_.label)) button_->setText(ToQt(control_.label));
     button_->setEnabled(open);

@@ -25,7 +25,9 @@ class ControlWidget : public QWidget {
   enum class Look {
     Standard,   // a field, a check box (switch of off and on), a list (choice), a button, a text
     Segmented,  // a choice or switch as a row of buttons
-    Chip        // a switch as a small round button with its number
+    Chip,       // a switch as a small round button with its number
+    Bare,       // a switch as a check box without words
+    Toggle      // a switch as a button that stays down; "__Done" on it is without the bars
   };
 
   explicit ControlWidget(Control& control, QWidget* parent = nullptr, Look look = Look::Standard);
@@ -52,7 +54,8 @@ class ControlWidget : public QWidget {
 
  private:
   void makeField();
-  void makeCheck();
+  void makeCheck(bool bare);
+  void makeToggle();
   void makeList();
   void makeSegments();
   void makeChip();
@@ -66,6 +69,8 @@ class ControlWidget : public QWidget {
   void markRefused(const Refusal& refusal);
   void placeUnit();
   QString shown() const;
+  QString toggleText() const;
+  void showTip();
 
   Control& control_;
   QLineEdit* field_ = nullptr;
@@ -74,6 +79,7 @@ class ControlWidget : public QWidget {
   QComboBox* list_ = nullptr;
   QButtonGroup* segments_ = nullptr;
   QAbstractButton* chip_ = nullptr;
+  QAbstractButton* toggle_ = nullptr;
   QAbstractButton* button_ = nullptr;
   ElidedLabel* readout_ = nullptr;
   bool refused_ = false;

@@ -56,6 +56,15 @@ constexpr LayoutRow Layout[] = {
     {"RsCorrectionPanel", "Current-voltage relation", "RcIvFileName RcIvCount RcLoadIv"},
     {"RsCorrectionPanel", "Filtering by the cell", "RcFromConductance+RcFromVoltage"},
 
+    {"FitPanel", "Simplex", "FitNumIterations FitNumRestarts FitTolerance FitStepSize FitSeedSpread"},
+    {"FitPanel", "Windows of the waveform shown", "FitShownWave FitAlignChoice DataBaselineStart[1-15] SimBaselineStart[1-15] "
+     "NumBaselinePts[1-15] DataFitStart[1-15] SimFitStart[1-15] NumAlignPts[1-15] NumFitPts[1-15]"},
+    {"FitPanel", "Comparison", "FitNormalized FitAlign FitAlignRange FitPeakSearchPts FitPeakAve FitParse FitDualSpeed "
+     "FitFilterOn FitFilterFc"},
+    {"FitPanel", "Start and form", "FitModelIs2D FitStartAtEquilibrium"},
+    {"FitPanel", "Display", "FitShowCurves FitTotalCurves FitShownProfile"},
+    {"FitPanel", "Log file", "FitLogOn FitLogFileShown"},
+
     {"FilterPanel", "Gaussian filter", "AutoFilterFc+ApplyFilter"},
     {"FilterPanel", "Noise", "NoiseMean AutoNoiseSTD GaussNoise+RectNoise"},
     {"TransformPanel", "Every sample of the trace", "AddConstant+AddToTrace MultiplyConstant+MultiplyTrace"},

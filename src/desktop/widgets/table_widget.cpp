@@ -67,7 +67,11 @@ QString TableRecordModel::doubt(const QModelIndex& cell) const {
 QVariant TableRecordModel::data(const QModelIndex& index, int role) const {
   if (index.row() >= table_.rows) return {};  // the record has shrunk and the view has not heard of it yet
   switch (role) {
+    case Qt::CheckStateRole:
+      if (index.column() + 1 != tickColumn_) return {};
+      return text(index.row() + 1, tickColumn_) == "0" ? Qt::Unchecked : Qt::Checked;
     case Qt::DisplayRole:
+      if (index.column() + 1 == tickColumn_) return {};
       return shown(index.row() + 1, index.column() + 1);
     case Qt::EditRole:
       return text(index.row() + 1, index.column() + 1);
@@ -96,10 +100,14 @@ QVariant TableRecordModel::headerData(int section, Qt::Orientation orientation, 
 
 Qt::ItemFlags TableRecordModel::flags(const QModelIndex& index) const {
   const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+  if (index.column() + 1 == tickColumn_) return flags | Qt::ItemIsUserCheckable;
+  if (readColumns_.contains(index.column() + 1)) return flags;
   return table_.editable ? flags | Qt::ItemIsEditable : flags;
 }
 
 bool TableRecordModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (role == Qt::CheckStateRole)
+    return EnterCell(table_, index.row() + 1, index.column() + 1, value.toBool() ? "1" : "0").empty();
   if (role != Qt::EditRole) return false;
   std::string typed = value.toString().toStdString();
   if (table_.numeric) {

@@ -3,6 +3,7 @@
 
 #include <QAbstractTableModel>
 #include <QTableView>
+#include <set>
 
 #include "screen/screen.h"
 
@@ -23,6 +24,12 @@ class TableRecordModel : public QAbstractTableModel {
   /// Sets the test of whether a row, from 1, holds anything. An empty row shows only its first column.
   void setFilled(bool (*filled)(int row)) { filled_ = filled; }
 
+  /// Sets a column, from 1, of flags that one ticks.
+  void setTickColumn(int column) { tickColumn_ = column; }
+
+  /// Sets the columns, from 1, that one only reads.
+  void setReadColumns(std::set<int> columns) { readColumns_ = std::move(columns); }
+
   /// Returns the text of a cell, rows and columns from 1, with all its digits.
   QString text(int row, int column) const;
 
@@ -40,6 +47,8 @@ class TableRecordModel : public QAbstractTableModel {
   Table& table_;
   int rows_;  // the number that the view knows
   int digits_ = 0;
+  int tickColumn_ = 0;  // 0 = no column
+  std::set<int> readColumns_;
   bool (*filled_)(int row) = nullptr;
 };
 
@@ -55,6 +64,8 @@ class TableWidget : public QTableView {
   /// Sets the digits of the model.
   void setDigits(int digits);
   void setFilled(bool (*filled)(int row)) { model_->setFilled(filled); }
+  void setTickColumn(int column) { model_->setTickColumn(column); }
+  void setReadColumns(std::set<int> columns) { model_->setReadColumns(std::move(columns)); }
 
  protected:
   void contextMenuEvent(QContextMenuEvent* event) override;

@@ -25,8 +25,10 @@
 #include "desktop/window/settings.h"
 #include "desktop/window/theme.h"
 #include "desktop/window/welcome.h"
+#include "fit/fit_panel.h"
 #include "model/model_store.h"
 #include "platform/folders.h"
+#include "screen/entry.h"
 #include "screen/observer.h"
 #include "trace/trace_store.h"
 
@@ -42,6 +44,7 @@ constexpr int StopPollMs = 20;  // while a closing window waits for the end of a
 constexpr char TablePanelName[] = "TableModelPanel";  // part of the model's page
 /// Controls that end a running command; each stops its own kind of command.
 constexpr const char* StopControls[] = {"StopRun", "StopAnalysisButton"};
+constexpr char StopFitSwitch[] = "FitStop";
 
 constexpr char CannotWritePdf[] = "The PDF file could not be written: ";
 
@@ -69,11 +72,23 @@ QString DataFolder(const char* name) {
 }
 
 void StopWork() {
+  if (Model.FitActive != 0) {
+    EnterTyped(ControlNamed(StopFitSwitch), "1");
+    return;
+  }
   for (const char* control : StopControls) Press(ControlNamed(control));
 }
 
+/// Returns whether a page is in front: that of the task in front, unless a page over the tasks shows.
+bool IsInFront(const Panel& panel) {
+  if (!panel.visible || panel.overTask) return panel.visible;
+  const bool covered = std::any_of(Screen.panels.begin(), Screen.panels.end(),
+                                   [](const Panel& other) { return other.overTask && other.visible; });
+  return !covered && panel.tag == Screen.PanelTag;
+}
+
 bool IsDialog(const Panel& panel) {
-  return panel.tag.empty() && panel.name != TablePanelName;
+  return panel.tag.empty() && !panel.overTask && panel.name != TablePanelName;
 }
 
 /// Accepts dragged files as a copy: their source may delete what was moved. From a source that only moves, takes
@@ -247,7 +262,7 @@ void MainWindow::restore() {
 
 void MainWindow::refresh(const std::set<Graph*>& changed) {
   for (const Task& task : tasks_) {
-    const bool inFront = task.page->panel().visible && task.page->panel().tag == Screen.PanelTag;
+    const bool inFront = IsInFront(task.page->panel());
     task.button->setChecked(inFront);
     if (!inFront) continue;
     const bool comes = pages_->currentWidget() != task.page;
@@ -399,6 +414,11 @@ void MainWindow::dropEvent(QDropEvent* event) {
     paths << (url.isLocalFile() ? url.toLocalFile() : url.toString());
   // After the drop has ended: a message must not block the program that the files came from.
   QTimer::singleShot(0, this, [this, paths] {
+    if (page()->panel().name == FitPanelName) {
+      std::vector<std::string> files;
+      for (const QString& path : paths) files.push_back(path.toStdString());
+      return AddFilesToFit(files);
+    }
     for (const QString& path : paths) openFile(path);
   });
 }

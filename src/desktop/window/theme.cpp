@@ -139,6 +139,10 @@ QPushButton:focus { border-color: %5; }
 QPushButton:pressed { background: %7; }
 QPushButton:disabled { color: %2; }
 QPushButton:default { border-color: %5; }
+QPushButton:checked { background: %5; color: %3; border-color: %5; }
+QFrame[role="pair"] { background: transparent; border: 1px solid transparent; border-radius: 4px; }
+QFrame[role="pair"]:hover { background: %7; }
+QFrame[role="pair"][chosen="true"] { background: %3; border: 1px solid %4; }
 QToolButton[role="segment"] { background: %8; border: 1px solid %4; padding: 3px 8px; min-height: 18px; max-height: 18px; margin: 0; }
 QToolButton[role="segment"]:checked { background: %5; color: %3; border-color: %5; }
 QToolButton[role="segment"]:disabled { color: %2; }
@@ -198,6 +202,10 @@ constexpr std::array Drawings = {
     Drawing{
         "rscm",
         R"(<path d="M2 8h3l1.5-3 3 6 3-6 1.5 3h8"/><path d="M17 8v5M13 13h8M13 16.5h8M17 16.5v5" stroke="accent"/>)"},
+    Drawing{
+        "fit",
+        R"(<path d="M2 5h3M7 17h.01M9 18.5h.01M10.5 14h.01M13 12h.01M15.5 8.5h.01M18.5 8h.01M21.5 6.5h.01" stroke-width="2.6"/>
+<path d="M2 5h3.5l2.5 13c1.5-7 4.5-11 14-11.5" stroke="accent"/>)"},
     Drawing{"run", R"(<path d="M7 4.5v15l12-7.5z" fill="accent" stroke="accent"/>)"},
     Drawing{"stop", R"(<rect x="6" y="6" width="12" height="12" rx="1.5" fill="currentColor"/>)"},
     Drawing{"open",

@@ -243,6 +243,10 @@ void Open(DriveSession&, Words words) {
   OpenFileByName(words[0]);
 }
 
+void AddToFit(DriveSession&, Words words) {
+  AddFilesToFit(words);
+}
+
 // -- Queues --
 
 void Answer(DriveSession& session, Words words) {
@@ -301,6 +305,7 @@ constexpr DriveCommand Actions[] = {
     {"press",      1, 1,         "press CALLBACK",                        PressWord},
     {"help",       1, 1,         "help CALLBACK",                         Help},
     {"close",      1, 1,         "close PANEL",                           Close},
+    {"add",        1, AnyNumber, "add PATH...",                           AddToFit},
     {"open",       1, 1,         "open PATH",                             Open},
     {"key",        2, 2,         "key PANEL KEY",                         Key},
     {"cursor",     3, 4,         "cursor GRAPH N X [Y]",                  MoveCursorTo},
