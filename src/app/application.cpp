@@ -142,8 +142,7 @@ void AddNamedFilesToFit(std::span<const std::string> paths) {
   }
   if (waves.empty()) return;
   static_cast<void>(AddWaveFiles(waves));  // has told what it could not load
-  WriteFitPanel();
-  FitPanelPlot();
+  ShowLoadedWaves();
 }
 
 void QuitAfter(const char* question) {

@@ -12,6 +12,9 @@ inline Listeners<> FitBegan;
 /// a second, and at the end of each run of the simplex.
 inline Listeners<> FitProgressed;
 
+/// One step begins (true) or has compared all waveforms (false).
+inline Listeners<bool> FitComparing;
+
 /// The session is over.
 inline Listeners<> FitEnded;
 

@@ -125,7 +125,6 @@ bool RunWave(int w) {
   const int points = WaveRunPoints(window);
   if (w == 1) Model.NumPoints = points;
   if (!SimulateWave(w, std::min(points, MaxWaveformPoints - 1))) return false;
-  if (window.NumFitPts <= 0 && w != 1) return true;
   const float baseline =
       WaveBaseline(Trace.SimTrace, IndexOfTime(window.SimBaselineStart), window.NumBaselinePts);
   if (w == 1) FindFitPeak(window, baseline);

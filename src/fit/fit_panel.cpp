@@ -299,11 +299,11 @@ constexpr ControlDecl ResultControls[] = {
      .help = "Result from most recent fitting session (Converge, Maximum Iterations, User Break, One Step)."},
     {.name = "NumEvals", .kind = Readout, .label = "Evaluations", .format = "%d",
      .help = "Number of evaluations of the last run of the simplex."},
-    {.name = "FitNormResidual", .kind = Readout, .label = "Normalised residual", .format = "%.4e",
+    {.name = "FitNormResidual", .kind = Readout, .label = "Norm. residual", .format = "%.4e",
      .help = "Lowest sum of squares divided by the number of compared points."},
-    {.name = "FitResidual", .kind = Readout, .label = "Spread of residuals", .format = "%.4e",
+    {.name = "FitResidual", .kind = Readout, .label = "Spread", .format = "%.4e",
      .help = "Fractional spread of the sums of squares of the simplex. The fit ends when it is below the tolerance."},
-    {.name = "FitEvalsPerSecond", .kind = Readout, .label = "Evaluations a second", .format = "%.4g",
+    {.name = "FitEvalsPerSecond", .kind = Readout, .label = "Evals a second", .format = "%.4g",
      .help = "Speed of the fit."},
     {.name = "FitElapsed", .kind = Readout, .label = "Elapsed", .unit = "s", .format = "%.1f",
      .help = "Time since the start of the fit."},
@@ -372,9 +372,9 @@ void AddGraphs() {
   Graph& data = AddGraph(FitPanelName, FitDataGraph, "Time (ms)", "Recording", FitCursorCount);
   for (Cursor& cursor : data.cursors) cursor.enabled = false;
   AddGraph(FitPanelName, FitStimulusGraph, "Time (ms)", "Voltage (V)");
-  AddGraph(FitPanelName, FitCurvesGraph, "Time (ms)", "Recording and simulation");
-  AddGraph(FitPanelName, FitResidualGraph, "Time (ms)", "Recording - simulation");
-  AddGraph(FitPanelName, FitProgressGraph, "Evaluations", "Normalised residual");
+  AddGraph(FitPanelName, FitCurvesGraph, "Time (ms)", "Data");
+  AddGraph(FitPanelName, FitResidualGraph, "Time (ms)", "Residual");
+  AddGraph(FitPanelName, FitProgressGraph, "Evaluations", "Residual");
 }
 
 }  // namespace

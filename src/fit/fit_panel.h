@@ -2,7 +2,7 @@
 //
 //   Declaring          AddFitPanel  DimForSessions
 //   Panel and store    ReadFitPanel  WriteFitPanel
-//   What is shown      ShowFitResults  FitPanelPlot  FitPlot  PlotFitProgress  WhitenFitCursors
+//   What is shown      ShowFitResults  ShowLoadedWaves  FitPanelPlot  FitPlot  PlotFitProgress  WhitenFitCursors
 //   Commands           OpenFitPanel  AskForFitLog  SwitchNormalized
 //
 // Load: wave_load.h. Sessions: fit_session.h.
@@ -39,6 +39,9 @@ void ShowFitResults(std::string_view colour = {});
 
 /// Draws the waveform on display, its windows and its stimulus.
 void FitPanelPlot();
+
+/// Shows the set after recordings were read: length and interval of the run are theirs.
+void ShowLoadedWaves();
 
 /// Draws recordings and simulations as they are compared, and their differences.
 void FitPlot();

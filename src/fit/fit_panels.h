@@ -32,7 +32,7 @@ void ShowModelOfFit();
 /// Adds the commands of the plots.
 void AddFitViewControls();
 
-/// Makes the panel show the progress and the end of sessions.
+/// Adds the notice of one step and makes the panel show the progress and the end of sessions.
 void FollowSessions();
 
 }  // namespace zelvane

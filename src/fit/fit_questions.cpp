@@ -140,7 +140,7 @@ Outcome AskBeforeFit() {
   if (!NormalizedAsWanted()) return Outcome::Refused;
   if (!ofRates) AddFitLogLine("Normalize...\n");
   OfferLog();
-  static_cast<void>(WaveFitRowsBuild(RowLimits::Follow));
+  LimitsFollowRates();
   NoteLimits();
   NoteNoise();
   return Outcome::Done;

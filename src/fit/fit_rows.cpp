@@ -60,15 +60,6 @@ void ActivateFittedForm() {
     UpdateTableStates();
 }
 
-/// Sets the limits of the rows in use to the rate divided and multiplied by the factor.
-void LimitsFromRates() {
-  const auto factor = static_cast<double>(Fit.FitLimsXFold);
-  for (const FitRow& row : FitRowsInUse()) {
-    const double rate = RateOf(row.code);
-    Fit.WaveFitLimits[Index(row.row)] = {rate / factor, factor * rate};
-  }
-}
-
 /// Stores the codes of the rows. Returns the number of rates, which can be more than there are rows. Allocates no
 /// memory: it runs after every action of the user.
 std::size_t StoreCodes() {
@@ -89,12 +80,22 @@ Outcome WaveFitRowsBuild(RowLimits limits) {
   const std::size_t rates = StoreCodes();
   if (Fit.FitLimsXFold < 0.0F) Note(FactorBelowZero);
   if (!(Fit.FitLimsXFold > 0.0F)) Fit.FitLimsXFold = FactorInsteadOfZero;
-  if (limits == RowLimits::Follow && Fit.AutoGenFitLims != 0) LimitsFromRates();
   ShowFixedRows();
+  if (limits == RowLimits::Follow) LimitsFollowRates();
   FitRowsChanged.Tell();
   if (rates <= Index(MaxFitRows)) return Outcome::Done;
   MessagePopup(WarningTitle, TooManyRates);
   return Outcome::Refused;
+}
+
+void LimitsFollowRates() {
+  if (Fit.AutoGenFitLims == 0) return;
+  const auto factor = static_cast<double>(Fit.FitLimsXFold);
+  for (const FitRow& row : FitRowsInUse()) {
+    const double rate = RateOf(row.code);
+    Fit.WaveFitLimits[Index(row.row)] = {rate / factor, factor * rate};
+  }
+  FitRowsChanged.Tell();
 }
 
 void FitRowsFollow(bool shown) {

@@ -38,13 +38,16 @@ inline Listeners<> FitRowsWanted;
 inline Listeners<> FitRowsChanged;
 
 /// Makes the rows of the form that `Fit.FitModelIs2D` names, and makes this form the active one. Fills
-/// `Model.RateMatrix` from its rates. With RowLimits::Follow and `Fit.AutoGenFitLims` sets the limits of each row to
-/// rate / FitLimsXFold and FitLimsXFold x rate. A factor that is not above 0 becomes 2.
+/// `Model.RateMatrix` from its rates. A factor of the limits that is not above 0 becomes 2. With RowLimits::Follow
+/// the limits follow the rates.
 ///
 /// Writes:   `Fit.RowCode`, `Fit.WaveFitFixed`, `Fit.WaveFitLimits`, `Fit.FitLimsXFold`, `Model.ModelIs2D`.
 /// Tells:    when the scheme has more than MaxFitRows rates; the rows are then the first ones.
 /// @return   Done, or Refused with too many rates
 Outcome WaveFitRowsBuild(RowLimits limits);
+
+/// With `Fit.AutoGenFitLims` sets the limits of the rows in use to rate / FitLimsXFold and FitLimsXFold x rate.
+void LimitsFollowRates();
 
 /// Keeps `Fit.RowCode` and `Fit.WaveFitFixed` in step with the scheme and its constraints, without a message. The rows
 /// follow while they are `shown` or `Parameters.FitMode` is FitWaveforms.

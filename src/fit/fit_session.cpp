@@ -98,6 +98,9 @@ void PrepareSession() {
   FitSession.before = FittedValuesNow();
   FitSession.hasBefore = true;
   FitSession.takenBack = false;
+  Fit.FitWaveCount = 0;
+  for (const FitWaveform& wave : Fit.Wave)
+    Fit.FitWaveCount += wave.WaveLoaded;  // a list may have counted fewer
   TellTraceWillChange();
   Stimulus.StimMode = Fit.FitKind == FitOfRates ? StimUser : StimManual;
   Stimulus.StimFromFile = 1;  // the profiles are from files, and no rebuilding may ask for them
@@ -265,6 +268,8 @@ Outcome StartFit(int kind) {
     PrepareSession();
     BeginFitProgress();
     Fit.LogLines.clear();
+    Vertices.FitResultCode = FitBuilding;
+    Vertices.simplex.NumEvals = 0;
     FitBegan.Tell();
     result = RunRestarts();
     FitSession.after = FittedValuesNow();
@@ -287,11 +292,13 @@ Outcome Compare() {
   PrepareSession();
   BeginFitProgress();
   FitBegan.Tell();
+  FitComparing.Tell(true);
   if (Fit.FitKind == FitOfRates) {
     RateVertexBuild(-1);
   } else {
     StimVertexBuild(-1);
   }
+  FitComparing.Tell(false);
   const Outcome outcome = FitSession.stopped ? Outcome::Stopped : Outcome::Done;
   Vertices.FitResultCode = FitOneStep;
   Vertices.simplex.NumEvals = 1;

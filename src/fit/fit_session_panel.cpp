@@ -14,6 +14,7 @@ namespace zelvane {
 namespace {
 
 constexpr char DuringSession[] = "blue";
+constexpr char WaitPanel[] = "WaitPanel";
 
 using Clock = std::chrono::steady_clock;
 
@@ -58,10 +59,18 @@ void ShowProgressOfFit() {
   if (now - drawn.last < std::clamp<Clock::duration>(GapPerCost * drawn.cost, LeastGap, MostGap)) return;
   ShowNumbers(DuringSession);
   ShowRates();
+  if (Fit.FitKind != FitOfRates) FitPanelPlot();  // the stimulus is what varies
   FitPlot();
   PlotFitProgress(FitSession.progressEvals, FitSession.progressResidual);
   TellLinesChanged(TextBoxNamed(FitLogBoxName));
   drawn = {now, Clock::now() - now};
+}
+
+void ShowWait(bool waits) {
+  if (waits)
+    ShowPanel(WaitPanel);
+  else
+    HidePanel(WaitPanel);
 }
 
 void ShowEnd() {
@@ -78,6 +87,10 @@ void ShowEnd() {
 }  // namespace
 
 void FollowSessions() {
+  AddPanel({.name = WaitPanel,
+            .title = "Please wait: the scheme runs once for each waveform",
+            .help = "Shows while one step compares the scheme with the recordings."});
+  FitComparing.Add(ShowWait);
   FitBegan.Add(ShowBegin);
   FitProgressed.Add(ShowProgressOfFit);
   FitEnded.Add(ShowEnd);

@@ -36,13 +36,6 @@ void ShowSet() {
   FitPanelPlot();
 }
 
-/// Shows the set after recordings were read: length and interval of the run are theirs.
-void ShowLoaded() {
-  RunSettingsChanged.Tell();
-  RunSettingsReplaced.Tell();
-  ShowSet();
-}
-
 std::optional<std::string> AskFor(const char* title, const char* pattern, const char* filter) {
   return FileSelectPopup({.title = title, .defaultName = pattern, .filter = filter});
 }
@@ -94,7 +87,7 @@ void FxnFitDataTrace(const ControlEvent& event) {
   } else {
     Wave(w).DataOn = 0;
   }
-  ShowLoaded();
+  ShowLoadedWaves();
 }
 
 void FxnFitStimulus(const ControlEvent& event) {
@@ -111,7 +104,7 @@ void LoadList() {
   WaveSetClear();
   ListFileRead();
   WriteAllControls();
-  ShowLoaded();
+  ShowLoadedWaves();
 }
 
 void ClearSet() {
@@ -176,6 +169,12 @@ constexpr MenuDecl WaveSetMenu[] = {
 
 }  // namespace
 
+void ShowLoadedWaves() {
+  RunSettingsChanged.Tell();
+  RunSettingsReplaced.Tell();
+  ShowSet();
+}
+
 std::span<const ControlDecl> WaveControls() {
   return SetControls;
 }
@@ -196,7 +195,7 @@ Outcome OpenListNamed(const std::string& path) {
   WaveSetClear();
   const Outcome outcome = ReadListNamed(path);
   WriteAllControls();
-  ShowLoaded();
+  ShowLoadedWaves();
   return outcome;
 }
 

@@ -132,10 +132,16 @@ class WindowTest : public StoreTest {
     Settle();
   }
 
-  /// Drops a file on the window, from a source that would rather move it.
+  /// Drops files on the window, from a source that would rather move them.
   void drop(const std::string& path, Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction) {
+    drop(std::vector{path}, offered);
+  }
+  void drop(const std::vector<std::string>& paths,
+            Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction) {
     QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
+    QList<QUrl> urls;
+    for (const std::string& path : paths) urls << QUrl::fromLocalFile(QString::fromStdString(path));
+    data.setUrls(urls);
     QDragEnterEvent enter({40, 40}, offered, &data, Qt::LeftButton, Qt::ShiftModifier);
     QDragMoveEvent move({40, 40}, offered, &data, Qt::LeftButton, Qt::ShiftModifier);
     QDropEvent drop({40, 40}, offered, &data, Qt::LeftButton, Qt::ShiftModifier);

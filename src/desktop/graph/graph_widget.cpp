@@ -23,10 +23,13 @@ namespace {
 constexpr int RightMargin = 14;                          // pixels; half of the last number along x
 constexpr QMargins LeastMargins(66, 8, RightMargin, 0);  // most numbers fit into the left one
 constexpr int BelowPlot = 45;                            // pixels of the numbers and title along x
-constexpr int XStripThickness = 20;                      // pixels
-constexpr int YStripThickness = 40;                      // pixels
-constexpr double KeyZoom = 0.8;                          // factor of the span
-constexpr double KeyShare = 0.1;                         // share of the span
+constexpr int TickRoomX = 60;                            // pixels that a number along x needs
+constexpr int TickRoomY = 22;
+constexpr int MostTicks = 5;
+constexpr int XStripThickness = 20;  // pixels
+constexpr int YStripThickness = 40;  // pixels
+constexpr double KeyZoom = 0.8;      // factor of the span
+constexpr double KeyShare = 0.1;     // share of the span
 constexpr std::size_t MostCopiedRows = 1'000'000;
 
 constexpr char TooManyRows[] =
@@ -125,6 +128,7 @@ void GraphWidget::applyAxes() {
   showYTitle();
   ShowAxis(plot_->xAxis, graph_.x, PictureRange(graph_, 'x'), xTicker_);
   ShowAxis(plot_->yAxis, graph_.y, PictureRange(graph_, 'y'), yTicker_);
+  limitTicks();
 }
 
 /// Shows the title of y along the axis. On a low graph it loses its middle and keeps its unit.
@@ -170,7 +174,16 @@ void GraphWidget::placePlot() {
   readout_->setGeometry(0, 0, width() - bar - RightMargin, top);
   // Before the layout has set a size the widget is tiny, and a plot needs at least one pixel.
   plot_->setGeometry(0, top, std::max(width() - bar, 1), std::max(height() - top - bar, 1));
+  limitTicks();
   showYTitle();
+}
+
+/// Leaves room for the numbers of the axes.
+void GraphWidget::limitTicks() {
+  const int wide = plot_->width() - LeastMargins.left();
+  const int high = plot_->height() - (showsX_ ? BelowPlot : 0);
+  plot_->xAxis->ticker()->setTickCount(std::clamp(wide / TickRoomX, 1, MostTicks));
+  plot_->yAxis->ticker()->setTickCount(std::clamp(high / TickRoomY, 1, MostTicks));
 }
 
 /// Keeps the plot area where longer numbers have moved it: it must not jump under the mouse.
@@ -181,11 +194,17 @@ void GraphWidget::keepMargin() {
   area.setMinimumMargins(least);
 }
 
-void GraphWidget::standOn(GraphWidget& below) {
-  showsX_ = false;
+void GraphWidget::setShowsX(bool shows) {
+  if (shows == showsX_) return;
+  showsX_ = shows;
   plot_->xAxis->setLabel({});
-  plot_->xAxis->setTickLabels(false);
+  plot_->xAxis->setTickLabels(shows);
+  placePlot();
   applyAxes();
+}
+
+void GraphWidget::standOn(GraphWidget& below) {
+  setShowsX(false);
   connect(plot_, &QCustomPlot::afterLayout, &below, [this, &below] { matchMargin(below); });
   connect(below.plot_, &QCustomPlot::afterLayout, this, [this, &below] { below.matchMargin(*this); });
 }

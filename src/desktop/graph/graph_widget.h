@@ -47,8 +47,11 @@ class GraphWidget : public QWidget {
   /// Sets the cursors whose places show above the plot; empty = all.
   void setReadoutCursors(std::vector<int> cursors) { readoutCursors_ = std::move(cursors); }
 
-  /// Sets the least height, in place of the usual one.
-  void setLeastHeight(int pixels) { leastHeight_ = pixels; }
+  /// Sets the least size, in place of the usual one.
+  void setLeastSize(QSize size) { least_ = size; }
+
+  /// Shows or hides numbers and title of x.
+  void setShowsX(bool shows);
 
   /// Stacks this graph on another one: the plots begin and end at the same place, and only the lower one shows
   /// numbers and title of x.
@@ -68,7 +71,7 @@ class GraphWidget : public QWidget {
   void saveAs(const QString& ending);
 
   QSize sizeHint() const override { return {720, 320}; }
-  QSize minimumSizeHint() const override { return {240, leastHeight_}; }
+  QSize minimumSizeHint() const override { return least_; }
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -85,6 +88,7 @@ class GraphWidget : public QWidget {
   void applyAxes();
   void showYTitle();
   void placePlot();
+  void limitTicks();
   void keepMargin();
   void matchMargin(GraphWidget& other);
   void placeZoomControls();
@@ -106,7 +110,7 @@ class GraphWidget : public QWidget {
   bool cursorsFollow_ = true;
   std::vector<int> readoutCursors_;
   int lastCursor_ = 0;  // moved by the keys
-  int leastHeight_ = 120;
+  QSize least_{240, 120};
   bool showsX_ = true;  // numbers and title
 
   // -- of a zoom graph --

@@ -27,12 +27,13 @@ constexpr int RecordingShare = 5;
 constexpr int ComparisonShare = 5;
 constexpr int LogShare = 2;
 
-constexpr int SideWidth = 228;       // pixels
+constexpr int SideWidth = 200;       // pixels
 constexpr int ProgressHeight = 150;  // pixels
-constexpr int LeastUpper = 78;       // pixels; a graph on another one
-constexpr int LeastLower = 74;       // pixels; the graph below, with the numbers of x
-constexpr int LowPage = 600;         // pixels; a lower page has no legend
-constexpr int FewestRows = 3;        // rows of the table of rates that always show
+constexpr int LeastWidth = 240;
+constexpr int LeastUpper = 78;  // pixels; a graph on another one
+constexpr int LeastLower = 74;  // pixels; the graph below, with the numbers of x
+constexpr int LowPage = 560;    // pixels; a lower page has neither legend nor the lower graphs
+constexpr int FewestRows = 3;   // rows of the table of rates that always show
 constexpr int MostRows = 9;
 constexpr int LogGapMs = 500;  // between two drawings of the log during a session
 constexpr int RateDigits = 5;
@@ -42,11 +43,12 @@ constexpr int FixedColumn = 5;
 constexpr int SetByColumn = 6;
 constexpr int BeforeColumn = 7;
 constexpr int BeforePlace = 2;  // from 0: beside the value
-constexpr std::pair<int, int> ColumnWidths[] = {{1, 48}, {2, 72}, {3, 66}, {4, 66},
-                                                {5, 44}, {6, 70}, {7, 72}};
+constexpr std::pair<int, int> ColumnWidths[] = {{1, 48}, {2, 66}, {3, 52}, {4, 52},
+                                                {5, 42}, {6, 48}, {7, 66}};
+constexpr int LeastTableWidth = 378;  // pixels
 
-constexpr const char* Readouts[] = {"FitResultWord", "NumEvals",          "FitNormResidual",
-                                    "FitResidual",   "FitEvalsPerSecond", "FitElapsed"};
+constexpr const char* Readouts[] = {"NumEvals", "FitNormResidual", "FitResidual", "FitEvalsPerSecond",
+                                    "FitElapsed"};
 
 /// Returns the legend in the colours of the graph's own cursors.
 std::vector<LegendEntry> LegendOf(const Graph& graph) {
@@ -63,6 +65,7 @@ std::vector<LegendEntry> LegendOf(const Graph& graph) {
 FitPage::FitPage(Panel& panel, Settings& settings, QWidget* parent) : TaskPage(panel, settings, parent) {
   add(header(), {"FitStart", "FitStartStim", "FitOneStep", "FitStimModel"});
   stop_ = &add(header(), "FitStop", ControlWidget::Look::Toggle);
+  add(header(), "FitResultWord");
   header().addStretch();
   add(header(), {"FitTakeBack", "FitKeep"});
   addStrip(Readouts);
@@ -90,14 +93,14 @@ void FitPage::addPairs() {
   side.addWidget(buttons);
   side.addWidget(NewSectionLabel("Progress", this));
   GraphWidget& progress = addGraph(side, GraphNamed("FitPanel.progress"), 0);
-  progress.setLeastHeight(LeastUpper);
+  progress.setLeastSize({SideWidth, ProgressHeight});
   progress.setMaximumHeight(ProgressHeight);
   progress.setMinimumHeight(ProgressHeight);
 }
 
 void FitPage::addRecording() {
   const Part part = addPart(RecordingShare);
-  addFold(part, "Recording and stimulus");
+  addFold(part, "Recording");
   add(*part.row, "FitShownProfile");
   part.row->addStretch();
   add(*part.row, "FitPositionButton", ControlWidget::Look::Toggle);
@@ -105,13 +108,8 @@ void FitPage::addRecording() {
   Graph& record = GraphNamed("FitPanel.data");
   legend_ = new GraphLegend(LegendOf(record), this);
   part.body->addWidget(legend_);
-  part.body->setSpacing(0);
-  GraphWidget& recording = addGraph(*part.body, record, 3);
-  GraphWidget& stimulus = addGraph(*part.body, GraphNamed("FitPanel.stimulus"), 2);
-  recording.setLeastHeight(LeastUpper);
-  stimulus.setLeastHeight(LeastLower);
-  recording.standOn(stimulus);
-  recording.cursors().setBands({{1, 2}, {3, 4}});
+  recording_ = addStack(part, record, GraphNamed("FitPanel.stimulus"));
+  recording_.upper->cursors().setBands({{1, 2}, {3, 4}});
 }
 
 void FitPage::addComparison() {
@@ -119,12 +117,17 @@ void FitPage::addComparison() {
   addFold(part, "Recording and simulation");
   part.row->addStretch();
   add(*part.row, "FitUpdate");
+  comparison_ = addStack(part, GraphNamed("FitPanel.fit"), GraphNamed("FitPanel.residual"));
+}
+
+/// Adds a graph above a lower one.
+FitPage::Stack FitPage::addStack(const Part& part, Graph& above, Graph& below) {
   part.body->setSpacing(0);
-  GraphWidget& curves = addGraph(*part.body, GraphNamed("FitPanel.fit"), 3);
-  GraphWidget& residual = addGraph(*part.body, GraphNamed("FitPanel.residual"), 2);
-  curves.setLeastHeight(LeastUpper);
-  residual.setLeastHeight(LeastLower);
-  curves.standOn(residual);
+  const Stack stack{&addGraph(*part.body, above, 3), &addGraph(*part.body, below, 2)};
+  stack.upper->setLeastSize({LeastWidth, LeastUpper});
+  stack.lower->setLeastSize({LeastWidth, LeastLower});
+  stack.upper->standOn(*stack.lower);
+  return stack;
 }
 
 void FitPage::addLog() {
@@ -147,14 +150,13 @@ void FitPage::addRates() {
   rates_->setReadColumns({1, SetByColumn, BeforeColumn});
   rates_->horizontalHeader()->moveSection(BeforeColumn - 1, BeforePlace);
   rates_->horizontalHeader()->setStretchLastSection(false);
-  rates_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  rates_->horizontalHeader()->setMinimumSectionSize(1);
+  rates_->setMinimumWidth(LeastTableWidth);
   for (const auto& [column, width] : ColumnWidths) rates_->setColumnWidth(column - 1, width);
-  for (const int column : {1, FixedColumn})
-    rates_->horizontalHeader()->setSectionResizeMode(column - 1, QHeaderView::Fixed);
 }
 
 void FitPage::addFoot() {
-  add(foot(), {"FitRefresh", "FitPrint"});
+  add(foot(), {"FitHelpButton", "FitRefresh", "FitPrint"});
   foot().addStretch();
   add(foot(), "FitDone");
 }
@@ -189,7 +191,12 @@ void FitPage::refreshMore() {
 
 void FitPage::resizeEvent(QResizeEvent* event) {
   TaskPage::resizeEvent(event);
-  legend_->setVisible(height() >= LowPage);
+  const bool low = height() < LowPage;
+  legend_->setVisible(!low);
+  for (const Stack& stack : {recording_, comparison_}) {
+    stack.lower->setVisible(!low);
+    stack.upper->setShowsX(low);
+  }
 }
 
 }  // namespace zelvane

@@ -22,9 +22,16 @@ class FitPage : public TaskPage {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  /// Two graphs with one time axis.
+  struct Stack {
+    GraphWidget* upper = nullptr;
+    GraphWidget* lower = nullptr;
+  };
+
   void addPairs();
   void addRecording();
   void addComparison();
+  Stack addStack(const Part& part, Graph& above, Graph& below);
   void addLog();
   void addRates();
   void addFoot();
@@ -34,6 +41,8 @@ class FitPage : public TaskPage {
   ControlWidget* stop_ = nullptr;
   FitPairs* pairs_ = nullptr;
   GraphLegend* legend_ = nullptr;
+  Stack recording_;
+  Stack comparison_;
   TableWidget* rates_ = nullptr;
   TextBoxWidget* log_ = nullptr;
   QElapsedTimer sinceLog_;

@@ -139,7 +139,7 @@ QPushButton:focus { border-color: %5; }
 QPushButton:pressed { background: %7; }
 QPushButton:disabled { color: %2; }
 QPushButton:default { border-color: %5; }
-QPushButton:checked { background: %5; color: %3; border-color: %5; }
+QPushButton:checked:enabled { background: %5; color: %3; border-color: %5; }
 QFrame[role="pair"] { background: transparent; border: 1px solid transparent; border-radius: 4px; }
 QFrame[role="pair"]:hover { background: %7; }
 QFrame[role="pair"][chosen="true"] { background: %3; border: 1px solid %4; }

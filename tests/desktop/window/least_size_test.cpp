@@ -17,6 +17,7 @@ namespace zelvane {
 namespace {
 
 constexpr QSize Least(800, 560);
+const std::string Example = ZELVANE_DATA "/examples/fit/nmda_50uM";
 constexpr char Recording[] = ZELVANE_TEST_DATA "/recordings/abf2/20101002.abf";  // three sweeps
 
 /// Describes a widget: "QToolButton 10 of StateMonitored[10]: 20 x 20".
@@ -121,6 +122,12 @@ TEST_F(LeastSizeTest, EveryPageShowsAllItHasInEveryState) {
       clickWord("StimMode", mode);
       expectAllShows(mode);
     }
+    clickTool("Fit");
+    expectAllShows("fit without waveforms");
+    AddFilesToFit(std::vector{Example + ".abf", Example + ".stm"});
+    answers = {false, true};
+    Press(ControlNamed("FitOneStep"));
+    expectAllShows("fit after one step");
   }
   ApplyTheme(Theme::Light);
 }
