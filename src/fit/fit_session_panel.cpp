@@ -1,5 +1,4 @@
 // FitPanel while a session runs, and after it.
-#include <algorithm>
 #include <chrono>
 
 #include "fit/fit_events.h"
@@ -18,16 +17,14 @@ constexpr char WaitPanel[] = "WaitPanel";
 
 using Clock = std::chrono::steady_clock;
 
-// Between two drawings: a drawing may take a twentieth of the time, but ten a second come in any case.
-constexpr std::chrono::milliseconds LeastGap{50};
-constexpr std::chrono::milliseconds MostGap{90};
-constexpr int GapPerCost = 20;
+/// Between two drawings: a little more than ten come in a second.
+constexpr std::chrono::milliseconds DrawingGap{90};
 
-struct Drawings {
-  Clock::time_point last{};
-  Clock::duration cost{};
-};
-Drawings drawn;
+/// Rates, curve and log come with every fourth drawing of the comparison.
+constexpr int DrawingsPerRates = 4;
+
+Clock::time_point lastDrawing;
+int drawings = 0;
 
 void ShowNumbers(const char* colour) {
   ShowFitResults(colour);
@@ -48,6 +45,7 @@ void ShowRates() {
 void ShowBegin() {
   WhitenFitCursors();
   ShowNumber("FitStop", 0.0);
+  drawings = 0;
   ShowNumbers(DuringSession);
   ClearPlots(GraphNamed(FitProgressGraph));
   TellLinesChanged(TextBoxNamed(FitLogBoxName));
@@ -56,14 +54,15 @@ void ShowBegin() {
 
 void ShowProgressOfFit() {
   const Clock::time_point now = Clock::now();
-  if (now - drawn.last < std::clamp<Clock::duration>(GapPerCost * drawn.cost, LeastGap, MostGap)) return;
+  if (now - lastDrawing < DrawingGap) return;
+  lastDrawing = now;
   ShowNumbers(DuringSession);
-  ShowRates();
   if (Fit.FitKind != FitOfRates) FitPanelPlot();  // the stimulus is what varies
   FitPlot();
+  if (drawings++ % DrawingsPerRates != 0) return;
+  ShowRates();
   PlotFitProgress(FitSession.progressEvals, FitSession.progressResidual);
   TellLinesChanged(TextBoxNamed(FitLogBoxName));
-  drawn = {now, Clock::now() - now};
 }
 
 void ShowWait(bool waits) {
@@ -74,7 +73,7 @@ void ShowWait(bool waits) {
 }
 
 void ShowEnd() {
-  drawn = {};
+  ShowRates();
   PlotFitProgress(FitSession.progressEvals, FitSession.progressResidual);
   ShowNumber("FitStop", 1.0);
   ShowFitResults();
