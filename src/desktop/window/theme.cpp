@@ -117,7 +117,7 @@ QLabel[role="muted"] { color: %2; }
 QLabel[tone="green"] { color: %10; }
 QLabel[tone="red"] { color: %6; }
 QLabel[tone="amber"] { color: %11; font-weight: 600; }
-QLabel[tone="mark"] { color: %5; }
+QLabel[tone="mark"], QLabel[tone="blue"] { color: %5; }
 QLabel[role="value"] { font-weight: 600; }
 QLabel[role="value"]:disabled { color: %2; font-weight: 400; }
 QToolButton[role="fold"] { border: none; color: %5; font-weight: 600; padding: 4px 0; text-align: left; }
