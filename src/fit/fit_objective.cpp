@@ -23,6 +23,7 @@
 namespace zelvane {
 namespace {
 
+constexpr std::size_t AlignedBetweenStops = 64;  // samples
 constexpr char NoPeak[] = "! WARNING: No peak found";
 constexpr char BaselineMisleads[] =
     "The baseline of a simulation is above 1 percent of its peak, and a normalised simulation is divided by the "
@@ -316,6 +317,10 @@ int WaveAlign(const FitWindow& window, std::span<const float> simulated, float p
   const std::size_t offsets = room.sums.size();
   float* sums = room.sums.data();
   for (std::size_t j = 0; j < room.hundredfold.size(); ++j) {
+    if (j % AlignedBetweenStops == AlignedBetweenStops - 1 && StopOfEvaluation()) {
+      FitSession.stopped = true;  // drops this evaluation
+      break;
+    }
     const float data = room.hundredfold[j];
     const float* shifted = room.simulated.data() + j;
     for (std::size_t o = 0; o < offsets; ++o) {

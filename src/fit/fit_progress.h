@@ -1,6 +1,6 @@
 // Progress of a session of a waveform fit: its numbers, its curve, its stop.
 //
-//   BeginFitProgress  PassBegins  StopInPass  StopOfEvaluation  ShowFitProgress  EvaluationsPerSecond  FitSeconds
+//   BeginFitProgress  StopInPass  StopOfEvaluation  ShowFitProgress  EvaluationsPerSecond  FitSeconds
 #pragma once
 
 #include <string>

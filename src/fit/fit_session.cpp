@@ -347,10 +347,11 @@ void StopFit() {
 }
 
 Outcome RunRateFit(const FitAnswers& answers) {
+  struct Answered {  // also when the memory runs out
+    ~Answered() { FitSession.answers.reset(); }
+  } const answered;
   FitSession.answers = answers;
-  const Outcome outcome = StartFit(FitOfRates);
-  FitSession.answers.reset();
-  return outcome;
+  return StartFit(FitOfRates);
 }
 
 void CompareOnce() {

@@ -108,7 +108,10 @@ void FinishVertices(const VertexRules& rules) {
   LogVertices();
   table.BestVertex = BestColumn(table);
   AddFitLogLine(FormatText("fv done...best in fv is %d", table.BestVertex));
+  const double sumOfSquares = table.At(0, table.BestVertex);
   rules.evaluate(table.BestVertex);
+  if (FitSession.stopped)
+    table.At(0, table.BestVertex) = sumOfSquares;  // the stop has dropped this evaluation
   FitLog(FormatText("FV DONE IN FIRST VERTEX: bestvertex=%d ssq=%.4e\n", table.BestVertex,
                     table.At(0, table.BestVertex)));
   table.NumEvals = 0;

@@ -6,6 +6,9 @@
 namespace zelvane {
 namespace {
 
+/// Equal or infinite sums of squares accept no step, and the simplex would go on for ever.
+constexpr int MostIdlePasses = 1000;
+
 constexpr double Reflect = -1.0;
 constexpr double Expand = 2.0;
 constexpr double Contract = 0.5;
@@ -141,10 +144,12 @@ SimplexEnd RunSimplex(SimplexTable& table, const SimplexRules& rules) {
   table.NumEvals = 1;
   FormSums(table);
   bool converged = false;
+  int idlePasses = 0;  // since the last accepted step
   Ranking ranking;
   for (bool done = false; !done;) {
     if (Asked(rules.beginPass)) return SimplexEnd::Stopped;
     const int formerLow = ranking.low;
+    const int formerEvals = table.NumEvals;
     Rank(table, ranking);
     table.BestVertex = ranking.low;
     table.FitResidual = Spread(table, ranking);
@@ -159,6 +164,8 @@ SimplexEnd RunSimplex(SimplexTable& table, const SimplexRules& rules) {
       table.BestVertex = BestColumn(table);
       return SimplexEnd::Stopped;
     }
+    idlePasses = table.NumEvals == formerEvals ? idlePasses + 1 : 0;
+    if (idlePasses >= MostIdlePasses) done = true;
     if (rules.passCounted) rules.passCounted();
   }
   table.BestVertex = BestColumn(table);

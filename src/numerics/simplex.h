@@ -48,7 +48,7 @@ struct SimplexRules {
 enum class SimplexEnd { Converged, Iterations, Stopped };
 
 /// Moves the simplex from its vertices, whose sums of squares are known, until it converges, uses up its
-/// iterations or is stopped. NumEvals starts at 1. Afterwards BestVertex is the column with the lowest sum of
+/// iterations or is stopped. A thousand passes without an accepted step count as all iterations used. NumEvals starts at 1. Afterwards BestVertex is the column with the lowest sum of
 /// squares. The table must have 1 to MaxSimplexParams parameters.
 SimplexEnd RunSimplex(SimplexTable& table, const SimplexRules& rules);
 

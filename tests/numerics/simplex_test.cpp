@@ -59,6 +59,13 @@ TEST(Simplex, MinimaAreFoundInACurvedValleyAndOnALine) {
   EXPECT_NEAR(line.table.At(1, line.table.BestVertex), 3.0, 1e-3);
 }
 
+TEST(Simplex, EqualSumsEndWithoutConvergence) {
+  Fit flat([](const SimplexTable&, int) { return 5.0; }, {{1.0}, {2.0}});
+  flat.rules.ofRates = true;
+  flat.rules.tolerance = 0.0;
+  EXPECT_EQ(RunSimplex(flat.table, flat.rules), SimplexEnd::Iterations);
+}
+
 TEST(Simplex, TheFirstTrialRunsAlsoWithoutIterationsAndAStopKeepsTheBest) {
   Fit one(Valley, {{-1.2, 1.0}, {-1.0, 1.0}, {-1.2, 1.5}});
   one.rules.iterations = 0;

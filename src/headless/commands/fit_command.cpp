@@ -28,6 +28,8 @@
 namespace zelvane {
 namespace {
 
+constexpr const char* NotFinite =
+    "The sum of squares is not a finite number. Look for samples that are no numbers in the recordings.";
 constexpr double NearlyBest = 1.001;  // a start has reached the best within 0.1 %
 
 /// The result of one start.
@@ -334,8 +336,13 @@ int FitCommand(const FitOptions& options, const JobStreams& streams) {
   if (!RunStarts(options, starts, streams)) return JobFailed;
   ResetProgress();
   const bool stopped = StopAsked(streams) || starts.back().resultCode == FitUserBreak;
-  std::stable_sort(starts.begin(), starts.end(),
-                   [](const FitStart& a, const FitStart& b) { return a.sumOfSquares < b.sumOfSquares; });
+  std::stable_sort(starts.begin(), starts.end(), [](const FitStart& a, const FitStart& b) {
+    return a.sumOfSquares < b.sumOfSquares || (std::isnan(b.sumOfSquares) && !std::isnan(a.sumOfSquares));
+  });
+  if (!std::isfinite(starts.front().sumOfSquares)) {
+    streams.err << NotFinite << '\n';
+    return JobFailed;
+  }
   const std::vector<RateResult> rates = RateResults(before, starts.front().values);
   if (starts.size() > 1) {
     PutFittedValues(starts.front().values);
