@@ -1,4 +1,4 @@
-// Any bytes as a column of text: every sample is finite, and their number follows from the lines.
+// Any bytes as a column of text: every sample is finite, and their number follows from the lines up to a fault.
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -33,8 +33,13 @@ void CheckOne(const std::uint8_t* data, std::size_t size) {
   const std::size_t lines = CountLines(text);
   const std::size_t samples = column->samples.size();
   if (samples > Room) Fault("more samples than there is room");
-  if (!IsUtf16(text) && samples != std::min(Room, lines > 0 ? lines - 1 : 0))
-    Fault("other samples than lines");
+  const std::size_t expected = std::min(Room, lines > 0 ? lines - 1 : 0);
+  if (!IsUtf16(text)) {
+    if (column->fault.empty() && samples != expected) Fault("other samples than lines");
+    if (!column->fault.empty() && text.find('\0') == std::string_view::npos)
+      Fault("a text without a NUL byte is refused");
+    if (samples > expected) Fault("more samples than lines");
+  }
   for (const float sample : column->samples) {
     if (!std::isfinite(sample)) Fault("a sample is not finite");
   }

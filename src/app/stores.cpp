@@ -7,6 +7,7 @@
 #include "dwells/dwell_fit_store.h"
 #include "dwells/dwell_store.h"
 #include "fit/fit_fields.h"
+#include "fit/fit_rows.h"
 #include "fit/fit_store.h"
 #include "model/constraints_store.h"
 #include "model/model_fields.h"
@@ -120,6 +121,7 @@ void AllocateStores() {
     RegisterDwellFields();
     RegisterNoiseFields();
     RegisterFitFields();
+    RegisterFitRows();
     RegisterWorkingFields({
         ScalarField("PanelTag", Screen.PanelTag),
         ScalarField("PreviousPanelTag", Screen.PreviousPanelTag),

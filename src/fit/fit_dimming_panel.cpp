@@ -3,6 +3,7 @@
 #include "fit/fit_panel.h"
 #include "fit/session_store.h"
 #include "model/model_store.h"
+#include "screen/memory_guard.h"
 #include "screen/screen.h"
 
 namespace zelvane {
@@ -56,6 +57,7 @@ void DimForSessions() {
   panel.dim.push_back(DimDuringSession);
   FitBegan.Add(DimDuringSession);  // after the rules of all panels
   FitEnded.Add(EndDimming);
+  MemoryRanOut.Add(EndDimming);
 }
 
 }  // namespace zelvane

@@ -3,9 +3,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "fit/fit_rows.h"
 #include "fit/fit_store.h"
-#include "parameters/fit_modes.h"
 #include "parameters/parameters_fields.h"
 #include "screen/fields.h"
 
@@ -56,25 +54,6 @@ void RegisterSamples() {
 
 void RegisterFitFields() {
   RegisterSamples();
-  RegisterFitMode({.mode = FitWaveforms,
-                   .limits = "WaveFitLimits",
-                   .limitTable = &Fit.WaveFitLimits,
-                   .takesSeeds = false,
-                   .keepsCopy = false,
-                   .fixed = "WaveFitFixed",
-                   .seeds = "WaveFitSeed",
-                   .limitsOn = "WaveFitLimitsOn",
-                   .autoSeed = "WaveFitAutoSeed",
-                   .fixOn = "WaveFitFixOn",
-                   .build =
-                       [](bool limitsFollow) {
-                         static_cast<void>(
-                             WaveFitRowsBuild(limitsFollow ? RowLimits::Follow : RowLimits::Keep));
-                       },
-                   .labelOf = LabelOfRow,
-                   .colourOf = ColourOfRow,
-                   .isForced = RowIsForced,
-                   .fix = FixRow});
   RegisterLimits(SavedSetting, "WaveFitLimits", Fit.WaveFitLimits);
   RegisterSavedSettings({
       ArrayField("WaveFitOwnFixed[]", Fit.WaveFitOwnFixed),

@@ -4,6 +4,8 @@
 
 #include "model/constraints.h"
 #include "model/model.h"
+#include "parameters/fit_modes.h"
+#include "platform/format_text.h"
 #include "platform/index.h"
 #include "screen/popups.h"
 
@@ -60,6 +62,14 @@ void ActivateFittedForm() {
     UpdateTableStates();
 }
 
+void LimitsFromRates() {
+  const auto factor = static_cast<double>(Fit.FitLimsXFold);
+  for (const FitRow& row : FitRowsInUse()) {
+    const double rate = RateOf(row.code);
+    Fit.WaveFitLimits[Index(row.row)] = {rate / factor, factor * rate};
+  }
+}
+
 /// Stores the codes of the rows. Returns the number of rates, which can be more than there are rows. Allocates no
 /// memory: it runs after every action of the user.
 std::size_t StoreCodes() {
@@ -81,7 +91,7 @@ Outcome WaveFitRowsBuild(RowLimits limits) {
   if (Fit.FitLimsXFold < 0.0F) Note(FactorBelowZero);
   if (!(Fit.FitLimsXFold > 0.0F)) Fit.FitLimsXFold = FactorInsteadOfZero;
   ShowFixedRows();
-  if (limits == RowLimits::Follow) LimitsFollowRates();
+  if (limits == RowLimits::Follow && Fit.AutoGenFitLims != 0) LimitsFromRates();
   FitRowsChanged.Tell();
   if (rates <= Index(MaxFitRows)) return Outcome::Done;
   MessagePopup(WarningTitle, TooManyRates);
@@ -90,11 +100,7 @@ Outcome WaveFitRowsBuild(RowLimits limits) {
 
 void LimitsFollowRates() {
   if (Fit.AutoGenFitLims == 0) return;
-  const auto factor = static_cast<double>(Fit.FitLimsXFold);
-  for (const FitRow& row : FitRowsInUse()) {
-    const double rate = RateOf(row.code);
-    Fit.WaveFitLimits[Index(row.row)] = {rate / factor, factor * rate};
-  }
+  LimitsFromRates();
   FitRowsChanged.Tell();
 }
 
@@ -189,6 +195,28 @@ void FixRow(int row, bool fixed) {
 
 void ShowFixedRows() {
   for (int r = 1; r <= MaxFitRows; ++r) Fit.WaveFitFixed[Index(r)] = RowIsFixed(r) ? 1 : 0;
+}
+
+void RegisterFitRows() {
+  RegisterFitMode({.mode = FitWaveforms,
+                   .limits = "WaveFitLimits",
+                   .limitTable = &Fit.WaveFitLimits,
+                   .takesSeeds = false,
+                   .keepsCopy = false,
+                   .fixed = "WaveFitFixed",
+                   .seeds = "WaveFitSeed",
+                   .limitsOn = "WaveFitLimitsOn",
+                   .autoSeed = "WaveFitAutoSeed",
+                   .fixOn = "WaveFitFixOn",
+                   .build =
+                       [](bool limitsFollow) {
+                         static_cast<void>(
+                             WaveFitRowsBuild(limitsFollow ? RowLimits::Follow : RowLimits::Keep));
+                       },
+                   .labelOf = LabelOfRow,
+                   .colourOf = ColourOfRow,
+                   .isForced = RowIsForced,
+                   .fix = FixRow});
 }
 
 }  // namespace zelvane

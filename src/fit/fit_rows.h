@@ -3,6 +3,7 @@
 //   Making the rows     WaveFitRowsBuild  FitRowsFollow  FitRowsOfForm  FitRowsInUse  RowOfCode
 //   Rates of the rows   RateOf  PutRate
 //   Free and fixed      RowIsFixed  RowSetBy  RowIsForced  FixRow  ShowFixedRows
+//   For the panels      RegisterFitRows
 //
 // A rate has a code. On the grid it is the number of its link: positive for the forward rate, negative for the
 // backward rate. In the table it is 10000 + 100 x from + to.
@@ -92,5 +93,8 @@ void FixRow(int row, bool fixed);
 
 /// Fills `Fit.WaveFitFixed`, the flags in force, from the user's own flags and from what forces a row.
 void ShowFixedRows();
+
+/// Describes the rows to the panels of fits, as those of FitWaveforms.
+void RegisterFitRows();
 
 }  // namespace zelvane

@@ -98,9 +98,7 @@ void PrepareSession() {
   FitSession.before = FittedValuesNow();
   FitSession.hasBefore = true;
   FitSession.takenBack = false;
-  Fit.FitWaveCount = 0;
-  for (const FitWaveform& wave : Fit.Wave)
-    Fit.FitWaveCount += wave.WaveLoaded;  // a list may have counted fewer
+  Fit.FitWaveCount = LoadedWaves();  // a list may have counted fewer
   TellTraceWillChange();
   Stimulus.StimMode = Fit.FitKind == FitOfRates ? StimUser : StimManual;
   Stimulus.StimFromFile = 1;  // the profiles are from files, and no rebuilding may ask for them

@@ -8,6 +8,7 @@
 #include "fit/session_store.h"
 #include "model/model_panels.h"
 #include "model/model_store.h"
+#include "screen/memory_guard.h"
 
 namespace zelvane {
 namespace {
@@ -90,6 +91,7 @@ void FollowSessions() {
             .title = "Please wait: the scheme runs once for each waveform",
             .help = "Shows while one step compares the scheme with the recordings."});
   FitComparing.Add(ShowWait);
+  MemoryRanOut.Add([] { ShowWait(false); });
   FitBegan.Add(ShowBegin);
   FitProgressed.Add(ShowProgressOfFit);
   FitEnded.Add(ShowEnd);

@@ -176,9 +176,13 @@ void TakeRecording(FitWaveform& wave, const std::string& path, const SweepRead& 
   TellOddSamples(wave);
 }
 
+int LoadedWaves() {
+  return static_cast<int>(std::count_if(Fit.Wave.begin(), Fit.Wave.end(),
+                                        [](const FitWaveform& w) { return w.WaveLoaded != 0; }));
+}
+
 void CountWaves() {
-  Fit.FitWaveCount = 0;
-  for (const FitWaveform& wave : Fit.Wave) Fit.FitWaveCount += wave.WaveLoaded;
+  Fit.FitWaveCount = LoadedWaves();
   Fit.FitShowCurves = std::max(Fit.FitWaveCount, 1);
   Fit.FitTotalCurves = Fit.FitShowCurves;
 }

@@ -1,7 +1,7 @@
 // Files of the waveforms of a fit: recordings and stimuli, one by one or paired by name.
 //
 //   One line      LoadWaveData  LoadWaveStimulus  TakeRecording  EmptyWave  ClearWaveData  ClearWaveStimulus
-//                 CountWaves  NoWaveLoaded  ForgetNormalizing
+//                 CountWaves  LoadedWaves  NoWaveLoaded  ForgetNormalizing
 //   Many files    AddWaveFiles
 #pragma once
 
@@ -45,6 +45,9 @@ void TakeRecording(FitWaveform& wave, const std::string& path, const SweepRead& 
 /// Reads a stimulus file into waveform `w`.
 /// @return Done, or Failed: the stimulus is then empty
 Outcome LoadWaveStimulus(int w, const std::string& path);
+
+/// Returns the number of lines with a recording.
+int LoadedWaves();
 
 /// Counts the loaded waveforms. `Fit.FitShowCurves` and `Fit.FitTotalCurves` follow, at least 1.
 void CountWaves();

@@ -9,6 +9,7 @@
 #include "desktop/graph/graph_colours.h"
 #include "desktop/widgets/control_widget.h"
 #include "desktop/widgets/elided_label.h"
+#include "desktop/widgets/scroll_down.h"
 #include "desktop/widgets/style_property.h"
 #include "desktop/widgets/text.h"
 #include "fit/fit_panel.h"
@@ -36,8 +37,8 @@ std::string Numbered(const char* name, int wave) {
   return name + ('[' + std::to_string(wave)) + ']';
 }
 
-void ShowName(ElidedLabel& label, const std::string& name, const char* placeholder) {
-  label.showText(name.empty() ? QString(placeholder) : ToQt(name));
+void ShowName(ElidedLabel& label, const std::string& name, const char* whenEmpty) {
+  label.showText(name.empty() ? QString(whenEmpty) : ToQt(name));
   SetStyleProperty(&label, "role", name.empty() ? "muted" : "");
 }
 
@@ -60,12 +61,12 @@ FitPair::FitPair(int wave, QWidget* parent)
   stimulus_ = addLine(1, "FitStimOn", NoStimulus);
 }
 
-ElidedLabel* FitPair::addLine(int row, const char* control, const char* placeholder) {
+ElidedLabel* FitPair::addLine(int row, const char* control, const char* whenEmpty) {
   auto* grid = static_cast<QGridLayout*>(layout());
   switches_.push_back(
       new ControlWidget(ControlNamed(Numbered(control, wave_)), this, ControlWidget::Look::Bare));
   auto* name = new ElidedLabel(this);
-  ShowName(*name, {}, placeholder);
+  ShowName(*name, {}, whenEmpty);
   grid->addWidget(switches_.back(), row, 1);
   grid->addWidget(name, row, 2);
   return name;
@@ -113,12 +114,7 @@ FitPairs::FitPairs(QWidget* parent) : QScrollArea(parent), hint_(new QLabel(Drop
   hint_->setContentsMargins(6, 4, 4, 0);
   layout->addWidget(hint_);
   layout->addStretch();
-  setWidget(content);
-  setWidgetResizable(true);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setFocusPolicy(Qt::NoFocus);
-  viewport()->setAutoFillBackground(false);
-  content->setAutoFillBackground(false);
+  ScrollDown(*this, content);
 }
 
 void FitPairs::refresh() {

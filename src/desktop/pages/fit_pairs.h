@@ -29,7 +29,7 @@ class FitPair : public QFrame {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  ElidedLabel* addLine(int row, const char* control, const char* placeholder);
+  ElidedLabel* addLine(int row, const char* control, const char* whenEmpty);
 
   int wave_;
   QLabel* number_;

@@ -5,6 +5,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "desktop/widgets/scroll_down.h"
+
 namespace zelvane {
 namespace {
 
@@ -24,12 +26,7 @@ SideForm::SideForm(const zelvane::Panel& panel, Settings& settings, const QStrin
   for (const FormSection& section : NamedSections(panel)) form_->addSection(section);
   layout->addWidget(form_);
   layout->addStretch();
-  setWidget(content);
-  setWidgetResizable(true);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setFocusPolicy(Qt::NoFocus);
-  viewport()->setAutoFillBackground(false);
-  content->setAutoFillBackground(false);
+  ScrollDown(*this, content);
   more_->setText("More settings below");
   more_->setArrowType(Qt::DownArrow);
   more_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
