@@ -180,8 +180,9 @@ void FinishSimplex() {
 
 /// Takes the parameters of the best stimulus to the stimulus page, and reports them.
 void ReportStimulus() {
-  const SimplexTable& table = Vertices.simplex;
-  const auto value = [&](int i) { return static_cast<float>(table.At(i, table.BestVertex)); };
+  const auto value = [](int i) {
+    return static_cast<float>(Vertices.simplex.At(i, Vertices.simplex.BestVertex));
+  };
   const auto line = [](const char* format, float x) {
     AddFitLogLine(FormatText(format, static_cast<double>(x)));
   };
