@@ -26,10 +26,10 @@ Field SamplesOfWaves(std::string name, std::span<float> FitWaveform::*member, st
 
 /// Describes the stimuli of all waveforms: profile 0 is the voltage, 1 to 6 are the drugs.
 Field StimuliOfWaves() {
-  constexpr auto size = static_cast<std::ptrdiff_t>(sizeof(float));
+  constexpr auto Size = static_cast<std::ptrdiff_t>(sizeof(float));
   const auto& first = Fit.Wave[1].WaveStim;
-  const auto wave = (Fit.Wave[2].WaveStim[0].data() - first[0].data()) * size;
-  const auto profile = (first[1].data() - first[0].data()) * size;
+  const auto wave = (Fit.Wave[2].WaveStim[0].data() - first[0].data()) * Size;
+  const auto profile = (first[1].data() - first[0].data()) * Size;
   return {.name = "WaveStim[][][]",
           .type = FieldType::Float,
           .base = reinterpret_cast<std::byte*>(first[0].data()) - wave,

@@ -277,8 +277,8 @@ int WaveRunPoints(const FitWindow& window) {
   const double points =
       SpareOfRun * static_cast<double>(window.SimFitStart) / static_cast<double>(Model.ADInterval) +
       SpareOfRun * window.NumFitPts + window.NumAlignPts;
-  constexpr double most = 2e9;
-  return points > 0.0 ? static_cast<int>(std::min(points, most)) : 0;
+  constexpr double Most = 2e9;
+  return points > 0.0 ? static_cast<int>(std::min(points, Most)) : 0;
 }
 
 void PrepareObjective() {

@@ -68,7 +68,8 @@ void BuildOtherVertices(const VertexRules& rules) {
 
 /// Returns the shift of vertex `k` along its row: from half the vertices down to minus half.
 double Shift(double start, int k, double divisor) {
-  return start * (Table().NumVertices / 2 - k) / divisor;
+  const int half = Table().NumVertices / 2;
+  return start * (half - k) / divisor;
 }
 
 /// Returns the step of a random parameter; 0 for the number 0.

@@ -199,7 +199,7 @@ bool RunStarts(const FitOptions& options, std::vector<FitStart>& starts, const J
     }
     PutFittedValues(first);
     if (!RunStart(options, start)) return false;
-    starts.push_back(std::move(start));
+    starts.push_back(start);
     if (StopAsked(streams)) break;
   }
   return !starts.empty();
