@@ -43,7 +43,13 @@ void ShowRates() {
   }
 }
 
+/// Draws the comparison quickly or well.
+void SetDraft(bool draft) {
+  for (const char* name : {FitCurvesGraph, FitResidualGraph}) GraphNamed(name).draft = draft;
+}
+
 void ShowBegin() {
+  SetDraft(true);
   WhitenFitCursors();
   ShowNumber("FitStop", 0.0);
   drawings = 0;
@@ -80,6 +86,8 @@ void ShowEnd() {
   ShowFitResults();
   ShowNumber("FitElapsed", FitSession.seconds);
   FitPanelPlot();
+  SetDraft(false);
+  FitPlot();
   TellLinesChanged(TextBoxNamed(FitLogBoxName));
   UpdateDimming();
 }

@@ -171,6 +171,7 @@ struct Graph {
   double fullYMin = 0.0, fullYMax = 1.0;
   void (*axisChanged)(Graph&) = nullptr;
   std::uint64_t revision = 0;  // increases with every change of the plots
+  bool draft = false;          // the plots change many times a second: lines are thin and not smoothed
 };
 
 struct Table {

@@ -10,6 +10,7 @@ namespace zelvane {
 namespace {
 
 constexpr double LineWidth = 1.25;           // pixels; a line that is drawn smoothly
+constexpr double DraftWidth = 1.0;           // the widest that Qt draws without an outline
 constexpr double VectorColumnsPerPixel = 4;  // columns of a picture for print
 constexpr std::size_t MostMarks = 20'000;    // points or crosses; more are drawn as columns
 constexpr double MarkRadius = 2.0;           // pixels
@@ -184,7 +185,8 @@ GraphPicture::Stretch GraphPicture::inView(const Plot& plot, const Trace& trace)
 void GraphPicture::drawPlot(QCPPainter* painter, const Plot& plot, const Trace& trace) const {
   const Stretch samples = inView(plot, trace);
   if (samples.count() == 0) return;
-  QPen pen(VisibleColour(plot.colour, colours_), plot.y.size() <= FewPoints ? FewWidth : LineWidth);
+  const double width = graph_.draft ? DraftWidth : plot.y.size() <= FewPoints ? FewWidth : LineWidth;
+  QPen pen(VisibleColour(plot.colour, colours_), width);
   pen.setJoinStyle(Qt::RoundJoin);
   if (plot.style == PlotStyle::Dashed) pen.setStyle(Qt::DashLine);
   painter->setPen(pen);
@@ -202,7 +204,7 @@ void GraphPicture::drawPlot(QCPPainter* painter, const Plot& plot, const Trace& 
 }
 
 void GraphPicture::drawEach(QCPPainter* painter, const Plot& plot, Stretch samples) const {
-  painter->setAntialiasing(plot.style != PlotStyle::Stair);
+  painter->setAntialiasing(plot.style != PlotStyle::Stair && !graph_.draft);
   CutLine line(painter, QRectF(clipRect()).adjusted(-Beyond, -Beyond, Beyond, Beyond));
   QPointF former;
   for (std::size_t i = samples.first; i < samples.last; ++i) {
@@ -292,7 +294,7 @@ void GraphPicture::drawDense(QCPPainter* painter, const std::vector<Column>& col
 
 /// Draws one line through the last samples of the columns, and through the extremes that lie beyond them.
 void GraphPicture::drawCalm(QCPPainter* painter, const std::vector<Column>& columns) const {
-  painter->setAntialiasing(true);
+  painter->setAntialiasing(!graph_.draft);
   CutLine line(painter, QRectF(clipRect()).adjusted(-Beyond, -Beyond, Beyond, Beyond));
   const double gap = 1.5 / columnsPerPixel_;
   const Column* former = nullptr;

@@ -43,8 +43,8 @@ constexpr int FixedColumn = 5;
 constexpr int SetByColumn = 6;
 constexpr int BeforeColumn = 7;
 constexpr int BeforePlace = 2;  // from 0: beside the value
-constexpr std::pair<int, int> ColumnWidths[] = {{1, 48}, {2, 66}, {3, 52}, {4, 52},
-                                                {5, 42}, {6, 48}, {7, 66}};
+constexpr std::pair<int, int> ColumnWidths[] = {{1, 44}, {2, 62}, {3, 56}, {4, 64},
+                                                {5, 42}, {6, 60}, {7, 62}};
 constexpr int LeastTableWidth = 378;  // pixels
 
 constexpr const char* Readouts[] = {"NumEvals", "FitNormResidual", "FitResidual", "FitEvalsPerSecond",

@@ -63,6 +63,19 @@ TEST_F(FitCommandTest, SeveralStartsAreSortedAndTheBestIsWritten) {
   EXPECT_EQ(folder.Names().size(), 3U);
 }
 
+/// Residual and rates as two other seeds found them, with ten times as many iterations.
+TEST_F(FitCommandTest, ARecordedSodiumCurrentIsFittedWithThePublishedScheme) {
+  options.list = ZELVANE_DATA "/examples/sodium/sodium.lst";
+  options.iterations = 1000;
+  options.restarts = 2;
+  const auto result = Result();
+  EXPECT_NEAR(result["sumOfSquares"].get<double>(), 4.738e6, 0.02e6);
+  EXPECT_NEAR(Model.KOn[3], 4173.0F, 40.0F);
+  EXPECT_NEAR(Model.KOff[1], 71.3F, 2.0F);
+  EXPECT_NEAR(Model.KOn[5], 2414.0F, 40.0F);
+  EXPECT_EQ(Model.KOn[1], 3.0F * Model.KOn[3]);  // the gates stay independent
+}
+
 TEST_F(FitCommandTest, AStopKeepsTheBestSoFar) {
   stop = true;
   options.outFile = folder.File("best.mod");
