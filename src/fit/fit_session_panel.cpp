@@ -21,8 +21,8 @@ using Clock = std::chrono::steady_clock;
 /// Between two drawings: a little more than ten come in a second.
 constexpr std::chrono::milliseconds DrawingGap{90};
 
-/// Rates, curve and log come with every fourth drawing of the comparison.
-constexpr int DrawingsPerRates = 4;
+/// Numbers, rates, curve and log come with every fifth drawing of the comparison: nobody reads them faster.
+constexpr int DrawingsPerNumbers = 5;
 
 Clock::time_point lastDrawing;
 int drawings = 0;
@@ -63,10 +63,10 @@ void ShowProgressOfFit() {
   const Clock::time_point now = Clock::now();
   if (now - lastDrawing < DrawingGap) return;
   lastDrawing = now;
-  ShowNumbers(DuringSession);
   if (Fit.FitKind != FitOfRates) FitPanelPlot();  // the stimulus is what varies
   FitPlot();
-  if (drawings++ % DrawingsPerRates != 0) return;
+  if (drawings++ % DrawingsPerNumbers != 0) return;
+  ShowNumbers(DuringSession);
   ShowRates();
   PlotFitProgress(FitSession.progressEvals, FitSession.progressResidual);
   TellLinesChanged(TextBoxNamed(FitLogBoxName));

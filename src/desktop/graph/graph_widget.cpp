@@ -84,7 +84,8 @@ GraphWidget::GraphWidget(Graph& graph, QWidget* parent)
   setFocusPolicy(Qt::StrongFocus);
   setAccessibleName(QString::fromStdString(graph.name + " graph"));
   plot_->setFocusPolicy(Qt::NoFocus);
-  plot_->setLocale(QLocale::c());  // a full stop as decimal mark, as in every file
+  plot_->setPlottingHints(QCP::phCacheLabels);  // without an own repaint of the window for each graph
+  plot_->setLocale(QLocale::c());               // a full stop as decimal mark, as in every file
   plot_->axisRect()->setMinimumMargins(LeastMargins);
   for (QCPAxis* axis : {plot_->xAxis, plot_->yAxis}) axis->setNumberFormat(QStringLiteral("gb"));
   cursors_->setLayer(QStringLiteral("overlay"));

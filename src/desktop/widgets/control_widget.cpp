@@ -212,7 +212,7 @@ void ControlWidget::showTip() {
 
 void ControlWidget::refresh() {
   showTip();
-  if (isHidden() == control_.visible) setVisible(control_.visible);
+  if (const bool shows = control_.visible && !folded_; isHidden() == shows) setVisible(shows);
   const bool open = !control_.dimmed;
   const int word = static_cast<int>(control_.number) - control_.choiceBase;
   if (field_ != nullptr) {

@@ -44,6 +44,9 @@ class ControlWidget : public QWidget {
   /// reads the value afterwards.
   void setTypesOnly(bool typesOnly) { typesOnly_ = typesOnly; }
 
+  /// Sets whether a closed section hides the widget. The next refresh() shows it.
+  void setFolded(bool folded) { folded_ = folded; }
+
   /// Makes a right click on a label, which a form puts beside the widget, ask for the help as well.
   void adopt(QLabel* label);
 
@@ -85,6 +88,7 @@ class ControlWidget : public QWidget {
   bool refused_ = false;
   bool entering_ = false;
   bool typesOnly_ = false;
+  bool folded_ = false;
 };
 
 /// Returns the look that suits a control, by its kind and choices.

@@ -139,8 +139,8 @@ void FormPage::refresh() {
     if (section.title != nullptr) section.title->setVisible(inSight);
     for (Line& line : section.lines) {
       for (ControlWidget* field : line.fields) {
+        field->setFolded(!shown);
         field->refresh();
-        if (!shown) field->hide();
       }
       if (line.label == nullptr) continue;
       const Control& control = line.fields.front()->control();

@@ -18,6 +18,8 @@ namespace {
 constexpr int FewColumns = 4;             // this many or fewer share the width
 constexpr int MaxCopiedRows = 1'000'000;  // a longer copy blocks the programs that paste it
 
+constexpr int MostCompared = 600;  // cells
+
 /// Returns the ground of the current row.
 QColor MarkColour() {
   QColor colour = AccentColour();
@@ -35,9 +37,24 @@ void TableRecordModel::refresh() {
     beginResetModel();
     rows_ = table_.rows;
     endResetModel();
-  } else if (rows_ > 0) {
+  } else if (rows_ > 0 && hasChanged()) {
     emit dataChanged(index(0, 0), index(rows_ - 1, table_.columns - 1));
   }
+}
+
+/// Returns whether a small table shows something else than at the last call. A large one counts as changed: its view
+/// asks for the cells in sight only.
+bool TableRecordModel::hasChanged() {
+  if (rows_ * table_.columns > MostCompared) return true;
+  QStringList texts{QString::number(table_.markedRow)};
+  for (int row = 1; row <= rows_; ++row) {
+    for (int column = 1; column <= table_.columns; ++column) {
+      texts << text(row, column) << doubt(index(row - 1, column - 1));
+    }
+  }
+  if (texts == texts_) return false;
+  texts_ = std::move(texts);
+  return true;
 }
 
 int TableRecordModel::rowCount(const QModelIndex& parent) const {

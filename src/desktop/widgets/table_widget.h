@@ -41,11 +41,13 @@ class TableRecordModel : public QAbstractTableModel {
   bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
  private:
+  bool hasChanged();
   QString shown(int row, int column) const;
   QString doubt(const QModelIndex& cell) const;
 
   Table& table_;
-  int rows_;  // the number that the view knows
+  int rows_;           // the number that the view knows
+  QStringList texts_;  // of the cells of a small table, with the row that was marked
   int digits_ = 0;
   int tickColumn_ = 0;  // 0 = no column
   std::set<int> readColumns_;
