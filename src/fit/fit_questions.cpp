@@ -7,6 +7,7 @@
 #include "fit/fit_vertices.h"
 #include "fit/session_store.h"
 #include "fit/wave_compare.h"
+#include "fit/wave_faults.h"
 #include "fit/wave_set_panels.h"
 #include "model/model_events.h"
 #include "model/model_panels.h"
@@ -37,11 +38,13 @@ constexpr char LogQuestion[] = "Do you want to log results to text file?";
 constexpr char AllFixed[] = "All rates are fixed. Free at least one before fitting.";
 constexpr char OtherForm[] = "The fit changes the rates of the %s, which is not the form on display.";
 constexpr char ReversedLimits[] = "The limits of row %d (%s) are the wrong way round: %g to %g.";
+constexpr char EqualLimits[] = "Both limits of row %d (%s) are %g.";
+constexpr char NoLimits[] = "A limit of row %d (%s) is not a number, and has no effect.";
+constexpr char StimulusUnlimited[] =
+    "Limits are off: a trial stimulus can be so strong that its simulation takes minutes.";
 constexpr char IntervalsRefused[] =
     "The intervals of a stimulus and a recording differ: use --any-interval to fit all the same.";
 constexpr char NoiseOn[] = "%s is on and acts on each simulation of the fit.";
-
-constexpr double LargestIntervalDifference = 0.0001;  // ms
 
 /// Returns the answer of the caller, or asks the user.
 bool Agreed(bool FitAnswers::*given, std::string_view title, std::string_view text) {
@@ -65,13 +68,24 @@ void ReadPanels() {
   }
 }
 
+void NoteLimitsOf(const FitRow& row) {
+  const FitLimit& limit = Fit.WaveFitLimits[Index(row.row)];
+  if (limit.lo < limit.hi || RowIsFixed(row.row)) return;
+  const std::string name = FormatText("K%d,%d", row.from, row.to);
+  if (limit.lo > limit.hi) {
+    Note(FormatText(ReversedLimits, row.row, name.c_str(), limit.lo, limit.hi));
+  } else if (limit.lo == limit.hi) {
+    Note(FormatText(EqualLimits, row.row, name.c_str(), limit.lo));
+  } else {
+    Note(FormatText(NoLimits, row.row, name.c_str()));
+  }
+}
+
 void NoteLimits() {
-  if (Fit.FitKind != FitOfRates || Fit.WaveFitLimitsOn == 0) return;
-  for (const FitRow& row : FitRowsInUse()) {
-    const FitLimit& limit = Fit.WaveFitLimits[Index(row.row)];
-    if (limit.lo <= limit.hi || RowIsFixed(row.row)) continue;
-    Note(FormatText(ReversedLimits, row.row, FormatText("K%d,%d", row.from, row.to).c_str(), limit.lo,
-                    limit.hi));
+  if (Fit.FitKind == FitOfStimulus) {
+    if (Fit.WaveFitLimitsOn == 0) Note(StimulusUnlimited);
+  } else if (Fit.WaveFitLimitsOn != 0) {
+    for (const FitRow& row : FitRowsInUse()) NoteLimitsOf(row);
   }
 }
 
@@ -94,9 +108,10 @@ bool IntervalsDiffer() {
   return std::fabs(difference) > LargestIntervalDifference;
 }
 
-/// Asks whether to go on with different intervals.
+/// Asks whether to go on with different intervals. A caller that answers beforehand is told of every waveform.
 bool IntervalsAccepted(std::string_view question) {
-  if (!IntervalsDiffer() || Agreed(&FitAnswers::anyInterval, WarningTitle.words, question)) return true;
+  const bool differ = IntervalsDiffer() || (FitSession.answers && WaveIntervalsDiffer());
+  if (!differ || Agreed(&FitAnswers::anyInterval, WarningTitle.words, question)) return true;
   if (FitSession.answers) Note(IntervalsRefused);
   return false;
 }
@@ -130,6 +145,7 @@ Outcome AskBeforeFit() {
     MessagePopup(WarningTitle, AllFixed);
     return Outcome::Refused;
   }
+  TellWaveFaults();
   OfferLongerStep();
   if (ofRates && (Fit.WaveFitLimitsOn == 0 || Fit.WaveFitFixOn == 0) && !FitSession.answers &&
       !ConfirmPopup(LimitsTitle, LimitsQuestion)) {
@@ -148,6 +164,7 @@ Outcome AskBeforeFit() {
 
 Outcome AskBeforeStep() {
   ReadPanels();
+  TellWaveFaults();
   if (Fit.FitKind == FitOfRates && IntervalsDiffer() &&
       !ConfirmPopup(WarningTitle.words,
                     FormatText(StepIntervalsQuestion, static_cast<double>(Fit.WaveStimInterval),

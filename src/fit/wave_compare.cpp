@@ -19,8 +19,6 @@ constexpr char IncompleteSecond[] = "Both stimulus2 and data2 file must be loade
 constexpr char IncompleteThird[] = "Both stimulus3 and data file3 must be loaded";
 constexpr char IncompletePair[] = "Both stimulus%d and data%d file must be loaded";
 constexpr char EmptyStimulus[] = "Waveform %d is compared under an empty stimulus.";
-constexpr char EndsEarly[] =
-    "The recording of waveform %d ends %d samples before the end of the fit; the rest is compared with 0.";
 constexpr char NoNumbers[] =
     "The recording of waveform %d has samples that are no numbers within the fit (%d).";
 constexpr char BadBaseline[] =
@@ -73,9 +71,6 @@ void BuildFitData(int w) {
   });
   for (const auto row : {&FitWaveform::FitX, &FitWaveform::FitData, &FitWaveform::FitSim})
     ReleaseZeroPages((wave.*row).subspan(Index(wave.FittedCount)));
-  const std::int64_t missing = start + Window(w).NumFitPts - wave.DataLength;
-  if (missing > 0)
-    Note(FormatText(EndsEarly, w, static_cast<int>(std::min<std::int64_t>(missing, Window(w).NumFitPts))));
   if (noNumbers > 0) Note(FormatText(NoNumbers, w, noNumbers));
 }
 

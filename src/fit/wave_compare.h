@@ -73,8 +73,8 @@ WavePeak PeakOfRecording(int w, std::int64_t span, float baseline);
 /// stimulus is empty.
 void ValidPairs();
 
-/// Fills `FitX`, `FitData` and `FittedCount` of each loaded waveform from its recording. Notes tell of recordings
-/// that end before the samples to compare, or that have samples without a number among them.
+/// Fills `FitX`, `FitData` and `FittedCount` of each loaded waveform from its recording; after its end with 0 minus
+/// the baseline. A note tells of a recording that has samples without a number among them.
 void FitDataBuild();
 
 /// Normalises the loaded recordings in place to the peak of waveform 1: (x - baseline) / (peak - baseline 1). Acts

@@ -62,14 +62,15 @@ void TellMemory(int before) {
   if (before < TellMegabytes && now >= TellMegabytes) Note(FormatText(MuchMemory, now));
 }
 
-/// Tells of a recording that a fit cannot use as it is.
+/// Tells of a recording that a fit cannot use as it is. The last sample can be one that a text reader has added.
 void TellOddSamples(const FitWaveform& wave) {
   const std::span<const float> samples = RecordingOf(wave);
   const auto noNumbers =
       std::count_if(samples.begin(), samples.end(), [](float x) { return !std::isfinite(x); });
   if (noNumbers > 0) {
     Note(FormatText(NoNumbers, wave.DataName.c_str(), static_cast<int>(noNumbers)));
-  } else if (std::all_of(samples.begin(), samples.end(), [&](float x) { return x == samples[0]; })) {
+  } else if (samples.size() > 1 &&
+             std::all_of(samples.begin(), samples.end() - 1, [&](float x) { return x == samples[0]; })) {
     Note(FormatText(AllEqual, wave.DataName.c_str(), static_cast<double>(samples[0])));
   }
 }
@@ -222,7 +223,10 @@ Outcome LoadWaveStimulus(int w, const std::string& path) {
   FitWaveform& wave = Wave(w);
   ClearWaveStimulus(w);
   wave.StimLength = WaveStimFileRead(path, wave);
-  if (wave.StimLength == 0) return Outcome::Failed;
+  if (wave.StimLength == 0) {
+    ClearWaveStimulus(w);  // what a cut file has left
+    return Outcome::Failed;
+  }
   wave.StimOn = 1;
   return Outcome::Done;
 }

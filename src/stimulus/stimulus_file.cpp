@@ -47,6 +47,7 @@ constexpr char TooLargeForWaveform[] =
     "Stimulus file larger than current array size; reset #export pts on Stim panel and save new *.stm file.";
 
 constexpr char ShortFile[] = "%s ends before its last profile: %s.";
+constexpr char ShortForWaveform[] = "%s ends before its last profile and is not loaded.";
 constexpr char ShortInAutomatic[] =
     "the automatic step is in %s again, the other profiles hold what was read";
 constexpr char ShortElse[] = "the profiles hold what was read, followed by zeros";
@@ -207,6 +208,7 @@ std::optional<StimulusRead> StimFileReadInto(const std::string& path, const Stim
     Model.ADInterval = WithinLimits(intervalMs);
     ShowStimulusOfFile();
   }
+  if (!complete) Note(FormatText(ShortForWaveform, FileNameOf(path).c_str()));
   return StimulusRead{complete ? samples : 0, intervalMs};
 }
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "fit/wave_faults.h"
 #include "model/model_store.h"
 #include "support/store_test.h"
 
@@ -66,19 +67,40 @@ TEST_F(WaveCompareTest, DataOfTheFitAreIndexAndRecordingLessItsBaseline) {
   EXPECT_TRUE(notes.empty());
 }
 
-TEST_F(WaveCompareTest, AFitBeyondTheRecordingIsToldAndReadsNoSampleAfterTheArray) {
+TEST_F(WaveCompareTest, AFitBeyondTheRecordingReadsNoSampleAfterTheArray) {
   Load(1, 1.0F, 5.0F);
   Fit.Waveform[1].NumFitPts = 100;
   FitDataBuild();
   EXPECT_EQ(Fit.Wave[1].FitData[49], -1.0F);
-  EXPECT_EQ(
-      notes,
-      Texts{"The recording of waveform 1 ends 68 samples before the end of the fit; the rest is compared "
-            "with 0."});
   Fit.Waveform[1].DataFitStart = 3e8F;
   Fit.Waveform[1].DataBaselineStart = -1e30F;
   FitDataBuild();
   EXPECT_EQ(Fit.Wave[1].FitData[49], -1.0F);
+}
+
+TEST_F(WaveCompareTest, FaultsOfTheWaveformsAreToldOnceForEachKind) {
+  for (const int w : {1, 2, 4}) {
+    Load(w, 1.0F, 5.0F);
+    FitWaveform& wave = Fit.Wave[Index(w)];
+    wave.StimOn = 1;
+    wave.StimLength = 60;
+    wave.WaveDataInterval = wave.WaveStimInterval = 0.125F;
+  }
+  TellWaveFaults();
+  EXPECT_EQ(notes, Texts{});
+  Fit.Waveform[1].NumFitPts = 0;
+  Fit.Waveform[2].NumFitPts = Fit.Waveform[4].NumFitPts = 50;
+  Fit.Waveform[2].DataBaselineStart = 4.5F;
+  Fit.Wave[4].WaveStimInterval = 0.25F;
+  EXPECT_TRUE(WaveIntervalsDiffer());
+  TellWaveFaults();
+  EXPECT_EQ(notes,
+            (Texts{"Waveform 1: there are no fit points, so nothing is compared.",
+                   "Waveforms 2, 4: the recording ends before the fit does; the rest is compared with 0.",
+                   "Waveforms 2, 4: the stimulus ends before the fit does; from there on the voltage and all "
+                   "drugs are 0.",
+                   "Waveform 2: the baseline goes beyond the end of the recording, where all samples are 0.",
+                   "Waveform 4: the intervals of recording and stimulus differ."}));
 }
 
 TEST_F(WaveCompareTest, NormalisedRecordingsAreInUnitsOfTheFirstPeak) {
