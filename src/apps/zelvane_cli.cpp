@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -23,6 +24,12 @@
 
 namespace zelvane {
 namespace {
+
+/// Returns why an option is no positive finite number, or an empty text.
+std::string PositiveFinite(const std::string& text) {
+  const auto number = ParseNumber(text);
+  return number && std::isfinite(*number) && *number > 0.0 ? std::string() : text + " is no positive number";
+}
 
 constexpr char Description[] = "Kinetic schemes of ion channels, without a display.";
 
@@ -400,7 +407,7 @@ void AddFitRun(CLI::App& fit, FitArguments& arguments) {
       ->check(count)
       ->type_name("N");
   fit.add_option("--tolerance", options.tolerance, "spread of the residuals at which a run has converged")
-      ->check(CLI::PositiveNumber.description(""))
+      ->check(PositiveFinite)
       ->type_name("T");
   fit.add_option("--starts", options.starts, "repeat from the same rates with other seeds, and compare")
       ->check(count)

@@ -11,6 +11,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds BreathInterval{20};
 constexpr std::chrono::milliseconds ShowInterval{50};
+constexpr std::chrono::seconds LongestFinalRun{2};  // after a stop
 constexpr std::size_t MostProgressPoints = 2000;
 
 Clock::time_point lastBreath;  // of the process
@@ -52,11 +53,12 @@ bool StopInPass() {
 }
 
 bool StopOfEvaluation() {
-  if (FitSession.finalRun) return false;
-  if (const Clock::time_point now = Clock::now(); now - lastBreath >= BreathInterval) {
+  const Clock::time_point now = Clock::now();
+  if (now - lastBreath >= BreathInterval) {
     Breathe(0.0);
     lastBreath = Clock::now();
   }
+  if (FitSession.finalRun && now - FitSession.finalBegan < LongestFinalRun) return false;
   return StopAsked();
 }
 

@@ -14,7 +14,7 @@ void BeginFitProgress();
 bool StopInPass();
 
 /// Lets a window repaint, at most about 40 times a second, during a long simulation. Returns whether the user wants to
-/// stop.
+/// stop; the last run of the best vertex takes no stop in its first two seconds.
 bool StopOfEvaluation();
 
 /// Stores the normalised residual of the best vertex, adds a point to the curve and announces FitProgressed. Unless

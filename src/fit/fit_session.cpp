@@ -1,6 +1,7 @@
 #include "fit/fit_session.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <utility>
 
@@ -38,6 +39,8 @@ namespace {
 
 constexpr char SaveTitle[] = "Concluded Waveform Fitting";
 constexpr char SaveQuestion[] = "Save parameter file?";
+constexpr char LastRunStopped[] =
+    "The last run took long and was stopped: the best values are in the model, the curves are of other values.";
 constexpr char ExportTitle[] = "?";
 constexpr char ExportQuestion[] = "Do you want to export fitted curves to ascii file?";
 
@@ -58,6 +61,7 @@ class ActiveFit {
  private:
   int points_;
   int viewed_;
+  ConsoleAsNotes notes_;
 };
 
 void ShowValues() {
@@ -141,12 +145,14 @@ bool PassOfSession() {
 void RunBestVertex() {
   FitSession.stopped = false;
   FitSession.finalRun = true;
+  FitSession.finalBegan = std::chrono::steady_clock::now();
   if (Fit.FitKind == FitOfRates) {
     RateVertexRun(Vertices.simplex.BestVertex);
   } else {
     StimVertexRun(Vertices.simplex.BestVertex);
   }
   FitSession.finalRun = false;
+  if (FitSession.stopped) Note(LastRunStopped);
 }
 
 /// Runs the simplex of a fit of waveforms. Returns its result code.

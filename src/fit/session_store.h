@@ -61,7 +61,8 @@ struct FitSessionStore {
   int peakStart = 0;                  // AlignIndex of waveform 1 before this evaluation
   std::optional<FitAnswers> answers;  // empty = the user is asked
   bool stopped = false;               // the user stopped; no further simulation
-  bool finalRun = false;              // the best vertex goes into the model: a wish to stop has no effect
+  bool finalRun = false;              // the best vertex goes into the model: a wish to stop has little effect
+  std::chrono::steady_clock::time_point finalBegan{};
   ToldOnce told{};
   FittedValues before{};   // of the start of the session
   FittedValues after{};    // of its end

@@ -1,5 +1,8 @@
 #include "screen/popups.h"
 
+#include <optional>
+#include <set>
+#include <string>
 #include <utility>
 
 #include "screen/announce.h"
@@ -14,6 +17,9 @@ FrontEnd& Current() {
   static FrontEnd frontEnd;
   return frontEnd;
 }
+
+/// Lines that ConsoleAsNotes has told; empty without one.
+std::optional<std::set<std::string, std::less<>>> linesTold;
 
 constexpr std::string_view NoHelpFile = "The help file is missing beside the program.";
 
@@ -116,8 +122,20 @@ void ForgetStop() {
   Requests.StopRequested = 0;
 }
 
+ConsoleAsNotes::ConsoleAsNotes() {
+  linesTold.emplace();
+}
+
+ConsoleAsNotes::~ConsoleAsNotes() {
+  linesTold.reset();
+}
+
 void ConsoleLine(std::string_view text) {
-  if (Current().console) Current().console(text);
+  if (linesTold) {
+    if (linesTold->emplace(text).second) Note(text);
+  } else if (Current().console) {
+    Current().console(text);
+  }
 }
 
 void ShowProgress(double fraction, std::string_view text) {

@@ -60,6 +60,16 @@ void ForgetStop();  // at the start of a work: an earlier wish is no longer vali
 /// Writes a line to the program's console.
 void ConsoleLine(std::string_view text);
 
+/// While one exists, a line for the console becomes a note, and the same line does so only once: the runs of a fit
+/// would repeat it thousands of times. There is at most one.
+class ConsoleAsNotes {
+ public:
+  ConsoleAsNotes();
+  ConsoleAsNotes(const ConsoleAsNotes&) = delete;
+  ConsoleAsNotes& operator=(const ConsoleAsNotes&) = delete;
+  ~ConsoleAsNotes();
+};
+
 /// Moves the progress bar, from 0 to 1, with a text beside it. ResetProgress empties it.
 void ShowProgress(double fraction, std::string_view text = {});
 void ResetProgress();
