@@ -228,10 +228,14 @@ void TaskPage::refresh(const std::set<Graph*>& changed) {
   if (stepper_ != nullptr) stepper_->setVisible(Trace.EpisodeCount > 1);
   form().refresh();
   for (TableWidget* table : tables_) table->refresh();
+  refreshGraphs(changed);
+  refreshMore();
+}
+
+void TaskPage::refreshGraphs(const std::set<Graph*>& changed) {
   for (GraphWidget* graph : graphs_) {
     if (changed.contains(&graph->graph())) graph->refresh();
   }
-  refreshMore();
 }
 
 bool TaskPage::settingsOpen() const {

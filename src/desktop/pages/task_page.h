@@ -39,6 +39,9 @@ class TaskPage : public QWidget {
   /// Shows what the records hold; redraws only the graphs in `changed`.
   void refresh(const std::set<Graph*>& changed);
 
+  /// Shows the graphs of `changed` alone.
+  void refreshGraphs(const std::set<Graph*>& changed);
+
   /// Returns all graphs of the page, for a page that comes to the front.
   std::set<Graph*> graphs() const { return {panel_.graphs.begin(), panel_.graphs.end()}; }
 

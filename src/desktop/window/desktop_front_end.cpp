@@ -78,7 +78,7 @@ FrontEnd DesktopFrontEnd::functions() {
   frontEnd.panelChanged = [this](Panel&) { scheduleRefresh(); };
   frontEnd.graphChanged = [this](Graph& graph) {
     changedGraphs_.insert(&graph);
-    scheduleRefresh();
+    if (!refreshTimer_.isActive()) refreshTimer_.start();
   };
   frontEnd.quit = [] { QCoreApplication::exit(0); };
   frontEnd.help = [this](int topic) { return openHelp && openHelp(topic); };
@@ -90,12 +90,19 @@ FrontEnd DesktopFrontEnd::functions() {
 }
 
 void DesktopFrontEnd::scheduleRefresh() {
+  controlsChanged_ = true;
   if (!refreshTimer_.isActive()) refreshTimer_.start();
 }
 
 void DesktopFrontEnd::refreshNow() {
   refreshTimer_.stop();
-  emit recordsChanged(std::exchange(changedGraphs_, {}));
+  // A fit draws its graphs more often than anything else of its page.
+  const bool graphsAlone = Screen.busy > 0 && !std::exchange(controlsChanged_, false);
+  const std::set<Graph*> graphs = std::exchange(changedGraphs_, {});
+  if (graphsAlone)
+    emit graphsChanged(graphs);
+  else
+    emit recordsChanged(graphs);
 }
 
 void DesktopFrontEnd::showMessage(MessageTitle title, std::string_view text) {

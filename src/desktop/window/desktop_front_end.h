@@ -52,6 +52,9 @@ class DesktopFrontEnd : public QObject {
 
  signals:
   void recordsChanged(const std::set<zelvane::Graph*>& graphs);
+
+  /// Sent instead while a command runs and has changed nothing but the plots of graphs.
+  void graphsChanged(const std::set<zelvane::Graph*>& graphs);
   void progressed(double fraction, const QString& text);
   void noted(const QString& sentence);
   void breathed(double fraction);  // about 15 times a second while a run computes
@@ -73,6 +76,7 @@ class DesktopFrontEnd : public QObject {
   QElapsedTimer sinceEvents_;
   QElapsedTimer sinceProgress_;
   std::set<Graph*> changedGraphs_;
+  bool controlsChanged_ = true;  // since the last refresh
   std::set<const Panel*> modal_;
   bool unattended_ = false;
 };

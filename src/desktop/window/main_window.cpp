@@ -237,6 +237,7 @@ void MainWindow::connectFrontEnd() {
   frontEnd_.setWindow(this);
   frontEnd_.openHelp = [this](int topic) { return openHelp(topic); };
   connect(&frontEnd_, &DesktopFrontEnd::recordsChanged, this, &MainWindow::refresh);
+  connect(&frontEnd_, &DesktopFrontEnd::graphsChanged, this, &MainWindow::refreshGraphs);
   connect(&frontEnd_, &DesktopFrontEnd::progressed, status_, &MainStatus::showProgress);
   connect(status_, &MainStatus::stopPressed, this, [] { StopWork(); });
   connect(&frontEnd_, &DesktopFrontEnd::noted, status_, &MainStatus::showNote);
@@ -275,6 +276,13 @@ void MainWindow::refresh(const std::set<Graph*>& changed) {
   status_->refresh();
   if (Screen.busy == 0) status_->showProgress(-1.0, {});
   refreshTitle();
+}
+
+void MainWindow::refreshGraphs(const std::set<Graph*>& changed) {
+  for (const Task& task : tasks_) {
+    if (pages_->currentWidget() == task.page) task.page->refreshGraphs(changed);
+  }
+  refreshDialogs(changed);
 }
 
 void MainWindow::refreshDialogs(const std::set<Graph*>& changed) {

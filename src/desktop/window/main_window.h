@@ -70,6 +70,7 @@ class MainWindow : public QMainWindow {
   void addTools();
   void connectFrontEnd();
   void goTo(const Task& task);
+  void refreshGraphs(const std::set<Graph*>& changed);
   void refreshDialogs(const std::set<Graph*>& changed);
   void refreshTitle();
   void refreshIcons();
