@@ -69,10 +69,10 @@ TEST_F(FitCommandTest, ARecordedSodiumCurrentIsFittedWithThePublishedScheme) {
   options.iterations = 1000;
   options.restarts = 2;
   const auto result = Result();
-  EXPECT_NEAR(result["sumOfSquares"].get<double>(), 4.738e6, 0.02e6);
-  EXPECT_NEAR(Model.KOn[3], 4173.0F, 40.0F);
-  EXPECT_NEAR(Model.KOff[1], 71.3F, 2.0F);
-  EXPECT_NEAR(Model.KOn[5], 2414.0F, 40.0F);
+  EXPECT_NEAR(result["sumOfSquares"].get<double>(), 4.972e6, 0.02e6);
+  EXPECT_NEAR(Model.KOn[3], 4187.0F, 40.0F);
+  EXPECT_NEAR(Model.KOff[1], 68.9F, 2.0F);
+  EXPECT_NEAR(Model.KOn[5], 2390.0F, 40.0F);
   EXPECT_EQ(Model.KOn[1], 3.0F * Model.KOn[3]);  // the gates stay independent
 }
 
