@@ -73,7 +73,7 @@ TEST_F(FitCommandTest, ARecordedSodiumCurrentIsFittedWithThePublishedScheme) {
   EXPECT_NEAR(Model.KOn[3], 4187.0F, 40.0F);
   EXPECT_NEAR(Model.KOff[1], 68.9F, 2.0F);
   EXPECT_NEAR(Model.KOn[5], 2390.0F, 40.0F);
-  EXPECT_EQ(Model.KOn[1], 3.0F * Model.KOn[3]);  // the gates stay independent
+  EXPECT_FLOAT_EQ(Model.KOn[1], 3.0F * Model.KOn[3]);  // the gates stay independent
 }
 
 TEST_F(FitCommandTest, AStopKeepsTheBestSoFar) {
