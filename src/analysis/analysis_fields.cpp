@@ -34,13 +34,21 @@ void RegisterFitOfResponse() {
       ScalarField("DualSpeedPts", AnalysisFit.DualSpeedPts),
       ScalarField("FitStartPts", AnalysisFit.FitStartPts),
   });
+  RegisterSettings({
+      ScalarField("FitExtrapolate", AnalysisFit.FitExtrapolate),
+      ScalarField("ShowFitResidual", Analysis.ShowFitResidual),
+  });
   RegisterResults({
       ScalarField("FitAmp1", AnalysisFit.FitAmp1),
       ScalarField("FitTau1", AnalysisFit.FitTau1, "ms"),
       ScalarField("FitAmp2", AnalysisFit.FitAmp2),
       ScalarField("FitTau2", AnalysisFit.FitTau2, "ms"),
       ScalarField("FitOffset", AnalysisFit.FitOffset),
+      ScalarField("FitAmp1Extrap", AnalysisFit.FitAmp1Extrap),
+      ScalarField("FitAmp2Extrap", AnalysisFit.FitAmp2Extrap),
+      ScalarField("FitSStot", AnalysisFit.FitSStot),
       ScalarField("FitGoodness", AnalysisFit.FitGoodness),
+      ScalarField("AnalysisNormResidual", AnalysisFit.AnalysisNormResidual),
   });
 }
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 
+#include "analysis/analysis_fit_store.h"
 #include "analysis/analysis_panel.h"
 #include "analysis/analysis_plot_panels.h"
 #include "analysis/analysis_store.h"
@@ -17,6 +18,7 @@ extern const Colour PeakMark{192, 0, 0};
 extern const Colour RiseMark{224, 112, 0};
 extern const Colour DecayMark{144, 0, 144};
 extern const Colour IntegralMark{96, 96, 96};
+extern const Colour FitMark{208, 0, 112};
 
 namespace {
 
@@ -63,10 +65,22 @@ void DrawLatency(const MeasureSettings& settings, const ResponseMeasures& m) {
            m.Baseline + LatencyLevel(settings, m), LatencyColour);
 }
 
+/// Draws the curve of the fit over the response, and what it leaves below it.
+void DrawFit() {
+  const FittedCurve& curve = AnalysisFit.Curve;
+  if (curve.sample.empty() || MeasuresOnPanel().live) return;
+  PlotPoints(AnalysisGraph(), PlotStyle::Line, FitMark, curve.sample, curve.value);
+  Graph& residual = GraphNamed(AnalysisResidualName);
+  const std::array<double, 2> ends = {curve.sample.front(), curve.sample.back()};
+  PlotPoints(residual, PlotStyle::Line, IntegralMark, ends, std::array{0.0F, 0.0F});
+  PlotPoints(residual, PlotStyle::Line, FitMark, curve.sample, curve.residual);
+}
+
 }  // namespace
 
 void DrawAnalysisMarks() {
   KeepPlots(AnalysisGraph(), 1);
+  ClearPlots(GraphNamed(AnalysisResidualName));
   const ShownMeasures shown = MeasuresOnPanel();
   const MeasureSettings& settings = shown.settings;
   const ResponseMeasures& m = shown.measures;
@@ -81,6 +95,7 @@ void DrawAnalysisMarks() {
   if (made(MeasuredRise)) DrawRise(settings, m);
   if (made(MeasuredDecay)) DrawDecay(settings, m);
   if (made(MeasuredLatencyRise)) DrawLatency(settings, m);
+  DrawFit();
 }
 
 void ShowAnalysisMarks() {

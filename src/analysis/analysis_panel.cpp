@@ -9,6 +9,7 @@
 #include "analysis/analysis_store.h"
 #include "analysis/analysis_views.h"
 #include "analysis/analyze.h"
+#include "analysis/exponential_fit.h"
 #include "analysis/measures.h"
 #include "model/model_events.h"
 #include "model/model_store.h"
@@ -16,6 +17,7 @@
 #include "parameters/fit_limits_panel.h"
 #include "parameters/fit_modes.h"
 #include "parameters/parameters_store.h"
+#include "parameters/vertex_store.h"
 #include "platform/index.h"
 #include "screen/screen.h"
 #include "trace/trace_events.h"
@@ -55,8 +57,34 @@ double MsToCount(double ms) {
   return std::trunc(count + std::clamp(count * FloatQuotientError, -LargestCorrection, LargestCorrection));
 }
 
-double SameNumber(double number) {
-  return number;
+// -- The choice of the exponential fit --
+
+constexpr double OtherFit = 4.0;  // place of the word that stands for a fit of another subject
+
+/// Returns the place of a FitMode among the words of its field.
+double ChosenExponential(double mode) {
+  return mode >= 0.0 && mode <= FitRise ? mode : OtherFit;
+}
+
+double FitModeOfChoice(double choice) {
+  return choice == OtherFit ? Parameters.FitMode : choice;
+}
+
+struct OtherFitWord {
+  int mode;
+  const char* word;
+};
+constexpr OtherFitWord OtherFitWords[] = {
+    {FitDoseResponse, "dose-response"}, {FitSublevels, "sublevels"}, {FitCurrentVariance, "current-variance"},
+    {FitDwells, "dwell times"},         {FitSpectrum, "spectrum"},   {FitWaveforms, "waveforms"}};
+
+/// Gives the field of the exponential fit a word for the fit of another subject while that is the present one.
+void ShowOtherFit() {
+  Control& control = ControlNamed("FitMode");
+  control.choices.resize(static_cast<std::size_t>(OtherFit));
+  for (const auto& [mode, word] : OtherFitWords) {
+    if (mode == Parameters.FitMode) control.choices.emplace_back(word);
+  }
 }
 
 constexpr std::int64_t SpareSamples = 10;  // kept free after a stretch that was cut
@@ -94,6 +122,23 @@ void FxnSetting(const ControlEvent&) {
   ShowLiveMeasures(StoredMeasureSettings());
 }
 
+/// Keeps the settings of the fit in their ranges.
+void FxnFitSetting(const ControlEvent& event) {
+  AnalysisFitStore& f = AnalysisFit;
+  f.AnalysisFitPts = std::clamp(f.AnalysisFitPts, 1, MaxFormulaPoints);
+  f.AnalysisParse = std::max(f.AnalysisParse, 1);
+  f.FitStartPts = std::max(f.FitStartPts, 0);
+  f.AnalysisNumIterations = std::max(f.AnalysisNumIterations, 1);
+  f.AnalysisNumRestarts = std::max(f.AnalysisNumRestarts, 0);
+  f.AnalysisTolerance = std::max(f.AnalysisTolerance, 0.0);
+  ShowField(event.control->name);
+  ShowLiveMeasures(StoredMeasureSettings());
+}
+
+void FxnShowResidual(const ControlEvent&) {
+  ShowAnalysisMarks();
+}
+
 void FxnTraceUnits(const ControlEvent&) {
   if (Trace.TraceUnits <= TraceProbability) {
     Model.DisplayUnits = Trace.TraceUnits;
@@ -110,7 +155,7 @@ void AN_Expmodel(const ControlEvent&) {
 
 void FxnFitParams(const ControlEvent&) {
   ReadAnalysisPanel();
-  ShowFitLimits(Parameters.FitMode);
+  ShowFitLimits(ChosenExponential(Parameters.FitMode) == OtherFit ? FitDecay : Parameters.FitMode);
 }
 
 void AN_AnalyzeButton(const ControlEvent&) {
@@ -119,6 +164,7 @@ void AN_AnalyzeButton(const ControlEvent&) {
     MessagePopup(NoticeTitle, WaveformFitQuestion);
     return;
   }
+  ForgetStop();
   AnalyzeTrace();
 }
 
@@ -203,13 +249,35 @@ constexpr ControlDecl SettingControls[] = {
      .command = "FxnLatencyFrac", .action = FxnSetting, .help = "Fraction of the amplitude at which the latency of the rise ends."},
     {.name = "FitMode", .kind = Choice, .label = "Exponential fit", .format = "%d", .command = "AN_Expmodel", .action = AN_Expmodel,
      .help = "Switch exponential fitting model between single or dual components.",
-     .choices = "none|decay|two decays|rise", .toShown = SameNumber, .toStored = SameNumber},
-    {.name = "AnalysisFitPts", .kind = Number, .label = "Num Fit Pts", .format = "%d", .command = "FxnNumFitPts", .action = FxnSetting,
+     .choices = "none|decay|two decays|rise", .toShown = ChosenExponential, .toStored = FitModeOfChoice},
+    {.name = "AnalysisFitPts", .kind = Number, .label = "Num Fit Pts", .format = "%d", .command = "FxnNumFitPts",
+     .action = FxnFitSetting,
      .help = "Number of data points used by simplex algorithm in fitting routine.\nTotal fit range is defined by the product "
             "of Parse and Num Fit Pts."},
-    {.name = "AnalysisParse", .kind = Number, .label = "Parse", .format = "%d", .command = "FxnParseWaveform", .action = FxnSetting,
+    {.name = "AnalysisParse", .kind = Number, .label = "Parse", .format = "%d", .command = "FxnParseWaveform", .action = FxnFitSetting,
      .help = "Number of data points to skip in between each fitted data point.\nTotal fit range is defined by the product of "
             "Parse and Num Fit Pts."},
+    {.name = "DualSpeedPts", .kind = Number, .label = "Dual speed points", .format = "%d", .command = "FxnDualSpeed",
+     .action = FxnFitSetting,
+     .help = "Fit exponential decay using two different time intervals.\nThe specified number of points are used point-by-point "
+     "for fitting,\nafter which an interval defined by Parse is used to separate fitted points."},
+    {.name = "FitStartPts", .kind = Number, .label = "Skip at start", .unit = "samples", .format = "%d",
+     .command = "FxnFitStart", .action = FxnFitSetting,
+     .help = "Skip the specified number fo data points after the peak amplitude before starting to use data points for fitting."},
+    {.name = "FitExtrapolate", .kind = Switch, .label = "Extrapolate amplitude", .format = "%d", .command = "FxnExtrapolate",
+     .action = FxnSetting,
+     .help = "Extrapolate Peak amplitude to start of peak search (left red cursor).", .choices = "off|on"},
+    {.name = "AnalysisNumIterations", .kind = Number, .label = "Iterations", .format = "%d", .command = "FxnNumIterations",
+     .action = FxnFitSetting,
+     .help = "Number of evaluations to complete for each call to simplex algorithm.  A single fitting session implements the "
+     "simplex routine Num Restart times"},
+    {.name = "AnalysisNumRestarts", .kind = Number, .label = "Restarts", .format = "%d", .command = "FxnNumRestarts",
+     .action = FxnFitSetting,
+     .help = "Number of times to restart the simplex algorithm during each Fitting session."},
+    {.name = "AnalysisTolerance", .kind = Number, .label = "Tolerance", .format = "%g", .command = "FxnTolerance",
+     .action = FxnFitSetting,
+     .help = "Factional tolerance, which reflects difference between various internal simplex solutions.\nWhen the specified "
+     "unitless fraction is reached, the simplex has converged."},
     {.name = "AutoSaveMeasures", .kind = Switch, .label = "Save each analysis", .format = "%d",
      .command = "FxnAutoSaveMeasures",
      .help = "Append every analysis to the measures file (*.res). A spreadsheet can read this file.", .choices = "off|on"},
@@ -266,8 +334,16 @@ constexpr ControlDecl ResultControls[] = {
      .command = "FxnExponentialOffset", .help = FitOffsetHelp},
     {.name = "FitGoodness", .kind = Readout, .label = "Goodness of fit", .format = "%.6g",
      .command = "FxnNormResiduals", .help = GoodnessHelp},
+    {.name = "AnalysisNormResidual", .kind = Readout, .label = "Residual (pA2)", .format = "%.5g", .help = GoodnessHelp},
     {.name = "AnalysisFitNote", .kind = Readout, .label = "Fit", .format = "", .command = "FxnFitResult",
      .help = "Result from most recent fitting session (Converge, Maximum Iterations, User Break, One Step)."},
+};
+
+constexpr ControlDecl ResidualControls[] = {
+    {.name = "ShowFitResidual", .kind = Switch, .label = "Show residual", .format = "%d", .command = "FxnShowResidual",
+     .action = FxnShowResidual,
+     .help = "Show the residual below the response: trace less fitted curve, at the points of the exponential fit.",
+     .choices = "off|on"},
 };
 
 constexpr ControlDecl StatusControls[] = {
@@ -312,13 +388,17 @@ struct UnitLabel {
   const char* withUnit;  // %s = the unit
   const char* plain;     // for numbers without a unit
 };
-constexpr UnitLabel UnitLabels[] = {
-    {"Baseline", "Baseline (%s)", "Baseline(#)"},  {"BaselineVar", "Var (%s2)", "Var (#2)"},
-    {"PeakValue", "Peak (%s)", "Peak (#)"},        {"Integral", "Integral(%sms)", "Integral(#ms)"},
-    {"FitAmp1", "Amp1 (%s)", "Amp1 (#)"},          {"FitAmp2", "Amp2 (%s)", "Amp2 (#)"},
-    {"FitOffset", "Offset (%s)", "Exp Offset (#)"}};
+constexpr UnitLabel UnitLabels[] = {{"Baseline", "Baseline (%s)", "Baseline(#)"},
+                                    {"BaselineVar", "Var (%s2)", "Var (#2)"},
+                                    {"PeakValue", "Peak (%s)", "Peak (#)"},
+                                    {"Integral", "Integral(%sms)", "Integral(#ms)"},
+                                    {"FitAmp1", "Amp1 (%s)", "Amp1 (#)"},
+                                    {"FitAmp2", "Amp2 (%s)", "Amp2 (#)"},
+                                    {"FitOffset", "Offset (%s)", "Exp Offset (#)"},
+                                    {"AnalysisNormResidual", "Residual (%s2)", "Residual (#2)"}};
 
 void ShowUnits() {
+  ShowOtherFit();
   ShowField("TraceUnits");
   const std::string unit = TraceUnitWord();
   for (const UnitLabel& label : UnitLabels) {
@@ -330,6 +410,8 @@ void ShowUnits() {
   ControlNamed("FitTau1").label = one ? "Tau (ms)" : "Tau1 (ms)";
   Graph& graph = GraphNamed(AnalysisPanelName);
   SetAxisTitle(graph, 'y', unit.empty() ? "Amplitude (#)" : "Amplitude (" + unit + ')');
+  SetAxisTitle(GraphNamed(AnalysisResidualName), 'y',
+               unit.empty() ? "Residual (#)" : "Residual (" + unit + ')');
 }
 
 void ShowFitStatus() {
@@ -353,18 +435,34 @@ void ShowResult(const char* control, double value, bool measured) {
     ShowText(control, "");
 }
 
+/// Returns how the fit of the response ended.
+const char* FitEnd() {
+  switch (Vertices.FitResultCode) {
+    case FitConverged:
+      return "Converge";
+    case FitMaxIterations:
+      return "Maximum Iterations";
+    default:
+      return "User Break";
+  }
+}
+
+const char* FitNote(const ShownMeasures& shown, bool ran) {
+  if (ran) return FitEnd();
+  return IsExponentialFit(Parameters.FitMode) && shown.measures.measured != 0 ? NoFit : "";
+}
+
 void ShowFit(const ShownMeasures& shown) {
-  const bool ran = Analysis.FitRan != 0 && !shown.live;
-  const bool two = ran && Parameters.FitMode == FitTwoDecays;
+  const bool ran = Analysis.FittedMode != 0 && !shown.live;
+  const bool two = ran && Analysis.FittedMode == FitTwoDecays;
   ShowResult("FitAmp1", AnalysisFit.FitAmp1, ran);
   ShowResult("FitTau1", AnalysisFit.FitTau1, ran);
   ShowResult("FitAmp2", AnalysisFit.FitAmp2, two);
   ShowResult("FitTau2", AnalysisFit.FitTau2, two);
   ShowResult("FitOffset", AnalysisFit.FitOffset, ran);
   ShowResult("FitGoodness", static_cast<double>(AnalysisFit.FitGoodness), ran);
-  if (!ran)
-    ShowText("AnalysisFitNote",
-             IsExponentialFit(Parameters.FitMode) && shown.measures.measured != 0 ? NoFit : "");
+  ShowResult("AnalysisNormResidual", AnalysisFit.AnalysisNormResidual, ran);
+  ShowText("AnalysisFitNote", FitNote(shown, ran));
 }
 
 /// Reads the panel for a measure, and the limits of an exponential fit, which the engine takes from their copy.
@@ -386,6 +484,7 @@ void AddAnalysisPanel() {
   AddControls(AnalysisPanelName, SettingsGroup, SettingControls);
   AddControls(AnalysisPanelName, "units", UnitControls);
   AddControls(AnalysisPanelName, ResultsGroup, ResultControls);
+  AddControls(AnalysisPanelName, "residual", ResidualControls);
   AddControls(AnalysisPanelName, "status", StatusControls);
   AddControls(AnalysisPanelName, "commands", CommandControls);
   // A readout shows a result only if it was measured, whatever its field holds.
@@ -402,6 +501,7 @@ void AddAnalysisPanel() {
   AddMenu(AnalysisMenu);
   MeasureSettingsWanted.Add(ReadMeasureSettings);
   FitModeChanged.Add(ShowUnits);
+  FitPointsReduced.Add([] { ShowField("AnalysisFitPts"); });
   AnalysisFitSwitchesRead.Add(ShowFitStatus);
   ModelFileToSave.Add(ReadAnalysisPanel);
   MeasuresChanged.Add(ShowMeasures);

@@ -23,6 +23,7 @@ extern const Colour PeakMark;
 extern const Colour RiseMark;
 extern const Colour DecayMark;
 extern const Colour IntegralMark;
+extern const Colour FitMark;
 
 void AddAnalysisPanel();
 

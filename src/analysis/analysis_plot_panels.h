@@ -2,7 +2,7 @@
 // another.
 //
 //   Graph      AnalysisGraph  PointsOfTrace  SampleOf  MsOf                  analysis_view_panel.cpp
-//   Ranges     AnalysisViewIsZoomed  FollowAnalysisRange  ShowNewAnalysisRange  ShowWholeAnalysisRange
+//   Ranges     AnalysisViewIsZoomed  FollowAnalysisRange  FollowResidualRange  ShowNewAnalysisRange  ShowWholeAnalysisRange
 //              HideCursorsOutsideView  PlaceFirstCorner                    analysis_ranges_panel.cpp
 //   Cursors    AnalysisCursor                                               analysis_cursors_panel.cpp
 //   Readouts   ShowCursorReadouts  LockReadoutCursors  SetCursorOnTrace      analysis_readouts_panel.cpp
@@ -53,6 +53,9 @@ bool AnalysisViewIsZoomed();
 /// Follows a change of the view: hides the cursors outside and draws the marks again. Fits y to a new x
 /// range; after a zoom of y alone y stays.
 void FollowAnalysisRange(Graph& graph);
+
+/// Gives the response the x range of its residual, which the user has changed.
+void FollowResidualRange(Graph& residual);
 
 /// Does the same for a range of a command, and fits y also to an unchanged x range.
 void ShowNewAnalysisRange();

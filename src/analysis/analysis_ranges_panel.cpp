@@ -223,8 +223,17 @@ void PlaceFirstCorner() {
   HideCursorsOutsideView();
 }
 
+void FollowResidualRange(Graph& residual) {
+  const DataRange x = ViewRange(residual, 'x');
+  if (residual.x.automatic)
+    ShowWholeAnalysisRange();
+  else
+    SetXRange(x.min, x.max);
+}
+
 void FollowAnalysisRange(Graph& graph) {
   const DataRange x = ViewRange(graph, 'x');
+  SetAxisRange(GraphNamed(AnalysisResidualName), 'x', x.min, x.max);
   const DataRange fitted = Ranges().fittedX;
   BringZoomCursors(x);
   const double viewed = graph.x.automatic ? std::max(Model.NumPoints, 0) : x.max - x.min;

@@ -58,7 +58,7 @@ struct AnalysisStore {
   MeasureSettings MeasuredWith;  // the settings that gave the measures
   std::string MeasuredFile;      // path of its file: the recording, or the model
   int MeasuredEpisode = 1;
-  int FitRan = 0;  // 1 = the exponential fit ran on this response
+  int FittedMode = 0;  // FitMode of the exponential fit of this response; 0 = none ran
 
   // -- Results table and measures file --
   std::vector<AnalysisRow> Rows = std::vector<AnalysisRow>(MaxAnalysisRows + 1);  // from 1
@@ -70,8 +70,9 @@ struct AnalysisStore {
   int StopAnalysis = 0;  // stop switch of the automatic analysis
 
   // -- Views --
-  int AutoRescale = 1;    // the y axis follows the samples in view
-  float YMinGain = 1.0F;  // multiply the y range at the time when AutoRescale was switched off
+  int ShowFitResidual = 0;  // 1 = the residual of the fit stands below the response
+  int AutoRescale = 1;      // the y axis follows the samples in view
+  float YMinGain = 1.0F;    // multiply the y range at the time when AutoRescale was switched off
   float YMaxGain = 1.0F;
 };
 

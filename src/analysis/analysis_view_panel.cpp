@@ -35,6 +35,8 @@ void AddAnalysisView() {
   graph.y.max = 100.0;
   graph.x.automatic = false;
   graph.axisChanged = FollowAnalysisRange;
+  Graph& residual = AddGraph(AnalysisPanelName, AnalysisResidualName, "Time (ms)", "Residual (pA)");
+  residual.axisChanged = FollowResidualRange;
   AddAnalysisRanges();
   AddAnalysisCursors();
   AddCursorReadouts();
@@ -66,6 +68,7 @@ void RefreshAnalysisView() {
   const bool wasZoomed = AnalysisViewIsZoomed() && graph.x.max <= PointsOfTrace();
   ClearPlots(graph);
   graph.x.gain = Model.ADInterval > 0.0F ? static_cast<double>(Model.ADInterval) : 1.0;
+  GraphNamed(AnalysisResidualName).x.gain = graph.x.gain;
   if (Trace.TraceValid != 0) PlotWave(graph, PlotStyle::Line, DarkBlue, RecordedTrace(), 0.0, 1.0);
   graph.fullXMin = 0.0;
   graph.fullXMax = PointsOfTrace();

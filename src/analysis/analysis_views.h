@@ -8,6 +8,7 @@
 namespace zelvane {
 
 inline constexpr char AnalysisPanelName[] = "AnalysisPanel";
+inline constexpr char AnalysisResidualName[] = "AnalysisPanel.residual";
 inline constexpr char AnalysisTableName[] = "AnalysisTable";
 
 // -- Plot and cursors (analysis_view_panel.cpp) --

@@ -1,13 +1,13 @@
 #include "analysis/analyze.h"
 
 #include <algorithm>
-#include <optional>
-#include <set>
 
 #include "analysis/analysis_fit_store.h"
+#include "analysis/exponential_fit.h"
 #include "analysis/measures.h"
 #include "analysis/results_files.h"
 #include "analysis/results_table.h"
+#include "analysis/series.h"
 #include "model/model_store.h"
 #include "platform/file_names.h"
 #include "platform/index.h"
@@ -31,28 +31,13 @@ std::span<const float> Recorded(std::span<const float> trace) {
   return trace.first(std::min(points, trace.size()));
 }
 
-/// Returns the faults already shown in the series; empty outside a series.
-std::optional<std::set<RiseFault>>& ToldInSeries() {
-  static std::optional<std::set<RiseFault>> told;
-  return told;
-}
-
 void TellOf(RiseFault fault) {
-  if (ToldInSeries() && !ToldInSeries()->insert(fault).second) return;
-  if (fault == RiseFault::FractionsInWrongOrder) MessagePopup(AnalysisErrorTitle, FractionsInWrongOrder);
-  if (fault == RiseFault::StartAfterEnd) MessagePopup(AnalysisWarningTitle, StartAfterEnd);
-  if (fault == RiseFault::PeakBeforeStart) MessagePopup(AnalysisWarningTitle, PeakBeforeStart);
-}
-
-/// Removes the exponentials of the response.
-void ClearFit() {
-  Analysis.FitRan = 0;
-  AnalysisFit.FitAmp1 = 0.0;
-  AnalysisFit.FitTau1 = 0.0;
-  AnalysisFit.FitAmp2 = 0.0;
-  AnalysisFit.FitTau2 = 0.0;
-  AnalysisFit.FitOffset = 0.0;
-  AnalysisFit.FitGoodness = 0.0F;
+  const auto tell = [](const MessageTitle& title, const char* text) {
+    if (FirstInSeries(text)) MessagePopup(title, text);
+  };
+  if (fault == RiseFault::FractionsInWrongOrder) tell(AnalysisErrorTitle, FractionsInWrongOrder);
+  if (fault == RiseFault::StartAfterEnd) tell(AnalysisWarningTitle, StartAfterEnd);
+  if (fault == RiseFault::PeakBeforeStart) tell(AnalysisWarningTitle, PeakBeforeStart);
 }
 
 }  // namespace
@@ -111,14 +96,6 @@ void MeasureRise() {
   TellOf(RiseOf(RecordedTrace(), StoredMeasureSettings(), Analysis.Measures));
 }
 
-void BeginSeries() {
-  ToldInSeries().emplace();
-}
-
-void EndSeries() {
-  ToldInSeries().reset();
-}
-
 void MeasureDecay() {
   DecayOf(RecordedTrace(), StoredMeasureSettings(), Analysis.Measures);
 }
@@ -131,14 +108,15 @@ Outcome MeasureTrace() {
   Analysis.MeasuredEpisode = DataEpisode();
   Analysis.Analysed = 1;
   TellOf(MeasureResponse(RecordedTrace(), Analysis.MeasuredWith, Analysis.Measures));
-  ClearFit();
+  FitResponse();
   return Outcome::Done;
 }
 
 void ForgetMeasures() {
-  if (Analysis.Measures.measured == 0 && Analysis.FitRan == 0) return;
+  if (Analysis.Measures.measured == 0 && Analysis.FittedMode == 0) return;
   Analysis.Measures.measured = 0;
-  Analysis.FitRan = 0;
+  Analysis.FittedMode = 0;
+  AnalysisFit.Curve = {};
   MeasuresForgotten.Tell();
 }
 

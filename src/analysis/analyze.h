@@ -3,7 +3,8 @@
 //   One measure          MeasureBaseline  PeakSearch  MeasureIntegral  MeasureRise  MeasureDecay
 //   The whole sequence   AnalyzeTrace  ReanalyzeTrace  MeasureTrace
 //   A new trace          ForgetMeasures  ConnectMeasures
-//   A series             BeginSeries  EndSeries
+//   A series             series.h
+//   The fit              exponential_fit.h
 //   Settings             StoredMeasureSettings
 //   What was measured    RecordedTrace  DataFilePath  DataFileName  DataEpisode
 //
@@ -50,7 +51,7 @@ void MeasureRise();
 /// Measures decay time, width and rise latency with the last peak and baseline.
 void MeasureDecay();
 
-/// Measures the response with the settings of the panel, fits it if `Fit.FitMode` selects a fit, and shows
+/// Measures the response with the settings of the panel, fits it if `Parameters.FitMode` selects a fit, and shows
 /// the result on the plot. Returns Refused, without a message, when `Model.ADInterval` is 0.
 Outcome ReanalyzeTrace();
 
@@ -58,11 +59,6 @@ Outcome ReanalyzeTrace();
 /// `Analysis.AutoSaveMeasures` is on, in the measures file.
 /// @return as ReanalyzeTrace
 Outcome AnalyzeTrace();
-
-/// Begins a series of responses. Until EndSeries, each reason for a missing rise is shown only once,
-/// because the same settings cause it at every response.
-void BeginSeries();
-void EndSeries();
 
 /// Makes all measures and the exponential fit with the settings of the stores, without panel and plot, and
 /// notes the file and the episode that they belong to. Shows a message for a measure that failed. Returns
@@ -76,12 +72,7 @@ void ForgetMeasures();
 /// Connects the measures to the trace: a change of the trace empties them.
 void ConnectMeasures();
 
-/// Returns whether `fitMode` is an exponential fit of a response.
-constexpr bool IsExponentialFit(int fitMode) {
-  return fitMode >= 1 && fitMode <= 3;
-}
-
-/// Returns the settings of the stores: `Analysis`, `Fit` (AnalysisFitPts x AnalysisParse),
+/// Returns the settings of the stores: `Analysis`, `AnalysisFit` (AnalysisFitPts x AnalysisParse),
 /// `Model.ADInterval`.
 MeasureSettings StoredMeasureSettings();
 

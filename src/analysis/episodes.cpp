@@ -4,6 +4,7 @@
 
 #include "analysis/analysis_store.h"
 #include "analysis/analyze.h"
+#include "analysis/series.h"
 #include "parameters/parameters_store.h"
 #include "screen/popups.h"
 #include "trace/trace_events.h"

@@ -61,8 +61,8 @@ void SetMeasures(AnalysisRow& row, const ResponseMeasures& m) {
 
 /// Puts the fit into its columns; without a fit they hold 0.
 void StoreFit(AnalysisRow& row) {
-  const bool ran = Analysis.FitRan != 0;
-  const bool two = ran && Parameters.FitMode == FitTwoDecays;
+  const bool ran = Analysis.FittedMode != 0;
+  const bool two = Analysis.FittedMode == FitTwoDecays;
   SetValue(row, 8, static_cast<float>(AnalysisFit.FitAmp1), ran);
   SetValue(row, 9, static_cast<float>(AnalysisFit.FitTau1), ran);
   SetValue(row, 10, static_cast<float>(AnalysisFit.FitAmp2), two);

@@ -7,6 +7,7 @@
 
 #include "analysis/analyze.h"
 #include "analysis/results_files.h"
+#include "analysis/series.h"
 #include "model/model.h"
 #include "run/result_store.h"
 #include "screen/memory_guard.h"

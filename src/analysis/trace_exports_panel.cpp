@@ -1,5 +1,8 @@
 #include <algorithm>
+#include <charconv>
+#include <string>
 
+#include "analysis/analysis_fit_store.h"
 #include "analysis/analysis_panel.h"
 #include "analysis/trace_exports.h"
 #include "model/model_events.h"
@@ -16,9 +19,17 @@ namespace {
 
 constexpr char ExportTitle[] =
     "Export data as it appears on the screen into 1-column ascii file (time interval is first value).";
+constexpr char CurveTitle[] = "Export Fitted Curve as ASCII File (ATF format)";
+constexpr char CurveHead[] = "ATF 1.0\n2 2\n\"Type=\"\n\"Comment=\"\n\"Time (s)\" \"Simulated Data\"\n";
 constexpr char NoTrace[] = "There is no trace to export.";
 constexpr char NoFit[] = "No exponential fit has been made: there is no curve to export.";
 constexpr char AsciiFiles[] = "*.asc";
+
+/// Returns a number as "%.7e" writes it, with a full stop in every locale.
+std::string Exponential(double value) {
+  char digits[32];
+  return {digits, std::to_chars(digits, digits + sizeof digits, value, std::chars_format::scientific, 7).ptr};
+}
 
 /// Returns the samples between the ends of the analysis plot.
 std::span<const float> ViewedSamples() {
@@ -60,7 +71,20 @@ void ExportTrace() {
 }
 
 void ExportAnalysis() {
-  MessagePopup(NoticeTitle, NoFit);
+  const FittedCurve& curve = AnalysisFit.Curve;
+  if (curve.sample.empty()) {
+    MessagePopup(NoticeTitle, NoFit);
+    return;
+  }
+  const auto path =
+      FileSelectPopup({.title = CurveTitle, .defaultName = AsciiFiles, .filter = AsciiFiles, .save = true});
+  if (!path || RefuseSourceOfTrace(*path)) return;
+  std::string text = CurveHead;
+  for (std::size_t i = 0; i < curve.sample.size(); ++i) {
+    const double seconds = curve.sample[i] * static_cast<double>(Model.ADInterval) / 1000.0;
+    text += Exponential(seconds) + ' ' + Exponential(static_cast<double>(curve.value[i])) + '\n';
+  }
+  SaveText(*path, text);
 }
 
 void AddTraceExports() {

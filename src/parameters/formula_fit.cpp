@@ -72,6 +72,7 @@ void AnalysisEval(const FormulaFit& fit, int column) {
   for (int r = 1; r <= fit.params; ++r) value[Index(r)] = Table().At(r, column);
   const auto points = Index(std::clamp(Vertices.FormulaPoints, 0, MaxFormulaPoints));
   fit.formula(value, std::span(Vertices.FitX).first(points), std::span(Vertices.FitCurve).first(points));
+  for (int r = 1; r <= fit.params; ++r) Table().At(r, column) = value[Index(r)];
   double sum = SumOfSquares(points);
   if (Parameters.AnalysisLimitsOn != 0) {
     for (int r = 1; r <= fit.params; ++r) sum = WithLimits(sum, r, value[Index(r)]);
@@ -104,8 +105,10 @@ int AnalysisSimplex(const FormulaFit& fit) {
   rules.evaluate = [&fit](int column) { AnalysisEval(fit, column); };
   rules.iterations = fit.iterations;
   rules.tolerance = Parameters.FitTolerance;
+  rules.beginPass = fit.stop;
   const SimplexEnd end = RunSimplex(Table(), rules);
   AnalysisEval(fit, Table().BestVertex);
+  if (end == SimplexEnd::Stopped) return FitUserBreak;
   return end == SimplexEnd::Converged ? FitConverged : FitMaxIterations;
 }
 

@@ -17,12 +17,13 @@ namespace zelvane {
 /// A formula with `params` parameters. Arrays are indexed from 1.
 struct FormulaFit {
   int params = 0;
-  /// Fills `curve` for the abscissae `x`, of the same length, with the parameters 1, 2, ... of `value`.
-  std::function<void(std::span<const double> value, std::span<const float> x, std::span<float> curve)>
-      formula;
+  /// Fills `curve` for the abscissae `x`, of the same length, with the parameters 1, 2, ... of `value`. May replace a
+  /// parameter that the formula cannot take; the vertex then has the replacement.
+  std::function<void(std::span<double> value, std::span<const float> x, std::span<float> curve)> formula;
   std::array<double, MaxSimplexParams + 1> seed{};
   std::array<float, MaxSimplexParams + 1> scale{};  // of the nudges
   int iterations = 300;
+  std::function<bool()> stop{};  // asked at each pass of the simplex; may be empty
 };
 
 /// Builds the starting simplex: vertex 0 has the seeds, the others have each of them times or divided by a random
@@ -37,7 +38,7 @@ void AnalysisEval(const FormulaFit& fit, int column);
 
 /// Runs the simplex with `Parameters.FitTolerance`. The best column is evaluated once more, so that FitCurve is its
 /// curve.
-/// @return FitConverged or FitMaxIterations
+/// @return FitConverged, FitMaxIterations or, after a stop, FitUserBreak
 int AnalysisSimplex(const FormulaFit& fit);
 
 }  // namespace zelvane

@@ -84,7 +84,7 @@ void AnalysisPage::addResults() {
 }
 
 void AnalysisPage::refreshMore() {
-  readouts_->showFrom(FirstOfFit, Analysis.FitRan != 0);
+  readouts_->showFrom(FirstOfFit, Analysis.FittedMode != 0);
   stop_->setEnabled(Screen.busy > 0);
 }
 

@@ -112,7 +112,7 @@ TEST_F(LeastSizeTest, EveryPageShowsAllItHasInEveryState) {
     expectAllShows("analysis");
     Press(ControlNamed("AutoAnalyzeButton"));
     Settle();
-    Analysis.FitRan = 1;  // as after an exponential fit
+    Analysis.FittedMode = 2;  // as after an exponential fit
     window->refresh({});
     expectAllShows("analysis with results");
     clickTool("Series R");

@@ -1,0 +1,30 @@
+#include "analysis/series.h"
+
+#include <optional>
+#include <set>
+#include <string>
+
+namespace zelvane {
+namespace {
+
+/// Returns what was told in the series; empty outside a series.
+std::optional<std::set<std::string, std::less<>>>& Told() {
+  static std::optional<std::set<std::string, std::less<>>> told;
+  return told;
+}
+
+}  // namespace
+
+void BeginSeries() {
+  Told().emplace();
+}
+
+void EndSeries() {
+  Told().reset();
+}
+
+bool FirstInSeries(std::string_view message) {
+  return !Told() || Told()->emplace(message).second;
+}
+
+}  // namespace zelvane
