@@ -40,11 +40,12 @@ std::string RecordingOf(int sweeps) {
   return path.string();
 }
 
-void Measure(benchmark::State& state) {
+void MeasureFile(benchmark::State& state, const std::vector<std::string>& fit) {
   const int sweeps = static_cast<int>(state.range(0));
   MeasureOptions options;
-  options.settings = {"FitMode=0", "BaselineStart=1", "BaselinePts=800", "StartAnalysis=9",
-                      "PeakSearchPts=3000"};
+  options.settings = fit;
+  for (const char* setting : {"BaselineStart=1", "BaselinePts=800", "StartAnalysis=9", "PeakSearchPts=3000"})
+    options.settings.emplace_back(setting);
   options.outFile = RecordingOf(sweeps) + ".csv";
   options.file = RecordingOf(sweeps);
   for (auto _ : state) {
@@ -56,7 +57,17 @@ void Measure(benchmark::State& state) {
   std::filesystem::remove(options.file);
   std::filesystem::remove(options.outFile);
 }
+
+void Measure(benchmark::State& state) {
+  MeasureFile(state, {"FitMode=0"});
+}
 BENCHMARK(Measure)->Arg(1)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+
+/// Does the same with a fit of two exponentials to every sweep.
+void MeasureWithFit(benchmark::State& state) {
+  MeasureFile(state, {"FitMode=2", "AnalysisNumRestarts=0", "AnalysisParse=18"});
+}
+BENCHMARK(MeasureWithFit)->Arg(1)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace zelvane

@@ -343,7 +343,11 @@ CLI::App* AddConvert(CLI::App& app, ConvertOptions& options) {
 struct MeasureArguments {
   MeasureOptions options;
   std::string sweeps;
+  std::string fit;
+  std::string seeds;
 };
+
+const std::vector<std::string> ExponentialWords = {"none", "1", "2", "rise"};  // by their FitMode
 
 CLI::App* AddMeasure(CLI::App& app, MeasureArguments& arguments) {
   CLI::App* measure = app.add_subcommand("measure", MeasureText)->footer(MeasureFooter);
@@ -360,6 +364,21 @@ CLI::App* AddMeasure(CLI::App& app, MeasureArguments& arguments) {
   measure->add_option("--set", options.settings, "set any store field (may be repeated)")
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false);
+  AddWords(*measure, "--fit", arguments.fit, ExponentialWords, "fit exponentials: one decay, two, or a rise");
+  const auto count = CLI::Range(1, 1'000'000'000).description("");
+  measure
+      ->add_option("--fit-start", options.fitStart,
+                   "skip samples after the peak, or after the foot of a rise")
+      ->check(CLI::Range(0, 1'000'000'000).description(""))
+      ->type_name("N");
+  measure->add_option("--fit-points", options.fitPoints, "points of the fit")->check(count)->type_name("N");
+  measure->add_option("--fit-every", options.fitEvery, "samples between its points")
+      ->check(count)
+      ->type_name("N");
+  measure
+      ->add_option("--seed", arguments.seeds,
+                   "seeds of the starting values of a fit; default: always the same")
+      ->type_name("S1,S2,S3");
   measure->add_option("--filter", options.filterKHz, "filter first, with a Gaussian filter of this corner")
       ->type_name("KHZ");
   measure->add_flag("--rscm", options.correct,
@@ -376,6 +395,8 @@ int RunMeasureCommand(MeasureArguments& arguments) {
     if (!sweeps) throw CLI::ValidationError("--sweeps", "two sweeps from 1, such as 3-10, or one");
     arguments.options.sweeps = *sweeps;
   }
+  if (!arguments.fit.empty()) arguments.options.fit = IndexOf(ExponentialWords, arguments.fit);
+  arguments.options.seeds = SeedsOf(arguments.seeds);
   return MeasureCommand(arguments.options, Streams());
 }
 

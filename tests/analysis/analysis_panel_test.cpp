@@ -3,6 +3,7 @@
 #include <iostream>
 #include <sstream>
 
+#include "analysis/analysis_fit_store.h"
 #include "analysis/analysis_store.h"
 #include "analysis/episodes.h"
 #include "analysis/results_files.h"
@@ -31,17 +32,23 @@ class AnalysisPanelTest : public DriveTest {
 };
 
 TEST_F(AnalysisPanelTest, AnalyzeAllGivesTheRowsOfTheCommandLine) {
-  Run(Opened("press AN_AutoAnalyzeButton\n"));
-  EXPECT_EQ(Trace.EpisodeIndex, 1);
-  const std::string panel = TableCsv(FilledRows());
-  EXPECT_EQ(std::count(panel.begin(), panel.end(), '\n'), 1 + Trace.EpisodeCount);
-  MeasureOptions options;
-  options.file = recording;
-  options.settings = {"FitMode=0", "StartAnalysis=20", FormatText("BaselinePts=%d", Analysis.BaselinePts),
-                      FormatText("PeakSearchPts=%d", Analysis.PeakSearchPts)};
-  std::ostringstream out;
-  ASSERT_EQ(MeasureCommand(options, {out, std::cerr}), JobDone);
-  EXPECT_EQ(out.str(), panel);
+  for (const int mode : {0, 1, 2, 3}) {
+    SCOPED_TRACE(mode);
+    Run(Opened(FormatText("enter AnalysisFitPts 100\nenter FitMode %d\npress AN_AutoAnalyzeButton\n", mode)));
+    EXPECT_EQ(Trace.EpisodeIndex, 1);
+    const std::string panel = TableCsv(FilledRows());
+    EXPECT_EQ(std::count(panel.begin(), panel.end(), '\n'), 1 + Trace.EpisodeCount);
+    EXPECT_EQ(FilledRows().back().measured[9], mode != 0) << "the time constant";
+    MeasureOptions options;
+    options.file = recording;
+    options.fit = mode;
+    options.fitPoints = 100;
+    options.settings = {"StartAnalysis=20", FormatText("BaselinePts=%d", Analysis.BaselinePts),
+                        FormatText("PeakSearchPts=%d", Analysis.PeakSearchPts)};
+    std::ostringstream out;
+    ASSERT_EQ(MeasureCommand(options, {out, std::cerr}), JobDone);
+    EXPECT_EQ(out.str(), panel);
+  }
 }
 
 TEST_F(AnalysisPanelTest, AWalkThroughTheEpisodesEndsAtTheStopSwitchOrTheLastEpisode) {
@@ -207,18 +214,54 @@ TEST_F(AnalysisPanelTest, RangeCommandsFollowTheirRules) {
   }
 }
 
-TEST_F(AnalysisPanelTest, WithoutATraceNothingIsMeasuredAndWithAFitModeThePanelSaysThatNoFitRan) {
+TEST_F(AnalysisPanelTest, WithoutATraceNothingIsMeasuredAndWithoutAFitItsColumnsAreInDoubt) {
   Run("press Analysis\npress AN_AnalyzeButton\npress AN_AutoAnalyzeButton\n");
   EXPECT_EQ(Analysis.TableRow, 1);
-  const auto lines =
-      Run(Opened("enter FitMode 1\npress AN_AnalyzeButton\ncell AnalysisTable 1 8\ncontrol FitAmp1\n"
-                 "control AnalysisFitNote\n"));
+  const auto lines = Run(
+      Opened("enter FitMode 1\nset FitStartPts 100000000\npress AN_AnalyzeButton\ncell AnalysisTable 1 8\n"
+             "control FitAmp1\ncontrol AnalysisFitNote\n"));
   EXPECT_EQ(lines[lines.size() - 3]["value"], 0) << "as the result holds it";
   EXPECT_NE(TableNamed("AnalysisTable").doubt(1, 8), "");
   EXPECT_EQ(TableNamed("AnalysisTable").doubt(1, 4), "");
   EXPECT_EQ(TableNamed("AnalysisTable").doubt(2, 8), "") << "an empty row";
   EXPECT_EQ(lines[lines.size() - 2]["value"], "");
   EXPECT_EQ(lines.back()["value"], "No exponential fit ran.");
+}
+
+TEST_F(AnalysisPanelTest, AFitShowsItsResultsItsCurveAndItsResidual) {
+  const auto lines =
+      Run(Opened("enter FitMode 1\nenter AnalysisFitPts 100\nenter AnalysisParse 5\npress AN_AnalyzeButton\n"
+                 "control AnalysisFitNote\ncontrol FitTau2\ncontrol AnalysisNormResidual\n"));
+  EXPECT_EQ(lines[lines.size() - 3]["value"], "Converge");
+  EXPECT_EQ(lines[lines.size() - 2]["value"], "") << "of one component";
+  EXPECT_EQ(lines.back()["label"], "Residual (pA2)");
+  const FittedCurve& curve = AnalysisFit.Curve;
+  ASSERT_EQ(curve.sample.size(), 100U);
+  const Graph& residual = GraphNamed("AnalysisPanel.residual");
+  EXPECT_EQ(residual.plots.back().y, curve.residual);
+  EXPECT_EQ(GraphNamed("AnalysisPanel").plots.back().y, curve.value);
+  for (std::size_t i = 0; i < 100; ++i)
+    EXPECT_NEAR(curve.value[i] + curve.residual[i], Trace.SimTrace[Index(static_cast<int>(curve.sample[i]))],
+                1e-3);
+
+  const std::string path = folder.File("curve.asc");
+  Run(Opened("enter FitMode 1\nenter AnalysisFitPts 100\npress AN_AnalyzeButton\nchoose " + path +
+             "\npress ExportAnalysis\npress AN_AnalyzeNextButton\n"));
+  const std::string text = ReadWholeFile(path);
+  EXPECT_TRUE(text.starts_with("ATF 1.0\n2 2\n\"Type=\"\n\"Comment=\"\n\"Time (s)\" \"Simulated Data\"\n"))
+      << text;
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 105);
+}
+
+TEST_F(AnalysisPanelTest, TheFieldOfTheExponentialNamesAnotherFitAndAnalyzeThenMeasuresWithout) {
+  const auto lines = Run(Opened(
+      "enter FitMode 2\npress FxnWaveFitParams\ncontrol FitMode\nset FitMode rise\ncontrol FitMode\nget FitMode\n"));
+  EXPECT_EQ(lines[lines.size() - 3]["shown"], "waveforms");
+  EXPECT_EQ(lines[lines.size() - 2]["shown"], "rise") << "typed, not committed";
+  EXPECT_EQ(lines.back()["value"], 10);
+  const auto fitted =
+      Run(Opened("press FxnVarLimits\npress FxnWaveFitParams\npress FxnFitParams\nget FitMode\n"));
+  EXPECT_EQ(LastValue(fitted), 1);
 }
 
 TEST_F(AnalysisPanelTest, RunsAreNotAnalysedWhileTheSwitchIsDimmed) {

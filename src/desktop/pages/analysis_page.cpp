@@ -20,27 +20,35 @@ namespace {
 
 constexpr int GraphShare = 5;  // share of the page's height, relative to the table's
 constexpr int TableShare = 3;
-constexpr int TableDigits = 6;        // digits that a cell shows; a copy has all
-constexpr int LeastTableHeight = 62;  // pixels; one row fits
+constexpr int TableDigits = 6;           // digits that a cell shows; a copy has all
+constexpr int LeastTableHeight = 62;     // pixels; one row fits
+constexpr int LeastGraphWidth = 240;     // pixels
+constexpr int BarWidth = 15;             // pixels, of the bar beside the response
+constexpr int LeastResidualHeight = 74;  // pixels, with the numbers of x
 
 /// Width in pixels of the columns, from 0, that hold no measure: row number, file, episode.
 constexpr std::pair<int, int> ColumnWidths[] = {{0, 42}, {1, 140}, {2, 66}};
 
-constexpr const char* Readouts[] = {"PeakValue", "Amplitude", "RiseTime", "DecayTime", "FracWidth",
-                                    "Integral", "Coastline", "Baseline", "BaselineVar", "RiseSlope",
-                                    "RisePoints", "LatencyRise", "LatencyPeak",
-                                    // of a fit
-                                    "FitAmp1", "FitTau1", "FitAmp2", "FitTau2", "FitOffset", "FitGoodness"};
+constexpr const char* Readouts[] = {
+    "PeakValue", "Amplitude", "RiseTime", "DecayTime", "FracWidth", "Integral", "Coastline", "Baseline",
+    "BaselineVar", "RiseSlope", "RisePoints", "LatencyRise", "LatencyPeak",
+    // of a fit
+    "FitAmp1", "FitTau1", "FitAmp2", "FitTau2", "FitOffset", "FitGoodness", "AnalysisNormResidual"};
 constexpr int FirstOfFit = 13;
 
 /// Returns the legend in the colours of the graph's own cursors and marks.
 std::vector<LegendEntry> LegendOf(const Graph& graph) {
   using Sign = LegendEntry::Sign;
   const auto cursor = [&](int number) { return graph.cursors[Index(number) - 1].colour; };
-  return {{Sign::Cursors, cursor(1), "Baseline", "1 2"}, {Sign::Cursors, cursor(3), "Peak search", "3 4"},
-          {Sign::Cursors, cursor(9), "Latency", "9"},    {Sign::Cursors, cursor(7), "Readout", "7 8"},
-          {Sign::Cross, PeakMark, "Peak", {}},           {Sign::Points, RiseMark, "Rise", {}},
-          {Sign::Line, DecayMark, "Decay, width", {}},   {Sign::Line, IntegralMark, "Integral", {}}};
+  return {{Sign::Cursors, cursor(1), "Baseline", "1 2"},
+          {Sign::Cursors, cursor(3), "Peak search", "3 4"},
+          {Sign::Cursors, cursor(9), "Latency", "9"},
+          {Sign::Cursors, cursor(7), "Readout", "7 8"},
+          {Sign::Cross, PeakMark, "Peak", {}},
+          {Sign::Points, RiseMark, "Rise", {}},
+          {Sign::Line, DecayMark, "Decay, width", {}},
+          {Sign::Line, IntegralMark, "Integral", {}},
+          {Sign::Line, FitMark, "Fit", {}}};
 }
 
 }  // namespace
@@ -65,10 +73,15 @@ AnalysisPage::AnalysisPage(Panel& panel, Settings& settings, QWidget* parent)
 void AnalysisPage::addResponse() {
   const Part part = addPart(GraphShare);
   part.body->addWidget(new GraphLegend(LegendOf(*panel().graphs.front()), this));
-  GraphWidget& graph = addGraph(part, *panel().graphs.front());
-  graph.setReadoutCursors({7, 8});
-  graph.cursors().setBands({{1, 2}, {3, 4}});
-  graph.installEventFilter(this);
+  part.body->setSpacing(0);
+  response_ = &addGraph(*part.body, GraphNamed("AnalysisPanel"), 3);
+  residual_ = &addGraph(*part.body, GraphNamed("AnalysisPanel.residual"), 1);
+  residual_->setContentsMargins(0, 0, BarWidth, 0);
+  residual_->setLeastSize({LeastGraphWidth, LeastResidualHeight});
+  response_->standOn(*residual_);
+  response_->setReadoutCursors({7, 8});
+  response_->cursors().setBands({{1, 2}, {3, 4}});
+  response_->installEventFilter(this);
 }
 
 void AnalysisPage::addResults() {
@@ -86,6 +99,15 @@ void AnalysisPage::addResults() {
 void AnalysisPage::refreshMore() {
   readouts_->showFrom(FirstOfFit, Analysis.FittedMode != 0);
   stop_->setEnabled(Screen.busy > 0);
+  showResidual(Analysis.ShowFitResidual != 0);
+}
+
+/// Shows the residual below the response, which then has no numbers along its own axis of time.
+void AnalysisPage::showResidual(bool shown) {
+  if (residual_->isVisibleTo(this) == shown && residualPlaced_) return;
+  residualPlaced_ = true;
+  residual_->setVisible(shown);
+  response_->setShowsX(!shown);
 }
 
 /// Goes to the first or last episode with Home or End, also while the graph has the keys.

@@ -18,10 +18,14 @@ class AnalysisPage : public TaskPage {
  private:
   void addResponse();
   void addResults();
+  void showResidual(bool shown);
   bool pressKey(int key);
 
   ReadoutStrip* readouts_ = nullptr;
   ControlWidget* stop_ = nullptr;
+  GraphWidget* response_ = nullptr;
+  GraphWidget* residual_ = nullptr;
+  bool residualPlaced_ = false;
 };
 
 }  // namespace zelvane

@@ -44,7 +44,10 @@ constexpr LayoutRow Layout[] = {
     {"AnalysisPanel", "Rise, as fractions of the amplitude", "RiseStartFrac RiseEndFrac"},
     {"AnalysisPanel", "Decay and width", "FracDecay"},
     {"AnalysisPanel", "Latency", "LatencyPos LatencyFrac"},
-    {"AnalysisPanel", "Integral and exponential fit", "AnalysisFitPts AnalysisParse FitMode AnalysisFitStatus FitParams AnalysisFitNote"},
+    {"AnalysisPanel", "Integral and exponential fit", "AnalysisFitPts AnalysisParse FitMode AnalysisFitStatus FitParams AnalysisFitNote "
+     "ShowFitResidual"},
+    {"AnalysisPanel", "Course of the exponential fit", "FitStartPts DualSpeedPts FitExtrapolate AnalysisNumIterations "
+     "AnalysisNumRestarts AnalysisTolerance"},
     {"AnalysisPanel", "View", "TraceUnits MeasureWhileMoving AutoRescale YMinGain YMaxGain AnalysisExpandButton+AnalysisCompressButton "
      "AnalysisFullButton+ZoomAreaButton AnalysisZoomButton AnalysisDisplay[1]"},
     {"AnalysisPanel", "Files", "AutoSaveMeasures VerifyMeasures SaveAnalysisButton MeasuresFileShown MeasuresCount TableFileShown "

@@ -7,6 +7,7 @@
 #include <set>
 #include <utility>
 
+#include "analysis/analysis_fit_store.h"
 #include "analysis/analysis_store.h"
 #include "analysis/analyze.h"
 #include "analysis/results_files.h"
@@ -19,6 +20,7 @@
 #include "headless/json_values.h"
 #include "headless/words.h"
 #include "model/model_store.h"
+#include "parameters/parameters_store.h"
 #include "platform/file_names.h"
 #include "platform/index.h"
 #include "platform/safe_file.h"
@@ -38,6 +40,7 @@ namespace {
 constexpr char Interrupted[] = "stopped; nothing was written";
 constexpr char MeasuringText[] = "measuring";
 constexpr int ProgressSteps = 100;
+constexpr Seeds SameSeeds = {1234, 5678, 9012};  // two measures of one file give the same fits
 
 /// The recording to measure, one sweep at a time, in `Trace.SimTrace`.
 struct Recording {
@@ -262,6 +265,14 @@ int WriteResults(const MeasureOptions& options, const Recording& recording,
   return JobDone;
 }
 
+/// Writes the options of the fit to the stores. Without them and without settings no exponential is fitted.
+void ApplyFit(const MeasureOptions& options) {
+  if (options.fit) Parameters.FitMode = *options.fit;
+  if (options.fitPoints) AnalysisFit.AnalysisFitPts = *options.fitPoints;
+  if (options.fitEvery) AnalysisFit.AnalysisParse = *options.fitEvery;
+  if (options.fitStart) AnalysisFit.FitStartPts = *options.fitStart;
+}
+
 }  // namespace
 
 std::optional<SweepRange> ParseSweeps(std::string_view text) {
@@ -279,13 +290,15 @@ int MeasureCommand(const MeasureOptions& options, const JobStreams& streams) {
     return JobMisused;
   }
   const JobScreen screen(streams);
-  StartJob({});
+  StartJob(options.seeds.value_or(SameSeeds));
+  Parameters.FitMode = 0;
   if (!options.model.empty() && ReadJobModel(options.model, streams) == Outcome::Refused) return JobFailed;
   const MeasuringScreen messages;
   Recording recording;
   const int opened = OpenRecording(options, recording, streams.err);
   if (opened != JobDone) return opened;
   if (!ApplySettings(options.settings, streams.err)) return JobMisused;
+  ApplyFit(options);
   WriteAllControls();  // the correction reads its panel
   if (std::max(options.sweeps.first, options.sweeps.last) > recording.sweeps) {
     streams.err << options.file << ": it has " << recording.sweeps << " sweeps\n";

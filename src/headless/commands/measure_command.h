@@ -1,6 +1,7 @@
 // `zelvane-cli measure`: measures every sweep of a recording.
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,11 +23,16 @@ struct MeasureOptions {
   SweepRange sweeps;
   // For a text without an interval; the first line of a single column is then a sample.
   std::optional<double> intervalMs;
-  std::string model;                  // file of the settings; empty = settings of the start
-  std::vector<std::string> settings;  // "NAME=VALUE", any store field
-  std::optional<double> filterKHz;    // corner of a Gaussian filter before the measures
-  bool correct = false;               // for series resistance, with the settings of the model
-  std::string outFile;                // .csv, .res or .tbl
+  std::string model;                             // file of the settings; empty = settings of the start
+  std::vector<std::string> settings;             // "NAME=VALUE", any store field
+  std::optional<int> fit;                        // FitMode of the exponentials; empty = as in the settings
+  std::optional<int> fitPoints;                  // AnalysisFitPts
+  std::optional<int> fitEvery;                   // AnalysisParse
+  std::optional<int> fitStart;                   // FitStartPts
+  std::optional<std::array<double, 3>> seeds{};  // of the starting simplex; empty = always the same
+  std::optional<double> filterKHz;               // corner of a Gaussian filter before the measures
+  bool correct = false;                          // for series resistance, with the settings of the model
+  std::string outFile;                           // .csv, .res or .tbl
   bool json = false;
 };
 
