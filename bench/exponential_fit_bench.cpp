@@ -23,8 +23,8 @@ std::vector<int> FillPoints() {
   for (std::size_t i = 0; i < samples.size(); ++i) {
     const double t = (samples[i] - 7000) * static_cast<double>(IntervalMs);
     Vertices.FitX[i] = IntervalMs * static_cast<float>(samples[i]);
-    Vertices.FitData[i] =
-        static_cast<float>(-40 * std::exp(-t / 5) - 60 * std::exp(-t / 40) - 7 + std::sin(i * 1.7));
+    Vertices.FitData[i] = static_cast<float>(-40 * std::exp(-t / 5) - 60 * std::exp(-t / 40) - 7 +
+                                             std::sin(1.7 * static_cast<double>(i)));
   }
   Vertices.FormulaPoints = Points;
   return samples;
