@@ -11,7 +11,6 @@ namespace {
 
 void RegisterFitOfResponse() {
   RegisterLimits(SavedSetting, "ExpFitLimits", AnalysisFit.ExpFitLimits);
-  RegisterLimits(UnsavedSetting, "DoseFitLimits", AnalysisFit.DoseFitLimits);
   for (const int mode : {FitDecay, FitTwoDecays, FitRise}) {
     const bool two = mode == FitTwoDecays;
     RegisterFitMode({.mode = mode,
@@ -20,11 +19,6 @@ void RegisterFitOfResponse() {
                      .limits = "ExpFitLimits",
                      .limitTable = &AnalysisFit.ExpFitLimits});
   }
-  RegisterFitMode({.mode = FitDoseResponse,
-                   .labels = {"EC50", "Slope", "Max", "Min"},
-                   .limits = "DoseFitLimits",
-                   .limitTable = &AnalysisFit.DoseFitLimits,
-                   .takesSeeds = false});
   RegisterSavedSettings({
       ScalarField("AnalysisParse", AnalysisFit.AnalysisParse),
       ScalarField("AnalysisFitPts", AnalysisFit.AnalysisFitPts),

@@ -1,4 +1,4 @@
-// The exponential fit of a response: settings, limits, results and curve; limits of the dose-response. Data only.
+// The exponential fit of a response: settings, limits, results and curve. Data only.
 #pragma once
 
 #include <vector>
@@ -28,7 +28,6 @@ struct AnalysisFitStore {
                                            {3, 3, 1, {0.01, 1000}},
                                            {4, 4, 1, {0.001, 100000}},
                                            {5, 5, 1, {0.01, 10000}}});
-  FitLimitTable DoseFitLimits{};
 
   // -- Results, and the seeds before them --
   double FitAmp1 = -50.0;  // units of the trace

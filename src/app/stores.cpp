@@ -3,6 +3,8 @@
 #include "analysis/analysis_fields.h"
 #include "analysis/analysis_fit_store.h"
 #include "analysis/analysis_store.h"
+#include "analysis/dose_fields.h"
+#include "analysis/dose_store.h"
 #include "dwells/dwell_fields.h"
 #include "dwells/dwell_fit_store.h"
 #include "dwells/dwell_store.h"
@@ -117,6 +119,7 @@ void AllocateStores() {
     RegisterTraceFields();
     RegisterRscmFields();
     RegisterAnalysisFields();
+    RegisterDoseFields();
     RegisterParametersFields();
     RegisterDwellFields();
     RegisterNoiseFields();
@@ -151,6 +154,7 @@ void ResetStores() {
   Parameters = ParametersStore{};
   Vertices = VertexStore{};
   AnalysisFit = AnalysisFitStore{};
+  Dose = DoseStore{};
   NoiseFit = NoiseFitStore{};
   Fit = FitStore{};
   Screen.PanelTag.clear();
