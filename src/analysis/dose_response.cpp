@@ -159,7 +159,9 @@ void StoreFit(int pairs) {
   const auto curve = std::span(Dose.DoseCurve).first(Index(pairs));
   HillCurve(value, conc, curve);
   StoreValues(value);
-  Dose.DoseFitted = pairs;
+  Dose.DoseFitted = Dose.FittedCount = pairs;
+  Dose.FittedConc = Dose.DoseConc;
+  Dose.FittedResponse = Dose.DoseResponse;
   Dose.DoseEvals = Vertices.simplex.NumEvals;
   Dose.DoseResultCode = Vertices.FitResultCode;
   Dose.DoseResidual = Vertices.simplex.At(0, Vertices.simplex.BestVertex) / pairs;
@@ -217,6 +219,12 @@ void KeepLastDoses() {
   Dose.LastDoseConc = Dose.DoseConc;
   Dose.LastDoseResponse = Dose.DoseResponse;
   Dose.LastDoseCount = Pairs();
+}
+
+void KeepFittedDoses() {
+  Dose.LastDoseConc = Dose.FittedConc;
+  Dose.LastDoseResponse = Dose.FittedResponse;
+  Dose.LastDoseCount = Dose.FittedCount;
 }
 
 bool AddDose(float concentration, float response) {

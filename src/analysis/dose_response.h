@@ -1,7 +1,7 @@
 // Dose-response curves: pairs of concentration and response, and the Hill equation through them.
 //
 //   The curve       HillCurve  HillAt
-//   The pairs       CountDosePairs  KeepLastDoses  AddDose  ClearDoses
+//   The pairs       CountDosePairs  KeepLastDoses  KeepFittedDoses  AddDose  ClearDoses
 //   Seeds, limits   BeginDoseResponse  SeedFromPairs
 //   The fit         FitDoses
 //   A trace with a template   ReadDoseTemplate  TakeTemplate  AnalyzeTemplate
@@ -33,8 +33,9 @@ void HillCurve(std::span<double> value, std::span<const float> x, std::span<floa
 /// Makes `Dose.DoseCount` the pairs up to the last response that is not 0.
 void CountDosePairs();
 
-/// Keeps the present pairs as the last curve.
+/// Keeps the present pairs, or those of the last fit, as the last curve.
 void KeepLastDoses();
+void KeepFittedDoses();
 
 /// Appends a pair. Returns false when the table is full.
 bool AddDose(float concentration, float response);

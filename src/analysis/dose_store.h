@@ -50,7 +50,10 @@ struct DoseStore {
   int TemplateCount = 0;
   std::array<float, MaxDosePairs> TemplateCurve{};
 
-  // -- The curve before --
+  // -- The pairs of the last fit, and the curve before --
+  std::array<float, MaxDosePairs> FittedConc{};
+  std::array<float, MaxDosePairs> FittedResponse{};
+  int FittedCount = 0;
   std::array<float, MaxDosePairs> LastDoseConc{};
   std::array<float, MaxDosePairs> LastDoseResponse{};
   int LastDoseCount = 0;

@@ -5,6 +5,7 @@
 
 #include "analysis/analysis_panel.h"
 #include "analysis/analyze.h"
+#include "analysis/dose_panel.h"
 #include "analysis/results_files.h"
 #include "analysis/results_read.h"
 #include "analysis/run_analysis.h"
@@ -205,6 +206,7 @@ void AddAllPanels() {
   AddDwellListsPanels();
   AddFitLimitsPanel();
   AddAnalysisPanel();
+  AddDosePanel();
   AddFitPanel();
   AddFitRowsControls();
   AddStimFitLimitsPanel();

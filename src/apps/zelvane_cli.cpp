@@ -9,6 +9,7 @@
 #include <iostream>
 #include <limits>
 
+#include "headless/commands/dose_command.h"
 #include "headless/commands/fit_command.h"
 #include "headless/commands/measure_command.h"
 #include "headless/commands/model_command.h"
@@ -478,6 +479,94 @@ int RunFitCommand(FitArguments& arguments) {
   return FitCommand(options, Streams());
 }
 
+constexpr char DoseText[] = "Simulate a concentration-response curve of a model and fit it";
+constexpr char DoseFooter[] =
+    "The command scales the stimulus of a drug so that its largest sample is the dose, one run for each dose, and fits\n"
+    "the Hill equation to the responses. Examples:\n"
+    "  zelvane-cli dose ampa.mod --concentrations 1e-6:1e-2:13 --out curve.csv\n"
+    "  zelvane-cli dose ampa.mod --concentrations 0,1e-5,1e-4,1e-3 --measure steady --json";
+constexpr char BatchText[] = "Run a model with each stimulus file of a script";
+constexpr char BatchFooter[] =
+    "A script (.ms) begins with MULTISTIM, then has a line with the number of files and the profile that carries the\n"
+    "dose (0 voltage, 1 to 6 drugs), then a name a line. --out gets the trace of each run and doses.csv. Example:\n"
+    "  zelvane-cli batch doses.ms --model ampa.mod --out results";
+
+/// The options of `dose` as words; they are converted after the parse.
+struct DoseArguments {
+  DoseOptions options;
+  std::string concentrations;
+  std::string measure;
+  std::string seeds;
+};
+
+const std::vector<std::string> DoseMeasureWords = {"peak", "steady", "area"};  // by their code
+
+CLI::App* AddDose(CLI::App& app, DoseArguments& arguments) {
+  CLI::App* dose = app.add_subcommand("dose", DoseText)->footer(DoseFooter);
+  DoseOptions& options = arguments.options;
+  dose->add_option("MODEL", options.model, "model file (.mod)")->required()->type_name("");
+  dose->add_option(
+          "--concentrations", arguments.concentrations,
+          "doses in M, or N of them with equal ratios; default: four decades around that of the stimulus")
+      ->type_name("A,B,...|LO:HI:N");
+  AddWords(*dose, "--measure", arguments.measure, DoseMeasureWords, "what is measured; default: peak");
+  dose->add_option("--drug", options.drug, "drug whose stimulus is scaled; default: 1")
+      ->check(CLI::Range(1, MaxDrugs).description(""))
+      ->type_name("N");
+  dose->add_option("--points", options.points, "points of each run")
+      ->check(CLI::Range(1, MaxPoints).description(""))
+      ->type_name("N");
+  dose->add_option("--set", options.settings, "set any store field (may be repeated)")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+  dose->add_option("--seed", arguments.seeds, "seeds of the random generators; default: from the clock")
+      ->type_name("S1,S2,S3");
+  dose->add_option("--out", options.outFile, "write doses, responses and curve")->type_name("FILE.csv");
+  dose->add_flag("--json", options.json, "print the results as one JSON object");
+  return dose;
+}
+
+int RunDoseCommand(DoseArguments& arguments) {
+  DoseOptions& options = arguments.options;
+  if (!arguments.concentrations.empty()) {
+    const auto doses = ParseConcentrations(arguments.concentrations);
+    if (!doses)
+      throw CLI::ValidationError("--concentrations",
+                                 "1 to 100 concentrations of 0 or above, such as 1e-6,1e-5 or 1e-6:1e-2:13");
+    options.concentrations = *doses;
+  }
+  if (!arguments.measure.empty()) options.measure = IndexOf(DoseMeasureWords, arguments.measure);
+  options.seeds = SeedsOf(arguments.seeds);
+  return DoseCommand(options, Streams());
+}
+
+/// The options of `batch`, and its seeds as words.
+struct BatchArguments {
+  BatchOptions options;
+  std::string seeds;
+};
+
+CLI::App* AddBatch(CLI::App& app, BatchArguments& arguments) {
+  CLI::App* batch = app.add_subcommand("batch", BatchText)->footer(BatchFooter);
+  BatchOptions& options = arguments.options;
+  batch->add_option("SCRIPT", options.script, "script of stimulus files (.ms)")->required()->type_name("");
+  batch->add_option("--model", options.model, "model file (.mod)")->required()->type_name("MODEL.mod");
+  batch->add_option("--out", options.outFolder, "write the traces and doses.csv into this folder")
+      ->type_name("FOLDER");
+  batch->add_option("--set", options.settings, "set any store field (may be repeated)")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+  batch->add_option("--seed", arguments.seeds, "seeds of the random generators; default: from the clock")
+      ->type_name("S1,S2,S3");
+  batch->add_flag("--json", options.json, "print the results as one JSON object");
+  return batch;
+}
+
+int RunBatchCommand(BatchArguments& arguments) {
+  arguments.options.seeds = SeedsOf(arguments.seeds);
+  return BatchCommand(arguments.options, Streams());
+}
+
 /// Gives every command a limit on its time.
 void AddTimeouts(CLI::App& app, std::optional<double>& seconds) {
   const auto fault = [](const std::string& word) -> std::string {
@@ -512,6 +601,10 @@ int RunCli(int argc, char** argv) {
   const CLI::App* fit = AddFit(app, fitArguments);
   MeasureArguments measureArguments;
   const CLI::App* measure = AddMeasure(app, measureArguments);
+  DoseArguments doseArguments;
+  BatchArguments batchArguments;
+  const CLI::App* dose = AddDose(app, doseArguments);
+  const CLI::App* batch = AddBatch(app, batchArguments);
   AddModel(app, modelArguments);
   std::optional<double> timeout;
   AddTimeouts(app, timeout);
@@ -530,6 +623,8 @@ int RunCli(int argc, char** argv) {
     if (convert->parsed()) return ConvertCommand(convertOptions, Streams());
     if (fit->parsed()) return RunFitCommand(fitArguments);
     if (measure->parsed()) return RunMeasureCommand(measureArguments);
+    if (dose->parsed()) return RunDoseCommand(doseArguments);
+    if (batch->parsed()) return RunBatchCommand(batchArguments);
     if (qmatrix->parsed()) return QMatrixCommand(qMatrixOptions, Streams());
     return simulate->parsed() ? RunSimulateCommand(simulateArguments) : RunModelCommand(modelArguments);
   } catch (const CLI::ParseError& error) {
