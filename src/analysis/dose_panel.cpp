@@ -42,6 +42,7 @@ constexpr char WindowSet[] =
     "Baseline, peak search and integral of the analysis now follow the pulse, because the search did not meet it.";
 constexpr char DosesMade[] =
     "The table was empty: the doses are half decades around the dose of the stimulus.";
+constexpr char MagnitudesTaken[] = "All responses are negative; the table has their magnitudes.";
 constexpr int PlotRuns = 4;    // runs of the simplex of Plot
 constexpr int MoreRuns = 3;    // runs of Fit besides the restarts
 constexpr int FirstDoses = 9;  // doses for an empty table
@@ -188,6 +189,15 @@ void MakeDoses(float largest) {
   Note(DosesMade);
 }
 
+/// Turns responses around that are all negative: limits and seeds then suit them.
+void TakeMagnitudes(std::size_t rows) {
+  const auto end = Dose.DoseResponse.begin() + static_cast<std::ptrdiff_t>(rows);
+  if (std::any_of(Dose.DoseResponse.begin(), end, [](float r) { return r > 0.0F; })) return;
+  std::transform(Dose.DoseResponse.begin(), end, Dose.DoseResponse.begin(),
+                 [](float r) { return std::fabs(r); });
+  Note(MagnitudesTaken);
+}
+
 int RowsWithDose() {
   int rows = MaxDosePairs;
   while (rows > 0 && Dose.DoseConc[Index(rows) - 1] == 0.0F) --rows;
@@ -215,7 +225,10 @@ void FxnDRSimulate(const ControlEvent&) {
   };
   static_cast<void>(SimulateDoses(std::span<const float>(Dose.DoseConc).first(std::max<std::size_t>(rows, 1)),
                                   Dose.DoseDrug, Dose.DoseMeasure, response, show));  // has told what failed
-  if (made > 0) SeedFromPairs();
+  if (made > 0) {
+    TakeMagnitudes(made);
+    SeedFromPairs();
+  }
   FollowFitMode();
 }
 
@@ -272,7 +285,7 @@ constexpr ControlDecl FieldControls[] = {
      .choices = "off|on"},
 };
 constexpr ControlDecl ResultControls[] = {
-    {.name = "DoseError[%d]", .kind = Readout, .label = "Standard error %d", .format = "%.3g",
+    {.name = "DoseError[%d]", .kind = Readout, .label = "+-", .format = "%.3g",
      .help = "Standard error of a parameter: 1 EC50, 2 slope, 3 maximum, 4 minimum. It needs five pairs, and no parameter "
      "at its limit.", .first = 1, .last = HillParameters},
     {.name = "DoseCount", .kind = Readout, .label = "Pairs", .format = "%g", .help = "Number of pairs in the fit."},
@@ -346,7 +359,7 @@ void AddDosePanel() {
     if (control->group == "results") control->field = FieldRef{};  // shown only after a fit
   }
   Table& table = AddTable(DosePanelName, DoseTableName, MaxDosePairs, 2);
-  table.columnTitles = {"Concentration (M)", "Response"};
+  table.columnTitles = {"Conc. (M)", "Response"};
   table.editable = true;
   table.command = "FxnDoseTable";
   table.help = TableHelp;

@@ -64,6 +64,7 @@ AnalysisPage::AnalysisPage(Panel& panel, Settings& settings, QWidget* parent)
   readouts_ = &addStrip(Readouts);
   addResponse();
   addResults();
+  addDoses();
   finishParts();
   add(foot(), "AnalysisHelpButton");
   foot().addStretch();
@@ -94,6 +95,13 @@ void AnalysisPage::addResults() {
   table.setFilled([](int filledRow) { return filledRow < Analysis.TableRow; });
   for (const auto& [column, width] : ColumnWidths) table.setColumnWidth(column, width);
   table.setMinimumHeight(LeastTableHeight);
+}
+
+/// Adds the small curve of a template, folded until it is wanted.
+void AnalysisPage::addDoses() {
+  const Part part = addPart(TableShare);
+  addFold(part, "Dose-response of this trace", false);
+  addGraph(part, GraphNamed("AnalysisPanel.template")).setLeastSize({LeastGraphWidth, LeastResidualHeight});
 }
 
 void AnalysisPage::refreshMore() {

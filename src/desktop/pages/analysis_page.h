@@ -18,6 +18,7 @@ class AnalysisPage : public TaskPage {
  private:
   void addResponse();
   void addResults();
+  void addDoses();
   void showResidual(bool shown);
   bool pressKey(int key);
 

@@ -1,5 +1,6 @@
 // The tasks of the side bar and their pages.
 #include "desktop/pages/analysis_page.h"
+#include "desktop/pages/dose_page.h"
 #include "desktop/pages/fit_page.h"
 #include "desktop/pages/model_page.h"
 #include "desktop/pages/rscm_page.h"
@@ -20,6 +21,7 @@ constexpr TaskDecl TaskTable[] = {
     {.panel = MainPanelName,         .title = "Model",    .icon = "model",    .command = "Model",         .make = NewPage<ModelPage>},
     {.panel = "StimulusPanel",     .title = "Stimulus", .icon = "stimulus", .command = "Stimulus",      .make = NewPage<StimulusPage>},
     {.panel = "AnalysisPanel",     .title = "Analysis", .icon = "analysis", .command = "Analysis",      .make = NewPage<AnalysisPage>},
+    {.panel = "DoseResponsePanel", .title = "Dose",     .icon = "dose",     .command = "DoseResponse",  .make = NewPage<DosePage>},
     {.panel = FitPanelName,        .title = "Fit",      .icon = "fit",      .command = "FitWaveforms",  .make = NewPage<FitPage>},
     {.panel = "RsCorrectionPanel", .title = "Series R", .icon = "rscm",     .command = "RsCmFilterFxn", .make = NewPage<RscmPage>},
 };

@@ -53,6 +53,14 @@ constexpr LayoutRow Layout[] = {
     {"AnalysisPanel", "Files", "AutoSaveMeasures VerifyMeasures SaveAnalysisButton MeasuresFileShown MeasuresCount TableFileShown "
      "ExportTraceButton ExportCurveButton PrintAnalysisButton"},
 
+    {"AnalysisPanel", "Dose-response of this trace", "AnalyzeDR+ShowLastCurve TemplateEC50 TemplateSlope TemplateMax TemplateResult "
+     "TemplateCursorConc TemplateCursorResponse"},
+
+    {"DoseResponsePanel", "Hill curve", "DoseEC50+DoseError[1] DoseSlope+DoseError[2] DoseMax+DoseError[3] DoseMin+DoseError[4]"},
+    {"DoseResponsePanel", "Fit", "DoseLimits+DoseNew"},
+    {"DoseResponsePanel", "Simulated doses", "DoseDrug DoseMeasure"},
+    {"DoseResponsePanel", "View", "DoseLogAxis"},
+
     {"RsCorrectionPanel", "Cell", "RcRs RcCm RcRm RcVhold RcVrev"},
     {"RsCorrectionPanel", "Correction, as fractions of the error", "RcFracVolt RcFracCap RcLagFc RcLagTau "
      "RcCorrectLinear+RcCorrectNonlinear RsCmAuto RcFileCorrect"},

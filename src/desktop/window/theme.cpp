@@ -206,6 +206,10 @@ constexpr std::array Drawings = {
         "fit",
         R"(<path d="M2 5h3M7 17h.01M9 18.5h.01M10.5 14h.01M13 12h.01M15.5 8.5h.01M18.5 8h.01M21.5 6.5h.01" stroke-width="2.6"/>
 <path d="M2 5h3.5l2.5 13c1.5-7 4.5-11 14-11.5" stroke="accent"/>)"},
+    Drawing{"dose", R"(<path d="M3 3v18h18.5"/><path d="M5 18c8 0 5-12 15.5-12" stroke="accent"/>)"},
+    Drawing{
+        "averages",
+        R"(<path d="M2 5h4l2.5 11c1.5-7 5-8.5 13.5-9M2 8h4l2.5 12c1.5-8 5-9 13.5-9"/><path d="M2 6.5h4l2.5 11.5c1.5-7.5 5-8.7 13.5-9" stroke="accent"/>)"},
     Drawing{"run", R"(<path d="M7 4.5v15l12-7.5z" fill="accent" stroke="accent"/>)"},
     Drawing{"stop", R"(<rect x="6" y="6" width="12" height="12" rx="1.5" fill="currentColor"/>)"},
     Drawing{"open",
