@@ -154,7 +154,13 @@ class WindowTest : public StoreTest {
     Settle();
   }
 
-  GraphWidget* graph() { return window->page()->findChild<GraphWidget*>(); }
+  /// Returns the widget of the first graph of the page in front.
+  GraphWidget* graph() {
+    for (GraphWidget* widget : window->page()->findChildren<GraphWidget*>()) {
+      if (&widget->graph() == window->page()->panel().graphs.front()) return widget;
+    }
+    return nullptr;
+  }
 
   Settings settings{false};
   DesktopFrontEnd frontEnd{settings};

@@ -82,7 +82,7 @@ std::string ValueText(const char* name, const DoseSummary::Value& value, const s
 Json ValueJson(const DoseSummary::Value& value) {
   Json json = Json::object();
   json["value"] = value.value;
-  json["error"] = std::isfinite(value.error) ? Json(value.error) : Json(nullptr);
+  json["standardError"] = std::isfinite(value.error) ? Json(value.error) : Json(nullptr);
   return json;
 }
 
