@@ -172,6 +172,46 @@ void MeasureDecayTimes(std::span<const float> trace, float intervalMs, float lev
        measurable && after.found && before.found && std::isfinite(measures.FracWidth));
 }
 
+/// Where a rise without a foot or without samples begins.
+enum class RiseBegin { BeforePeak, StartOfAnalysis };
+
+RiseFault MeasureRiseFrom(RiseBegin without, std::span<const float> trace, const MeasureSettings& settings,
+                          ResponseMeasures& measures) {
+  Mark(measures, MeasuredRise | MeasuredSlope, false);
+  if (settings.riseStartFrac >= settings.riseEndFrac && settings.riseEndFrac != 1.0F) {
+    return RiseFault::FractionsInWrongOrder;
+  }
+  const float dt = settings.intervalMs;
+  const std::int64_t start = RoundCount(static_cast<double>(settings.startAnalysis / dt));
+  if (start >= Length(trace)) return RiseFault::StartAfterEnd;  // there was no search for a peak
+  const std::int64_t peak = measures.PeakPos;
+  if (peak < start) return RiseFault::PeakBeforeStart;
+
+  const float base = measures.Baseline;
+  const float lower = base + Amplitude(measures) * settings.riseStartFrac;
+  const float upper = base + Amplitude(measures) * settings.riseEndFrac;
+  const std::int64_t first = WholeSamples(settings.startAnalysis / dt);
+  const std::int64_t before = without == RiseBegin::BeforePeak ? peak - 1 : first;
+  const Crossing foot = FindFoot(trace, measures, lower, start);
+  const std::int64_t begin = std::max<std::int64_t>(first, (foot.found ? foot.sample : before) + 1);
+  const RiseSamples rise = SumRise(trace, measures, begin, lower, upper, dt);
+  measures.RisePoints = std::max(rise.count, 1);
+  const std::int64_t r1 = rise.count > 0 ? rise.first : before;
+  const std::int64_t r2 = rise.count > 0 ? rise.first + rise.count - 1 : peak;
+  const bool measurable = foot.found && HasAmplitude(measures);
+  if (measures.RisePoints >= SlopePoints) {
+    measures.RiseSlope = RegressionSlope(rise);
+    Mark(measures, MeasuredSlope, measurable && std::isfinite(measures.RiseSlope));
+  }
+  const float t1 = TimeOf(r1, dt) - PartToLevel(trace, r1, r1 - 1, lower, dt);
+  const float t2 = TimeOf(r2, dt) + PartToLevel(trace, r2, r2 + 1, upper, dt);
+  measures.RiseTime = t2 - t1 == 0.0F ? dt : t2 - t1;
+  measures.RiseStartPos = RoundCount(static_cast<double>(t1 / dt));
+  measures.RiseEndPos = RoundCount(static_cast<double>(t2 / dt));
+  Mark(measures, MeasuredRise, measurable && std::isfinite(measures.RiseTime));
+  return RiseFault::None;
+}
+
 }  // namespace
 
 void BaselineOf(std::span<const float> trace, std::int64_t start, std::int64_t count,
@@ -243,38 +283,12 @@ float IntegralOf(std::span<const float> trace, std::int64_t start, std::int64_t 
 }
 
 RiseFault RiseOf(std::span<const float> trace, const MeasureSettings& settings, ResponseMeasures& measures) {
-  Mark(measures, MeasuredRise | MeasuredSlope, false);
-  if (settings.riseStartFrac >= settings.riseEndFrac && settings.riseEndFrac != 1.0F) {
-    return RiseFault::FractionsInWrongOrder;
-  }
-  const float dt = settings.intervalMs;
-  const std::int64_t start = RoundCount(static_cast<double>(settings.startAnalysis / dt));
-  if (start >= Length(trace)) return RiseFault::StartAfterEnd;  // there was no search for a peak
-  const std::int64_t peak = measures.PeakPos;
-  if (peak < start) return RiseFault::PeakBeforeStart;
+  return MeasureRiseFrom(RiseBegin::BeforePeak, trace, settings, measures);
+}
 
-  const float base = measures.Baseline;
-  const float lower = base + Amplitude(measures) * settings.riseStartFrac;
-  const float upper = base + Amplitude(measures) * settings.riseEndFrac;
-  const Crossing foot = FindFoot(trace, measures, lower, start);
-  const std::int64_t begin =
-      std::max<std::int64_t>(WholeSamples(settings.startAnalysis / dt), foot.sample + 1);
-  const RiseSamples rise = SumRise(trace, measures, begin, lower, upper, dt);
-  measures.RisePoints = std::max(rise.count, 1);
-  const std::int64_t r1 = rise.count > 0 ? rise.first : peak - 1;
-  const std::int64_t r2 = rise.count > 0 ? rise.first + rise.count - 1 : peak;
-  const bool measurable = foot.found && HasAmplitude(measures);
-  if (measures.RisePoints >= SlopePoints) {
-    measures.RiseSlope = RegressionSlope(rise);
-    Mark(measures, MeasuredSlope, measurable && std::isfinite(measures.RiseSlope));
-  }
-  const float t1 = TimeOf(r1, dt) - PartToLevel(trace, r1, r1 - 1, lower, dt);
-  const float t2 = TimeOf(r2, dt) + PartToLevel(trace, r2, r2 + 1, upper, dt);
-  measures.RiseTime = t2 - t1 == 0.0F ? dt : t2 - t1;
-  measures.RiseStartPos = RoundCount(static_cast<double>(t1 / dt));
-  measures.RiseEndPos = RoundCount(static_cast<double>(t2 / dt));
-  Mark(measures, MeasuredRise, measurable && std::isfinite(measures.RiseTime));
-  return RiseFault::None;
+RiseFault WaveRiseOf(std::span<const float> trace, const MeasureSettings& settings,
+                     ResponseMeasures& measures) {
+  return MeasureRiseFrom(RiseBegin::StartOfAnalysis, trace, settings, measures);
 }
 
 float DecayLevel(const MeasureSettings& settings, const ResponseMeasures& measures) {

@@ -96,6 +96,11 @@ enum class RiseFault { None, FractionsInWrongOrder, StartAfterEnd, PeakBeforeSta
 /// `measures`, and the regression slope of the samples between them.
 RiseFault RiseOf(std::span<const float> trace, const MeasureSettings& settings, ResponseMeasures& measures);
 
+/// Does the same for sweeps that are averaged: without a foot the rise begins at the start of the analysis and not at the
+/// sample before the peak.
+RiseFault WaveRiseOf(std::span<const float> trace, const MeasureSettings& settings,
+                     ResponseMeasures& measures);
+
 /// Measures the time from the peak to the decay level, the width at this level, and the latency of the
 /// rise. If the trace does not cross a level, the field gets the last position and the bit of the measure
 /// stays unset.

@@ -3,6 +3,8 @@
 #include "analysis/analysis_fields.h"
 #include "analysis/analysis_fit_store.h"
 #include "analysis/analysis_store.h"
+#include "analysis/averages_fields.h"
+#include "analysis/averages_store.h"
 #include "analysis/dose_fields.h"
 #include "analysis/dose_store.h"
 #include "dwells/dwell_fields.h"
@@ -49,6 +51,7 @@ struct LargeArrays {
   std::span<float> dwells;
   std::span<float> ideal;
   std::span<float> waveforms;
+  std::span<float> averages;
 };
 
 /// Working lists, the copy of the open times, the class lists and the latencies.
@@ -56,6 +59,8 @@ constexpr std::size_t DwellLists = 4 + MaxAmplitudeClasses;
 constexpr std::size_t IdealRows = 3;  // duration, class, amplitude
 /// Recording, seven profiles, and the four rows of the comparison.
 constexpr std::size_t SpansOfWaveform = 1 + MaxDrugs + 1 + 4;
+
+constexpr std::size_t SumsOfAverage = 3;
 
 LargeArrays& Arrays() {
   static LargeArrays arrays{TakeZeroPages(ProfileRoom * (MaxDrugs + 1)),
@@ -65,7 +70,8 @@ LargeArrays& Arrays() {
                             TakeZeroPages(MaxStimPoints),
                             TakeZeroPages(DwellLists * MaxDwells),
                             TakeZeroPages(IdealRows * MaxIdealEvents),
-                            TakeZeroPages(MaxFitWaveforms * SpansOfWaveform * MaxWaveformPoints)};
+                            TakeZeroPages(MaxFitWaveforms * SpansOfWaveform * MaxWaveformPoints),
+                            TakeZeroPages(SumsOfAverage * MaxAveragePoints)};
   return arrays;
 }
 
@@ -106,6 +112,12 @@ void AttachArrays() {
   Noise.FilteredTrace = arrays.filtered;
   AttachDwellLists(arrays.dwells, arrays.ideal);
   AttachWaveforms(arrays.waveforms);
+  const auto sum = [&](std::size_t k) {
+    return arrays.averages.subspan(k * MaxAveragePoints, MaxAveragePoints);
+  };
+  Averages.WaveSum = sum(0);
+  Averages.WaveCount = sum(1);
+  Averages.WaveNormSum = sum(2);
 }
 
 }  // namespace
@@ -120,6 +132,7 @@ void AllocateStores() {
     RegisterRscmFields();
     RegisterAnalysisFields();
     RegisterDoseFields();
+    RegisterAveragesFields();
     RegisterParametersFields();
     RegisterDwellFields();
     RegisterNoiseFields();
@@ -137,7 +150,7 @@ void AllocateStores() {
 void ResetStores() {
   for (const std::span<float> array :
        {Arrays().profiles, Arrays().occupancy, Arrays().savedTime, Arrays().trace, Arrays().filtered,
-        Arrays().dwells, Arrays().ideal, Arrays().waveforms}) {
+        Arrays().dwells, Arrays().ideal, Arrays().waveforms, Arrays().averages}) {
     ReleaseZeroPages(array);
   }
   Model = ModelStore{};
@@ -155,6 +168,7 @@ void ResetStores() {
   Vertices = VertexStore{};
   AnalysisFit = AnalysisFitStore{};
   Dose = DoseStore{};
+  Averages = AveragesStore{};
   NoiseFit = NoiseFitStore{};
   Fit = FitStore{};
   Screen.PanelTag.clear();

@@ -186,7 +186,8 @@ TEST_F(DosePanelTest, AScriptGoesOnWithoutAFileAndEndsAtAStop) {
   EXPECT_EQ(LastValue(Run(start + "choose " + script +
                           "\nduring 2 press FxnStopRun\npress FxnRunScript\nget DoseCount\n")),
             0);
-  EXPECT_EQ(Parameters.FitMode, FitDoseResponse) << "the first run was stopped; what follows the runs is done";
+  EXPECT_EQ(Parameters.FitMode, FitDoseResponse)
+      << "the first run was stopped; what follows the runs is done";
   const auto none =
       Run(start + "press FxnRunScript\nchoose " + folder.Path().string() + "\npress FxnRunScript\n");
   all.clear();

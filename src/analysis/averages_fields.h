@@ -1,0 +1,8 @@
+// The fields of the average of sweeps, by name.
+#pragma once
+
+namespace zelvane {
+
+void RegisterAveragesFields();
+
+}  // namespace zelvane
