@@ -11,6 +11,7 @@
 #include "analysis/analyze.h"
 #include "analysis/exponential_fit.h"
 #include "analysis/measures.h"
+#include "analysis/shown_counts.h"
 #include "model/model_events.h"
 #include "model/model_store.h"
 #include "numerics/rounding.h"
@@ -38,24 +39,6 @@ constexpr char WaveformFitQuestion[] =
     "time, decay times etc.";
 constexpr char LiveColour[] = "mark";  // of readouts with live values
 constexpr char NoFit[] = "No exponential fit ran.";
-
-// -- Counts of samples that the panel shows in ms --
-
-double CountToMs(double count) {
-  return static_cast<double>(static_cast<float>(count) * Model.ADInterval);
-}
-
-/// Largest relative error of a quotient of two 32-bit floats for decimals such as 2 ms and 0.001 ms. The
-/// quotient can miss the whole number that the user means by so much.
-constexpr double FloatQuotientError = 1.5e-7;
-constexpr double LargestCorrection = 0.25;  // samples
-
-/// Returns whole samples, truncated. Without an interval returns NaN.
-double MsToCount(double ms) {
-  if (Model.ADInterval == 0.0F) return std::nan("");
-  const double count = ms / static_cast<double>(Model.ADInterval);
-  return std::trunc(count + std::clamp(count * FloatQuotientError, -LargestCorrection, LargestCorrection));
-}
 
 // -- The choice of the exponential fit --
 
@@ -85,18 +68,6 @@ void ShowOtherFit() {
   for (const auto& [mode, word] : OtherFitWords) {
     if (mode == Parameters.FitMode) control.choices.emplace_back(word);
   }
-}
-
-constexpr std::int64_t SpareSamples = 10;  // kept free after a stretch that was cut
-
-/// Cuts a stretch that would end after the record.
-void CutStretch(float startMs, int& count) {
-  const float interval = Model.ADInterval;
-  const float end = startMs + static_cast<float>(count) * interval;
-  if (!(end > static_cast<float>(Model.NumPoints) * interval)) return;
-  const std::int64_t room =
-      static_cast<std::int64_t>(Model.NumPoints) - WholeSamples(startMs / interval) - SpareSamples;
-  count = static_cast<int>(std::max<std::int64_t>(room, 0));
 }
 
 // -- Callbacks --

@@ -112,7 +112,7 @@ void ShowDoses() {
 }
 
 void OpenDosePanel() {
-  ShowTask(DosePanelName);
+  ShowPanel(DosePanelName);
   ShowDoses();
 }
 
@@ -155,7 +155,7 @@ void FxnDRLimits(const ControlEvent&) {
 
 void FxnDRDone(const ControlEvent&) {
   ReadFields();
-  LeaveTask(DosePanelName);
+  HidePanel(DosePanelName);
 }
 
 void FxnDRGraph(const ControlEvent&) {
@@ -341,7 +341,7 @@ constexpr MenuDecl DoseMenu[] = {
 
 void CloseDosePanel() {
   ReadFields();
-  LeaveTask(DosePanelName);
+  HidePanel(DosePanelName);
 }
 
 }  // namespace
@@ -349,9 +349,9 @@ void CloseDosePanel() {
 void AddDosePanel() {
   AddPanel({.name = DosePanelName,
             .title = "Dose-response",
-            .tag = "DR",
             .close = CloseDosePanel,
-            .help = PanelHelp});
+            .help = PanelHelp,
+            .overTask = true});
   AddControls(DosePanelName, FieldsGroup, FieldControls);
   AddControls(DosePanelName, "results", ResultControls);
   AddControls(DosePanelName, "commands", CommandControls);

@@ -10,6 +10,7 @@
 #include "analysis/results_read.h"
 #include "analysis/run_analysis.h"
 #include "analysis/trace_exports.h"
+#include "analysis/wave_panel.h"
 #include "app/about_panel.h"
 #include "app/graph_properties.h"
 #include "app/help_buttons.h"
@@ -206,6 +207,7 @@ void AddAllPanels() {
   AddDwellListsPanels();
   AddFitLimitsPanel();
   AddAnalysisPanel();
+  AddWavePanel();
   AddDosePanel();
   AddFitPanel();
   AddFitRowsControls();
@@ -226,6 +228,7 @@ void AddAllPanels() {
   main.maximised = true;
   ZoomGraphCreate(GraphNamed(MainPanelName));
   ZoomGraphCreate(GraphNamed("AnalysisPanel"));
+  ZoomGraphCreate(GraphNamed("WaveAnalysisPanel.expanded"));
 }
 
 void StartApplication(const StartOptions& options) {

@@ -162,7 +162,7 @@ TEST_F(DosePanelTest, AScriptGivesThePairsOfRunsByHandAndFitsThem) {
                          "get AnalysisLimitsOn\nget DoseCount\npress FxnDRPlot\ncontrol DoseResultWord\n");
   const Values told = Told(lines);
   EXPECT_EQ(Values(told.end() - 6, told.end() - 1), (Values{1, 6, 5, 1, 4}));
-  EXPECT_EQ(Screen.PanelTag, "DR");
+  EXPECT_TRUE(PanelVisible("DoseResponsePanel"));
   const auto response = Dose.FittedResponse;
   EXPECT_EQ(Dose.DoseConc[2], 1e-4F * 9.0F);
   EXPECT_EQ(Dose.DoseFitLimits[3].hi, 7.0 * static_cast<double>(response[3]));

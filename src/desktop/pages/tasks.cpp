@@ -6,6 +6,7 @@
 #include "desktop/pages/rscm_page.h"
 #include "desktop/pages/stimulus_page.h"
 #include "desktop/pages/task_page.h"
+#include "desktop/pages/wave_page.h"
 #include "fit/fit_panel.h"
 
 namespace zelvane {
@@ -21,6 +22,7 @@ constexpr TaskDecl TaskTable[] = {
     {.panel = MainPanelName,         .title = "Model",    .icon = "model",    .command = "Model",         .make = NewPage<ModelPage>},
     {.panel = "StimulusPanel",     .title = "Stimulus", .icon = "stimulus", .command = "Stimulus",      .make = NewPage<StimulusPage>},
     {.panel = "AnalysisPanel",     .title = "Analysis", .icon = "analysis", .command = "Analysis",      .make = NewPage<AnalysisPage>},
+    {.panel = "WaveAnalysisPanel", .title = "Averages", .icon = "averages", .command = "Waveform",      .make = NewPage<WavePage>},
     {.panel = "DoseResponsePanel", .title = "Dose",     .icon = "dose",     .command = "DoseResponse",  .make = NewPage<DosePage>},
     {.panel = FitPanelName,        .title = "Fit",      .icon = "fit",      .command = "FitWaveforms",  .make = NewPage<FitPage>},
     {.panel = "RsCorrectionPanel", .title = "Series R", .icon = "rscm",     .command = "RsCmFilterFxn", .make = NewPage<RscmPage>},

@@ -56,6 +56,14 @@ constexpr LayoutRow Layout[] = {
     {"AnalysisPanel", "Dose-response of this trace", "AnalyzeDR+ShowLastCurve TemplateEC50 TemplateSlope TemplateMax TemplateResult "
      "TemplateCursorConc TemplateCursorResponse"},
 
+    {"WaveAnalysisPanel", "Alignment", "AlignMode AlignRange ManualRise SlopePoints WaveBaselineCorrect"},
+    {"WaveAnalysisPanel", "Baseline", "WaveBaselineStart WaveBaselinePts"},
+    {"WaveAnalysisPanel", "Peak", "WaveStartAnalysis WavePeakSearchPts WavePeakAve"},
+    {"WaveAnalysisPanel", "Rise, as fractions of the amplitude", "WaveRiseStartFrac WaveRiseEndFrac"},
+    {"WaveAnalysisPanel", "Latency", "WaveLatencyPos WaveLatencyFrac"},
+    {"WaveAnalysisPanel", "Cursor 7", "ManualRiseIndex ManualRiseValue ManualRiseStep"},
+    {"WaveAnalysisPanel", "Files", "ExportWaveAverageButton ExportWaveNormalizedButton ExportWaveVarianceButton ExportWaveTraceButton"},
+
     {"DoseResponsePanel", "Hill curve", "DoseEC50+DoseError[1] DoseSlope+DoseError[2] DoseMax+DoseError[3] DoseMin+DoseError[4]"},
     {"DoseResponsePanel", "Fit", "DoseLimits+DoseNew"},
     {"DoseResponsePanel", "Simulated doses", "DoseDrug DoseMeasure"},
