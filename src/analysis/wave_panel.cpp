@@ -134,7 +134,9 @@ void FxnAverageNextButton(const ControlEvent&) {
 }
 
 void FxnAverageAll(const ControlEvent&) {
+  ReadWavePanel();
   Averages.ShowAverage = 1;
+  ShowWaveSettings();
   static_cast<void>(AverageAllSweeps());  // has told what failed
   RefreshWavePanel();
 }

@@ -9,6 +9,7 @@
 #include <iostream>
 #include <limits>
 
+#include "headless/commands/average_command.h"
 #include "headless/commands/dose_command.h"
 #include "headless/commands/fit_command.h"
 #include "headless/commands/measure_command.h"
@@ -479,6 +480,57 @@ int RunFitCommand(FitArguments& arguments) {
   return FitCommand(options, Streams());
 }
 
+constexpr char AverageText[] = "Average the sweeps of recordings";
+constexpr char AverageFooter[] =
+    "Each sweep is laid on the first one: by the best fit of its rise to the average so far (fit), at a time (free, with\n"
+    "--at), at its steepest rise (rise), at its peak (peak), or as it lies (none). Settings of the measures are WaveBaselineStart,\n"
+    "WaveBaselinePts, WaveStartAnalysis, WavePeakSearchPts (docs/manual/averages.md). Example:\n"
+    "  zelvane-cli average cell1.abf cell2.abf --set WaveStartAnalysis=20 --out mean.atf --variance variance.csv";
+
+/// The options of `average` as words; they are converted after the parse.
+struct AverageArguments {
+  AverageOptions options;
+  std::string align;
+  std::string sweeps;
+};
+
+const std::vector<std::string> AlignWords = {"fit", "free", "rise", "peak", "none"};  // by their code, from 1
+
+CLI::App* AddAverage(CLI::App& app, AverageArguments& arguments) {
+  CLI::App* average = app.add_subcommand("average", AverageText)->footer(AverageFooter);
+  AverageOptions& options = arguments.options;
+  average->add_option("FILE", options.files, "recordings: ABF, ATF or columns of numbers")
+      ->required()
+      ->type_name("");
+  AddWords(*average, "--align", arguments.align, AlignWords, "what lays a sweep on the first; default: fit");
+  average->add_option("--at", options.cursorMs, "time of the alignment free")->type_name("MS");
+  average->add_option("--channel", options.channel, "channel of an ABF file, signal of a text")
+      ->type_name("N");
+  AddTextInterval(*average, options.intervalMs);
+  average->add_option("--sweeps", arguments.sweeps, "sweeps of each file; default: all")->type_name("A-B");
+  average->add_flag("--subtract-baseline", options.subtractBaseline, "subtract the baseline of each sweep");
+  average->add_option("--settings", options.model, "take settings from this model file")
+      ->type_name("MODEL.mod");
+  average->add_option("--set", options.settings, "set any store field (may be repeated)")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+  average->add_option("--out", options.outFile, "write the mean: .atf, .csv, .txt")->type_name("FILE");
+  average->add_option("--variance", options.varianceFile, "write mean and variance at each time")
+      ->type_name("FILE.csv");
+  average->add_flag("--json", options.json, "print the summary as one JSON object");
+  return average;
+}
+
+int RunAverageCommand(AverageArguments& arguments) {
+  if (!arguments.align.empty()) arguments.options.align = 1 + IndexOf(AlignWords, arguments.align);
+  if (!arguments.sweeps.empty()) {
+    const auto sweeps = ParseSweeps(arguments.sweeps);
+    if (!sweeps) throw CLI::ValidationError("--sweeps", "two sweeps from 1, such as 3-10, or one");
+    arguments.options.sweeps = *sweeps;
+  }
+  return AverageCommand(arguments.options, Streams());
+}
+
 constexpr char DoseText[] = "Simulate a concentration-response curve of a model and fit it";
 constexpr char DoseFooter[] =
     "The command scales the stimulus of a drug so that its largest sample is the dose, one run for each dose, and fits\n"
@@ -603,6 +655,8 @@ int RunCli(int argc, char** argv) {
   const CLI::App* measure = AddMeasure(app, measureArguments);
   DoseArguments doseArguments;
   BatchArguments batchArguments;
+  AverageArguments averageArguments;
+  const CLI::App* average = AddAverage(app, averageArguments);
   const CLI::App* dose = AddDose(app, doseArguments);
   const CLI::App* batch = AddBatch(app, batchArguments);
   AddModel(app, modelArguments);
@@ -623,6 +677,7 @@ int RunCli(int argc, char** argv) {
     if (convert->parsed()) return ConvertCommand(convertOptions, Streams());
     if (fit->parsed()) return RunFitCommand(fitArguments);
     if (measure->parsed()) return RunMeasureCommand(measureArguments);
+    if (average->parsed()) return RunAverageCommand(averageArguments);
     if (dose->parsed()) return RunDoseCommand(doseArguments);
     if (batch->parsed()) return RunBatchCommand(batchArguments);
     if (qmatrix->parsed()) return QMatrixCommand(qMatrixOptions, Streams());

@@ -17,6 +17,7 @@
 #include "formats/abf/abf.h"
 #include "formats/recording_file.h"
 #include "headless/commands/job_settings.h"
+#include "headless/commands/recorded_sweeps.h"
 #include "headless/json_values.h"
 #include "headless/words.h"
 #include "model/model_store.h"
@@ -42,131 +43,9 @@ constexpr char MeasuringText[] = "measuring";
 constexpr int ProgressSteps = 100;
 constexpr Seeds SameSeeds = {1234, 5678, 9012};  // two measures of one file give the same fits
 
-/// The recording to measure, one sweep at a time, in `Trace.SimTrace`.
-struct Recording {
-  std::unique_ptr<RecordingFile> abf;        // nullptr = a text
-  std::vector<std::vector<float>> episodes;  // of a text with several episodes, read in one pass
-  int channel = 0;
-  int sweeps = 1;
-  std::string units;
-};
-
 bool CanWrite(const std::string& path) {
   const std::string extension = ExtensionOf(path);
   return extension == ".csv" || extension == ".res" || extension == ".tbl";
-}
-
-/// Shows each message and each note once, although many sweeps may cause it.
-class MeasuringScreen {
- public:
-  MeasuringScreen() {
-    former_ = SetFrontEnd({});
-    FrontEnd own = former_;
-    own.message = [this](MessageTitle title, std::string_view text) {
-      if (told_.emplace(text).second && former_.message) former_.message(title, text);
-    };
-    own.note = [this](std::string_view sentence) {
-      if (told_.emplace(sentence).second && former_.note) former_.note(sentence);
-    };
-    SetFrontEnd(std::move(own));
-  }
-  ~MeasuringScreen() { SetFrontEnd(std::move(former_)); }
-  MeasuringScreen(const MeasuringScreen&) = delete;
-  MeasuringScreen& operator=(const MeasuringScreen&) = delete;
-
- private:
-  FrontEnd former_;
-  std::set<std::string> told_;
-};
-
-/// Chooses the channel of the options, or the first. Writes a message and returns false when the file has no
-/// such channel.
-bool ChooseChannel(const MeasureOptions& options, Recording& recording, std::ostream& err) {
-  const std::vector<RecordedInput>& inputs = recording.abf->Account().inputs;
-  if (inputs.empty()) return false;
-  recording.channel = options.channel.value_or(inputs.front().number);
-  const auto taken = std::find_if(inputs.begin(), inputs.end(), [&](const RecordedInput& input) {
-    return input.number == recording.channel;
-  });
-  if (taken != inputs.end()) {
-    recording.units = taken->units;
-    return true;
-  }
-  err << options.file << ": no channel " << recording.channel << "; it has";
-  for (const RecordedInput& input : inputs) err << ' ' << input.number;
-  err << '\n';
-  return false;
-}
-
-int OpenAbf(const MeasureOptions& options, Recording& recording, std::ostream& err) {
-  OpenedRecording opened = OpenRecordingFile(options.file);
-  if (!opened.file) {
-    err << options.file << ": " << opened.why << '\n';
-    return JobFailed;
-  }
-  recording.abf = std::move(opened.file);
-  const RecordingAccount& account = recording.abf->Account();
-  recording.sweeps = account.sweeps;
-  if (!account.note.empty()) err << options.file << ": " << account.note << '\n';
-  if (!ChooseChannel(options, recording, err)) return JobMisused;
-  if (account.samples > MaxStimPoints) {
-    err << options.file << ": a sweep of " << account.samples << " samples; " << MaxStimPoints
-        << " can be measured\n";
-    return JobFailed;
-  }
-  Trace.TraceFromFile = 1;
-  Trace.TraceFileName = options.file;
-  Trace.EpisodeCount = recording.sweeps;
-  Trace.RecordedChannel = recording.channel;
-  Model.ADInterval = static_cast<float>(account.intervalMs);
-  return JobDone;
-}
-
-int OpenRecording(const MeasureOptions& options, Recording& recording, std::ostream& err) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(options.file, error)) {
-    const bool exists = std::filesystem::exists(options.file, error);
-    err << options.file << (exists ? ": not a file\n" : ": no such file\n");
-    return JobFailed;
-  }
-  int format = 0;
-  if (IsABFFile(options.file, format)) return OpenAbf(options, recording, err);
-  ReadAnswers answers{.signal = options.channel.value_or(1)};
-  if (options.intervalMs) answers.intervalMs = static_cast<float>(*options.intervalMs);
-  const Outcome read = TraceReadFile(options.file, answers);
-  if (read == Outcome::Failed) err << options.file << ": no recording that can be read\n";
-  if (read != Outcome::Done) return JobFailed;
-  recording.sweeps = Trace.EpisodeCount;
-  if (recording.sweeps > 1) recording.episodes = ReadTextEpisodes();
-  return JobDone;
-}
-
-/// Reads a sweep into the trace. Returns its samples; 0 when the file does not hold the sweep.
-int ReadAbfSweep(const Recording& recording, int sweep) {
-  const int samples = recording.abf->SweepSamples(sweep);
-  if (samples < 1 || samples > MaxStimPoints) return 0;
-  const std::span<float> trace = Trace.SimTrace.first(Index(samples));
-  return recording.abf->Read(recording.channel, sweep, 0, trace) == trace.size() ? samples : 0;
-}
-
-int CopyTextSweep(const Recording& recording, int sweep) {
-  if (Index(sweep) > recording.episodes.size()) return 0;
-  const std::vector<float>& samples = recording.episodes[Index(sweep) - 1];
-  std::copy(samples.begin(), samples.end(), Trace.SimTrace.begin());
-  return static_cast<int>(samples.size());
-}
-
-/// Reads a sweep into the trace. Returns false when the file does not hold the sweep.
-bool ReadSweepOf(const Recording& recording, int sweep) {
-  Trace.EpisodeIndex = sweep;
-  if (!recording.abf && recording.sweeps == 1) return TraceReloadEpisode() == Outcome::Done;
-  const int samples = recording.abf ? ReadAbfSweep(recording, sweep) : CopyTextSweep(recording, sweep);
-  if (samples < 1) return false;
-  Trace.SimTraceUsed = std::max(Trace.SimTraceUsed, samples);
-  Model.NumPoints = samples;
-  Model.RecordPoints = samples;
-  BeginTrace(TraceOrigin::Recording);
-  return true;
 }
 
 /// Corrects and filters the trace, in the order of the panels, where the correction is part of the reading.
@@ -275,14 +154,6 @@ void ApplyFit(const MeasureOptions& options) {
 
 }  // namespace
 
-std::optional<SweepRange> ParseSweeps(std::string_view text) {
-  const std::size_t dash = text.find('-');
-  const auto first = WholeNumber(text.substr(0, dash));
-  const auto last = dash == std::string_view::npos ? first : WholeNumber(text.substr(dash + 1));
-  if (!first || !last || *first < 1 || *last < *first) return std::nullopt;
-  return SweepRange{*first, *last};
-}
-
 int MeasureCommand(const MeasureOptions& options, const JobStreams& streams) {
   const std::string misuse = MisuseOf(options);
   if (!misuse.empty()) {
@@ -293,9 +164,10 @@ int MeasureCommand(const MeasureOptions& options, const JobStreams& streams) {
   StartJob(options.seeds.value_or(SameSeeds));
   Parameters.FitMode = 0;
   if (!options.model.empty() && ReadJobModel(options.model, streams) == Outcome::Refused) return JobFailed;
-  const MeasuringScreen messages;
+  const OnceScreen messages;
   Recording recording;
-  const int opened = OpenRecording(options, recording, streams.err);
+  const int opened =
+      OpenRecording({options.file, options.channel, options.intervalMs}, recording, streams.err);
   if (opened != JobDone) return opened;
   if (!ApplySettings(options.settings, streams.err)) return JobMisused;
   ApplyFit(options);

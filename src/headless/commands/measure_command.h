@@ -8,14 +8,9 @@
 #include <vector>
 
 #include "headless/commands/one_job.h"
+#include "headless/commands/recorded_sweeps.h"
 
 namespace zelvane {
-
-/// A range of sweeps, from 1. Includes both ends.
-struct SweepRange {
-  int first = 1;
-  int last = 0;  // 0 = the last sweep of the file
-};
 
 struct MeasureOptions {
   std::string file;            // recording: ABF, or text
@@ -35,9 +30,6 @@ struct MeasureOptions {
   std::string outFile;                           // .csv, .res or .tbl
   bool json = false;
 };
-
-/// Reads "3-10" or "3". Returns an empty result for any other text, and when the second number is smaller.
-std::optional<SweepRange> ParseSweeps(std::string_view text);
 
 /// Measures the sweeps as the analysis panel does, with the settings of the model. Writes one row per sweep
 /// to the file, as JSON, or as CSV to `streams.out`. Keeps an ABF file open for the whole job, and one
