@@ -17,6 +17,7 @@
 #include "screen/screen.h"
 #include "trace/trace_events.h"
 #include "trace/trace_export.h"
+#include "trace/trace_panels.h"
 #include "trace/trace_read.h"
 #include "trace/trace_store.h"
 #include "trace/trace_write.h"
@@ -28,7 +29,6 @@ constexpr char SettingsGroup[] = "settings";
 constexpr char PanelHelp[] =
     "Average sweeps of recordings. Each sweep is measured, laid on the first one by its rise, its peak or a cursor, and "
     "added. Sweeps of several files can go into one average.";
-constexpr char ReadTitle[] = "Select Axon binary file to read";
 constexpr char ClearQuestion[] = "This will erase all data saved as averages. Do you want to continue?";
 constexpr char TraceTitle[] =
     "Export raw data as it appears on the screen in expanded window into 1-column ascii file (time interval in ms is first "
@@ -101,8 +101,7 @@ void OpenWavePanel() {
 }
 
 void FxnWaveRead(const ControlEvent&) {
-  const auto path = FileSelectPopup({.title = ReadTitle, .defaultName = "*.abf", .filter = "*.abf"});
-  if (!path || ReadWaveFile(*path) != Outcome::Done) return;
+  if (ReadBinaryRecording() != Outcome::Done) return;
   BeginWaveView();
 }
 
@@ -213,21 +212,21 @@ constexpr ControlDecl SettingControls[] = {
      .command = "FxnWaveAnBaselinePts", .action = FxnWaveBaselineLength, .help = "Length (ms) of the baseline, to cursor 2.",
      .toShown = CountToMs, .toStored = MsToCount},
     {.name = "WaveStartAnalysis", .kind = Number, .label = "Start Analysis", .unit = "ms", .format = "%g",
-     .command = "FxnWaveStartAnalysis", .action = FxnWaveSetting,
+     .command = "FxnWaveAnStartAnalysis", .action = FxnWaveSetting,
      .help = "Time (ms) at which the search for the peak begins: cursor 3."},
     {.name = "WavePeakSearchPts", .kind = Number, .label = "Length of peak search", .unit = "ms", .format = "%g",
-     .command = "FxnWavePeakSearchPts", .action = FxnWaveSearchLength,
+     .command = "FxnWaveAnPeakSearchPts", .action = FxnWaveSearchLength,
      .help = "Length (ms) of the search for the peak, to cursor 4.", .toShown = CountToMs, .toStored = MsToCount},
-    {.name = "WavePeakAve", .kind = Number, .label = "Peak Average Pts", .format = "%d", .command = "FxnWavePeakAve",
+    {.name = "WavePeakAve", .kind = Number, .label = "Peak Average Pts", .format = "%d", .command = "FxnWaveAnPeakAve",
      .action = FxnWaveSetting, .help = "Number of samples whose mean is the peak."},
-    {.name = "WaveRiseStartFrac", .kind = Number, .label = "Rise from", .format = "%g", .command = "FxnWaveRiseStartFrac",
+    {.name = "WaveRiseStartFrac", .kind = Number, .label = "Rise from", .format = "%g", .command = "FxnWaveAnRiseStartFrac",
      .action = FxnWaveSetting, .help = "Fraction of the amplitude at which the rise begins."},
-    {.name = "WaveRiseEndFrac", .kind = Number, .label = "Rise to", .format = "%g", .command = "FxnWaveRiseEndFrac",
+    {.name = "WaveRiseEndFrac", .kind = Number, .label = "Rise to", .format = "%g", .command = "FxnWaveAnRiseEndFrac",
      .action = FxnWaveSetting, .help = "Fraction of the amplitude at which the rise ends."},
     {.name = "WaveLatencyPos", .kind = Number, .label = "Latency from", .unit = "ms", .format = "%g",
-     .command = "FxnWaveLatencyPos", .action = FxnWaveSetting, .help = "Time (ms) of cursor 9, for example of the stimulus."},
+     .command = "FxnWaveAnLatencyPos", .action = FxnWaveSetting, .help = "Time (ms) of cursor 9, for example of the stimulus."},
     {.name = "WaveLatencyFrac", .kind = Number, .label = "Latency to fraction", .format = "%g",
-     .command = "FxnWaveLatencyFrac", .action = FxnWaveSetting,
+     .command = "FxnWaveAnLatencyFrac", .action = FxnWaveSetting,
      .help = "Fraction of the amplitude at which the latency of the rise ends."},
     {.name = "AlignMode", .kind = Choice, .label = "Align at", .format = "%d", .command = "FxnAlignMode",
      .action = FxnWaveSetting,
@@ -240,7 +239,7 @@ constexpr ControlDecl SettingControls[] = {
     {.name = "SlopePoints", .kind = Number, .label = "Slope points", .format = "%d", .command = "FxnSlopePoints",
      .action = FxnWaveSetting, .help = "Samples over which the steepest rise is searched."},
     {.name = "WaveBaselineCorrect", .kind = Switch, .label = "Subtract baseline", .format = "%d",
-     .command = "FxnWaveBaselineCorrect", .action = FxnWaveSetting,
+     .command = "FxnWaveAnBaselineCorrect", .action = FxnWaveSetting,
      .help = "Subtract the baseline of each sweep before it is added.", .choices = "off|on"},
     {.name = "ShowAverage", .kind = Switch, .label = "Show average", .format = "%d", .command = "FxnShowAverageTrace",
      .action = FxnShowAverageTrace,

@@ -72,8 +72,7 @@ void ReadText() {
 }
 
 void ReadBinary() {
-  Trace.ParseRequested = 0;
-  if (const auto path = AskForTrace(WaveTitle, WaveFilter, WaveFilter)) ReadWaveFile(*path);
+  static_cast<void>(ReadBinaryRecording());  // has told what failed
 }
 
 void ReadBinaryData() {
@@ -146,7 +145,7 @@ constexpr MenuDecl RecordingMenu[] = {
     {"File/Open Recording...",          "FxnRead",             ReadFile,            "Ctrl+Shift+O"},
     {"File/Open Part of Recording...",  "ReadParseBinaryData", ReadParseBinaryData},
     {"File/Open Text Recording...",     "ReadAsciiData",       ReadText},
-    {"File/Open Binary Recording...",   "FxnWaveRead",         ReadBinary},
+    {"File/Open Binary Recording...",   "ReadBinaryRecording", ReadBinary},
     {"File/Read Recording into View...", "ReadBinaryData",     ReadBinaryData},
     {"Recording/Last Episode",          "FxnLastSection",      LastSection,         "PgDown"},
     {"Recording/Next Episode",          "FxnNextSection",      NextSection,         "PgUp"},
@@ -167,6 +166,12 @@ void StepByKey(std::string_view key) {
 }
 
 }  // namespace
+
+Outcome ReadBinaryRecording() {
+  Trace.ParseRequested = 0;
+  const auto path = AskForTrace(WaveTitle, WaveFilter, WaveFilter);
+  return path ? ReadWaveFile(*path) : Outcome::Refused;
+}
 
 void AddRecordingPanels() {
   AddControls(MainPanelName, RecordingGroup, RecordingControls);

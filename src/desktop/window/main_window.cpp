@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QScreen>
+#include <QScrollArea>
 #include <QStackedWidget>
 #include <QToolBar>
 #include <QToolButton>
@@ -37,7 +38,8 @@ namespace {
 
 constexpr QSize LeastSize(800, 560);
 constexpr int TaskBarWidth = 84;
-constexpr int TaskIconSize = 26;
+constexpr int TaskIconSize = 24;
+constexpr int TaskSpacing = 1;
 constexpr int ToolIconSize = 20;
 constexpr int StopPollMs = 20;  // while a closing window waits for the end of a run
 
@@ -135,12 +137,18 @@ void MainWindow::addTasks() {
   auto* layout = new QHBoxLayout(central);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  auto* bar = new QWidget(central);
+  auto* scroll = new QScrollArea(central);  // in a low window the tasks scroll
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setFixedWidth(TaskBarWidth);
+  scroll->setWidgetResizable(true);
+  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  auto* bar = new QWidget(scroll);
   bar->setObjectName("TaskBar");
   bar->setAttribute(Qt::WA_StyledBackground);
-  bar->setFixedWidth(TaskBarWidth);
   auto* buttons = new QVBoxLayout(bar);
-  buttons->setContentsMargins(6, 8, 6, 8);
+  buttons->setContentsMargins(6, 4, 6, 4);
+  buttons->setSpacing(TaskSpacing);
   pages_ = new QStackedWidget(central);
   for (const TaskDecl& task : Tasks()) {
     Panel& panel = PanelNamed(task.panel);
@@ -158,7 +166,8 @@ void MainWindow::addTasks() {
     connect(button, &QToolButton::clicked, this, [this, shown = tasks_.back()] { goTo(shown); });
   }
   buttons->addStretch();
-  layout->addWidget(bar);
+  scroll->setWidget(bar);
+  layout->addWidget(scroll);
   layout->addWidget(pages_, 1);
   setCentralWidget(central);
 }

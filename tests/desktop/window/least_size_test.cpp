@@ -115,6 +115,11 @@ TEST_F(LeastSizeTest, EveryPageShowsAllItHasInEveryState) {
     Analysis.FittedMode = 2;  // as after an exponential fit
     window->refresh({});
     expectAllShows("analysis with results");
+    clickTool("Averages");
+    Press(ControlNamed("AverageAll"));
+    expectAllShows("averages");
+    clickTool("Dose");
+    expectAllShows("dose-response");
     clickTool("Series R");
     expectAllShows("series resistance");
     clickTool("Stimulus");
