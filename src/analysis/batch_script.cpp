@@ -10,7 +10,6 @@
 #include "analysis/dose_store.h"
 #include "analysis/series.h"
 #include "formats/input_file.h"
-#include "formats/line_scanner.h"
 #include "model/model_events.h"
 #include "model/model_store.h"
 #include "platform/index.h"
@@ -23,19 +22,11 @@
 namespace zelvane {
 namespace {
 
-constexpr char Magic[] = "MULTISTIM";
-constexpr std::size_t LongestLine = 260;
 constexpr std::size_t LongestScript = 1U << 20U;  // bytes; its 22 lines are far shorter
 constexpr char NotOpened[] = "The script cannot be read: %s.";
 constexpr char FewerNames[] = "The script announces %d stimulus files and names %d.";
 constexpr char RowWithoutFile[] = "Row %d is a run with the stimulus before it: its file could not be read.";
 constexpr char RunsEnded[] = "The script ended in row %d, whose run was refused or failed.";
-
-std::string NameOfLine(std::string_view line) {
-  std::string name(line.substr(0, std::min(line.find('.'), LongestLine)));
-  name.resize(name.find_last_not_of(" \t\r") + 1);
-  return name + ".stm";
-}
 
 /// Returns the samples of a profile that the run used.
 std::span<const float> RunSamples(int profile) {
@@ -96,24 +87,6 @@ struct SeriesOfRuns {
 };
 
 }  // namespace
-
-std::optional<BatchScript> ParseBatchScript(std::string_view text) {
-  const auto first = NextLine(text);
-  if (!first || !first->text.starts_with(Magic)) return std::nullopt;
-  BatchScript script;
-  if (const auto counts = NextLine(text)) {
-    std::string_view rest = counts->text;
-    if (ScanNumber(rest, script.count) == Scan::Taken) ScanNumber(rest, script.profile);
-  }
-  script.count = std::min(script.count, MaxScriptFiles);
-  script.profile = std::clamp(script.profile, 0, MaxDrugs);
-  while (static_cast<int>(script.names.size()) < script.count) {
-    const auto line = NextLine(text);
-    if (!line) break;
-    script.names.push_back(NameOfLine(line->text));
-  }
-  return script;
-}
 
 float StimulusValue(int profile) {
   float value = Stimulus.Profile[1][0];

@@ -1,37 +1,21 @@
 // Batch scripts: the present model runs with one stimulus file after the other, and the peaks become a dose-response
 // curve.
 //
-//   ParseBatchScript  RunBatchScript  StimulusValue
+//   RunBatchScript  StimulusValue; the text of a script is in dose_files.h
 #pragma once
 
 #include <functional>
-#include <optional>
 #include <string>
-#include <string_view>
-#include <vector>
 
+#include "analysis/dose_files.h"
 #include "platform/outcome.h"
 #include "screen/listeners.h"
 
 namespace zelvane {
 
-inline constexpr int MaxScriptFiles = 20;
-
 /// A script begins or ends; panels show what it uses and what it made.
 inline Listeners<> ScriptBegins;
 inline Listeners<> DosesToShow;
-
-/// The contents of a script.
-struct BatchScript {
-  int count = 0;                   // files that it announces, at most MaxScriptFiles; below 0 = run nothing
-  int profile = 1;                 // that carries the varied stimulus: 0 voltage, 1 to 6 drugs
-  std::vector<std::string> names;  // of the files, with ".stm"; may be fewer than `count`
-};
-
-/// Reads the text of a script: "MULTISTIM", then a line with the number of files and the profile, then a name a line. A
-/// name ends at its first full stop.
-/// @return empty when the first line is another
-std::optional<BatchScript> ParseBatchScript(std::string_view text);
 
 /// Returns the stimulus of the present run in a profile: it begins with the first sample of drug 1; each later sample
 /// of the profile whose magnitude is above the value so far replaces it.

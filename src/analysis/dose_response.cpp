@@ -9,7 +9,6 @@
 #include "analysis/analysis_fit_store.h"
 #include "analysis/analyze.h"
 #include "analysis/dose_store.h"
-#include "formats/line_scanner.h"
 #include "numerics/least_squares.h"
 #include "parameters/fit_modes.h"
 #include "parameters/formula_fit.h"
@@ -29,8 +28,6 @@ constexpr char OutsideRecord[] =
     "A stretch of the template lies outside the record; it has only the samples inside.";
 
 constexpr int DoseIterations = 1000;
-constexpr int MaxTemplateRows = 99;
-constexpr std::size_t LongestTemplateLine = 300;
 constexpr double SmallestPart = 1e-4;    // of its range: a parameter so near to a limit is at it
 constexpr double SmallestRatio = 1.001;  // the same for EC50, which spans decades
 constexpr double NoError = std::numeric_limits<double>::quiet_NaN();
@@ -299,26 +296,6 @@ Outcome FitDoses(int runs) {
   StoreFit(pairs);
   DosesChanged.Tell();
   return Vertices.FitResultCode == FitUserBreak ? Outcome::Stopped : Outcome::Done;
-}
-
-std::vector<DoseStretch> ReadDoseTemplate(std::string_view text) {
-  std::vector<DoseStretch> stretches;
-  while (stretches.size() < MaxTemplateRows) {
-    const auto line = NextLine(text);
-    if (!line) break;
-    std::string_view rest = line->text.substr(0, LongestTemplateLine);
-    DoseStretch stretch;
-    const auto comma = [&rest] {
-      if (!rest.starts_with(',')) return false;
-      rest.remove_prefix(1);
-      return true;
-    };
-    const bool whole = ScanNumber(rest, stretch.start) == Scan::Taken && comma() &&
-                       ScanNumber(rest, stretch.stop) == Scan::Taken && comma() &&
-                       ScanNumber(rest, stretch.concentration) == Scan::Taken;
-    if (whole && stretch.concentration > 0.0F) stretches.push_back(stretch);
-  }
-  return stretches;
 }
 
 void TakeTemplate(std::span<const DoseStretch> stretches) {

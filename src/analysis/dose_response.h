@@ -4,17 +4,15 @@
 //   The pairs       CountDosePairs  KeepLastDoses  KeepFittedDoses  AddDose  ClearDoses
 //   Seeds, limits   BeginDoseResponse  SeedFromPairs
 //   The fit         FitDoses
-//   A trace with a template   ReadDoseTemplate  TakeTemplate  AnalyzeTemplate
+//   A trace with a template   TakeTemplate  AnalyzeTemplate; its text is in dose_files.h
 //
 // response = Min + |Max - Min| / (1 + (EC50 / concentration)^Slope). Pairs and results are in dose_store.h, the panel is
 // in dose_panel.h, simulated doses are in dose_runs.h.
 #pragma once
 
 #include <span>
-#include <string>
-#include <string_view>
-#include <vector>
 
+#include "analysis/dose_files.h"
 #include "platform/outcome.h"
 #include "screen/listeners.h"
 
@@ -54,17 +52,6 @@ void SeedFromPairs();
 /// before. `Parameters.FitMode` becomes FitDoseResponse.
 /// @return Done; Refused, with a note, without pairs, or when a pair is not a number; Stopped by the user
 Outcome FitDoses(int runs);
-
-/// A stretch of a trace with one concentration: samples start .. stop - 1.
-struct DoseStretch {
-  int start = 0;
-  int stop = 0;
-  float concentration = 0.0F;  // M
-};
-
-/// Reads the text of a template, "start, stop, concentration" a line. Leaves out lines with a concentration of 0 or
-/// below; keeps at most 99.
-std::vector<DoseStretch> ReadDoseTemplate(std::string_view text);
 
 /// Replaces the pairs by the means of the stretches of the trace. An empty stretch has the response 0. The former pairs
 /// become the last curve.

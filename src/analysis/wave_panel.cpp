@@ -234,7 +234,7 @@ constexpr ControlDecl SettingControls[] = {
      "rise, or the peak. With none it is added as it lies.",
      .choices = "fit of the rise|cursor 7|steepest rise|peak|none", .choiceBase = 1},
     {.name = "AlignRange", .kind = Number, .label = "Range of the fit", .unit = "rises", .format = "%d",
-     .command = "FxnAlignRange", .action = FxnWaveSetting,
+     .command = "FxnWaveAnAlignRange", .action = FxnWaveSetting,
      .help = "Length over which sweeps are compared when the rise is fitted, as a multiple of the samples of the rise."},
     {.name = "SlopePoints", .kind = Number, .label = "Slope points", .format = "%d", .command = "FxnSlopePoints",
      .action = FxnWaveSetting, .help = "Samples over which the steepest rise is searched."},

@@ -122,7 +122,6 @@ void RegisterFitFields() {
       ScalarField("FitListOn", Fit.FitListOn),
       ScalarField("FitListName", Fit.FitListName),
   });
-  RegisterAlias("AlignRange", "FitAlignRange");
 }
 
 }  // namespace zelvane

@@ -36,7 +36,7 @@ class FitPanelTest : public PanelTest {
 TEST_F(FitPanelTest, AReadingKeepsItsLimitsAndGivesAllWaveformsThePositionsOnDisplay) {
   Enter("NumFitPts[1]", "2000000");
   EXPECT_EQ(Fit.Waveform[15].NumFitPts, 1'000'000);
-  Enter("AlignRange", "7");
+  Enter("FitAlignRange", "7");
   EXPECT_EQ(Fit.FitAlignRange, 1);
   Enter("FitAlignChoice", "1");
   Enter("NumFitPts[3]", "70");
