@@ -406,20 +406,8 @@ void ShowResult(const char* control, double value, bool measured) {
     ShowText(control, "");
 }
 
-/// Returns how the fit of the response ended.
-const char* FitEnd() {
-  switch (Vertices.FitResultCode) {
-    case FitConverged:
-      return "Converge";
-    case FitMaxIterations:
-      return "Maximum Iterations";
-    default:
-      return "User Break";
-  }
-}
-
 const char* FitNote(const ShownMeasures& shown, bool ran) {
-  if (ran) return FitEnd();
+  if (ran) return FitResultWord(Vertices.FitResultCode);
   return IsExponentialFit(Parameters.FitMode) && shown.measures.measured != 0 ? NoFit : "";
 }
 

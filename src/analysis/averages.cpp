@@ -30,6 +30,7 @@ MeasureSettings WaveSettings() {
   settings.startAnalysis = Averages.WaveStartAnalysis;
   settings.peakSearchPts = Averages.WavePeakSearchPts;
   settings.peakAvePts = Averages.WavePeakAve;
+  settings.peakOption = Analysis.PeakOption;
   settings.riseStartFrac = Averages.WaveRiseStartFrac;
   settings.riseEndFrac = Averages.WaveRiseEndFrac;
   settings.latencyPos = Averages.WaveLatencyPos;

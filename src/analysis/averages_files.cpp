@@ -1,6 +1,5 @@
 #include "analysis/averages_files.h"
 
-#include <charconv>
 #include <cmath>
 #include <filesystem>
 #include <optional>
@@ -9,6 +8,7 @@
 
 #include "analysis/averages.h"
 #include "analysis/averages_store.h"
+#include "formats/number_text.h"
 #include "model/model_store.h"
 #include "screen/popups.h"
 #include "screen/save_file.h"
@@ -26,17 +26,9 @@ constexpr char VarianceTitle[] = "Export mean and variance of the sweeps";
 constexpr MessageTitle OverwriteTitle{MessageKind::Warning, "Confirm Overwrite Data"};
 constexpr char OverwriteQuestion[] = "A file named %s already exists.  Do you want to overwrite it?";
 
-void AppendExponential(std::string& text, float value) {
-  char digits[32];
-  text.append(digits, std::to_chars(digits, digits + sizeof digits, static_cast<double>(value),
-                                    std::chars_format::scientific, 6)
-                          .ptr);
+void AppendLine(std::string& text, float value) {
+  AppendExponent(text, static_cast<double>(value));
   text += '\n';
-}
-
-void AppendShortest(std::string& text, float value) {
-  char digits[32];
-  text.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
 }
 
 std::optional<std::string> AskFor(const char* title, const char* filter) {
@@ -57,9 +49,9 @@ std::optional<std::string> AskForNew(const char* title, const char* filter) {
 
 std::string AverageColumn(std::span<const float> wave, float intervalMs) {
   std::string text;
-  AppendExponential(text, intervalMs);
+  AppendLine(text, intervalMs);
   for (const float value : wave) {
-    if (!std::isnan(value)) AppendExponential(text, value);
+    if (!std::isnan(value)) AppendLine(text, value);
   }
   return text;
 }
@@ -70,11 +62,11 @@ std::string VarianceCsv() {
   const std::vector<float> variance = VarianceWave();
   for (std::size_t k = 0; k < mean.size(); ++k) {
     if (std::isnan(mean[k])) continue;
-    AppendShortest(text, static_cast<float>(k) * Model.ADInterval);
+    AppendNineDigits(text, static_cast<double>(static_cast<float>(k) * Model.ADInterval));
     text += ',';
-    AppendShortest(text, mean[k]);
+    AppendNineDigits(text, static_cast<double>(mean[k]));
     text += ',';
-    if (!std::isnan(variance[k])) AppendShortest(text, variance[k]);
+    if (!std::isnan(variance[k])) AppendNineDigits(text, static_cast<double>(variance[k]));
     text += FormatText(",%d\n", static_cast<int>(Averages.WaveCount[k]));
   }
   return text;

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <string>
 #include <vector>
 
 #include "analysis/analysis_views.h"
@@ -149,6 +150,9 @@ void AddDoseGraphs() {
 
 void DrawDoses() {
   Graph& graph = DoseGraph();
+  const std::string unit = Dose.DoseUnits.empty() ? "" : " (" + Dose.DoseUnits + ')';
+  SetAxisTitle(graph, 'y', "Response" + unit);
+  SetAxisTitle(GraphNamed(DoseResidualName), 'y', "Residual" + unit);
   EraseDoses();
   const std::span<const float> conc = Concentrations();
   if (conc.empty()) return;

@@ -8,6 +8,7 @@
 #include "analysis/analysis_fit_store.h"
 #include "analysis/analysis_panel.h"
 #include "analysis/analysis_store.h"
+#include "analysis/analysis_views.h"
 #include "analysis/batch_script.h"
 #include "analysis/dose_response.h"
 #include "analysis/dose_runs.h"
@@ -16,10 +17,12 @@
 #include "model/model_events.h"
 #include "model/model_store.h"
 #include "parameters/fit_limits_panel.h"
+#include "parameters/fit_modes.h"
 #include "parameters/parameters_store.h"
 #include "parameters/vertex_store.h"
 #include "platform/index.h"
 #include "screen/screen.h"
+#include "stimulus/stimulus_store.h"
 #include "trace/trace_store.h"
 
 namespace zelvane {
@@ -88,18 +91,12 @@ void ShowError(int parameter) {
     ShowText(control, "");
 }
 
-const char* ResultWord() {
-  if (Dose.DoseFitted == 0) return "";
-  if (Dose.DoseResultCode == FitUserBreak) return "User Break";
-  return Dose.DoseResultCode == FitConverged ? "Converge" : "Maximum Iterations";
-}
-
 void ShowDoses() {
   ShowPairs();
   WriteControls(DosePanelName, FieldsGroup);
   for (int p = 1; p <= HillParameters; ++p) ShowError(p);
   ShowNumber("DoseCount", static_cast<double>(Dose.DoseCount));
-  ShowText("DoseResultWord", ResultWord());
+  ShowText("DoseResultWord", Dose.DoseFitted > 0 ? FitResultWord(Dose.DoseResultCode) : "");
   for (const auto& [control, value] :
        {std::pair{"DoseResidual", Dose.DoseResidual}, std::pair{"DoseEvals", double(Dose.DoseEvals)}}) {
     if (Dose.DoseFitted > 0)
@@ -178,6 +175,7 @@ void FxnDRAdd(const ControlEvent&) {
   }
   const float response = Analysis.Measures.PeakValue - Analysis.Measures.Baseline;
   const PulseSpan pulse = PulseOf(Dose.DoseDrug);
+  Dose.DoseUnits = TraceUnitWord();
   if (!AddDose(pulse.largest, response)) MessagePopup(NoticeTitle, TableIsFull);
 }
 
@@ -227,6 +225,7 @@ void FxnDRSimulate(const ControlEvent&) {
                                   Dose.DoseDrug, Dose.DoseMeasure, response, show));  // has told what failed
   if (made > 0) {
     TakeMagnitudes(made);
+    Dose.DoseUnits = Dose.DoseMeasure == DoseArea ? TraceUnitWord() + " ms" : TraceUnitWord();
     SeedFromPairs();
   }
   FollowFitMode();
@@ -243,12 +242,16 @@ void FxnDRAnalysis(const ControlEvent&) {
 }
 
 void RunScript() {
+  Stimulus.ScriptRunning = 1;  // from now on, also without a script
   const auto path = FileSelectPopup({.title = ScriptTitle, .defaultName = "*.ms", .filter = ScriptFilter});
   if (!path) {
     MessagePopup(NoticeTitle, NoScript);
     return;
   }
+  Dose.DoseUnits = TraceUnitWord();
   static_cast<void>(RunBatchScript(*path));  // has told what failed
+  Dose.DoseUnits = TraceUnitWord();
+  ShowDoses();
   FollowFitMode();
   FitLimitsWrite();
 }

@@ -242,6 +242,7 @@ void ClearDoses() {
   Dose.DoseConc = {};
   Dose.DoseResponse = {};
   Dose.DoseCount = 0.0F;
+  Dose.DoseUnits.clear();
   Dose.DoseFitted = 0;
   DosesChanged.Tell();
 }

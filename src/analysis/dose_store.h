@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cmath>
+#include <string>
 
 #include "parameters/parameters_store.h"
 
@@ -37,6 +38,7 @@ struct DoseStore {
   int DoseDrug = 1;  // profile of the dose: 1 to 6 drugs
   int DoseMeasure = DosePeak;
   int DoseLogAxis = 1;
+  std::string DoseUnits;  // of the responses; empty = unknown or none
 
   // -- Results of the last fit --
   int DoseFitted = 0;                                  // pairs of the fit; 0 = no fit of these pairs

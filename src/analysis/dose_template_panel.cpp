@@ -6,7 +6,7 @@
 #include "analysis/dose_store.h"
 #include "analysis/dose_views.h"
 #include "formats/input_file.h"
-#include "parameters/vertex_store.h"
+#include "parameters/fit_modes.h"
 #include "screen/screen.h"
 #include "stimulus/stimulus_store.h"
 
@@ -48,7 +48,7 @@ void FxnAnalyzeDR(const ControlEvent&) {
   ShowNumber("TemplateMax", Dose.DoseMax);
   ShowNumber("TemplateEC50", Dose.DoseEC50);
   ShowNumber("TemplateSlope", Dose.DoseSlope);
-  ShowText("TemplateResult", Dose.DoseResultCode == FitConverged ? "Converge" : "Maximum Iterations");
+  ShowText("TemplateResult", FitResultWord(Dose.DoseResultCode));
   DrawTemplate(true);
 }
 

@@ -15,6 +15,7 @@
 #include "analysis/wave_views.h"
 #include "model/model_store.h"
 #include "platform/index.h"
+#include "screen/pyramid.h"
 #include "screen/screen.h"
 #include "trace/trace_store.h"
 
@@ -36,6 +37,7 @@ constexpr std::array<Colour, AnalysisCursorCount> CursorColours = {
 
 constexpr double FirstEnd = 0.025;  // first places of the compressed cursors, as parts of the record
 constexpr double SecondEnd = 0.5;
+constexpr double YMargin = 1.0 / 18.0;
 constexpr double NarrowestPart = 0.1;  // of the record, in the expanded view
 
 Graph& Expanded() {
@@ -121,6 +123,23 @@ void DrawLevel(Colour colour, float level) {
   PlotPoints(Expanded(), PlotStyle::Line, colour, ends, std::array{level, level});
 }
 
+/// Fits y to the samples in view and to the levels of baseline and peak.
+void FitYToView() {
+  const std::span<const float> trace = RecordedTrace();
+  const DataRange x = ViewRange(Expanded(), 'x');
+  const auto size = static_cast<double>(trace.size());
+  const auto first = static_cast<std::size_t>(std::clamp(std::ceil(x.min), 0.0, size));
+  const auto last = static_cast<std::size_t>(std::clamp(std::floor(x.max) + 1.0, 0.0, size));
+  const MinMax range = last > first ? RangeOfSamples(trace.subspan(first, last - first)) : MinMax{};
+  const double span = static_cast<double>(range.max) - static_cast<double>(range.min);
+  if (range.empty || !(span > 0.0)) {
+    SetAxisAuto(Expanded(), 'y');
+    return;
+  }
+  SetAxisRange(Expanded(), 'y', static_cast<double>(range.min) - span * YMargin,
+               static_cast<double>(range.max) + span * YMargin);
+}
+
 float SampleAt(int i) {
   const std::span<const float> trace = RecordedTrace();
   return trace.empty() ? 0.0F : trace[Index(std::clamp(i, 0, static_cast<int>(trace.size()) - 1))];
@@ -195,6 +214,7 @@ void DrawWaves() {
   if (averaged) DrawAverage(Expanded());
   const DataRange x = ViewRange(Expanded(), 'x');
   ShowRange(x.min, x.max);
+  FitYToView();
   HideOutside();
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 #include <utility>
 
 #include "analysis/analysis_views.h"
@@ -323,6 +324,16 @@ void ShowIf(const char* control, bool known, double value) {
     ShowText(control, "");
 }
 
+/// Writes the unit of the trace behind the names of heights.
+void ShowWaveUnits() {
+  const std::string unit = TraceUnitWord();
+  for (const auto& [control, name] :
+       {std::pair{"WaveBaseline", "Baseline"}, std::pair{"WavePeak", "Peak"},
+        std::pair{"SteepestValue", "Value there"}, std::pair{"ManualRiseValue", "Cursor 7 value"},
+        std::pair{"ManualRiseStep", "Cursor 7 step"}})
+    ControlNamed(control).label = unit.empty() ? name : std::string(name) + " (" + unit + ')';
+}
+
 void ReadForAdding() {
   if (PanelVisible(WavePanelName)) ReadWavePanel();
 }
@@ -362,6 +373,7 @@ void ShowWaveSettings() {
 }
 
 void ShowWaveResults() {
+  ShowWaveUnits();
   const bool known = Averages.WaveMeasured != 0;
   const std::span<const float> trace = RecordedTrace();
   const auto steepest = Index(std::max(Averages.SteepestPos, 0));

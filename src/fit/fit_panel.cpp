@@ -13,6 +13,7 @@
 #include "fit/wave_set_panels.h"
 #include "model/model_events.h"
 #include "model/model_store.h"
+#include "parameters/fit_modes.h"
 #include "parameters/parameters_store.h"
 #include "parameters/vertex_store.h"
 #include "platform/file_names.h"
@@ -34,15 +35,6 @@ constexpr char PanelHelp[] =
 constexpr char LogTitle[] = "Write Fitting Log ASCII File";
 constexpr char LogFilter[] = "*.log";
 constexpr int MostFitPts = 1'000'000;
-
-/// Words for the codes of Vertices.FitResultCode.
-struct ResultWord {
-  int code;
-  const char* word;
-};
-constexpr ResultWord ResultWords[] = {
-    {FitOneStep, "One Step"},     {FitConverged, "Converge"}, {FitMaxIterations, "Maximum Iterations"},
-    {FitUserBreak, "User Break"}, {FitRunning, "Running"},    {FitBuilding, "Building"}};
 
 // -- Reading --
 
@@ -422,9 +414,7 @@ void WriteFitPanel() {
 }
 
 void ShowFitResults(std::string_view colour) {
-  const auto word = std::find_if(std::begin(ResultWords), std::end(ResultWords),
-                                 [](const ResultWord& r) { return r.code == Vertices.FitResultCode; });
-  ShowText("FitResultWord", word != std::end(ResultWords) ? word->word : "");
+  ShowText("FitResultWord", FitResultWord(Vertices.FitResultCode));
   for (const char* name : {"FitResultCode", "NumEvals", "FitNormResidual"}) SetColour(name, colour);
   WriteControls(FitPanelName, ResultsGroup);
 }

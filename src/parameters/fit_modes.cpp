@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "parameters/vertex_store.h"
 #include "platform/index.h"
 
 namespace zelvane {
@@ -46,6 +47,25 @@ void TakeFitLimits(int mode) {
   const FitModeRows* rows = FitModeOf(mode);
   if (rows == nullptr) return;
   std::copy_n(rows->limitTable->begin() + 1, LastFitRow(*rows), Parameters.AnalysisFitLimits.begin() + 1);
+}
+
+const char* FitResultWord(int code) {
+  switch (code) {
+    case FitOneStep:
+      return "One Step";
+    case FitConverged:
+      return "Converge";
+    case FitMaxIterations:
+      return "Maximum Iterations";
+    case FitUserBreak:
+      return "User Break";
+    case FitRunning:
+      return "Running";
+    case FitBuilding:
+      return "Building";
+    default:
+      return "";
+  }
 }
 
 const char* AnalysisFitStatusWord() {

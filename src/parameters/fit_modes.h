@@ -54,6 +54,9 @@ int LastFitRow(const FitModeRows& rows);
 /// reads them.
 void TakeFitLimits(int mode);
 
+/// Returns the word for the result of a fit (`Vertices.FitResultCode`), such as "Converge"; empty for 0.
+const char* FitResultWord(int code);
+
 /// Returns the word for the switches of the formulas, such as "Limits, Manual".
 const char* AnalysisFitStatusWord();
 

@@ -133,6 +133,34 @@ TEST_F(ResultsTest, MeasuresRowsHaveTheFieldsOfTheFitMode) {
   EXPECT_NE(MeasuresRow("x", 3, AnalysisRow{}).find("0.0000,  0.0000, 0.000000,  0.0000"), std::string::npos);
 }
 
+TEST_F(ResultsTest, RowsOfAFitHaveItsValuesInTheStatedForm) {
+  AnalysisFit.FitAmp1 = -40.5;
+  AnalysisFit.FitTau1 = 2.25;
+  AnalysisFit.FitAmp2 = -9.125;
+  AnalysisFit.FitTau2 = 20;
+  AnalysisFit.FitOffset = 0.5;
+  AnalysisFit.FitGoodness = 0.984375F;
+  const std::string dash = "\"   ---\", ";
+  const std::string one = "2.2500, " + dash + dash + "-40.5000, " + dash + dash + " 0.5000, 0.984375,  ";
+  const std::string two =
+      "\"   ---\",\t2.2500, 20.0000, \"   ---\",\t-40.5000, -9.1250,  0.5000, 0.984375,  ";
+  for (const auto& [mode, fields] :
+       {std::pair{FitDecay, one}, std::pair{FitRise, one}, std::pair{FitTwoDecays, two}}) {
+    SCOPED_TRACE(mode);
+    Parameters.FitMode = Analysis.FittedMode = mode;
+    const AnalysisRow row = ResultsRow({}, "a.abf", 2);
+    EXPECT_EQ(MeasuresRow("/d/a.abf", 7, row),
+              "\"/d/a.abf\", 2, 7, 0.0000, 0.0000, 0.0000, 0.0000, 0.0000, " + fields +
+                  "0.0000, 0.0000, 0.0000, 0.0000, 0.0000, 0.0000, \n");
+    const std::string table = TableText("m.mod", "a.abf", std::span(&row, 1));
+    EXPECT_TRUE(table.ends_with(
+        "a.abf 2 0.000000 0.000000 0.000000 0.000000 -40.500000 2.250000 -9.125000 20.000000 0.500000 "
+        "0.000000 0.000000 0.000000 0.000000 0.000000 0.000000 0.000000 0.000000 0.984375 \n"))
+        << table;
+    EXPECT_EQ(row.measured[10], mode == FitTwoDecays) << "the second amplitude";
+  }
+}
+
 TEST_F(ResultsTest, AnExistingMeasuresFileIsAppendedToOnlyWithTheUsersWord) {
   const std::string path = folder.File("cell 1.res");
   WriteWholeFile(path, "old\n");
