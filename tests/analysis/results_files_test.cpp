@@ -1,6 +1,7 @@
 // The results table, its files and the rows of the measures file.
 #include "analysis/results_files.h"
 
+#include "analysis/analysis_fit_store.h"
 #include "analysis/analyze.h"
 #include "analysis/results_table.h"
 #include "analysis/run_analysis.h"
