@@ -31,8 +31,8 @@ void Prepare() {
 }
 
 std::vector<float> Concentrations() {
-  std::vector<float> doses;
-  for (int k = 0; k < Doses; ++k) doses.push_back(1e-5F * static_cast<float>(k + 1));
+  std::vector<float> doses(Doses);
+  for (std::size_t k = 0; k < doses.size(); ++k) doses[k] = 1e-5F * static_cast<float>(k + 1);
   return doses;
 }
 

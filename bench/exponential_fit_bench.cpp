@@ -19,7 +19,7 @@ constexpr float IntervalMs = 0.01F;
 
 /// Fills the points of a fit with two decays and a ripple. Returns their samples.
 std::vector<int> FillPoints() {
-  const std::vector<int> samples = FitSamples(7000, Points, 30, 20);
+  std::vector<int> samples = FitSamples(7000, Points, 30, 20);
   for (std::size_t i = 0; i < samples.size(); ++i) {
     const double t = (samples[i] - 7000) * static_cast<double>(IntervalMs);
     Vertices.FitX[i] = IntervalMs * static_cast<float>(samples[i]);

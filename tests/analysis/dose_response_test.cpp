@@ -99,7 +99,7 @@ TEST_F(DoseTest, ATemplateReadsItsStretchesOfTheTrace) {
       ReadDoseTemplate("0, 10, 1e-5\n10,20, 0\n10, 20,1e-4\nwords\n20, 20, 1e-3\n90, 200, 1e-2");
   ASSERT_EQ(stretches.size(), 4U);
   Model.NumPoints = 100;
-  for (int i = 0; i < 100; ++i) Trace.SimTrace[Index(i)] = static_cast<float>(i / 10);
+  for (int i = 0; i < 100; ++i) Trace.SimTrace[Index(i)] = std::floor(static_cast<float>(i) / 10.0F);
   TakeTemplate(stretches);
   EXPECT_EQ(Dose.TemplateCount, 4);
   EXPECT_EQ(Floats(Dose.DoseResponse.begin(), Dose.DoseResponse.begin() + 4), (Floats{0, 1, 0, 9}));

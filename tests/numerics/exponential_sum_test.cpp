@@ -10,10 +10,13 @@ namespace {
 
 /// Returns the times of samples in two stretches, late in a record, where 32-bit times are coarse.
 DecayTimes LateTimes(float interval) {
-  std::vector<int> sample;
-  for (int i = 0; i < 300; ++i) sample.push_back(70'000 + (i < 31 ? i : 30 + (i - 30) * 20));
-  std::vector<float> x;
-  for (const int s : sample) x.push_back(interval * static_cast<float>(s));
+  std::vector<int> sample(300);
+  std::vector<float> x(sample.size());
+  for (std::size_t i = 0; i < sample.size(); ++i) {
+    const int k = static_cast<int>(i);
+    sample[i] = 70'000 + (k < 31 ? k : 30 + (k - 30) * 20);
+    x[i] = interval * static_cast<float>(sample[i]);
+  }
   return PrepareTimes(x, sample, static_cast<double>(interval));
 }
 

@@ -70,7 +70,7 @@ int Prepare(const std::string& model, const std::vector<std::string>& settings,
 
 std::string UnitsOfResponse(int measure) {
   const bool known = Trace.TraceUnits >= 0 && Index(Trace.TraceUnits) < std::size(UnitWords);
-  const std::string unit = known ? UnitWords[Index(Trace.TraceUnits)] : "";
+  std::string unit = known ? UnitWords[Index(Trace.TraceUnits)] : "";
   if (measure != DoseArea) return unit;
   return unit.empty() ? "ms" : unit + " ms";
 }
