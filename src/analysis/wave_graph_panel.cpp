@@ -29,7 +29,7 @@ constexpr Colour RiseColour{224, 112, 0};
 constexpr Colour SteepColour{144, 0, 144};
 constexpr Colour AverageColour{0, 144, 0};
 constexpr Colour BandColour{120, 190, 120};
-constexpr Colour FaintColour{208, 208, 208};
+constexpr Colour SweepColour{112, 112, 112};
 
 constexpr std::array<Colour, AnalysisCursorCount> CursorColours = {
     BaselineColour, BaselineColour, SearchColour, SearchColour, ZoomColour,
@@ -161,20 +161,23 @@ void DrawMarks() {
 
 /// Draws the average, one standard deviation above and below it, and the sweeps behind it.
 void DrawAverage(Graph& graph) {
-  std::vector<float> mean = MeanWave();
-  PlotWave(graph, PlotStyle::Line, AverageColour, mean, 0.0, 1.0);
-  if (Averages.AverageCount < 2) return;
-  const std::vector<float> variance = VarianceWave();
-  for (const float side : {1.0F, -1.0F}) {
-    std::vector<float> band = mean;
-    for (std::size_t k = 0; k < band.size(); ++k) band[k] += side * std::sqrt(variance[k]);
-    PlotWave(graph, PlotStyle::Line, BandColour, band, 0.0, 1.0);
+  const std::vector<float> mean = MeanWave();
+  if (Averages.AverageCount > 1) {
+    const std::vector<float> variance = VarianceWave();
+    for (const float side : {1.0F, -1.0F}) {
+      std::vector<float> band = mean;
+      for (std::size_t k = 0; k < band.size(); ++k) band[k] += side * std::sqrt(variance[k]);
+      PlotWave(graph, PlotStyle::Line, BandColour, band, 0.0, 1.0);
+    }
   }
+  PlotWave(graph, PlotStyle::Line, AverageColour, mean, 0.0, 1.0);
 }
 
 void DrawFaint(Graph& graph) {
-  for (const FaintSweep& sweep : Averages.Faint)
-    PlotWave(graph, PlotStyle::Line, FaintColour, sweep.samples, sweep.start, sweep.step);
+  for (const FaintSweep& sweep : Averages.Faint) {
+    PlotWave(graph, PlotStyle::Line, SweepColour, sweep.samples, sweep.start, sweep.step);
+    graph.plots.back().faint = true;
+  }
 }
 
 void SetFullRange(Graph& graph) {

@@ -136,6 +136,7 @@ struct Plot {
   std::vector<float> y;
   std::optional<DataRange> xRange;  // of the finite coordinates; empty if no coordinate is finite
   std::optional<DataRange> yRange;
+  bool faint = false;  // one of many behind a curve: its colour is nearly that of the ground
 };
 
 struct Axis {

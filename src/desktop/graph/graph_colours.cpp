@@ -10,6 +10,7 @@ constexpr int BlackBelow = 40;  // largest channel of a colour that counts as bl
 constexpr double LeastContrast =
     3.0;  // for graphical objects: Web Content Accessibility Guidelines 2.1, 1.4.11
 constexpr double LightnessStep = 0.04;
+constexpr double FaintShare = 0.25;
 
 double Linear(double channel) {
   return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
@@ -56,6 +57,10 @@ QColor VisibleColour(Colour colour, const GraphColours& colours) {
     seen.setHslF(seen.hslHueF(), seen.hslSaturationF(), static_cast<float>(lightness));
   }
   return seen;
+}
+
+QColor FaintColour(Colour colour, const GraphColours& colours) {
+  return MixedColour(colours.background, VisibleColour(colour, colours), FaintShare);
 }
 
 QColor TextOn(const QColor& ground) {

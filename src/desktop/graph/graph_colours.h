@@ -25,6 +25,9 @@ GraphColours PaperColours();
 /// colour, and a colour with too little contrast becomes lighter or darker in its own hue.
 QColor VisibleColour(Colour colour, const GraphColours& colours);
 
+/// Returns the colour of a plot behind others: little of its own and much of the background.
+QColor FaintColour(Colour colour, const GraphColours& colours);
+
 /// Returns white or black, whichever reads better on a ground.
 QColor TextOn(const QColor& ground);
 

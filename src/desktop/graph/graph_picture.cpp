@@ -186,7 +186,9 @@ void GraphPicture::drawPlot(QCPPainter* painter, const Plot& plot, const Trace& 
   const Stretch samples = inView(plot, trace);
   if (samples.count() == 0) return;
   const double width = graph_.draft ? DraftWidth : plot.y.size() <= FewPoints ? FewWidth : LineWidth;
-  QPen pen(VisibleColour(plot.colour, colours_), width);
+  const QColor colour =
+      plot.faint ? FaintColour(plot.colour, colours_) : VisibleColour(plot.colour, colours_);
+  QPen pen(colour, width);
   pen.setJoinStyle(Qt::RoundJoin);
   if (plot.style == PlotStyle::Dashed) pen.setStyle(Qt::DashLine);
   painter->setPen(pen);
