@@ -76,10 +76,13 @@ void AnalysisPage::addResponse() {
   part.body->addWidget(new GraphLegend(LegendOf(*panel().graphs.front()), this));
   part.body->setSpacing(0);
   response_ = &addGraph(*part.body, GraphNamed("AnalysisPanel"), 3);
-  residual_ = &addGraph(*part.body, GraphNamed("AnalysisPanel.residual"), 1);
-  residual_->setContentsMargins(0, 0, BarWidth, 0);
-  residual_->setLeastSize({LeastGraphWidth, LeastResidualHeight});
-  response_->standOn(*residual_);
+  residualRoom_ = new QWidget(this);  // ends where the response does, whose bar stands at its right
+  auto* room = new QVBoxLayout(residualRoom_);
+  room->setContentsMargins(0, 0, BarWidth, 0);
+  GraphWidget& residual = addGraph(*room, GraphNamed("AnalysisPanel.residual"));
+  residual.setLeastSize({LeastGraphWidth, LeastResidualHeight});
+  part.body->addWidget(residualRoom_, 1);
+  response_->standOn(residual);
   response_->setReadoutCursors({7, 8});
   response_->cursors().setBands({{1, 2}, {3, 4}});
   response_->installEventFilter(this);
@@ -112,9 +115,9 @@ void AnalysisPage::refreshMore() {
 
 /// Shows the residual below the response, which then has no numbers along its own axis of time.
 void AnalysisPage::showResidual(bool shown) {
-  if (residual_->isVisibleTo(this) == shown && residualPlaced_) return;
+  if (residualRoom_->isVisibleTo(this) == shown && residualPlaced_) return;
   residualPlaced_ = true;
-  residual_->setVisible(shown);
+  residualRoom_->setVisible(shown);
   response_->setShowsX(!shown);
 }
 

@@ -25,7 +25,7 @@ class AnalysisPage : public TaskPage {
   ReadoutStrip* readouts_ = nullptr;
   ControlWidget* stop_ = nullptr;
   GraphWidget* response_ = nullptr;
-  GraphWidget* residual_ = nullptr;
+  QWidget* residualRoom_ = nullptr;
   bool residualPlaced_ = false;
 };
 
