@@ -8,6 +8,7 @@
 #include "analysis/analysis_store.h"
 #include "analysis/analyze.h"
 #include "analysis/averages_store.h"
+#include "analysis/episodes.h"
 #include "model/model_store.h"
 #include "numerics/rounding.h"
 #include "platform/index.h"
@@ -54,13 +55,15 @@ int SamplesToAdd() {
 int PointOfSweep(bool first) {
   switch (Averages.AlignMode) {
     case AlignAtCursor:
-      return static_cast<int>(WholeSamples(static_cast<float>(Averages.AlignCursor)));
+      return static_cast<int>(std::clamp(std::trunc(Averages.AlignCursor), 0.0, double{MaxPoints}));
     case AlignAtPeak:
       return Averages.WavePeakPos;
     case AlignNot:
       return 0;
     case AlignByFit: {
-      const int range = Averages.WaveRisePoints * std::max(Averages.AlignRange, 1);
+      const std::int64_t wanted = std::int64_t{Averages.WaveRisePoints} * std::max(Averages.AlignRange, 1);
+      const int range =
+          static_cast<int>(std::min<std::int64_t>(wanted, MaxPoints));  // longer than any record
       return first ? Averages.SteepestPos
                    : valign(Averages.SteepestPos, 2 * range, Averages.AlignAnchor, range);
     }
@@ -126,13 +129,6 @@ std::vector<float> WaveOf(const Value& valueAt) {
     if (Averages.WaveCount[k] != 0.0F) wave[k] = valueAt(k);
   }
   return wave;
-}
-
-bool ReadEpisode(int episode) {
-  const int former = std::exchange(Trace.EpisodeIndex, episode);
-  if (TraceReloadEpisode() != Outcome::Failed) return true;
-  Trace.EpisodeIndex = former;
-  return false;
 }
 
 }  // namespace

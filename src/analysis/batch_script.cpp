@@ -34,22 +34,16 @@ std::span<const float> RunSamples(int profile) {
   return samples.first(std::min(samples.size(), Index(std::max(Model.NumPoints, 0))));
 }
 
-Outcome RunModel() {
-  const RunStart start = Model.StartAtEquilibrium != 0 ? RunStart::AtEquilibrium : RunStart::AsSet;
-  return RunSimulation(Model.NumPoints, start, WindowReporter());
-}
-
 /// Runs the model with one file and stores its pair.
 Outcome RunRow(const std::string& path, int profile, int row) {
   if (StimFileRead(path) != Outcome::Done) Note(FormatText(RowWithoutFile, row + 1));
-  const Outcome run = RunModel();
+  const Outcome run = RunSimulation(Model.NumPoints, ChosenStart(), WindowReporter());
   if (run != Outcome::Done) return run;
   AnalyzeTrace();
   Dose.DoseResponse[Index(row)] = Analysis.Measures.PeakValue - Analysis.Measures.Baseline;
   Dose.DoseConc[Index(row)] = StimulusValue(profile);
   Dose.DoseFitted = 0;
   CountDosePairs();
-  DosesChanged.Tell();
   DosesToShow.Tell();
   return Outcome::Done;
 }
@@ -74,17 +68,6 @@ std::string FolderOf(const std::string& path) {
   const std::string folder = std::filesystem::path(path).parent_path().string();
   return folder.empty() || folder.ends_with('/') ? folder : folder + '/';
 }
-
-/// Ends the messages of a series and its progress on every way out.
-struct SeriesOfRuns {
-  SeriesOfRuns() { BeginSeries(); }
-  ~SeriesOfRuns() {
-    EndSeries();
-    ResetProgress();
-  }
-  SeriesOfRuns(const SeriesOfRuns&) = delete;
-  SeriesOfRuns& operator=(const SeriesOfRuns&) = delete;
-};
 
 }  // namespace
 

@@ -58,7 +58,6 @@ class KeptProfile {
   ~KeptProfile() {
     std::copy(samples_.begin(), samples_.end(), profile_.begin());
     Parameters.FitMode = fitMode_;
-    EndSeries();
   }
   KeptProfile(const KeptProfile&) = delete;
   KeptProfile& operator=(const KeptProfile&) = delete;
@@ -78,10 +77,6 @@ class KeptProfile {
   int fitMode_;
 };
 
-RunStart StartOfRun() {
-  return Model.StartAtEquilibrium != 0 ? RunStart::AtEquilibrium : RunStart::AsSet;
-}
-
 }  // namespace
 
 PulseSpan PulseOf(int drug) {
@@ -98,6 +93,7 @@ PulseSpan PulseOf(int drug) {
 
 bool WindowOfPulse(const PulseSpan& pulse) {
   const float interval = Model.ADInterval;
+  if (!(interval > 0.0F)) return false;  // the run will be refused
   const double begin = static_cast<double>(Analysis.StartAnalysis / interval);
   const double end = begin + Analysis.PeakSearchPts;
   if (Analysis.PeakSearchPts > 1 && begin <= pulse.last && end > pulse.first) return false;
@@ -121,12 +117,12 @@ Outcome SimulateDoses(std::span<const float> concentrations, int drug, int measu
   }
   ForgetStop();
   KeptProfile profile(ProfileOf(drug));
-  BeginSeries();
+  const SeriesOfRuns series;
   const auto count = static_cast<int>(concentrations.size());
   for (int i = 0; i < count; ++i) {
     ShowProgress(static_cast<double>(i) / count, FormatText("Dose %d of %d", i + 1, count));
     profile.ScaleTo(concentrations[Index(i)], pulse.largest);
-    const Outcome run = RunSimulation(Model.NumPoints, StartOfRun(), WindowReporter());
+    const Outcome run = RunSimulation(Model.NumPoints, ChosenStart(), WindowReporter());
     if (run != Outcome::Done) return run;
     if (MeasureTrace() != Outcome::Done) return Outcome::Refused;
     response[Index(i)] = ResponseOf(measure, pulse);
@@ -134,7 +130,6 @@ Outcome SimulateDoses(std::span<const float> concentrations, int drug, int measu
     ProcessSystemEvents();
     if (StopAsked() && i + 1 < count) return Outcome::Stopped;
   }
-  ResetProgress();
   return Outcome::Done;
 }
 

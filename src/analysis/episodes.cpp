@@ -25,16 +25,19 @@ bool CanAnalyzeEpisodes() {
 /// Reads an episode and shows it; a simulation has none to read and stays. Returns false when the episode
 /// cannot be read; the present one then stays.
 bool ShowEpisode(int episode) {
-  const int former = std::exchange(Trace.EpisodeIndex, episode);
-  if (TraceReloadEpisode() == Outcome::Failed) {
-    Trace.EpisodeIndex = former;
-    return false;
-  }
+  if (!ReadEpisode(episode)) return false;
   ResponseToShow.Tell();
   return true;
 }
 
 }  // namespace
+
+bool ReadEpisode(int episode) {
+  const int former = std::exchange(Trace.EpisodeIndex, episode);
+  if (TraceReloadEpisode() != Outcome::Failed) return true;
+  Trace.EpisodeIndex = former;
+  return false;
+}
 
 Outcome AnalyzeAllEpisodes() {
   if (!CanAnalyzeEpisodes()) return Outcome::Refused;

@@ -5,6 +5,9 @@
 
 namespace zelvane {
 
+/// Reads an episode and makes it the present one. Returns false when it cannot be read; the present one then stays.
+bool ReadEpisode(int episode);
+
 /// Analyses every episode of the file until `Analysis.StopAnalysis` is set or a stop is asked for, then reads
 /// the first episode again. Handles user events between two episodes. Stops at an episode that cannot be read, with a message;
 /// the episode before it then stays in view.

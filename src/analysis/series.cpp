@@ -4,6 +4,8 @@
 #include <set>
 #include <string>
 
+#include "screen/popups.h"
+
 namespace zelvane {
 namespace {
 
@@ -21,6 +23,15 @@ void BeginSeries() {
 
 void EndSeries() {
   Told().reset();
+}
+
+SeriesOfRuns::SeriesOfRuns() {
+  BeginSeries();
+}
+
+SeriesOfRuns::~SeriesOfRuns() {
+  EndSeries();
+  ResetProgress();
 }
 
 bool FirstInSeries(std::string_view message) {

@@ -1,6 +1,6 @@
 // A series of responses that are measured one after the other.
 //
-//   BeginSeries  EndSeries  FirstInSeries
+//   BeginSeries  EndSeries  SeriesOfRuns  FirstInSeries
 #pragma once
 
 #include <string_view>
@@ -11,6 +11,15 @@ namespace zelvane {
 /// same settings cause it at every response.
 void BeginSeries();
 void EndSeries();
+
+/// A series of runs: ends itself and its progress on every way out.
+class SeriesOfRuns {
+ public:
+  SeriesOfRuns();
+  ~SeriesOfRuns();
+  SeriesOfRuns(const SeriesOfRuns&) = delete;
+  SeriesOfRuns& operator=(const SeriesOfRuns&) = delete;
+};
 
 /// Returns whether a message must be shown: always outside a series, and the first time in a series.
 bool FirstInSeries(std::string_view message);

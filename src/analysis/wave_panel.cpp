@@ -285,7 +285,7 @@ constexpr ControlDecl CommandControls[] = {
      .action = FxnAverageAll, .help = "Add every sweep of the recording to the average."},
     {.name = "ClearAverage", .kind = Button, .label = "Clear", .format = "", .command = "ClearAverageButton",
      .action = ClearAverageButton, .help = "Empty the average."},
-    {.name = "ShowAverageNow", .kind = Button, .label = "Show average", .format = "", .command = "ShowAverageButton",
+    {.name = "ShowAverageNow", .kind = Button, .label = "Plot average", .format = "", .command = "ShowAverageButton",
      .action = ShowAverageButton, .help = "Show the average in green over the sweep."},
     {.name = "WaveSection", .kind = Number, .label = "Episode", .format = "%.0f", .command = "FxnWaveSectionRead",
      .action = FxnWaveSectionRead, .help = "Number of the episode in view. Enter another number to read that episode."},

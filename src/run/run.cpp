@@ -101,6 +101,10 @@ bool RunHasLength(const RunReporter& reporter) {
   return false;
 }
 
+RunStart ChosenStart() {
+  return Model.StartAtEquilibrium != 0 ? RunStart::AtEquilibrium : RunStart::AsSet;
+}
+
 Outcome RunSimulation(int numPoints, RunStart start, const RunReporter& reporter, RunMemory* memory) {
   const bool announced = !IsSilent(reporter);
   Model.NumPoints = numPoints;

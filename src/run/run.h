@@ -1,6 +1,6 @@
 // The run driver: the only way from a committed scheme to a result.
 //
-//   Running     RunSimulation  RunHasLength  ResultHasRunLength  TellRunCompleted  ConnectRuns
+//   Running     RunSimulation  ChosenStart  RunHasLength  ResultHasRunLength  TellRunCompleted  ConnectRuns
 //   The trace   ConvertTrace  RefreshTrace
 //   Clearing    ClearOccupancy  RaiseOccupancyUsed
 //
@@ -25,6 +25,9 @@ enum class RunStart {
   AsSet,          // at `Model.StartOccupancy`
   AtEquilibrium,  // at the equilibrium under the stimulus of point 1, which becomes `Model.StartOccupancy`
 };
+
+/// Returns the start that `Model.StartAtEquilibrium` chooses.
+RunStart ChosenStart();
 
 /// Runs the model for `numPoints` points with the simulator of `Model.SimulatorKind`.
 ///

@@ -275,8 +275,7 @@ Outcome AcquireData() {
   ReadRunParameters();
   ReadActiveRates();
   ForgetStop();
-  const RunStart start = Model.StartAtEquilibrium != 0 ? RunStart::AtEquilibrium : RunStart::AsSet;
-  return RunSimulation(Model.NumPoints, start, WindowReporter());
+  return RunSimulation(Model.NumPoints, ChosenStart(), WindowReporter());
 }
 
 void ShowDataName() {

@@ -49,7 +49,7 @@ WavePage::WavePage(Panel& panel, Settings& settings, QWidget* parent) : TaskPage
   addTitle(*stretch.row, "In view");
   stretch.row->addStretch();
   add(*stretch.row, "ShowAverage", ControlWidget::Look::Toggle);
-  add(*stretch.row, "UpdateWavePlot");
+  add(*stretch.row, {"ShowAverageNow", "UpdateWavePlot"});
   stretch.body->addWidget(new GraphLegend(LegendOf(expanded), this));
   GraphWidget& graph = addGraph(stretch, expanded);
   graph.setReadoutCursors({7, 8});

@@ -62,6 +62,7 @@ constexpr LayoutRow Layout[] = {
     {"WaveAnalysisPanel", "Rise, as fractions of the amplitude", "WaveRiseStartFrac WaveRiseEndFrac"},
     {"WaveAnalysisPanel", "Latency", "WaveLatencyPos WaveLatencyFrac"},
     {"WaveAnalysisPanel", "Cursor 7", "ManualRiseIndex ManualRiseValue ManualRiseStep"},
+    {"WaveAnalysisPanel", "Steepest rise", "SteepestPos"},
     {"WaveAnalysisPanel", "Files", "ExportWaveAverageButton ExportWaveNormalizedButton ExportWaveVarianceButton ExportWaveTraceButton"},
 
     {"DoseResponsePanel", "Hill curve", "DoseEC50+DoseError[1] DoseSlope+DoseError[2] DoseMax+DoseError[3] DoseMin+DoseError[4]"},
